@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+
+namespace platform {
+
+/// The program's contents folder: bin/quorvane, Info.plist and Resources/. Read once, then constant;
+/// safe from any thread.
+class Bundle {
+public:
+    /// Reads the contents folder at the path (Info.plist included).
+    explicit Bundle(const QString &contentsPath);
+    /// The contents folder of the running program: its real path with the last two components removed.
+    [[nodiscard]] static Bundle ofExecutable();
+
+    [[nodiscard]] QString contentsPath() const { return contents; }
+
+    [[nodiscard]] QString resourcesPath() const;
+    /// Path of the resource "name.type" (or "name" with an empty type); null when there is no such file.
+    [[nodiscard]] QString pathForResource(const QString &name, const QString &type) const;
+    /// A text from the information dictionary; null when absent.
+    [[nodiscard]] QString info(const QString &key) const;
+    /// "CFBundleVersion"; the empty text when absent.
+    [[nodiscard]] QString version() const;
+    /// "CFBundleIdentifier".
+    [[nodiscard]] QString identifier() const;
+
+private:
+    QString contents;
+    QVariantMap dictionary;
+};
+
+} // namespace platform

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QVariant>
+#include <functional>
+#include <mutex>
+#include <vector>
+
+namespace platform {
+
+/// Messages by name between parts that do not know each other.
+///
+/// post() calls every observer of the name before it returns, on the poster's thread, in the order
+/// in which the observers were added. An observer ends with its context object. Observing twice means
+/// being called twice. Safe from any thread; observers may add and remove observers while being called.
+class NotificationCenter {
+public:
+    using Handler = std::function<void(const QVariant &object)>;
+
+    void addObserver(const QString &name, QObject *context, Handler handler);
+    void removeObservers(const QObject *context);
+    void post(const QString &name, const QVariant &object = {});
+
+private:
+    struct Observer {
+        QString name;
+        QPointer<QObject> context;
+        Handler handler;
+    };
+
+    std::mutex mutex;
+    std::vector<Observer> observers;
+};
+
+} // namespace platform

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+namespace platform {
+
+/// The user's preferences: a flat table of typed values under text keys.
+///
+/// Values are texts (any UTF-16, U+0000 included), integers (qint64), booleans, reals and raw bytes.
+/// A value set is seen by every later read in the process at once and is on its way to the disk;
+/// synchronize() waits until it is there. All operations may be called from any thread.
+class PreferencesStore {
+public:
+    virtual ~PreferencesStore() = default;
+
+    /// The value under the key, or an invalid variant when there is none.
+    [[nodiscard]] virtual QVariant value(const QString &key) const = 0;
+    /// Stores several values as one change of the file. An invalid variant removes its key.
+    virtual void setValues(const QVariantMap &values) = 0;
+    /// Takes in what other processes wrote and writes what is still pending.
+    /// False when the file could not be read or written; values stay usable in memory.
+    virtual bool synchronize() = 0;
+    /// Full path of the file that holds the preferences.
+    [[nodiscard]] virtual QString filePath() const = 0;
+
+    void setValue(const QString &key, const QVariant &value);
+    void remove(const QString &key);
+
+    /// The integer under the key; 0 when absent. Booleans read 0 or 1, reals are cut,
+    /// a text reads as the integer it begins with (0 when it begins with none).
+    [[nodiscard]] qint64 integer(const QString &key) const;
+    /// Whether the value reads as other than 0; a text also when it begins with Y, y, T, t or a digit 1 to 9.
+    [[nodiscard]] bool boolean(const QString &key) const;
+    /// The text under the key, numbers written out; a null text when absent or of another type.
+    [[nodiscard]] QString string(const QString &key) const;
+};
+
+} // namespace platform

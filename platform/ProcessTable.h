@@ -1,0 +1,27 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <sys/types.h>
+
+namespace platform {
+
+/// One row of the kernel's process table.
+struct ProcessRecord {
+    pid_t pid = 0;
+    /// Short command name, NUL-terminated; the kernel keeps 15 characters.
+    std::array<char, 16> name{};
+};
+
+/// The kernel's process table, read in two steps: ask for the size, then for the rows.
+class ProcessTable {
+public:
+    virtual ~ProcessTable() = default;
+
+    /// With rows null: sets count to the number of rows a buffer needs now. Otherwise fills at most
+    /// count rows and sets count to the number filled. 0, or an errno value; ENOMEM when the table
+    /// has grown beyond count.
+    [[nodiscard]] virtual int query(ProcessRecord *rows, std::size_t &count) const = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "DelayedCalls.h"
+
+#include <QHash>
+#include <QSet>
+
+class QTimer;
+
+namespace platform {
+
+/// DelayedCalls over the Qt event loop of the thread that asks.
+class QtDelayedCalls final : public DelayedCalls {
+public:
+    QtDelayedCalls() = default;
+    ~QtDelayedCalls() override;
+    QtDelayedCalls(const QtDelayedCalls &) = delete;
+    QtDelayedCalls &operator=(const QtDelayedCalls &) = delete;
+
+    void callAfter(double seconds, QObject *target, std::function<void()> call) override;
+    void cancelAll(const QObject *target) override;
+
+private:
+    QHash<const QObject *, QSet<QTimer *>> due;
+};
+
+} // namespace platform

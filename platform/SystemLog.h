@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <mutex>
+
+namespace platform {
+
+class PreferencesStore;
+
+/// Where finished diagnostic lines go.
+class LogSink {
+public:
+    virtual ~LogSink() = default;
+    /// Writes one line (no line feed inside or at the end). Any thread.
+    virtual void write(const QString &line) = 0;
+};
+
+/// Standard error and the system log.
+class StandardLogSink final : public LogSink {
+public:
+    StandardLogSink();
+    void write(const QString &line) override;
+};
+
+/// The program's diagnostics. Every line passes through the mask before it leaves the process, so no
+/// call site can forget it. Line feeds and control characters inside a line are written as escapes:
+/// one call is one line. Safe from any thread.
+class SystemLog {
+public:
+    using Mask = std::function<QString(const QString &)>;
+
+    /// Neither argument is owned; both must outlive the log.
+    SystemLog(LogSink &sink, const PreferencesStore &preferences);
+
+    void setMask(Mask mask);
+    /// Whether diagnostics are on: while the preference "showLogs" reads 0, absent included.
+    /// The sense is the reverse of what the key's name suggests, throughout the program.
+    [[nodiscard]] bool gateOpen() const;
+    /// Writes the line while the gate is open.
+    void write(const QString &line);
+    /// Writes the line whatever the gate says.
+    void writeAlways(const QString &line);
+
+private:
+    LogSink &sink;
+    const PreferencesStore &preferences;
+    mutable std::mutex mutex;
+    Mask mask;
+};
+
+} // namespace platform
