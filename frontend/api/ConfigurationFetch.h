@@ -1,0 +1,38 @@
+#pragma once
+
+#include "QrvVpnData.h"
+
+#include <QObject>
+
+class QrvAPI;
+
+/// Asks the service for the OpenVPN configuration of one server group and stores it: the configuration
+/// file, a line in the session log, the path and the one-time pair in the preferences.
+///
+/// start() and the signals belong to the main thread; the request and the writing run as one task on the
+/// global background queue. There is no lock: the caller keeps its buttons disabled meanwhile.
+class ConfigurationFetch final : public QObject {
+    Q_OBJECT
+
+public:
+    /// The API client is not owned and must outlive this.
+    explicit ConfigurationFetch(QrvAPI &api, QObject *parent = nullptr);
+
+    /// Sends the request for one address of the group, picked at random among those still usable (there
+    /// must be one). The title names the location in the session log; the transport is the label of the
+    /// chosen segment. prepared() is sent before the task is handed over.
+    void start(const QString &title, const QrvVpnDataPointer &data, const QString &transport);
+
+Q_SIGNALS:
+    /// The request is built and about to be sent.
+    void prepared();
+    /// Everything is stored; the tunnel can start.
+    void stored();
+    /// The task is through after stored().
+    void finished();
+    /// The service refused, did not answer, or its answer held no configuration.
+    void failed();
+
+private:
+    QrvAPI &api;
+};

@@ -1,0 +1,220 @@
+#include "QrvAPI.h"
+
+#include "RequestUrls.h"
+#include "frontend/support/Diagnostics.h"
+#include "frontend/support/OneTimeSecrets.h"
+#include "frontend/support/TextFile.h"
+#include "frontend/support/TextNumbers.h"
+#include "platform/HardwareRegistry.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Platform.h"
+#include "platform/UrlLoader.h"
+#include "platform/Workspace.h"
+
+#include <QDateTime>
+#include <QFile>
+
+namespace {
+
+struct ProcessWide {
+    QString alternativeSerial;
+    bool serverListRequested = false;
+};
+
+ProcessWide &processWide() {
+    static ProcessWide values;
+    return values;
+}
+
+platform::Platform &services() {
+    return platform::Platform::current();
+}
+
+bool isPlaceholder(const QString &serial) {
+    return serial == QLatin1String("unknown") || serial.startsWith(QLatin1String("System")) ||
+           serial.contains(u' ') || serial.contains(QLatin1String("Serial"));
+}
+
+} // namespace
+
+void QrvApiProtocol::qrvAnswer(QrvAPI & /*api*/) {}
+
+void QrvApiProtocol::qrvFailed(const platform::UrlError & /*error*/) {}
+
+QString QrvApiRequest::kindName(quint32 kind) {
+    switch (kind) {
+    case None:
+        return QStringLiteral("none");
+    case Auth:
+        return QStringLiteral("auth");
+    case Locations:
+        return QStringLiteral("locations");
+    case Browser:
+        return QStringLiteral("browser");
+    case Programs:
+        return QStringLiteral("programs");
+    case Parameters:
+        return QStringLiteral("parameters");
+    default:
+        return QStringLiteral("unknown");
+    }
+}
+
+QrvAPI::QrvAPI() = default;
+QrvAPI::~QrvAPI() = default;
+
+QrvAPI &QrvAPI::sharedApi() {
+    static QrvAPI api;
+    return api;
+}
+
+void QrvAPI::forgetProcessWideValues() {
+    processWide() = {};
+}
+
+QrvAPI &QrvAPI::initWithDelegate(QrvApiProtocol *newDelegate) {
+    delegate = newDelegate;
+    serial = platformSerialNumber();
+    servers.clearLocations();
+    services().notifications->addObserver(QStringLiteral("inetStatus"), this,
+                                          [this](const QVariant &number) { inetStatus(number); });
+    return *this;
+}
+
+void QrvAPI::inetStatus(const QVariant &number) {
+    const qlonglong status = number.toLongLong();
+    Diagnostics::log(QStringLiteral("inetStatus: %1").arg(status));
+    if (status < 1) {
+        connected = false;
+        return;
+    }
+    connected = true;
+    if (!processWide().serverListRequested) {
+        processWide().serverListRequested = cmdAuth(QString());
+    }
+}
+
+QString QrvAPI::macSerial() {
+    if (serial.isEmpty()) {
+        serial = platformSerialNumber();
+    }
+    return serial;
+}
+
+QString QrvAPI::platformSerialNumber() const {
+    QString machine = services().hardware->platformSerialNumber().value_or(QStringLiteral("unknown"));
+    if (isPlaceholder(machine)) {
+        machine = alternativePlatformSerialNumber();
+    }
+    return Diagnostics::shown(machine) + QChar(u'-') + services().bundle->version();
+}
+
+QString QrvAPI::alternativePlatformSerialNumber() {
+    QString &kept = processWide().alternativeSerial;
+    if (kept.isNull()) {
+        if (const auto address = services().hardware->firstEthernetAddress()) {
+            kept = QString::fromLatin1(address->toHex().toUpper());
+        }
+    }
+    return kept;
+}
+
+QString QrvAPI::baseUrl() {
+    return RequestUrls::base(services().service.apiHost, services().bundle->version(), macSerial());
+}
+
+bool QrvAPI::apiRequest(const QString &url) {
+    if (!connected) {
+        return false;
+    }
+    const auto escaped = RequestUrls::escaped(url);
+    return escaped &&
+           services().urls->download(
+               *escaped, this, [this] { return decideDestination(); }, [this] { downloadDidFinish(); },
+               [this](const platform::UrlError &error) { downloadDidFail(error); });
+}
+
+bool QrvAPI::cmdAuth(const QString & /*text*/) {
+    const QString version = services().bundle->version();
+    record.kind = QrvApiRequest::Auth;
+    const QString url = RequestUrls::base(services().service.apiHost, version, macSerial());
+    Diagnostics::log(QStringLiteral("version is ") + version);
+    Diagnostics::log(QStringLiteral("new url ") + url);
+    return apiRequest(url);
+}
+
+bool QrvAPI::setParameters(const QString & /*text*/, const QString &parameters) {
+    record.kind = QrvApiRequest::Parameters;
+    return apiRequest(RequestUrls::parameters(baseUrl(), parameters));
+}
+
+void QrvAPI::getLease(const QString & /*text*/) {}
+
+void QrvAPI::freeRequest() {
+    if (record.kind == QrvApiRequest::Auth) {
+        record.clientIP = QString();
+        record.clientCountry = QString();
+        record.hasLocations = false;
+    }
+    record.kind = QrvApiRequest::None;
+}
+
+QString QrvAPI::decideDestination() {
+    destinationFile = services().temporaryFolder + QChar(u'/') + QrvApiRequest::kindName(record.kind) +
+                      QChar(u'-') + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    return destinationFile;
+}
+
+void QrvAPI::downloadDidFinish() {
+    const auto table =
+        destinationFile.isEmpty() ? std::nullopt : AnswerTable::read(TextFile::read(destinationFile));
+    if (!table) {
+        freeRequest();
+        return;
+    }
+    attemptCount = 0;
+    takeAnswer(*table);
+    QFile::remove(destinationFile);
+    destinationFile = QString();
+    if (delegate != nullptr) {
+        const std::lock_guard lock(answerLock);
+        delegate->qrvAnswer(*this);
+    }
+}
+
+void QrvAPI::takeAnswer(const AnswerTable &table) {
+    if (const QString status = table.value(QStringLiteral("STATUS")); !status.isNull()) {
+        record.status = static_cast<qint8>(integerValue(status));
+    }
+    if (record.kind == QrvApiRequest::Auth) {
+        if (const QString code = table.value(QStringLiteral("CC")); !code.isNull()) {
+            record.clientCountry = code;
+        }
+        if (const QString address = table.value(QStringLiteral("ClientIP")); !address.isNull()) {
+            record.clientIP = address;
+        }
+        if (const QString locations = table.value(QStringLiteral("LOCATIONS")); !locations.isNull()) {
+            servers.setLocations(locations);
+            record.hasLocations = true;
+        }
+    }
+    if (!table.servers.isEmpty()) {
+        const QString user = table.value(QStringLiteral("VPNUser"));
+        const QString password = table.value(QStringLiteral("VPNPass"));
+        OneTimeSecrets::shared().add(user);
+        OneTimeSecrets::shared().add(password);
+        servers.setServerList(table.servers);
+        record.servers = ServerModel::parseServers(table.servers, user, password, QString());
+        servers.setServers(record.servers);
+    }
+}
+
+void QrvAPI::downloadDidFail(const platform::UrlError &error) {
+    if (delegate != nullptr) {
+        delegate->qrvFailed(error);
+    }
+}
+
+void QrvAPI::showNotification(const QString &title) {
+    services().workspace->notify(title, QStringLiteral("Quorvane"));
+}

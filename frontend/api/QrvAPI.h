@@ -1,0 +1,110 @@
+#pragma once
+
+#include "AnswerTable.h"
+#include "ServerModel.h"
+
+#include <QObject>
+#include <mutex>
+
+namespace platform {
+struct UrlError;
+}
+
+class QrvAPI;
+
+/// What the API client tells its owner; both operations are optional. Main thread.
+class QrvApiProtocol {
+public:
+    virtual ~QrvApiProtocol() = default;
+    /// An answer is in the client's request record. Called under the client's lock.
+    virtual void qrvAnswer(QrvAPI &api);
+    /// A download failed; the record keeps its old fields.
+    virtual void qrvFailed(const platform::UrlError &error);
+};
+
+/// The request in flight and what its answer said. Fields that an answer does not carry keep the values
+/// of the answer before.
+struct QrvApiRequest {
+    enum Kind : quint32 { None = 0, Auth = 5, Locations = 6, Browser = 7, Programs = 8, Parameters = 10 };
+
+    quint32 kind = None;
+    QString clientIP;          ///< public address that the service sees for this machine; null until told
+    QString clientCountry;     ///< the service's country code for that address
+    bool hasLocations = false; ///< the record refers to the client's location list
+    QrvVpnDataList servers;
+    qint8 status = 0; ///< 0: the request was accepted
+
+    /// The kind's name, used in the name of the temporary file.
+    [[nodiscard]] static QString kindName(quint32 kind);
+};
+
+/// The one client of the service's HTTPS API. Main thread; downloads call back there.
+///
+/// There is one request record and no queue: callers start one request at a time, and an answer is read
+/// under the kind of the request started last.
+class QrvAPI final : public QObject {
+    Q_OBJECT
+
+public:
+    QrvAPI();
+    ~QrvAPI() override;
+
+    [[nodiscard]] static QrvAPI &sharedApi();
+
+    /// Takes the delegate (not owned, must outlive its use here), computes the device identifier, forgets
+    /// the locations and listens to "inetStatus"; a second call listens a second time.
+    QrvAPI &initWithDelegate(QrvApiProtocol *newDelegate);
+
+    void setDelegate(QrvApiProtocol *newDelegate) { delegate = newDelegate; }
+
+    [[nodiscard]] bool inetConnect() const { return connected; }
+
+    void setInetConnect(bool reachable) { connected = reachable; }
+
+    void inetStatus(const QVariant &number);
+
+    /// The device identifier, computed on first use and kept.
+    [[nodiscard]] QString macSerial();
+    [[nodiscard]] QString platformSerialNumber() const;
+    /// Twelve upper-case hexadecimal digits; a null text without an Ethernet interface.
+    [[nodiscard]] static QString alternativePlatformSerialNumber();
+
+    [[nodiscard]] QString baseUrl();
+    /// True when a download was started; false at once without a network.
+    bool apiRequest(const QString &url);
+    bool cmdAuth(const QString &text);
+    bool setParameters(const QString &text, const QString &parameters);
+    /// There is no lease to renew with this service: sends nothing.
+    void getLease(const QString &text);
+    void freeRequest();
+
+    [[nodiscard]] const QrvApiRequest &request() const { return record; }
+
+    [[nodiscard]] const ServerModel &model() const { return servers; }
+
+    [[nodiscard]] ServerModel &model() { return servers; }
+
+    [[nodiscard]] quint32 attempts() const { return attemptCount; }
+
+    /// Chooses and remembers the temporary file of the download in flight.
+    QString decideDestination();
+    void downloadDidFinish();
+    void downloadDidFail(const platform::UrlError &error);
+    void showNotification(const QString &title);
+
+    /// Forgets what the process keeps beyond one client: the network-card serial and that the server list
+    /// was requested. For tests, which run many processes' worth in one.
+    static void forgetProcessWideValues();
+
+private:
+    void takeAnswer(const AnswerTable &table);
+
+    QrvApiProtocol *delegate = nullptr;
+    QString serial;
+    bool connected = false;
+    QrvApiRequest record;
+    ServerModel servers;
+    QString destinationFile;
+    quint32 attemptCount = 0;
+    std::recursive_mutex answerLock;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <memory>
+
+/// One server group of the service, made from one "Server" line of an answer.
+struct QrvVpnData {
+    QString ipAdress;    ///< one address of the group, picked at random when the line was read
+    QString cityCountry; ///< label shown to the user
+    QString user;        ///< one-time VPN user name; a null text when the answer had none
+    QString pass;        ///< one-time VPN password; a null text when the answer had none
+    QString countryCode;
+    QString codeName;                  ///< location code sent to the service
+    QStringList ipAdressArray;         ///< every address, in the order given
+    QStringList filteredIpAdressArray; ///< the addresses still usable: discarded ones are taken out here only
+    QString key;                       ///< text stored beside the credentials
+};
+
+/// Groups are shared by the server list and the location entries that stand for them.
+using QrvVpnDataPointer = std::shared_ptr<QrvVpnData>;
+using QrvVpnDataList = QList<QrvVpnDataPointer>;

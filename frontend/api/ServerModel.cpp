@@ -1,0 +1,173 @@
+#include "ServerModel.h"
+
+#include <QRandomGenerator>
+#include <algorithm>
+
+namespace {
+
+constexpr qsizetype fieldsNeeded = 5;
+
+const QString &unknownCountry() {
+    static const QString name = QStringLiteral("Unknown Country");
+    return name;
+}
+
+QString unknownCode() {
+    return QStringLiteral("xx");
+}
+
+/// Texts of an answer are there, even when empty.
+QString present(QStringView text) {
+    return text.isEmpty() ? QStringLiteral("") : text.toString();
+}
+
+QrvVpnDataPointer parseServer(const QString &line) {
+    const qsizetype bar = line.indexOf(u'|');
+    if (bar < 0) {
+        return nullptr;
+    }
+    // The whole line is split, the addresses behind the bar included.
+    const QStringList fields = line.split(u',');
+    if (fields.size() < fieldsNeeded) {
+        return nullptr;
+    }
+    auto data = std::make_shared<QrvVpnData>();
+    data->ipAdressArray = line.sliced(bar + 1).split(u',');
+    data->filteredIpAdressArray = data->ipAdressArray;
+    data->ipAdress =
+        present(data->ipAdressArray.at(QRandomGenerator::global()->bounded(data->ipAdressArray.size())));
+    data->cityCountry = fields.at(4) + QChar(u' ') + fields.at(1);
+    data->codeName = fields.at(2) + QChar(u' ') + fields.at(3);
+    data->countryCode = present(fields.at(3));
+    return data;
+}
+
+} // namespace
+
+QrvVpnDataList ServerModel::parseServers(const QStringList &lines, const QString &user,
+                                         const QString &password, const QString &key) {
+    QrvVpnDataList groups;
+    groups.reserve(lines.size());
+    for (const QString &line : lines) {
+        if (QrvVpnDataPointer data = parseServer(line)) {
+            data->user = user;
+            data->pass = password;
+            data->key = key;
+            groups.append(std::move(data));
+        }
+    }
+    std::sort(groups.begin(), groups.end(), [](const QrvVpnDataPointer &a, const QrvVpnDataPointer &b) {
+        return a->cityCountry < b->cityCountry;
+    });
+    return groups;
+}
+
+void ServerModel::setLocations(const QString &value) {
+    clearLocations();
+    locationsKnown = true;
+    for (const QString &piece : value.split(u'|')) {
+        const QStringList fields = piece.split(u';');
+        if (fields.size() != 4) {
+            continue;
+        }
+        addCountry(fields.at(0));
+        arrayLocations.append(QrvLocation::location(present(fields.at(2)), present(fields.at(0)),
+                                                    present(fields.at(1)),
+                                                    fields.at(3) == QLatin1String("1")));
+    }
+    std::stable_sort(
+        arrayLocations.begin(), arrayLocations.end(),
+        [](const QrvLocation &a, const QrvLocation &b) { return std::is_lt(a.compareLocations(b)); });
+}
+
+void ServerModel::clearLocations() {
+    arrayLocations.clear();
+    countryCodesListed.clear();
+    locationsKnown = false;
+}
+
+void ServerModel::fillCountries() {
+    // One row on purpose: every country entry is titled alike.
+    countries.insert(QStringLiteral("XX"), unknownCountry());
+}
+
+QString ServerModel::countryByCode(const QString &code) {
+    if (countries.isEmpty()) {
+        fillCountries();
+    }
+    return countries.value(code, unknownCountry());
+}
+
+void ServerModel::addCountry(const QString &code) {
+    if (countryCodesListed.contains(code)) {
+        return;
+    }
+    countryCodesListed.insert(code);
+    arrayLocations.append(QrvLocation::location(countryByCode(code), present(code), QString(), false));
+}
+
+bool ServerModel::locationValid(const QrvLocation &location) const {
+    return std::any_of(arrayLocations.begin(), arrayLocations.end(), [&location](const QrvLocation &entry) {
+        return entry.title == location.title && entry.countryCode == location.countryCode;
+    });
+}
+
+const QrvLocation *ServerModel::locationTitled(const QString &title) const {
+    const auto found = std::find_if(arrayLocations.begin(), arrayLocations.end(),
+                                    [&title](const QrvLocation &entry) { return entry.title == title; });
+    return found == arrayLocations.end() ? nullptr : &*found;
+}
+
+QString ServerModel::getCountryByLocation(const QString &title) const {
+    const QrvLocation *entry = locationTitled(title);
+    return entry != nullptr ? entry->countryCode : unknownCode();
+}
+
+QString ServerModel::getCodeByLocation(const QString &title) const {
+    const QrvLocation *entry = locationTitled(title);
+    return entry != nullptr ? entry->codeName : QString();
+}
+
+const QrvVpnData *ServerModel::groupLabelling(const QString &label) const {
+    const auto found = std::find_if(servers.begin(), servers.end(), [&label](const QrvVpnDataPointer &group) {
+        return label.startsWith(group->cityCountry);
+    });
+    return found == servers.end() ? nullptr : found->get();
+}
+
+QString ServerModel::getCountryByLocationForVPN(const QString &label) const {
+    const QrvVpnData *group = groupLabelling(label);
+    return group != nullptr ? group->countryCode : unknownCode();
+}
+
+QString ServerModel::getCodeByLocationForVPN(const QString &label) const {
+    const QrvVpnData *group = groupLabelling(label);
+    return group != nullptr ? group->codeName : QString();
+}
+
+QStringList ServerModel::serverFieldsWith(const QString &address) const {
+    QString wanted = address;
+    wanted.remove(u'\n');
+    if (wanted.isEmpty()) {
+        return {};
+    }
+    for (const QString &line : serverList) {
+        if (line.contains(wanted)) {
+            const QStringList fields = line.split(u',');
+            if (fields.size() > 3) {
+                return fields;
+            }
+        }
+    }
+    return {};
+}
+
+QString ServerModel::getLocationByIP(const QString &address) const {
+    const QStringList fields = serverFieldsWith(address);
+    return fields.isEmpty() ? QString() : QString(fields.at(1) + QChar(u' ') + fields.at(2));
+}
+
+QString ServerModel::getCodeByIP(const QString &address) const {
+    const QStringList fields = serverFieldsWith(address);
+    return fields.isEmpty() ? QString() : present(fields.at(3));
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "QrvLocation.h"
+#include "QrvVpnData.h"
+
+#include <QHash>
+#include <QSet>
+
+/// The servers, locations and countries of the service's last answers, and the look-ups over them.
+/// Main thread only. Sends nothing.
+class ServerModel {
+public:
+    /// Builds sorted groups from raw server lines. Lines without "|" or with fewer than five fields are
+    /// left out. A null user or password stays null in every group.
+    [[nodiscard]] static QrvVpnDataList parseServers(const QStringList &lines, const QString &user,
+                                                     const QString &password, const QString &key);
+
+    /// Replaces the raw lines that the look-ups by address search.
+    void setServerList(const QStringList &lines) { serverList = lines; }
+
+    /// Replaces the parsed groups that the look-ups by label search.
+    void setServers(const QrvVpnDataList &groups) { servers = groups; }
+
+    /// Rebuilds the location list from the answer's "LOCATIONS" value.
+    void setLocations(const QString &value);
+    void clearLocations();
+
+    [[nodiscard]] bool isServerListValid() const { return !serverList.isEmpty(); }
+
+    [[nodiscard]] bool hasLocations() const { return locationsKnown; }
+
+    [[nodiscard]] const QrvLocationList &locations() const { return arrayLocations; }
+
+    [[nodiscard]] const QrvVpnDataList &groups() const { return servers; }
+
+    void fillCountries();
+    [[nodiscard]] QString countryByCode(const QString &code);
+    void addCountry(const QString &code);
+    [[nodiscard]] bool locationValid(const QrvLocation &location) const;
+    [[nodiscard]] QString getCountryByLocation(const QString &title) const;
+    [[nodiscard]] QString getCodeByLocation(const QString &title) const;
+    [[nodiscard]] QString getCountryByLocationForVPN(const QString &label) const;
+    [[nodiscard]] QString getCodeByLocationForVPN(const QString &label) const;
+    [[nodiscard]] QString getLocationByIP(const QString &address) const;
+    [[nodiscard]] QString getCodeByIP(const QString &address) const;
+
+private:
+    [[nodiscard]] const QrvLocation *locationTitled(const QString &title) const;
+    [[nodiscard]] const QrvVpnData *groupLabelling(const QString &label) const;
+    [[nodiscard]] QStringList serverFieldsWith(const QString &address) const;
+
+    QStringList serverList;
+    QrvVpnDataList servers;
+    QrvLocationList arrayLocations;
+    QSet<QString> countryCodesListed; // the country codes in arrayLocations
+    bool locationsKnown = false;
+    QHash<QString, QString> countries;
+};

@@ -1,0 +1,32 @@
+#include "FileUtils.h"
+
+#include "frontend/support/Diagnostics.h"
+#include "platform/Platform.h"
+
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+void FileUtils::checkUserDefaultsPremmision() {
+    const QString library = platform::Platform::current().account.library();
+    const fs::path path =
+        (library + QStringLiteral("/Preferences/com.tallowind.Quorvane.plist")).toStdString();
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (status.type() == fs::file_type::not_found) {
+        return;
+    }
+    if (error) {
+        Diagnostics::logAlways(QString::fromStdString(error.message()));
+        return;
+    }
+    constexpr fs::perms wanted = fs::perms::owner_read | fs::perms::owner_write;
+    if (status.permissions() == wanted) {
+        return;
+    }
+    fs::permissions(path, wanted, error);
+    if (error) {
+        std::error_code ignored;
+        fs::remove(path, ignored);
+    }
+}

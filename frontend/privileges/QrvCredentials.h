@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+
+/// The administrator's name and password, kept scrambled in the preferences, and the one-time VPN pair,
+/// kept in memory. Scrambling only keeps the pair from standing there as plain text; it is no encryption.
+/// Reading, writing and masking are safe from any thread.
+class QrvCredentials {
+public:
+    [[nodiscard]] static QrvCredentials &sharedInstance();
+
+    /// Stores both under "un" and "up"; an empty text removes its value.
+    void saveUserName(const QString &user, const QString &password);
+    /// Null when none is stored.
+    [[nodiscard]] QString userName() const;
+    [[nodiscard]] QString rootPassword() const;
+
+    void saveVpnUserName(const QString &user, const QString &password);
+    [[nodiscard]] QString vpnUserName() const;
+    [[nodiscard]] QString vpnPassword() const;
+
+    /// Whether the platform accepts the stored pair for administrator rights. Blocks while it is asked;
+    /// a refusal returns the session to not hidden.
+    [[nodiscard]] bool credentialsIsValid();
+    /// Logs how a finished command ended.
+    void getStatus(int terminationStatus) const;
+
+    /// Each unit of the text followed by a random letter or digit, U+0000 at the end. Null for an empty text.
+    [[nodiscard]] static QString encode(const QString &text);
+    /// Every second unit, from the first. Null for fewer than two units.
+    [[nodiscard]] static QString decode(const QString &text);
+
+    /// The text with the stored user name, then the stored password, replaced by "*****". The name goes
+    /// first: a password that holds it stays partly visible.
+    [[nodiscard]] static QString sanitizeStringByRemovingLoginAndPassword(const QString &text);
+    /// What every diagnostic line goes through: the administrator's pair and the VPN pairs masked.
+    [[nodiscard]] static QString maskForLog(const QString &text);
+};

@@ -1,0 +1,101 @@
+#include "ScriptUtil.h"
+
+#include "QrvCredentials.h"
+#include "SessionReset.h"
+#include "frontend/support/Diagnostics.h"
+#include "platform/Platform.h"
+#include "platform/ScriptingService.h"
+
+namespace {
+
+const QString &firstResolver() {
+    static const QString address = QStringLiteral("8.8.8.8");
+    return address;
+}
+
+const QString &secondResolver() {
+    static const QString address = QStringLiteral("8.8.4.4");
+    return address;
+}
+
+bool isPresentButEmpty(const QString &text) {
+    return text.isEmpty() && !text.isNull();
+}
+
+QString describe(const platform::ScriptResult &result) {
+    if (result.errorNumber == platform::ScriptingService::refused) {
+        return QStringLiteral("The administrator password is required to do this.");
+    }
+    return result.errorMessage;
+}
+
+} // namespace
+
+bool ScriptUtil::runProcessAsAdministrator(const QString &launchPath, const QStringList &arguments,
+                                           QString &output, QString &errorDescription) {
+    const QString line = launchPath + QChar(u' ') + arguments.join(u' ');
+    const QrvCredentials &credentials = QrvCredentials::sharedInstance();
+    const QString user = credentials.userName();
+    const QString password = credentials.rootPassword();
+    if (isPresentButEmpty(user) || isPresentButEmpty(password)) {
+        return false;
+    }
+    Diagnostics::log(QStringLiteral("execute script"));
+    const platform::ScriptResult result =
+        platform::Platform::current().scripting->runAsAdministrator(line, user, password);
+    Diagnostics::log(QStringLiteral("Apple script error: ") + Diagnostics::shown(result.errorMessage));
+    if (result.succeeded) {
+        output = result.text;
+        return true;
+    }
+    errorDescription = describe(result);
+    SessionReset::request();
+    return false;
+}
+
+bool ScriptUtil::getSystemDns() {
+    return getEthernetDns() && getWifiDns();
+}
+
+bool ScriptUtil::getEthernetDns() {
+    return listsResolvers(QStringLiteral("networksetup -getdnsservers Ethernet"));
+}
+
+bool ScriptUtil::getWifiDns() {
+    return listsResolvers(QStringLiteral("networksetup -getdnsservers Wi-Fi"));
+}
+
+bool ScriptUtil::listsResolvers(const QString &command) {
+    Diagnostics::log(QStringLiteral("getSystemDns"));
+    Diagnostics::log(QStringLiteral("script: do shell script \"") + command + QStringLiteral("\" "));
+    const platform::ScriptResult result = platform::Platform::current().scripting->runAsUser(command);
+    Diagnostics::log(QStringLiteral("error: ") + Diagnostics::shown(result.errorMessage));
+    if (!result.succeeded || result.text.isNull()) {
+        return false;
+    }
+    // A plain substring test: order, further servers and longer addresses that hold these do not matter.
+    for (const QString &address : {firstResolver(), secondResolver()}) {
+        if (!result.text.contains(address)) {
+            Diagnostics::log(QStringLiteral("ip not found ") + address);
+            return false;
+        }
+        Diagnostics::log(QStringLiteral("ip found ") + address);
+    }
+    return true;
+}
+
+bool ScriptUtil::setSystemDns() {
+    QString output;
+    QString error;
+    bool last = false;
+    // "AirPort" is what the wireless service used to be called. Only the last answer counts: a machine
+    // without one of the services still counts as set.
+    for (const QString &service :
+         {QStringLiteral("Ethernet"), QStringLiteral("Wi-Fi"), QStringLiteral("AirPort")}) {
+        const QString command = QStringLiteral("networksetup -setdnsservers ") + service + QChar(u' ') +
+                                firstResolver() + QChar(u' ') + secondResolver();
+        last = runProcessAsAdministrator(command, {}, output, error);
+    }
+    Diagnostics::log(QStringLiteral("output: ") + Diagnostics::shown(output));
+    return last;
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+#include <memory>
+#include <sys/types.h>
+
+class QFile;
+
+/// A program started with administrator rights after the desktop asked the user for them. Nothing in the
+/// program uses it yet. One thread, with an event loop for the notice of the program's end:
+/// "ZqPrivilegedTaskDidTerminateNotification", with the task as object.
+class ZqPrivilegedTask final : public QObject {
+    Q_OBJECT
+
+public:
+    ZqPrivilegedTask();
+    explicit ZqPrivilegedTask(const QString &launchPath, const QStringList &arguments = {});
+    ~ZqPrivilegedTask() override;
+
+    /// Makes the task, launches it and waits for its end.
+    [[nodiscard]] static std::unique_ptr<ZqPrivilegedTask>
+    launchedPrivilegedTaskWithLaunchPath(const QString &launchPath, const QStringList &arguments = {});
+
+    [[nodiscard]] QStringList arguments() const { return argumentList; }
+
+    [[nodiscard]] QString currentDirectoryPath() const { return cwd; }
+
+    [[nodiscard]] bool isRunning() const { return running; }
+
+    [[nodiscard]] QString launchPath() const { return path; }
+
+    [[nodiscard]] pid_t processIdentifier() const { return pid; }
+
+    [[nodiscard]] int terminationStatus() const { return status; }
+
+    /// Reading end of the program's output; null until launched; owned by the task.
+    [[nodiscard]] QFile *outputFileHandle() const { return output.get(); }
+
+    void setArguments(const QStringList &list) { argumentList = list; }
+
+    void setCurrentDirectoryPath(const QString &folder) { cwd = folder; }
+
+    void setLaunchPath(const QString &newPath) { path = newPath; }
+
+    /// 0 on success; AuthorizationService::toolMissing where the service is not on this machine; otherwise
+    /// the service's own status.
+    int launch();
+    /// Does nothing: a privileged program is not this user's to end.
+    void terminate();
+    void waitUntilExit();
+    [[nodiscard]] QString description() const;
+
+private:
+    void checkTaskStatus();
+
+    QStringList argumentList;
+    QString cwd;
+    QString path;
+    bool running = false;
+    pid_t pid = 0;
+    int status = 0;
+    std::unique_ptr<QFile> output;
+    QTimer checkStatusTimer;
+};

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "SessionEnvironment.h"
+
+#include <QObject>
+
+class QrvAPI;
+class SessionDisplay;
+class Vpn;
+
+/// The hide-IP session: every transition from the user's request to the lent address and back. Main thread.
+///
+/// Owns no window and no tunnel; all collaborators must outlive it. A started attempt ends in exactly one of
+/// showIp(), connectionError() without a retry left, setDefaultControls(), or waits in Searching for the user
+/// (a location without usable addresses, or the administrator dialog was shown).
+class HideIpSession final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Further attempts after the first failure of a request.
+    static constexpr int retries = 3;
+
+    HideIpSession(SessionEnvironment &environment, SessionDisplay &display, QrvAPI &api, Vpn &vpn,
+                  QObject *parent = nullptr);
+    ~HideIpSession() override;
+
+    /// The hide button was pressed, by the user or in his place: its state says on or off.
+    void quorvaneButtonPressed();
+    void quorvane();
+    void stopQuorvane();
+    void quorvaneMenuItemPressed();
+
+    /// Begins one connection attempt.
+    void getNewIP();
+    /// (Re)starts the tunnel with the stored configuration.
+    void startVpn();
+    /// The tunnel is up: learns and shows the lent address. Blocks while the address is asked for.
+    void showIp();
+    /// The attempt failed: retries or gives up.
+    void connectionError();
+    void terminateVpn();
+    /// Returns to not hidden.
+    void setDefaultControls();
+    /// Re-reads the interval and arms or cancels the automatic change.
+    void settingsDidChange();
+    void reconectIfIpHidden();
+    void updateLeaseTimerFired();
+
+    /// Handles an answer of the service.
+    void qrvAnswer();
+    /// A request to the service failed: no answer came.
+    void qrvFailed();
+    void authPassed();
+    /// With true: nothing.
+    void continueWork(bool proceed);
+
+    [[nodiscard]] QString originalIP() const { return realIp; }
+
+    [[nodiscard]] int failedConnections() const { return failures; }
+
+    void clearFailedConnections() { failures = 0; }
+
+    [[nodiscard]] bool changeTimerArmed() const { return timerArmed; }
+
+private:
+    void pressed(bool on);
+    void changeIpTimerFired();
+    void cancelChangeTimer();
+    void noteOutcome(const QString &what);
+    void reportNoAddress();
+    [[nodiscard]] QString flagImageFor(const QString &countryCode) const;
+
+    SessionEnvironment &environment;
+    SessionDisplay &display;
+    QrvAPI &api;
+    Vpn &vpn;
+
+    QString realIp;
+    int failures = 0;
+    // Delayed calls are cancelled by target: the timer is a target of its own.
+    QObject changeIpTimer;
+    bool timerArmed = false;
+};

@@ -1,0 +1,10 @@
+#pragma once
+
+/// The launch-at-login agent: a property list in the user's "Library/LaunchAgents" that stays and is switched
+/// by its boolean "RunAtLoad", with the desktop's own autostart entry kept in step. Main thread.
+namespace LaunchAgent {
+
+/// Writes both. A failed write is not reported.
+void launchOnStartup(bool enabled);
+
+} // namespace LaunchAgent

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "frontend/api/QrvVpnData.h"
+
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <functional>
+#include <optional>
+
+/// The rule that picks the location of one connection attempt. Pure: it touches no window and sends
+/// nothing. Keeps the set of entries that random picks of the present rotation have used.
+class LocationChoice {
+public:
+    /// One entry of the location list. Entries are told apart by their number: a rebuilt list consists of
+    /// new entries.
+    struct Entry {
+        quint64 id = 0;
+        QString title;
+        QrvVpnDataPointer data; ///< null for "Random Location"
+    };
+
+    struct Request {
+        QList<Entry> list; ///< entry 0 is "Random Location"
+        std::optional<Entry> candidate;
+        bool usOnly = false;
+        bool automaticChange = false;
+        /// Whether the discarded table has a row equal to the text.
+        std::function<bool(const QString &)> isDiscarded;
+    };
+
+    enum class Result {
+        Picked,
+        NothingToPick, ///< only "Random Location" is there, or the pick has no usable address
+        AllUsed,       ///< every candidate was used in this rotation; asking again may succeed
+        NoUnitedStates ///< US-only with no such location
+    };
+
+    struct Outcome {
+        Result result = Result::NothingToPick;
+        Entry pick;                       ///< meaningful when Picked
+        std::optional<quint64> selection; ///< the entry that the list shall show; absent leaves it alone
+        bool updatesLocationText = false; ///< the current location text becomes the pick's title
+    };
+
+    /// A uniformly distributed 32-bit value per call.
+    using Random = std::function<quint32()>;
+
+    explicit LocationChoice(Random random);
+
+    [[nodiscard]] Outcome choose(const Request &request);
+
+    [[nodiscard]] const QSet<quint64> &usedItems() const { return used; }
+
+    void setUsedItems(const QSet<quint64> &items) { used = items; }
+
+    [[nodiscard]] static QString randomTitle();
+
+private:
+    [[nodiscard]] std::optional<Entry> unusedOf(const QList<Entry> &candidates, qsizetype sizeThatEmpties);
+
+    Random random;
+    QSet<quint64> used;
+};

@@ -1,0 +1,164 @@
+#include "MainWindow.h"
+
+#include "frontend/ui/Images.h"
+#include "ui_MainWindow.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QSignalBlocker>
+#include <QWindow>
+
+namespace {
+
+constexpr QSize stateImageSize(112, 112);
+constexpr QSize flagSize(28, 21);
+
+QString styleOf(Tone tone) {
+    switch (tone) {
+    case Tone::Warning:
+        return QStringLiteral("color: rgb(223, 46, 51);");
+    case Tone::Quiet:
+        return QStringLiteral("color: rgb(211, 211, 211);");
+    case Tone::Plain:
+        return QStringLiteral("color: white;");
+    }
+    return {};
+}
+
+void drawLine(QLabel *label, const DisplayState::Line &line, const DisplayState::Line &before) {
+    if (line.text != before.text && !line.text.isNull()) {
+        label->setText(line.text);
+    }
+    if (line.tone != before.tone || label->styleSheet().isEmpty()) {
+        label->setStyleSheet(styleOf(line.tone));
+    }
+    label->setVisible(line.visible);
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_unique<Ui::MainWindow>()) {
+    ui->setupUi(this);
+    ui->viewSpinWeel->setRange(0, 100);
+    setFixedWidth(400);
+    setWindowIcon(Images::icon(QStringLiteral("quorvane")));
+    ui->segmentTcp->setChecked(true);
+    // The address is drawn on one line even when the service ended it with a line feed.
+    ui->viewCurrentIP->setWordWrap(false);
+    auto *quit = new QAction(tr("Quit Quorvane"), this);
+    quit->setShortcut(QKeySequence::Quit);
+    addAction(quit);
+    connect(quit, &QAction::triggered, this, &MainWindow::quitRequested);
+    connectControls();
+    for (QLabel *line : {ui->fieldLine3, ui->fieldLine4, ui->fieldLine22, ui->fieldLine21}) {
+        line->setVisible(false);
+    }
+    // The settings window's door opens when there is something behind it.
+    ui->advancedSettingsButton->setVisible(false);
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::connectControls() {
+    connect(ui->buttonQuorvane, &QPushButton::clicked, this, &MainWindow::hideButtonPressed);
+    connect(ui->changeIpButton, &QPushButton::clicked, this, &MainWindow::changeIpPressed);
+    connect(ui->discardIpButton, &QPushButton::clicked, this, &MainWindow::discardIpPressed);
+    connect(ui->checkboxChangeIpInterval, &QCheckBox::clicked, this, &MainWindow::changeEverySwitched);
+    connect(ui->stepperChangeIpInterval, &QSpinBox::valueChanged, this, &MainWindow::intervalEntered);
+    connect(ui->segmentTcp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(0); });
+    connect(ui->segmentUdp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(1); });
+}
+
+void MainWindow::draw(const DisplayState &state) {
+    drawLine(ui->fieldLine1, state.line1, shown.line1);
+    drawLine(ui->fieldLine21, state.line21, shown.line21);
+    drawLine(ui->fieldLine22, state.line22, shown.line22);
+    drawLine(ui->fieldLine3, state.line3, shown.line3);
+    drawLine(ui->fieldLine4, state.line4, shown.line4);
+    if (ui->viewCurrentIP->text() != state.currentIp) {
+        ui->viewCurrentIP->setText(state.currentIp);
+    }
+    ui->buttonQuorvane->setText(state.hideButton.title);
+    ui->buttonQuorvane->setEnabled(state.hideButton.enabled);
+    ui->buttonQuorvane->setChecked(state.hideButton.on);
+    ui->advancedSettingsButton->setEnabled(state.advancedEnabled);
+    ui->changeIpButton->setVisible(state.changeIpVisible);
+    ui->discardIpButton->setVisible(state.discardIpVisible);
+    ui->viewSpinWeel->setRange(0, state.spinning ? 0 : 100);
+    ui->viewSpinWeel->setVisible(state.spinning);
+    {
+        const QSignalBlocker quiet(ui->stepperChangeIpInterval);
+        ui->stepperChangeIpInterval->setValue(state.interval);
+    }
+    ui->stepperChangeIpInterval->setEnabled(state.intervalEnabled);
+    drawImages(state);
+    shown = state;
+}
+
+void MainWindow::drawImages(const DisplayState &state) {
+    if (state.stateImage != shown.stateImage) {
+        ui->imageAppState->setPixmap(Images::pixmap(state.stateImage, stateImageSize, devicePixelRatioF()));
+        ui->imageAppState->setAccessibleName(state.stateImage);
+    }
+    if (state.flagImage != shown.flagImage) {
+        ui->imageCountry->setPixmap(Images::pixmap(state.flagImage, flagSize, devicePixelRatioF()));
+        ui->imageCountry->setAccessibleName(state.flagImage);
+    }
+    ui->imageCountry->setVisible(state.flagVisible);
+}
+
+QrvLocationPaneController &MainWindow::locationPane() const {
+    return *ui->locationPane;
+}
+
+bool MainWindow::changesAutomatically() const {
+    return ui->checkboxChangeIpInterval->isChecked();
+}
+
+void MainWindow::setChangesAutomatically(bool on) {
+    ui->checkboxChangeIpInterval->setChecked(on);
+}
+
+int MainWindow::transportIndex() const {
+    return ui->segmentUdp->isChecked() ? 1 : 0;
+}
+
+void MainWindow::setTransportIndex(int index) {
+    (index == 1 ? ui->segmentUdp : ui->segmentTcp)->setChecked(true);
+}
+
+QString MainWindow::transportLabel() const {
+    return (transportIndex() == 1 ? ui->segmentUdp : ui->segmentTcp)->text();
+}
+
+void MainWindow::raiseFloatingLevel() {
+    setWindowFlag(Qt::WindowStaysOnTopHint, true);
+}
+
+void MainWindow::dropFloatingLevel() {
+    // Through the window handle: the widget's own setter would make the window anew and lose the focus.
+    if (QWindow *handle = windowHandle()) {
+        handle->setFlag(Qt::WindowStaysOnTopHint, false);
+    } else {
+        setWindowFlag(Qt::WindowStaysOnTopHint, false);
+    }
+}
+
+void MainWindow::bringForward() {
+    if (isMinimized()) {
+        showNormal();
+    } else {
+        show();
+    }
+    raise();
+    activateWindow();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event) {
+    event->ignore();
+    if (reachableByTray) {
+        hide();
+    } else {
+        showMinimized();
+    }
+}

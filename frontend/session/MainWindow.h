@@ -1,0 +1,63 @@
+#pragma once
+
+#include "SessionDisplay.h"
+
+#include <QMainWindow>
+#include <memory>
+
+class QrvLocationPaneController;
+
+namespace Ui {
+class MainWindow;
+}
+
+/// The main window: draws the display state and tells what the user pressed. Decides nothing. Main thread.
+class MainWindow final : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    void draw(const DisplayState &state);
+
+    [[nodiscard]] QrvLocationPaneController &locationPane() const;
+    /// Whether the automatic-change box is on.
+    [[nodiscard]] bool changesAutomatically() const;
+    void setChangesAutomatically(bool on);
+    /// 0 for TCP, 1 for UDP.
+    [[nodiscard]] int transportIndex() const;
+    void setTransportIndex(int index);
+    /// The selected segment's label.
+    [[nodiscard]] QString transportLabel() const;
+
+    /// Puts the window above others from its first showing, until dropFloatingLevel().
+    void raiseFloatingLevel();
+    /// Back to the normal level, without hiding, flashing or unfocusing the window.
+    void dropFloatingLevel();
+
+    /// Closing hides the window when the tray can bring it back, else it is minimised.
+    void setReachableByTray(bool reachable) { reachableByTray = reachable; }
+
+    void bringForward();
+
+Q_SIGNALS:
+    void hideButtonPressed(bool on);
+    void changeIpPressed();
+    void discardIpPressed();
+    void changeEverySwitched(bool on);
+    void intervalEntered(int minutes);
+    void transportChosen(int index);
+    void quitRequested();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void connectControls();
+    void drawImages(const DisplayState &state);
+
+    std::unique_ptr<Ui::MainWindow> ui;
+    DisplayState shown;
+    bool reachableByTray = false;
+};

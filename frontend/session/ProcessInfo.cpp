@@ -1,0 +1,58 @@
+#include "ProcessInfo.h"
+
+#include "platform/Platform.h"
+#include "platform/ProcessTable.h"
+
+#include <QtGlobal>
+#include <cerrno>
+#include <cstring>
+#include <new>
+
+int ProcessInfo::getBSDProcessList(std::unique_ptr<platform::ProcessRecord[]> *procList,
+                                   std::size_t *procCount) {
+    Q_ASSERT_X(procList != nullptr, "frontend/ProcessInfo", "procList != NULL");
+    Q_ASSERT_X(*procList == nullptr, "frontend/ProcessInfo", "*procList == NULL");
+    Q_ASSERT_X(procCount != nullptr, "frontend/ProcessInfo", "procCount != NULL");
+    *procCount = 0;
+    const platform::ProcessTable &table = *platform::Platform::current().processes;
+    for (;;) {
+        std::size_t size = 0;
+        if (const int error = table.query(nullptr, size); error != 0) {
+            return error;
+        }
+        std::unique_ptr<platform::ProcessRecord[]> rows(new (std::nothrow) platform::ProcessRecord[size]);
+        if (!rows) {
+            return ENOMEM;
+        }
+        const int error = table.query(rows.get(), size);
+        if (error == 0) {
+            *procList = std::move(rows);
+            *procCount = size;
+            return 0;
+        }
+        if (error != ENOMEM) { // ENOMEM: the table grew in between
+            return error;
+        }
+    }
+}
+
+void ProcessInfo::obtainFreshProcessList() {
+    std::unique_ptr<platform::ProcessRecord[]> rows;
+    std::size_t size = 0;
+    names.clear();
+    if (getBSDProcessList(&rows, &size) != 0) {
+        count = -1;
+        return;
+    }
+    names.reserve(static_cast<qsizetype>(size));
+    for (std::size_t i = 0; i < size; ++i) {
+        const auto &name = rows[i].name;
+        names.append(
+            QString::fromUtf8(name.data(), static_cast<qsizetype>(strnlen(name.data(), name.size()))));
+    }
+    count = static_cast<std::int32_t>(size);
+}
+
+bool ProcessInfo::findProcessWithName(const QString &name) const {
+    return names.contains(name);
+}

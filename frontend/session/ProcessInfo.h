@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QStringList>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace platform {
+struct ProcessRecord;
+}
+
+/// A snapshot of the machine's processes by their short names. Any thread, one object per thread.
+class ProcessInfo {
+public:
+    /// Fills the list (which must be empty) with a fresh array of process records. 0 on success, else an
+    /// errno value and no list. Retries for as long as the table grows between the two queries.
+    static int getBSDProcessList(std::unique_ptr<platform::ProcessRecord[]> *procList,
+                                 std::size_t *procCount);
+
+    void obtainFreshProcessList();
+    /// Exact, case-sensitive equality with a short name of the snapshot. False without a snapshot.
+    [[nodiscard]] bool findProcessWithName(const QString &name) const;
+
+    /// Entries of the last snapshot; -1 when there is none.
+    [[nodiscard]] std::int32_t numberOfProcesses() const { return count; }
+
+    void setNumberOfProcesses(std::int32_t number) { count = number; }
+
+    /// Short names in the kernel's order.
+    [[nodiscard]] const QStringList &processList() const { return names; }
+
+private:
+    std::int32_t count = -1;
+    QStringList names;
+};

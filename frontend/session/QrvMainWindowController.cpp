@@ -1,0 +1,405 @@
+#include "QrvMainWindowController.h"
+
+#include "MainWindow.h"
+#include "frontend/privileges/QrvAuthenticationWindowController.h"
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/privileges/ScriptUtil.h"
+#include "frontend/support/Diagnostics.h"
+#include "frontend/support/Reachability.h"
+#include "frontend/support/SessionState.h"
+#include "frontend/ui/Alerts.h"
+#include "frontend/ui/Images.h"
+#include "frontend/ui/TrayPresence.h"
+#include "platform/DelayedCalls.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Platform.h"
+#include "platform/PreferencesStore.h"
+#include "platform/UserDefaultsController.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QPointer>
+#include <QRandomGenerator>
+
+namespace {
+
+const QString transportKey = QStringLiteral("tcpUdp");
+const QString changeEveryKey = QStringLiteral("changeIpEvery");
+const QString intervalKey = QStringLiteral("changeIpInterval");
+constexpr int defaultInterval = 10;
+
+platform::Platform &services() {
+    return platform::Platform::current();
+}
+
+QPointer<QrvMainWindowController> &shared() {
+    static QPointer<QrvMainWindowController> controller;
+    return controller;
+}
+
+void postInternetStatus(int status) {
+    // Reachability calls on its own queue; the rest of the program lives on the main thread.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [status] {
+            Diagnostics::log(status == 1 ? QStringLiteral("*** checkReachability: inet YES")
+                                         : QStringLiteral("*** checkReachability: inet NO"));
+            services().notifications->post(QStringLiteral("inetStatus"), status);
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace
+
+QrvMainWindowController::QrvMainWindowController()
+    : mainWindow(std::make_unique<MainWindow>()), tray(new TrayPresence(this)), fetch(QrvAPI::sharedApi()),
+      choice([] { return QRandomGenerator::global()->generate(); }),
+      hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this), sessionDisplay,
+                                                    QrvAPI::sharedApi(), vpn)) {}
+
+QrvMainWindowController::~QrvMainWindowController() {
+    if (reach) {
+        reach->stopNotifier();
+    }
+    services().notifications->removeObservers(this);
+    services().delayedCalls->cancelAll(this);
+    QrvAPI::sharedApi().setDelegate(nullptr);
+}
+
+QrvMainWindowController *QrvMainWindowController::sharedMainWindow() {
+    return shared();
+}
+
+void QrvMainWindowController::setSharedMainWindow(QrvMainWindowController *controller) {
+    shared() = controller;
+}
+
+void QrvMainWindowController::awakeFromNib() {
+    checkReachability();
+    mainWindow->setWindowTitle(
+        QStringLiteral("%1 (ver.%2)").arg(mainWindow->windowTitle(), services().bundle->version()));
+    connectWindow();
+    connectTray();
+    connectFetch();
+    QrvAPI &api = QrvAPI::sharedApi();
+    api.initWithDelegate(this);
+    mainWindow->locationPane().connectTo(&api, this);
+    SessionState::shared().hidden = services().preferences->boolean(QStringLiteral("hide"));
+    sessionDisplay.starting();
+    api.cmdAuth(QString()); // sends nothing before the network is known; then it is sent on its own
+    startAnimation();
+    hideIpSession->settingsDidChange();
+    mainWindow->raiseFloatingLevel();
+    observeNotifications();
+    vpn.setDelegate(this);
+    vpn.stopVpn(); // clears a tunnel left over from an earlier run
+    hideIpSession->clearFailedConnections();
+    scheduleStartupChecks();
+    if (!startedHidden()) {
+        mainWindow->bringForward();
+    } else if (!tray->isAvailable()) {
+        mainWindow->showMinimized(); // nothing else would lead back to it
+    }
+}
+
+void QrvMainWindowController::connectWindow() {
+    connect(&sessionDisplay, &SessionDisplay::changed, this, [this](const DisplayState &state) {
+        mainWindow->draw(state);
+        tray->setImage(state.trayImage);
+        tray->hideIpMenuItem()->setText(state.hideItem.title);
+        tray->hideIpMenuItem()->setEnabled(state.hideItem.enabled);
+        tray->changeIpMenuItem()->setEnabled(state.changeItemEnabled);
+        tray->copyIpMenuItem()->setEnabled(state.copyItemEnabled);
+        if (state.trayMenuAttached) {
+            tray->attachMenu();
+        }
+        mainWindow->setReachableByTray(tray->isAvailable());
+    });
+    auto &preferences = *services().preferences;
+    if (preferences.integer(intervalKey) == 0) {
+        preferences.setValue(intervalKey, defaultInterval);
+    }
+    mainWindow->setTransportIndex(static_cast<int>(preferences.integer(transportKey)));
+    mainWindow->setChangesAutomatically(preferences.boolean(changeEveryKey));
+    connect(mainWindow.get(), &MainWindow::hideButtonPressed, this, [this](bool on) {
+        sessionDisplay.switchedOn(on);
+        hideIpSession->quorvaneButtonPressed();
+    });
+    connect(mainWindow.get(), &MainWindow::changeIpPressed, this,
+            &QrvMainWindowController::changeIpButtonPressed);
+    connect(mainWindow.get(), &MainWindow::discardIpPressed, this,
+            &QrvMainWindowController::discardIpButtonPressed);
+    connect(mainWindow.get(), &MainWindow::changeEverySwitched, this, [this](bool on) {
+        if (on) {
+            mainWindow->locationPane().selectItem(0);
+        }
+        services().preferences->setValue(changeEveryKey, on);
+        services().userDefaults->save();
+        hideIpSession->settingsDidChange();
+    });
+    connect(mainWindow.get(), &MainWindow::intervalEntered, this, [](int minutes) {
+        services().preferences->setValue(intervalKey, minutes);
+        services().userDefaults->save();
+    });
+    connect(mainWindow.get(), &MainWindow::transportChosen, this, [](int index) {
+        services().preferences->setValue(transportKey, index);
+        services().userDefaults->save();
+    });
+    connect(mainWindow.get(), &MainWindow::quitRequested, this, [] { QCoreApplication::quit(); });
+}
+
+void QrvMainWindowController::connectTray() {
+    connect(&animation, &TrayAnimation::frame, &sessionDisplay, &SessionDisplay::trayImage);
+    connect(tray, &TrayPresence::doubleClicked, this, &QrvMainWindowController::showSelfMenuItemPressed);
+    connect(tray->hideIpMenuItem(), &QAction::triggered, hideIpSession.get(),
+            &HideIpSession::quorvaneMenuItemPressed);
+    connect(tray->changeIpMenuItem(), &QAction::triggered, this,
+            &QrvMainWindowController::changeIpMenuItemPressed);
+    connect(tray->showSelfMenuItem(), &QAction::triggered, this,
+            &QrvMainWindowController::showSelfMenuItemPressed);
+    connect(tray->quitMenuItem(), &QAction::triggered, this, [] { QCoreApplication::quit(); });
+}
+
+void QrvMainWindowController::connectFetch() {
+    connect(&fetch, &ConfigurationFetch::prepared, &sessionDisplay, &SessionDisplay::fetching);
+    connect(&fetch, &ConfigurationFetch::stored, hideIpSession.get(), &HideIpSession::startVpn);
+    connect(&fetch, &ConfigurationFetch::finished, &sessionDisplay,
+            [this] { sessionDisplay.advancedEnabled(true); });
+    connect(&fetch, &ConfigurationFetch::failed, hideIpSession.get(), &HideIpSession::connectionError);
+}
+
+void QrvMainWindowController::observeNotifications() {
+    const auto observe = [this](const char *name, auto handler) {
+        services().notifications->addObserver(QString::fromLatin1(name), this,
+                                              [handler](const QVariant &) { handler(); });
+    };
+    observe("startVpn", [this] { hideIpSession->getNewIP(); });
+    observe("applicationWillTerminate", [this] { terminateVpn(); });
+    observe("showIp", [this] { hideIpSession->showIp(); });
+    observe("setDefaultControls", [this] { hideIpSession->setDefaultControls(); });
+    observe("checkCredential", [this] { authWindow(); });
+}
+
+void QrvMainWindowController::scheduleStartupChecks() {
+    auto &calls = *services().delayedCalls;
+    calls.callAfter(checkDelaySeconds, this, [this] { checkDnsSettings(); });
+    calls.callAfter(checkDelaySeconds, this, [this] { checkCredentials(); });
+    calls.callAfter(checkDelaySeconds, this, [this] { refreshFrontWindow(); });
+}
+
+void QrvMainWindowController::checkReachability() {
+    if (reach) {
+        reach->stopNotifier();
+    }
+    reach = Reachability::reachabilityWithHostname(services().service.reachabilityHost);
+    if (!reach) {
+        return;
+    }
+    reach->reachableBlock = [](Reachability &) {
+        postInternetStatus(1);
+    };
+    reach->unreachableBlock = [](Reachability &) {
+        postInternetStatus(0);
+    };
+    reach->startNotifier();
+}
+
+void QrvMainWindowController::checkDnsSettings() {
+    Diagnostics::log(QStringLiteral("checkDnsSettings"));
+    ScriptUtil script;
+    if (!script.getSystemDns()) {
+        authWindow();
+        script.setSystemDns();
+    }
+}
+
+void QrvMainWindowController::checkCredentials() {
+    authWindow(); // tests the pair itself
+}
+
+void QrvMainWindowController::refreshFrontWindow() {
+    mainWindow->dropFloatingLevel();
+}
+
+bool QrvMainWindowController::authWindow() {
+    if (QrvCredentials::sharedInstance().credentialsIsValid()) {
+        return false;
+    }
+    if (authRunning) {
+        return true; // it is in front of the user already
+    }
+    if (!authDialog) {
+        authDialog = std::make_unique<QrvAuthenticationWindowController>(mainWindow.get());
+        authDialog->loadWindow();
+    }
+    authRunning = true;
+    authDialog->runModal();
+    authRunning = false;
+    return true;
+}
+
+LocationChoice::Request QrvMainWindowController::choiceRequest() const {
+    LocationChoice::Request request;
+    const QrvMenuItem *current = mainWindow->locationPane().currentItem();
+    for (const auto &item : mainWindow->locationPane().items()) {
+        request.list.append({item->number(), item->text(), item->vpnData()});
+        if (item.get() == current) {
+            request.candidate = request.list.last();
+        }
+    }
+    request.automaticChange = changesAutomatically();
+    request.isDiscarded = [list = getDiscardList()](const QString &text) {
+        return list.contains(text);
+    };
+    return request;
+}
+
+void QrvMainWindowController::selectEntry(quint64 number) {
+    const auto &items = mainWindow->locationPane().items();
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (items[i]->number() == number) {
+            mainWindow->locationPane().selectItem(static_cast<int>(i));
+            return;
+        }
+    }
+}
+
+void QrvMainWindowController::downloadCertificateForSelectedItem() {
+    if (!QrvAPI::sharedApi().inetConnect()) {
+        Diagnostics::log(QStringLiteral("downloadCertificateForSelectedItem no inet"));
+        hideIpSession->connectionError();
+        return;
+    }
+    const LocationChoice::Outcome outcome = choice.choose(choiceRequest());
+    if (outcome.selection) {
+        selectEntry(*outcome.selection);
+    }
+    switch (outcome.result) {
+    case LocationChoice::Result::NothingToPick:
+        return;
+    case LocationChoice::Result::NoUnitedStates:
+        hideIpSession->connectionError();
+        return;
+    case LocationChoice::Result::AllUsed:
+        sessionDisplay.notice(tr("Every location has been used in this rotation. Restart Quorvane or choose "
+                                 "a location to go on."));
+        return;
+    case LocationChoice::Result::Picked:
+        break;
+    }
+    if (outcome.updatesLocationText) {
+        SessionState::shared().currentLocation = outcome.pick.title;
+    }
+    if (!outcome.pick.data->ipAdress.isNull() && SessionState::shared().currentLocation.isEmpty()) {
+        SessionState::shared().currentLocation =
+            QrvAPI::sharedApi().model().getLocationByIP(outcome.pick.data->ipAdress);
+    }
+    lastItem = outcome.pick;
+    fetch.start(outcome.pick.title, outcome.pick.data, mainWindow->transportLabel());
+}
+
+void QrvMainWindowController::changeIpMenuItemPressed() {
+    mainWindow->locationPane().selectItem(0);
+    terminateVpn();
+    hideIpSession->getNewIP();
+}
+
+void QrvMainWindowController::changeIpButtonPressed() {
+    hideIpSession->stopQuorvane();
+    hideIpSession->quorvane();
+}
+
+void QrvMainWindowController::discardIpButtonPressed() {
+    terminateVpn();
+    hideIpSession->getNewIP();
+}
+
+void QrvMainWindowController::showSelfMenuItemPressed() {
+    mainWindow->bringForward();
+}
+
+void QrvMainWindowController::connectionError() {
+    hideIpSession->connectionError();
+}
+
+void QrvMainWindowController::qrvAnswer(QrvAPI & /*api*/) {
+    hideIpSession->qrvAnswer();
+}
+
+void QrvMainWindowController::qrvFailed(const platform::UrlError & /*error*/) {
+    hideIpSession->qrvFailed();
+}
+
+QStringList QrvMainWindowController::getDiscardList() const {
+    return {};
+}
+
+void QrvMainWindowController::setRequiredUS(bool /*required*/) {
+    choice.setUsedItems({});
+}
+
+void QrvMainWindowController::terminateVpn() {
+    hideIpSession->terminateVpn();
+}
+
+void QrvMainWindowController::stopQuorvane() {
+    hideIpSession->stopQuorvane();
+}
+
+void QrvMainWindowController::alert(const QString &title, const QString &message) {
+    Alerts::shared().critical({title, message, {}});
+}
+
+void QrvMainWindowController::alertLater(const QString &message, const QString &informative) {
+    Alerts::shared().criticalLater({QStringLiteral("Quorvane"), message, informative});
+}
+
+QString QrvMainWindowController::selectedTitle() const {
+    return mainWindow->locationPane().currentItem()->text();
+}
+
+QString QrvMainWindowController::lastItemTitle() const {
+    return lastItem.title;
+}
+
+QrvVpnDataPointer QrvMainWindowController::lastItemData() const {
+    return lastItem.data;
+}
+
+void QrvMainWindowController::fillLocations(const QrvVpnDataList &servers) {
+    mainWindow->locationPane().fillCountries(servers);
+    mainWindow->locationPane().checkPopupCountry();
+}
+
+bool QrvMainWindowController::changesAutomatically() const {
+    return mainWindow->changesAutomatically();
+}
+
+void QrvMainWindowController::startAnimation() {
+    animation.start();
+}
+
+void QrvMainWindowController::stopAnimation() {
+    animation.stop();
+}
+
+void QrvMainWindowController::resetAnimationFrames() {
+    animation.resetFrames();
+}
+
+bool QrvMainWindowController::hasImage(const QString &name) const {
+    return Images::exists(name);
+}
+
+void QrvMainWindowController::showWindow() {
+    showSelfMenuItemPressed();
+}
+
+bool QrvMainWindowController::startedHidden() const {
+    const QStringList arguments = QCoreApplication::arguments();
+    return arguments.size() > 1 && arguments.at(1) == QLatin1String("-hide");
+}
+
+void QrvMainWindowController::terminateApplication() {
+    QCoreApplication::quit();
+}

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "HideIpSession.h"
+#include "LocationChoice.h"
+#include "SessionDisplay.h"
+#include "SessionEnvironment.h"
+#include "TrayAnimation.h"
+#include "frontend/api/ConfigurationFetch.h"
+#include "frontend/api/QrvAPI.h"
+#include "frontend/tunnel/Vpn.h"
+#include "frontend/ui/QrvLocationPaneController.h"
+
+#include <memory>
+
+class MainWindow;
+class QrvAuthenticationWindowController;
+class Reachability;
+class TrayPresence;
+
+/// The main window's controller: builds the window, the tray icon and the session, and passes between them.
+/// The session's rules are in HideIpSession, the pick in LocationChoice, the display in SessionDisplay.
+/// Main thread.
+class QrvMainWindowController final : public VpnProtocol,
+                                      public QrvApiProtocol,
+                                      public LocationPaneDelegate,
+                                      private SessionEnvironment {
+    Q_OBJECT
+
+public:
+    /// Seconds from the window's loading to the start-up checks.
+    static constexpr double checkDelaySeconds = 2.0;
+
+    QrvMainWindowController();
+    ~QrvMainWindowController() override;
+
+    /// Null until the application has finished launching.
+    [[nodiscard]] static QrvMainWindowController *sharedMainWindow();
+    static void setSharedMainWindow(QrvMainWindowController *controller);
+
+    /// Builds everything and sends the first request. Once.
+    void awakeFromNib();
+
+    void showSelfMenuItemPressed();
+    void changeIpMenuItemPressed();
+    void changeIpButtonPressed();
+    void discardIpButtonPressed();
+    void checkReachability();
+    void checkCredentials();
+    void checkDnsSettings();
+    void refreshFrontWindow();
+
+    [[nodiscard]] HideIpSession &session() { return *hideIpSession; }
+
+    [[nodiscard]] MainWindow &window() { return *mainWindow; }
+
+    [[nodiscard]] const SessionDisplay &display() const { return sessionDisplay; }
+
+    // VpnProtocol
+    void connectionError() override;
+    // QrvApiProtocol
+    void qrvAnswer(QrvAPI &api) override;
+    void qrvFailed(const platform::UrlError &error) override;
+    // LocationPaneDelegate
+    [[nodiscard]] QStringList getDiscardList() const override;
+    void setRequiredUS(bool required) override;
+    void terminateVpn() override;
+    void stopQuorvane() override;
+
+private:
+    // SessionEnvironment
+    void alert(const QString &title, const QString &message) override;
+    void alertLater(const QString &message, const QString &informative) override;
+    bool authWindow() override;
+    [[nodiscard]] QString selectedTitle() const override;
+    void downloadCertificateForSelectedItem() override;
+    [[nodiscard]] QString lastItemTitle() const override;
+    [[nodiscard]] QrvVpnDataPointer lastItemData() const override;
+    void fillLocations(const QrvVpnDataList &servers) override;
+    [[nodiscard]] bool changesAutomatically() const override;
+    void startAnimation() override;
+    void stopAnimation() override;
+    void resetAnimationFrames() override;
+    [[nodiscard]] bool hasImage(const QString &name) const override;
+    void showWindow() override;
+    [[nodiscard]] bool startedHidden() const override;
+    void terminateApplication() override;
+
+    void connectWindow();
+    void connectTray();
+    void connectFetch();
+    void observeNotifications();
+    void scheduleStartupChecks();
+    [[nodiscard]] LocationChoice::Request choiceRequest() const;
+    void selectEntry(quint64 number);
+
+    std::unique_ptr<MainWindow> mainWindow;
+    TrayPresence *tray;
+    SessionDisplay sessionDisplay;
+    TrayAnimation animation;
+    Vpn vpn;
+    ConfigurationFetch fetch;
+    LocationChoice choice;
+    std::unique_ptr<HideIpSession> hideIpSession;
+    std::unique_ptr<QrvAuthenticationWindowController> authDialog;
+    std::shared_ptr<Reachability> reach;
+    LocationChoice::Entry lastItem;
+    bool authRunning = false;
+};

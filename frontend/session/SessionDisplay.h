@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+/// How a line of the window is drawn.
+enum class Tone {
+    Warning, ///< the warning red
+    Quiet,   ///< light grey
+    Plain    ///< white
+};
+
+/// Everything that the window, the tray icon and its menu show of the session.
+struct DisplayState {
+    struct Line {
+        QString text;
+        Tone tone = Tone::Plain;
+        bool visible = false;
+        bool operator==(const Line &) const = default;
+    };
+
+    struct Button {
+        QString title;
+        bool enabled = false;
+        bool on = false;
+        bool operator==(const Button &) const = default;
+    };
+
+    struct Item {
+        QString title;
+        bool enabled = false;
+        bool operator==(const Item &) const = default;
+    };
+
+    Line line1, line21, line22, line3, line4;
+    QString currentIp; ///< exactly as shown, a trailing line feed included
+    QString flagImage; ///< name of the flag's image; null when cleared
+    bool flagVisible = false;
+    QString stateImage;
+    QString trayImage;
+    bool trayMenuAttached = false;
+    bool spinning = false;
+    Button hideButton;
+    bool advancedEnabled = true;
+    bool changeIpVisible = false;
+    bool discardIpVisible = false;
+    Item hideItem;
+    bool changeItemEnabled = false;
+    bool copyItemEnabled = true;
+    int interval = 0;
+    bool intervalEnabled = false;
+
+    bool operator==(const DisplayState &) const = default;
+};
+
+/// The one place that turns a state of the session into texts, tones, images and enabled controls.
+/// Draws nothing: whoever draws listens to changed(). Main thread.
+class SessionDisplay final : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SessionDisplay(QObject *parent = nullptr);
+
+    [[nodiscard]] const DisplayState &state() const { return current; }
+
+    /// The start of the run, until the first answer.
+    void starting();
+    /// An answer told the address that the service sees.
+    void currentIpKnown(const QString &address);
+    /// The controls that the first answer opens.
+    void controlsReady();
+    void answerHandled();
+    void trayMenuAttached();
+    void trayImage(const QString &name);
+
+    void switchedOn(bool on);
+    void switchingOn();
+    void searching();
+    void fetching();
+    void advancedEnabled(bool enabled);
+    void tunnelStarting();
+    void hidden(const QString &lentIp, const QString &originalIp, const QString &flagImage,
+                const QString &location);
+    /// The last try failed. The copy item, the flag's visibility and the notice stay as they are.
+    void failed(const QString &originalIp);
+    void notHidden(const QString &originalIp);
+    void hideRotationButtons();
+    void interval(int minutes, bool enabled);
+    /// A line below the location; a null text hides it.
+    void notice(const QString &text);
+
+    [[nodiscard]] static QString hideTitle();
+    [[nodiscard]] static QString stopTitle();
+
+Q_SIGNALS:
+    void changed(const DisplayState &state);
+
+private:
+    void warn();
+    void publish();
+
+    DisplayState current;
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "frontend/support/QrvThread.h"
+
+#include <QObject>
+#include <QString>
+#include <memory>
+
+/// Turns the tray icon while something is under way: "A01" to "A14" and round again, one frame every 0.2
+/// seconds, timed by a thread of its own. Main thread; frames are told there, and none after stop().
+class TrayAnimation final : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr quint32 frameMicroseconds = 200'000;
+
+    explicit TrayAnimation(QObject *parent = nullptr);
+    ~TrayAnimation() override;
+
+    /// Starts from the first frame; does nothing while it runs.
+    void start();
+    void stop();
+
+    void resetFrames() { iconCount = 0; }
+
+    [[nodiscard]] bool isRunning() const { return animateIconThread != nullptr; }
+
+    /// The next frame's image; also what the thread causes every 0.2 seconds.
+    void animateTrayIcon();
+
+Q_SIGNALS:
+    void frame(const QString &image);
+
+private:
+    struct Relay;
+
+    static void *loop(void *relay, void *unused2, void *unused3);
+
+    quint32 iconCount = 0;
+    std::unique_ptr<QrvThread> animateIconThread;
+    std::shared_ptr<Relay> relay;
+};

@@ -1,0 +1,134 @@
+#include "QrvThread.h"
+
+#include <unistd.h>
+
+namespace {
+
+constexpr std::int32_t success = 0;
+constexpr std::int32_t failure = -1;
+
+} // namespace
+
+QrvThread::QrvThread() : record(std::make_shared<Record>()) {}
+
+QrvThread::~QrvThread() {
+    cancel();
+}
+
+void QrvThread::Record::set(std::int32_t state) {
+    const std::lock_guard lock(statusMutex);
+    threadState = state;
+}
+
+void *QrvThread::Record::execute() {
+    return userThreadFunc(userArg1, userArg2, userArg3);
+}
+
+void QrvThread::setThreadFunction(Function function, void *arg1, void *arg2, void *arg3) {
+    record->userThreadFunc = function;
+    record->userArg1 = arg1;
+    record->userArg2 = arg2;
+    record->userArg3 = arg3;
+}
+
+std::int32_t QrvThread::run() {
+    if (record->userThreadFunc == nullptr) {
+        return failure;
+    }
+    const std::int32_t state = getState();
+    if (state == running || state == detached) {
+        return success;
+    }
+    auto argument = std::make_unique<std::shared_ptr<Record>>(record);
+    {
+        // Held across the creation: the new thread cannot report its end before `alive` is set.
+        const std::lock_guard lock(record->statusMutex);
+        if (pthread_create(&hThread, nullptr, &QrvThread::entry, argument.get()) == 0) {
+            static_cast<void>(argument.release()); // now the new thread's
+            record->alive = true;
+            record->threadState = running;
+            return success;
+        }
+    }
+    setState(failed);
+    return failure;
+}
+
+std::int32_t QrvThread::run(Function function, void *arg1, void *arg2, void *arg3) {
+    setThreadFunction(function, arg1, arg2, arg3);
+    return run();
+}
+
+void *QrvThread::executeThreadFunction() {
+    return record->execute();
+}
+
+std::int32_t QrvThread::detach() {
+    if (record->threadState != running || pthread_detach(hThread) != 0) {
+        return failure;
+    }
+    record->threadState = detached;
+    return success;
+}
+
+std::int32_t QrvThread::join(void *&result) {
+    if (record->threadState != running || pthread_join(hThread, &result) != 0) {
+        return failure;
+    }
+    record->threadState = finished;
+    return success;
+}
+
+std::int32_t QrvThread::cancel() {
+    const std::int32_t state = getState();
+    if (state != running && state != detached) {
+        return failure;
+    }
+    const std::lock_guard lock(record->statusMutex);
+    // A detached thread that has ended no longer has a handle that may be touched.
+    const bool cancelled = record->alive && pthread_cancel(hThread) == 0;
+    record->threadState = cancelled ? notStarted : failed;
+    return cancelled ? success : failure;
+}
+
+void QrvThread::setState(std::int32_t state) {
+    record->set(state);
+}
+
+std::int32_t QrvThread::getState() const {
+    const std::lock_guard lock(record->statusMutex);
+    return record->threadState;
+}
+
+void QrvThread::cancellationPoint(std::uint32_t microseconds) {
+    int previous = 0;
+    pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, &previous);
+    usleep(microseconds);
+    pthread_testcancel();
+    pthread_setcancelstate(previous, nullptr);
+}
+
+void *QrvThread::entry(void *argument) {
+    if (argument == nullptr) {
+        return nullptr;
+    }
+    // A cancellation unwinds this frame, so the record's share is given back on every way out.
+    int previous = 0;
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous);
+    const std::unique_ptr<std::shared_ptr<Record>> owner(static_cast<std::shared_ptr<Record> *>(argument));
+    const std::shared_ptr<Record> record = *owner;
+
+    struct AliveGuard {
+        Record &record;
+
+        ~AliveGuard() {
+            const std::lock_guard lock(record.statusMutex);
+            record.alive = false;
+        }
+    } guard{*record};
+
+    record->set(running);
+    void *result = record->execute();
+    record->set(finished);
+    return result;
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <pthread.h>
+
+/// One operating-system thread that runs a plain function with three untyped arguments.
+///
+/// run(), detach(), join() and cancel() are for the owner's thread; results are 0 for success and -1 for
+/// failure. The function owns nothing here: its arguments must outlive it. Destruction cancels the thread
+/// without waiting for it, so the function must offer itself for cancellation only where nothing of the
+/// program is half done (see cancellationPoint()).
+class QrvThread {
+public:
+    using Function = void *(*)(void *, void *, void *);
+
+    enum State : std::int32_t {
+        notStarted = 0, ///< also: cancelled
+        running = 1,
+        detached = 2,
+        finished = 4, ///< the function has returned, or the thread was joined
+        failed = 5    ///< creation or cancellation failed
+    };
+
+    QrvThread();
+    ~QrvThread();
+    QrvThread(const QrvThread &) = delete;
+    QrvThread &operator=(const QrvThread &) = delete;
+
+    void setThreadFunction(Function function, void *arg1, void *arg2, void *arg3);
+    std::int32_t run();
+    std::int32_t run(Function function, void *arg1, void *arg2, void *arg3);
+    /// Calls the function on the caller's thread.
+    void *executeThreadFunction();
+    std::int32_t detach();
+    std::int32_t join(void *&result);
+    std::int32_t cancel();
+    void setState(std::int32_t state);
+    [[nodiscard]] std::int32_t getState() const;
+
+    /// For thread functions: sleeps so long, and lets a pending cancellation act, here and nowhere else.
+    static void cancellationPoint(std::uint32_t microseconds);
+
+private:
+    // The running thread keeps its record alive: it may still be inside the function for a moment after
+    // the owner has gone.
+    struct Record {
+        mutable std::mutex statusMutex;
+        // Atomic as well as guarded: detach() and join() go past the mutex.
+        std::atomic<std::int32_t> threadState{notStarted};
+        // Set while the handle may still be used for cancellation; guarded by statusMutex.
+        bool alive = false;
+        Function userThreadFunc = nullptr;
+        void *userArg1 = nullptr;
+        void *userArg2 = nullptr;
+        void *userArg3 = nullptr;
+
+        void set(std::int32_t state);
+        void *execute();
+    };
+
+    static void *entry(void *argument);
+
+    pthread_t hThread{};
+    std::shared_ptr<Record> record;
+};

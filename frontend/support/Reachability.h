@@ -1,0 +1,68 @@
+#pragma once
+
+#include "platform/NetworkReachability.h"
+
+#include <QString>
+#include <functional>
+#include <memory>
+
+/// Watches whether a host, an address or the network in general can be reached.
+///
+/// Queries read the present flags and answer false, 0 or empty when they cannot be read. Once started,
+/// every change is told twice: the reachable or unreachable block runs on the monitor's own queue (never
+/// on the main thread), and "kReachabilityChangedNotification" is posted on the main thread. The object
+/// keeps itself alive while its notifier runs, so it is held by shared pointers only.
+class Reachability : public std::enable_shared_from_this<Reachability> {
+public:
+    using Block = std::function<void(Reachability &)>;
+    using Pointer = std::shared_ptr<Reachability>;
+
+    static constexpr int notReachable = 0;
+    static constexpr int reachableViaLocalNetwork = 2;
+
+    /// Each gives a null pointer when the platform cannot make the target.
+    [[nodiscard]] static Pointer reachabilityWithHostname(const QString &host);
+    [[nodiscard]] static Pointer reachabilityWithHostName(const QString &host);
+    /// IPv4 address in host byte order.
+    [[nodiscard]] static Pointer reachabilityWithAddress(std::uint32_t address);
+    [[nodiscard]] static Pointer reachabilityForInternetConnection();
+    [[nodiscard]] static Pointer reachabilityForLocalWiFi();
+
+    ~Reachability();
+    Reachability(const Reachability &) = delete;
+    Reachability &operator=(const Reachability &) = delete;
+
+    [[nodiscard]] static bool isReachableWithFlags(std::uint32_t flags);
+    [[nodiscard]] bool isReachable() const;
+    [[nodiscard]] bool isReachableViaWWAN() const;
+    [[nodiscard]] bool isReachableViaWiFi() const;
+    [[nodiscard]] bool connectionRequired() const;
+    [[nodiscard]] bool isConnectionRequired() const;
+    [[nodiscard]] bool isConnectionOnDemand() const;
+    [[nodiscard]] bool isInterventionRequired() const;
+    [[nodiscard]] int currentReachabilityStatus() const;
+    [[nodiscard]] std::uint32_t reachabilityFlags() const;
+    [[nodiscard]] QString currentReachabilityString() const;
+    [[nodiscard]] QString currentReachabilityFlags() const;
+    [[nodiscard]] QString description() const;
+
+    /// False, with nothing left behind, when the platform refuses.
+    bool startNotifier();
+    /// Harmless without a started notifier. Blocks set before a start must not be replaced while it runs.
+    void stopNotifier();
+    void reachabilityChanged(std::uint32_t flags);
+
+    bool reachableOnWWAN = true;
+    Block reachableBlock;
+    Block unreachableBlock;
+
+private:
+    explicit Reachability(std::unique_ptr<platform::ReachabilityTarget> target);
+    static Pointer make(std::unique_ptr<platform::ReachabilityTarget> target);
+
+    std::unique_ptr<platform::ReachabilityTarget> reachabilityRef;
+    std::unique_ptr<platform::SerialQueue> reachabilitySerialQueue;
+    Pointer reachabilityObject;
+};
+
+Q_DECLARE_METATYPE(std::shared_ptr<Reachability>)

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+/// The session log "qrvp.log" in the documents folder: one line for each attempt, success and error.
+/// Lines are only appended to a file that is there. Any thread; short lines are written in one piece.
+namespace SessionLog {
+
+/// The folder "Documents/Quorvane" under the user's home.
+[[nodiscard]] QString folder();
+/// Creates the log empty if it is missing.
+void ensureExists();
+void append(const QString &line);
+
+} // namespace SessionLog

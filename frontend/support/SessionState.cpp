@@ -1,0 +1,6 @@
+#include "SessionState.h"
+
+SessionState &SessionState::shared() {
+    static SessionState state;
+    return state;
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QStringView>
+
+/// The integer that the text begins with, as the service's answers and the window's fields are read:
+/// leading white space is skipped, one sign is allowed, reading stops at the first other character.
+/// No digits give 0; values beyond 32 bits stay at the nearest end of the range.
+[[nodiscard]] int integerValue(QStringView text);

@@ -1,0 +1,183 @@
+#include "Vpn.h"
+
+#include "LogVerdict.h"
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/privileges/ScriptUtil.h"
+#include "frontend/privileges/SessionReset.h"
+#include "frontend/session/ProcessInfo.h"
+#include "frontend/support/Diagnostics.h"
+#include "frontend/support/SessionLog.h"
+#include "frontend/support/TextFile.h"
+#include "platform/DelayedCalls.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Platform.h"
+#include "platform/PreferencesStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QThreadPool>
+#include <cstdlib>
+
+namespace {
+
+const QString processName = QStringLiteral("openvpn");
+
+platform::Platform &services() {
+    return platform::Platform::current();
+}
+
+QString quoted(const QString &value) {
+    return QChar(u'\'') + value + QChar(u'\'');
+}
+
+} // namespace
+
+Vpn::Vpn(QObject *parent) : QObject(parent) {}
+
+Vpn::~Vpn() {
+    services().delayedCalls->cancelAll(this);
+}
+
+void Vpn::startVpn() {
+    terminatevpn();
+    configVpn();
+}
+
+void Vpn::stopVpn() {
+    needReadLog = false;
+    services().delayedCalls->cancelAll(this);
+    terminatevpn();
+}
+
+bool Vpn::configVpn() {
+    Diagnostics::log(QStringLiteral("configVpn begins"));
+    const QString executable = services().bundle->resourcesPath() + QStringLiteral("/openvpn");
+    const auto &preferences = *services().preferences;
+    const QString credentials = Diagnostics::shown(preferences.string(QStringLiteral("vpnUsername"))) +
+                                QChar(u'\n') +
+                                Diagnostics::shown(preferences.string(QStringLiteral("vpnPassword")));
+    const QString folder = SessionLog::folder();
+    QDir().mkpath(folder);
+    const QString credentialsPath = folder + QStringLiteral("/.vpnCreds.txt");
+    const QString logPath = folder + QStringLiteral("/openvpn.log");
+    // Written before the configuration is looked for: a start without one still leaves a fresh pair.
+    TextFile::replace(credentialsPath, credentials.toUtf8());
+
+    const QString configurationPath = preferences.string(QStringLiteral("vpnConfigPath"));
+    if (configurationPath.isEmpty() || !QFile::exists(configurationPath)) {
+        Diagnostics::log(QStringLiteral("no config file"));
+        return false;
+    }
+    emptyLog(logPath);
+    needReadLog = true;
+    readLog(logPath);
+
+    // The blank before "--auth-user-pass" is part of the word, so two blanks stand there in the line.
+    launchInBackground({quoted(executable), QStringLiteral("--config"), quoted(configurationPath),
+                        QStringLiteral(" --auth-user-pass"), quoted(credentialsPath),
+                        QStringLiteral("--log-append"), quoted(logPath), QStringLiteral("&")},
+                       quoted(credentialsPath));
+    return true;
+}
+
+void Vpn::emptyLog(const QString &path) {
+    // Removed, not truncated: a log that the administrator's shell made belongs to root. Made again here,
+    // so that it belongs to the user and OpenVPN appends to it.
+    if (!QFile::remove(path)) {
+        Diagnostics::log(QStringLiteral("log file %1 wasn't removed").arg(path));
+    }
+    TextFile::replace(path, {});
+}
+
+void Vpn::launchInBackground(const QStringList &words, const QString &credentialsPath) {
+    QThreadPool::globalInstance()->start([words, credentialsPath] {
+        QString output;
+        QString error;
+        const bool launched =
+            ScriptUtil().runProcessAsAdministrator(words.first(), words.sliced(1), output, error);
+        Diagnostics::logAlways(QStringLiteral("> %1").arg(launched ? 1 : 0));
+        // The name carries its quotes here, so the credentials file stays until the next start rewrites
+        // it: OpenVPN, running in the background by now, may not have read it yet.
+        QFile::remove(credentialsPath);
+    });
+}
+
+void Vpn::terminatevpn() {
+    ProcessInfo processes;
+    processes.obtainFreshProcessList();
+    if (!processes.findProcessWithName(processName)) {
+        return;
+    }
+    QString output;
+    QString error;
+    const bool stopped = ScriptUtil().runProcessAsAdministrator(
+        QStringLiteral("sudo"),
+        {QStringLiteral("-S"), QStringLiteral("killall"), QStringLiteral("-9"), processName}, output, error);
+    Diagnostics::logAlways(QStringLiteral("Stopped? > %1").arg(stopped ? 1 : 0));
+}
+
+void Vpn::readLog(const QString &path) {
+    if (QFile::exists(path)) {
+        const LogVerdict verdict = LogVerdict::of(TextFile::read(path));
+        switch (verdict.outcome) {
+        case LogVerdict::Outcome::Up:
+            services().notifications->post(QStringLiteral("showIp"));
+            needReadLog = false;
+            break;
+        case LogVerdict::Outcome::WithErrors:
+            fail(QString());
+            needReadLog = false;
+            break;
+        case LogVerdict::Outcome::Failed:
+        case LogVerdict::Outcome::Undecided:
+            for (const QString &line : verdict.failures) {
+                fail(line);
+            }
+            if (!verdict.lastLine.isNull()) {
+                Diagnostics::log(QStringLiteral("lastLine: ") +
+                                 QrvCredentials::sanitizeStringByRemovingLoginAndPassword(verdict.lastLine));
+            }
+            if (verdict.stuckAtLink) {
+                fail(QStringLiteral("stopVpn by link remote"));
+            }
+            break;
+        }
+    }
+    if (needReadLog) {
+        services().delayedCalls->callAfter(pollSeconds, this, [this, path] { readLog(path); });
+    }
+}
+
+void Vpn::fail(const QString &line) {
+    if (!line.isNull()) {
+        Diagnostics::log(line);
+    }
+    stopVpn();
+    if (delegate != nullptr) {
+        // The call belongs to the delegate: stopVpn() does not take it back.
+        services().delayedCalls->callAfter(failureSeconds, delegate,
+                                           [target = delegate] { target->connectionError(); });
+    }
+}
+
+bool Vpn::runProcessAsAdministrator(const QString &launchPath, const QStringList &arguments,
+                                    QString & /*output*/, QString & /*errorDescription*/) {
+    const QString command = launchPath + QChar(u' ') + arguments.join(u' ');
+    const QrvCredentials &credentials = QrvCredentials::sharedInstance();
+    const QString user = credentials.userName();
+    const QString password = credentials.rootPassword();
+    if ((user.isEmpty() && !user.isNull()) || (password.isEmpty() && !password.isNull())) {
+        return false;
+    }
+    const QString script =
+        QStringLiteral("echo \"") + Diagnostics::shown(password) + QStringLiteral("\"| ") + command;
+    Diagnostics::log(QStringLiteral("script: ") + script);
+    // NOLINTNEXTLINE(bugprone-command-processor,cert-env33-c): the shell's pipe is the point of this runner
+    static_cast<void>(!std::system(script.toUtf8().constData()));
+    SessionReset::request();
+    return true;
+}
+
+void Vpn::removeFileCred(const QString &path) {
+    QFile::remove(path);
+}

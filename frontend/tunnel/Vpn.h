@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+/// Told by Vpn that a connection attempt failed. The operation is optional in spirit and has an empty body;
+/// it is called on the main thread, some seconds after the failure was seen.
+class VpnProtocol : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+    virtual void connectionError() = 0;
+};
+
+/// Starts OpenVPN with administrator rights, watches its log, and kills it. One per process; main thread.
+/// Starting expects the configuration's path and the VPN pair in the preferences.
+class Vpn final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Seconds between two looks at OpenVPN's log, and from a failure seen to the delegate's call.
+    static constexpr double pollSeconds = 2.0;
+    static constexpr double failureSeconds = 5.0;
+
+    explicit Vpn(QObject *parent = nullptr);
+    ~Vpn() override;
+
+    void setDelegate(VpnProtocol *newDelegate) { delegate = newDelegate; }
+
+    [[nodiscard]] VpnProtocol *getDelegate() const { return delegate; }
+
+    [[nodiscard]] bool readsLog() const { return needReadLog; }
+
+    /// Kills what runs, then launches.
+    void startVpn();
+    /// Ends the watching and kills OpenVPN. Blocks while the administrator's shell runs.
+    void stopVpn();
+    /// True when the launch was handed to the background; false without a configuration file.
+    bool configVpn();
+    /// One look at the log, and the appointment for the next.
+    void readLog(const QString &path);
+    /// Pipes the password into the command through the shell. Nothing uses it, and nothing should: the
+    /// password stands in the shell's argument list while it runs. The result is true whatever the command
+    /// did, and the session is returned to not hidden every time.
+    bool runProcessAsAdministrator(const QString &launchPath, const QStringList &arguments, QString &output,
+                                   QString &errorDescription);
+    /// Removes the file; nothing calls it.
+    void removeFileCred(const QString &path);
+
+private:
+    void terminatevpn();
+    void emptyLog(const QString &path);
+    void launchInBackground(const QStringList &words, const QString &credentialsPath);
+    void fail(const QString &line);
+
+    VpnProtocol *delegate = nullptr;
+    bool needReadLog = false;
+};

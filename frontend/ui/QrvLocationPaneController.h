@@ -1,0 +1,72 @@
+#pragma once
+
+#include "QrvMenuItem.h"
+#include "frontend/api/QrvLocation.h"
+
+#include <QStringList>
+#include <QWidget>
+#include <memory>
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QrvAPI;
+
+/// What the location pane tells the session, and asks of it. Main thread.
+class LocationPaneDelegate {
+public:
+    virtual ~LocationPaneDelegate() = default;
+    [[nodiscard]] virtual QStringList getDiscardList() const = 0;
+    virtual void setRequiredUS(bool required) = 0;
+    virtual void terminateVpn() = 0;
+    virtual void stopQuorvane() = 0;
+};
+
+/// The pane where the user chooses the location: a pop-up made from the service's server list less the
+/// discarded addresses, and the box that keeps the same address. Main thread.
+class QrvLocationPaneController final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit QrvLocationPaneController(QWidget *parent = nullptr);
+    ~QrvLocationPaneController() override;
+
+    /// Neither is owned; both must outlive the pane's use. Without an API client the pop-up is disabled.
+    void connectTo(QrvAPI *api, LocationPaneDelegate *delegate);
+
+    void updateServerList();
+    /// Rebuilds the pop-up. An empty list changes nothing.
+    void fillCountries(const QrvVpnDataList &servers);
+    bool selectPopupItemWithTitle(const QString &title);
+    bool selectPopupItemWithImageNamed(const QString &name);
+    void selectItem(int index);
+    /// Stores the pop-up's choice in the preferences.
+    void checkPopupCountry();
+    void checkSameIP();
+    void popupCountrySelected();
+    void checkSameIPSelected();
+    void removeItemWithTitle(const QString &title);
+    /// Selects the stored country's flag and sets the box; for when the pane comes into view.
+    void refresh();
+
+    [[nodiscard]] const std::vector<std::unique_ptr<QrvMenuItem>> &items() const { return entries; }
+
+    /// The pop-up's selected entry; there always is one.
+    [[nodiscard]] QrvMenuItem *currentItem() const;
+
+    /// The entry last selected by title or by the user; null after a rebuild.
+    [[nodiscard]] QrvMenuItem *selectedItem() const { return chosen; }
+
+private:
+    void addPopupLocationMenuItem(const QrvLocation &location);
+    void addVPN(const QrvVpnDataPointer &server);
+    void append(std::unique_ptr<QrvMenuItem> item);
+    void clear();
+
+    QComboBox *popupCountry;
+    QCheckBox *sameIpBox;
+    QrvAPI *api = nullptr;
+    LocationPaneDelegate *delegate = nullptr;
+    std::vector<std::unique_ptr<QrvMenuItem>> entries;
+    QrvMenuItem *chosen = nullptr;
+};

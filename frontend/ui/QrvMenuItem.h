@@ -1,0 +1,56 @@
+#pragma once
+
+#include "frontend/api/QrvVpnData.h"
+
+#include <QAction>
+
+/// Draws a location entry with its flag and its gold mark.
+class QrvMenuItemViewController {
+public:
+    virtual ~QrvMenuItemViewController() = default;
+
+    virtual void setGold(bool mark) { goldMark = mark; }
+
+    [[nodiscard]] bool gold() const { return goldMark; }
+
+private:
+    bool goldMark = false;
+};
+
+/// An entry of the location list. Main thread.
+class QrvMenuItem final : public QAction {
+    Q_OBJECT
+
+public:
+    explicit QrvMenuItem(const QString &title, QObject *parent = nullptr);
+    ~QrvMenuItem() override;
+
+    /// Tells entries apart for the whole run: no two ever carry the same number.
+    [[nodiscard]] quint64 number() const { return serial; }
+
+    /// The group that the entry stands for; null for pseudo-locations.
+    [[nodiscard]] QrvVpnDataPointer vpnData() const { return data; }
+
+    void setVpnData(const QrvVpnDataPointer &group) { data = group; }
+
+    /// Records the mark and passes it on to the item view.
+    void setFull(bool mark);
+    /// The item view's mark: false without an item view, whatever was set.
+    [[nodiscard]] bool full() const;
+
+    void setItemView(std::unique_ptr<QrvMenuItemViewController> view);
+
+    [[nodiscard]] QrvMenuItemViewController *itemView() const { return controller.get(); }
+
+    /// Name of the flag's image; null without one.
+    [[nodiscard]] QString imageName() const { return flag; }
+
+    void setImageName(const QString &name) { flag = name; }
+
+private:
+    quint64 serial;
+    QrvVpnDataPointer data;
+    bool fullMark = false;
+    std::unique_ptr<QrvMenuItemViewController> controller;
+    QString flag;
+};

@@ -1,0 +1,72 @@
+#include "Theme.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace {
+
+// 64 of 255 is the window's grey; everything else is a step lighter or darker.
+const QColor window(64, 64, 64);
+const QColor field(46, 46, 46);
+const QColor raised(84, 84, 84);
+const QColor accent(58, 143, 214);
+const QColor text(245, 245, 245);
+const QColor faint(150, 150, 150);
+
+QPalette darkPalette() {
+    QPalette palette;
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, field);
+    palette.setColor(QPalette::AlternateBase, window);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, raised);
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::ToolTipBase, field);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::Highlight, accent);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, accent.lighter(130));
+    palette.setColor(QPalette::PlaceholderText, faint);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, faint);
+    }
+    return palette;
+}
+
+constexpr char sheet[] = R"(
+QPushButton { padding: 6px 16px; border: 1px solid #6a6a6a; border-radius: 6px; background: #545454; }
+QPushButton:hover { background: #606060; }
+QPushButton:pressed { background: #484848; }
+QPushButton:focus { border-color: #7fbcec; }
+QPushButton:default { border-color: #3a8fd6; }
+QPushButton:disabled { color: #969696; background: #4a4a4a; border-color: #585858; }
+QPushButton#buttonQuorvane { font-size: 15pt; font-weight: bold; color: white; background: #2f7fc4;
+    border: 1px solid #4f9ede; border-radius: 8px; }
+QPushButton#buttonQuorvane:hover { background: #3a8fd6; }
+QPushButton#buttonQuorvane:checked { background: #2d8a57; border-color: #4fb27c; }
+QPushButton#buttonQuorvane:checked:hover { background: #35a067; }
+QPushButton#buttonQuorvane:focus { border: 2px solid #a9d4f5; }
+QPushButton#buttonQuorvane:disabled { background: #4c5a66; border-color: #5c6a76; color: #b4bcc2; }
+QComboBox { padding: 6px 10px; border: 1px solid #6a6a6a; border-radius: 6px; background: #545454; }
+QComboBox:focus { border-color: #7fbcec; }
+QComboBox::drop-down { border: none; width: 24px; }
+QComboBox::down-arrow { width: 0; height: 0; border-left: 5px solid transparent;
+    border-right: 5px solid transparent; border-top: 6px solid #dddddd; margin-right: 8px; }
+QLineEdit { padding: 6px 8px; border: 1px solid #6a6a6a; border-radius: 6px; background: #2e2e2e; }
+QLineEdit:focus { border-color: #7fbcec; }
+QLabel#viewCurrentIP { font-size: 26pt; font-weight: bold; color: white; }
+QLabel#fieldLine1 { font-size: 11pt; font-weight: bold; }
+QProgressBar { border: none; border-radius: 3px; background: #2e2e2e; max-height: 6px; }
+QProgressBar::chunk { background: #3a8fd6; border-radius: 3px; }
+)";
+
+} // namespace
+
+void Theme::apply(QApplication &application) {
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(darkPalette());
+    application.setStyleSheet(QString::fromLatin1(sheet));
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+class QApplication;
+
+/// The program's look: a calm dark one, the same on every desktop.
+namespace Theme {
+
+void apply(QApplication &application);
+
+} // namespace Theme
