@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QString>
 #include <QVariant>
+#include <cstdint>
 #include <functional>
 #include <mutex>
 #include <vector>
@@ -25,12 +26,16 @@ public:
 
 private:
     struct Observer {
+        std::uint64_t id;
         QString name;
         QPointer<QObject> context;
         Handler handler;
     };
 
+    [[nodiscard]] bool stillObserves(std::uint64_t id);
+
     std::mutex mutex;
+    std::uint64_t nextId = 0;
     std::vector<Observer> observers;
 };
 

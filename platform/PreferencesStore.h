@@ -35,6 +35,10 @@ public:
     [[nodiscard]] bool boolean(const QString &key) const;
     /// The text under the key, numbers written out; a null text when absent or of another type.
     [[nodiscard]] QString string(const QString &key) const;
+
+protected:
+    /// The value as stores keep it: every integer type as qint64, float as double, others as they are.
+    [[nodiscard]] static QVariant canonical(const QVariant &value);
 };
 
 } // namespace platform

@@ -3,9 +3,9 @@
 #include "DelayedCalls.h"
 
 #include <QHash>
-#include <QSet>
-
-class QTimer;
+#include <QList>
+#include <QPointer>
+#include <QTimer>
 
 namespace platform {
 
@@ -21,7 +21,9 @@ public:
     void cancelAll(const QObject *target) override;
 
 private:
-    QHash<const QObject *, QSet<QTimer *>> due;
+    void dropDeadTimers();
+
+    QHash<const QObject *, QList<QPointer<QTimer>>> due;
 };
 
 } // namespace platform

@@ -1,0 +1,42 @@
+#include "Platform.h"
+
+#include "AuthorizationService.h"
+#include "DelayedCalls.h"
+#include "HardwareRegistry.h"
+#include "KeyStore.h"
+#include "NetworkReachability.h"
+#include "NotificationCenter.h"
+#include "PreferencesStore.h"
+#include "ProcessTable.h"
+#include "ScriptingService.h"
+#include "SystemLog.h"
+#include "UrlLoader.h"
+#include "UserDefaultsController.h"
+#include "Workspace.h"
+
+namespace platform {
+
+namespace {
+
+Platform *installed = nullptr;
+
+} // namespace
+
+Platform::Platform() = default;
+
+Platform::~Platform() {
+    if (installed == this)
+        installed = nullptr;
+}
+
+Platform &Platform::current() {
+    if (installed == nullptr)
+        qFatal("no platform is installed");
+    return *installed;
+}
+
+void Platform::setCurrent(Platform *platform) {
+    installed = platform;
+}
+
+} // namespace platform

@@ -1,0 +1,184 @@
+#include "PropertyListChecks.h"
+
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <vector>
+
+namespace platform::PropertyList {
+
+namespace {
+
+constexpr qsizetype mostValues = 200'000;
+// The parser and its clean-up recurse, so this bounds its stack too.
+constexpr qsizetype mostXmlContainers = 4096;
+constexpr qsizetype magicSize = 8;
+constexpr qsizetype trailerSize = 32;
+
+bool isUtf8(const QByteArray &bytes) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = decoder(bytes);
+    return !decoder.hasError() && !text.isNull();
+}
+
+/// A walk over the objects of a binary property list that counts what they amount to.
+class BinaryWalk {
+public:
+    explicit BinaryWalk(const QByteArray &source) : bytes(source) {}
+
+    [[nodiscard]] bool run() {
+        if (!readTrailer())
+            return false;
+        return visit(topObject, 0);
+    }
+
+private:
+    /// Big-endian number; the caller has checked the bounds.
+    [[nodiscard]] quint64 number(qsizetype at, int size) const {
+        quint64 value = 0;
+        for (int i = 0; i < size; ++i)
+            value = (value << 8U) | static_cast<quint8>(bytes[at + i]);
+        return value;
+    }
+
+    [[nodiscard]] bool readTrailer() {
+        if (bytes.size() < magicSize + 1 + trailerSize)
+            return false;
+        const qsizetype trailer = bytes.size() - trailerSize;
+        offsetSize = static_cast<quint8>(bytes[trailer + 6]);
+        referenceSize = static_cast<quint8>(bytes[trailer + 7]);
+        objects = number(trailer + 8, 8);
+        topObject = number(trailer + 16, 8);
+        const quint64 table = number(trailer + 24, 8);
+        const auto end = static_cast<quint64>(trailer);
+        if (offsetSize < 1 || offsetSize > 8 || referenceSize < 1 || referenceSize > 8)
+            return false;
+        if (objects == 0 || objects > static_cast<quint64>(mostValues) || topObject >= objects)
+            return false;
+        if (table < static_cast<quint64>(magicSize) || table >= end ||
+            objects * static_cast<quint64>(offsetSize) > end - table)
+            return false;
+        offsetTable = static_cast<qsizetype>(table);
+        return true;
+    }
+
+    /// Reads the count of an object's marker; at moves to the first content byte.
+    [[nodiscard]] bool readCount(qsizetype &at, quint64 &count) const {
+        count = static_cast<quint8>(bytes[at]) & 0x0FU;
+        ++at;
+        if (count != 0x0FU)
+            return true;
+        if (at >= offsetTable || (static_cast<quint8>(bytes[at]) & 0xF0U) != 0x10U)
+            return false;
+        const int size = 1 << (static_cast<quint8>(bytes[at]) & 0x0FU);
+        ++at;
+        if (size > 8 || at + size > offsetTable)
+            return false;
+        count = number(at, size);
+        at += size;
+        return true;
+    }
+
+    [[nodiscard]] bool fits(qsizetype at, quint64 count, quint64 unit) const {
+        const auto room = static_cast<quint64>(offsetTable - at);
+        return count <= room && count * unit <= room;
+    }
+
+    [[nodiscard]] bool visitChildren(qsizetype at, quint64 references, int depth) {
+        for (quint64 i = 0; i < references; ++i) {
+            const qsizetype place = at + static_cast<qsizetype>(i) * referenceSize;
+            if (!visit(number(place, referenceSize), depth + 1))
+                return false;
+        }
+        return true;
+    }
+
+    [[nodiscard]] bool visit(quint64 object, int depth) {
+        // A shared object counts each time it is met: that bounds repetition as well as loops.
+        if (object >= objects || depth > greatestDepth || ++visited > mostValues)
+            return false;
+        const quint64 offset = number(offsetTable + static_cast<qsizetype>(object) * offsetSize, offsetSize);
+        if (offset < static_cast<quint64>(magicSize) || offset >= static_cast<quint64>(offsetTable))
+            return false;
+        auto at = static_cast<qsizetype>(offset);
+        const unsigned marker = static_cast<quint8>(bytes[at]);
+        const quint64 power = 1ULL << (marker & 0x0FU);
+        quint64 count = 0;
+        switch (marker >> 4U) {
+        case 0x0: // only false and true of this group
+            return marker == 0x08U || marker == 0x09U;
+        case 0x1: // integer
+            return power <= 16 && fits(at + 1, power, 1);
+        case 0x2: // real
+            return (power == 4 || power == 8) && fits(at + 1, power, 1);
+        case 0x3: // date
+            return marker == 0x33U && fits(at + 1, power, 1);
+        case 0x4: // data
+        case 0x5: // ASCII text
+            return readCount(at, count) && fits(at, count, 1) && spend(count);
+        case 0x6: // UTF-16 text
+            return readCount(at, count) && fits(at, count, 2) && spend(count * 2);
+        case 0xA: // array
+            return readCount(at, count) && fits(at, count, static_cast<quint64>(referenceSize)) &&
+                   visitChildren(at, count, depth);
+        case 0xD: // dictionary: the keys, then the values
+            return readCount(at, count) && fits(at, count, 2 * static_cast<quint64>(referenceSize)) &&
+                   keysAreTexts(at, count) && visitChildren(at, count * 2, depth);
+        default:
+            return false;
+        }
+    }
+
+    [[nodiscard]] bool keysAreTexts(qsizetype at, quint64 count) const {
+        for (quint64 i = 0; i < count; ++i) {
+            const quint64 object = number(at + static_cast<qsizetype>(i) * referenceSize, referenceSize);
+            if (object >= objects)
+                return false;
+            const quint64 offset =
+                number(offsetTable + static_cast<qsizetype>(object) * offsetSize, offsetSize);
+            if (offset >= static_cast<quint64>(offsetTable))
+                return false;
+            const unsigned kind = static_cast<quint8>(bytes[static_cast<qsizetype>(offset)]) >> 4U;
+            if (kind != 0x5U && kind != 0x6U)
+                return false;
+        }
+        return true;
+    }
+
+    /// Shared long values count each time they are met, too.
+    [[nodiscard]] bool spend(quint64 size) {
+        contentBytes += size;
+        return contentBytes <= static_cast<quint64>(largestSize);
+    }
+
+    const QByteArray &bytes;
+    qsizetype offsetTable = 0;
+    int offsetSize = 0;
+    int referenceSize = 0;
+    quint64 objects = 0;
+    quint64 topObject = 0;
+    qsizetype visited = 0;
+    quint64 contentBytes = 0;
+};
+
+} // namespace
+
+bool isBinary(const QByteArray &bytes) {
+    return bytes.startsWith("bplist");
+}
+
+bool isBearableXml(const QByteArray &bytes) {
+    if (bytes.isEmpty() || bytes.size() > largestSize || bytes.contains('\0'))
+        return false;
+    if (bytes.contains("<!ENTITY") || bytes.count('<') > mostValues * 2)
+        return false;
+    if (bytes.count("<dict") + bytes.count("<array") > mostXmlContainers)
+        return false;
+    return isUtf8(bytes);
+}
+
+bool isBearableBinary(const QByteArray &bytes) {
+    return bytes.size() <= largestSize && bytes.startsWith("bplist00") && BinaryWalk(bytes).run();
+}
+
+} // namespace platform::PropertyList

@@ -1,0 +1,51 @@
+#include "QtDelayedCalls.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace platform {
+
+QtDelayedCalls::~QtDelayedCalls() {
+    for (const auto &timers : std::exchange(due, {})) {
+        for (const QPointer<QTimer> &timer : timers)
+            delete timer.data();
+    }
+}
+
+void QtDelayedCalls::callAfter(double seconds, QObject *target, std::function<void()> call) {
+    dropDeadTimers();
+    // The target is the timer's parent, so the call goes with it.
+    auto *timer = new QTimer(target);
+    timer->setSingleShot(true);
+    timer->setTimerType(Qt::PreciseTimer);
+    due[target].append(timer);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, call = std::move(call)] {
+        // The call may delete its target, and this timer with it.
+        const auto work = call;
+        timer->deleteLater();
+        work();
+    });
+    constexpr double longest = 2147483647.0;
+    timer->start(static_cast<int>(std::clamp(std::ceil(seconds * 1000.0), 0.0, longest)));
+}
+
+void QtDelayedCalls::cancelAll(const QObject *target) {
+    const auto timers = due.take(target);
+    for (const QPointer<QTimer> &timer : timers) {
+        if (timer.isNull())
+            continue;
+        // Deleted later, since the request may come from the very call that is running.
+        timer->stop();
+        timer->deleteLater();
+    }
+}
+
+void QtDelayedCalls::dropDeadTimers() {
+    for (auto entry = due.begin(); entry != due.end();) {
+        entry->removeIf([](const QPointer<QTimer> &timer) { return timer.isNull(); });
+        entry = entry->isEmpty() ? due.erase(entry) : std::next(entry);
+    }
+}
+
+} // namespace platform

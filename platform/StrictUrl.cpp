@@ -1,0 +1,25 @@
+#include "StrictUrl.h"
+
+#include <QString>
+
+#include <algorithm>
+
+namespace platform {
+
+std::optional<QUrl> strictUrl(const QByteArray &text) {
+    // The parser takes '#' as the start of a fragment, which is never sent, and repairs other
+    // characters silently.
+    const bool plain = std::all_of(text.begin(), text.end(),
+                                   [](char byte) { return byte > ' ' && byte < '\x7f' && byte != '#'; });
+    if (!plain)
+        return std::nullopt;
+    const QUrl url = QUrl::fromEncoded(text, QUrl::StrictMode);
+    const QString scheme = url.scheme();
+    const bool web = scheme == QStringLiteral("http") || scheme == QStringLiteral("https");
+    if (!url.isValid() || !web || url.host().isEmpty() || !url.userInfo().isEmpty() ||
+        url.toEncoded() != text)
+        return std::nullopt;
+    return url;
+}
+
+} // namespace platform

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QByteArray>
+#include <QUrl>
+#include <optional>
+
+namespace platform {
+
+/// The URL of a text that can be sent byte for byte: http or https with a host, no user, and nothing in it
+/// that would be re-encoded, cut off or refused (blanks, '#', non-ASCII characters, broken escapes). Absent
+/// otherwise.
+[[nodiscard]] std::optional<QUrl> strictUrl(const QByteArray &text);
+
+} // namespace platform

@@ -1,0 +1,80 @@
+#include "SystemLog.h"
+
+#include "PreferencesStore.h"
+
+#include <syslog.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+/// The line with every control character, line separator and lone surrogate written as an escape.
+QString escaped(const QString &line) {
+    QString result;
+    result.reserve(line.size());
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        const QChar unit = line[i];
+        const bool pair = unit.isHighSurrogate() && i + 1 < line.size() && line[i + 1].isLowSurrogate();
+        if (pair) {
+            result += unit;
+            result += line[++i];
+        } else if (unit == u'\n') {
+            result += QStringLiteral("\\n");
+        } else if (unit == u'\r') {
+            result += QStringLiteral("\\r");
+        } else if (unit == u'\t') {
+            result += QStringLiteral("\\t");
+        } else if (unit.category() == QChar::Other_Control || unit.category() == QChar::Other_Format ||
+                   unit == QChar::LineSeparator || unit == QChar::ParagraphSeparator || unit.isSurrogate()) {
+            result += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
+        } else {
+            result += unit;
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+StandardLogSink::StandardLogSink() {
+    ::openlog("quorvane", LOG_PID, LOG_USER);
+}
+
+void StandardLogSink::write(const QString &line) {
+    const QByteArray bytes = line.toUtf8();
+    ::syslog(LOG_NOTICE, "%s", bytes.constData());
+    // One call a line, so that lines of several threads do not mix. A closed standard error is no
+    // reason to stop.
+    const QByteArray whole = "quorvane: " + bytes + '\n';
+    [[maybe_unused]] const ssize_t written =
+        ::write(STDERR_FILENO, whole.constData(), static_cast<std::size_t>(whole.size()));
+}
+
+SystemLog::SystemLog(LogSink &target, const PreferencesStore &store) : sink(target), preferences(store) {}
+
+void SystemLog::setMask(Mask newMask) {
+    const std::lock_guard lock(mutex);
+    mask = std::move(newMask);
+}
+
+bool SystemLog::gateOpen() const {
+    return preferences.integer(QStringLiteral("showLogs")) == 0;
+}
+
+void SystemLog::write(const QString &line) {
+    if (gateOpen())
+        writeAlways(line);
+}
+
+void SystemLog::writeAlways(const QString &line) {
+    Mask present;
+    {
+        const std::lock_guard lock(mutex);
+        present = mask;
+    }
+    // The mask reads the preferences, so it runs outside the lock.
+    sink.write(escaped(present ? present(line) : line));
+}
+
+} // namespace platform

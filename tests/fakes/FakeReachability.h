@@ -1,0 +1,201 @@
+#pragma once
+
+#include "platform/NetworkReachability.h"
+#include "platform/ReachabilityDelivery.h"
+#include "platform/ThreadQueue.h"
+
+#include <QHash>
+
+#include <mutex>
+#include <vector>
+
+namespace fakes {
+
+/// A queue that runs the work at once, on the caller's thread.
+class InlineQueue final : public platform::SerialQueue {
+public:
+    void async(std::function<void()> work) override { work(); }
+};
+
+/// Reachability whose flags the test sets. Any thread.
+///
+/// Targets know each other by key: the host name, or addressKey() of an address. A target whose flags
+/// were never set reads ReachabilityFlag::reachable.
+class FakeReachability final : public platform::NetworkReachability {
+public:
+    enum class Queues { Inline, Threaded };
+
+    explicit FakeReachability(Queues kind = Queues::Threaded)
+        : queues(kind), shared(std::make_shared<Shared>()) {}
+
+    [[nodiscard]] static QString addressKey(std::uint32_t address) {
+        return QStringLiteral("%1.%2.%3.%4")
+            .arg(address >> 24)
+            .arg((address >> 16) & 255U)
+            .arg((address >> 8) & 255U)
+            .arg(address & 255U);
+    }
+
+    [[nodiscard]] std::unique_ptr<platform::ReachabilityTarget> targetWithName(const QString &host) override {
+        return host.isEmpty() ? nullptr : makeTarget(host);
+    }
+
+    [[nodiscard]] std::unique_ptr<platform::ReachabilityTarget>
+    targetWithAddress(std::uint32_t address) override {
+        return makeTarget(addressKey(address));
+    }
+
+    [[nodiscard]] std::unique_ptr<platform::SerialQueue> makeQueue(const QString &name) override {
+        const std::lock_guard lock(shared->mutex);
+        shared->queueNames.append(name);
+        if (shared->queuesFail)
+            return nullptr;
+        if (queues == Queues::Inline)
+            return std::make_unique<InlineQueue>();
+        return std::make_unique<platform::ThreadQueue>(name);
+    }
+
+    /// Sets a target's flags and delivers them to every live target of that key.
+    void setFlags(const QString &key, std::uint32_t flags) {
+        std::vector<Target *> live;
+        const std::lock_guard delivering(shared->delivering);
+        {
+            const std::lock_guard lock(shared->mutex);
+            shared->flags.insert(key, flags);
+            live = shared->targets;
+        }
+        for (Target *target : live) {
+            if (shared->isLive(target) && target->key == key)
+                target->delivery.report(flags);
+        }
+    }
+
+    /// Makes the flags of the key unreadable.
+    void setUnreadable(const QString &key) {
+        const std::lock_guard lock(shared->mutex);
+        shared->flags.insert(key, std::nullopt);
+    }
+
+    void setQueuesFail(bool fail) {
+        const std::lock_guard lock(shared->mutex);
+        shared->queuesFail = fail;
+    }
+
+    void setTargetsFail(bool fail) {
+        const std::lock_guard lock(shared->mutex);
+        shared->targetsFail = fail;
+    }
+
+    void setCallbacksFail(bool fail) {
+        const std::lock_guard lock(shared->mutex);
+        shared->callbacksFail = fail;
+    }
+
+    void setSettingQueuesFails(bool fail) {
+        const std::lock_guard lock(shared->mutex);
+        shared->settingQueuesFails = fail;
+    }
+
+    /// Keys of the targets that are alive.
+    [[nodiscard]] QStringList liveTargets() const {
+        const std::lock_guard lock(shared->mutex);
+        QStringList keys;
+        for (const Target *target : shared->targets)
+            keys.append(target->key);
+        return keys;
+    }
+
+    /// Names of the queues asked for, in order.
+    [[nodiscard]] QStringList queueNames() const {
+        const std::lock_guard lock(shared->mutex);
+        return shared->queueNames;
+    }
+
+private:
+    class Target;
+
+    struct Shared {
+        [[nodiscard]] bool isLive(const Target *target) {
+            const std::lock_guard lock(mutex);
+            return std::find(targets.begin(), targets.end(), target) != targets.end();
+        }
+
+        // Held while states are handed out, so that no target goes meanwhile on another thread;
+        // recursive because an inline callback may end its own target.
+        std::recursive_mutex delivering;
+        std::mutex mutex;
+        QHash<QString, std::optional<std::uint32_t>> flags;
+        std::vector<Target *> targets;
+        QStringList queueNames;
+        bool queuesFail = false;
+        bool targetsFail = false;
+        bool callbacksFail = false;
+        bool settingQueuesFails = false;
+    };
+
+    class Target final : public platform::ReachabilityTarget {
+    public:
+        Target(std::shared_ptr<Shared> state, QString name) : key(std::move(name)), shared(std::move(state)) {
+            const std::lock_guard lock(shared->mutex);
+            shared->targets.push_back(this);
+        }
+
+        ~Target() override {
+            const std::lock_guard delivering(shared->delivering);
+            const std::lock_guard lock(shared->mutex);
+            std::erase(shared->targets, this);
+        }
+
+        Target(const Target &) = delete;
+        Target &operator=(const Target &) = delete;
+
+        [[nodiscard]] std::optional<std::uint32_t> flags() override {
+            const std::lock_guard lock(shared->mutex);
+            return shared->flags.value(key, platform::ReachabilityFlag::reachable);
+        }
+
+        bool setCallback(Callback callback) override {
+            const bool unregisters = !callback;
+            {
+                const std::lock_guard lock(shared->mutex);
+                if (shared->callbacksFail && !unregisters)
+                    return false;
+            }
+            delivery.setCallback(std::move(callback));
+            return true;
+        }
+
+        bool setQueue(platform::SerialQueue *queue) override {
+            {
+                const std::lock_guard lock(shared->mutex);
+                if (shared->settingQueuesFails && queue != nullptr)
+                    return false;
+            }
+            delivery.setQueue(queue);
+            const auto present = flags();
+            if (queue != nullptr && present)
+                delivery.report(*present);
+            return true;
+        }
+
+        const QString key;
+        platform::ReachabilityDelivery delivery;
+
+    private:
+        std::shared_ptr<Shared> shared;
+    };
+
+    [[nodiscard]] std::unique_ptr<Target> makeTarget(const QString &key) {
+        {
+            const std::lock_guard lock(shared->mutex);
+            if (shared->targetsFail)
+                return nullptr;
+        }
+        return std::make_unique<Target>(shared, key);
+    }
+
+    const Queues queues;
+    std::shared_ptr<Shared> shared;
+};
+
+} // namespace fakes

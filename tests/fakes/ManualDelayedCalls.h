@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/DelayedCalls.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <algorithm>
+#include <vector>
+
+namespace fakes {
+
+/// Delayed calls whose clock the test moves by hand.
+class ManualDelayedCalls final : public platform::DelayedCalls {
+public:
+    struct Pending {
+        QPointer<QObject> target;
+        /// As asked for.
+        double delay;
+        /// On this object's clock.
+        double due;
+        std::function<void()> call;
+    };
+
+    void callAfter(double seconds, QObject *target, std::function<void()> call) override {
+        calls.push_back({target, seconds, clock + std::max(seconds, 0.0), std::move(call)});
+    }
+
+    void cancelAll(const QObject *target) override {
+        std::erase_if(calls, [target](const Pending &call) { return call.target.data() == target; });
+    }
+
+    /// Calls still due, in the order in which they were asked for.
+    [[nodiscard]] std::vector<Pending> pending() {
+        std::erase_if(calls, [](const Pending &call) { return call.target.isNull(); });
+        return calls;
+    }
+
+    /// Delays of the calls still due for one target.
+    [[nodiscard]] std::vector<double> delaysFor(const QObject *target) {
+        std::vector<double> delays;
+        for (const Pending &call : pending()) {
+            if (call.target.data() == target)
+                delays.push_back(call.delay);
+        }
+        return delays;
+    }
+
+    /// Moves the clock and runs what falls due on the way, calls made by calls included.
+    void advance(double seconds) {
+        const double end = clock + seconds;
+        while (!pending().empty()) {
+            const auto next = std::min_element(
+                calls.begin(), calls.end(), [](const Pending &a, const Pending &b) { return a.due < b.due; });
+            if (next->due > end + tolerance)
+                break;
+            clock = std::max(clock, next->due);
+            const auto work = std::move(next->call);
+            calls.erase(next);
+            work();
+        }
+        clock = end;
+    }
+
+    [[nodiscard]] double now() const { return clock; }
+
+private:
+    // Sums of delays such as 0.1 are not exact.
+    static constexpr double tolerance = 1e-9;
+
+    std::vector<Pending> calls;
+    double clock = 0;
+};
+
+} // namespace fakes

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+#include <QStringList>
+
+#include <vector>
+
+namespace fakes {
+
+/// Records what the desktop is asked for. Main thread.
+class RecordingWorkspace final : public platform::Workspace {
+public:
+    struct Autostart {
+        QString program;
+        bool enabled;
+    };
+
+    struct Notification {
+        QString title;
+        QString text;
+    };
+
+    bool openUrl(const QString &url) override {
+        openedUrls.append(url);
+        return openingSucceeds;
+    }
+
+    [[nodiscard]] bool acquireSingleInstance(const QString &identifier) override {
+        instanceIdentifiers.append(identifier);
+        return firstInstance;
+    }
+
+    bool setAutostart(const QString &program, bool enabled) override {
+        autostarts.push_back({program, enabled});
+        return autostartSucceeds;
+    }
+
+    void notify(const QString &title, const QString &text) override {
+        notifications.push_back({title, text});
+    }
+
+    QStringList openedUrls;
+    QStringList instanceIdentifiers;
+    std::vector<Autostart> autostarts;
+    std::vector<Notification> notifications;
+    bool openingSucceeds = true;
+    bool firstInstance = true;
+    bool autostartSucceeds = true;
+};
+
+} // namespace fakes
