@@ -79,7 +79,8 @@ class PrivateDisplay(Display):
     def close_active_window(self, title):
         """Closes a window the way a user does: brings it to the front and presses Alt+F4."""
         self.run("xdotool", "search", "--sync", "--onlyvisible", "--name", title, "windowactivate", "--sync",
-                 "key", "--clearmodifiers", "alt+F4", timeout=20)
+                 timeout=20)
+        self.run("xdotool", "key", "--clearmodifiers", "alt+F4", timeout=20)
 
     def close(self):
         """Takes the X server away from whoever still uses it."""
@@ -100,6 +101,7 @@ def caller_cookie(display):
     listed = subprocess.run(["xauth", "-q", "nlist", display], capture_output=True, text=True, check=False).stdout
     for line in listed.splitlines():
         fields = line.split()
-        if len(fields) >= 9 and bytes.fromhex(fields[6]) == b"MIT-MAGIC-COOKIE-1":
-            return number, bytes.fromhex(fields[8])
+        # Counted from the end: an empty host name leaves no field.
+        if len(fields) >= 8 and bytes.fromhex(fields[-3]) == b"MIT-MAGIC-COOKIE-1":
+            return number, bytes.fromhex(fields[-1])
     return number, b""

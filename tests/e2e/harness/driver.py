@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Runs at home as the user, inside the session bus: starts the client and drives it through accessibility.
 
-One JSON object a line comes in, {"op": name, ...arguments}, and one goes out: {"value": ...} or
-{"error": text}. Ends, with what it started, when its input is closed. Times are CLOCK_MONOTONIC seconds.
+One JSON object a line comes in at standard input, {"op": name, ...arguments}, and one goes out at descriptor 3:
+{"value": ...} or {"error": text}. Ends, with what it started, when its input is closed. Times are CLOCK_MONOTONIC seconds.
 """
 
 import json
@@ -236,8 +236,10 @@ class Driver:
         click(node)
         end = time.monotonic() + timeout
         while time.monotonic() < end:
-            for item in walk(node):
-                if item.get_role_name() == "list item" and item.get_name() == entry and states_of(item)["showing"]:
+            # The entries of a closed list say that they show; the list itself knows better.
+            lists = [part for part in walk(node) if part.get_role_name() == "list" and states_of(part)["showing"]]
+            for item in [item for part in lists for item in children(part)]:
+                if item.get_name() == entry and states_of(item)["showing"]:
                     click(item)
                     return time.monotonic()
             time.sleep(POLL)
@@ -272,7 +274,8 @@ def fits(seen, until):
     return True
 
 
-def serve(driver):
+def serve(driver, answers):
+    answers.write(json.dumps({"value": "ready"}) + "\n")
     for line in sys.stdin:
         request = json.loads(line)
         operation = getattr(driver, "op_" + request.pop("op"))
@@ -280,14 +283,15 @@ def serve(driver):
             answer = {"value": operation(**request)}
         except (DriverError, GLib.Error, OSError) as error:
             answer = {"error": f"{type(error).__name__}: {error}"}
-        print(json.dumps(answer), flush=True)
+        answers.write(json.dumps(answer) + "\n")
 
 
 def main():
+    answers = os.fdopen(3, "w", buffering=1, encoding="utf-8")
+    os.set_inheritable(3, False)
     launcher = start_accessibility()
     driver = Driver()
-    print(json.dumps({"value": "ready"}), flush=True)
-    serve(driver)
+    serve(driver, answers)
     for client in driver.clients.values():
         if client.process.poll() is None:
             client.process.send_signal(signal.SIGKILL)

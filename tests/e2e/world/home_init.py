@@ -2,8 +2,8 @@
 """First process of the home: makes its mounts and accounts, then reaps whatever is orphaned there.
 
 Started by home.py in new mount, PID, IPC and UTS namespaces with one argument, the file that holds
-the settings as JSON. Writes
-"ready" when all is made; ends, and with it everything in the home, when its standard input is closed.
+the settings as JSON. Writes "ready" when all is made; ends, and with it everything in the home, when its
+standard input is closed.
 """
 
 import json
