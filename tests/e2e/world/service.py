@@ -5,6 +5,7 @@ import json
 import os
 import re
 import signal
+import socket
 import subprocess
 import time
 from dataclasses import dataclass
@@ -14,8 +15,8 @@ from . import network
 
 UDP_PORT, TCP_PORT = 1194, 443
 TABLE, LENT_MAP = "quorvane", "lent"
-# The client's requests and the web page that scripts ask. Anything else ends the strict service.
-ANNOUNCED = (r"^/\?cmd=(MRTSL|VPNC)&ver=[^&]*&device=1&", r"^/ip$")
+# The client's requests and the web page that scripts ask. Anything else shows in the service's exit status.
+ANNOUNCED = (r"/\?cmd=(MRTSL|VPNC)&ver=[^&]*&device=1&.*", r"/ip")
 
 
 @dataclass(frozen=True)
@@ -77,6 +78,7 @@ class Service:
         self.folder.mkdir(parents=True)
         self.request_log = self.folder / "requests.jsonl"
         self.output = self.folder / "service.log"
+        self.runtime = self.folder / "runtime"
         self._configuration = self.folder / "service.json"
         self._configuration.write_text(json.dumps(self._settings(authority, overrides), indent=1), encoding="utf-8")
         self._process = None
@@ -85,16 +87,14 @@ class Service:
         names = f"DNS:{network.API_HOST},DNS:{network.WEB_HOST},IP:{network.SERVICE_ADDRESS}"
         certificate, key = map(str, authority.leaf("api", names))
         vpn_certificate, vpn_key = map(str, authority.leaf("vpn", "DNS:vpn"))
-        runtime = self.folder / "runtime"
-        runtime.mkdir(mode=0o700)
         settings = {
             "listen": [{"address": network.SERVICE_ADDRESS, "port": 443}],
             "tls": {"certificate": certificate, "key": key},
             "groups": [{"country_code": place.country_code, "country": place.country, "location_code": place.code,
                         "city": place.city, "addresses": list(place.addresses)} for place in LOCATIONS],
-            "home": [{"network": "198.51.100.0/24", "country_code": "XX"}],
+            "home": [{"network": "198.51.100.0/24", "country_code": "AT"}],
             "request_log": str(self.request_log),
-            "runtime_folder": str(runtime),
+            "runtime_folder": str(self.runtime),
             "strict": True,
             "announced": [{"pattern": pattern, "count": 0} for pattern in ANNOUNCED],
             "vpn": {"ca": str(authority.certificate), "certificate": vpn_certificate, "key": vpn_key,
@@ -111,27 +111,34 @@ class Service:
         """Starts the service and waits until its web server and both OpenVPN servers listen."""
         with self.output.open("ab") as output:
             self._process = subprocess.Popen(
-                ["ip", "netns", "exec", network.INTERNET, str(self.program), str(self._configuration)],
+                ["ip", "netns", "exec", network.INTERNET, str(self.program), "--config", str(self._configuration)],
                 stdin=subprocess.DEVNULL, stdout=output, stderr=output)
         end = time.monotonic() + deadline
-        while not self._listens():
+        while not self._ready():
             if self._process.poll() is not None or time.monotonic() > end:
                 raise RuntimeError(f"quorvane-service did not start:\n{self.output.read_text(errors='replace')}")
             time.sleep(0.02)
 
-    @staticmethod
-    def _listens():
-        web = network.inside(network.INTERNET, "ss", "-Hltn", "sport = :443").stdout
-        udp = network.inside(network.GATEWAY, "ss", "-Hlun", f"sport = :{UDP_PORT}").stdout
-        tcp = network.inside(network.GATEWAY, "ss", "-Hltn", f"sport = :{TCP_PORT}").stdout
-        return bool(web.strip() and udp.strip() and tcp.strip())
+    def control(self, command, **arguments):
+        """Sends one command to the control socket; the answer."""
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.settimeout(5)
+            connection.connect(str(self.runtime / "control.sock"))
+            connection.sendall(json.dumps({"command": command, **arguments}).encode() + b"\n")
+            return json.loads(connection.makefile("rb").readline())
+
+    def _ready(self):
+        try:
+            return (self.runtime / "listening").exists() and self.control("status").get("ready", False)
+        except OSError:
+            return False
 
     @property
     def running(self):
         return self._process is not None and self._process.poll() is None
 
     def stop(self):
-        """Ends the service; returns its exit status. Its OpenVPN servers end with it."""
+        """Ends the service; its exit status, 3 when requests came that were not announced."""
         if self._process is None:
             return 0
         if self._process.poll() is None:
@@ -148,11 +155,15 @@ class Service:
             return []
         lines = self.request_log.read_text(encoding="utf-8").splitlines()
         entries = [json.loads(line) for line in lines]
-        return [Request(entry["peer"], entry["target"]) for entry in entries if "target" in entry]
+        return [Request(entry["peer"], entry["target"]) for entry in entries if entry["event"] == "request"]
 
     def requests_of(self, command):
         """The API requests with this cmd, in order."""
         return [request for request in self.requests() if request.parameter("cmd") == command]
+
+    def server_log(self, protocol):
+        """What the OpenVPN server for "udp" or "tcp" wrote."""
+        return (self.runtime / f"{protocol}.log").read_text(encoding="utf-8", errors="replace")
 
     def lent(self):
         """The gateway's table of lent addresses: tunnel address -> public address."""

@@ -35,13 +35,14 @@ class World:
             self.service.start()
 
     def close(self, keep_logs=None):
-        """Takes it all down; with `keep_logs`, the logs of the service and the name server go there first."""
+        """Takes it all down, the logs into `keep_logs` when given; the service's exit status."""
         self.home.close()
         status = self.service.stop()
         self.network.close()
         if keep_logs is not None:
             keep_logs.mkdir(parents=True, exist_ok=True)
-            for log in (self.service.request_log, self.service.output, self.folder / "dnsmasq.log"):
+            for log in (self.service.request_log, self.service.output, self.folder / "dnsmasq.log",
+                        *self.service.runtime.glob("*.log")):
                 if log.exists():
                     shutil.copy(log, keep_logs)
         shutil.rmtree(self.folder, ignore_errors=True)
