@@ -53,7 +53,10 @@ def make_world(request):
 
     yield make
     for one in made:
-        status = one.close(keep_logs=_evidence(request))
+        folder = _evidence(request)
+        if folder is not None:
+            one.save_logs(folder)
+        status = one.close()
         assert status == 0, f"the service ended with {status}: 3 says that requests came that no test announced"
 
 

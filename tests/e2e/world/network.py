@@ -58,12 +58,16 @@ class Network:
     def __init__(self, folder):
         self.folder = Path(folder)
         self._name_server = None
-        for namespace in (HOME, GATEWAY, INTERNET):
-            run("ip", "netns", "add", namespace)
-            _up(namespace, "lo")
-        self._connect_home()
-        self._connect_internet()
-        self.start_name_server()
+        try:
+            for namespace in (HOME, GATEWAY, INTERNET):
+                run("ip", "netns", "add", namespace)
+                _up(namespace, "lo")
+            self._connect_home()
+            self._connect_internet()
+            self.start_name_server()
+        except BaseException:
+            self.close()
+            raise
 
     def _connect_home(self):
         run("ip", "link", "add", "eth0", "netns", HOME, "type", "veth", "peer", "name", "lan", "netns", GATEWAY)

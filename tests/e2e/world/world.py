@@ -1,5 +1,6 @@
 """All of the small world together."""
 
+import contextlib
 import os
 import shutil
 from pathlib import Path
@@ -16,34 +17,42 @@ def contents_from_environment():
 
 
 class World:
-    """The network, the service and one home. Only inside of enter.py's namespaces."""
+    """The network, the service and one home. Only inside of enter.py's namespaces, one at a time."""
 
     def __init__(self, *, contents=None, program=None, serve=True, name_servers=home.RIGHT_NAME_SERVERS, x11=None,
                  **service_settings):
         if not enter.inside():
             raise RuntimeError("the small world is made inside of tests/e2e/world/enter.py only")
         self.folder = enter.BASE / "world"
-        self.folder.mkdir()
-        self.network = network.Network(self.folder)
-        authority = pki.Authority(self.folder / "pki")
-        self.ca = authority.certificate
-        self.service = service.Service(program or service.program_from_environment(), self.folder / "service",
-                                       authority, **service_settings)
-        self.home = home.Home(self.folder, contents or contents_from_environment(), self.ca,
-                              name_servers=name_servers, x11=x11)
-        if serve:
-            self.service.start()
+        self._status = 0
+        with contextlib.ExitStack() as made:
+            self.folder.mkdir()
+            made.callback(shutil.rmtree, self.folder)
+            self.network = network.Network(self.folder)
+            made.callback(self.network.close)
+            authority = pki.Authority(self.folder / "pki")
+            self.service = service.Service(program or service.program_from_environment(), self.folder / "service",
+                                           authority, **service_settings)
+            made.callback(self._stop_service)
+            if serve:
+                self.service.start()
+            self.home = home.Home(self.folder, contents or contents_from_environment(), authority.certificate,
+                                  name_servers=name_servers, x11=x11)
+            made.callback(self.home.close)
+            self._made = made.pop_all()
 
-    def close(self, keep_logs=None):
-        """Takes it all down, the logs into `keep_logs` when given; the service's exit status."""
-        self.home.close()
-        status = self.service.stop()
-        self.network.close()
-        if keep_logs is not None:
-            keep_logs.mkdir(parents=True, exist_ok=True)
-            for log in (self.service.request_log, self.service.output, self.folder / "dnsmasq.log",
-                        *self.service.runtime.glob("*.log")):
-                if log.exists():
-                    shutil.copy(log, keep_logs)
-        shutil.rmtree(self.folder, ignore_errors=True)
-        return status
+    def _stop_service(self):
+        self._status = self.service.stop()
+
+    def save_logs(self, folder):
+        """Copies what the service, its OpenVPN servers and the name server wrote."""
+        folder.mkdir(parents=True, exist_ok=True)
+        for log in (self.service.request_log, self.service.output, self.folder / "dnsmasq.log",
+                    *self.service.runtime.glob("*.log")):
+            if log.exists():
+                shutil.copy(log, folder)
+
+    def close(self):
+        """Takes it all down, the home first; the service's exit status."""
+        self._made.close()
+        return self._status
