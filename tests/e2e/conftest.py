@@ -1,0 +1,99 @@
+"""Runs pytest inside the small world's outer namespace and gives the tests their worlds and clients."""
+
+import json
+import os
+import sys
+from pathlib import Path
+
+import pytest
+
+sys.path.insert(0, str(Path(__file__).resolve().parent))
+
+from harness.client import Client, picture_folder  # noqa: E402 # pylint: disable=wrong-import-position
+from world import enter  # noqa: E402 # pylint: disable=wrong-import-position
+from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
+
+
+def pytest_configure(config):
+    if enter.inside():
+        return
+    # pytest has redirected the output already; the run inside needs the real one.
+    capture = config.pluginmanager.getplugin("capturemanager")
+    if capture is not None:
+        capture.stop_global_capturing()
+    program = str(Path(enter.__file__).resolve())
+    os.execv(enter.PYTHON, [enter.PYTHON, program, "--", enter.PYTHON, "-m", "pytest", *sys.argv[1:]])
+
+
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport(item, call):
+    outcome = yield
+    setattr(item, f"report_{call.when}", outcome.get_result())
+
+
+def _failed(request):
+    report = getattr(request.node, "report_call", None)
+    return report is not None and report.failed
+
+
+def _evidence(request):
+    """Where this test's pictures and logs go, or None when they are not wanted."""
+    folder = picture_folder()
+    return folder / request.node.name if folder is not None and _failed(request) else None
+
+
+@pytest.fixture
+def make_world(request):
+    """Makes the test's world, with other settings than the usual ones. One per test."""
+    made = []
+
+    def make(**settings):
+        made.append(World(**settings))
+        return made[-1]
+
+    yield make
+    for one in made:
+        folder = _evidence(request)
+        if folder is not None:
+            one.save_logs(folder)
+        status = one.close()
+        assert status == 0, f"the service ended with {status}: 3 says that requests came that no test announced"
+
+
+@pytest.fixture
+def world(make_world):  # pylint: disable=redefined-outer-name
+    return make_world()
+
+
+def _keep_evidence(client, folder):
+    folder.mkdir(parents=True, exist_ok=True)
+    try:
+        client.display.screenshot(folder / f"{client.user}.png")
+        (folder / "windows.json").write_text(json.dumps(client.nodes(), indent=1), encoding="utf-8")
+    except Exception as error:  # pylint: disable=broad-except # the client may be gone: that is a finding too
+        (folder / "no-picture.txt").write_text(str(error), encoding="utf-8")
+    (folder / "client.log").write_text(client.output(), encoding="utf-8")
+    (folder / "openvpn.log").write_text(client.openvpn_log(), encoding="utf-8")
+
+
+@pytest.fixture
+def make_client(request):
+    """Gives a user of a world a session, with a screen and a driver of its own."""
+    made = []
+
+    def make(world, user="joe"):  # pylint: disable=redefined-outer-name
+        made.append(Client(world, user))
+        return made[-1]
+
+    yield make
+    for client in made:
+        folder = _evidence(request)
+        if folder is not None:
+            _keep_evidence(client, folder)
+        client.close()
+
+
+@pytest.fixture
+def client(make_client, world):  # pylint: disable=redefined-outer-name
+    """The session of the plain user, nothing started in it yet."""
+    return make_client(world)

@@ -1,0 +1,107 @@
+"""The screen of a client: an X server of its own with a window manager, or the caller's."""
+
+import os
+import secrets
+import select
+import struct
+import subprocess
+import time
+
+FAMILY_WILD = 0xFFFF
+NUMBER = "7"
+SIZE = "1280x1024x24"
+
+
+def authority(number, cookie):
+    """An X authority file with one cookie that holds for any host name."""
+
+    def counted(text):
+        return struct.pack(">H", len(text)) + text
+
+    return struct.pack(">H", FAMILY_WILD) + counted(b"") + counted(number.encode()) + \
+        counted(b"MIT-MAGIC-COOKIE-1") + counted(cookie)
+
+
+class Display:
+    """What a client needs to know of its screen."""
+
+    def __init__(self, home, user, number, cookie):
+        self.home = home
+        self.user = user
+        self.name = f":{number}"
+        self._authority = f"/home/{user}/.Xauthority"
+        home.write(self._authority, authority(number, cookie), owner=user, mode=0o600)
+
+    @property
+    def environment(self):
+        return {"DISPLAY": self.name, "XAUTHORITY": self._authority}
+
+    def usable(self):
+        """Whether the user can connect."""
+        return self.run("xdpyinfo", check=False).returncode == 0
+
+    def run(self, *arguments, **options):
+        """Runs an X program as the user, on this screen."""
+        return self.home.run(*arguments, user=self.user, environment=self.environment, **options)
+
+    def screenshot(self, path):
+        """Saves the whole screen as a picture (a path outside of the home)."""
+        done = subprocess.run(self.home.command(["import", "-window", "root", "png:-"], self.user, self.environment),
+                              capture_output=True, check=True, timeout=20)
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(done.stdout)
+
+    def close(self):
+        """The caller's screen stays as it is."""
+
+
+class PrivateDisplay(Display):
+    """Xvfb and openbox, inside the home."""
+
+    def __init__(self, home, user):
+        cookie = secrets.token_bytes(16)
+        super().__init__(home, user, NUMBER, cookie)
+        home.write("/run/xvfb.auth", authority(NUMBER, cookie), mode=0o600)
+        self._server = home.popen("Xvfb", self.name, "-screen", "0", SIZE, "-nolisten", "tcp", "-auth",
+                                  "/run/xvfb.auth", "-displayfd", "1", stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        ready, _, _ = select.select([self._server.stdout], [], [], 20)
+        if not ready or os.read(self._server.stdout.fileno(), 64).strip() != NUMBER.encode():
+            raise RuntimeError("Xvfb did not start")
+        self._manager = home.popen("openbox", "--sm-disable", user=user, environment=self.environment,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        end = time.monotonic() + 10
+        while "window id" not in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout:
+            if time.monotonic() > end:
+                raise RuntimeError("openbox did not start")
+            time.sleep(0.02)
+
+    def close_active_window(self, title):
+        """Closes a window the way a user does: brings it to the front and presses Alt+F4."""
+        self.run("xdotool", "search", "--sync", "--onlyvisible", "--name", title, "windowactivate", "--sync",
+                 timeout=20)
+        self.run("xdotool", "key", "--clearmodifiers", "alt+F4", timeout=20)
+
+    def close(self):
+        """Takes the X server away from whoever still uses it."""
+        for process in self.home.processes("Xvfb"):
+            os.kill(process.pid, 15)
+        self._server.wait(10)
+        self._server.stdout.close()
+        self._manager.wait(10)
+
+
+def caller_cookie(display):
+    """(number, cookie) of a display of the caller's that has a path socket, or None."""
+    number = display.removeprefix("unix").removeprefix(":").split(".")[0]
+    if not display.removeprefix("unix").startswith(":") or not number.isdigit():
+        return None
+    if not os.path.exists(f"/tmp/.X11-unix/X{number}"):
+        return None
+    listed = subprocess.run(["xauth", "-q", "nlist", display], capture_output=True, text=True, check=False).stdout
+    for line in listed.splitlines():
+        fields = line.split()
+        # Counted from the end: an empty host name leaves no field.
+        if len(fields) >= 8 and bytes.fromhex(fields[-3]) == b"MIT-MAGIC-COOKIE-1":
+            return number, bytes.fromhex(fields[-1])
+    return number, b""

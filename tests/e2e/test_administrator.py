@@ -1,0 +1,116 @@
+"""The administrator's name and password: the dialog, wrong pairs, other people's accounts."""
+
+import pytest
+from harness import client as ui
+from world.accounts import ADA, JOE, NORM, SUE
+
+WRONG = {"title": "Quorvane", "texts": ["You input wrong user name or password.\n"], "buttons": ["OK"]}
+
+
+def unscrambled(stored):
+    """What was entered, from the stored form: a text, or its marked UTF-16 bytes."""
+    text = stored[4:].decode("utf-16-le") if isinstance(stored, bytes) else stored
+    length = len(text) // 2
+    assert len(text) == 2 * length + 1 and text[-1] == "\0", "two units for each and U+0000 at the end"
+    return text[0:2 * length:2]
+
+
+def stored_pair(client):
+    preferences = client.preferences()
+    return unscrambled(preferences["un"]), unscrambled(preferences["up"])
+
+
+def refuse(client, name, password):
+    """Enters a pair that is refused; checks the alert and that the dialog is still there."""
+    client.enter_administrator(name, password)
+    alert = client.wait_alert(ui.PASSWORD)
+    assert {**alert, "texts": [text for text in alert["texts"] if text.strip()]} == WRONG
+    client.dismiss_alert()
+    client.wait({"role": "alert"}, ui.PASSWORD, absent=True)
+    assert client.dialog_open()
+    assert stored_pair(client) == (name, password), "the pair is stored before it is tested"
+
+
+def check_no_session(world, client):
+    assert world.service.requests_of("VPNC") == []
+    assert client.openvpn() == []
+    assert world.home.privileged_lines() == []
+
+
+def test_wrong_password_then_the_right_one(world, client):
+    client.start()
+    refuse(client, ADA.name, "not " + ADA.password)
+    check_no_session(world, client)
+    client.enter_administrator(ADA.name, ADA.password)
+    client.wait_dialog_closed()
+    client.wait_hidden()
+    assert stored_pair(client) == (ADA.name, ADA.password)
+    address = world.service.requests_of("VPNC")[0].parameter("desiredip")
+    assert world.home.public_address() == address
+
+
+def test_unknown_name(world, client):
+    client.start()
+    refuse(client, "nobody-of-that-name", "whatever")
+    check_no_session(world, client)
+
+
+def test_another_user_who_may_not_become_administrator(world, client):
+    client.start()
+    refuse(client, NORM.name, NORM.password)
+    check_no_session(world, client)
+
+
+def test_own_account_that_may_not_become_administrator(world, client):
+    client.start()
+    refuse(client, JOE.full_name, JOE.password)
+    check_no_session(world, client)
+
+
+@pytest.mark.parametrize("user, entered, account", [
+    (JOE.name, ADA.full_name, ADA),
+    (NORM.name, SUE.name, SUE),
+    (SUE.name, SUE.full_name, SUE),
+], ids=["other-by-full-name", "other-by-login", "self-by-full-name"])
+def test_administrators_that_are_accepted(world, make_client, user, entered, account):
+    client = make_client(world, user)
+    client.start()
+    client.enter_administrator(entered, account.password)
+    client.wait_dialog_closed()
+    client.wait_hidden()
+    assert stored_pair(client) == (entered, account.password)
+    tunnel = client.openvpn()
+    assert len(tunnel) == 1 and tunnel[0].uid == 0
+    assert client.current_address() in world.service.lent().values()
+
+
+def test_empty_fields_do_nothing(world, client):
+    client.start()
+    client.enter_administrator("", "")
+    client.enter_administrator(ADA.name, "")
+    assert client.alerts() == []
+    assert client.dialog_open()
+    check_no_session(world, client)
+    assert not client.file(ui.PREFERENCES).exists() or "un" not in client.preferences()
+
+
+def test_cancel_leaves_the_client_running(world, client):
+    client.start()
+    client.wait_dialog()
+    client.press(ui.button("Cancel", ui.DIALOG))
+    client.wait_dialog_closed()
+    assert client.running()
+    check_no_session(world, client)
+
+
+def test_stored_pair_that_no_longer_holds(world, client):
+    """The password was changed since: the dialog comes instead of a session."""
+    client.remember_administrator(ADA)
+    world.home.run("chpasswd", input=f"{ADA.name}:changed\n")
+    client.start()
+    client.wait_dialog()
+    check_no_session(world, client)
+    client.enter_administrator(ADA.name, "changed")
+    client.wait_dialog_closed()
+    client.wait_hidden()
+    assert stored_pair(client) == (ADA.name, "changed")

@@ -1,0 +1,141 @@
+"""What can go wrong outside of the client."""
+
+import pytest
+from harness import client as ui
+from world import network, service
+from world.accounts import ADA
+
+BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
+NOT_AVAILABLE = {"title": "Quorvane", "texts": ["Location is not available.", "Please try a different location."],
+                 "buttons": ["OK"]}
+
+
+def check_given_up(world, client, timeout=ui.FAILURE):
+    alert = client.wait_alert(timeout)
+    assert alert["texts"] == NOT_AVAILABLE["texts"] and alert["buttons"] == NOT_AVAILABLE["buttons"]
+    client.dismiss_alert()
+    client.wait({"role": "alert"}, 10, absent=True)
+    assert client.text("Status line") == ui.NOT_HIDING
+    assert client.text("State picture") == "appmain"
+    assert client.current_address() == network.REAL_ADDRESS
+    assert client.button_state()["name"] == "Quorvane" and client.button_state()["enabled"]
+    client.wait_no_openvpn()
+    assert world.service.lent() == {}
+    assert world.home.public_address() == network.REAL_ADDRESS
+
+
+def ask_as_a_script(world, target):
+    return world.home.run("curl", "-q", "-fsS", "--cacert", "/etc/quorvane/ca.crt",
+                          f"https://{network.API_HOST}{target}", user="joe").stdout
+
+
+def test_wrong_vpn_credentials(world, client):
+    """A stored configuration whose password the service does not know: AUTH_FAILED, then the alert."""
+    answer = ask_as_a_script(world, "/?cmd=MRTSL&ver=1&device=1&systamp=MacOS,user,mobilebox&uniqueid=x")
+    user = dict(line.split(":", 1) for line in answer.split("<br />") if ":" in line)["VPNUser"].strip()
+    answer = ask_as_a_script(world, f"/?cmd=VPNC&ver=1&device=1&server=571&desiredip={BERLIN.addresses[0]}"
+                                    f"&sessid={user}&&systamp=MacOS,user,mobilebox&uniqueid=x&proto=UDP")
+    path = f"{client.folder}/Documents/Quorvane/qrvp.ovpn"
+    world.home.write(path, answer.partition("VPNConfig: ")[2].replace("<br />", "\n"), owner="joe", mode=0o600)
+    client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path, vpnUsername=user,
+                                  vpnPassword="wrong")
+    asked = len(world.service.requests_of("VPNC"))
+    client.start()
+    client.hide()
+    world.home.wait_for(lambda: "AUTH_FAILED" in client.openvpn_log(), ui.SESSION, "the refusal in OpenVPN's log")
+    assert world.service.lent() == {}
+    check_given_up(world, client)
+    assert len(world.service.requests_of("VPNC")) == asked, "the stored configuration was used"
+
+
+@pytest.mark.parametrize("protocol, port", [("udp", service.UDP_PORT), ("tcp", service.TCP_PORT)])
+def test_vpn_server_that_does_not_answer(world, client, protocol, port):
+    network.inside(network.GATEWAY, "nft", "-f", "-", input=f"""table ip hole {{ chain in {{
+        type filter hook prerouting priority -300; ip daddr {network.LENT_POOL} {protocol} dport {port} drop }} }}""")
+    client.remember_administrator(ADA, location=BERLIN.title)
+    client.start()
+    client.choose_protocol(protocol.upper())
+    client.hide()
+    check_given_up(world, client, timeout=60)
+    assert len(world.service.requests_of("VPNC")) == 1, "a fixed location is tried once"
+
+
+def test_configuration_is_refused(world, client):
+    """The service has forgotten the user since the server list: no tunnel, the alert at once."""
+    client.remember_administrator(ADA, location=BERLIN.title)
+    client.start()
+    client.wait_ready()
+    world.service.stop()
+    world.service.start()
+    client.hide()
+    check_given_up(world, client)
+    assert len(world.service.requests_of("VPNC")) == 1
+    assert client.openvpn_log() == ""
+
+
+def test_service_goes_away_before_the_press(world, client):
+    client.remember_administrator(ADA, location=BERLIN.title)
+    client.start()
+    client.wait_ready()
+    world.service.stop()
+    client.hide()
+    alert = client.wait_alert(ui.FAILURE)
+    assert alert["texts"] == NOT_AVAILABLE["texts"]
+    client.dismiss_alert()
+    client.wait_not_hidden()
+    assert client.openvpn() == []
+
+
+def test_network_is_gone_at_the_press(world, client):
+    client.remember_administrator(ADA)
+    client.start()
+    client.wait_ready()
+    world.network.cut_home()
+    world.home.wait_for(lambda: "inet NO" in client.output(), 10, "the client notices")
+    client.press(ui.HIDE)
+    alert = client.wait_alert(10)
+    assert alert["title"] == "Quorvane" and alert["buttons"] == ["OK"]
+    assert [text for text in alert["texts"] if text.strip()] == \
+        ["No Internet connection detected, please check your Internet settings.\n"]
+    client.dismiss_alert()
+    client.wait({"role": "alert"}, 10, absent=True)
+    assert not client.button_state()["checked"]
+    assert client.text("Status line") == ui.NOT_HIDING
+    world.network.reconnect_home()
+    world.home.wait_for(lambda: client.output().count("inet YES") >= 2, 10, "the client notices the cable again")
+    assert world.service.requests_of("VPNC") == []
+    client.hide()
+    client.wait_hidden()
+
+
+def test_no_network_at_the_start(world, client):
+    """Nothing is asked until there is a network; then the server list, by itself."""
+    client.remember_administrator(ADA)
+    world.network.cut_home()
+    client.start()
+    client.wait(ui.HIDE, ui.ANSWER, showing=True)
+    world.home.wait_for(lambda: "inet NO" in client.output(), 10, "the client notices")
+    assert not client.button_state()["enabled"]
+    assert world.service.requests() == []
+    world.network.reconnect_home()
+    client.wait_ready()
+    assert len(world.service.requests_of("MRTSL")) == 1
+    assert client.current_address() == network.REAL_ADDRESS
+
+
+def test_service_down_at_the_start(make_world, make_client):
+    world = make_world(serve=False)
+    client = make_client(world)
+    client.remember_administrator(ADA)
+    client.start()
+    alert = client.wait_alert(ui.ANSWER)
+    assert alert["title"] == "Error" and alert["buttons"] == ["OK"]
+    assert [text for text in alert["texts"] if text.strip()] == \
+        ["There was a problem connecting to the Quorvane server, please check your Internet connection or firewall "
+         "settings."]
+    assert client.current_address() == "0.0.0.0"
+    client.dismiss_alert()
+    client.wait({"role": "alert"}, 10, absent=True)
+    assert not client.button_state()["enabled"], "controls stay as they are"
+    assert client.text("Status line") == ui.NOT_HIDING
+    assert client.alerts() == []

@@ -1,0 +1,161 @@
+"""A whole session: from the press to the lent address and back."""
+
+import plistlib
+
+import pytest
+from harness import client as ui
+from world import network, service
+from world.accounts import ADA, SUE
+
+BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
+
+
+def remembered(client, account=ADA, place=BERLIN):
+    """A user who has given an administrator and chosen a location in an earlier run."""
+    client.remember_administrator(account, location=place.title)
+
+
+def check_hidden(world, client, address, place):
+    """The window, the service and the gateway agree on the lent address."""
+    assert client.text("Status line") == ui.HIDING + network.REAL_ADDRESS
+    assert client.current_address() == address
+    assert client.text("Location") == place.title
+    assert client.text("Country flag") == place.country_code.lower()
+    assert client.text("State picture") == "applock"
+    assert client.button_state()["name"] == "Stop Hiding IP"
+    assert client.shows("Location label") and client.shows("Location") and client.shows("Country flag")
+    assert address in world.service.lent().values()
+    assert world.home.public_address(client.user) == address
+    assert world.service.requests()[-1].peer == address
+
+
+def check_not_hidden(world, client):
+    assert client.current_address() == network.REAL_ADDRESS
+    assert client.text("State picture") == "appmain"
+    assert client.button_state()["name"] == "Quorvane"
+    assert not client.shows("Location label") and not client.shows("Location") and not client.shows("Country flag")
+    client.wait_no_openvpn()
+    assert world.home.public_address(client.user) == network.REAL_ADDRESS
+
+
+@pytest.mark.parametrize("protocol", ["UDP", "TCP"])
+def test_fixed_location(world, client, protocol):
+    remembered(client)
+    client.start()
+    client.choose_protocol(protocol)
+    client.hide()
+    client.wait({"description": "State picture"}, 10, name="appwait")
+    client.wait_hidden()
+
+    asked = world.service.requests_of("VPNC")
+    assert len(asked) == 1
+    assert asked[0].parameter("proto") == protocol
+    assert asked[0].parameter("desiredip") in BERLIN.addresses
+    check_hidden(world, client, asked[0].parameter("desiredip"), BERLIN)
+
+    tunnel = client.openvpn()
+    assert len(tunnel) == 1 and tunnel[0].uid == 0, "OpenVPN runs once, as root"
+    server = f"{asked[0].parameter('desiredip')}:{service.UDP_PORT if protocol == 'UDP' else service.TCP_PORT}"
+    assert f"{protocol}v4 link remote: [AF_INET]{server}" in client.openvpn_log()
+
+    client.stop()
+    check_not_hidden(world, client)
+    assert len(world.service.requests_of("VPNC")) == 1
+
+
+def test_first_run_asks_for_the_administrator_and_starts(world, client):
+    """Nothing is stored: the dialog comes by itself, and after it the first session starts by itself."""
+    client.start()
+    client.wait_dialog()
+    assert client.dialog_text("User name") == "Joe Plain"
+    assert world.service.requests_of("VPNC") == []
+    client.enter_administrator(ADA.name, ADA.password)
+    client.wait_dialog_closed()
+    client.wait_hidden()
+
+    asked = world.service.requests_of("VPNC")
+    assert len(asked) == 1, "one attempt, one request"
+    address = asked[0].parameter("desiredip")
+    check_hidden(world, client, address, service.location_of(address))
+    client.stop()
+    check_not_hidden(world, client)
+
+
+def test_the_user_is_the_administrator(world, make_client):
+    client = make_client(world, SUE.name)
+    remembered(client, SUE)
+    client.start()
+    client.hide()
+    client.wait_hidden()
+    address = world.service.requests_of("VPNC")[0].parameter("desiredip")
+    check_hidden(world, client, address, BERLIN)
+    client.stop()
+    check_not_hidden(world, client)
+
+
+def test_a_second_session_gets_an_address_of_its_own_request(world, client):
+    remembered(client)
+    client.start()
+    for count in (1, 2):
+        client.hide()
+        client.wait_hidden()
+        asked = world.service.requests_of("VPNC")
+        assert len(asked) == count
+        check_hidden(world, client, asked[-1].parameter("desiredip"), BERLIN)
+        client.stop()
+        check_not_hidden(world, client)
+
+
+def test_choosing_a_location_starts_a_session_there(world, client):
+    client.remember_administrator(ADA)
+    client.start()
+    client.wait_ready()
+    entries = client.ask("entries", key="first", query=ui.label("Location choice"))
+    assert entries == ["Random Location", *sorted(place.title for place in service.LOCATIONS)]
+    place = next(place for place in service.LOCATIONS if place.city == "Tokyo")
+    client.ask("choose", key="first", query=ui.label("Location choice"), entry=place.title, timeout=10)
+    client.wait_hidden()
+    asked = world.service.requests_of("VPNC")
+    assert len(asked) == 1 and asked[0].parameter("desiredip") in place.addresses
+    check_hidden(world, client, asked[0].parameter("desiredip"), place)
+
+
+def test_files_of_a_session(world, client):
+    """The session's files are where they belong, and what holds a secret is private."""
+    remembered(client)
+    client.start()
+    client.hide()
+    client.wait_hidden()
+    folder = "Documents/Quorvane/"
+    preferences = client.preferences()
+    assert client.file(folder + "qrvp.log").read_text(encoding="utf-8") == \
+        f"trying to connect {BERLIN.title}\nconnection success {BERLIN.title}\n"
+    assert client.file(folder + ".vpnCreds.txt").read_text(encoding="utf-8") == \
+        f"{preferences['vpnUsername']}\n{preferences['vpnPassword']}"
+    assert preferences["vpnConfigPath"] == f"{client.folder}/{folder}qrvp.ovpn"
+    assert preferences["countryCode"] == BERLIN.country_code
+    address = world.service.requests_of("VPNC")[0].parameter("desiredip")
+    assert f"remote {address} " in client.file(folder + "qrvp.ovpn").read_text(encoding="utf-8")
+    for name in (folder + ".vpnCreds.txt", folder + "qrvp.ovpn", ui.PREFERENCES):
+        assert client.file(name).stat().st_mode & 0o077 == 0, name
+    assert plistlib.loads(client.file(ui.PREFERENCES).read_bytes())
+
+
+def test_no_secret_on_a_command_line(world, client):
+    """While privileged lines run, the administrator's password is on no command line and in no log."""
+    remembered(client)
+    seen = []
+    client.start()
+    client.hide()
+    watched = 0
+
+    def hidden_yet():
+        nonlocal watched
+        watched += 1
+        seen.extend(" ".join(process.command) for process in world.home.processes())
+        return client.text("Status line").startswith(ui.HIDING)
+
+    world.home.wait_for(hidden_yet, ui.SESSION, "hidden")
+    assert watched > 10 and any("openvpn" in line for line in seen)
+    assert not [line for line in seen if ADA.password in line]
+    assert ADA.password not in client.output()

@@ -1,0 +1,64 @@
+"""Starting: a second copy, --version, the environment."""
+
+import plistlib
+
+from harness import client as ui
+from world import home, network
+from world.accounts import ADA
+
+
+def test_second_copy(world, client):
+    client.remember_administrator(ADA, location="Netherlands Amsterdam")
+    first = client.start()
+    client.hide()
+    client.wait_hidden()
+    before = world.service.requests()
+
+    client.start(key="second")
+    alert = client.wait_alert(10, key="second")
+    assert alert["texts"] == ["Quorvane is already running.",
+                              "There is already a copy of Quorvane running. This copy cannot be opened until that "
+                              "instance is quit."]
+    assert alert["buttons"] == ["OK"]
+    client.dismiss_alert(key="second")
+    assert client.wait_exit(key="second") == 0
+
+    assert client.running() and client.text("Status line").startswith(ui.HIDING)
+    assert len(client.openvpn()) == 1
+    assert world.service.requests() == before, "the second copy asked for nothing"
+    assert world.home.public_address() != network.REAL_ADDRESS
+    assert [process.name for process in world.home.processes("quorvane")] == ["quorvane"]
+    assert first["pid"] > 0
+
+
+def test_version_without_a_display(world):
+    version = plistlib.loads(world.home.path(f"{home.CONTENTS}/Info.plist").read_bytes())["CFBundleVersion"]
+    done = world.home.run(ui.PROGRAM, "--version", user="joe")
+    assert (done.stdout, done.stderr) == (version + "\n", "")
+    assert world.service.requests() == []
+    assert not world.home.path("/home/joe/Library").exists()
+
+
+def test_version_beside_a_running_copy(world, client):
+    client.remember_administrator(ADA)
+    client.start()
+    client.wait_ready()
+    done = world.home.run(ui.PROGRAM, "--version", user="joe")
+    assert done.returncode == 0 and client.running()
+
+
+def test_version_counts_as_first_argument_only(world, client):
+    client.remember_administrator(ADA)
+    client.start("-hide", "--version")
+    client.wait(ui.HIDE, ui.ANSWER, enabled=True)
+    assert client.running()
+    assert len(world.service.requests_of("MRTSL")) == 1
+
+
+def test_hidden_flag_at_the_start(world, client):
+    """The preference "hide" starts a session by itself."""
+    client.remember_administrator(ADA, location="Netherlands Amsterdam", hide=True)
+    client.start()
+    client.wait_hidden()
+    assert client.current_address() in world.service.lent().values()
+    assert world.home.public_address() == client.current_address()

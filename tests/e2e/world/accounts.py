@@ -1,0 +1,19 @@
+"""The people who have an account at home."""
+
+from dataclasses import dataclass
+
+
+@dataclass(frozen=True)
+class Account:
+    name: str
+    full_name: str
+    password: str
+    administrator: bool = False
+
+
+JOE = Account("joe", "Joe Plain", "joe-pw")
+# The blank in the password is on purpose: it must reach sudo as it is.
+ADA = Account("ada", "Ada Admin", "ada pw", administrator=True)
+NORM = Account("norm", "Norm Nosudo", "norm-pw")
+SUE = Account("sue", "Sue Self", "sue pw", administrator=True)
+ALL = (JOE, ADA, NORM, SUE)

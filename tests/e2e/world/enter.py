@@ -1,0 +1,116 @@
+#!/usr/bin/python3
+"""enter.py [--] COMMAND...: runs a command as root in a mount, network, PID, IPC and UTS namespace of its own.
+
+/run is private there, so that named network namespaces exist inside only. When the command ends everything
+that it started is gone. The machine is looked at before and after: a difference is printed, and the exit
+status is then 70 instead of the command's.
+"""
+
+import ctypes
+import os
+import signal
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
+from world import machine  # noqa: E402 # pylint: disable=wrong-import-position
+
+PYTHON = "/usr/bin/python3"
+BASE = Path("/run/quorvane-world")
+MARKER = BASE / "inside"
+CHANGED = 70
+PR_SET_PDEATHSIG = 1
+PASSED_THROUGH_SUDO = ("DISPLAY", "XAUTHORITY", "QUORVANE_CONTENTS", "QUORVANE_SERVICE", "QUORVANE_E2E_OUT")
+
+
+def inside():
+    """True in the small world's outer namespace."""
+    return MARKER.exists()
+
+
+def _die_with_parent():
+    ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
+
+
+def _become_root():
+    if os.geteuid() == 0:
+        return
+    kept = [f"{name}={os.environ[name]}" for name in PASSED_THROUGH_SUDO if name in os.environ]
+    os.execvp("sudo", ["sudo", "--", "env", *kept, PYTHON, str(Path(__file__).resolve()), *sys.argv[1:]])
+
+
+def _pid_namespace_below(pid):
+    """The inode of the PID namespace that a process gives its children, as soon as it is another than ours."""
+    own = os.stat("/proc/self/ns/pid").st_ino
+    deadline = time.monotonic() + 10
+    while time.monotonic() < deadline:
+        try:
+            found = os.stat(f"/proc/{pid}/ns/pid_for_children").st_ino
+        except OSError:
+            return None
+        if found != own:
+            return found
+        time.sleep(0.002)
+    return None
+
+
+def run(command):
+    """Runs the command inside; returns its exit status, or CHANGED when the machine is not as before."""
+    before = machine.Snapshot()
+    unshare = ["unshare", "--mount", "--net", "--pid", "--ipc", "--uts", "--fork", "--kill-child"]
+    unshare += ["--propagation", "private", "--", PYTHON, str(Path(__file__).resolve()), "--init", *command]
+    with subprocess.Popen(unshare, preexec_fn=_die_with_parent) as child:
+        namespace = _pid_namespace_below(child.pid)
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            signal.signal(number, lambda _number, _frame: child.terminate())
+        status = child.wait()
+    if namespace is None:
+        print("the small world could not be made", file=sys.stderr)
+        return CHANGED
+    differences = before.differences(machine.Snapshot(), namespace)
+    for line in differences:
+        print(f"NOT AS BEFORE: {line}", file=sys.stderr)
+    if differences:
+        return CHANGED
+    print("machine: users, routes, links, resolver, firewall and processes are as before", flush=True)
+    return status if status >= 0 else 128 - status
+
+
+def _init(command):
+    """The first process inside: prepares the mounts, runs the command, reaps whatever is orphaned."""
+    subprocess.run(["mount", "-t", "proc", "proc", "/proc"], check=True)
+    subprocess.run(["mount", "-t", "sysfs", "-o", "ro", "sysfs", "/sys"], check=True)
+    subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run"], check=True)
+    subprocess.run(["ip", "link", "set", "lo", "up"], check=True)
+    BASE.mkdir()
+    MARKER.touch()
+    # As PID 1 a signal without a handler would be ignored; what reaches us ends the command instead.
+    child = os.fork()
+    if child == 0:
+        os.execvp(command[0], command)
+    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+        signal.signal(number, lambda _number, _frame: os.kill(child, signal.SIGTERM))
+    while True:
+        pid, status = os.wait()
+        if pid == child:
+            return os.waitstatus_to_exitcode(status)
+
+
+def main():
+    arguments = sys.argv[1:]
+    if arguments[:1] == ["--init"]:
+        status = _init(arguments[1:])
+        return status if status >= 0 else 128 - status
+    if arguments[:1] == ["--"]:
+        del arguments[0]
+    if not arguments:
+        print(__doc__, file=sys.stderr)
+        return 2
+    _become_root()
+    return run(arguments)
+
+
+if __name__ == "__main__":
+    sys.exit(main())

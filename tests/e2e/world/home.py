@@ -1,0 +1,159 @@
+"""The home: the namespaces in which the client and its user live."""
+
+import dataclasses
+import json
+import os
+import re
+import subprocess
+import time
+from pathlib import Path
+
+from . import accounts, machine, network
+
+CONTENTS = "/opt/quorvane"
+HARNESS = "/opt/harness"
+RIGHT_NAME_SERVERS = "".join(f"nameserver {address}\n" for address in network.NAME_SERVERS)
+_INIT = Path(__file__).with_name("home_init.py")
+_HARNESS_SOURCE = Path(__file__).resolve().parent.parent / "harness"
+
+
+@dataclasses.dataclass(frozen=True)
+class Process:
+    pid: int  # as seen from outside of the home
+    name: str
+    command: list
+    uid: int
+
+
+def service_configuration():
+    """The client's /etc/quorvane/service.conf for the small world."""
+    return (f"api_host = {network.API_HOST}\nweb_host = {network.WEB_HOST}\n"
+            f"reachability_host = {network.WEB_HOST}\nca_file = /etc/quorvane/ca.crt\n")
+
+
+class Home:
+    """Made by the constructor, gone with `close`. `contents` is the client's contents folder."""
+
+    def __init__(self, folder, contents, ca, *, name_servers=RIGHT_NAME_SERVERS, x11=None):
+        settings = {
+            "work": str(Path(folder) / "home"),
+            "x11": x11,
+            "visible": {CONTENTS: str(Path(contents).resolve()), HARNESS: str(_HARNESS_SOURCE)},
+            "resolv_conf": name_servers + "options timeout:1 attempts:2\n",
+            "etc_quorvane": {"service.conf": service_configuration(), "ca.crt": Path(ca).read_text(encoding="utf-8")},
+            "accounts": [dataclasses.asdict(account) for account in accounts.ALL],
+        }
+        # In a file, because command lines can be read by everybody at home and this holds passwords.
+        given = Path(folder) / "home.json"
+        given.touch(mode=0o600)
+        given.write_text(json.dumps(settings), encoding="utf-8")
+        command = ["nsenter", f"--net=/run/netns/{network.HOME}", "unshare", "--mount", "--pid", "--fork", "--ipc",
+                   "--uts", "--kill-child=SIGKILL", "--propagation", "private",
+                   "/usr/bin/python3", str(_INIT), str(given)]
+        self._unshare = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        if self._unshare.stdout.readline() != "ready\n":
+            raise RuntimeError("the home could not be made")
+        self.pid = self._first_process()
+        self._namespace = os.stat(f"/proc/{self.pid}/ns/pid").st_ino
+
+    def _first_process(self):
+        for pid, _name in machine.processes():
+            try:
+                status = Path(f"/proc/{pid}/stat").read_text(encoding="utf-8").rpartition(")")[2].split()
+            except OSError:
+                continue
+            if int(status[1]) == self._unshare.pid:
+                return pid
+        raise RuntimeError("the home's first process is not there")
+
+    def path(self, inside):
+        """Where a file of the home is seen from outside. Not for paths with absolute links in them."""
+        return Path(f"/proc/{self.pid}/root{inside}")
+
+    def uid(self, user):
+        """The user's numbers (uid, gid) at home."""
+        for line in self.path("/etc/passwd").read_text(encoding="utf-8").splitlines():
+            fields = line.split(":")
+            if fields[0] == user:
+                return int(fields[2]), int(fields[3])
+        raise KeyError(user)
+
+    def command(self, arguments, user="root", environment=None):
+        """The command line that runs something at home as the user with exactly this environment."""
+        enter = ["nsenter", "--target", str(self.pid), "--mount", "--pid", "--ipc", "--uts", "--net", "--"]
+        variables = {"PATH": "/usr/local/bin:/usr/bin:/bin", "LC_ALL": "C.UTF-8", "USER": user, "LOGNAME": user,
+                     "HOME": "/root", "SHELL": "/bin/bash"}
+        if user == "root":
+            variables["PATH"] = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"
+        else:
+            enter += ["setpriv", f"--reuid={user}", f"--regid={user}", "--init-groups", "--"]
+            variables.update(HOME=f"/home/{user}", XDG_RUNTIME_DIR=f"/run/user/{self.uid(user)[0]}")
+        variables.update(environment or {})
+        return enter + ["env", "-i", "-C", variables["HOME"]] + [f"{key}={value}" for key, value in variables.items()] \
+            + list(arguments)
+
+    def run(self, *arguments, user="root", environment=None, check=True, **options):
+        """Runs a command at home to its end; text in and out."""
+        return network.run(*self.command(arguments, user, environment), check=check, **options)
+
+    def popen(self, *arguments, user="root", environment=None, **options):
+        return subprocess.Popen(self.command(arguments, user, environment), **options)
+
+    def write(self, inside, text, owner="root", mode=0o644):
+        """Writes a file of the home, its folders made as needed, all owned by `owner`."""
+        folder = str(Path(inside).parent)
+        identity = (0, 0) if owner == "root" else self.uid(owner)
+        missing = [parent for parent in [Path(folder), *Path(folder).parents] if not self.path(str(parent)).exists()]
+        for parent in reversed(missing):
+            self.path(str(parent)).mkdir()
+            os.chown(self.path(str(parent)), *identity)
+        target = self.path(inside)
+        target.write_bytes(text if isinstance(text, bytes) else text.encode("utf-8"))
+        target.chmod(mode)
+        os.chown(target, *identity)
+
+    def processes(self, name=None):
+        """The processes of the home, or those with this short name. Dead ones that await reaping count too."""
+        found = []
+        for pid, short_name in machine.processes():
+            try:
+                if os.stat(f"/proc/{pid}/ns/pid").st_ino != self._namespace or (name and short_name != name):
+                    continue
+                command = Path(f"/proc/{pid}/cmdline").read_bytes().split(b"\0")[:-1]
+                uid = os.stat(f"/proc/{pid}").st_uid
+            except OSError:
+                continue
+            found.append(Process(pid, short_name, [word.decode(errors="replace") for word in command], uid))
+        return found
+
+    def privileged_lines(self):
+        """What sudo ran at home, in order: the text after COMMAND= of its log."""
+        log = self.path("/var/log/sudo.log")
+        if not log.exists():
+            return []
+        return re.findall(r"COMMAND=(.*)", log.read_text(encoding="utf-8", errors="replace"))
+
+    def public_address(self, user="joe", timeout=5):
+        """The address from which the service sees a request made at home; None when none gets through."""
+        done = self.run("curl", "-q", "-sS", "-4", "--noproxy", "*", "-m", str(timeout), "--cacert",
+                        "/etc/quorvane/ca.crt", f"https://{network.WEB_HOST}/ip", user=user, check=False)
+        return done.stdout.strip() if done.returncode == 0 else None
+
+    def wait_for(self, condition, timeout, what):
+        """Waits until condition() is true; fails with `what` at the deadline."""
+        end = time.monotonic() + timeout
+        while not condition():
+            if time.monotonic() > end:
+                raise TimeoutError(f"{what}: not within {timeout} s")
+            time.sleep(0.02)
+
+    def close(self):
+        self._unshare.stdin.close()
+        self._unshare.stdout.close()
+        try:
+            self._unshare.wait(5)
+        except subprocess.TimeoutExpired:
+            self._unshare.kill()
+            self._unshare.wait()
+
+

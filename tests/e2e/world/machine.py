@@ -1,0 +1,125 @@
+"""What a run must leave as it was: the machine's users, routes, links, resolver, firewall and processes."""
+
+import fcntl
+import hashlib
+import os
+import re
+import subprocess
+from pathlib import Path
+
+ACCOUNT_FILES = (
+    "/etc/passwd",
+    "/etc/shadow",
+    "/etc/group",
+    "/etc/gshadow",
+    "/etc/subuid",
+    "/etc/subgid",
+    "/etc/sudoers",
+)
+RESOLVER_FILES = ("/etc/resolv.conf", "/etc/hosts", "/etc/nsswitch.conf")
+WATCHED_PROCESSES = ("openvpn", "vpnsrv")
+NS_GET_PARENT = 0xB702
+
+
+def _output(*command):
+    done = subprocess.run(command, capture_output=True, text=True, check=False)
+    return done.stdout if done.returncode == 0 else f"exit status {done.returncode}: {done.stderr}"
+
+
+def _file_state(name):
+    path = Path(name)
+    try:
+        link = os.readlink(path) if path.is_symlink() else ""
+        stat = path.stat()
+        digest = hashlib.sha256(path.read_bytes()).hexdigest()
+    except OSError as error:
+        return f"{name}: {error.strerror}"
+    return f"{name} {link} {stat.st_mode:o} {stat.st_uid}:{stat.st_gid} {digest}"
+
+
+def _routes():
+    families = [_output("ip", family, "route", "show") for family in ("-4", "-6")]
+    # The life time of a route that a router announced runs down by itself.
+    return re.sub(r"\s*expires \S+", "", "".join(families)) + _output("ip", "rule", "show")
+
+
+def _links():
+    lines = _output("ip", "-o", "link", "show").splitlines() + _output("ip", "-o", "address", "show").splitlines()
+    return "\n".join(re.sub(r"(valid_lft|preferred_lft) \S+", "", line) for line in lines)
+
+
+def processes():
+    """Yields (pid, short name) of every process that can be seen."""
+    for entry in Path("/proc").iterdir():
+        if entry.name.isdigit():
+            try:
+                yield int(entry.name), (entry / "comm").read_text(encoding="utf-8", errors="replace").rstrip("\n")
+            except OSError:
+                continue
+
+
+def _own_watched_processes():
+    """The OpenVPN processes of the machine's own network, with their start times."""
+    own_network = os.readlink("/proc/self/ns/net")
+    found = set()
+    for pid, name in processes():
+        try:
+            if name in WATCHED_PROCESSES and os.readlink(f"/proc/{pid}/ns/net") == own_network:
+                started = Path(f"/proc/{pid}/stat").read_text(encoding="utf-8").rpartition(")")[2].split()[19]
+                found.add((pid, name, started))
+        except OSError:
+            continue
+    return found
+
+
+def _inside_of(pid, namespace):
+    """True when the process lives in the PID namespace (an inode number) or in one below it."""
+    try:
+        fd = os.open(f"/proc/{pid}/ns/pid", os.O_RDONLY)
+    except OSError:
+        return False
+    while True:
+        if os.fstat(fd).st_ino == namespace:
+            os.close(fd)
+            return True
+        try:
+            parent = fcntl.ioctl(fd, NS_GET_PARENT)
+        except OSError:
+            return False
+        finally:
+            os.close(fd)
+        fd = parent
+
+
+def left_behind(namespace):
+    """The processes that still live in a PID namespace that should be gone."""
+    return [f"{name} ({pid})" for pid, name in processes() if _inside_of(pid, namespace)]
+
+
+class Snapshot:
+    """The state of the machine at one moment. Taken and compared outside of the small world."""
+
+    def __init__(self):
+        self.aspects = {
+            "users": "\n".join(map(_file_state, ACCOUNT_FILES)),
+            "routes": _routes(),
+            "links": _links(),
+            "resolver": "\n".join(map(_file_state, RESOLVER_FILES)),
+            "firewall": _output("nft", "-s", "list", "ruleset"),
+            "namespaces": _output("ip", "netns", "list"),
+        }
+        self.openvpn = _own_watched_processes()
+
+    def differences(self, later, namespace):
+        """What is not as before, one plain line each; an empty list when all is."""
+        lines = []
+        for name, before in self.aspects.items():
+            if later.aspects[name] != before:
+                lines.append(f"{name} changed:\n--- before\n{before}\n--- after\n{later.aspects[name]}")
+        gone = self.openvpn - later.openvpn
+        if gone:
+            lines.append(f"OpenVPN processes of the machine are gone: {sorted(gone)}")
+        left = left_behind(namespace)
+        if left:
+            lines.append(f"processes of the small world are left: {', '.join(left)}")
+        return lines

@@ -1,0 +1,135 @@
+"""The three network namespaces and what is between them.
+
+    home 192.168.77.2 --- 192.168.77.1 gw 198.51.100.10 --- 198.51.100.1 inet (192.0.2.10, 8.8.8.8, 8.8.4.4)
+
+198.51.100.10 is the real public address of the home. The lent addresses, 203.0.113.0/24, are routed to gw,
+which owns every one of them.
+"""
+
+import json
+import subprocess
+import time
+from pathlib import Path
+
+HOME, GATEWAY, INTERNET = "home", "gw", "inet"
+HOME_ADDRESS = "192.168.77.2"
+ROUTER_ADDRESS = "192.168.77.1"
+REAL_ADDRESS = "198.51.100.10"
+SERVICE_ADDRESS = "192.0.2.10"
+LENT_POOL = "203.0.113.0/24"
+API_HOST = "api.quorvane.test"
+WEB_HOST = "www.quorvane.test"
+NAME_SERVERS = ("8.8.8.8", "8.8.4.4")
+
+_NAT = f"""
+table ip home_nat {{
+    chain postrouting {{
+        type nat hook postrouting priority srcnat; policy accept;
+        ip saddr 192.168.77.0/24 oifname "wan" snat to {REAL_ADDRESS}
+    }}
+}}
+"""
+
+
+def run(*command, check=True, **options):
+    """Runs a command, captured as text; with `check`, a failure raises with what it said."""
+    done = subprocess.run(command, capture_output=True, text=True, check=False, **options)
+    if check and done.returncode != 0:
+        raise RuntimeError(f"{' '.join(command)}: exit status {done.returncode}: {done.stderr.strip()}")
+    return done
+
+
+def inside(namespace, *command, **options):
+    """Runs a command in a network namespace."""
+    return run("ip", "netns", "exec", namespace, *command, **options)
+
+
+def _address(namespace, device, address):
+    run("ip", "-n", namespace, "address", "add", address, "dev", device)
+
+
+def _up(namespace, device):
+    run("ip", "-n", namespace, "link", "set", device, "up")
+
+
+class Network:
+    """The namespaces with their name server. Everything ends with `close`, or with the outer namespace."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self._name_server = None
+        try:
+            for namespace in (HOME, GATEWAY, INTERNET):
+                run("ip", "netns", "add", namespace)
+                _up(namespace, "lo")
+            self._connect_home()
+            self._connect_internet()
+            self.start_name_server()
+        except BaseException:
+            self.close()
+            raise
+
+    def _connect_home(self):
+        run("ip", "link", "add", "eth0", "netns", HOME, "type", "veth", "peer", "name", "lan", "netns", GATEWAY)
+        _address(HOME, "eth0", f"{HOME_ADDRESS}/24")
+        _address(GATEWAY, "lan", f"{ROUTER_ADDRESS}/24")
+        _up(HOME, "eth0")
+        _up(GATEWAY, "lan")
+        run("ip", "-n", HOME, "route", "add", "default", "via", ROUTER_ADDRESS)
+
+    def _connect_internet(self):
+        run("ip", "link", "add", "wan", "netns", GATEWAY, "type", "veth", "peer", "name", "net0", "netns", INTERNET)
+        _address(GATEWAY, "wan", f"{REAL_ADDRESS}/24")
+        _address(INTERNET, "net0", "198.51.100.1/24")
+        for address in (SERVICE_ADDRESS, *NAME_SERVERS):
+            _address(INTERNET, "lo", f"{address}/32")
+        _up(GATEWAY, "wan")
+        _up(INTERNET, "net0")
+        run("ip", "-n", GATEWAY, "route", "add", "default", "via", "198.51.100.1")
+        run("ip", "-n", INTERNET, "route", "add", LENT_POOL, "via", REAL_ADDRESS)
+        run("ip", "-n", GATEWAY, "route", "add", "local", LENT_POOL, "dev", "lo")
+        inside(GATEWAY, "sysctl", "-qw", "net.ipv4.ip_forward=1", "net.ipv4.conf.all.rp_filter=0",
+               "net.ipv4.conf.default.rp_filter=0")
+        inside(GATEWAY, "nft", "-f", "-", input=_NAT)
+
+    def start_name_server(self):
+        """Starts the name server that answers at NAME_SERVERS and knows the service's hosts only."""
+        command = ["ip", "netns", "exec", INTERNET, "dnsmasq", "--keep-in-foreground", "--conf-file=/dev/null",
+                   "--no-resolv", "--no-hosts", "--user=root", "--group=root", "--bind-interfaces",
+                   f"--listen-address={','.join(NAME_SERVERS)}", f"--pid-file={self.folder}/dnsmasq.pid",
+                   "--log-queries", f"--log-facility={self.folder}/dnsmasq.log"]
+        command += [f"--host-record={host},{SERVICE_ADDRESS}" for host in (API_HOST, WEB_HOST)]
+        # Nothing is forwarded: any other name does not exist.
+        command += ["--local=//", "--address=/#/"]
+        self._name_server = subprocess.Popen(command, stdin=subprocess.DEVNULL)
+        self._await_name_server()
+
+    def _await_name_server(self):
+        deadline = time.monotonic() + 5
+        while time.monotonic() < deadline:
+            sockets = inside(INTERNET, "ss", "-Hlun", "sport = :53").stdout
+            if all(f"{address}:53" in sockets for address in NAME_SERVERS):
+                return
+            if self._name_server.poll() is not None:
+                break
+            time.sleep(0.005)
+        raise RuntimeError("the name server did not start")
+
+    def cut_home(self):
+        """Pulls the home's cable: no link, no route."""
+        run("ip", "-n", HOME, "link", "set", "eth0", "down")
+
+    def reconnect_home(self):
+        _up(HOME, "eth0")
+        run("ip", "-n", HOME, "route", "replace", "default", "via", ROUTER_ADDRESS)
+
+    def firewall(self, namespace):
+        """The nftables rules of a namespace, as nft's JSON objects."""
+        return json.loads(inside(namespace, "nft", "-j", "list", "ruleset").stdout)["nftables"]
+
+    def close(self):
+        if self._name_server is not None:
+            self._name_server.terminate()
+            self._name_server.wait()
+        for namespace in (HOME, GATEWAY, INTERNET):
+            run("ip", "netns", "delete", namespace, check=False)

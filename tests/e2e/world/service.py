@@ -1,0 +1,190 @@
+"""quorvane-service in the Internet of the small world, with its OpenVPN servers on the gateway."""
+
+import ipaddress
+import json
+import os
+import re
+import signal
+import socket
+import subprocess
+import time
+from dataclasses import dataclass
+from pathlib import Path
+
+from . import network
+
+UDP_PORT, TCP_PORT = 1194, 443
+TABLE, LENT_MAP = "quorvane", "lent"
+# The client's requests and the web page that scripts ask. Anything else shows in the service's exit status.
+ANNOUNCED = (r"/\?cmd=(MRTSL|VPNC)&ver=[^&]*&device=1&.*", r"/ip")
+
+
+@dataclass(frozen=True)
+class Location:
+    """One group of lent addresses; `title` is what the client's pop-up shows for it."""
+
+    country_code: str
+    country: str
+    code: str
+    city: str
+    addresses: tuple
+
+    @property
+    def title(self):
+        return f"{self.country} {self.city}"
+
+
+def _pool(*last_numbers):
+    return tuple(f"203.0.113.{number}" for number in last_numbers)
+
+
+LOCATIONS = (
+    Location("US", "United States", "NYC", "New York", _pool(10, 11, 12, 13)),
+    Location("US", "United States", "LAX", "Los Angeles", _pool(20, 21)),
+    Location("GB", "United Kingdom", "LON", "London", _pool(30, 31, 32)),
+    Location("DE", "Germany", "BER", "Berlin", _pool(40, 41, 42, 43)),
+    Location("FR", "France", "PAR", "Paris", _pool(50, 51)),
+    Location("NL", "Netherlands", "AMS", "Amsterdam", _pool(60)),
+    Location("JP", "Japan", "TYO", "Tokyo", _pool(70, 71, 72)),
+    Location("SE", "Sweden", "STO", "Stockholm", _pool(80)),
+    Location("BR", "Brazil", "SAO", "Sao Paulo", _pool(90, 91)),
+)
+
+
+def location_of(address):
+    """The location that lends the address, or None."""
+    return next((place for place in LOCATIONS if address in place.addresses), None)
+
+
+@dataclass(frozen=True)
+class Request:
+    """One request as the service wrote it down: the target is what came over the wire."""
+
+    peer: str
+    target: str
+
+    def parameter(self, key):
+        """The raw value of the first occurrence of a query key, or None."""
+        found = re.search(rf"[?&]{re.escape(key)}=([^&]*)", self.target)
+        return found.group(1) if found else None
+
+
+class Service:
+    """One quorvane-service process. Certificates are made by the caller's authority."""
+
+    def __init__(self, program, folder, authority, **overrides):
+        self.program = Path(program)
+        self.folder = Path(folder)
+        self.folder.mkdir(parents=True)
+        self.request_log = self.folder / "requests.jsonl"
+        self.output = self.folder / "service.log"
+        self.runtime = self.folder / "runtime"
+        self._configuration = self.folder / "service.json"
+        self._configuration.write_text(json.dumps(self._settings(authority, overrides), indent=1), encoding="utf-8")
+        self._process = None
+
+    def _settings(self, authority, overrides):
+        names = f"DNS:{network.API_HOST},DNS:{network.WEB_HOST},IP:{network.SERVICE_ADDRESS}"
+        certificate, key = map(str, authority.leaf("api", names))
+        vpn_certificate, vpn_key = map(str, authority.leaf("vpn", "DNS:vpn"))
+        settings = {
+            "listen": [{"address": network.SERVICE_ADDRESS, "port": 443}],
+            "tls": {"certificate": certificate, "key": key},
+            "groups": [{"country_code": place.country_code, "country": place.country, "location_code": place.code,
+                        "city": place.city, "addresses": list(place.addresses)} for place in LOCATIONS],
+            "home": [{"network": "198.51.100.0/24", "country_code": "AT"}],
+            "request_log": str(self.request_log),
+            "runtime_folder": str(self.runtime),
+            "strict": True,
+            "announced": [{"pattern": pattern, "count": 0} for pattern in ANNOUNCED],
+            "vpn": {"ca": str(authority.certificate), "certificate": vpn_certificate, "key": vpn_key,
+                    "udp": {"port": UDP_PORT, "network": "10.8.0.0/16"},
+                    "tcp": {"port": TCP_PORT, "network": "10.9.0.0/16"},
+                    "dns": list(network.NAME_SERVERS)},
+            "gateway": {"command": ["ip", "netns", "exec", network.GATEWAY],
+                        "nft": {"table": TABLE, "map": LENT_MAP, "wan_interface": "wan"}},
+        }
+        settings.update(overrides)
+        return settings
+
+    def start(self, deadline=20):
+        """Starts the service and waits until its web server and both OpenVPN servers listen."""
+        with self.output.open("ab") as output:
+            self._process = subprocess.Popen(
+                ["ip", "netns", "exec", network.INTERNET, str(self.program), "--config", str(self._configuration)],
+                stdin=subprocess.DEVNULL, stdout=output, stderr=output)
+        end = time.monotonic() + deadline
+        while not self._ready():
+            if self._process.poll() is not None or time.monotonic() > end:
+                raise RuntimeError(f"quorvane-service did not start:\n{self.output.read_text(errors='replace')}")
+            time.sleep(0.02)
+
+    def control(self, command, **arguments):
+        """Sends one command to the control socket; the answer."""
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.settimeout(5)
+            connection.connect(str(self.runtime / "control.sock"))
+            connection.sendall(json.dumps({"command": command, **arguments}).encode() + b"\n")
+            return json.loads(connection.makefile("rb").readline())
+
+    def _ready(self):
+        try:
+            return (self.runtime / "listening").exists() and self.control("status").get("ready", False)
+        except OSError:
+            return False
+
+    @property
+    def running(self):
+        return self._process is not None and self._process.poll() is None
+
+    def stop(self):
+        """Ends the service; its exit status, 3 when requests came that were not announced."""
+        if self._process is None:
+            return 0
+        if self._process.poll() is None:
+            self._process.send_signal(signal.SIGTERM)
+            try:
+                self._process.wait(10)
+            except subprocess.TimeoutExpired:
+                self._process.kill()
+        return self._process.wait()
+
+    def requests(self):
+        """Every request since the start, in order."""
+        if not self.request_log.exists():
+            return []
+        lines = self.request_log.read_text(encoding="utf-8").splitlines()
+        entries = [json.loads(line) for line in lines]
+        return [Request(entry["peer"], entry["target"]) for entry in entries if entry["event"] == "request"]
+
+    def requests_of(self, command):
+        """The API requests with this cmd, in order."""
+        return [request for request in self.requests() if request.parameter("cmd") == command]
+
+    def server_log(self, protocol):
+        """What the OpenVPN server for "udp" or "tcp" wrote."""
+        return (self.runtime / f"{protocol}.log").read_text(encoding="utf-8", errors="replace")
+
+    def lent(self):
+        """The gateway's table of lent addresses: tunnel address -> public address."""
+        for entry in network.firewall(network.GATEWAY):
+            found = entry.get("map", {})
+            if found.get("table") == TABLE and found.get("name") == LENT_MAP:
+                return dict(found.get("elem", []))
+        return {}
+
+
+def is_lent_address(text):
+    """True for an address of the lent pool."""
+    try:
+        return ipaddress.ip_address(text) in ipaddress.ip_network(network.LENT_POOL)
+    except ValueError:
+        return False
+
+
+def program_from_environment():
+    """The service to run: QUORVANE_SERVICE, set by ctest and by ./run."""
+    path = os.environ.get("QUORVANE_SERVICE")
+    if not path:
+        raise RuntimeError("QUORVANE_SERVICE must name the quorvane-service program")
+    return Path(path)

@@ -1,0 +1,58 @@
+"""All of the small world together."""
+
+import contextlib
+import os
+import shutil
+from pathlib import Path
+
+from . import enter, home, network, pki, service
+
+
+def contents_from_environment():
+    """The client's contents folder: QUORVANE_CONTENTS, set by ctest and by ./run."""
+    path = os.environ.get("QUORVANE_CONTENTS")
+    if not path or not (Path(path) / "bin" / "quorvane").exists():
+        raise RuntimeError("QUORVANE_CONTENTS must name the contents folder, with bin/quorvane in it")
+    return Path(path)
+
+
+class World:
+    """The network, the service and one home. Only inside of enter.py's namespaces, one at a time."""
+
+    def __init__(self, *, contents=None, program=None, serve=True, name_servers=home.RIGHT_NAME_SERVERS, x11=None,
+                 **service_settings):
+        if not enter.inside():
+            raise RuntimeError("the small world is made inside of tests/e2e/world/enter.py only")
+        self.folder = enter.BASE / "world"
+        self._status = 0
+        with contextlib.ExitStack() as made:
+            self.folder.mkdir()
+            made.callback(shutil.rmtree, self.folder)
+            self.network = network.Network(self.folder)
+            made.callback(self.network.close)
+            authority = pki.Authority(self.folder / "pki")
+            self.service = service.Service(program or service.program_from_environment(), self.folder / "service",
+                                           authority, **service_settings)
+            made.callback(self._stop_service)
+            if serve:
+                self.service.start()
+            self.home = home.Home(self.folder, contents or contents_from_environment(), authority.certificate,
+                                  name_servers=name_servers, x11=x11)
+            made.callback(self.home.close)
+            self._made = made.pop_all()
+
+    def _stop_service(self):
+        self._status = self.service.stop()
+
+    def save_logs(self, folder):
+        """Copies what the service, its OpenVPN servers and the name server wrote."""
+        folder.mkdir(parents=True, exist_ok=True)
+        for log in (self.service.request_log, self.service.output, self.folder / "dnsmasq.log",
+                    *self.service.runtime.glob("*.log")):
+            if log.exists():
+                shutil.copy(log, folder)
+
+    def close(self):
+        """Takes it all down, the home first; the service's exit status."""
+        self._made.close()
+        return self._status
