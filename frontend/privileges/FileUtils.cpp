@@ -8,9 +8,9 @@
 namespace fs = std::filesystem;
 
 void FileUtils::checkUserDefaultsPremmision() {
-    const QString library = platform::Platform::current().account.library();
-    const fs::path path =
-        (library + QStringLiteral("/Preferences/com.tallowind.Quorvane.plist")).toStdString();
+    const QString file = platform::Platform::current().account.library() +
+                         QStringLiteral("/Preferences/com.tallowind.Quorvane.plist");
+    const fs::path path = file.toStdString();
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
     if (status.type() == fs::file_type::not_found) {
