@@ -71,6 +71,21 @@ int writeAll(int descriptor, const char *bytes, qsizetype size) {
     return 0;
 }
 
+int makePrivateFolders(const QString &path) {
+    const QByteArray name = QFile::encodeName(path);
+    if (::mkdir(name.constData(), 0700) == 0)
+        return 0;
+    if (errno == EEXIST)
+        return QFileInfo(path).isDir() ? 0 : ENOTDIR;
+    const QString above = QFileInfo(path).path();
+    if (errno != ENOENT || above == path)
+        return errno;
+    const int outcome = makePrivateFolders(above);
+    if (outcome != 0)
+        return outcome;
+    return ::mkdir(name.constData(), 0700) == 0 || errno == EEXIST ? 0 : errno;
+}
+
 int replaceFile(const QString &path, const QByteArray &bytes) {
     const QFileInfo target(path);
     const FileDescriptor folder(

@@ -14,6 +14,9 @@ namespace platform {
 /// 0, or an errno value (EFBIG when it is larger, EINVAL when it is no regular file).
 [[nodiscard]] int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes);
 
+/// Makes the folder and what is missing above it, each open to its owner only. 0, or an errno value.
+[[nodiscard]] int makePrivateFolders(const QString &path);
+
 /// Writes all of the bytes to the descriptor. 0, or an errno value.
 [[nodiscard]] int writeAll(int descriptor, const char *bytes, qsizetype size);
 

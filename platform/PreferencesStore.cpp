@@ -84,10 +84,8 @@ QString PreferencesStore::string(const QString &key) const {
         return stored.toBool() ? QStringLiteral("1") : QStringLiteral("0");
     case QMetaType::Double:
         return QString::number(stored.toDouble(), 'g', QLocale::FloatingPointShortest);
-    case QMetaType::QString: {
-        const QString text = stored.toString();
-        return text.isNull() ? QStringLiteral("") : text;
-    }
+    case QMetaType::QString:
+        return stored.toString();
     default:
         return {};
     }
@@ -108,6 +106,10 @@ QVariant PreferencesStore::canonical(const QVariant &value) {
         return QVariant::fromValue(value.toLongLong());
     case QMetaType::Float:
         return value.toDouble();
+    case QMetaType::QString:
+        return value.toString().isNull() ? QVariant(QStringLiteral("")) : value;
+    case QMetaType::QByteArray:
+        return value.toByteArray().isNull() ? QVariant(QByteArray("")) : value;
     default:
         return value;
     }

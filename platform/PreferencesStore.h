@@ -37,7 +37,8 @@ public:
     [[nodiscard]] QString string(const QString &key) const;
 
 protected:
-    /// The value as stores keep it: every integer type as qint64, float as double, others as they are.
+    /// The value as stores keep it: every integer type as qint64, float as double, a null text or null
+    /// bytes as empty ones, others as they are.
     [[nodiscard]] static QVariant canonical(const QVariant &value);
 };
 

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <locale.h>
 #include <memory>
 #include <plist/plist.h>
 
@@ -34,6 +35,25 @@ struct MemoryDeleter {
 
 template <typename T>
 using Memory = std::unique_ptr<T, MemoryDeleter>;
+
+/// The parser reads numbers by the thread's locale; a decimal comma there would cut every real.
+class PlainNumbers {
+public:
+    PlainNumbers() : plain(::newlocale(LC_ALL_MASK, "C", nullptr)), before(::uselocale(plain)) {}
+
+    ~PlainNumbers() {
+        ::uselocale(before);
+        if (plain != nullptr)
+            ::freelocale(plain);
+    }
+
+    PlainNumbers(const PlainNumbers &) = delete;
+    PlainNumbers &operator=(const PlainNumbers &) = delete;
+
+private:
+    locale_t plain;
+    locale_t before;
+};
 
 QDateTime epoch() {
     return QDateTime::fromSecsSinceEpoch(epochSeconds, Qt::UTC);
@@ -257,6 +277,7 @@ std::optional<QVariantMap> parse(const QByteArray &bytes) {
     const bool binary = isBinary(bytes);
     if (binary ? !isBearableBinary(bytes) : !isBearableXml(bytes))
         return std::nullopt;
+    const PlainNumbers plainNumbers;
     plist_t raw = nullptr;
     const auto size = static_cast<quint32>(bytes.size());
     if (binary)
@@ -270,6 +291,7 @@ std::optional<QVariantMap> parse(const QByteArray &bytes) {
 }
 
 QByteArray write(const QVariantMap &dictionary) {
+    const PlainNumbers plainNumbers;
     const Node root = mapNode(dictionary, 0);
     char *raw = nullptr;
     quint32 size = 0;

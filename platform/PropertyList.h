@@ -14,7 +14,8 @@ namespace PropertyList {
 /// Parses an XML or binary property list whose root is a dictionary. Absent when it is none.
 [[nodiscard]] std::optional<QVariantMap> parse(const QByteArray &bytes);
 /// Writes an XML property list. Texts that XML cannot carry (U+0000, other control characters, lone
-/// surrogates) are written as data with a marker and come back as the same text.
+/// surrogates) are written as data with a marker and come back as the same text. Dates (QDateTime) keep
+/// their seconds. An entry of another type, or under a key that XML cannot carry, is left out.
 [[nodiscard]] QByteArray write(const QVariantMap &dictionary);
 
 /// Reads a file of at most 16 MiB without following a link in its last component. Absent on failure.

@@ -1,0 +1,273 @@
+#include "ChildProcess.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <ctime>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace platform {
+
+namespace {
+
+constexpr int quietMilliseconds = 200;
+
+struct Pipe {
+    FileDescriptor reading;
+    FileDescriptor writing;
+};
+
+bool makePipe(Pipe &pipe) {
+    int ends[2] = {-1, -1};
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        return false;
+    pipe.reading.reset(ends[0]);
+    pipe.writing.reset(ends[1]);
+    return true;
+}
+
+/// A descriptor that becomes readable when the process ends. The C library's own header for it does not
+/// link from C++ in all its versions.
+int openProcess(pid_t pid) {
+    return static_cast<int>(::syscall(SYS_pidfd_open, pid, 0U));
+}
+
+std::vector<char *> pointers(QByteArrayList &texts) {
+    std::vector<char *> result;
+    result.reserve(static_cast<std::size_t>(texts.size()) + 1);
+    for (QByteArray &text : texts)
+        result.push_back(text.data());
+    result.push_back(nullptr);
+    return result;
+}
+
+/// The settings of one posix_spawn call.
+class SpawnSettings {
+public:
+    SpawnSettings() {
+        ::posix_spawn_file_actions_init(&actions);
+        ::posix_spawnattr_init(&attributes);
+        sigset_t all;
+        sigset_t none;
+        ::sigfillset(&all);
+        ::sigemptyset(&none);
+        ::posix_spawnattr_setsigdefault(&attributes, &all);
+        ::posix_spawnattr_setsigmask(&attributes, &none);
+        ::posix_spawnattr_setflags(&attributes,
+                                   POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    }
+
+    ~SpawnSettings() {
+        ::posix_spawn_file_actions_destroy(&actions);
+        ::posix_spawnattr_destroy(&attributes);
+    }
+
+    SpawnSettings(const SpawnSettings &) = delete;
+    SpawnSettings &operator=(const SpawnSettings &) = delete;
+
+    void useInput(const FileDescriptor &end) {
+        if (end.isOpen())
+            ::posix_spawn_file_actions_adddup2(&actions, end.get(), STDIN_FILENO);
+        else
+            ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    }
+
+    void use(const FileDescriptor &end, int number) {
+        ::posix_spawn_file_actions_adddup2(&actions, end.get(), number);
+    }
+
+    /// The child's process number, or absent with errno set.
+    [[nodiscard]] std::optional<pid_t> start(const ChildCommand &command) {
+        ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+        ::posix_spawn_file_actions_addchdir_np(&actions, command.folder.constData());
+        QByteArrayList arguments = command.arguments;
+        QByteArrayList environment = command.environment;
+        pid_t pid = -1;
+        const int failure = ::posix_spawn(&pid, command.program.constData(), &actions, &attributes,
+                                          pointers(arguments).data(), pointers(environment).data());
+        errno = failure;
+        return failure == 0 ? std::optional(pid) : std::nullopt;
+    }
+
+private:
+    posix_spawn_file_actions_t actions{};
+    posix_spawnattr_t attributes{};
+};
+
+/// Reads what is there. False at the end of the stream.
+bool drain(const FileDescriptor &end, QByteArray &into) {
+    std::array<char, 16384> part{};
+    for (;;) {
+        const ssize_t got = ::read(end.get(), part.data(), part.size());
+        if (got > 0)
+            into.append(part.data(), got);
+        else if (got == 0)
+            return false;
+        else if (errno != EINTR)
+            return errno == EAGAIN;
+    }
+}
+
+/// Reads a stream that outlives its process to its end and throws it away.
+void leaveToDrainer(FileDescriptor end) {
+    const int flags = ::fcntl(end.get(), F_GETFL);
+    ::fcntl(end.get(), F_SETFL, flags & ~O_NONBLOCK);
+    try {
+        std::thread([stream = std::move(end)] {
+            std::array<char, 4096> part{};
+            ssize_t got = 1;
+            while (got > 0 || (got < 0 && errno == EINTR))
+                got = ::read(stream.get(), part.data(), part.size());
+        }).detach();
+    } catch (const std::system_error &) {
+        // Out of threads: the stream is closed instead, which is all that can be done.
+    }
+}
+
+/// A running child with the streams that are read from it.
+class RunningChild {
+public:
+    RunningChild(pid_t pid, FileDescriptor outputEnd, FileDescriptor errorEnd, FileDescriptor inputEnd)
+        : process(openProcess(pid)), child(pid), output(std::move(outputEnd)), error(std::move(errorEnd)),
+          input(std::move(inputEnd)) {
+        for (const FileDescriptor *end : {&output, &error})
+            ::fcntl(end->get(), F_SETFL, ::fcntl(end->get(), F_GETFL) | O_NONBLOCK);
+    }
+
+    [[nodiscard]] ChildOutcome run(const ChildWatcher &watcher) {
+        while (!hasEnded(watcher)) {
+        }
+        readOutputs();
+        siginfo_t information{};
+        while (::waitid(P_PID, static_cast<id_t>(child), &information, WEXITED) != 0 && errno == EINTR) {
+        }
+        const int number = information.si_status;
+        outcome.status = information.si_code == CLD_EXITED ? number : 128 + number;
+        for (FileDescriptor *end : {&output, &error}) {
+            if (end->isOpen())
+                leaveToDrainer(std::move(*end));
+        }
+        return std::move(outcome);
+    }
+
+private:
+    /// Waits for something to happen. True once the process has ended.
+    [[nodiscard]] bool hasEnded(const ChildWatcher &watcher) {
+        std::array<pollfd, 3> watched{
+            {{process.get(), POLLIN, 0}, {output.get(), POLLIN, 0}, {error.get(), POLLIN, 0}}};
+        const bool mustLook = !process.isOpen() || (watcher && !toldQuiet);
+        const int limit = mustLook ? quietMilliseconds : -1;
+        const int ready = ::poll(watched.data(), watched.size(), limit);
+        if (ready < 0)
+            return errno != EINTR;
+        const qsizetype before = outcome.error.size();
+        readOutputs();
+        const bool grown = outcome.error.size() != before;
+        toldQuiet = ready == 0;
+        if (watcher && (grown || ready == 0))
+            watcher(input, outcome.error, ready == 0);
+        return process.isOpen() ? watched[0].revents != 0 : isWaitable();
+    }
+
+    /// For want of a descriptor for the process.
+    [[nodiscard]] bool isWaitable() const {
+        siginfo_t information{};
+        const int outcomeOfWait =
+            ::waitid(P_PID, static_cast<id_t>(child), &information, WEXITED | WNOHANG | WNOWAIT);
+        return outcomeOfWait != 0 || information.si_pid == child;
+    }
+
+    void readOutputs() {
+        if (output.isOpen() && !drain(output, outcome.output))
+            output.reset();
+        if (error.isOpen() && !drain(error, outcome.error))
+            error.reset();
+    }
+
+    FileDescriptor process;
+    pid_t child;
+    FileDescriptor output;
+    FileDescriptor error;
+    ChildInput input;
+    ChildOutcome outcome;
+    bool toldQuiet = false;
+};
+
+} // namespace
+
+void ChildInput::send(const QByteArray &bytes) {
+    if (!descriptor.isOpen())
+        return;
+    // The signal for a closed pipe would end this whole process.
+    sigset_t pipeSignal;
+    sigset_t before;
+    ::sigemptyset(&pipeSignal);
+    ::sigaddset(&pipeSignal, SIGPIPE);
+    ::pthread_sigmask(SIG_BLOCK, &pipeSignal, &before);
+    ssize_t written = -1;
+    do {
+        written = ::write(descriptor.get(), bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    } while (written < 0 && errno == EINTR);
+    if (written < 0 && errno == EPIPE) {
+        const timespec atOnce{};
+        ::sigtimedwait(&pipeSignal, nullptr, &atOnce);
+        close();
+    }
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+ChildOutcome runChild(const ChildCommand &command, const ChildWatcher &watcher) {
+    ChildOutcome failed;
+    Pipe output;
+    Pipe error;
+    Pipe input;
+    if (!makePipe(output) || !makePipe(error) || (watcher && !makePipe(input))) {
+        failed.startFailure = errno;
+        return failed;
+    }
+    SpawnSettings settings;
+    settings.useInput(input.reading);
+    settings.use(output.writing, STDOUT_FILENO);
+    settings.use(error.writing, STDERR_FILENO);
+    const auto pid = settings.start(command);
+    if (!pid) {
+        failed.startFailure = errno;
+        return failed;
+    }
+    input.reading.reset();
+    output.writing.reset();
+    error.writing.reset();
+    return RunningChild(*pid, std::move(output.reading), std::move(error.reading), std::move(input.writing))
+        .run(watcher);
+}
+
+std::optional<pid_t> startChild(const ChildCommand &command, FileDescriptor &output) {
+    Pipe pipe;
+    if (!makePipe(pipe))
+        return std::nullopt;
+    SpawnSettings settings;
+    settings.useInput({});
+    settings.use(pipe.writing, STDOUT_FILENO);
+    const auto pid = settings.start(command);
+    if (pid)
+        output = std::move(pipe.reading);
+    return pid;
+}
+
+QByteArray systemProgram(const QByteArray &name) {
+    for (const QByteArray &folder : QByteArray(systemPath).split(':')) {
+        const QByteArray path = folder + '/' + name;
+        if (::access(path.constData(), X_OK) == 0)
+            return path;
+    }
+    return {};
+}
+
+} // namespace platform
