@@ -2,6 +2,7 @@
 
 #include "platform/NetworkReachability.h"
 
+#include <QMetaType>
 #include <QString>
 #include <functional>
 #include <memory>

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+
+/// Spins the main loop until the condition holds; false when the deadline passed first.
+template <typename Condition>
+bool spinUntil(Condition condition, int milliseconds = 10000) {
+    const QDeadlineTimer deadline(milliseconds);
+    while (!condition()) {
+        if (deadline.hasExpired()) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+    }
+    return true;
+}
+
+/// Delivers everything that is queued now.
+inline void deliverQueued() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+}

@@ -1,0 +1,333 @@
+#include "frontend/api/QrvAPI.h"
+
+#include "fakes/TestPlatform.h"
+#include "platform/SystemLog.h"
+#include "tests/unit/Printing.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+
+namespace {
+
+QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+class RecordingDelegate final : public QrvApiProtocol {
+public:
+    void qrvAnswer(QrvAPI &api) override {
+        ++answers;
+        lastKind = api.request().kind;
+    }
+
+    void qrvFailed(const platform::UrlError &error) override { failures.append(error.description); }
+
+    int answers = 0;
+    quint32 lastKind = 0;
+    QStringList failures;
+};
+
+class QrvAPITest : public testing::Test {
+protected:
+    QrvAPITest() {
+        QrvAPI::forgetProcessWideValues();
+        services.hardware().serial = text("C02XYZ");
+    }
+
+    ~QrvAPITest() override { QrvAPI::forgetProcessWideValues(); }
+
+    void postInternet(int status) { services.platform().notifications->post(text("inetStatus"), status); }
+
+    /// Sends the server-list request and answers it.
+    void answer(const QByteArray &body) {
+        api.setInetConnect(true);
+        ASSERT_TRUE(api.cmdAuth(QString()));
+        ASSERT_TRUE(services.urls().finishNext(body));
+    }
+
+    fakes::TestPlatform services;
+    RecordingDelegate delegate;
+    QrvAPI api;
+};
+
+constexpr char baseOnWire[] =
+    "https://api.quorvane.test/"
+    "?cmd=MRTSL&ver=1.0.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=C02XYZ-1.0.0";
+
+TEST_F(QrvAPITest, NothingIsSentBeforeTheNetworkIsKnown) {
+    api.initWithDelegate(&delegate);
+    EXPECT_FALSE(api.cmdAuth(QString()));
+    EXPECT_TRUE(services.urls().downloads().empty());
+}
+
+TEST_F(QrvAPITest, ServerListIsRequestedOnceWhenTheNetworkComes) {
+    api.initWithDelegate(&delegate);
+    postInternet(1);
+    postInternet(0);
+    postInternet(1);
+    ASSERT_EQ(services.urls().downloads().size(), 1U);
+    EXPECT_EQ(services.urls().downloads().front(), QByteArray(baseOnWire));
+    EXPECT_TRUE(api.inetConnect());
+}
+
+TEST_F(QrvAPITest, RequestThatFailedToStartIsTriedAgain) {
+    api.initWithDelegate(&delegate);
+    services.urls().setRefusing(true);
+    postInternet(1);
+    services.urls().setRefusing(false);
+    postInternet(1);
+    EXPECT_EQ(services.urls().downloads().size(), 1U);
+}
+
+TEST_F(QrvAPITest, NoNetworkSwitchesRequestsOff) {
+    api.initWithDelegate(&delegate);
+    postInternet(1);
+    postInternet(0);
+    EXPECT_FALSE(api.inetConnect());
+    EXPECT_FALSE(api.cmdAuth(QString()));
+}
+
+TEST_F(QrvAPITest, SecondInitialisationObservesTwiceAndStillSendsOnce) {
+    api.initWithDelegate(&delegate);
+    api.initWithDelegate(&delegate);
+    services.logSink().clear();
+    postInternet(1);
+    EXPECT_EQ(services.logSink().lines().count(text("inetStatus: 1")), 2);
+    EXPECT_EQ(services.urls().downloads().size(), 1U);
+}
+
+TEST_F(QrvAPITest, ServerListRequestIsLogged) {
+    api.setInetConnect(true);
+    api.cmdAuth(QString());
+    EXPECT_TRUE(services.logSink().lines().contains(text("version is 1.0.0")));
+    EXPECT_TRUE(services.logSink().lines().contains(text("new url ") + text(baseOnWire)));
+}
+
+TEST_F(QrvAPITest, DiagnosticsAreSilentWhileShowLogsReadsOtherThanZero) {
+    services.preferences().setValue(text("showLogs"), 1);
+    api.initWithDelegate(&delegate);
+    postInternet(1);
+    EXPECT_TRUE(services.logSink().lines().isEmpty());
+}
+
+TEST_F(QrvAPITest, ParametersRequestOnTheWire) {
+    api.setInetConnect(true);
+    EXPECT_TRUE(api.setParameters(text("ignored"), text("=a b+c")));
+    EXPECT_EQ(services.urls().downloads().front(), QByteArray(baseOnWire) + "&cmd=phs=a%20b%2Bc");
+    EXPECT_EQ(api.request().kind, QrvApiRequest::Parameters);
+}
+
+TEST_F(QrvAPITest, LeaseRenewalSendsNothing) {
+    api.setInetConnect(true);
+    api.getLease(QString());
+    EXPECT_TRUE(services.urls().downloads().empty());
+}
+
+TEST_F(QrvAPITest, SecondRequestOverwritesTheKind) {
+    api.setDelegate(&delegate);
+    api.setInetConnect(true);
+    api.cmdAuth(QString());
+    api.setParameters(QString(), text("=x"));
+    ASSERT_TRUE(services.urls().finishNext("STATUS: 0<br />ClientIP: 1.2.3.4"));
+    EXPECT_EQ(delegate.lastKind, QrvApiRequest::Parameters);
+    EXPECT_TRUE(api.request().clientIP.isNull()); // only the server-list kind carries it
+}
+
+struct SerialCase {
+    const char *serial;
+    bool replaced;
+};
+
+class Serial : public QrvAPITest, public testing::WithParamInterface<SerialCase> {};
+
+TEST_P(Serial, PlaceholdersAreReplacedByTheNetworkCard) {
+    services.hardware().serial = text(GetParam().serial);
+    services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
+    const QString expected = GetParam().replaced ? text("0A1B2C3D4E5F") : text(GetParam().serial);
+    EXPECT_EQ(api.platformSerialNumber(), expected + text("-1.0.0"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Serial,
+                         testing::Values(SerialCase{"unknown", true}, SerialCase{"Unknown", false},
+                                         SerialCase{"System", true}, SerialCase{"System Serial", true},
+                                         SerialCase{"SystemX", true}, SerialCase{"xSystem", false},
+                                         SerialCase{"A B", true}, SerialCase{" A", true},
+                                         SerialCase{"xSerialx", true}, SerialCase{"serial", false},
+                                         SerialCase{"1", false}, SerialCase{"C02XYZ", false}));
+
+TEST_F(QrvAPITest, WithoutAnySerialTheIdentifierBeginsWithNull) {
+    services.hardware().serial.reset();
+    EXPECT_EQ(api.platformSerialNumber(), text("(null)-1.0.0"));
+    EXPECT_TRUE(QrvAPI::alternativePlatformSerialNumber().isNull());
+}
+
+TEST_F(QrvAPITest, NetworkCardIsReadOncePerProcess) {
+    services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
+    EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
+    services.hardware().address = QByteArray::fromHex("ffffffffffff");
+    EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
+}
+
+TEST_F(QrvAPITest, MissingNetworkCardIsAskedForAgain) {
+    EXPECT_TRUE(QrvAPI::alternativePlatformSerialNumber().isNull());
+    services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
+    EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
+}
+
+TEST_F(QrvAPITest, IdentifierIsKept) {
+    EXPECT_EQ(api.macSerial(), text("C02XYZ-1.0.0"));
+    services.hardware().serial = text("OTHER");
+    EXPECT_EQ(api.macSerial(), text("C02XYZ-1.0.0"));
+}
+
+TEST_F(QrvAPITest, TemporaryFileIsNamedByKindAndTime) {
+    api.setInetConnect(true);
+    const QString folder = services.platform().temporaryFolder;
+    api.cmdAuth(QString());
+    const QRegularExpression form(QRegularExpression::anchoredPattern(QRegularExpression::escape(folder) +
+                                                                      text("/auth-\\d{8}-\\d{6}")));
+    EXPECT_TRUE(form.match(api.decideDestination()).hasMatch());
+}
+
+TEST(RequestKinds, Names) {
+    const QList<QPair<quint32, const char *>> rows{
+        {0, "none"},        {5, "auth"},    {6, "locations"}, {7, "browser"},  {8, "programs"},
+        {10, "parameters"}, {1, "unknown"}, {9, "unknown"},   {11, "unknown"}, {4294967295U, "unknown"}};
+    for (const auto &[kind, name] : rows) {
+        EXPECT_EQ(QrvApiRequest::kindName(kind), text(name)) << kind;
+    }
+}
+
+TEST_F(QrvAPITest, AnswerFillsTheRecord) {
+    api.setDelegate(&delegate);
+    answer("STATUS: 0<br />ClientIP: 1.2.3.4<br />CC: DE<br />LOCATIONS: DE;BER;Berlin;0<br />VPNUser: u<br "
+           "/>VPNPass: p<br />Server: 7,Berlin,BER,DE,Germany,x|10.0.0.1,10.0.0.2");
+    EXPECT_EQ(delegate.answers, 1);
+    EXPECT_EQ(api.request().status, 0);
+    EXPECT_EQ(api.request().clientIP, text("1.2.3.4"));
+    EXPECT_EQ(api.request().clientCountry, text("DE"));
+    EXPECT_TRUE(api.request().hasLocations);
+    EXPECT_EQ(api.model().locations().size(), 2);
+    ASSERT_EQ(api.request().servers.size(), 1);
+    EXPECT_EQ(api.request().servers.first()->user, text("u"));
+    EXPECT_EQ(api.request().servers.first()->pass, text("p"));
+    EXPECT_TRUE(api.model().isServerListValid());
+    EXPECT_TRUE(QDir(services.platform().temporaryFolder).entryList({text("auth-*")}).isEmpty());
+}
+
+TEST_F(QrvAPITest, AnswerWithLineFeedsIsOneLine) {
+    api.setDelegate(&delegate);
+    answer("STATUS: 0\nClientIP: 1.2.3.4\nServer: a,b,c,d,e,f|1.1.1.1");
+    EXPECT_EQ(delegate.answers, 1);
+    EXPECT_TRUE(api.request().clientIP.isNull());
+    EXPECT_FALSE(api.model().isServerListValid());
+}
+
+TEST_F(QrvAPITest, StatusIsKeptInEightBits) {
+    const QList<QPair<QByteArray, int>> rows{{"5", 5},    {"-1", -1}, {"128", -128}, {"256", 0},
+                                             {"300", 44}, {"x", 0},   {"7up", 7},    {"", 0}};
+    for (const auto &[value, status] : rows) {
+        answer("STATUS: " + value);
+        EXPECT_EQ(api.request().status, status) << value.constData();
+    }
+}
+
+TEST_F(QrvAPITest, AnswerWithoutAFieldKeepsTheOldValue) {
+    answer("STATUS: 3<br />ClientIP: 1.2.3.4<br />CC: DE<br />LOCATIONS: DE;BER;Berlin;0<br />Server: "
+           "7,Berlin,BER,DE,Germany,x|10.0.0.1");
+    answer("X: y");
+    EXPECT_EQ(api.request().status, 3);
+    EXPECT_EQ(api.request().clientIP, text("1.2.3.4"));
+    EXPECT_EQ(api.request().servers.size(), 1);
+    EXPECT_TRUE(api.model().isServerListValid());
+}
+
+TEST_F(QrvAPITest, ServersOfAnyKindAreTaken) {
+    api.setInetConnect(true);
+    api.setParameters(QString(), text("=x"));
+    ASSERT_TRUE(services.urls().finishNext("ClientIP: 9.9.9.9<br />Server: a,b,c,d,e,f|1.1.1.1"));
+    EXPECT_EQ(api.request().servers.size(), 1);
+    EXPECT_TRUE(api.request().clientIP.isNull());
+    EXPECT_TRUE(api.request().servers.first()->user.isNull());
+}
+
+class NoAnswer : public QrvAPITest, public testing::WithParamInterface<QByteArray> {};
+
+TEST_P(NoAnswer, IsDroppedSilentlyAndTheFileStays) {
+    api.setDelegate(&delegate);
+    answer(GetParam());
+    EXPECT_EQ(delegate.answers, 0);
+    EXPECT_EQ(api.request().kind, QrvApiRequest::None);
+    EXPECT_EQ(QDir(services.platform().temporaryFolder).entryList({text("auth-*")}).size(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, NoAnswer,
+                         testing::Values(QByteArray(),
+                                         QByteArray("Connection to the Quorvane API successful."),
+                                         QByteArray("STATUS: 0<br />ClientIP: \xff\xfe"),
+                                         QByteArray("STATUS: \xC3")));
+
+TEST_F(QrvAPITest, DroppedAnswerFreesTheServerListRecord) {
+    answer("STATUS: 0<br />ClientIP: 1.2.3.4<br />CC: DE<br />LOCATIONS: DE;BER;Berlin;0");
+    answer("");
+    EXPECT_TRUE(api.request().clientIP.isNull());
+    EXPECT_TRUE(api.request().clientCountry.isNull());
+    EXPECT_FALSE(api.request().hasLocations);
+}
+
+TEST_F(QrvAPITest, FreeingAnotherKindResetsOnlyTheKind) {
+    answer("STATUS: 0<br />ClientIP: 1.2.3.4");
+    api.setParameters(QString(), text("=x"));
+    api.freeRequest();
+    EXPECT_EQ(api.request().kind, QrvApiRequest::None);
+    EXPECT_EQ(api.request().clientIP, text("1.2.3.4"));
+}
+
+TEST_F(QrvAPITest, FinishedWithoutADestinationIsDropped) {
+    api.setDelegate(&delegate);
+    api.downloadDidFinish();
+    EXPECT_EQ(delegate.answers, 0);
+}
+
+TEST_F(QrvAPITest, FailureReachesTheDelegateAndKeepsTheRecord) {
+    api.setDelegate(&delegate);
+    answer("STATUS: 0<br />ClientIP: 1.2.3.4");
+    api.cmdAuth(QString());
+    ASSERT_TRUE(services.urls().failNext({platform::UrlError::Kind::Refused, text("refused")}));
+    EXPECT_EQ(delegate.failures, QStringList{text("refused")});
+    EXPECT_EQ(api.request().kind, QrvApiRequest::Auth);
+    EXPECT_EQ(api.request().clientIP, text("1.2.3.4"));
+}
+
+TEST_F(QrvAPITest, BothDelegateOperationsAreOptional) {
+    class Silent final : public QrvApiProtocol {
+    } silent;
+
+    api.setDelegate(&silent);
+    answer("STATUS: 0");
+    api.cmdAuth(QString());
+    EXPECT_TRUE(services.urls().failNext({}));
+    api.setDelegate(nullptr);
+    answer("STATUS: 1");
+    EXPECT_EQ(api.request().status, 1);
+}
+
+TEST_F(QrvAPITest, OneTimePairNeverReachesTheLog) {
+    services.platform().log->setMask({});
+    api.setDelegate(&delegate);
+    answer(
+        "STATUS: 0<br />VPNUser: topsecretuser<br />VPNPass: topsecretpass<br />Server: a,b,c,d,e,f|1.1.1.1");
+    for (const QString &line : services.logSink().lines()) {
+        EXPECT_FALSE(line.contains(text("topsecret"))) << line.toStdString();
+    }
+}
+
+TEST_F(QrvAPITest, NotificationCarriesTheProductName) {
+    api.showNotification(text("Hello"));
+    ASSERT_EQ(services.workspace().notifications.size(), 1U);
+    EXPECT_EQ(services.workspace().notifications.front().title, text("Hello"));
+    EXPECT_EQ(services.workspace().notifications.front().text, text("Quorvane"));
+}
+
+} // namespace

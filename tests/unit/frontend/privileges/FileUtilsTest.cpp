@@ -1,0 +1,93 @@
+#include "frontend/privileges/FileUtils.h"
+
+#include "fakes/TestPlatform.h"
+#include "tests/unit/Printing.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+class FileUtilsTest : public testing::Test {
+protected:
+    FileUtilsTest() {
+        QDir().mkpath(folder);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("content");
+    }
+
+    [[nodiscard]] mode_t mode() const {
+        struct stat info {};
+
+        return stat(path.toUtf8().constData(), &info) == 0 ? info.st_mode & 07777 : 0;
+    }
+
+    void setMode(mode_t bits) const { ASSERT_EQ(chmod(path.toUtf8().constData(), bits), 0); }
+
+    fakes::TestPlatform services;
+    QString folder = services.home() + QStringLiteral("/Library/Preferences");
+    QString path = folder + QStringLiteral("/com.tallowind.Quorvane.plist");
+};
+
+TEST_F(FileUtilsTest, EveryOtherModeBecomesOwnerReadAndWrite) {
+    for (const mode_t bits : {0644U, 0666U, 0400U, 0700U, 0640U, 0000U, 0601U, 04600U}) {
+        setMode(bits);
+        FileUtils::checkUserDefaultsPremmision();
+        EXPECT_EQ(mode(), 0600U) << std::oct << bits;
+    }
+    EXPECT_TRUE(services.logSink().lines().isEmpty());
+}
+
+TEST_F(FileUtilsTest, RightModeIsLeftAlone) {
+    setMode(0600);
+
+    struct stat before {};
+
+    ASSERT_EQ(stat(path.toUtf8().constData(), &before), 0);
+    FileUtils::checkUserDefaultsPremmision();
+
+    struct stat after {};
+
+    ASSERT_EQ(stat(path.toUtf8().constData(), &after), 0);
+    EXPECT_EQ(before.st_ctim.tv_nsec, after.st_ctim.tv_nsec);
+    EXPECT_EQ(before.st_ino, after.st_ino);
+}
+
+TEST_F(FileUtilsTest, MissingFileIsNoProblem) {
+    ASSERT_TRUE(QFile::remove(path));
+    FileUtils::checkUserDefaultsPremmision();
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(services.logSink().lines().isEmpty());
+}
+
+TEST_F(FileUtilsTest, FileThatCannotBeRepairedIsRemoved) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "needs root to make a file that belongs to another user";
+    }
+    // Seen by a user who owns the folder but not the file.
+    setMode(0644);
+    constexpr uid_t nobody = 65534;
+    for (QString up = folder; up.size() > 4; up = up.left(up.lastIndexOf(u'/'))) {
+        ASSERT_EQ(chown(up.toUtf8().constData(), nobody, nobody), 0);
+    }
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (setuid(nobody) != 0) {
+            _exit(2);
+        }
+        FileUtils::checkUserDefaultsPremmision();
+        _exit(0);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_FALSE(QFile::exists(path));
+}
+
+} // namespace

@@ -1,0 +1,163 @@
+#include "frontend/privileges/QrvCredentials.h"
+
+#include "fakes/TestPlatform.h"
+#include "frontend/privileges/SessionReset.h"
+#include "frontend/support/OneTimeSecrets.h"
+#include "platform/SystemLog.h"
+#include "tests/unit/EventLoop.h"
+#include "tests/unit/Printing.h"
+
+#include <QSet>
+#include <gtest/gtest.h>
+
+namespace {
+
+QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+bool isAlphaNumeric(QChar c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
+}
+
+class QrvCredentialsTest : public testing::Test {
+protected:
+    ~QrvCredentialsTest() override { OneTimeSecrets::shared().clear(); }
+
+    fakes::TestPlatform services;
+    QrvCredentials &credentials = QrvCredentials::sharedInstance();
+};
+
+TEST(Scrambling, UnitsAlternateWithRandomOnesAndEndInNul) {
+    for (const char *plain : {"a", "ab", "pass word", "\xC3\xBC\xF0\x9F\x98\x80\"\\"}) {
+        const QString source = text(plain);
+        const QString scrambled = QrvCredentials::encode(source);
+        ASSERT_EQ(scrambled.size(), 2 * source.size() + 1);
+        for (qsizetype i = 0; i < source.size(); ++i) {
+            EXPECT_EQ(scrambled.at(2 * i), source.at(i));
+            EXPECT_TRUE(isAlphaNumeric(scrambled.at(2 * i + 1)));
+        }
+        EXPECT_EQ(scrambled.back(), QChar(u'\0'));
+        EXPECT_EQ(QrvCredentials::decode(scrambled), source);
+    }
+}
+
+TEST(Scrambling, AllThreeFamiliesOfCharactersAreUsed) {
+    const QString scrambled = QrvCredentials::encode(QString(2000, QChar(u'x')));
+    QSet<QChar> lower;
+    QSet<QChar> upper;
+    QSet<QChar> digits;
+    for (qsizetype i = 1; i < scrambled.size() - 1; i += 2) {
+        const QChar c = scrambled.at(i);
+        (c >= u'a' ? lower : c >= u'A' ? upper : digits).insert(c);
+    }
+    EXPECT_EQ(lower.size(), 26);
+    EXPECT_EQ(upper.size(), 26);
+    EXPECT_EQ(digits.size(), 10);
+}
+
+TEST(Scrambling, EmptyTextScramblesToNothing) {
+    EXPECT_TRUE(QrvCredentials::encode(QString()).isNull());
+    EXPECT_TRUE(QrvCredentials::encode(text("")).isNull());
+}
+
+TEST(Scrambling, FewerThanTwoUnitsUnscrambleToNothing) {
+    EXPECT_TRUE(QrvCredentials::decode(QString()).isNull());
+    EXPECT_TRUE(QrvCredentials::decode(text("")).isNull());
+    EXPECT_TRUE(QrvCredentials::decode(text("a")).isNull());
+}
+
+TEST(Scrambling, ForeignTexts) {
+    EXPECT_EQ(QrvCredentials::decode(text("ab")), text("a"));
+    EXPECT_EQ(QrvCredentials::decode(text("abc")), text("a"));
+    EXPECT_EQ(QrvCredentials::decode(text("abcd")), text("ac"));
+    EXPECT_EQ(QrvCredentials::decode(text("abcde")), text("ac"));
+}
+
+TEST_F(QrvCredentialsTest, PairIsStoredScrambledUnderShortKeysAndSaved) {
+    credentials.saveUserName(text("ada"), text("ada pw"));
+    const QString stored = services.preferences().string(text("up"));
+    EXPECT_EQ(stored.size(), 13);
+    EXPECT_FALSE(stored.contains(text("ada pw")));
+    EXPECT_EQ(credentials.userName(), text("ada"));
+    EXPECT_EQ(credentials.rootPassword(), text("ada pw"));
+    EXPECT_EQ(services.preferences().synchronizations(), 1);
+}
+
+TEST_F(QrvCredentialsTest, NothingStoredReadsAsAbsent) {
+    EXPECT_TRUE(credentials.userName().isNull());
+    EXPECT_TRUE(credentials.rootPassword().isNull());
+}
+
+TEST_F(QrvCredentialsTest, EmptyTextRemovesTheStoredValue) {
+    credentials.saveUserName(text("ada"), text("pw"));
+    credentials.saveUserName(text("ada"), text(""));
+    EXPECT_TRUE(credentials.rootPassword().isNull());
+    EXPECT_EQ(credentials.userName(), text("ada"));
+}
+
+TEST_F(QrvCredentialsTest, VpnPairStaysInMemory) {
+    credentials.saveVpnUserName(text("u"), text("p"));
+    EXPECT_EQ(credentials.vpnUserName(), text("u"));
+    EXPECT_EQ(credentials.vpnPassword(), text("p"));
+    EXPECT_TRUE(services.preferences().all().isEmpty());
+}
+
+TEST_F(QrvCredentialsTest, TestListsTheResourceAsAdministrator) {
+    const QString path = services.addResource(text("test_credentials.sh"), "#!/bin/sh\n");
+    credentials.saveUserName(text("ada"), text("pw"));
+    EXPECT_TRUE(credentials.credentialsIsValid());
+    const auto calls = services.scripting().calls();
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_EQ(calls[0].kind, fakes::FakeScriptingService::Kind::Administrator);
+    EXPECT_EQ(calls[0].line, text("ls '") + path + text("'"));
+    EXPECT_EQ(calls[0].user, text("ada"));
+    EXPECT_EQ(calls[0].password, text("pw"));
+    EXPECT_TRUE(services.logSink().lines().contains(text("credentials Is Valid")));
+}
+
+TEST_F(QrvCredentialsTest, MissingResourceGivesAPathThatDoesNotExist) {
+    credentials.saveUserName(text("ada"), text("pw"));
+    services.scripting().queueAnswer(fakes::FakeScriptingService::failure(2, text("no such file")));
+    EXPECT_FALSE(credentials.credentialsIsValid());
+    EXPECT_EQ(services.scripting().calls()[0].line, text("ls '(null)'"));
+    EXPECT_TRUE(services.logSink().lines().contains(text("credentials Is Not Valid")));
+}
+
+TEST_F(QrvCredentialsTest, AbsentPairIsHandedOnAsAbsent) {
+    services.scripting().queueAnswer(
+        fakes::FakeScriptingService::failure(platform::ScriptingService::refused, text("refused")));
+    EXPECT_FALSE(credentials.credentialsIsValid());
+    EXPECT_TRUE(services.scripting().calls()[0].user.isNull());
+    EXPECT_TRUE(services.scripting().calls()[0].password.isNull());
+}
+
+TEST_F(QrvCredentialsTest, StatusOfAFinishedTaskIsLogged) {
+    credentials.getStatus(3);
+    EXPECT_EQ(services.logSink().lines(), QStringList{text("term stat 3")});
+}
+
+TEST_F(QrvCredentialsTest, MaskingWithoutAPairChangesNothing) {
+    EXPECT_EQ(QrvCredentials::sanitizeStringByRemovingLoginAndPassword(text("ada pw")), text("ada pw"));
+}
+
+TEST_F(QrvCredentialsTest, EveryOccurrenceIsMasked) {
+    credentials.saveUserName(text("ada"), text("pw"));
+    EXPECT_EQ(QrvCredentials::sanitizeStringByRemovingLoginAndPassword(text("ada:pw ada:pw")),
+              text("*****:***** *****:*****"));
+}
+
+TEST_F(QrvCredentialsTest, NameIsMaskedFirstSoAPasswordHoldingItStaysPartlyVisible) {
+    credentials.saveUserName(text("ada"), text("x-ada-y"));
+    EXPECT_EQ(QrvCredentials::sanitizeStringByRemovingLoginAndPassword(text("x-ada-y")), text("x-*****-y"));
+}
+
+TEST_F(QrvCredentialsTest, LogMaskCoversTheVpnPairToo) {
+    credentials.saveUserName(text("ada"), text("pw"));
+    credentials.saveVpnUserName(text("vpnuser"), text("vpnpass"));
+    services.platform().log->setMask(&QrvCredentials::maskForLog);
+    services.platform().log->write(text("sessid=vpnuser vpnpass ada pw"));
+    EXPECT_EQ(services.logSink().lines(), QStringList{text("sessid=***** ***** ***** *****")});
+}
+
+} // namespace

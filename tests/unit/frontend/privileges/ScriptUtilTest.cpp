@@ -1,0 +1,214 @@
+#include "frontend/privileges/ScriptUtil.h"
+
+#include "fakes/TestPlatform.h"
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/privileges/SessionReset.h"
+#include "platform/SystemLog.h"
+#include "tests/unit/EventLoop.h"
+#include "tests/unit/Printing.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using fakes::FakeScriptingService;
+
+QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+class ScriptUtilTest : public testing::Test {
+protected:
+    ScriptUtilTest() {
+        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("secret pw"));
+        SessionReset::setTarget(&session, [this] { ++resets; });
+    }
+
+    ~ScriptUtilTest() override { SessionReset::setTarget(nullptr, {}); }
+
+    bool run(const QString &path, const QStringList &arguments) {
+        return script.runProcessAsAdministrator(path, arguments, output, error);
+    }
+
+    /// Answers the two checks; a null text fails the check.
+    void resolvers(const QString &ethernet, const QString &wifi) {
+        services.scripting().setHandler([ethernet, wifi](const FakeScriptingService::Call &call) {
+            const QString answer = call.line.endsWith(text("Ethernet")) ? ethernet : wifi;
+            return answer.isNull() ? FakeScriptingService::failure(4, text("no such service"))
+                                   : FakeScriptingService::success(answer);
+        });
+    }
+
+    fakes::TestPlatform services;
+    QObject session;
+    int resets = 0;
+    ScriptUtil script;
+    QString output = QStringLiteral("untouched");
+    QString error = QStringLiteral("untouched");
+};
+
+TEST_F(ScriptUtilTest, WordsAreJoinedWithSingleBlanksAndNothingIsQuoted) {
+    EXPECT_TRUE(run(text("'/a b/openvpn'"), {text("--config"), text(" x"), text("\"y\""), text("&")}));
+    EXPECT_EQ(services.scripting().calls()[0].line, text("'/a b/openvpn' --config  x \"y\" &"));
+    EXPECT_EQ(services.scripting().calls()[0].user, text("ada"));
+    EXPECT_EQ(services.scripting().calls()[0].password, text("secret pw"));
+}
+
+TEST_F(ScriptUtilTest, NoArgumentsLeaveOneTrailingBlank) {
+    run(text("true"), {});
+    EXPECT_EQ(services.scripting().calls()[0].line, text("true "));
+}
+
+TEST_F(ScriptUtilTest, SuccessGivesTheOutput) {
+    services.scripting().queueAnswer(FakeScriptingService::success(text("out")));
+    EXPECT_TRUE(run(text("x"), {}));
+    EXPECT_EQ(output, text("out"));
+    EXPECT_EQ(error, text("untouched"));
+    deliverQueued();
+    EXPECT_EQ(resets, 0);
+}
+
+TEST_F(ScriptUtilTest, RefusalHasAMessageOfItsOwnAndResetsTheSession) {
+    services.scripting().queueAnswer(FakeScriptingService::failure(-128, text("whatever")));
+    EXPECT_FALSE(run(text("x"), {}));
+    EXPECT_EQ(error, text("The administrator password is required to do this."));
+    EXPECT_EQ(output, text("untouched"));
+    EXPECT_EQ(resets, 0); // sent to the main loop, not waited for
+    deliverQueued();
+    EXPECT_EQ(resets, 1);
+}
+
+TEST_F(ScriptUtilTest, OtherFailuresPassTheirMessageThrough) {
+    services.scripting().queueAnswer(FakeScriptingService::failure(1, text("Sorry, try again.")));
+    EXPECT_FALSE(run(text("x"), {}));
+    EXPECT_EQ(error, text("Sorry, try again."));
+    deliverQueued();
+    EXPECT_EQ(resets, 1);
+}
+
+TEST_F(ScriptUtilTest, FailureWithoutAMessageLeavesNone) {
+    services.scripting().queueAnswer({false, {}, std::nullopt, {}});
+    EXPECT_FALSE(run(text("x"), {}));
+    EXPECT_TRUE(error.isNull());
+}
+
+TEST_F(ScriptUtilTest, AbsentNameOrPasswordIsHandedOn) {
+    for (const char *key : {"un", "up"}) {
+        services.scripting().clear();
+        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+        services.preferences().remove(text(key));
+        EXPECT_TRUE(run(text("x"), {})); // absent is not empty: it goes on
+        EXPECT_EQ(services.scripting().calls().size(), 1U);
+    }
+}
+
+TEST_F(ScriptUtilTest, ErrorLineIsWrittenAfterEveryExecution) {
+    services.scripting().queueAnswer(FakeScriptingService::success(text("x")));
+    run(text("a"), {});
+    services.scripting().queueAnswer(FakeScriptingService::failure(1, text("ada said secret pw")));
+    services.platform().log->setMask(&QrvCredentials::maskForLog);
+    run(text("b"), {});
+    EXPECT_EQ(services.logSink().lines(),
+              (QStringList{text("execute script"), text("Apple script error: (null)"), text("execute script"),
+                           text("Apple script error: ***** said *****")}));
+}
+
+TEST_F(ScriptUtilTest, WithoutASessionNothingIsReset) {
+    SessionReset::setTarget(nullptr, {});
+    services.scripting().queueAnswer(FakeScriptingService::failure(1, text("no")));
+    EXPECT_FALSE(run(text("x"), {}));
+    SessionReset::setTarget(&session, [this] { ++resets; });
+    deliverQueued();
+    EXPECT_EQ(resets, 0);
+}
+
+TEST_F(ScriptUtilTest, BothServicesWithBothResolversPass) {
+    resolvers(text("8.8.4.4\n1.1.1.1\n8.8.8.8"), text("8.8.8.8\n8.8.4.4"));
+    EXPECT_TRUE(script.getSystemDns());
+    const auto calls = services.scripting().calls();
+    ASSERT_EQ(calls.size(), 2U);
+    EXPECT_EQ(calls[0].kind, FakeScriptingService::Kind::User);
+    EXPECT_EQ(calls[0].line, text("networksetup -getdnsservers Ethernet"));
+    EXPECT_EQ(calls[1].line, text("networksetup -getdnsservers Wi-Fi"));
+}
+
+TEST_F(ScriptUtilTest, WirelessIsNotAskedWhenTheWiredOneFails) {
+    resolvers(text("There aren't any DNS Servers set on Ethernet."), text("8.8.8.8\n8.8.4.4"));
+    EXPECT_FALSE(script.getSystemDns());
+    EXPECT_EQ(services.scripting().calls().size(), 1U);
+}
+
+TEST_F(ScriptUtilTest, WirelessWithOneResolverFailsAndSaysSo) {
+    resolvers(text("8.8.8.8\n8.8.4.4"), text("8.8.8.8"));
+    EXPECT_FALSE(script.getSystemDns());
+    EXPECT_EQ(services.logSink().lines(),
+              (QStringList{text("getSystemDns"),
+                           text("script: do shell script \"networksetup -getdnsservers Ethernet\" "),
+                           text("error: (null)"), text("ip found 8.8.8.8"), text("ip found 8.8.4.4"),
+                           text("getSystemDns"),
+                           text("script: do shell script \"networksetup -getdnsservers Wi-Fi\" "),
+                           text("error: (null)"), text("ip found 8.8.8.8"), text("ip not found 8.8.4.4")}));
+}
+
+TEST_F(ScriptUtilTest, FirstMissingResolverEndsTheCheck) {
+    resolvers(text("8.8.4.4"), text("x"));
+    EXPECT_FALSE(script.getEthernetDns());
+    EXPECT_EQ(services.logSink().lines().last(), text("ip not found 8.8.8.8"));
+}
+
+TEST_F(ScriptUtilTest, LongerAddressesCount) {
+    resolvers(text("18.8.8.81 8.8.4.44"), text("x"));
+    EXPECT_TRUE(script.getEthernetDns());
+}
+
+TEST_F(ScriptUtilTest, FailingToolFailsTheCheck) {
+    resolvers(QString(), text("8.8.8.8 8.8.4.4"));
+    EXPECT_FALSE(script.getEthernetDns());
+    EXPECT_TRUE(script.getWifiDns());
+    services.scripting().setHandler([](const FakeScriptingService::Call &) {
+        return FakeScriptingService::failure(-128, text("refused"));
+    });
+    EXPECT_FALSE(script.getWifiDns());
+}
+
+TEST_F(ScriptUtilTest, AnswerWithoutTextFailsTheCheck) {
+    services.scripting().setHandler(
+        [](const FakeScriptingService::Call &) { return FakeScriptingService::success(QString()); });
+    EXPECT_FALSE(script.getEthernetDns());
+}
+
+TEST_F(ScriptUtilTest, RewriteRunsThreeLinesInOrder) {
+    EXPECT_TRUE(script.setSystemDns());
+    QStringList lines;
+    for (const auto &call : services.scripting().calls()) {
+        EXPECT_EQ(call.kind, FakeScriptingService::Kind::Administrator);
+        lines.append(call.line);
+    }
+    EXPECT_EQ(lines, (QStringList{text("networksetup -setdnsservers Ethernet 8.8.8.8 8.8.4.4 "),
+                                  text("networksetup -setdnsservers Wi-Fi 8.8.8.8 8.8.4.4 "),
+                                  text("networksetup -setdnsservers AirPort 8.8.8.8 8.8.4.4 ")}));
+}
+
+TEST_F(ScriptUtilTest, OnlyTheThirdRewriteCounts) {
+    for (int failing = 0; failing < 3; ++failing) {
+        services.scripting().clear();
+        for (int i = 0; i < 3; ++i) {
+            services.scripting().queueAnswer(i == failing ? FakeScriptingService::failure(4, text("unknown"))
+                                                          : FakeScriptingService::success(text("")));
+        }
+        EXPECT_EQ(script.setSystemDns(), failing != 2) << failing;
+        EXPECT_EQ(services.scripting().calls().size(), 3U);
+    }
+    deliverQueued();
+    EXPECT_EQ(resets, 3);
+}
+
+TEST_F(ScriptUtilTest, RewriteLogsItsSharedOutput) {
+    services.scripting().queueAnswer(FakeScriptingService::success(text("first")));
+    services.scripting().queueAnswer(FakeScriptingService::success(text("second")));
+    services.scripting().queueAnswer(FakeScriptingService::failure(4, text("no")));
+    script.setSystemDns();
+    EXPECT_EQ(services.logSink().lines().last(), text("output: second"));
+}
+
+} // namespace

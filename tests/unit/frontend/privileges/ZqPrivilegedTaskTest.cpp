@@ -1,0 +1,109 @@
+#include "frontend/privileges/ZqPrivilegedTask.h"
+
+#include "fakes/TestPlatform.h"
+#include "tests/unit/EventLoop.h"
+#include "tests/unit/Printing.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace {
+
+QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+constexpr pid_t firstPid = fakes::FakeAuthorizationService::firstPid;
+
+class ZqPrivilegedTaskTest : public testing::Test {
+protected:
+    ZqPrivilegedTaskTest() {
+        services.platform().notifications->addObserver(
+            text("ZqPrivilegedTaskDidTerminateNotification"), &context,
+            [this](const QVariant &object) { ended = object.value<QObject *>(); });
+    }
+
+    fakes::TestPlatform services;
+    QObject context;
+    QObject *ended = nullptr;
+};
+
+TEST_F(ZqPrivilegedTaskTest, StartsEmpty) {
+    const ZqPrivilegedTask task;
+    EXPECT_TRUE(task.arguments().isEmpty());
+    EXPECT_TRUE(sameText(task.launchPath(), text("")));
+    EXPECT_EQ(task.currentDirectoryPath(), QDir::currentPath());
+    EXPECT_FALSE(task.isRunning());
+    EXPECT_EQ(task.outputFileHandle(), nullptr);
+    EXPECT_EQ(task.terminationStatus(), 0);
+}
+
+TEST_F(ZqPrivilegedTaskTest, LaunchPassesEverythingAndReadsTheOutput) {
+    services.authorization().setOutput("hello");
+    ZqPrivilegedTask task(text("/bin/tool"), {text("a"), text("b c")});
+    task.setCurrentDirectoryPath(text("/tmp"));
+    ASSERT_EQ(task.launch(), 0);
+    EXPECT_TRUE(task.isRunning());
+    EXPECT_EQ(task.processIdentifier(), firstPid);
+    EXPECT_EQ(task.outputFileHandle()->readAll(), QByteArray("hello"));
+    const auto launch = services.authorization().launches().at(0);
+    EXPECT_EQ(launch.program, text("/bin/tool"));
+    EXPECT_EQ(launch.arguments, (QStringList{text("a"), text("b c")}));
+    EXPECT_EQ(launch.folder, text("/tmp"));
+}
+
+TEST_F(ZqPrivilegedTaskTest, MissingServiceHasAStatusOfItsOwn) {
+    services.authorization().setPresent(false);
+    ZqPrivilegedTask task(text("/bin/tool"));
+    EXPECT_EQ(task.launch(), -70001);
+    EXPECT_FALSE(task.isRunning());
+    EXPECT_TRUE(services.authorization().launches().empty());
+}
+
+TEST_F(ZqPrivilegedTaskTest, FailedLaunchGivesTheServicesStatus) {
+    services.authorization().setStatus(77);
+    ZqPrivilegedTask task(text("/bin/tool"));
+    EXPECT_EQ(task.launch(), 77);
+    EXPECT_FALSE(task.isRunning());
+    EXPECT_EQ(task.outputFileHandle(), nullptr);
+}
+
+TEST_F(ZqPrivilegedTaskTest, EndIsNoticedAndPosted) {
+    ZqPrivilegedTask task(text("/bin/tool"));
+    ASSERT_EQ(task.launch(), 0);
+    services.authorization().finish(firstPid, 256);
+    ASSERT_TRUE(spinUntil([this] { return ended != nullptr; }));
+    EXPECT_EQ(ended, &task);
+    EXPECT_FALSE(task.isRunning());
+    EXPECT_EQ(task.terminationStatus(), 256);
+}
+
+TEST_F(ZqPrivilegedTaskTest, WaitingBlocksUntilTheEnd) {
+    services.authorization().finish(firstPid, 0);
+    ZqPrivilegedTask task(text("/bin/tool"));
+    ASSERT_EQ(task.launch(), 0);
+    task.waitUntilExit();
+    EXPECT_FALSE(task.isRunning());
+}
+
+TEST_F(ZqPrivilegedTaskTest, LaunchedTaskHasEnded) {
+    services.authorization().finish(firstPid, 512);
+    const auto task = ZqPrivilegedTask::launchedPrivilegedTaskWithLaunchPath(text("/bin/tool"), {text("x")});
+    EXPECT_FALSE(task->isRunning());
+    EXPECT_EQ(task->terminationStatus(), 512);
+}
+
+TEST_F(ZqPrivilegedTaskTest, TerminateDoesNothing) {
+    ZqPrivilegedTask task(text("/bin/tool"));
+    ASSERT_EQ(task.launch(), 0);
+    task.terminate();
+    EXPECT_TRUE(task.isRunning());
+}
+
+TEST_F(ZqPrivilegedTaskTest, DescriptionListsPathAndArguments) {
+    const ZqPrivilegedTask task(text("/bin/tool"), {text("a"), text("b")});
+    EXPECT_TRUE(task.description().endsWith(text("> /bin/tool a b")));
+}
+
+} // namespace

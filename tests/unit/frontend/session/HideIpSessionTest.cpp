@@ -1,0 +1,548 @@
+#include "frontend/session/HideIpSession.h"
+
+#include "fakes/TestPlatform.h"
+#include "frontend/api/QrvAPI.h"
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/session/SessionDisplay.h"
+#include "frontend/support/SessionState.h"
+#include "frontend/tunnel/Vpn.h"
+#include "tests/unit/EventLoop.h"
+#include "tests/unit/Printing.h"
+
+#include <QDir>
+#include <QFile>
+#include <QThreadPool>
+#include <gtest/gtest.h>
+
+namespace {
+
+QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+const QString warning = QStringLiteral("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!");
+const QString searchingText = QStringLiteral("Searching for an available IP...");
+
+/// The window around the session, on paper. Events come in the order in which they happened.
+class RecordingEnvironment final : public SessionEnvironment {
+public:
+    void alert(const QString &title, const QString &message) override {
+        events.append(text("alert|") + title + text("|") + message);
+    }
+
+    void alertLater(const QString &message, const QString &informative) override {
+        events.append(text("later|") + message + text("|") + informative);
+    }
+
+    bool authWindow() override {
+        events.append(text("auth"));
+        return credentialsMissing;
+    }
+
+    QString selectedTitle() const override { return selected; }
+
+    void downloadCertificateForSelectedItem() override { events.append(text("download")); }
+
+    QString lastItemTitle() const override { return lastTitle; }
+
+    QrvVpnDataPointer lastItemData() const override { return lastData; }
+
+    void fillLocations(const QrvVpnDataList &servers) override {
+        events.append(text("fill %1").arg(servers.size()));
+    }
+
+    bool changesAutomatically() const override { return automatic; }
+
+    void startAnimation() override { animating = true; }
+
+    void stopAnimation() override { animating = false; }
+
+    void resetAnimationFrames() override { events.append(text("frames")); }
+
+    bool hasImage(const QString &name) const override { return name == text("de"); }
+
+    void showWindow() override { events.append(text("show")); }
+
+    bool startedHidden() const override { return background; }
+
+    void terminateApplication() override { events.append(text("terminate")); }
+
+    int count(const char *event) const { return static_cast<int>(events.count(text(event))); }
+
+    QStringList events;
+    bool credentialsMissing = false;
+    QString selected = text("Random Location");
+    QString lastTitle;
+    QrvVpnDataPointer lastData;
+    bool automatic = false;
+    bool animating = false;
+    bool background = false;
+};
+
+class HideIpSessionTest : public testing::Test {
+protected:
+    HideIpSessionTest() {
+        QrvAPI::forgetProcessWideValues();
+        SessionState::shared() = {};
+        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+        QDir().mkpath(services.home() + text("/Documents/Quorvane"));
+        QFile log(logPath);
+        EXPECT_TRUE(log.open(QIODevice::WriteOnly));
+        services.addResource(text("extractip.sh"), "echo 203.0.113.7\n");
+        display.starting();
+        api.setInetConnect(true);
+        api.model().setServerList({serverLine});
+    }
+
+    ~HideIpSessionTest() override {
+        QThreadPool::globalInstance()->waitForDone();
+        deliverQueued();
+        SessionState::shared() = {};
+    }
+
+    [[nodiscard]] const DisplayState &shown() const { return display.state(); }
+
+    [[nodiscard]] QByteArray sessionLog() const {
+        QFile file(logPath);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+    }
+
+    /// The user's click: the button flips by itself, then the action runs.
+    void press() {
+        display.switchedOn(!shown().hideButton.on);
+        session.quorvaneButtonPressed();
+    }
+
+    void answer(const QByteArray &body) {
+        api.cmdAuth(QString());
+        ASSERT_TRUE(services.urls().finishNext(body));
+        session.qrvAnswer();
+    }
+
+    void goHidden() {
+        press();
+        session.startVpn();
+        environment.lastTitle = text("Germany Berlin");
+        environment.lastData = std::make_shared<QrvVpnData>();
+        environment.lastData->countryCode = text("DE");
+        session.showIp();
+    }
+
+    const QString serverLine = text("7,Berlin,BER,DE,Germany,x|203.0.113.7");
+    fakes::TestPlatform services;
+    const QString logPath = services.home() + text("/Documents/Quorvane/qrvp.log");
+    RecordingEnvironment environment;
+    SessionDisplay display;
+    QrvAPI api;
+    Vpn vpn;
+    HideIpSession session{environment, display, api, vpn};
+};
+
+TEST_F(HideIpSessionTest, PressWithoutInternetAlertsAndSwitchesOff) {
+    api.setInetConnect(false);
+    services.processes().setNames({"openvpn"});
+    press();
+    EXPECT_EQ(environment.events,
+              QStringList{text("alert|Quorvane|No Internet connection detected, please check your Internet "
+                               "settings.\n")});
+    EXPECT_FALSE(shown().hideButton.on);
+    EXPECT_EQ(services.scripting().calls().size(), 1U); // the tunnel is stopped
+    EXPECT_TRUE(services.logSink().lines().contains(text("quorvaneButtonPressed no inet")));
+}
+
+TEST_F(HideIpSessionTest, PressWithoutServersAlertsAndLeavesTheTunnel) {
+    api.model().setServerList({});
+    services.processes().setNames({"openvpn"});
+    press();
+    EXPECT_EQ(environment.events, QStringList{text("alert|Quorvane|No available server detected.\n")});
+    EXPECT_FALSE(shown().hideButton.on);
+    EXPECT_TRUE(services.scripting().calls().empty());
+    EXPECT_TRUE(services.logSink().lines().contains(text("quorvaneButtonPressed no vpn server list")));
+}
+
+TEST_F(HideIpSessionTest, NoInternetIsCheckedBeforeNoServers) {
+    api.setInetConnect(false);
+    api.model().setServerList({});
+    press();
+    EXPECT_EQ(environment.events.size(), 1);
+    EXPECT_TRUE(environment.events.first().contains(text("No Internet")));
+}
+
+TEST_F(HideIpSessionTest, PressOnSearches) {
+    press();
+    EXPECT_EQ(environment.events, (QStringList{text("auth"), text("download")}));
+    EXPECT_EQ(shown().line1, (DisplayState::Line{searchingText, Tone::Quiet, true}));
+    EXPECT_FALSE(shown().line21.visible);
+    EXPECT_FALSE(shown().line22.visible);
+    EXPECT_FALSE(shown().line3.visible);
+    EXPECT_FALSE(shown().flagVisible);
+    EXPECT_EQ(shown().stateImage, text("appwait"));
+    EXPECT_FALSE(shown().hideButton.enabled);
+    EXPECT_FALSE(shown().changeItemEnabled);
+    EXPECT_FALSE(shown().hideItem.enabled);
+    EXPECT_FALSE(shown().advancedEnabled);
+    EXPECT_FALSE(shown().changeIpVisible);
+    EXPECT_FALSE(shown().discardIpVisible);
+    EXPECT_TRUE(environment.animating);
+}
+
+TEST_F(HideIpSessionTest, MissingCredentialsDropTheAttemptAndLeaveControlsDisabled) {
+    environment.credentialsMissing = true;
+    press();
+    EXPECT_EQ(environment.events, QStringList{text("auth")});
+    EXPECT_NE(shown().stateImage, text("appwait"));
+    EXPECT_FALSE(shown().hideButton.enabled);
+    EXPECT_FALSE(shown().advancedEnabled);
+    EXPECT_FALSE(shown().hideItem.enabled);
+    EXPECT_FALSE(shown().changeItemEnabled);
+    EXPECT_FALSE(environment.animating);
+}
+
+TEST_F(HideIpSessionTest, SameIpReusesTheStoredConfiguration) {
+    services.preferences().setValue(text("useSameIP"), true);
+    press();
+    EXPECT_EQ(environment.events, QStringList{text("auth")});
+    EXPECT_TRUE(shown().advancedEnabled);
+    EXPECT_FALSE(services.logSink().lines().contains(text("startVpn with button started")));
+    deliverQueued();
+    EXPECT_TRUE(services.logSink().lines().contains(text("startVpn with button started")));
+    EXPECT_EQ(shown().hideItem.title, text("Stop Hiding IP"));
+    EXPECT_TRUE(environment.animating);
+}
+
+TEST_F(HideIpSessionTest, StartingTheTunnelSwitchesTheButtonOn) {
+    display.switchedOn(false);
+    session.startVpn();
+    EXPECT_EQ(shown().hideItem.title, text("Stop Hiding IP"));
+    EXPECT_TRUE(shown().hideButton.on);
+    EXPECT_EQ(shown().hideButton.title, text("Quorvane"));
+}
+
+TEST_F(HideIpSessionTest, SuccessShowsTheLentAddress) {
+    answer("STATUS: 1<br />ClientIP: 198.51.100.10");
+    goHidden();
+    EXPECT_EQ(shown().currentIp, text("203.0.113.7\n")); // exactly as the script printed it
+    EXPECT_EQ(shown().line1, (DisplayState::Line{text("You are currently hiding your real IP 198.51.100.10"),
+                                                 Tone::Plain, true}));
+    EXPECT_EQ(shown().flagImage, text("de"));
+    EXPECT_TRUE(shown().flagVisible);
+    EXPECT_TRUE(shown().line21.visible);
+    EXPECT_EQ(shown().line22.text, text("Germany Berlin"));
+    EXPECT_TRUE(shown().line22.visible);
+    EXPECT_EQ(shown().stateImage, text("applock"));
+    EXPECT_EQ(shown().trayImage, text("TrayLock"));
+    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Stop Hiding IP"), true, true}));
+    EXPECT_TRUE(shown().hideItem.enabled);
+    EXPECT_TRUE(shown().changeItemEnabled);
+    EXPECT_TRUE(shown().changeIpVisible);
+    EXPECT_TRUE(shown().discardIpVisible);
+    EXPECT_FALSE(environment.animating);
+    EXPECT_TRUE(SessionState::shared().hidden);
+    EXPECT_EQ(SessionState::shared().currentIp, text("203.0.113.7\n"));
+    EXPECT_EQ(SessionState::shared().currentLocation, text("Germany Berlin"));
+    EXPECT_EQ(SessionState::shared().currentCountryCode, text("de"));
+    EXPECT_EQ(sessionLog(), QByteArray("connection success Random Location\n"));
+}
+
+TEST_F(HideIpSessionTest, SuccessWithoutAnItemLooksTheAddressUpWithoutItsLineFeed) {
+    session.startVpn();
+    session.showIp();
+    EXPECT_EQ(SessionState::shared().currentCountryCode, text("de"));
+    EXPECT_EQ(shown().line22.text, text("Berlin BER"));
+}
+
+TEST_F(HideIpSessionTest, UnknownCountryShowsTheUnknownFlag) {
+    environment.lastData = std::make_shared<QrvVpnData>();
+    environment.lastData->countryCode = text("QQ");
+    session.showIp();
+    EXPECT_EQ(shown().flagImage, text("xx"));
+    EXPECT_EQ(SessionState::shared().currentCountryCode, text("qq"));
+}
+
+TEST_F(HideIpSessionTest, EmptyLentAddressFindsNoLocationAndLeavesTheLine) {
+    goHidden();
+    environment.lastTitle = QString();
+    environment.lastData = nullptr;
+    services.addResource(text("extractip.sh"), "exit 1\n");
+    session.showIp();
+    EXPECT_EQ(shown().line22.text, text("Germany Berlin"));
+    EXPECT_EQ(shown().flagImage, text("xx"));
+    EXPECT_TRUE(shown().currentIp.isEmpty());
+}
+
+TEST_F(HideIpSessionTest, SuccessLineIsNotWrittenWithoutALogFile) {
+    ASSERT_TRUE(QFile::remove(logPath));
+    goHidden();
+    EXPECT_FALSE(QFile::exists(logPath));
+}
+
+TEST_F(HideIpSessionTest, PressOffReturnsToNotHidden) {
+    answer("STATUS: 1<br />ClientIP: 198.51.100.10");
+    goHidden();
+    services.processes().setNames({"openvpn"});
+    services.scripting().clear();
+    press();
+    EXPECT_EQ(services.scripting().calls().size(), 1U);
+    EXPECT_EQ(shown().line1, (DisplayState::Line{warning, Tone::Warning, true}));
+    EXPECT_EQ(shown().currentIp, text("198.51.100.10"));
+    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
+    EXPECT_EQ(shown().hideItem, (DisplayState::Item{text("Quorvane"), true}));
+    EXPECT_TRUE(shown().flagImage.isNull());
+    EXPECT_FALSE(shown().flagVisible);
+    EXPECT_EQ(shown().stateImage, text("appmain"));
+    EXPECT_EQ(shown().trayImage, text("Tray"));
+    EXPECT_FALSE(shown().line21.visible);
+    EXPECT_FALSE(shown().line22.visible);
+    EXPECT_FALSE(shown().line3.visible);
+    EXPECT_FALSE(shown().changeIpVisible);
+    EXPECT_FALSE(shown().discardIpVisible);
+    EXPECT_TRUE(shown().advancedEnabled);
+    EXPECT_TRUE(shown().changeItemEnabled);
+    EXPECT_FALSE(shown().copyItemEnabled);
+    EXPECT_FALSE(SessionState::shared().hidden);
+    EXPECT_EQ(services.preferences().value(text("quorvane")), QVariant(false));
+    EXPECT_FALSE(services.preferences().value(text("hide")).isValid());
+    EXPECT_GE(services.preferences().synchronizations(), 1);
+}
+
+TEST_F(HideIpSessionTest, HotKeysDoNothingInTheWrongState) {
+    display.answerHandled();
+    session.stopQuorvane(); // not hidden
+    EXPECT_TRUE(environment.events.isEmpty());
+    goHidden();
+    environment.events.clear();
+    session.quorvane(); // hidden
+    EXPECT_TRUE(environment.events.isEmpty());
+    EXPECT_TRUE(SessionState::shared().hidden);
+}
+
+TEST_F(HideIpSessionTest, HotKeysDoNothingWhileTheButtonIsDisabled) {
+    session.quorvane();
+    EXPECT_TRUE(environment.events.isEmpty());
+    SessionState::shared().hidden = true;
+    session.stopQuorvane();
+    EXPECT_TRUE(SessionState::shared().hidden);
+}
+
+TEST_F(HideIpSessionTest, StopHidesTheRotationButtons) {
+    goHidden();
+    session.stopQuorvane();
+    EXPECT_FALSE(SessionState::shared().hidden);
+    EXPECT_FALSE(shown().changeIpVisible);
+    EXPECT_FALSE(shown().discardIpVisible);
+}
+
+TEST_F(HideIpSessionTest, MenuItemFlipsTheButton) {
+    display.answerHandled();
+    session.quorvaneMenuItemPressed();
+    EXPECT_EQ(environment.count("download"), 1);
+    session.showIp();
+    session.quorvaneMenuItemPressed();
+    EXPECT_FALSE(SessionState::shared().hidden);
+}
+
+TEST_F(HideIpSessionTest, FixedLocationGivesUpAtOnce) {
+    environment.selected = text("Germany Berlin");
+    press();
+    environment.events.clear();
+    session.connectionError();
+    EXPECT_EQ(environment.events,
+              QStringList{text("later|Location is not available.|Please try a different location.")});
+    EXPECT_EQ(sessionLog(), QByteArray("connection error Germany Berlin\n"));
+    EXPECT_EQ(shown().line1, (DisplayState::Line{warning, Tone::Warning, true}));
+    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
+    EXPECT_EQ(shown().hideItem, (DisplayState::Item{text("Quorvane"), true}));
+    EXPECT_TRUE(shown().changeItemEnabled);
+    EXPECT_TRUE(shown().advancedEnabled);
+    EXPECT_EQ(shown().stateImage, text("appmain"));
+    EXPECT_EQ(shown().trayImage, text("Tray"));
+    EXPECT_TRUE(shown().flagImage.isNull());
+    EXPECT_FALSE(environment.animating);
+}
+
+TEST_F(HideIpSessionTest, GivingUpLeavesTheHiddenFlag) {
+    goHidden();
+    environment.selected = text("Germany Berlin");
+    session.connectionError();
+    EXPECT_TRUE(SessionState::shared().hidden);
+    EXPECT_FALSE(services.preferences().value(text("quorvane")).isValid());
+}
+
+TEST_F(HideIpSessionTest, RandomLocationIsTriedFourTimesInAll) {
+    press();
+    for (int i = 0; i < 4; ++i) {
+        session.connectionError();
+    }
+    EXPECT_EQ(environment.count("download"), 4);
+    EXPECT_EQ(environment.count("later|Location is not available.|Please try a different location."), 1);
+    EXPECT_EQ(session.failedConnections(), 0);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(services.logSink().lines().contains(text("rndLocationCounter= %1").arg(i)));
+    }
+}
+
+TEST_F(HideIpSessionTest, AutomaticChangeIsTriedFourTimesWhateverIsSelected) {
+    environment.selected = text("Germany Berlin");
+    environment.automatic = true;
+    press();
+    for (int i = 0; i < 4; ++i) {
+        session.connectionError();
+    }
+    EXPECT_EQ(environment.count("download"), 4);
+    EXPECT_EQ(environment.count("later|Location is not available.|Please try a different location."), 1);
+}
+
+TEST_F(HideIpSessionTest, SuccessAndPressForgetFailures) {
+    press();
+    session.connectionError();
+    session.connectionError();
+    EXPECT_EQ(session.failedConnections(), 2);
+    session.showIp();
+    EXPECT_EQ(session.failedConnections(), 0);
+    session.connectionError();
+    EXPECT_EQ(session.failedConnections(), 1);
+    session.quorvaneButtonPressed();
+    EXPECT_EQ(session.failedConnections(), 0);
+}
+
+TEST_F(HideIpSessionTest, TimerIsArmedOnlyWhileHiddenWithTheBoxOnAndAnInterval) {
+    for (const bool hidden : {false, true}) {
+        for (const bool on : {false, true}) {
+            for (const int minutes : {0, 1, 99}) {
+                SessionState::shared().hidden = hidden;
+                environment.automatic = on;
+                services.preferences().setValue(text("changeIpInterval"), minutes);
+                session.settingsDidChange();
+                EXPECT_EQ(session.changeTimerArmed(), hidden && on && minutes > 0);
+                EXPECT_EQ(services.delayedCalls().pending().size(), session.changeTimerArmed() ? 1U : 0U);
+                EXPECT_EQ(shown().interval, minutes);
+                EXPECT_EQ(shown().intervalEnabled, on);
+                if (session.changeTimerArmed()) {
+                    EXPECT_EQ(services.delayedCalls().pending()[0].delay, 60.0 * minutes);
+                }
+            }
+        }
+    }
+}
+
+TEST_F(HideIpSessionTest, TimerStopsAndStartsOnceAndIsRearmedBySuccess) {
+    environment.automatic = true;
+    services.preferences().setValue(text("changeIpInterval"), 2);
+    goHidden();
+    EXPECT_TRUE(session.changeTimerArmed());
+    environment.events.clear();
+    services.delayedCalls().advance(119.0);
+    EXPECT_TRUE(environment.events.isEmpty());
+    services.delayedCalls().advance(1.0);
+    EXPECT_EQ(environment.events, (QStringList{text("auth"), text("download")}));
+    EXPECT_FALSE(SessionState::shared().hidden); // an automatic change resets first
+    EXPECT_FALSE(session.changeTimerArmed());
+    services.delayedCalls().advance(1000.0);
+    EXPECT_EQ(environment.count("download"), 1);
+    session.showIp();
+    EXPECT_TRUE(session.changeTimerArmed());
+}
+
+TEST_F(HideIpSessionTest, TerminatingCancelsTheTimer) {
+    environment.automatic = true;
+    services.preferences().setValue(text("changeIpInterval"), 2);
+    goHidden();
+    session.terminateVpn();
+    EXPECT_FALSE(session.changeTimerArmed());
+    EXPECT_TRUE(services.delayedCalls().pending().empty());
+}
+
+TEST_F(HideIpSessionTest, AnswerShowsTheRealAddressAndOpensTheControls) {
+    answer("STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0<br />Server: " +
+           serverLine.toUtf8());
+    EXPECT_EQ(session.originalIP(), text("198.51.100.10"));
+    EXPECT_EQ(shown().currentIp, text("198.51.100.10"));
+    EXPECT_EQ(SessionState::shared().currentIp, text("198.51.100.10"));
+    EXPECT_EQ(environment.events, (QStringList{text("fill 1"), text("show")}));
+    EXPECT_TRUE(shown().hideButton.enabled);
+    EXPECT_TRUE(shown().changeItemEnabled);
+    EXPECT_TRUE(shown().hideItem.enabled);
+    EXPECT_TRUE(shown().trayMenuAttached);
+    EXPECT_FALSE(shown().spinning);
+    EXPECT_EQ(shown().trayImage, text("Tray"));
+}
+
+TEST_F(HideIpSessionTest, BackgroundStartShowsNoWindow) {
+    environment.background = true;
+    answer("STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0");
+    EXPECT_EQ(environment.count("show"), 0);
+}
+
+TEST_F(HideIpSessionTest, AnswerWithoutLocationsBringsNothingForward) {
+    answer("STATUS: 1<br />ClientIP: 198.51.100.10");
+    EXPECT_EQ(environment.events, QStringList{text("fill 0")});
+    EXPECT_FALSE(shown().trayMenuAttached);
+    EXPECT_TRUE(shown().hideButton.enabled); // every answer opens them at its end
+}
+
+TEST_F(HideIpSessionTest, AnswerWithoutAnAddressShowsZeroesAndAnAlertAndGoesOn) {
+    answer("STATUS: 0<br />LOCATIONS: DE;BER;Berlin;0");
+    EXPECT_EQ(
+        environment.events.first(),
+        text("alert|Error|There was a problem connecting to the Quorvane server, please check your Internet "
+             "connection or firewall settings."));
+    EXPECT_EQ(shown().currentIp, text("0.0.0.0"));
+    EXPECT_EQ(session.originalIP(), text("0.0.0.0"));
+    EXPECT_EQ(environment.count("show"), 1);
+    EXPECT_TRUE(shown().hideButton.enabled);
+}
+
+TEST_F(HideIpSessionTest, FailedRequestShowsZeroesAndTheAlertOnceControlsStay) {
+    session.qrvFailed();
+    EXPECT_EQ(environment.events.size(), 1);
+    EXPECT_TRUE(environment.events.first().startsWith(text("alert|Error|There was a problem connecting")));
+    EXPECT_EQ(shown().currentIp, text("0.0.0.0"));
+    EXPECT_FALSE(shown().hideButton.enabled);
+    EXPECT_TRUE(shown().spinning);
+}
+
+TEST_F(HideIpSessionTest, AnswerOfAnotherKindEndsTheApplication) {
+    api.setParameters(QString(), text("=x"));
+    ASSERT_TRUE(services.urls().finishNext("STATUS: 0"));
+    session.qrvAnswer();
+    EXPECT_EQ(environment.count("terminate"), 1);
+}
+
+TEST_F(HideIpSessionTest, HiddenAtStartPressesTwice) {
+    SessionState::shared().hidden = true;
+    answer("STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0<br />Server: " +
+           serverLine.toUtf8());
+    EXPECT_EQ(environment.count("download"), 2);
+    EXPECT_EQ(environment.count("frames"), 2);
+    EXPECT_TRUE(shown().hideButton.on);
+}
+
+TEST_F(HideIpSessionTest, HiddenAtStartWithAnotherStatusPressesOnce) {
+    SessionState::shared().hidden = true;
+    answer("STATUS: 1<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0<br />Server: " +
+           serverLine.toUtf8());
+    EXPECT_EQ(environment.count("download"), 1);
+}
+
+TEST_F(HideIpSessionTest, ContinuingWithYesDoesNothing) {
+    session.continueWork(true);
+    EXPECT_FALSE(shown().hideButton.enabled);
+    EXPECT_FALSE(shown().trayMenuAttached);
+}
+
+TEST_F(HideIpSessionTest, ReconnectingActsOnlyWhileHidden) {
+    session.reconectIfIpHidden();
+    EXPECT_EQ(environment.count("download"), 0);
+    SessionState::shared().hidden = true;
+    session.reconectIfIpHidden();
+    EXPECT_EQ(environment.count("download"), 1);
+}
+
+TEST_F(HideIpSessionTest, NewAddressWhileHiddenKeepsTheHiddenFlag) {
+    goHidden();
+    session.getNewIP();
+    EXPECT_TRUE(SessionState::shared().hidden);
+    EXPECT_EQ(shown().line1.text, searchingText);
+}
+
+} // namespace

@@ -1,0 +1,74 @@
+#include "frontend/session/LaunchAgent.h"
+
+#include "fakes/TestPlatform.h"
+#include "platform/PropertyList.h"
+#include "tests/unit/Printing.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace {
+
+QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+class LaunchAgentTest : public testing::Test {
+protected:
+    LaunchAgentTest() {
+        services.addResource(text("com.qrvp.LaunchAtLogin.plist"),
+                             platform::PropertyList::write({{text("Label"), text("com.qrvp.LaunchAtLogin")},
+                                                            {text("RunAtLoad"), false}}));
+    }
+
+    [[nodiscard]] QVariantMap agent() const {
+        return platform::PropertyList::readFile(path).value_or(QVariantMap());
+    }
+
+    fakes::TestPlatform services;
+    QString path = services.home() + text("/Library/LaunchAgents/com.qrvp.LaunchAtLogin.plist");
+};
+
+TEST_F(LaunchAgentTest, TurningOnWritesTheAgentFromTheTemplate) {
+    LaunchAgent::launchOnStartup(true);
+    EXPECT_EQ(agent().value(text("RunAtLoad")), QVariant(true));
+    EXPECT_EQ(agent().value(text("Label")).toString(), text("com.qrvp.LaunchAtLogin"));
+}
+
+TEST_F(LaunchAgentTest, TurningOffWithoutAnAgentStillWritesOne) {
+    LaunchAgent::launchOnStartup(false);
+    EXPECT_EQ(agent().value(text("RunAtLoad")), QVariant(false));
+}
+
+TEST_F(LaunchAgentTest, ExistingAgentKeepsItsOtherKeys) {
+    LaunchAgent::launchOnStartup(true);
+    QVariantMap edited = agent();
+    edited.insert(text("Mine"), text("kept"));
+    ASSERT_TRUE(platform::PropertyList::writeFile(path, edited));
+    LaunchAgent::launchOnStartup(false);
+    EXPECT_EQ(agent().value(text("Mine")).toString(), text("kept"));
+    EXPECT_EQ(agent().value(text("RunAtLoad")), QVariant(false));
+}
+
+TEST_F(LaunchAgentTest, DesktopsOwnEntryIsKeptInStep) {
+    LaunchAgent::launchOnStartup(true);
+    LaunchAgent::launchOnStartup(false);
+    ASSERT_EQ(services.workspace().autostarts.size(), 2U);
+    EXPECT_TRUE(services.workspace().autostarts[0].enabled);
+    EXPECT_FALSE(services.workspace().autostarts[1].enabled);
+    EXPECT_EQ(services.workspace().autostarts[0].program,
+              services.platform().bundle->contentsPath() + text("/bin/quorvane"));
+}
+
+TEST_F(LaunchAgentTest, FolderThatCannotBeMadeIsLogged) {
+    QFile obstacle(services.home() + text("/Library"));
+    QDir(services.home() + text("/Library")).removeRecursively();
+    ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
+    obstacle.close();
+    LaunchAgent::launchOnStartup(true);
+    ASSERT_FALSE(services.logSink().lines().isEmpty());
+    EXPECT_TRUE(services.logSink().lines().first().startsWith(text("create LaunchAgents failed ")));
+}
+
+} // namespace

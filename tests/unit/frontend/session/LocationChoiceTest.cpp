@@ -1,0 +1,236 @@
+#include "frontend/session/LocationChoice.h"
+
+#include "tests/unit/Printing.h"
+
+#include <QSet>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace {
+
+using Entry = LocationChoice::Entry;
+using Outcome = LocationChoice::Outcome;
+using Request = LocationChoice::Request;
+using Result = LocationChoice::Result;
+
+QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+Entry location(quint64 id, const char *country,
+               const QStringList &addresses = {QStringLiteral("203.0.113.1")}) {
+    auto data = std::make_shared<QrvVpnData>();
+    data->countryCode = text(country);
+    data->ipAdressArray = addresses;
+    data->filteredIpAdressArray = addresses;
+    return {id, text("Location %1").arg(id), data};
+}
+
+class LocationChoiceTest : public testing::Test {
+protected:
+    LocationChoiceTest() {
+        request.list = {Entry{1, LocationChoice::randomTitle(), nullptr}, location(2, "DE"),
+                        location(3, "US"), location(4, "FR")};
+        request.candidate = request.list.first();
+        request.isDiscarded = [this](const QString &row) {
+            return discarded.contains(row);
+        };
+    }
+
+    Outcome choose() { return choice.choose(request); }
+
+    std::mt19937 engine{7};
+    LocationChoice choice{[this] {
+        return static_cast<quint32>(engine());
+    }};
+    Request request;
+    QStringList discarded;
+};
+
+TEST_F(LocationChoiceTest, ListWithRandomLocationAloneGivesNothing) {
+    request.list.resize(1);
+    const Outcome outcome = choose();
+    EXPECT_EQ(outcome.result, Result::NothingToPick);
+    EXPECT_FALSE(outcome.selection.has_value());
+}
+
+TEST_F(LocationChoiceTest, FixedLocationIsTakenAsItIs) {
+    request.candidate = request.list.at(1);
+    const Outcome outcome = choose();
+    EXPECT_EQ(outcome.result, Result::Picked);
+    EXPECT_EQ(outcome.pick.id, 2U);
+    EXPECT_FALSE(outcome.selection.has_value());
+    EXPECT_FALSE(outcome.updatesLocationText);
+    EXPECT_TRUE(choice.usedItems().isEmpty());
+}
+
+TEST_F(LocationChoiceTest, RandomPickIsSelectedUsedAndNamed) {
+    const Outcome outcome = choose();
+    EXPECT_EQ(outcome.result, Result::Picked);
+    EXPECT_NE(outcome.pick.id, 1U);
+    EXPECT_EQ(outcome.selection, outcome.pick.id);
+    EXPECT_TRUE(outcome.updatesLocationText);
+    EXPECT_EQ(choice.usedItems(), QSet<quint64>{outcome.pick.id});
+}
+
+TEST_F(LocationChoiceTest, NoCandidateIsARandomRequestToo) {
+    request.candidate.reset();
+    EXPECT_EQ(choose().result, Result::Picked);
+}
+
+TEST_F(LocationChoiceTest, ThreeLocationsGiveThreeDifferentPicksThenNone) {
+    QSet<quint64> picks;
+    for (int i = 0; i < 3; ++i) {
+        picks.insert(choose().pick.id);
+    }
+    EXPECT_EQ(picks, (QSet<quint64>{2, 3, 4}));
+    // The used set (3) is compared with the whole list (4), so it is never emptied on this path.
+    const Outcome fourth = choose();
+    EXPECT_EQ(fourth.result, Result::AllUsed);
+    EXPECT_EQ(choice.usedItems().size(), 3);
+    choice.setUsedItems({});
+    EXPECT_EQ(choose().result, Result::Picked);
+}
+
+TEST_F(LocationChoiceTest, UsedSetOfTheWholeListsSizeIsEmptied) {
+    choice.setUsedItems({2, 3, 4, 99});
+    const Outcome outcome = choose();
+    EXPECT_EQ(outcome.result, Result::Picked);
+    EXPECT_EQ(choice.usedItems(), QSet<quint64>{outcome.pick.id});
+}
+
+TEST_F(LocationChoiceTest, UsedFixedLocationTurnsIntoARandomRequest) {
+    choice.setUsedItems({2});
+    request.candidate = request.list.at(1);
+    const Outcome outcome = choose();
+    EXPECT_EQ(outcome.result, Result::Picked);
+    EXPECT_NE(outcome.pick.id, 2U);
+    EXPECT_EQ(outcome.selection, outcome.pick.id);
+}
+
+TEST_F(LocationChoiceTest, DiscardRowIsComparedWithTheCountryCode) {
+    discarded = {text("203.0.113.1")};
+    request.candidate = request.list.at(1);
+    EXPECT_EQ(choose().pick.id, 2U); // an address discards nothing here
+    discarded = {text("DE")};
+    choice.setUsedItems({3, 4});
+    const Outcome outcome = choose();
+    EXPECT_EQ(outcome.pick.id, 2U); // turned into a random request, which may pick it all the same
+    EXPECT_TRUE(outcome.updatesLocationText);
+}
+
+TEST_F(LocationChoiceTest, UnitedStatesOnlyLeavesTheSelectionAlone) {
+    request.usOnly = true;
+    const Outcome outcome = choose();
+    EXPECT_EQ(outcome.result, Result::Picked);
+    EXPECT_EQ(outcome.pick.id, 3U);
+    EXPECT_FALSE(outcome.selection.has_value());
+    EXPECT_TRUE(outcome.updatesLocationText);
+    EXPECT_EQ(choice.usedItems(), QSet<quint64>{3});
+}
+
+TEST_F(LocationChoiceTest, UnitedStatesOnlyEmptiesItsSetWhenAllAreUsed) {
+    request.usOnly = true;
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(choose().pick.id, 3U);
+    }
+}
+
+TEST_F(LocationChoiceTest, UnitedStatesOnlyWithForeignUsedItemsRunsOut) {
+    request.usOnly = true;
+    choice.setUsedItems({3, 2}); // one candidate, two used: the sizes differ, nothing is emptied
+    EXPECT_EQ(choose().result, Result::AllUsed);
+}
+
+TEST_F(LocationChoiceTest, LowerCaseCodeIsNoCandidate) {
+    request.usOnly = true;
+    request.list[2] = location(3, "us");
+    EXPECT_EQ(choose().result, Result::NoUnitedStates);
+}
+
+TEST_F(LocationChoiceTest, AutomaticChangeShowsRandomLocation) {
+    request.automaticChange = true;
+    EXPECT_EQ(choose().selection, 1U);
+    request.candidate = request.list.at(1);
+    choice.setUsedItems({});
+    EXPECT_EQ(choose().selection, 1U);
+}
+
+TEST_F(LocationChoiceTest, PickWithoutAUsableAddressGivesNothing) {
+    request.list[1] = location(2, "DE", {});
+    request.candidate = request.list.at(1);
+    EXPECT_EQ(choose().result, Result::NothingToPick);
+}
+
+TEST(LocationChoiceProperty, RotationNeverRepeatsAndUnitedStatesMeansUnitedStates) {
+    std::mt19937 engine(20);
+    for (int round = 0; round < 3000; ++round) {
+        LocationChoice choice([&engine] { return static_cast<quint32>(engine()); });
+        Request request;
+        request.list = {Entry{1, LocationChoice::randomTitle(), nullptr}};
+        const auto count = 1 + engine() % 12;
+        for (quint64 id = 2; id < 2 + count; ++id) {
+            request.list.append(location(id, engine() % 3 == 0 ? "US" : "DE"));
+        }
+        request.usOnly = engine() % 4 == 0;
+        request.automaticChange = engine() % 2 == 0;
+        request.isDiscarded = [](const QString &) {
+            return false;
+        };
+        QSet<quint64> seen;
+        for (unsigned press = 0; press < count + 2; ++press) {
+            request.candidate = request.list.first();
+            const qsizetype american =
+                std::count_if(request.list.begin(), request.list.end(), [](const Entry &entry) {
+                    return entry.data && entry.data->countryCode == QLatin1String("US");
+                });
+            if (request.usOnly && seen.size() == american) {
+                seen.clear();
+            }
+            const Outcome outcome = choice.choose(request);
+            if (outcome.result == Result::AllUsed) {
+                ASSERT_FALSE(request.usOnly);
+                ASSERT_EQ(seen.size(), static_cast<qsizetype>(count));
+                break;
+            }
+            if (outcome.result == Result::NoUnitedStates) {
+                ASSERT_EQ(american, 0);
+                break;
+            }
+            ASSERT_EQ(outcome.result, Result::Picked);
+            ASSERT_FALSE(seen.contains(outcome.pick.id));
+            ASSERT_NE(outcome.pick.id, 1U);
+            if (request.usOnly) {
+                ASSERT_EQ(outcome.pick.data->countryCode, text("US"));
+            }
+            seen.insert(outcome.pick.id);
+        }
+    }
+}
+
+TEST(LocationChoiceProperty, FirstPickIsUniform) {
+    std::mt19937 engine(21);
+    constexpr int locations = 5;
+    constexpr int draws = 20000;
+    QHash<quint64, int> hits;
+    for (int i = 0; i < draws; ++i) {
+        LocationChoice choice([&engine] { return static_cast<quint32>(engine()); });
+        Request request;
+        request.list = {Entry{1, LocationChoice::randomTitle(), nullptr}};
+        for (quint64 id = 2; id < 2 + locations; ++id) {
+            request.list.append(location(id, "DE"));
+        }
+        request.isDiscarded = [](const QString &) {
+            return false;
+        };
+        ++hits[choice.choose(request).pick.id];
+    }
+    double chiSquare = 0;
+    constexpr double expected = static_cast<double>(draws) / locations;
+    for (quint64 id = 2; id < 2 + locations; ++id) {
+        chiSquare += (hits[id] - expected) * (hits[id] - expected) / expected;
+    }
+    EXPECT_LT(chiSquare, 27.9); // four degrees of freedom, one in 10^5
+}
+
+} // namespace

@@ -1,0 +1,58 @@
+#include "frontend/support/TextFile.h"
+
+#include "tests/unit/Printing.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+class TextFileTest : public testing::Test {
+protected:
+    void write(const QByteArray &bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(bytes), bytes.size());
+    }
+
+    QTemporaryDir folder;
+    QString path = folder.filePath(QStringLiteral("file"));
+};
+
+TEST_F(TextFileTest, MissingEmptyOrBinaryFilesHoldNoText) {
+    EXPECT_TRUE(TextFile::read(path).isNull());
+    for (const QByteArray &bytes : {QByteArray(), QByteArray("\xff"), QByteArray("ok\xC3"),
+                                    QByteArray("\xED\xA0\x80"), QByteArray("\xC0\x80")}) {
+        write(bytes);
+        EXPECT_TRUE(TextFile::read(path).isNull()) << bytes.toHex().toStdString();
+    }
+}
+
+TEST_F(TextFileTest, TextIsReadAsItIs) {
+    write("a\r\n\xC3\xBC\n");
+    EXPECT_EQ(TextFile::read(path), QString::fromUtf8("a\r\n\xC3\xBC\n"));
+}
+
+TEST_F(TextFileTest, HugeFileHoldsNoText) {
+    write(QByteArray(16 * 1024 * 1024, 'x'));
+    EXPECT_EQ(TextFile::read(path).size(), 16 * 1024 * 1024);
+    write(QByteArray(16 * 1024 * 1024 + 1, 'x'));
+    EXPECT_TRUE(TextFile::read(path).isNull());
+}
+
+TEST_F(TextFileTest, ReplacedFileIsPrivateWhateverWasThere) {
+    write("old");
+    QFile::setPermissions(path, QFileDevice::Permissions(0x6644));
+    ASSERT_TRUE(TextFile::replace(path, "new"));
+    EXPECT_EQ(TextFile::read(path), QStringLiteral("new"));
+    EXPECT_EQ(QFile::permissions(path) &
+                  (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+              QFileDevice::Permissions());
+}
+
+TEST_F(TextFileTest, FailureLeavesNothing) {
+    EXPECT_FALSE(TextFile::replace(folder.filePath(QStringLiteral("no/such/folder")), "x"));
+}
+
+} // namespace

@@ -1,0 +1,28 @@
+#include "frontend/support/TextNumbers.h"
+
+#include <QString>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Row {
+    const char *text;
+    int value;
+};
+
+class IntegerValue : public testing::TestWithParam<Row> {};
+
+TEST_P(IntegerValue, ReadsTheLeadingInteger) {
+    EXPECT_EQ(integerValue(QString::fromUtf8(GetParam().text)), GetParam().value);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, IntegerValue,
+                         testing::Values(Row{"", 0}, Row{"0", 0}, Row{"12", 12}, Row{" \t\n7", 7},
+                                         Row{"-3", -3}, Row{"+4", 4}, Row{"--4", 0}, Row{"4x", 4},
+                                         Row{"x4", 0}, Row{"1 2", 1}, Row{"2147483647", 2147483647},
+                                         Row{"2147483648", 2147483647},
+                                         Row{"99999999999999999999", 2147483647},
+                                         Row{"-2147483648", -2147483647 - 1},
+                                         Row{"-99999999999999999999", -2147483647 - 1}, Row{"٣", 0}));
+
+} // namespace
