@@ -1,10 +1,10 @@
 #include "Config.h"
 
+#include "AnnouncementJson.h"
 #include "JsonReader.h"
 
 #include <algorithm>
 #include <fstream>
-#include <regex.h>
 #include <set>
 #include <sstream>
 
@@ -166,25 +166,6 @@ Gateway readGateway(JsonReader &reader) {
         }
     });
     return gateway;
-}
-
-Announcement readAnnouncement(JsonReader &reader) {
-    Announcement announcement;
-    announcement.count = reader.number("count", 0, 1000000000, 1);
-    if (reader.given("pattern") == reader.given("target")) {
-        reader.fail("target", "exactly one of target and pattern is needed");
-    }
-    if (reader.given("target")) {
-        announcement.target = reader.text("target");
-        return announcement;
-    }
-    announcement.pattern = reader.text("pattern");
-    regex_t compiled;
-    if (regcomp(&compiled, announcement.pattern.c_str(), REG_EXTENDED | REG_NOSUB) != 0) {
-        reader.fail("pattern", "is not a POSIX extended regular expression");
-    }
-    regfree(&compiled);
-    return announcement;
 }
 
 void readListener(JsonReader &reader, Config &config) {

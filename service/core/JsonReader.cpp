@@ -40,12 +40,16 @@ const nlohmann::json &JsonReader::required(const std::string &key) {
     return m_object.at(key);
 }
 
-std::string JsonReader::text(const std::string &key) {
+std::string JsonReader::anyText(const std::string &key) {
     const nlohmann::json &value = required(key);
     if (!value.is_string()) {
         fail(key, "must be a text");
     }
-    auto text = value.get<std::string>();
+    return value.get<std::string>();
+}
+
+std::string JsonReader::text(const std::string &key) {
+    std::string text = anyText(key);
     if (text.empty()) {
         fail(key, "must not be empty");
     }

@@ -31,6 +31,7 @@ public:
 
     [[nodiscard]] bool given(const std::string &key); ///< present and not null
     std::string text(const std::string &key);
+    std::string anyText(const std::string &key); ///< may be empty and hold anything
     std::string text(const std::string &key, const std::string &otherwise);
     bool truth(const std::string &key, bool otherwise);
     std::uint32_t number(const std::string &key, std::uint32_t smallest, std::uint32_t largest);
