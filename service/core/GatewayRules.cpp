@@ -46,20 +46,18 @@ std::string GatewayRules::ruleset() const {
 }
 
 std::string GatewayRules::setup() const {
-    if (!m_gateway.createTables) {
-        return teardown();
-    }
-    // Adding before deleting makes the deletion work whether or not there was a table.
-    return "add table ip " + m_gateway.table + "\nadd table ip6 " + m_gateway.table + '\n' + teardown() +
-           ruleset();
+    return m_gateway.createTables ? teardown() + ruleset() : teardown();
 }
 
 std::string GatewayRules::teardown() const {
+    const std::string &table = m_gateway.table;
     if (!m_gateway.createTables) {
-        return "flush map ip " + m_gateway.table + ' ' + m_gateway.map + "\nflush set ip " + m_gateway.table +
-               ' ' + m_gateway.set + '\n';
+        return "flush map ip " + table + ' ' + m_gateway.map + "\nflush set ip " + table + ' ' + m_gateway.set +
+               '\n';
     }
-    return "delete table ip " + m_gateway.table + "\ndelete table ip6 " + m_gateway.table + '\n';
+    // Adding before deleting makes the deletion work whether or not there was a table.
+    return "add table ip " + table + "\nadd table ip6 " + table + "\ndelete table ip " + table +
+           "\ndelete table ip6 " + table + '\n';
 }
 
 std::string GatewayRules::lend(Ipv4Address tunnel, Ipv4Address lent) const {

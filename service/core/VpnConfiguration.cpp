@@ -16,11 +16,6 @@ constexpr std::string_view BlockIpv6 = "redirect-gateway def1 ipv6\n"
 constexpr std::string_view Ciphers = "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
                                      "tls-version-min 1.2\n";
 
-std::string pingLines(const Vpn &vpn, const std::string &before, const std::string &after) {
-    return before + "ping " + std::to_string(vpn.ping.count()) + after + before + "ping-exit " +
-           std::to_string(vpn.pingExit.count()) + after;
-}
-
 } // namespace
 
 std::string pemCertificates(std::string_view pem) {
@@ -60,7 +55,6 @@ std::string clientConfiguration(const Vpn &vpn, const VpnServer &server, Ipv4Add
             "connect-retry-max 1\n"
             "connect-timeout 5\n"
             "hand-window 5\n";
-    text += pingLines(vpn, "", "\n");
     if (udp) {
         text += "explicit-exit-notify 1\n";
     }
@@ -89,10 +83,12 @@ std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
     text += "management-client\n"
             "management-client-auth\n"
             "management-hold\n";
-    // Written out instead of "keepalive", which would have clients restart for ever where they are to end.
+    // Written out instead of "keepalive", which would have clients restart where they are to end. Clients
+    // learn it only here: before the tunnel is up their hand-window is what ends them.
     text += "ping " + std::to_string(vpn.ping.count()) + '\n';
     text += "ping-restart " + std::to_string(2 * vpn.pingExit.count()) + '\n';
-    text += pingLines(vpn, "push \"", "\"\n");
+    text += "push \"ping " + std::to_string(vpn.ping.count()) + "\"\n";
+    text += "push \"ping-exit " + std::to_string(vpn.pingExit.count()) + "\"\n";
     for (const Ipv4Address dns : vpn.dns) {
         text += "push \"dhcp-option DNS " + dns.text() + "\"\n";
     }

@@ -25,9 +25,9 @@ using std::chrono::milliseconds;
 
 namespace {
 
-constexpr milliseconds FirstPause{250};
-constexpr milliseconds LongestPause{30000};
-constexpr milliseconds Settled{60000};
+constexpr milliseconds FirstPause{200};
+constexpr milliseconds LongestPause{5000};
+constexpr milliseconds Settled{10000};
 /// What a server gets to say goodbye to its clients.
 constexpr std::chrono::seconds StopTime{3};
 
