@@ -179,7 +179,9 @@ private:
         }
         m_sink.record(describe(response));
         // A body is never read, so whatever follows it cannot be told from a next request.
-        send(response, request.version() >= 11 && request.keep_alive() && !hasBody);
+        const bool goOn =
+            request.version() >= 11 && request.keep_alive() && !hasBody && response.status != 400;
+        send(response, goOn);
     }
 
     void send(const HttpResponse &answer, bool keepAlive) {
