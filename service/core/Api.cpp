@@ -1,0 +1,132 @@
+#include "Api.h"
+
+#include "Answers.h"
+#include "VpnConfiguration.h"
+
+#include <algorithm>
+#include <cctype>
+#include <initializer_list>
+
+namespace quorvane::service {
+
+namespace {
+
+constexpr const char *PlainText = "text/plain; charset=utf-8";
+constexpr const char *Html = "text/html; charset=utf-8";
+constexpr const char *ParsingError = "ERR: Argument parsing error";
+constexpr std::size_t LongestArgument = 256;
+
+bool isDigits(const std::string &text) {
+    return !text.empty() &&
+           std::all_of(text.begin(), text.end(), [](char digit) { return digit >= '0' && digit <= '9'; });
+}
+
+std::string lowerCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+    return text;
+}
+
+/// The values of all keys in order; nothing when one is missing, empty or over-long.
+std::optional<std::vector<std::string>> arguments(const Target &target,
+                                                  std::initializer_list<std::string_view> keys) {
+    std::vector<std::string> values;
+    for (const std::string_view key : keys) {
+        auto value = target.last(key);
+        if (!value || value->empty() || value->size() > LongestArgument) {
+            return std::nullopt;
+        }
+        values.push_back(std::move(*value));
+    }
+    return values;
+}
+
+HttpResponse plain(int status, std::string body) {
+    return {status, PlainText, std::move(body), {}};
+}
+
+} // namespace
+
+Api::Api(const Config &config, std::string caPem, CredentialStore &credentials)
+    : m_config(config), m_caPem(std::move(caPem)), m_credentials(credentials) {}
+
+HttpResponse Api::answer(const HttpRequest &request) {
+    if (request.method != "GET") {
+        HttpResponse refusal{405, Html, errorPage(405, "Method Not Allowed", "Only GET is understood."),
+                             "GET"};
+        return refusal;
+    }
+    const auto target = Target::parse(request.target);
+    if (!target) {
+        // A configuration request is answered in its own form however broken its arguments are.
+        if (request.target.rfind("/?cmd=VPNC", 0) == 0) {
+            return plain(200, ParsingError);
+        }
+        return {400, Html, errorPage(400, "Bad Request", "The address is malformed."), {}};
+    }
+    if (target->path() == "/" && target->has("cmd")) {
+        return command(*target, *target->last("cmd"), request.peer);
+    }
+    if (target->path() == "/") {
+        return {200, Html, webPage(request.peer, m_config.countryOf(request.peer)), {}};
+    }
+    if (target->path() == "/ip") {
+        return addressPage(request);
+    }
+    return {404, Html, errorPage(404, "Not Found", "There is no such page."), {}};
+}
+
+HttpResponse Api::addressPage(const HttpRequest &request) const {
+    if (lowerCase(request.accept).find("text/html") == std::string::npos) {
+        return plain(200, request.peer + '\n');
+    }
+    return {200, Html, webPage(request.peer, m_config.countryOf(request.peer)), {}};
+}
+
+HttpResponse Api::command(const Target &target, const std::string &name, const std::string &peer) {
+    if (name == "MRTSL") {
+        return plain(200, serverList(target, peer));
+    }
+    if (name == "VPNC") {
+        return plain(200, vpnConfiguration(target));
+    }
+    if (name.rfind("phs", 0) == 0) {
+        return plain(200, statusAnswer(0, peer));
+    }
+    return plain(400, "ERR: Unknown command");
+}
+
+std::string Api::serverList(const Target &target, const std::string &peer) {
+    if (!arguments(target, {"ver", "device", "systamp", "uniqueid"})) {
+        return statusAnswer(1, peer);
+    }
+    return serverListAnswer(m_config, peer, m_credentials.issue());
+}
+
+std::string Api::vpnConfiguration(const Target &target) {
+    const auto values =
+        arguments(target, {"ver", "device", "server", "desiredip", "sessid", "systamp", "uniqueid", "proto"});
+    if (!values) {
+        return ParsingError;
+    }
+    const auto desired = Ipv4Address::parse((*values)[3]);
+    const std::string proto = lowerCase((*values)[7]);
+    if (!isDigits((*values)[1]) || !isDigits((*values)[2]) || !desired ||
+        (proto != "udp" && proto != "tcp")) {
+        return ParsingError;
+    }
+    const auto &server = m_config.vpn.server(proto == "udp" ? Protocol::Udp : Protocol::Tcp);
+    if (!server) {
+        return "ERR: Protocol not offered";
+    }
+    if (!m_credentials.knows((*values)[4])) {
+        return "ERR: Unknown or expired session";
+    }
+    if (m_config.groupOf(*desired) == nullptr) {
+        return "ERR: Address not available";
+    }
+    m_credentials.grant((*values)[4], *desired);
+    return configurationAnswer(clientConfiguration(m_config.vpn, *server, *desired, m_caPem));
+}
+
+} // namespace quorvane::service

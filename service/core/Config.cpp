@@ -1,0 +1,317 @@
+#include "Config.h"
+
+#include "AnnouncementJson.h"
+#include "JsonReader.h"
+
+#include <algorithm>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+namespace quorvane::service {
+
+namespace {
+
+/// Marks of the answer's own syntax; a text that held one would break the record it is put in.
+constexpr std::string_view RecordMarks = ",|;<>";
+/// Room for "/management-udp.sock" within the system's limit for socket paths.
+constexpr std::size_t LongestRuntimeFolder = 80;
+
+bool isUpper(char character) {
+    return character >= 'A' && character <= 'Z';
+}
+
+bool isNameCharacter(char character) {
+    return isUpper(character) || (character >= 'a' && character <= 'z') ||
+           (character >= '0' && character <= '9') || character == '_' || character == '-';
+}
+
+std::string readCountryCode(JsonReader &reader) {
+    const std::string code = reader.text("country_code");
+    if (code.size() != 2 || !isUpper(code[0]) || !isUpper(code[1])) {
+        reader.fail("country_code", "must be two upper-case letters");
+    }
+    return code;
+}
+
+std::string readField(JsonReader &reader, const std::string &key, const std::string &text) {
+    if (text.find_first_of(RecordMarks) != std::string::npos) {
+        reader.fail(key, "must not hold any of " + std::string(RecordMarks));
+    }
+    if (text.front() == ' ' || text.back() == ' ') {
+        reader.fail(key, "must not begin or end with a blank");
+    }
+    return text;
+}
+
+/// A word that is safe as an interface or table name.
+std::string readName(JsonReader &reader, const std::string &key, const std::string &otherwise,
+                     std::size_t longest) {
+    const std::string name = otherwise.empty() ? reader.text(key) : reader.text(key, otherwise);
+    if (name.size() > longest || !std::all_of(name.begin(), name.end(), isNameCharacter) ||
+        name.front() == '-' || (name.front() >= '0' && name.front() <= '9')) {
+        reader.fail(key, "must be a name of at most " + std::to_string(longest) +
+                             " letters, digits, \"_\" or \"-\" that begins with a letter");
+    }
+    return name;
+}
+
+std::string readPath(JsonReader &reader, const std::string &key, const std::string &otherwise = {}) {
+    const std::string path = otherwise.empty() ? reader.text(key) : reader.text(key, otherwise);
+    if (path.find('"') != std::string::npos || path.find('\\') != std::string::npos) {
+        reader.fail(key, "must not hold quotation marks or backslashes");
+    }
+    return path;
+}
+
+Group readGroup(JsonReader &reader) {
+    Group group;
+    group.countryCode = readCountryCode(reader);
+    group.country = readField(reader, "country", reader.text("country"));
+    group.city = readField(reader, "city", reader.text("city"));
+    group.locationCode = readName(reader, "location_code", {}, 32);
+    group.label = readField(reader, "label", reader.text("label", group.country + ' ' + group.city));
+    group.full = reader.truth("full", false);
+    group.addresses = reader.addresses("addresses");
+    if (group.addresses.empty()) {
+        reader.fail("addresses", "must hold at least one address");
+    }
+    return group;
+}
+
+void readGroups(JsonReader &reader, Config &config) {
+    std::set<Ipv4Address> seen;
+    reader.objects("groups", [&](JsonReader &entry) {
+        Group group = readGroup(entry);
+        for (const Ipv4Address address : group.addresses) {
+            if (!seen.insert(address).second) {
+                entry.fail("addresses", address.text() + " is listed twice");
+            }
+        }
+        config.groups.push_back(std::move(group));
+    });
+    if (config.groups.empty()) {
+        reader.fail("groups", "must hold at least one group");
+    }
+}
+
+VpnServer readServer(JsonReader &reader, Protocol protocol) {
+    VpnServer server;
+    server.protocol = protocol;
+    server.port = static_cast<std::uint16_t>(reader.number("port", 1, 65535));
+    server.network = reader.network("network");
+    if (server.network.prefix < 8 || server.network.prefix > 29) {
+        reader.fail("network", "must have a prefix from 8 to 29");
+    }
+    server.device = readName(reader, "device", "qrv-" + protocolName(protocol), 15);
+    return server;
+}
+
+void readVpnServers(JsonReader &reader, Vpn &vpn) {
+    if (reader.given("udp")) {
+        reader.object("udp", [&](JsonReader &part) { vpn.udp = readServer(part, Protocol::Udp); });
+    }
+    if (reader.given("tcp")) {
+        reader.object("tcp", [&](JsonReader &part) { vpn.tcp = readServer(part, Protocol::Tcp); });
+    }
+    if (!vpn.udp && !vpn.tcp) {
+        reader.fail("udp", "is missing, and so is tcp: at least one is needed");
+    }
+    if (vpn.udp && vpn.tcp && vpn.udp->network.overlaps(vpn.tcp->network)) {
+        reader.fail("tcp.network", "overlaps udp.network");
+    }
+    if (vpn.udp && vpn.tcp && vpn.udp->device == vpn.tcp->device) {
+        reader.fail("tcp.device", "is the same as udp.device");
+    }
+}
+
+void readVpn(JsonReader &reader, Vpn &vpn) {
+    vpn.ca = readPath(reader, "ca");
+    vpn.certificate = readPath(reader, "certificate");
+    vpn.key = readPath(reader, "key");
+    if (reader.given("certificate_name")) {
+        vpn.certificateName = readPath(reader, "certificate_name");
+    }
+    readVpnServers(reader, vpn);
+    vpn.dns = reader.addresses("dns");
+    vpn.blockIpv6 = reader.truth("block_ipv6", true);
+    vpn.ping = std::chrono::seconds(reader.number("ping_seconds", 1, 3600, 10));
+    vpn.pingExit = std::chrono::seconds(reader.number("ping_exit_seconds", 2, 86400, 60));
+    if (vpn.pingExit <= vpn.ping) {
+        reader.fail("ping_exit_seconds", "must be more than ping_seconds");
+    }
+}
+
+Gateway readGateway(JsonReader &reader) {
+    Gateway gateway;
+    gateway.command = reader.texts("command");
+    gateway.openvpn = readPath(reader, "openvpn", gateway.openvpn);
+    if (gateway.openvpn.front() != '/') {
+        reader.fail("openvpn", "must be an absolute path");
+    }
+    if (!reader.given("nft")) {
+        return gateway;
+    }
+    reader.object("nft", [&gateway](JsonReader &part) {
+        gateway.nft = part.text("program", gateway.nft);
+        gateway.createTables = part.truth("create", true);
+        gateway.table = readName(part, "table", gateway.table, 31);
+        gateway.map = readName(part, "map", gateway.map, 31);
+        gateway.set = readName(part, "set", gateway.set, 31);
+        if (part.given("wan_interface")) {
+            gateway.wanInterface = readName(part, "wan_interface", {}, 15);
+        }
+        if (gateway.map == gateway.set) {
+            part.fail("set", "must differ from map");
+        }
+    });
+    return gateway;
+}
+
+void readListener(JsonReader &reader, Config &config) {
+    reader.objects("listen", [&config](JsonReader &entry) {
+        ListenAddress listen;
+        listen.address = entry.text("address");
+        if (!Ipv4Address::parse(listen.address) && listen.address.find(':') == std::string::npos) {
+            entry.fail("address", "must be a numeric address");
+        }
+        listen.port = static_cast<std::uint16_t>(entry.number("port", 0, 65535));
+        config.listen.push_back(listen);
+    });
+    if (config.listen.empty()) {
+        reader.fail("listen", "must hold at least one address");
+    }
+    reader.object("tls", [&config](JsonReader &part) {
+        config.tlsCertificate = part.text("certificate");
+        config.tlsKey = part.text("key");
+    });
+}
+
+void readLimits(JsonReader &reader, Limits &limits) {
+    limits.connections = reader.number("connections", 1, 100000, limits.connections);
+    limits.handshake = std::chrono::seconds(reader.number("handshake_seconds", 1, 600, 10));
+    limits.request = std::chrono::seconds(reader.number("request_seconds", 1, 3600, 15));
+    limits.headerBytes = reader.number("header_bytes", 1024, 1048576, limits.headerBytes);
+}
+
+void readFolders(JsonReader &reader, Config &config) {
+    config.requestLog = reader.text("request_log");
+    config.runtimeFolder = readPath(reader, "runtime_folder");
+    if (config.runtimeFolder.front() != '/' || config.runtimeFolder.size() > LongestRuntimeFolder) {
+        reader.fail("runtime_folder",
+                    "must be an absolute path of at most " + std::to_string(LongestRuntimeFolder) + " bytes");
+    }
+}
+
+/// No tunnel address may also be an address that is lent.
+void checkNetworks(JsonReader &reader, const Config &config) {
+    for (const auto &server : {config.vpn.udp, config.vpn.tcp}) {
+        for (const Group &group : config.groups) {
+            for (const Ipv4Address address : group.addresses) {
+                if (server && server->network.contains(address)) {
+                    reader.fail("groups",
+                                address.text() + " lies in the tunnel network " + server->network.text());
+                }
+            }
+        }
+    }
+}
+
+Config readConfig(JsonReader &reader) {
+    Config config;
+    readListener(reader, config);
+    readGroups(reader, config);
+    reader.objects("home", [&config](JsonReader &entry) {
+        config.homes.push_back({entry.network("network"), readCountryCode(entry)});
+    });
+    config.credentialLifetime = std::chrono::seconds(reader.number("credential_seconds", 1, 31536000, 86400));
+    config.grantLifetime = std::chrono::seconds(reader.number("grant_seconds", 1, 86400, 60));
+    readFolders(reader, config);
+    config.strict = reader.truth("strict", false);
+    reader.objects("announced",
+                   [&config](JsonReader &entry) { config.announced.push_back(readAnnouncement(entry)); });
+    if (reader.given("limits")) {
+        reader.object("limits", [&config](JsonReader &part) { readLimits(part, config.limits); });
+    }
+    reader.object("vpn", [&config](JsonReader &part) { readVpn(part, config.vpn); });
+    if (reader.given("gateway")) {
+        reader.object("gateway", [&config](JsonReader &part) { config.gateway = readGateway(part); });
+    }
+    checkNetworks(reader, config);
+    reader.finish();
+    return config;
+}
+
+std::optional<std::string> firstUnreadable(const Config &config) {
+    const std::vector<std::pair<std::string, std::string>> files = {
+        {"tls.certificate", config.tlsCertificate},
+        {"tls.key", config.tlsKey},
+        {"vpn.ca", config.vpn.ca},
+        {"vpn.certificate", config.vpn.certificate},
+        {"vpn.key", config.vpn.key}};
+    for (const auto &[key, path] : files) {
+        std::ifstream file(path);
+        if (!file || file.peek() == std::ifstream::traits_type::eof()) {
+            return key + ": cannot read " + path;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::string protocolName(Protocol protocol) {
+    return protocol == Protocol::Udp ? "udp" : "tcp";
+}
+
+const Group *Config::groupOf(Ipv4Address address) const {
+    const auto found = std::find_if(groups.begin(), groups.end(), [address](const Group &group) {
+        return std::find(group.addresses.begin(), group.addresses.end(), address) != group.addresses.end();
+    });
+    return found == groups.end() ? nullptr : &*found;
+}
+
+std::string Config::countryOf(std::string_view peer) const {
+    const auto address = Ipv4Address::parse(peer);
+    if (!address) {
+        return "XX";
+    }
+    for (const HomeNetwork &home : homes) {
+        if (home.network.contains(*address)) {
+            return home.countryCode;
+        }
+    }
+    const Group *group = groupOf(*address);
+    return group == nullptr ? "XX" : group->countryCode;
+}
+
+Result<Config> parseConfig(std::string_view json) {
+    try {
+        const nlohmann::json document = nlohmann::json::parse(json);
+        JsonReader reader(document, {});
+        return readConfig(reader);
+    } catch (const ConfigError &error) {
+        return Failure{error.what()};
+    } catch (const nlohmann::json::exception &error) {
+        return Failure{std::string("not valid JSON: ") + error.what()};
+    }
+}
+
+Result<Config> loadConfig(const std::string &path) {
+    std::ifstream file(path);
+    std::ostringstream text;
+    text << file.rdbuf();
+    if (!file) {
+        return Failure{"cannot read " + path};
+    }
+    auto config = parseConfig(text.str());
+    if (!config) {
+        return Failure{path + ": " + config.error()};
+    }
+    if (const auto unreadable = firstUnreadable(config.value())) {
+        return Failure{path + ": " + *unreadable};
+    }
+    return config;
+}
+
+} // namespace quorvane::service

@@ -1,0 +1,122 @@
+#pragma once
+
+#include "Ipv4.h"
+#include "Result.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quorvane::service {
+
+/// Where the HTTPS listener binds. Port 0 lets the system choose one.
+struct ListenAddress {
+    std::string address;
+    std::uint16_t port = 0;
+};
+
+/// One group of lent addresses, shown to the user as one location.
+struct Group {
+    std::string countryCode; ///< two upper-case letters
+    std::string country;     ///< the country's name
+    std::string locationCode;
+    std::string city;
+    std::string label; ///< title in the location list; "country city" unless the file says otherwise
+    bool full = false;
+    std::vector<Ipv4Address> addresses;
+};
+
+/// The country told to callers from one network.
+struct HomeNetwork {
+    Ipv4Network network;
+    std::string countryCode;
+};
+
+/// One announced request of the strict mode; see AnnouncedRequests.
+struct Announcement {
+    std::string target;  ///< exact target, unless `pattern` is set
+    std::string pattern; ///< POSIX extended expression over the whole target
+    unsigned count = 1;  ///< how many requests it covers; 0 for any number
+};
+
+struct Limits {
+    unsigned connections = 512;
+    std::chrono::seconds handshake{10};
+    std::chrono::seconds request{15}; ///< for one whole request, the idle wait before it included
+    unsigned headerBytes = 16384;
+};
+
+enum class Protocol { Udp, Tcp };
+
+/// "udp" or "tcp", as used in file names and log lines.
+std::string protocolName(Protocol protocol);
+
+/// One OpenVPN server.
+struct VpnServer {
+    Protocol protocol = Protocol::Udp;
+    std::uint16_t port = 0;
+    Ipv4Network network; ///< the tunnel network
+    std::string device;  ///< interface name on the gateway
+};
+
+struct Vpn {
+    std::string ca;
+    std::string certificate;
+    std::string key;
+    std::string certificateName; ///< checked by the client when not empty
+    std::optional<VpnServer> udp;
+    std::optional<VpnServer> tcp;
+    std::vector<Ipv4Address> dns;
+    bool blockIpv6 = true;
+    std::chrono::seconds ping{10};
+    std::chrono::seconds pingExit{60};
+
+    [[nodiscard]] const std::optional<VpnServer> &server(Protocol protocol) const {
+        return protocol == Protocol::Udp ? udp : tcp;
+    }
+};
+
+/// How the service reaches its gateway. Without one no OpenVPN server is run.
+struct Gateway {
+    std::vector<std::string> command; ///< put before every command; may be empty
+    std::string openvpn = "/usr/sbin/openvpn";
+    std::string nft = "/usr/sbin/nft";
+    bool createTables = true;
+    std::string table = "quorvane";
+    std::string map = "lent";
+    std::string set = "allowed";
+    std::string wanInterface; ///< empty: whatever interface the packet leaves by
+};
+
+struct Config {
+    std::vector<ListenAddress> listen;
+    std::string tlsCertificate;
+    std::string tlsKey;
+    std::vector<Group> groups;
+    std::vector<HomeNetwork> homes;
+    std::chrono::seconds credentialLifetime{86400};
+    std::chrono::seconds grantLifetime{60};
+    std::string requestLog;
+    std::string runtimeFolder;
+    bool strict = false;
+    std::vector<Announcement> announced;
+    Limits limits;
+    Vpn vpn;
+    std::optional<Gateway> gateway;
+
+    /// The group that lends the address, or null.
+    [[nodiscard]] const Group *groupOf(Ipv4Address address) const;
+    /// Country code told to a caller: its home network's, the lending group's, else "XX".
+    [[nodiscard]] std::string countryOf(std::string_view peer) const;
+};
+
+/// Reads the configuration text. The message of a failure names the key, as in "groups[2].city: ...".
+Result<Config> parseConfig(std::string_view json);
+
+/// Reads the configuration file and checks besides that the files it names can be read.
+Result<Config> loadConfig(const std::string &path);
+
+} // namespace quorvane::service

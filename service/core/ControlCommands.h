@@ -1,0 +1,36 @@
+#pragma once
+
+#include "AnnouncedRequests.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace quorvane::service {
+
+/// How one OpenVPN server is.
+struct ServerStatus {
+    std::string name;
+    bool running = false;
+    bool ready = false;
+    std::size_t clients = 0;
+};
+
+/// Understands the lines of the control socket.
+class ControlCommands {
+public:
+    using Status = std::function<std::vector<ServerStatus>()>;
+
+    /// `announced` is not owned.
+    ControlCommands(AnnouncedRequests &announced, Status status);
+
+    /// One JSON object in, one JSON object out, both without a line feed. Never fails: what is not
+    /// understood is answered with an error.
+    std::string answer(std::string_view line);
+
+private:
+    AnnouncedRequests &m_announced;
+    Status m_status;
+};
+
+} // namespace quorvane::service

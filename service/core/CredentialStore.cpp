@@ -1,0 +1,124 @@
+#include "CredentialStore.h"
+
+#include <array>
+#include <stdexcept>
+#include <sys/random.h>
+#include <utility>
+
+namespace quorvane::service {
+
+namespace {
+
+constexpr std::string_view Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+constexpr std::size_t UserLength = 20;
+constexpr std::size_t PasswordLength = 32;
+
+/// Compares in a time that depends on the lengths alone.
+bool sameSecret(std::string_view left, std::string_view right) {
+    if (left.size() != right.size()) {
+        return false;
+    }
+    unsigned difference = 0;
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        difference |= static_cast<unsigned char>(left[i]) ^ static_cast<unsigned char>(right[i]);
+    }
+    return difference == 0;
+}
+
+} // namespace
+
+std::string systemRandomText(std::size_t length) {
+    // Bytes from 248 on are thrown away: 248 is the last multiple of 62, so every character is as likely.
+    constexpr unsigned Fair = 256 / Alphabet.size() * Alphabet.size();
+    std::string text;
+    while (text.size() < length) {
+        std::array<unsigned char, 64> bytes{};
+        if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+            throw std::runtime_error("the system gives no random bytes");
+        }
+        for (const unsigned char byte : bytes) {
+            if (byte < Fair && text.size() < length) {
+                text += Alphabet[byte % Alphabet.size()];
+            }
+        }
+    }
+    return text;
+}
+
+CredentialStore::CredentialStore(std::chrono::seconds lifetime, std::chrono::seconds grantLifetime,
+                                 Clock clock, RandomText random, std::size_t most)
+    : m_lifetime(lifetime), m_grantLifetime(grantLifetime), m_clock(std::move(clock)),
+      m_random(std::move(random)), m_most(most) {}
+
+Credentials CredentialStore::issue() {
+    dropExpired();
+    while (!m_byAge.empty() && m_byAge.size() >= m_most) {
+        dropOldest();
+    }
+    Credentials fresh{m_random(UserLength), m_random(PasswordLength)};
+    while (m_users.contains(fresh.user)) {
+        fresh.user = m_random(UserLength);
+    }
+    m_users.emplace(fresh.user, User{fresh.password, std::nullopt});
+    m_byAge.push_back({fresh.user, m_clock() + m_lifetime});
+    return fresh;
+}
+
+bool CredentialStore::knows(const std::string &user) {
+    dropExpired();
+    return m_users.contains(user);
+}
+
+bool CredentialStore::grant(const std::string &user, Ipv4Address address) {
+    dropExpired();
+    const auto found = m_users.find(user);
+    if (found == m_users.end()) {
+        return false;
+    }
+    found->second.grant = Grant{address, m_clock() + m_grantLifetime};
+    return true;
+}
+
+CredentialStore::Login CredentialStore::login(const std::string &user, std::string_view password) {
+    dropExpired();
+    const auto found = m_users.find(user);
+    if (found == m_users.end()) {
+        return {Refusal::UnknownUser, {}};
+    }
+    if (!sameSecret(found->second.password, password)) {
+        return {Refusal::WrongPassword, {}};
+    }
+    const std::optional<Grant> grant = std::exchange(found->second.grant, std::nullopt);
+    if (!grant || grant->end <= m_clock()) {
+        return {Refusal::NotGranted, {}};
+    }
+    return {Refusal::None, grant->address};
+}
+
+void CredentialStore::dropExpired() {
+    const auto now = m_clock();
+    while (!m_byAge.empty() && m_byAge.front().end <= now) {
+        dropOldest();
+    }
+}
+
+void CredentialStore::dropOldest() {
+    m_users.erase(m_byAge.front().user);
+    m_byAge.pop_front();
+}
+
+std::string_view refusalName(CredentialStore::Refusal refusal) {
+    switch (refusal) {
+    case CredentialStore::Refusal::None:
+        return "accepted";
+    case CredentialStore::Refusal::UnknownUser:
+        return "unknown or expired user";
+    case CredentialStore::Refusal::WrongPassword:
+        return "wrong password";
+    case CredentialStore::Refusal::NotGranted:
+        return "no fresh grant";
+    }
+    return "";
+}
+
+} // namespace quorvane::service

@@ -1,0 +1,98 @@
+#include "VpnConfiguration.h"
+
+namespace quorvane::service {
+
+namespace {
+
+constexpr std::string_view Begin = "-----BEGIN CERTIFICATE-----";
+constexpr std::string_view End = "-----END CERTIFICATE-----";
+
+/// An address inside the tunnel that exists only so that IPv6 has a route there, where it is answered
+/// with "unreachable" instead of leaving beside the tunnel.
+constexpr std::string_view BlockIpv6 = "redirect-gateway def1 ipv6\n"
+                                       "ifconfig-ipv6 fd71:7276:6e00::2/64 fd71:7276:6e00::1\n"
+                                       "block-ipv6\n";
+
+constexpr std::string_view Ciphers = "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
+                                     "tls-version-min 1.2\n";
+
+} // namespace
+
+std::string pemCertificates(std::string_view pem) {
+    std::string blocks;
+    for (auto begin = pem.find(Begin); begin != std::string_view::npos; begin = pem.find(Begin, begin)) {
+        const auto end = pem.find(End, begin);
+        if (end == std::string_view::npos) {
+            break;
+        }
+        for (const char character : pem.substr(begin, end + End.size() - begin)) {
+            if (character != '\r') {
+                blocks += character;
+            }
+        }
+        blocks += '\n';
+        begin = end + End.size();
+    }
+    return blocks;
+}
+
+std::string clientConfiguration(const Vpn &vpn, const VpnServer &server, Ipv4Address remote,
+                                std::string_view caPem) {
+    const bool udp = server.protocol == Protocol::Udp;
+    std::string text = "client\n"
+                       "dev tun\n";
+    text += udp ? "proto udp\n" : "proto tcp-client\n";
+    text += "remote " + remote.text() + ' ' + std::to_string(server.port) + '\n';
+    text += "nobind\n"
+            "auth-user-pass\n"
+            "auth-nocache\n"
+            "remote-cert-tls server\n";
+    if (!vpn.certificateName.empty()) {
+        text += "verify-x509-name \"" + vpn.certificateName + "\" name\n";
+    }
+    text += Ciphers;
+    text += "resolv-retry 0\n"
+            "connect-retry-max 1\n"
+            "connect-timeout 5\n"
+            "hand-window 5\n";
+    if (udp) {
+        text += "explicit-exit-notify 1\n";
+    }
+    text += vpn.blockIpv6 ? BlockIpv6 : std::string_view("redirect-gateway def1\n");
+    text += "verb 3\n"
+            "<ca>\n";
+    return text + pemCertificates(caPem) + "</ca>\n";
+}
+
+std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
+                                const std::string &managementSocket) {
+    const bool udp = server.protocol == Protocol::Udp;
+    // A server that owns many addresses must answer from the one it was asked on.
+    std::string text =
+        udp ? "proto udp\nmultihome\nexplicit-exit-notify 1\n" : "proto tcp-server\ntcp-nodelay\n";
+    text += "port " + std::to_string(server.port) + '\n';
+    text += "dev " + server.device + "\ndev-type tun\ntopology subnet\n";
+    text += "server " + server.network.base.text() + ' ' + server.network.mask().text() + " nopool\n";
+    text += "ca \"" + vpn.ca + "\"\ncert \"" + vpn.certificate + "\"\nkey \"" + vpn.key + "\"\ndh none\n";
+    text += "verify-client-cert none\n"
+            "username-as-common-name\n"
+            "duplicate-cn\n"
+            "persist-key\n";
+    text += Ciphers;
+    text += "management \"" + managementSocket + "\" unix\n";
+    text += "management-client\n"
+            "management-client-auth\n"
+            "management-hold\n";
+    // Written out instead of "keepalive", which would have clients restart where they are to end. Clients
+    // learn it only here: before the tunnel is up their hand-window is what ends them.
+    text += "ping " + std::to_string(vpn.ping.count()) + '\n';
+    text += "ping-restart " + std::to_string(2 * vpn.pingExit.count()) + '\n';
+    text += "push \"ping " + std::to_string(vpn.ping.count()) + "\"\n";
+    text += "push \"ping-exit " + std::to_string(vpn.pingExit.count()) + "\"\n";
+    for (const Ipv4Address dns : vpn.dns) {
+        text += "push \"dhcp-option DNS " + dns.text() + "\"\n";
+    }
+    return text + "verb 3\n";
+}
+
+} // namespace quorvane::service

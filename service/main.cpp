@@ -1,0 +1,55 @@
+#include "core/Config.h"
+#include "net/Service.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <string>
+
+namespace {
+
+constexpr int ExitUsage = 2;
+
+int usage() {
+    std::fputs("usage: quorvane-service --config FILE [--check]\n"
+               "\n"
+               "  --config FILE  the JSON configuration\n"
+               "  --check        read and check the configuration, then exit\n",
+               stderr);
+    return ExitUsage;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    std::string path;
+    bool checkOnly = false;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--config") == 0 && i + 1 < argc) {
+            path = argv[++i];
+        } else if (std::strcmp(argv[i], "--check") == 0) {
+            checkOnly = true;
+        } else {
+            return usage();
+        }
+    }
+    if (path.empty()) {
+        return usage();
+    }
+    const auto config = quorvane::service::loadConfig(path);
+    if (!config) {
+        std::fprintf(stderr, "quorvane-service: %s\n", config.error().c_str());
+        return ExitUsage;
+    }
+    if (checkOnly) {
+        return 0;
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    try {
+        return quorvane::service::runService(config.value());
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "quorvane-service: %s\n", error.what());
+        return 1;
+    }
+}

@@ -1,0 +1,132 @@
+#include <utility>
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/posix/stream_descriptor.hpp>
+
+#include "ChildProcess.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace quorvane::service {
+
+namespace asio = boost::asio;
+
+struct ChildProcess::Watch {
+    Watch(asio::io_context &context, pid_t process, int descriptor, Ended callback)
+        : pid(process), handle(context, descriptor), ended(std::move(callback)) {}
+
+    pid_t pid; ///< 0 once it was waited for: the number may then be another program's
+    asio::posix::stream_descriptor handle;
+    Ended ended;
+};
+
+namespace {
+
+/// The attributes of a spawn, freed at the end of the scope.
+class SpawnSettings {
+public:
+    SpawnSettings(int input, int output) {
+        posix_spawn_file_actions_init(&m_actions);
+        if (input >= 0) {
+            posix_spawn_file_actions_adddup2(&m_actions, input, STDIN_FILENO);
+        } else {
+            posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", 0, 0);
+        }
+        posix_spawn_file_actions_adddup2(&m_actions, output, STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&m_actions, output, STDERR_FILENO);
+        // An inherited listener would outlive a killed service and keep its port taken.
+        posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
+        posix_spawnattr_init(&m_attributes);
+        sigset_t none;
+        sigemptyset(&none);
+        sigset_t usual;
+        sigemptyset(&usual);
+        sigaddset(&usual, SIGPIPE);
+        posix_spawnattr_setsigmask(&m_attributes, &none);
+        posix_spawnattr_setsigdefault(&m_attributes, &usual);
+        posix_spawnattr_setpgroup(&m_attributes, 0);
+        posix_spawnattr_setflags(&m_attributes,
+                                 POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    }
+
+    ~SpawnSettings() {
+        posix_spawn_file_actions_destroy(&m_actions);
+        posix_spawnattr_destroy(&m_attributes);
+    }
+
+    SpawnSettings(const SpawnSettings &) = delete;
+    SpawnSettings &operator=(const SpawnSettings &) = delete;
+
+    int spawn(const std::vector<std::string> &arguments, pid_t &pid) {
+        std::vector<std::string> words = arguments;
+        std::vector<char *> argv;
+        for (std::string &word : words) {
+            argv.push_back(word.data());
+        }
+        argv.push_back(nullptr);
+        std::string path = "PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin";
+        std::string locale = "LC_ALL=C";
+        char *environment[] = {path.data(), locale.data(), nullptr};
+        return posix_spawnp(&pid, argv[0], &m_actions, &m_attributes, argv.data(), environment);
+    }
+
+private:
+    posix_spawn_file_actions_t m_actions{};
+    posix_spawnattr_t m_attributes{};
+};
+
+int exitStatusOf(pid_t pid) {
+    int status = 0;
+    if (waitpid(pid, &status, 0) != pid) {
+        return -1;
+    }
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+} // namespace
+
+Result<std::unique_ptr<ChildProcess>> ChildProcess::start(asio::io_context &context,
+                                                          const std::vector<std::string> &arguments,
+                                                          int input, int output, Ended ended) {
+    pid_t pid = 0;
+    const int error = SpawnSettings(input, output).spawn(arguments, pid);
+    if (error != 0) {
+        return Failure{"cannot start " + arguments.front() + ": " + std::strerror(error)};
+    }
+    const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
+    if (descriptor < 0) {
+        const int reason = errno;
+        kill(-pid, SIGKILL);
+        exitStatusOf(pid);
+        return Failure{"cannot watch " + arguments.front() + ": " + std::strerror(reason)};
+    }
+    auto watch = std::make_shared<Watch>(context, pid, descriptor, std::move(ended));
+    watch->handle.async_wait(asio::posix::stream_descriptor::wait_read,
+                             [watch](const boost::system::error_code &failed) {
+                                 if (failed) {
+                                     return;
+                                 }
+                                 const int status = exitStatusOf(std::exchange(watch->pid, 0));
+                                 watch->handle.close();
+                                 watch->ended(status);
+                             });
+    return std::unique_ptr<ChildProcess>(new ChildProcess(std::move(watch)));
+}
+
+ChildProcess::ChildProcess(std::shared_ptr<Watch> watch) : m_watch(std::move(watch)) {}
+
+ChildProcess::~ChildProcess() = default;
+
+void ChildProcess::signal(int number) {
+    if (m_watch->pid > 0) {
+        kill(-m_watch->pid, number);
+    }
+}
+
+} // namespace quorvane::service

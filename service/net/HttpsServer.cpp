@@ -1,0 +1,395 @@
+// The only file that includes Beast and the TLS streams: it takes most of the build's time.
+#include <utility>
+
+#include <boost/asio/ssl.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/beast/core.hpp>
+#include <boost/beast/http.hpp>
+#include <boost/beast/ssl.hpp>
+
+#include "HttpsServer.h"
+
+#include <array>
+#include <ctime>
+#include <list>
+#include <optional>
+
+namespace quorvane::service {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+namespace ssl = boost::asio::ssl;
+using tcp = boost::asio::ip::tcp;
+using boost::system::error_code;
+
+namespace {
+
+/// How long a refused client's leftover is read away, so that the refusal itself reaches it.
+constexpr std::chrono::seconds LingerTime{2};
+constexpr std::size_t LingerBytes = 1 << 20;
+constexpr std::chrono::milliseconds AcceptPause{100};
+
+std::string httpDate() {
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    gmtime_r(&now, &parts);
+    std::array<char, 64> text{};
+    const auto length = std::strftime(text.data(), text.size(), "%a, %d %b %Y %H:%M:%S GMT", &parts);
+    return {text.data(), length};
+}
+
+std::string peerText(const tcp::socket &socket) {
+    error_code error;
+    const auto endpoint = socket.remote_endpoint(error);
+    if (error) {
+        return {};
+    }
+    const auto address = endpoint.address();
+    if (address.is_v6() && address.to_v6().is_v4_mapped()) {
+        return asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6()).to_string();
+    }
+    return address.to_string();
+}
+
+std::string text(beast::string_view view) {
+    return {view.data(), view.size()};
+}
+
+} // namespace
+
+class Connection;
+
+struct HttpsServer::Shared {
+    Shared(asio::io_context &io, const Config &configuration, Handler handle, TrafficSink &traffic)
+        : context(io), config(configuration), handler(std::move(handle)), sink(traffic) {}
+
+    asio::io_context &context;
+    const Config &config;
+    Handler handler;
+    TrafficSink &sink;
+    ssl::context tls{ssl::context::tls_server};
+    std::list<std::weak_ptr<Connection>> connections;
+};
+
+/// One client from its TLS handshake to its end. Keeps itself alive through the operations under way.
+class Connection : public std::enable_shared_from_this<Connection> {
+public:
+    Connection(tcp::socket socket, ssl::context &tls, const Limits &limits,
+               const HttpsServer::Handler &handler, TrafficSink &sink)
+        : m_stream(std::move(socket), tls), m_limits(limits), m_handler(handler), m_sink(sink),
+          m_peer(peerText(beast::get_lowest_layer(m_stream).socket())) {}
+
+    void start() {
+        expireAfter(m_limits.handshake);
+        m_stream.async_handshake(ssl::stream_base::server,
+                                 [self = shared_from_this()](error_code error) { self->onHandshake(error); });
+    }
+
+    void close() {
+        error_code ignored;
+        beast::get_lowest_layer(m_stream).socket().close(ignored);
+    }
+
+private:
+    using Parser = http::request_parser<http::empty_body>;
+
+    void expireAfter(std::chrono::seconds time) { beast::get_lowest_layer(m_stream).expires_after(time); }
+
+    void report(const char *event, const error_code &error) {
+        Traffic traffic;
+        traffic.event = error == beast::error::timeout ? "timeout" : event;
+        traffic.peer = m_peer;
+        traffic.detail = error.message();
+        m_sink.record(traffic);
+    }
+
+    void onHandshake(error_code error) {
+        if (error) {
+            report("handshake_failed", error);
+            return;
+        }
+        readRequest();
+    }
+
+    void readRequest() {
+        m_parser.emplace();
+        m_parser->header_limit(m_limits.headerBytes);
+        expireAfter(m_limits.request);
+        http::async_read_header(
+            m_stream, m_buffer, *m_parser,
+            [self = shared_from_this()](error_code error, std::size_t) { self->onHeader(error); });
+    }
+
+    void onHeader(error_code error) {
+        if (!error) {
+            answerRequest();
+            return;
+        }
+        const bool betweenRequests = m_parser->get().target().empty() && m_buffer.size() == 0;
+        if (error == http::error::end_of_stream || error == ssl::error::stream_truncated ||
+            error == asio::error::connection_reset || error == asio::error::operation_aborted) {
+            finish();
+        } else if (error == beast::error::timeout) {
+            if (!betweenRequests || m_answered == 0) {
+                report("timeout", error);
+            }
+        } else {
+            refuse(error);
+        }
+    }
+
+    /// Answers something that is no request this listener can read, then ends the connection.
+    void refuse(const error_code &error) {
+        HttpResponse response{400, "text/plain; charset=utf-8", "Bad Request\n", {}};
+        if (error == http::error::header_limit || error == http::error::buffer_overflow) {
+            const bool targetRead = !m_parser->get().target().empty();
+            response.status = targetRead ? 431 : 414;
+            response.body = targetRead ? "Request Header Fields Too Large\n" : "URI Too Long\n";
+        }
+        Traffic traffic = describe(response);
+        traffic.event = "bad_request";
+        traffic.detail = error.message();
+        m_sink.record(traffic);
+        send(response, false);
+    }
+
+    [[nodiscard]] Traffic describe(const HttpResponse &response) const {
+        const auto &request = m_parser->get();
+        Traffic traffic;
+        traffic.peer = m_peer;
+        traffic.host = text(request[http::field::host]);
+        traffic.method = text(request.method_string());
+        traffic.target = text(request.target());
+        traffic.status = response.status;
+        traffic.bytes = response.body.size();
+        return traffic;
+    }
+
+    void answerRequest() {
+        const auto &request = m_parser->get();
+        const bool hasBody = m_parser->chunked() || m_parser->content_length().value_or(0) > 0;
+        const bool hostMissing = request.version() >= 11 && request.count(http::field::host) != 1;
+        HttpResponse response;
+        if (hostMissing || (hasBody && request.method() == http::verb::get)) {
+            response = {400, "text/plain; charset=utf-8", "Bad Request\n", {}};
+        } else {
+            response = m_handler({m_peer, text(request.method_string()), text(request.target()),
+                                  text(request[http::field::host]), text(request[http::field::accept])});
+        }
+        m_sink.record(describe(response));
+        // A body is never read, so whatever follows it cannot be told from a next request.
+        const bool goOn =
+            request.version() >= 11 && request.keep_alive() && !hasBody && response.status != 400;
+        send(response, goOn);
+    }
+
+    void send(const HttpResponse &answer, bool keepAlive) {
+        m_response.emplace(static_cast<http::status>(answer.status), 11U);
+        m_response->set(http::field::server, "quorvane-service");
+        m_response->set(http::field::date, httpDate());
+        m_response->set(http::field::content_type, answer.contentType);
+        m_response->set(http::field::cache_control, "no-store");
+        m_response->set("X-Content-Type-Options", "nosniff");
+        if (!answer.allow.empty()) {
+            m_response->set(http::field::allow, answer.allow);
+        }
+        m_response->keep_alive(keepAlive);
+        m_response->body() = answer.body;
+        m_response->prepare_payload();
+        if (m_parser->get().method() == http::verb::head) {
+            m_response->body().clear(); // the length stays, the body must not be sent
+        }
+        ++m_answered;
+        expireAfter(m_limits.request);
+        http::async_write(m_stream, *m_response,
+                          [self = shared_from_this(), keepAlive](error_code error, std::size_t) {
+                              if (error) {
+                                  self->close();
+                              } else if (keepAlive) {
+                                  self->readRequest();
+                              } else {
+                                  self->finish();
+                              }
+                          });
+    }
+
+    /// Says goodbye in TLS and TCP, then reads away what is still on its way: closing with unread bytes
+    /// would reset the connection and could take the answer with it.
+    void finish() {
+        expireAfter(LingerTime);
+        m_stream.async_shutdown([self = shared_from_this()](error_code) {
+            error_code ignored;
+            auto &lowest = beast::get_lowest_layer(self->m_stream);
+            lowest.socket().shutdown(tcp::socket::shutdown_send, ignored);
+            lowest.expires_after(LingerTime);
+            self->discard();
+        });
+    }
+
+    void discard() {
+        beast::get_lowest_layer(m_stream).async_read_some(
+            asio::buffer(m_leftover), [self = shared_from_this()](error_code error, std::size_t bytes) {
+                self->m_discarded += bytes;
+                if (error || self->m_discarded > LingerBytes) {
+                    self->close();
+                } else {
+                    self->discard();
+                }
+            });
+    }
+
+    beast::ssl_stream<beast::tcp_stream> m_stream;
+    const Limits &m_limits;
+    const HttpsServer::Handler &m_handler;
+    TrafficSink &m_sink;
+    std::string m_peer;
+    beast::flat_buffer m_buffer;
+    std::optional<Parser> m_parser;
+    std::optional<http::response<http::string_body>> m_response;
+    std::size_t m_answered = 0;
+    std::size_t m_discarded = 0;
+    std::array<char, 16384> m_leftover{};
+};
+
+class HttpsServer::Listener : public std::enable_shared_from_this<HttpsServer::Listener> {
+public:
+    explicit Listener(Shared &shared)
+        : m_shared(shared), m_acceptor(shared.context), m_pause(shared.context) {}
+
+    error_code bind(const ListenAddress &address) {
+        error_code error;
+        const auto numeric = asio::ip::make_address(address.address, error);
+        const tcp::endpoint endpoint(numeric, address.port);
+        if (!error) {
+            m_acceptor.open(endpoint.protocol(), error);
+        }
+        if (!error) {
+            m_acceptor.set_option(asio::socket_base::reuse_address(true), error);
+        }
+        if (!error) {
+            m_acceptor.bind(endpoint, error);
+        }
+        if (!error) {
+            m_acceptor.listen(asio::socket_base::max_listen_connections, error);
+        }
+        return error;
+    }
+
+    void accept() {
+        m_acceptor.async_accept([self = shared_from_this()](error_code error, tcp::socket socket) {
+            self->onAccept(error, std::move(socket));
+        });
+    }
+
+    void stop() {
+        error_code ignored;
+        m_acceptor.close(ignored);
+        m_pause.cancel();
+    }
+
+    [[nodiscard]] std::string bound() const {
+        error_code error;
+        const auto endpoint = m_acceptor.local_endpoint(error);
+        return error ? std::string() : endpoint.address().to_string() + ' ' + std::to_string(endpoint.port());
+    }
+
+private:
+    void onAccept(error_code error, tcp::socket socket) {
+        if (!m_acceptor.is_open()) {
+            return;
+        }
+        if (error) {
+            // Most likely out of file descriptors: trying again at once would only spin.
+            m_pause.expires_after(AcceptPause);
+            m_pause.async_wait([self = shared_from_this()](error_code cancelled) {
+                if (!cancelled && self->m_acceptor.is_open()) {
+                    self->accept();
+                }
+            });
+            return;
+        }
+        serve(std::move(socket));
+        accept();
+    }
+
+    void serve(tcp::socket socket) {
+        auto &connections = m_shared.connections;
+        connections.remove_if([](const auto &connection) { return connection.expired(); });
+        if (connections.size() >= m_shared.config.limits.connections) {
+            Traffic traffic;
+            traffic.event = "refused";
+            traffic.peer = peerText(socket);
+            traffic.detail = "too many connections";
+            m_shared.sink.record(traffic);
+            return;
+        }
+        error_code ignored;
+        socket.set_option(tcp::no_delay(true), ignored);
+        const auto connection = std::make_shared<Connection>(
+            std::move(socket), m_shared.tls, m_shared.config.limits, m_shared.handler, m_shared.sink);
+        connections.push_back(connection);
+        connection->start();
+    }
+
+    Shared &m_shared;
+    tcp::acceptor m_acceptor;
+    asio::steady_timer m_pause;
+};
+
+HttpsServer::HttpsServer(asio::io_context &context, const Config &config, Handler handler, TrafficSink &sink)
+    : m_shared(std::make_unique<Shared>(context, config, std::move(handler), sink)) {}
+
+HttpsServer::~HttpsServer() {
+    stop();
+}
+
+Result<bool> HttpsServer::start() {
+    error_code error;
+    auto &tls = m_shared->tls;
+    const Config &config = m_shared->config;
+    SSL_CTX_set_min_proto_version(tls.native_handle(), TLS1_2_VERSION);
+    tls.use_certificate_chain_file(config.tlsCertificate, error);
+    if (error) {
+        return Failure{"tls.certificate: " + config.tlsCertificate + ": " + error.message()};
+    }
+    tls.use_private_key_file(config.tlsKey, ssl::context::pem, error);
+    if (error) {
+        return Failure{"tls.key: " + config.tlsKey + ": " + error.message()};
+    }
+    if (SSL_CTX_check_private_key(tls.native_handle()) != 1) {
+        return Failure{"tls.key: does not belong to the certificate"};
+    }
+    for (const ListenAddress &address : config.listen) {
+        const auto listener = std::make_shared<Listener>(*m_shared);
+        error = listener->bind(address);
+        if (error) {
+            return Failure{"listen: " + address.address + " port " + std::to_string(address.port) + ": " +
+                           error.message()};
+        }
+        m_listeners.push_back(listener);
+        listener->accept();
+    }
+    return true;
+}
+
+void HttpsServer::stop() {
+    for (const auto &listener : m_listeners) {
+        listener->stop();
+    }
+    for (const auto &weak : m_shared->connections) {
+        if (const auto connection = weak.lock()) {
+            connection->close();
+        }
+    }
+}
+
+std::vector<std::string> HttpsServer::bound() const {
+    std::vector<std::string> addresses;
+    for (const auto &listener : m_listeners) {
+        addresses.push_back(listener->bound());
+    }
+    return addresses;
+}
+
+} // namespace quorvane::service

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "core/Api.h"
+#include "core/Config.h"
+#include "core/RequestLog.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace boost::asio {
+class io_context;
+}
+
+namespace quorvane::service {
+
+/// The HTTPS listener. Everything runs on the one thread of the io_context; no client has a thread of its
+/// own and every step of a connection has a deadline, so stalled clients cost memory only, and that is
+/// bounded by the connection limit.
+class HttpsServer {
+public:
+    using Handler = std::function<HttpResponse(const HttpRequest &)>;
+
+    /// None of the references is owned; all must outlive the server.
+    HttpsServer(boost::asio::io_context &context, const Config &config, Handler handler, TrafficSink &sink);
+    ~HttpsServer();
+    HttpsServer(const HttpsServer &) = delete;
+    HttpsServer &operator=(const HttpsServer &) = delete;
+
+    /// Loads the certificate and binds all addresses.
+    Result<bool> start();
+    /// Stops accepting and closes every connection.
+    void stop();
+
+    /// "address port" of every bound address, with the port that the system chose.
+    [[nodiscard]] std::vector<std::string> bound() const;
+
+private:
+    class Listener;
+    struct Shared;
+
+    std::unique_ptr<Shared> m_shared;
+    std::vector<std::shared_ptr<Listener>> m_listeners;
+};
+
+} // namespace quorvane::service

@@ -1,0 +1,237 @@
+#include <utility>
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/signal_set.hpp>
+
+#include "Service.h"
+
+#include "HttpsServer.h"
+#include "LineServer.h"
+#include "Note.h"
+#include "VpnGateway.h"
+#include "core/AnnouncedRequests.h"
+#include "core/Api.h"
+#include "core/ControlCommands.h"
+#include "core/CredentialStore.h"
+#include "core/RequestLog.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quorvane::service {
+
+namespace {
+
+namespace asio = boost::asio;
+
+std::string readFile(const std::string &path) {
+    std::ifstream file(path);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+Result<bool> prepareRuntimeFolder(const std::string &folder) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error || chmod(folder.c_str(), 0700) != 0) {
+        return Failure{"runtime_folder: cannot use " + folder + ": " +
+                       (error ? error.message() : std::strerror(errno))};
+    }
+    return true;
+}
+
+/// Keeps a second service out of the runtime folder, whose sockets it would steal. The lock goes with the
+/// process, however that ends.
+class FolderLock {
+public:
+    FolderLock() = default;
+
+    ~FolderLock() {
+        if (m_file >= 0) {
+            close(m_file);
+        }
+    }
+
+    FolderLock(const FolderLock &) = delete;
+    FolderLock &operator=(const FolderLock &) = delete;
+
+    Result<bool> take(const std::string &path) {
+        m_file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        if (m_file < 0) {
+            return Failure{"runtime_folder: cannot open " + path + ": " + std::strerror(errno)};
+        }
+        if (flock(m_file, LOCK_EX | LOCK_NB) != 0) {
+            return Failure{"runtime_folder: another service uses it"};
+        }
+        return true;
+    }
+
+private:
+    int m_file = -1;
+};
+
+/// One connection of the control socket.
+class ControlClient : public LineServer::Client {
+public:
+    ControlClient(ControlCommands &commands, LineServer::Send send)
+        : m_commands(commands), m_send(std::move(send)) {}
+
+    bool received(std::string_view bytes) override {
+        m_rest += bytes;
+        for (auto end = m_rest.find('\n'); end != std::string::npos; end = m_rest.find('\n')) {
+            m_send(m_commands.answer(std::string_view(m_rest).substr(0, end)) + '\n');
+            m_rest.erase(0, end + 1);
+        }
+        return m_rest.size() <= LongestCommand;
+    }
+
+private:
+    static constexpr std::size_t LongestCommand = 1 << 20;
+
+    ControlCommands &m_commands;
+    LineServer::Send m_send;
+    std::string m_rest;
+};
+
+/// Everything that runs, put together. Members are destroyed from the last to the first.
+class Service {
+public:
+    explicit Service(const Config &config)
+        : m_config(config), m_credentials(config.credentialLifetime, config.grantLifetime,
+                                          &std::chrono::steady_clock::now, systemRandomText),
+          m_api(config, readFile(config.vpn.ca), m_credentials),
+          m_log(config.strict ? &m_announced : nullptr, &std::chrono::system_clock::now),
+          m_https(
+              m_context, config, [this](const HttpRequest &request) { return m_api.answer(request); }, m_log),
+          m_commands(m_announced, [this] { return m_gateway ? m_gateway->status() : Statuses(); }),
+          m_control(m_context,
+                    [this](LineServer::Send send) {
+                        return std::make_unique<ControlClient>(m_commands, std::move(send));
+                    }),
+          m_signals(m_context, SIGTERM, SIGINT) {
+        if (config.gateway) {
+            m_gateway = std::make_unique<VpnGateway>(m_context, config, m_credentials);
+        }
+    }
+
+    Result<bool> start() {
+        if (auto folder = prepareRuntimeFolder(m_config.runtimeFolder); !folder) {
+            return folder;
+        }
+        if (auto locked = m_lock.take(m_config.runtimeFolder + "/lock"); !locked) {
+            return locked;
+        }
+        if (auto opened = m_log.open(m_config.requestLog); !opened) {
+            return opened;
+        }
+        for (const Announcement &announcement : m_config.announced) {
+            if (auto announced = m_announced.announce(announcement); !announced) {
+                return announced;
+            }
+        }
+        if (auto listening = m_https.start(); !listening) {
+            return listening;
+        }
+        if (auto bound = m_control.start(m_config.runtimeFolder + "/control.sock"); !bound) {
+            return bound;
+        }
+        m_signals.async_wait([this](boost::system::error_code error, int) {
+            if (!error) {
+                stop();
+            }
+        });
+        auto written = writeAddresses();
+        if (written && m_gateway) {
+            m_gateway->start([this](const std::string &reason) {
+                note(reason);
+                m_failed = true;
+                stop();
+            });
+        }
+        return written;
+    }
+
+    void run() { m_context.run(); }
+
+    /// Tells on standard error what was not expected.
+    [[nodiscard]] int exitStatus() const {
+        for (const std::string &target : m_announced.unexpected()) {
+            std::fprintf(stderr, "quorvane-service: unexpected request: %s\n", jsonText(target).c_str());
+        }
+        if (m_failed) {
+            return ExitFailed;
+        }
+        return m_announced.unexpected().empty() ? ExitClean : ExitUnexpectedRequests;
+    }
+
+private:
+    /// One line "address port" per listener; the file appears only when all of them are bound.
+    Result<bool> writeAddresses() {
+        const std::string path = m_config.runtimeFolder + "/listening";
+        std::ofstream file(path + ".new", std::ios::trunc);
+        for (const std::string &address : m_https.bound()) {
+            file << address << '\n';
+        }
+        file.close();
+        std::error_code error;
+        std::filesystem::rename(path + ".new", path, error);
+        if (!file || error) {
+            return Failure{"runtime_folder: cannot write " + path};
+        }
+        return true;
+    }
+
+    void stop() {
+        if (std::exchange(m_stopping, true)) {
+            return;
+        }
+        m_signals.cancel();
+        std::error_code ignored;
+        std::filesystem::remove(m_config.runtimeFolder + "/listening", ignored);
+        m_https.stop();
+        m_control.stop();
+        if (m_gateway) {
+            m_gateway->stop([] {});
+        }
+    }
+
+    using Statuses = std::vector<ServerStatus>;
+
+    const Config &m_config;
+    FolderLock m_lock;
+    asio::io_context m_context{1};
+    CredentialStore m_credentials;
+    Api m_api;
+    AnnouncedRequests m_announced;
+    RequestLog m_log;
+    HttpsServer m_https;
+    std::unique_ptr<VpnGateway> m_gateway; ///< null without a gateway
+    ControlCommands m_commands;
+    LineServer m_control;
+    asio::signal_set m_signals;
+    bool m_stopping = false;
+    bool m_failed = false;
+};
+
+} // namespace
+
+int runService(const Config &config) {
+    Service service(config);
+    if (const auto started = service.start(); !started) {
+        std::fprintf(stderr, "quorvane-service: %s\n", started.error().c_str());
+        return ExitFailed;
+    }
+    service.run();
+    return service.exitStatus();
+}
+
+} // namespace quorvane::service

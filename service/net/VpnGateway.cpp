@@ -1,0 +1,115 @@
+#include <utility>
+
+#include "VpnGateway.h"
+
+#include "Note.h"
+#include "core/RequestLog.h"
+
+#include <filesystem>
+
+namespace quorvane::service {
+
+namespace {
+
+std::vector<std::string> nftCommand(const Gateway &gateway) {
+    std::vector<std::string> command = gateway.command;
+    command.insert(command.end(), {gateway.nft, "-f", "-"});
+    return command;
+}
+
+} // namespace
+
+VpnGateway::VpnGateway(boost::asio::io_context &context, const Config &config, CredentialStore &credentials)
+    : m_context(context), m_config(config), m_credentials(credentials), m_rules(*config.gateway, config.vpn),
+      m_nft(context, nftCommand(*config.gateway)) {}
+
+VpnGateway::~VpnGateway() = default;
+
+void VpnGateway::start(std::function<void(const std::string &)> failed) {
+    m_failed = std::move(failed);
+    m_nft.run(m_rules.setup(), [this](bool worked, const std::string &error) {
+        if (m_stopped) {
+            return;
+        }
+        if (!worked) {
+            m_failed("gateway: the tables cannot be set up: " + error);
+        } else if (const auto started = startServers(); !started) {
+            m_failed(started.error());
+        }
+    });
+}
+
+Result<bool> VpnGateway::startServers() {
+    const std::string link = m_config.runtimeFolder + "/vpnsrv";
+    std::error_code error;
+    std::filesystem::remove(link, error);
+    std::filesystem::create_symlink(m_config.gateway->openvpn, link, error);
+    if (error) {
+        return Failure{"runtime_folder: cannot make " + link + ": " + error.message()};
+    }
+    LendingTable &table = *this;
+    for (const auto *server : {&m_config.vpn.udp, &m_config.vpn.tcp}) {
+        if (*server) {
+            m_servers.push_back(
+                std::make_unique<VpnProcess>(m_context, m_config, **server, m_credentials, table));
+        }
+    }
+    for (const auto &server : m_servers) {
+        if (auto started = server->start(); !started) {
+            return started;
+        }
+    }
+    return true;
+}
+
+void VpnGateway::stop(std::function<void()> stopped) {
+    m_stopped = std::move(stopped);
+    m_stopping = m_servers.size() + 1;
+    for (const auto &server : m_servers) {
+        server->stop([this] { serverStopped(); });
+    }
+    serverStopped();
+}
+
+void VpnGateway::serverStopped() {
+    if (--m_stopping > 0) {
+        return;
+    }
+    m_nft.run(m_rules.teardown(), [this](bool worked, const std::string &error) {
+        if (!worked) {
+            note("gateway: the tables cannot be removed: " + jsonText(error));
+        }
+        m_stopped();
+    });
+}
+
+std::vector<ServerStatus> VpnGateway::status() const {
+    std::vector<ServerStatus> states;
+    for (const auto &server : m_servers) {
+        states.push_back(server->status());
+    }
+    if (states.empty()) {
+        states.push_back({"gateway", false, false, 0}); // the tables are not set up yet
+    }
+    return states;
+}
+
+void VpnGateway::lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) {
+    m_nft.run(m_rules.lend(tunnel, lent),
+              [tunnel, done = std::move(done)](bool worked, const std::string &error) {
+                  if (!worked) {
+                      note("gateway: cannot lend to " + tunnel.text() + ": " + jsonText(error));
+                  }
+                  done(worked);
+              });
+}
+
+void VpnGateway::takeBack(Ipv4Address tunnel) {
+    m_nft.run(m_rules.takeBack(tunnel), [tunnel](bool worked, const std::string &error) {
+        if (!worked) {
+            note("gateway: cannot take back from " + tunnel.text() + ": " + jsonText(error));
+        }
+    });
+}
+
+} // namespace quorvane::service

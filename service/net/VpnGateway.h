@@ -1,0 +1,48 @@
+#pragma once
+
+#include "GatewayRunner.h"
+#include "VpnProcess.h"
+#include "core/Config.h"
+#include "core/ControlCommands.h"
+#include "core/GatewayRules.h"
+#include "core/LoginDesk.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace quorvane::service {
+
+/// Everything on the gateway: the tables first, then the OpenVPN servers that depend on them, and both
+/// taken down in the opposite order.
+class VpnGateway : private LendingTable {
+public:
+    /// None of the references is owned; the configuration must have a gateway.
+    VpnGateway(boost::asio::io_context &context, const Config &config, CredentialStore &credentials);
+    ~VpnGateway() override;
+
+    /// `failed` is called, once, when the gateway cannot be prepared.
+    void start(std::function<void(const std::string &reason)> failed);
+    /// `stopped` is called when nothing of ours is left on the gateway.
+    void stop(std::function<void()> stopped);
+
+    [[nodiscard]] std::vector<ServerStatus> status() const;
+
+private:
+    void lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) override;
+    void takeBack(Ipv4Address tunnel) override;
+    Result<bool> startServers();
+    void serverStopped();
+
+    boost::asio::io_context &m_context;
+    const Config &m_config;
+    CredentialStore &m_credentials;
+    GatewayRules m_rules;
+    GatewayRunner m_nft;
+    std::vector<std::unique_ptr<VpnProcess>> m_servers;
+    std::function<void(const std::string &)> m_failed;
+    std::function<void()> m_stopped;
+    std::size_t m_stopping = 0; ///< servers that have not ended yet
+};
+
+} // namespace quorvane::service

@@ -1,0 +1,155 @@
+#include "core/Api.h"
+#include "SampleConfig.h"
+#include "core/VpnConfiguration.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace quorvane::service {
+namespace {
+
+using std::chrono::seconds;
+
+constexpr const char *ParsingError = "ERR: Argument parsing error";
+
+class ApiTest : public testing::Test {
+protected:
+    HttpResponse get(const std::string &target, const std::string &accept = "*/*") {
+        return m_api.answer({"198.51.100.10", "GET", target, "api.quorvane.test", accept});
+    }
+
+    /// Asks for a server list and returns its user.
+    std::string newUser() {
+        const std::string body =
+            get("/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1").body;
+        const auto begin = body.find("VPNUser: ") + 9;
+        return body.substr(begin, body.find("<br />", begin) - begin);
+    }
+
+    static std::string vpnc(const std::string &user, const std::string &address, const std::string &proto) {
+        return "/?cmd=VPNC&ver=1.0&device=1&server=571&desiredip=" + address + "&sessid=" + user +
+               "&&systamp=MacOS,user,mobilebox&uniqueid=A-1&proto=" + proto;
+    }
+
+    Config m_config = test::sampleConfig();
+    std::chrono::steady_clock::time_point m_now;
+    int m_texts = 0;
+    CredentialStore m_credentials{seconds(100), seconds(10), [this] { return m_now; },
+                                  [this](std::size_t) {
+                                      return "text" + std::to_string(++m_texts);
+                                  }};
+    Api m_api{m_config, test::SamplePem, m_credentials};
+};
+
+TEST_F(ApiTest, AServerListIssuesAUser) {
+    const auto response = get("/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1");
+    EXPECT_EQ(response.status, 200);
+    EXPECT_EQ(response.contentType, "text/plain; charset=utf-8");
+    EXPECT_NE(response.body.find("<br />VPNUser: text1<br />VPNPass: text2<br />"), std::string::npos);
+    EXPECT_TRUE(m_credentials.knows("text1"));
+}
+
+TEST_F(ApiTest, AnIncompleteServerListRequestIsNotAccepted) {
+    EXPECT_EQ(get("/?cmd=MRTSL&ver=1.0&device=1&uniqueid=A-1").body,
+              "STATUS: 1<br />ClientIP: 198.51.100.10");
+    EXPECT_EQ(m_credentials.size(), 0U);
+}
+
+TEST_F(ApiTest, ALaterCommandTakesTheRequestOver) {
+    const std::string base = "/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1";
+    EXPECT_EQ(get(base + "&cmd=phs").body, "STATUS: 0<br />ClientIP: 198.51.100.10");
+    EXPECT_EQ(get(base + "&cmd=phsa%2Bb&x=1").body, "STATUS: 0<br />ClientIP: 198.51.100.10");
+    EXPECT_EQ(m_credentials.size(), 0U);
+}
+
+TEST_F(ApiTest, AConfigurationIsGrantedForTheAddress) {
+    const std::string user = newUser();
+    const auto response = get(vpnc(user, "203.0.113.6", "TCP"));
+    EXPECT_EQ(response.status, 200);
+    const std::string text = clientConfiguration(m_config.vpn, *m_config.vpn.tcp,
+                                                 *Ipv4Address::parse("203.0.113.6"), test::SamplePem);
+    EXPECT_EQ(response.body.rfind("VPNConfig: client<br />", 0), 0U);
+    EXPECT_NE(response.body.find("<br />remote 203.0.113.6 443<br />"), std::string::npos);
+    EXPECT_EQ(response.body.find('\n'), std::string::npos);
+    EXPECT_EQ(response.body.size(),
+              11 + text.size() + 5 * std::size_t(std::count(text.begin(), text.end(), '\n')));
+    const auto login = m_credentials.login(user, "text2");
+    EXPECT_EQ(login.refusal, CredentialStore::Refusal::None);
+    EXPECT_EQ(login.address.text(), "203.0.113.6");
+}
+
+TEST_F(ApiTest, TheProtocolsNameIsReadInAnyCase) {
+    const std::string user = newUser();
+    EXPECT_NE(get(vpnc(user, "203.0.113.5", "udp")).body.find("proto udp<br />"), std::string::npos);
+    EXPECT_NE(get(vpnc(user, "203.0.113.5", "Tcp")).body.find("proto tcp-client<br />"), std::string::npos);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "SCTP")).body, ParsingError);
+}
+
+TEST_F(ApiTest, AMissingOrEmptyOrOverlongArgumentIsAParsingError) {
+    const std::string user = newUser();
+    const std::string good = vpnc(user, "203.0.113.5", "UDP");
+    for (const std::string key :
+         {"ver", "device", "server", "desiredip", "sessid", "systamp", "uniqueid", "proto"}) {
+        const auto begin = good.find(key + '=');
+        const auto value = begin + key.size() + 1;
+        const auto end = std::min(good.find('&', value), good.size());
+        EXPECT_EQ(get(good.substr(0, value) + good.substr(end)).body, ParsingError) << key << " empty";
+        EXPECT_EQ(get(good.substr(0, begin) + good.substr(end)).body, ParsingError) << key << " missing";
+        EXPECT_EQ(get(good.substr(0, value) + std::string(300, '1') + good.substr(end)).body, ParsingError)
+            << key;
+    }
+    EXPECT_EQ(m_credentials.login(user, "text2").refusal, CredentialStore::Refusal::NotGranted);
+}
+
+TEST_F(ApiTest, MalformedArgumentsAreAParsingError) {
+    const std::string user = newUser();
+    EXPECT_EQ(get(vpnc(user, "203.0.113", "UDP")).body, ParsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.05", "UDP")).body, ParsingError);
+    EXPECT_EQ(get(vpnc(user, "host.example", "UDP")).body, ParsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5%zz", "UDP")).body, ParsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP") + "&server=x").body, ParsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP") + "&device=-1").body, ParsingError);
+    EXPECT_EQ(get("/?cmd=VPNC").body, ParsingError);
+}
+
+TEST_F(ApiTest, RefusalsOfAWellFormedRequestSayWhy) {
+    const std::string user = newUser();
+    EXPECT_EQ(get(vpnc("nobody", "203.0.113.5", "UDP")).body, "ERR: Unknown or expired session");
+    EXPECT_EQ(get(vpnc(user, "203.0.113.7", "UDP")).body, "ERR: Address not available");
+    m_config.vpn.tcp.reset();
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "TCP")).body, "ERR: Protocol not offered");
+    m_now += seconds(100);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP")).body, "ERR: Unknown or expired session");
+}
+
+TEST_F(ApiTest, TheAddressPageDependsOnWhoAsks) {
+    const auto script = get("/ip");
+    EXPECT_EQ(script.body, "198.51.100.10\n");
+    EXPECT_EQ(script.contentType, "text/plain; charset=utf-8");
+    const auto browser = get("/ip?utm_source=905&uid=A-1", "Text/HTML,application/xhtml+xml;q=0.9");
+    EXPECT_EQ(browser.contentType, "text/html; charset=utf-8");
+    EXPECT_NE(browser.body.find("198.51.100.10"), std::string::npos);
+}
+
+TEST_F(ApiTest, TheRestOfTheSite) {
+    EXPECT_EQ(get("/").status, 200);
+    EXPECT_EQ(get("/?utm_source=905-quorvane-mac&utm_medium=in-app&uid=A-1").contentType,
+              "text/html; charset=utf-8");
+    EXPECT_EQ(get("/nothing").status, 404);
+    EXPECT_EQ(get("//").status, 404);
+    EXPECT_EQ(get("/?cmd=OTHER").status, 400);
+    EXPECT_EQ(get("/?a=%zz").status, 400);
+    EXPECT_EQ(get("*").status, 400);
+}
+
+TEST_F(ApiTest, OnlyGetIsUnderstood) {
+    for (const std::string method : {"POST", "HEAD", "PUT", "DELETE", "OPTIONS", "get", "QUUX"}) {
+        const auto response = m_api.answer({"198.51.100.10", method, "/?cmd=MRTSL", "h", ""});
+        EXPECT_EQ(response.status, 405) << method;
+        EXPECT_EQ(response.allow, "GET");
+    }
+}
+
+} // namespace
+} // namespace quorvane::service

@@ -1,0 +1,129 @@
+#include "core/CredentialStore.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace quorvane::service {
+namespace {
+
+using std::chrono::seconds;
+using Refusal = CredentialStore::Refusal;
+
+const Ipv4Address Berlin = *Ipv4Address::parse("203.0.113.5");
+const Ipv4Address Boston = *Ipv4Address::parse("203.0.113.42");
+
+class CredentialStoreTest : public testing::Test {
+protected:
+    std::chrono::steady_clock::time_point m_now{seconds(1000)};
+    CredentialStore m_store{seconds(100), seconds(10), [this] { return m_now; }, systemRandomText, 3};
+};
+
+TEST_F(CredentialStoreTest, IssuesDifferentUrlSafeCredentials) {
+    const auto first = m_store.issue();
+    const auto second = m_store.issue();
+    EXPECT_NE(first.user, second.user);
+    EXPECT_NE(first.password, second.password);
+    for (const std::string &text : {first.user, first.password}) {
+        EXPECT_GE(text.size(), 20U);
+        EXPECT_EQ(text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"),
+                  std::string::npos);
+    }
+}
+
+TEST_F(CredentialStoreTest, AGrantAllowsOneLogin) {
+    const auto credentials = m_store.issue();
+    ASSERT_TRUE(m_store.grant(credentials.user, Berlin));
+    const auto login = m_store.login(credentials.user, credentials.password);
+    EXPECT_EQ(login.refusal, Refusal::None);
+    EXPECT_EQ(login.address, Berlin);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::NotGranted);
+}
+
+TEST_F(CredentialStoreTest, EveryGrantAllowsAnotherLogin) {
+    const auto credentials = m_store.issue();
+    for (const Ipv4Address address : {Berlin, Boston, Berlin}) {
+        ASSERT_TRUE(m_store.grant(credentials.user, address));
+        EXPECT_EQ(m_store.login(credentials.user, credentials.password).address, address);
+    }
+}
+
+TEST_F(CredentialStoreTest, GrantsReplaceEachOtherAndDoNotAddUp) {
+    const auto credentials = m_store.issue();
+    m_store.grant(credentials.user, Berlin);
+    m_store.grant(credentials.user, Boston);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password).address, Boston);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::NotGranted);
+}
+
+TEST_F(CredentialStoreTest, ALoginWithoutAGrantIsRefused) {
+    const auto credentials = m_store.issue();
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::NotGranted);
+}
+
+TEST_F(CredentialStoreTest, AWrongPasswordIsRefusedAndUsesNothingUp) {
+    const auto credentials = m_store.issue();
+    m_store.grant(credentials.user, Berlin);
+    for (const std::string &wrong :
+         {std::string(), credentials.password + 'x', credentials.password.substr(1),
+          std::string(credentials.password.size(), 'x')}) {
+        EXPECT_EQ(m_store.login(credentials.user, wrong).refusal, Refusal::WrongPassword);
+    }
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::None);
+}
+
+TEST_F(CredentialStoreTest, UnknownUsersAreRefused) {
+    EXPECT_FALSE(m_store.knows("nobody"));
+    EXPECT_FALSE(m_store.grant("nobody", Berlin));
+    EXPECT_EQ(m_store.login("nobody", "x").refusal, Refusal::UnknownUser);
+    EXPECT_EQ(m_store.login("", "").refusal, Refusal::UnknownUser);
+}
+
+TEST_F(CredentialStoreTest, AUserExpires) {
+    const auto credentials = m_store.issue();
+    m_now += seconds(99);
+    EXPECT_TRUE(m_store.grant(credentials.user, Berlin));
+    m_now += seconds(1);
+    EXPECT_FALSE(m_store.knows(credentials.user));
+    EXPECT_FALSE(m_store.grant(credentials.user, Berlin));
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::UnknownUser);
+    EXPECT_EQ(m_store.size(), 0U);
+}
+
+TEST_F(CredentialStoreTest, AGrantExpires) {
+    const auto credentials = m_store.issue();
+    m_store.grant(credentials.user, Berlin);
+    m_now += seconds(10);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::NotGranted);
+    m_store.grant(credentials.user, Berlin);
+    m_now += seconds(9);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::None);
+}
+
+TEST_F(CredentialStoreTest, TheOldestMakeRoom) {
+    const auto oldest = m_store.issue();
+    const auto second = m_store.issue();
+    m_store.issue();
+    m_store.issue();
+    EXPECT_EQ(m_store.size(), 3U);
+    EXPECT_FALSE(m_store.knows(oldest.user));
+    EXPECT_TRUE(m_store.knows(second.user));
+}
+
+TEST(SystemRandomText, HasTheLengthAndDoesNotRepeat) {
+    std::set<std::string> texts;
+    std::set<char> characters;
+    for (int i = 0; i < 200; ++i) {
+        const std::string text = systemRandomText(40);
+        EXPECT_EQ(text.size(), 40U);
+        texts.insert(text);
+        characters.insert(text.begin(), text.end());
+    }
+    EXPECT_EQ(texts.size(), 200U);
+    EXPECT_EQ(characters.size(), 62U);
+    EXPECT_EQ(systemRandomText(0), "");
+    EXPECT_EQ(systemRandomText(1000).size(), 1000U);
+}
+
+} // namespace
+} // namespace quorvane::service

@@ -1,0 +1,215 @@
+#include "core/LoginDesk.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvane::service {
+namespace {
+
+using std::chrono::seconds;
+using Kind = ManagementEvent::Kind;
+
+const Ipv4Address Berlin = *Ipv4Address::parse("203.0.113.5");
+const Ipv4Address Boston = *Ipv4Address::parse("203.0.113.42");
+
+/// Writes down what it was asked, and answers when the test says so.
+class RecordingTable : public LendingTable {
+public:
+    void lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) override {
+        calls.push_back("lend " + tunnel.text() + ' ' + lent.text());
+        waiting.push_back(std::move(done));
+    }
+
+    void takeBack(Ipv4Address tunnel) override { calls.push_back("take back " + tunnel.text()); }
+
+    void answer(bool worked) {
+        const auto done = std::move(waiting.front());
+        waiting.erase(waiting.begin());
+        done(worked);
+    }
+
+    std::vector<std::string> calls;
+    std::vector<std::function<void(bool)>> waiting;
+};
+
+class LoginDeskTest : public testing::Test {
+protected:
+    void handle(Kind kind, std::uint64_t client, std::uint64_t key = 0, const Credentials &credentials = {}) {
+        ManagementEvent event;
+        event.kind = kind;
+        event.client = client;
+        event.key = key;
+        event.fields = {{"username", credentials.user}, {"password", credentials.password}};
+        m_desk->handle(event);
+    }
+
+    /// A user that may log in once with the address.
+    Credentials granted(Ipv4Address address) {
+        auto credentials = m_store.issue();
+        m_store.grant(credentials.user, address);
+        return credentials;
+    }
+
+    std::string sent() { return std::exchange(m_sent, {}); }
+
+    std::chrono::steady_clock::time_point m_now;
+    CredentialStore m_store{seconds(100), seconds(10), [this] { return m_now; }, systemRandomText};
+    TunnelAddresses m_addresses{*Ipv4Network::parse("10.8.0.0/29"), 0};
+    RecordingTable m_table;
+    std::string m_sent;
+    std::vector<std::string> m_notes;
+    std::shared_ptr<LoginDesk> m_desk = std::make_shared<LoginDesk>(
+        m_store, m_addresses, m_table, [this](const std::string &text) { m_sent += text; },
+        [this](const std::string &line) { m_notes.push_back(line); });
+};
+
+TEST_F(LoginDeskTest, ReleasesTheServerAndSeesItReady) {
+    handle(Kind::Hold, 0);
+    EXPECT_EQ(sent(), "state on\nhold release\n");
+    EXPECT_FALSE(m_desk->ready());
+    ManagementEvent state;
+    state.kind = Kind::State;
+    state.text = "CONNECTED";
+    m_desk->handle(state);
+    EXPECT_TRUE(m_desk->ready());
+    state.text = "EXITING";
+    m_desk->handle(state);
+    EXPECT_FALSE(m_desk->ready());
+}
+
+TEST_F(LoginDeskTest, ALoginIsAnsweredOnceItsAddressIsLent) {
+    handle(Kind::Connect, 4, 1, granted(Berlin));
+    EXPECT_EQ(m_table.calls, std::vector<std::string>{"lend 10.8.0.2 203.0.113.5"});
+    EXPECT_EQ(sent(), "");
+    m_table.answer(true);
+    EXPECT_EQ(sent(), "client-auth 4 1\nifconfig-push 10.8.0.2 255.255.255.248\nEND\n");
+    EXPECT_EQ(m_desk->sessions(), 1U);
+    handle(Kind::Established, 4);
+    handle(Kind::Disconnect, 4);
+    EXPECT_EQ(m_table.calls.back(), "take back 10.8.0.2");
+    EXPECT_EQ(m_addresses.taken(), 0U);
+    EXPECT_EQ(m_desk->sessions(), 0U);
+}
+
+TEST_F(LoginDeskTest, RefusalsOfEveryKind) {
+    const auto credentials = granted(Berlin);
+    handle(Kind::Connect, 1, 0, {"nobody", "x"});
+    EXPECT_EQ(sent(), "client-deny 1 0 \"unknown or expired user\" \"login refused\"\n");
+    handle(Kind::Connect, 2, 0, {credentials.user, "x"});
+    EXPECT_EQ(sent(), "client-deny 2 0 \"wrong password\" \"login refused\"\n");
+    handle(Kind::Connect, 3, 0, credentials);
+    m_table.answer(true);
+    sent();
+    handle(Kind::Connect, 4, 5, credentials);
+    EXPECT_EQ(sent(), "client-deny 4 5 \"no fresh grant\" \"login refused\"\n");
+    handle(Kind::Connect, 5, 0, {});
+    EXPECT_EQ(sent(), "client-deny 5 0 \"unknown or expired user\" \"login refused\"\n");
+    EXPECT_EQ(m_table.calls.size(), 1U);
+}
+
+TEST_F(LoginDeskTest, LoginsMayInterleave) {
+    handle(Kind::Connect, 1, 0, granted(Berlin));
+    handle(Kind::Connect, 2, 0, granted(Boston));
+    m_table.answer(true);
+    EXPECT_EQ(sent(), "client-auth 1 0\nifconfig-push 10.8.0.2 255.255.255.248\nEND\n");
+    m_table.answer(true);
+    EXPECT_EQ(sent(), "client-auth 2 0\nifconfig-push 10.8.0.3 255.255.255.248\nEND\n");
+}
+
+TEST_F(LoginDeskTest, AClientThatLeavesBeforeItsAnswerGetsNone) {
+    handle(Kind::Connect, 1, 0, granted(Berlin));
+    handle(Kind::Disconnect, 1);
+    m_table.answer(true);
+    EXPECT_EQ(sent(), "");
+    const std::vector<std::string> expected = {"lend 10.8.0.2 203.0.113.5", "take back 10.8.0.2"};
+    EXPECT_EQ(m_table.calls, expected);
+}
+
+TEST_F(LoginDeskTest, AReusedClientNumberIsANewClient) {
+    handle(Kind::Connect, 1, 0, granted(Berlin));
+    handle(Kind::Connect, 1, 1, granted(Boston));
+    m_table.answer(true); // the first client's row; that client is gone
+    EXPECT_EQ(sent(), "");
+    m_table.answer(true);
+    EXPECT_EQ(sent(), "client-auth 1 1\nifconfig-push 10.8.0.3 255.255.255.248\nEND\n");
+    EXPECT_EQ(m_addresses.taken(), 1U);
+}
+
+TEST_F(LoginDeskTest, AGatewayThatCannotLendMeansARefusal) {
+    handle(Kind::Connect, 1, 2, granted(Berlin));
+    m_table.answer(false);
+    EXPECT_EQ(sent(), "client-deny 1 2 \"the gateway cannot lend the address\" \"login refused\"\n");
+    EXPECT_EQ(m_addresses.taken(), 0U);
+    EXPECT_EQ(m_desk->sessions(), 0U);
+}
+
+TEST_F(LoginDeskTest, NoLoginWithoutATunnelAddress) {
+    for (std::uint64_t client = 0; client < 5; ++client) {
+        handle(Kind::Connect, client, 0, granted(Berlin));
+    }
+    handle(Kind::Connect, 5, 0, granted(Berlin));
+    EXPECT_EQ(sent(), "client-deny 5 0 \"no tunnel address is free\" \"login refused\"\n");
+    handle(Kind::Disconnect, 3);
+    handle(Kind::Connect, 6, 0, granted(Berlin));
+    EXPECT_EQ(m_table.calls.back(), "lend 10.8.0.5 203.0.113.5");
+}
+
+TEST_F(LoginDeskTest, KeysAreRenewedWithTheSessionsOwnCredentialsOnly) {
+    const auto credentials = granted(Berlin);
+    handle(Kind::Connect, 1, 0, credentials);
+    m_table.answer(true);
+    sent();
+    m_now += seconds(1000); // the user has expired, its session has not
+    handle(Kind::Reauth, 1, 1, credentials);
+    EXPECT_EQ(sent(), "client-auth-nt 1 1\n");
+    handle(Kind::Reauth, 1, 2, {credentials.user, "x"});
+    EXPECT_EQ(sent(), "client-deny 1 2 \"not the session's credentials\" \"login refused\"\n");
+    handle(Kind::Reauth, 9, 3, credentials);
+    EXPECT_EQ(sent(), "client-deny 9 3 \"not the session's credentials\" \"login refused\"\n");
+    EXPECT_EQ(m_desk->sessions(), 1U);
+}
+
+TEST_F(LoginDeskTest, TheEndOfTheServerEndsItsSessions) {
+    handle(Kind::Connect, 1, 0, granted(Berlin));
+    handle(Kind::Connect, 2, 0, granted(Boston));
+    m_table.answer(true);
+    sent();
+    m_desk->connectionLost();
+    m_table.answer(true);
+    EXPECT_EQ(sent(), "");
+    EXPECT_EQ(m_addresses.taken(), 0U);
+    const std::vector<std::string> expected = {"lend 10.8.0.2 203.0.113.5", "lend 10.8.0.3 203.0.113.42",
+                                               "take back 10.8.0.2", "take back 10.8.0.3"};
+    EXPECT_EQ(m_table.calls, expected);
+}
+
+TEST_F(LoginDeskTest, AnAnswerOfTheTableMayComeAfterTheDeskIsGone) {
+    handle(Kind::Connect, 1, 0, granted(Berlin));
+    m_desk->connectionLost();
+    m_desk.reset();
+    m_table.answer(true);
+    EXPECT_EQ(m_sent, "");
+}
+
+TEST_F(LoginDeskTest, AnUnknownClientMayDisconnect) {
+    handle(Kind::Disconnect, 77);
+    EXPECT_TRUE(m_table.calls.empty());
+}
+
+TEST_F(LoginDeskTest, NotesNeverHoldAPasswordOrRawBytes) {
+    auto credentials = granted(Berlin);
+    handle(Kind::Connect, 1, 0, credentials);
+    handle(Kind::Connect, 2, 0, {"evil\nuser", "secret"});
+    ManagementEvent error;
+    error.kind = Kind::Error;
+    error.text = "bad\x1b[2J";
+    m_desk->handle(error);
+    ASSERT_FALSE(m_notes.empty());
+    for (const std::string &line : m_notes) {
+        EXPECT_EQ(line.find(credentials.password), std::string::npos);
+        EXPECT_EQ(line.find("secret"), std::string::npos);
+        EXPECT_EQ(line.find_first_of("\n\x1b"), std::string::npos);
+    }
+}
+
+} // namespace
+} // namespace quorvane::service

@@ -1,0 +1,223 @@
+#!/usr/bin/python3
+"""The real program with a gateway that the test plays itself. Usage: gatewaybox.py PROGRAM
+
+`nft` is a script that writes down what it is given; the OpenVPN servers are puppets whose management
+connections the test holds.
+"""
+
+import os
+import shutil
+import signal
+import socket
+import sys
+import unittest
+
+from service_harness import Service, until, vpnc
+
+PROGRAM = sys.argv.pop(1)
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+NFT = """#!/bin/sh
+{ echo "[$VIA]"; cat; } >> FOLDER/nft.log
+[ ! -e FOLDER/nft-fails ] || { echo "no such table"; exit 1; }
+"""
+
+
+class Puppet:
+    """The test's end of one server."""
+
+    def __init__(self, link):
+        link.settimeout(10)
+        self.link = link
+        self.stream = link.makefile()
+        self.name, pid = self.stream.readline().split()
+        self.pid = int(pid)
+
+    def close(self):
+        self.stream.close()
+        self.link.close()
+
+    def say(self, *lines):
+        self.link.sendall("".join(line + "\r\n" for line in lines).encode())
+
+    def hear(self):
+        return self.stream.readline().rstrip("\n")
+
+    def come_up(self):
+        self.say(">INFO:OpenVPN Management Interface Version 5", ">HOLD:Waiting for hold release:0")
+        assert [self.hear(), self.hear()] == ["state on", "hold release"]
+        self.say(">STATE:1700000000,CONNECTED,SUCCESS,10.8.0.1,,,,")
+        return self
+
+    def login(self, client, user, password):
+        self.say(f">CLIENT:CONNECT,{client},0", f">CLIENT:ENV,username={user}", f">CLIENT:ENV,password={password}",
+                 ">CLIENT:ENV,untrusted_ip=198.51.100.10", ">CLIENT:ENV,END")
+
+    def logout(self, client):
+        self.say(f">CLIENT:DISCONNECT,{client}", ">CLIENT:ENV,END")
+
+
+class GatewayTest(unittest.TestCase):
+    def setUp(self):
+        self.service = Service(PROGRAM)
+        self.addCleanup(self.service.close)
+        folder = self.service.folder
+        self.nft_log = folder + "/nft.log"
+        with open(folder + "/nft", "w", encoding="ascii") as script:
+            script.write(NFT.replace("FOLDER", folder))
+        shutil.copy(HERE + "/puppet.py", folder + "/openvpn")
+        for name in ("nft", "openvpn"):
+            os.chmod(f"{folder}/{name}", 0o755)
+        self.service.config["gateway"] = {"command": ["env", "VIA=gateway"], "openvpn": folder + "/openvpn",
+                                          "nft": {"program": folder + "/nft"}}
+        self.door = socket.socket(socket.AF_UNIX)
+        self.addCleanup(self.door.close)
+        self.door.bind(folder + "/puppets.sock")
+        self.door.listen()
+        self.door.settimeout(15)
+
+    def next_puppet(self):
+        puppet = Puppet(self.door.accept()[0])
+        self.addCleanup(puppet.close)
+        return puppet
+
+    def start(self):
+        """Starts the service and returns its UDP and its TCP server, both up."""
+        self.service.start()
+        puppets = {puppet.name: puppet.come_up() for puppet in (self.next_puppet(), self.next_puppet())}
+        until(lambda: self.service.control(command="status")["ready"], what="ready")
+        return puppets["udp"], puppets["tcp"]
+
+    def nft(self):
+        with open(self.nft_log, encoding="ascii") as log:
+            return log.read()
+
+    def credentials(self):
+        answer = self.service.new_user()
+        return answer["VPNUser"], answer["VPNPass"]
+
+    def granted_login(self, puppet, client):
+        """Logs a client in and returns its tunnel address."""
+        user, password = self.credentials()
+        self.service.get(vpnc(user))
+        puppet.login(client, user, password)
+        self.assertEqual(puppet.hear(), f"client-auth {client} 0")
+        push, address, mask = puppet.hear().split()
+        self.assertEqual((push, mask, puppet.hear()), ("ifconfig-push", "255.255.0.0", "END"))
+        return address
+
+    def test_the_tables_come_before_the_servers(self):
+        self.service.start()
+        first, second = self.next_puppet(), self.next_puppet()
+        self.assertIn("[gateway]\nadd table ip quorvane\n", self.nft())
+        self.assertEqual({first.name, second.name}, {"udp", "tcp"})
+        self.assertFalse(self.service.control(command="status")["ready"])
+        first.come_up()
+        until(lambda: self.service.control(command="status")["servers"][first.name]["ready"], what="one server")
+        self.assertFalse(self.service.control(command="status")["ready"])
+
+    def test_servers_run_under_another_name_with_nothing_inherited(self):
+        udp, _ = self.start()
+        with open(f"/proc/{udp.pid}/comm", encoding="ascii") as comm:
+            self.assertEqual(comm.read(), "vpnsrv\n")
+        with open(f"/proc/{udp.pid}/environ", "rb") as environment:
+            names = {entry.split(b"=")[0] for entry in environment.read().split(b"\0") if entry}
+        self.assertEqual(names - {b"LC_CTYPE"}, {b"PATH", b"LC_ALL", b"VIA"})
+        files = {os.readlink(f"/proc/{udp.pid}/fd/{number}") for number in os.listdir(f"/proc/{udp.pid}/fd")}
+        sockets = [file for file in files if file.startswith("socket:")]
+        self.assertEqual(len(sockets), 2, files)  # the puppet's own two
+        self.assertIn("/dev/null", files)
+
+    def test_a_login_lends_the_address_and_a_logout_takes_it_back(self):
+        udp, _ = self.start()
+        address = self.granted_login(udp, 5)
+        self.assertTrue(address.startswith("10.8."))
+        self.assertIn(f"add element ip quorvane lent {{ {address} : 203.0.113.5 }}\n", self.nft())
+        self.assertEqual(self.service.control(command="status")["servers"]["udp"]["clients"], 1)
+        udp.logout(5)
+        until(lambda: f"delete element ip quorvane lent {{ {address} }}" in self.nft(), what="the row's removal")
+
+    def test_a_grant_is_for_one_login_on_either_server(self):
+        udp, tcp = self.start()
+        user, password = self.credentials()
+        udp.login(1, user, password)
+        self.assertTrue(udp.hear().startswith('client-deny 1 0 "no fresh grant"'))
+        self.service.get(vpnc(user, proto="TCP"))
+        tcp.login(1, user, password)
+        self.assertEqual(tcp.hear(), "client-auth 1 0")
+        udp.login(2, user, password)
+        self.assertTrue(udp.hear().startswith('client-deny 2 0 "no fresh grant"'))
+
+    def test_a_gateway_that_cannot_lend_refuses(self):
+        udp, _ = self.start()
+        user, password = self.credentials()
+        self.service.get(vpnc(user))
+        with open(self.service.folder + "/nft-fails", "w", encoding="ascii"):
+            udp.login(1, user, password)
+            self.assertTrue(udp.hear().startswith('client-deny 1 0 "the gateway cannot lend'))
+        self.assertIn("no such table", self.service.stderr())
+
+    def test_a_dead_server_is_started_again_and_its_rows_go(self):
+        udp, _ = self.start()
+        address = self.granted_login(udp, 1)
+        os.kill(udp.pid, signal.SIGKILL)
+        again = self.next_puppet().come_up()
+        self.assertEqual(again.name, "udp")
+        until(lambda: self.service.control(command="status")["ready"], what="ready again")
+        self.assertIn(f"delete element ip quorvane lent {{ {address} }}", self.nft())
+        self.assertIn("the OpenVPN server ended with status 137", self.service.stderr())
+        self.granted_login(again, 1)
+
+    def test_an_overlong_management_line_ends_the_connection(self):
+        udp, _ = self.start()
+        udp.link.sendall(b"x" * 20000)
+        self.assertEqual(udp.hear(), "")
+        self.assertEqual(self.next_puppet().name, "udp")
+
+    def test_ends_servers_and_tables(self):
+        udp, tcp = self.start()
+        self.granted_login(udp, 1)
+        self.assertEqual(self.service.stop(), 0)
+        for puppet in (udp, tcp):
+            self.assertFalse(os.path.exists(f"/proc/{puppet.pid}"))
+        self.assertTrue(self.nft().endswith("delete table ip quorvane\ndelete table ip6 quorvane\n"))
+        self.assertEqual([name for name in os.listdir(self.service.runtime) if name.endswith(".sock")], [])
+
+    def test_a_server_that_does_not_end_is_killed(self):
+        udp, _ = self.start()
+        os.kill(udp.pid, signal.SIGSTOP)
+        self.assertEqual(self.service.stop(), 0)
+        self.assertFalse(os.path.exists(f"/proc/{udp.pid}"))
+        self.assertIn("does not end, killing it", self.service.stderr())
+
+    def test_recovers_from_its_own_kill(self):
+        udp, tcp = self.start()
+        self.granted_login(udp, 1)
+        self.service.kill()
+        self.assertEqual((udp.hear(), tcp.hear()), ("", ""))  # the servers saw it and end
+        os.remove(self.service.runtime + "/listening")
+        udp, _ = self.start()
+        self.assertEqual(self.nft().count("table ip quorvane {\n map lent"), 2)
+        self.granted_login(udp, 1)
+        self.assertEqual(self.service.stop(), 0)
+
+    def test_a_gateway_that_cannot_be_prepared_ends_the_service(self):
+        with open(self.service.folder + "/nft-fails", "w", encoding="ascii"):
+            self.service.start()
+        self.assertEqual(self.service.process.wait(10), 1)
+        self.assertIn("gateway: the tables cannot be set up: no such table", self.service.stderr())
+
+    def test_a_missing_program_is_tried_again(self):
+        path = self.service.config["gateway"]["openvpn"]
+        os.rename(path, path + "-away")
+        self.service.start()
+        until(lambda: "ended with status 127" in self.service.stderr(), what="a failed start")
+        self.assertFalse(self.service.control(command="status")["ready"])
+        os.rename(path + "-away", path)
+        self.next_puppet()
+        self.next_puppet()
+        self.assertEqual(self.service.stop(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
