@@ -95,24 +95,28 @@ def nested():
     command = ["unshare", "--pid", "--fork", "sleep", "86400"]
     program = str(Path(enter.__file__).resolve())
     with subprocess.Popen([enter.PYTHON, program, "--", *command], stdout=subprocess.DEVNULL) as process:
-        end = time.monotonic() + 10
-        namespace = None
-        while time.monotonic() < end:
-            inside = [pid for pid, name in machine.processes() if name == "sleep"]
-            if inside:
+        try:
+            end = time.monotonic() + 10
+            while time.monotonic() < end:
                 namespace = namespace_of_first(process)
-                break
-            time.sleep(0.01)
-        assert namespace is not None, "the nested world did not come up"
-        yield process, namespace
-        process.kill()
+                if namespace is not None and "sleep" in " ".join(machine.left_behind(namespace)):
+                    break
+                time.sleep(0.01)
+            else:
+                pytest.fail("the nested world did not come up")
+            yield process, namespace
+        finally:
+            process.kill()
 
 
 def namespace_of_first(process):
     """The PID namespace that the nested enter.py made: the one that its unshare gives its children."""
     for pid, _name in machine.processes():
-        if machine.parent_of(pid) == process.pid:
-            return os.stat(f"/proc/{pid}/ns/pid_for_children").st_ino
+        try:
+            if machine.parent_of(pid) == process.pid:
+                return os.stat(f"/proc/{pid}/ns/pid_for_children").st_ino
+        except OSError:
+            continue
     return None
 
 

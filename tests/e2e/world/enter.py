@@ -6,6 +6,7 @@ that it started is gone. The machine is looked at before and after: a difference
 status is then 70 instead of the command's.
 """
 
+import contextlib
 import ctypes
 import os
 import signal
@@ -64,7 +65,8 @@ def _end_on_signals(child):
         # unshare itself does not listen to signals while it waits.
         for pid, _name in machine.processes():
             if machine.parent_of(pid) == child.pid:
-                os.kill(pid, signal.SIGTERM)
+                with contextlib.suppress(ProcessLookupError):
+                    os.kill(pid, signal.SIGTERM)
         signal.alarm(GRACE)
 
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
