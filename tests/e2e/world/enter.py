@@ -126,6 +126,8 @@ def main():
         print(__doc__, file=sys.stderr)
         return 2
     _become_root()
+    # A root shell got by plain su keeps the user's path, which lacks the administrator's programs.
+    os.environ["PATH"] = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"
     return run(arguments)
 
 
