@@ -46,8 +46,8 @@ trusted=()
 # No user configuration (-q has to come first), no proxy, no IPv6: the question must go where the tunnel
 # goes. "timeout" covers what curl's own limit does not, a resolver thread that will not end.
 ask() {
-    timeout -k 0.2 1.4 curl -q -fsS -4 --noproxy '*' --proto '=https' ${trusted[@]+"${trusted[@]}"} \
-        -H 'Accept: text/plain' --connect-timeout 1.2 -m 1.3 --max-filesize 64 -- "https://$host/ip" 2>/dev/null |
+    timeout -k 0.2 1.3 curl -q -fsS -4 --noproxy '*' --proto '=https' ${trusted[@]+"${trusted[@]}"} \
+        -H 'Accept: text/plain' --connect-timeout 1.1 -m 1.2 --max-filesize 64 -- "https://$host/ip" 2>/dev/null |
         head -c 64 | tr -d '\0\r\n\t '
 }
 

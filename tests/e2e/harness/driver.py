@@ -2,7 +2,8 @@
 """Runs at home as the user, inside the session bus: starts the client and drives it through accessibility.
 
 One JSON object a line comes in at standard input, {"op": name, ...arguments}, and one goes out at descriptor 3:
-{"value": ...} or {"error": text}. Ends, with what it started, when its input is closed. Times are CLOCK_MONOTONIC seconds.
+{"value": ...} or {"error": text}. Ends, with what it started, when its input is closed. Times are seconds of
+CLOCK_MONOTONIC.
 """
 
 import json

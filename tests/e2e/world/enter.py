@@ -6,6 +6,7 @@ that it started is gone. The machine is looked at before and after: a difference
 status is then 70 instead of the command's.
 """
 
+import contextlib
 import ctypes
 import os
 import signal
@@ -21,8 +22,10 @@ PYTHON = "/usr/bin/python3"
 BASE = Path("/run/quorvane-world")
 MARKER = BASE / "inside"
 CHANGED = 70
+GRACE = 5
 PR_SET_PDEATHSIG = 1
-PASSED_THROUGH_SUDO = ("DISPLAY", "XAUTHORITY", "QUORVANE_CONTENTS", "QUORVANE_SERVICE", "QUORVANE_E2E_OUT")
+PASSED_THROUGH_SUDO = ("DISPLAY", "XAUTHORITY", "QUORVANE_CONTENTS", "QUORVANE_SERVICE", "QUORVANE_E2E_OUT",
+                       "PYTHONDONTWRITEBYTECODE")
 
 
 def inside():
@@ -41,19 +44,34 @@ def _become_root():
     os.execvp("sudo", ["sudo", "--", "env", *kept, PYTHON, str(Path(__file__).resolve()), *sys.argv[1:]])
 
 
-def _pid_namespace_below(pid):
-    """The inode of the PID namespace that a process gives its children, as soon as it is another than ours."""
+def _pid_namespace_below(child):
+    """The inode of the PID namespace that a process gives its children; None when it ends without one."""
     own = os.stat("/proc/self/ns/pid").st_ino
-    deadline = time.monotonic() + 10
-    while time.monotonic() < deadline:
+    while child.poll() is None:
         try:
-            found = os.stat(f"/proc/{pid}/ns/pid_for_children").st_ino
-        except OSError:
-            return None
-        if found != own:
-            return found
+            found = os.stat(f"/proc/{child.pid}/ns/pid_for_children").st_ino
+            if found != own:
+                return found
+        except FileNotFoundError:
+            pass  # made already, but no process lives in it yet
         time.sleep(0.002)
     return None
+
+
+def _end_on_signals(child):
+    """Passes a request to end on to the first process inside; what is not gone after GRACE seconds is killed."""
+
+    def end(_number, _frame):
+        # unshare itself does not listen to signals while it waits.
+        for pid, _name in machine.processes():
+            if machine.parent_of(pid) == child.pid:
+                with contextlib.suppress(ProcessLookupError):
+                    os.kill(pid, signal.SIGTERM)
+        signal.alarm(GRACE)
+
+    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+        signal.signal(number, end)
+    signal.signal(signal.SIGALRM, lambda _number, _frame: child.kill())
 
 
 def run(command):
@@ -62,9 +80,8 @@ def run(command):
     unshare = ["unshare", "--mount", "--net", "--pid", "--ipc", "--uts", "--fork", "--kill-child"]
     unshare += ["--propagation", "private", "--", PYTHON, str(Path(__file__).resolve()), "--init", *command]
     with subprocess.Popen(unshare, preexec_fn=_die_with_parent) as child:
-        namespace = _pid_namespace_below(child.pid)
-        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
-            signal.signal(number, lambda _number, _frame: child.terminate())
+        namespace = _pid_namespace_below(child)
+        _end_on_signals(child)
         status = child.wait()
     if namespace is None:
         print("the small world could not be made", file=sys.stderr)
@@ -109,6 +126,8 @@ def main():
         print(__doc__, file=sys.stderr)
         return 2
     _become_root()
+    # A root shell got by plain su keeps the user's path, which lacks the administrator's programs.
+    os.environ["PATH"] = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"
     return run(arguments)
 
 

@@ -58,11 +58,7 @@ class Home:
 
     def _first_process(self):
         for pid, _name in machine.processes():
-            try:
-                status = Path(f"/proc/{pid}/stat").read_text(encoding="utf-8").rpartition(")")[2].split()
-            except OSError:
-                continue
-            if int(status[1]) == self._unshare.pid:
+            if machine.parent_of(pid) == self._unshare.pid:
                 return pid
         raise RuntimeError("the home's first process is not there")
 

@@ -58,6 +58,19 @@ def processes():
                 continue
 
 
+def _status_fields(pid):
+    """The fields of /proc/PID/stat after the name: state, parent, ..."""
+    return Path(f"/proc/{pid}/stat").read_text(encoding="utf-8").rpartition(")")[2].split()
+
+
+def parent_of(pid):
+    """The parent of a process, or None when there is no such process any more."""
+    try:
+        return int(_status_fields(pid)[1])
+    except OSError:
+        return None
+
+
 def _own_watched_processes():
     """The OpenVPN processes of the machine's own network, with their start times."""
     own_network = os.readlink("/proc/self/ns/net")
@@ -65,7 +78,7 @@ def _own_watched_processes():
     for pid, name in processes():
         try:
             if name in WATCHED_PROCESSES and os.readlink(f"/proc/{pid}/ns/net") == own_network:
-                started = Path(f"/proc/{pid}/stat").read_text(encoding="utf-8").rpartition(")")[2].split()[19]
+                started = _status_fields(pid)[19]
                 found.add((pid, name, started))
         except OSError:
             continue

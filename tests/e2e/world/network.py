@@ -52,6 +52,17 @@ def _up(namespace, device):
     run("ip", "-n", namespace, "link", "set", device, "up")
 
 
+def firewall(namespace):
+    """The nftables rules of a namespace, as nft's JSON objects."""
+    return json.loads(inside(namespace, "nft", "-j", "list", "ruleset").stdout)["nftables"]
+
+
+def swallow(match):
+    """Makes the gateway drop, without a word, every packet that arrives and matches (in nft's language)."""
+    inside(GATEWAY, "nft", "-f", "-", input="table ip hole {\n chain arriving {\n"
+           f"  type filter hook prerouting priority -300;\n  {match} drop\n }}\n}}\n")
+
+
 class Network:
     """The namespaces with their name server. Everything ends with `close`, or with the outer namespace."""
 
@@ -122,10 +133,6 @@ class Network:
     def reconnect_home(self):
         _up(HOME, "eth0")
         run("ip", "-n", HOME, "route", "replace", "default", "via", ROUTER_ADDRESS)
-
-    def firewall(self, namespace):
-        """The nftables rules of a namespace, as nft's JSON objects."""
-        return json.loads(inside(namespace, "nft", "-j", "list", "ruleset").stdout)["nftables"]
 
     def close(self):
         if self._name_server is not None:
