@@ -75,17 +75,17 @@ const rtmsg *routeOf(const nlmsghdr *message) {
     return static_cast<const rtmsg *>(mnl_nlmsg_get_payload(message));
 }
 
-bool hasAttribute(const nlmsghdr *message, int kind) {
-    const nlattr *attribute = nullptr;
-    mnl_attr_for_each(attribute, message, sizeof(rtmsg)) {
-        if (mnl_attr_get_type(attribute) == kind)
-            return true;
-    }
-    return false;
+int noteGateway(const nlattr *attribute, void *found) {
+    const int kind = mnl_attr_get_type(attribute);
+    if (kind == RTA_GATEWAY || kind == RTA_VIA)
+        *static_cast<bool *>(found) = true;
+    return MNL_CB_OK;
 }
 
 bool hasGateway(const nlmsghdr *message) {
-    return hasAttribute(message, RTA_GATEWAY) || hasAttribute(message, RTA_VIA);
+    bool found = false;
+    mnl_attr_parse(message, sizeof(rtmsg), noteGateway, &found);
+    return found;
 }
 
 std::optional<int> askFor(std::uint32_t address, unsigned routeFlags, const RouteVisitor &visitor) {
