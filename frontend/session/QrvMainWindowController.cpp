@@ -37,6 +37,11 @@ QPointer<QrvMainWindowController> &shared() {
     return controller;
 }
 
+void endApplication() {
+    // Not quit(): that asks every window to close first, and the main window only hides.
+    QCoreApplication::exit();
+}
+
 void postInternetStatus(int status) {
     // Reachability calls on its own queue; the rest of the program lives on the main thread.
     QMetaObject::invokeMethod(
@@ -145,7 +150,7 @@ void QrvMainWindowController::connectWindow() {
         services().preferences->setValue(transportKey, index);
         services().userDefaults->save();
     });
-    connect(mainWindow.get(), &MainWindow::quitRequested, this, [] { QCoreApplication::quit(); });
+    connect(mainWindow.get(), &MainWindow::quitRequested, this, [] { endApplication(); });
 }
 
 void QrvMainWindowController::connectTray() {
@@ -157,7 +162,7 @@ void QrvMainWindowController::connectTray() {
             &QrvMainWindowController::changeIpMenuItemPressed);
     connect(tray->showSelfMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::showSelfMenuItemPressed);
-    connect(tray->quitMenuItem(), &QAction::triggered, this, [] { QCoreApplication::quit(); });
+    connect(tray->quitMenuItem(), &QAction::triggered, this, [] { endApplication(); });
 }
 
 void QrvMainWindowController::connectFetch() {
@@ -401,5 +406,5 @@ bool QrvMainWindowController::startedHidden() const {
 }
 
 void QrvMainWindowController::terminateApplication() {
-    QCoreApplication::quit();
+    endApplication();
 }

@@ -22,7 +22,7 @@ int runApplication(QApplication &application) {
     QApplication::setQuitOnLastWindowClosed(false);
     platform::QuitSignals quitSignals;
     QObject::connect(&quitSignals, &platform::QuitSignals::quitRequested, &application,
-                     &QCoreApplication::quit);
+                     [] { QCoreApplication::exit(); });
     QrvMainWindowController mainWindow;
     QrvApplicationController delegate(mainWindow);
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate, [&delegate] {
