@@ -25,6 +25,12 @@ QString styleOf(Tone tone) {
     return {};
 }
 
+void keepPlaceWhenHidden(QWidget *widget) {
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+}
+
 void drawLine(QLabel *label, const DisplayState::Line &line, const DisplayState::Line &before) {
     if (line.text != before.text && !line.text.isNull()) {
         label->setText(line.text);
@@ -52,6 +58,11 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     connectControls();
     for (QLabel *line : {ui->fieldLine3, ui->fieldLine4, ui->fieldLine22, ui->fieldLine21}) {
         line->setVisible(false);
+    }
+    // Controls that come and go keep their place, so that nothing jumps under the pointer.
+    for (QWidget *widget :
+         std::initializer_list<QWidget *>{ui->changeIpButton, ui->discardIpButton, ui->viewSpinWeel}) {
+        keepPlaceWhenHidden(widget);
     }
     // The settings window's door opens when there is something behind it.
     ui->advancedSettingsButton->setVisible(false);

@@ -1,5 +1,7 @@
 #include "Theme.h"
 
+#include "platform/Platform.h"
+
 #include <QApplication>
 #include <QPalette>
 #include <QStyleFactory>
@@ -53,8 +55,8 @@ QPushButton#buttonQuorvane:disabled { background: #4c5a66; border-color: #5c6a76
 QComboBox { padding: 6px 10px; border: 1px solid #6a6a6a; border-radius: 6px; background: #545454; }
 QComboBox:focus { border-color: #7fbcec; }
 QComboBox::drop-down { border: none; width: 24px; }
-QComboBox::down-arrow { width: 0; height: 0; border-left: 5px solid transparent;
-    border-right: 5px solid transparent; border-top: 6px solid #dddddd; margin-right: 8px; }
+QComboBox::down-arrow { image: url("%1/down.png"); width: 12px; height: 12px; margin-right: 10px; }
+Line, QFrame[frameShape="4"] { color: #5a5a5a; }
 QLineEdit { padding: 6px 8px; border: 1px solid #6a6a6a; border-radius: 6px; background: #2e2e2e; }
 QLineEdit:focus { border-color: #7fbcec; }
 QLabel#viewCurrentIP { font-size: 26pt; font-weight: bold; color: white; }
@@ -68,5 +70,6 @@ QProgressBar::chunk { background: #3a8fd6; border-radius: 3px; }
 void Theme::apply(QApplication &application) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(darkPalette());
-    application.setStyleSheet(QString::fromLatin1(sheet));
+    const QString images = platform::Platform::current().bundle->resourcesPath() + QStringLiteral("/images");
+    application.setStyleSheet(QString::fromLatin1(sheet).arg(images));
 }
