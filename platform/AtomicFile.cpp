@@ -1,7 +1,5 @@
 #include "AtomicFile.h"
 
-#include "FileDescriptor.h"
-
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -18,41 +16,9 @@ QByteArray randomName(const QByteArray &base) {
     return '.' + base + '.' + QByteArray::number(QRandomGenerator::system()->generate64(), 36);
 }
 
-/// A file that has no name yet, so that nothing stays behind when the process is killed.
-FileDescriptor openNameless(int folder) {
-    return FileDescriptor(::openat(folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
-}
-
-int fill(int descriptor, const QByteArray &bytes) {
-    // The process's mask may have taken bits away.
-    if (::fchmod(descriptor, 0600) != 0)
-        return errno;
-    const int outcome = writeAll(descriptor, bytes.constData(), bytes.size());
-    if (outcome != 0)
-        return outcome;
-    return ::fdatasync(descriptor) == 0 ? 0 : errno;
-}
-
-/// Writes the bytes under a new private name in the folder.
-int writeBeside(int folder, const QByteArray &name, const QByteArray &bytes) {
-    FileDescriptor file = openNameless(folder);
-    if (file.isOpen()) {
-        const int outcome = fill(file.get(), bytes);
-        if (outcome != 0)
-            return outcome;
-        const QByteArray link = "/proc/self/fd/" + QByteArray::number(file.get());
-        if (::linkat(AT_FDCWD, link.constData(), folder, name.constData(), AT_SYMLINK_FOLLOW) == 0)
-            return 0;
-    }
-    // Not every file system has nameless files.
-    file.reset(
-        ::openat(folder, name.constData(), O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, 0600));
-    if (!file.isOpen())
-        return errno;
-    const int outcome = fill(file.get(), bytes);
-    if (outcome != 0)
-        ::unlinkat(folder, name.constData(), 0);
-    return outcome;
+/// The way to an open file that may have no name.
+QByteArray ownPath(const FileDescriptor &file) {
+    return "/proc/self/fd/" + QByteArray::number(file.get());
 }
 
 } // namespace
@@ -86,26 +52,60 @@ int makePrivateFolders(const QString &path) {
     return ::mkdir(name.constData(), 0700) == 0 || errno == EEXIST ? 0 : errno;
 }
 
-int replaceFile(const QString &path, const QByteArray &bytes) {
+PendingFile::~PendingFile() {
+    if (named)
+        ::unlinkat(folder.get(), temporary.constData(), 0);
+}
+
+int PendingFile::open(const QString &path) {
     const QFileInfo target(path);
-    const FileDescriptor folder(
-        ::open(QFile::encodeName(target.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    folder.reset(::open(QFile::encodeName(target.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder.isOpen())
         return errno;
-    const QByteArray name = QFile::encodeName(target.fileName());
-    const QByteArray temporary = randomName(name);
-    const int outcome = writeBeside(folder.get(), temporary, bytes);
-    if (outcome != 0)
-        return outcome;
-    if (::renameat(folder.get(), temporary.constData(), folder.get(), name.constData()) != 0) {
-        const int failure = errno;
-        ::unlinkat(folder.get(), temporary.constData(), 0);
-        return failure;
+    name = QFile::encodeName(target.fileName());
+    temporary = randomName(name);
+    // Best without a name, so that nothing stays behind even when the process is killed.
+    file.reset(::openat(folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+    if (!file.isOpen() || ::access(ownPath(file).constData(), F_OK) != 0) {
+        file.reset(::openat(folder.get(), temporary.constData(),
+                            O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, 0600));
+        if (!file.isOpen())
+            return errno;
+        named = true;
     }
+    // The process's mask may have taken bits away.
+    return ::fchmod(file.get(), 0600) == 0 ? 0 : errno;
+}
+
+int PendingFile::write(const QByteArray &bytes) const {
+    return writeAll(file.get(), bytes.constData(), bytes.size());
+}
+
+int PendingFile::commit(bool durable) {
+    if (durable && ::fdatasync(file.get()) != 0)
+        return errno;
+    if (!named) {
+        if (::linkat(AT_FDCWD, ownPath(file).constData(), folder.get(), temporary.constData(),
+                     AT_SYMLINK_FOLLOW) != 0)
+            return errno;
+        named = true;
+    }
+    if (::renameat(folder.get(), temporary.constData(), folder.get(), name.constData()) != 0)
+        return errno;
+    named = false;
     // The new name survives a power cut only once the folder is written too; the file is in place
     // whatever this says.
-    ::fsync(folder.get());
+    if (durable)
+        ::fsync(folder.get());
     return 0;
+}
+
+int replaceFile(const QString &path, const QByteArray &bytes) {
+    PendingFile file;
+    int outcome = file.open(path);
+    if (outcome == 0)
+        outcome = file.write(bytes);
+    return outcome == 0 ? file.commit(true) : outcome;
 }
 
 int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes) {

@@ -1,0 +1,82 @@
+#include "HostResolver.h"
+
+#include <arpa/inet.h>
+#include <cstring>
+#include <mutex>
+#include <netdb.h>
+#include <system_error>
+#include <thread>
+
+namespace platform {
+
+namespace {
+
+std::optional<std::uint32_t> numeric(const QByteArray &host) {
+    in_addr address{};
+    return ::inet_pton(AF_INET, host.constData(), &address) == 1 ? std::optional(ntohl(address.s_addr))
+                                                                 : std::nullopt;
+}
+
+std::optional<std::uint32_t> lookUp(const QByteArray &host) {
+    addrinfo hints{};
+    hints.ai_family = AF_INET;
+    hints.ai_socktype = SOCK_STREAM;
+    addrinfo *list = nullptr;
+    if (::getaddrinfo(host.constData(), nullptr, &hints, &list) != 0)
+        return std::nullopt;
+    const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(list, &::freeaddrinfo);
+    sockaddr_in address{};
+    if (list == nullptr || list->ai_addrlen < sizeof address)
+        return std::nullopt;
+    std::memcpy(&address, list->ai_addr, sizeof address);
+    return ntohl(address.sin_addr.s_addr);
+}
+
+} // namespace
+
+struct HostResolver::State {
+    QByteArray host;
+    bool isNumeric = false;
+    std::mutex mutex;
+    std::optional<std::uint32_t> address;
+    bool isBusy = false;
+};
+
+HostResolver::HostResolver(const QByteArray &host) : state(std::make_shared<State>()) {
+    state->host = host;
+    state->address = numeric(host);
+    state->isNumeric = state->address.has_value();
+}
+
+std::optional<std::uint32_t> HostResolver::address() const {
+    const std::lock_guard lock(state->mutex);
+    return state->address;
+}
+
+void HostResolver::refresh(std::function<void()> found) {
+    {
+        const std::lock_guard lock(state->mutex);
+        if (state->isNumeric || state->isBusy)
+            return;
+        state->isBusy = true;
+    }
+    try {
+        std::thread([shared = state, tell = std::move(found)] {
+            const auto address = lookUp(shared->host);
+            {
+                const std::lock_guard lock(shared->mutex);
+                shared->isBusy = false;
+                if (address)
+                    shared->address = address;
+            }
+            if (address)
+                tell();
+        }).detach();
+    } catch (const std::system_error &) {
+        // Out of threads; a later change of the network tries again.
+        const std::lock_guard lock(state->mutex);
+        state->isBusy = false;
+    }
+}
+
+} // namespace platform

@@ -1,0 +1,61 @@
+#include "Platform.h"
+
+#include "LinuxHardwareRegistry.h"
+#include "LinuxWorkspace.h"
+#include "NetlinkReachability.h"
+#include "NotificationCenter.h"
+#include "PkexecAuthorizationService.h"
+#include "PlistPreferences.h"
+#include "ProcProcessTable.h"
+#include "QtDelayedCalls.h"
+#include "QtUrlLoader.h"
+#include "SecretServiceKeyStore.h"
+#include "SudoScriptingService.h"
+#include "SystemLog.h"
+#include "UserDefaultsController.h"
+
+namespace platform {
+
+namespace {
+
+constexpr char preferencesFile[] = "/Preferences/com.tallowind.Quorvane.plist";
+
+/// Preferences and the log that tells their troubles.
+void addPreferencesAndLog(Platform &platform) {
+    auto preferences =
+        std::make_unique<PlistPreferences>(platform.account.library() + QLatin1String(preferencesFile));
+    platform.userDefaults = std::make_unique<UserDefaultsController>(*preferences);
+    platform.logSink = std::make_unique<StandardLogSink>();
+    platform.log = std::make_unique<SystemLog>(*platform.logSink, *preferences);
+    preferences->setProblemHandler(
+        [log = platform.log.get()](const QString &text) { log->writeAlways(text); });
+    platform.preferences = std::move(preferences);
+    for (const QString &problem : std::as_const(platform.service.problems))
+        platform.log->writeAlways(problem);
+}
+
+} // namespace
+
+std::unique_ptr<Platform> makeLinuxPlatform() {
+    auto platform = std::make_unique<Platform>();
+    platform->bundle = std::make_unique<Bundle>(Bundle::ofExecutable());
+    const QString resources = platform->bundle->resourcesPath();
+    platform->service = ServiceConfiguration::read(
+        {resources + QStringLiteral("/service.conf"), QStringLiteral("/etc/quorvane/service.conf")});
+    platform->account = UserAccount::current();
+    platform->temporaryFolder = QStringLiteral("/tmp");
+    addPreferencesAndLog(*platform);
+    platform->notifications = std::make_unique<NotificationCenter>();
+    platform->delayedCalls = std::make_unique<QtDelayedCalls>();
+    platform->scripting = std::make_unique<SudoScriptingService>(resources);
+    platform->authorization = std::make_unique<PkexecAuthorizationService>();
+    platform->keyStore = std::make_unique<SecretServiceKeyStore>();
+    platform->reachability = std::make_unique<NetlinkReachability>();
+    platform->hardware = std::make_unique<LinuxHardwareRegistry>();
+    platform->processes = std::make_unique<ProcProcessTable>();
+    platform->urls = std::make_unique<QtUrlLoader>(platform->bundle->version(), platform->service.caFile);
+    platform->workspace = std::make_unique<LinuxWorkspace>(WorkspaceFolders::ofUser(platform->account.home));
+    return platform;
+}
+
+} // namespace platform

@@ -1,0 +1,123 @@
+#include "QtUrlLoader.h"
+
+#include "AtomicFile.h"
+#include "StrictUrl.h"
+#include "UrlTransfer.h"
+
+#include <QEventLoop>
+#include <QNetworkProxy>
+#include <QSslCertificate>
+
+namespace platform {
+
+namespace {
+
+UrlError fileError(int number) {
+    return {UrlError::Kind::File, qt_error_string(number)};
+}
+
+/// The file that a download goes into; it is made at the first byte.
+struct DownloadFile {
+    UrlLoader::Destination destination;
+    std::optional<PendingFile> file;
+
+    [[nodiscard]] std::optional<UrlError> take(const QByteArray &piece) {
+        int outcome = file ? 0 : file.emplace().open(destination());
+        if (outcome == 0)
+            outcome = file->write(piece);
+        return outcome == 0 ? std::nullopt : std::optional(fileError(outcome));
+    }
+};
+
+} // namespace
+
+QtUrlLoader::QtUrlLoader(const QString &clientVersion, const QString &authorities, const UrlLimits &bounds)
+    : version(clientVersion), authorityFile(authorities), limits(bounds) {}
+
+QtUrlLoader::~QtUrlLoader() = default;
+
+bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination destination,
+                           Finished finished, Failed failed) {
+    const auto request = requestFor(url);
+    if (!request)
+        return false;
+    if (!manager)
+        manager = makeManager();
+    auto target = std::make_shared<DownloadFile>();
+    target->destination = std::move(destination);
+    const auto ended = [target, finished = std::move(finished),
+                        failed = std::move(failed)](const std::optional<UrlError> &error) {
+        const int outcome = error ? 0 : target->file->commit(false);
+        // What did not get its name is gone before anybody is told.
+        target->file.reset();
+        if (error)
+            failed(*error);
+        else if (outcome != 0)
+            failed(fileError(outcome));
+        else
+            finished();
+    };
+    // The transfer belongs to the context and goes with it.
+    new UrlTransfer(
+        manager->get(*request), limits, context,
+        [target](const QByteArray &piece) { return target->take(piece); }, ended);
+    return true;
+}
+
+std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
+    const auto request = requestFor(url);
+    if (!request)
+        return std::nullopt;
+    const auto ownManager = makeManager();
+    QByteArray body("");
+    std::optional<UrlError> failure;
+    QEventLoop loop;
+    bool over = false;
+    QObject context;
+    new UrlTransfer(
+        ownManager->get(*request), limits, &context,
+        [&body](const QByteArray &piece) {
+            body += piece;
+            return std::optional<UrlError>();
+        },
+        [&](const std::optional<UrlError> &error) {
+            failure = error;
+            over = true;
+            loop.quit();
+        });
+    if (!over)
+        loop.exec();
+    return failure || !over ? std::nullopt : std::optional(body);
+}
+
+std::optional<QNetworkRequest> QtUrlLoader::requestFor(const QByteArray &url) {
+    const auto strict = strictUrl(url);
+    if (!strict)
+        return std::nullopt;
+    std::call_once(tlsIsSet, [this] {
+        tls = QSslConfiguration::defaultConfiguration();
+        if (!authorityFile.isEmpty())
+            tls.addCaCertificates(authorityFile);
+    });
+    QNetworkRequest request(*strict);
+    request.setSslConfiguration(tls);
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
+    request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+    // A packed body could unfold far beyond the limit.
+    request.setRawHeader("Accept-Encoding", "identity");
+    request.setRawHeader("User-Agent", "Quorvane/" + version.toUtf8());
+    return request;
+}
+
+std::unique_ptr<QNetworkAccessManager> QtUrlLoader::makeManager() {
+    auto made = std::make_unique<QNetworkAccessManager>();
+    made->setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    return made;
+}
+
+} // namespace platform

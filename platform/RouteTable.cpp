@@ -1,0 +1,141 @@
+#include "RouteTable.h"
+
+#include <arpa/inet.h>
+#include <array>
+#include <cerrno>
+#include <functional>
+#include <libmnl/libmnl.h>
+#include <linux/rtnetlink.h>
+#include <memory>
+#include <sys/socket.h>
+
+namespace platform::RouteTable {
+
+namespace {
+
+struct SocketCloser {
+    void operator()(mnl_socket *socket) const { mnl_socket_close(socket); }
+};
+
+using Socket = std::unique_ptr<mnl_socket, SocketCloser>;
+
+using RouteVisitor = std::function<void(const nlmsghdr *message)>;
+
+constexpr unsigned sequence = 1;
+
+Socket openSocket() {
+    Socket socket(mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC));
+    if (socket && mnl_socket_bind(socket.get(), 0, MNL_SOCKET_AUTOPID) != 0)
+        socket.reset();
+    return socket;
+}
+
+int visitMessage(const nlmsghdr *message, void *visitor) {
+    if (message->nlmsg_type == RTM_NEWROUTE)
+        (*static_cast<const RouteVisitor *>(visitor))(message);
+    return MNL_CB_OK;
+}
+
+/// Sends the request and hands every route of the answer to the visitor. 0, or the errno value that the
+/// kernel answered; absent when it could not be asked.
+std::optional<int> ask(nlmsghdr *request, bool isDump, const RouteVisitor &visitor) {
+    const Socket socket = openSocket();
+    if (!socket || mnl_socket_sendto(socket.get(), request, request->nlmsg_len) < 0)
+        return std::nullopt;
+    const unsigned port = mnl_socket_get_portid(socket.get());
+    RouteVisitor copy = visitor;
+    alignas(nlmsghdr) std::array<char, 32768> buffer{};
+    for (;;) {
+        const ssize_t size = mnl_socket_recvfrom(socket.get(), buffer.data(), buffer.size());
+        if (size < 0 && errno == EINTR)
+            continue;
+        if (size < 0)
+            return std::nullopt;
+        const int outcome =
+            mnl_cb_run(buffer.data(), static_cast<std::size_t>(size), sequence, port, visitMessage, &copy);
+        if (outcome < 0)
+            return errno;
+        if (outcome == MNL_CB_STOP || !isDump)
+            return 0;
+    }
+}
+
+/// A request for routes in the buffer, without attributes yet.
+nlmsghdr *prepare(char *buffer, std::uint16_t flags) {
+    nlmsghdr *request = mnl_nlmsg_put_header(buffer);
+    request->nlmsg_type = RTM_GETROUTE;
+    request->nlmsg_flags = static_cast<std::uint16_t>(NLM_F_REQUEST | flags);
+    request->nlmsg_seq = sequence;
+    auto *route = static_cast<rtmsg *>(mnl_nlmsg_put_extra_header(request, sizeof(rtmsg)));
+    route->rtm_family = AF_INET;
+    return request;
+}
+
+const rtmsg *routeOf(const nlmsghdr *message) {
+    return static_cast<const rtmsg *>(mnl_nlmsg_get_payload(message));
+}
+
+int noteGateway(const nlattr *attribute, void *found) {
+    const int kind = mnl_attr_get_type(attribute);
+    if (kind == RTA_GATEWAY || kind == RTA_VIA)
+        *static_cast<bool *>(found) = true;
+    return MNL_CB_OK;
+}
+
+bool hasGateway(const nlmsghdr *message) {
+    bool found = false;
+    mnl_attr_parse(message, sizeof(rtmsg), noteGateway, &found);
+    return found;
+}
+
+std::optional<int> askFor(std::uint32_t address, unsigned routeFlags, const RouteVisitor &visitor) {
+    alignas(nlmsghdr) std::array<char, 256> buffer{};
+    nlmsghdr *request = prepare(buffer.data(), 0);
+    auto *route = static_cast<rtmsg *>(mnl_nlmsg_get_payload(request));
+    route->rtm_dst_len = 32;
+    route->rtm_flags = routeFlags;
+    mnl_attr_put_u32(request, RTA_DST, htonl(address));
+    return ask(request, false, visitor);
+}
+
+} // namespace
+
+std::optional<Way> wayTo(std::uint32_t address) {
+    Way way;
+    const auto outcome = askFor(address, 0, [&way](const nlmsghdr *message) {
+        const unsigned char type = routeOf(message)->rtm_type;
+        way.isLocal = type == RTN_LOCAL;
+        way.isDirect = !hasGateway(message);
+        way.exists = way.isLocal || type == RTN_UNICAST || type == RTN_BROADCAST || type == RTN_MULTICAST;
+    });
+    if (!outcome)
+        return std::nullopt;
+    // Any error that the kernel itself answers says that there is no way.
+    return *outcome == 0 && way.exists ? way : Way();
+}
+
+std::optional<bool> isOnLink(std::uint32_t address, int prefixLength) {
+    bool found = false;
+    const auto outcome = askFor(address, RTM_F_FIB_MATCH, [&](const nlmsghdr *message) {
+        const rtmsg *route = routeOf(message);
+        const bool isNetwork = route->rtm_type == RTN_UNICAST || route->rtm_type == RTN_BROADCAST;
+        found = isNetwork && route->rtm_dst_len >= prefixLength && !hasGateway(message);
+    });
+    return outcome ? std::optional(*outcome == 0 && found) : std::nullopt;
+}
+
+std::optional<bool> hasDefaultRoute() {
+    alignas(nlmsghdr) std::array<char, 256> buffer{};
+    bool found = false;
+    const auto outcome = ask(prepare(buffer.data(), NLM_F_DUMP), true, [&found](const nlmsghdr *message) {
+        const rtmsg *route = routeOf(message);
+        constexpr unsigned unusable = RTNH_F_DEAD | RTNH_F_LINKDOWN;
+        found = found || (route->rtm_dst_len == 0 && route->rtm_type == RTN_UNICAST &&
+                          (route->rtm_flags & unusable) == 0);
+    });
+    if (!outcome || *outcome != 0)
+        return std::nullopt;
+    return found;
+}
+
+} // namespace platform::RouteTable

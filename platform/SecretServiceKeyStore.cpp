@@ -1,0 +1,140 @@
+#include "SecretServiceKeyStore.h"
+
+#include <libsecret/secret.h>
+#include <memory>
+
+namespace platform {
+
+namespace {
+
+constexpr char identifierKey[] = "identifier";
+constexpr char accountKey[] = "account";
+constexpr char labelKey[] = "label";
+
+const SecretSchema *schema() {
+    static const SecretSchema instance = [] {
+        SecretSchema made{};
+        made.name = "com.tallowind.Quorvane.Password";
+        made.flags = SECRET_SCHEMA_NONE;
+        made.attributes[0] = {identifierKey, SECRET_SCHEMA_ATTRIBUTE_STRING};
+        made.attributes[1] = {accountKey, SECRET_SCHEMA_ATTRIBUTE_STRING};
+        made.attributes[2] = {labelKey, SECRET_SCHEMA_ATTRIBUTE_STRING};
+        return made;
+    }();
+    return &instance;
+}
+
+struct ErrorHolder {
+    ErrorHolder() = default;
+
+    ~ErrorHolder() { g_clear_error(&error); }
+
+    ErrorHolder(const ErrorHolder &) = delete;
+    ErrorHolder &operator=(const ErrorHolder &) = delete;
+
+    GError *error = nullptr;
+};
+
+struct ObjectList {
+    explicit ObjectList(GList *items) : first(items) {}
+
+    ~ObjectList() { g_list_free_full(first, g_object_unref); }
+
+    ObjectList(const ObjectList &) = delete;
+    ObjectList &operator=(const ObjectList &) = delete;
+
+    GList *first;
+};
+
+using Attributes = std::unique_ptr<GHashTable, decltype(&g_hash_table_unref)>;
+using Value = std::unique_ptr<SecretValue, void (*)(SecretValue *)>;
+
+void dropValue(SecretValue *value) {
+    if (value != nullptr)
+        secret_value_unref(value);
+}
+
+Attributes attributesOf(const KeyStore::Item &item) {
+    const QByteArray identifier = item.identifier.toUtf8();
+    return {secret_attributes_build(schema(), identifierKey, identifier.constData(), accountKey,
+                                    item.account.toUtf8().constData(), labelKey, identifier.constData(),
+                                    nullptr),
+            &g_hash_table_unref};
+}
+
+Value valueOf(const KeyStore::Item &item) {
+    return {secret_value_new(item.password.constData(), item.password.size(), "text/plain"), &dropValue};
+}
+
+/// Changes secret, attributes and label of an item that exists. The account is one of the attributes that
+/// tell items apart, so storing anew would make a second item.
+bool change(SecretItem *item, const KeyStore::Item &wanted) {
+    ErrorHolder holder;
+    const Value value = valueOf(wanted);
+    const Attributes attributes = attributesOf(wanted);
+    return secret_item_set_secret_sync(item, value.get(), nullptr, &holder.error) != FALSE &&
+           secret_item_set_attributes_sync(item, schema(), attributes.get(), nullptr, &holder.error) != FALSE;
+}
+
+} // namespace
+
+std::optional<QByteArray> SecretServiceKeyStore::password(const QString &identifier) {
+    ErrorHolder holder;
+    const Value value(secret_password_lookup_binary_sync(schema(), nullptr, &holder.error, identifierKey,
+                                                         identifier.toUtf8().constData(), nullptr),
+                      &dropValue);
+    if (value == nullptr)
+        return std::nullopt;
+    gsize size = 0;
+    const gchar *bytes = secret_value_get(value.get(), &size);
+    return QByteArray(bytes, static_cast<qsizetype>(size));
+}
+
+bool SecretServiceKeyStore::add(const Item &item) {
+    ErrorHolder holder;
+    const Value value = valueOf(item);
+    const Attributes attributes = attributesOf(item);
+    return secret_password_storev_binary_sync(schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
+                                              item.identifier.toUtf8().constData(), value.get(), nullptr,
+                                              &holder.error) != FALSE;
+}
+
+bool SecretServiceKeyStore::update(const Item &item) {
+    ErrorHolder holder;
+    const std::unique_ptr<SecretService, decltype(&g_object_unref)> service(
+        secret_service_get_sync(SECRET_SERVICE_LOAD_COLLECTIONS, nullptr, &holder.error), &g_object_unref);
+    if (service == nullptr)
+        return false;
+    const Attributes wanted(
+        secret_attributes_build(schema(), identifierKey, item.identifier.toUtf8().constData(), nullptr),
+        &g_hash_table_unref);
+    const ObjectList found(secret_service_search_sync(service.get(), schema(), wanted.get(),
+                                                      SECRET_SEARCH_UNLOCK, nullptr, &holder.error));
+    if (found.first == nullptr)
+        return false;
+    return change(SECRET_ITEM(found.first->data), item);
+}
+
+void SecretServiceKeyStore::remove(const QString &identifier) {
+    ErrorHolder holder;
+    secret_password_clear_sync(schema(), nullptr, &holder.error, identifierKey,
+                               identifier.toUtf8().constData(), nullptr);
+}
+
+std::optional<QStringList> SecretServiceKeyStore::accounts(const QString &label) {
+    ErrorHolder holder;
+    const ObjectList found(secret_password_search_sync(schema(), SECRET_SEARCH_ALL, nullptr, &holder.error,
+                                                       labelKey, label.toUtf8().constData(), nullptr));
+    if (holder.error != nullptr)
+        return std::nullopt;
+    QStringList names;
+    for (const GList *entry = found.first; entry != nullptr; entry = entry->next) {
+        const Attributes attributes(secret_retrievable_get_attributes(SECRET_RETRIEVABLE(entry->data)),
+                                    &g_hash_table_unref);
+        const auto *account = static_cast<const char *>(g_hash_table_lookup(attributes.get(), accountKey));
+        names.append(QString::fromUtf8(account != nullptr ? account : ""));
+    }
+    return names;
+}
+
+} // namespace platform
