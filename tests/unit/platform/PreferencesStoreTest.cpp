@@ -1,0 +1,103 @@
+#include "fakes/MemoryPreferences.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+const QString key = QStringLiteral("key");
+
+class PreferencesStoreTest : public ::testing::Test {
+protected:
+    void store(const QVariant &value) { preferences.setValue(key, value); }
+
+    fakes::MemoryPreferences preferences;
+};
+
+TEST_F(PreferencesStoreTest, AbsentReadsAsZeroFalseAndNull) {
+    EXPECT_EQ(preferences.integer(key), 0);
+    EXPECT_FALSE(preferences.boolean(key));
+    EXPECT_TRUE(preferences.string(key).isNull());
+    EXPECT_FALSE(preferences.value(key).isValid());
+}
+
+TEST_F(PreferencesStoreTest, IntegerOfEachType) {
+    const std::vector<std::pair<QVariant, qint64>> cases{
+        {qint64{-7}, -7},
+        {7, 7},
+        {true, 1},
+        {false, 0},
+        {2.9, 2},
+        {-2.9, -2},
+        {1e30, std::numeric_limits<qint64>::max()},
+        {-1e30, std::numeric_limits<qint64>::min()},
+        {std::numeric_limits<double>::quiet_NaN(), 0},
+        {QStringLiteral("12abc"), 12},
+        {QStringLiteral("  -5 "), -5},
+        {QStringLiteral("+5"), 5},
+        {QStringLiteral("-"), 0},
+        {QStringLiteral("abc"), 0},
+        {QStringLiteral(""), 0},
+        {QStringLiteral("99999999999999999999"), std::numeric_limits<qint64>::max()},
+        {QStringLiteral("-99999999999999999999"), std::numeric_limits<qint64>::min()},
+        {QByteArray("5"), 0}};
+    for (const auto &[value, expected] : cases) {
+        store(value);
+        EXPECT_EQ(preferences.integer(key), expected) << value.toString().toStdString();
+    }
+}
+
+TEST_F(PreferencesStoreTest, BooleanOfEachType) {
+    const std::vector<std::pair<QVariant, bool>> cases{{1, true},
+                                                       {0, false},
+                                                       {-1, true},
+                                                       {0.5, true},
+                                                       {0.0, false},
+                                                       {true, true},
+                                                       {QStringLiteral("YES"), true},
+                                                       {QStringLiteral("yellow"), true},
+                                                       {QStringLiteral("true"), true},
+                                                       {QStringLiteral("T"), true},
+                                                       {QStringLiteral("5"), true},
+                                                       {QStringLiteral("0"), false},
+                                                       {QStringLiteral("no"), false},
+                                                       {QStringLiteral(""), false},
+                                                       {QByteArray("1"), false}};
+    for (const auto &[value, expected] : cases) {
+        store(value);
+        EXPECT_EQ(preferences.boolean(key), expected) << value.toString().toStdString();
+    }
+}
+
+TEST_F(PreferencesStoreTest, StringOfEachType) {
+    const std::vector<std::pair<QVariant, QString>> cases{{QStringLiteral("a"), QStringLiteral("a")},
+                                                          {-7, QStringLiteral("-7")},
+                                                          {0.5, QStringLiteral("0.5")},
+                                                          {true, QStringLiteral("1")},
+                                                          {false, QStringLiteral("0")}};
+    for (const auto &[value, expected] : cases) {
+        store(value);
+        EXPECT_EQ(preferences.string(key), expected);
+    }
+    store(QByteArray("bytes"));
+    EXPECT_TRUE(preferences.string(key).isNull());
+}
+
+TEST_F(PreferencesStoreTest, EmptyTextIsNotAnAbsentOne) {
+    store(QStringLiteral(""));
+    EXPECT_FALSE(preferences.string(key).isNull());
+    store(QString());
+    EXPECT_TRUE(preferences.value(key).isValid());
+    EXPECT_FALSE(preferences.string(key).isNull());
+    preferences.remove(key);
+    EXPECT_TRUE(preferences.string(key).isNull());
+}
+
+TEST_F(PreferencesStoreTest, IntegersAreKeptInOneType) {
+    store(7U);
+    EXPECT_EQ(preferences.value(key).typeId(), QMetaType::LongLong);
+    store(0.5F);
+    EXPECT_EQ(preferences.value(key).typeId(), QMetaType::Double);
+}
+
+} // namespace

@@ -1,0 +1,84 @@
+#include "platform/ServiceConfiguration.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using platform::ServiceConfiguration;
+
+class ServiceConfigurationTest : public ::testing::Test {
+protected:
+    QString file(const QString &name, const QByteArray &text) const {
+        QFile target(folder.filePath(name));
+        EXPECT_TRUE(target.open(QIODevice::WriteOnly));
+        EXPECT_EQ(target.write(text), text.size());
+        return target.fileName();
+    }
+
+    ServiceConfiguration of(const QByteArray &text) const {
+        return ServiceConfiguration::read({file(QStringLiteral("one.conf"), text)});
+    }
+
+    QTemporaryDir folder;
+};
+
+TEST_F(ServiceConfigurationTest, ReadsEveryKey) {
+    const auto read =
+        of("# comment\n\n api-host = api.example.test:8443 # more\nweb-host=www.example.test\r\n"
+           "reachability-host = 192.0.2.1\nca-file = /etc/quorvane/ca.crt\n");
+    EXPECT_EQ(read.apiHost, QStringLiteral("api.example.test:8443"));
+    EXPECT_EQ(read.webHost, QStringLiteral("www.example.test"));
+    EXPECT_EQ(read.reachabilityHost, QStringLiteral("192.0.2.1"));
+    EXPECT_EQ(read.caFile, QStringLiteral("/etc/quorvane/ca.crt"));
+    EXPECT_TRUE(read.problems.isEmpty()) << read.problems.join(u'\n').toStdString();
+}
+
+TEST_F(ServiceConfigurationTest, LaterFilesOverrideKeyByKey) {
+    const QString first = file(QStringLiteral("a"), "api-host = a.test\nweb-host = w.test\n");
+    const QString second = file(QStringLiteral("b"), "api-host = b.test\n");
+    const auto read = ServiceConfiguration::read({first, folder.filePath(QStringLiteral("missing")), second});
+    EXPECT_EQ(read.apiHost, QStringLiteral("b.test"));
+    EXPECT_EQ(read.webHost, QStringLiteral("w.test"));
+    EXPECT_TRUE(read.problems.isEmpty());
+}
+
+TEST_F(ServiceConfigurationTest, HostsAreInSmallLettersAsUrlsHaveThem) {
+    EXPECT_EQ(of("api-host = API.Example.Test\n").apiHost, QStringLiteral("api.example.test"));
+}
+
+TEST_F(ServiceConfigurationTest, ReportsAndIgnoresWhatIsWrong) {
+    const QList<QByteArray> wrong{"api-host = https://a.test",
+                                  "api-host = a.test/path",
+                                  "api-host = a b",
+                                  "api-host =",
+                                  "api-host = a.test:0",
+                                  "api-host = a.test:70000",
+                                  "api-host = -a.test",
+                                  "api-host = a..test",
+                                  "web-host = user@host",
+                                  "reachability-host = a.test:1",
+                                  "ca-file = relative",
+                                  "unknown = 1",
+                                  "no line of that form",
+                                  "api-host = \xC3\x28"};
+    for (const QByteArray &line : wrong) {
+        const auto read = of("api-host = good.test\n" + line + '\n');
+        EXPECT_EQ(read.problems.size(), 1) << line.constData();
+        // A file that is not text counts for nothing at all.
+        const QString expected = line.contains('\xC3') ? QString() : QStringLiteral("good.test");
+        EXPECT_EQ(read.apiHost, expected) << line.constData();
+    }
+}
+
+TEST_F(ServiceConfigurationTest, AcceptsAddressesInBrackets) {
+    EXPECT_EQ(of("api-host = [2001:db8::1]:443\n").apiHost, QStringLiteral("[2001:db8::1]:443"));
+}
+
+TEST_F(ServiceConfigurationTest, TellsWhereTheProblemIs) {
+    EXPECT_TRUE(of("\n\nbad = 1\n").problems.value(0).contains(QStringLiteral("one.conf, line 3")));
+}
+
+} // namespace
