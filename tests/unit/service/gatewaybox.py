@@ -203,7 +203,7 @@ class GatewayTest(unittest.TestCase):
 
     def test_a_gateway_that_cannot_be_prepared_ends_the_service(self):
         with open(self.service.folder + "/nft-fails", "w", encoding="ascii"):
-            self.service.start()
+            self.service.launch()
         self.assertEqual(self.service.process.wait(10), 1)
         self.assertIn("gateway: the tables cannot be set up: no such table", self.service.stderr())
 
