@@ -52,8 +52,8 @@ std::string GatewayRules::setup() const {
 std::string GatewayRules::teardown() const {
     const std::string &table = m_gateway.table;
     if (!m_gateway.createTables) {
-        return "flush map ip " + table + ' ' + m_gateway.map + "\nflush set ip " + table + ' ' + m_gateway.set +
-               '\n';
+        return "flush map ip " + table + ' ' + m_gateway.map + "\nflush set ip " + table + ' ' +
+               m_gateway.set + '\n';
     }
     // Adding before deleting makes the deletion work whether or not there was a table.
     return "add table ip " + table + "\nadd table ip6 " + table + "\ndelete table ip " + table +

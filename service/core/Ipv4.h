@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -16,7 +15,9 @@ struct Ipv4Address {
     static std::optional<Ipv4Address> parse(std::string_view text);
     [[nodiscard]] std::string text() const;
 
-    auto operator<=>(const Ipv4Address &) const = default;
+    bool operator==(const Ipv4Address &) const = default;
+
+    bool operator<(const Ipv4Address &other) const { return value < other.value; }
 };
 
 /// A network written "10.8.0.0/16"; the host bits of the base must be zero.

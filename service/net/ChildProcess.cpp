@@ -66,6 +66,7 @@ public:
     int spawn(const std::vector<std::string> &arguments, pid_t &pid) {
         std::vector<std::string> words = arguments;
         std::vector<char *> argv;
+        argv.reserve(words.size() + 1);
         for (std::string &word : words) {
             argv.push_back(word.data());
         }

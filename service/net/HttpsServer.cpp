@@ -340,9 +340,7 @@ private:
 HttpsServer::HttpsServer(asio::io_context &context, const Config &config, Handler handler, TrafficSink &sink)
     : m_shared(std::make_unique<Shared>(context, config, std::move(handler), sink)) {}
 
-HttpsServer::~HttpsServer() {
-    stop();
-}
+HttpsServer::~HttpsServer() = default;
 
 Result<bool> HttpsServer::start() {
     error_code error;

@@ -30,7 +30,8 @@ public:
 
     /// Loads the certificate and binds all addresses.
     Result<bool> start();
-    /// Stops accepting and closes every connection.
+    /// Stops accepting and closes every connection. Destroying the object without it is for
+    /// a context that runs no more.
     void stop();
 
     /// "address port" of every bound address, with the port that the system chose.

@@ -144,9 +144,7 @@ void LineServer::State::acceptAfterPause() {
 LineServer::LineServer(asio::io_context &context, MakeClient makeClient)
     : m_state(std::make_shared<State>(context, std::move(makeClient))) {}
 
-LineServer::~LineServer() {
-    stop();
-}
+LineServer::~LineServer() = default;
 
 Result<bool> LineServer::start(const std::string &path) {
     std::error_code gone;

@@ -39,7 +39,8 @@ public:
 
     /// Binds the path, taking the place of a socket that a predecessor left there.
     Result<bool> start(const std::string &path);
-    /// Ends all connections and removes the socket.
+    /// Ends all connections and removes the socket. Destroying the object without it is for
+    /// a context that runs no more.
     void stop();
 
 private:

@@ -130,6 +130,7 @@ public:
         if (auto locked = m_lock.take(m_config.runtimeFolder + "/lock"); !locked) {
             return locked;
         }
+        removeAddresses(); // a killed predecessor's would be taken for ours
         if (auto opened = m_log.open(m_config.requestLog); !opened) {
             return opened;
         }
@@ -190,13 +191,17 @@ private:
         return true;
     }
 
+    void removeAddresses() {
+        std::error_code ignored;
+        std::filesystem::remove(m_config.runtimeFolder + "/listening", ignored);
+    }
+
     void stop() {
         if (std::exchange(m_stopping, true)) {
             return;
         }
         m_signals.cancel();
-        std::error_code ignored;
-        std::filesystem::remove(m_config.runtimeFolder + "/listening", ignored);
+        removeAddresses();
         m_https.stop();
         m_control.stop();
         if (m_gateway) {

@@ -23,6 +23,12 @@ NFT = """#!/bin/sh
 """
 
 
+def process_state(pid):
+    """The kernel's letter for it; T for stopped."""
+    with open(f"/proc/{pid}/stat", encoding="ascii") as stat:
+        return stat.read().rsplit(")", 1)[1].split()[0]
+
+
 class Puppet:
     """The test's end of one server."""
 
@@ -186,6 +192,7 @@ class GatewayTest(unittest.TestCase):
     def test_a_server_that_does_not_end_is_killed(self):
         udp, _ = self.start()
         os.kill(udp.pid, signal.SIGSTOP)
+        until(lambda: process_state(udp.pid) == "T", what="the server's stop")
         self.assertEqual(self.service.stop(), 0)
         self.assertFalse(os.path.exists(f"/proc/{udp.pid}"))
         self.assertIn("does not end, killing it", self.service.stderr())
@@ -203,7 +210,7 @@ class GatewayTest(unittest.TestCase):
 
     def test_a_gateway_that_cannot_be_prepared_ends_the_service(self):
         with open(self.service.folder + "/nft-fails", "w", encoding="ascii"):
-            self.service.start()
+            self.service.launch()
         self.assertEqual(self.service.process.wait(10), 1)
         self.assertIn("gateway: the tables cannot be set up: no such table", self.service.stderr())
 

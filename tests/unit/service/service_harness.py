@@ -63,13 +63,18 @@ class Service:
         self.process = None
         self.errors = ""
 
-    def start(self):
+    def launch(self):
+        """Starts the program without waiting for anything."""
         path = f"{self.folder}/config.json"
         with open(path, "w", encoding="utf-8") as file:
             json.dump(self.config, file)
         self.stderr_path = f"{self.folder}/stderr"
         with open(self.stderr_path, "ab") as stderr:
             self.process = subprocess.Popen([self.program, "--config", path], stderr=stderr)
+
+    def start(self):
+        """Starts the program and waits until it listens."""
+        self.launch()
         listening = f"{self.runtime}/listening"
         until(lambda: os.path.exists(listening) or self.process.poll() is not None, what="listening")
         assert self.process.poll() is None, self.stderr()
