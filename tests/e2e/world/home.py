@@ -116,7 +116,9 @@ class Home:
                 if os.stat(f"/proc/{pid}/ns/pid").st_ino != self._namespace or (name and short_name != name):
                     continue
                 command = Path(f"/proc/{pid}/cmdline").read_bytes().split(b"\0")[:-1]
-                uid = os.stat(f"/proc/{pid}").st_uid
+                # Not the owner of the folder: that is root for a process that lets nobody trace it.
+                status = Path(f"/proc/{pid}/status").read_text(encoding="utf-8", errors="replace")
+                uid = int(re.search(r"^Uid:\s+(\d+)", status, re.M).group(1))
             except OSError:
                 continue
             found.append(Process(pid, short_name, [word.decode(errors="replace") for word in command], uid))
