@@ -125,11 +125,12 @@ class Home:
         return found
 
     def privileged_lines(self):
-        """What sudo ran at home, in order: the text after COMMAND= of its log."""
+        """What sudo ran at home, in order: the text after COMMAND= of its log, without what it refused."""
         log = self.path("/var/log/sudo.log")
         if not log.exists():
             return []
-        return re.findall(r"COMMAND=(.*)", log.read_text(encoding="utf-8", errors="replace"))
+        granted = r"^.*? : \S+ : (?:TTY=\S+ ; )?PWD=[^;]* ; USER=root ; COMMAND=(.*)$"
+        return re.findall(granted, log.read_text(encoding="utf-8", errors="replace"), re.M)
 
     def public_address(self, user="joe", timeout=5):
         """The address from which the service sees a request made at home; None when none gets through."""
