@@ -26,11 +26,20 @@ def check_gone(world, client):
     world.home.wait_for(lambda: not world.service.lent(), 15, "the lent address is given back")
 
 
-def test_closing_the_window(world, hidden):
-    """Without a tray there is no other way back to the program, so the last window's close ends it."""
-    hidden.display.close_active_window("Quorvane")
+def test_the_quit_key(world, hidden):
+    hidden.display.press_keys("Quorvane", "ctrl+q")
     assert hidden.wait_exit() == 0
     check_gone(world, hidden)
+
+
+def test_closing_the_window_is_no_quitting(world, hidden):
+    """The window goes out of the way; the session goes on."""
+    address = hidden.current_address()
+    hidden.display.press_keys("Quorvane", "alt+F4")
+    world.home.wait_for(lambda: not hidden.display.on_screen("Quorvane"), 10, "the window is out of the way")
+    assert hidden.running()
+    assert len(hidden.openvpn()) == 1
+    assert world.home.public_address() == address
 
 
 @pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT, signal.SIGHUP])

@@ -56,7 +56,8 @@ def test_fixed_location(world, client, protocol):
     tunnel = client.openvpn()
     assert len(tunnel) == 1 and tunnel[0].uid == 0, "OpenVPN runs once, as root"
     server = f"{asked[0].parameter('desiredip')}:{service.UDP_PORT if protocol == 'UDP' else service.TCP_PORT}"
-    assert f"{protocol}v4 link remote: [AF_INET]{server}" in client.openvpn_log()
+    link = {"UDP": "UDPv4", "TCP": "TCPv4_CLIENT"}[protocol]
+    assert f"{link} link remote: [AF_INET]{server}\n" in client.openvpn_log()
 
     client.stop()
     check_not_hidden(world, client)

@@ -183,7 +183,9 @@ class Client:
         return self.wait({"window": DIALOG, "role": "push button", "name": "Start"}, timeout, absent=True)
 
     def alerts(self, key="first"):
-        return self.ask("alerts", key=key)
+        """Every message box that shows: title, texts without blank lines at their ends, buttons."""
+        return [{**alert, "texts": [text.strip() for text in alert["texts"] if text.strip()]}
+                for alert in self.ask("alerts", key=key)]
 
     def wait_alert(self, timeout, key="first"):
         """Waits for a message box; its title, texts and buttons."""

@@ -76,11 +76,16 @@ class PrivateDisplay(Display):
                 raise RuntimeError("openbox did not start")
             time.sleep(0.02)
 
-    def close_active_window(self, title):
-        """Closes a window the way a user does: brings it to the front and presses Alt+F4."""
+    def press_keys(self, title, keys):
+        """Brings a window to the front and presses keys in it, the way a user does."""
         self.run("xdotool", "search", "--sync", "--onlyvisible", "--name", title, "windowactivate", "--sync",
                  timeout=20)
-        self.run("xdotool", "key", "--clearmodifiers", "alt+F4", timeout=20)
+        self.run("xdotool", "key", "--clearmodifiers", keys, timeout=20)
+
+    def on_screen(self, title):
+        """Whether a window of this title is neither closed nor minimised."""
+        found = self.run("xdotool", "search", "--onlyvisible", "--name", title, check=False, timeout=20)
+        return bool(found.stdout.strip())
 
     def close(self):
         """Takes the X server away from whoever still uses it."""

@@ -116,18 +116,21 @@ class Home:
                 if os.stat(f"/proc/{pid}/ns/pid").st_ino != self._namespace or (name and short_name != name):
                     continue
                 command = Path(f"/proc/{pid}/cmdline").read_bytes().split(b"\0")[:-1]
-                uid = os.stat(f"/proc/{pid}").st_uid
+                # Not the owner of the folder: that is root for a process that lets nobody trace it.
+                status = Path(f"/proc/{pid}/status").read_text(encoding="utf-8", errors="replace")
+                uid = int(re.search(r"^Uid:\s+(\d+)", status, re.M).group(1))
             except OSError:
                 continue
             found.append(Process(pid, short_name, [word.decode(errors="replace") for word in command], uid))
         return found
 
     def privileged_lines(self):
-        """What sudo ran at home, in order: the text after COMMAND= of its log."""
+        """What sudo ran at home, in order: the text after COMMAND= of its log, without what it refused."""
         log = self.path("/var/log/sudo.log")
         if not log.exists():
             return []
-        return re.findall(r"COMMAND=(.*)", log.read_text(encoding="utf-8", errors="replace"))
+        granted = r"^.*? : \S+ : (?:TTY=\S+ ; )?PWD=[^;]* ; USER=root ; COMMAND=(.*)$"
+        return re.findall(granted, log.read_text(encoding="utf-8", errors="replace"), re.M)
 
     def public_address(self, user="joe", timeout=5):
         """The address from which the service sees a request made at home; None when none gets through."""

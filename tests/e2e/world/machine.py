@@ -17,7 +17,7 @@ ACCOUNT_FILES = (
     "/etc/sudoers",
 )
 RESOLVER_FILES = ("/etc/resolv.conf", "/etc/hosts", "/etc/nsswitch.conf")
-WATCHED_PROCESSES = ("openvpn", "vpnsrv")
+KILLED_NAME = "openvpn"
 NS_GET_PARENT = 0xB702
 
 
@@ -71,15 +71,15 @@ def parent_of(pid):
         return None
 
 
-def _own_watched_processes():
-    """The OpenVPN processes of the machine's own network, with their start times."""
+def _own_openvpn():
+    """What a kill by name that got out would hit: the OpenVPN processes of the machine's own network."""
     own_network = os.readlink("/proc/self/ns/net")
     found = set()
     for pid, name in processes():
         try:
-            if name in WATCHED_PROCESSES and os.readlink(f"/proc/{pid}/ns/net") == own_network:
+            if name == KILLED_NAME and os.readlink(f"/proc/{pid}/ns/net") == own_network:
                 started = _status_fields(pid)[19]
-                found.add((pid, name, started))
+                found.add((pid, started))
         except OSError:
             continue
     return found
@@ -121,7 +121,7 @@ class Snapshot:
             "firewall": _output("nft", "-s", "list", "ruleset"),
             "namespaces": _output("ip", "netns", "list"),
         }
-        self.openvpn = _own_watched_processes()
+        self.openvpn = _own_openvpn()
 
     def differences(self, later, namespace):
         """What is not as before, one plain line each; an empty list when all is."""
