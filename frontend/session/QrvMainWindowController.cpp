@@ -56,11 +56,11 @@ void postInternetStatus(int status) {
 
 } // namespace
 
-QrvMainWindowController::QrvMainWindowController()
-    : mainWindow(std::make_unique<MainWindow>()), tray(new TrayPresence(this)), fetch(QrvAPI::sharedApi()),
+QrvMainWindowController::QrvMainWindowController(QrvAPI &client)
+    : api(client), mainWindow(std::make_unique<MainWindow>()), tray(new TrayPresence(this)), fetch(client),
       choice([] { return QRandomGenerator::global()->generate(); }),
       hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this), sessionDisplay,
-                                                    QrvAPI::sharedApi(), vpn)) {}
+                                                    client, vpn)) {}
 
 QrvMainWindowController::~QrvMainWindowController() {
     if (reach) {
@@ -68,7 +68,7 @@ QrvMainWindowController::~QrvMainWindowController() {
     }
     services().notifications->removeObservers(this);
     services().delayedCalls->cancelAll(this);
-    QrvAPI::sharedApi().setDelegate(nullptr);
+    api.setDelegate(nullptr);
 }
 
 QrvMainWindowController *QrvMainWindowController::sharedMainWindow() {
@@ -86,7 +86,6 @@ void QrvMainWindowController::awakeFromNib() {
     connectWindow();
     connectTray();
     connectFetch();
-    QrvAPI &api = QrvAPI::sharedApi();
     api.initWithDelegate(this);
     mainWindow->locationPane().connectTo(&api, this);
     SessionState::shared().hidden = services().preferences->boolean(QStringLiteral("hide"));
@@ -270,7 +269,7 @@ void QrvMainWindowController::selectEntry(quint64 number) {
 }
 
 void QrvMainWindowController::downloadCertificateForSelectedItem() {
-    if (!QrvAPI::sharedApi().inetConnect()) {
+    if (!api.inetConnect()) {
         Diagnostics::log(QStringLiteral("downloadCertificateForSelectedItem no inet"));
         hideIpSession->connectionError();
         return;
@@ -296,8 +295,7 @@ void QrvMainWindowController::downloadCertificateForSelectedItem() {
         SessionState::shared().currentLocation = outcome.pick.title;
     }
     if (!outcome.pick.data->ipAdress.isNull() && SessionState::shared().currentLocation.isEmpty()) {
-        SessionState::shared().currentLocation =
-            QrvAPI::sharedApi().model().getLocationByIP(outcome.pick.data->ipAdress);
+        SessionState::shared().currentLocation = api.model().getLocationByIP(outcome.pick.data->ipAdress);
     }
     lastItem = outcome.pick;
     fetch.start(outcome.pick.title, outcome.pick.data, mainWindow->transportLabel());

@@ -30,7 +30,8 @@ public:
     /// Seconds from the window's loading to the start-up checks.
     static constexpr double checkDelaySeconds = 2.0;
 
-    QrvMainWindowController();
+    /// The API client is not owned and must outlive this.
+    explicit QrvMainWindowController(QrvAPI &api = QrvAPI::sharedApi());
     ~QrvMainWindowController() override;
 
     /// Null until the application has finished launching.
@@ -53,12 +54,14 @@ public:
 
     [[nodiscard]] MainWindow &window() { return *mainWindow; }
 
+    [[nodiscard]] TrayPresence &statusItem() { return *tray; }
+
     [[nodiscard]] const SessionDisplay &display() const { return sessionDisplay; }
 
     // VpnProtocol
     void connectionError() override;
     // QrvApiProtocol
-    void qrvAnswer(QrvAPI &api) override;
+    void qrvAnswer(QrvAPI &client) override;
     void qrvFailed(const platform::UrlError &error) override;
     // LocationPaneDelegate
     [[nodiscard]] QStringList getDiscardList() const override;
@@ -93,6 +96,7 @@ private:
     [[nodiscard]] LocationChoice::Request choiceRequest() const;
     void selectEntry(quint64 number);
 
+    QrvAPI &api;
     std::unique_ptr<MainWindow> mainWindow;
     TrayPresence *tray;
     SessionDisplay sessionDisplay;

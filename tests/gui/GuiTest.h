@@ -1,0 +1,47 @@
+#pragma once
+
+#include "fakes/TestPlatform.h"
+#include "frontend/api/QrvAPI.h"
+#include "frontend/support/SessionState.h"
+#include "frontend/ui/Alerts.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QImage>
+#include <QTest>
+
+inline QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+/// A fresh platform, empty session values, and alerts recorded instead of shown.
+class GuiFixture {
+public:
+    GuiFixture() {
+        QrvAPI::forgetProcessWideValues();
+        SessionState::shared() = {};
+        for (const char *name : {"de", "us", "xx", "Tray", "TrayLock", "appmain", "appwait", "applock"}) {
+            addImage(text(name));
+        }
+        Alerts::shared().setPresenter([this](const Alerts::Alert &alert) { alerts.append(alert); });
+    }
+
+    ~GuiFixture() {
+        Alerts::shared().setPresenter({});
+        SessionState::shared() = {};
+    }
+
+    GuiFixture(const GuiFixture &) = delete;
+    GuiFixture &operator=(const GuiFixture &) = delete;
+
+    void addImage(const QString &name) {
+        const QString folder = services.platform().bundle->resourcesPath() + text("/images");
+        QDir().mkpath(folder);
+        QImage image(8, 6, QImage::Format_ARGB32);
+        image.fill(Qt::red);
+        image.save(folder + QChar(u'/') + name + text(".png"));
+    }
+
+    fakes::TestPlatform services;
+    QList<Alerts::Alert> alerts;
+};
