@@ -26,18 +26,18 @@ bool isHost(const QString &text, bool portAllowed) {
 
 /// Takes one key's value; the complaint when it will not do.
 QString take(ServiceConfiguration &configuration, const QString &key, const QString &value) {
-    if (key == QStringLiteral("ca-file")) {
+    if (key == QStringLiteral("ca_file")) {
         if (!value.isEmpty() && !value.startsWith(u'/'))
-            return QStringLiteral("ca-file is no absolute path");
+            return QStringLiteral("ca_file is no absolute path");
         configuration.caFile = value;
         return {};
     }
     QString *place = nullptr;
-    if (key == QStringLiteral("api-host"))
+    if (key == QStringLiteral("api_host"))
         place = &configuration.apiHost;
-    else if (key == QStringLiteral("web-host"))
+    else if (key == QStringLiteral("web_host"))
         place = &configuration.webHost;
-    else if (key == QStringLiteral("reachability-host"))
+    else if (key == QStringLiteral("reachability_host"))
         place = &configuration.reachabilityHost;
     if (place == nullptr)
         return QStringLiteral("unknown key \"%1\"").arg(key);
