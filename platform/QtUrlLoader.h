@@ -23,6 +23,9 @@ struct UrlLimits {
 
 /// UrlLoader over QNetworkAccessManager: HTTP/1.1, straight to the host whatever proxies are set.
 ///
+/// An answer cut short is told by its length. One sent in chunks has none, and Qt 6.4 sometimes takes the
+/// end of the connection for its end: what reads the body must not rely on it being whole then.
+///
 /// Every complete answer is a finished download, whatever its status and even when its body is empty.
 /// Certificates are checked against the system's authorities and those of the extra file. Downloads
 /// belong to the main thread and end silently with the loader.

@@ -6,6 +6,16 @@
 
 namespace platform {
 
+namespace {
+
+/// Whether a segment begins with a dot: Qt takes such ones out when it writes the request, and not
+/// only "." and "..".
+bool hasDotSegment(const QString &path) {
+    return path.contains(QStringLiteral("/."));
+}
+
+} // namespace
+
 std::optional<QUrl> strictUrl(const QByteArray &text) {
     // The parser takes '#' as the start of a fragment, which is never sent, and repairs other
     // characters silently.
@@ -17,7 +27,7 @@ std::optional<QUrl> strictUrl(const QByteArray &text) {
     const QString scheme = url.scheme();
     const bool web = scheme == QStringLiteral("http") || scheme == QStringLiteral("https");
     if (!url.isValid() || !web || url.host().isEmpty() || !url.userInfo().isEmpty() ||
-        url.toEncoded() != text)
+        url.toEncoded() != text || hasDotSegment(url.path(QUrl::FullyEncoded)))
         return std::nullopt;
     return url;
 }

@@ -7,8 +7,8 @@
 namespace platform {
 
 /// The URL of a text that can be sent byte for byte: http or https with a host, no user, and nothing in it
-/// that would be re-encoded, cut off or refused (blanks, '#', non-ASCII characters, broken escapes). Absent
-/// otherwise.
+/// that would be written otherwise, cut off or refused (blanks, '#', non-ASCII characters, broken or
+/// unusual escapes, path segments that begin with a dot). Absent otherwise.
 [[nodiscard]] std::optional<QUrl> strictUrl(const QByteArray &text);
 
 } // namespace platform

@@ -11,6 +11,7 @@ UrlTransfer::UrlTransfer(QNetworkReply *answer, const UrlLimits &limits, QObject
     overall.setSingleShot(true);
     overall.setInterval(limits.overall);
     for (QTimer *timer : {&silence, &overall}) {
+        timer->setTimerType(Qt::PreciseTimer);
         connect(timer, &QTimer::timeout, this, [this] {
             end(UrlError{UrlError::Kind::TimedOut, QStringLiteral("the server took too long")});
         });
@@ -68,12 +69,18 @@ void UrlTransfer::takeEnd() {
 
 bool UrlTransfer::isCompleteAnswer() const {
     const QNetworkReply::NetworkError error = reply->error();
-    // These errors only say that the status is not one of success.
+    // An early end of the connection may hide behind the error of the status.
+    const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
+    if (length.isValid() && length.toLongLong() != received)
+        return false;
+    // These errors say nothing but that the status is not one of success.
     const bool statusOnly =
         (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError) ||
-        (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError);
-    const bool hasStatus = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-    return error == QNetworkReply::NoError || (statusOnly && hasStatus);
+        (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError) ||
+        error == QNetworkReply::ProtocolInvalidOperationError || error == QNetworkReply::ProtocolUnknownError;
+    constexpr int firstErrorStatus = 400;
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    return error == QNetworkReply::NoError || (statusOnly && status >= firstErrorStatus);
 }
 
 UrlError UrlTransfer::networkError() const {

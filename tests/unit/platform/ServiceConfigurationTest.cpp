@@ -27,8 +27,8 @@ protected:
 
 TEST_F(ServiceConfigurationTest, ReadsEveryKey) {
     const auto read =
-        of("# comment\n\n api-host = api.example.test:8443 # more\nweb-host=www.example.test\r\n"
-           "reachability-host = 192.0.2.1\nca-file = /etc/quorvane/ca.crt\n");
+        of("# comment\n\n api_host = api.example.test:8443 # more\nweb_host=www.example.test\r\n"
+           "reachability_host = 192.0.2.1\nca_file = /etc/quorvane/ca.crt\n");
     EXPECT_EQ(read.apiHost, QStringLiteral("api.example.test:8443"));
     EXPECT_EQ(read.webHost, QStringLiteral("www.example.test"));
     EXPECT_EQ(read.reachabilityHost, QStringLiteral("192.0.2.1"));
@@ -37,8 +37,8 @@ TEST_F(ServiceConfigurationTest, ReadsEveryKey) {
 }
 
 TEST_F(ServiceConfigurationTest, LaterFilesOverrideKeyByKey) {
-    const QString first = file(QStringLiteral("a"), "api-host = a.test\nweb-host = w.test\n");
-    const QString second = file(QStringLiteral("b"), "api-host = b.test\n");
+    const QString first = file(QStringLiteral("a"), "api_host = a.test\nweb_host = w.test\n");
+    const QString second = file(QStringLiteral("b"), "api_host = b.test\n");
     const auto read = ServiceConfiguration::read({first, folder.filePath(QStringLiteral("missing")), second});
     EXPECT_EQ(read.apiHost, QStringLiteral("b.test"));
     EXPECT_EQ(read.webHost, QStringLiteral("w.test"));
@@ -46,26 +46,26 @@ TEST_F(ServiceConfigurationTest, LaterFilesOverrideKeyByKey) {
 }
 
 TEST_F(ServiceConfigurationTest, HostsAreInSmallLettersAsUrlsHaveThem) {
-    EXPECT_EQ(of("api-host = API.Example.Test\n").apiHost, QStringLiteral("api.example.test"));
+    EXPECT_EQ(of("api_host = API.Example.Test\n").apiHost, QStringLiteral("api.example.test"));
 }
 
 TEST_F(ServiceConfigurationTest, ReportsAndIgnoresWhatIsWrong) {
-    const QList<QByteArray> wrong{"api-host = https://a.test",
-                                  "api-host = a.test/path",
-                                  "api-host = a b",
-                                  "api-host =",
-                                  "api-host = a.test:0",
-                                  "api-host = a.test:70000",
-                                  "api-host = -a.test",
-                                  "api-host = a..test",
-                                  "web-host = user@host",
-                                  "reachability-host = a.test:1",
-                                  "ca-file = relative",
+    const QList<QByteArray> wrong{"api_host = https://a.test",
+                                  "api_host = a.test/path",
+                                  "api_host = a b",
+                                  "api_host =",
+                                  "api_host = a.test:0",
+                                  "api_host = a.test:70000",
+                                  "api_host = -a.test",
+                                  "api_host = a..test",
+                                  "web_host = user@host",
+                                  "reachability_host = a.test:1",
+                                  "ca_file = relative",
                                   "unknown = 1",
                                   "no line of that form",
-                                  "api-host = \xC3\x28"};
+                                  "api_host = \xC3\x28"};
     for (const QByteArray &line : wrong) {
-        const auto read = of("api-host = good.test\n" + line + '\n');
+        const auto read = of("api_host = good.test\n" + line + '\n');
         EXPECT_EQ(read.problems.size(), 1) << line.constData();
         // A file that is not text counts for nothing at all.
         const QString expected = line.contains('\xC3') ? QString() : QStringLiteral("good.test");
@@ -74,7 +74,7 @@ TEST_F(ServiceConfigurationTest, ReportsAndIgnoresWhatIsWrong) {
 }
 
 TEST_F(ServiceConfigurationTest, AcceptsAddressesInBrackets) {
-    EXPECT_EQ(of("api-host = [2001:db8::1]:443\n").apiHost, QStringLiteral("[2001:db8::1]:443"));
+    EXPECT_EQ(of("api_host = [2001:db8::1]:443\n").apiHost, QStringLiteral("[2001:db8::1]:443"));
 }
 
 TEST_F(ServiceConfigurationTest, TellsWhereTheProblemIs) {

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+
+/// A session bus, home and runtime folder of a test's own, in the environment for its lifetime.
+class DesktopBus {
+public:
+    DesktopBus() {
+        set("HOME", folder.path().toUtf8());
+        set("XDG_RUNTIME_DIR", folder.path().toUtf8());
+        bus.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                                  QStringLiteral("--print-address")});
+        if (bus.waitForStarted() && bus.waitForReadyRead())
+            set("DBUS_SESSION_BUS_ADDRESS", bus.readLine().trimmed());
+    }
+
+    ~DesktopBus() {
+        bus.kill();
+        bus.waitForFinished();
+    }
+
+    DesktopBus(const DesktopBus &) = delete;
+    DesktopBus &operator=(const DesktopBus &) = delete;
+
+    [[nodiscard]] static bool isUp() { return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"); }
+
+    /// Waits until somebody on the bus owns the name.
+    [[nodiscard]] static bool waitForName(const QString &name) {
+        const QString connection = QStringLiteral("wait");
+        bool owned = false;
+        {
+            QDBusConnection bus =
+                QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), connection);
+            for (int i = 0; i < 1000 && !owned; ++i) {
+                owned = bus.interface() != nullptr && bus.interface()->isServiceRegistered(name);
+                QThread::msleep(owned ? 0 : 10);
+            }
+        }
+        QDBusConnection::disconnectFromBus(connection);
+        return owned;
+    }
+
+    [[nodiscard]] QString home() const { return folder.path(); }
+
+private:
+    static void set(const char *name, const QByteArray &value) { qputenv(name, value); }
+
+    QTemporaryDir folder;
+    QProcess bus;
+};

@@ -1,0 +1,61 @@
+#include "platform/AuthorizationService.h"
+#include "platform/DelayedCalls.h"
+#include "platform/HardwareRegistry.h"
+#include "platform/KeyStore.h"
+#include "platform/NetworkReachability.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Platform.h"
+#include "platform/PreferencesStore.h"
+#include "platform/ProcessTable.h"
+#include "platform/ScriptingService.h"
+#include "platform/SystemLog.h"
+#include "platform/UrlLoader.h"
+#include "platform/UserDefaultsController.h"
+#include "platform/Workspace.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class LinuxPlatformTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        before = qgetenv("HOME");
+        qputenv("HOME", home.path().toUtf8());
+    }
+
+    void TearDown() override { qputenv("HOME", before); }
+
+    QTemporaryDir home;
+    QByteArray before;
+};
+
+TEST_F(LinuxPlatformTest, HasEveryService) {
+    const auto made = platform::makeLinuxPlatform();
+    EXPECT_TRUE(made->bundle && made->preferences && made->userDefaults && made->notifications &&
+                made->delayedCalls && made->logSink && made->log && made->scripting && made->authorization &&
+                made->keyStore && made->reachability && made->hardware && made->processes && made->urls &&
+                made->workspace);
+    EXPECT_EQ(made->temporaryFolder, QStringLiteral("/tmp"));
+    EXPECT_EQ(made->account.home, home.path());
+    EXPECT_EQ(made->preferences->filePath(),
+              home.path() + QStringLiteral("/Library/Preferences/com.tallowind.Quorvane.plist"));
+}
+
+TEST_F(LinuxPlatformTest, TroubleWithPreferencesGoesToTheLog) {
+    const QString folder = home.path() + QStringLiteral("/Library/Preferences");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    QFile file(folder + QStringLiteral("/com.tallowind.Quorvane.plist"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("broken");
+    file.close();
+    ::testing::internal::CaptureStderr();
+    const auto made = platform::makeLinuxPlatform();
+    EXPECT_NE(::testing::internal::GetCapturedStderr().find(".corrupt-"), std::string::npos);
+}
+
+} // namespace

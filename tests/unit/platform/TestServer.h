@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArrayList>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+/// A plain HTTP server on 127.0.0.1 for tests: one request a connection, answered byte by byte by the test.
+class TestServer {
+public:
+    /// Runs on a thread of the connection; the descriptor is closed afterwards.
+    using Answer = std::function<void(int descriptor)>;
+
+    explicit TestServer(Answer connectionAnswer);
+    ~TestServer();
+    TestServer(const TestServer &) = delete;
+    TestServer &operator=(const TestServer &) = delete;
+
+    [[nodiscard]] int port() const { return number; }
+
+    /// "http://127.0.0.1:PORT" and the target.
+    [[nodiscard]] QByteArray url(const QByteArray &target = "/") const;
+
+    /// The requests received so far, heads whole.
+    [[nodiscard]] QByteArrayList requests() const;
+
+    /// True until the server ends; an answer that goes on for long must look at it.
+    [[nodiscard]] bool isRunning() const { return !ending; }
+
+    /// Sends all bytes; false when the client has gone.
+    static bool send(int descriptor, const QByteArray &bytes);
+    /// A whole answer with its length.
+    static Answer reply(const QByteArray &status, const QByteArray &body, const QByteArray &header = {});
+
+private:
+    void serve();
+    void handle(int descriptor);
+
+    Answer answer;
+    int listener = -1;
+    int number = 0;
+    std::atomic<bool> ending = false;
+    mutable std::mutex mutex;
+    QByteArrayList received;
+    std::vector<std::thread> connections;
+    std::thread thread;
+};

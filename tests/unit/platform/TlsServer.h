@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <memory>
+
+class QSslServer;
+
+/// Throw-away certificates for tests, made by the openssl tool: an authority, a certificate of it for
+/// 127.0.0.1 and one for another host.
+class TestCertificates {
+public:
+    TestCertificates();
+
+    [[nodiscard]] bool areMade() const { return made; }
+
+    [[nodiscard]] QString authority() const { return path(QStringLiteral("ca.crt")); }
+
+    [[nodiscard]] QString path(const QString &name) const { return folder.filePath(name); }
+
+private:
+    QTemporaryDir folder;
+    bool made = false;
+};
+
+/// An HTTPS server on 127.0.0.1 that gives every request the same answer.
+class TlsServer {
+public:
+    /// The certificate's name is "good" or "wrong".
+    TlsServer(const TestCertificates &certificates, const QString &certificate, const QByteArray &answer);
+    ~TlsServer();
+    TlsServer(const TlsServer &) = delete;
+    TlsServer &operator=(const TlsServer &) = delete;
+
+    [[nodiscard]] QByteArray url() const;
+
+private:
+    QThread thread;
+    // Lives on the thread.
+    QSslServer *server;
+    quint16 port = 0;
+};
