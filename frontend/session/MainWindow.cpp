@@ -52,7 +52,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     // The address is drawn on one line even when the service ended it with a line feed.
     ui->viewCurrentIP->setWordWrap(false);
     auto *quit = new QAction(tr("Quit Quorvane"), this);
-    quit->setShortcut(QKeySequence::Quit);
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     addAction(quit);
     connect(quit, &QAction::triggered, this, &MainWindow::quitRequested);
     connectControls();

@@ -183,7 +183,8 @@ private Q_SLOTS:
 
     void everyControlHasAName() {
         for (const QWidget *widget : window->findChildren<QWidget *>()) {
-            if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) {
+            const bool innerPart = widget->objectName().startsWith(text("qt_")); // spoken for by its owner
+            if (innerPart || widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) {
                 continue;
             }
             const QAccessibleInterface *accessible =
