@@ -209,9 +209,9 @@ TEST_F(NetlinkReachabilityTest, NameCountsAsItsAddress) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     ASSERT_FALSE(watcher.seen().empty());
     EXPECT_EQ(watcher.seen().back(), 0U);
-    ip("route delete unreachable 198.51.100.0/24");
     auto expected = watcher.seen();
     expected.push_back(2);
+    ip("route delete unreachable 198.51.100.0/24");
     EXPECT_TRUE(watcher.tells(expected));
 }
 
