@@ -182,6 +182,9 @@ void QrvMainWindowController::observeNotifications() {
     observe("showIp", [this] { hideIpSession->showIp(); });
     observe("setDefaultControls", [this] { hideIpSession->setDefaultControls(); });
     observe("checkCredential", [this] { authWindow(); });
+    observe("showSettings", [this] { showSettings(); });
+    // Nobody posts this one here: the controller has no such operation, and never had.
+    observe("getSystemDns", [] { Q_ASSERT_X(false, "QrvMainWindowController", "getSystemDns"); });
 }
 
 void QrvMainWindowController::scheduleStartupChecks() {
@@ -315,6 +318,32 @@ void QrvMainWindowController::changeIpButtonPressed() {
 void QrvMainWindowController::discardIpButtonPressed() {
     terminateVpn();
     hideIpSession->getNewIP();
+}
+
+void QrvMainWindowController::hotKeyPressed(quint32 identifier) {
+    switch (identifier) {
+    case 1:
+        hideIpSession->quorvane();
+        break;
+    case 2:
+        changeIpMenuItemPressed();
+        break;
+    case 3:
+        hideIpSession->stopQuorvane();
+        break;
+    case 4:
+        discardIpButtonPressed();
+        break;
+    case 5:
+        showSelfMenuItemPressed();
+        break;
+    default:
+        break;
+    }
+}
+
+void QrvMainWindowController::showSettings() {
+    Diagnostics::log(QStringLiteral("showSettings: this version has no settings window"));
 }
 
 void QrvMainWindowController::showSelfMenuItemPressed() {

@@ -45,6 +45,10 @@ public:
     void changeIpMenuItemPressed();
     void changeIpButtonPressed();
     void discardIpButtonPressed();
+    /// One global hot key was pressed: 1 hide, 2 change, 3 stop, 4 discard, 5 bring the window up. Others
+    /// do nothing.
+    void hotKeyPressed(quint32 identifier);
+    void showSettings();
     void checkReachability();
     void checkCredentials();
     void checkDnsSettings();
@@ -55,6 +59,9 @@ public:
     [[nodiscard]] MainWindow &window() { return *mainWindow; }
 
     [[nodiscard]] TrayPresence &statusItem() { return *tray; }
+
+    /// The location entries that random picks of this rotation have used.
+    [[nodiscard]] const QSet<quint64> &usedLocations() const { return choice.usedItems(); }
 
     [[nodiscard]] const SessionDisplay &display() const { return sessionDisplay; }
 

@@ -315,6 +315,38 @@ private Q_SLOTS:
         QVERIFY(!find<QPushButton>("buttonQuorvane")->isEnabled());
     }
 
+    void hotKeysReachTheirActions() {
+        startAndAnswer();
+        find<QComboBox>("popupCountry")->setCurrentIndex(1);
+        for (const quint32 other : {0U, 6U, 4294967295U}) {
+            controller->hotKeyPressed(other);
+        }
+        QVERIFY(services().urls().fetches().empty());
+        controller->hotKeyPressed(3); // not hidden: nothing to stop
+        QCOMPARE(shown().stateImage, text("appmain"));
+        controller->hotKeyPressed(1);
+        QCOMPARE(shown().stateImage, text("appwait"));
+        QTRY_COMPARE(linesWith("--config"), 1);
+        appendToTunnelLog("a\nInitialization Sequence Completed\n");
+        services().delayedCalls().advance(2.0);
+        QVERIFY(SessionState::shared().hidden);
+        controller->hotKeyPressed(1); // hidden already
+        QCOMPARE(services().urls().fetches().size(), 1U);
+        controller->hotKeyPressed(3);
+        QVERIFY(!SessionState::shared().hidden);
+        controller->window().hide();
+        controller->hotKeyPressed(5);
+        QVERIFY(controller->window().isVisible());
+    }
+
+    void changeHotKeyStartsARandomAttemptEvenWhileNotHidden() {
+        startAndAnswer();
+        find<QComboBox>("popupCountry")->setCurrentIndex(1);
+        controller->hotKeyPressed(2);
+        QTRY_COMPARE(services().urls().fetches().size(), 1U);
+        QCOMPARE(controller->usedLocations().size(), 1);
+    }
+
     void automaticChangeAsksAgainWhenItsTimeHasCome() {
         services().preferences().setValue(text("changeIpInterval"), 1);
         startAndAnswer();
