@@ -1,0 +1,11 @@
+#include "BackgroundView.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+BackgroundView::BackgroundView(QWidget *parent) : QWidget(parent) {}
+
+void BackgroundView::paintEvent(QPaintEvent *event) {
+    QPainter(this).fillRect(event->rect(), QColor(64, 64, 64));
+    QWidget::paintEvent(event);
+}

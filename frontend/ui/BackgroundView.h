@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QWidget>
+
+/// A fixed dark grey behind other views. Main thread.
+class BackgroundView final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit BackgroundView(QWidget *parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};

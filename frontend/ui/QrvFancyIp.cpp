@@ -1,0 +1,70 @@
+#include "QrvFancyIp.h"
+
+#include "Images.h"
+
+#include <QAccessibleWidget>
+#include <QLabel>
+
+namespace {
+
+constexpr QSize digitSize(22, 34);
+constexpr QSize dotSize(11, 34);
+
+struct Glyph {
+    QString image;
+    QSize size;
+};
+
+Glyph glyphOf(QChar character) {
+    if (character == u'.') {
+        return {QStringLiteral("dot"), dotSize};
+    }
+    const QString name(character);
+    return Images::exists(name) ? Glyph{name, digitSize} : Glyph{QString(), QSize(0, digitSize.height())};
+}
+
+QAccessibleInterface *describe(const QString & /*key*/, QObject *object) {
+    auto *strip = qobject_cast<QrvFancyIp *>(object);
+    return strip != nullptr ? new QAccessibleWidget(strip, QAccessible::StaticText) : nullptr;
+}
+
+} // namespace
+
+QrvFancyIp::QrvFancyIp(QWidget *parent) : QWidget(parent) {
+    static const bool installed = [] {
+        QAccessible::installFactory(describe);
+        return true;
+    }();
+    Q_UNUSED(installed)
+}
+
+void QrvFancyIp::setStringValue(const QString &text) {
+    const auto old = findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QLabel *view : old) {
+        view->hide();
+        delete view;
+    }
+    shown = text;
+    setAccessibleName(text);
+    int x = 0;
+    for (const QChar character : text) {
+        const Glyph glyph = glyphOf(character);
+        auto *view = new QLabel(this);
+        view->setObjectName(glyph.image);
+        if (!glyph.image.isNull()) {
+            view->setPixmap(Images::pixmap(glyph.image, glyph.size, devicePixelRatioF()));
+        }
+        view->setGeometry(QRect(QPoint(x, 0), QSize(glyph.size.width(), digitSize.height())));
+        view->show();
+        x += glyph.size.width();
+    }
+    if (!text.isEmpty()) { // an empty text keeps the room that the last one took
+        strip = QSize(x, digitSize.height());
+        setFixedSize(strip);
+    }
+    update();
+}
+
+QSize QrvFancyIp::sizeHint() const {
+    return strip;
+}

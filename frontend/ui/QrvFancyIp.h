@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+/// An IP address as a strip of digit pictures. A character without a picture takes no room. The accessible
+/// name is the exact text. Main thread.
+class QrvFancyIp final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit QrvFancyIp(QWidget *parent = nullptr);
+
+    void setStringValue(const QString &text);
+    [[nodiscard]] QString stringValue() const { return shown; }
+    [[nodiscard]] QSize sizeHint() const override;
+
+private:
+    QString shown;
+    QSize strip;
+};

@@ -1,0 +1,77 @@
+#include "QrvTableDataSource.h"
+
+#include "platform/Platform.h"
+#include "platform/PreferencesStore.h"
+#include "platform/UserDefaultsController.h"
+
+QrvTableDataSource::QrvTableDataSource(const QString &preferenceKey, QObject *parent)
+    : QAbstractTableModel(parent), key(preferenceKey) {}
+
+void QrvTableDataSource::awakeFromNib() {
+    const QString stored = platform::Platform::current().preferences->string(key);
+    beginResetModel();
+    rows = stored.isNull() ? QStringList() : stored.split(u'|');
+    endResetModel();
+}
+
+void QrvTableDataSource::addRow(const QString &row) {
+    if (row.isNull() || hasRow(row)) {
+        return;
+    }
+    const int at = static_cast<int>(rows.size());
+    beginInsertRows({}, at, at);
+    rows.append(row);
+    endInsertRows();
+    storeListOfIPs();
+}
+
+void QrvTableDataSource::deleteRow(int index) {
+    if (index < 0 || index >= rows.size()) {
+        return;
+    }
+    beginRemoveRows({}, index, index);
+    rows.removeAt(index);
+    endRemoveRows();
+    storeListOfIPs();
+}
+
+void QrvTableDataSource::deleteAll() {
+    setRowsData({});
+    storeListOfIPs();
+}
+
+bool QrvTableDataSource::hasRow(const QString &row) const {
+    return rows.contains(row);
+}
+
+void QrvTableDataSource::storeListOfIPs() const {
+    auto &services = platform::Platform::current();
+    services.preferences->setValue(key, rows.isEmpty() ? QStringLiteral("") : rows.join(u'|'));
+    services.userDefaults->save();
+}
+
+void QrvTableDataSource::setRowsData(const QStringList &newRows) {
+    beginResetModel();
+    rows = newRows;
+    endResetModel();
+}
+
+int QrvTableDataSource::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows.size());
+}
+
+int QrvTableDataSource::columnCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : 1;
+}
+
+QVariant QrvTableDataSource::data(const QModelIndex &index, int role) const {
+    const bool asked = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
+    if (!asked || !index.isValid() || index.row() >= rows.size()) {
+        return {};
+    }
+    return rows.at(index.row());
+}
+
+Qt::ItemFlags QrvTableDataSource::flags(const QModelIndex &index) const {
+    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::NoItemFlags;
+}

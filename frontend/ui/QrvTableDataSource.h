@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QStringList>
+
+/// The rows of a list that the user keeps, in the order in which they were added and without duplicates,
+/// stored as one text joined by "|". Main thread.
+class QrvTableDataSource final : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    static QString discardedKey() { return QStringLiteral("discardedIPs"); }
+
+    explicit QrvTableDataSource(const QString &preferenceKey = discardedKey(), QObject *parent = nullptr);
+
+    /// Reads the stored rows. A stored empty text is one empty row.
+    void awakeFromNib();
+    /// A null text and a row that is there already are ignored.
+    void addRow(const QString &row);
+    /// An index outside the list is ignored.
+    void deleteRow(int index);
+    void deleteAll();
+    [[nodiscard]] bool hasRow(const QString &row) const;
+    void storeListOfIPs() const;
+
+    [[nodiscard]] const QStringList &rowsData() const { return rows; }
+    void setRowsData(const QStringList &newRows);
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+private:
+    QString key;
+    QStringList rows;
+};

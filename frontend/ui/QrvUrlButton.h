@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QPushButton>
+
+/// A button that looks like a link: its title in link blue, the pointing hand over it. Main thread.
+class QrvUrlButton final : public QPushButton {
+    Q_OBJECT
+
+public:
+    explicit QrvUrlButton(QWidget *parent = nullptr);
+};

@@ -1,0 +1,30 @@
+#include "QrvUrlTextField.h"
+
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+
+namespace {
+
+// The platform's pure blue cannot be read on a dark window; this one can on both.
+const QString linkColour = QStringLiteral("#5aa9e6");
+
+} // namespace
+
+QrvUrlTextField::QrvUrlTextField(QWidget *parent) : QLabel(parent) {
+    setCursor(Qt::PointingHandCursor);
+}
+
+QString QrvUrlTextField::hyperlinkFromString(const QString &text, const QString &url) {
+    return QStringLiteral("<a href=\"%1\" style=\"color:%2; text-decoration:underline\">%3</a>")
+        .arg(url.toHtmlEscaped(), linkColour, text.toHtmlEscaped());
+}
+
+void QrvUrlTextField::hyperlinkWithTextField(QLabel &field, const QString &text, const QString &url) {
+    field.setTextFormat(Qt::RichText);
+    field.setTextInteractionFlags(Qt::TextBrowserInteraction);
+    field.setOpenExternalLinks(false);
+    field.setText(hyperlinkFromString(text, url));
+    field.setAccessibleName(text);
+    QObject::connect(&field, &QLabel::linkActivated, &field,
+                     [](const QString &link) { platform::Platform::current().workspace->openUrl(link); });
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QLabel>
+
+/// A text that opens an address when it is clicked. Main thread.
+class QrvUrlTextField final : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit QrvUrlTextField(QWidget *parent = nullptr);
+
+    /// The text as a link to the address, in link blue and underlined. Both are taken literally.
+    [[nodiscard]] static QString hyperlinkFromString(const QString &text, const QString &url);
+    /// Turns a label into that link; it can be selected and reached by keyboard.
+    static void hyperlinkWithTextField(QLabel &field, const QString &text, const QString &url);
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QPixmap>
+#include <QPoint>
+#include <QWidget>
+
+/// A borderless, see-through square window that the user drags by its background, which may be a picture.
+/// Main thread.
+class TransparentWindow final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Whatever style is asked for, the window is borderless.
+    explicit TransparentWindow(Qt::WindowFlags style = {}, QWidget *parent = nullptr);
+
+    /// The side of the square content, in points; 500 at first.
+    void setWindowSize(int side);
+    [[nodiscard]] int windowSize() const { return side; }
+    /// A name without an image does nothing.
+    void setWindowImage(const QString &name);
+    [[nodiscard]] QPixmap backgroundImage() const { return background; }
+    [[nodiscard]] static bool canBecomeKeyWindow() { return true; }
+    [[nodiscard]] static bool canBecomeMainWindow() { return true; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+
+private:
+    int side = 0;
+    QString imageName;
+    QPixmap background;
+    QPoint grip;
+};
