@@ -174,6 +174,7 @@ void HideIpSession::connectionError() {
 
 void HideIpSession::terminateVpn() {
     cancelChangeTimer();
+    environment.forgetWaitingPick();
     vpn.stopVpn();
 }
 

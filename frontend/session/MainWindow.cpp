@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include "frontend/support/TextNumbers.h"
 #include "frontend/ui/Images.h"
 #include "ui_MainWindow.h"
 
@@ -12,6 +13,7 @@ namespace {
 
 constexpr QSize stateImageSize(112, 112);
 constexpr QSize flagSize(28, 21);
+constexpr int longestInterval = 2;
 
 QString styleOf(Tone tone) {
     switch (tone) {
@@ -49,8 +51,6 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     setFixedWidth(400);
     setWindowIcon(Images::icon(QStringLiteral("quorvane")));
     ui->segmentTcp->setChecked(true);
-    // The address is drawn on one line even when the service ended it with a line feed.
-    ui->viewCurrentIP->setWordWrap(false);
     auto *quit = new QAction(tr("Quit Quorvane"), this);
     quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     addAction(quit);
@@ -75,9 +75,46 @@ void MainWindow::connectControls() {
     connect(ui->changeIpButton, &QPushButton::clicked, this, &MainWindow::changeIpPressed);
     connect(ui->discardIpButton, &QPushButton::clicked, this, &MainWindow::discardIpPressed);
     connect(ui->checkboxChangeIpInterval, &QCheckBox::clicked, this, &MainWindow::changeEverySwitched);
-    connect(ui->stepperChangeIpInterval, &QSpinBox::valueChanged, this, &MainWindow::intervalEntered);
+    connect(ui->checkboxRequireUS, &QCheckBox::clicked, this, &MainWindow::requireUSSwitched);
+    connect(ui->IPNonRepeat, &QCheckBox::clicked, this, &MainWindow::nonRepeatSwitched);
+    connect(ui->fieldChangeIpInterval, &QLineEdit::textEdited, this, &MainWindow::intervalTyped);
+    connect(ui->stepperChangeIpInterval, &QSpinBox::valueChanged, this, &MainWindow::intervalStepped);
+    connect(ui->websiteButton, &QPushButton::clicked, this, &MainWindow::websitePressed);
+    connect(ui->aboutButton, &QPushButton::clicked, this, &MainWindow::aboutPressed);
     connect(ui->segmentTcp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(0); });
     connect(ui->segmentUdp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(1); });
+}
+
+void MainWindow::intervalTyped() {
+    QString typed = ui->fieldChangeIpInterval->text();
+    if (!pureInteger(typed, longestInterval)) {
+        // The cleaned text is another edit, and goes on from there.
+        ui->fieldChangeIpInterval->setText(typed);
+        intervalTyped();
+        return;
+    }
+    if (integerValue(typed) == 0) {
+        ui->fieldChangeIpInterval->setText(QStringLiteral("1"));
+    }
+    const int minutes = integerValue(ui->fieldChangeIpInterval->text());
+    {
+        const QSignalBlocker quiet(ui->stepperChangeIpInterval);
+        ui->stepperChangeIpInterval->setValue(minutes);
+    }
+    Q_EMIT intervalEntered(minutes);
+}
+
+void MainWindow::intervalStepped(int minutes) {
+    ui->fieldChangeIpInterval->setText(QString::number(minutes));
+    Q_EMIT intervalEntered(minutes);
+}
+
+void MainWindow::mousePressEvent(QMouseEvent *event) {
+    // A click on the background ends text editing.
+    if (QWidget *focus = focusWidget()) {
+        focus->clearFocus();
+    }
+    QMainWindow::mousePressEvent(event);
 }
 
 void MainWindow::draw(const DisplayState &state) {
@@ -86,8 +123,8 @@ void MainWindow::draw(const DisplayState &state) {
     drawLine(ui->fieldLine22, state.line22, shown.line22);
     drawLine(ui->fieldLine3, state.line3, shown.line3);
     drawLine(ui->fieldLine4, state.line4, shown.line4);
-    if (ui->viewCurrentIP->text() != state.currentIp) {
-        ui->viewCurrentIP->setText(state.currentIp);
+    if (ui->viewCurrentIP->stringValue() != state.currentIp) {
+        ui->viewCurrentIP->setStringValue(state.currentIp);
     }
     ui->buttonQuorvane->setText(state.hideButton.title);
     ui->buttonQuorvane->setEnabled(state.hideButton.enabled);
@@ -101,6 +138,10 @@ void MainWindow::draw(const DisplayState &state) {
         const QSignalBlocker quiet(ui->stepperChangeIpInterval);
         ui->stepperChangeIpInterval->setValue(state.interval);
     }
+    if (state.interval != shown.interval) {
+        ui->fieldChangeIpInterval->setText(QString::number(state.interval));
+    }
+    ui->fieldChangeIpInterval->setEnabled(state.intervalEnabled);
     ui->stepperChangeIpInterval->setEnabled(state.intervalEnabled);
     drawImages(state);
     shown = state;
@@ -128,6 +169,18 @@ bool MainWindow::changesAutomatically() const {
 
 void MainWindow::setChangesAutomatically(bool on) {
     ui->checkboxChangeIpInterval->setChecked(on);
+}
+
+bool MainWindow::requiresUS() const {
+    return ui->checkboxRequireUS->isChecked();
+}
+
+void MainWindow::setRequiresUS(bool on) {
+    ui->checkboxRequireUS->setChecked(on);
+}
+
+void MainWindow::setNonRepeat(bool on) {
+    ui->IPNonRepeat->setChecked(on);
 }
 
 int MainWindow::transportIndex() const {

@@ -25,6 +25,9 @@ public:
     /// Whether the automatic-change box is on.
     [[nodiscard]] bool changesAutomatically() const;
     void setChangesAutomatically(bool on);
+    [[nodiscard]] bool requiresUS() const;
+    void setRequiresUS(bool on);
+    void setNonRepeat(bool on);
     /// 0 for TCP, 1 for UDP.
     [[nodiscard]] int transportIndex() const;
     void setTransportIndex(int index);
@@ -46,6 +49,10 @@ Q_SIGNALS:
     void changeIpPressed();
     void discardIpPressed();
     void changeEverySwitched(bool on);
+    void requireUSSwitched(bool on);
+    void nonRepeatSwitched(bool on);
+    void websitePressed();
+    void aboutPressed();
     void intervalEntered(int minutes);
     void transportChosen(int index);
     void quitRequested();
@@ -55,6 +62,9 @@ protected:
 
 private:
     void connectControls();
+    void intervalTyped();
+    void intervalStepped(int minutes);
+    void mousePressEvent(QMouseEvent *event) override;
     void drawImages(const DisplayState &state);
 
     std::unique_ptr<Ui::MainWindow> ui;

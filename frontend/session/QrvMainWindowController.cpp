@@ -9,15 +9,20 @@
 #include "frontend/support/SessionState.h"
 #include "frontend/ui/Alerts.h"
 #include "frontend/ui/Images.h"
+#include "frontend/ui/QrvAboutWindowController.h"
 #include "frontend/ui/TrayPresence.h"
+#include "frontend/ui/WebPages.h"
 #include "platform/DelayedCalls.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
 #include "platform/UserDefaultsController.h"
+#include "platform/Workspace.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QPointer>
 #include <QRandomGenerator>
 
@@ -26,6 +31,8 @@ namespace {
 const QString transportKey = QStringLiteral("tcpUdp");
 const QString changeEveryKey = QStringLiteral("changeIpEvery");
 const QString intervalKey = QStringLiteral("changeIpInterval");
+const QString requireUsKey = QStringLiteral("requireUS");
+const QString nonRepeatKey = QStringLiteral("ipNonRepeat");
 constexpr int defaultInterval = 10;
 
 platform::Platform &services() {
@@ -58,9 +65,12 @@ void postInternetStatus(int status) {
 
 QrvMainWindowController::QrvMainWindowController(QrvAPI &client)
     : api(client), mainWindow(std::make_unique<MainWindow>()), tray(new TrayPresence(this)), fetch(client),
-      choice([] { return QRandomGenerator::global()->generate(); }),
       hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this), sessionDisplay,
-                                                    client, vpn)) {}
+                                                    client, vpn)),
+      rotation(std::make_unique<LocationRotation>(
+          LocationRotation::Parts{client, *mainWindow, sessionDisplay, *hideIpSession, discarded, fetch},
+          [] { return QRandomGenerator::global()->generate(); })),
+      aboutWindow(std::make_unique<QrvAboutWindowController>(*mainWindow, client)) {}
 
 QrvMainWindowController::~QrvMainWindowController() {
     if (reach) {
@@ -83,6 +93,7 @@ void QrvMainWindowController::awakeFromNib() {
     checkReachability();
     mainWindow->setWindowTitle(
         QStringLiteral("%1 (ver.%2)").arg(mainWindow->windowTitle(), services().bundle->version()));
+    loadPreferences();
     connectWindow();
     connectTray();
     connectFetch();
@@ -119,37 +130,45 @@ void QrvMainWindowController::connectWindow() {
         }
         mainWindow->setReachableByTray(tray->isAvailable());
     });
-    auto &preferences = *services().preferences;
-    if (preferences.integer(intervalKey) == 0) {
-        preferences.setValue(intervalKey, defaultInterval);
-    }
-    mainWindow->setTransportIndex(static_cast<int>(preferences.integer(transportKey)));
-    mainWindow->setChangesAutomatically(preferences.boolean(changeEveryKey));
     connect(mainWindow.get(), &MainWindow::hideButtonPressed, this, [this](bool on) {
         sessionDisplay.switchedOn(on);
         hideIpSession->quorvaneButtonPressed();
     });
-    connect(mainWindow.get(), &MainWindow::changeIpPressed, this,
-            &QrvMainWindowController::changeIpButtonPressed);
-    connect(mainWindow.get(), &MainWindow::discardIpPressed, this,
-            &QrvMainWindowController::discardIpButtonPressed);
-    connect(mainWindow.get(), &MainWindow::changeEverySwitched, this, [this](bool on) {
-        if (on) {
-            mainWindow->locationPane().selectItem(0);
-        }
-        services().preferences->setValue(changeEveryKey, on);
-        services().userDefaults->save();
-        hideIpSession->settingsDidChange();
-    });
-    connect(mainWindow.get(), &MainWindow::intervalEntered, this, [](int minutes) {
-        services().preferences->setValue(intervalKey, minutes);
+    connect(mainWindow.get(), &MainWindow::changeIpPressed, rotation.get(),
+            &LocationRotation::changeIpButtonPressed);
+    connect(mainWindow.get(), &MainWindow::discardIpPressed, rotation.get(),
+            &LocationRotation::discardIpButtonPressed);
+    connect(mainWindow.get(), &MainWindow::changeEverySwitched, rotation.get(),
+            &LocationRotation::changeEveryPressed);
+    connect(mainWindow.get(), &MainWindow::requireUSSwitched, rotation.get(),
+            &LocationRotation::requireUSBasedIPButtonPressed);
+    connect(mainWindow.get(), &MainWindow::intervalEntered, rotation.get(),
+            &LocationRotation::intervalEntered);
+    connect(mainWindow.get(), &MainWindow::nonRepeatSwitched, this, [](bool on) {
+        services().preferences->setValue(nonRepeatKey, on);
         services().userDefaults->save();
     });
     connect(mainWindow.get(), &MainWindow::transportChosen, this, [](int index) {
         services().preferences->setValue(transportKey, index);
         services().userDefaults->save();
     });
+    connect(mainWindow.get(), &MainWindow::websitePressed, this,
+            [this] { services().workspace->openUrl(WebPages::root(api.macSerial())); });
+    connect(mainWindow.get(), &MainWindow::aboutPressed, this,
+            &QrvMainWindowController::aboutMenuItemPressed);
     connect(mainWindow.get(), &MainWindow::quitRequested, this, [] { endApplication(); });
+}
+
+void QrvMainWindowController::loadPreferences() {
+    auto &preferences = *services().preferences;
+    if (preferences.integer(intervalKey) == 0) {
+        preferences.setValue(intervalKey, defaultInterval);
+    }
+    discarded.awakeFromNib();
+    mainWindow->setTransportIndex(static_cast<int>(preferences.integer(transportKey)));
+    mainWindow->setChangesAutomatically(preferences.boolean(changeEveryKey));
+    mainWindow->setRequiresUS(preferences.boolean(requireUsKey));
+    mainWindow->setNonRepeat(preferences.boolean(nonRepeatKey));
 }
 
 void QrvMainWindowController::connectTray() {
@@ -157,8 +176,15 @@ void QrvMainWindowController::connectTray() {
     connect(tray, &TrayPresence::doubleClicked, this, &QrvMainWindowController::showSelfMenuItemPressed);
     connect(tray->hideIpMenuItem(), &QAction::triggered, hideIpSession.get(),
             &HideIpSession::quorvaneMenuItemPressed);
-    connect(tray->changeIpMenuItem(), &QAction::triggered, this,
-            &QrvMainWindowController::changeIpMenuItemPressed);
+    connect(tray->changeIpMenuItem(), &QAction::triggered, rotation.get(),
+            &LocationRotation::changeIpMenuItemPressed);
+    connect(tray->checkIpMenuItem(), &QAction::triggered, this,
+            &QrvMainWindowController::checkIpMenuItemPressed);
+    connect(tray->copyIpMenuItem(), &QAction::triggered, this,
+            &QrvMainWindowController::copyIpMenuItemPressed);
+    connect(tray->refreshMenuItem(), &QAction::triggered, this,
+            &QrvMainWindowController::refreshLocationsPressed);
+    connect(tray->aboutMenuItem(), &QAction::triggered, this, &QrvMainWindowController::aboutMenuItemPressed);
     connect(tray->showSelfMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::showSelfMenuItemPressed);
     connect(tray->quitMenuItem(), &QAction::triggered, this, [] { endApplication(); });
@@ -245,79 +271,31 @@ bool QrvMainWindowController::authWindow() {
     return true;
 }
 
-LocationChoice::Request QrvMainWindowController::choiceRequest() const {
-    LocationChoice::Request request;
-    const QrvMenuItem *current = mainWindow->locationPane().currentItem();
-    for (const auto &item : mainWindow->locationPane().items()) {
-        request.list.append({item->number(), item->text(), item->vpnData()});
-        if (item.get() == current) {
-            request.candidate = request.list.last();
-        }
-    }
-    request.automaticChange = changesAutomatically();
-    request.isDiscarded = [list = getDiscardList()](const QString &text) {
-        return list.contains(text);
-    };
-    return request;
-}
-
-void QrvMainWindowController::selectEntry(quint64 number) {
-    const auto &items = mainWindow->locationPane().items();
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (items[i]->number() == number) {
-            mainWindow->locationPane().selectItem(static_cast<int>(i));
-            return;
-        }
-    }
-}
-
 void QrvMainWindowController::downloadCertificateForSelectedItem() {
-    if (!api.inetConnect()) {
-        Diagnostics::log(QStringLiteral("downloadCertificateForSelectedItem no inet"));
-        hideIpSession->connectionError();
-        return;
-    }
-    const LocationChoice::Outcome outcome = choice.choose(choiceRequest());
-    if (outcome.selection) {
-        selectEntry(*outcome.selection);
-    }
-    switch (outcome.result) {
-    case LocationChoice::Result::NothingToPick:
-        return;
-    case LocationChoice::Result::NoUnitedStates:
-        hideIpSession->connectionError();
-        return;
-    case LocationChoice::Result::AllUsed:
-        sessionDisplay.notice(tr("Every location has been used in this rotation. Restart Quorvane or choose "
-                                 "a location to go on."));
-        return;
-    case LocationChoice::Result::Picked:
-        break;
-    }
-    if (outcome.updatesLocationText) {
-        SessionState::shared().currentLocation = outcome.pick.title;
-    }
-    if (!outcome.pick.data->ipAdress.isNull() && SessionState::shared().currentLocation.isEmpty()) {
-        SessionState::shared().currentLocation = api.model().getLocationByIP(outcome.pick.data->ipAdress);
-    }
-    lastItem = outcome.pick;
-    fetch.start(outcome.pick.title, outcome.pick.data, mainWindow->transportLabel());
+    rotation->downloadCertificateForSelectedItem();
 }
 
-void QrvMainWindowController::changeIpMenuItemPressed() {
-    mainWindow->locationPane().selectItem(0);
-    terminateVpn();
-    hideIpSession->getNewIP();
+void QrvMainWindowController::forgetWaitingPick() {
+    rotation->forgetWaitingPick();
 }
 
-void QrvMainWindowController::changeIpButtonPressed() {
-    hideIpSession->stopQuorvane();
-    hideIpSession->quorvane();
+void QrvMainWindowController::checkIpMenuItemPressed() {
+    services().workspace->openUrl(WebPages::ipCheck(api.macSerial()));
 }
 
-void QrvMainWindowController::discardIpButtonPressed() {
-    terminateVpn();
-    hideIpSession->getNewIP();
+void QrvMainWindowController::copyIpMenuItemPressed() {
+    // Takes the clipboard over and puts nothing there; the address is not copied.
+    QGuiApplication::clipboard()->clear();
+}
+
+void QrvMainWindowController::aboutMenuItemPressed() {
+    aboutWindow->showWindow();
+}
+
+void QrvMainWindowController::refreshLocationsPressed() {
+    if (!SessionState::shared().hidden) {
+        api.cmdAuth(QString());
+    }
 }
 
 void QrvMainWindowController::hotKeyPressed(quint32 identifier) {
@@ -326,13 +304,13 @@ void QrvMainWindowController::hotKeyPressed(quint32 identifier) {
         hideIpSession->quorvane();
         break;
     case 2:
-        changeIpMenuItemPressed();
+        rotation->changeIpMenuItemPressed();
         break;
     case 3:
         hideIpSession->stopQuorvane();
         break;
     case 4:
-        discardIpButtonPressed();
+        rotation->discardIpButtonPressed();
         break;
     case 5:
         showSelfMenuItemPressed();
@@ -363,11 +341,11 @@ void QrvMainWindowController::qrvFailed(const platform::UrlError & /*error*/) {
 }
 
 QStringList QrvMainWindowController::getDiscardList() const {
-    return {};
+    return discarded.rowsData();
 }
 
-void QrvMainWindowController::setRequiredUS(bool /*required*/) {
-    choice.setUsedItems({});
+void QrvMainWindowController::setRequiredUS(bool required) {
+    rotation->setRequiredUS(required);
 }
 
 void QrvMainWindowController::terminateVpn() {
@@ -391,11 +369,11 @@ QString QrvMainWindowController::selectedTitle() const {
 }
 
 QString QrvMainWindowController::lastItemTitle() const {
-    return lastItem.title;
+    return rotation->lastItem().title;
 }
 
 QrvVpnDataPointer QrvMainWindowController::lastItemData() const {
-    return lastItem.data;
+    return rotation->lastItem().data;
 }
 
 void QrvMainWindowController::fillLocations(const QrvVpnDataList &servers) {

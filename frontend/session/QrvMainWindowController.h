@@ -1,7 +1,7 @@
 #pragma once
 
 #include "HideIpSession.h"
-#include "LocationChoice.h"
+#include "LocationRotation.h"
 #include "SessionDisplay.h"
 #include "SessionEnvironment.h"
 #include "TrayAnimation.h"
@@ -9,16 +9,19 @@
 #include "frontend/api/QrvAPI.h"
 #include "frontend/tunnel/Vpn.h"
 #include "frontend/ui/QrvLocationPaneController.h"
+#include "frontend/ui/QrvTableDataSource.h"
 
 #include <memory>
 
 class MainWindow;
+class QrvAboutWindowController;
 class QrvAuthenticationWindowController;
 class Reachability;
 class TrayPresence;
 
 /// The main window's controller: builds the window, the tray icon and the session, and passes between them.
-/// The session's rules are in HideIpSession, the pick in LocationChoice, the display in SessionDisplay.
+/// The session's rules are in HideIpSession, the pick and its controls in LocationRotation, the display in
+/// SessionDisplay.
 /// Main thread.
 class QrvMainWindowController final : public VpnProtocol,
                                       public QrvApiProtocol,
@@ -42,9 +45,12 @@ public:
     void awakeFromNib();
 
     void showSelfMenuItemPressed();
-    void changeIpMenuItemPressed();
-    void changeIpButtonPressed();
-    void discardIpButtonPressed();
+    void checkIpMenuItemPressed();
+    void copyIpMenuItemPressed();
+    void aboutMenuItemPressed();
+    /// Asks the service for its list again; only while the IP is not hidden, for the service tells the
+    /// address that it sees.
+    void refreshLocationsPressed();
     /// One global hot key was pressed: 1 hide, 2 change, 3 stop, 4 discard, 5 bring the window up. Others
     /// do nothing.
     void hotKeyPressed(quint32 identifier);
@@ -61,7 +67,7 @@ public:
     [[nodiscard]] TrayPresence &statusItem() { return *tray; }
 
     /// The location entries that random picks of this rotation have used.
-    [[nodiscard]] const QSet<quint64> &usedLocations() const { return choice.usedItems(); }
+    [[nodiscard]] const QSet<quint64> &usedLocations() const { return rotation->usedItems(); }
 
     [[nodiscard]] const SessionDisplay &display() const { return sessionDisplay; }
 
@@ -83,6 +89,7 @@ private:
     bool authWindow() override;
     [[nodiscard]] QString selectedTitle() const override;
     void downloadCertificateForSelectedItem() override;
+    void forgetWaitingPick() override;
     [[nodiscard]] QString lastItemTitle() const override;
     [[nodiscard]] QrvVpnDataPointer lastItemData() const override;
     void fillLocations(const QrvVpnDataList &servers) override;
@@ -100,8 +107,7 @@ private:
     void connectFetch();
     void observeNotifications();
     void scheduleStartupChecks();
-    [[nodiscard]] LocationChoice::Request choiceRequest() const;
-    void selectEntry(quint64 number);
+    void loadPreferences();
 
     QrvAPI &api;
     std::unique_ptr<MainWindow> mainWindow;
@@ -110,10 +116,11 @@ private:
     TrayAnimation animation;
     Vpn vpn;
     ConfigurationFetch fetch;
-    LocationChoice choice;
+    QrvTableDataSource discarded;
     std::unique_ptr<HideIpSession> hideIpSession;
+    std::unique_ptr<LocationRotation> rotation;
+    std::unique_ptr<QrvAboutWindowController> aboutWindow;
     std::unique_ptr<QrvAuthenticationWindowController> authDialog;
     std::shared_ptr<Reachability> reach;
-    LocationChoice::Entry lastItem;
     bool authRunning = false;
 };

@@ -168,7 +168,18 @@ void SessionDisplay::interval(int minutes, bool enabled) {
     publish();
 }
 
-void SessionDisplay::notice(const QString &text) {
-    current.line3 = {text, Tone::Quiet, !text.isNull()};
+void SessionDisplay::waitingForLocation(const QString &text) {
+    current.line3 = {text, Tone::Quiet, true};
+    current.hideButton.title = stopTitle();
+    current.hideButton.enabled = true;
+    current.hideButton.on = true;
+    current.hideItem = {stopTitle(), true};
+    publish();
+}
+
+void SessionDisplay::waitingEnded() {
+    current.line3.visible = false;
+    current.hideButton.enabled = false;
+    current.hideItem.enabled = false;
     publish();
 }

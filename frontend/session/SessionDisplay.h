@@ -86,8 +86,10 @@ public:
     void notHidden(const QString &originalIp);
     void hideRotationButtons();
     void interval(int minutes, bool enabled);
-    /// A line below the location; a null text hides it.
-    void notice(const QString &text);
+    /// The attempt waits for a location to become free: says so, and opens the way to stop it.
+    void waitingForLocation(const QString &text);
+    /// The attempt goes on.
+    void waitingEnded();
 
     [[nodiscard]] static QString hideTitle();
     [[nodiscard]] static QString stopTitle();

@@ -25,6 +25,8 @@ public:
     /// Picks a location for one attempt and has its configuration fetched. Ends in HideIpSession::startVpn(),
     /// in HideIpSession::connectionError(), or silently.
     virtual void downloadCertificateForSelectedItem() = 0;
+    /// The attempt under way, if one waits for a location to become free, waits no longer.
+    virtual void forgetWaitingPick() = 0;
     /// Title and group of the last attempt's location; null texts and a null group before the first.
     [[nodiscard]] virtual QString lastItemTitle() const = 0;
     [[nodiscard]] virtual QrvVpnDataPointer lastItemData() const = 0;

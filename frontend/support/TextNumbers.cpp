@@ -21,3 +21,20 @@ int integerValue(QStringView text) {
     value = negative ? -value : std::min(value, bound - 1);
     return static_cast<int>(value);
 }
+
+bool pureInteger(QString &text, int maxLen) {
+    QString clean;
+    for (const QChar unit : text) {
+        if (unit >= u'0' && unit <= u'9') {
+            clean += unit;
+        }
+    }
+    if (maxLen > 0) {
+        clean.truncate(maxLen);
+    }
+    if (clean.size() == text.size()) {
+        return true;
+    }
+    text = clean;
+    return false;
+}

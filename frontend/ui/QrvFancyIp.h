@@ -12,7 +12,9 @@ public:
     explicit QrvFancyIp(QWidget *parent = nullptr);
 
     void setStringValue(const QString &text);
+
     [[nodiscard]] QString stringValue() const { return shown; }
+
     [[nodiscard]] QSize sizeHint() const override;
 
 private:

@@ -128,6 +128,7 @@ void QrvLocationPaneController::fillCountries(const QrvVpnDataList &servers) {
         title = api->model().countryByCode(preferences().string(countryKey));
     }
     selectPopupItemWithTitle(title);
+    Q_EMIT rebuilt();
 }
 
 bool QrvLocationPaneController::selectPopupItemWithImageNamed(const QString &name) {

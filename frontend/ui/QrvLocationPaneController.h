@@ -57,6 +57,10 @@ public:
     /// The entry last selected by title or by the user; null after a rebuild.
     [[nodiscard]] QrvMenuItem *selectedItem() const { return chosen; }
 
+Q_SIGNALS:
+    /// The list consists of new entries.
+    void rebuilt();
+
 private:
     void addPopupLocationMenuItem(const QrvLocation &location);
     void addVPN(const QrvVpnDataPointer &server);

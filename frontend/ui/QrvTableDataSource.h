@@ -24,6 +24,7 @@ public:
     void storeListOfIPs() const;
 
     [[nodiscard]] const QStringList &rowsData() const { return rows; }
+
     void setRowsData(const QStringList &newRows);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;

@@ -59,7 +59,6 @@ QComboBox::down-arrow { image: url("%1/down.png"); width: 12px; height: 12px; ma
 Line, QFrame[frameShape="4"] { color: #5a5a5a; }
 QLineEdit { padding: 6px 8px; border: 1px solid #6a6a6a; border-radius: 6px; background: #2e2e2e; }
 QLineEdit:focus { border-color: #7fbcec; }
-QLabel#viewCurrentIP { font-size: 26pt; font-weight: bold; color: white; }
 QLabel#fieldLine1 { font-size: 11pt; font-weight: bold; }
 QProgressBar { border: none; border-radius: 3px; background: #2e2e2e; max-height: 6px; }
 QProgressBar::chunk { background: #3a8fd6; border-radius: 3px; }

@@ -15,11 +15,16 @@ public:
 
     /// The side of the square content, in points; 500 at first.
     void setWindowSize(int side);
+
     [[nodiscard]] int windowSize() const { return side; }
+
     /// A name without an image does nothing.
     void setWindowImage(const QString &name);
+
     [[nodiscard]] QPixmap backgroundImage() const { return background; }
+
     [[nodiscard]] static bool canBecomeKeyWindow() { return true; }
+
     [[nodiscard]] static bool canBecomeMainWindow() { return true; }
 
 protected:

@@ -9,10 +9,13 @@
 TrayPresence::TrayPresence(QObject *parent)
     : QObject(parent), trayMenu(std::make_unique<QMenu>()), appStatusIcon(new QSystemTrayIcon(this)),
       hideItem(trayMenu->addAction(QStringLiteral("Quorvane"))),
-      changeItem(trayMenu->addAction(tr("Change IP"))), copyItem(trayMenu->addAction(tr("Copy IP"))),
-      showItem(nullptr), quitItem(nullptr) {
+      changeItem(trayMenu->addAction(tr("Change IP"))),
+      checkItem(trayMenu->addAction(tr("Check IP in Browser"))), copyItem(trayMenu->addAction(tr("Copy IP"))),
+      showItem(nullptr), refreshItem(nullptr), aboutItem(nullptr), quitItem(nullptr) {
     trayMenu->addSeparator();
     showItem = trayMenu->addAction(tr("Show Quorvane"));
+    refreshItem = trayMenu->addAction(tr("Refresh Locations"));
+    aboutItem = trayMenu->addAction(tr("About Quorvane"));
     trayMenu->addSeparator();
     quitItem = trayMenu->addAction(tr("Quit Quorvane"));
     appStatusIcon->setToolTip(QStringLiteral("Quorvane"));

@@ -29,6 +29,14 @@ public:
 
     [[nodiscard]] QAction *copyIpMenuItem() const { return copyItem; }
 
+    [[nodiscard]] QAction *checkIpMenuItem() const { return checkItem; }
+
+    [[nodiscard]] QAction *refreshMenuItem() const { return refreshItem; }
+
+    [[nodiscard]] QAction *aboutMenuItem() const { return aboutItem; }
+
+    [[nodiscard]] QMenu &menu() const { return *trayMenu; }
+
     [[nodiscard]] QAction *showSelfMenuItem() const { return showItem; }
 
     [[nodiscard]] QAction *quitMenuItem() const { return quitItem; }
@@ -42,8 +50,11 @@ private:
     QSystemTrayIcon *appStatusIcon;
     QAction *hideItem;
     QAction *changeItem;
+    QAction *checkItem;
     QAction *copyItem;
     QAction *showItem;
+    QAction *refreshItem;
+    QAction *aboutItem;
     QAction *quitItem;
     QString shownImage;
 };

@@ -1,0 +1,170 @@
+#include "LocationRotation.h"
+
+#include "HideIpSession.h"
+#include "MainWindow.h"
+#include "SessionDisplay.h"
+#include "frontend/api/QrvAPI.h"
+#include "frontend/support/Diagnostics.h"
+#include "frontend/support/SessionState.h"
+#include "frontend/ui/QrvLocationPaneController.h"
+#include "frontend/ui/QrvTableDataSource.h"
+#include "platform/Platform.h"
+#include "platform/PreferencesStore.h"
+#include "platform/UserDefaultsController.h"
+
+namespace {
+
+const QString changeEveryKey = QStringLiteral("changeIpEvery");
+const QString intervalKey = QStringLiteral("changeIpInterval");
+const QString requireUsKey = QStringLiteral("requireUS");
+
+void savePreference(const QString &key, const QVariant &value) {
+    auto &services = platform::Platform::current();
+    services.preferences->setValue(key, value);
+    services.userDefaults->save();
+}
+
+} // namespace
+
+LocationRotation::LocationRotation(const Parts &collaborators, LocationChoice::Random random, QObject *parent)
+    : QObject(parent), parts(collaborators), choice(std::move(random)) {
+    connect(&parts.window.locationPane(), &QrvLocationPaneController::rebuilt, this,
+            [this] { goOnIfWaiting(); });
+}
+
+LocationChoice::Request LocationRotation::request() const {
+    LocationChoice::Request request;
+    const QrvMenuItem *current = parts.window.locationPane().currentItem();
+    for (const auto &item : parts.window.locationPane().items()) {
+        request.list.append({item->number(), item->text(), item->vpnData()});
+        if (item.get() == current) {
+            request.candidate = request.list.last();
+        }
+    }
+    request.usOnly = parts.window.requiresUS();
+    request.automaticChange = parts.window.changesAutomatically();
+    request.isDiscarded = [this](const QString &text) {
+        return parts.discarded.hasRow(text);
+    };
+    return request;
+}
+
+void LocationRotation::selectEntry(quint64 number) {
+    const auto &items = parts.window.locationPane().items();
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (items[i]->number() == number) {
+            parts.window.locationPane().selectItem(static_cast<int>(i));
+            return;
+        }
+    }
+}
+
+void LocationRotation::downloadCertificateForSelectedItem() {
+    waiting = false;
+    if (!parts.api.inetConnect()) {
+        Diagnostics::log(QStringLiteral("downloadCertificateForSelectedItem no inet"));
+        parts.session.connectionError();
+        return;
+    }
+    const LocationChoice::Outcome outcome = choice.choose(request());
+    if (outcome.selection) {
+        selectEntry(*outcome.selection);
+    }
+    switch (outcome.result) {
+    case LocationChoice::Result::NothingToPick:
+        break;
+    case LocationChoice::Result::NoUnitedStates:
+        parts.session.connectionError();
+        break;
+    case LocationChoice::Result::AllUsed:
+        waiting = true;
+        parts.display.waitingForLocation(tr("Every location has been used in this rotation. Refresh the "
+                                            "locations or switch \"US only\" to begin a new one."));
+        break;
+    case LocationChoice::Result::Picked:
+        take(outcome);
+        break;
+    }
+}
+
+void LocationRotation::take(const LocationChoice::Outcome &outcome) {
+    QString &place = SessionState::shared().currentLocation;
+    if (outcome.updatesLocationText) {
+        place = outcome.pick.title;
+    }
+    if (!outcome.pick.data->ipAdress.isNull() && place.isEmpty()) {
+        place = parts.api.model().getLocationByIP(outcome.pick.data->ipAdress);
+    }
+    last = outcome.pick;
+    parts.fetch.start(outcome.pick.title, outcome.pick.data, parts.window.transportLabel());
+}
+
+void LocationRotation::goOnIfWaiting() {
+    if (waiting) {
+        parts.display.waitingEnded();
+        downloadCertificateForSelectedItem();
+    }
+}
+
+void LocationRotation::setUsedItems(const QSet<quint64> &items) {
+    choice.setUsedItems(items);
+    goOnIfWaiting();
+}
+
+void LocationRotation::changeIpMenuItemPressed() {
+    parts.window.locationPane().selectItem(0);
+    parts.session.terminateVpn();
+    parts.session.getNewIP();
+}
+
+void LocationRotation::changeIpButtonPressed() {
+    parts.session.stopQuorvane();
+    parts.session.quorvane();
+}
+
+void LocationRotation::discardIpButtonPressed() {
+    if (last.data) {
+        // The address read with the list, even where another one of the group was asked for.
+        parts.discarded.addRow(last.data->ipAdress);
+        last.data->filteredIpAdressArray.removeAll(last.data->ipAdress);
+        if (last.data->filteredIpAdressArray.isEmpty()) {
+            parts.window.locationPane().removeItemWithTitle(last.title);
+            parts.window.locationPane().selectItem(0);
+        }
+    }
+    parts.session.terminateVpn();
+    parts.session.getNewIP();
+}
+
+void LocationRotation::requireUSBasedIPButtonPressed(bool on) {
+    savePreference(requireUsKey, on);
+    if (on) {
+        parts.window.locationPane().selectItem(0);
+        const QString country =
+            platform::Platform::current().preferences->string(QStringLiteral("countryCode"));
+        if (SessionState::shared().hidden && country.toLower() != QLatin1String("us")) {
+            parts.session.stopQuorvane();
+            parts.session.quorvane();
+        }
+    }
+    setUsedItems({});
+}
+
+void LocationRotation::setRequiredUS(bool required) {
+    parts.window.setRequiresUS(required);
+    platform::Platform::current().preferences->setValue(requireUsKey, required);
+    setUsedItems({});
+}
+
+void LocationRotation::changeEveryPressed(bool on) {
+    if (on) {
+        parts.window.locationPane().selectItem(0);
+    }
+    savePreference(changeEveryKey, on);
+    parts.session.settingsDidChange();
+}
+
+void LocationRotation::intervalEntered(int minutes) {
+    // A running change timer keeps its time; the new interval counts from the next arming.
+    savePreference(intervalKey, minutes);
+}
