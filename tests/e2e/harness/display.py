@@ -62,7 +62,8 @@ class PrivateDisplay(Display):
         cookie = secrets.token_bytes(16)
         super().__init__(home, user, NUMBER, cookie)
         home.write("/run/xvfb.auth", authority(NUMBER, cookie), mode=0o600)
-        self._server = home.popen("Xvfb", self.name, "-screen", "0", SIZE, "-nolisten", "tcp", "-auth",
+        # Without -noreset the server starts over whenever its last client leaves, under whoever is just coming.
+        self._server = home.popen("Xvfb", self.name, "-screen", "0", SIZE, "-noreset", "-nolisten", "tcp", "-auth",
                                   "/run/xvfb.auth", "-displayfd", "1", stdin=subprocess.DEVNULL,
                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         ready, _, _ = select.select([self._server.stdout], [], [], 20)
