@@ -59,6 +59,10 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     for (QLabel *line : {ui->fieldLine3, ui->fieldLine4, ui->fieldLine22, ui->fieldLine21}) {
         line->setVisible(false);
     }
+    // The field beside it shows the number; of the stepper only its two buttons are wanted.
+    if (auto *number = ui->stepperChangeIpInterval->findChild<QLineEdit *>()) {
+        number->hide();
+    }
     // Controls that come and go keep their place, so that nothing jumps under the pointer.
     for (QWidget *widget :
          std::initializer_list<QWidget *>{ui->changeIpButton, ui->discardIpButton, ui->viewSpinWeel}) {

@@ -4,6 +4,7 @@
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/session/MainWindow.h"
 #include "frontend/session/QrvApplicationController.h"
+#include "frontend/ui/QrvFancyIp.h"
 #include "frontend/ui/TrayPresence.h"
 #include "tests/gui/GuiTest.h"
 
@@ -200,20 +201,20 @@ private Q_SLOTS:
         QCOMPARE(popup->count(), 3);
         QCOMPARE(popup->itemText(0), text("Random Location"));
         QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
-        QCOMPARE(find<QLabel>("viewCurrentIP")->text(), text("198.51.100.10"));
+        QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("198.51.100.10"));
         QVERIFY(application->applicationShouldHandleReopen(true));
     }
 
     void pressToLentAddressAndBack() {
         goHidden();
-        QCOMPARE(find<QLabel>("viewCurrentIP")->text(), text("203.0.113.7\n"));
+        QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("203.0.113.7\n"));
         QCOMPARE(find<QLabel>("fieldLine22")->text(), text("Germany Berlin"));
         QCOMPARE(controller->statusItem().hideIpMenuItem()->text(), text("Stop Hiding IP"));
         QVERIFY(services().urls().fetches().front().endsWith("&proto=TCP"));
         services().processes().setNames({"openvpn"});
         QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
         QVERIFY(!SessionState::shared().hidden);
-        QCOMPARE(find<QLabel>("viewCurrentIP")->text(), text("198.51.100.10"));
+        QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("198.51.100.10"));
         QCOMPARE(linesWith("killall"), 1);
     }
 
@@ -311,7 +312,7 @@ private Q_SLOTS:
         QVERIFY(services().urls().failNext({platform::UrlError::Kind::Refused, text("refused")}));
         QCOMPARE(fixture->alerts.size(), 1);
         QCOMPARE(fixture->alerts.first().title, text("Error"));
-        QCOMPARE(find<QLabel>("viewCurrentIP")->text(), text("0.0.0.0"));
+        QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("0.0.0.0"));
         QVERIFY(!find<QPushButton>("buttonQuorvane")->isEnabled());
     }
 

@@ -1,11 +1,13 @@
 #include "frontend/session/MainWindow.h"
 
+#include "frontend/ui/QrvFancyIp.h"
 #include "frontend/ui/QrvLocationPaneController.h"
 #include "tests/gui/GuiTest.h"
 
 #include <QAccessible>
 #include <QCheckBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -71,7 +73,8 @@ private Q_SLOTS:
     void hiddenShowsAddressFlagAndPlace() {
         display->tunnelStarting();
         display->hidden(text("203.0.113.7\n"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        QCOMPARE(label("viewCurrentIP")->text(), text("203.0.113.7\n"));
+        QCOMPARE(window->findChild<QrvFancyIp *>(text("viewCurrentIP"))->stringValue(),
+                 text("203.0.113.7\n"));
         QCOMPARE(label("fieldLine1")->text(), text("You are currently hiding your real IP 198.51.100.10"));
         QVERIFY(label("fieldLine1")->styleSheet().contains(text("white")));
         QCOMPARE(label("fieldLine22")->text(), text("Germany Berlin"));
@@ -90,7 +93,8 @@ private Q_SLOTS:
         display->notHidden(text("198.51.100.10"));
         QVERIFY(!label("imageCountry")->isVisible());
         QVERIFY(label("imageCountry")->pixmap().isNull());
-        QCOMPARE(label("viewCurrentIP")->text(), text("198.51.100.10"));
+        QCOMPARE(window->findChild<QrvFancyIp *>(text("viewCurrentIP"))->stringValue(),
+                 text("198.51.100.10"));
         QVERIFY(!button("buttonQuorvane")->isChecked());
         QVERIFY(!button("changeIpButton")->isVisible());
     }
@@ -108,7 +112,7 @@ private Q_SLOTS:
 
     void hostileTextsStayPlain() {
         display->hidden(text("<img src=x>"), text("1.1.1.1"), text("de"), text("<b>Berlin</b>"));
-        for (const char *name : {"viewCurrentIP", "fieldLine22", "fieldLine1"}) {
+        for (const char *name : {"fieldLine22", "fieldLine1"}) {
             QCOMPARE(label(name)->textFormat(), Qt::PlainText);
         }
     }
@@ -132,10 +136,57 @@ private Q_SLOTS:
         QSignalSpy edits(window.get(), &MainWindow::intervalEntered);
         display->interval(42, true);
         QCOMPARE(window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), 42);
+        QCOMPARE(window->findChild<QLineEdit *>(text("fieldChangeIpInterval"))->text(), text("42"));
         QCOMPARE(edits.size(), 0);
+    }
+
+    void stepperCopiesIntoTheField() {
+        display->interval(42, true);
+        QSignalSpy edits(window.get(), &MainWindow::intervalEntered);
         window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->stepUp();
         QCOMPARE(edits.size(), 1);
         QCOMPARE(edits.first().first().toInt(), 43);
+        QCOMPARE(window->findChild<QLineEdit *>(text("fieldChangeIpInterval"))->text(), text("43"));
+    }
+
+    void stepperStaysWithinOneAndNinetyNine() {
+        auto *stepper = window->findChild<QSpinBox *>(text("stepperChangeIpInterval"));
+        QCOMPARE(stepper->minimum(), 1);
+        QCOMPARE(stepper->maximum(), 99);
+        QCOMPARE(stepper->singleStep(), 1);
+    }
+
+    void intervalField_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("left");
+        QTest::newRow("letters and digits") << text("a1b2c") << text("12");
+        QTest::newRow("too long") << text("123") << text("12");
+        QTest::newRow("zero") << text("0") << text("1");
+        QTest::newRow("other digits") << QString(QChar(0x0663)) << text("1");
+        QTest::newRow("plain") << text("7") << text("7");
+    }
+
+    void intervalField() {
+        QFETCH(QString, typed);
+        QFETCH(QString, left);
+        display->interval(42, true);
+        QSignalSpy edits(window.get(), &MainWindow::intervalEntered);
+        auto *field = window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
+        field->setFocus();
+        field->selectAll();
+        field->insert(typed); // as a paste does: one edit
+        QCOMPARE(field->text(), left);
+        QVERIFY(!edits.isEmpty());
+        QCOMPARE(edits.last().first().toInt(), left.toInt());
+        QCOMPARE(window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), left.toInt());
+    }
+
+    void backgroundClickEndsTextEditing() {
+        display->interval(42, true);
+        auto *field = window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
+        field->setFocus();
+        QTest::mouseClick(window->centralWidget(), Qt::LeftButton, {}, QPoint(3, 3));
+        QVERIFY(!field->hasFocus());
     }
 
     void transportLabelsAreSentAsTheyStand() {

@@ -43,6 +43,8 @@ public:
 
     void downloadCertificateForSelectedItem() override { events.append(text("download")); }
 
+    void forgetWaitingPick() override { waiting = false; }
+
     QString lastItemTitle() const override { return lastTitle; }
 
     QrvVpnDataPointer lastItemData() const override { return lastData; }
@@ -76,6 +78,7 @@ public:
     QrvVpnDataPointer lastData;
     bool automatic = false;
     bool animating = false;
+    bool waiting = false;
     bool background = false;
 };
 
@@ -441,6 +444,12 @@ TEST_F(HideIpSessionTest, TimerStopsAndStartsOnceAndIsRearmedBySuccess) {
     EXPECT_EQ(environment.count("download"), 1);
     session.showIp();
     EXPECT_TRUE(session.changeTimerArmed());
+}
+
+TEST_F(HideIpSessionTest, TerminatingForgetsAnAttemptThatWaits) {
+    environment.waiting = true;
+    session.terminateVpn();
+    EXPECT_FALSE(environment.waiting);
 }
 
 TEST_F(HideIpSessionTest, TerminatingCancelsTheTimer) {

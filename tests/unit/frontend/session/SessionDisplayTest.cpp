@@ -49,7 +49,7 @@ TEST(SessionDisplay, FailureLeavesCopyItemFlagVisibilityAndNotice) {
     SessionDisplay display;
     display.starting();
     display.hidden(text("2.2.2.2"), text("1.1.1.1"), text("de"), text("Germany Berlin"));
-    display.notice(text("note"));
+    display.waitingForLocation(text("note"));
     display.failed(text("1.1.1.1"));
     EXPECT_TRUE(display.state().copyItemEnabled);
     EXPECT_TRUE(display.state().flagVisible);
@@ -74,12 +74,18 @@ TEST(SessionDisplay, EmptyLocationLeavesTheLine) {
     EXPECT_EQ(display.state().line22.text, text("Germany Berlin"));
 }
 
-TEST(SessionDisplay, NoticeIsHiddenByANullText) {
+TEST(SessionDisplay, WaitingOpensTheWayToStop) {
     SessionDisplay display;
-    display.notice(text("note"));
-    EXPECT_TRUE(display.state().line3.visible);
-    display.notice(QString());
+    display.starting();
+    display.searching();
+    display.waitingForLocation(text("note"));
+    EXPECT_EQ(display.state().line3, (DisplayState::Line{text("note"), Tone::Quiet, true}));
+    EXPECT_EQ(display.state().hideButton, (DisplayState::Button{text("Stop Hiding IP"), true, true}));
+    EXPECT_EQ(display.state().hideItem, (DisplayState::Item{text("Stop Hiding IP"), true}));
+    display.waitingEnded();
     EXPECT_FALSE(display.state().line3.visible);
+    EXPECT_FALSE(display.state().hideButton.enabled);
+    EXPECT_FALSE(display.state().hideItem.enabled);
 }
 
 } // namespace

@@ -25,4 +25,25 @@ INSTANTIATE_TEST_SUITE_P(Rows, IntegerValue,
                                          Row{"-2147483648", -2147483647 - 1},
                                          Row{"-99999999999999999999", -2147483647 - 1}, Row{"٣", 0}));
 
+struct PureRow {
+    const char *text;
+    int maxLen;
+    const char *left;
+    bool clean;
+};
+
+class PureInteger : public testing::TestWithParam<PureRow> {};
+
+TEST_P(PureInteger, KeepsDigitsOnly) {
+    QString value = QString::fromUtf8(GetParam().text);
+    EXPECT_EQ(pureInteger(value, GetParam().maxLen), GetParam().clean);
+    EXPECT_EQ(value, QString::fromUtf8(GetParam().left));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PureInteger,
+                         testing::Values(PureRow{"", 2, "", true}, PureRow{"12", 2, "12", true},
+                                         PureRow{"a1b2c", 2, "12", false}, PureRow{"123", 2, "12", false},
+                                         PureRow{"123", 0, "123", true}, PureRow{"-1", 2, "1", false},
+                                         PureRow{"\xD9\xA3", 2, "", false}, PureRow{"1 2", 3, "12", false}));
+
 } // namespace
