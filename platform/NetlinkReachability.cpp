@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <libmnl/libmnl.h>
 #include <linux/rtnetlink.h>
+#include <mutex>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
@@ -135,9 +136,7 @@ void run(const std::shared_ptr<Watch> &watch) {
 
 class NetlinkTarget final : public ReachabilityTarget {
 public:
-    explicit NetlinkTarget(const QByteArray &name) : host(name), watch(std::make_shared<Watch>(name)) {
-        resolve(watch);
-    }
+    explicit NetlinkTarget(const QByteArray &name) : watch(std::make_shared<Watch>(name)) { resolve(watch); }
 
     ~NetlinkTarget() override { stop(); }
 
@@ -155,6 +154,8 @@ public:
         stop();
         if (queue == nullptr)
             return true;
+        // A callback may stop the delivery before this call is through.
+        const std::lock_guard lock(mutex);
         watch->ending = false;
         if (!watch->wake.isOpen() || !watch->news.open())
             return false;
@@ -171,21 +172,22 @@ public:
 private:
     /// Ends delivery, then the watching thread.
     void stop() {
+        // Waits for a running callback, which may be in here itself: not under the lock.
         watch->delivery.setQueue(nullptr);
-        if (!thread.joinable())
+        std::thread ended;
+        {
+            const std::lock_guard lock(mutex);
+            ended.swap(thread);
+        }
+        if (!ended.joinable())
             return;
         watch->ending = true;
         watch->wakeUp();
-        // A queue that runs its work at once brings a callback, and this call from it, on that very thread.
-        if (thread.get_id() != std::this_thread::get_id()) {
-            thread.join();
-            return;
-        }
-        thread.detach();
-        watch = std::make_shared<Watch>(host);
+        ended.join();
     }
 
-    const QByteArray host;
+    /// Guards the thread.
+    std::mutex mutex;
     std::shared_ptr<Watch> watch;
     std::thread thread;
 };

@@ -68,10 +68,11 @@ std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
     const auto request = requestFor(url);
     if (!request)
         return std::nullopt;
+    // First of all: it gives a thread that Qt did not start what timers and sockets need.
+    QEventLoop loop;
     const auto ownManager = makeManager();
     QByteArray body("");
     std::optional<UrlError> failure;
-    QEventLoop loop;
     bool over = false;
     QObject context;
     new UrlTransfer(

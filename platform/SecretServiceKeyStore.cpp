@@ -49,6 +49,15 @@ struct ObjectList {
 using Attributes = std::unique_ptr<GHashTable, decltype(&g_hash_table_unref)>;
 using Value = std::unique_ptr<SecretValue, void (*)(SecretValue *)>;
 
+using Service = std::unique_ptr<SecretService, decltype(&g_object_unref)>;
+
+/// Null when there is none.
+Service openService() {
+    ErrorHolder holder;
+    return {secret_service_get_sync(SECRET_SERVICE_LOAD_COLLECTIONS, nullptr, &holder.error),
+            &g_object_unref};
+}
+
 void dropValue(SecretValue *value) {
     if (value != nullptr)
         secret_value_unref(value);
@@ -100,11 +109,10 @@ bool SecretServiceKeyStore::add(const Item &item) {
 }
 
 bool SecretServiceKeyStore::update(const Item &item) {
-    ErrorHolder holder;
-    const std::unique_ptr<SecretService, decltype(&g_object_unref)> service(
-        secret_service_get_sync(SECRET_SERVICE_LOAD_COLLECTIONS, nullptr, &holder.error), &g_object_unref);
+    const auto service = openService();
     if (service == nullptr)
         return false;
+    ErrorHolder holder;
     const Attributes wanted(
         secret_attributes_build(schema(), identifierKey, item.identifier.toUtf8().constData(), nullptr),
         &g_hash_table_unref);
@@ -122,14 +130,19 @@ void SecretServiceKeyStore::remove(const QString &identifier) {
 }
 
 std::optional<QStringList> SecretServiceKeyStore::accounts(const QString &label) {
+    const auto service = openService();
+    if (service == nullptr)
+        return std::nullopt;
     ErrorHolder holder;
-    const ObjectList found(secret_password_search_sync(schema(), SECRET_SEARCH_ALL, nullptr, &holder.error,
-                                                       labelKey, label.toUtf8().constData(), nullptr));
+    const Attributes wanted(secret_attributes_build(schema(), labelKey, label.toUtf8().constData(), nullptr),
+                            &g_hash_table_unref);
+    const ObjectList found(secret_service_search_sync(service.get(), schema(), wanted.get(),
+                                                      SECRET_SEARCH_ALL, nullptr, &holder.error));
     if (holder.error != nullptr)
         return std::nullopt;
     QStringList names;
     for (const GList *entry = found.first; entry != nullptr; entry = entry->next) {
-        const Attributes attributes(secret_retrievable_get_attributes(SECRET_RETRIEVABLE(entry->data)),
+        const Attributes attributes(secret_item_get_attributes(SECRET_ITEM(entry->data)),
                                     &g_hash_table_unref);
         const auto *account = static_cast<const char *>(g_hash_table_lookup(attributes.get(), accountKey));
         names.append(QString::fromUtf8(account != nullptr ? account : ""));

@@ -1,10 +1,10 @@
 #include "platform/NetlinkReachability.h"
 #include "Sandbox.h"
+#include "platform/ChildProcess.h"
 #include "platform/RouteTable.h"
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
 
 #include <atomic>
 #include <gtest/gtest.h>
@@ -25,10 +25,10 @@ constexpr std::uint32_t far = address(198, 51, 100, 7);
 
 /// Runs `ip` with the words.
 void ip(const char *words) {
-    QProcess process;
-    process.start(QStringLiteral("ip"), QString::fromLatin1(words).split(u' '));
-    ASSERT_TRUE(process.waitForFinished());
-    ASSERT_EQ(process.exitCode(), 0) << words << ": " << process.readAllStandardError().constData();
+    const platform::ChildOutcome outcome = platform::runChild(
+        {platform::systemProgram("ip"), QByteArray("ip ").append(words).split(' '), {}, "/"});
+    ASSERT_EQ(outcome.startFailure, 0);
+    ASSERT_EQ(outcome.status, 0) << words << ": " << outcome.error.constData();
 }
 
 /// Collects what a target tells on a queue.

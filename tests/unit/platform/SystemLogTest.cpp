@@ -63,7 +63,8 @@ TEST_F(SystemLogTest, OneCallIsOneLine) {
 }
 
 TEST_F(SystemLogTest, MaskMayReadPreferencesAndThreadsMayWrite) {
-    log.setMask([this](const QString &line) { return line + preferences.string(QStringLiteral("x")); });
+    log.setMask(
+        [this](const QString &line) -> QString { return line + preferences.string(QStringLiteral("x")); });
     std::vector<std::thread> writers;
     for (int i = 0; i < 4; ++i) {
         writers.emplace_back([this] {

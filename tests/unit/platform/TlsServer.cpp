@@ -1,11 +1,14 @@
 #include "TlsServer.h"
 
+#include "platform/ChildProcess.h"
+
+#include <QEventLoop>
 #include <QFile>
-#include <QProcess>
 #include <QSslConfiguration>
 #include <QSslKey>
 #include <QSslServer>
 #include <QSslSocket>
+#include <QTimer>
 
 namespace {
 
@@ -28,16 +31,16 @@ make wrong DNS:other.test
 } // namespace
 
 TestCertificates::TestCertificates() {
-    QProcess shell;
-    shell.start(QStringLiteral("/bin/sh"),
-                {QStringLiteral("-c"), QString::fromLatin1(script), QStringLiteral("sh"), folder.path()});
-    made =
-        shell.waitForFinished(60000) && shell.exitStatus() == QProcess::NormalExit && shell.exitCode() == 0;
+    const platform::ChildOutcome outcome =
+        platform::runChild({"/bin/sh",
+                            {"sh", "-c", script, "sh", folder.path().toUtf8()},
+                            {QByteArray("PATH=") + platform::systemPath},
+                            "/"});
+    made = outcome.startFailure == 0 && outcome.status == 0;
 }
 
 TlsServer::TlsServer(const TestCertificates &certificates, const QString &certificate,
-                     const QByteArray &answer)
-    : server(new QSslServer) {
+                     const QByteArray &answer) {
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
     configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
     configuration.setLocalCertificateChain(
@@ -46,39 +49,44 @@ TlsServer::TlsServer(const TestCertificates &certificates, const QString &certif
     if (!key.open(QIODevice::ReadOnly))
         qFatal("no key for the test server");
     configuration.setPrivateKey(QSslKey(&key, QSsl::Ec));
-    server->setSslConfiguration(configuration);
-    server->moveToThread(&thread);
-    QObject::connect(&thread, &QThread::finished, server, &QObject::deleteLater);
-    QObject::connect(server, &QTcpServer::pendingConnectionAvailable, server, [this, answer] {
-        while (QTcpSocket *socket = server->nextPendingConnection()) {
-            QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-            const auto serve = [socket, answer] {
+    thread = std::thread([this, configuration, answer] { serve(configuration, answer); });
+    port = listening.get_future().get();
+}
+
+TlsServer::~TlsServer() {
+    ending.set_value();
+    thread.join();
+}
+
+QByteArray TlsServer::url() const {
+    return "https://127.0.0.1:" + QByteArray::number(port) + "/";
+}
+
+void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &answer) {
+    // Sockets of this thread need its loop.
+    QEventLoop loop;
+    QSslServer server;
+    server.setSslConfiguration(configuration);
+    QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server, [&server, answer] {
+        while (QTcpSocket *socket = server.nextPendingConnection()) {
+            const auto reply = [socket, answer] {
                 if (!socket->peek(65536).contains("\r\n\r\n"))
                     return;
                 socket->readAll();
                 socket->write(answer);
                 socket->disconnectFromHost();
             };
-            QObject::connect(socket, &QTcpSocket::readyRead, socket, serve);
-            serve();
+            QObject::connect(socket, &QTcpSocket::readyRead, socket, reply);
+            reply();
         }
     });
-    thread.start();
-    QMetaObject::invokeMethod(
-        server,
-        [this] {
-            if (!server->listen(QHostAddress::LocalHost))
-                qFatal("the test server cannot listen");
-            port = server->serverPort();
-        },
-        Qt::BlockingQueuedConnection);
-}
-
-TlsServer::~TlsServer() {
-    thread.quit();
-    thread.wait();
-}
-
-QByteArray TlsServer::url() const {
-    return "https://127.0.0.1:" + QByteArray::number(port) + "/";
+    if (!server.listen(QHostAddress::LocalHost))
+        qFatal("the test server cannot listen");
+    listening.set_value(server.serverPort());
+    const auto end = ending.get_future();
+    // Wakes the loop to look for the end.
+    QTimer beat;
+    beat.start(10);
+    while (end.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+        loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }

@@ -2,11 +2,11 @@
 
 #include <QString>
 #include <QTemporaryDir>
-#include <QThread>
 
-#include <memory>
+#include <future>
+#include <thread>
 
-class QSslServer;
+class QSslConfiguration;
 
 /// Throw-away certificates for tests, made by the openssl tool: an authority, a certificate of it for
 /// 127.0.0.1 and one for another host.
@@ -37,8 +37,10 @@ public:
     [[nodiscard]] QByteArray url() const;
 
 private:
-    QThread thread;
-    // Lives on the thread.
-    QSslServer *server;
+    void serve(const QSslConfiguration &configuration, const QByteArray &answer);
+
+    std::promise<quint16> listening;
+    std::promise<void> ending;
     quint16 port = 0;
+    std::thread thread;
 };
