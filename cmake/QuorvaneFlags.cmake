@@ -23,6 +23,13 @@ if(QUORVANE_SANITIZE)
     target_link_options(quorvane_flags INTERFACE -fsanitize=${QUORVANE_SANITIZE})
 endif()
 
+if(QUORVANE_FUZZ)
+    # Code under test tells the fuzzer where it has been; only the fuzz targets link its driver.
+    target_compile_options(quorvane_flags INTERFACE -fsanitize=fuzzer-no-link)
+    # A broken precondition of Qt's or the standard library's is a finding in an optimised build too.
+    target_compile_definitions(quorvane_flags INTERFACE QT_FORCE_ASSERTS _GLIBCXX_ASSERTIONS)
+endif()
+
 if(QUORVANE_HARDEN)
     target_compile_options(quorvane_flags INTERFACE
         -fstack-protector-strong -fstack-clash-protection -fcf-protection=full

@@ -1,0 +1,64 @@
+#include "Fuzz.h"
+#include "frontend/api/AnswerTable.h"
+
+namespace {
+
+const QString lineEnd = QStringLiteral("<br />");
+
+bool isBlank(QChar unit) {
+    return unit == u' ' || unit == u'\t';
+}
+
+bool isTrimmed(const QString &text) {
+    return text.isEmpty() || (!isBlank(text.front()) && !isBlank(text.back()));
+}
+
+void checkTable(const AnswerTable &table) {
+    for (auto entry = table.values.begin(); entry != table.values.end(); ++entry) {
+        must(!entry.key().contains(u':'), "a key holds no colon");
+        must(isTrimmed(entry.key()), "a key has no blanks at its ends");
+        must(entry.key() != QStringLiteral("Server"), "server lines stand in their own list only");
+        must(!entry.key().contains(lineEnd), "a key does not reach over a line's end");
+        must(!entry.value().isNull(), "the value of a line that is there is not null");
+        must(isTrimmed(entry.value()), "a value has no blanks at its ends");
+        must(!entry.value().contains(lineEnd), "a value does not reach over a line's end");
+        must(table.value(entry.key()) == entry.value(), "a key gives its value");
+    }
+    for (const QString &server : table.servers) {
+        must(!server.isNull() && isTrimmed(server), "a server line is there and has no blanks at its ends");
+        must(!server.contains(lineEnd), "a server line does not reach over a line's end");
+    }
+}
+
+QString written(const AnswerTable &table) {
+    QString text = QStringLiteral("");
+    for (auto entry = table.values.begin(); entry != table.values.end(); ++entry) {
+        text += entry.key() + QStringLiteral(": ") + entry.value() + lineEnd;
+    }
+    for (const QString &server : table.servers) {
+        text += QStringLiteral("Server: ") + server + lineEnd;
+    }
+    return text;
+}
+
+} // namespace
+
+void fuzzOne(std::string_view bytes) {
+    const QString text = textOf(bytes);
+    const auto table = AnswerTable::read(text);
+    must(table.has_value() == (text != QStringLiteral("Connection to the Quorvane API successful.")),
+         "only the success message is no answer");
+    if (!table) {
+        return;
+    }
+    checkTable(*table);
+    const auto lines = text.split(lineEnd);
+    const auto counted =
+        std::count_if(lines.begin(), lines.end(), [](const QString &line) { return line.contains(u':'); });
+    must(table->values.size() + table->servers.size() <= counted, "an entry stands for a line with a colon");
+    must((table->values.isEmpty() && table->servers.isEmpty()) == (counted == 0),
+         "a line with a colon leaves an entry");
+    const auto again = AnswerTable::read(written(*table));
+    must(again && again->values == table->values && again->servers == table->servers,
+         "a table that is written out is read back");
+}

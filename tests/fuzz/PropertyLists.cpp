@@ -1,0 +1,136 @@
+#include "PropertyLists.h"
+
+#include "Fuzz.h"
+#include "platform/PropertyList.h"
+#include "platform/PropertyListChecks.h"
+
+#include <QDateTime>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <cmath>
+
+namespace PropertyLists {
+
+namespace {
+
+using platform::PropertyList::greatestDepth;
+
+/// What the reader bears: containers, "<" marks and bytes. See PropertyListChecks.cpp.
+constexpr qsizetype mostContainers = 4096;
+constexpr qsizetype mostMarks = 400'000;
+
+void checkType(const QVariant &value, int depth) {
+    must(depth <= greatestDepth, "depth is bounded");
+    switch (value.typeId()) {
+    case QMetaType::QVariantMap: {
+        const QVariantMap map = value.toMap();
+        std::for_each(map.begin(), map.end(),
+                      [depth](const QVariant &entry) { checkType(entry, depth + 1); });
+        return;
+    }
+    case QMetaType::QVariantList: {
+        const QVariantList list = value.toList();
+        std::for_each(list.begin(), list.end(),
+                      [depth](const QVariant &entry) { checkType(entry, depth + 1); });
+        return;
+    }
+    case QMetaType::QString:
+        must(!value.toString().isNull(), "a text that is there is not null");
+        return;
+    case QMetaType::QByteArray:
+    case QMetaType::LongLong:
+    case QMetaType::Double:
+    case QMetaType::Bool:
+    case QMetaType::QDateTime:
+        return;
+    default:
+        must(false, "only the promised types come out");
+    }
+}
+
+/// Whether XML can hold the key as it stands.
+bool isPlainKey(const QString &key) {
+    return key.isValidUtf16() && std::none_of(key.begin(), key.end(), [](QChar unit) {
+               return (unit < u' ' && unit != u'\t' && unit != u'\n') || unit == QChar(0xFFFE) ||
+                      unit == QChar(0xFFFF);
+           });
+}
+
+QVariant expected(const QVariant &value);
+
+QVariantMap expectedMap(const QVariantMap &map) {
+    QVariantMap result;
+    for (auto entry = map.begin(); entry != map.end(); ++entry) {
+        if (isPlainKey(entry.key())) {
+            result.insert(entry.key(), expected(*entry));
+        }
+    }
+    return result;
+}
+
+/// The value as it is to come back.
+QVariant expected(const QVariant &value) {
+    switch (value.typeId()) {
+    case QMetaType::QVariantMap:
+        return expectedMap(value.toMap());
+    case QMetaType::QVariantList: {
+        QVariantList list = value.toList();
+        std::transform(list.begin(), list.end(), list.begin(), expected);
+        return list;
+    }
+    case QMetaType::QDateTime:
+        return QDateTime::fromSecsSinceEpoch(value.toDateTime().toSecsSinceEpoch(), Qt::UTC);
+    default:
+        return value;
+    }
+}
+
+bool same(const QVariant &a, const QVariant &b) {
+    if (a.typeId() != b.typeId()) {
+        return false;
+    }
+    switch (a.typeId()) {
+    case QMetaType::QVariantMap: {
+        const QVariantMap first = a.toMap();
+        const QVariantMap second = b.toMap();
+        return first.keys() == second.keys() && std::equal(first.begin(), first.end(), second.begin(), same);
+    }
+    case QMetaType::QVariantList: {
+        const QVariantList first = a.toList();
+        const QVariantList second = b.toList();
+        return std::equal(first.begin(), first.end(), second.begin(), second.end(), same);
+    }
+    case QMetaType::Double:
+        return a.toDouble() == b.toDouble() || (std::isnan(a.toDouble()) && std::isnan(b.toDouble()));
+    default:
+        return a == b;
+    }
+}
+
+} // namespace
+
+void checkTypes(const QVariantMap &dictionary) {
+    checkType(dictionary, 0);
+}
+
+void checkRoundTrip(const QVariantMap &dictionary) {
+    const QByteArray written = platform::PropertyList::write(dictionary);
+    must(written.startsWith("<?xml") && !written.contains('\0'), "what is written is XML");
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString decoded = decoder(written);
+    must(!decoded.isEmpty() && !decoder.hasError(), "what is written is UTF-8");
+    if (written.size() > platform::PropertyList::largestSize || written.count('<') > mostMarks ||
+        written.count("<dict") + written.count("<array") > mostContainers) {
+        return;
+    }
+    const auto again = platform::PropertyList::parse(written);
+    const bool comesBack = again && same(expectedMap(dictionary), *again);
+    if (!comesBack) {
+        std::fprintf(stderr, "%s", written.constData());
+    }
+    must(again.has_value(), "what is written can be read");
+    must(comesBack, "what is written comes back");
+}
+
+} // namespace PropertyLists
