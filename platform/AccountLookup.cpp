@@ -1,5 +1,7 @@
 #include "AccountLookup.h"
 
+#include <QByteArrayList>
+
 #include <cerrno>
 #include <mutex>
 #include <pwd.h>

@@ -1,5 +1,7 @@
 #include "PreferencesStore.h"
 
+#include <QLocale>
+
 #include <charconv>
 #include <cmath>
 #include <limits>

@@ -2,6 +2,8 @@
 
 #include "FileDescriptor.h"
 
+#include <QStringBuilder>
+
 #include <cerrno>
 #include <charconv>
 #include <cstring>

@@ -75,6 +75,7 @@ TEST_F(NotificationCenterTest, WorksFromManyThreads) {
     std::atomic<int> count = 0;
     center.addObserver(name, &context, [&count](const QVariant &) { ++count; });
     std::vector<std::thread> posters;
+    posters.reserve(4);
     for (int i = 0; i < 4; ++i) {
         posters.emplace_back([this] {
             QObject own;

@@ -261,6 +261,7 @@ TEST_F(PlistPreferencesTest, ThreadsKeepEachOthersKeys) {
     constexpr int threads = 4;
     constexpr int keys = 25;
     std::vector<std::thread> writers;
+    writers.reserve(threads);
     for (int thread = 0; thread < threads; ++thread) {
         writers.emplace_back([&store, thread] {
             for (int i = 0; i < keys; ++i) {
@@ -290,6 +291,7 @@ TEST_F(PlistPreferencesTest, ProcessesKeepEachOthersKeys) {
     constexpr int processes = 4;
     constexpr int keys = 50;
     std::vector<pid_t> children;
+    children.reserve(processes);
     for (int process = 0; process < processes; ++process) {
         children.push_back(inChild([this, process] {
             PlistPreferences store(path, 30000);

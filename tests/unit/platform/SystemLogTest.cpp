@@ -66,6 +66,7 @@ TEST_F(SystemLogTest, MaskMayReadPreferencesAndThreadsMayWrite) {
     log.setMask(
         [this](const QString &line) -> QString { return line + preferences.string(QStringLiteral("x")); });
     std::vector<std::thread> writers;
+    writers.reserve(4);
     for (int i = 0; i < 4; ++i) {
         writers.emplace_back([this] {
             for (int round = 0; round < 100; ++round)

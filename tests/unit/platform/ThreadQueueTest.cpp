@@ -68,6 +68,7 @@ TEST(ThreadQueueTest, TakesWorkFromManyThreads) {
     ThreadQueue queue(QStringLiteral("q"));
     int count = 0; // touched by the queue's thread only
     std::vector<std::thread> callers;
+    callers.reserve(4);
     for (int i = 0; i < 4; ++i) {
         callers.emplace_back([&] {
             for (int round = 0; round < 250; ++round)
