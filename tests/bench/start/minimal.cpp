@@ -1,0 +1,19 @@
+// The least that a program with a window and a tray icon costs: what the client's start is measured against.
+#include <QApplication>
+#include <QLabel>
+#include <QMainWindow>
+#include <QPixmap>
+#include <QSystemTrayIcon>
+
+int main(int argc, char *argv[]) {
+    QApplication application(argc, argv);
+    QMainWindow window;
+    window.setWindowTitle(QStringLiteral("Minimal"));
+    window.setCentralWidget(new QLabel(QStringLiteral("Minimal"), &window));
+    QPixmap picture(22, 22);
+    picture.fill(Qt::darkGray);
+    QSystemTrayIcon tray(QIcon(picture), &window);
+    tray.show();
+    window.show();
+    return QApplication::exec();
+}
