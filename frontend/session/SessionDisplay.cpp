@@ -121,7 +121,7 @@ void SessionDisplay::hidden(const QString &lentIp, const QString &originalIp, co
     publish();
 }
 
-void SessionDisplay::failed(const QString &originalIp) {
+void SessionDisplay::backToNotHidden(const QString &originalIp) {
     current.trayImage = QStringLiteral("Tray");
     current.advancedEnabled = true;
     current.hideButton = {hideTitle(), true, false};
@@ -133,26 +133,20 @@ void SessionDisplay::failed(const QString &originalIp) {
     current.stateImage = QStringLiteral("appmain");
     current.currentIp = originalIp;
     current.flagImage = QString();
+}
+
+void SessionDisplay::failed(const QString &originalIp) {
+    backToNotHidden(originalIp);
     publish();
 }
 
 void SessionDisplay::notHidden(const QString &originalIp) {
-    current.advancedEnabled = true;
-    current.hideButton = {hideTitle(), true, false};
-    current.hideItem = {hideTitle(), true};
-    current.line21.visible = false;
-    current.line22.visible = false;
-    warn();
-    current.stateImage = QStringLiteral("appmain");
-    current.currentIp = originalIp;
-    current.flagImage = QString();
+    backToNotHidden(originalIp);
     current.flagVisible = false;
-    current.trayImage = QStringLiteral("Tray");
     current.discardIpVisible = false;
     current.changeIpVisible = false;
     current.line3.visible = false;
     current.copyItemEnabled = false;
-    current.changeItemEnabled = true;
     publish();
 }
 

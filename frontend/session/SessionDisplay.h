@@ -99,6 +99,7 @@ Q_SIGNALS:
 
 private:
     void warn();
+    void backToNotHidden(const QString &originalIp);
     void publish();
 
     DisplayState current;
