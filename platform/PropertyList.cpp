@@ -4,6 +4,7 @@
 #include "PropertyListChecks.h"
 
 #include <QDateTime>
+#include <QStringDecoder>
 #include <QTimeZone>
 
 #include <cstdint>
@@ -113,9 +114,10 @@ Node bytesNode(const QByteArray &bytes) {
 }
 
 Node dateNode(const QDateTime &date) {
-    const qint64 milliseconds = epoch().msecsTo(date.toUTC());
-    return Node(plist_new_date(static_cast<qint32>(milliseconds / 1000),
-                               static_cast<qint32>(milliseconds % 1000 * 1000)));
+    const qint64 seconds = date.toSecsSinceEpoch() - epochSeconds;
+    if (seconds != static_cast<qint32>(seconds))
+        return nullptr;
+    return Node(plist_new_date(static_cast<qint32>(seconds), 0));
 }
 
 Node toNode(const QVariant &value, int depth);
@@ -170,14 +172,21 @@ Node toNode(const QVariant &value, int depth) {
 
 std::optional<QVariant> fromNode(plist_t node, int depth);
 
+/// Keeps a byte order mark that begins the text. Never null.
+QString fromUtf8(QByteArrayView bytes) {
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+    const QString text = decoder(bytes);
+    return text.isNull() ? QStringLiteral("") : text;
+}
+
 std::optional<QVariant> fromText(plist_t node) {
     // The call that copies a text aborts on one that holds U+0000.
     std::uint64_t length = 0;
     const char *text = plist_get_string_ptr(node, &length);
     if (text == nullptr)
         return std::nullopt;
-    const QString decoded = QString::fromUtf8(text, static_cast<qsizetype>(length));
-    return decoded.isNull() ? QStringLiteral("") : decoded;
+    return fromUtf8(QByteArrayView(text, static_cast<qsizetype>(length)));
 }
 
 std::optional<QVariant> fromData(plist_t node) {
@@ -209,7 +218,7 @@ std::optional<QVariant> fromScalar(plist_t node) {
         qint32 seconds = 0;
         qint32 microseconds = 0;
         plist_get_date_val(node, &seconds, &microseconds);
-        return epoch().addMSecs(qint64{seconds} * 1000 + microseconds / 1000);
+        return epoch().addSecs(seconds);
     }
     default:
         return std::nullopt;
@@ -248,7 +257,7 @@ std::optional<QVariantMap> fromDictionary(plist_t node, int depth) {
         const auto value = fromNode(child, depth + 1);
         if (!value)
             return std::nullopt;
-        map.insert(QString::fromUtf8(rawKey), *value);
+        map.insert(fromUtf8(rawKey), *value);
     }
 }
 

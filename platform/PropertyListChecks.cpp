@@ -141,6 +141,15 @@ private:
             const unsigned kind = static_cast<quint8>(bytes[static_cast<qsizetype>(offset)]) >> 4U;
             if (kind != 0x5U && kind != 0x6U)
                 return false;
+            auto begin = static_cast<qsizetype>(offset);
+            quint64 length = 0;
+            if (!readCount(begin, length) || !fits(begin, length, kind == 0x6U ? 2 : 1))
+                return false;
+            for (quint64 k = 0; k < length; ++k) {
+                const qsizetype unit = begin + static_cast<qsizetype>(kind == 0x6U ? 2 * k : k);
+                if (bytes[unit] == 0 && (kind == 0x5U || bytes[unit + 1] == 0))
+                    return false;
+            }
         }
         return true;
     }

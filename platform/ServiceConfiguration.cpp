@@ -1,6 +1,7 @@
 #include "ServiceConfiguration.h"
 
 #include "AtomicFile.h"
+#include "StrictUrl.h"
 
 #include <QRegularExpression>
 #include <QStringDecoder>
@@ -21,7 +22,9 @@ bool isHost(const QString &text, bool portAllowed) {
     if (!match.hasMatch())
         return false;
     const QString port = match.captured(1);
-    return port.isNull() || (portAllowed && port.toInt() >= 1 && port.toInt() <= 65535);
+    const bool portFits = port.isNull() || (portAllowed && port.toInt() >= 1 && port.toInt() <= 65535);
+    // Numbers that an URL would write as another address cannot be asked for.
+    return portFits && strictUrl("https://" + text.toLatin1() + "/").has_value();
 }
 
 /// Takes one key's value; the complaint when it will not do.

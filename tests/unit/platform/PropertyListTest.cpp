@@ -293,4 +293,32 @@ TEST_F(PropertyListFile, FailedWriteLeavesNothing) {
               QStringList{QStringLiteral("file.plist")});
 }
 
+TEST(PropertyListFound, KeyWithANulIsRefused) {
+    for (const char *hex :
+         {"62706c6973743030d101025361006209080b0f0000000000000101000000000000000300000000000000"
+          "000000000000000010",
+          "62706c6973743030d101026320ac0000006209080b1200000000000001010000000000000003000000000000"
+          "00000000000000000013"}) {
+        EXPECT_FALSE(PropertyList::parse(QByteArray::fromHex(hex)).has_value()) << hex;
+    }
+}
+
+TEST(PropertyListFound, ByteOrderMarkAtTheBeginningIsKept) {
+    const QString marked = QString(QChar(0xFEFF)) + QStringLiteral("text");
+    const QVariantMap before{{marked, marked}};
+    EXPECT_EQ(PropertyList::parse(PropertyList::write(before)), before);
+}
+
+TEST(PropertyListFound, DateThatTheLibraryCannotHoldIsNotWrittenAsAnother) {
+    const QDateTime far(QDate(2200, 1, 1), QTime(0, 0), Qt::UTC);
+    const auto after = PropertyList::parse(PropertyList::write({{QStringLiteral("far"), far}}));
+    if (after) {
+        EXPECT_FALSE(after->contains(QStringLiteral("far")));
+    }
+    const QDateTime near(QDate(2026, 1, 2), QTime(3, 4, 5), Qt::UTC);
+    const auto kept = PropertyList::parse(PropertyList::write({{QStringLiteral("near"), near}}));
+    ASSERT_TRUE(kept.has_value());
+    EXPECT_EQ(kept->value(QStringLiteral("near")).toDateTime(), near);
+}
+
 } // namespace

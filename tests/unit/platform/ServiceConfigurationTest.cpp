@@ -54,6 +54,7 @@ TEST_F(ServiceConfigurationTest, ReportsAndIgnoresWhatIsWrong) {
                                   "api_host = a.test/path",
                                   "api_host = a b",
                                   "api_host =",
+                                  "api_host = 19",
                                   "api_host = a.test:0",
                                   "api_host = a.test:70000",
                                   "api_host = -a.test",
