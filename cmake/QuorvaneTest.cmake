@@ -3,7 +3,9 @@
 #
 # One executable and one ctest entry. GoogleTest programs get gtest_main unless a source named
 # *main.cpp is among SOURCES; Qt Test programs bring their own main through QTEST_MAIN.
-# The tests that the thread sanitizer fits say so with THREADED.
+# The tests that the thread sanitizer fits say so with THREADED; the target threaded_tests builds them.
+add_custom_target(threaded_tests)
+
 function(quorvane_test)
     cmake_parse_arguments(PARSE_ARGV 0 T "THREADED" "NAME;LABEL;FRAMEWORK" "SOURCES;LIBRARIES;ENVIRONMENT")
     if(NOT T_NAME OR NOT T_LABEL OR NOT T_SOURCES OR T_UNPARSED_ARGUMENTS)
@@ -32,6 +34,7 @@ function(quorvane_test)
     set(labels ${T_LABEL})
     if(T_THREADED)
         list(APPEND labels threaded)
+        add_dependencies(threaded_tests ${T_NAME})
     endif()
     set(environment "QT_QPA_PLATFORM=offscreen" "LC_ALL=C.UTF-8" ${T_ENVIRONMENT})
     set_tests_properties(${T_NAME} PROPERTIES LABELS "${labels}" TIMEOUT 300 ENVIRONMENT "${environment}")

@@ -13,6 +13,14 @@ QrvThread::QrvThread() : record(std::make_shared<Record>()) {}
 
 QrvThread::~QrvThread() {
     cancel();
+    releaseHandle();
+}
+
+void QrvThread::releaseHandle() {
+    if (handleHeld) {
+        pthread_detach(hThread);
+        handleHeld = false;
+    }
 }
 
 void QrvThread::Record::set(std::int32_t state) {
@@ -39,6 +47,7 @@ std::int32_t QrvThread::run() {
     if (state == running || state == detached) {
         return success;
     }
+    releaseHandle(); // of a thread that ran before and was never joined
     auto argument = std::make_unique<std::shared_ptr<Record>>(record);
     {
         // Held across the creation: the new thread cannot report its end before `alive` is set.
@@ -46,6 +55,7 @@ std::int32_t QrvThread::run() {
         if (pthread_create(&hThread, nullptr, &QrvThread::entry, argument.get()) == 0) {
             static_cast<void>(argument.release()); // now the new thread's
             record->alive = true;
+            handleHeld = true;
             record->threadState = running;
             return success;
         }
@@ -67,6 +77,7 @@ std::int32_t QrvThread::detach() {
     if (record->threadState != running || pthread_detach(hThread) != 0) {
         return failure;
     }
+    handleHeld = false;
     record->threadState = detached;
     return success;
 }
@@ -75,6 +86,7 @@ std::int32_t QrvThread::join(void *&result) {
     if (record->threadState != running || pthread_join(hThread, &result) != 0) {
         return failure;
     }
+    handleHeld = false;
     record->threadState = finished;
     return success;
 }
@@ -103,9 +115,9 @@ std::int32_t QrvThread::getState() const {
 // A cancellation leaves this frame without running its end, so the address sanitizer would keep the marks
 // that it made around the frame's variable and trip over them while the callers' frames are unwound.
 __attribute__((no_sanitize("address"))) void QrvThread::cancellationPoint(std::uint32_t microseconds) {
+    usleep(microseconds);
     int previous = 0;
     pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, &previous);
-    usleep(microseconds);
     pthread_testcancel();
     pthread_setcancelstate(previous, nullptr);
 }

@@ -40,7 +40,7 @@ public:
     void setState(std::int32_t state);
     [[nodiscard]] std::int32_t getState() const;
 
-    /// For thread functions: sleeps so long, and lets a pending cancellation act, here and nowhere else.
+    /// For thread functions: sleeps so long, then lets a pending cancellation act, there and nowhere else.
     static void cancellationPoint(std::uint32_t microseconds);
 
 private:
@@ -63,6 +63,10 @@ private:
 
     static void *entry(void *argument);
 
+    void releaseHandle();
+
     pthread_t hThread{};
+    // The handle still has to be joined or detached for the system to forget the thread.
+    bool handleHeld = false;
     std::shared_ptr<Record> record;
 };
