@@ -74,7 +74,7 @@ void *QrvThread::executeThreadFunction() {
 }
 
 std::int32_t QrvThread::detach() {
-    if (record->threadState != running || pthread_detach(hThread) != 0) {
+    if (record->threadState != running || !handleHeld || pthread_detach(hThread) != 0) {
         return failure;
     }
     handleHeld = false;
@@ -83,7 +83,8 @@ std::int32_t QrvThread::detach() {
 }
 
 std::int32_t QrvThread::join(void *&result) {
-    if (record->threadState != running || pthread_join(hThread, &result) != 0) {
+    // A thread that starts late puts its state back to 1 after a detach; its handle is gone all the same.
+    if (record->threadState != running || !handleHeld || pthread_join(hThread, &result) != 0) {
         return failure;
     }
     handleHeld = false;
