@@ -3,6 +3,7 @@
 #include "AuthorizationService.h"
 #include "DelayedCalls.h"
 #include "HardwareRegistry.h"
+#include "HotKeyService.h"
 #include "KeyStore.h"
 #include "NetworkReachability.h"
 #include "NotificationCenter.h"

@@ -11,6 +11,7 @@ namespace platform {
 class AuthorizationService;
 class DelayedCalls;
 class HardwareRegistry;
+class HotKeyService;
 class KeyStore;
 class LogSink;
 class NetworkReachability;
@@ -52,6 +53,7 @@ struct Platform {
     std::unique_ptr<KeyStore> keyStore;
     std::unique_ptr<NetworkReachability> reachability;
     std::unique_ptr<HardwareRegistry> hardware;
+    std::unique_ptr<HotKeyService> hotKeys;
     std::unique_ptr<ProcessTable> processes;
     std::unique_ptr<UrlLoader> urls;
     std::unique_ptr<Workspace> workspace;

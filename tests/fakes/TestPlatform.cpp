@@ -28,6 +28,7 @@ TestPlatform::TestPlatform(FakeReachability::Queues queues)
       keyStoreFake(install<MemoryKeyStore>(real.keyStore)),
       reachabilityFake(install<FakeReachability>(real.reachability, queues)),
       hardwareFake(install<FakeHardware>(real.hardware)),
+      hotKeysFake(install<FakeHotKeyService>(real.hotKeys)),
       processesFake(install<FakeProcessTable>(real.processes)), urlsFake(install<FakeUrlLoader>(real.urls)),
       workspaceFake(install<RecordingWorkspace>(real.workspace)) {
     makeFolders();

@@ -2,6 +2,7 @@
 
 #include "FakeAuthorizationService.h"
 #include "FakeHardware.h"
+#include "FakeHotKeyService.h"
 #include "FakeProcessTable.h"
 #include "FakeReachability.h"
 #include "FakeScriptingService.h"
@@ -57,6 +58,8 @@ public:
 
     [[nodiscard]] FakeHardware &hardware() const { return *hardwareFake; }
 
+    [[nodiscard]] FakeHotKeyService &hotKeys() const { return *hotKeysFake; }
+
     [[nodiscard]] FakeProcessTable &processes() const { return *processesFake; }
 
     [[nodiscard]] FakeUrlLoader &urls() const { return *urlsFake; }
@@ -76,6 +79,7 @@ private:
     MemoryKeyStore *keyStoreFake;
     FakeReachability *reachabilityFake;
     FakeHardware *hardwareFake;
+    FakeHotKeyService *hotKeysFake;
     FakeProcessTable *processesFake;
     FakeUrlLoader *urlsFake;
     RecordingWorkspace *workspaceFake;

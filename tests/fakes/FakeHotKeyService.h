@@ -1,0 +1,119 @@
+#pragma once
+
+#include "platform/HotKeyService.h"
+
+#include <QList>
+
+#include <algorithm>
+
+namespace fakes {
+
+/// Records registrations and plays presses. Main thread.
+class FakeHotKeyService final : public platform::HotKeyService {
+public:
+    struct Call {
+        enum class Kind { Register, Unregister };
+        Kind kind;
+        quint32 keyCode = 0;
+        quint32 modifiers = 0;
+        platform::HotKeyIdentifier identifier;
+        platform::HotKeyReference reference = 0;
+
+        bool operator==(const Call &) const = default;
+    };
+
+    struct Held {
+        quint32 keyCode;
+        quint32 modifiers;
+        platform::HotKeyIdentifier identifier;
+        platform::HotKeyReference reference;
+    };
+
+    [[nodiscard]] bool isAvailable() const override { return available; }
+
+    [[nodiscard]] platform::HotKeyRegistration
+    registerHotKey(quint32 keyCode, quint32 modifiers, platform::HotKeyIdentifier identifier) override {
+        const platform::HotKeyError error = verdict(keyCode, modifiers);
+        const platform::HotKeyReference reference =
+            error == platform::HotKeyError::None ? ++lastReference : platform::HotKeyReference{0};
+        recorded.append({Call::Kind::Register, keyCode, modifiers, identifier, reference});
+        if (reference != 0)
+            heldKeys.append({keyCode, modifiers, identifier, reference});
+        return {error, reference};
+    }
+
+    platform::HotKeyError unregisterHotKey(platform::HotKeyReference reference) override {
+        recorded.append({Call::Kind::Unregister, 0, 0, {}, reference});
+        return heldKeys.removeIf([reference](const Held &held) { return held.reference == reference; }) > 0
+                   ? platform::HotKeyError::None
+                   : platform::HotKeyError::UnknownReference;
+    }
+
+    void installEventHandler(EventHandler handler) override { pressed = std::move(handler); }
+
+    void installRefusalHandler(RefusalHandler handler) override { refused = std::move(handler); }
+
+    void setAvailable(bool newAvailable) { available = newAvailable; }
+
+    /// Another program holds this combination from now on.
+    void takeElsewhere(quint32 keyCode, quint32 modifiers) { taken.append({keyCode, modifiers}); }
+
+    /// Plays one press; every held registration of the combination is told. How many were.
+    qsizetype press(quint32 keyCode, quint32 modifiers) {
+        qsizetype told = 0;
+        const QList<Held> present = heldKeys;
+        for (const Held &held : present) {
+            if (held.keyCode == keyCode && held.modifiers == modifiers && pressed) {
+                pressed(held.identifier);
+                ++told;
+            }
+        }
+        return told;
+    }
+
+    /// The event itself, for identifiers that were never registered.
+    void deliver(platform::HotKeyIdentifier identifier) const { pressed(identifier); }
+
+    /// The desktop decides late against a registration.
+    void refuse(platform::HotKeyReference reference, platform::HotKeyError error) {
+        heldKeys.removeIf([reference](const Held &held) { return held.reference == reference; });
+        refused(reference, error);
+    }
+
+    [[nodiscard]] const QList<Call> &calls() const { return recorded; }
+
+    [[nodiscard]] const QList<Held> &held() const { return heldKeys; }
+
+    [[nodiscard]] bool hasEventHandler() const { return static_cast<bool>(pressed); }
+
+    void clear() { recorded.clear(); }
+
+private:
+    struct Combination {
+        quint32 keyCode;
+        quint32 modifiers;
+
+        bool operator==(const Combination &) const = default;
+    };
+
+    [[nodiscard]] platform::HotKeyError verdict(quint32 keyCode, quint32 modifiers) const {
+        if (!available)
+            return platform::HotKeyError::NotAvailable;
+        if (taken.contains(Combination{keyCode, modifiers}))
+            return platform::HotKeyError::TakenElsewhere;
+        const bool ours = std::any_of(heldKeys.begin(), heldKeys.end(), [=](const Held &held) {
+            return held.keyCode == keyCode && held.modifiers == modifiers;
+        });
+        return ours ? platform::HotKeyError::AlreadyHeld : platform::HotKeyError::None;
+    }
+
+    bool available = true;
+    platform::HotKeyReference lastReference = 0;
+    QList<Call> recorded;
+    QList<Held> heldKeys;
+    QList<Combination> taken;
+    EventHandler pressed;
+    RefusalHandler refused;
+};
+
+} // namespace fakes
