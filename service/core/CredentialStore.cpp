@@ -75,11 +75,12 @@ bool CredentialStore::grant(const std::string &user, Ipv4Address address) {
     if (found == m_users.end()) {
         return false;
     }
-    found->second.grant = Grant{address, m_clock() + m_grantLifetime};
+    found->second.grant = Grant{address, m_clock() + m_grantLifetime, std::nullopt};
     return true;
 }
 
-CredentialStore::Login CredentialStore::login(const std::string &user, std::string_view password) {
+CredentialStore::Login CredentialStore::login(const std::string &user, std::string_view password,
+                                              const std::string &source) {
     dropExpired();
     const auto found = m_users.find(user);
     if (found == m_users.end()) {
@@ -88,10 +89,14 @@ CredentialStore::Login CredentialStore::login(const std::string &user, std::stri
     if (!sameSecret(found->second.password, password)) {
         return {Refusal::WrongPassword, {}};
     }
-    const std::optional<Grant> grant = std::exchange(found->second.grant, std::nullopt);
-    if (!grant || grant->end <= m_clock()) {
+    std::optional<Grant> &grant = found->second.grant;
+    if (!grant || (!grant->source && grant->end <= m_clock())) {
         return {Refusal::NotGranted, {}};
     }
+    if (grant->source && (grant->source->empty() || *grant->source != source)) {
+        return {Refusal::UsedElsewhere, {}};
+    }
+    grant->source = source;
     return {Refusal::None, grant->address};
 }
 
@@ -117,6 +122,8 @@ std::string_view refusalName(CredentialStore::Refusal refusal) {
         return "wrong password";
     case CredentialStore::Refusal::NotGranted:
         return "no fresh grant";
+    case CredentialStore::Refusal::UsedElsewhere:
+        return "the grant was used elsewhere";
     }
     return "";
 }

@@ -26,13 +26,14 @@ struct Credentials {
 
 /// The VPN users of all server-list answers given out.
 ///
-/// Each answer issues one user. A configuration request grants that user exactly one login with one
-/// lent address; a later grant takes the place of an unused one. So a user and password seen by someone
-/// else are worth nothing without a fresh grant, and nothing at all once their life is over.
+/// Each answer issues one user. A configuration request grants that user one lent address; a later grant
+/// takes the place of the one before. The first login must come soon after the grant, and only the place
+/// that it came from may log in again, to keep its address. So a user and password seen by someone
+/// elsewhere are worth nothing without a fresh grant, and nothing at all once their life is over.
 /// Used from one thread.
 class CredentialStore {
 public:
-    enum class Refusal { None, UnknownUser, WrongPassword, NotGranted };
+    enum class Refusal { None, UnknownUser, WrongPassword, NotGranted, UsedElsewhere };
 
     struct Login {
         Refusal refusal = Refusal::None;
@@ -46,10 +47,11 @@ public:
     Credentials issue();
     /// False for a user that was never issued or has expired.
     [[nodiscard]] bool knows(const std::string &user);
-    /// Lets the user log in once with the address; false as for `knows`.
+    /// Lets the user log in with the address; false as for `knows`.
     bool grant(const std::string &user, Ipv4Address address);
-    /// Checks a login and, when it is right, uses its grant up.
-    Login login(const std::string &user, std::string_view password);
+    /// Checks a login from `source`, the client's own address; a right one ties its grant to that place.
+    /// An unknown place ("") may use a grant, but not again.
+    Login login(const std::string &user, std::string_view password, const std::string &source);
 
     [[nodiscard]] std::size_t size() const { return m_users.size(); }
 
@@ -58,7 +60,8 @@ private:
 
     struct Grant {
         Ipv4Address address;
-        TimePoint end;
+        TimePoint end;                     ///< of the time for its first login
+        std::optional<std::string> source; ///< where that login came from
     };
 
     struct User {

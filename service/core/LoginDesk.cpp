@@ -2,6 +2,8 @@
 
 #include "RequestLog.h"
 
+#include <algorithm>
+
 namespace quorvane::service {
 
 LoginDesk::LoginDesk(CredentialStore &credentials, TunnelAddresses &addresses, LendingTable &table, Send send,
@@ -39,19 +41,22 @@ void LoginDesk::connect(const ManagementEvent &event) {
     endSession(event.client); // a number that comes again belongs to a new client
     const std::string user = event.field("username");
     const std::string password = event.field("password");
-    const auto login = m_credentials.login(user, password);
+    const std::string source =
+        event.field(event.fields.contains("untrusted_ip") ? "untrusted_ip" : "untrusted_ip6");
+    const auto login = m_credentials.login(user, password, source);
     if (login.refusal != CredentialStore::Refusal::None) {
         deny(event.client, event.key, std::string(refusalName(login.refusal)));
         return;
     }
+    endEarlierSession(user);
     const auto tunnel = m_addresses.take();
     if (!tunnel) {
         deny(event.client, event.key, "no tunnel address is free");
         return;
     }
     m_sessions[event.client] = {user, password, *tunnel, login.address, event.key};
-    m_note("login of " + jsonText(user) + " from " + jsonText(event.field("untrusted_ip")) + ": " +
-           tunnel->text() + " lends " + login.address.text());
+    m_note("login of " + jsonText(user) + " from " + jsonText(source) + ": " + tunnel->text() + " lends " +
+           login.address.text());
     m_table.lend(*tunnel, login.address,
                  [weak = weak_from_this(), client = event.client, tunnel = *tunnel](bool worked) {
                      if (const auto self = weak.lock()) {
@@ -85,6 +90,17 @@ void LoginDesk::reauthenticate(const ManagementEvent &event) {
         m_send("client-auth-nt " + std::to_string(event.client) + ' ' + std::to_string(event.key) + '\n');
     } else {
         deny(event.client, event.key, "not the session's credentials");
+    }
+}
+
+void LoginDesk::endEarlierSession(const std::string &user) {
+    // A client that was killed comes back before the server has missed it.
+    const auto found = std::find_if(m_sessions.begin(), m_sessions.end(),
+                                    [&](const auto &entry) { return entry.second.user == user; });
+    if (found != m_sessions.end()) {
+        const std::uint64_t client = found->first;
+        endSession(client);
+        m_send("client-kill " + std::to_string(client) + '\n');
     }
 }
 

@@ -25,7 +25,8 @@ public:
 /// Decides over the logins of one OpenVPN server, from the server's events to the commands it gets back.
 ///
 /// A login is answered only when its row is in the lending table, so no packet of a session can leave
-/// with another address than the one that was asked for. Make it with std::make_shared: answers of the
+/// with another address than the one that was asked for. A user has one session at a time on a server: the
+/// newest. Make it with std::make_shared: answers of the
 /// table may come after the connection to the server, and with it the desk's owner, is gone.
 class LoginDesk : public std::enable_shared_from_this<LoginDesk> {
 public:
@@ -57,6 +58,7 @@ private:
     void connect(const ManagementEvent &event);
     void reauthenticate(const ManagementEvent &event);
     void lent(std::uint64_t client, Ipv4Address tunnel, bool worked);
+    void endEarlierSession(const std::string &user);
     void endSession(std::uint64_t client);
     void deny(std::uint64_t client, std::uint64_t key, const std::string &reason);
 

@@ -12,6 +12,7 @@ using Refusal = CredentialStore::Refusal;
 
 const Ipv4Address Berlin = *Ipv4Address::parse("203.0.113.5");
 const Ipv4Address Boston = *Ipv4Address::parse("203.0.113.42");
+const std::string Home = "198.51.100.10";
 
 class CredentialStoreTest : public testing::Test {
 protected:
@@ -31,20 +32,52 @@ TEST_F(CredentialStoreTest, IssuesDifferentUrlSafeCredentials) {
     }
 }
 
-TEST_F(CredentialStoreTest, AGrantAllowsOneLogin) {
+TEST_F(CredentialStoreTest, AGrantAllowsALoginWithItsAddress) {
     const auto credentials = m_store.issue();
     ASSERT_TRUE(m_store.grant(credentials.user, Berlin));
-    const auto login = m_store.login(credentials.user, credentials.password);
+    const auto login = m_store.login(credentials.user, credentials.password, Home);
     EXPECT_EQ(login.refusal, Refusal::None);
     EXPECT_EQ(login.address, Berlin);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::NotGranted);
+}
+
+TEST_F(CredentialStoreTest, TheSamePlaceMayLogInAgainWithItsAddressUntilTheUserExpires) {
+    const auto credentials = m_store.issue();
+    m_store.grant(credentials.user, Berlin);
+    m_store.login(credentials.user, credentials.password, Home);
+    m_now += seconds(99); // long after the time for the first login
+    const auto again = m_store.login(credentials.user, credentials.password, Home);
+    EXPECT_EQ(again.refusal, Refusal::None);
+    EXPECT_EQ(again.address, Berlin);
+    m_now += seconds(1);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::UnknownUser);
+}
+
+TEST_F(CredentialStoreTest, AnotherPlaceMayNotUseAUsedGrant) {
+    const auto credentials = m_store.issue();
+    m_store.grant(credentials.user, Berlin);
+    m_store.login(credentials.user, credentials.password, Home);
+    for (const char *elsewhere : {"198.51.100.11", "198.51.100.1", "198.51.100.100", ""}) {
+        EXPECT_EQ(m_store.login(credentials.user, credentials.password, elsewhere).refusal,
+                  Refusal::UsedElsewhere);
+    }
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::None);
+    m_store.grant(credentials.user, Boston);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, "198.51.100.11").address, Boston);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::UsedElsewhere);
+}
+
+TEST_F(CredentialStoreTest, AnUnknownPlaceLogsInOnce) {
+    const auto credentials = m_store.issue();
+    m_store.grant(credentials.user, Berlin);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, "").refusal, Refusal::None);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, "").refusal, Refusal::UsedElsewhere);
 }
 
 TEST_F(CredentialStoreTest, EveryGrantAllowsAnotherLogin) {
     const auto credentials = m_store.issue();
     for (const Ipv4Address address : {Berlin, Boston, Berlin}) {
         ASSERT_TRUE(m_store.grant(credentials.user, address));
-        EXPECT_EQ(m_store.login(credentials.user, credentials.password).address, address);
+        EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).address, address);
     }
 }
 
@@ -52,13 +85,13 @@ TEST_F(CredentialStoreTest, GrantsReplaceEachOtherAndDoNotAddUp) {
     const auto credentials = m_store.issue();
     m_store.grant(credentials.user, Berlin);
     m_store.grant(credentials.user, Boston);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password).address, Boston);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::NotGranted);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).address, Boston);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).address, Boston);
 }
 
 TEST_F(CredentialStoreTest, ALoginWithoutAGrantIsRefused) {
     const auto credentials = m_store.issue();
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::NotGranted);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::NotGranted);
 }
 
 TEST_F(CredentialStoreTest, AWrongPasswordIsRefusedAndUsesNothingUp) {
@@ -67,16 +100,16 @@ TEST_F(CredentialStoreTest, AWrongPasswordIsRefusedAndUsesNothingUp) {
     for (const std::string &wrong :
          {std::string(), credentials.password + 'x', credentials.password.substr(1),
           std::string(credentials.password.size(), 'x')}) {
-        EXPECT_EQ(m_store.login(credentials.user, wrong).refusal, Refusal::WrongPassword);
+        EXPECT_EQ(m_store.login(credentials.user, wrong, Home).refusal, Refusal::WrongPassword);
     }
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::None);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::None);
 }
 
 TEST_F(CredentialStoreTest, UnknownUsersAreRefused) {
     EXPECT_FALSE(m_store.knows("nobody"));
     EXPECT_FALSE(m_store.grant("nobody", Berlin));
-    EXPECT_EQ(m_store.login("nobody", "x").refusal, Refusal::UnknownUser);
-    EXPECT_EQ(m_store.login("", "").refusal, Refusal::UnknownUser);
+    EXPECT_EQ(m_store.login("nobody", "x", Home).refusal, Refusal::UnknownUser);
+    EXPECT_EQ(m_store.login("", "", Home).refusal, Refusal::UnknownUser);
 }
 
 TEST_F(CredentialStoreTest, AUserExpires) {
@@ -86,7 +119,7 @@ TEST_F(CredentialStoreTest, AUserExpires) {
     m_now += seconds(1);
     EXPECT_FALSE(m_store.knows(credentials.user));
     EXPECT_FALSE(m_store.grant(credentials.user, Berlin));
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::UnknownUser);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::UnknownUser);
     EXPECT_EQ(m_store.size(), 0U);
 }
 
@@ -94,10 +127,10 @@ TEST_F(CredentialStoreTest, AGrantExpires) {
     const auto credentials = m_store.issue();
     m_store.grant(credentials.user, Berlin);
     m_now += seconds(10);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::NotGranted);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::NotGranted);
     m_store.grant(credentials.user, Berlin);
     m_now += seconds(9);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password).refusal, Refusal::None);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::None);
 }
 
 TEST_F(CredentialStoreTest, TheOldestMakeRoom) {

@@ -38,11 +38,11 @@ protected:
         event.kind = kind;
         event.client = client;
         event.key = key;
-        event.fields = {{"username", credentials.user}, {"password", credentials.password}};
+        event.fields = {{"username", credentials.user}, {"password", credentials.password}, m_source};
         m_desk->handle(event);
     }
 
-    /// A user that may log in once with the address.
+    /// A user that may log in with the address.
     Credentials granted(Ipv4Address address) {
         auto credentials = m_store.issue();
         m_store.grant(credentials.user, address);
@@ -51,6 +51,7 @@ protected:
 
     std::string sent() { return std::exchange(m_sent, {}); }
 
+    std::pair<std::string, std::string> m_source{"untrusted_ip", "198.51.100.10"};
     std::chrono::steady_clock::time_point m_now;
     CredentialStore m_store{seconds(100), seconds(10), [this] { return m_now; }, systemRandomText};
     TunnelAddresses m_addresses{*Ipv4Network::parse("10.8.0.0/29"), 0};
@@ -99,11 +100,46 @@ TEST_F(LoginDeskTest, RefusalsOfEveryKind) {
     handle(Kind::Connect, 3, 0, credentials);
     m_table.answer(true);
     sent();
+    m_source.second = "198.51.100.11";
     handle(Kind::Connect, 4, 5, credentials);
-    EXPECT_EQ(sent(), "client-deny 4 5 \"no fresh grant\" \"login refused\"\n");
+    EXPECT_EQ(sent(), "client-deny 4 5 \"the grant was used elsewhere\" \"login refused\"\n");
+    handle(Kind::Connect, 4, 6, m_store.issue());
+    EXPECT_EQ(sent(), "client-deny 4 6 \"no fresh grant\" \"login refused\"\n");
     handle(Kind::Connect, 5, 0, {});
     EXPECT_EQ(sent(), "client-deny 5 0 \"unknown or expired user\" \"login refused\"\n");
     EXPECT_EQ(m_table.calls.size(), 1U);
+}
+
+TEST_F(LoginDeskTest, ALoginFromTheSamePlaceTakesTheAddressOver) {
+    const auto credentials = granted(Berlin);
+    handle(Kind::Connect, 1, 0, credentials);
+    m_table.answer(true);
+    sent();
+    handle(Kind::Connect, 2, 0, credentials);
+    EXPECT_EQ(sent(), "client-kill 1\n");
+    m_table.answer(true);
+    EXPECT_EQ(sent(), "client-auth 2 0\nifconfig-push 10.8.0.3 255.255.255.248\nEND\n");
+    handle(Kind::Disconnect, 1);
+    EXPECT_EQ(m_desk->sessions(), 1U);
+    const std::vector<std::string> expected = {"lend 10.8.0.2 203.0.113.5", "take back 10.8.0.2",
+                                               "lend 10.8.0.3 203.0.113.5"};
+    EXPECT_EQ(m_table.calls, expected);
+}
+
+TEST_F(LoginDeskTest, ClientsOverIpv6AreToldApartToo) {
+    m_source = {"untrusted_ip6", "2001:db8::1"};
+    const auto credentials = granted(Berlin);
+    handle(Kind::Connect, 1, 0, credentials);
+    m_table.answer(true);
+    handle(Kind::Disconnect, 1);
+    sent();
+    m_source.second = "2001:db8::2";
+    handle(Kind::Connect, 2, 0, credentials);
+    EXPECT_EQ(sent(), "client-deny 2 0 \"the grant was used elsewhere\" \"login refused\"\n");
+    m_source.second = "2001:db8::1";
+    handle(Kind::Connect, 3, 0, credentials);
+    m_table.answer(true);
+    EXPECT_EQ(sent(), "client-auth 3 0\nifconfig-push 10.8.0.3 255.255.255.248\nEND\n");
 }
 
 TEST_F(LoginDeskTest, LoginsMayInterleave) {

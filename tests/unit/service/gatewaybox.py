@@ -55,9 +55,9 @@ class Puppet:
         self.say(">STATE:1700000000,CONNECTED,SUCCESS,10.8.0.1,,,,")
         return self
 
-    def login(self, client, user, password):
+    def login(self, client, user, password, source="198.51.100.10"):
         self.say(f">CLIENT:CONNECT,{client},0", f">CLIENT:ENV,username={user}", f">CLIENT:ENV,password={password}",
-                 ">CLIENT:ENV,untrusted_ip=198.51.100.10", ">CLIENT:ENV,END")
+                 f">CLIENT:ENV,untrusted_ip={source}", ">CLIENT:ENV,END")
 
     def logout(self, client):
         self.say(f">CLIENT:DISCONNECT,{client}", ">CLIENT:ENV,END")
@@ -143,7 +143,7 @@ class GatewayTest(unittest.TestCase):
         udp.logout(5)
         until(lambda: f"delete element ip quorvane lent {{ {address} }}" in self.nft(), what="the row's removal")
 
-    def test_a_grant_is_for_one_login_on_either_server(self):
+    def test_a_grant_is_for_one_place_on_either_server(self):
         udp, tcp = self.start()
         user, password = self.credentials()
         udp.login(1, user, password)
@@ -151,8 +151,12 @@ class GatewayTest(unittest.TestCase):
         self.service.get(vpnc(user, proto="TCP"))
         tcp.login(1, user, password)
         self.assertEqual(tcp.hear(), "client-auth 1 0")
-        udp.login(2, user, password)
-        self.assertTrue(udp.hear().startswith('client-deny 2 0 "no fresh grant"'))
+        self.assertEqual([tcp.hear().split()[0], tcp.hear()], ["ifconfig-push", "END"])
+        udp.login(2, user, password, source="198.51.100.11")
+        self.assertTrue(udp.hear().startswith('client-deny 2 0 "the grant was used elsewhere"'))
+        tcp.logout(1)
+        tcp.login(3, user, password)
+        self.assertEqual(tcp.hear(), "client-auth 3 0")
 
     def test_a_gateway_that_cannot_lend_refuses(self):
         udp, _ = self.start()
