@@ -165,6 +165,7 @@ void HideIpSession::connectionError() {
     }
     FileUtils::checkUserDefaultsPremmision();
     failures = 0;
+    environment.forgetWaitingPick();
     terminateVpn();
     environment.stopAnimation();
     environment.alertLater(tr("Location is not available."), tr("Please try a different location."));
@@ -174,11 +175,13 @@ void HideIpSession::connectionError() {
 
 void HideIpSession::terminateVpn() {
     cancelChangeTimer();
-    environment.forgetWaitingPick();
     vpn.stopVpn();
 }
 
 void HideIpSession::setDefaultControls() {
+    // Only here and where an attempt fails: the location pane's queued end of the old tunnel may come when
+    // the next attempt already waits.
+    environment.forgetWaitingPick();
     terminateVpn();
     display.notHidden(realIp);
     shared().hidden = false;

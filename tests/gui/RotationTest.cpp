@@ -82,6 +82,16 @@ private:
         tunnelUp();
     }
 
+    /// One attempt after the other, each at a location of its own.
+    void useEveryLocation() {
+        for (int i = 1; i <= 3; ++i) {
+            controller->hotKeyPressed(2);
+            waitForFetches(i);
+            QThreadPool::globalInstance()->waitForDone();
+            QCoreApplication::processEvents();
+        }
+    }
+
 private Q_SLOTS:
 
     void init() {
@@ -164,12 +174,7 @@ private Q_SLOTS:
     }
 
     void rotationUsesEveryLocationThenWaitsAliveAndGoesOnWhenTheListIsNew() {
-        for (int i = 1; i <= 3; ++i) {
-            controller->hotKeyPressed(2);
-            waitForFetches(i);
-            QThreadPool::globalInstance()->waitForDone();
-            QCoreApplication::processEvents();
-        }
+        useEveryLocation();
         QStringList sorted = asked();
         sorted.sort();
         QCOMPARE(sorted, (QStringList{text("203.0.113.1"), text("203.0.113.2"), text("203.0.113.3")}));
@@ -183,13 +188,21 @@ private Q_SLOTS:
         QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
     }
 
+    void waitingAttemptOutlivesTheQueuedEndOfTheTunnelBeforeIt() {
+        useEveryLocation();
+        tunnelUp();
+        auto *popup = find<QComboBox>("popupCountry");
+        popup->setCurrentIndex(0);
+        Q_EMIT popup->activated(0);
+        QVERIFY(find<QLabel>("fieldLine3")->isVisible());
+        QCoreApplication::processEvents();
+        find<QCheckBox>("checkboxRequireUS")->click();
+        waitForFetches(4);
+        QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
+    }
+
     void waitingAttemptCanBeStopped() {
-        for (int i = 1; i <= 3; ++i) {
-            controller->hotKeyPressed(2);
-            waitForFetches(i);
-            QThreadPool::globalInstance()->waitForDone();
-            QCoreApplication::processEvents();
-        }
+        useEveryLocation();
         controller->hotKeyPressed(2);
         press();
         QVERIFY(!find<QLabel>("fieldLine3")->isVisible());

@@ -446,10 +446,20 @@ TEST_F(HideIpSessionTest, TimerStopsAndStartsOnceAndIsRearmedBySuccess) {
     EXPECT_TRUE(session.changeTimerArmed());
 }
 
-TEST_F(HideIpSessionTest, TerminatingForgetsAnAttemptThatWaits) {
+TEST_F(HideIpSessionTest, AResetAndAFailureForgetAnAttemptThatWaits) {
+    environment.waiting = true;
+    session.setDefaultControls();
+    EXPECT_FALSE(environment.waiting);
+    environment.waiting = true;
+    environment.selected = text("Germany Berlin"); // a fixed location is not tried again
+    session.connectionError();
+    EXPECT_FALSE(environment.waiting);
+}
+
+TEST_F(HideIpSessionTest, EndingTheTunnelLeavesAnAttemptThatWaits) {
     environment.waiting = true;
     session.terminateVpn();
-    EXPECT_FALSE(environment.waiting);
+    EXPECT_TRUE(environment.waiting);
 }
 
 TEST_F(HideIpSessionTest, TerminatingCancelsTheTimer) {
