@@ -27,6 +27,10 @@ struct Task {
     QString user;
     QString password;
     QString countryCode;
+    std::shared_ptr<const std::atomic<quint64>> lastRequest;
+    quint64 number;
+
+    [[nodiscard]] bool overtaken() const { return number != *lastRequest; }
 };
 
 QString textOf(const std::optional<QByteArray> &body) {
@@ -60,6 +64,9 @@ void storeAnswer(const Task &task, const QString &configuration) {
 /// True when a configuration was stored.
 bool runTask(const Task &task) {
     const QString text = textOf(platform::Platform::current().urls->fetch(task.url));
+    if (task.overtaken()) {
+        return false;
+    }
     if (ConfigurationAnswer::isArgumentError(text)) {
         return false;
     }
@@ -86,14 +93,15 @@ void ConfigurationFetch::start(const QString &title, const QrvVpnDataPointer &da
         address, Diagnostics::shown(data->user), api.macSerial(), transport);
     Diagnostics::log(QStringLiteral("downloadCertificateForSelectedItem url: ") + url);
     Q_EMIT prepared();
-    const Task task{url.toUtf8(), title, data->user, data->pass, data->countryCode};
+    const Task task{url.toUtf8(),      title,       data->user,    data->pass,
+                    data->countryCode, lastRequest, ++*lastRequest};
     // The context lives on the main thread: a result that arrives after this object went is dropped there.
     QThreadPool::globalInstance()->start([task, self = QPointer(this)] {
         const bool success = runTask(task);
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
-            [self, success] {
-                if (!self) {
+            [task, self, success] {
+                if (!self || task.overtaken()) {
                     return;
                 }
                 if (success) {

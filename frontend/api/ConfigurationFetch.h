@@ -4,13 +4,17 @@
 
 #include <QObject>
 
+#include <atomic>
+#include <memory>
+
 class QrvAPI;
 
 /// Asks the service for the OpenVPN configuration of one server group and stores it: the configuration
 /// file, a line in the session log, the path and the one-time pair in the preferences.
 ///
 /// start() and the signals belong to the main thread; the request and the writing run as one task on the
-/// global background queue. There is no lock: the caller keeps its buttons disabled meanwhile.
+/// global background queue. There is no lock: the caller keeps its buttons disabled meanwhile. Where a
+/// request is sent all the same, the last one counts: of one that was overtaken nothing is stored or told.
 class ConfigurationFetch final : public QObject {
     Q_OBJECT
 
@@ -35,4 +39,6 @@ Q_SIGNALS:
 
 private:
     QrvAPI &api;
+    /// The number of the last request, shared with the tasks that are on their way.
+    std::shared_ptr<std::atomic<quint64>> lastRequest = std::make_shared<std::atomic<quint64>>(0);
 };

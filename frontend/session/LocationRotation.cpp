@@ -108,7 +108,8 @@ void LocationRotation::goOnIfWaiting() {
 
 void LocationRotation::setUsedItems(const QSet<quint64> &items) {
     choice.setUsedItems(items);
-    goOnIfWaiting();
+    // Later: choosing a location empties the set and then begins an attempt of its own.
+    QMetaObject::invokeMethod(this, &LocationRotation::goOnIfWaiting, Qt::QueuedConnection);
 }
 
 void LocationRotation::changeIpMenuItemPressed() {

@@ -64,6 +64,7 @@ QrvLocationPaneController::~QrvLocationPaneController() = default;
 void QrvLocationPaneController::connectTo(QrvAPI *client, LocationPaneDelegate *newDelegate) {
     api = client;
     delegate = newDelegate;
+    refresh();
 }
 
 void QrvLocationPaneController::append(std::unique_ptr<QrvMenuItem> item) {

@@ -32,6 +32,7 @@ public:
     ~QrvLocationPaneController() override;
 
     /// Neither is owned; both must outlive the pane's use. Without an API client the pop-up is disabled.
+    /// The pane comes into view with them.
     void connectTo(QrvAPI *api, LocationPaneDelegate *delegate);
 
     void updateServerList();
@@ -46,7 +47,8 @@ public:
     void popupCountrySelected();
     void checkSameIPSelected();
     void removeItemWithTitle(const QString &title);
-    /// Selects the stored country's flag and sets the box; for when the pane comes into view.
+    /// Selects the stored country's flag and sets the box. Not at every showing of the window: the first
+    /// entry with a flag is not always the chosen one.
     void refresh();
 
     [[nodiscard]] const std::vector<std::unique_ptr<QrvMenuItem>> &items() const { return entries; }

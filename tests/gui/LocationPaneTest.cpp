@@ -244,6 +244,13 @@ private Q_SLOTS:
         QVERIFY(sameIp()->isChecked());
     }
 
+    void keptAddressShowsFromTheStart() {
+        preferences().setValue(text("useSameIP"), true);
+        QrvLocationPaneController another;
+        another.connectTo(api.get(), &delegate);
+        QVERIFY(another.findChild<QCheckBox *>(text("checkSameIP"))->isChecked());
+    }
+
     void updateNotificationRebuilds() {
         api->setInetConnect(true);
         api->cmdAuth(QString());

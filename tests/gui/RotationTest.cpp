@@ -201,6 +201,20 @@ private Q_SLOTS:
         QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
     }
 
+    void choosingALocationWhileAnAttemptWaitsBeginsOneAttempt() {
+        useEveryLocation();
+        controller->hotKeyPressed(2);
+        QVERIFY(find<QLabel>("fieldLine3")->isVisible());
+        auto *popup = find<QComboBox>("popupCountry");
+        popup->setCurrentIndex(indexOf("Germany Berlin"));
+        Q_EMIT popup->activated(popup->currentIndex());
+        waitForFetches(4);
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+        QCOMPARE(asked().size(), 4);
+        QCOMPARE(asked().last(), text("203.0.113.1"));
+    }
+
     void waitingAttemptCanBeStopped() {
         useEveryLocation();
         controller->hotKeyPressed(2);

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSemaphore>
 #include <QThread>
 #include <QThreadPool>
 #include <atomic>
@@ -67,6 +68,39 @@ TEST_F(ConfigurationFetchTest, RequestByteForByte) {
         services.urls().fetches().front(),
         QByteArray("https://api.quorvane.test/?cmd=VPNC&ver=1.0.0&device=1&server=571&desiredip=203.0.113.5"
                    "&sessid=user1&&systamp=MacOS,user,mobilebox&uniqueid=SER-1.0.0&proto=UDP"));
+}
+
+TEST_F(ConfigurationFetchTest, OfAnOvertakenRequestNothingIsStoredOrTold) {
+    QSemaphore firstMayAnswer;
+    services.urls().setFetchHandler([&](const QByteArray &url) -> std::optional<QByteArray> {
+        if (url.contains("sessid=user1")) {
+            firstMayAnswer.acquire();
+            return "VPNConfig: first<br />";
+        }
+        return "VPNConfig: second<br />";
+    });
+    fetch.start(text("Germany Berlin"), group, text("UDP"));
+    auto other = std::make_shared<QrvVpnData>(*group);
+    other->user = text("user2");
+    fetch.start(text("Japan Tokyo"), other, text("UDP"));
+    ASSERT_TRUE(spinUntil([this] { return events.contains(text("finished")); }));
+    firstMayAnswer.release();
+    QThreadPool::globalInstance()->waitForDone();
+    deliverQueued();
+    EXPECT_EQ(events, (QStringList{text("prepared"), text("prepared"), text("stored"), text("finished")}));
+    EXPECT_EQ(contentsOf(folder() + text("/qrvp.ovpn")), QByteArray("second\n"));
+    EXPECT_EQ(contentsOf(folder() + text("/qrvp.log")), QByteArray("trying to connect Japan Tokyo\n"));
+    EXPECT_EQ(services.preferences().string(text("vpnUsername")), text("user2"));
+}
+
+TEST_F(ConfigurationFetchTest, AResultThatWaitsForDeliveryIsOvertakenToo) {
+    services.urls().setFetchHandler([](const QByteArray &) { return std::nullopt; });
+    fetch.start(text("Germany Berlin"), group, text("UDP"));
+    QThreadPool::globalInstance()->waitForDone();
+    fetch.start(text("Japan Tokyo"), group, text("UDP"));
+    QThreadPool::globalInstance()->waitForDone();
+    deliverQueued();
+    EXPECT_EQ(events.count(text("failed")), 1);
 }
 
 TEST_F(ConfigurationFetchTest, SuccessStoresEverythingThenTells) {
