@@ -118,13 +118,23 @@ def test_random_locations_until_every_one_was_used_and_again(world, client):
     client.stop()
 
 
-def test_a_waiting_attempt_can_be_stopped(world, client):
+@pytest.fixture(name="waiting")
+def fixture_waiting(make_world, make_client):
+    """A world and a client whose attempt waits, for every one of the three locations was used."""
+    places = (BERLIN, AMSTERDAM, TOKYO)
+    world = make_world(groups=service.groups(places))
+    client = make_client(world)
     started(client)
     client.hide()
-    for count in range(1, len(service.LOCATIONS) + 1):
+    for count in range(1, len(places) + 1):
         wait_lent(world, client, count)
         choose(client, RANDOM)
     client.wait(ui.label("Notice"), 10, showing=True)
+    return world, client
+
+
+def test_a_waiting_attempt_can_be_stopped(waiting):
+    world, client = waiting
     client.stop()
     assert not client.shows("Notice")
     assert world.home.public_address(client.user) == network.REAL_ADDRESS
@@ -132,21 +142,16 @@ def test_a_waiting_attempt_can_be_stopped(world, client):
     client.wait(ui.label("Notice"), 10, showing=True)
     # A fixed location begins a new rotation, and with it every location is free again.
     choose(client, BERLIN.title)
-    assert wait_lent(world, client, len(service.LOCATIONS) + 1) in BERLIN.addresses
+    assert wait_lent(world, client, 4) in BERLIN.addresses
     client.stop()
 
 
-def test_the_program_can_be_ended_while_an_attempt_waits(world, client):
-    started(client)
-    client.hide()
-    for count in range(1, len(service.LOCATIONS) + 1):
-        wait_lent(world, client, count)
-        choose(client, RANDOM)
-    client.wait(ui.label("Notice"), 10, showing=True)
+def test_the_program_can_be_ended_while_an_attempt_waits(waiting):
+    world, client = waiting
     client.signal(15)
     assert client.wait_exit() == 0
     client.wait_no_openvpn()
-    assert len(world.service.requests_of("VPNC")) == len(service.LOCATIONS)
+    assert len(world.service.requests_of("VPNC")) == 3
 
 
 def test_us_only(world, client):

@@ -56,6 +56,12 @@ def location_of(address):
     return next((place for place in LOCATIONS if address in place.addresses), None)
 
 
+def groups(places):
+    """The setting "groups" of a service that has these locations."""
+    return [{"country_code": place.country_code, "country": place.country, "location_code": place.code,
+             "city": place.city, "addresses": list(place.addresses)} for place in places]
+
+
 @dataclass(frozen=True)
 class Request:
     """One request as the service wrote it down: the target is what came over the wire."""
@@ -90,8 +96,7 @@ class Service:
         settings = {
             "listen": [{"address": network.SERVICE_ADDRESS, "port": 443}],
             "tls": {"certificate": certificate, "key": key},
-            "groups": [{"country_code": place.country_code, "country": place.country, "location_code": place.code,
-                        "city": place.city, "addresses": list(place.addresses)} for place in LOCATIONS],
+            "groups": groups(LOCATIONS),
             "home": [{"network": "198.51.100.0/24", "country_code": "AT"}],
             "request_log": str(self.request_log),
             "runtime_folder": str(self.runtime),
