@@ -98,10 +98,10 @@ std::optional<QNetworkRequest> QtUrlLoader::requestFor(const QByteArray &url) {
     std::call_once(tlsIsSet, [this] {
         tls = QSslConfiguration::defaultConfiguration();
         if (!authorityFile.isEmpty())
-            tls.addCaCertificates(authorityFile);
+            tls->addCaCertificates(authorityFile);
     });
     QNetworkRequest request(*strict);
-    request.setSslConfiguration(tls);
+    request.setSslConfiguration(*tls);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);

@@ -50,7 +50,8 @@ private:
     const QString authorityFile;
     const UrlLimits limits;
     std::once_flag tlsIsSet;
-    QSslConfiguration tls;
+    /// Set at the first request: the TLS library is slow to load, and the window should not wait for it.
+    std::optional<QSslConfiguration> tls;
     std::unique_ptr<QNetworkAccessManager> manager;
 };
 

@@ -13,6 +13,7 @@ namespace {
 
 constexpr QSize stateImageSize(112, 112);
 constexpr QSize flagSize(28, 21);
+constexpr QSize windowIconSize(64, 64);
 constexpr int longestInterval = 2;
 
 QString styleOf(Tone tone) {
@@ -49,7 +50,8 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     ui->setupUi(this);
     ui->viewSpinWeel->setRange(0, 100);
     setFixedWidth(400);
-    setWindowIcon(Images::icon(QStringLiteral("quorvane")));
+    // One size: the window system is handed every one that the icon has.
+    setWindowIcon(QIcon(Images::pixmap(QStringLiteral("quorvane"), windowIconSize, devicePixelRatioF())));
     ui->segmentTcp->setChecked(true);
     auto *quit = new QAction(tr("Quit Quorvane"), this);
     quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));

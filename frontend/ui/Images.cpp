@@ -1,5 +1,6 @@
 #include "Images.h"
 
+#include "PictureEngine.h"
 #include "platform/Platform.h"
 
 #include <QFile>
@@ -33,10 +34,7 @@ QIcon Images::icon(const QString &name) {
     }
     QIcon icon;
     if (exists(name)) {
-        icon.addFile(pathOf(name, QLatin1String()));
-        if (const QString twice = pathOf(name, QLatin1String("@2x")); QFile::exists(twice)) {
-            icon.addFile(twice);
-        }
+        icon = QIcon(new PictureEngine({pathOf(name, QLatin1String()), pathOf(name, QLatin1String("@2x"))}));
     }
     loaded.insert(name, icon);
     return icon;

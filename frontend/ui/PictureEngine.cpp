@@ -1,0 +1,85 @@
+#include "PictureEngine.h"
+
+#include <QApplication>
+#include <QImageReader>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
+#include <algorithm>
+
+PictureEngine::PictureEngine(const QStringList &paths) {
+    for (const QString &path : paths) {
+        if (const QSize size = QImageReader(path).size(); size.isValid()) {
+            pictures.push_back({path, size, {}});
+        }
+    }
+    std::sort(pictures.begin(), pictures.end(),
+              [](const Picture &a, const Picture &b) { return a.size.width() < b.size.width(); });
+}
+
+PictureEngine::Picture &PictureEngine::fitting(const QSize &size) {
+    const auto found = std::find_if(pictures.begin(), pictures.end(), [&size](const Picture &picture) {
+        return picture.size.width() >= size.width() && picture.size.height() >= size.height();
+    });
+    return found != pictures.end() ? *found : pictures.back();
+}
+
+QSize PictureEngine::actualSize(const QSize &size, QIcon::Mode /*mode*/, QIcon::State /*state*/) {
+    if (pictures.empty()) {
+        return {};
+    }
+    const QSize whole = fitting(size).size;
+    return whole.width() > size.width() || whole.height() > size.height()
+               ? whole.scaled(size, Qt::KeepAspectRatio)
+               : whole;
+}
+
+QPixmap PictureEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) {
+    if (pictures.empty()) {
+        return {};
+    }
+    Picture &picture = fitting(size);
+    if (picture.read.isNull()) {
+        QImage image = QImageReader(picture.path).read();
+        image.setDevicePixelRatio(1.0); // the name's "@2x" is the icon's affair, not the picture's
+        picture.read = QPixmap::fromImage(std::move(image));
+    }
+    const QSize wanted = actualSize(size, mode, state);
+    const QPixmap scaled = picture.read.size() == wanted
+                               ? picture.read
+                               : picture.read.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (mode == QIcon::Normal) {
+        return scaled;
+    }
+    QStyleOption option;
+    option.palette = QGuiApplication::palette();
+    return QApplication::style()->generatedIconPixmap(mode, scaled, &option);
+}
+
+void PictureEngine::paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) {
+    const qreal ratio = painter->device()->devicePixelRatioF();
+    QPixmap drawn = pixmap(rect.size() * ratio, mode, state);
+    if (drawn.isNull()) {
+        return;
+    }
+    drawn.setDevicePixelRatio(ratio);
+    const QSize size = (QSizeF(drawn.size()) / ratio).toSize();
+    painter->drawPixmap(
+        QStyle::alignedRect(painter->layoutDirection(), Qt::AlignCenter, size, rect).topLeft(), drawn);
+}
+
+QList<QSize> PictureEngine::availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) {
+    QList<QSize> sizes;
+    for (const Picture &picture : pictures) {
+        sizes.append(picture.size);
+    }
+    return sizes;
+}
+
+bool PictureEngine::isNull() {
+    return pictures.empty();
+}
+
+QIconEngine *PictureEngine::clone() const {
+    return new PictureEngine(*this);
+}
