@@ -281,7 +281,6 @@ void HideIpSession::continueWork(bool proceed) {
     if (proceed) {
         return;
     }
-    display.trayMenuAttached();
     display.controlsReady();
     if (shared().hidden) {
         pressed(true);

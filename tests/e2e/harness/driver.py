@@ -19,6 +19,8 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, Gio, GLib  # noqa: E402 # pylint: disable=wrong-import-position
 
+from status_items import TrayError, TrayOperations  # noqa: E402 # pylint: disable=wrong-import-position
+
 POLL = 0.01
 # The client's main thread stands still while an administrator's password is checked, up to some 4 s a time.
 PATIENCE_MS = 15000
@@ -124,7 +126,7 @@ def window_fits(window, query):
     return "window" not in query or window.get_name().startswith(query["window"])
 
 
-class Driver:
+class Driver(TrayOperations):
     def __init__(self):
         self.clients = {}
 
@@ -282,7 +284,7 @@ def serve(driver, answers):
         operation = getattr(driver, "op_" + request.pop("op"))
         try:
             answer = {"value": operation(**request)}
-        except (DriverError, GLib.Error, OSError) as error:
+        except (DriverError, TrayError, GLib.Error, OSError) as error:
             answer = {"error": f"{type(error).__name__}: {error}"}
         answers.write(json.dumps(answer) + "\n")
 
@@ -296,6 +298,7 @@ def main():
     for client in driver.clients.values():
         if client.process.poll() is None:
             client.process.send_signal(signal.SIGKILL)
+    driver.end_tray()
     launcher.terminate()
 
 

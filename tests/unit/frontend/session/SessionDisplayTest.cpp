@@ -27,7 +27,6 @@ TEST(SessionDisplay, Starting) {
     EXPECT_FALSE(state.changeIpVisible);
     EXPECT_FALSE(state.discardIpVisible);
     EXPECT_TRUE(state.spinning);
-    EXPECT_FALSE(state.trayMenuAttached);
     EXPECT_EQ(state.stateImage, text("appmain"));
     EXPECT_EQ(state.trayImage, text("Tray"));
 }
