@@ -1,6 +1,7 @@
 #include "Platform.h"
 
 #include "LinuxHardwareRegistry.h"
+#include "LinuxTrayHosts.h"
 #include "LinuxWorkspace.h"
 #include "NetlinkReachability.h"
 #include "NotificationCenter.h"
@@ -13,6 +14,8 @@
 #include "SudoScriptingService.h"
 #include "SystemLog.h"
 #include "UserDefaultsController.h"
+
+#include <QGuiApplication>
 
 namespace platform {
 
@@ -53,6 +56,8 @@ std::unique_ptr<Platform> makeLinuxPlatform() {
     platform->reachability = std::make_unique<NetlinkReachability>();
     platform->hardware = std::make_unique<LinuxHardwareRegistry>();
     platform->processes = std::make_unique<ProcProcessTable>();
+    platform->trayHosts =
+        std::make_unique<LinuxTrayHosts>(QGuiApplication::platformName() == QLatin1String("xcb"));
     platform->urls = std::make_unique<QtUrlLoader>(platform->bundle->version(), platform->service.caFile);
     platform->workspace = std::make_unique<LinuxWorkspace>(WorkspaceFolders::ofUser(platform->account.home));
     return platform;

@@ -11,6 +11,7 @@
 #include "ProcessTable.h"
 #include "ScriptingService.h"
 #include "SystemLog.h"
+#include "TrayHosts.h"
 #include "UrlLoader.h"
 #include "UserDefaultsController.h"
 #include "Workspace.h"

@@ -20,6 +20,7 @@ class PreferencesStore;
 class ProcessTable;
 class ScriptingService;
 class SystemLog;
+class TrayHosts;
 class UrlLoader;
 class UserDefaultsController;
 class Workspace;
@@ -55,6 +56,7 @@ struct Platform {
     std::unique_ptr<HardwareRegistry> hardware;
     std::unique_ptr<HotKeyService> hotKeys;
     std::unique_ptr<ProcessTable> processes;
+    std::unique_ptr<TrayHosts> trayHosts;
     std::unique_ptr<UrlLoader> urls;
     std::unique_ptr<Workspace> workspace;
 

@@ -284,7 +284,6 @@ void HideIpSession::continueWork(bool proceed) {
     if (proceed) {
         return;
     }
-    display.trayMenuAttached();
     display.controlsReady();
     if (shared().hidden) {
         pressed(true);

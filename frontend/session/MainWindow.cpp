@@ -6,6 +6,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QWindow>
 
@@ -116,11 +117,27 @@ void MainWindow::intervalStepped(int minutes) {
 }
 
 void MainWindow::mousePressEvent(QMouseEvent *event) {
-    // A click on the background ends text editing.
+    endEditing(); // a click on the background
+    QMainWindow::mousePressEvent(event);
+}
+
+void MainWindow::endEditing() {
     if (QWidget *focus = focusWidget()) {
         focus->clearFocus();
     }
-    QMainWindow::mousePressEvent(event);
+}
+
+void MainWindow::keyPressEvent(QKeyEvent *event) {
+    const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool edits = qobject_cast<QLineEdit *>(focusWidget()) != nullptr;
+    if (edits && (enters || event->key() == Qt::Key_Escape)) {
+        endEditing();
+    } else if (enters) {
+        auto *button = qobject_cast<QPushButton *>(focusWidget());
+        (button != nullptr ? button : ui->buttonQuorvane)->click();
+    } else {
+        QMainWindow::keyPressEvent(event);
+    }
 }
 
 void MainWindow::draw(const DisplayState &state) {
@@ -156,13 +173,20 @@ void MainWindow::draw(const DisplayState &state) {
 void MainWindow::drawImages(const DisplayState &state) {
     if (state.stateImage != shown.stateImage) {
         ui->imageAppState->setPixmap(Images::pixmap(state.stateImage, stateImageSize, devicePixelRatioF()));
-        ui->imageAppState->setAccessibleName(state.stateImage);
+        ui->imageAppState->setAccessibleName(stateInWords(state.stateImage));
     }
     if (state.flagImage != shown.flagImage) {
         ui->imageCountry->setPixmap(Images::pixmap(state.flagImage, flagSize, devicePixelRatioF()));
-        ui->imageCountry->setAccessibleName(state.flagImage);
+        ui->imageCountry->setAccessibleName(tr("Flag: %1").arg(state.flagImage.toUpper()));
     }
     ui->imageCountry->setVisible(state.flagVisible);
+}
+
+QString MainWindow::stateInWords(const QString &image) {
+    if (image == QLatin1String("applock")) {
+        return tr("IP hidden");
+    }
+    return image == QLatin1String("appwait") ? tr("Searching") : tr("IP not hidden");
 }
 
 QrvLocationPaneController &MainWindow::locationPane() const {
@@ -214,7 +238,36 @@ void MainWindow::dropFloatingLevel() {
     }
 }
 
+void MainWindow::setReachableByTray(bool reachable) {
+    if (reachable == reachableByTray) {
+        return;
+    }
+    reachableByTray = reachable;
+    if (away) {
+        leaveSight();
+    }
+}
+
+void MainWindow::putAway() {
+    away = true;
+    leaveSight();
+}
+
+void MainWindow::leaveSight() {
+    if (reachableByTray) {
+        hide();
+    } else {
+        if (!testAttribute(Qt::WA_Resized)) {
+            // A window that finds its size only while it is shown forgets that it shall be minimised.
+            ensurePolished();
+            resize(sizeHint());
+        }
+        showMinimized();
+    }
+}
+
 void MainWindow::bringForward() {
+    away = false;
     if (isMinimized()) {
         showNormal();
     } else {
@@ -226,9 +279,12 @@ void MainWindow::bringForward() {
 
 void MainWindow::closeEvent(QCloseEvent *event) {
     event->ignore();
-    if (reachableByTray) {
-        hide();
-    } else {
-        showMinimized();
+    putAway();
+}
+
+void MainWindow::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::WindowStateChange && isVisible() && !isMinimized()) {
+        away = false; // the user took it from the task bar
     }
+    QMainWindow::changeEvent(event);
 }

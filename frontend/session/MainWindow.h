@@ -39,9 +39,11 @@ public:
     /// Back to the normal level, without hiding, flashing or unfocusing the window.
     void dropFloatingLevel();
 
-    /// Closing hides the window when the tray can bring it back, else it is minimised.
-    void setReachableByTray(bool reachable) { reachableByTray = reachable; }
-
+    /// Whether the tray can bring the window back. A window that was put away follows: it is hidden while
+    /// there is a tray, else it waits minimised in the task bar.
+    void setReachableByTray(bool reachable);
+    /// Out of the user's way until bringForward(), or until he takes it from the task bar; what closing does.
+    void putAway();
     void bringForward();
 
 Q_SIGNALS:
@@ -59,15 +61,23 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    /// Return presses the button that has the focus, else the hide button; in the interval's field it ends
+    /// the editing, as Escape does.
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void connectControls();
     void intervalTyped();
     void intervalStepped(int minutes);
     void mousePressEvent(QMouseEvent *event) override;
+    void endEditing();
+    void leaveSight();
+    [[nodiscard]] static QString stateInWords(const QString &image);
     void drawImages(const DisplayState &state);
 
     std::unique_ptr<Ui::MainWindow> ui;
     DisplayState shown;
     bool reachableByTray = false;
+    bool away = false;
 };

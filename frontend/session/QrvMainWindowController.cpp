@@ -49,6 +49,14 @@ void endApplication() {
     QCoreApplication::exit();
 }
 
+TrayPresence::Status statusOf(const DisplayState &state) {
+    if (state.stateImage == QLatin1String("applock")) {
+        return TrayPresence::Status::Hidden;
+    }
+    return state.stateImage == QLatin1String("appwait") ? TrayPresence::Status::Searching
+                                                        : TrayPresence::Status::NotHidden;
+}
+
 void postInternetStatus(int status) {
     // Reachability calls on its own queue; the rest of the program lives on the main thread.
     QMetaObject::invokeMethod(
@@ -112,8 +120,8 @@ void QrvMainWindowController::awakeFromNib() {
     scheduleStartupChecks();
     if (!startedHidden()) {
         mainWindow->bringForward();
-    } else if (!tray->isAvailable()) {
-        mainWindow->showMinimized(); // nothing else would lead back to it
+    } else {
+        mainWindow->putAway();
     }
 }
 
@@ -125,10 +133,7 @@ void QrvMainWindowController::connectWindow() {
         tray->hideIpMenuItem()->setEnabled(state.hideItem.enabled);
         tray->changeIpMenuItem()->setEnabled(state.changeItemEnabled);
         tray->copyIpMenuItem()->setEnabled(state.copyItemEnabled);
-        if (state.trayMenuAttached) {
-            tray->attachMenu();
-        }
-        mainWindow->setReachableByTray(tray->isAvailable());
+        tray->setStatus(statusOf(state), state.currentIp);
     });
     connect(mainWindow.get(), &MainWindow::hideButtonPressed, this, [this](bool on) {
         sessionDisplay.switchedOn(on);
@@ -173,6 +178,8 @@ void QrvMainWindowController::loadPreferences() {
 
 void QrvMainWindowController::connectTray() {
     connect(&animation, &TrayAnimation::frame, &sessionDisplay, &SessionDisplay::trayImage);
+    mainWindow->setReachableByTray(tray->isAvailable());
+    connect(tray, &TrayPresence::availabilityChanged, mainWindow.get(), &MainWindow::setReachableByTray);
     connect(tray, &TrayPresence::doubleClicked, this, &QrvMainWindowController::showSelfMenuItemPressed);
     connect(tray->hideIpMenuItem(), &QAction::triggered, hideIpSession.get(),
             &HideIpSession::quorvaneMenuItemPressed);

@@ -46,11 +46,6 @@ void SessionDisplay::answerHandled() {
     controlsReady();
 }
 
-void SessionDisplay::trayMenuAttached() {
-    current.trayMenuAttached = true;
-    publish();
-}
-
 void SessionDisplay::trayImage(const QString &name) {
     current.trayImage = name;
     publish();

@@ -38,7 +38,6 @@ struct DisplayState {
     bool flagVisible = false;
     QString stateImage;
     QString trayImage;
-    bool trayMenuAttached = false;
     bool spinning = false;
     Button hideButton;
     bool advancedEnabled = true;
@@ -70,7 +69,6 @@ public:
     /// The controls that the first answer opens.
     void controlsReady();
     void answerHandled();
-    void trayMenuAttached();
     void trayImage(const QString &name);
 
     void switchedOn(bool on);

@@ -5,9 +5,13 @@
 
 #include <QFile>
 #include <QHash>
+#include <QSet>
 #include <algorithm>
 
 namespace {
+
+/// Sizes beside the first, for images that a desktop shows at a size of its own.
+constexpr int otherSizes[] = {16, 24, 32, 48};
 
 bool isName(const QString &name) {
     return !name.isEmpty() && name.size() <= 32 && std::all_of(name.begin(), name.end(), [](QChar c) {
@@ -15,28 +19,55 @@ bool isName(const QString &name) {
     });
 }
 
-QString pathOf(const QString &name, QLatin1String variant) {
-    return platform::Platform::current().bundle->resourcesPath() + QStringLiteral("/images/") + name +
-           variant + QStringLiteral(".png");
+/// What is known of one folder of images. Images come with the program: one that was there stays there.
+struct Folder {
+    QString resources;
+    QSet<QString> present;
+    QHash<QString, QIcon> icons;
+
+    [[nodiscard]] QString pathOf(const QString &name, const QString &variant = {}) const {
+        return resources + QStringLiteral("/images/") + name + variant + QStringLiteral(".png");
+    }
+};
+
+Folder &folder() {
+    static Folder known;
+    if (const QString resources = platform::Platform::current().bundle->resourcesPath();
+        resources != known.resources) {
+        known = {resources, {}, {}};
+    }
+    return known;
 }
 
 } // namespace
 
 bool Images::exists(const QString &name) {
-    return isName(name) && QFile::exists(pathOf(name, QLatin1String()));
+    Folder &images = folder();
+    if (images.present.contains(name)) {
+        return true;
+    }
+    if (!isName(name) || !QFile::exists(images.pathOf(name))) {
+        return false;
+    }
+    images.present.insert(name);
+    return true;
 }
 
 QIcon Images::icon(const QString &name) {
-    static QHash<QString, QIcon> loaded;
-    const auto known = loaded.constFind(name);
-    if (known != loaded.constEnd()) {
+    Folder &images = folder();
+    const auto known = images.icons.constFind(name);
+    if (known != images.icons.constEnd()) {
         return *known;
     }
-    QIcon icon;
-    if (exists(name)) {
-        icon = QIcon(new PictureEngine({pathOf(name, QLatin1String()), pathOf(name, QLatin1String("@2x"))}));
+    if (!exists(name)) {
+        return {};
     }
-    loaded.insert(name, icon);
+    QStringList paths{images.pathOf(name), images.pathOf(name, QStringLiteral("@2x"))};
+    for (const int size : otherSizes) {
+        paths.append(images.pathOf(name, QStringLiteral("-%1").arg(size)));
+    }
+    const QIcon icon(new PictureEngine(paths));
+    images.icons.insert(name, icon);
     return icon;
 }
 

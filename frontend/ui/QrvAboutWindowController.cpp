@@ -36,6 +36,7 @@ void QrvAboutWindowController::showWindow() {
         showMain = true;
         mainWindow.hide();
     }
+    ui->okButton->setFocus();
     show();
     raise();
     activateWindow();

@@ -23,9 +23,19 @@ Glyph glyphOf(QChar character) {
     return Images::exists(name) ? Glyph{name, digitSize} : Glyph{QString(), QSize(0, digitSize.height())};
 }
 
+/// One text: the pictures of its digits are no parts of their own.
+class StripInterface final : public QAccessibleWidget {
+public:
+    explicit StripInterface(QrvFancyIp *strip) : QAccessibleWidget(strip, QAccessible::StaticText) {}
+
+    [[nodiscard]] int childCount() const override { return 0; }
+
+    [[nodiscard]] QAccessibleInterface *child(int /*index*/) const override { return nullptr; }
+};
+
 QAccessibleInterface *describe(const QString & /*key*/, QObject *object) {
     auto *strip = qobject_cast<QrvFancyIp *>(object);
-    return strip != nullptr ? new QAccessibleWidget(strip, QAccessible::StaticText) : nullptr;
+    return strip != nullptr ? new StripInterface(strip) : nullptr;
 }
 
 } // namespace

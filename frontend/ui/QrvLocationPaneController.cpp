@@ -2,6 +2,7 @@
 
 #include "Alerts.h"
 #include "Images.h"
+#include "LocationRowDelegate.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/support/SessionState.h"
 #include "platform/NotificationCenter.h"
@@ -11,7 +12,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QSet>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -48,6 +48,7 @@ QrvLocationPaneController::QrvLocationPaneController(QWidget *parent)
     popupCountry->setObjectName(QStringLiteral("popupCountry"));
     popupCountry->setAccessibleDescription(tr("Location choice"));
     popupCountry->setMaxVisibleItems(16);
+    popupCountry->setItemDelegate(new LocationRowDelegate(popupCountry));
     popupCountry->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     popupCountry->setMinimumContentsLength(24);
     sameIpBox->setObjectName(QStringLiteral("checkSameIP"));
@@ -70,6 +71,12 @@ void QrvLocationPaneController::connectTo(QrvAPI *client, LocationPaneDelegate *
 void QrvLocationPaneController::append(std::unique_ptr<QrvMenuItem> item) {
     const QSignalBlocker quiet(popupCountry);
     popupCountry->addItem(Images::icon(item->imageName()), item->text());
+    if (item->isMarkedFull()) {
+        const int row = popupCountry->count() - 1;
+        popupCountry->setItemData(row, true, LocationRowDelegate::fullRole);
+        popupCountry->setItemData(row, tr("This location is full."), Qt::ToolTipRole);
+        popupCountry->setItemData(row, tr("%1, full").arg(item->text()), Qt::AccessibleTextRole);
+    }
     entries.push_back(std::move(item));
 }
 
@@ -98,6 +105,7 @@ void QrvLocationPaneController::addVPN(const QrvVpnDataPointer &server) {
     if (const QString name = server->countryCode.toLower(); Images::exists(name)) {
         item->setImageName(name);
     }
+    item->setFull(fullLocations.contains(server->codeName));
     append(std::move(item));
 }
 
@@ -116,6 +124,7 @@ void QrvLocationPaneController::fillCountries(const QrvVpnDataList &servers) {
     const QSet<QString> discarded(discardList.begin(), discardList.end());
     addPopupLocationMenuItem(QrvLocation::location(randomTitle(), QStringLiteral("XX"), QString(), false));
     selectPopupItemWithImageNamed(QStringLiteral("XX"));
+    fullLocations = locationsMarkedFull();
     for (const QrvVpnDataPointer &server : servers) {
         server->filteredIpAdressArray = server->ipAdressArray;
         server->filteredIpAdressArray.removeIf(
@@ -130,6 +139,18 @@ void QrvLocationPaneController::fillCountries(const QrvVpnDataList &servers) {
     }
     selectPopupItemWithTitle(title);
     Q_EMIT rebuilt();
+}
+
+QSet<QString> QrvLocationPaneController::locationsMarkedFull() const {
+    QSet<QString> codes;
+    if (api != nullptr) {
+        for (const QrvLocation &location : api->model().locations()) {
+            if (location.full) {
+                codes.insert(location.codeName + u' ' + location.countryCode); // as a group names its place
+            }
+        }
+    }
+    return codes;
 }
 
 bool QrvLocationPaneController::selectPopupItemWithImageNamed(const QString &name) {

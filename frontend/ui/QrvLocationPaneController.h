@@ -3,6 +3,7 @@
 #include "QrvMenuItem.h"
 #include "frontend/api/QrvLocation.h"
 
+#include <QSet>
 #include <QStringList>
 #include <QWidget>
 #include <memory>
@@ -68,6 +69,7 @@ private:
     void addVPN(const QrvVpnDataPointer &server);
     void append(std::unique_ptr<QrvMenuItem> item);
     void clear();
+    [[nodiscard]] QSet<QString> locationsMarkedFull() const;
 
     QComboBox *popupCountry;
     QCheckBox *sameIpBox;
@@ -75,4 +77,5 @@ private:
     LocationPaneDelegate *delegate = nullptr;
     std::vector<std::unique_ptr<QrvMenuItem>> entries;
     QrvMenuItem *chosen = nullptr;
+    QSet<QString> fullLocations;
 };

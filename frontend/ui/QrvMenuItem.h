@@ -1,21 +1,9 @@
 #pragma once
 
+#include "QrvMenuItemViewController.h"
 #include "frontend/api/QrvVpnData.h"
 
 #include <QAction>
-
-/// Draws a location entry with its flag and its gold mark.
-class QrvMenuItemViewController {
-public:
-    virtual ~QrvMenuItemViewController() = default;
-
-    virtual void setGold(bool mark) { goldMark = mark; }
-
-    [[nodiscard]] bool gold() const { return goldMark; }
-
-private:
-    bool goldMark = false;
-};
 
 /// An entry of the location list. Main thread.
 class QrvMenuItem final : public QAction {
@@ -37,6 +25,9 @@ public:
     void setFull(bool mark);
     /// The item view's mark: false without an item view, whatever was set.
     [[nodiscard]] bool full() const;
+
+    /// What setFull() recorded.
+    [[nodiscard]] bool isMarkedFull() const { return fullMark; }
 
     void setItemView(std::unique_ptr<QrvMenuItemViewController> view);
 

@@ -56,6 +56,17 @@ QComboBox { padding: 6px 10px; border: 1px solid #6a6a6a; border-radius: 6px; ba
 QComboBox:focus { border-color: #7fbcec; }
 QComboBox::drop-down { border: none; width: 24px; }
 QComboBox::down-arrow { image: url("%1/down.png"); width: 12px; height: 12px; margin-right: 10px; }
+QCheckBox::indicator, QRadioButton::indicator { width: 13px; height: 13px; border: 1px solid #9a9a9a;
+    background: #2e2e2e; }
+QCheckBox::indicator { border-radius: 3px; }
+QRadioButton::indicator { border-radius: 7px; }
+QCheckBox::indicator:hover, QRadioButton::indicator:hover { border-color: #c8c8c8; }
+QCheckBox:focus, QRadioButton:focus { color: #a9d4f5; }
+QCheckBox::indicator:focus, QRadioButton::indicator:focus { border-color: #7fbcec; }
+QCheckBox::indicator:checked { border-color: #4f9ede; background: #2f7fc4; image: url("%1/check.png"); }
+QRadioButton::indicator:checked { border-color: #4f9ede; background: qradialgradient(cx: 0.5, cy: 0.5, radius: 0.5,
+    fx: 0.5, fy: 0.5, stop: 0 white, stop: 0.42 white, stop: 0.55 #2f7fc4, stop: 1 #2f7fc4); }
+QCheckBox::indicator:disabled, QRadioButton::indicator:disabled { border-color: #6a6a6a; }
 Line, QFrame[frameShape="4"] { color: #5a5a5a; }
 QLineEdit { padding: 6px 8px; border: 1px solid #6a6a6a; border-radius: 6px; background: #2e2e2e; }
 QLineEdit:focus { border-color: #7fbcec; }

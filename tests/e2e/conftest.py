@@ -94,6 +94,6 @@ def make_client(request):
 
 
 @pytest.fixture
-def client(make_client, world):  # pylint: disable=redefined-outer-name
+def client(world, make_client):  # pylint: disable=redefined-outer-name
     """The session of the plain user, nothing started in it yet."""
     return make_client(world)

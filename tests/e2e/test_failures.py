@@ -16,7 +16,7 @@ def check_given_up(world, client, timeout=ui.FAILURE):
     client.dismiss_alert()
     client.wait({"role": "alert"}, 10, absent=True)
     assert client.text("Status line") == ui.NOT_HIDING
-    assert client.text("State picture") == "appmain"
+    assert client.text("State picture") == "IP not hidden"
     assert client.current_address() == network.REAL_ADDRESS
     assert client.button_state()["name"] == "Quorvane" and client.button_state()["enabled"]
     client.wait_no_openvpn()

@@ -21,7 +21,7 @@ def check_hidden(world, client, address, place):
     assert client.current_address() == address
     assert client.text("Location") == place.title
     assert client.text("Country flag") == place.country_code.lower()
-    assert client.text("State picture") == "applock"
+    assert client.text("State picture") == "IP hidden"
     assert client.button_state()["name"] == "Stop Hiding IP"
     assert client.shows("Location label") and client.shows("Location") and client.shows("Country flag")
     assert address in world.service.lent().values()
@@ -31,7 +31,7 @@ def check_hidden(world, client, address, place):
 
 def check_not_hidden(world, client):
     assert client.current_address() == network.REAL_ADDRESS
-    assert client.text("State picture") == "appmain"
+    assert client.text("State picture") == "IP not hidden"
     assert client.button_state()["name"] == "Quorvane"
     assert not client.shows("Location label") and not client.shows("Location") and not client.shows("Country flag")
     client.wait_no_openvpn()
@@ -44,7 +44,7 @@ def test_fixed_location(world, client, protocol):
     client.start()
     client.choose_protocol(protocol)
     client.hide()
-    client.wait({"description": "State picture"}, 10, name="appwait")
+    client.wait({"description": "State picture"}, 10, name="Searching")
     client.wait_hidden()
 
     asked = world.service.requests_of("VPNC")

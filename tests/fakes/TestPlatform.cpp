@@ -29,7 +29,8 @@ TestPlatform::TestPlatform(FakeReachability::Queues queues)
       reachabilityFake(install<FakeReachability>(real.reachability, queues)),
       hardwareFake(install<FakeHardware>(real.hardware)),
       hotKeysFake(install<FakeHotKeyService>(real.hotKeys)),
-      processesFake(install<FakeProcessTable>(real.processes)), urlsFake(install<FakeUrlLoader>(real.urls)),
+      processesFake(install<FakeProcessTable>(real.processes)),
+      trayHostsFake(install<FakeTrayHosts>(real.trayHosts)), urlsFake(install<FakeUrlLoader>(real.urls)),
       workspaceFake(install<RecordingWorkspace>(real.workspace)) {
     makeFolders();
     real.userDefaults = std::make_unique<::platform::UserDefaultsController>(*real.preferences);

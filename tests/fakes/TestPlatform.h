@@ -6,6 +6,7 @@
 #include "FakeProcessTable.h"
 #include "FakeReachability.h"
 #include "FakeScriptingService.h"
+#include "FakeTrayHosts.h"
 #include "FakeUrlLoader.h"
 #include "ManualDelayedCalls.h"
 #include "MemoryKeyStore.h"
@@ -62,6 +63,8 @@ public:
 
     [[nodiscard]] FakeProcessTable &processes() const { return *processesFake; }
 
+    [[nodiscard]] FakeTrayHosts &trayHosts() const { return *trayHostsFake; }
+
     [[nodiscard]] FakeUrlLoader &urls() const { return *urlsFake; }
 
     [[nodiscard]] RecordingWorkspace &workspace() const { return *workspaceFake; }
@@ -81,6 +84,7 @@ private:
     FakeHardware *hardwareFake;
     FakeHotKeyService *hotKeysFake;
     FakeProcessTable *processesFake;
+    FakeTrayHosts *trayHostsFake;
     FakeUrlLoader *urlsFake;
     RecordingWorkspace *workspaceFake;
 };

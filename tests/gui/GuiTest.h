@@ -34,10 +34,10 @@ public:
     GuiFixture(const GuiFixture &) = delete;
     GuiFixture &operator=(const GuiFixture &) = delete;
 
-    void addImage(const QString &name) {
+    void addImage(const QString &name, const QSize &size = QSize(8, 6)) {
         const QString folder = services.platform().bundle->resourcesPath() + text("/images");
         QDir().mkpath(folder);
-        QImage image(8, 6, QImage::Format_ARGB32);
+        QImage image(size, QImage::Format_ARGB32);
         image.fill(Qt::red);
         image.save(folder + QChar(u'/') + name + text(".png"));
     }

@@ -1,9 +1,11 @@
+#include "frontend/ui/LocationRowDelegate.h"
 #include "frontend/ui/QrvLocationPaneController.h"
 
 #include "tests/gui/GuiTest.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QPainter>
 
 namespace {
 
@@ -81,6 +83,47 @@ private Q_SLOTS:
         QVERIFY(pane->currentItem()->vpnData() == nullptr);
         QCOMPARE(pane->currentItem()->imageName(), text("xx"));
         QVERIFY(pane->selectedItem() == nullptr);
+    }
+
+    void fullLocationsCarryTheGoldMarkAndSayIt() {
+        api->model().setLocations(text("DE;BER;Berlin;1|US;DEN;Denver;0|QQ;BER;Elsewhere;1"));
+        pane->fillCountries(servers);
+        QCOMPARE(titles().at(1), text("Germany Berlin"));
+        for (int row = 0; row < popup()->count(); ++row) {
+            const bool full = row == 1;
+            QCOMPARE(popup()->itemData(row, LocationRowDelegate::fullRole).toBool(), full);
+            QCOMPARE(pane->items().at(static_cast<std::size_t>(row))->isMarkedFull(), full);
+            QVERIFY(!pane->items().at(static_cast<std::size_t>(row))->full()); // it has no item view
+        }
+        QCOMPARE(popup()->itemData(1, Qt::AccessibleTextRole).toString(), text("Germany Berlin, full"));
+        QCOMPARE(popup()->itemText(1), text("Germany Berlin"));
+    }
+
+    void goldMarkIsDrawnBehindTheTitle() {
+        fixture->addImage(text("gold"), QSize(16, 16)); // all red
+        const auto redDots = [this](int row) {
+            QStyleOptionViewItem option;
+            option.initFrom(popup());
+            option.rect = QRect(0, 0, 300, 28);
+            const QModelIndex index = popup()->model()->index(row, 0);
+            QImage image(option.rect.size(), QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            popup()->itemDelegate()->paint(&painter, option, index);
+            painter.end();
+            const QRect mark = LocationRowDelegate::goldRect(option, index);
+            int dots = 0;
+            for (int y = mark.top(); y <= mark.bottom(); ++y) {
+                for (int x = mark.left(); x <= mark.right(); ++x) {
+                    dots += image.pixelColor(x, y) == QColor(Qt::red) ? 1 : 0;
+                }
+            }
+            return dots;
+        };
+        api->model().setLocations(text("DE;BER;Berlin;1"));
+        pane->fillCountries(servers);
+        QCOMPARE(redDots(1), 256);
+        QCOMPARE(redDots(2), 0);
     }
 
     void listIsFilledInServerOrderWithFlagsWhereThereAreAny() {

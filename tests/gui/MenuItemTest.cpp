@@ -5,7 +5,14 @@
 class MenuItemTest : public QObject {
     Q_OBJECT
 
+private:
+    std::unique_ptr<GuiFixture> fixture;
+
 private Q_SLOTS:
+
+    void init() { fixture = std::make_unique<GuiFixture>(); }
+
+    void cleanup() { fixture.reset(); }
 
     void carriesItsGroup() {
         QrvMenuItem item(text("Germany Berlin"));

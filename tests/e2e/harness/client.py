@@ -159,20 +159,6 @@ class Client:
     def current_address(self):
         return self.text("Current IP address").strip()
 
-    # --- the desktop's tray
-
-    def start_tray(self):
-        """Gives the desktop a tray; before `start`."""
-        self.ask("start_tray")
-
-    def tray_entries(self):
-        """Label to description of each entry of the client's tray menu; empty while it is not there."""
-        return {entry["label"]: entry for entry in self.ask("tray_entries") or []}
-
-    def choose_in_tray(self, label):
-        self.home.wait_for(lambda: self.tray_entries().get(label, {}).get("enabled"), ANSWER, f"{label} in the tray")
-        self.ask("tray_choose", entry=label)
-
     # --- the administrator dialog and the alerts
 
     def wait_dialog(self, timeout=PASSWORD):

@@ -1,6 +1,8 @@
 """The screen of a client: an X server of its own with a window manager, or the caller's."""
 
+import contextlib
 import os
+import re
 import secrets
 import select
 import struct
@@ -87,6 +89,35 @@ class PrivateDisplay(Display):
         """Whether a window of this title is neither closed nor minimised."""
         found = self.run("xdotool", "search", "--onlyvisible", "--name", title, check=False, timeout=20)
         return bool(found.stdout.strip())
+
+    def property(self, window, name):
+        """The value of a window's property as xprop writes it; the root window's for "root"."""
+        which = ["-root"] if window == "root" else ["-id", window]
+        return self.run("xprop", *which, name, check=False).stdout.partition(name)[2].strip()
+
+    def active(self):
+        """The number of the window that has the focus, in decimal; "0" for none."""
+        found = re.search(r"0x[0-9a-f]+", self.property("root", "_NET_ACTIVE_WINDOW"))
+        return str(int(found[0], 16)) if found else "0"
+
+    def listed(self, title):
+        """The windows of this title in the window manager's list, minimised ones too, as numbers in decimal."""
+        numbers = re.findall(r"0x[0-9a-f]+", self.property("root", "_NET_CLIENT_LIST").partition("#")[2])
+        return [str(int(number, 16)) for number in numbers
+                if re.search(title, self.property(str(int(number, 16)), "WM_NAME"))]
+
+    @contextlib.contextmanager
+    def watched(self, window):
+        """Notes every change of the window's states meanwhile; gives a function that tells them afterwards."""
+        spy = self.home.popen("xprop", "-id", window, "-spy", "WM_STATE", "_NET_WM_STATE", user=self.user,
+                              environment=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
+        lines = []
+        try:
+            yield lambda: lines
+        finally:
+            for process in self.home.processes("xprop"):
+                os.kill(process.pid, 15)
+            lines += spy.communicate()[0].splitlines()
 
     def close(self):
         """Takes the X server away from whoever still uses it."""

@@ -19,11 +19,12 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, Gio, GLib  # noqa: E402 # pylint: disable=wrong-import-position
 
+from status_items import TrayError, TrayOperations  # noqa: E402 # pylint: disable=wrong-import-position
+
 POLL = 0.01
 # The client's main thread stands still while an administrator's password is checked, up to some 4 s a time.
 PATIENCE_MS = 15000
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
-TRAY_HOST = os.path.join(os.path.dirname(os.path.realpath(__file__)), "tray_host.py")
 
 
 class DriverError(Exception):
@@ -104,70 +105,6 @@ class Client:
         return [] if application is None else list(children(application))
 
 
-class Tray:
-    """The desktop's tray, in a process of its own, and the menus of the items in it."""
-
-    WATCHER = "org.kde.StatusNotifierWatcher"
-    ITEM = "org.kde.StatusNotifierItem"
-    MENU = "com.canonical.dbusmenu"
-
-    def __init__(self):
-        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION, None)
-        self.process = subprocess.Popen([sys.executable, TRAY_HOST], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
-        if self.process.stdout.readline() != b"ready\n":
-            raise DriverError("the tray did not start")
-
-    def close(self):
-        self.process.stdin.close()
-        self.process.wait()
-        self.process.stdout.close()
-
-    def _call(self, name, path, interface, method, arguments):
-        return self.bus.call_sync(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, PATIENCE_MS,
-                                  None).unpack()
-
-    def _property(self, name, path, interface, key):
-        return self._call(name, path, "org.freedesktop.DBus.Properties", "Get",
-                          GLib.Variant("(ss)", (interface, key)))[0]
-
-    def _item(self):
-        """Bus name and path of the first item, or None."""
-        items = self._property(self.WATCHER, "/StatusNotifierWatcher", self.WATCHER, "RegisteredStatusNotifierItems")
-        if not items:
-            return None
-        name, path = items[0].split("/", 1)
-        return name, "/" + path
-
-    def _menu(self):
-        name, path = self._item()
-        return name, self._property(name, path, self.ITEM, "Menu")
-
-    def entries(self):
-        """The menu's entries in order; None while no item is there."""
-        if self._item() is None:
-            return None
-        name, path = self._menu()
-        _revision, (_root, _properties, rows) = self._call(
-            name, path, self.MENU, "GetLayout", GLib.Variant("(iias)", (0, -1, [])))
-        return [{"id": row[0], "label": row[1].get("label", "").replace("_", ""), "type": row[1].get("type", ""),
-                 "enabled": row[1].get("enabled", True), "visible": row[1].get("visible", True)} for row in rows]
-
-    def choose(self, label):
-        for row in self.entries() or []:
-            if row["label"] == label:
-                if not row["enabled"]:
-                    raise DriverError(f"the tray's entry {label!r} is disabled")
-                name, path = self._menu()
-                self._call(name, path, self.MENU, "Event",
-                           GLib.Variant("(isvu)", (row["id"], "clicked", GLib.Variant("i", 0), 0)))
-                return
-        raise DriverError(f"the tray's menu has no entry {label!r}")
-
-    def activate(self):
-        name, path = self._item()
-        self._call(name, path, self.ITEM, "Activate", GLib.Variant("(ii)", (0, 0)))
-
-
 def matches(node, query):
     for key, wanted in query.items():
         if key == "window":
@@ -189,24 +126,9 @@ def window_fits(window, query):
     return "window" not in query or window.get_name().startswith(query["window"])
 
 
-class Driver:
+class Driver(TrayOperations):
     def __init__(self):
         self.clients = {}
-        self.tray = None
-
-    # --- the tray
-
-    def op_start_tray(self):
-        self.tray = Tray()
-
-    def op_tray_entries(self):
-        return self.tray.entries()
-
-    def op_tray_choose(self, entry):
-        self.tray.choose(entry)
-
-    def op_tray_activate(self):
-        self.tray.activate()
 
     # --- processes
 
@@ -372,7 +294,7 @@ def serve(driver, answers):
         operation = getattr(driver, "op_" + request.pop("op"))
         try:
             answer = {"value": operation(**request)}
-        except (DriverError, GLib.Error, OSError) as error:
+        except (DriverError, TrayError, GLib.Error, OSError) as error:
             answer = {"error": f"{type(error).__name__}: {error}"}
         answers.write(json.dumps(answer) + "\n")
 
@@ -386,8 +308,7 @@ def main():
     for client in driver.clients.values():
         if client.process.poll() is None:
             client.process.send_signal(signal.SIGKILL)
-    if driver.tray is not None:
-        driver.tray.close()
+    driver.end_tray()
     launcher.terminate()
 
 

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""A desktop's tray on the session bus: takes the items that programs register, and lists them.
+"""A status notifier watcher with a host, as a desktop's panel is one: takes the items that register.
 
-Says "ready" on standard output once it owns its name and ends when its standard input is closed.
+Runs until it is told to end; what it holds is read over the bus.
 """
 
-import sys
+import signal
 
 from gi.repository import Gio, GLib
 
@@ -12,58 +12,58 @@ NAME = "org.kde.StatusNotifierWatcher"
 PATH = "/StatusNotifierWatcher"
 INTERFACE = """
 <node><interface name="org.kde.StatusNotifierWatcher">
-  <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
-  <method name="RegisterStatusNotifierHost"><arg type="s" direction="in"/></method>
+  <method name="RegisterStatusNotifierItem"><arg name="service" type="s" direction="in"/></method>
+  <method name="RegisterStatusNotifierHost"><arg name="service" type="s" direction="in"/></method>
   <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
   <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
   <property name="ProtocolVersion" type="i" access="read"/>
   <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
   <signal name="StatusNotifierItemUnregistered"><arg type="s"/></signal>
   <signal name="StatusNotifierHostRegistered"/>
+  <signal name="StatusNotifierHostUnregistered"/>
 </interface></node>
 """
 
 
-class TrayHost:
+class Watcher:
     def __init__(self, bus):
-        self.bus = bus
-        self.items = []
-        node = Gio.DBusNodeInfo.new_for_xml(INTERFACE)
-        bus.register_object(PATH, node.interfaces[0], self._call, self._get, None)
+        self._bus = bus
+        self._items = []
+        interface = Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0]
+        bus.register_object(PATH, interface, self._called, self._asked, None)
+        Gio.bus_own_name_on_connection(bus, NAME, Gio.BusNameOwnerFlags.NONE, None, None)
 
-    def _call(self, _bus, sender, _path, _interface, method, arguments, invocation):
+    def _called(self, _bus, sender, _path, _interface, method, arguments, invocation):
         if method == "RegisterStatusNotifierItem":
             service = arguments.unpack()[0]
             item = sender + service if service.startswith("/") else service + "/StatusNotifierItem"
-            self.items.append(item)
-            Gio.bus_watch_name_on_connection(self.bus, sender, Gio.BusNameWatcherFlags.NONE, None,
-                                             lambda *_: self._forget(item))
-            self._say("StatusNotifierItemRegistered", item)
+            if item not in self._items:
+                self._items.append(item)
+                self._tell("StatusNotifierItemRegistered", item)
+                Gio.bus_watch_name_on_connection(self._bus, item.partition("/")[0], Gio.BusNameWatcherFlags.NONE,
+                                                 None, lambda *_: self._drop(item))
         invocation.return_value(None)
 
-    def _forget(self, item):
-        if item in self.items:
-            self.items.remove(item)
-            self._say("StatusNotifierItemUnregistered", item)
+    def _drop(self, item):
+        if item in self._items:
+            self._items.remove(item)
+            self._tell("StatusNotifierItemUnregistered", item)
 
-    def _say(self, signal, item):
-        self.bus.emit_signal(None, PATH, NAME, signal, GLib.Variant("(s)", (item,)))
+    def _tell(self, signal_name, item):
+        self._bus.emit_signal(None, PATH, NAME, signal_name, GLib.Variant("(s)", (item,)))
 
-    def _get(self, _bus, _sender, _path, _interface, name):
-        return {"RegisteredStatusNotifierItems": GLib.Variant("as", self.items),
+    def _asked(self, _bus, _sender, _path, _interface, key):
+        return {"RegisteredStatusNotifierItems": GLib.Variant("as", self._items),
                 "IsStatusNotifierHostRegistered": GLib.Variant("b", True),
-                "ProtocolVersion": GLib.Variant("i", 0)}[name]
+                "ProtocolVersion": GLib.Variant("i", 0)}[key]
 
 
 def main():
     loop = GLib.MainLoop()
-    host = []
-    Gio.bus_own_name(Gio.BusType.SESSION, NAME, Gio.BusNameOwnerFlags.NONE,
-                     lambda bus, _name: host.append(TrayHost(bus)),
-                     lambda *_: print("ready", flush=True), lambda *_: loop.quit())
-    GLib.unix_fd_add_full(GLib.PRIORITY_DEFAULT, sys.stdin.fileno(), GLib.IOCondition.IN | GLib.IOCondition.HUP,
-                          lambda *_: loop.quit())
+    GLib.unix_signal_add(GLib.PRIORITY_HIGH, signal.SIGTERM, loop.quit)
+    watcher = Watcher(Gio.bus_get_sync(Gio.BusType.SESSION, None))
     loop.run()
+    del watcher
 
 
 if __name__ == "__main__":

@@ -9,6 +9,7 @@
 #include "platform/ProcessTable.h"
 #include "platform/ScriptingService.h"
 #include "platform/SystemLog.h"
+#include "platform/TrayHosts.h"
 #include "platform/UrlLoader.h"
 #include "platform/UserDefaultsController.h"
 #include "platform/Workspace.h"
@@ -38,8 +39,8 @@ TEST_F(LinuxPlatformTest, HasEveryService) {
     const auto made = platform::makeLinuxPlatform();
     EXPECT_TRUE(made->bundle && made->preferences && made->userDefaults && made->notifications &&
                 made->delayedCalls && made->logSink && made->log && made->scripting && made->authorization &&
-                made->keyStore && made->reachability && made->hardware && made->processes && made->urls &&
-                made->workspace);
+                made->keyStore && made->reachability && made->hardware && made->processes &&
+                made->trayHosts && made->urls && made->workspace);
     EXPECT_EQ(made->temporaryFolder, QStringLiteral("/tmp"));
     EXPECT_EQ(made->account.home, home.path());
     EXPECT_EQ(made->preferences->filePath(),

@@ -27,9 +27,94 @@ TEST(SessionDisplay, Starting) {
     EXPECT_FALSE(state.changeIpVisible);
     EXPECT_FALSE(state.discardIpVisible);
     EXPECT_TRUE(state.spinning);
-    EXPECT_FALSE(state.trayMenuAttached);
     EXPECT_EQ(state.stateImage, text("appmain"));
     EXPECT_EQ(state.trayImage, text("Tray"));
+}
+
+/// The window before anything was asked for, with what the first answer opens.
+DisplayState atRest(const char *address) {
+    DisplayState state;
+    state.line1 = {text("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!"), Tone::Warning, true};
+    state.currentIp = text(address);
+    state.stateImage = text("appmain");
+    state.trayImage = text("Tray");
+    state.hideButton = {text("Quorvane"), true, false};
+    state.hideItem = {text("Quorvane"), true};
+    state.changeItemEnabled = true;
+    return state;
+}
+
+/// A display that an answer has made ready.
+void makeReady(SessionDisplay &display) {
+    display.starting();
+    display.currentIpKnown(text("198.51.100.10"));
+    display.answerHandled();
+}
+
+TEST(SessionDisplay, NotHiddenFieldByField) {
+    SessionDisplay display;
+    makeReady(display);
+    EXPECT_EQ(display.state(), atRest("198.51.100.10"));
+}
+
+TEST(SessionDisplay, SearchingFieldByField) {
+    SessionDisplay display;
+    makeReady(display);
+    display.switchedOn(true);
+    display.switchingOn();
+    display.searching();
+    DisplayState expected = atRest("198.51.100.10");
+    expected.line1 = {text("Searching for an available IP..."), Tone::Quiet, true};
+    expected.stateImage = text("appwait");
+    expected.hideButton = {text("Quorvane"), false, true};
+    expected.hideItem.enabled = false;
+    expected.changeItemEnabled = false;
+    expected.advancedEnabled = false;
+    EXPECT_EQ(display.state(), expected);
+}
+
+DisplayState whileHidden() {
+    DisplayState state;
+    state.line1 = {text("You are currently hiding your real IP 198.51.100.10"), Tone::Plain, true};
+    state.line21 = {QString(), Tone::Plain, true};
+    state.line22 = {text("Germany Berlin"), Tone::Plain, true};
+    state.currentIp = text("203.0.113.7\n");
+    state.flagImage = text("de");
+    state.flagVisible = true;
+    state.stateImage = text("applock");
+    state.trayImage = text("TrayLock");
+    state.hideButton = {text("Stop Hiding IP"), true, true};
+    state.hideItem = {text("Stop Hiding IP"), true};
+    state.changeItemEnabled = true;
+    state.changeIpVisible = true;
+    state.discardIpVisible = true;
+    return state;
+}
+
+void hide(SessionDisplay &display) {
+    makeReady(display);
+    display.switchedOn(true);
+    display.switchingOn();
+    display.searching();
+    display.tunnelStarting();
+    display.advancedEnabled(true);
+    display.hidden(text("203.0.113.7\n"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+}
+
+TEST(SessionDisplay, HiddenFieldByField) {
+    SessionDisplay display;
+    hide(display);
+    EXPECT_EQ(display.state(), whileHidden());
+}
+
+TEST(SessionDisplay, ResetFieldByField) {
+    SessionDisplay display;
+    hide(display);
+    display.notHidden(text("198.51.100.10"));
+    DisplayState expected = atRest("198.51.100.10");
+    expected.line22.text = text("Germany Berlin"); // kept, and not shown
+    expected.copyItemEnabled = false;
+    EXPECT_EQ(display.state(), expected);
 }
 
 TEST(SessionDisplay, EveryChangeIsTold) {

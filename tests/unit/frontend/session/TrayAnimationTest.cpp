@@ -4,6 +4,7 @@
 #include "tests/unit/Printing.h"
 
 #include <QElapsedTimer>
+#include <QEvent>
 #include <QThread>
 #include <gtest/gtest.h>
 
@@ -44,6 +45,10 @@ TEST_F(TrayAnimationTest, ResetBeginsAnew) {
     EXPECT_EQ(frames.last(), text("A01"));
 }
 
+TEST_F(TrayAnimationTest, FramesAreAFifthOfASecondApart) {
+    EXPECT_EQ(TrayAnimation::frameMicroseconds, 200'000U);
+}
+
 TEST_F(TrayAnimationTest, ThreadDrivesFramesOnTheMainThread) {
     QElapsedTimer timer;
     timer.start();
@@ -63,11 +68,31 @@ TEST_F(TrayAnimationTest, StartWhileRunningChangesNothing) {
     EXPECT_EQ(frames.at(1), text("A02"));
 }
 
+/// Stops the animation when the first frame is out of the queue and has not arrived yet.
+class StopBeforeArrival final : public QObject {
+public:
+    explicit StopBeforeArrival(TrayAnimation &stopped) : animation(stopped) {
+        animation.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override {
+        if (event->type() == QEvent::MetaCall) {
+            ++delivered;
+            animation.stop();
+        }
+        return false; // the frame goes on its way
+    }
+
+    int delivered = 0;
+
+private:
+    TrayAnimation &animation;
+};
+
 TEST_F(TrayAnimationTest, FrameThatArrivesAfterTheStopIsDropped) {
+    const StopBeforeArrival stop(animation);
     animation.start();
-    // The frame is queued by now and not delivered yet: the loop has not run since.
-    QThread::msleep(300);
-    animation.stop();
+    ASSERT_TRUE(spinUntil([&stop] { return stop.delivered > 0; }));
     EXPECT_FALSE(animation.isRunning());
     deliverQueued();
     EXPECT_TRUE(frames.isEmpty());

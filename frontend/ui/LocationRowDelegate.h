@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+/// Draws the entries of the location pop-up: flag, title, and the gold mark behind the title of a full
+/// location. Main thread.
+class LocationRowDelegate final : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    /// A boolean: the location is full.
+    static constexpr int fullRole = Qt::UserRole + 1;
+
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+    /// Where the mark goes, in a row with this text.
+    [[nodiscard]] static QRect goldRect(const QStyleOptionViewItem &option, const QModelIndex &index);
+};

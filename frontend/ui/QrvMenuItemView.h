@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class QAction;
+class QLabel;
+class QMenu;
+
+/// A location's row in a menu: highlights itself under the mouse and fires its item on a click. Neither the
+/// item nor the label is owned. Main thread.
+class QrvMenuItemView final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit QrvMenuItemView(QWidget *parent = nullptr);
+
+    void setMenuItem(QAction *item);
+    void setLabelText(QLabel *label);
+
+    [[nodiscard]] QAction *menuItem() const { return item; }
+
+    [[nodiscard]] QLabel *labelText() const { return label; }
+
+    void mouseEntered();
+    /// The next drawing is unhighlighted, whatever the menu says; the one after it follows the menu again.
+    void mouseExited();
+    /// Closes the menu and does what choosing the item with the keyboard does.
+    void mouseDown();
+
+protected:
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    [[nodiscard]] QMenu *menu() const;
+    [[nodiscard]] bool isHighlighted() const;
+
+    QPointer<QAction> item;
+    QPointer<QLabel> label;
+    bool notHighlighted = false;
+};

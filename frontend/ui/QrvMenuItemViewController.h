@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QPixmap>
+#include <QPointer>
+#include <QString>
+#include <memory>
+
+class QAction;
+class QrvMenuItemView;
+
+namespace Ui {
+class LocationMenuItem;
+}
+
+/// Loads a location's row and fills it: flag, title and gold mark. Owns the row; not the item. Main thread.
+class QrvMenuItemViewController {
+public:
+    QrvMenuItemViewController();
+    explicit QrvMenuItemViewController(QAction *menuItem);
+    ~QrvMenuItemViewController();
+    QrvMenuItemViewController(const QrvMenuItemViewController &) = delete;
+    QrvMenuItemViewController &operator=(const QrvMenuItemViewController &) = delete;
+
+    [[nodiscard]] QString title() const;
+    /// The row becomes as wide as the title needs, with room for the gold mark.
+    void setTitle(const QString &title);
+
+    [[nodiscard]] bool gold() const { return goldMark; }
+
+    void setGold(bool mark);
+
+    [[nodiscard]] QPixmap flagImage() const;
+    void setFlagImage(const QPixmap &image);
+
+    [[nodiscard]] QrvMenuItemView *view() const { return rowView.get(); }
+
+    [[nodiscard]] QAction *menuItem() const { return item; }
+
+private:
+    std::unique_ptr<QrvMenuItemView> rowView;
+    std::unique_ptr<Ui::LocationMenuItem> ui;
+    QPointer<QAction> item;
+    bool goldMark = false;
+};

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+class QSocketNotifier;
+struct xcb_connection_t;
+
+namespace platform {
+
+/// Knows whether the X screen's tray selection has an owner, over a connection of its own. Without an X
+/// server there never is one. Main thread.
+class TraySelectionWatch final : public QObject {
+    Q_OBJECT
+
+public:
+    /// `display` as in $DISPLAY; that one when null.
+    explicit TraySelectionWatch(const QByteArray &display = {}, QObject *parent = nullptr);
+    ~TraySelectionWatch() override;
+
+    [[nodiscard]] bool owned() const { return owner != 0; }
+
+    void setChangeHandler(std::function<void()> handler) { changed = std::move(handler); }
+
+private:
+    struct Disconnect {
+        void operator()(xcb_connection_t *connection) const;
+    };
+
+    [[nodiscard]] quint32 atom(const QByteArray &name) const;
+    void watchRoot(int screen);
+    void look();
+    /// Whether any of the events that have come tells of the tray.
+    bool takeEvents();
+    void readEvents();
+    void become(quint32 newOwner);
+
+    std::unique_ptr<xcb_connection_t, Disconnect> connection;
+    QSocketNotifier *news = nullptr;
+    quint32 root = 0;
+    quint32 selection = 0;
+    quint32 manager = 0;
+    quint32 owner = 0;
+    std::function<void()> changed;
+};
+
+} // namespace platform

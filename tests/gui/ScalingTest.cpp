@@ -1,0 +1,116 @@
+#include "frontend/session/MainWindow.h"
+#include "frontend/ui/QrvAboutWindowController.h"
+#include "frontend/ui/Theme.h"
+
+#include "tests/gui/GuiTest.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace {
+
+bool fits(const QWidget &widget) {
+    const QSize size = widget.size();
+    const auto *label = qobject_cast<const QLabel *>(&widget);
+    if (label != nullptr && label->wordWrap()) {
+        return label->heightForWidth(size.width()) <= size.height();
+    }
+    const QSize needed =
+        qobject_cast<const QComboBox *>(&widget) != nullptr ? widget.minimumSizeHint() : widget.sizeHint();
+    return needed.width() <= size.width() && needed.height() <= size.height();
+}
+
+/// Everything with a text that does not have the room for it, or lies outside of its parent.
+QStringList clipped(const QWidget &window) {
+    QStringList found;
+    for (const QWidget *widget : window.findChildren<QWidget *>()) {
+        const bool hasText = qobject_cast<const QLabel *>(widget) != nullptr ||
+                             qobject_cast<const QAbstractButton *>(widget) != nullptr ||
+                             qobject_cast<const QComboBox *>(widget) != nullptr;
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        const bool empty = label != nullptr && label->text().isEmpty();
+        if (!hasText || empty || !widget->isVisible()) {
+            continue;
+        }
+        const bool inside = widget->parentWidget()->rect().contains(widget->geometry());
+        if (!inside || !fits(*widget)) {
+            found.append(text("%1 has %2x%3 and needs %4x%5")
+                             .arg(widget->objectName())
+                             .arg(widget->width())
+                             .arg(widget->height())
+                             .arg(widget->sizeHint().width())
+                             .arg(widget->sizeHint().height()));
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+/// Whether every text has its room, on a screen of the density that QT_SCALE_FACTOR says (1 without it).
+class ScalingTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<GuiFixture> fixture;
+
+    static void check(const QWidget &window) {
+        QCoreApplication::processEvents();
+        const QStringList found = clipped(window);
+        QVERIFY2(found.isEmpty(), qPrintable(found.join(text("; "))));
+    }
+
+private Q_SLOTS:
+
+    void initTestCase() {
+        fixture = std::make_unique<GuiFixture>();
+        Theme::apply(*qApp);
+    }
+
+    void cleanupTestCase() { fixture.reset(); }
+
+    void screenHasTheDensityAskedFor() {
+        QWidget window;
+        window.show();
+        const double factor = qEnvironmentVariable("QT_SCALE_FACTOR", text("1")).toDouble();
+        QCOMPARE(window.devicePixelRatioF(), factor);
+    }
+
+    void mainWindowHasRoomForEveryTextInEveryState() {
+        MainWindow window;
+        SessionDisplay display;
+        connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
+        display.starting();
+        display.interval(99, true);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        check(window);
+        display.currentIpKnown(text("255.255.255.255"));
+        display.answerHandled();
+        check(window);
+        display.searching();
+        check(window);
+        display.waitingForLocation(text("Every location has been used in this rotation. Switch off \"Do not "
+                                        "repeat IPs\" or refresh the locations to free them."));
+        check(window);
+        display.waitingEnded();
+        display.tunnelStarting();
+        display.hidden(text("255.255.255.255\n"), text("255.255.255.254"), text("de"),
+                       text("Bosnia and Herzegovina Sarajevo"));
+        check(window);
+    }
+
+    void aboutWindowHasRoomForEveryText() {
+        QrvAPI api;
+        QWidget main;
+        QrvAboutWindowController about(main, api);
+        about.showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(&about));
+        check(about);
+    }
+};
+
+QTEST_MAIN(ScalingTest)
+#include "ScalingTest.moc"

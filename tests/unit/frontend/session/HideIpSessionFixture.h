@@ -1,0 +1,143 @@
+#pragma once
+
+#include "frontend/session/HideIpSession.h"
+
+#include "fakes/TestPlatform.h"
+#include "frontend/api/QrvAPI.h"
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/session/SessionDisplay.h"
+#include "frontend/support/SessionState.h"
+#include "frontend/tunnel/Vpn.h"
+#include "tests/unit/EventLoop.h"
+#include "tests/unit/Printing.h"
+
+#include <QDir>
+#include <QFile>
+#include <QThreadPool>
+#include <gtest/gtest.h>
+
+inline QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+inline const QString warning = QStringLiteral("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!");
+inline const QString searchingText = QStringLiteral("Searching for an available IP...");
+
+/// The window around the session, on paper. Events come in the order in which they happened.
+class RecordingEnvironment final : public SessionEnvironment {
+public:
+    void alert(const QString &title, const QString &message) override {
+        events.append(text("alert|") + title + text("|") + message);
+    }
+
+    void alertLater(const QString &message, const QString &informative) override {
+        events.append(text("later|") + message + text("|") + informative);
+    }
+
+    bool authWindow() override {
+        events.append(text("auth"));
+        return credentialsMissing;
+    }
+
+    QString selectedTitle() const override { return selected; }
+
+    void downloadCertificateForSelectedItem() override { events.append(text("download")); }
+
+    void forgetWaitingPick() override { waiting = false; }
+
+    QString lastItemTitle() const override { return lastTitle; }
+
+    QrvVpnDataPointer lastItemData() const override { return lastData; }
+
+    void fillLocations(const QrvVpnDataList &servers) override {
+        events.append(text("fill %1").arg(servers.size()));
+    }
+
+    bool changesAutomatically() const override { return automatic; }
+
+    void startAnimation() override { animating = true; }
+
+    void stopAnimation() override { animating = false; }
+
+    void resetAnimationFrames() override { events.append(text("frames")); }
+
+    bool hasImage(const QString &name) const override { return name == text("de"); }
+
+    void showWindow() override { events.append(text("show")); }
+
+    bool startedHidden() const override { return background; }
+
+    void terminateApplication() override { events.append(text("terminate")); }
+
+    int count(const char *event) const { return static_cast<int>(events.count(text(event))); }
+
+    QStringList events;
+    bool credentialsMissing = false;
+    QString selected = text("Random Location");
+    QString lastTitle;
+    QrvVpnDataPointer lastData;
+    bool automatic = false;
+    bool animating = false;
+    bool waiting = false;
+    bool background = false;
+};
+
+/// A session over recording services, from before the first answer.
+class HideIpSessionTest : public testing::Test {
+protected:
+    HideIpSessionTest() {
+        QrvAPI::forgetProcessWideValues();
+        SessionState::shared() = {};
+        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+        QDir().mkpath(services.home() + text("/Documents/Quorvane"));
+        QFile log(logPath);
+        EXPECT_TRUE(log.open(QIODevice::WriteOnly));
+        services.addResource(text("extractip.sh"), "echo 203.0.113.7\n");
+        display.starting();
+        api.setInetConnect(true);
+        api.model().setServerList({serverLine});
+    }
+
+    ~HideIpSessionTest() override {
+        QThreadPool::globalInstance()->waitForDone();
+        deliverQueued();
+        SessionState::shared() = {};
+    }
+
+    [[nodiscard]] const DisplayState &shown() const { return display.state(); }
+
+    [[nodiscard]] QByteArray sessionLog() const {
+        QFile file(logPath);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+    }
+
+    /// The user's click: the button flips by itself, then the action runs.
+    void press() {
+        display.switchedOn(!shown().hideButton.on);
+        session.quorvaneButtonPressed();
+    }
+
+    void answer(const QByteArray &body) {
+        api.cmdAuth(QString());
+        ASSERT_TRUE(services.urls().finishNext(body));
+        session.qrvAnswer();
+    }
+
+    void goHidden() {
+        press();
+        session.startVpn();
+        environment.lastTitle = text("Germany Berlin");
+        environment.lastData = std::make_shared<QrvVpnData>();
+        environment.lastData->countryCode = text("DE");
+        session.showIp();
+    }
+
+    const QString serverLine = text("7,Berlin,BER,DE,Germany,x|203.0.113.7");
+    fakes::TestPlatform services;
+    const QString logPath = services.home() + text("/Documents/Quorvane/qrvp.log");
+    RecordingEnvironment environment;
+    SessionDisplay display;
+    QrvAPI api;
+    Vpn vpn;
+    HideIpSession session{environment, display, api, vpn};
+};
