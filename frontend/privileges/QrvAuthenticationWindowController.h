@@ -25,6 +25,8 @@ public:
     void loadWindow();
     /// Shows the dialog and returns when it has closed.
     void runModal();
+    /// Whether such a dialog is open, whoever opened it.
+    [[nodiscard]] static bool isRunning() { return running; }
 
     [[nodiscard]] QLineEdit *userNameTextField() const;
     [[nodiscard]] QLineEdit *passwordTextField() const;
@@ -45,4 +47,5 @@ private:
 
     std::unique_ptr<Ui::AuthenticaionView> ui;
     std::mutex saveLock;
+    static inline bool running = false;
 };
