@@ -34,6 +34,9 @@ public:
     static void fillDropdownWithHotKeys(QComboBox &dropdown);
     static void addItem(const QString &title, qint32 tag, QComboBox &dropdown);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     /// One combination is for one action: a choice that another pop-up shows is put back.
     void selectHotKeyDropbownPressed(HotKeys::Action sender);
