@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 #include <functional>
 
@@ -30,6 +30,8 @@ enum class HotKeyError {
     UnknownKey,
     /// The reference stands for no registration, or no longer.
     UnknownReference,
+    /// The desktop, or the user whom it asked, declined.
+    Declined,
 };
 
 struct HotKeyRegistration {
@@ -64,6 +66,13 @@ public:
     virtual void installEventHandler(EventHandler handler) = 0;
     /// Called when the desktop takes back a registration that it had not yet decided on.
     virtual void installRefusalHandler(RefusalHandler handler) = 0;
+
+    /// What the hot keys with this id do, in the user's words, for a desktop that lists them to the user;
+    /// set before they are registered. Nothing where the desktop shows no such list.
+    virtual void setDescription(quint32 id, const QString &text) {
+        Q_UNUSED(id)
+        Q_UNUSED(text)
+    }
 };
 
 } // namespace platform

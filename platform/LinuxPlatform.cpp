@@ -1,6 +1,7 @@
 #include "Platform.h"
 
 #include "LinuxHardwareRegistry.h"
+#include "LinuxHotKeys.h"
 #include "LinuxWorkspace.h"
 #include "NetlinkReachability.h"
 #include "NotificationCenter.h"
@@ -52,6 +53,7 @@ std::unique_ptr<Platform> makeLinuxPlatform() {
     platform->keyStore = std::make_unique<SecretServiceKeyStore>();
     platform->reachability = std::make_unique<NetlinkReachability>();
     platform->hardware = std::make_unique<LinuxHardwareRegistry>();
+    platform->hotKeys = makeHotKeyService(hotKeyDesktop(SessionHints::ofProcess()));
     platform->processes = std::make_unique<ProcProcessTable>();
     platform->urls = std::make_unique<QtUrlLoader>(platform->bundle->version(), platform->service.caFile);
     platform->workspace = std::make_unique<LinuxWorkspace>(WorkspaceFolders::ofUser(platform->account.home));
