@@ -1,5 +1,6 @@
 #include "LinuxHotKeys.h"
 
+#include "PortalHotKeyService.h"
 #include "X11HotKeyService.h"
 
 #include <QGuiApplication>
@@ -49,6 +50,8 @@ std::unique_ptr<HotKeyService> makeHotKeyService(HotKeyDesktop desktop) {
     case HotKeyDesktop::X11:
         return std::make_unique<X11HotKeyService>();
     case HotKeyDesktop::Wayland:
+        return std::make_unique<PortalHotKeyService>(
+            PortalShortcuts::Settings{QString(), QGuiApplication::desktopFileName()});
     case HotKeyDesktop::None:
         break;
     }

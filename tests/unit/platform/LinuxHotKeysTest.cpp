@@ -1,4 +1,5 @@
 #include "platform/LinuxHotKeys.h"
+#include "platform/PortalHotKeyService.h"
 #include "platform/X11HotKeyService.h"
 
 #include <gtest/gtest.h>
@@ -50,6 +51,11 @@ TEST(LinuxHotKeysTest, WithoutDisplayThereIsNothing) {
 TEST(LinuxHotKeysTest, X11GetsKeyGrabs) {
     const auto service = platform::makeHotKeyService(HotKeyDesktop::X11);
     EXPECT_NE(dynamic_cast<platform::X11HotKeyService *>(service.get()), nullptr);
+}
+
+TEST(LinuxHotKeysTest, WaylandGetsThePortal) {
+    const auto service = platform::makeHotKeyService(HotKeyDesktop::Wayland);
+    EXPECT_NE(dynamic_cast<platform::PortalHotKeyService *>(service.get()), nullptr);
 }
 
 } // namespace

@@ -102,9 +102,18 @@ void OtherClient::ungrab(quint8 key, int modifiers) {
     sync();
 }
 
-void OtherClient::lockGroup(quint8 group) {
-    xcb_xkb_latch_lock_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
-    sync();
+int OtherClient::layoutInUse() {
+    const auto asked = xcb_xkb_get_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD);
+    const auto state = own(xcb_xkb_get_state_reply(connection.get(), asked, nullptr));
+    return state ? state->group : -1;
+}
+
+void OtherClient::pressButton(quint8 button) {
+    fake(XCB_BUTTON_PRESS, button);
+}
+
+void OtherClient::releaseButton(quint8 button) {
+    fake(XCB_BUTTON_RELEASE, button);
 }
 
 bool OtherClient::setModifierKeys(const QList<QList<quint8>> &keysOfModifiers) {

@@ -51,7 +51,10 @@ public:
     /// Whether the server let this client have exactly this combination.
     [[nodiscard]] bool grab(quint8 key, int modifiers);
     void ungrab(quint8 key, int modifiers);
-    void lockGroup(quint8 group);
+    /// Which of the keyboard's layouts is in use, from 0; -1 when nobody knows.
+    [[nodiscard]] int layoutInUse();
+    void pressButton(quint8 button);
+    void releaseButton(quint8 button);
     /// Makes the keys the only ones of the modifier, 0 being Shift and 7 Mod5.
     [[nodiscard]] bool setModifierKeys(const QList<QList<quint8>> &keysOfModifiers);
 
