@@ -25,6 +25,7 @@ public:
     void loadWindow();
     /// Shows the dialog and returns when it has closed.
     void runModal();
+
     /// Whether such a dialog is open, whoever opened it.
     [[nodiscard]] static bool isRunning() { return running; }
 

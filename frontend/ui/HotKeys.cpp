@@ -75,6 +75,12 @@ void HotKeys::install(PressHandler pressed, ChangeHandler onChange) {
         [this](HotKeyReference reference, HotKeyError error) { takenBack(reference, error); });
 }
 
+void HotKeys::describe(Action action, const QString &text) {
+    if (platform::HotKeyService *desktop = service()) {
+        desktop->setDescription(identifier(action).id, text);
+    }
+}
+
 void HotKeys::registerStored() {
     for (const Action action : actions) {
         registerHotKey(storedTag(action), identifier(action), references[indexOf(action)]);
@@ -113,6 +119,8 @@ HotKeys::Trouble HotKeys::troubleAfter(HotKeyError error, const HotKeyTable::Com
         return {Trouble::Kind::TakenElsewhere};
     case HotKeyError::UnknownKey:
         return {Trouble::Kind::UnknownKey};
+    case HotKeyError::Declined:
+        return {Trouble::Kind::Declined};
     case HotKeyError::AlreadyHeld: {
         const auto holder = std::find_if(heldKeys.begin(), heldKeys.end(),
                                          [&](const Held &held) { return held.combination == combination; });

@@ -23,7 +23,7 @@ public:
 
     /// Why an action's last registration does not act.
     struct Trouble {
-        enum class Kind { None, TakenElsewhere, HeldByAction, UnknownKey };
+        enum class Kind { None, TakenElsewhere, HeldByAction, UnknownKey, Declined };
         Kind kind = Kind::None;
         /// For HeldByAction: whose combination it still is.
         Action holder = Action::HideIp;
@@ -50,6 +50,8 @@ public:
     /// Has presses told to `pressed`, whatever registered them. `changed` is called when the desktop takes a
     /// registration back. Once, before the first registration.
     void install(PressHandler pressed, ChangeHandler changed);
+    /// Tells the desktop what the action's hot keys do, in the user's words. Before they are registered.
+    static void describe(Action action, const QString &text);
     /// Registers the five stored tags, in the order of the actions.
     void registerStored();
     /// Tag -1 gives the reference at the place back to the desktop, without clearing it. Another tag that

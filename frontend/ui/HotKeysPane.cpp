@@ -141,11 +141,17 @@ QString HotKeysPane::textOf(const HotKeys::Trouble &trouble) const {
     case HotKeys::Trouble::Kind::TakenElsewhere:
         return tr("Another program uses this combination.");
     case HotKeys::Trouble::Kind::HeldByAction:
-        return tr("Belongs to \"%1\" until Quorvane quits.").arg(plainName(*row(trouble.holder).label));
+        return tr("Belongs to \"%1\" until Quorvane quits.").arg(nameOf(trouble.holder));
     case HotKeys::Trouble::Kind::UnknownKey:
         return tr("This keyboard has no such key.");
+    case HotKeys::Trouble::Kind::Declined:
+        return tr("The desktop declined this combination.");
     }
     return {};
+}
+
+QString HotKeysPane::nameOf(HotKeys::Action action) const {
+    return plainName(*row(action).label);
 }
 
 void HotKeysPane::showTroubles(const HotKeys &hotKeys) {

@@ -27,6 +27,8 @@ public:
     void selectStored(HotKeys::Action action);
     /// The tag of the selected entry.
     [[nodiscard]] qint32 selectedTag(HotKeys::Action action) const;
+    /// What the action is called.
+    [[nodiscard]] QString nameOf(HotKeys::Action action) const;
     /// Says beside each pop-up what is wrong with its registration, and whether hot keys work at all here.
     void showTroubles(const HotKeys &hotKeys);
 

@@ -55,6 +55,9 @@ void QrvSettingsWindowController::awakeFromNib() {
     connectWindow();
     keys.install([this](quint32 id) { delegate.hotKeyFired(id); },
                  [this] { viewHotKeys->showTroubles(keys); });
+    for (const HotKeys::Action action : HotKeys::actions) {
+        HotKeys::describe(action, viewHotKeys->nameOf(action));
+    }
     keys.registerStored();
     refreshControls();
 }

@@ -1,5 +1,4 @@
 #include "frontend/ui/CookieCrumblePane.h"
-#include "frontend/ui/HotKeysPane.h"
 #include "frontend/ui/QrvDiscardIpTableViewController.h"
 #include "frontend/ui/VpnPane.h"
 
@@ -13,20 +12,10 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
-#include <QWheelEvent>
-
-namespace {
-
-constexpr quint32 cmd = 256;
-constexpr quint32 digit1 = 18;
-constexpr quint32 digit2 = 19;
-
-} // namespace
 
 /// What each pane does of its own.
 class SettingsPanesTest : public QObject {
@@ -51,10 +40,6 @@ private:
         fixture->startAndShow();
         fixture->window().toolbarItemPressed(identifier);
     }
-
-    [[nodiscard]] QComboBox *dropdown(const char *name) const { return fixture->find<QComboBox>(name); }
-
-    [[nodiscard]] QString note(const char *name) const { return fixture->find<QLabel>(name)->text(); }
 
     [[nodiscard]] QrvDiscardIpTableViewController *table(const char *name) const {
         return fixture->find<QrvDiscardIpTableViewController>(name);
@@ -159,182 +144,6 @@ private Q_SLOTS:
         fixture->controller.reset();
         fixture->start();
         QCOMPARE(fixture->controller->getRowData(), QStringList{text("1.1.1.1")});
-    }
-
-    void everyPopUpOffersTheWholeList() {
-        fixture->start();
-        for (const char *name : {"dropdownHideIP", "dropdownChangeIP", "dropdownStopHidingIP",
-                                 "dropdownDiscardIP", "dropdownBringUpWindow"}) {
-            const auto &offers = HotKeyTable::offers();
-            QCOMPARE(dropdown(name)->count(), static_cast<int>(offers.size()));
-            for (int i = 0; i < dropdown(name)->count(); ++i) {
-                QCOMPARE(dropdown(name)->itemText(i), offers[static_cast<std::size_t>(i)].label);
-                QCOMPARE(dropdown(name)->itemData(i),
-                         QVariant::fromValue<qint64>(offers[static_cast<std::size_t>(i)].tag));
-            }
-        }
-    }
-
-    void fillingAgainReplacesTheEntries() {
-        QComboBox box;
-        box.addItem(text("old"));
-        HotKeysPane::fillDropdownWithHotKeys(box);
-        const int count = box.count();
-        HotKeysPane::fillDropdownWithHotKeys(box);
-        QCOMPARE(box.count(), count);
-        QCOMPARE(box.itemText(0), text("None"));
-        QCOMPARE(box.itemData(0).toLongLong(), -1);
-    }
-
-    void storedKeysAreRegisteredAtTheStartInOrder() {
-        fixture->store("bringUpWindowHotKey", 31);
-        fixture->store("hideIpHotKey", 2);
-        fixture->start();
-        const auto &held = fixture->services.hotKeys().held();
-        QCOMPARE(held.size(), 2);
-        QCOMPARE(held[0].identifier.id, 1U);
-        QCOMPARE(held[1].identifier.id, 5U);
-        fixture->services.hotKeys().press(digit1, cmd);
-        QCOMPARE(fixture->delegate.fired, QList<quint32>{1});
-    }
-
-    void conflictIsToldAndTheSecondPopUpPutBack() {
-        fixture->store("changeIpHotKey", 33);
-        showPane(text("tbiHotKeys"));
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        QVERIFY(fixture->alerts.isEmpty());
-        fixture->choose(dropdown("dropdownChangeIP"), text("Cmd + 1")); // shown there, but not yet stored
-        QCOMPARE(fixture->alerts.size(), 1);
-        QCOMPARE(fixture->alerts.first().title, text("Quorvane"));
-        QCOMPARE(fixture->alerts.first().text,
-                 text("Selected hot key is already being used by another action."));
-        QVERIFY(fixture->alerts.first().informative.isEmpty());
-        QCOMPARE(dropdown("dropdownChangeIP")->currentText(), text("Ctrl + 2"));
-        QCOMPARE(dropdown("dropdownHideIP")->currentText(), text("Cmd + 1"));
-        fixture->click("buttonOk");
-        QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
-        QCOMPARE(fixture->stored("changeIpHotKey").toLongLong(), 33);
-    }
-
-    void conflictIsWithWhatIsShownNotWithWhatIsStored() {
-        fixture->store("hideIpHotKey", 2);
-        showPane(text("tbiHotKeys"));
-        fixture->choose(dropdown("dropdownHideIP"), text("None"));
-        fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 1")); // free in the pane
-        QVERIFY(fixture->alerts.isEmpty());
-        QCOMPARE(dropdown("dropdownDiscardIP")->currentText(), text("Cmd + 1"));
-    }
-
-    void noneNeverConflicts() {
-        showPane(text("tbiHotKeys"));
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        fixture->choose(dropdown("dropdownHideIP"), text("None"));
-        fixture->choose(dropdown("dropdownChangeIP"), text("None"));
-        QVERIFY(fixture->alerts.isEmpty());
-    }
-
-    void conflictOverAStrayStoredTagGoesBackToNone() {
-        fixture->store("changeIpHotKey", 18);
-        showPane(text("tbiHotKeys"));
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        fixture->choose(dropdown("dropdownChangeIP"), text("Cmd + 1"));
-        QCOMPARE(fixture->alerts.size(), 1);
-        QCOMPARE(dropdown("dropdownChangeIP")->currentText(), text("None"));
-    }
-
-    void closedPopUpDoesNotWalkThroughOthersCombinations() {
-        fixture->store("hideIpHotKey", 1);
-        showPane(text("tbiHotKeys"));
-        QComboBox *box = dropdown("dropdownChangeIP");
-        box->setFocus();
-        QWheelEvent wheel(QPointF(5, 5), box->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(box, &wheel);
-        QCOMPARE(box->currentIndex(), 0);
-        QTest::keyClick(box, Qt::Key_Down);
-        QVERIFY(box->view()->isVisible());
-        QTest::keyClick(box->view(), Qt::Key_Down);
-        QTest::keyClick(box->view(), Qt::Key_Down);
-        QVERIFY(fixture->alerts.isEmpty());
-        QTest::keyClick(box->view(), Qt::Key_Return);
-        QCOMPARE(box->currentText(), text("Cmd + 1"));
-        QTest::keyClicks(box, text("s"));
-        QVERIFY(box->view()->isVisible());
-        QTest::keyClick(box->view(), Qt::Key_Return);
-        QCOMPARE(box->currentText(), text("Shift + F1"));
-        QVERIFY(fixture->alerts.isEmpty());
-    }
-
-    void replacedCombinationStaysAndNoneReleasesTheCurrentOne() {
-        fixture->store("hideIpHotKey", 2);
-        showPane(text("tbiHotKeys"));
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 2"));
-        fixture->click("buttonApply");
-        fixture->services.hotKeys().press(digit1, cmd);
-        fixture->services.hotKeys().press(digit2, cmd);
-        QCOMPARE(fixture->delegate.fired, (QList<quint32>{1, 1}));
-        fixture->choose(dropdown("dropdownHideIP"), text("None"));
-        fixture->click("buttonApply");
-        QCOMPARE(fixture->services.hotKeys().press(digit2, cmd), 0);
-        QCOMPARE(fixture->services.hotKeys().press(digit1, cmd), 1);
-    }
-
-    void refusedCombinationIsToldBesideItsPopUpAndStaysChosen() {
-        fixture->services.hotKeys().takeElsewhere(digit2, cmd);
-        showPane(text("tbiHotKeys"));
-        QCOMPARE(note("noteDiscardIP"), text(""));
-        fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 2"));
-        fixture->click("buttonApply");
-        QCOMPARE(note("noteDiscardIP"), text("Another program uses this combination."));
-        QVERIFY(fixture->find<QLabel>("noteDiscardIP")->isVisible());
-        QCOMPARE(dropdown("dropdownDiscardIP")->accessibleDescription(), note("noteDiscardIP"));
-        QCOMPARE(dropdown("dropdownDiscardIP")->currentText(), text("Cmd + 2"));
-        QCOMPARE(fixture->stored("discardIpHotKey").toLongLong(), 3);
-        QVERIFY(fixture->alerts.isEmpty());
-        fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 3"));
-        fixture->click("buttonApply");
-        QCOMPARE(note("noteDiscardIP"), text(""));
-    }
-
-    void combinationStillHeldByAnotherActionIsToldWithItsName() {
-        fixture->store("hideIpHotKey", 2);
-        showPane(text("tbiHotKeys"));
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 2"));
-        fixture->choose(dropdown("dropdownBringUpWindow"), text("Cmd + 1"));
-        fixture->click("buttonApply");
-        QCOMPARE(note("noteBringUpWindow"), text("Belongs to \"Hide IP\" until Quorvane quits."));
-    }
-
-    void lateRefusalAppearsBesideItsPopUp() {
-        fixture->store("hideIpHotKey", 2);
-        showPane(text("tbiHotKeys"));
-        fixture->services.hotKeys().refuse(fixture->services.hotKeys().held().first().reference,
-                                           platform::HotKeyError::TakenElsewhere);
-        QCOMPARE(note("noteHideIP"), text("Another program uses this combination."));
-    }
-
-    void desktopWithoutHotKeysIsToldInOneSentenceAndAllElseWorks() {
-        const QString sentence =
-            text("This desktop offers no global hot keys: these combinations have no effect.");
-        fixture->services.hotKeys().setAvailable(false);
-        showPane(text("tbiHotKeys"));
-        QCOMPARE(note("hint"), sentence);
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        fixture->click("buttonApply");
-        QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
-        QCOMPARE(note("noteHideIP"), text(""));
-        fixture->services.hotKeys().setAvailable(true);
-        fixture->controller->showWindow();
-        QVERIFY(note("hint") != sentence);
-    }
-
-    void programWithoutTheServiceObjectWorksToo() {
-        fixture->services.platform().hotKeys.reset();
-        showPane(text("tbiHotKeys"));
-        QVERIFY(note("hint").startsWith(text("This desktop offers no global hot keys")));
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        fixture->click("buttonOk");
-        QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
     }
 
     void cookieSitesLoseTheirSchemeAndHaveAListOfTheirOwn() {
