@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 #include <functional>
 
@@ -30,6 +30,8 @@ enum class HotKeyError {
     UnknownKey,
     /// The reference stands for no registration, or no longer.
     UnknownReference,
+    /// The desktop, or the user whom it asked, declined.
+    Declined,
 };
 
 struct HotKeyRegistration {
@@ -62,8 +64,16 @@ public:
     virtual HotKeyError unregisterHotKey(HotKeyReference reference) = 0;
     /// Called once for each press of a registered combination, however long the key is held.
     virtual void installEventHandler(EventHandler handler) = 0;
-    /// Called when the desktop takes back a registration that it had not yet decided on.
+    /// Called when the desktop takes back a registration: one that it had not yet decided on, or one that it
+    /// no longer lets this program have. The reference is not good any more.
     virtual void installRefusalHandler(RefusalHandler handler) = 0;
+
+    /// What the hot keys with this id do, in the user's words, for a desktop that lists them to the user;
+    /// set before they are registered. Nothing where the desktop shows no such list.
+    virtual void setDescription(quint32 id, const QString &text) {
+        Q_UNUSED(id)
+        Q_UNUSED(text)
+    }
 };
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "Platform.h"
 
 #include "LinuxHardwareRegistry.h"
+#include "LinuxHotKeys.h"
 #include "LinuxTrayHosts.h"
 #include "LinuxWorkspace.h"
 #include "NetlinkReachability.h"
@@ -55,6 +56,7 @@ std::unique_ptr<Platform> makeLinuxPlatform() {
     platform->keyStore = std::make_unique<SecretServiceKeyStore>();
     platform->reachability = std::make_unique<NetlinkReachability>();
     platform->hardware = std::make_unique<LinuxHardwareRegistry>();
+    platform->hotKeys = makeHotKeyService(hotKeyDesktop(SessionHints::ofProcess()));
     platform->processes = std::make_unique<ProcProcessTable>();
     platform->trayHosts =
         std::make_unique<LinuxTrayHosts>(QGuiApplication::platformName() == QLatin1String("xcb"));

@@ -66,7 +66,8 @@ struct Platform {
 };
 
 /// Fills a platform with the real services of this Linux desktop.
-/// Needs a QGuiApplication for the workspace's browser opening only.
+/// Needs a QGuiApplication for the workspace's browser opening, and to tell a Wayland session by the window
+/// platform in use.
 [[nodiscard]] std::unique_ptr<Platform> makeLinuxPlatform();
 
 } // namespace platform

@@ -2,6 +2,7 @@
 
 #include "platform/HotKeyService.h"
 
+#include <QHash>
 #include <QList>
 
 #include <algorithm>
@@ -53,6 +54,8 @@ public:
 
     void installRefusalHandler(RefusalHandler handler) override { refused = std::move(handler); }
 
+    void setDescription(quint32 id, const QString &text) override { descriptions.insert(id, text); }
+
     void setAvailable(bool newAvailable) { available = newAvailable; }
 
     /// Another program holds this combination from now on.
@@ -84,6 +87,9 @@ public:
 
     [[nodiscard]] const QList<Held> &held() const { return heldKeys; }
 
+    /// What the user would read about the hot keys with this id.
+    [[nodiscard]] QString description(quint32 id) const { return descriptions.value(id); }
+
     [[nodiscard]] bool hasEventHandler() const { return static_cast<bool>(pressed); }
 
     void clear() { recorded.clear(); }
@@ -112,6 +118,7 @@ private:
     QList<Call> recorded;
     QList<Held> heldKeys;
     QList<Combination> taken;
+    QHash<quint32, QString> descriptions;
     EventHandler pressed;
     RefusalHandler refused;
 };

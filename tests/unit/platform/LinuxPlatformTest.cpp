@@ -1,6 +1,7 @@
 #include "platform/AuthorizationService.h"
 #include "platform/DelayedCalls.h"
 #include "platform/HardwareRegistry.h"
+#include "platform/HotKeyService.h"
 #include "platform/KeyStore.h"
 #include "platform/NetworkReachability.h"
 #include "platform/NotificationCenter.h"
@@ -39,7 +40,7 @@ TEST_F(LinuxPlatformTest, HasEveryService) {
     const auto made = platform::makeLinuxPlatform();
     EXPECT_TRUE(made->bundle && made->preferences && made->userDefaults && made->notifications &&
                 made->delayedCalls && made->logSink && made->log && made->scripting && made->authorization &&
-                made->keyStore && made->reachability && made->hardware && made->processes &&
+                made->keyStore && made->reachability && made->hardware && made->hotKeys && made->processes &&
                 made->trayHosts && made->urls && made->workspace);
     EXPECT_EQ(made->temporaryFolder, QStringLiteral("/tmp"));
     EXPECT_EQ(made->account.home, home.path());

@@ -1,0 +1,38 @@
+#include "HotKeyRegistry.h"
+
+#include "HotKeyKeys.h"
+
+#include <algorithm>
+
+namespace platform {
+
+HotKeyError HotKeyRegistry::verdict(quint32 keyCode, quint32 modifiers) const {
+    constexpr quint32 known = HotKeyService::command | HotKeyService::shift | HotKeyService::control;
+    if (findHotKeyKey(keyCode) == nullptr || (modifiers & ~known) != 0)
+        return HotKeyError::UnknownKey;
+    return find(keyCode, modifiers) ? HotKeyError::AlreadyHeld : HotKeyError::None;
+}
+
+HotKeyReference HotKeyRegistry::add(quint32 keyCode, quint32 modifiers, HotKeyIdentifier identifier) {
+    held.append({++lastReference, keyCode, modifiers, identifier});
+    return lastReference;
+}
+
+std::optional<HotKeyRegistry::Entry> HotKeyRegistry::take(HotKeyReference reference) {
+    const auto found = std::find_if(held.cbegin(), held.cend(),
+                                    [reference](const Entry &entry) { return entry.reference == reference; });
+    if (found == held.cend())
+        return std::nullopt;
+    const Entry entry = *found;
+    held.erase(found);
+    return entry;
+}
+
+std::optional<HotKeyRegistry::Entry> HotKeyRegistry::find(quint32 keyCode, quint32 modifiers) const {
+    const auto found = std::find_if(held.cbegin(), held.cend(), [=](const Entry &entry) {
+        return entry.keyCode == keyCode && entry.modifiers == modifiers;
+    });
+    return found == held.cend() ? std::nullopt : std::optional(*found);
+}
+
+} // namespace platform

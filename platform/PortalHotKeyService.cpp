@@ -1,0 +1,118 @@
+#include "PortalHotKeyService.h"
+
+#include "HotKeyKeys.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace platform {
+
+namespace {
+
+QString idOf(const HotKeyRegistry::Entry &entry) {
+    return QStringLiteral("hotkey-%1-%2-%3").arg(entry.identifier.id).arg(entry.modifiers).arg(entry.keyCode);
+}
+
+QString triggerOf(const HotKeyRegistry::Entry &entry) {
+    QString trigger;
+    if ((entry.modifiers & HotKeyService::control) != 0)
+        trigger += QLatin1String("CTRL+");
+    if ((entry.modifiers & HotKeyService::shift) != 0)
+        trigger += QLatin1String("SHIFT+");
+    if ((entry.modifiers & HotKeyService::command) != 0)
+        trigger += QLatin1String("LOGO+");
+    return trigger + QLatin1String(findHotKeyKey(entry.keyCode)->symbol);
+}
+
+} // namespace
+
+PortalHotKeyService::PortalHotKeyService(const PortalShortcuts::Settings &settings)
+    : shortcuts(settings, {[this](const QString &id) { tellPressed(id); },
+                           [this](const QStringList &ids, HotKeyError error) {
+                               takeBack(ids, error);
+                           }}) {
+    changed.setSingleShot(true);
+    QObject::connect(&changed, &QTimer::timeout, &changed, [this] { tellWanted(); });
+}
+
+bool PortalHotKeyService::isAvailable() const {
+    return shortcuts.isAvailable();
+}
+
+HotKeyRegistration PortalHotKeyService::registerHotKey(quint32 keyCode, quint32 modifiers,
+                                                       HotKeyIdentifier identifier) {
+    const HotKeyError error =
+        isAvailable() ? registry.verdict(keyCode, modifiers) : HotKeyError::NotAvailable;
+    if (error != HotKeyError::None)
+        return {error, 0};
+    changed.start(0);
+    return {HotKeyError::None, registry.add(keyCode, modifiers, identifier)};
+}
+
+HotKeyError PortalHotKeyService::unregisterHotKey(HotKeyReference reference) {
+    if (!registry.take(reference))
+        return HotKeyError::UnknownReference;
+    changed.start(0);
+    return HotKeyError::None;
+}
+
+void PortalHotKeyService::installEventHandler(EventHandler handler) {
+    pressed = std::move(handler);
+}
+
+void PortalHotKeyService::installRefusalHandler(RefusalHandler handler) {
+    refused = std::move(handler);
+}
+
+void PortalHotKeyService::setDescription(quint32 id, const QString &text) {
+    descriptions.insert(id, text);
+}
+
+PortalShortcuts::Shortcut PortalHotKeyService::shortcutOf(const HotKeyRegistry::Entry &entry) const {
+    const QString text = descriptions.value(
+        entry.identifier.id,
+        QCoreApplication::translate("PortalHotKeyService", "Hot key %1").arg(entry.identifier.id));
+    return {idOf(entry), text, triggerOf(entry)};
+}
+
+/// In the order of the ids: what was released and registered again is no change.
+void PortalHotKeyService::tellWanted() {
+    QList<PortalShortcuts::Shortcut> wanted;
+    for (const HotKeyRegistry::Entry &entry : registry.entries())
+        wanted.append(shortcutOf(entry));
+    std::sort(
+        wanted.begin(), wanted.end(),
+        [](const PortalShortcuts::Shortcut &a, const PortalShortcuts::Shortcut &b) { return a.id < b.id; });
+    shortcuts.setWanted(wanted);
+}
+
+void PortalHotKeyService::tellPressed(const QString &id) const {
+    const auto &entries = registry.entries();
+    const auto found = std::find_if(entries.cbegin(), entries.cend(),
+                                    [&id](const HotKeyRegistry::Entry &entry) { return idOf(entry) == id; });
+    if (found == entries.cend())
+        return;
+    const HotKeyIdentifier identifier = found->identifier;
+    // A copy: the handler may install another.
+    const EventHandler handler = pressed;
+    if (handler)
+        handler(identifier);
+}
+
+void PortalHotKeyService::takeBack(const QStringList &ids, HotKeyError error) {
+    QList<HotKeyReference> lost;
+    for (const HotKeyRegistry::Entry &entry : registry.entries()) {
+        if (ids.contains(idOf(entry)))
+            lost.append(entry.reference);
+    }
+    for (const HotKeyReference reference : std::as_const(lost))
+        registry.take(reference);
+    const RefusalHandler handler = refused;
+    if (!handler)
+        return;
+    for (const HotKeyReference reference : std::as_const(lost))
+        handler(reference, error);
+}
+
+} // namespace platform

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "HotKeyRegistry.h"
+#include "PortalShortcuts.h"
+
+#include <QHash>
+#include <QTimer>
+
+namespace platform {
+
+/// Global hot keys over the desktop portal, as under Wayland. The wanted combination is a hint: the user may
+/// give the action other keys in the desktop's own dialog.
+///
+/// A registration is answered at once and taken back later when the portal refuses. Until the portal has
+/// been heard, the service counts as available.
+class PortalHotKeyService final : public HotKeyService {
+public:
+    explicit PortalHotKeyService(const PortalShortcuts::Settings &settings);
+
+    [[nodiscard]] bool isAvailable() const override;
+    [[nodiscard]] HotKeyRegistration registerHotKey(quint32 keyCode, quint32 modifiers,
+                                                    HotKeyIdentifier identifier) override;
+    HotKeyError unregisterHotKey(HotKeyReference reference) override;
+    void installEventHandler(EventHandler handler) override;
+    void installRefusalHandler(RefusalHandler handler) override;
+    void setDescription(quint32 id, const QString &text) override;
+
+private:
+    void tellWanted();
+    void tellPressed(const QString &id) const;
+    void takeBack(const QStringList &ids, HotKeyError error);
+    [[nodiscard]] PortalShortcuts::Shortcut shortcutOf(const HotKeyRegistry::Entry &entry) const;
+
+    HotKeyRegistry registry;
+    QHash<quint32, QString> descriptions;
+    EventHandler pressed;
+    RefusalHandler refused;
+    /// Gathers the changes of one turn of the event loop.
+    QTimer changed;
+    PortalShortcuts shortcuts;
+};
+
+} // namespace platform

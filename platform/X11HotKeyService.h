@@ -1,0 +1,40 @@
+#pragma once
+
+#include "HotKeyRegistry.h"
+
+#include <QByteArray>
+
+#include <memory>
+
+namespace platform {
+
+class X11KeyGrabs;
+
+/// Global hot keys of an X11 desktop. The connection is made when it is first needed; once lost it is not
+/// made again.
+class X11HotKeyService final : public HotKeyService {
+public:
+    /// An empty name means the display of the environment.
+    explicit X11HotKeyService(const QByteArray &displayName = {});
+    ~X11HotKeyService() override;
+    X11HotKeyService(const X11HotKeyService &) = delete;
+    X11HotKeyService &operator=(const X11HotKeyService &) = delete;
+
+    [[nodiscard]] bool isAvailable() const override;
+    [[nodiscard]] HotKeyRegistration registerHotKey(quint32 keyCode, quint32 modifiers,
+                                                    HotKeyIdentifier identifier) override;
+    HotKeyError unregisterHotKey(HotKeyReference reference) override;
+    void installEventHandler(EventHandler handler) override;
+    void installRefusalHandler(RefusalHandler handler) override;
+
+private:
+    struct State;
+
+    [[nodiscard]] X11KeyGrabs &grabs() const;
+
+    const QByteArray display;
+    /// Apart from the service, which may be asked for the first time by a const question.
+    const std::unique_ptr<State> state;
+};
+
+} // namespace platform

@@ -1,0 +1,227 @@
+#include "X11KeyGrabs.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+#include <xcb/xcb.h>
+// The header has a field of that name.
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace platform {
+
+namespace {
+
+constexpr quint32 numLockSymbol = 0xFF7F;
+constexpr quint16 allModifiers = 0xFF;
+
+struct Free {
+    void operator()(void *memory) const { std::free(memory); }
+};
+
+template <typename T>
+using Owned = std::unique_ptr<T, Free>;
+
+template <typename T>
+Owned<T> own(T *memory) {
+    return Owned<T>(memory);
+}
+
+HotKeyError meaningOf(quint8 error) {
+    switch (error) {
+    case XCB_ACCESS:
+        return HotKeyError::TakenElsewhere;
+    case XCB_VALUE:
+        return HotKeyError::UnknownKey;
+    default:
+        return HotKeyError::NotAvailable;
+    }
+}
+
+} // namespace
+
+void X11KeyGrabs::Disconnect::operator()(xcb_connection_t *open) const {
+    xcb_disconnect(open);
+}
+
+X11KeyGrabs::X11KeyGrabs(const QByteArray &display, Handlers toTell) : handlers(std::move(toTell)) {
+    int screen = 0;
+    connection.reset(xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screen));
+    if (xcb_connection_has_error(connection.get()) != 0 || !prepare(screen)) {
+        connection.reset();
+        return;
+    }
+    notifier =
+        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection.get()), QSocketNotifier::Read);
+    QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] { readEvents(); });
+    readSoon.setSingleShot(true);
+    followSoon.setSingleShot(true);
+    QObject::connect(&readSoon, &QTimer::timeout, &readSoon, [this] { readEvents(); });
+    QObject::connect(&followSoon, &QTimer::timeout, &followSoon, [this] { followKeyboard(); });
+    readSoon.start(0);
+}
+
+X11KeyGrabs::~X11KeyGrabs() = default;
+
+bool X11KeyGrabs::prepare(int screen) {
+    auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
+    for (; screen > 0 && roots.rem > 1; --screen)
+        xcb_screen_next(&roots);
+    if (roots.rem == 0)
+        return false;
+    root = roots.data->root;
+    if (!detectRepeats())
+        return false;
+    numLock = findNumLock();
+    return xcb_connection_has_error(connection.get()) == 0;
+}
+
+/// A key that repeats must be told from a key that is pressed again; also asks for news of the keyboard.
+bool X11KeyGrabs::detectRepeats() {
+    xcb_connection_t *const c = connection.get();
+    const auto *const extension = xcb_get_extension_data(c, &xcb_xkb_id);
+    if (extension == nullptr || extension->present == 0)
+        return false;
+    keyboardEvent = extension->first_event;
+    const auto version = xcb_xkb_use_extension(c, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
+    constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+    const auto flags = xcb_xkb_per_client_flags(c, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0);
+    constexpr quint16 news = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr quint16 parts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    xcb_xkb_select_events(c, XCB_XKB_ID_USE_CORE_KBD, news, 0, news, parts, parts, nullptr);
+    const auto known = own(xcb_xkb_use_extension_reply(c, version, nullptr));
+    const auto set = own(xcb_xkb_per_client_flags_reply(c, flags, nullptr));
+    return known && known->supported != 0 && set && (set->value & detectable) != 0;
+}
+
+/// The mask of the modifier that the Num Lock key is, 0 when the keyboard has none.
+quint16 X11KeyGrabs::findNumLock() const {
+    xcb_connection_t *const c = connection.get();
+    const xcb_setup_t *const setup = xcb_get_setup(c);
+    const int keyCount = setup->max_keycode - setup->min_keycode + 1;
+    const auto modifiersAsked = xcb_get_modifier_mapping(c);
+    const auto symbolsAsked = xcb_get_keyboard_mapping(c, setup->min_keycode, static_cast<quint8>(keyCount));
+    const auto modifiers = own(xcb_get_modifier_mapping_reply(c, modifiersAsked, nullptr));
+    const auto symbols = own(xcb_get_keyboard_mapping_reply(c, symbolsAsked, nullptr));
+    if (!modifiers || !symbols)
+        return 0;
+    const xcb_keycode_t *const keys = xcb_get_modifier_mapping_keycodes(modifiers.get());
+    const xcb_keysym_t *const all = xcb_get_keyboard_mapping_keysyms(symbols.get());
+    const int width = symbols->keysyms_per_keycode;
+    for (int i = 0; i < xcb_get_modifier_mapping_keycodes_length(modifiers.get()); ++i) {
+        const int row = keys[i] - setup->min_keycode;
+        if (row < 0 || (row + 1) * width > xcb_get_keyboard_mapping_keysyms_length(symbols.get()))
+            continue;
+        const xcb_keysym_t *const first = all + row * width;
+        if (std::find(first, first + width, numLockSymbol) != first + width)
+            return static_cast<quint16>(1U << static_cast<unsigned>(i / modifiers->keycodes_per_modifier));
+    }
+    return 0;
+}
+
+QList<quint16> X11KeyGrabs::lockStates() const {
+    constexpr quint16 capsLock = XCB_MOD_MASK_LOCK;
+    if (numLock == 0)
+        return {0, capsLock};
+    return {0, capsLock, numLock, static_cast<quint16>(capsLock | numLock)};
+}
+
+HotKeyError X11KeyGrabs::grab(Combination combination) {
+    if (!isOpen())
+        return HotKeyError::NotAvailable;
+    const HotKeyError error = grabAll(combination);
+    if (error == HotKeyError::None)
+        taken.append(combination);
+    readSoon.start(0);
+    return error;
+}
+
+HotKeyError X11KeyGrabs::grabAll(Combination combination) {
+    xcb_connection_t *const c = connection.get();
+    QList<xcb_void_cookie_t> asked;
+    for (const quint16 locks : lockStates())
+        asked.append(xcb_grab_key_checked(c, 0, root, combination.modifiers | locks, combination.key,
+                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    HotKeyError error = HotKeyError::None;
+    for (const xcb_void_cookie_t cookie : std::as_const(asked)) {
+        const auto refusal = own(xcb_request_check(c, cookie));
+        if (refusal && error == HotKeyError::None)
+            error = meaningOf(refusal->error_code);
+    }
+    // Without a connection there is no refusal either.
+    if (xcb_connection_has_error(c) != 0)
+        return HotKeyError::NotAvailable;
+    if (error != HotKeyError::None)
+        ungrabAll(combination);
+    return error;
+}
+
+void X11KeyGrabs::ungrab(Combination combination) {
+    if (!taken.removeOne(combination) || !isOpen())
+        return;
+    ungrabAll(combination);
+    readSoon.start(0);
+}
+
+/// Waits for the server: afterwards others can take the combination.
+void X11KeyGrabs::ungrabAll(Combination combination) {
+    xcb_connection_t *const c = connection.get();
+    for (const quint16 locks : lockStates())
+        xcb_ungrab_key(c, combination.key, root, combination.modifiers | locks);
+    own(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+}
+
+void X11KeyGrabs::readEvents() {
+    // A handler may run an event loop of its own, and this again in it, or lose the connection.
+    while (connection) {
+        const auto event = own(xcb_poll_for_event(connection.get()));
+        if (!event)
+            break;
+        const quint8 type = event->response_type & 0x7FU;
+        const void *const raw = event.get();
+        const auto *const key = static_cast<const xcb_key_press_event_t *>(raw);
+        if (type == keyboardEvent || type == XCB_MAPPING_NOTIFY) {
+            followSoon.start(0);
+        } else if (type == XCB_KEY_RELEASE) {
+            keysDown.remove(key->detail);
+        } else if (type == XCB_KEY_PRESS && !keysDown.contains(key->detail)) {
+            keysDown.insert(key->detail);
+            const auto locks = static_cast<quint16>(XCB_MOD_MASK_LOCK | numLock);
+            handlers.pressed({key->detail, static_cast<quint16>(key->state & allModifiers & ~locks)});
+        }
+    }
+    closeWhenBroken();
+}
+
+/// Num Lock may have become another modifier.
+void X11KeyGrabs::followKeyboard() {
+    if (!isOpen())
+        return;
+    const quint16 present = findNumLock();
+    readSoon.start(0);
+    if (present == numLock || xcb_connection_has_error(connection.get()) != 0)
+        return;
+    const QList<Combination> before = std::exchange(taken, {});
+    for (const Combination combination : before)
+        ungrabAll(combination);
+    numLock = present;
+    QList<Combination> lost;
+    for (const Combination combination : before)
+        (grabAll(combination) == HotKeyError::None ? taken : lost).append(combination);
+    for (const Combination combination : std::as_const(lost))
+        handlers.lost(combination);
+}
+
+void X11KeyGrabs::closeWhenBroken() {
+    if (!connection || xcb_connection_has_error(connection.get()) == 0)
+        return;
+    // Often called by the notifier itself.
+    notifier->setEnabled(false);
+    notifier.release()->deleteLater();
+    readSoon.stop();
+    followSoon.stop();
+    connection.reset();
+}
+
+} // namespace platform

@@ -1,0 +1,265 @@
+#pragma once
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QList>
+#include <QStringList>
+
+#include <optional>
+
+/// A desktop portal of a test's own, with or without global shortcuts. It answers every request with yes
+/// unless told otherwise, and records what it was asked.
+class FakePortal : public QDBusVirtualObject {
+public:
+    enum class Answer {
+        Yes,
+        No,
+        Error,
+        Garbage,
+        /// The request is accepted, and that is all.
+        Never,
+        /// Not even that; see replyLate().
+        Silence,
+    };
+
+    struct Shortcut {
+        QString id;
+        QString description;
+        QString trigger;
+    };
+
+    explicit FakePortal(const QString &address, bool withShortcuts = true)
+        : hasShortcuts(withShortcuts), name(nextName()), bus(QDBusConnection::connectToBus(address, name)) {
+        bus.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath);
+        started = bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    }
+
+    /// Goes off the bus, as a portal that ends.
+    ~FakePortal() override {
+        bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        bus.unregisterObject(QStringLiteral("/"));
+        QDBusConnection::disconnectFromBus(name);
+    }
+
+    FakePortal(const FakePortal &) = delete;
+    FakePortal &operator=(const FakePortal &) = delete;
+
+    [[nodiscard]] QString introspect(const QString & /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection & /*connection*/) override {
+        const QString method = message.member();
+        calls.append(method);
+        if (method == QLatin1String("Register"))
+            applicationId = message.arguments().value(0).toString();
+        else if (method == QLatin1String("Get"))
+            replyVersion(message);
+        else if (method == QLatin1String("CreateSession"))
+            create(message);
+        else if (method == QLatin1String("BindShortcuts"))
+            bind(message);
+        else if (method == QLatin1String("Close"))
+            closeAsked(message);
+        return true;
+    }
+
+    /// The user presses the keys of a shortcut.
+    void activate(const QString &id) const { activateIn(session, id); }
+
+    void activateIn(const QString &path, const QString &id) const {
+        QDBusMessage signal = QDBusMessage::createSignal(
+            QStringLiteral("/org/freedesktop/portal/desktop"),
+            QStringLiteral("org.freedesktop.portal.GlobalShortcuts"), QStringLiteral("Activated"));
+        signal << QVariant::fromValue(QDBusObjectPath(path)) << id << qulonglong{1} << QVariantMap();
+        bus.send(signal);
+    }
+
+    void sendActivated(const QVariantList &arguments) const {
+        QDBusMessage signal = QDBusMessage::createSignal(
+            QStringLiteral("/org/freedesktop/portal/desktop"),
+            QStringLiteral("org.freedesktop.portal.GlobalShortcuts"), QStringLiteral("Activated"));
+        signal.setArguments(arguments);
+        bus.send(signal);
+    }
+
+    /// The desktop takes the session away.
+    void closeSession() {
+        bus.send(QDBusMessage::createSignal(session, QStringLiteral("org.freedesktop.portal.Session"),
+                                            QStringLiteral("Closed")));
+        session.clear();
+    }
+
+    void respond(const QString &path, const QVariantList &arguments) const {
+        QDBusMessage signal = QDBusMessage::createSignal(
+            path, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
+        signal.setArguments(arguments);
+        bus.send(signal);
+    }
+
+    /// Answers the last request to create a session with yes.
+    void answerCreation() const {
+        respond(createRequest, {0U, QVariantMap{{QStringLiteral("session_handle"), session}}});
+    }
+
+    /// Answers the last request to bind: these were bound.
+    void answerBinding(const QStringList &ids) const {
+        respond(bindRequest, {0U, QVariantMap{{QStringLiteral("shortcuts"), boundList(ids)}}});
+    }
+
+    /// The call that met with silence fails after all.
+    void replyLate() const { refuse(unanswered); }
+
+    [[nodiscard]] int count(const char *method) const {
+        return static_cast<int>(calls.count(QString::fromLatin1(method)));
+    }
+
+    [[nodiscard]] QStringList ids() const {
+        QStringList all;
+        for (const Shortcut &shortcut : shortcuts)
+            all.append(shortcut.id);
+        return all;
+    }
+
+    Answer toProbe = Answer::Yes;
+    Answer toCreate = Answer::Yes;
+    Answer toBind = Answer::Yes;
+    Answer toClose = Answer::Yes;
+    /// The results of a garbage answer.
+    QVariantList garbage;
+    /// Only these are bound, when it is set.
+    std::optional<QStringList> onlyThese;
+    bool hasShortcuts;
+    bool started = false;
+
+    QStringList calls;
+    QString applicationId;
+    QString session;
+    QString createRequest;
+    QString bindRequest;
+    QStringList closed;
+    /// Of the last request to bind.
+    QList<Shortcut> shortcuts;
+
+private:
+    static QString nextName() {
+        static int last = 0;
+        return QStringLiteral("fake-portal-%1").arg(++last);
+    }
+
+    static QString pathOf(const QString &kind, const QString &sender, const QString &token) {
+        return QStringLiteral("/org/freedesktop/portal/desktop/") + kind + QLatin1Char('/') +
+               sender.mid(1).replace(QLatin1Char('.'), QLatin1Char('_')) + QLatin1Char('/') + token;
+    }
+
+    /// As the portal sends it; with the shortcut's keys in words.
+    static QVariant boundList(const QStringList &ids);
+
+    void replyVersion(const QDBusMessage &message) const {
+        if (toProbe == Answer::Never)
+            return;
+        if (hasShortcuts)
+            bus.send(message.createReply(QVariant::fromValue(QDBusVariant(1U))));
+        else
+            refuse(message);
+    }
+
+    void refuse(const QDBusMessage &message) const {
+        bus.send(message.createErrorReply(QDBusError::UnknownInterface, QStringLiteral("No such interface")));
+    }
+
+    void create(const QDBusMessage &message) {
+        const QVariantMap options = qdbus_cast<QVariantMap>(message.arguments().value(0));
+        createRequest = pathOf(QStringLiteral("request"), message.service(),
+                               options.value(QStringLiteral("handle_token")).toString());
+        if (!hasShortcuts || toCreate == Answer::Error)
+            return refuse(message);
+        session = pathOf(QStringLiteral("session"), message.service(),
+                         options.value(QStringLiteral("session_handle_token")).toString());
+        answer(message, toCreate, createRequest, QVariantMap{{QStringLiteral("session_handle"), session}});
+    }
+
+    void bind(const QDBusMessage &message) {
+        const QVariantMap options = qdbus_cast<QVariantMap>(message.arguments().value(3));
+        bindRequest = pathOf(QStringLiteral("request"), message.service(),
+                             options.value(QStringLiteral("handle_token")).toString());
+        readShortcuts(message.arguments().value(1));
+        if (toBind == Answer::Error)
+            return refuse(message);
+        answer(message, toBind, bindRequest,
+               {{QStringLiteral("shortcuts"), boundList(onlyThese.value_or(ids()))}});
+    }
+
+    void readShortcuts(const QVariant &list) {
+        shortcuts.clear();
+        const auto argument = list.value<QDBusArgument>();
+        argument.beginArray();
+        while (!argument.atEnd()) {
+            QString id;
+            QVariantMap properties;
+            argument.beginStructure();
+            argument >> id >> properties;
+            argument.endStructure();
+            shortcuts.append({id, properties.value(QStringLiteral("description")).toString(),
+                              properties.value(QStringLiteral("preferred_trigger")).toString()});
+        }
+        argument.endArray();
+    }
+
+    void answer(const QDBusMessage &call, Answer how, const QString &path, const QVariantMap &results) {
+        if (how == Answer::Silence) {
+            unanswered = call;
+            return;
+        }
+        bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(path))));
+        if (how == Answer::Yes)
+            respond(path, {0U, results});
+        else if (how == Answer::No)
+            respond(path, {1U, QVariantMap()});
+        else if (how == Answer::Garbage)
+            respond(path, garbage);
+    }
+
+    void closeAsked(const QDBusMessage &message) {
+        closed.append(message.path());
+        if (toClose == Answer::Yes && message.isReplyRequired())
+            bus.send(message.createReply());
+    }
+
+    const QString name;
+    QDBusConnection bus;
+    QDBusMessage unanswered;
+};
+
+struct BoundShortcut {
+    QString id;
+    QVariantMap properties;
+};
+
+Q_DECLARE_METATYPE(BoundShortcut)
+
+inline QDBusArgument &operator<<(QDBusArgument &argument, const BoundShortcut &shortcut) {
+    argument.beginStructure();
+    argument << shortcut.id << shortcut.properties;
+    argument.endStructure();
+    return argument;
+}
+
+inline const QDBusArgument &operator>>(const QDBusArgument &argument, BoundShortcut &shortcut) {
+    argument.beginStructure();
+    argument >> shortcut.id >> shortcut.properties;
+    argument.endStructure();
+    return argument;
+}
+
+inline QVariant FakePortal::boundList(const QStringList &ids) {
+    qDBusRegisterMetaType<BoundShortcut>();
+    qDBusRegisterMetaType<QList<BoundShortcut>>();
+    QList<BoundShortcut> list;
+    for (const QString &id : ids)
+        list.append({id, {{QStringLiteral("trigger_description"), QStringLiteral("Meta+X")}}});
+    return QVariant::fromValue(list);
+}
