@@ -51,7 +51,19 @@ void PreferencesStore::remove(const QString &key) {
 }
 
 qint64 PreferencesStore::integer(const QString &key) const {
-    const QVariant stored = canonical(value(key));
+    return integerOf(value(key));
+}
+
+bool PreferencesStore::boolean(const QString &key) const {
+    return booleanOf(value(key));
+}
+
+QString PreferencesStore::string(const QString &key) const {
+    return stringOf(value(key));
+}
+
+qint64 PreferencesStore::integerOf(const QVariant &value) {
+    const QVariant stored = canonical(value);
     switch (stored.typeId()) {
     case QMetaType::LongLong:
         return stored.toLongLong();
@@ -66,19 +78,19 @@ qint64 PreferencesStore::integer(const QString &key) const {
     }
 }
 
-bool PreferencesStore::boolean(const QString &key) const {
-    const QVariant stored = canonical(value(key));
+bool PreferencesStore::booleanOf(const QVariant &value) {
+    const QVariant stored = canonical(value);
     if (stored.typeId() == QMetaType::Double)
         return stored.toDouble() != 0.0;
     if (stored.typeId() != QMetaType::QString)
-        return integer(key) != 0;
+        return integerOf(stored) != 0;
     const QString text = stored.toString();
     static const QString yes = QStringLiteral("YyTt123456789");
-    return integer(key) != 0 || (!text.isEmpty() && yes.contains(text[0]));
+    return integerOf(stored) != 0 || (!text.isEmpty() && yes.contains(text[0]));
 }
 
-QString PreferencesStore::string(const QString &key) const {
-    const QVariant stored = canonical(value(key));
+QString PreferencesStore::stringOf(const QVariant &value) {
+    const QVariant stored = canonical(value);
     switch (stored.typeId()) {
     case QMetaType::LongLong:
         return QString::number(stored.toLongLong());

@@ -36,6 +36,11 @@ public:
     /// The text under the key, numbers written out; a null text when absent or of another type.
     [[nodiscard]] QString string(const QString &key) const;
 
+    /// The same readings of a value that is at hand.
+    [[nodiscard]] static qint64 integerOf(const QVariant &value);
+    [[nodiscard]] static bool booleanOf(const QVariant &value);
+    [[nodiscard]] static QString stringOf(const QVariant &value);
+
 protected:
     /// The value as stores keep it: every integer type as qint64, float as double, a null text or null
     /// bytes as empty ones, others as they are.

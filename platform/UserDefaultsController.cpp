@@ -26,6 +26,18 @@ QVariant UserDefaultsController::value(const QString &key) const {
     return edit != pending.constEnd() ? *edit : store.value(key);
 }
 
+qint64 UserDefaultsController::integer(const QString &key) const {
+    return PreferencesStore::integerOf(value(key));
+}
+
+bool UserDefaultsController::boolean(const QString &key) const {
+    return PreferencesStore::booleanOf(value(key));
+}
+
+QString UserDefaultsController::string(const QString &key) const {
+    return PreferencesStore::stringOf(value(key));
+}
+
 void UserDefaultsController::save() {
     const QVariantMap edits = std::exchange(pending, {});
     if (!edits.isEmpty())

@@ -21,6 +21,10 @@ public:
     void setValue(const QString &key, const QVariant &value);
     /// The pending edit under the key if there is one, else the stored value.
     [[nodiscard]] QVariant value(const QString &key) const;
+    /// value(), read as the store reads.
+    [[nodiscard]] qint64 integer(const QString &key) const;
+    [[nodiscard]] bool boolean(const QString &key) const;
+    [[nodiscard]] QString string(const QString &key) const;
 
     [[nodiscard]] bool hasPendingEdits() const { return !pending.isEmpty(); }
 

@@ -59,7 +59,9 @@ void QrvAuthenticationWindowController::loadWindow() {
 
 void QrvAuthenticationWindowController::runModal() {
     ui->passwordTextField->setFocus();
+    running = true;
     exec();
+    running = false;
 }
 
 void QrvAuthenticationWindowController::performClick() {

@@ -26,6 +26,9 @@ public:
     /// Shows the dialog and returns when it has closed.
     void runModal();
 
+    /// Whether such a dialog is open, whoever opened it.
+    [[nodiscard]] static bool isRunning() { return running; }
+
     [[nodiscard]] QLineEdit *userNameTextField() const;
     [[nodiscard]] QLineEdit *passwordTextField() const;
     [[nodiscard]] QPushButton *startButton() const;
@@ -45,4 +48,5 @@ private:
 
     std::unique_ptr<Ui::AuthenticaionView> ui;
     std::mutex saveLock;
+    static inline bool running = false;
 };

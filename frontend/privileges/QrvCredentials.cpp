@@ -5,7 +5,6 @@
 #include "frontend/support/OneTimeSecrets.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
-#include "platform/UserDefaultsController.h"
 
 #include <ctime>
 #include <mutex>
@@ -61,7 +60,7 @@ void QrvCredentials::saveUserName(const QString &user, const QString &password) 
     auto &services = platform::Platform::current();
     services.preferences->setValues(
         {{userKey, stored(encode(user))}, {passwordKey, stored(encode(password))}});
-    services.userDefaults->save();
+    services.preferences->synchronize();
 }
 
 QString QrvCredentials::userName() const {

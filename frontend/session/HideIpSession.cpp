@@ -11,7 +11,6 @@
 #include "platform/DelayedCalls.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
-#include "platform/UserDefaultsController.h"
 
 #include "LocationChoice.h"
 
@@ -185,7 +184,7 @@ void HideIpSession::setDefaultControls() {
     environment.stopAnimation();
     // Not the key that is read at start-up: a reset does not undo the wish to hide at every start.
     services().preferences->setValue(QStringLiteral("quorvane"), false);
-    services().userDefaults->save();
+    services().preferences->synchronize();
 }
 
 void HideIpSession::settingsDidChange() {
@@ -264,7 +263,7 @@ void HideIpSession::qrvAnswer() {
         break;
     }
     display.answerHandled();
-    services().userDefaults->save();
+    services().preferences->synchronize();
 }
 
 void HideIpSession::authPassed() {

@@ -8,21 +8,36 @@
 #include <QFile>
 #include <filesystem>
 
+namespace {
+
+const QString name = QStringLiteral("com.qrvp.LaunchAtLogin.plist");
+const QString runKey = QStringLiteral("RunAtLoad");
+
+QString agentFolder() {
+    return platform::Platform::current().account.home + QStringLiteral("/Library/LaunchAgents/");
+}
+
+} // namespace
+
+bool LaunchAgent::launchesOnStartup() {
+    const auto list = platform::PropertyList::readFile(agentFolder() + name);
+    return list && list->value(runKey).toBool();
+}
+
 void LaunchAgent::launchOnStartup(bool enabled) {
     auto &services = platform::Platform::current();
-    const QString folder = services.account.home + QStringLiteral("/Library/LaunchAgents/");
+    const QString folder = agentFolder();
     std::error_code error;
     std::filesystem::create_directories(folder.toStdString(), error);
     if (error) {
         Diagnostics::log(QStringLiteral("create LaunchAgents failed ") +
                          QString::fromStdString(error.message()));
     }
-    const QString name = QStringLiteral("com.qrvp.LaunchAtLogin.plist");
     const QString agent = folder + name;
     const QString source =
         QFile::exists(agent) ? agent : QString(services.bundle->resourcesPath() + QChar(u'/') + name);
     if (auto list = platform::PropertyList::readFile(source)) {
-        list->insert(QStringLiteral("RunAtLoad"), enabled);
+        list->insert(runKey, enabled);
         platform::PropertyList::writeFile(agent, *list);
     }
     services.workspace->setAutostart(services.bundle->contentsPath() + QStringLiteral("/bin/quorvane"),

@@ -6,5 +6,7 @@ namespace LaunchAgent {
 
 /// Writes both. A failed write is not reported.
 void launchOnStartup(bool enabled);
+/// Whether the agent is there and switched on.
+[[nodiscard]] bool launchesOnStartup();
 
 } // namespace LaunchAgent

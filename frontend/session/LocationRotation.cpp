@@ -6,8 +6,8 @@
 #include "frontend/api/QrvAPI.h"
 #include "frontend/support/Diagnostics.h"
 #include "frontend/support/SessionState.h"
+#include "frontend/ui/DiscardedAddresses.h"
 #include "frontend/ui/QrvLocationPaneController.h"
-#include "frontend/ui/QrvTableDataSource.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
 #include "platform/UserDefaultsController.h"
@@ -19,9 +19,10 @@ const QString intervalKey = QStringLiteral("changeIpInterval");
 const QString requireUsKey = QStringLiteral("requireUS");
 
 void savePreference(const QString &key, const QVariant &value) {
-    auto &services = platform::Platform::current();
-    services.preferences->setValue(key, value);
-    services.userDefaults->save();
+    // As an edit: one of the settings window under the same key may still be pending, and this one is newer.
+    platform::UserDefaultsController &defaults = *platform::Platform::current().userDefaults;
+    defaults.setValue(key, value);
+    defaults.save();
 }
 
 } // namespace
@@ -125,7 +126,7 @@ void LocationRotation::changeIpButtonPressed() {
 void LocationRotation::discardIpButtonPressed() {
     if (last.data) {
         // The address read with the list, even where another one of the group was asked for.
-        parts.discarded.addRow(last.data->ipAdress);
+        parts.discarded.addDiscardedIp(last.data->ipAdress);
         last.data->filteredIpAdressArray.removeAll(last.data->ipAdress);
         if (last.data->filteredIpAdressArray.isEmpty()) {
             parts.window.locationPane().removeItemWithTitle(last.title);

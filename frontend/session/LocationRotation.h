@@ -5,10 +5,10 @@
 
 #include <QObject>
 
+class DiscardedAddresses;
 class HideIpSession;
 class MainWindow;
 class QrvAPI;
-class QrvTableDataSource;
 class SessionDisplay;
 
 /// Which address is asked for next: the pick of a location and its fetch, the discarded addresses, and the
@@ -22,7 +22,7 @@ public:
         MainWindow &window;
         SessionDisplay &display;
         HideIpSession &session;
-        QrvTableDataSource &discarded;
+        DiscardedAddresses &discarded;
         ConfigurationFetch &fetch;
     };
 

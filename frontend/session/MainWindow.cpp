@@ -68,8 +68,6 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
          std::initializer_list<QWidget *>{ui->changeIpButton, ui->discardIpButton, ui->viewSpinWeel}) {
         keepPlaceWhenHidden(widget);
     }
-    // The settings window's door opens when there is something behind it.
-    ui->advancedSettingsButton->setVisible(false);
 }
 
 MainWindow::~MainWindow() = default;
@@ -85,6 +83,7 @@ void MainWindow::connectControls() {
     connect(ui->stepperChangeIpInterval, &QSpinBox::valueChanged, this, &MainWindow::intervalStepped);
     connect(ui->websiteButton, &QPushButton::clicked, this, &MainWindow::websitePressed);
     connect(ui->aboutButton, &QPushButton::clicked, this, &MainWindow::aboutPressed);
+    connect(ui->advancedSettingsButton, &QPushButton::clicked, this, &MainWindow::advancedSettingsPressed);
     connect(ui->segmentTcp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(0); });
     connect(ui->segmentUdp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(1); });
 }

@@ -53,6 +53,7 @@ Q_SIGNALS:
     void nonRepeatSwitched(bool on);
     void websitePressed();
     void aboutPressed();
+    void advancedSettingsPressed();
     void intervalEntered(int minutes);
     void transportChosen(int index);
     void quitRequested();

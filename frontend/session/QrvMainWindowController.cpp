@@ -1,5 +1,6 @@
 #include "QrvMainWindowController.h"
 
+#include "LaunchAgent.h"
 #include "MainWindow.h"
 #include "frontend/privileges/QrvAuthenticationWindowController.h"
 #include "frontend/privileges/QrvCredentials.h"
@@ -10,6 +11,8 @@
 #include "frontend/ui/Alerts.h"
 #include "frontend/ui/Images.h"
 #include "frontend/ui/QrvAboutWindowController.h"
+#include "frontend/ui/QrvSettingsWindowController.h"
+#include "frontend/ui/SettingsWindow.h"
 #include "frontend/ui/TrayPresence.h"
 #include "frontend/ui/WebPages.h"
 #include "platform/DelayedCalls.h"
@@ -30,10 +33,8 @@ namespace {
 
 const QString transportKey = QStringLiteral("tcpUdp");
 const QString changeEveryKey = QStringLiteral("changeIpEvery");
-const QString intervalKey = QStringLiteral("changeIpInterval");
 const QString requireUsKey = QStringLiteral("requireUS");
 const QString nonRepeatKey = QStringLiteral("ipNonRepeat");
-constexpr int defaultInterval = 10;
 
 platform::Platform &services() {
     return platform::Platform::current();
@@ -68,7 +69,8 @@ QrvMainWindowController::QrvMainWindowController(QrvAPI &client)
       hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this), sessionDisplay,
                                                     client, vpn)),
       rotation(std::make_unique<LocationRotation>(
-          LocationRotation::Parts{client, *mainWindow, sessionDisplay, *hideIpSession, discarded, fetch},
+          LocationRotation::Parts{client, *mainWindow, sessionDisplay, *hideIpSession,
+                                  static_cast<DiscardedAddresses &>(*this), fetch},
           [] { return QRandomGenerator::global()->generate(); })),
       aboutWindow(std::make_unique<QrvAboutWindowController>(*mainWindow, client)) {}
 
@@ -101,6 +103,9 @@ void QrvMainWindowController::awakeFromNib() {
     mainWindow->locationPane().connectTo(&api, this);
     SessionState::shared().hidden = services().preferences->boolean(QStringLiteral("hide"));
     sessionDisplay.starting();
+    settingsWindow =
+        std::make_unique<QrvSettingsWindowController>(static_cast<SettingsDelegate &>(*this), api);
+    settingsWindow->awakeFromNib();
     api.cmdAuth(QString()); // sends nothing before the network is known; then it is sent on its own
     startAnimation();
     hideIpSession->settingsDidChange();
@@ -140,6 +145,8 @@ void QrvMainWindowController::connectWindow() {
             &LocationRotation::discardIpButtonPressed);
     connect(mainWindow.get(), &MainWindow::changeEverySwitched, rotation.get(),
             &LocationRotation::changeEveryPressed);
+    connect(mainWindow.get(), &MainWindow::changeEverySwitched, this,
+            [this] { settingsWindow->refreshBoundControls(); });
     connect(mainWindow.get(), &MainWindow::requireUSSwitched, rotation.get(),
             &LocationRotation::requireUSBasedIPButtonPressed);
     connect(mainWindow.get(), &MainWindow::intervalEntered, rotation.get(),
@@ -156,15 +163,13 @@ void QrvMainWindowController::connectWindow() {
             [this] { services().workspace->openUrl(WebPages::root(api.macSerial())); });
     connect(mainWindow.get(), &MainWindow::aboutPressed, this,
             &QrvMainWindowController::aboutMenuItemPressed);
+    connect(mainWindow.get(), &MainWindow::advancedSettingsPressed, this,
+            &QrvMainWindowController::advancedSettingsButtonPressed);
     connect(mainWindow.get(), &MainWindow::quitRequested, this, [] { endApplication(); });
 }
 
 void QrvMainWindowController::loadPreferences() {
     auto &preferences = *services().preferences;
-    if (preferences.integer(intervalKey) == 0) {
-        preferences.setValue(intervalKey, defaultInterval);
-    }
-    discarded.awakeFromNib();
     mainWindow->setTransportIndex(static_cast<int>(preferences.integer(transportKey)));
     mainWindow->setChangesAutomatically(preferences.boolean(changeEveryKey));
     mainWindow->setRequiresUS(preferences.boolean(requireUsKey));
@@ -207,7 +212,13 @@ void QrvMainWindowController::observeNotifications() {
     observe("applicationWillTerminate", [this] { terminateVpn(); });
     observe("showIp", [this] { hideIpSession->showIp(); });
     observe("setDefaultControls", [this] { hideIpSession->setDefaultControls(); });
-    observe("checkCredential", [this] { authWindow(); });
+    observe("checkCredential", [this] {
+        if (settingsWindow->window().isVisible()) {
+            settingsWindow->authWindow(); // in front of the window that the user looks at
+        } else {
+            authWindow();
+        }
+    });
     observe("showSettings", [this] { showSettings(); });
     // Nobody posts this one here: the controller has no such operation, and never had.
     observe("getSystemDns", [] { Q_ASSERT_X(false, "QrvMainWindowController", "getSystemDns"); });
@@ -258,16 +269,14 @@ bool QrvMainWindowController::authWindow() {
     if (QrvCredentials::sharedInstance().credentialsIsValid()) {
         return false;
     }
-    if (authRunning) {
+    if (QrvAuthenticationWindowController::isRunning()) {
         return true; // it is in front of the user already
     }
     if (!authDialog) {
         authDialog = std::make_unique<QrvAuthenticationWindowController>(mainWindow.get());
         authDialog->loadWindow();
     }
-    authRunning = true;
     authDialog->runModal();
-    authRunning = false;
     return true;
 }
 
@@ -320,8 +329,17 @@ void QrvMainWindowController::hotKeyPressed(quint32 identifier) {
     }
 }
 
+void QrvMainWindowController::advancedSettingsButtonPressed() {
+    mainWindow->hide();
+    showSettings();
+}
+
+void QrvMainWindowController::advancedSettingsMenuItemPressed() {
+    advancedSettingsButtonPressed();
+}
+
 void QrvMainWindowController::showSettings() {
-    Diagnostics::log(QStringLiteral("showSettings: this version has no settings window"));
+    settingsWindow->showWindow();
 }
 
 void QrvMainWindowController::showSelfMenuItemPressed() {
@@ -341,7 +359,44 @@ void QrvMainWindowController::qrvFailed(const platform::UrlError & /*error*/) {
 }
 
 QStringList QrvMainWindowController::getDiscardList() const {
-    return discarded.rowsData();
+    return getRowData();
+}
+
+void QrvMainWindowController::addDiscardedIp(const QString &address) {
+    settingsWindow->addDiscardedIp(address);
+}
+
+bool QrvMainWindowController::hasRow(const QString &text) const {
+    return settingsWindow->hasRow(text);
+}
+
+QStringList QrvMainWindowController::getRowData() const {
+    return settingsWindow->getRowData();
+}
+
+void QrvMainWindowController::showMainWindow() {
+    mainWindow->bringForward();
+}
+
+void QrvMainWindowController::settingsDidChange() {
+    mainWindow->setChangesAutomatically(services().preferences->boolean(changeEveryKey));
+    hideIpSession->settingsDidChange();
+}
+
+void QrvMainWindowController::hotKeyFired(quint32 identifier) {
+    // There is none while the program is still launching.
+    if (QrvMainWindowController *launched = sharedMainWindow()) {
+        launched->hotKeyPressed(identifier);
+    }
+}
+
+bool QrvMainWindowController::launchesOnStartup() const {
+    return LaunchAgent::launchesOnStartup();
+}
+
+void QrvMainWindowController::startupLaunchButtonPressed(bool on) {
+    services().userDefaults->save();
+    LaunchAgent::launchOnStartup(on);
 }
 
 void QrvMainWindowController::setRequiredUS(bool required) {

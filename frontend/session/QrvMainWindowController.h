@@ -8,14 +8,16 @@
 #include "frontend/api/ConfigurationFetch.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/tunnel/Vpn.h"
+#include "frontend/ui/DiscardedAddresses.h"
 #include "frontend/ui/QrvLocationPaneController.h"
-#include "frontend/ui/QrvTableDataSource.h"
+#include "frontend/ui/SettingsDelegate.h"
 
 #include <memory>
 
 class MainWindow;
 class QrvAboutWindowController;
 class QrvAuthenticationWindowController;
+class QrvSettingsWindowController;
 class Reachability;
 class TrayPresence;
 
@@ -26,7 +28,9 @@ class TrayPresence;
 class QrvMainWindowController final : public VpnProtocol,
                                       public QrvApiProtocol,
                                       public LocationPaneDelegate,
-                                      private SessionEnvironment {
+                                      private SessionEnvironment,
+                                      private SettingsDelegate,
+                                      private DiscardedAddresses {
     Q_OBJECT
 
 public:
@@ -54,6 +58,9 @@ public:
     /// One global hot key was pressed: 1 hide, 2 change, 3 stop, 4 discard, 5 bring the window up. Others
     /// do nothing.
     void hotKeyPressed(quint32 identifier);
+    /// The main window makes room for the settings window.
+    void advancedSettingsButtonPressed();
+    void advancedSettingsMenuItemPressed();
     void showSettings();
     void checkReachability();
     void checkCredentials();
@@ -63,6 +70,9 @@ public:
     [[nodiscard]] HideIpSession &session() { return *hideIpSession; }
 
     [[nodiscard]] MainWindow &window() { return *mainWindow; }
+
+    /// There is one once the window has awoken.
+    [[nodiscard]] QrvSettingsWindowController &settings() { return *settingsWindow; }
 
     [[nodiscard]] TrayPresence &statusItem() { return *tray; }
 
@@ -101,6 +111,16 @@ private:
     void showWindow() override;
     [[nodiscard]] bool startedHidden() const override;
     void terminateApplication() override;
+    // SettingsDelegate
+    void showMainWindow() override;
+    void settingsDidChange() override;
+    void hotKeyFired(quint32 identifier) override;
+    [[nodiscard]] bool launchesOnStartup() const override;
+    void startupLaunchButtonPressed(bool on) override;
+    // DiscardedAddresses, kept by the settings window
+    void addDiscardedIp(const QString &address) override;
+    [[nodiscard]] bool hasRow(const QString &text) const override;
+    [[nodiscard]] QStringList getRowData() const override;
 
     void connectWindow();
     void connectTray();
@@ -116,11 +136,10 @@ private:
     TrayAnimation animation;
     Vpn vpn;
     ConfigurationFetch fetch;
-    QrvTableDataSource discarded;
     std::unique_ptr<HideIpSession> hideIpSession;
     std::unique_ptr<LocationRotation> rotation;
     std::unique_ptr<QrvAboutWindowController> aboutWindow;
+    std::unique_ptr<QrvSettingsWindowController> settingsWindow;
     std::unique_ptr<QrvAuthenticationWindowController> authDialog;
     std::shared_ptr<Reachability> reach;
-    bool authRunning = false;
 };

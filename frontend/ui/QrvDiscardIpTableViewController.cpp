@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 
 QrvDiscardIpTableViewController::QrvDiscardIpTableViewController(QWidget *parent) : QTableView(parent) {
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -14,6 +15,8 @@ QrvDiscardIpTableViewController::QrvDiscardIpTableViewController(QWidget *parent
     horizontalHeader()->setVisible(false);
     horizontalHeader()->setStretchLastSection(true);
     verticalHeader()->setVisible(false);
+    constexpr int rowPadding = 8;
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowPadding);
     setAccessibleName(tr("Discarded IP addresses"));
 }
 
@@ -63,8 +66,26 @@ void QrvDiscardIpTableViewController::keyPressEvent(QKeyEvent *event) {
     if (event->matches(QKeySequence::Copy)) {
         copySelectedRow();
     } else if (event->key() == Qt::Key_Delete) {
-        deleteSelectedRow();
+        Q_EMIT deletePressed();
     } else {
         QTableView::keyPressEvent(event);
     }
+}
+
+void QrvDiscardIpTableViewController::setEmptyHint(const QString &text) {
+    hint = text;
+    setAccessibleDescription(text);
+    viewport()->update();
+}
+
+void QrvDiscardIpTableViewController::paintEvent(QPaintEvent *event) {
+    QTableView::paintEvent(event);
+    if (dataSource != nullptr && dataSource->rowCount() > 0) {
+        return;
+    }
+    constexpr int margin = 12;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                     static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), hint);
 }

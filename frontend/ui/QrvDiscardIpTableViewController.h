@@ -4,15 +4,17 @@
 
 #include <QTableView>
 
-/// The table in which the user looks after a list of rows. Delete removes the selected row, Ctrl+C copies it.
-/// Main thread.
+/// The table in which the user looks after a list of rows. Ctrl+C copies the selected row; Delete asks to
+/// have it removed. Main thread.
 class QrvDiscardIpTableViewController final : public QTableView {
     Q_OBJECT
+    /// What an empty table says.
+    Q_PROPERTY(QString emptyHint READ emptyHint WRITE setEmptyHint)
 
 public:
     explicit QrvDiscardIpTableViewController(QWidget *parent = nullptr);
 
-    /// Not owned; must outlive the table's use.
+    /// Not owned; must outlive the table's use. Null takes the present one away.
     void setDataSource(QrvTableDataSource *source);
 
     void addRow(const QString &row);
@@ -22,12 +24,22 @@ public:
     [[nodiscard]] bool hasRow(const QString &row) const;
     [[nodiscard]] QStringList getRowData() const;
 
+    [[nodiscard]] QString emptyHint() const { return hint; }
+
+    void setEmptyHint(const QString &text);
+
+Q_SIGNALS:
+    /// The Delete key, with or without a selected row.
+    void deletePressed();
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     [[nodiscard]] int selectedRow() const;
     void copySelectedRow() const;
 
     QrvTableDataSource *dataSource = nullptr;
+    QString hint;
 };

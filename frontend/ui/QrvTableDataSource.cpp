@@ -2,7 +2,6 @@
 
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
-#include "platform/UserDefaultsController.h"
 
 QrvTableDataSource::QrvTableDataSource(const QString &preferenceKey, QObject *parent)
     : QAbstractTableModel(parent), key(preferenceKey) {}
@@ -47,7 +46,7 @@ bool QrvTableDataSource::hasRow(const QString &row) const {
 void QrvTableDataSource::storeListOfIPs() const {
     auto &services = platform::Platform::current();
     services.preferences->setValue(key, rows.isEmpty() ? QStringLiteral("") : rows.join(u'|'));
-    services.userDefaults->save();
+    services.preferences->synchronize();
 }
 
 void QrvTableDataSource::setRowsData(const QStringList &newRows) {

@@ -60,6 +60,15 @@ Line, QFrame[frameShape="4"] { color: #5a5a5a; }
 QLineEdit { padding: 6px 8px; border: 1px solid #6a6a6a; border-radius: 6px; background: #2e2e2e; }
 QLineEdit:focus { border-color: #7fbcec; }
 QLabel#fieldLine1 { font-size: 11pt; font-weight: bold; }
+QLabel[quiet="true"] { color: #b4b4b4; }
+QLabel[warning="true"] { color: #f0b45a; }
+QTableView { border: 1px solid #6a6a6a; border-radius: 6px; background: #2e2e2e; padding: 2px; }
+QTableView:focus { border-color: #7fbcec; }
+SettingsToolbar { background: #363636; border: none; border-bottom: 1px solid #2a2a2a; spacing: 6px; }
+SettingsToolbar QToolButton { border: 1px solid transparent; border-radius: 6px; padding: 4px 10px; color: #f5f5f5; }
+SettingsToolbar QToolButton:hover { background: #444444; }
+SettingsToolbar QToolButton:checked { background: #4c4c4c; border-color: #5e5e5e; }
+SettingsToolbar QToolButton:focus { border-color: #7fbcec; }
 QProgressBar { border: none; border-radius: 3px; background: #2e2e2e; max-height: 6px; }
 QProgressBar::chunk { background: #3a8fd6; border-radius: 3px; }
 )";

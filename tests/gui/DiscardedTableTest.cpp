@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QSignalSpy>
 
 class DiscardedTableTest : public QObject {
     Q_OBJECT
@@ -93,7 +94,8 @@ private Q_SLOTS:
         QVERIFY(source->flags(source->index(0, 0)).testFlag(Qt::ItemIsSelectable));
     }
 
-    void keysDeleteAndCopy() {
+    void keysCopyAndAskForDeletion() {
+        QSignalSpy asked(table.get(), &QrvDiscardIpTableViewController::deletePressed);
         table->addRow(text("1.1.1.1"));
         table->addRow(text("2.2.2.2"));
         table->show();
@@ -101,7 +103,12 @@ private Q_SLOTS:
         QTest::keyClick(table.get(), Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QGuiApplication::clipboard()->text(), text("2.2.2.2"));
         QTest::keyClick(table.get(), Qt::Key_Delete);
+        QCOMPARE(asked.size(), 1);
+        table->deleteSelectedRow();
         QCOMPARE(table->getRowData(), QStringList{text("1.1.1.1")});
+        QCOMPARE(table->currentIndex().row(), 0); // the next Delete needs no new selection
+        table->deleteSelectedRow();
+        QCOMPARE(table->getRowData(), QStringList());
     }
 
     void anotherKeyIsAnotherList() {

@@ -29,6 +29,17 @@ TEST_F(UserDefaultsControllerTest, HeldEditsAreSeenHereOnly) {
     EXPECT_EQ(store.integer(key), 1);
 }
 
+TEST_F(UserDefaultsControllerTest, HeldEditsAreReadAsTheStoreReads) {
+    store.setValue(key, QStringLiteral("7 days"));
+    EXPECT_EQ(controller.integer(key), 7);
+    controller.setAppliesImmediately(false);
+    controller.setValue(key, true);
+    EXPECT_EQ(controller.integer(key), 1);
+    EXPECT_TRUE(controller.boolean(key));
+    EXPECT_EQ(controller.string(key), QStringLiteral("1"));
+    EXPECT_EQ(store.string(key), QStringLiteral("7 days"));
+}
+
 TEST_F(UserDefaultsControllerTest, SaveStoresAllEditsAsOneChangeAndWrites) {
     controller.setAppliesImmediately(false);
     controller.setValue(key, 2);

@@ -41,6 +41,14 @@ TEST_F(LaunchAgentTest, TurningOffWithoutAnAgentStillWritesOne) {
     EXPECT_EQ(agent().value(text("RunAtLoad")), QVariant(false));
 }
 
+TEST_F(LaunchAgentTest, TellsWhatTheAgentSays) {
+    EXPECT_FALSE(LaunchAgent::launchesOnStartup()); // the template alone starts nothing
+    LaunchAgent::launchOnStartup(true);
+    EXPECT_TRUE(LaunchAgent::launchesOnStartup());
+    LaunchAgent::launchOnStartup(false);
+    EXPECT_FALSE(LaunchAgent::launchesOnStartup());
+}
+
 TEST_F(LaunchAgentTest, ExistingAgentKeepsItsOtherKeys) {
     LaunchAgent::launchOnStartup(true);
     QVariantMap edited = agent();

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+#include <optional>
+
+class DefaultsBinding;
+class QButtonGroup;
+
+namespace Ui {
+class SettingsAdvanced;
+}
+
+/// The pane "Advanced": the browser's user agent and the referrer. Everything here is a held edit.
+/// Main thread.
+class AdvancedPane final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The mode in which the chosen user agent is used.
+    static constexpr int modeChosen = 1;
+
+    /// The binding is not owned; it must outlive the pane.
+    explicit AdvancedPane(DefaultsBinding &binding, QWidget *parent = nullptr);
+    ~AdvancedPane() override;
+
+    /// The list of user agents can be used exactly while the known mode is to use it.
+    void reassignControls();
+    [[nodiscard]] bool isUserAgentComboEnabled() const;
+    void matrixModeUserAgentPressed();
+
+    /// Nothing while no mode is selected.
+    [[nodiscard]] std::optional<int> selectedMode() const;
+    /// Empty while none is selected.
+    [[nodiscard]] QString selectedUserAgent() const;
+    [[nodiscard]] bool hidesReferrer() const;
+
+private:
+    std::unique_ptr<Ui::SettingsAdvanced> ui;
+    QButtonGroup *matrixUserAgent;
+};

@@ -1,0 +1,9 @@
+#include "BrowsersPane.h"
+
+#include "ui_SettingsBrowsers.h"
+
+BrowsersPane::BrowsersPane(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::SettingsBrowsers>()) {
+    ui->setupUi(this);
+}
+
+BrowsersPane::~BrowsersPane() = default;

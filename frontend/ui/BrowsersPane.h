@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+namespace Ui {
+class SettingsBrowsers;
+}
+
+/// The pane of browsers. No toolbar item leads to it and nothing reads its boxes. Main thread.
+class BrowsersPane final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit BrowsersPane(QWidget *parent = nullptr);
+    ~BrowsersPane() override;
+
+private:
+    std::unique_ptr<Ui::SettingsBrowsers> ui;
+};

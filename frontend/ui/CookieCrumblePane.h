@@ -1,0 +1,39 @@
+#pragma once
+
+#include "QrvTableDataSource.h"
+
+#include <QWidget>
+#include <memory>
+
+class DefaultsBinding;
+
+namespace Ui {
+class SettingsCookieCrumble;
+}
+
+/// The pane "Cookie Crumble": the list of cookie sites, stored at once, and the cookie header's box, a held
+/// edit. Main thread.
+class CookieCrumblePane final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The binding is not owned; it must outlive the pane.
+    explicit CookieCrumblePane(DefaultsBinding &binding, QWidget *parent = nullptr);
+    ~CookieCrumblePane() override;
+
+    /// Takes the typed site into the table, without its "https://" or "http://". Beeps instead at an empty or
+    /// unusable text.
+    void addCookieSiteIpButtonPressed();
+    void deleteCookieSiteIpButtonPressed();
+    /// Whether a URL can be made of the text.
+    [[nodiscard]] static bool validateUrl(const QString &text);
+    [[nodiscard]] bool hidesCookies() const;
+
+Q_SIGNALS:
+    /// What was typed is no site.
+    void refused();
+
+private:
+    QrvTableDataSource sites;
+    std::unique_ptr<Ui::SettingsCookieCrumble> ui;
+};

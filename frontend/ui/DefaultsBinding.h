@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <vector>
+
+class QAbstractButton;
+class QButtonGroup;
+class QComboBox;
+
+/// Binds controls to preferences: what the user does to a bound control becomes an edit of the shared
+/// user-defaults controller, and refresh() has every control show what that controller knows. Controls are
+/// not owned. Main thread.
+class DefaultsBinding final : public QObject {
+    Q_OBJECT
+
+public:
+    explicit DefaultsBinding(QObject *parent = nullptr);
+
+    /// The box's state as a boolean.
+    void bindBoolean(QAbstractButton &box, const QString &key);
+    /// The box's state as the integer 1 or 0.
+    void bindInteger(QAbstractButton &box, const QString &key);
+    /// The checked button's number. A stored number that no button has leaves every button off.
+    void bindTag(QButtonGroup &group, const QString &key);
+    /// The chosen entry's text. A stored text that is not among the entries becomes one.
+    void bindText(QComboBox &box, const QString &key);
+
+    void refresh();
+
+Q_SIGNALS:
+    /// The user changed a bound control.
+    void edited();
+
+private:
+    void edit(const QString &key, const QVariant &value);
+
+    std::vector<std::function<void()>> readers;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QStringList>
+
+/// The addresses that the user does not want again. Main thread.
+class DiscardedAddresses {
+public:
+    virtual ~DiscardedAddresses() = default;
+    /// A null text and an address that is there already are ignored.
+    virtual void addDiscardedIp(const QString &address) = 0;
+    [[nodiscard]] virtual bool hasRow(const QString &text) const = 0;
+    /// In the order in which they were discarded.
+    [[nodiscard]] virtual QStringList getRowData() const = 0;
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+#include <optional>
+#include <vector>
+
+/// The key combinations that can become global hot keys, and the tags under which the preferences keep the
+/// choice. Any thread.
+namespace HotKeyTable {
+
+/// The tag that means no hot key.
+constexpr qint32 none = -1;
+
+/// Virtual key code (ANSI keyboard, by position) and modifier mask, as platform::HotKeyService takes them.
+struct Combination {
+    quint32 keyCode = 0;
+    quint32 modifiers = 0;
+
+    bool operator==(const Combination &) const = default;
+};
+
+struct Offer {
+    QString label;
+    qint32 tag = none;
+};
+
+/// What the user can choose from, in order; "None" first. The tags have gaps: no family has an F8, and only
+/// Command has the arrow keys.
+[[nodiscard]] const std::vector<Offer> &offers();
+
+/// The combination that the tag stands for; nothing for "None" and for tags outside every family. The gaps
+/// within the families stand for the family's modifier with key code 0.
+[[nodiscard]] std::optional<Combination> combination(qint32 tag);
+
+/// A stored number as a tag. Numbers too large for one stand for nothing.
+[[nodiscard]] qint32 tagOf(qint64 stored);
+
+} // namespace HotKeyTable

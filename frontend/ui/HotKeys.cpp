@@ -1,0 +1,169 @@
+#include "HotKeys.h"
+
+#include "platform/Platform.h"
+#include "platform/UserDefaultsController.h"
+
+#include <algorithm>
+
+using platform::HotKeyError;
+using platform::HotKeyIdentifier;
+using platform::HotKeyReference;
+
+namespace {
+
+/// Null where the desktop has no such service.
+platform::HotKeyService *service() {
+    return platform::Platform::current().hotKeys.get();
+}
+
+constexpr quint32 signatureOf(quint32 id) {
+    constexpr quint32 sig0 = 0x73696730; // the characters s, i, g, 0
+    return sig0 + id;
+}
+
+} // namespace
+
+HotKeys::HotKeys() = default;
+
+HotKeys::~HotKeys() {
+    // The registrations live as long as the process; only nobody listens any more.
+    if (platform::HotKeyService *desktop = service()) {
+        desktop->installEventHandler({});
+        desktop->installRefusalHandler({});
+    }
+}
+
+QString HotKeys::preferenceKey(Action action) {
+    switch (action) {
+    case Action::HideIp:
+        return QStringLiteral("hideIpHotKey");
+    case Action::ChangeIp:
+        return QStringLiteral("changeIpHotKey");
+    case Action::StopHidingIp:
+        return QStringLiteral("stopHideIpHotKey");
+    case Action::DiscardIp:
+        return QStringLiteral("discardIpHotKey");
+    case Action::BringUpWindow:
+        return QStringLiteral("bringUpWindowHotKey");
+    }
+    return {};
+}
+
+HotKeyIdentifier HotKeys::identifier(Action action) {
+    const auto id = static_cast<quint32>(action);
+    return {signatureOf(id), id};
+}
+
+qint32 HotKeys::storedTag(Action action) {
+    return HotKeyTable::tagOf(platform::Platform::current().userDefaults->integer(preferenceKey(action)));
+}
+
+bool HotKeys::isAvailable() {
+    const platform::HotKeyService *desktop = service();
+    return desktop != nullptr && desktop->isAvailable();
+}
+
+void HotKeys::install(PressHandler pressed, ChangeHandler onChange) {
+    changed = std::move(onChange);
+    platform::HotKeyService *desktop = service();
+    if (desktop == nullptr) {
+        return;
+    }
+    desktop->installEventHandler(
+        [pressed = std::move(pressed)](const HotKeyIdentifier &identifier) { pressed(identifier.id); });
+    desktop->installRefusalHandler(
+        [this](HotKeyReference reference, HotKeyError error) { takenBack(reference, error); });
+}
+
+void HotKeys::describe(Action action, const QString &text) {
+    if (platform::HotKeyService *desktop = service()) {
+        desktop->setDescription(identifier(action).id, text);
+    }
+}
+
+void HotKeys::registerStored() {
+    for (const Action action : actions) {
+        registerHotKey(storedTag(action), identifier(action), references[indexOf(action)]);
+    }
+}
+
+void HotKeys::registerHotKey(qint32 tag, HotKeyIdentifier htkID, HotKeyReference &htkEvent) {
+    platform::HotKeyService *desktop = service();
+    if (desktop == nullptr) {
+        return;
+    }
+    setTrouble(htkID.id, {});
+    if (tag == HotKeyTable::none) {
+        if (desktop->unregisterHotKey(htkEvent) == HotKeyError::None) {
+            forget(htkEvent);
+        }
+        return;
+    }
+    const auto combination = HotKeyTable::combination(tag);
+    if (!combination) {
+        return;
+    }
+    const auto answer = desktop->registerHotKey(combination->keyCode, combination->modifiers, htkID);
+    if (answer.error == HotKeyError::None) {
+        htkEvent = answer.reference;
+        heldKeys.push_back({*combination, answer.reference, htkID.id});
+        return;
+    }
+    setTrouble(htkID.id, troubleAfter(answer.error, *combination, htkID.id));
+}
+
+HotKeys::Trouble HotKeys::troubleAfter(HotKeyError error, const HotKeyTable::Combination &combination,
+                                       quint32 id) const {
+    switch (error) {
+    case HotKeyError::TakenElsewhere:
+        return {Trouble::Kind::TakenElsewhere};
+    case HotKeyError::UnknownKey:
+        return {Trouble::Kind::UnknownKey};
+    case HotKeyError::Declined:
+        return {Trouble::Kind::Declined};
+    case HotKeyError::AlreadyHeld: {
+        const auto holder = std::find_if(heldKeys.begin(), heldKeys.end(),
+                                         [&](const Held &held) { return held.combination == combination; });
+        if (holder != heldKeys.end() && holder->id != id && isAction(holder->id)) {
+            return {Trouble::Kind::HeldByAction, static_cast<Action>(holder->id)};
+        }
+        return {}; // its own, from before: it acts
+    }
+    case HotKeyError::None:
+    case HotKeyError::NotAvailable: // told for the whole desktop, not for one combination
+    case HotKeyError::UnknownReference:
+        break;
+    }
+    return {};
+}
+
+bool HotKeys::isAction(quint32 id) {
+    return id >= 1 && id <= actions.size();
+}
+
+void HotKeys::setTrouble(quint32 id, const Trouble &trouble) {
+    if (isAction(id)) {
+        troubles[id - 1] = trouble;
+    }
+}
+
+void HotKeys::forget(HotKeyReference reference) {
+    std::erase_if(heldKeys, [reference](const Held &held) { return held.reference == reference; });
+}
+
+void HotKeys::takenBack(HotKeyReference reference, HotKeyError error) {
+    const auto held = std::find_if(heldKeys.begin(), heldKeys.end(),
+                                   [reference](const Held &entry) { return entry.reference == reference; });
+    if (held == heldKeys.end()) {
+        return;
+    }
+    const Held lost = *held;
+    heldKeys.erase(held);
+    // An older combination of the action says nothing of the one that is chosen now.
+    if (isAction(lost.id) && references[lost.id - 1] == reference) {
+        setTrouble(lost.id, troubleAfter(error, lost.combination, lost.id));
+    }
+    if (changed) {
+        changed();
+    }
+}

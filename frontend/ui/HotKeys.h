@@ -1,0 +1,88 @@
+#pragma once
+
+#include "HotKeyTable.h"
+#include "platform/HotKeyService.h"
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <vector>
+
+/// The five actions' global hot keys: registers the stored choices with the desktop and passes presses on.
+/// Main thread.
+///
+/// A registration lives until the program ends or "None" is registered for its action. Registering another
+/// combination for an action leaves the one before alive, and both act.
+class HotKeys {
+public:
+    enum class Action : quint32 { HideIp = 1, ChangeIp, StopHidingIp, DiscardIp, BringUpWindow };
+
+    /// In the order of registration.
+    static constexpr std::array actions = {Action::HideIp, Action::ChangeIp, Action::StopHidingIp,
+                                           Action::DiscardIp, Action::BringUpWindow};
+
+    /// Why an action's last registration does not act.
+    struct Trouble {
+        enum class Kind { None, TakenElsewhere, HeldByAction, UnknownKey, Declined };
+        Kind kind = Kind::None;
+        /// For HeldByAction: whose combination it still is.
+        Action holder = Action::HideIp;
+
+        bool operator==(const Trouble &) const = default;
+    };
+
+    using PressHandler = std::function<void(quint32 id)>;
+    using ChangeHandler = std::function<void()>;
+
+    HotKeys();
+    ~HotKeys();
+    HotKeys(const HotKeys &) = delete;
+    HotKeys &operator=(const HotKeys &) = delete;
+
+    /// The preference that keeps the action's tag.
+    [[nodiscard]] static QString preferenceKey(Action action);
+    [[nodiscard]] static platform::HotKeyIdentifier identifier(Action action);
+    /// The tag stored for the action.
+    [[nodiscard]] static qint32 storedTag(Action action);
+    /// Whether the desktop has a service for global hot keys.
+    [[nodiscard]] static bool isAvailable();
+
+    /// Has presses told to `pressed`, whatever registered them. `changed` is called when the desktop takes a
+    /// registration back. Once, before the first registration.
+    void install(PressHandler pressed, ChangeHandler changed);
+    /// Tells the desktop what the action's hot keys do, in the user's words. Before they are registered.
+    static void describe(Action action, const QString &text);
+    /// Registers the five stored tags, in the order of the actions.
+    void registerStored();
+    /// Tag -1 gives the reference at the place back to the desktop, without clearing it. Another tag that
+    /// stands for a combination registers it; the place changes only if the desktop accepts.
+    void registerHotKey(qint32 tag, platform::HotKeyIdentifier htkID, platform::HotKeyReference &htkEvent);
+
+    [[nodiscard]] Trouble trouble(Action action) const { return troubles[indexOf(action)]; }
+
+    /// The action's current registration, perhaps none or one that was given back.
+    [[nodiscard]] platform::HotKeyReference reference(Action action) const {
+        return references[indexOf(action)];
+    }
+
+private:
+    struct Held {
+        HotKeyTable::Combination combination;
+        platform::HotKeyReference reference;
+        quint32 id;
+    };
+
+    static constexpr std::size_t indexOf(Action action) { return static_cast<std::size_t>(action) - 1; }
+
+    [[nodiscard]] static bool isAction(quint32 id);
+    [[nodiscard]] Trouble troubleAfter(platform::HotKeyError error,
+                                       const HotKeyTable::Combination &combination, quint32 id) const;
+    void setTrouble(quint32 id, const Trouble &trouble);
+    void forget(platform::HotKeyReference reference);
+    void takenBack(platform::HotKeyReference reference, platform::HotKeyError error);
+
+    std::array<platform::HotKeyReference, actions.size()> references{};
+    std::array<Trouble, actions.size()> troubles{};
+    std::vector<Held> heldKeys;
+    ChangeHandler changed;
+};

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "QrvTableDataSource.h"
+
+#include <QWidget>
+#include <memory>
+
+class DefaultsBinding;
+class QrvDiscardIpTableViewController;
+
+namespace Ui {
+class SettingsIpAddresses;
+}
+
+/// The pane "IP Addresses": the discarded addresses, the automatic change, and how the program starts.
+/// The interval is taken up when the settings are applied; the boxes are held edits. Main thread.
+class IpAddressesPane final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The binding is not owned; it must outlive the pane.
+    explicit IpAddressesPane(DefaultsBinding &binding, QWidget *parent = nullptr);
+    ~IpAddressesPane() override;
+
+    /// The interval as stored, and the controls beside it enabled as the box says.
+    void refresh();
+    void setLaunchesOnStart(bool on);
+    /// The interval field's number, as it is.
+    [[nodiscard]] int interval() const;
+
+    [[nodiscard]] QrvDiscardIpTableViewController &tableDiscardIp() const;
+    void deleteDiscardedIpButtonPressed();
+    void clearDiscardedIpsButtonPressed();
+
+Q_SIGNALS:
+    /// The user switched the launch at login.
+    void launchSwitched(bool on);
+
+private:
+    void changeIpEveryButtonPressed(bool on);
+    void intervalTyped();
+    void intervalStepped(int minutes);
+
+    QrvTableDataSource discarded;
+    std::unique_ptr<Ui::SettingsIpAddresses> ui;
+};

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QString>
+
+/// The preferences that the settings window looks after. Main thread.
+namespace SettingsDefaults {
+
+inline QString changeIpEvery() {
+    return QStringLiteral("changeIpEvery");
+}
+
+inline QString changeIpInterval() {
+    return QStringLiteral("changeIpInterval");
+}
+
+inline QString hide() {
+    return QStringLiteral("hide");
+}
+
+inline QString userAgent() {
+    return QStringLiteral("userAgent");
+}
+
+inline QString modeUserAgent() {
+    return QStringLiteral("modeUserAgent");
+}
+
+inline QString hideMyReferrerHeader() {
+    return QStringLiteral("hideMyReferrerHeader");
+}
+
+inline QString hideMyCookiesHeaders() {
+    return QStringLiteral("hideMyCookiesHeaders");
+}
+
+inline QString cookieSites() {
+    return QStringLiteral("cookieSites");
+}
+
+inline QString vpnConfigPath() {
+    return QStringLiteral("vpnConfigPath");
+}
+
+inline QString vpnUsername() {
+    return QStringLiteral("vpnUsername");
+}
+
+inline QString vpnPassword() {
+    return QStringLiteral("vpnPassword");
+}
+
+/// Stores the default under every key whose integer reads 0 or whose text is absent, and saves. A stored 0
+/// does not survive this. At each start, before anything reads these keys.
+void initialize();
+
+} // namespace SettingsDefaults

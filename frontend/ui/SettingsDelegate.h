@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// What the settings window tells the main window's controller, and asks of it. Main thread.
+class SettingsDelegate {
+public:
+    virtual ~SettingsDelegate() = default;
+    /// Shows the main window in front of the others.
+    virtual void showMainWindow() = 0;
+    /// The settings were applied.
+    virtual void settingsDidChange() = 0;
+    /// A global hot key was pressed.
+    virtual void hotKeyFired(quint32 identifier) = 0;
+    [[nodiscard]] virtual bool launchesOnStartup() const = 0;
+    virtual void startupLaunchButtonPressed(bool on) = 0;
+};

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QActionGroup>
+#include <QStringList>
+#include <QToolBar>
+
+/// The settings window's toolbar: an item for each shown pane, of which one is pressed. The user cannot
+/// rearrange it. Main thread.
+class SettingsToolbar final : public QToolBar {
+    Q_OBJECT
+
+public:
+    static QString tbiIpAddresses() { return QStringLiteral("tbiIpAddresses"); }
+
+    static QString tbiCookieCrumble() { return QStringLiteral("tbiCookieCrumble"); }
+
+    static QString tbiHotKeys() { return QStringLiteral("tbiHotKeys"); }
+
+    static QString tbiAdvanced() { return QStringLiteral("tbiAdvanced"); }
+
+    static QString tbiVpn() { return QStringLiteral("tbiVpn"); }
+
+    explicit SettingsToolbar(QWidget *parent = nullptr);
+
+    /// Every identifier that has an item.
+    [[nodiscard]] static QStringList toolbarAllowedItemIdentifiers();
+    /// Those that the window shows.
+    [[nodiscard]] static QStringList toolbarDefaultItemIdentifiers();
+
+    /// A new item, owned by the toolbar but not yet shown in it; null for an unknown identifier. The action's
+    /// object name is the identifier.
+    [[nodiscard]] QAction *itemForItemIdentifier(const QString &identifier);
+    /// Shows the item of each default identifier.
+    void showDefaultItems();
+    /// Marks the shown item as pressed without pressing it.
+    void select(const QString &identifier);
+
+    /// The item whose pane comes first; null before it was made.
+    [[nodiscard]] QAction *firstToolbarItem() const { return first; }
+
+Q_SIGNALS:
+    void toolbarItemPressed(const QString &identifier);
+
+private:
+    QActionGroup group;
+    QAction *first = nullptr;
+};

@@ -1,0 +1,139 @@
+#include "SettingsWindow.h"
+
+#include "Images.h"
+#include "PaneGeometry.h"
+#include "SettingsToolbar.h"
+#include "ui_Settings.h"
+
+#include <QCloseEvent>
+#include <algorithm>
+
+namespace {
+
+/// The part of the window that takes the keyboard, in the order of its layout.
+QList<QWidget *> keyboardStops(const QWidget &part) {
+    QList<QWidget *> stops;
+    for (QWidget *next = part.nextInFocusChain(); next != nullptr && next != &part;
+         next = next->nextInFocusChain()) {
+        if (part.isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) != 0) {
+            stops.append(next);
+        }
+    }
+    return stops;
+}
+
+} // namespace
+
+SettingsWindow::SettingsWindow(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui::Settings>()) {
+    ui->setupUi(this);
+    setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                   Qt::WindowMinimizeButtonHint);
+    setWindowIcon(Images::icon(QStringLiteral("quorvane")));
+    connect(ui->settingsToolbar, &SettingsToolbar::toolbarItemPressed, this,
+            &SettingsWindow::toolbarItemPressed);
+    connect(ui->buttonOk, &QPushButton::clicked, this, &SettingsWindow::okPressed);
+    connect(ui->buttonCancel, &QPushButton::clicked, this, &SettingsWindow::cancelPressed);
+    connect(ui->buttonApply, &QPushButton::clicked, this, &SettingsWindow::applyPressed);
+    connect(ui->buttonOurWebsite, &QPushButton::clicked, this, &SettingsWindow::websitePressed);
+}
+
+SettingsWindow::~SettingsWindow() = default;
+
+SettingsToolbar &SettingsWindow::toolbar() const {
+    return *ui->settingsToolbar;
+}
+
+void SettingsWindow::addPane(QWidget *pane, const QString &identifier) {
+    pane->setParent(ui->contentView);
+    pane->hide();
+    panes.append(pane);
+    if (!identifier.isEmpty()) {
+        paneOf.insert(identifier, pane);
+    }
+}
+
+void SettingsWindow::finish() {
+    ui->settingsToolbar->showDefaultItems();
+    paneWidth = std::max(ui->settingsToolbar->sizeHint().width(), ui->buttonBand->sizeHint().width());
+    for (const QWidget *pane : std::as_const(panes)) {
+        paneWidth = std::max(paneWidth, pane->sizeHint().width());
+    }
+    resize(paneWidth, height());
+    layout()->activate();
+    orderFocus();
+    const QString first = ui->settingsToolbar->firstToolbarItem()->objectName();
+    toolbarItemPressed(first);
+}
+
+QSize SettingsWindow::sizeOf(QWidget &pane) const {
+    const QLayout *inside = pane.layout();
+    const int height =
+        inside->hasHeightForWidth() ? inside->totalHeightForWidth(paneWidth) : pane.sizeHint().height();
+    return {paneWidth, height};
+}
+
+void SettingsWindow::toolbarItemPressed(const QString &identifier) {
+    QWidget *pane = paneOf.value(identifier, current);
+    if (pane == nullptr) {
+        return;
+    }
+    if (current != nullptr) {
+        current->hide();
+    }
+    current = pane;
+    ui->settingsToolbar->select(paneOf.key(current));
+    layOutBand();
+    pane->resize(sizeOf(*pane));
+    const QRect frame = frameGeometry();
+    const QPoint okCorner = ui->buttonOk->mapTo(ui->contentView, QPoint(0, 0));
+    const PaneGeometry::Placement placement =
+        PaneGeometry::place({QRect(frame.x(), frame.y(), width(), frame.height()), ui->contentView->height(),
+                             QRect(okCorner, ui->buttonOk->size()), pane->size()});
+    // The frame above and below stays, so the upper edge does too.
+    setFixedSize(width(), height() + placement.window.height() - frame.height());
+    layout()->activate();
+    layOutBand();
+    pane->move(placement.pane);
+    pane->show();
+}
+
+void SettingsWindow::layOutBand() {
+    const int bandHeight = ui->buttonBand->sizeHint().height();
+    ui->buttonBand->setGeometry(0, ui->contentView->height() - bandHeight, ui->contentView->width(),
+                                bandHeight);
+    ui->buttonBand->layout()->activate();
+}
+
+void SettingsWindow::orderFocus() {
+    QList<QWidget *> order = keyboardStops(*ui->settingsToolbar);
+    for (const QWidget *pane : std::as_const(panes)) {
+        order += keyboardStops(*pane);
+    }
+    order += keyboardStops(*ui->buttonBand);
+    for (qsizetype i = 1; i < order.size(); ++i) {
+        setTabOrder(order[i - 1], order[i]);
+    }
+}
+
+void SettingsWindow::closeWindow() {
+    hide();
+}
+
+void SettingsWindow::bringForward() {
+    if (isMinimized()) {
+        showNormal();
+    } else {
+        show();
+    }
+    raise();
+    activateWindow();
+}
+
+void SettingsWindow::closeEvent(QCloseEvent *event) {
+    Q_EMIT closeBoxPressed();
+    event->accept();
+}
+
+void SettingsWindow::reject() {
+    Q_EMIT cancelPressed(); // the Escape key
+}
