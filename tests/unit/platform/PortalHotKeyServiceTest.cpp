@@ -23,6 +23,8 @@ constexpr quint32 codeOf1 = 18;
 constexpr quint32 codeOf2 = 19;
 constexpr quint32 codeOfF1 = 122;
 constexpr quint32 codeOfUp = 126;
+/// For answers that do come: long enough for a busy machine.
+constexpr int patience = 1500;
 const QString idOfHide = QStringLiteral("hotkey-1-256-18");
 const QString idOfStop = QStringLiteral("hotkey-3-256-19");
 
@@ -297,10 +299,8 @@ TEST_F(PortalHotKeyServiceTest, PortalThatNeverAnswersTheProbeIsNotAvailable) {
 TEST_F(PortalHotKeyServiceTest, SessionThatNeverComesIsGivenUp) {
     portal->toCreate = Answer::Never;
     service = make(50);
-    QElapsedTimer call;
-    call.start();
     hide = hold(codeOf1, HotKeyService::command, 1);
-    EXPECT_LT(call.elapsed(), 50) << "nobody waits within the call";
+    EXPECT_EQ(portal->count("CreateSession"), 0) << "nobody waits within the call";
     ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::NotAvailable}}));
     EXPECT_FALSE(service->isAvailable());
     const QString late = portal->session;
@@ -312,12 +312,12 @@ TEST_F(PortalHotKeyServiceTest, SessionThatNeverComesIsGivenUp) {
 
 TEST_F(PortalHotKeyServiceTest, UserMayTakeTheTimeOfTheWorld) {
     portal->toBind = Answer::Never;
-    service = make(50);
+    service = make(patience);
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     QElapsedTimer thinking;
     thinking.start();
-    ASSERT_TRUE(spinUntil([&] { return thinking.elapsed() > 200; }));
+    ASSERT_TRUE(spinUntil([&] { return thinking.elapsed() > patience + 200; }));
     EXPECT_TRUE(service->isAvailable());
     EXPECT_TRUE(refused.isEmpty());
     portal->answerBinding({idOfHide});
@@ -448,7 +448,7 @@ TEST_F(PortalHotKeyServiceTest, PortalThatGoesDownOverARequestIsNotAskedAgain) {
 }
 
 TEST_F(PortalHotKeyServiceTest, PortalThatDoesNotCloseDelaysOnly) {
-    service = make(50);
+    service = make(patience);
     portal->toClose = Answer::Never;
     hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
