@@ -196,6 +196,8 @@ void QrvMainWindowController::connectTray() {
             &QrvMainWindowController::copyIpMenuItemPressed);
     connect(tray->refreshMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::refreshLocationsPressed);
+    connect(tray->settingsMenuItem(), &QAction::triggered, this,
+            &QrvMainWindowController::advancedSettingsMenuItemPressed);
     connect(tray->aboutMenuItem(), &QAction::triggered, this, &QrvMainWindowController::aboutMenuItemPressed);
     connect(tray->showSelfMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::showSelfMenuItemPressed);
