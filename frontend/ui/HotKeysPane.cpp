@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QStyledItemDelegate>
 
 namespace {
 
@@ -60,6 +61,7 @@ HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), ui(std::make_unique
     for (const HotKeys::Action action : HotKeys::actions) {
         fillDropdownWithHotKeys(*row(action).dropdown);
         row(action).dropdown->installEventFilter(this);
+        row(action).dropdown->setItemDelegate(new QStyledItemDelegate(this)); // it keeps to the theme
         connect(row(action).dropdown, &QComboBox::activated, this,
                 [this, action] { selectHotKeyDropbownPressed(action); });
     }

@@ -139,10 +139,6 @@ void QrvSettingsWindowController::setAllSettings() {
     reassignControls();
 }
 
-void QrvSettingsWindowController::setVpnSettings() {
-    viewVpn->setVpnSettings();
-}
-
 void QrvSettingsWindowController::reassignControls() {
     viewAdvanced->reassignControls();
 }

@@ -45,7 +45,6 @@ public:
     /// The close box was pressed. Neither saves nor reverts; always true.
     bool windowShouldClose();
     void setAllSettings();
-    void setVpnSettings();
     void reassignControls();
     void buttonOurWebsitePressed();
     /// Runs the administrator dialog unless the stored pair is valid or the dialog is open already. Blocks.

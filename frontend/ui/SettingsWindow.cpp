@@ -29,6 +29,7 @@ SettingsWindow::SettingsWindow(QWidget *parent) : QDialog(parent), ui(std::make_
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                    Qt::WindowMinimizeButtonHint);
     setWindowIcon(Images::icon(QStringLiteral("quorvane")));
+    ui->contentView->installEventFilter(this);
     connect(ui->settingsToolbar, &SettingsToolbar::toolbarItemPressed, this,
             &SettingsWindow::toolbarItemPressed);
     connect(ui->buttonOk, &QPushButton::clicked, this, &SettingsWindow::okPressed);
@@ -102,6 +103,13 @@ void SettingsWindow::layOutBand() {
     ui->buttonBand->setGeometry(0, ui->contentView->height() - bandHeight, ui->contentView->width(),
                                 bandHeight);
     ui->buttonBand->layout()->activate();
+}
+
+bool SettingsWindow::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == ui->contentView && event->type() == QEvent::Resize) {
+        layOutBand(); // a window that was sized while hidden lays its content out only when it is shown
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void SettingsWindow::orderFocus() {

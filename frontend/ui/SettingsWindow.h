@@ -44,6 +44,7 @@ Q_SIGNALS:
     void websitePressed();
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void reject() override;
 

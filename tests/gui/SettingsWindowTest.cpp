@@ -153,6 +153,16 @@ private Q_SLOTS:
         QCOMPARE(window().frameGeometry(), frame);
     }
 
+    void buttonsLieAtTheLowerEdgeFromTheFirstShowing() {
+        const QWidget *content = fixture->find<QWidget>("contentView");
+        const QWidget *band = fixture->find<QWidget>("buttonBand");
+        QCOMPARE(band->geometry().bottom(), content->rect().bottom());
+        QCOMPARE(band->width(), content->width());
+        QVERIFY(!window().currentSettings()->geometry().intersects(
+            QRect(band->mapTo(content, fixture->find<QWidget>("buttonOk")->pos()),
+                  fixture->find<QWidget>("buttonOk")->size())));
+    }
+
     void switchingKeepsTheUpperEdgeAndPlacesThePane() {
         const QWidget *content = fixture->find<QWidget>("contentView");
         const QWidget *ok = fixture->find<QWidget>("buttonOk");
