@@ -1,12 +1,13 @@
 """Global hot keys: real keys pressed while another program's window has the focus."""
 
 import json
+import re
 import signal
 
 import pytest
 from harness import client as ui
-from harness.keyboard import (A, B, CAPS_LOCK, CONTROL, F1, F2, FIVE, NUM_LOCK, ONE, SHIFT, SUPER, UP, Keyboard,
-                              OtherWindow, active_window)
+from harness.keyboard import (A, B, CAPS_LOCK, CONTROL, DOWN, F1, F2, FIVE, HOME, NUM_LOCK, ONE, RETURN, SHIFT, SPACE,
+                              SUPER, UP, Keyboard, OtherWindow, active_window)
 from world import home, network, service
 from world.accounts import ADA
 
@@ -16,6 +17,8 @@ KEYS = {"hideIpHotKey": 2, "changeIpHotKey": 41, "stopHideIpHotKey": 57, "discar
         "bringUpWindowHotKey": 18}
 HIDE, CHANGE, STOP, DISCARD, BRING_UP = (SUPER, ONE), (CONTROL, F1), (SHIFT, F1), (SUPER, UP), (SUPER, A)
 SETTINGS = "Quorvane Settings"
+MAIN = re.escape(ui.MAIN)  # xdotool looks for patterns
+ENTRIES = ["None", *(f"Cmd + {digit}" for digit in range(10))]  # how the pane's lists begin
 LOCK_STATES = {"no lock": ((), 0), "Num Lock": ((NUM_LOCK,), 16), "Caps Lock": ((CAPS_LOCK,), 2),
                "both": ((NUM_LOCK, CAPS_LOCK), 18)}
 
@@ -76,12 +79,11 @@ def test_every_action(world, client, locks):
     desk.press(STOP)
     desk.wait_returned()
 
-    client.display.run("xdotool", "search", "--onlyvisible", "--name", ui.MAIN, "windowminimize", "--sync",
-                       timeout=20)
-    assert not client.display.on_screen(ui.MAIN)
+    client.display.run("xdotool", "search", "--onlyvisible", "--name", MAIN, "windowminimize", timeout=20)
+    world.home.wait_for(lambda: not client.display.on_screen(MAIN), 10, "the minimised window")
     desk.press(BRING_UP)
     world.home.wait_for(lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front")
-    assert client.display.on_screen(ui.MAIN)
+    assert client.display.on_screen(MAIN)
 
     assert len(desk.asked()) == 3
     reached = {key for key, _state in desk.other.presses()}
@@ -122,11 +124,18 @@ def open_hot_keys(client):
     client.wait({"window": SETTINGS, "role": "combo box"}, 10, showing=True)
 
 
-def choose_first(client, entry):
-    """Chooses a combination for the first action of the pane, hide IP, and applies it."""
-    client.ask("choose", key="first", query={"window": SETTINGS, "role": "combo box"}, entry=entry, timeout=10)
-    client.wait({"window": SETTINGS, "role": "combo box"}, 10, name=entry)
-    client.press(ui.button("Apply", SETTINGS))
+def choose_first(desk, entry):
+    """Chooses a combination for the first action of the pane, hide IP, and applies it. By keys: the list scrolls."""
+    pop_up = {"window": SETTINGS, "role": "combo box"}
+    desk.client.display.press_keys(SETTINGS, "alt+h")
+    desk.keyboard.strike(SPACE)
+    desk.client.wait({**pop_up, "role": "list"}, 10, showing=True)
+    desk.keyboard.strike(HOME)
+    for _ in range(ENTRIES.index(entry)):
+        desk.keyboard.strike(DOWN)
+    desk.keyboard.strike(RETURN)
+    desk.client.wait(pop_up, 10, name=entry)
+    desk.client.press(ui.button("Apply", SETTINGS))
 
 
 def test_combination_of_another_program(world, client):
@@ -152,7 +161,7 @@ def test_combination_of_another_program(world, client):
 def test_old_combination_acts_until_the_end(world, client):
     desk = Desk(world, client, **KEYS)
     open_hot_keys(client)
-    choose_first(client, "Cmd + 5")
+    choose_first(desk, "Cmd + 5")
     world.home.wait_for(lambda: client.preferences()["hideIpHotKey"] == 6, 10, "the stored choice")
     for number, keys in enumerate(((SUPER, FIVE), HIDE), start=1):
         desk.press(keys)
@@ -160,9 +169,7 @@ def test_old_combination_acts_until_the_end(world, client):
         desk.press(STOP)
         desk.wait_returned()
 
-    client.display.run("xdotool", "search", "--onlyvisible", "--name", SETTINGS, "windowactivate", "--sync",
-                       timeout=20)
-    choose_first(client, "None")
+    choose_first(desk, "None")
     world.home.wait_for(lambda: client.preferences()["hideIpHotKey"] == -1, 10, "the stored choice")
     desk.press((SUPER, FIVE))
     world.home.wait_for(lambda: FIVE in [key for key, _state in desk.other.presses()], 10,

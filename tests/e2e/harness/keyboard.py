@@ -6,8 +6,9 @@ import time
 
 # X key codes: positions on the keyboard, whatever is written on them.
 SUPER, SHIFT, CONTROL, CAPS_LOCK, NUM_LOCK = 133, 50, 37, 66, 77
-A, B, UP = 38, 56, 111
-ONE, TWO, FIVE = 10, 11, 14
+A, B = 38, 56
+HOME, UP, DOWN, RETURN, SPACE = 110, 111, 116, 36, 65
+ONE, FIVE = 10, 14
 F1, F2 = 67, 68
 
 
