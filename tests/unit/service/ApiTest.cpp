@@ -74,7 +74,7 @@ TEST_F(ApiTest, AConfigurationIsGrantedForTheAddress) {
     EXPECT_EQ(response.body.find('\n'), std::string::npos);
     EXPECT_EQ(response.body.size(),
               11 + text.size() + 5 * std::size_t(std::count(text.begin(), text.end(), '\n')));
-    const auto login = m_credentials.login(user, "text2");
+    const auto login = m_credentials.login(user, "text2", "198.51.100.10");
     EXPECT_EQ(login.refusal, CredentialStore::Refusal::None);
     EXPECT_EQ(login.address.text(), "203.0.113.6");
 }
@@ -99,7 +99,7 @@ TEST_F(ApiTest, AMissingOrEmptyOrOverlongArgumentIsAParsingError) {
         EXPECT_EQ(get(good.substr(0, value) + std::string(300, '1') + good.substr(end)).body, ParsingError)
             << key;
     }
-    EXPECT_EQ(m_credentials.login(user, "text2").refusal, CredentialStore::Refusal::NotGranted);
+    EXPECT_EQ(m_credentials.login(user, "text2", "198.51.100.10").refusal, CredentialStore::Refusal::NotGranted);
 }
 
 TEST_F(ApiTest, MalformedArgumentsAreAParsingError) {
