@@ -78,8 +78,8 @@ const std::vector<HotKeyTable::Offer> &HotKeyTable::offers() {
 
 std::optional<HotKeyTable::Combination> HotKeyTable::combination(qint32 tag) {
     for (const Family &candidates : families) {
-        const qint32 at = tag - candidates.firstTag;
-        if (tag >= candidates.firstTag && at < candidates.count) {
+        const qint64 at = qint64{tag} - candidates.firstTag;
+        if (at >= 0 && at < candidates.count) {
             return Combination{candidates.keys[at], candidates.modifier};
         }
     }
