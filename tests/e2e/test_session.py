@@ -20,7 +20,7 @@ def check_hidden(world, client, address, place):
     assert client.text("Status line") == ui.HIDING + network.REAL_ADDRESS
     assert client.current_address() == address
     assert client.text("Location") == place.title
-    assert client.text("Country flag") == place.country_code.lower()
+    assert client.text("Country flag") == f"Flag: {place.country_code.upper()}"
     assert client.text("State picture") == "IP hidden"
     assert client.button_state()["name"] == "Stop Hiding IP"
     assert client.shows("Location label") and client.shows("Location") and client.shows("Country flag")

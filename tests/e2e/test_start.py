@@ -50,7 +50,7 @@ def test_version_beside_a_running_copy(world, client):
 def test_version_counts_as_first_argument_only(world, client):
     client.remember_administrator(ADA)
     client.start("-hide", "--version")
-    client.wait(ui.HIDE, ui.ANSWER, enabled=True)
+    world.home.wait_for(lambda: world.service.requests_of("MRTSL"), ui.ANSWER, "the list was asked for")
     assert client.running()
     assert len(world.service.requests_of("MRTSL")) == 1
 

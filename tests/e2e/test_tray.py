@@ -102,11 +102,12 @@ def test_activation_and_show_item_bring_up_the_same_window(world, client, tray):
     assert client.display.listed("Quorvane .ver") == [], "hidden, not minimised"
     tray.activate()
     wait_shown(world, client)
-    first = client.display.listed("Quorvane .ver")
+    assert len(client.display.listed("Quorvane .ver")) == 1
     close_window(world, client)
     tray.click("Show Quorvane")
     wait_shown(world, client)
-    assert client.display.listed("Quorvane .ver") == first and len(first) == 1
+    window, = client.display.listed("Quorvane .ver")
+    world.home.wait_for(lambda: client.display.active() == window, 10, "it has the focus")
 
 
 def test_late_host(world, client, tray):
@@ -228,6 +229,21 @@ def test_window_floats_for_two_seconds_and_then_stays_where_it_is(world, client)
     assert display.active() == window and display.listed("Quorvane .ver") == [window]
     states = [line for line in changes() if "window state:" in line]
     assert states and all("Normal" in line for line in states), "it was on the screen all the while"
+
+
+def test_window_that_was_away_meanwhile_does_not_float_later(world, client, tray):
+    tray.appear()
+    client.start()
+    tray.wait_item()
+    wait_shown(world, client)
+    close_window(world, client)
+    # The checks of the start come with the end of the floating, and tell of themselves.
+    world.home.wait_for(lambda: "getSystemDns" in client.output(), 15, "two seconds are over")
+    tray.activate()
+    wait_shown(world, client)
+    window, = client.display.listed("Quorvane .ver")
+    world.home.wait_for(lambda: client.display.active() == window, 10, "the window has the focus")
+    assert "_NET_WM_STATE_ABOVE" not in client.display.property(window, "_NET_WM_STATE")
 
 
 def test_screen_reader_finds_no_unnamed_control(client, tray):

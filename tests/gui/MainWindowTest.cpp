@@ -222,6 +222,7 @@ private Q_SLOTS:
         QVERIFY(floating.isVisible());
         QCOMPARE(floating.winId(), before);
         QVERIFY(!floating.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        QVERIFY(!floating.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     }
 
     void quitKeyAsksToQuit() {
