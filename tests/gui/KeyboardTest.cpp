@@ -76,7 +76,7 @@ private Q_SLOTS:
                               text("popupCountry"), text("checkSameIP"), text("checkboxChangeIpInterval"),
                               text("fieldChangeIpInterval"), text("stepperChangeIpInterval"),
                               text("checkboxRequireUS"), text("IPNonRepeat"), text("segmentTcp"),
-                              text("websiteButton"), text("aboutButton")}));
+                              text("advancedSettingsButton"), text("websiteButton"), text("aboutButton")}));
         QStringList back = round(Qt::Key_Tab, Qt::ShiftModifier);
         back.append(back.takeFirst());
         std::reverse(back.begin(), back.end());
@@ -155,6 +155,7 @@ private Q_SLOTS:
         QTest::newRow("every") << int(Qt::Key_E) << text("checkboxChangeIpInterval");
         QTest::newRow("us") << int(Qt::Key_U) << text("checkboxRequireUS");
         QTest::newRow("repeat") << int(Qt::Key_R) << text("IPNonRepeat");
+        QTest::newRow("settings") << int(Qt::Key_S) << text("advancedSettingsButton");
     }
 
     void mnemonics() {

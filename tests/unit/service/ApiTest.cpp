@@ -99,7 +99,8 @@ TEST_F(ApiTest, AMissingOrEmptyOrOverlongArgumentIsAParsingError) {
         EXPECT_EQ(get(good.substr(0, value) + std::string(300, '1') + good.substr(end)).body, ParsingError)
             << key;
     }
-    EXPECT_EQ(m_credentials.login(user, "text2", "198.51.100.10").refusal, CredentialStore::Refusal::NotGranted);
+    EXPECT_EQ(m_credentials.login(user, "text2", "198.51.100.10").refusal,
+              CredentialStore::Refusal::NotGranted);
 }
 
 TEST_F(ApiTest, MalformedArgumentsAreAParsingError) {
