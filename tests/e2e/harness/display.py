@@ -11,7 +11,7 @@ import time
 
 FAMILY_WILD = 0xFFFF
 NUMBER = "7"
-SIZE = "1280x1024x24"
+SIZE = (1280, 1024)
 
 
 def authority(number, cookie):
@@ -48,10 +48,16 @@ class Display:
 
     def screenshot(self, path):
         """Saves the whole screen as a picture (a path outside of the home)."""
-        done = subprocess.run(self.home.command(["import", "-window", "root", "png:-"], self.user, self.environment),
-                              capture_output=True, check=True, timeout=20)
         path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(done.stdout)
+        path.write_bytes(self._whole("png:-"))
+
+    def pixels(self):
+        """What is on the whole screen, as bytes that are the same for the same picture."""
+        return self._whole("rgb:-")
+
+    def _whole(self, form):
+        return subprocess.run(self.home.command(["import", "-window", "root", form], self.user, self.environment),
+                              capture_output=True, check=True, timeout=20).stdout
 
     def close(self):
         """The caller's screen stays as it is."""
@@ -60,12 +66,12 @@ class Display:
 class PrivateDisplay(Display):
     """Xvfb and openbox, inside the home."""
 
-    def __init__(self, home, user):
+    def __init__(self, home, user, size=SIZE):
         cookie = secrets.token_bytes(16)
         super().__init__(home, user, NUMBER, cookie)
         home.write("/run/xvfb.auth", authority(NUMBER, cookie), mode=0o600)
         # Without -noreset the server starts over whenever its last client leaves, under whoever is just coming.
-        self._server = home.popen("Xvfb", self.name, "-screen", "0", SIZE, "-noreset", "-nolisten", "tcp", "-auth",
+        self._server = home.popen("Xvfb", self.name, "-screen", "0", f"{size[0]}x{size[1]}x24", "-noreset", "-nolisten", "tcp", "-auth",
                                   "/run/xvfb.auth", "-displayfd", "1", stdin=subprocess.DEVNULL,
                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         ready, _, _ = select.select([self._server.stdout], [], [], 20)

@@ -1,0 +1,129 @@
+"""Pictures of every window and state, at the usual size and at twice the size, for ./run --headless."""
+
+import subprocess
+
+from harness import client as ui
+from harness.display import PrivateDisplay
+from harness.tray import EmbeddingTray
+from world.accounts import ADA, JOE
+
+MAIN_TITLE, ABOUT_TITLE, SETTINGS_TITLE = "Quorvane .ver", "About Quorvane", "Settings"
+SCREEN = (1280, 1024)
+MARGIN, FRAME = 24, 28
+DISCARDED = ("203.0.113.60", "203.0.113.43", "203.0.113.12")
+
+
+class Photographer:
+    """Takes pictures of one started client, whose windows are drawn `scale` times as large."""
+
+    def __init__(self, client, out, scale):
+        self.client = client
+        self.out = out
+        self.scale = scale
+        self.taken = []
+
+    def _geometry(self, title):
+        """Left, top, width and height of a window without its frame."""
+        found = self.client.display.run("xdotool", "search", "--onlyvisible", "--name", title, "getwindowgeometry",
+                                        "--shell", timeout=20).stdout
+        values = dict(line.split("=") for line in found.splitlines() if "=" in line)
+        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def _save(self, name, left, top, width, height):
+        path = self.out / f"{name}-{self.scale}x.png"
+        whole = self.out / "whole.png"
+        self.client.display.screenshot(whole)
+        subprocess.run(["convert", str(whole), "-crop", f"{width}x{height}+{max(left, 0)}+{max(top, 0)}", "+repage",
+                        str(path)], check=True, timeout=60)
+        whole.unlink()
+        self.taken.append(path.name)
+
+    def window(self, name, title=MAIN_TITLE, below=0):
+        """A window with its frame, and `below` usual pixels of what is under it."""
+        left, top, width, height = self._geometry(title)
+        margin = MARGIN
+        self._save(name, left - margin, top - margin - FRAME, width + 2 * margin,
+                   height + 2 * margin + FRAME + below * self.scale)
+
+    def corner(self, name, width, height):
+        """The upper right corner of the screen, in usual pixels."""
+        width, height = width * self.scale, height * self.scale
+        self._save(name, SCREEN[0] * self.scale - width, 0, width, height)
+
+    def keys(self, keys, title=MAIN_TITLE):
+        self.client.display.press_keys(title, keys)
+
+    def wait_window(self, title, shown=True):
+        self.client.home.wait_for(lambda: self.client.display.on_screen(title) == shown, 10, f"{title} shows: {shown}")
+
+    def still(self):
+        """Waits until the screen stays as it is, so that nothing is caught half drawn."""
+        seen = []
+
+        def same_twice():
+            seen.append(self.client.display.pixels())
+            return len(seen) > 1 and seen[-1] == seen[-2]
+
+        self.client.home.wait_for(same_twice, 10, "a screen that stays as it is")
+
+
+def take_states(photographer):
+    """Not hidden with the open pop-up, searching, hidden."""
+    client = photographer.client
+    client.wait_ready()
+    photographer.still()
+    photographer.window("not-hidden")
+    client.press(ui.label("Location choice"))
+    photographer.still()
+    photographer.window("locations", below=120)
+    client.display.run("xdotool", "key", "Escape")
+    photographer.still()
+    photographer.keys("Return")
+    client.wait(ui.label("Status line"), 10, name=ui.SEARCHING)
+    photographer.window("searching")
+    client.wait_hidden()
+    photographer.still()
+    photographer.window("hidden")
+
+
+def take_tray_menu(photographer, tray):
+    tray.click(button=3)
+    photographer.client.home.wait_for(tray.menu_open, 10, "the tray's menu is open")
+    photographer.still()
+    photographer.corner("tray-menu", 320, 380)
+    photographer.client.display.run("xdotool", "key", "Escape")
+
+
+def take_other_windows(photographer):
+    photographer.keys("alt+s")
+    photographer.wait_window(SETTINGS_TITLE)
+    photographer.still()
+    photographer.window("discarded", SETTINGS_TITLE)
+    photographer.keys("Escape", SETTINGS_TITLE)
+    photographer.wait_window(MAIN_TITLE)
+    photographer.client.press(ui.button("About Quorvane"))
+    photographer.wait_window(ABOUT_TITLE)
+    photographer.still()
+    photographer.window("about", ABOUT_TITLE)
+    photographer.keys("Escape", ABOUT_TITLE)
+    photographer.wait_window(MAIN_TITLE)
+
+
+def take(world, out, scale):
+    """Starts a client of its own for the pictures and ends it; the names of the files."""
+    display = PrivateDisplay(world.home, JOE.name, size=tuple(side * scale for side in SCREEN))
+    client = ui.Client(world, JOE.name, display=display)
+    tray = EmbeddingTray(client)
+    client.remember_administrator(ADA, location="Germany Berlin", discardedIPs="|".join(DISCARDED))
+    client.start(environment={"QT_SCALE_FACTOR": str(scale)})
+    photographer = Photographer(client, out, scale)
+    take_states(photographer)
+    take_tray_menu(photographer, tray)
+    take_other_windows(photographer)
+    client.signal(15)
+    if client.wait_exit() != 0:
+        raise RuntimeError("the client did not end well after its pictures")
+    client.wait_no_openvpn()
+    tray.close()
+    client.close()
+    return photographer.taken
