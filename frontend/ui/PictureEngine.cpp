@@ -48,7 +48,8 @@ QPixmap PictureEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State 
     const QPixmap scaled = picture.read.size() == wanted
                                ? picture.read
                                : picture.read.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    if (mode == QIcon::Normal) {
+    // A flag keeps its colours in the chosen row of a list.
+    if (mode != QIcon::Disabled) {
         return scaled;
     }
     QStyleOption option;

@@ -66,11 +66,13 @@ private Q_SLOTS:
         QCOMPARE(canvas.pixelColor(7, 7), QColor(Qt::white));
     }
 
-    void aDisabledIconLooksDifferent() {
+    void aDisabledIconLooksDifferentAndASelectedOneDoesNot() {
         PictureEngine engine({save("plain", 8, 8, Qt::red)});
         const QImage enabled = engine.pixmap(QSize(8, 8), QIcon::Normal, QIcon::Off).toImage();
         const QImage disabled = engine.pixmap(QSize(8, 8), QIcon::Disabled, QIcon::Off).toImage();
+        const QImage selected = engine.pixmap(QSize(8, 8), QIcon::Selected, QIcon::Off).toImage();
         QVERIFY(enabled.pixelColor(4, 4) != disabled.pixelColor(4, 4));
+        QCOMPARE(selected.pixelColor(4, 4), QColor(Qt::red));
     }
 
     void filesThatAreNoPicturesAreLeftOut() {
