@@ -232,7 +232,8 @@ void MainWindow::dropFloatingLevel() {
     // Through the window handle: the widget's own setter would make the window anew and lose the focus.
     if (QWindow *handle = windowHandle()) {
         handle->setFlag(Qt::WindowStaysOnTopHint, false);
-        overrideWindowFlags(windowFlags() & ~Qt::WindowStaysOnTopHint); // so that no later window floats again
+        overrideWindowFlags(windowFlags() &
+                            ~Qt::WindowStaysOnTopHint); // so that no later window floats again
     } else {
         setWindowFlag(Qt::WindowStaysOnTopHint, false);
     }
