@@ -52,7 +52,8 @@ void QrvAboutWindowController::urlButtonPressed() {
 
 void QrvAboutWindowController::hideEvent(QHideEvent *event) {
     QDialog::hideEvent(event);
-    if (showMain) {
+    // A window that the desktop merely put away is not closed.
+    if (showMain && !event->spontaneous()) {
         showMain = false;
         mainWindow.show();
         mainWindow.raise();
