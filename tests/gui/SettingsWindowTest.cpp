@@ -195,6 +195,26 @@ private Q_SLOTS:
         QVERIFY(heights.size() >= 3); // tall and short panes have been met
     }
 
+    void paneThatGrowsKeepsTheUpperEdgeItsPlaceAndTheFocus() {
+        window().toolbarItemPressed(text("tbiHotKeys"));
+        window().move(60, 40);
+        auto *dropdown = fixture->find<QComboBox>("dropdownDiscardIP");
+        dropdown->setFocus();
+        const QWidget *content = fixture->find<QWidget>("contentView");
+        const QWidget *shown = window().currentSettings();
+        const QRect before = window().frameGeometry();
+        const int below = content->height() - shown->geometry().bottom();
+        auto *note = fixture->find<QLabel>("noteHideIP");
+        note->setText(text("one long note ").repeated(20));
+        QTRY_VERIFY(window().frameGeometry().height() > before.height());
+        QVERIFY(note->height() >= note->heightForWidth(note->width()));
+        QCOMPARE(window().frameGeometry().topLeft(), before.topLeft());
+        QCOMPARE(content->height() - shown->geometry().bottom(), below);
+        QCOMPARE(window().focusWidget(), dropdown);
+        note->clear();
+        QTRY_COMPARE(window().frameGeometry(), before);
+    }
+
     void nothingIsCutOffInAnyPane() {
         const QStringList all = SettingsToolbar::toolbarAllowedItemIdentifiers();
         for (const QString &identifier : all) {
