@@ -7,6 +7,8 @@
 #include "platform/Workspace.h"
 #include "ui_About.h"
 
+#include <QHideEvent>
+
 namespace {
 
 constexpr QSize pictureSize(96, 96);
