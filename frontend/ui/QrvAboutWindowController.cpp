@@ -7,6 +7,8 @@
 #include "platform/Workspace.h"
 #include "ui_About.h"
 
+#include <QHideEvent>
+
 namespace {
 
 constexpr QSize pictureSize(96, 96);
@@ -52,7 +54,8 @@ void QrvAboutWindowController::urlButtonPressed() {
 
 void QrvAboutWindowController::hideEvent(QHideEvent *event) {
     QDialog::hideEvent(event);
-    if (showMain) {
+    // A window that the desktop merely put away is not closed.
+    if (showMain && !event->spontaneous()) {
         showMain = false;
         mainWindow.show();
         mainWindow.raise();

@@ -50,6 +50,15 @@ public:
     /// Runs the administrator dialog unless the stored pair is valid or the dialog is open already. Blocks.
     void authWindow();
 
+    // No effect by design: browsers keep their own settings, and a hot key is chosen in its pop-up.
+    static void setBrowsers() {}
+
+    static void setUserAgent() {}
+
+    static void setReferrer() {}
+
+    static void selectHotKeyMenuItemPressed() {}
+
     // DiscardedAddresses
     void addDiscardedIp(const QString &address) override;
     [[nodiscard]] bool hasRow(const QString &text) const override;

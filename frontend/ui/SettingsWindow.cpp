@@ -47,6 +47,7 @@ SettingsToolbar &SettingsWindow::toolbar() const {
 void SettingsWindow::addPane(QWidget *pane, const QString &identifier) {
     pane->setParent(ui->contentView);
     pane->hide();
+    pane->installEventFilter(this);
     panes.append(pane);
     if (!identifier.isEmpty()) {
         paneOf.insert(identifier, pane);
@@ -83,19 +84,23 @@ void SettingsWindow::toolbarItemPressed(const QString &identifier) {
     }
     current = pane;
     ui->settingsToolbar->select(paneOf.key(current));
+    fitCurrent();
+    pane->show();
+}
+
+void SettingsWindow::fitCurrent() {
     layOutBand();
-    pane->resize(sizeOf(*pane));
+    current->resize(sizeOf(*current));
     const QRect frame = frameGeometry();
     const QPoint okCorner = ui->buttonOk->mapTo(ui->contentView, QPoint(0, 0));
     const PaneGeometry::Placement placement =
         PaneGeometry::place({QRect(frame.x(), frame.y(), width(), frame.height()), ui->contentView->height(),
-                             QRect(okCorner, ui->buttonOk->size()), pane->size()});
+                             QRect(okCorner, ui->buttonOk->size()), current->size()});
     // The frame above and below stays, so the upper edge does too.
     setFixedSize(width(), height() + placement.window.height() - frame.height());
     layout()->activate();
     layOutBand();
-    pane->move(placement.pane);
-    pane->show();
+    current->move(placement.pane);
 }
 
 void SettingsWindow::layOutBand() {
@@ -108,6 +113,9 @@ void SettingsWindow::layOutBand() {
 bool SettingsWindow::eventFilter(QObject *watched, QEvent *event) {
     if (watched == ui->contentView && event->type() == QEvent::Resize) {
         layOutBand(); // a window that was sized while hidden lays its content out only when it is shown
+    }
+    if (watched == current && event->type() == QEvent::LayoutRequest && sizeOf(*current) != current->size()) {
+        fitCurrent(); // a longer or shorter text has come into the pane
     }
     return QDialog::eventFilter(watched, event);
 }

@@ -49,6 +49,8 @@ protected:
     void reject() override;
 
 private:
+    /// Gives the current pane the size that it wants now, and the window the height for it.
+    void fitCurrent();
     void layOutBand();
     void orderFocus();
     [[nodiscard]] QSize sizeOf(QWidget &pane) const;

@@ -54,8 +54,10 @@ private Q_SLOTS:
         table->selectRow(1);
         table->deleteSelectedRow();
         QCOMPARE(stored(), QVariant(text("a|c")));
+        QCOMPARE(fixture->services.preferences().synchronizations(), 4);
         table->clearAll();
         QCOMPARE(stored(), QVariant(text("")));
+        QCOMPARE(fixture->services.preferences().synchronizations(), 5);
         QVERIFY(!stored().toString().isNull());
     }
 
@@ -70,6 +72,18 @@ private Q_SLOTS:
         QVERIFY(!table->hasRow(text("A")));
     }
 
+    void emptyTextIsARowLikeAnother() {
+        table->addRow(text(""));
+        QCOMPARE(table->getRowData(), QStringList{text("")});
+        table->addRow(text("a"));
+        QCOMPARE(stored(), QVariant(text("|a")));
+    }
+
+    void clearingAnEmptyListStoresIt() {
+        table->clearAll();
+        QCOMPARE(stored(), QVariant(text("")));
+    }
+
     void deletingWithoutASelectionOrOutsideTheListChangesNothing() {
         table->addRow(text("a"));
         table->clearSelection();
@@ -77,6 +91,8 @@ private Q_SLOTS:
         source->deleteRow(-1);
         source->deleteRow(1);
         QCOMPARE(table->getRowData(), QStringList{text("a")});
+        QCOMPARE(stored(), QVariant(text("a")));
+        QCOMPARE(fixture->services.preferences().synchronizations(), 1);
     }
 
     void storedRowsComeBackInOrder() {

@@ -4,10 +4,12 @@
 #include "frontend/ui/WebPages.h"
 #include "tests/gui/GuiTest.h"
 
+#include <QHideEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QtTest/qtestspontaneevent.h>
 
 class LinksTest : public QObject {
     Q_OBJECT
@@ -87,6 +89,20 @@ private Q_SLOTS:
         QTest::keyClick(&about, Qt::Key_Escape);
         QVERIFY(!about.isVisible());
         QVERIFY(!main.isVisible());
+    }
+
+    void aboutPutAwayByTheDesktopIsNotClosed() {
+        QrvAPI api;
+        QWidget main;
+        QrvAboutWindowController about(main, api);
+        main.show();
+        about.showWindow();
+        QHideEvent minimised;
+        QSpontaneKeyEvent::setSpontaneous(&minimised);
+        qApp->notify(&about, &minimised);
+        QVERIFY(!main.isVisible());
+        about.close();
+        QVERIFY(main.isVisible());
     }
 
     void aboutOpensTheSite() {

@@ -2,7 +2,7 @@
 #include "frontend/ui/QrvAboutWindowController.h"
 #include "frontend/ui/Theme.h"
 
-#include "tests/gui/GuiTest.h"
+#include "tests/gui/SettingsTest.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -54,7 +54,7 @@ class ScalingTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<SettingsFixture> fixture;
 
     static void check(const QWidget &window) {
         QCoreApplication::processEvents();
@@ -65,11 +65,13 @@ private:
 private Q_SLOTS:
 
     void initTestCase() {
-        fixture = std::make_unique<GuiFixture>();
+        const GuiFixture services;
         Theme::apply(*qApp);
     }
 
-    void cleanupTestCase() { fixture.reset(); }
+    void init() { fixture = std::make_unique<SettingsFixture>(); }
+
+    void cleanup() { fixture.reset(); }
 
     void screenHasTheDensityAskedFor() {
         QWidget window;
@@ -100,6 +102,52 @@ private Q_SLOTS:
         display.hidden(text("255.255.255.255\n"), text("255.255.255.254"), text("de"),
                        text("Bosnia and Herzegovina Sarajevo"));
         check(window);
+    }
+
+    void settingsHaveRoomForEveryTextInEveryPane() {
+        SettingsFixture &settings = *fixture;
+        settings.startAndShow();
+        const QStringList all = SettingsToolbar::toolbarAllowedItemIdentifiers();
+        for (const QString &identifier : all) {
+            settings.window().toolbarItemPressed(identifier);
+            check(settings.window());
+        }
+    }
+
+    void hotKeysPaneHasRoomForEveryTrouble() {
+        SettingsFixture &settings = *fixture;
+        settings.store("bringUpWindowHotKey", 35);
+        settings.store("hideIpHotKey", 31);
+        settings.store("changeIpHotKey", 32);
+        settings.store("stopHideIpHotKey", 33);
+        settings.store("discardIpHotKey", 34);
+        for (const quint32 key : {29U, 18U, 19U, 20U, 21U}) {
+            settings.services.hotKeys().takeElsewhere(key, platform::HotKeyService::control);
+        }
+        settings.startAndShow();
+        settings.window().toolbarItemPressed(text("tbiHotKeys"));
+        QVERIFY(!settings.find<QLabel>("noteHideIP")->text().isEmpty());
+        check(settings.window());
+    }
+
+    void hotKeysPaneHasRoomForTroublesThatComeWhileItIsShown() {
+        SettingsFixture &settings = *fixture;
+        settings.startAndShow();
+        settings.window().toolbarItemPressed(text("tbiHotKeys"));
+        const auto apply = [&settings](const char *dropdown, const char *combination) {
+            settings.choose(settings.find<QComboBox>(dropdown), text(combination));
+            settings.click("buttonApply");
+        };
+        for (const char *combination : {"Ctrl + 0", "Ctrl + 1", "Ctrl + 2", "Ctrl + 3", "Ctrl + 4"}) {
+            apply("dropdownBringUpWindow", combination); // and it keeps the ones before
+        }
+        apply("dropdownHideIP", "Ctrl + 0");
+        apply("dropdownChangeIP", "Ctrl + 1");
+        apply("dropdownStopHidingIP", "Ctrl + 2");
+        apply("dropdownDiscardIP", "Ctrl + 3");
+        QCOMPARE(settings.find<QLabel>("noteDiscardIP")->text(),
+                 text("Belongs to \"Bring up window\" until Quorvane quits."));
+        check(settings.window());
     }
 
     void aboutWindowHasRoomForEveryText() {

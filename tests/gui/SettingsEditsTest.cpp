@@ -316,10 +316,24 @@ private Q_SLOTS:
     void websiteIsOpenedWithTheDevice() {
         fixture->services.hardware().serial = text("SER");
         fixture->click("buttonOurWebsite");
-        const QString url = fixture->services.workspace().openedUrls.value(0);
-        QVERIFY(url.startsWith(
-            text("https://www.quorvane.test/?utm_source=905-quorvane-mac&utm_medium=in-app&uid=")));
+        QCOMPARE(fixture->services.workspace().openedUrls,
+                 QStringList{text("https://www.quorvane.test/?utm_source=905-quorvane-mac&utm_medium=in-app"
+                                  "&uid=SER-1.0.0")});
         QVERIFY(fixture->window().isVisible());
+    }
+
+    void operationsWithoutEffectHaveNone() {
+        fixture->click("checkboxHide"); // pending, and stays so
+        const QVariantMap before = fixture->services.preferences().all();
+        const auto calls = fixture->services.hotKeys().calls();
+        QrvSettingsWindowController::setBrowsers();
+        QrvSettingsWindowController::setUserAgent();
+        QrvSettingsWindowController::setReferrer();
+        QrvSettingsWindowController::selectHotKeyMenuItemPressed();
+        QCOMPARE(fixture->services.preferences().all(), before);
+        QVERIFY(defaults().hasPendingEdits());
+        QCOMPARE(fixture->services.hotKeys().calls(), calls);
+        QVERIFY(fixture->delegate.calls.isEmpty());
     }
 
     void awakeningAgainIsHarmless() {

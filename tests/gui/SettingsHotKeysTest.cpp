@@ -4,12 +4,16 @@
 
 #include <QLabel>
 #include <QWheelEvent>
+#include <array>
 
 namespace {
 
 constexpr quint32 cmd = 256;
 constexpr quint32 digit1 = 18;
 constexpr quint32 digit2 = 19;
+
+constexpr std::array dropdowns = {"dropdownHideIP", "dropdownChangeIP", "dropdownStopHidingIP",
+                                  "dropdownDiscardIP", "dropdownBringUpWindow"};
 
 } // namespace
 
@@ -37,8 +41,7 @@ private Q_SLOTS:
 
     void everyPopUpOffersTheWholeList() {
         fixture->start();
-        for (const char *name : {"dropdownHideIP", "dropdownChangeIP", "dropdownStopHidingIP",
-                                 "dropdownDiscardIP", "dropdownBringUpWindow"}) {
+        for (const char *name : dropdowns) {
             const auto &offers = HotKeyTable::offers();
             QCOMPARE(dropdown(name)->count(), static_cast<int>(offers.size()));
             for (int i = 0; i < dropdown(name)->count(); ++i) {
@@ -88,6 +91,60 @@ private Q_SLOTS:
         fixture->click("buttonOk");
         QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
         QCOMPARE(fixture->stored("changeIpHotKey").toLongLong(), 33);
+    }
+
+    void everyPopUpMindsEveryOther_data() {
+        QTest::addColumn<QString>("sender");
+        QTest::addColumn<QString>("other");
+        for (const char *sender : dropdowns) {
+            for (const char *other : dropdowns) {
+                if (sender != other) {
+                    QTest::addRow("%s against %s", sender, other) << text(sender) << text(other);
+                }
+            }
+        }
+    }
+
+    void everyPopUpMindsEveryOther() {
+        QFETCH(QString, sender);
+        QFETCH(QString, other);
+        fixture->store("hideIpHotKey", 31);
+        fixture->store("changeIpHotKey", 32);
+        fixture->store("stopHideIpHotKey", 33);
+        fixture->store("discardIpHotKey", 34);
+        fixture->store("bringUpWindowHotKey", 35);
+        showPane();
+        auto *box = fixture->window().findChild<QComboBox *>(sender);
+        auto *holder = fixture->window().findChild<QComboBox *>(other);
+        const QString before = box->currentText();
+        const QString held = holder->currentText();
+        QVERIFY(before != held);
+        fixture->choose(box, held);
+        QCOMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(box->currentText(), before); // each its own
+        QCOMPARE(holder->currentText(), held);
+    }
+
+    void applyRegistersAllFiveInOrderFromWhatWasJustStored() {
+        fixture->store("changeIpHotKey", 33);
+        showPane();
+        fixture->services.hotKeys().clear();
+        fixture->choose(dropdown("dropdownBringUpWindow"), text("Cmd + 1"));
+        QVERIFY(fixture->services.hotKeys().calls().isEmpty());
+        fixture->click("buttonApply");
+        const auto calls = fixture->services.hotKeys().calls();
+        QCOMPARE(calls.size(), 5);
+        using Kind = fakes::FakeHotKeyService::Call::Kind;
+        QList<Kind> kinds;
+        for (const auto &call : calls) {
+            kinds.append(call.kind);
+        }
+        QCOMPARE(kinds, (QList<Kind>{Kind::Unregister, Kind::Register, Kind::Unregister, Kind::Unregister,
+                                     Kind::Register}));
+        QCOMPARE(calls[1].identifier.id, 2U);
+        QCOMPARE(calls[4].identifier.id, 5U);
+        QCOMPARE(calls[4].keyCode, digit1);
+        QCOMPARE(calls[4].modifiers, cmd);
     }
 
     void conflictIsWithWhatIsShownNotWithWhatIsStored() {

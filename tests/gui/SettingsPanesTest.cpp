@@ -153,8 +153,10 @@ private Q_SLOTS:
         addSite("http://example.org");
         addSite("example.net/x");
         addSite("https://http://twice.example");
+        addSite("hthttps://tp://inner.example"); // the one is taken out before the other is looked for
+        addSite("https://example.org");          // listed already
         QCOMPARE(fixture->stored("cookieSites"),
-                 QVariant(text("www.example.com/a|example.org|example.net/x|twice.example")));
+                 QVariant(text("www.example.com/a|example.org|example.net/x|twice.example|inner.example")));
         QCOMPARE(fixture->stored("discardedIPs"), QVariant(text("1.1.1.1")));
         QCOMPARE(fixture->find<QLineEdit>("cookieSiteIP")->text(), text(""));
         QCOMPARE(updates, 0);
@@ -201,6 +203,13 @@ private Q_SLOTS:
         QCOMPARE(fixture->find<QLineEdit>("usernameTextField")->text(), text("ada"));
         QCOMPARE(fixture->find<QLineEdit>("passwordTextField")->text(), text("pw"));
         QCOMPARE(fixture->find<QLineEdit>("passwordTextField")->echoMode(), QLineEdit::Password);
+    }
+
+    void emptyStoredPathIsAPathToo() {
+        fixture->store("vpnConfigPath", text(""));
+        fixture->store("vpnUsername", text("ada"));
+        showPane(text("tbiVpn"));
+        QCOMPARE(fixture->find<QLineEdit>("usernameTextField")->text(), text("ada"));
     }
 
     void vpnSettingsAreStoredWithAPrivateFile() {

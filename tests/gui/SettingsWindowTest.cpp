@@ -1,5 +1,6 @@
 #include "frontend/ui/SettingsWindow.h"
 
+#include "frontend/ui/Images.h"
 #include "tests/gui/SettingsTest.h"
 
 #include <QAccessible>
@@ -63,8 +64,9 @@ private Q_SLOTS:
 
     void init() {
         fixture = std::make_unique<SettingsFixture>();
+        int width = 8; // tells the images apart
         for (const char *name : {"NSPreferencesGeneral", "NSBonjour", "NSNetwork", "cookies", "advanced"}) {
-            fixture->addImage(text(name));
+            fixture->addImage(text(name), QSize(width++, 6));
         }
         fixture->startAndShow();
     }
@@ -98,26 +100,30 @@ private Q_SLOTS:
     void everyAllowedItemHasItsLabelAndImage_data() {
         QTest::addColumn<QString>("identifier");
         QTest::addColumn<QString>("label");
-        QTest::addColumn<bool>("known");
-        QTest::newRow("ip") << text("tbiIpAddresses") << text("IP Addresses") << true;
-        QTest::newRow("cookies") << text("tbiCookieCrumble") << text("Cookie Crumble") << true;
-        QTest::newRow("keys") << text("tbiHotKeys") << text("Hot Keys") << true;
-        QTest::newRow("advanced") << text("tbiAdvanced") << text("Advanced") << true;
-        QTest::newRow("vpn") << text("tbiVpn") << text("Test VPN") << true;
-        QTest::newRow("browsers") << text("tbiBrowsers") << text("") << false;
+        QTest::addColumn<QString>("image");
+        const auto row = [](const char *identifier, const char *label, const char *image) {
+            QTest::newRow(identifier) << text(identifier) << text(label) << text(image);
+        };
+        row("tbiIpAddresses", "IP Addresses", "NSPreferencesGeneral");
+        row("tbiCookieCrumble", "Cookie Crumble", "cookies");
+        row("tbiHotKeys", "Hot Keys", "NSBonjour");
+        row("tbiAdvanced", "Advanced", "advanced");
+        row("tbiVpn", "Test VPN", "NSNetwork");
+        row("tbiBrowsers", "", ""); // there is none
     }
 
     void everyAllowedItemHasItsLabelAndImage() {
         QFETCH(QString, identifier);
         QFETCH(QString, label);
-        QFETCH(bool, known);
+        QFETCH(QString, image);
         SettingsToolbar toolbar;
         const QAction *item = toolbar.itemForItemIdentifier(identifier);
-        QCOMPARE(item != nullptr, known);
-        if (known) {
+        QCOMPARE(item != nullptr, !label.isEmpty());
+        if (item != nullptr) {
             QCOMPARE(item->objectName(), identifier);
             QCOMPARE(item->text(), label);
             QVERIFY(!item->icon().isNull());
+            QCOMPARE(item->icon().availableSizes(), Images::icon(image).availableSizes());
             QVERIFY(toolbar.actions().isEmpty()); // made, but not shown
         }
     }
@@ -187,6 +193,26 @@ private Q_SLOTS:
             }
         }
         QVERIFY(heights.size() >= 3); // tall and short panes have been met
+    }
+
+    void paneThatGrowsKeepsTheUpperEdgeItsPlaceAndTheFocus() {
+        window().toolbarItemPressed(text("tbiHotKeys"));
+        window().move(60, 40);
+        auto *dropdown = fixture->find<QComboBox>("dropdownDiscardIP");
+        dropdown->setFocus();
+        const QWidget *content = fixture->find<QWidget>("contentView");
+        const QWidget *shown = window().currentSettings();
+        const QRect before = window().frameGeometry();
+        const int below = content->height() - shown->geometry().bottom();
+        auto *note = fixture->find<QLabel>("noteHideIP");
+        note->setText(text("one long note ").repeated(20));
+        QTRY_VERIFY(window().frameGeometry().height() > before.height());
+        QVERIFY(note->height() >= note->heightForWidth(note->width()));
+        QCOMPARE(window().frameGeometry().topLeft(), before.topLeft());
+        QCOMPARE(content->height() - shown->geometry().bottom(), below);
+        QCOMPARE(window().focusWidget(), dropdown);
+        note->clear();
+        QTRY_COMPARE(window().frameGeometry(), before);
     }
 
     void nothingIsCutOffInAnyPane() {
