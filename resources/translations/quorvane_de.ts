@@ -374,7 +374,7 @@
     <name>QrvMainWindowController</name>
     <message>
         <source>%1 (ver.%2)</source>
-        <translation>%1 (Ver. %2)</translation>
+        <translation>%1 (ver.%2)</translation>
     </message>
 </context>
 <context>
