@@ -103,7 +103,7 @@ void QrvMainWindowController::setSharedMainWindow(QrvMainWindowController *contr
 void QrvMainWindowController::awakeFromNib() {
     checkReachability();
     mainWindow->setWindowTitle(
-        QStringLiteral("%1 (ver.%2)").arg(mainWindow->windowTitle(), services().bundle->version()));
+        tr("%1 (ver.%2)").arg(mainWindow->windowTitle(), services().bundle->version()));
     loadPreferences();
     connectWindow();
     connectTray();

@@ -7,7 +7,7 @@ QString SessionDisplay::hideTitle() {
 }
 
 QString SessionDisplay::stopTitle() {
-    return QStringLiteral("Stop Hiding IP");
+    return tr("Stop Hiding IP");
 }
 
 void SessionDisplay::publish() {

@@ -1,6 +1,7 @@
 #include "QrvApplicationController.h"
 #include "QrvMainWindowController.h"
 #include "frontend/privileges/QrvCredentials.h"
+#include "frontend/support/Translations.h"
 #include "frontend/ui/Theme.h"
 #include "platform/Platform.h"
 #include "platform/ProcessGuards.h"
@@ -50,6 +51,8 @@ int main(int argc, char *argv[]) {
     const auto services = platform::makeLinuxPlatform();
     platform::Platform::setCurrent(services.get());
     services->log->setMask(&QrvCredentials::maskForLog);
+    Translations::install(application, Translations::ofUser(),
+                          services->bundle->resourcesPath() + QStringLiteral("/translations"));
     const int status = runApplication(application);
     // A request may still wait for the service on the background queue; quitting does not wait for it.
     QThreadPool::globalInstance()->clear();

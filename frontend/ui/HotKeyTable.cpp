@@ -2,6 +2,7 @@
 
 #include "platform/HotKeyService.h"
 
+#include <QCoreApplication>
 #include <array>
 #include <limits>
 
@@ -16,7 +17,9 @@ constexpr std::array<quint32, 12> functionKeys = {122, 120,        99,  118, 96,
                                                   98,  missingKey, 101, 109, 103, 111};
 constexpr std::array<quint32, 4> unassignedKeys = {missingKey, missingKey, missingKey, missingKey};
 constexpr std::array<quint32, 4> arrowKeys = {125, 123, 124, 126};
-constexpr std::array<const char *, 4> arrowNames = {"Down arrow", "Left arrow", "Right arrow", "Up arrow"};
+constexpr std::array<const char *, 4> arrowNames = {
+    QT_TRANSLATE_NOOP("HotKeyTable", "Down arrow"), QT_TRANSLATE_NOOP("HotKeyTable", "Left arrow"),
+    QT_TRANSLATE_NOOP("HotKeyTable", "Right arrow"), QT_TRANSLATE_NOOP("HotKeyTable", "Up arrow")};
 
 struct Family {
     qint32 firstTag;
@@ -39,7 +42,7 @@ constexpr std::array families = {
 
 void offerDigits(std::vector<HotKeyTable::Offer> &list, const QString &modifier, qint32 firstTag) {
     for (qint32 digit = 0; digit <= 9; ++digit) {
-        list.push_back({modifier + QString::number(digit), firstTag + digit});
+        list.push_back({modifier.arg(digit), firstTag + digit});
     }
 }
 
@@ -47,21 +50,22 @@ void offerFunctionKeys(std::vector<HotKeyTable::Offer> &list, const QString &mod
     constexpr qint32 leftOut = 8;
     for (qint32 number = 1; number <= 12; ++number) {
         if (number != leftOut) {
-            list.push_back({modifier + QChar(u'F') + QString::number(number), base + number});
+            list.push_back({modifier.arg(QChar(u'F') + QString::number(number)), base + number});
         }
     }
 }
 
 std::vector<HotKeyTable::Offer> makeOffers() {
-    const QString command = QStringLiteral("Cmd + ");
-    const QString control = QStringLiteral("Ctrl + ");
-    const QString shift = QStringLiteral("Shift + ");
-    std::vector<HotKeyTable::Offer> list = {{QStringLiteral("None"), HotKeyTable::none}};
+    const QString command = QCoreApplication::translate("HotKeyTable", "Cmd + %1");
+    const QString control = QCoreApplication::translate("HotKeyTable", "Ctrl + %1");
+    const QString shift = QCoreApplication::translate("HotKeyTable", "Shift + %1");
+    std::vector<HotKeyTable::Offer> list = {
+        {QCoreApplication::translate("HotKeyTable", "None"), HotKeyTable::none}};
     offerDigits(list, command, 1);
     offerFunctionKeys(list, command, 10);
     qint32 arrowTag = 27;
     for (const char *name : arrowNames) {
-        list.push_back({command + QString::fromLatin1(name), arrowTag++});
+        list.push_back({command.arg(QCoreApplication::translate("HotKeyTable", name)), arrowTag++});
     }
     offerDigits(list, control, 31);
     offerFunctionKeys(list, control, 40);

@@ -26,7 +26,7 @@ struct Offer {
 };
 
 /// What the user can choose from, in order; "None" first. The tags have gaps: no family has an F8, and only
-/// Command has the arrow keys.
+/// Command has the arrow keys. The labels are in the language of the first call.
 [[nodiscard]] const std::vector<Offer> &offers();
 
 /// The combination that the tag stands for; nothing for "None" and for tags outside every family. The gaps

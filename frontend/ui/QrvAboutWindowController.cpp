@@ -20,7 +20,7 @@ QrvAboutWindowController::QrvAboutWindowController(QWidget &window, QrvAPI &clie
     ui->setupUi(this);
     setWindowFlag(Qt::WindowStaysOnTopHint, true); // it floats above the other windows
     ui->labelVersion->setText(
-        QStringLiteral("%1 built %2").arg(platform::Platform::current().bundle->version(), buildDate()));
+        tr("%1 built %2").arg(platform::Platform::current().bundle->version(), buildDate()));
     ui->picture->setPixmap(Images::pixmap(QStringLiteral("quorvane"), pictureSize, devicePixelRatioF()));
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     connect(ui->okButton, &QPushButton::clicked, this, &QrvAboutWindowController::okButtonPressed);

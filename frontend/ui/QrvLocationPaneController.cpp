@@ -70,7 +70,9 @@ void QrvLocationPaneController::connectTo(QrvAPI *client, LocationPaneDelegate *
 
 void QrvLocationPaneController::append(std::unique_ptr<QrvMenuItem> item) {
     const QSignalBlocker quiet(popupCountry);
-    popupCountry->addItem(Images::icon(item->imageName()), item->text());
+    // The entry keeps its English title, which it is known by; only what is shown is translated.
+    const QString shown = item->text() == randomTitle() ? tr("Random Location") : item->text();
+    popupCountry->addItem(Images::icon(item->imageName()), shown);
     if (item->isMarkedFull()) {
         const int row = popupCountry->count() - 1;
         popupCountry->setItemData(row, true, LocationRowDelegate::fullRole);

@@ -62,3 +62,14 @@ def test_hidden_flag_at_the_start(world, client):
     client.wait_hidden()
     assert client.current_address() in world.service.lent().values()
     assert world.home.public_address() == client.current_address()
+
+
+def test_german_user(world, client):
+    """The catalogue of the contents folder is found, and the service still understands the program."""
+    client.remember_administrator(ADA)
+    client.start(environment={"LC_ALL": "de_DE.UTF-8"})
+    client.wait(ui.label("Statuszeile"), ui.ANSWER, name="WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!")
+    client.wait({"window": ui.MAIN, "description": "Schaltfläche zum Verbergen"}, ui.ANSWER, enabled=True)
+    client.press({"window": ui.MAIN, "description": "Schaltfläche zum Verbergen"})
+    client.wait(ui.label("Statuszeile"), ui.SESSION, name=f"Ihre echte IP {network.REAL_ADDRESS} ist derzeit verborgen")
+    assert world.home.public_address() in world.service.lent().values()

@@ -1,7 +1,9 @@
+#include "frontend/privileges/QrvAuthenticationWindowController.h"
 #include "frontend/session/MainWindow.h"
 #include "frontend/ui/QrvAboutWindowController.h"
 #include "frontend/ui/Theme.h"
 
+#include "tests/gui/Language.h"
 #include "tests/gui/SettingsTest.h"
 
 #include <QAbstractButton>
@@ -49,7 +51,8 @@ QStringList clipped(const QWidget &window) {
 
 } // namespace
 
-/// Whether every text has its room, on a screen of the density that QT_SCALE_FACTOR says (1 without it).
+/// Whether every text has its room, on a screen of the density that QT_SCALE_FACTOR says (1 without it) and
+/// in the locale's language.
 class ScalingTest : public QObject {
     Q_OBJECT
 
@@ -67,6 +70,7 @@ private Q_SLOTS:
     void initTestCase() {
         const GuiFixture services;
         Theme::apply(*qApp);
+        installLanguage();
     }
 
     void init() { fixture = std::make_unique<SettingsFixture>(); }
@@ -94,8 +98,9 @@ private Q_SLOTS:
         check(window);
         display.searching();
         check(window);
-        display.waitingForLocation(text("Every location has been used in this rotation. Switch off \"Do not "
-                                        "repeat IPs\" or refresh the locations to free them."));
+        display.waitingForLocation(QCoreApplication::translate(
+            "LocationRotation", "Every location has been used in this rotation. Refresh "
+                                "the locations or switch \"US only\" to begin a new one."));
         check(window);
         display.waitingEnded();
         display.tunnelStarting();
@@ -157,6 +162,22 @@ private Q_SLOTS:
         about.showWindow();
         QVERIFY(QTest::qWaitForWindowExposed(&about));
         check(about);
+    }
+
+    void settingsWindowHasRoomForEveryTextOfEveryPane() {
+        SettingsFixture settings;
+        settings.startAndShow();
+        for (const QString &pane : SettingsToolbar::toolbarAllowedItemIdentifiers()) {
+            settings.window().toolbarItemPressed(pane);
+            check(settings.window());
+        }
+    }
+
+    void administratorDialogHasRoomForEveryText() {
+        QrvAuthenticationWindowController dialog;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        check(dialog);
     }
 };
 

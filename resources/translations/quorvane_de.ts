@@ -1,0 +1,788 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en_US">
+<context>
+    <name>About</name>
+    <message>
+        <source>About Quorvane</source>
+        <translation>Über Quorvane</translation>
+    </message>
+    <message>
+        <source>Quorvane&apos;s icon</source>
+        <translation>Symbol von Quorvane</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Hides your IP address behind one that you were lent.</source>
+        <translation>Verbirgt Ihre IP-Adresse hinter einer geliehenen.</translation>
+    </message>
+    <message>
+        <source>Our Website</source>
+        <translation>Unsere Website</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>AuthenticaionView</name>
+    <message>
+        <source>Quorvane - Administrator</source>
+        <translation>Quorvane - Administrator</translation>
+    </message>
+    <message>
+        <source>Quorvane needs administrator rights</source>
+        <translation>Quorvane benötigt Administratorrechte</translation>
+    </message>
+    <message>
+        <source>They start and stop OpenVPN and set the DNS servers. Enter the name and the password of an administrator of this computer.</source>
+        <translation>Damit wird OpenVPN gestartet und beendet, und die DNS-Server werden eingestellt. Geben Sie Name und Passwort eines Administrators dieses Computers ein.</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>User name</source>
+        <translation>Benutzername</translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation>&amp;Passwort:</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Starten</translation>
+    </message>
+</context>
+<context>
+    <name>HideIpSession</name>
+    <message>
+        <source>No Internet connection detected, please check your Internet settings.
+</source>
+        <translation>Keine Internetverbindung gefunden. Bitte prüfen Sie Ihre Internet-Einstellungen.
+</translation>
+    </message>
+    <message>
+        <source>No available server detected.
+</source>
+        <translation>Kein verfügbarer Server gefunden.
+</translation>
+    </message>
+    <message>
+        <source>Location is not available.</source>
+        <translation>Der Standort ist nicht verfügbar.</translation>
+    </message>
+    <message>
+        <source>Please try a different location.</source>
+        <translation>Bitte versuchen Sie einen anderen Standort.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>There was a problem connecting to the Quorvane server, please check your Internet connection or firewall settings.</source>
+        <translation>Die Verbindung zum Quorvane-Server ist fehlgeschlagen. Bitte prüfen Sie Ihre Internetverbindung und die Einstellungen Ihrer Firewall.</translation>
+    </message>
+</context>
+<context>
+    <name>HotKeyTable</name>
+    <message>
+        <source>Down arrow</source>
+        <translation>Pfeil ab</translation>
+    </message>
+    <message>
+        <source>Left arrow</source>
+        <translation>Pfeil links</translation>
+    </message>
+    <message>
+        <source>Right arrow</source>
+        <translation>Pfeil rechts</translation>
+    </message>
+    <message>
+        <source>Up arrow</source>
+        <translation>Pfeil auf</translation>
+    </message>
+    <message>
+        <source>Cmd + %1</source>
+        <translation>Cmd + %1</translation>
+    </message>
+    <message>
+        <source>Ctrl + %1</source>
+        <translation>Strg + %1</translation>
+    </message>
+    <message>
+        <source>Shift + %1</source>
+        <translation>Umschalt + %1</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+</context>
+<context>
+    <name>HotKeysPane</name>
+    <message>
+        <source>Selected hot key is already being used by another action.</source>
+        <translation>Die gewählte Tastenkombination wird bereits für eine andere Aktion verwendet.</translation>
+    </message>
+    <message>
+        <source>Another program uses this combination.</source>
+        <translation>Ein anderes Programm verwendet diese Kombination.</translation>
+    </message>
+    <message>
+        <source>Belongs to &quot;%1&quot; until Quorvane quits.</source>
+        <translation>Gehört zu „%1“, bis Quorvane beendet wird.</translation>
+    </message>
+    <message>
+        <source>This keyboard has no such key.</source>
+        <translation>Diese Tastatur hat keine solche Taste.</translation>
+    </message>
+    <message>
+        <source>The desktop declined this combination.</source>
+        <translation>Der Desktop hat diese Kombination abgelehnt.</translation>
+    </message>
+    <message>
+        <source>These work while any program is in front. A combination that you replace stays in force until Quorvane quits.</source>
+        <translation>Diese wirken in jedem Programm. Eine Kombination, die Sie ersetzen, gilt weiter, bis Quorvane beendet wird.</translation>
+    </message>
+    <message>
+        <source>This desktop offers no global hot keys: these combinations have no effect.</source>
+        <translation>Dieser Desktop bietet keine globalen Tastenkombinationen: Diese hier sind ohne Wirkung.</translation>
+    </message>
+</context>
+<context>
+    <name>LocationMenuItem</name>
+    <message>
+        <source>Country flag</source>
+        <translation>Landesflagge</translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation>Standort</translation>
+    </message>
+    <message>
+        <source>Full mark</source>
+        <translation>Zeichen für „voll“</translation>
+    </message>
+</context>
+<context>
+    <name>LocationRotation</name>
+    <message>
+        <source>Every location has been used in this rotation. Refresh the locations or switch &quot;US only&quot; to begin a new one.</source>
+        <translation>In dieser Runde wurde jeder Standort benutzt. Für eine neue Runde aktualisieren Sie die Standorte oder schalten Sie „Nur USA“ um.</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>State picture</source>
+        <translation>Bild des Zustands</translation>
+    </message>
+    <message>
+        <source>Status line</source>
+        <translation>Statuszeile</translation>
+    </message>
+    <message>
+        <source>Current IP address</source>
+        <translation>Aktuelle IP-Adresse</translation>
+    </message>
+    <message>
+        <source>Country flag</source>
+        <translation>Landesflagge</translation>
+    </message>
+    <message>
+        <source>Location:</source>
+        <translation>Standort:</translation>
+    </message>
+    <message>
+        <source>Location label</source>
+        <translation>Beschriftung des Standorts</translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation>Standort</translation>
+    </message>
+    <message>
+        <source>Notice</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Second notice</source>
+        <translation>Zweiter Hinweis</translation>
+    </message>
+    <message>
+        <source>Asking the service</source>
+        <translation>Der Dienst wird gefragt</translation>
+    </message>
+    <message>
+        <source>Hide button</source>
+        <translation>Schaltfläche zum Verbergen</translation>
+    </message>
+    <message>
+        <source>&amp;Change IP</source>
+        <translation>IP &amp;wechseln</translation>
+    </message>
+    <message>
+        <source>Change IP</source>
+        <translation>IP wechseln</translation>
+    </message>
+    <message>
+        <source>&amp;Discard IP</source>
+        <translation>IP &amp;verwerfen</translation>
+    </message>
+    <message>
+        <source>Discard IP</source>
+        <translation>IP verwerfen</translation>
+    </message>
+    <message>
+        <source>Change IP &amp;every</source>
+        <translation>IP wechseln &amp;alle</translation>
+    </message>
+    <message>
+        <source>Minutes between changes of the IP</source>
+        <translation>Minuten zwischen den Wechseln der IP</translation>
+    </message>
+    <message>
+        <source>Minutes, stepper</source>
+        <translation>Minuten, schrittweise</translation>
+    </message>
+    <message>
+        <source>minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>&amp;US only</source>
+        <translation>Nur &amp;USA</translation>
+    </message>
+    <message>
+        <source>Do not &amp;repeat IPs</source>
+        <translation>IPs nicht wiede&amp;rholen</translation>
+    </message>
+    <message>
+        <source>&amp;Settings</source>
+        <translation>&amp;Einstellungen</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Our Website</source>
+        <translation>Unsere Website</translation>
+    </message>
+    <message>
+        <source>About Quorvane</source>
+        <translation>Über Quorvane</translation>
+    </message>
+    <message>
+        <source>Quit Quorvane</source>
+        <translation>Quorvane beenden</translation>
+    </message>
+    <message>
+        <source>Flag: %1</source>
+        <translation>Flagge: %1</translation>
+    </message>
+    <message>
+        <source>IP hidden</source>
+        <translation>IP verborgen</translation>
+    </message>
+    <message>
+        <source>Searching</source>
+        <translation>Suche läuft</translation>
+    </message>
+    <message>
+        <source>IP not hidden</source>
+        <translation>IP nicht verborgen</translation>
+    </message>
+</context>
+<context>
+    <name>QrvAboutWindowController</name>
+    <message>
+        <source>%1 built %2</source>
+        <translation>%1, Stand: %2</translation>
+    </message>
+</context>
+<context>
+    <name>QrvApplicationController</name>
+    <message>
+        <source>Quorvane is already running.</source>
+        <translation>Quorvane läuft bereits.</translation>
+    </message>
+    <message>
+        <source>There is already a copy of Quorvane running. This copy cannot be opened until that instance is quit.</source>
+        <translation>Quorvane ist bereits geöffnet. Bitte beenden Sie das laufende Programm, bevor Sie es erneut öffnen.</translation>
+    </message>
+</context>
+<context>
+    <name>QrvAuthenticationWindowController</name>
+    <message>
+        <source>You input wrong user name or password.
+</source>
+        <translation>Der Benutzername oder das Passwort ist falsch.
+</translation>
+    </message>
+</context>
+<context>
+    <name>QrvDiscardIpTableViewController</name>
+    <message>
+        <source>Discarded IP addresses</source>
+        <translation>Verworfene IP-Adressen</translation>
+    </message>
+</context>
+<context>
+    <name>QrvLocationPaneController</name>
+    <message>
+        <source>Always Use Same IP &amp;Address</source>
+        <translation>Immer &amp;dieselbe IP-Adresse nutzen</translation>
+    </message>
+    <message>
+        <source>Location choice</source>
+        <translation>Wahl des Standorts</translation>
+    </message>
+    <message>
+        <source>Random Location</source>
+        <translation>Zufälliger Standort</translation>
+    </message>
+    <message>
+        <source>This location is full.</source>
+        <translation>Dieser Standort ist voll.</translation>
+    </message>
+    <message>
+        <source>%1, full</source>
+        <translation>%1, voll</translation>
+    </message>
+    <message>
+        <source>Please check &quot;Always Use Same IP Address&quot; when you have found a fake IP you would like to reuse</source>
+        <translation>Bitte wählen Sie „Immer dieselbe IP-Adresse nutzen“, wenn Sie eine geliehene IP gefunden haben, die Sie wieder verwenden möchten</translation>
+    </message>
+</context>
+<context>
+    <name>QrvMainWindowController</name>
+    <message>
+        <source>%1 (ver.%2)</source>
+        <translation>%1 (ver.%2)</translation>
+    </message>
+</context>
+<context>
+    <name>Reachability</name>
+    <message>
+        <source>Cellular</source>
+        <translation>Mobilfunk</translation>
+    </message>
+    <message>
+        <source>WiFi</source>
+        <translation>WLAN</translation>
+    </message>
+    <message>
+        <source>No Connection</source>
+        <translation>Keine Verbindung</translation>
+    </message>
+</context>
+<context>
+    <name>SessionDisplay</name>
+    <message>
+        <source>Stop Hiding IP</source>
+        <translation>IP nicht mehr verbergen</translation>
+    </message>
+    <message>
+        <source>WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!</source>
+        <translation>WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!</translation>
+    </message>
+    <message>
+        <source>Searching for an available IP...</source>
+        <translation>Eine verfügbare IP wird gesucht …</translation>
+    </message>
+    <message>
+        <source>You are currently hiding your real IP %1</source>
+        <translation>Ihre echte IP %1 ist derzeit verborgen</translation>
+    </message>
+</context>
+<context>
+    <name>Settings</name>
+    <message>
+        <source>Quorvane Settings</source>
+        <translation>Quorvane-Einstellungen</translation>
+    </message>
+    <message>
+        <source>Panes</source>
+        <translation>Bereiche</translation>
+    </message>
+    <message>
+        <source>Our &amp;Website</source>
+        <translation>Unsere &amp;Website</translation>
+    </message>
+    <message>
+        <source>Our Website</source>
+        <translation>Unsere Website</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Apply</source>
+        <translation>Über&amp;nehmen</translation>
+    </message>
+    <message>
+        <source>&amp;OK</source>
+        <translation>&amp;OK</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsAdvanced</name>
+    <message>
+        <source>User agent:</source>
+        <translation>User-Agent:</translation>
+    </message>
+    <message>
+        <source>Leave &amp;the browser&apos;s own user agent</source>
+        <translation>User-Agent des &amp;Browsers beibehalten</translation>
+    </message>
+    <message>
+        <source>&amp;Use this user agent:</source>
+        <translation>&amp;Diesen User-Agent verwenden:</translation>
+    </message>
+    <message>
+        <source>User agent</source>
+        <translation>User-Agent</translation>
+    </message>
+    <message>
+        <source>Choose a user agent</source>
+        <translation>User-Agent wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Hide my referrer header</source>
+        <translation>Meinen &amp;Referrer-Header verbergen</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsBrowsers</name>
+    <message>
+        <source>Browsers:</source>
+        <translation>Browser:</translation>
+    </message>
+    <message>
+        <source>&amp;Safari</source>
+        <translation>&amp;Safari</translation>
+    </message>
+    <message>
+        <source>&amp;Firefox</source>
+        <translation>&amp;Firefox</translation>
+    </message>
+    <message>
+        <source>O&amp;pera</source>
+        <translation>O&amp;pera</translation>
+    </message>
+    <message>
+        <source>C&amp;hrome</source>
+        <translation>C&amp;hrome</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsCookieCrumble</name>
+    <message>
+        <source>&amp;Hide my cookie headers</source>
+        <translation>Meine &amp;Cookie-Header verbergen</translation>
+    </message>
+    <message>
+        <source>Cookie &amp;sites:</source>
+        <translation>Cookie-&amp;Seiten:</translation>
+    </message>
+    <message>
+        <source>Cookie sites</source>
+        <translation>Cookie-Seiten</translation>
+    </message>
+    <message>
+        <source>No site is listed.</source>
+        <translation>Keine Seite aufgeführt.</translation>
+    </message>
+    <message>
+        <source>De&amp;lete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Delete the selected site</source>
+        <translation>Die gewählte Seite löschen</translation>
+    </message>
+    <message>
+        <source>&amp;New site:</source>
+        <translation>Neue Se&amp;ite:</translation>
+    </message>
+    <message>
+        <source>New cookie site</source>
+        <translation>Neue Cookie-Seite</translation>
+    </message>
+    <message>
+        <source>A&amp;dd</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add the site</source>
+        <translation>Die Seite hinzufügen</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsHotkeys</name>
+    <message>
+        <source>&amp;Hide IP:</source>
+        <translation>IP &amp;verbergen:</translation>
+    </message>
+    <message>
+        <source>Hide IP, hot key</source>
+        <translation>IP verbergen, Tastenkombination</translation>
+    </message>
+    <message>
+        <source>Hide IP, problem</source>
+        <translation>IP verbergen, Problem</translation>
+    </message>
+    <message>
+        <source>Chan&amp;ge IP:</source>
+        <translation>IP we&amp;chseln:</translation>
+    </message>
+    <message>
+        <source>Change IP, hot key</source>
+        <translation>IP wechseln, Tastenkombination</translation>
+    </message>
+    <message>
+        <source>Change IP, problem</source>
+        <translation>IP wechseln, Problem</translation>
+    </message>
+    <message>
+        <source>&amp;Stop hiding IP:</source>
+        <translation>IP nicht &amp;mehr verbergen:</translation>
+    </message>
+    <message>
+        <source>Stop hiding IP, hot key</source>
+        <translation>IP nicht mehr verbergen, Tastenkombination</translation>
+    </message>
+    <message>
+        <source>Stop hiding IP, problem</source>
+        <translation>IP nicht mehr verbergen, Problem</translation>
+    </message>
+    <message>
+        <source>&amp;Discard IP:</source>
+        <translation>IP verwe&amp;rfen:</translation>
+    </message>
+    <message>
+        <source>Discard IP, hot key</source>
+        <translation>IP verwerfen, Tastenkombination</translation>
+    </message>
+    <message>
+        <source>Discard IP, problem</source>
+        <translation>IP verwerfen, Problem</translation>
+    </message>
+    <message>
+        <source>&amp;Bring up window:</source>
+        <translation>&amp;Fenster zeigen:</translation>
+    </message>
+    <message>
+        <source>Bring up window, hot key</source>
+        <translation>Fenster zeigen, Tastenkombination</translation>
+    </message>
+    <message>
+        <source>Bring up window, problem</source>
+        <translation>Fenster zeigen, Problem</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsIpAddresses</name>
+    <message>
+        <source>&amp;Discarded IP addresses:</source>
+        <translation>&amp;Verworfene IP-Adressen:</translation>
+    </message>
+    <message>
+        <source>Discarded IP addresses</source>
+        <translation>Verworfene IP-Adressen</translation>
+    </message>
+    <message>
+        <source>No address is discarded. Discard IP puts the address in use here.</source>
+        <translation>Keine Adresse verworfen. „IP verwerfen“ trägt die benutzte Adresse hier ein.</translation>
+    </message>
+    <message>
+        <source>Quorvane does not connect to these addresses again.</source>
+        <translation>Quorvane verbindet sich nicht mehr mit diesen Adressen.</translation>
+    </message>
+    <message>
+        <source>De&amp;lete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Delete the selected address</source>
+        <translation>Die gewählte Adresse löschen</translation>
+    </message>
+    <message>
+        <source>Clea&amp;r</source>
+        <translation>Lee&amp;ren</translation>
+    </message>
+    <message>
+        <source>Clear the list of addresses</source>
+        <translation>Die Liste der Adressen leeren</translation>
+    </message>
+    <message>
+        <source>Change IP &amp;every</source>
+        <translation>IP w&amp;echseln alle</translation>
+    </message>
+    <message>
+        <source>Minutes between changes of the IP</source>
+        <translation>Minuten zwischen den Wechseln der IP</translation>
+    </message>
+    <message>
+        <source>Minutes, stepper</source>
+        <translation>Minuten, schrittweise</translation>
+    </message>
+    <message>
+        <source>&amp;minutes</source>
+        <translation>&amp;Minuten</translation>
+    </message>
+    <message>
+        <source>&amp;Hide my IP when Quorvane starts</source>
+        <translation>Meine &amp;IP beim Start von Quorvane verbergen</translation>
+    </message>
+    <message>
+        <source>&amp;Start Quorvane when I log in</source>
+        <translation>Quorvane bei der Anmeldung &amp;starten</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsToolbar</name>
+    <message>
+        <source>IP Addresses</source>
+        <translation>IP-Adressen</translation>
+    </message>
+    <message>
+        <source>Cookie Crumble</source>
+        <translation>Cookie-Krümel</translation>
+    </message>
+    <message>
+        <source>Hot Keys</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Advanced</source>
+        <translation>Erweitert</translation>
+    </message>
+    <message>
+        <source>Test VPN</source>
+        <translation>Test-VPN</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsVpn</name>
+    <message>
+        <source>A configuration of your own, for testing. Save stores it at once.</source>
+        <translation>Eine eigene Konfiguration zum Testen. „Speichern“ legt sie sofort ab.</translation>
+    </message>
+    <message>
+        <source>Con&amp;figuration:</source>
+        <translation>&amp;Konfiguration:</translation>
+    </message>
+    <message>
+        <source>Path of the configuration file</source>
+        <translation>Pfad der Konfigurationsdatei</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>D&amp;urchsuchen …</translation>
+    </message>
+    <message>
+        <source>Browse for a configuration file</source>
+        <translation>Nach einer Konfigurationsdatei suchen</translation>
+    </message>
+    <message>
+        <source>&amp;User name:</source>
+        <translation>&amp;Benutzername:</translation>
+    </message>
+    <message>
+        <source>VPN user name</source>
+        <translation>VPN-Benutzername</translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation>&amp;Passwort:</translation>
+    </message>
+    <message>
+        <source>VPN password</source>
+        <translation>VPN-Passwort</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>Save configuration and login</source>
+        <translation>Konfiguration und Anmeldung speichern</translation>
+    </message>
+</context>
+<context>
+    <name>TrayPresence</name>
+    <message>
+        <source>Change IP</source>
+        <translation>IP wechseln</translation>
+    </message>
+    <message>
+        <source>Copy IP</source>
+        <translation>IP kopieren</translation>
+    </message>
+    <message>
+        <source>Check IP in Browser</source>
+        <translation>IP im Browser prüfen</translation>
+    </message>
+    <message>
+        <source>Show Quorvane</source>
+        <translation>Quorvane zeigen</translation>
+    </message>
+    <message>
+        <source>Refresh Locations</source>
+        <translation>Standorte aktualisieren</translation>
+    </message>
+    <message>
+        <source>Settings...</source>
+        <translation>Einstellungen …</translation>
+    </message>
+    <message>
+        <source>About Quorvane</source>
+        <translation>Über Quorvane</translation>
+    </message>
+    <message>
+        <source>Quit Quorvane</source>
+        <translation>Quorvane beenden</translation>
+    </message>
+    <message>
+        <source>Quorvane: your IP is not hidden</source>
+        <translation>Quorvane: Ihre IP ist nicht verborgen</translation>
+    </message>
+    <message>
+        <source>Quorvane: searching for an available IP</source>
+        <translation>Quorvane: Eine verfügbare IP wird gesucht</translation>
+    </message>
+    <message>
+        <source>Quorvane: your IP is hidden behind %1</source>
+        <translation>Quorvane: Ihre IP ist hinter %1 verborgen</translation>
+    </message>
+</context>
+<context>
+    <name>VpnPane</name>
+    <message>
+        <source>Open OpenVPN Configuration</source>
+        <translation>OpenVPN-Konfiguration öffnen</translation>
+    </message>
+    <message>
+        <source>OpenVPN configurations (%1)</source>
+        <translation>OpenVPN-Konfigurationen (%1)</translation>
+    </message>
+</context>
+</TS>
