@@ -13,6 +13,7 @@ import signal
 import subprocess
 import sys
 import time
+from pathlib import Path
 
 import gi
 
@@ -25,6 +26,7 @@ POLL = 0.01
 # The client's main thread stands still while an administrator's password is checked, up to some 4 s a time.
 PATIENCE_MS = 15000
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
+PROBE = Path(__file__).with_name("loop_probe.py")
 
 
 class DriverError(Exception):
@@ -129,6 +131,7 @@ def window_fits(window, query):
 class Driver(TrayOperations):
     def __init__(self):
         self.clients = {}
+        self.probe = None
 
     # --- processes
 
@@ -204,6 +207,16 @@ class Driver(TrayOperations):
             application.get_child_count()
             taken.append(time.monotonic() - begun)
         return taken
+
+    def op_probe_begin(self, key):
+        """Has the client's event loop asked all the time from now on; see loop_probe.py."""
+        self.probe = subprocess.Popen([sys.executable, str(PROBE), str(self.clients[key].process.pid)],
+                                      stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+
+    def op_probe_end(self):
+        """What the probe noted; also after the client's end."""
+        noted, _ = self.probe.communicate(timeout=60)
+        return json.loads(noted)
 
     def op_alerts(self, key):
         """Title, texts and buttons of every message box that shows."""

@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """A status notifier watcher with a host, as a desktop's panel is one: takes the items that register.
 
-Runs until it is told to end; what it holds is read over the bus.
+Fetches an item's pictures whenever it says that they are new. Runs until it is told to end; what it holds is read
+over the bus.
 """
 
 import signal
@@ -9,6 +10,7 @@ import signal
 from gi.repository import Gio, GLib
 
 NAME = "org.kde.StatusNotifierWatcher"
+ITEM = "org.kde.StatusNotifierItem"
 PATH = "/StatusNotifierWatcher"
 INTERFACE = """
 <node><interface name="org.kde.StatusNotifierWatcher">
@@ -31,6 +33,7 @@ class Watcher:
         self._items = []
         interface = Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0]
         bus.register_object(PATH, interface, self._called, self._asked, None)
+        bus.signal_subscribe(None, ITEM, "NewIcon", None, None, Gio.DBusSignalFlags.NONE, self._fetch)
         Gio.bus_own_name_on_connection(bus, NAME, Gio.BusNameOwnerFlags.NONE, None, None)
 
     def _called(self, _bus, sender, _path, _interface, method, arguments, invocation):
@@ -43,6 +46,10 @@ class Watcher:
                 Gio.bus_watch_name_on_connection(self._bus, item.partition("/")[0], Gio.BusNameWatcherFlags.NONE,
                                                  None, lambda *_: self._drop(item))
         invocation.return_value(None)
+
+    def _fetch(self, _bus, sender, path, *_about):
+        self._bus.call(sender, path, "org.freedesktop.DBus.Properties", "Get",
+                       GLib.Variant("(ss)", (ITEM, "IconPixmap")), None, Gio.DBusCallFlags.NO_AUTO_START, -1, None, None)
 
     def _drop(self, item):
         if item in self._items:
