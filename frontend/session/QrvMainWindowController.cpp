@@ -12,6 +12,8 @@
 #include "frontend/ui/Images.h"
 #include "frontend/ui/QrvAboutWindowController.h"
 #include "frontend/ui/QrvSettingsWindowController.h"
+#include "frontend/ui/QrvTableDataSource.h"
+#include "frontend/ui/SettingsDefaults.h"
 #include "frontend/ui/SettingsWindow.h"
 #include "frontend/ui/TrayPresence.h"
 #include "frontend/ui/WebPages.h"
@@ -79,8 +81,7 @@ QrvMainWindowController::QrvMainWindowController(QrvAPI &client)
       rotation(std::make_unique<LocationRotation>(
           LocationRotation::Parts{client, *mainWindow, sessionDisplay, *hideIpSession,
                                   static_cast<DiscardedAddresses &>(*this), fetch},
-          [] { return QRandomGenerator::global()->generate(); })),
-      aboutWindow(std::make_unique<QrvAboutWindowController>(*mainWindow, client)) {}
+          [] { return QRandomGenerator::global()->generate(); })) {}
 
 QrvMainWindowController::~QrvMainWindowController() {
     if (reach) {
@@ -111,9 +112,7 @@ void QrvMainWindowController::awakeFromNib() {
     mainWindow->locationPane().connectTo(&api, this);
     SessionState::shared().hidden = services().preferences->boolean(QStringLiteral("hide"));
     sessionDisplay.starting();
-    settingsWindow =
-        std::make_unique<QrvSettingsWindowController>(static_cast<SettingsDelegate &>(*this), api);
-    settingsWindow->awakeFromNib();
+    SettingsDefaults::initialize();
     api.cmdAuth(QString()); // sends nothing before the network is known; then it is sent on its own
     startAnimation();
     hideIpSession->settingsDidChange();
@@ -124,10 +123,33 @@ void QrvMainWindowController::awakeFromNib() {
     hideIpSession->clearFailedConnections();
     scheduleStartupChecks();
     if (!startedHidden()) {
+        mainWindow->installEventFilter(this);
         mainWindow->bringForward();
     } else {
         mainWindow->putAway();
+        loadSettingsSoon();
     }
+}
+
+bool QrvMainWindowController::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::Paint) {
+        watched->removeEventFilter(this);
+        loadSettingsSoon();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void QrvMainWindowController::loadSettingsSoon() {
+    QMetaObject::invokeMethod(this, [this] { settings(); }, Qt::QueuedConnection);
+}
+
+QrvSettingsWindowController &QrvMainWindowController::settings() {
+    if (!settingsWindow) {
+        settingsWindow =
+            std::make_unique<QrvSettingsWindowController>(static_cast<SettingsDelegate &>(*this), api);
+        settingsWindow->awakeFromNib();
+    }
+    return *settingsWindow;
 }
 
 void QrvMainWindowController::connectWindow() {
@@ -151,7 +173,7 @@ void QrvMainWindowController::connectWindow() {
     connect(mainWindow.get(), &MainWindow::changeEverySwitched, rotation.get(),
             &LocationRotation::changeEveryPressed);
     connect(mainWindow.get(), &MainWindow::changeEverySwitched, this,
-            [this] { settingsWindow->refreshBoundControls(); });
+            [this] { settings().refreshBoundControls(); });
     connect(mainWindow.get(), &MainWindow::requireUSSwitched, rotation.get(),
             &LocationRotation::requireUSBasedIPButtonPressed);
     connect(mainWindow.get(), &MainWindow::intervalEntered, rotation.get(),
@@ -222,7 +244,7 @@ void QrvMainWindowController::observeNotifications() {
     observe("showIp", [this] { hideIpSession->showIp(); });
     observe("setDefaultControls", [this] { hideIpSession->setDefaultControls(); });
     observe("checkCredential", [this] {
-        if (settingsWindow->window().isVisible()) {
+        if (settingsWindow && settingsWindow->window().isVisible()) {
             settingsWindow->authWindow(); // in front of the window that the user looks at
         } else {
             authWindow();
@@ -235,6 +257,7 @@ void QrvMainWindowController::observeNotifications() {
 
 void QrvMainWindowController::scheduleStartupChecks() {
     auto &calls = *services().delayedCalls;
+    calls.callAfter(checkDelaySeconds, this, [this] { settings(); }); // where nothing was painted
     calls.callAfter(checkDelaySeconds, this, [this] { checkDnsSettings(); });
     calls.callAfter(checkDelaySeconds, this, [this] { checkCredentials(); });
     calls.callAfter(checkDelaySeconds, this, [this] { refreshFrontWindow(); });
@@ -307,6 +330,9 @@ void QrvMainWindowController::copyIpMenuItemPressed() {
 }
 
 void QrvMainWindowController::aboutMenuItemPressed() {
+    if (!aboutWindow) {
+        aboutWindow = std::make_unique<QrvAboutWindowController>(*mainWindow, api);
+    }
     aboutWindow->showWindow();
 }
 
@@ -348,7 +374,7 @@ void QrvMainWindowController::advancedSettingsMenuItemPressed() {
 }
 
 void QrvMainWindowController::showSettings() {
-    settingsWindow->showWindow();
+    settings().showWindow();
 }
 
 void QrvMainWindowController::showSelfMenuItemPressed() {
@@ -372,15 +398,20 @@ QStringList QrvMainWindowController::getDiscardList() const {
 }
 
 void QrvMainWindowController::addDiscardedIp(const QString &address) {
-    settingsWindow->addDiscardedIp(address);
+    settings().addDiscardedIp(address);
 }
 
 bool QrvMainWindowController::hasRow(const QString &text) const {
-    return settingsWindow->hasRow(text);
+    return settingsWindow ? settingsWindow->hasRow(text) : getRowData().contains(text);
 }
 
 QStringList QrvMainWindowController::getRowData() const {
-    return settingsWindow->getRowData();
+    if (settingsWindow) {
+        return settingsWindow->getRowData();
+    }
+    QrvTableDataSource stored;
+    stored.awakeFromNib();
+    return stored.rowsData();
 }
 
 void QrvMainWindowController::showMainWindow() {

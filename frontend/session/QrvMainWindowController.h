@@ -71,8 +71,8 @@ public:
 
     [[nodiscard]] MainWindow &window() { return *mainWindow; }
 
-    /// There is one once the window has awoken.
-    [[nodiscard]] QrvSettingsWindowController &settings() { return *settingsWindow; }
+    /// Loads the settings window unless it is loaded; the main window is on the screen without it.
+    QrvSettingsWindowController &settings();
 
     [[nodiscard]] TrayPresence &statusItem() { return *tray; }
 
@@ -122,6 +122,10 @@ private:
     [[nodiscard]] bool hasRow(const QString &text) const override;
     [[nodiscard]] QStringList getRowData() const override;
 
+    /// Waits for the main window's first picture.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    void loadSettingsSoon();
     void connectWindow();
     void connectTray();
     void connectFetch();
