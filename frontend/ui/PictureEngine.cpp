@@ -7,9 +7,23 @@
 #include <QStyleOption>
 #include <algorithm>
 
+namespace {
+
+/// A reader of one of the program's own pictures. They are all of one kind: finding out would load the
+/// plugins of every other kind first.
+void open(QImageReader &reader, const QString &path) {
+    reader.setAutoDetectImageFormat(false);
+    reader.setFormat(QByteArrayLiteral("png"));
+    reader.setFileName(path);
+}
+
+} // namespace
+
 PictureEngine::PictureEngine(const QStringList &paths) {
     for (const QString &path : paths) {
-        if (const QSize size = QImageReader(path).size(); size.isValid()) {
+        QImageReader reader;
+        open(reader, path);
+        if (const QSize size = reader.size(); size.isValid()) {
             pictures.push_back({path, size, {}});
         }
     }
@@ -40,7 +54,9 @@ QPixmap PictureEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State 
     }
     Picture &picture = fitting(size);
     if (picture.read.isNull()) {
-        QImage image = QImageReader(picture.path).read();
+        QImageReader reader;
+        open(reader, picture.path);
+        QImage image = reader.read();
         image.setDevicePixelRatio(1.0); // the name's "@2x" is the icon's affair, not the picture's
         picture.read = QPixmap::fromImage(std::move(image));
     }
