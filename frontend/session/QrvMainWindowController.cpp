@@ -140,7 +140,8 @@ bool QrvMainWindowController::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void QrvMainWindowController::loadSettingsSoon() {
-    QMetaObject::invokeMethod(this, [this] { settings(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { settings(); }, Qt::QueuedConnection);
 }
 
 QrvSettingsWindowController &QrvMainWindowController::settings() {

@@ -5,28 +5,31 @@
 #include "platform/PreferencesStore.h"
 #include "platform/UserDefaultsController.h"
 
+#include <QVariantMap>
+
 namespace {
 
 constexpr int defaultInterval = 10;
 
-void defaultInteger(const QString &key, int value) {
-    auto &preferences = *platform::Platform::current().preferences;
-    if (preferences.integer(key) == 0) {
-        preferences.setValue(key, value);
+void defaultInteger(const QString &key, int value, QVariantMap &missing) {
+    if (platform::Platform::current().preferences->integer(key) == 0) {
+        missing.insert(key, value);
     }
 }
 
 } // namespace
 
 void SettingsDefaults::initialize() {
+    QVariantMap missing;
     for (const HotKeys::Action action : HotKeys::actions) {
-        defaultInteger(HotKeys::preferenceKey(action), HotKeyTable::none);
+        defaultInteger(HotKeys::preferenceKey(action), HotKeyTable::none, missing);
     }
-    defaultInteger(changeIpInterval(), defaultInterval);
+    defaultInteger(changeIpInterval(), defaultInterval, missing);
     auto &services = platform::Platform::current();
     if (services.preferences->string(userAgent()).isNull()) {
-        services.preferences->setValue(userAgent(), QStringLiteral(""));
+        missing.insert(userAgent(), QStringLiteral(""));
     }
-    defaultInteger(hideMyReferrerHeader(), 0);
+    defaultInteger(hideMyReferrerHeader(), 0, missing);
+    services.preferences->setValues(missing); // one change of the file: each waits for the disk
     services.userDefaults->save();
 }
