@@ -30,6 +30,17 @@ private:
 
     [[nodiscard]] SettingsWindow &settings() const { return controller->settings().window(); }
 
+    /// Null while it is not loaded.
+    [[nodiscard]] static SettingsWindow *findSettings() {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget *window : windows) {
+            if (auto *found = qobject_cast<SettingsWindow *>(window)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
     template <typename Widget>
     [[nodiscard]] Widget *inMain(const char *name) const {
         return controller->window().findChild<Widget *>(text(name));
@@ -117,10 +128,12 @@ private Q_SLOTS:
     void settingsAreLoadedAtTheStartButNotShown() {
         services().preferences().setValue(text("hideIpHotKey"), 2);
         start();
+        QCOMPARE(services().preferences().integer(text("changeIpInterval")), 10);
+        QVERIFY2(findSettings() == nullptr, "the main window does not wait for it");
+        QTRY_VERIFY(findSettings() != nullptr);
         QVERIFY(!settings().isVisible());
         QCOMPARE(services().hotKeys().held().size(), 1);
         QVERIFY(services().hotKeys().hasEventHandler());
-        QCOMPARE(services().preferences().integer(text("changeIpInterval")), 10);
     }
 
     void appliedRotationReachesTheMainWindow() {
@@ -168,6 +181,7 @@ private Q_SLOTS:
     void hotKeysActOnTheSharedWindowAndNotBeforeThereIsOne() {
         services().preferences().setValue(text("bringUpWindowHotKey"), 1);
         awake();
+        QTRY_COMPARE(services().hotKeys().held().size(), 1);
         controller->window().hide();
         QCOMPARE(services().hotKeys().press(29, 256), 1);
         QVERIFY(!controller->window().isVisible());
@@ -178,6 +192,7 @@ private Q_SLOTS:
 
     void foreignIdentifiersDoNothing() {
         start();
+        QTRY_VERIFY(services().hotKeys().hasEventHandler());
         controller->window().hide();
         for (const quint32 id : {0U, 6U, 4294967295U}) {
             services().hotKeys().deliver({0x73696735, id});
@@ -189,6 +204,24 @@ private Q_SLOTS:
         start();
         controller->settings().addDiscardedIp(text("203.0.113.7"));
         QCOMPARE(controller->getDiscardList(), QStringList{text("203.0.113.7")});
+    }
+
+    void discardedListIsThereBeforeTheSettingsWindow() {
+        services().preferences().setValue(text("discardedIPs"), text("203.0.113.7|203.0.113.9"));
+        start();
+        QVERIFY(findSettings() == nullptr);
+        const QStringList rows{text("203.0.113.7"), text("203.0.113.9")};
+        QCOMPARE(controller->getDiscardList(), rows);
+        QVERIFY(findSettings() == nullptr);
+        QCOMPARE(controller->settings().getRowData(), rows);
+        QCOMPARE(controller->getDiscardList(), rows);
+    }
+
+    void settingsAreLoadedWithTheStartUpChecksWhenNothingWasDrawn() {
+        awake();
+        QVERIFY(findSettings() == nullptr);
+        services().delayedCalls().advance(QrvMainWindowController::checkDelaySeconds);
+        QVERIFY(findSettings() != nullptr);
     }
 
     void administratorDialogOpensOnceForTheNotification() {
