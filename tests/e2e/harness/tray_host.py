@@ -48,8 +48,9 @@ class Watcher:
         invocation.return_value(None)
 
     def _fetch(self, _bus, sender, path, *_about):
-        self._bus.call(sender, path, "org.freedesktop.DBus.Properties", "Get",
-                       GLib.Variant("(ss)", (ITEM, "IconPixmap")), None, Gio.DBusCallFlags.NO_AUTO_START, -1, None, None)
+        wanted = GLib.Variant("(ss)", (ITEM, "IconPixmap"))
+        self._bus.call(sender, path, "org.freedesktop.DBus.Properties", "Get", wanted, None,
+                       Gio.DBusCallFlags.NO_AUTO_START, -1, None, None)
 
     def _drop(self, item):
         if item in self._items:
