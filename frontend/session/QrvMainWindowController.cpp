@@ -9,6 +9,7 @@
 #include "frontend/support/Reachability.h"
 #include "frontend/support/SessionState.h"
 #include "frontend/ui/Alerts.h"
+#include "frontend/ui/FirstPaint.h"
 #include "frontend/ui/Images.h"
 #include "frontend/ui/QrvAboutWindowController.h"
 #include "frontend/ui/QrvSettingsWindowController.h"
@@ -123,25 +124,12 @@ void QrvMainWindowController::awakeFromNib() {
     hideIpSession->clearFailedConnections();
     scheduleStartupChecks();
     if (!startedHidden()) {
-        mainWindow->installEventFilter(this);
+        FirstPaint::then(*mainWindow, [this] { settings(); });
         mainWindow->bringForward();
     } else {
         mainWindow->putAway();
-        loadSettingsSoon();
+        settings();
     }
-}
-
-bool QrvMainWindowController::eventFilter(QObject *watched, QEvent *event) {
-    if (event->type() == QEvent::Paint) {
-        watched->removeEventFilter(this);
-        loadSettingsSoon();
-    }
-    return QObject::eventFilter(watched, event);
-}
-
-void QrvMainWindowController::loadSettingsSoon() {
-    QMetaObject::invokeMethod(
-        this, [this] { settings(); }, Qt::QueuedConnection);
 }
 
 QrvSettingsWindowController &QrvMainWindowController::settings() {
@@ -298,6 +286,7 @@ void QrvMainWindowController::checkCredentials() {
 
 void QrvMainWindowController::refreshFrontWindow() {
     mainWindow->dropFloatingLevel();
+    settings(); // not loaded yet where nothing was drawn
 }
 
 bool QrvMainWindowController::authWindow() {

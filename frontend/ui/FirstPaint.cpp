@@ -1,0 +1,28 @@
+#include "FirstPaint.h"
+
+#include <QEvent>
+#include <QWidget>
+#include <utility>
+
+FirstPaint::FirstPaint(QWidget &widget, std::function<void()> wanted)
+    : QObject(&widget), call(std::move(wanted)) {
+    widget.installEventFilter(this);
+}
+
+void FirstPaint::then(QWidget &widget, std::function<void()> call) {
+    new FirstPaint(widget, std::move(call)); // the widget's
+}
+
+bool FirstPaint::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::Paint) {
+        watched->removeEventFilter(this);
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                call();
+                deleteLater();
+            },
+            Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+}
