@@ -246,10 +246,7 @@ void QrvMainWindowController::observeNotifications() {
 
 void QrvMainWindowController::scheduleStartupChecks() {
     auto &calls = *services().delayedCalls;
-    calls.callAfter(checkDelaySeconds, this, [this] {
-        settings(); // not loaded yet where nothing was painted
-        checkDnsSettings();
-    });
+    calls.callAfter(checkDelaySeconds, this, [this] { checkDnsSettings(); });
     calls.callAfter(checkDelaySeconds, this, [this] { checkCredentials(); });
     calls.callAfter(checkDelaySeconds, this, [this] { refreshFrontWindow(); });
 }

@@ -122,10 +122,6 @@ private:
     [[nodiscard]] bool hasRow(const QString &text) const override;
     [[nodiscard]] QStringList getRowData() const override;
 
-    /// Waits for the main window's first picture.
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
-    void loadSettingsSoon();
     void connectWindow();
     void connectTray();
     void connectFetch();
