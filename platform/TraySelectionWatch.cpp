@@ -19,8 +19,8 @@ Reply<Part> reply(Part *part) {
 
 } // namespace
 
-void TraySelectionWatch::Disconnect::operator()(xcb_connection_t *connection) const {
-    xcb_disconnect(connection);
+void TraySelectionWatch::Disconnect::operator()(xcb_connection_t *open) const {
+    xcb_disconnect(open);
 }
 
 TraySelectionWatch::TraySelectionWatch(const QByteArray &display, QObject *parent) : QObject(parent) {
