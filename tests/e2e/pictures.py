@@ -74,6 +74,7 @@ def take_states(photographer):
     photographer.still()
     photographer.window("not-hidden")
     client.press(ui.label("Location choice"))
+    client.wait({"window": ui.MAIN, "role": "list"}, 10, showing=True)
     photographer.still()
     photographer.window("locations", below=120)
     client.display.run("xdotool", "key", "Escape")
