@@ -5,6 +5,7 @@
 #include "frontend/support/OneTimeSecrets.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
+#include "platform/UserDefaultsController.h"
 
 #include <ctime>
 #include <mutex>
@@ -60,7 +61,7 @@ void QrvCredentials::saveUserName(const QString &user, const QString &password) 
     auto &services = platform::Platform::current();
     services.preferences->setValues(
         {{userKey, stored(encode(user))}, {passwordKey, stored(encode(password))}});
-    services.preferences->synchronize();
+    services.userDefaults->save();
 }
 
 QString QrvCredentials::userName() const {
