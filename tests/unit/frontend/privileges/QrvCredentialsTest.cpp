@@ -74,6 +74,15 @@ TEST(Scrambling, ForeignTexts) {
     EXPECT_EQ(QrvCredentials::decode(text("abcde")), text("ac"));
 }
 
+TEST_F(QrvCredentialsTest, SavingTheAdministratorCommitsWhatIsPendingInTheSharedController) {
+    auto &defaults = *services.platform().userDefaults;
+    defaults.setAppliesImmediately(false);
+    defaults.setValue(QStringLiteral("hide"), true);
+    ASSERT_FALSE(services.preferences().boolean(QStringLiteral("hide")));
+    QrvCredentials::sharedInstance().saveUserName(QStringLiteral("ada"), QStringLiteral("pw"));
+    EXPECT_TRUE(services.preferences().boolean(QStringLiteral("hide")));
+}
+
 TEST_F(QrvCredentialsTest, PairIsStoredScrambledUnderShortKeysAndSaved) {
     credentials.saveUserName(text("ada"), text("ada pw"));
     const QString stored = services.preferences().string(text("up"));
