@@ -15,6 +15,7 @@ from world.world import World  # noqa: E402 # pylint: disable=wrong-import-posit
 
 
 def pytest_configure(config):
+    config.addinivalue_line("markers", "slow: left out unless QUORVANE_FULL is set (./check --full)")
     if enter.inside():
         return
     # pytest has redirected the output already; the run inside needs the real one.
@@ -23,6 +24,25 @@ def pytest_configure(config):
         capture.stop_global_capturing()
     program = str(Path(enter.__file__).resolve())
     os.execv(enter.PYTHON, [enter.PYTHON, program, "--", enter.PYTHON, "-m", "pytest", *sys.argv[1:]])
+
+
+def pytest_collection_modifyitems(items):
+    if os.environ.get("QUORVANE_FULL"):
+        return
+    for item in items:
+        if item.get_closest_marker("slow"):
+            item.add_marker(pytest.mark.skip(reason="slow: only with ./check --full"))
+
+
+def pytest_runtest_logreport(report):
+    """One line a row, for ./check to show: QUORVANE_E2E_ROWS names the file they are appended to."""
+    rows = os.environ.get("QUORVANE_E2E_ROWS")
+    if not rows or (report.when != "call" and report.passed):
+        return
+    left_out = report.skipped and "slow:" in str(report.longrepr)
+    outcome = "left out (slow)" if left_out else f"{report.outcome}, {report.duration:.1f} s"
+    with Path(rows).open("a", encoding="utf-8") as file:
+        file.write(f"{report.nodeid.rpartition('/')[2]}: {outcome}\n")
 
 
 @pytest.hookimpl(hookwrapper=True)
