@@ -11,6 +11,7 @@
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 namespace quorvane::guard {
@@ -76,6 +77,7 @@ public:
             return std::string("OpenVPN cannot be started: ") + std::strerror(errno);
         }
         written.reset();
+        m_process = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, m_pid, 0)));
         // Until here a kill by name meets this process, and the child dies with it; from here it meets the
         // child.
         prctl(PR_SET_NAME, OwnName);
@@ -86,9 +88,10 @@ public:
     }
 
 private:
-    /// Waits for output, a signal or the deadline; false at the end of the output.
+    /// Waits for output, a signal, the child's end or the deadline; false when there will be no more output.
     bool copyOutput() {
-        std::array<pollfd, 2> watched{{{m_output.get(), POLLIN, 0}, {m_signals.get(), POLLIN, 0}}};
+        std::array<pollfd, 3> watched{
+            {{m_output.get(), POLLIN, 0}, {m_signals.get(), POLLIN, 0}, {m_process.get(), POLLIN, 0}}};
         const int ready = poll(watched.data(), watched.size(), timeLeft());
         if (ready < 0) {
             return errno == EINTR;
@@ -99,22 +102,25 @@ private:
         if (ready == 0) {
             giveUp();
         }
-        if (watched[0].revents == 0) {
-            return true;
-        }
+        const bool more = watched[0].revents == 0 || readOutput();
+        // The rest of what it printed is taken first; somebody else may hold its output open for ever.
+        return more && (watched[2].revents == 0 || watched[0].revents != 0);
+    }
+
+    bool readOutput() {
         std::array<char, 4096> piece{};
         const ssize_t count = read(m_output.get(), piece.data(), piece.size());
-        if (count > 0) {
-            m_log.add({piece.data(), static_cast<std::size_t>(count)});
-            if (m_log.isUp()) {
-                m_deadline.reset();
-            } else if (!m_log.isWhole()) {
-                // Nobody could learn any more that the tunnel is up.
-                giveUp();
-            }
-            return true;
+        if (count <= 0) {
+            return count < 0 && (errno == EINTR || errno == EAGAIN);
         }
-        return count < 0 && errno == EINTR;
+        m_log.add({piece.data(), static_cast<std::size_t>(count)});
+        if (m_log.isUp()) {
+            m_deadline.reset();
+        } else if (!m_log.isWhole()) {
+            // Nobody could learn any more that the tunnel is up.
+            giveUp();
+        }
+        return true;
     }
 
     int timeLeft() const {
@@ -164,6 +170,7 @@ private:
     TunnelLog &m_log;
     FileDescriptor m_output;
     FileDescriptor m_signals;
+    FileDescriptor m_process; ///< readable once the child has ended
     pid_t m_pid = -1;
     std::optional<Clock::time_point> m_deadline;
     bool m_givenUp = false;

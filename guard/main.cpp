@@ -26,8 +26,8 @@ using namespace quorvane::guard;
 using platform::FileDescriptor;
 
 constexpr std::size_t LargestCredentials = 4096;
-constexpr std::chrono::seconds Deadline{60};
-constexpr std::chrono::seconds Grace{3};
+constexpr std::chrono::milliseconds Deadline{QUORVANE_DEADLINE_MS};
+constexpr std::chrono::milliseconds Grace{QUORVANE_GRACE_MS};
 
 struct Paths {
     std::string configuration;
