@@ -178,8 +178,8 @@ private:
 
 } // namespace
 
-void supervise(const Start &start, TunnelLog &log) {
-    log.finish(Child(start, log).run());
+std::string supervise(const Start &start, TunnelLog &log) {
+    return Child(start, log).run();
 }
 
 } // namespace quorvane::guard

@@ -4,10 +4,13 @@
 #include "AllowList.h"
 #include "Configuration.h"
 #include "Files.h"
+#include "HostRoutes.h"
 #include "Supervisor.h"
 #include "TunnelLog.h"
 
+#include <arpa/inet.h>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -15,9 +18,11 @@
 #include <fcntl.h>
 #include <linux/close_range.h>
 #include <span>
+#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -28,6 +33,7 @@ using platform::FileDescriptor;
 constexpr std::size_t LargestCredentials = 4096;
 constexpr std::chrono::milliseconds Deadline{QUORVANE_DEADLINE_MS};
 constexpr std::chrono::milliseconds Grace{QUORVANE_GRACE_MS};
+constexpr std::chrono::seconds LongestTurn{5};
 
 struct Paths {
     std::string configuration;
@@ -73,26 +79,49 @@ void leaveOutput() {
     dup2(null.get(), STDERR_FILENO);
 }
 
-/// Looks at the configuration; a copy of what may pass, or the reason why nothing may.
-FileDescriptor allowedCopy(const FileDescriptor &file, std::string &reason) {
+/// Looks at the configuration; what it says, or nothing and the reason why none of it may pass.
+std::vector<Directive> allowedDirectives(const FileDescriptor &file, std::string &reason) {
     std::string text;
     if (!readAll(file, LargestConfiguration, text)) {
         reason = Refusal{0, "it is too large or cannot be read"}.text();
         return {};
     }
-    const auto parsed = parse(text);
+    auto parsed = parse(text);
     if (const auto *refusal = std::get_if<Refusal>(&parsed)) {
         reason = refusal->text();
         return {};
     }
-    const auto &directives = std::get<std::vector<Directive>>(parsed);
-    if (const auto refusal = check(directives)) {
+    if (const auto refusal = check(std::get<std::vector<Directive>>(parsed))) {
         reason = refusal->text();
         return {};
     }
-    FileDescriptor copy = sealedCopy("configuration", privateCopy(directives));
-    reason = copy.isOpen() ? "" : "the private copy of the configuration cannot be made";
-    return copy;
+    return std::get<std::vector<Directive>>(std::move(parsed));
+}
+
+/// The servers that are named by their IPv4 address, in network byte order.
+std::vector<std::uint32_t> serversOf(const std::vector<Directive> &directives) {
+    std::vector<std::uint32_t> servers;
+    for (const Directive &directive : directives) {
+        in_addr address{};
+        if (directive.name() == "remote" && inet_pton(AF_INET, directive.words[1].c_str(), &address) == 1) {
+            servers.push_back(address.s_addr);
+        }
+    }
+    return servers;
+}
+
+/// One guard at a time, until its routes are taken back: the next one's OpenVPN may make the same route.
+/// False when the one before does not end; the system gives the lock back with the process.
+bool waitForTurn(FileDescriptor &lock) {
+    lock = FileDescriptor(open(QUORVANE_LOCK, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+    const auto end = std::chrono::steady_clock::now() + LongestTurn;
+    while (flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK || std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
 }
 
 FileDescriptor credentialsCopy(const std::string &path, uid_t owner, std::string &reason) {
@@ -116,24 +145,38 @@ FileDescriptor credentialsCopy(const std::string &path, uid_t owner, std::string
 
 /// Runs OpenVPN, or says in the log why not.
 void guarded(const Paths &paths, const OpenedFile &configuration, TunnelLog &log) {
-    std::string reason;
-    if (!log.hasRoom()) {
-        log.finish("there is no room for the log");
-        return;
+    FileDescriptor turn;
+    FileDescriptor credentials;
+    FileDescriptor copy;
+    std::string reason = log.hasRoom() ? "" : "there is no room for the log";
+    std::vector<Directive> directives;
+    if (reason.empty()) {
+        directives = allowedDirectives(configuration.descriptor, reason);
     }
-    const FileDescriptor copy = allowedCopy(configuration.descriptor, reason);
-    const FileDescriptor credentials =
-        reason.empty() ? credentialsCopy(paths.credentials, configuration.owner, reason) : FileDescriptor();
+    if (reason.empty()) {
+        credentials = credentialsCopy(paths.credentials, configuration.owner, reason);
+    }
+    if (reason.empty()) {
+        copy = sealedCopy("configuration", privateCopy(directives));
+        reason = copy.isOpen() ? "" : "the private copy of the configuration cannot be made";
+    }
+    if (reason.empty() && !waitForTurn(turn)) {
+        reason = "another tunnel is still there";
+    }
     if (!reason.empty()) {
         log.finish(reason);
         return;
     }
-    supervise({QUORVANE_OPENVPN,
-               // The level is said behind the configuration's own words, so it is the last word.
-               {"--config", pathOf(copy), "--script-security", "0", "--auth-user-pass", pathOf(credentials)},
-               Deadline,
-               Grace},
-              log);
+    const HostRoutes routes(serversOf(directives));
+    const std::string end = supervise(
+        {QUORVANE_OPENVPN,
+         // The level is said behind the configuration's own words, so it is the last word.
+         {"--config", pathOf(copy), "--script-security", "0", "--auth-user-pass", pathOf(credentials)},
+         Deadline,
+         Grace},
+        log);
+    routes.removeNew();
+    log.finish(end);
 }
 
 } // namespace
