@@ -64,7 +64,7 @@ Print printOf(std::string_view configuration) {
     }
     waitpid(pid, &print.status, 0);
     // The time of each line, and where in the configuration an error was found.
-    static const std::regex varying("(^|\n)[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8} us=[0-9]+ |fd/200:[0-9]+");
+    static const std::regex varying("(^|\n)[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8} (us=[0-9]+ )?|fd/200:[0-9]+");
     print.settings = std::regex_replace(print.settings, varying, "$1");
     return print;
 }
