@@ -6,6 +6,7 @@
 #include <cstring>
 #include <exception>
 #include <string>
+#include <sys/resource.h>
 
 namespace {
 
@@ -18,6 +19,16 @@ int usage() {
                "  --check        read and check the configuration, then exit\n",
                stderr);
     return ExitUsage;
+}
+
+/// Every connection is an open file; the usual soft limit of a shell allows a fraction of what the system
+/// does.
+void allowManyConnections() {
+    rlimit files{};
+    if (getrlimit(RLIMIT_NOFILE, &files) == 0) {
+        files.rlim_cur = files.rlim_max;
+        setrlimit(RLIMIT_NOFILE, &files);
+    }
 }
 
 } // namespace
@@ -46,6 +57,7 @@ int main(int argc, char **argv) {
         return 0;
     }
     std::signal(SIGPIPE, SIG_IGN);
+    allowManyConnections();
     try {
         return quorvane::service::runService(config.value());
     } catch (const std::exception &error) {

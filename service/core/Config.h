@@ -43,7 +43,7 @@ struct Announcement {
 };
 
 struct Limits {
-    unsigned connections = 512;
+    unsigned connections = 4096;
     std::chrono::seconds handshake{10};
     std::chrono::seconds request{15}; ///< for one whole request, the idle wait before it included
     unsigned headerBytes = 16384;

@@ -347,6 +347,10 @@ Result<bool> HttpsServer::start() {
     auto &tls = m_shared->tls;
     const Config &config = m_shared->config;
     SSL_CTX_set_min_proto_version(tls.native_handle(), TLS1_2_VERSION);
+    // A connection that waits for its next request keeps no buffers.
+    SSL_CTX_set_mode(tls.native_handle(), SSL_MODE_RELEASE_BUFFERS);
+    // Nothing of a client's outlives its connection; tickets that clients keep themselves go on working.
+    SSL_CTX_set_session_cache_mode(tls.native_handle(), SSL_SESS_CACHE_OFF);
     tls.use_certificate_chain_file(config.tlsCertificate, error);
     if (error) {
         return Failure{"tls.certificate: " + config.tlsCertificate + ": " + error.message()};

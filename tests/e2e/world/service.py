@@ -139,6 +139,11 @@ class Service:
             return False
 
     @property
+    def process(self):
+        """The running process (subprocess.Popen)."""
+        return self._process
+
+    @property
     def running(self):
         return self._process is not None and self._process.poll() is None
 

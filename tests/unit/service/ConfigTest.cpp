@@ -45,7 +45,7 @@ TEST(Config, ReadsWhatIsThereAndFillsInTheRest) {
     EXPECT_EQ(config.vpn.udp->device, "qrv-udp");
     EXPECT_EQ(config.vpn.tcp->device, "tun-x");
     EXPECT_TRUE(config.vpn.blockIpv6);
-    EXPECT_EQ(config.limits.connections, 512U);
+    EXPECT_EQ(config.limits.connections, 4096U);
     EXPECT_FALSE(config.strict);
     ASSERT_TRUE(config.gateway);
     EXPECT_EQ(config.gateway->command.size(), 4U);
