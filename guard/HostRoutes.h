@@ -1,8 +1,8 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <set>
+#include <tuple>
 #include <vector>
 
 namespace quorvane::guard {
@@ -11,7 +11,10 @@ namespace quorvane::guard {
 struct HostRoute {
     std::uint32_t host = 0;
     std::uint32_t router = 0;
-    auto operator<=>(const HostRoute &) const = default;
+
+    bool operator<(const HostRoute &other) const {
+        return std::tie(host, router) < std::tie(other.host, other.router);
+    }
 };
 
 /// The routes to the VPN servers. OpenVPN makes one and takes it back at its end, but not when it is killed,
