@@ -6,9 +6,16 @@
 #include <xcb/xcbext.h>
 #include <xcb/xtest.h>
 // The header has a field of that name.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
 namespace {
 
