@@ -2,6 +2,7 @@
 
 import contextlib
 import shutil
+import subprocess
 import tempfile
 import time
 
@@ -69,7 +70,7 @@ def name_questions(world):
 # --- with the tunnel
 
 
-@pytest.mark.parametrize("protocol", ["UDP", "TCP"])
+@pytest.mark.parametrize("protocol", ["UDP", pytest.param("TCP", marks=pytest.mark.slow)])
 def test_tunnel_up(make_home, protocol):
     """The lent address; the name and the address were both asked from it, and by the plain user."""
     world = make_home()
@@ -160,7 +161,8 @@ def test_tunnel_up_routes_beside_it(hidden):
 def test_tunnel_lost_meanwhile(hidden, when):
     """OpenVPN is killed while the question waits for its answer; afterwards every way is open again."""
     with hole("udp dport 53" if "name" in when else "ip saddr 10.8.0.0/16 tcp dport 443"), \
-            hidden.home.popen("/bin/bash", SCRIPT, CONFIGURATION, user="joe", stdout=-1, stderr=-1, text=True) as script:
+            hidden.home.popen("/bin/bash", SCRIPT, CONFIGURATION, user="joe", stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True) as script:
         waiting = "dd" if "name" in when else "curl"
         hidden.home.wait_for(lambda: hidden.home.processes(waiting), 5, f"{waiting} waits")
         hidden.tunnel.kill()
