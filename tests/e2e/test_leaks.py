@@ -199,6 +199,20 @@ def test_hidden_the_own_network_is_reached_directly(watch):
     watched.client.stop()
 
 
+@pytest.mark.slow
+def test_hidden_ipv6_is_left_alone_when_the_service_says_so(watch):
+    """A service that does not stop IPv6 lets all of it out, while IPv4 and names are hidden."""
+    watched = watch(vpn_settings={"block_ipv6": False})
+    address = watched.hide()
+    with watched.capture.phase("hidden") as phase:
+        watched.wait_reaches(address)
+        watched.wait_seen("IPv6", RATE)
+    found = kinds(phase.beside(SERVERS))
+    assert found["IPv4"] == found["DNS"] == []
+    record("hidden, IPv6 not stopped", phase.beside(SERVERS))
+    watched.client.stop()
+
+
 # What the client itself sends beside the tunnel while it gets a configuration, and names that anyone asks for.
 OF_THE_CLIENT = {f"UDP {server} port 53" for server in network.NAME_SERVERS} | \
     {f"TCP {network.SERVICE_ADDRESS} port 443"}
