@@ -7,11 +7,14 @@ import tempfile
 import time
 
 import pytest
+from harness import client as ui
 from harness import scripts
 from harness.tunnel import DEVICE, Tunnel
 from world import home as homes
-from world import network
+from world import network, service
+from world.accounts import ADA
 
+BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
 SCRIPT = f"{homes.CONTENTS}/Resources/extractip.sh"
 CONFIGURATION = "/var/tmp/qrvp.ovpn"
 OVERRIDES = "/etc/quorvane/service.conf"
@@ -253,3 +256,21 @@ def test_whose_tunnel_it_is(hidden):
     assert run(hidden) == (0, LENT + "\n"), "the other way to carry everything"
     for configuration in ("/nowhere", "", "/var/tmp"):
         assert run(hidden, configuration=configuration) == NOTHING, "without a configuration it cannot be told"
+
+
+# --- the client
+
+
+def test_client_shows_no_address_when_nobody_tells(world, client):
+    """The tunnel is up and the service silent: hidden, its place shown, no address; the real one nowhere as lent."""
+    network.swallow("ip saddr 10.0.0.0/8 tcp dport 443")  # of either protocol's tunnel
+    client.remember_administrator(ADA, location=BERLIN.title)
+    client.start()
+    client.hide()
+    client.wait_hidden()
+    assert client.text("Status line") == ui.HIDING + network.REAL_ADDRESS
+    assert client.current_address() == ""
+    assert client.text("Location") == BERLIN.title and client.text("State picture") == "IP hidden"
+    assert [request.peer for request in world.service.requests() if request.target == "/ip"] == []
+    client.stop()
+    assert client.current_address() == network.REAL_ADDRESS
