@@ -1,10 +1,22 @@
 #!/bin/bash
 # extractip.sh CONFIGURATION
 #
-# Prints the public IPv4 address that the outside sees, with a line feed, and ends within about three
-# seconds whatever the network does. The service's web host is asked; when it gives nothing usable, the
-# numeric "remote" address of the OpenVPN configuration stands in. Exit status 1: neither was to be had.
-# Runs as the plain user; the service's host and an extra CA come from service.conf (see below).
+# Prints the public IPv4 address that the outside sees through the tunnel of this OpenVPN configuration, with a
+# line feed. Exit status 1, and nothing printed: there is no such tunnel, or nobody told the address through it.
+# Ends within about three seconds whatever the network does. Runs as the plain user; the service's web host and
+# an extra CA come from service.conf (see below).
+#
+# The real address must never come out of here, so nothing is asked but through the tunnel:
+# - The tunnel is the tun device that carries all traffic (both halves of the IPv4 address space, or the default
+#   route), while the configuration's own server is reached beside it. A tun device that carries less, or one
+#   through which the server would be reached, belongs to somebody else.
+# - The request is bound to that device, not to an address (SO_BINDTODEVICE, for plain users since Linux 5.7), so
+#   it cannot change over to another one when the tunnel goes meanwhile. It fails then.
+# - The web host's name is looked up in /etc/hosts or else asked of the two resolvers below, directly, after a
+#   look that the route to each goes through the tunnel: the machine's own resolver may send its questions
+#   elsewhere. curl is given the address and asks nobody.
+# - No other source stands in. The configuration's "remote" says where the tunnel leads to, not what the outside
+#   sees, and nothing here could tell whether that is the home's own address.
 set -u
 export LC_ALL=C PATH=/usr/sbin:/usr/bin:/sbin:/bin
 
@@ -12,9 +24,14 @@ config=${1-}
 here=$(cd "$(dirname "$0")" && pwd) || exit 1
 defaults=$here/service.conf
 overrides=/etc/quorvane/service.conf
+resolvers=(8.8.8.8 8.8.4.4)
+no_hardware=65534 # ARPHRD_NONE
 
 octet='(25[0-5]|2[0-4][0-9]|1[0-9][0-9]|[1-9]?[0-9])'
 address="^$octet\\.$octet\\.$octet\\.$octet\$"
+
+milliseconds() { echo "$((${EPOCHREALTIME/[.,]/} / 1000))"; }
+begun=$(milliseconds)
 
 # The last "key = value" line wins, so the override file is read after the built-in defaults.
 setting() {
@@ -38,30 +55,136 @@ setting() {
         END { print found }' "${files[@]}"
 }
 
+# --- the tunnel
+
+device_in() { sed -n '1s/.* dev \([^ ]*\).*/\1/p'; }
+carrier_of() { ip -4 -o route show exact "$1" 2>/dev/null | device_in; }
+way_to() { ip -4 -o route get "$1" 2>/dev/null | device_in; }
+
+# The tun device that carries all traffic.
+carrying_tunnel() {
+    local device
+    device=$(carrier_of 0.0.0.0/1)
+    if [ -n "$device" ]; then
+        [ "$(carrier_of 128.0.0.0/1)" = "$device" ] || return 1
+    else
+        device=$(carrier_of default)
+    fi
+    [[ $device =~ ^tun[0-9]+$ ]] || return 1
+    [ "$(cat "/sys/class/net/$device/type" 2>/dev/null)" = $no_hardware ] || return 1
+    echo "$device"
+}
+
+# Whether one of the configuration's servers is reached beside the tunnel. A server given by name cannot be
+# checked without asking for the name, and counts.
+leads_to_configured_server() {
+    local remote
+    while read -r remote; do
+        [[ $remote =~ $address ]] || return 0
+        [ "$(way_to "$remote")" != "$tunnel" ] && return 0
+    done < <(awk '$1 == "remote" { sub(/\r$/, "", $2); if ($2 != "") print $2 }' "$config")
+    return 1
+}
+
+# --- the web host's addresses
+
+# The DNS question for the IPv4 addresses of a name, as escapes for printf.
+question_for() {
+    local rest=$1. label
+    printf '\\x%02x\\x%02x' $((id >> 8)) $((id & 255))
+    printf '%s' '\x01\x00\x00\x01\x00\x00\x00\x00\x00\x00'
+    while [ -n "$rest" ]; do
+        label=${rest%%.*}
+        rest=${rest#*.}
+        printf '\\x%02x%s' ${#label} "$label"
+    done
+    printf '%s' '\x00\x00\x01\x00\x01'
+}
+
+# Prints the IPv4 addresses in the answer whose bytes are the arguments; fails when it is none to our question.
+addresses_in() {
+    local b=("$@") at=12 records
+    skip_name() {
+        while ((at < ${#b[@]} && b[at] > 0 && b[at] < 192)); do
+            at=$((at + b[at] + 1))
+        done
+        # The end, or the jump to an earlier name.
+        at=$((at + (${b[at]-0} < 192 ? 1 : 2)))
+    }
+    ((${#b[@]} > 12 && b[0] * 256 + b[1] == id && (b[2] & 128) && (b[3] & 15) == 0)) || return 1
+    records=$((b[6] * 256 + b[7]))
+    skip_name
+    at=$((at + 4))
+    while ((records-- > 0)); do
+        skip_name
+        ((at + 10 <= ${#b[@]})) || break
+        # Type A, class IN, four bytes.
+        if [ "${b[*]:at:4} ${b[*]:at + 8:2}" = "0 1 0 1 0 4" ] && ((at + 14 <= ${#b[@]})); then
+            printf '%d.%d.%d.%d\n' "${b[@]:at + 10:4}"
+        fi
+        at=$((at + 10 + b[at + 8] * 256 + b[at + 9]))
+    done
+}
+
+# Asks one resolver through the tunnel. dd, because each write has to be one packet.
+ask_resolver() {
+    local bytes
+    [ "$(way_to "$1")" = "$tunnel" ] || return 1
+    {
+        # shellcheck disable=SC2059 # the question is made of escapes
+        printf "$(question_for "$2")" | dd bs=512 iflag=fullblock status=none >&3 || return 1
+        read -r -d '' -a bytes < <(timeout -k 0.1 0.5 dd bs=512 count=1 status=none <&3 | od -An -v -tu1)
+    } 3<>"/dev/udp/$1/53"
+    addresses_in "${bytes[@]}"
+} 2>/dev/null
+
+addresses_of() {
+    local found resolver
+    if [[ $1 =~ $address ]]; then
+        echo "$1"
+        return
+    fi
+    found=$(getent -s files ahostsv4 "$1" | awk '{ print $1 }' | sort -u)
+    for resolver in "${resolvers[@]}"; do
+        [ -n "$found" ] && break
+        id=$((SRANDOM & 0xffff))
+        found=$(ask_resolver "$resolver" "$1")
+    done
+    [ -n "$found" ] && echo "$found"
+}
+
+# --- the question
+
+# No user configuration (-q has to come first), no proxy, no IPv6. "timeout" covers what curl's own limit does not.
+ask() {
+    timeout -k 0.1 1.3 curl -q -fsS -4 --interface "if!$tunnel" --noproxy '*' --proto '=https' \
+        --resolve "$name:$port:$addresses" ${trusted[@]+"${trusted[@]}"} -H 'Accept: text/plain' \
+        --connect-timeout 1.1 -m 1.2 --max-filesize 64 -- "https://$name:$port/ip" 2>/dev/null |
+        head -c 64 | tr -d '\0\r\n\t '
+}
+
+[ -r "$config" ] && [ -f "$config" ] || exit 1
+tunnel=$(carrying_tunnel) || exit 1
+leads_to_configured_server || exit 1
+
 host=$(setting web_host)
+name=${host%%:*}
+port=443
+[[ $host == *:* ]] && port=${host##*:}
+[[ $name =~ ^[A-Za-z0-9._-]+$ && $port =~ ^[0-9]+$ ]] || exit 1
 ca=$(setting ca_file)
 trusted=()
 [ -n "$ca" ] && trusted=(--cacert "$ca" --capath /etc/ssl/certs)
 
-# No user configuration (-q has to come first), no proxy, no IPv6: the question must go where the tunnel
-# goes. "timeout" covers what curl's own limit does not, a resolver thread that will not end.
-ask() {
-    timeout -k 0.2 1.3 curl -q -fsS -4 --noproxy '*' --proto '=https' ${trusted[@]+"${trusted[@]}"} \
-        -H 'Accept: text/plain' --connect-timeout 1.1 -m 1.2 --max-filesize 64 -- "https://$host/ip" 2>/dev/null |
-        head -c 64 | tr -d '\0\r\n\t '
-}
-
-if [ -n "$host" ]; then
-    for _ in 1 2; do
-        found=$(ask)
-        if [[ $found =~ $address ]]; then
-            printf '%s\n' "$found"
-            exit 0
-        fi
-    done
-fi
-
-[ -r "$config" ] && [ -f "$config" ] || exit 1
-found=$(awk '$1 == "remote" { sub(/\r$/, "", $2); print $2; exit }' "$config" 2>/dev/null)
-[[ $found =~ $address ]] || exit 1
-printf '%s\n' "$found"
+addresses=$(addresses_of "$name" | paste -sd,)
+[ -n "$addresses" ] || exit 1
+for _ in 1 2; do
+    found=$(ask)
+    if [[ $found =~ $address ]]; then
+        printf '%s\n' "$found"
+        exit 0
+    fi
+    # A second try only when there is time left for all of it.
+    (($(milliseconds) - begun < 1700)) || break
+done
+exit 1

@@ -75,7 +75,7 @@ bool CredentialStore::grant(const std::string &user, Ipv4Address address) {
     if (found == m_users.end()) {
         return false;
     }
-    found->second.grant = Grant{address, m_clock() + m_grantLifetime, std::nullopt};
+    found->second.grant = Grant{address, m_clock() + m_grantLifetime, std::nullopt, std::nullopt};
     return true;
 }
 
@@ -84,20 +84,27 @@ CredentialStore::Login CredentialStore::login(const std::string &user, std::stri
     dropExpired();
     const auto found = m_users.find(user);
     if (found == m_users.end()) {
-        return {Refusal::UnknownUser, {}};
+        return {Refusal::UnknownUser, {}, {}};
     }
     if (!sameSecret(found->second.password, password)) {
-        return {Refusal::WrongPassword, {}};
+        return {Refusal::WrongPassword, {}, {}};
     }
     std::optional<Grant> &grant = found->second.grant;
     if (!grant || (!grant->source && grant->end <= m_clock())) {
-        return {Refusal::NotGranted, {}};
+        return {Refusal::NotGranted, {}, {}};
     }
     if (grant->source && (grant->source->empty() || *grant->source != source)) {
-        return {Refusal::UsedElsewhere, {}};
+        return {Refusal::UsedElsewhere, {}, {}};
     }
     grant->source = source;
-    return {Refusal::None, grant->address};
+    return {Refusal::None, grant->address, grant->tunnel};
+}
+
+void CredentialStore::usesTunnel(const std::string &user, Ipv4Address tunnel) {
+    const auto found = m_users.find(user);
+    if (found != m_users.end() && found->second.grant) {
+        found->second.grant->tunnel = tunnel;
+    }
 }
 
 void CredentialStore::dropExpired() {

@@ -37,7 +37,8 @@ public:
 
     struct Login {
         Refusal refusal = Refusal::None;
-        Ipv4Address address; ///< what to lend, when not refused
+        Ipv4Address address;               ///< what to lend, when not refused
+        std::optional<Ipv4Address> tunnel; ///< the tunnel address of the grant's login before this one
     };
 
     /// `most` bounds the number of users kept; the oldest make room.
@@ -52,6 +53,8 @@ public:
     /// Checks a login from `source`, the client's own address; a right one ties its grant to that place.
     /// An unknown place ("") may use a grant, but not again.
     Login login(const std::string &user, std::string_view password, const std::string &source);
+    /// Notes the tunnel address that the user's grant is used with.
+    void usesTunnel(const std::string &user, Ipv4Address tunnel);
 
     [[nodiscard]] std::size_t size() const { return m_users.size(); }
 
@@ -62,6 +65,7 @@ private:
         Ipv4Address address;
         TimePoint end;                     ///< of the time for its first login
         std::optional<std::string> source; ///< where that login came from
+        std::optional<Ipv4Address> tunnel; ///< of the last login
     };
 
     struct User {

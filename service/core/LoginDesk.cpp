@@ -49,11 +49,13 @@ void LoginDesk::connect(const ManagementEvent &event) {
         return;
     }
     endEarlierSession(user);
-    const auto tunnel = m_addresses.take();
+    // A tunnel that is made anew keeps its address, so the client need not give up its device and routes.
+    const auto tunnel = login.tunnel ? m_addresses.takeAgain(*login.tunnel) : m_addresses.take();
     if (!tunnel) {
         deny(event.client, event.key, "no tunnel address is free");
         return;
     }
+    m_credentials.usesTunnel(user, *tunnel);
     m_sessions[event.client] = {user, password, *tunnel, login.address, event.key};
     m_note("login of " + jsonText(user) + " from " + jsonText(source) + ": " + tunnel->text() + " lends " +
            login.address.text());

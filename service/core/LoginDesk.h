@@ -26,8 +26,9 @@ public:
 ///
 /// A login is answered only when its row is in the lending table, so no packet of a session can leave
 /// with another address than the one that was asked for. A user has one session at a time on a server: the
-/// newest. Make it with std::make_shared: answers of the
-/// table may come after the connection to the server, and with it the desk's owner, is gone.
+/// newest. A login again on the same grant gets the tunnel address it had, if that is free. Make it with
+/// std::make_shared: answers of the table may come after the connection to the server, and with it the desk's
+/// owner, is gone.
 class LoginDesk : public std::enable_shared_from_this<LoginDesk> {
 public:
     using Send = std::function<void(const std::string &commands)>;

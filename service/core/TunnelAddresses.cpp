@@ -26,6 +26,15 @@ std::optional<Ipv4Address> TunnelAddresses::take() {
     }
 }
 
+std::optional<Ipv4Address> TunnelAddresses::takeAgain(Ipv4Address address) {
+    const Ipv4Address first{m_network.base.value + FirstClient};
+    const bool ours = address.value >= first.value && address.value - first.value < m_count;
+    if (ours && m_taken.insert(address).second) {
+        return address;
+    }
+    return take();
+}
+
 void TunnelAddresses::giveBack(Ipv4Address address) {
     m_taken.erase(address);
 }

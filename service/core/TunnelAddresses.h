@@ -20,6 +20,8 @@ public:
 
     /// A free address, or nothing when all are taken.
     std::optional<Ipv4Address> take();
+    /// This address if it is one of the network's for clients and free, else as `take`.
+    std::optional<Ipv4Address> takeAgain(Ipv4Address address);
     void giveBack(Ipv4Address address);
 
     [[nodiscard]] std::size_t taken() const { return m_taken.size(); }

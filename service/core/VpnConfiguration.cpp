@@ -43,7 +43,9 @@ std::string clientConfiguration(const Vpn &vpn, const VpnServer &server, Ipv4Add
                        "dev tun\n";
     text += udp ? "proto udp\n" : "proto tcp-client\n";
     text += "remote " + remote.text() + ' ' + std::to_string(server.port) + '\n';
+    // A tunnel that has to be made anew keeps its device and routes meanwhile: nothing leaves beside it.
     text += "nobind\n"
+            "persist-tun\n"
             "auth-user-pass\n"
             "auth-nocache\n"
             "remote-cert-tls server\n";

@@ -20,6 +20,8 @@ LENT_POOL = "203.0.113.0/24"
 API_HOST = "api.quorvane.test"
 WEB_HOST = "www.quorvane.test"
 NAME_SERVERS = ("8.8.8.8", "8.8.4.4")
+# Only in a world with IPv6: the home, its router and a host of the Internet, all reached without translation.
+HOME_ADDRESS_6, ROUTER_ADDRESS_6, INTERNET_ADDRESS_6 = "2001:db8:77::2", "2001:db8:77::1", "2001:db8:2::10"
 
 _NAT = f"""
 table ip home_nat {{
@@ -66,7 +68,7 @@ def swallow(match):
 class Network:
     """The namespaces with their name server. Everything ends with `close`, or with the outer namespace."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, *, ipv6=False):
         self.folder = Path(folder)
         self._name_server = None
         try:
@@ -75,6 +77,8 @@ class Network:
                 _up(namespace, "lo")
             self._connect_home()
             self._connect_internet()
+            if ipv6:
+                self._connect_ipv6()
             self.start_name_server()
         except BaseException:
             self.close()
@@ -102,6 +106,18 @@ class Network:
         inside(GATEWAY, "sysctl", "-qw", "net.ipv4.ip_forward=1", "net.ipv4.conf.all.rp_filter=0",
                "net.ipv4.conf.default.rp_filter=0")
         inside(GATEWAY, "nft", "-f", "-", input=_NAT)
+
+    def _connect_ipv6(self):
+        """Global addresses and a default route for the home, as a router's announcement would give."""
+        for place in (f"{HOME} eth0 {HOME_ADDRESS_6}/64", f"{GATEWAY} lan {ROUTER_ADDRESS_6}/64",
+                      f"{GATEWAY} wan 2001:db8:198::10/64", f"{INTERNET} net0 2001:db8:198::1/64",
+                      f"{INTERNET} lo {INTERNET_ADDRESS_6}/128"):
+            namespace, device, address = place.split()
+            run("ip", "-n", namespace, "-6", "address", "add", address, "dev", device, "nodad")
+        run("ip", "-n", HOME, "-6", "route", "add", "default", "via", ROUTER_ADDRESS_6)
+        run("ip", "-n", GATEWAY, "-6", "route", "add", "default", "via", "2001:db8:198::1")
+        run("ip", "-n", INTERNET, "-6", "route", "add", "2001:db8:77::/64", "via", "2001:db8:198::10")
+        inside(GATEWAY, "sysctl", "-qw", "net.ipv6.conf.all.forwarding=1")
 
     def start_name_server(self):
         """Starts the name server that answers at NAME_SERVERS and knows the service's hosts only."""

@@ -109,6 +109,8 @@ class Service:
             "gateway": {"command": ["ip", "netns", "exec", network.GATEWAY],
                         "nft": {"table": TABLE, "map": LENT_MAP, "wan_interface": "wan"}},
         }
+        # Single settings of the tunnels go beside the ones above; whatever else is given replaces them.
+        settings["vpn"].update(overrides.pop("vpn_settings", {}))
         settings.update(overrides)
         return settings
 

@@ -20,7 +20,7 @@ class World:
     """The network, the service and one home. Only inside of enter.py's namespaces, one at a time."""
 
     def __init__(self, *, contents=None, program=None, serve=True, name_servers=home.RIGHT_NAME_SERVERS, x11=None,
-                 **service_settings):
+                 ipv6=False, **service_settings):
         if not enter.inside():
             raise RuntimeError("the small world is made inside of tests/e2e/world/enter.py only")
         self.folder = enter.BASE / "world"
@@ -28,7 +28,7 @@ class World:
         with contextlib.ExitStack() as made:
             self.folder.mkdir()
             made.callback(shutil.rmtree, self.folder)
-            self.network = network.Network(self.folder)
+            self.network = network.Network(self.folder, ipv6=ipv6)
             made.callback(self.network.close)
             authority = pki.Authority(self.folder / "pki")
             self.service = service.Service(program or service.program_from_environment(), self.folder / "service",

@@ -118,12 +118,57 @@ TEST_F(LoginDeskTest, ALoginFromTheSamePlaceTakesTheAddressOver) {
     handle(Kind::Connect, 2, 0, credentials);
     EXPECT_EQ(sent(), "client-kill 1\n");
     m_table.answer(true);
-    EXPECT_EQ(sent(), "client-auth 2 0\nifconfig-push 10.8.0.3 255.255.255.248\nEND\n");
+    EXPECT_EQ(sent(), "client-auth 2 0\nifconfig-push 10.8.0.2 255.255.255.248\nEND\n");
     handle(Kind::Disconnect, 1);
     EXPECT_EQ(m_desk->sessions(), 1U);
     const std::vector<std::string> expected = {"lend 10.8.0.2 203.0.113.5", "take back 10.8.0.2",
-                                               "lend 10.8.0.3 203.0.113.5"};
+                                               "lend 10.8.0.2 203.0.113.5"};
     EXPECT_EQ(m_table.calls, expected);
+}
+
+TEST_F(LoginDeskTest, ATunnelThatIsMadeAnewKeepsItsAddress) {
+    const auto credentials = granted(Berlin);
+    handle(Kind::Connect, 1, 0, credentials);
+    handle(Kind::Connect, 2, 0, granted(Boston));
+    m_desk->connectionLost(); // the server ended; the next one has a desk of its own
+    m_desk = std::make_shared<LoginDesk>(
+        m_store, m_addresses, m_table, [this](const std::string &text) { m_sent += text; },
+        [](const std::string &) {});
+    m_table.calls.clear();
+    handle(Kind::Connect, 1, 0, granted(Boston));
+    handle(Kind::Connect, 2, 0, credentials);
+    EXPECT_EQ(m_table.calls,
+              (std::vector<std::string>{"lend 10.8.0.4 203.0.113.42", "lend 10.8.0.2 203.0.113.5"}));
+}
+
+TEST_F(LoginDeskTest, ATunnelAddressThatIsTakenMeanwhileIsNotKept) {
+    const auto credentials = granted(Berlin);
+    handle(Kind::Connect, 1, 0, credentials);
+    handle(Kind::Disconnect, 1);
+    ASSERT_EQ(m_addresses.takeAgain(*Ipv4Address::parse("10.8.0.2")), Ipv4Address::parse("10.8.0.2"));
+    handle(Kind::Connect, 2, 0, credentials);
+    EXPECT_EQ(m_table.calls.back(), "lend 10.8.0.3 203.0.113.5");
+}
+
+TEST_F(LoginDeskTest, AnotherGrantMeansAnotherTunnelAddress) {
+    const auto credentials = granted(Berlin);
+    handle(Kind::Connect, 1, 0, credentials);
+    handle(Kind::Disconnect, 1);
+    m_store.grant(credentials.user, Boston);
+    handle(Kind::Connect, 2, 0, credentials);
+    EXPECT_EQ(m_table.calls.back(), "lend 10.8.0.3 203.0.113.42");
+}
+
+TEST(TunnelAddresses, TakenAgainOnlyWhatIsForClients) {
+    TunnelAddresses addresses(*Ipv4Network::parse("10.8.0.0/29"), 0);
+    for (const char *other : {"10.8.0.0", "10.8.0.1", "10.8.0.7", "10.9.0.3", "10.7.255.255", "0.0.0.0"}) {
+        const auto taken = addresses.takeAgain(*Ipv4Address::parse(other));
+        ASSERT_TRUE(taken.has_value()) << other;
+        EXPECT_NE(taken, Ipv4Address::parse(other));
+        addresses.giveBack(*taken);
+    }
+    EXPECT_EQ(addresses.takeAgain(*Ipv4Address::parse("10.8.0.6")), Ipv4Address::parse("10.8.0.6"));
+    EXPECT_EQ(addresses.taken(), 1U);
 }
 
 TEST_F(LoginDeskTest, ClientsOverIpv6AreToldApartToo) {
@@ -139,7 +184,7 @@ TEST_F(LoginDeskTest, ClientsOverIpv6AreToldApartToo) {
     m_source.second = "2001:db8::1";
     handle(Kind::Connect, 3, 0, credentials);
     m_table.answer(true);
-    EXPECT_EQ(sent(), "client-auth 3 0\nifconfig-push 10.8.0.3 255.255.255.248\nEND\n");
+    EXPECT_EQ(sent(), "client-auth 3 0\nifconfig-push 10.8.0.2 255.255.255.248\nEND\n");
 }
 
 TEST_F(LoginDeskTest, LoginsMayInterleave) {

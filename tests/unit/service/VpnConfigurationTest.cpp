@@ -33,6 +33,7 @@ TEST(ClientConfiguration, ByteForByteOverUdp) {
               "proto udp\n"
               "remote 203.0.113.5 1194\n"
               "nobind\n"
+              "persist-tun\n"
               "auth-user-pass\n"
               "auth-nocache\n"
               "remote-cert-tls server\n"
