@@ -9,6 +9,7 @@
 #include "frontend/support/SessionLog.h"
 #include "frontend/support/TextFile.h"
 #include "platform/DelayedCalls.h"
+#include "platform/FileRoom.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
@@ -21,6 +22,8 @@
 namespace {
 
 const QString processName = QStringLiteral("openvpn");
+/// What OpenVPN writes before the tunnel is up or has failed fits many times over.
+constexpr qint64 logRoom = 64LL * 1024;
 
 platform::Platform &services() {
     return platform::Platform::current();
@@ -61,14 +64,22 @@ bool Vpn::configVpn() {
     const QString credentialsPath = folder + QStringLiteral("/.vpnCreds.txt");
     const QString logPath = folder + QStringLiteral("/openvpn.log");
     // Written before the configuration is looked for: a start without one still leaves a fresh pair.
-    TextFile::replace(credentialsPath, credentials.toUtf8());
+    const bool stored = TextFile::replace(credentialsPath, credentials.toUtf8());
+    // Without room the log would stay empty while the tunnel comes up, and nobody would ever learn of it.
+    if (!stored || platform::hasRoom(folder, logRoom) != 0) {
+        fail(QStringLiteral("no room for the files of a session in %1").arg(folder));
+        return false;
+    }
 
     const QString configurationPath = preferences.string(QStringLiteral("vpnConfigPath"));
     if (configurationPath.isEmpty() || !QFile::exists(configurationPath)) {
         Diagnostics::log(QStringLiteral("no config file"));
         return false;
     }
-    emptyLog(logPath);
+    if (!emptyLog(logPath)) {
+        fail(QStringLiteral("log file %1 cannot be had").arg(logPath));
+        return false;
+    }
     needReadLog = true;
     readLog(logPath);
 
@@ -80,13 +91,13 @@ bool Vpn::configVpn() {
     return true;
 }
 
-void Vpn::emptyLog(const QString &path) {
+bool Vpn::emptyLog(const QString &path) {
     // Removed, not truncated: a log that the administrator's shell made belongs to root. Made again here,
     // so that it belongs to the user and OpenVPN appends to it.
     if (!QFile::remove(path)) {
         Diagnostics::log(QStringLiteral("log file %1 wasn't removed").arg(path));
     }
-    TextFile::replace(path, {});
+    return TextFile::replace(path, {}) && platform::reserveRoom(path, logRoom) == 0;
 }
 
 void Vpn::launchInBackground(const QStringList &words, const QString &credentialsPath) {

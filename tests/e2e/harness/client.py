@@ -52,6 +52,7 @@ class Client:
     def __init__(self, world, user, *, display=None):
         self.world, self.home, self.user = world, world.home, user
         self.folder = f"/home/{user}"
+        self.log_folder = self.folder
         self.display = display or PrivateDisplay(self.home, user)
         environment = {**self.display.environment, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
                        "QT_QPA_PLATFORM": "xcb", "NO_AT_BRIDGE": "0"}
@@ -88,11 +89,12 @@ class Client:
     def start(self, *arguments, key="first", environment=None):
         """Starts a copy of the client; `key` tells several copies apart."""
         return self.ask("start", key=key, arguments=[PROGRAM, *arguments], environment=environment or {},
-                        output=f"{self.folder}/{key}.log")
+                        output=f"{self.log_folder}/{key}.log")
 
     def output(self, key="first"):
         """What the copy wrote to its standard output and error."""
-        return self.home.path(f"{self.folder}/{key}.log").read_text(encoding="utf-8", errors="replace")
+        path = self.home.path(f"{self.log_folder}/{key}.log")
+        return path.read_text(encoding="utf-8", errors="replace") if path.exists() else ""
 
     def running(self, key="first"):
         return self.ask("status", key=key) is None

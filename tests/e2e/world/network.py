@@ -63,6 +63,11 @@ def swallow(match):
            f"  type filter hook prerouting priority -300;\n  {match} drop\n }}\n}}\n")
 
 
+def stop_swallowing():
+    """Takes back what `swallow` did."""
+    inside(GATEWAY, "nft", "delete", "table", "ip", "hole")
+
+
 class Network:
     """The namespaces with their name server. Everything ends with `close`, or with the outer namespace."""
 
