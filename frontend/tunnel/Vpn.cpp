@@ -54,6 +54,7 @@ void Vpn::stopVpn() {
 
 bool Vpn::configVpn() {
     Diagnostics::log(QStringLiteral("configVpn begins"));
+    noConfiguration = false;
     const QString executable = services().bundle->resourcesPath() + QStringLiteral("/openvpn");
     const auto &preferences = *services().preferences;
     const QString credentials = Diagnostics::shown(preferences.string(QStringLiteral("vpnUsername"))) +
@@ -72,7 +73,8 @@ bool Vpn::configVpn() {
     }
 
     const QString configurationPath = preferences.string(QStringLiteral("vpnConfigPath"));
-    if (configurationPath.isEmpty() || !QFile::exists(configurationPath)) {
+    noConfiguration = configurationPath.isEmpty() || !QFile::exists(configurationPath);
+    if (noConfiguration) {
         Diagnostics::log(QStringLiteral("no config file"));
         return false;
     }

@@ -33,6 +33,9 @@ public:
 
     [[nodiscard]] bool readsLog() const { return needReadLog; }
 
+    /// Whether the last launch ended because there was no configuration file. Nothing else tells of it.
+    [[nodiscard]] bool lacksConfiguration() const { return noConfiguration; }
+
     /// Kills what runs, then launches.
     void startVpn();
     /// Ends the watching and kills OpenVPN. Blocks while the administrator's shell runs.
@@ -59,4 +62,5 @@ private:
 
     VpnProtocol *delegate = nullptr;
     bool needReadLog = false;
+    bool noConfiguration = false;
 };

@@ -139,7 +139,9 @@ TEST_F(VpnTest, AbsentCredentialsAreWrittenAsNull) {
 TEST_F(VpnTest, NoConfigurationLeavesTheLogAndStartsNothing) {
     writeLog("old");
     services.preferences().setValue(text("vpnConfigPath"), text("/no/such/file"));
+    EXPECT_FALSE(vpn.lacksConfiguration());
     EXPECT_FALSE(vpn.configVpn());
+    EXPECT_TRUE(vpn.lacksConfiguration());
     EXPECT_TRUE(logged("no config file"));
     EXPECT_EQ(contentsOf(log), QByteArray("old"));
     EXPECT_TRUE(services.scripting().calls().empty());
