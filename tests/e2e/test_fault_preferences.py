@@ -7,7 +7,6 @@ import signal
 import pytest
 from harness import client as ui
 from harness import settings
-from harness.client import picture_folder
 from harness.next_session import BERLIN, check_hidden, check_not_hidden, check_session, press
 from world.accounts import ADA
 
@@ -123,7 +122,7 @@ def test_stored_administrator_of_a_wrong_type(world, client, pair):
 
 
 @pytest.mark.parametrize("path", ["/no/such/file", "", 5, ["a"]], ids=["missing", "empty", "number", "list"])
-def test_same_address_wanted_but_no_configuration(world, client, path, request):
+def test_same_address_wanted_but_no_configuration(world, client, path):
     """The attempt says so and can be stopped; choosing a location gets a new configuration."""
     client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path)
     client.start()
@@ -137,10 +136,6 @@ def test_same_address_wanted_but_no_configuration(world, client, path, request):
     assert world.service.requests_of("VPNC") == []
     press(client)
     client.wait(ui.label("Notice"), 10, showing=True)
-    if request.node.callspec.id == "missing":
-        folder = picture_folder()
-        if folder:
-            client.display.screenshot(folder / "no-configuration.png")
     client.ask("choose", key="first", query=ui.label("Location choice"), entry=BERLIN.title, timeout=10)
     check_hidden(world, client)
     assert not client.shows("Notice")
