@@ -78,6 +78,13 @@ bool Vpn::configVpn() {
         Diagnostics::log(QStringLiteral("no config file"));
         return false;
     }
+    for (const QString &path : {executable, configurationPath, credentialsPath, logPath}) {
+        if (path.contains(u'\'')) {
+            // Nothing is escaped between the quotes: what follows would run as commands of root's.
+            fail(QStringLiteral("not started: there is an apostrophe in %1").arg(path));
+            return false;
+        }
+    }
     if (!emptyLog(logPath)) {
         fail(QStringLiteral("log file %1 cannot be had").arg(logPath));
         return false;

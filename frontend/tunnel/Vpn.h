@@ -41,7 +41,7 @@ public:
     /// Ends the watching and kills OpenVPN. Blocks while the administrator's shell runs.
     void stopVpn();
     /// True when the launch was handed to the background; false without a configuration file, and when the
-    /// attempt failed because the session's files cannot be written.
+    /// attempt failed because the session's files cannot be written or the shell would misread their paths.
     bool configVpn();
     /// One look at the log, and the appointment for the next.
     void readLog(const QString &path);

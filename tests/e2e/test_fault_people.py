@@ -4,7 +4,7 @@ import signal
 
 import pytest
 from harness import client as ui
-from harness.next_session import BERLIN, check_hidden, check_not_hidden, check_session, press
+from harness.next_session import BERLIN, check_given_up, check_hidden, check_not_hidden, check_session, press
 from harness.verifier import Verifier
 from world import network
 from world.accounts import ADA, SUE, Account
@@ -92,6 +92,48 @@ def test_odd_home_folder(make_world, make_client, folder):
     assert client.file("Documents/Quorvane/openvpn.log").stat().st_size > 0
     client.signal(signal.SIGTERM)
     assert client.wait_exit() == 0
+
+
+RAN = "/var/tmp/ran"
+COMMAND = f"x' ; id -u > {RAN} ; '"
+
+
+def check_refused(world, client, path):
+    """The attempt ends in the alert and no line with the path went to root's shell."""
+    press(client)
+    check_given_up(world, client)
+    assert f"not started: there is an apostrophe in {path}" in client.output()
+    assert not [line for line in world.home.privileged_lines() if "--config" in line]
+    assert not world.home.path(RAN).exists()
+
+
+@pytest.mark.parametrize("folder", [
+    pytest.param("/home/o'brien", id="one"),  # alone, the shell would only complain
+    pytest.param("/home/o'b'rien", id="two", marks=pytest.mark.slow),  # another path would be meant
+    pytest.param(f"/home/{COMMAND}", id="command"),  # and this would be run
+])
+def test_apostrophe_in_the_home_folder(make_world, make_client, folder):
+    """The shell would end the quotes there: the attempt fails instead, and nothing of the path runs."""
+    world = make_world(people=[at(folder)])
+    client = make_client(world, "odd")
+    client.remember_administrator(ADA, location=BERLIN.title)
+    client.start()
+    check_refused(world, client, f"{folder}/Documents/Quorvane/")
+    assert client.file("Documents/Quorvane/qrvp.ovpn").exists(), "all but the launch went its way"
+    check_refused(world, client, f"{folder}/Documents/Quorvane/")
+
+
+def test_apostrophe_in_the_name_of_a_chosen_configuration(world, client):
+    """A file that somebody sent, under a name that is a command: it does not run, and other files do."""
+    path = f"{client.folder}/{COMMAND}.ovpn"
+    world.home.write(path, "client\n", owner="joe")
+    client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path)
+    client.start()
+    check_refused(world, client, path)
+    client.ask("choose", key="first", query=ui.label("Location choice"), entry="Japan Tokyo", timeout=10)
+    check_hidden(world, client)
+    client.stop()
+    check_session(world, client)
 
 
 ODD_TEXTS = [

@@ -106,14 +106,23 @@ TEST_F(VpnTest, LaunchLineByteForByte) {
     EXPECT_TRUE(logged("> 1"));
 }
 
-TEST_F(VpnTest, QuoteInAPathIsNotEscaped) {
+TEST_F(VpnTest, ApostropheInAPathFailsTheAttempt) {
     writeConfiguration();
-    const QString odd = folder + text("/it's.ovpn");
+    const QString odd = folder + text("/x' ; touch y; '.ovpn");
+    ASSERT_TRUE(QFile::rename(folder + text("/qrvp.ovpn"), odd));
+    services.preferences().setValue(text("vpnConfigPath"), odd);
+    expectFailedAttempt();
+    EXPECT_TRUE(logged(text("not started: there is an apostrophe in ") + odd));
+}
+
+TEST_F(VpnTest, OtherSignsInAPathAreTakenAsTheyAre) {
+    writeConfiguration();
+    const QString odd = folder + text("/a \"b\" $HOME `id` \\ * \xC3\xBC.ovpn");
     ASSERT_TRUE(QFile::rename(folder + text("/qrvp.ovpn"), odd));
     services.preferences().setValue(text("vpnConfigPath"), odd);
     ASSERT_TRUE(vpn.configVpn());
     QThreadPool::globalInstance()->waitForDone();
-    EXPECT_TRUE(services.scripting().calls()[0].line.contains(text("'") + odd + text("'")));
+    EXPECT_TRUE(services.scripting().calls()[0].line.contains(text(" --config '") + odd + text("' ")));
 }
 
 TEST_F(VpnTest, LaunchResultIsLoggedEvenWithDiagnosticsOff) {
