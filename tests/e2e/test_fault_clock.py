@@ -30,6 +30,7 @@ def check_stop_and_next_session(world, client, clock):
     check_session(world, client)
 
 
+@pytest.mark.slow
 @pytest.mark.parametrize("before, after", JUMPS)
 def test_jump_while_ready(world, client, before, after):
     clock = started(client, before)
@@ -39,6 +40,7 @@ def test_jump_while_ready(world, client, before, after):
     check_stop_and_next_session(world, client, clock)
 
 
+@pytest.mark.slow
 @pytest.mark.parametrize("before, after", JUMPS)
 def test_jump_while_searching(world, client, before, after):
     """The log is still looked at every two seconds, so the tunnel is seen to come up."""
@@ -52,7 +54,8 @@ def test_jump_while_searching(world, client, before, after):
     check_stop_and_next_session(world, client, clock)
 
 
-@pytest.mark.parametrize("before, after", JUMPS)
+@pytest.mark.parametrize("before, after", [pytest.param(*FORWARD, id="forward", marks=pytest.mark.slow),
+                                           pytest.param(*BACK, id="back")])
 def test_jump_while_hidden(world, client, before, after):
     clock = started(client, before)
     press(client)
@@ -82,7 +85,8 @@ def test_jump_while_the_automatic_change_waits(world, client, before, after):
         check_not_hidden(world, client)
 
 
-@pytest.mark.parametrize("hours", [-20, 24 * 400], ids=["too-early", "too-late"])
+@pytest.mark.parametrize("hours", [pytest.param(-20, id="too-early"),
+                                   pytest.param(24 * 400, id="too-late", marks=pytest.mark.slow)])
 def test_jump_out_of_the_certificates_time(world, client, hours):
     """A service that cannot be trusted by this clock is not used: the alert. With the right time all is well."""
     clock = started(client, 0)

@@ -103,15 +103,15 @@ def check_whole(client):
 
 
 @pytest.mark.parametrize("state", [
-    pytest.param(State(start_up, tunnel=False), id="before-the-first-answer"),
+    pytest.param(State(start_up, tunnel=False), id="before-the-first-answer", marks=pytest.mark.slow),
     pytest.param(State(ready, tunnel=False), id="ready", marks=pytest.mark.slow),
-    pytest.param(State(dialog_open, tunnel=False), id="dialog-open"),
+    pytest.param(State(dialog_open, tunnel=False), id="dialog-open", marks=pytest.mark.slow),
     pytest.param(State(fetching, tunnel=False), id="fetching", marks=pytest.mark.slow),
     pytest.param(State(searching, tunnel=True), id="searching"),
     pytest.param(State(hidden, tunnel=True), id="hidden"),
     pytest.param(State(changing, tunnel=True), id="changing-the-address", marks=pytest.mark.slow),
     pytest.param(State(quitting, tunnel=True), id="quitting", marks=pytest.mark.slow),
-    pytest.param(State(editing_settings, tunnel=False), id="unsaved-settings"),
+    pytest.param(State(editing_settings, tunnel=False), id="unsaved-settings", marks=pytest.mark.slow),
 ])
 def test_client_is_killed(world, client, state):
     """OpenVPN stays if it ran, and the next start ends it; no lock holds that start; nothing stored is harmed."""

@@ -56,6 +56,7 @@ def test_two_users_at_once(world, make_client):
     assert (joe.preferences()["un"], sue.preferences()["un"]) == (ui.scrambled(ADA.name), ui.scrambled(SUE.name))
 
 
+@pytest.mark.slow
 def test_two_users_run_the_client_each_in_his_own_instance(world, make_client):
     """The lock is each user's own: a second copy of the same user's is refused, another user's starts."""
     joe, sue = make_client(world, "joe"), make_client(world, "sue")
@@ -77,9 +78,9 @@ def at(folder):
 
 
 @pytest.mark.parametrize("folder", [
-    pytest.param("/home/two  blanks and end ", id="blanks"),
+    pytest.param("/home/two  blanks and end ", id="blanks", marks=pytest.mark.slow),
     pytest.param('/home/"quoted" $HOME `id` \\n *', id="quotes-and-signs"),
-    pytest.param("/home/José Ñandú 家 🙂", id="non-ascii"),
+    pytest.param("/home/José Ñandú 家 🙂", id="non-ascii", marks=pytest.mark.slow),
 ])
 def test_odd_home_folder(make_world, make_client, folder):
     """A path between single quotes is taken as it is."""
@@ -108,9 +109,9 @@ def check_refused(world, client, path):
 
 
 @pytest.mark.parametrize("folder", [
-    pytest.param("/home/o'brien", id="one"),  # alone, the shell would only complain
+    pytest.param("/home/o'brien", id="one", marks=pytest.mark.slow),  # alone, the shell would only complain
     pytest.param("/home/o'b'rien", id="two", marks=pytest.mark.slow),  # another path would be meant
-    pytest.param(f"/home/{COMMAND}", id="command"),  # and this would be run
+    pytest.param(f"/home/{COMMAND}", id="command", marks=pytest.mark.slow),  # and this would be run
 ])
 def test_apostrophe_in_the_home_folder(make_world, make_client, folder):
     """The shell would end the quotes there: the attempt fails instead, and nothing of the path runs."""
@@ -138,8 +139,8 @@ def test_apostrophe_in_the_name_of_a_chosen_configuration(world, client):
 
 ODD_TEXTS = [
     pytest.param(PRINTABLE, id="every-printable-character"),
-    pytest.param("  blanks around  ", id="blanks-around"),
-    pytest.param("Zoë ‹ß› пароль 密码 🙂", id="non-ascii"),
+    pytest.param("  blanks around  ", id="blanks-around", marks=pytest.mark.slow),
+    pytest.param("Zoë ‹ß› пароль 密码 🙂", id="non-ascii", marks=pytest.mark.slow),
     pytest.param("long " + "0123456789" * 20, id="long", marks=pytest.mark.slow),
 ]
 
@@ -163,6 +164,7 @@ def test_odd_name_and_password_of_the_administrator(make_world, make_client, tex
     check_session(world, client, key="next")
 
 
+@pytest.mark.slow
 @pytest.mark.parametrize("text", ODD_TEXTS)
 def test_odd_vpn_pair(world, client, text):
     """A stored configuration's user name and password reach the server byte for byte."""

@@ -1,4 +1,4 @@
-"""Preferences that are broken, foreign or in odd places: the client starts, says so, and loses nothing of the user's."""
+"""Preferences that are broken, foreign or in odd places: the client starts, says so, and loses nothing."""
 
 import datetime
 import plistlib
@@ -49,11 +49,11 @@ def nested(depth):
 
 @pytest.mark.parametrize("content", [
     pytest.param(b"what is this\n", id="garbage"),
-    pytest.param(USUAL[:len(USUAL) // 2], id="truncated"),
+    pytest.param(USUAL[:len(USUAL) // 2], id="truncated", marks=pytest.mark.slow),
     pytest.param(b"", id="empty", marks=pytest.mark.slow),
-    pytest.param(b"bplist00" + bytes(range(256)) * 64, id="binary-junk"),
-    pytest.param(b"<plist>" + b"x" * 50_000_000, id="fifty-megabytes"),
-    pytest.param(nested(100_000), id="deep-nesting"),
+    pytest.param(b"bplist00" + bytes(range(256)) * 64, id="binary-junk", marks=pytest.mark.slow),
+    pytest.param(b"<plist>" + b"x" * 50_000_000, id="fifty-megabytes", marks=pytest.mark.slow),
+    pytest.param(nested(100_000), id="deep-nesting", marks=pytest.mark.slow),
     pytest.param(plistlib.dumps(["a", "list"]), id="no-dictionary", marks=pytest.mark.slow),
 ])
 def test_file_that_is_no_property_list(world, client, content):
@@ -83,7 +83,7 @@ KEYS = ("vpnUsername", "vpnPassword", "vpnConfigPath", "showLogs", "countryCode"
     pytest.param([1, "two"], False, id="list", marks=pytest.mark.slow),
     pytest.param(b"\xff\xfe\0\1", False, id="bytes", marks=pytest.mark.slow),
     pytest.param(datetime.datetime(2001, 1, 1), False, id="date", marks=pytest.mark.slow),
-    pytest.param(2 ** 63 - 1, True, id="greatest-number"),
+    pytest.param(2 ** 63 - 1, True, id="greatest-number", marks=pytest.mark.slow),
     pytest.param(-2 ** 63, True, id="least-number", marks=pytest.mark.slow),
     pytest.param(float("nan"), True, id="no-number", marks=pytest.mark.slow),
     pytest.param("x" * 100_000, False, id="long-text", marks=pytest.mark.slow),
@@ -108,7 +108,7 @@ def test_every_key_of_a_wrong_type(world, client, value, means_yes):
 
 
 @pytest.mark.parametrize("pair", [
-    pytest.param({"un": 7, "up": 7}, id="numbers"),
+    pytest.param({"un": 7, "up": 7}, id="numbers", marks=pytest.mark.slow),
     pytest.param({"un": ["x"], "up": {"y": 1}}, id="list-and-dictionary", marks=pytest.mark.slow),
     pytest.param({"un": "x", "up": ""}, id="too-short", marks=pytest.mark.slow),
     pytest.param({"un": b"\xff\xfe\x51\x53odd", "up": b"\0\1\2"}, id="bytes", marks=pytest.mark.slow),
@@ -121,7 +121,12 @@ def test_stored_administrator_of_a_wrong_type(world, client, pair):
     assert isinstance(client.preferences()["un"], (str, bytes)) and client.preferences()["un"] != pair["un"]
 
 
-@pytest.mark.parametrize("path", ["/no/such/file", "", 5, ["a"]], ids=["missing", "empty", "number", "list"])
+@pytest.mark.parametrize("path", [
+    pytest.param("/no/such/file", id="missing"),
+    pytest.param("", id="empty", marks=pytest.mark.slow),
+    pytest.param(5, id="number", marks=pytest.mark.slow),
+    pytest.param(["a"], id="list", marks=pytest.mark.slow),
+])
 def test_same_address_wanted_but_no_configuration(world, client, path):
     """The attempt says so and can be stopped; choosing a location gets a new configuration."""
     client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path)
@@ -141,7 +146,7 @@ def test_same_address_wanted_but_no_configuration(world, client, path):
     assert not client.shows("Notice")
 
 
-@pytest.mark.parametrize("mode", [0o600, 0o644], ids=["600", "644"])
+@pytest.mark.parametrize("mode", [pytest.param(0o600, id="600", marks=pytest.mark.slow), pytest.param(0o644, id="644")])
 def test_file_of_roots(world, client, mode):
     """600: left alone, settings live in memory. 644: the permissions cannot be repaired, so it is removed."""
     put(client, USUAL, owner="root", mode=mode)
@@ -170,6 +175,7 @@ def make_pipe(client, path):
     client.home.run("mkfifo", path, user=client.user)
 
 
+@pytest.mark.slow
 @pytest.mark.parametrize("make, word", [(make_folder, "directory"), (make_link, "symbolic link"), (make_pipe, "fifo")],
                          ids=["folder", "link", "pipe"])
 def test_something_else_in_its_place(world, client, make, word):
@@ -199,6 +205,7 @@ def test_file_that_its_owner_may_not_read(world, client):
     assert client.file(ui.PREFERENCES).stat().st_mode & 0o777 == 0o600
 
 
+@pytest.mark.slow
 def test_no_library_folder(world, client):
     """It is made, for the user alone."""
     assert not client.file("Library").exists()
@@ -209,6 +216,7 @@ def test_no_library_folder(world, client):
     assert client.preferences()["un"]
 
 
+@pytest.mark.slow
 def test_library_folder_of_roots(world, client):
     """What is there is read; what changes lives in memory; a session works and nothing is lost."""
     put(client, USUAL)

@@ -74,9 +74,9 @@ class PrivateDisplay(Display):
         super().__init__(home, user, str(number), cookie)
         home.write(f"/run/xvfb{number}.auth", authority(str(number), cookie), mode=0o600)
         # Without -noreset the server starts over whenever its last client leaves, under whoever is just coming.
-        self._server = home.popen("Xvfb", self.name, "-screen", "0", f"{size[0]}x{size[1]}x24", "-noreset", "-nolisten", "tcp", "-auth",
-                                  f"/run/xvfb{number}.auth", "-displayfd", "1", stdin=subprocess.DEVNULL,
-                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self._server = home.popen("Xvfb", self.name, "-screen", "0", f"{size[0]}x{size[1]}x24", "-noreset",
+                                  "-nolisten", "tcp", "-auth", f"/run/xvfb{number}.auth", "-displayfd", "1",
+                                  stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         ready, _, _ = select.select([self._server.stdout], [], [], 20)
         if not ready or os.read(self._server.stdout.fileno(), 64).strip() != str(number).encode():
             raise RuntimeError("Xvfb did not start")
