@@ -1,7 +1,6 @@
 #include "PictureEngine.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QImageReader>
 #include <QPainter>
 #include <QStyle>
@@ -22,9 +21,6 @@ void open(QImageReader &reader, const QString &path) {
 
 PictureEngine::PictureEngine(const QStringList &paths) {
     for (const QString &path : paths) {
-        if (!QFile::exists(path)) {
-            continue; // not every picture comes in every size
-        }
         QImageReader reader;
         open(reader, path);
         if (const QSize size = reader.size(); size.isValid()) {

@@ -4,7 +4,6 @@
 #include "tests/gui/GuiTest.h"
 
 #include <QPainter>
-#include <QRegularExpression>
 
 /// The program's named images and the icons made of them.
 class ImagesTest : public QObject {
@@ -85,13 +84,6 @@ private Q_SLOTS:
         QPainter painter(&canvas);
         engine.paint(&painter, canvas.rect(), QIcon::Normal, QIcon::Off);
         QVERIFY(!engine.actualSize(QSize(8, 8), QIcon::Normal, QIcon::Off).isValid());
-    }
-
-    void aSizeThatIsMissingIsNotComplainedOf() {
-        const QString there = save("there", 22, 22, Qt::red);
-        QTest::failOnWarning(QRegularExpression(text(".*")));
-        PictureEngine engine({there, text("/does/not/exist.png")});
-        QCOMPARE(engine.availableSizes(QIcon::Normal, QIcon::Off).size(), 1);
     }
 
     void namedImages() {
