@@ -113,6 +113,11 @@ void HideIpSession::startVpn() {
                          QString::fromLocal8Bit(exception.what()));
     }
     display.tunnelStarting();
+    if (vpn.lacksConfiguration()) {
+        // Nothing was started and nothing will be heard of it: without this the search would never end.
+        display.waitingForLocation(
+            tr("There is no VPN configuration to connect with. Choose a location to get a new one."));
+    }
 }
 
 void HideIpSession::noteOutcome(const QString &what) {

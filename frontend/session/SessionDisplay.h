@@ -84,7 +84,7 @@ public:
     void notHidden(const QString &originalIp);
     void hideRotationButtons();
     void interval(int minutes, bool enabled);
-    /// The attempt waits for a location to become free: says so, and opens the way to stop it.
+    /// The attempt waits for the user to do something: says what, and opens the way to stop it.
     void waitingForLocation(const QString &text);
     /// The attempt goes on.
     void waitingEnded();

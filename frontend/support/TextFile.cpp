@@ -1,7 +1,8 @@
 #include "TextFile.h"
 
+#include "platform/AtomicFile.h"
+
 #include <QFile>
-#include <QSaveFile>
 #include <QStringDecoder>
 
 namespace {
@@ -25,8 +26,5 @@ QString TextFile::read(const QString &path) {
 }
 
 bool TextFile::replace(const QString &path, const QByteArray &bytes) {
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) &&
-           file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
-           file.write(bytes) == bytes.size() && file.commit();
+    return platform::replaceFile(path, bytes) == 0;
 }

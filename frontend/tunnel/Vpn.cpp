@@ -9,6 +9,7 @@
 #include "frontend/support/SessionLog.h"
 #include "frontend/support/TextFile.h"
 #include "platform/DelayedCalls.h"
+#include "platform/FileRoom.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
@@ -21,6 +22,8 @@
 namespace {
 
 const QString processName = QStringLiteral("openvpn");
+/// What OpenVPN writes before the tunnel is up or has failed fits many times over.
+constexpr qint64 logRoom = 64LL * 1024;
 
 platform::Platform &services() {
     return platform::Platform::current();
@@ -51,6 +54,7 @@ void Vpn::stopVpn() {
 
 bool Vpn::configVpn() {
     Diagnostics::log(QStringLiteral("configVpn begins"));
+    noConfiguration = false;
     const QString executable = services().bundle->resourcesPath() + QStringLiteral("/openvpn");
     const auto &preferences = *services().preferences;
     const QString credentials = Diagnostics::shown(preferences.string(QStringLiteral("vpnUsername"))) +
@@ -61,14 +65,30 @@ bool Vpn::configVpn() {
     const QString credentialsPath = folder + QStringLiteral("/.vpnCreds.txt");
     const QString logPath = folder + QStringLiteral("/openvpn.log");
     // Written before the configuration is looked for: a start without one still leaves a fresh pair.
-    TextFile::replace(credentialsPath, credentials.toUtf8());
+    const bool stored = TextFile::replace(credentialsPath, credentials.toUtf8());
+    // Without room the log would stay empty while the tunnel comes up, and nobody would ever learn of it.
+    if (!stored || platform::hasRoom(folder, logRoom) != 0) {
+        fail(QStringLiteral("no room for the files of a session in %1").arg(folder));
+        return false;
+    }
 
     const QString configurationPath = preferences.string(QStringLiteral("vpnConfigPath"));
-    if (configurationPath.isEmpty() || !QFile::exists(configurationPath)) {
+    noConfiguration = configurationPath.isEmpty() || !QFile::exists(configurationPath);
+    if (noConfiguration) {
         Diagnostics::log(QStringLiteral("no config file"));
         return false;
     }
-    emptyLog(logPath);
+    for (const QString &path : {executable, configurationPath, credentialsPath, logPath}) {
+        if (path.contains(u'\'')) {
+            // Nothing is escaped between the quotes: what follows would run as commands of root's.
+            fail(QStringLiteral("not started: there is an apostrophe in %1").arg(path));
+            return false;
+        }
+    }
+    if (!emptyLog(logPath)) {
+        fail(QStringLiteral("log file %1 cannot be had").arg(logPath));
+        return false;
+    }
     needReadLog = true;
     readLog(logPath);
 
@@ -80,13 +100,13 @@ bool Vpn::configVpn() {
     return true;
 }
 
-void Vpn::emptyLog(const QString &path) {
+bool Vpn::emptyLog(const QString &path) {
     // Removed, not truncated: a log that the administrator's shell made belongs to root. Made again here,
     // so that it belongs to the user and OpenVPN appends to it.
     if (!QFile::remove(path)) {
         Diagnostics::log(QStringLiteral("log file %1 wasn't removed").arg(path));
     }
-    TextFile::replace(path, {});
+    return TextFile::replace(path, {}) && platform::reserveRoom(path, logRoom) == 0;
 }
 
 void Vpn::launchInBackground(const QStringList &words, const QString &credentialsPath) {

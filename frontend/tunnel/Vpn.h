@@ -33,11 +33,15 @@ public:
 
     [[nodiscard]] bool readsLog() const { return needReadLog; }
 
+    /// Whether the last launch ended because there was no configuration file. Nothing else tells of it.
+    [[nodiscard]] bool lacksConfiguration() const { return noConfiguration; }
+
     /// Kills what runs, then launches.
     void startVpn();
     /// Ends the watching and kills OpenVPN. Blocks while the administrator's shell runs.
     void stopVpn();
-    /// True when the launch was handed to the background; false without a configuration file.
+    /// True when the launch was handed to the background; false without a configuration file, and when the
+    /// attempt failed because the session's files cannot be written or the shell would misread their paths.
     bool configVpn();
     /// One look at the log, and the appointment for the next.
     void readLog(const QString &path);
@@ -51,10 +55,12 @@ public:
 
 private:
     void terminatevpn();
-    void emptyLog(const QString &path);
+    /// True when the log is there, empty, and there is room for what OpenVPN will write.
+    [[nodiscard]] bool emptyLog(const QString &path);
     void launchInBackground(const QStringList &words, const QString &credentialsPath);
     void fail(const QString &line);
 
     VpnProtocol *delegate = nullptr;
     bool needReadLog = false;
+    bool noConfiguration = false;
 };

@@ -97,6 +97,10 @@
         <source>There was a problem connecting to the Quorvane server, please check your Internet connection or firewall settings.</source>
         <translation>Die Verbindung zum Quorvane-Server ist fehlgeschlagen. Bitte prüfen Sie Ihre Internetverbindung und die Einstellungen Ihrer Firewall.</translation>
     </message>
+    <message>
+        <source>There is no VPN configuration to connect with. Choose a location to get a new one.</source>
+        <translation>Es gibt keine VPN-Konfiguration für die Verbindung. Wählen Sie einen Standort, um eine neue zu erhalten.</translation>
+    </message>
 </context>
 <context>
     <name>HotKeyTable</name>

@@ -7,19 +7,6 @@ from world.accounts import ADA, JOE, NORM, SUE
 WRONG = {"title": "Quorvane", "texts": ["You input wrong user name or password."], "buttons": ["OK"]}
 
 
-def unscrambled(stored):
-    """What was entered, from the stored form: a text, or its marked UTF-16 bytes."""
-    text = stored[4:].decode("utf-16-le") if isinstance(stored, bytes) else stored
-    length = len(text) // 2
-    assert len(text) == 2 * length + 1 and text[-1] == "\0", "two units for each and U+0000 at the end"
-    return text[0:2 * length:2]
-
-
-def stored_pair(client):
-    preferences = client.preferences()
-    return unscrambled(preferences["un"]), unscrambled(preferences["up"])
-
-
 def refuse(client, name, password):
     """Enters a pair that is refused; checks the alert and that the dialog is still there."""
     client.enter_administrator(name, password)
@@ -28,7 +15,7 @@ def refuse(client, name, password):
     client.dismiss_alert()
     client.wait({"role": "alert"}, ui.PASSWORD, absent=True)
     assert client.dialog_open()
-    assert stored_pair(client) == (name, password), "the pair is stored before it is tested"
+    assert client.stored_pair() == (name, password), "the pair is stored before it is tested"
 
 
 def check_no_session(world, client):
@@ -44,7 +31,7 @@ def test_wrong_password_then_the_right_one(world, client):
     client.enter_administrator(ADA.name, ADA.password)
     client.wait_dialog_closed()
     client.wait_hidden()
-    assert stored_pair(client) == (ADA.name, ADA.password)
+    assert client.stored_pair() == (ADA.name, ADA.password)
     address = world.service.requests_of("VPNC")[0].parameter("desiredip")
     assert world.home.public_address() == address
 
@@ -78,7 +65,7 @@ def test_administrators_that_are_accepted(world, make_client, user, entered, acc
     client.enter_administrator(entered, account.password)
     client.wait_dialog_closed()
     client.wait_hidden()
-    assert stored_pair(client) == (entered, account.password)
+    assert client.stored_pair() == (entered, account.password)
     tunnel = client.openvpn()
     assert len(tunnel) == 1 and tunnel[0].uid == 0
     assert client.current_address() in world.service.lent().values()
@@ -113,4 +100,4 @@ def test_stored_pair_that_no_longer_holds(world, client):
     client.enter_administrator(ADA.name, "changed")
     client.wait_dialog_closed()
     client.wait_hidden()
-    assert stored_pair(client) == (ADA.name, "changed")
+    assert client.stored_pair() == (ADA.name, "changed")

@@ -46,12 +46,21 @@ def scrambled(text):
     return "".join(unit + "x" for unit in text)
 
 
+def unscrambled(stored):
+    """What was entered, from the stored form: a text, or its marked UTF-16 bytes."""
+    units = stored[4:] if isinstance(stored, bytes) else stored.encode("utf-16-le")
+    length = len(units) // 4
+    assert len(units) == 4 * length + 2 and units[-2:] == b"\0\0", "two units for each and U+0000 at the end"
+    return b"".join(units[at:at + 2] for at in range(0, 4 * length, 4)).decode("utf-16-le")
+
+
 class Client:
     """A user's session bus, driver and screen. `start` starts a copy of the client in it."""
 
     def __init__(self, world, user, *, display=None):
         self.world, self.home, self.user = world, world.home, user
-        self.folder = f"/home/{user}"
+        self.folder = self.home.folder(user)
+        self.log_folder = self.folder
         self.display = display or PrivateDisplay(self.home, user)
         environment = {**self.display.environment, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
                        "QT_QPA_PLATFORM": "xcb", "NO_AT_BRIDGE": "0"}
@@ -88,11 +97,12 @@ class Client:
     def start(self, *arguments, key="first", environment=None):
         """Starts a copy of the client; `key` tells several copies apart."""
         return self.ask("start", key=key, arguments=[PROGRAM, *arguments], environment=environment or {},
-                        output=f"{self.folder}/{key}.log")
+                        output=f"{self.log_folder}/{key}.log")
 
     def output(self, key="first"):
         """What the copy wrote to its standard output and error."""
-        return self.home.path(f"{self.folder}/{key}.log").read_text(encoding="utf-8", errors="replace")
+        path = self.home.path(f"{self.log_folder}/{key}.log")
+        return path.read_text(encoding="utf-8", errors="replace") if path.exists() else ""
 
     def running(self, key="first"):
         return self.ask("status", key=key) is None
@@ -206,6 +216,11 @@ class Client:
 
     def preferences(self):
         return plistlib.loads(self.file(PREFERENCES).read_bytes())
+
+    def stored_pair(self):
+        """The administrator's name and password that are remembered."""
+        preferences = self.preferences()
+        return unscrambled(preferences["un"]), unscrambled(preferences["up"])
 
     def seed_preferences(self, **values):
         """Writes the preferences before a start."""

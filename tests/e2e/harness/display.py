@@ -10,7 +10,7 @@ import subprocess
 import time
 
 FAMILY_WILD = 0xFFFF
-NUMBER = "7"
+FIRST_NUMBER = 7
 SIZE = (1280, 1024)
 
 
@@ -31,7 +31,7 @@ class Display:
         self.home = home
         self.user = user
         self.name = f":{number}"
-        self._authority = f"/home/{user}/.Xauthority"
+        self._authority = f"{home.folder(user)}/.Xauthority"
         home.write(self._authority, authority(number, cookie), owner=user, mode=0o600)
 
     @property
@@ -68,14 +68,17 @@ class PrivateDisplay(Display):
 
     def __init__(self, home, user, size=SIZE):
         cookie = secrets.token_bytes(16)
-        super().__init__(home, user, NUMBER, cookie)
-        home.write("/run/xvfb.auth", authority(NUMBER, cookie), mode=0o600)
+        number = FIRST_NUMBER
+        while home.path(f"/run/xvfb{number}.auth").exists():
+            number += 1
+        super().__init__(home, user, str(number), cookie)
+        home.write(f"/run/xvfb{number}.auth", authority(str(number), cookie), mode=0o600)
         # Without -noreset the server starts over whenever its last client leaves, under whoever is just coming.
-        self._server = home.popen("Xvfb", self.name, "-screen", "0", f"{size[0]}x{size[1]}x24", "-noreset", "-nolisten", "tcp", "-auth",
-                                  "/run/xvfb.auth", "-displayfd", "1", stdin=subprocess.DEVNULL,
-                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self._server = home.popen("Xvfb", self.name, "-screen", "0", f"{size[0]}x{size[1]}x24", "-noreset",
+                                  "-nolisten", "tcp", "-auth", f"/run/xvfb{number}.auth", "-displayfd", "1",
+                                  stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         ready, _, _ = select.select([self._server.stdout], [], [], 20)
-        if not ready or os.read(self._server.stdout.fileno(), 64).strip() != NUMBER.encode():
+        if not ready or os.read(self._server.stdout.fileno(), 64).strip() != str(number).encode():
             raise RuntimeError("Xvfb did not start")
         self._manager = home.popen("openbox", "--sm-disable", user=user, environment=self.environment,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -128,7 +131,8 @@ class PrivateDisplay(Display):
     def close(self):
         """Takes the X server away from whoever still uses it."""
         for process in self.home.processes("Xvfb"):
-            os.kill(process.pid, 15)
+            if process.command[1] == self.name:
+                os.kill(process.pid, 15)
         self._server.wait(10)
         self._server.stdout.close()
         self._manager.wait(10)

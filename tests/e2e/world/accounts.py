@@ -9,6 +9,12 @@ class Account:
     full_name: str
     password: str
     administrator: bool = False
+    # The home folder where it is not the usual one below /home.
+    home: str = ""
+
+    @property
+    def folder(self):
+        return self.home or f"/home/{self.name}"
 
 
 JOE = Account("joe", "Joe Plain", "joe-pw")

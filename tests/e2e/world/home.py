@@ -34,14 +34,16 @@ def service_configuration():
 class Home:
     """Made by the constructor, gone with `close`. `contents` is the client's contents folder."""
 
-    def __init__(self, folder, contents, ca, *, name_servers=RIGHT_NAME_SERVERS, x11=None):
+    def __init__(self, folder, contents, ca, *, name_servers=RIGHT_NAME_SERVERS, x11=None, people=()):
+        """`people`: accounts beside the usual ones."""
         settings = {
             "work": str(Path(folder) / "home"),
             "x11": x11,
             "visible": {CONTENTS: str(Path(contents).resolve()), HARNESS: str(_HARNESS_SOURCE)},
             "resolv_conf": name_servers + "options timeout:1 attempts:2\n",
             "etc_quorvane": {"service.conf": service_configuration(), "ca.crt": Path(ca).read_text(encoding="utf-8")},
-            "accounts": [dataclasses.asdict(account) for account in accounts.ALL],
+            "accounts": [{**dataclasses.asdict(account), "folder": account.folder}
+                         for account in (*accounts.ALL, *people)],
         }
         # In a file, because command lines can be read by everybody at home and this holds passwords.
         given = Path(folder) / "home.json"
@@ -66,13 +68,20 @@ class Home:
         """Where a file of the home is seen from outside. Not for paths with absolute links in them."""
         return Path(f"/proc/{self.pid}/root{inside}")
 
-    def uid(self, user):
-        """The user's numbers (uid, gid) at home."""
+    def _entry(self, user):
         for line in self.path("/etc/passwd").read_text(encoding="utf-8").splitlines():
             fields = line.split(":")
             if fields[0] == user:
-                return int(fields[2]), int(fields[3])
+                return fields
         raise KeyError(user)
+
+    def uid(self, user):
+        """The user's numbers (uid, gid) at home."""
+        return tuple(int(number) for number in self._entry(user)[2:4])
+
+    def folder(self, user):
+        """The user's home folder."""
+        return self._entry(user)[5]
 
     def command(self, arguments, user="root", environment=None):
         """The command line that runs something at home as the user with exactly this environment."""
@@ -83,7 +92,7 @@ class Home:
             variables["PATH"] = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"
         else:
             enter += ["setpriv", f"--reuid={user}", f"--regid={user}", "--init-groups", "--"]
-            variables.update(HOME=f"/home/{user}", XDG_RUNTIME_DIR=f"/run/user/{self.uid(user)[0]}")
+            variables.update(HOME=self.folder(user), XDG_RUNTIME_DIR=f"/run/user/{self.uid(user)[0]}")
         variables.update(environment or {})
         return enter + ["env", "-i", "-C", variables["HOME"]] + [f"{key}={value}" for key, value in variables.items()] \
             + list(arguments)

@@ -97,8 +97,8 @@ def make_accounts(accounts):
         if subprocess.run(["getent", "passwd", name], capture_output=True, check=False).returncode == 0:
             run("userdel", "--force", name)
         groups = ["-G", "sudo"] if account["administrator"] else []
-        run("useradd", "-m", "-s", "/bin/bash", "-c", account["full_name"], *groups, name)
-        os.chmod(f"/home/{name}", 0o700)
+        run("useradd", "-m", "-s", "/bin/bash", "-d", account["folder"], "-c", account["full_name"], *groups, name)
+        os.chmod(account["folder"], 0o700)
     run("chpasswd", "-c", "SHA512", input="".join(f"{one['name']}:{one['password']}\n" for one in accounts))
 
 
@@ -107,7 +107,7 @@ def make_runtime_folders(accounts):
     for path in ("/run/lock", "/run/sudo", "/run/user"):
         os.mkdir(path, 0o755)
     for account in accounts:
-        stat = os.stat(f"/home/{account['name']}")
+        stat = os.stat(account["folder"])
         folder = f"/run/user/{stat.st_uid}"
         os.mkdir(folder, 0o700)
         os.chown(folder, stat.st_uid, stat.st_gid)

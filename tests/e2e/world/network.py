@@ -65,6 +65,11 @@ def swallow(match):
            f"  type filter hook prerouting priority -300;\n  {match} drop\n }}\n}}\n")
 
 
+def stop_swallowing():
+    """Takes back what `swallow` did, if anything."""
+    inside(GATEWAY, "nft", "-f", "-", input="table ip hole\ndelete table ip hole\n")
+
+
 class Network:
     """The namespaces with their name server. Everything ends with `close`, or with the outer namespace."""
 

@@ -20,7 +20,7 @@ class World:
     """The network, the service and one home. Only inside of enter.py's namespaces, one at a time."""
 
     def __init__(self, *, contents=None, program=None, serve=True, name_servers=home.RIGHT_NAME_SERVERS, x11=None,
-                 ipv6=False, **service_settings):
+                 ipv6=False, people=(), **service_settings):
         if not enter.inside():
             raise RuntimeError("the small world is made inside of tests/e2e/world/enter.py only")
         self.folder = enter.BASE / "world"
@@ -37,7 +37,7 @@ class World:
             if serve:
                 self.service.start()
             self.home = home.Home(self.folder, contents or contents_from_environment(), authority.certificate,
-                                  name_servers=name_servers, x11=x11)
+                                  name_servers=name_servers, x11=x11, people=people)
             made.callback(self.home.close)
             self._made = made.pop_all()
 

@@ -27,6 +27,30 @@ namespace PropertyList = platform::PropertyList;
 const QString one = QStringLiteral("one");
 const QString two = QStringLiteral("two");
 
+/// For its lifetime this process may not read everything: where it is root it is nobody, who owns the folder.
+class Unprivileged {
+public:
+    explicit Unprivileged(const QString &folder) {
+        constexpr uid_t nobody = 65534;
+        if (wasRoot) {
+            EXPECT_EQ(chown(QFile::encodeName(folder).constData(), nobody, nobody), 0);
+            EXPECT_EQ(seteuid(nobody), 0);
+        }
+    }
+
+    ~Unprivileged() {
+        if (wasRoot) {
+            EXPECT_EQ(seteuid(0), 0);
+        }
+    }
+
+    Unprivileged(const Unprivileged &) = delete;
+    Unprivileged &operator=(const Unprivileged &) = delete;
+
+private:
+    const bool wasRoot = geteuid() == 0;
+};
+
 class PlistPreferencesTest : public ::testing::Test {
 protected:
     [[nodiscard]] static unsigned modeOf(const QString &name) {
@@ -218,6 +242,15 @@ TEST_F(PlistPreferencesTest, ForeignFileIsLeftAlone) {
     ASSERT_EQ(chown(path.toUtf8().constData(), 0, 0), 0);
     EXPECT_TRUE(store.synchronize()) << "what was pending is written when that gets possible";
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, qint64{2}}}));
+}
+
+TEST_F(PlistPreferencesTest, FileThatItsOwnerMayNotReadIsOpenedAgain) {
+    const Unprivileged user(folder.path());
+    PlistPreferences(path).setValue(one, 1);
+    ASSERT_EQ(chmod(path.toUtf8().constData(), 0), 0);
+    const PlistPreferences store(path);
+    EXPECT_EQ(store.integer(one), 1);
+    EXPECT_EQ(modeOf(path), 0600U);
 }
 
 TEST_F(PlistPreferencesTest, FolderThatCannotBeMadeKeepsValuesInMemory) {

@@ -74,12 +74,32 @@ TEST_F(HideIpSessionTest, SameIpReusesTheStoredConfiguration) {
     EXPECT_TRUE(environment.animating);
 }
 
+TEST_F(HideIpSessionTest, WithoutAConfigurationTheAttemptSaysSoAndCanBeStopped) {
+    services.preferences().setValue(text("useSameIP"), true);
+    services.preferences().setValue(text("vpnConfigPath"), text("/no/such/file"));
+    press();
+    deliverQueued();
+    EXPECT_EQ(shown().line1.text, searchingText);
+    EXPECT_TRUE(shown().line3.visible);
+    EXPECT_EQ(shown().line3.text, text("There is no VPN configuration to connect with. Choose a location to "
+                                       "get a new one."));
+    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Stop Hiding IP"), true, true}));
+    press();
+    EXPECT_FALSE(shown().line3.visible);
+    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
+    EXPECT_FALSE(environment.animating);
+}
+
 TEST_F(HideIpSessionTest, StartingTheTunnelSwitchesTheButtonOn) {
+    QFile configuration(services.home() + text("/configuration"));
+    ASSERT_TRUE(configuration.open(QIODevice::WriteOnly));
+    services.preferences().setValue(text("vpnConfigPath"), configuration.fileName());
     display.switchedOn(false);
     session.startVpn();
     EXPECT_EQ(shown().hideItem.title, text("Stop Hiding IP"));
     EXPECT_TRUE(shown().hideButton.on);
     EXPECT_EQ(shown().hideButton.title, text("Quorvane"));
+    EXPECT_FALSE(shown().line3.visible);
 }
 
 TEST_F(HideIpSessionTest, SuccessShowsTheLentAddress) {

@@ -2,11 +2,33 @@
 
 #include "tests/unit/Printing.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace {
+
+/// For its lifetime this process's files cannot grow, as if the disk were full.
+class NoRoom {
+public:
+    NoRoom() {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &usual);
+        const rlimit none{0, usual.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &none);
+    }
+
+    ~NoRoom() { setrlimit(RLIMIT_FSIZE, &usual); }
+
+    NoRoom(const NoRoom &) = delete;
+    NoRoom &operator=(const NoRoom &) = delete;
+
+private:
+    rlimit usual{};
+};
 
 class TextFileTest : public testing::Test {
 protected:
@@ -53,6 +75,28 @@ TEST_F(TextFileTest, ReplacedFileIsPrivateWhateverWasThere) {
 
 TEST_F(TextFileTest, FailureLeavesNothing) {
     EXPECT_FALSE(TextFile::replace(folder.filePath(QStringLiteral("no/such/folder")), "x"));
+}
+
+TEST_F(TextFileTest, FullDiskLeavesTheOldFileWhole) {
+    write("old");
+    bool replaced = true;
+    {
+        const NoRoom full;
+        replaced = TextFile::replace(path, "new");
+    }
+    EXPECT_FALSE(replaced);
+    EXPECT_EQ(TextFile::read(path), QStringLiteral("old"));
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList{QStringLiteral("file")});
+}
+
+TEST_F(TextFileTest, LinkIsReplacedNotFollowed) {
+    write("other's");
+    const QString link = folder.filePath(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(path, link));
+    ASSERT_TRUE(TextFile::replace(link, "new"));
+    EXPECT_EQ(TextFile::read(path), QStringLiteral("other's"));
+    EXPECT_EQ(TextFile::read(link), QStringLiteral("new"));
 }
 
 } // namespace

@@ -68,7 +68,23 @@ protected:
         QThreadPool::globalInstance()->waitForDone();
     }
 
-    [[nodiscard]] bool logged(const char *line) { return services.logSink().lines().contains(text(line)); }
+    [[nodiscard]] bool logged(const char *line) { return logged(text(line)); }
+
+    [[nodiscard]] bool logged(const QString &line) { return services.logSink().lines().contains(line); }
+
+    /// The attempt ends like any other that fails, and nothing is launched or watched.
+    void expectFailedAttempt() {
+        services.processes().setNames({"openvpn"});
+        EXPECT_FALSE(vpn.configVpn());
+        QThreadPool::globalInstance()->waitForDone();
+        ASSERT_EQ(services.scripting().calls().size(), 1U);
+        EXPECT_EQ(services.scripting().calls()[0].line, text("sudo -S killall -9 openvpn"));
+        EXPECT_FALSE(vpn.readsLog());
+        EXPECT_EQ(services.delayedCalls().delaysFor(&delegate), std::vector<double>{5.0});
+        EXPECT_TRUE(services.delayedCalls().delaysFor(&vpn).empty());
+        services.delayedCalls().advance(5.0);
+        EXPECT_EQ(delegate.errors, 1);
+    }
 
     fakes::TestPlatform services;
     QString folder = services.home() + text("/Documents/Quorvane");
@@ -90,14 +106,23 @@ TEST_F(VpnTest, LaunchLineByteForByte) {
     EXPECT_TRUE(logged("> 1"));
 }
 
-TEST_F(VpnTest, QuoteInAPathIsNotEscaped) {
+TEST_F(VpnTest, ApostropheInAPathFailsTheAttempt) {
     writeConfiguration();
-    const QString odd = folder + text("/it's.ovpn");
+    const QString odd = folder + text("/x' ; touch y; '.ovpn");
+    ASSERT_TRUE(QFile::rename(folder + text("/qrvp.ovpn"), odd));
+    services.preferences().setValue(text("vpnConfigPath"), odd);
+    expectFailedAttempt();
+    EXPECT_TRUE(logged(text("not started: there is an apostrophe in ") + odd));
+}
+
+TEST_F(VpnTest, OtherSignsInAPathAreTakenAsTheyAre) {
+    writeConfiguration();
+    const QString odd = folder + text("/a \"b\" $HOME `id` \\ * \xC3\xBC.ovpn");
     ASSERT_TRUE(QFile::rename(folder + text("/qrvp.ovpn"), odd));
     services.preferences().setValue(text("vpnConfigPath"), odd);
     ASSERT_TRUE(vpn.configVpn());
     QThreadPool::globalInstance()->waitForDone();
-    EXPECT_TRUE(services.scripting().calls()[0].line.contains(text("'") + odd + text("'")));
+    EXPECT_TRUE(services.scripting().calls()[0].line.contains(text(" --config '") + odd + text("' ")));
 }
 
 TEST_F(VpnTest, LaunchResultIsLoggedEvenWithDiagnosticsOff) {
@@ -123,7 +148,9 @@ TEST_F(VpnTest, AbsentCredentialsAreWrittenAsNull) {
 TEST_F(VpnTest, NoConfigurationLeavesTheLogAndStartsNothing) {
     writeLog("old");
     services.preferences().setValue(text("vpnConfigPath"), text("/no/such/file"));
+    EXPECT_FALSE(vpn.lacksConfiguration());
     EXPECT_FALSE(vpn.configVpn());
+    EXPECT_TRUE(vpn.lacksConfiguration());
     EXPECT_TRUE(logged("no config file"));
     EXPECT_EQ(contentsOf(log), QByteArray("old"));
     EXPECT_TRUE(services.scripting().calls().empty());
@@ -135,6 +162,30 @@ TEST_F(VpnTest, FolderIsMadeWhenMissing) {
     ASSERT_TRUE(QDir(folder).removeRecursively());
     EXPECT_FALSE(vpn.configVpn());
     EXPECT_TRUE(QFile::exists(folder + text("/.vpnCreds.txt")));
+}
+
+TEST_F(VpnTest, CredentialsThatCannotBeWrittenFailTheAttempt) {
+    writeConfiguration();
+    writeLog("old");
+    ASSERT_TRUE(QDir(folder).mkpath(text(".vpnCreds.txt/in the way")));
+    expectFailedAttempt();
+    EXPECT_TRUE(logged(text("no room for the files of a session in %1").arg(folder)));
+    EXPECT_EQ(contentsOf(log), QByteArray("old"));
+}
+
+TEST_F(VpnTest, FolderThatCannotBeMadeFailsTheAttemptEvenWithoutAConfiguration) {
+    ASSERT_TRUE(QDir(folder).removeRecursively());
+    QFile inTheWay(folder);
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    expectFailedAttempt();
+    EXPECT_FALSE(logged("no config file"));
+}
+
+TEST_F(VpnTest, LogThatCannotBeEmptiedFailsTheAttempt) {
+    writeConfiguration();
+    ASSERT_TRUE(QDir(folder).mkpath(text("openvpn.log/in the way")));
+    expectFailedAttempt();
+    EXPECT_TRUE(logged(text("log file %1 cannot be had").arg(log)));
 }
 
 TEST_F(VpnTest, LogIsEmptiedAndPolled) {

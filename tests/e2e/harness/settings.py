@@ -1,0 +1,31 @@
+"""The settings window of a client, as a test drives it."""
+
+from . import client as ui
+
+TITLE = "Quorvane Settings"
+
+
+def open_window(client, key="first"):
+    client.press(ui.button("Settings", ui.MAIN), key=key)
+    client.wait({"window": TITLE, "role": "push button", "name": "Apply"}, 10, key=key, showing=True)
+
+
+def open_pane(client, name, key="first"):
+    client.press({"window": TITLE, "name": name}, key=key)
+
+
+def box(name):
+    return {"window": TITLE, "role": "check box", "name": name}
+
+
+def switch(client, name, *, to, key="first"):
+    """Presses a box that is the other way round so far."""
+    client.wait(box(name), 10, key=key, showing=True, checked=not to)
+    client.press(box(name), key=key)
+    client.wait(box(name), 10, key=key, checked=to)
+
+
+def close_window(client, answer="Cancel", key="first"):
+    """Presses Cancel or OK; the main window comes back."""
+    client.press(ui.button(answer, TITLE), key=key)
+    client.wait({"window": TITLE, "role": "push button", "name": answer}, 10, key=key, absent=True)

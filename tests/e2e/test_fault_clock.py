@@ -1,0 +1,100 @@
+"""The wall clock jumps by hours under a running client."""
+
+import time
+
+import pytest
+from harness import client as ui
+from harness.clock import Clock
+from harness.next_session import BERLIN, check_given_up, check_hidden, check_not_hidden, check_session, press
+from world import network, service
+from world.accounts import ADA
+
+TUNNEL = f"ip daddr {network.LENT_POOL} tcp dport {service.TCP_PORT}"
+# The service's certificate holds from the making of the world for two days: both ends of a jump are within.
+FORWARD, BACK = (1, 30), (30, 1)
+JUMPS = [pytest.param(*FORWARD, id="forward"), pytest.param(*BACK, id="back")]
+
+
+def started(client, hours, **preferences):
+    client.remember_administrator(ADA, location=BERLIN.title, **preferences)
+    clock = Clock(client, hours)
+    client.start(environment=clock.environment)
+    client.choose_protocol("TCP")
+    return clock
+
+
+def check_stop_and_next_session(world, client, clock):
+    with clock.check():
+        client.stop()
+        check_not_hidden(world, client)
+    check_session(world, client)
+
+
+@pytest.mark.slow
+@pytest.mark.parametrize("before, after", JUMPS)
+def test_jump_while_ready(world, client, before, after):
+    clock = started(client, before)
+    clock.set(after)
+    press(client)
+    check_hidden(world, client)
+    check_stop_and_next_session(world, client, clock)
+
+
+@pytest.mark.slow
+@pytest.mark.parametrize("before, after", JUMPS)
+def test_jump_while_searching(world, client, before, after):
+    """The log is still looked at every two seconds, so the tunnel is seen to come up."""
+    network.swallow(TUNNEL)
+    clock = started(client, before)
+    press(client)
+    world.home.wait_for(lambda: "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries")
+    clock.set(after)
+    network.stop_swallowing()
+    check_hidden(world, client)
+    check_stop_and_next_session(world, client, clock)
+
+
+@pytest.mark.parametrize("before, after", [pytest.param(*FORWARD, id="forward", marks=pytest.mark.slow),
+                                           pytest.param(*BACK, id="back")])
+def test_jump_while_hidden(world, client, before, after):
+    clock = started(client, before)
+    press(client)
+    address = check_hidden(world, client)
+    clock.set(after)
+    client.ask("round_trips", key="first", count=20)
+    assert check_hidden(world, client) == address and client.alerts() == []
+    check_stop_and_next_session(world, client, clock)
+
+
+@pytest.mark.slow
+@pytest.mark.parametrize("before, after", JUMPS)
+def test_jump_while_the_automatic_change_waits(world, client, before, after):
+    """A minute stays a minute: the change comes neither at once nor hours late."""
+    clock = started(client, before, changeIpEvery=True, changeIpInterval=1)
+    press(client)
+    check_hidden(world, client)
+    hidden_since = time.monotonic()
+    clock.set(after)
+    world.home.wait_for(lambda: len(world.service.requests_of("VPNC")) == 2, 180, "the change")
+    # The hiding was noticed some moments after it began.
+    assert time.monotonic() - hidden_since > 45
+    client.wait({"description": "State picture"}, ui.SESSION, name="IP hidden")
+    check_hidden(world, client)
+    with clock.check():
+        client.stop()
+        check_not_hidden(world, client)
+
+
+@pytest.mark.parametrize("hours", [pytest.param(-20, id="too-early"),
+                                   pytest.param(24 * 400, id="too-late", marks=pytest.mark.slow)])
+def test_jump_out_of_the_certificates_time(world, client, hours):
+    """A service that cannot be trusted by this clock is not used: the alert. With the right time all is well."""
+    clock = started(client, 0)
+    clock.set(hours)
+    press(client)
+    check_given_up(world, client)
+    assert world.service.requests_of("VPNC") == [], "no request reached the service"
+    clock.set(0)
+    press(client)
+    check_hidden(world, client)
+    check_stop_and_next_session(world, client, clock)

@@ -1,0 +1,227 @@
+"""Full, read-only and file-less disks: one row for every file that the client writes."""
+
+import plistlib
+import signal
+
+import pytest
+from harness import client as ui
+from harness import settings
+from harness.disks import ShrunkDisk, SmallDisk, check_full, contents
+from harness.next_session import BERLIN, check_given_up, check_hidden, check_session, press
+from world import network
+from world.accounts import ADA
+
+FOLDER = "Documents/Quorvane"
+SETTINGS = {"changeIpInterval": 33, "userAgent": "mine"}
+AGENT = "Library/LaunchAgents/com.qrvp.LaunchAtLogin.plist"
+ENTRY = ".config/autostart/com.tallowind.Quorvane.desktop"
+
+
+@pytest.fixture
+def remembering(client):
+    """A user whose settings are stored; nothing started yet."""
+    client.remember_administrator(ADA, location=BERLIN.title, **SETTINGS)
+    return client
+
+
+def disk_over(client, name, **settings):
+    return SmallDisk(client.home, f"{client.folder}/{name}", client.user, **settings)
+
+
+def log_lines(client):
+    return client.output().splitlines()
+
+
+def said_once(client, text):
+    """That the diagnostics name the trouble, and do not go on about it."""
+    lines = [line for line in log_lines(client) if text in line]
+    assert len(lines) == 1, lines
+
+
+def check_settings_whole(client):
+    stored = client.preferences()
+    assert {key: stored[key] for key in SETTINGS} == SETTINGS
+    assert stored["un"] == ui.scrambled(ADA.name)
+
+
+@pytest.mark.parametrize("spare_pages", [
+    pytest.param(0, id="nothing-fits", marks=pytest.mark.slow),
+    pytest.param(3, id="only-the-log-does-not-fit"),
+])
+def test_full_disk_below_the_sessions_files(world, remembering, spare_pages):
+    """qrvp.ovpn, qrvp.log, .vpnCreds.txt, openvpn.log: the attempt ends in the alert; OpenVPN is never started."""
+    client = remembering
+    disk = disk_over(client, FOLDER)
+    client.start()
+    client.wait_ready()
+    disk.fill(spare_pages)
+    press(client)
+    check_given_up(world, client)
+    assert "no room for the files of a session" in client.output()
+    assert not [line for line in world.home.privileged_lines() if "--config" in line], "nothing was launched"
+    assert len(world.service.requests_of("VPNC")) == 1 and world.service.lent() == {}
+    check_settings_whole(client)
+    disk.free()
+    address = check_session(world, client)
+    assert f"remote {address} " in client.file(f"{FOLDER}/qrvp.ovpn").read_text(encoding="utf-8")
+    assert client.file(f"{FOLDER}/openvpn.log").stat().st_size > 0
+
+
+def test_disk_that_fills_up_while_the_tunnel_comes_up(world, remembering):
+    """The room for OpenVPN's log was set aside: the tunnel is seen to come up on a disk that is full meanwhile."""
+    client = remembering
+    disk = disk_over(client, FOLDER)
+    network.swallow(f"ip daddr {network.LENT_POOL} tcp dport 443")
+    client.start()
+    client.choose_protocol("TCP")
+    press(client)
+    world.home.wait_for(client.openvpn, ui.SESSION, "OpenVPN runs")
+    disk.fill()
+    check_full(world.home, f"{client.folder}/{FOLDER}", client.user)
+    network.stop_swallowing()
+    check_hidden(world, client)
+    assert "Initialization Sequence Completed" in client.openvpn_log()
+    client.stop()
+    # The old files are still whole, each of them.
+    kept = contents(world.home, f"{client.folder}/{FOLDER}")
+    assert kept["qrvp.ovpn"].startswith(b"client\n") and kept["qrvp.log"].startswith(b"trying to connect ")
+    press(client)
+    check_given_up(world, client)
+    now = contents(world.home, f"{client.folder}/{FOLDER}")
+    assert {name: now[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")} == \
+        {name: kept[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")}
+    disk.free()
+    check_session(world, client)
+
+
+@pytest.mark.slow
+def test_no_room_for_one_more_file_below_the_sessions_files(world, remembering):
+    """No inode is left: nothing can be replaced, so the attempt ends in the alert and what was there stays."""
+    client = remembering
+    disk = disk_over(client, FOLDER, files=20)
+    client.start()
+    client.wait_ready()
+    check_session(world, client)
+    before = contents(world.home, f"{client.folder}/{FOLDER}")
+    disk.fill_with_files()
+    check_full(world.home, f"{client.folder}/{FOLDER}", client.user)
+    press(client)
+    check_given_up(world, client)
+    after = contents(world.home, f"{client.folder}/{FOLDER}")
+    # The session's own log grows in place: it needs no further file.
+    assert after.pop("qrvp.log").startswith(before.pop("qrvp.log"))
+    assert after == before
+    disk.free()
+    check_session(world, client)
+
+
+def test_read_only_home(world, remembering):
+    """Nothing can be written at home: the start says so once, an attempt ends in the alert, nothing is lost."""
+    client = remembering
+    disk = SmallDisk(world.home, client.folder, client.user, size="16m")
+    logs = SmallDisk(world.home, f"{client.folder}/logs", client.user)  # the test's own, for the client's output
+    before = contents(world.home, client.folder)
+    disk.make_read_only()
+    check_full(world.home, client.folder, client.user)
+    client.log_folder = logs.folder
+    client.start()
+    client.wait_ready()
+    press(client)
+    check_given_up(world, client)
+    said_once(client, "com.tallowind.Quorvane.plist cannot be written: Read-only file system")
+    after = contents(world.home, client.folder)
+    assert {name: after[name] for name in before} == before
+    assert set(after) - set(before) == {"logs/first.log"}
+    disk.make_writable()
+    check_session(world, client)
+    check_settings_whole(client)
+    assert client.preferences()["countryCode"] == BERLIN.country_code, "what waited in memory has reached the disk"
+
+
+def test_full_disk_below_the_preferences(world, remembering):
+    """The settings keep their old, whole content; the session runs on what is in memory."""
+    client = remembering
+    disk = disk_over(client, "Library/Preferences", size="64k")
+    before = client.file(ui.PREFERENCES).read_bytes()
+    disk.fill()
+    check_full(world.home, f"{client.folder}/Library/Preferences", client.user)
+    client.start()
+    check_session(world, client)
+    assert client.file(ui.PREFERENCES).read_bytes() == before
+    said_once(client, "com.tallowind.Quorvane.plist cannot be written: No space left on device")
+    disk.free()
+    check_session(world, client)
+    check_settings_whole(client)
+    assert client.preferences()["vpnUsername"], "what waited in memory has reached the disk"
+    names = set(contents(world.home, f"{client.folder}/Library/Preferences"))
+    assert names <= {"com.tallowind.Quorvane.plist", "com.tallowind.Quorvane.plist.lock"}, "no left-overs"
+
+
+@pytest.mark.slow
+def test_full_disk_below_what_the_settings_window_writes(world, remembering):
+    """Launch agent and desktop entry: the old ones stay whole, and the window goes on."""
+    client = remembering
+    disks = [disk_over(client, name) for name in ("Library/LaunchAgents", ".config/autostart")]
+    agent, entry = client.file(AGENT), client.file(ENTRY)
+    client.start()
+    client.wait_ready()
+    settings.open_window(client)
+    settings.switch(client, "Start Quorvane when I log in", to=True)
+    assert plistlib.loads(agent.read_bytes())["RunAtLoad"] is True and "Hidden=false" in entry.read_text()
+    old = agent.read_bytes(), entry.read_bytes()
+    for disk in disks:
+        disk.fill()
+        check_full(world.home, disk.folder, client.user)
+    settings.switch(client, "Start Quorvane when I log in", to=False)
+    assert client.running() and (agent.read_bytes(), entry.read_bytes()) == old
+    for disk in disks:
+        disk.free()
+    settings.switch(client, "Start Quorvane when I log in", to=True)
+    settings.switch(client, "Start Quorvane when I log in", to=False)
+    assert plistlib.loads(agent.read_bytes())["RunAtLoad"] is False and "Hidden=true" in entry.read_text()
+    settings.close_window(client)
+    check_settings_whole(client)
+    check_session(world, client)
+
+
+@pytest.mark.slow
+def test_full_disk_below_temporary_files(world, remembering):
+    """The answer with the server list has nowhere to go: the usual alert, and the next start works."""
+    client = remembering
+    disk = ShrunkDisk(world.home, "/tmp", "1m")
+    disk.fill()
+    check_full(world.home, "/tmp", client.user)
+    client.start()
+    alert = client.wait_alert(ui.ANSWER)
+    assert alert["title"] == "Error" and alert["texts"] == \
+        ["There was a problem connecting to the Quorvane server, please check your Internet connection or firewall "
+         "settings."]
+    client.dismiss_alert()
+    client.wait({"role": "alert"}, 10, absent=True)
+    assert client.current_address() == "0.0.0.0" and not client.button_state()["enabled"]
+    assert client.text("Status line") == ui.NOT_HIDING
+    assert not list(world.home.path("/tmp").glob("*MRTSL*")), "no piece of an answer stays"
+    client.signal(signal.SIGTERM)
+    assert client.wait_exit() == 0
+    disk.free()
+    client.start(key="next")
+    check_session(world, client, key="next")
+    check_settings_whole(client)
+
+
+@pytest.mark.slow
+def test_full_disk_below_the_run_time_folder(world, make_client):
+    """Where no lock file can be made the cache's folder takes it: still one copy at a time."""
+    disk = SmallDisk(world.home, f"/run/user/{world.home.uid('joe')[0]}", "joe", files=30)
+    client = make_client(world)
+    client.remember_administrator(ADA, location=BERLIN.title)
+    disk.fill_with_files()
+    check_full(world.home, disk.folder, client.user)
+    client.start()
+    client.wait_ready()
+    client.start(key="second")
+    assert client.wait_alert(10, key="second")["texts"][0] == "Quorvane is already running."
+    client.dismiss_alert(key="second")
+    assert client.wait_exit(key="second") == 0
+    check_session(world, client)
+    assert plistlib.loads(client.file(ui.PREFERENCES).read_bytes())
