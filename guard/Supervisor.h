@@ -18,9 +18,9 @@ struct Start {
     std::chrono::milliseconds grace;
 };
 
-/// Starts OpenVPN as a child that dies with this process, lets this process go on under another name so that OpenVPN
-/// alone is killed by name, and copies what it prints into the log until it has ended. Blocks until then and says how
-/// it ended, in words for the log; SIGTERM and SIGINT are passed on.
+/// Starts OpenVPN as a child that dies with this process, lets this process go on under another name so that
+/// OpenVPN alone is killed by name, and copies what it prints into the log until it has ended. Blocks until
+/// then and says how it ended, in words for the log; SIGTERM and SIGINT are passed on.
 std::string supervise(const Start &start, TunnelLog &log);
 
 } // namespace quorvane::guard
