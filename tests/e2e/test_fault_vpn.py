@@ -82,6 +82,7 @@ def test_refused(shared, logins, protocol):
     outcomes.check_next_session(shared.world, shared, before)
 
 
+@pytest.mark.slow
 def test_server_that_accepts_and_is_silent(shared):
     before = start(shared, "tcp")
     with Listener(network.GATEWAY, FAKE_PORT, lambda _connection, closing: closing.wait()) as fake, \
