@@ -1,6 +1,8 @@
 #include "HttpAnswer.h"
 
+#include <QByteArrayList>
 #include <algorithm>
+#include <utility>
 
 namespace platform {
 
