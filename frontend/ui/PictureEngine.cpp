@@ -1,6 +1,7 @@
 #include "PictureEngine.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QImageReader>
 #include <QPainter>
 #include <QStyle>
@@ -21,6 +22,10 @@ void open(QImageReader &reader, const QString &path) {
 
 PictureEngine::PictureEngine(const QStringList &paths) {
     for (const QString &path : paths) {
+        // Not every picture has every size. The reader would complain aloud of one that is not there.
+        if (!QFile::exists(path)) {
+            continue;
+        }
         QImageReader reader;
         open(reader, path);
         if (const QSize size = reader.size(); size.isValid()) {

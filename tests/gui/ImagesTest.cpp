@@ -4,6 +4,7 @@
 #include "tests/gui/GuiTest.h"
 
 #include <QPainter>
+#include <QRegularExpression>
 
 /// The program's named images and the icons made of them.
 class ImagesTest : public QObject {
@@ -73,6 +74,12 @@ private Q_SLOTS:
         const QImage selected = engine.pixmap(QSize(8, 8), QIcon::Selected, QIcon::Off).toImage();
         QVERIFY(enabled.pixelColor(4, 4) != disabled.pixelColor(4, 4));
         QCOMPARE(selected.pixelColor(4, 4), QColor(Qt::red));
+    }
+
+    void aSizeThatIsNotThereIsNoWordWorth() {
+        QTest::failOnWarning(QRegularExpression(text(".*")));
+        PictureEngine engine({save("only", 8, 8, Qt::red), text("/does/not/exist.png")});
+        QCOMPARE(engine.availableSizes(QIcon::Normal, QIcon::Off), QList<QSize>{QSize(8, 8)});
     }
 
     void filesThatAreNoPicturesAreLeftOut() {

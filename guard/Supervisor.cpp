@@ -1,0 +1,185 @@
+#include "Supervisor.h"
+
+#include "platform/FileDescriptor.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <optional>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/signalfd.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+namespace quorvane::guard {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using platform::FileDescriptor;
+
+constexpr const char *OwnName = "openvpn-guard";
+
+sigset_t passedOn() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    return signals;
+}
+
+[[noreturn]] void becomeOpenVpn(const Start &start, pid_t guard, int output) {
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    std::vector<char *> words{const_cast<char *>(start.program.c_str())};
+    for (const std::string &argument : start.arguments) {
+        words.push_back(const_cast<char *>(argument.c_str()));
+    }
+    words.push_back(nullptr);
+    std::array<char, 64> path{"PATH=/usr/sbin:/usr/bin:/sbin:/bin"};
+    std::array<char *, 2> environment{path.data(), nullptr};
+
+    // Asked after the request: had the guard ended before it, nobody would be left to end this process.
+    if (prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && getppid() == guard && dup2(output, STDOUT_FILENO) >= 0 &&
+        dup2(output, STDERR_FILENO) >= 0) {
+        prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+        execve(start.program.c_str(), words.data(), environment.data());
+        dprintf(STDERR_FILENO, "%s cannot be started: %s\n", start.program.c_str(), std::strerror(errno));
+    }
+    _exit(127);
+}
+
+/// The one child, from its start to its end.
+class Child {
+public:
+    Child(const Start &start, TunnelLog &log) : m_start(start), m_log(log) {}
+
+    std::string run() {
+        std::array<int, 2> pipe{};
+        if (pipe2(pipe.data(), O_CLOEXEC) != 0) {
+            return std::string("OpenVPN cannot be started: ") + std::strerror(errno);
+        }
+        m_output = FileDescriptor(pipe[0]);
+        FileDescriptor written(pipe[1]);
+        const sigset_t signals = passedOn();
+        sigprocmask(SIG_BLOCK, &signals, nullptr);
+        m_signals = FileDescriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+        const pid_t guard = getpid();
+        m_pid = fork();
+        if (m_pid == 0) {
+            becomeOpenVpn(m_start, guard, written.get());
+        }
+        if (m_pid < 0) {
+            return std::string("OpenVPN cannot be started: ") + std::strerror(errno);
+        }
+        written.reset();
+        m_process = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, m_pid, 0)));
+        // Until here a kill by name meets this process, and the child dies with it; from here it meets the
+        // child.
+        prctl(PR_SET_NAME, OwnName);
+        m_deadline = Clock::now() + m_start.deadline;
+        while (copyOutput()) {
+        }
+        return end();
+    }
+
+private:
+    /// Waits for output, a signal, the child's end or the deadline; false when there will be no more output.
+    bool copyOutput() {
+        std::array<pollfd, 3> watched{
+            {{m_output.get(), POLLIN, 0}, {m_signals.get(), POLLIN, 0}, {m_process.get(), POLLIN, 0}}};
+        const int ready = poll(watched.data(), watched.size(), timeLeft());
+        if (ready < 0) {
+            return errno == EINTR;
+        }
+        if (watched[1].revents != 0) {
+            passSignalOn();
+        }
+        if (ready == 0) {
+            giveUp();
+        }
+        const bool more = watched[0].revents == 0 || readOutput();
+        // The rest of what it printed is taken first; somebody else may hold its output open for ever.
+        return more && (watched[2].revents == 0 || watched[0].revents != 0);
+    }
+
+    bool readOutput() {
+        std::array<char, 4096> piece{};
+        const ssize_t count = read(m_output.get(), piece.data(), piece.size());
+        if (count <= 0) {
+            return count < 0 && (errno == EINTR || errno == EAGAIN);
+        }
+        m_log.add({piece.data(), static_cast<std::size_t>(count)});
+        if (m_log.isUp()) {
+            m_deadline.reset();
+        } else if (!m_log.isWhole()) {
+            // Nobody could learn any more that the tunnel is up.
+            giveUp();
+        }
+        return true;
+    }
+
+    int timeLeft() const {
+        if (!m_deadline) {
+            return -1;
+        }
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(*m_deadline - Clock::now()).count();
+        return left < 0 ? 0 : static_cast<int>(left) + 1;
+    }
+
+    void passSignalOn() const {
+        signalfd_siginfo received{};
+        if (read(m_signals.get(), &received, sizeof received) == sizeof received) {
+            kill(m_pid, static_cast<int>(received.ssi_signo));
+        }
+    }
+
+    /// First time: asks OpenVPN to end, which takes its routes back. Second time: kills it.
+    void giveUp() {
+        if (m_givenUp) {
+            kill(m_pid, SIGKILL);
+            m_deadline.reset();
+            return;
+        }
+        m_givenUp = true;
+        kill(m_pid, SIGTERM);
+        m_deadline = Clock::now() + m_start.grace;
+    }
+
+    std::string end() const {
+        int status = 0;
+        // It closed its output, so it is ending; a child that only closed it must not run unseen.
+        kill(m_pid, SIGKILL);
+        while (waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
+        }
+        if (m_givenUp) {
+            return "the tunnel did not come up in time";
+        }
+        if (WIFSIGNALED(status)) {
+            return "OpenVPN was ended by signal " + std::to_string(WTERMSIG(status));
+        }
+        return "OpenVPN ended with status " + std::to_string(WEXITSTATUS(status));
+    }
+
+    const Start &m_start;
+    TunnelLog &m_log;
+    FileDescriptor m_output;
+    FileDescriptor m_signals;
+    FileDescriptor m_process; ///< readable once the child has ended
+    pid_t m_pid = -1;
+    std::optional<Clock::time_point> m_deadline;
+    bool m_givenUp = false;
+};
+
+} // namespace
+
+std::string supervise(const Start &start, TunnelLog &log) {
+    return Child(start, log).run();
+}
+
+} // namespace quorvane::guard

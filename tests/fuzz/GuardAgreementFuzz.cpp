@@ -1,0 +1,156 @@
+// What the guard lets through, the real OpenVPN must read as the guard did: OpenVPN is started with what came
+// and with the guard's copy, prints all its settings, and ends at a management socket that cannot be made,
+// before it opens anything. Both prints must be the same, and say nothing that the guard did not read.
+
+#include "Fuzz.h"
+#include "guard/AllowList.h"
+#include "guard/Files.h"
+
+#include <array>
+#include <fcntl.h>
+#include <regex>
+#include <set>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace quorvane::guard;
+using platform::FileDescriptor;
+
+namespace {
+
+constexpr int Place = 200; ///< the same descriptor number for both, so that both prints name the same path
+
+constexpr std::string_view Base =
+    "client\ndev tun\nremote 192.0.2.1 1194\nauth-user-pass\n"
+    "<ca>\n-----BEGIN CERTIFICATE-----\nTUlJQg==\n-----END CERTIFICATE-----\n</ca>\n";
+
+struct Print {
+    int status = 0;
+    std::string settings;
+};
+
+Print printOf(std::string_view configuration) {
+    const FileDescriptor copy = sealedCopy("configuration", configuration);
+    const FileDescriptor credentials = sealedCopy("credentials", "user\npassword\n");
+    std::array<int, 2> pipe{};
+    must(copy.isOpen() && credentials.isOpen() && pipe2(pipe.data(), O_CLOEXEC) == 0,
+         "the system gives descriptors");
+    FileDescriptor output(pipe[0]);
+    FileDescriptor written(pipe[1]);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, written.get(), 1);
+    posix_spawn_file_actions_adddup2(&actions, written.get(), 2);
+    posix_spawn_file_actions_adddup2(&actions, copy.get(), Place);
+    posix_spawn_file_actions_adddup2(&actions, credentials.get(), Place + 1);
+    std::array<const char *, 13> words{
+        "openvpn", "--config",         "/proc/self/fd/200", "--verb",
+        "4",       "--auth-user-pass", "/proc/self/fd/201", "--script-security",
+        "0",       "--management",     "/nonexistent/none", "unix",
+        nullptr};
+    std::array<char *, 1> environment{nullptr};
+    pid_t pid = 0;
+    must(posix_spawn(&pid, "/usr/sbin/openvpn", &actions, nullptr, const_cast<char **>(words.data()),
+                     environment.data()) == 0,
+         "OpenVPN can be started");
+    posix_spawn_file_actions_destroy(&actions);
+    written.reset();
+    Print print;
+    std::array<char, 4096> piece{};
+    for (ssize_t count = 0; (count = read(output.get(), piece.data(), piece.size())) > 0;) {
+        print.settings.append(piece.data(), static_cast<std::size_t>(count));
+    }
+    waitpid(pid, &print.status, 0);
+    // The time of each line, and where in the configuration an error was found.
+    static const std::regex varying("(^|\n)[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8} (us=[0-9]+ )?|fd/200:[0-9]+");
+    print.settings = std::regex_replace(print.settings, varying, "$1");
+    return print;
+}
+
+void checkNothingElseIsSet(const std::string &settings) {
+    for (const char *name : {"up_script",
+                             "down_script",
+                             "chroot_dir",
+                             "cd_dir",
+                             "writepid",
+                             "status_file",
+                             "username",
+                             "groupname",
+                             "route_script",
+                             "route_pre_down_script",
+                             "ipchange",
+                             "tls_verify",
+                             "tls_export_peer_cert_dir",
+                             "auth_user_pass_verify_script",
+                             "client_connect_script",
+                             "client_disconnect_script",
+                             "learn_address_script",
+                             "tmp_dir",
+                             "packet_id_file",
+                             "shared_secret_file",
+                             "ca_path",
+                             "dh_file",
+                             "pkcs12_file",
+                             "crl_file",
+                             "key_pass_file",
+                             "genkey_filename",
+                             "http_proxy_server",
+                             "socks_proxy_server",
+                             "management_client_user"}) {
+        const std::string set = std::string("  ") + name + " = ";
+        const auto at = settings.find(set);
+        must(at == std::string::npos || settings.compare(at + set.size(), 9, "'[UNDEF]'") == 0 ||
+                 settings.compare(at + set.size(), 6, "'/tmp'") == 0 || // OpenVPN's own default of tmp_dir
+                 settings.compare(at + set.size(), 7, "[UNDEF]") == 0,
+             "nothing is set that runs, reads or writes");
+    }
+}
+
+/// The values of a setting in the order of their lines.
+std::set<std::string> valuesOf(const std::string &settings, const std::string &name) {
+    std::set<std::string> values;
+    const std::string begin = "  " + name + " = '";
+    for (auto at = settings.find(begin); at != std::string::npos; at = settings.find(begin, at + 1)) {
+        const auto from = at + begin.size();
+        values.insert(settings.substr(from, settings.find('\'', from) - from));
+    }
+    return values;
+}
+
+void checkServers(const std::string &settings, const std::vector<Directive> &directives) {
+    std::set<std::string> hosts;
+    for (const Directive &directive : directives) {
+        if (directive.name() == "remote") {
+            hosts.insert(directive.words[1]);
+        }
+    }
+    if (settings.find("Current Parameter Settings:") != std::string::npos) {
+        must(valuesOf(settings, "remote") == hosts,
+             "OpenVPN would ask the servers that the guard read, and no others");
+    }
+}
+
+} // namespace
+
+void fuzzOne(std::string_view bytes) {
+    const std::string text = std::string(Base).append(bytes);
+    const auto parsed = parse(text);
+    const auto *directives = std::get_if<std::vector<Directive>>(&parsed);
+    if (directives == nullptr || check(*directives)) {
+        return;
+    }
+    const Print original = printOf(text);
+    const Print copied = printOf(privateCopy(*directives));
+    if (original.settings != copied.settings) {
+        std::fprintf(stderr, "--- what came\n%s\n--- the copy\n%s\n", original.settings.c_str(),
+                     copied.settings.c_str());
+    }
+    must(original.status == copied.status, "OpenVPN ends alike with what came and with the copy");
+    must(original.settings == copied.settings, "OpenVPN reads what came as the guard did");
+    must(original.settings.find("Options error: Unrecognized option") == std::string::npos,
+         "OpenVPN knows every directive that may pass");
+    checkNothingElseIsSet(original.settings);
+    checkServers(original.settings, *directives);
+}

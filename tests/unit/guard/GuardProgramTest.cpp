@@ -1,0 +1,295 @@
+// The guard program itself, with a stand-in for OpenVPN and a short deadline, run as whoever runs the tests.
+
+#include "HostileConfigurations.h"
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string contentOf(const std::string &path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+bool within(std::chrono::milliseconds time, const std::function<bool()> &condition) {
+    const auto end = std::chrono::steady_clock::now() + time;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        std::this_thread::sleep_for(5ms);
+    }
+    return true;
+}
+
+class GuardProgram : public testing::Test {
+protected:
+    GuardProgram() {
+        EXPECT_NE(mkdtemp(folder.data()), nullptr);
+        write("creds", "user\npass word");
+        write("log", "");
+    }
+
+    ~GuardProgram() override {
+        if (pid > 0) {
+            kill(pid, SIGKILL);
+            waitpid(pid, nullptr, 0);
+        }
+        for (const char *name : {"config", "creds", "log", "canary", "target", "out"}) {
+            unlink(at(name).c_str());
+        }
+        rmdir(folder.c_str());
+    }
+
+    std::string at(const std::string &name) const { return folder + "/" + name; }
+
+    void write(const std::string &name, const std::string &text) const { std::ofstream(at(name)) << text; }
+
+    std::string log() const { return contentOf(at("log")); }
+
+    bool logHolds(const std::string &text) const { return log().find(text) != std::string::npos; }
+
+    void start(std::vector<std::string> words) {
+        words.insert(words.begin(), GUARD_PROGRAM);
+        std::vector<char *> raw;
+        for (std::string &word : words) {
+            raw.push_back(word.data());
+        }
+        raw.push_back(nullptr);
+        const std::string out = at("out");
+        pid = fork();
+        if (pid == 0) {
+            const int file = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            dup2(file, STDOUT_FILENO);
+            dup2(file, STDERR_FILENO);
+            setenv("LD_BIND_NOW", "1", 1);
+            // It is not to be traced by anybody, which is how the leak checker would work.
+            setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
+            signal(SIGPIPE, SIG_IGN);
+            execv(GUARD_PROGRAM, raw.data());
+            _exit(126);
+        }
+    }
+
+    void start() {
+        start({"--config", at("config"), "--auth-user-pass", at("creds"), "--log-append", at("log")});
+    }
+
+    int wait() {
+        int status = 0;
+        waitpid(pid, &status, 0);
+        pid = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+
+    /// With an allowed configuration whose remote host is `host`.
+    void startFor(const std::string &host) {
+        write("config", "client\nremote " + host + " 1194 # a comment\n");
+        start();
+    }
+
+    /// The guard's only child, or 0.
+    pid_t child() const {
+        const std::string number = std::to_string(pid);
+        std::istringstream children(contentOf("/proc/" + number + "/task/" + number + "/children"));
+        pid_t found = 0;
+        children >> found;
+        return found;
+    }
+
+    std::string folder = testing::TempDir() + "guard-program-XXXXXX";
+    pid_t pid = -1;
+};
+
+} // namespace
+
+TEST_F(GuardProgram, EveryHostileConfigurationEndsInTheLogAndNothingRuns) {
+    write("canary", "#!/bin/sh\ntouch '" + at("target") + "'\n");
+    ASSERT_EQ(chmod(at("canary").c_str(), 0700), 0);
+    for (const auto &hostile : hostileConfigurations(at("canary"))) {
+        write("config", hostile.text);
+        write("log", "");
+        start();
+        wait();
+        EXPECT_TRUE(logHolds("the configuration is refused: ")) << hostile.name << ": " << log();
+        EXPECT_TRUE(logHolds(hostile.refusal)) << hostile.name << ": " << log();
+        EXPECT_TRUE(logHolds("Exiting due to fatal error\n")) << hostile.name;
+        EXPECT_FALSE(logHolds("ended with status")) << hostile.name << ": OpenVPN was started";
+    }
+    EXPECT_NE(access(at("target").c_str(), F_OK), 0) << "the canary ran";
+}
+
+TEST_F(GuardProgram, TheCanaryWouldBeSeen) {
+    write("canary", "#!/bin/sh\ntouch '" + at("target") + "'\n");
+    ASSERT_EQ(chmod(at("canary").c_str(), 0700), 0);
+    ASSERT_EQ(std::system(at("canary").c_str()), 0);
+    EXPECT_EQ(access(at("target").c_str(), F_OK), 0);
+}
+
+TEST_F(GuardProgram, OpenVpnGetsAPrivateCopyAndNothingOfTheCallers) {
+    write("target", "");
+    // As a careless caller would: open in every program that is started.
+    const int open = ::open(at("target").c_str(), O_RDONLY); // NOLINT(android-cloexec-open)
+    startFor("reports");
+    EXPECT_EQ(wait(), 0);
+    close(open);
+    const std::string text = log();
+    EXPECT_TRUE(logHolds("files: /dev/null pipe:")) << text;
+    EXPECT_FALSE(logHolds(at("target"))) << text;
+    EXPECT_TRUE(logHolds("--script-security 0 --auth-user-pass /proc/self/fd/")) << text;
+    EXPECT_FALSE(logHolds(at("config"))) << text;
+    EXPECT_TRUE(logHolds("variables: PATH \n")) << text;
+    EXPECT_TRUE(logHolds("no new privileges: 1\n")) << text;
+    EXPECT_TRUE(logHolds("ignored: 0000000000000000\n")) << text;
+    EXPECT_TRUE(logHolds("blocked: 0000000000000000\n")) << text;
+    EXPECT_TRUE(logHolds("folder: /\n")) << text;
+    EXPECT_TRUE(logHolds("credentials: user|pass word\n")) << text;
+    EXPECT_TRUE(logHolds("configuration: client|remote reports 1194|\n")) << text;
+}
+
+TEST_F(GuardProgram, AnEarlyDeathIsTold) {
+    startFor("early");
+    wait();
+    EXPECT_TRUE(logHolds("Options error: something\n"));
+    EXPECT_TRUE(logHolds("OpenVPN ended with status 1\n"));
+    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+}
+
+TEST_F(GuardProgram, AnEndWithoutAWordIsTold) {
+    startFor("quiet");
+    wait();
+    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+}
+
+TEST_F(GuardProgram, BytesThatAreNoTextDoNotMakeTheLogUnreadable) {
+    startFor("binary");
+    wait();
+    EXPECT_TRUE(logHolds("a??b\n"));
+}
+
+TEST_F(GuardProgram, ASearchEnds) {
+    startFor("hangs");
+    wait();
+    EXPECT_TRUE(logHolds("the tunnel did not come up in time\n"));
+    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+}
+
+TEST_F(GuardProgram, ASearchEndsEvenIfOpenVpnWouldNot) {
+    startFor("stubborn");
+    wait();
+    EXPECT_TRUE(logHolds("the tunnel did not come up in time\n"));
+}
+
+TEST_F(GuardProgram, ATunnelThatIsUpHasNoDeadline) {
+    startFor("up");
+    ASSERT_TRUE(within(10s, [this] { return logHolds("Initialization Sequence Completed"); }));
+    // Longer than the deadline of this build.
+    EXPECT_FALSE(within(1500ms, [this] { return child() == 0; }));
+    kill(pid, SIGTERM);
+    wait();
+    EXPECT_TRUE(logHolds("OpenVPN was ended by signal 15\n"));
+    EXPECT_FALSE(logHolds("Exiting due to fatal error"));
+}
+
+TEST_F(GuardProgram, OpenVpnKilledByNameIsTold) {
+    startFor("hangs");
+    ASSERT_TRUE(within(10s, [this] { return logHolds("waiting"); }));
+    EXPECT_EQ(contentOf("/proc/" + std::to_string(pid) + "/comm"), "openvpn-guard\n");
+    kill(child(), SIGKILL);
+    wait();
+    EXPECT_TRUE(logHolds("OpenVPN was ended by signal 9\n"));
+    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+}
+
+TEST_F(GuardProgram, OpenVpnDiesWithTheGuard) {
+    startFor("up");
+    ASSERT_TRUE(within(10s, [this] { return logHolds("Completed"); }));
+    const pid_t openVpn = child();
+    ASSERT_GT(openVpn, 0);
+    kill(pid, SIGKILL);
+    EXPECT_EQ(wait(), -SIGKILL);
+    EXPECT_TRUE(within(10s, [openVpn] {
+        const std::string state = contentOf("/proc/" + std::to_string(openVpn) + "/stat");
+        return state.empty() || state.find(") Z") != std::string::npos;
+    }));
+}
+
+TEST_F(GuardProgram, MissingCredentialsAreToldInOpenVpnsWords) {
+    unlink(at("creds").c_str());
+    startFor("up");
+    wait();
+    EXPECT_TRUE(logHolds("--auth-user-pass fails with '" + at("creds") + "': No such file or directory\n"));
+    EXPECT_FALSE(logHolds("Exiting due to fatal error")) << "the words above are enough";
+}
+
+TEST_F(GuardProgram, AMissingConfigurationIsTold) {
+    start();
+    EXPECT_EQ(wait(), 1);
+    EXPECT_TRUE(logHolds("the configuration is refused: No such file or directory\n"));
+    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+}
+
+TEST_F(GuardProgram, LinksInTheThreePlacesAreNotFollowed) {
+    write("target", "client\nremote up\n");
+    ASSERT_EQ(symlink(at("target").c_str(), at("config").c_str()), 0);
+    start();
+    EXPECT_EQ(wait(), 1);
+    EXPECT_TRUE(logHolds("it is not a plain file"));
+
+    unlink(at("config").c_str());
+    unlink(at("creds").c_str());
+    ASSERT_EQ(symlink(at("target").c_str(), at("creds").c_str()), 0);
+    startFor("up");
+    wait();
+    EXPECT_TRUE(logHolds("auth-user-pass fails"));
+
+    unlink(at("log").c_str());
+    ASSERT_EQ(symlink(at("target").c_str(), at("log").c_str()), 0);
+    startFor("up");
+    EXPECT_EQ(wait(), 1);
+    EXPECT_EQ(contentOf(at("target")), "client\nremote up\n") << "nothing was appended";
+    EXPECT_NE(contentOf(at("out")).find("the log cannot be used: it is not a plain file"), std::string::npos);
+}
+
+TEST_F(GuardProgram, AStrangersConfigurationIsNotRead) {
+    if (getuid() != 0) {
+        GTEST_SKIP() << "only root can give files away";
+    }
+    write("config", "secret line\n");
+    ASSERT_EQ(chown(at("config").c_str(), 65534, 65534), 0);
+    start();
+    EXPECT_EQ(wait(), 1);
+    EXPECT_EQ(log(), "");
+    EXPECT_NE(contentOf(at("out")).find("it belongs to somebody else"), std::string::npos);
+
+    ASSERT_EQ(chown(at("config").c_str(), 0, 0), 0);
+    ASSERT_EQ(chown(at("creds").c_str(), 65534, 65534), 0);
+    startFor("up");
+    wait();
+    EXPECT_TRUE(logHolds("auth-user-pass fails with '" + at("creds") + "': it belongs to somebody else"));
+}
+
+TEST_F(GuardProgram, AnyOtherCommandLineIsRefused) {
+    write("config", "client\nremote up\n");
+    start(
+        {"--config", at("config"), "--auth-user-pass", at("creds"), "--log-append", at("log"), "--up", "x"});
+    EXPECT_EQ(wait(), 2);
+    start({"--config", at("config"), "--log-append", at("log"), "--auth-user-pass", at("creds")});
+    EXPECT_EQ(wait(), 2);
+    start({});
+    EXPECT_EQ(wait(), 2);
+    EXPECT_EQ(log(), "");
+}

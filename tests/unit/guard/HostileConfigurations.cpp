@@ -1,0 +1,108 @@
+#include "HostileConfigurations.h"
+
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace {
+
+std::string replaced(std::string text, const std::string &from, const std::string &to) {
+    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
+}
+
+std::string withBytes(const std::string &line) {
+    std::string bytes;
+    for (std::size_t at = 0; at < line.size(); ++at) {
+        if (line.compare(at, 2, "\\x") == 0) {
+            bytes += static_cast<char>(std::stoi(line.substr(at + 2, 2), nullptr, 16));
+            at += 3;
+        } else {
+            bytes += line[at];
+        }
+    }
+    return bytes;
+}
+
+std::string expanded(const std::string &line) {
+    std::istringstream words(line);
+    std::string command;
+    std::size_t count = 0;
+    if (!line.starts_with('%')) {
+        return withBytes(line) + '\n';
+    }
+    if (!(words >> command >> count) || (command != "%repeat" && command != "%lines")) {
+        throw std::runtime_error("not understood: " + line);
+    }
+    words.get();
+    std::string text;
+    std::getline(words, text);
+    std::string result;
+    for (; count > 0; --count) {
+        result += withBytes(text) + (command == "%lines" ? "\n" : "");
+    }
+    return command == "%lines" ? result : result + '\n';
+}
+
+std::string valueOf(std::istream &file, const std::string &key) {
+    std::string line;
+    if (!std::getline(file, line) || !line.starts_with(key)) {
+        throw std::runtime_error("\"" + key + "\" is missing before: " + line);
+    }
+    return line.substr(key.size());
+}
+
+} // namespace
+
+std::string allowedConfiguration() {
+    return "client\n"
+           "dev tun\n"
+           "proto udp\n"
+           "remote 203.0.113.5 1194\n"
+           "nobind\n"
+           "auth-user-pass\n"
+           "auth-nocache\n"
+           "remote-cert-tls server\n"
+           "verify-x509-name \"vpn\" name\n"
+           "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
+           "tls-version-min 1.2\n"
+           "resolv-retry 0\n"
+           "connect-retry-max 1\n"
+           "connect-timeout 5\n"
+           "hand-window 5\n"
+           "explicit-exit-notify 1\n"
+           "redirect-gateway def1 ipv6\n"
+           "ifconfig-ipv6 fd71:7276:6e00::2/64 fd71:7276:6e00::1\n"
+           "block-ipv6\n"
+           "verb 3\n"
+           "<ca>\n"
+           "-----BEGIN CERTIFICATE-----\n"
+           "TUlJQg==\n"
+           "-----END CERTIFICATE-----\n"
+           "</ca>\n";
+}
+
+std::vector<HostileConfiguration> hostileConfigurations(const std::string &canary) {
+    std::ifstream file(HOSTILE_CONFIGURATIONS);
+    std::vector<HostileConfiguration> all;
+    std::string line;
+    while (std::getline(file, line)) {
+        if (line.empty() || (all.empty() && line.starts_with('#'))) {
+            continue;
+        }
+        if (line.starts_with("== ")) {
+            const std::string name = line.substr(3);
+            valueOf(file, "why: ");
+            all.push_back({name, valueOf(file, "says: "), allowedConfiguration()});
+        } else if (all.empty()) {
+            throw std::runtime_error("before the first record: " + line);
+        } else if (line.ends_with("\\e")) {
+            all.back().text += replaced(withBytes(line.substr(0, line.size() - 2)), "CANARY", canary);
+        } else {
+            all.back().text += replaced(expanded(line), "CANARY", canary);
+        }
+    }
+    return all;
+}
