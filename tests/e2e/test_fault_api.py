@@ -65,6 +65,7 @@ ANSWERS = {
     "garbage": lambda right: api.page(bytes(range(256)) * 16),
     "no_http": lambda right: api.no_http,
     "truncated": api.truncated,
+    "truncated_in_chunks": api.truncated_in_chunks,
     "100_megabytes": lambda right: api.flood(FLOOD, told=True),
     "100_megabytes_of_untold_length": lambda right: api.flood(FLOOD, told=False),
     "status_500": lambda right: api.page(b"<h1>Internal Server Error</h1>", "500 Internal Server Error"),
@@ -391,11 +392,17 @@ def test_configuration_slow(listed, row):
     outcomes.check_next_session(listed.world, listed, before)
 
 
-def test_configuration_truncated_in_chunks(listed):
-    """The half of a configuration may look like a whole answer: OpenVPN refuses it then, and the attempt ends."""
-    before = outcomes.HomeState(listed.home)
-    with HostileApi(listed.world, {"VPNC": api.truncated_in_chunks(a_configuration(listed.world))}) as hostile:
+@pytest.mark.parametrize("cut", ["before_the_authority", "in_the_middle_of_it"])
+def test_half_a_configuration(listed, cut):
+    """A whole answer that holds a part of the configuration: it is stored and started, and comes to nothing."""
+    before, noted = outcomes.HomeState(listed.home), outcomes.failures_noted(listed)
+    whole = a_configuration(listed.world)
+    part = whole.partition(b"<ca>")[0] if cut == "before_the_authority" else whole[:-200]
+    assert b"remote " in part and len(part) < len(whole)
+    with HostileApi(listed.world, {"VPNC": api.page(part)}) as hostile:
         listed.hide()
-        outcomes.check_given_up(listed, before, timeout=75)
+        outcomes.check_given_up(listed, before, 75, noted)
         assert len(hostile.requests) == 1
+    held = listed.file(CONFIGURATION).read_bytes()
+    assert held == part.partition(b"VPNConfig: ")[2].replace(b"<br />", b"\n"), "what came is kept as it came"
     outcomes.check_next_session(listed.world, listed, before)

@@ -38,7 +38,7 @@ class HomeState:
         run = self._home.run
         routes = run("ip", "-4", "route", "show").stdout.splitlines() + run("ip", "-6", "route", "show").stdout.splitlines()
         links = re.findall(r"^\d+: ([^:@]+)", run("ip", "-o", "link", "show").stdout, re.MULTILINE)
-        return {"routes": sorted(line.strip() for line in routes if not is_host_route(line)),
+        return {"routes": sorted(line.strip() for line in routes),
                 "links": [name for name in links if name != "wlan0"],
                 "firewall": network.run("ip", "netns", "exec", network.HOME, "nft", "list", "ruleset").stdout,
                 "name servers": self._home.path("/etc/resolv.conf").read_text(encoding="utf-8")}
@@ -48,15 +48,6 @@ class HomeState:
         with contextlib.suppress(TimeoutError):
             self._home.wait_for(lambda: self._now() == self.value, timeout, "the home is as before")
         assert self._now() == self.value
-
-
-def is_host_route(line):
-    """The way to a gateway, which a killed OpenVPN leaves in the routing table: one for each address used."""
-    return bool(re.match(r"203\.0\.113\.\d+ via " + re.escape(network.ROUTER_ADDRESS), line))
-
-
-def host_routes(home):
-    return [line for line in home.run("ip", "-4", "route", "show").stdout.splitlines() if is_host_route(line)]
 
 
 def check_shown_not_hidden(client, address=network.REAL_ADDRESS):
