@@ -38,7 +38,8 @@ def details(pid):
     "own" is what belongs to it alone. "pss" follows whatever else runs on the machine: it is noted, not judged.
     """
     rollup = Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="ascii")
-    return {"rss": outcomes.memory(pid), "own": outcomes.memory(pid, "RssAnon"), "pss": int(re.search(r"^Pss:\s+(\d+)", rollup, re.MULTILINE).group(1)),
+    return {"rss": outcomes.memory(pid), "own": outcomes.memory(pid, "RssAnon"),
+            "pss": int(re.search(r"^Pss:\s+(\d+)", rollup, re.MULTILINE).group(1)),
             "descriptors": len(list(Path(f"/proc/{pid}/fd").iterdir())),
             "threads": len(list(Path(f"/proc/{pid}/task").iterdir()))}
 
@@ -159,8 +160,8 @@ class Soak:
         """What must be the same however often the address changed."""
         samples = [self.samples[count] for count in sorted(self.samples)]
         # The way to the gateway in use is among the routes; a killed OpenVPN's is taken back.
-        for key in ("processes of the user", "OpenVPN processes", "OpenVPN's guards", "routes", "links", "firewall rows", "files",
-                    "temporary files"):
+        for key in ("processes of the user", "OpenVPN processes", "OpenVPN's guards", "routes", "links",
+                    "firewall rows", "files", "temporary files"):
             assert {sample.home[key] for sample in samples[1:]} == {samples[1].home[key]}, key
         for key in ("credentials", "files in the runtime folder"):
             assert {sample.service[key] for sample in samples} == {samples[0].service[key]}, key

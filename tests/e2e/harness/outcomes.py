@@ -36,7 +36,7 @@ class HomeState:
 
     def _now(self):
         run = self._home.run
-        routes = run("ip", "-4", "route", "show").stdout.splitlines() + run("ip", "-6", "route", "show").stdout.splitlines()
+        routes = [line for family in ("-4", "-6") for line in run("ip", family, "route", "show").stdout.splitlines()]
         links = re.findall(r"^\d+: ([^:@]+)", run("ip", "-o", "link", "show").stdout, re.MULTILINE)
         return {"routes": sorted(line.strip() for line in routes),
                 "links": [name for name in links if name != "wlan0"],
