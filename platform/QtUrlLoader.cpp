@@ -68,6 +68,8 @@ std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
     // First of all: it gives a thread that Qt did not start what timers and sockets need.
     QEventLoop loop;
     QByteArray body("");
+    // Growing by copying would take three times the largest body; room that is not used costs nothing.
+    body.reserve(limits.largestBody);
     std::optional<UrlError> failure;
     bool over = false;
     QObject context;

@@ -11,6 +11,7 @@ namespace platform {
 namespace {
 
 constexpr qint64 largestHead = qint64{64} * 1024;
+constexpr qint64 unread = qint64{256} * 1024;
 constexpr int mostRedirects = 10;
 
 UrlError tooLarge() {
@@ -102,6 +103,8 @@ void UrlTransfer::connectToNext() {
     received = 0;
     socket = new QSslSocket(this);
     socket->setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    // What is not read yet stays with the sender.
+    socket->setReadBufferSize(unread);
     connect(socket, &QAbstractSocket::errorOccurred, this, &UrlTransfer::takeFailure);
     connect(socket, &QAbstractSocket::connected, this, [this] { isConnected = true; });
     connect(socket, &QIODevice::readyRead, this, &UrlTransfer::takeBytes);

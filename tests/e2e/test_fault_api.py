@@ -23,9 +23,8 @@ LIST_REQUEST = "/?cmd=MRTSL&ver=1&device=1&systamp=MacOS,user,mobilebox&uniqueid
 STORED = ("vpnConfigPath", "vpnUsername", "vpnPassword")
 CONFIGURATION = "Documents/Quorvane/qrvp.ovpn"
 FLOOD = 100 * api.MEGABYTE
-# The largest answer that the client takes, 16 MiB, in memory that is doubled when it is full: both sizes at once
-# for a moment, and some room.
-MOST_GROWTH = 56 * 1024
+# The largest answer that the client takes, 16 MiB, and some room.
+MOST_GROWTH = 24 * 1024
 # Both limits of the client for one answer.
 LIMIT = 60
 

@@ -417,6 +417,15 @@ TEST_F(QtUrlLoaderTls, ExtraAuthorityIsTrusted) {
     EXPECT_EQ(fetch(*trusting, server.url()), "secret");
 }
 
+TEST_F(QtUrlLoaderTls, LargeBodiesComeThroughWhole) {
+    const QByteArray body = QByteArray("0123456789abcdef").repeated(500000);
+    const TlsServer server(*certificates, QStringLiteral("good"), answer(body));
+    QtUrlLoader patient(QStringLiteral("1"), certificates->authority(), {5s, 20s, body.size()});
+    EXPECT_EQ(download(patient, server.url()).finished, 1);
+    EXPECT_TRUE(saved() == body);
+    EXPECT_TRUE(fetch(patient, server.url()) == body);
+}
+
 TEST_F(QtUrlLoaderTls, UnknownAuthorityFails) {
     const TlsServer server(*certificates, QStringLiteral("good"), answer("secret"));
     const Outcome outcome = download(loader, server.url());
