@@ -181,7 +181,9 @@ def test_server_ends_in_mid_session(shared, protocol, number):
 # --- a bad line
 
 
-TRIES = 25
+# Over UDP about one try in seven is a session: an attempt that still waits for its first answer after two seconds
+# is given up. That not one of so many is one has a chance below one in a thousand.
+TRIES = 60
 
 
 @pytest.mark.slow
@@ -198,8 +200,8 @@ def test_three_of_ten_packets_are_lost(shared, protocol):
         while "session" not in tries and len(tries) < TRIES:
             noted = outcomes.failures_noted(shared)
             shared.hide()
-            world.home.wait_for(lambda: shared.alerts() or shared.text("State picture") == "IP hidden", GIVEN_UP,
-                                "the try ends")
+            world.home.wait_for(lambda: shared.alerts() or shared.text("State picture") == "IP hidden",
+                                GIVEN_UP + 45, "the try ends")
             if shared.alerts():
                 tries.append("alert")
                 outcomes.check_given_up(shared, before, noted=noted)
@@ -380,9 +382,7 @@ def test_the_way_out_is_lost_while_searching(shared, loss):
         shared.home.wait_for(lambda: outcomes.launches(shared) != launched and "link remote" in shared.openvpn_log(),
                              ui.SESSION, "OpenVPN asks the server")
         with noticed(shared, LOSSES[loss]):
-            outcomes.take_alert(shared, outcomes.NOT_AVAILABLE, GIVEN_UP)
-            for _ in range(noted + 1, outcomes.failures_noted(shared)):
-                outcomes.take_alert(shared, outcomes.NOT_AVAILABLE, 10)
+            outcomes.take_not_available(shared, GIVEN_UP, noted)
             outcomes.check_shown_not_hidden(shared)
             shared.wait_no_openvpn()
     before.check()

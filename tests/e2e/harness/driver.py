@@ -218,6 +218,11 @@ class Driver(TrayOperations):
         noted, _ = self.probe.communicate(timeout=60)
         return json.loads(noted)
 
+    def op_alert_ids(self, key):
+        """What tells the message boxes that show from later ones with the same texts."""
+        return [window.path for window in self.clients[key].windows()
+                if window.get_role_name() == "alert" and states_of(window)["showing"]]
+
     def op_alerts(self, key):
         """Title, texts and buttons of every message box that shows."""
         found = []

@@ -71,15 +71,26 @@ def failures_noted(client):
     return len(re.findall(r"stopVpn by |auth-user-pass fails", client.output()))
 
 
+def take_not_available(client, timeout, noted=None):
+    """Presses OK in the alert of a failed attempt, or in as many as there are signs of failure."""
+    taken = []
+    while not taken or (noted is not None and len(taken) < failures_noted(client) - noted):
+        # The next one, where there is one, shows as soon as this one is closed.
+        client.home.wait_for(lambda: set(client.ask("alert_ids", key="first")) - set(taken),
+                             10 if taken else timeout, "an alert")
+        (fresh,) = set(client.ask("alert_ids", key="first")) - set(taken)
+        assert NOT_AVAILABLE in client.alerts()
+        client.dismiss_alert()
+        taken.append(fresh)
+    client.wait({"role": "alert"}, 10, absent=True)
+
+
 def check_given_up(client, before, timeout=ui.FAILURE, noted=None):
     """The attempt ended: the alert, then everything as it is when nothing is hidden.
 
     By design each sign of failure in OpenVPN's log has an alert of its own; `noted`: failures_noted before the press.
     """
-    take_alert(client, NOT_AVAILABLE, timeout)
-    if noted is not None:
-        for _ in range(noted + 1, failures_noted(client)):
-            take_alert(client, NOT_AVAILABLE, 10)
+    take_not_available(client, timeout, noted)
     check_shown_not_hidden(client)
     client.wait_no_openvpn()
     before.check()
