@@ -5,7 +5,6 @@
 #include "UrlTransfer.h"
 
 #include <QEventLoop>
-#include <QNetworkProxy>
 #include <QSslCertificate>
 
 namespace platform {
@@ -41,8 +40,6 @@ bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination 
     const auto request = requestFor(url);
     if (!request)
         return false;
-    if (!manager)
-        manager = makeManager();
     auto target = std::make_shared<DownloadFile>();
     target->destination = std::move(destination);
     const auto ended = [target, finished = std::move(finished),
@@ -58,9 +55,9 @@ bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination 
             finished();
     };
     // The transfer belongs to the context and goes with it.
-    new UrlTransfer(
-        manager->get(*request), limits, context,
-        [target](const QByteArray &piece) { return target->take(piece); }, ended);
+    auto *transfer = new UrlTransfer(
+        *request, limits, context, [target](const QByteArray &piece) { return target->take(piece); }, ended);
+    QObject::connect(&lifetime, &QObject::destroyed, transfer, &UrlTransfer::cancel);
     return true;
 }
 
@@ -70,13 +67,14 @@ std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
         return std::nullopt;
     // First of all: it gives a thread that Qt did not start what timers and sockets need.
     QEventLoop loop;
-    const auto ownManager = makeManager();
     QByteArray body("");
+    // Growing by copying would take three times the largest body; room that is not used costs nothing.
+    body.reserve(limits.largestBody);
     std::optional<UrlError> failure;
     bool over = false;
     QObject context;
     new UrlTransfer(
-        ownManager->get(*request), limits, &context,
+        *request, limits, &context,
         [&body](const QByteArray &piece) {
             body += piece;
             return std::optional<UrlError>();
@@ -91,7 +89,7 @@ std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
     return failure || !over ? std::nullopt : std::optional(body);
 }
 
-std::optional<QNetworkRequest> QtUrlLoader::requestFor(const QByteArray &url) {
+std::optional<UrlRequest> QtUrlLoader::requestFor(const QByteArray &url) {
     const auto strict = strictUrl(url);
     if (!strict)
         return std::nullopt;
@@ -100,25 +98,7 @@ std::optional<QNetworkRequest> QtUrlLoader::requestFor(const QByteArray &url) {
         if (!authorityFile.isEmpty())
             tls->addCaCertificates(authorityFile);
     });
-    QNetworkRequest request(*strict);
-    request.setSslConfiguration(*tls);
-    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    // A packed body could unfold far beyond the limit.
-    request.setRawHeader("Accept-Encoding", "identity");
-    request.setRawHeader("User-Agent", "Quorvane/" + version.toUtf8());
-    return request;
-}
-
-std::unique_ptr<QNetworkAccessManager> QtUrlLoader::makeManager() {
-    auto made = std::make_unique<QNetworkAccessManager>();
-    made->setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-    return made;
+    return UrlRequest{*strict, "Quorvane/" + version.toUtf8(), *tls};
 }
 
 } // namespace platform

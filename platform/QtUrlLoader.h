@@ -2,9 +2,9 @@
 
 #include "UrlLoader.h"
 
-#include <QNetworkAccessManager>
-#include <QNetworkRequest>
+#include <QObject>
 #include <QSslConfiguration>
+#include <QUrl>
 
 #include <chrono>
 #include <memory>
@@ -21,10 +21,16 @@ struct UrlLimits {
     qint64 largestBody = qint64{16} * 1024 * 1024;
 };
 
-/// UrlLoader over QNetworkAccessManager: HTTP/1.1, straight to the host whatever proxies are set.
-///
-/// An answer cut short is told by its length. One sent in chunks has none, and Qt 6.4 sometimes takes the
-/// end of the connection for its end: what reads the body must not rely on it being whole then.
+/// What is asked, of whom, and how.
+struct UrlRequest {
+    QUrl url;
+    QByteArray userAgent;
+    QSslConfiguration tls;
+};
+
+/// UrlLoader over QSslSocket: HTTP/1.1, one request a connection, straight to the host whatever proxies are
+/// set. Not over QNetworkAccessManager, which keeps a head of any size in memory, sends a request again up
+/// to three times when the answer is none, and takes the end of the connection for the last chunk.
 ///
 /// Every complete answer is a finished download, whatever its status and even when its body is empty.
 /// Certificates are checked against the system's authorities and those of the extra file. Downloads
@@ -43,8 +49,7 @@ public:
     [[nodiscard]] std::optional<QByteArray> fetch(const QByteArray &url) override;
 
 private:
-    [[nodiscard]] std::optional<QNetworkRequest> requestFor(const QByteArray &url);
-    [[nodiscard]] static std::unique_ptr<QNetworkAccessManager> makeManager();
+    [[nodiscard]] std::optional<UrlRequest> requestFor(const QByteArray &url);
 
     const QString version;
     const QString authorityFile;
@@ -52,7 +57,8 @@ private:
     std::once_flag tlsIsSet;
     /// Set at the first request: the TLS library is slow to load, and the window should not wait for it.
     std::optional<QSslConfiguration> tls;
-    std::unique_ptr<QNetworkAccessManager> manager;
+    /// Downloads end with it.
+    QObject lifetime;
 };
 
 } // namespace platform

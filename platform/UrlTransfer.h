@@ -1,15 +1,17 @@
 #pragma once
 
+#include "HttpAnswer.h"
 #include "QtUrlLoader.h"
 
-#include <QNetworkReply>
-#include <QPointer>
+#include <QHostAddress>
+#include <QSslSocket>
 #include <QTimer>
 
 namespace platform {
 
-/// One answer on its way in, within the limits. Hands each piece of the body to a receiver and tells
-/// the end once; destroys itself then. Going away earlier cancels the transfer and tells nothing.
+/// One request and its answer, within the limits. Hands each piece of the body to a receiver and tells the
+/// end once; destroys itself then. Going away earlier cancels the transfer and tells nothing. Asks once:
+/// nothing is sent a second time, but for a redirect.
 class UrlTransfer final : public QObject {
     Q_OBJECT
 
@@ -19,26 +21,37 @@ public:
     /// The end: no error after a complete answer.
     using Ended = std::function<void(const std::optional<UrlError> &error)>;
 
-    /// Takes the reply over.
-    UrlTransfer(QNetworkReply *reply, const UrlLimits &limits, QObject *parent, Receiver receiver,
-                Ended ended);
+    UrlTransfer(UrlRequest request, const UrlLimits &limits, QObject *parent, Receiver receiver, Ended ended);
     ~UrlTransfer() override;
 
-private:
-    void takeHead();
-    void takeBody();
-    void takeEnd();
-    void end(const std::optional<UrlError> &error);
-    [[nodiscard]] bool isCompleteAnswer() const;
-    [[nodiscard]] UrlError networkError() const;
+    /// Ends the transfer without a word.
+    void cancel();
 
-    QPointer<QNetworkReply> reply;
-    const qint64 largestBody;
+private:
+    void lookUp();
+    void connectToNext();
+    void send();
+    void takeFailure(QAbstractSocket::SocketError error);
+    void takeBytes();
+    void takeRedirect();
+    void end(const std::optional<UrlError> &error);
+    [[nodiscard]] bool isRedirect() const;
+    [[nodiscard]] QByteArray text() const;
+    void dropSocket();
+
+    UrlRequest request;
+    const UrlLimits limits;
     Receiver receiver;
     Ended ended;
     QTimer silence;
     QTimer overall;
+    QList<QHostAddress> addresses; ///< not tried yet
+    QSslSocket *socket = nullptr;
+    HttpAnswer answer;
     qint64 received = 0;
+    int redirects = 0;
+    int lookup = -1;
+    bool isConnected = false;
     bool hasEnded = false;
 };
 

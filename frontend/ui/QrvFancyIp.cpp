@@ -4,11 +4,14 @@
 
 #include <QAccessibleWidget>
 #include <QLabel>
+#include <algorithm>
 
 namespace {
 
 constexpr QSize digitSize(22, 34);
 constexpr QSize dotSize(11, 34);
+/// More than any address has. What a service may send instead of one is cut off far beyond the window's edge.
+constexpr qsizetype mostGlyphs = 64;
 
 struct Glyph {
     QString image;
@@ -57,7 +60,7 @@ void QrvFancyIp::setStringValue(const QString &text) {
     shown = text;
     setAccessibleName(text);
     int x = 0;
-    for (const QChar character : text) {
+    for (const QChar character : QStringView(text).first(std::min(text.size(), mostGlyphs))) {
         const Glyph glyph = glyphOf(character);
         auto *view = new QLabel(this);
         view->setObjectName(glyph.image);

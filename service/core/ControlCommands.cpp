@@ -28,15 +28,15 @@ json report(const AnnouncedRequests &announced) {
     return {{"ok", true}, {"unexpected", unexpected}, {"outstanding", outstanding}};
 }
 
-json statusReport(const std::vector<ServerStatus> &servers) {
+json statusReport(const ServiceStatus &status) {
     json entries = json::object();
-    for (const ServerStatus &server : servers) {
+    for (const ServerStatus &server : status.servers) {
         entries[server.name] = {
             {"running", server.running}, {"ready", server.ready}, {"clients", server.clients}};
     }
-    const bool ready =
-        std::all_of(servers.begin(), servers.end(), [](const ServerStatus &server) { return server.ready; });
-    return {{"ok", true}, {"ready", ready}, {"servers", entries}};
+    const bool ready = std::all_of(status.servers.begin(), status.servers.end(),
+                                   [](const ServerStatus &server) { return server.ready; });
+    return {{"ok", true}, {"ready", ready}, {"credentials", status.credentials}, {"servers", entries}};
 }
 
 json failure(const std::string &what) {

@@ -16,10 +16,16 @@ struct ServerStatus {
     std::size_t clients = 0;
 };
 
+/// How the service is.
+struct ServiceStatus {
+    std::vector<ServerStatus> servers;
+    std::size_t credentials = 0; ///< VPN users that are known
+};
+
 /// Understands the lines of the control socket.
 class ControlCommands {
 public:
-    using Status = std::function<std::vector<ServerStatus>()>;
+    using Status = std::function<ServiceStatus()>;
 
     /// `announced` is not owned.
     ControlCommands(AnnouncedRequests &announced, Status status);

@@ -112,7 +112,7 @@ public:
           m_log(config.strict ? &m_announced : nullptr, &std::chrono::system_clock::now),
           m_https(
               m_context, config, [this](const HttpRequest &request) { return m_api.answer(request); }, m_log),
-          m_commands(m_announced, [this] { return m_gateway ? m_gateway->status() : Statuses(); }),
+          m_commands(m_announced, [this] { return status(); }),
           m_control(m_context,
                     [this](LineServer::Send send) {
                         return std::make_unique<ControlClient>(m_commands, std::move(send));
@@ -209,7 +209,9 @@ private:
         }
     }
 
-    using Statuses = std::vector<ServerStatus>;
+    [[nodiscard]] ServiceStatus status() const {
+        return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(), m_credentials.size()};
+    }
 
     const Config &m_config;
     FolderLock m_lock;

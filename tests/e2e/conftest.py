@@ -10,6 +10,7 @@ import pytest
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 from harness.client import Client, picture_folder  # noqa: E402 # pylint: disable=wrong-import-position
+from harness.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
 from world import enter  # noqa: E402 # pylint: disable=wrong-import-position
 from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
 
@@ -111,6 +112,30 @@ def make_client(request):
         if folder is not None:
             _keep_evidence(client, folder)
         client.close()
+
+
+@pytest.fixture(scope="module")
+def shared_client():
+    """A world and a user's session with a tray for all rows of a file, for what leaves both as they were."""
+    one = World()
+    user = Client(one, "joe")
+    TrayIcon(user).appear()
+    yield user
+    user.close()
+    status = one.close()
+    assert status == 0, f"the service ended with {status}: 3 says that requests came that no test announced"
+
+
+@pytest.fixture
+def shared(request, shared_client):  # pylint: disable=redefined-outer-name
+    """The file's client for one row. A row that fails takes the running copy with it."""
+    yield shared_client
+    if _failed(request):
+        folder = _evidence(request)
+        if folder is not None:
+            shared_client.world.save_logs(folder)
+            _keep_evidence(shared_client, folder)
+        shared_client.end()
 
 
 @pytest.fixture

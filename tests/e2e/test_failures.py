@@ -1,6 +1,5 @@
 """What can go wrong outside of the client."""
 
-import pytest
 from harness import client as ui
 from world import network, service
 from world.accounts import ADA
@@ -46,17 +45,6 @@ def test_wrong_vpn_credentials(world, client):
     assert world.service.lent() == {}
     check_given_up(world, client)
     assert len(world.service.requests_of("VPNC")) == asked, "the stored configuration was used"
-
-
-@pytest.mark.parametrize("protocol, port", [("udp", service.UDP_PORT), ("tcp", service.TCP_PORT)])
-def test_vpn_server_that_does_not_answer(world, client, protocol, port):
-    network.swallow(f"ip daddr {network.LENT_POOL} {protocol} dport {port}")
-    client.remember_administrator(ADA, location=BERLIN.title)
-    client.start()
-    client.choose_protocol(protocol.upper())
-    client.hide()
-    check_given_up(world, client, timeout=60)
-    assert len(world.service.requests_of("VPNC")) == 1, "a fixed location is tried once"
 
 
 def test_configuration_is_refused(world, client):

@@ -64,6 +64,15 @@ private Q_SLOTS:
         QCOMPARE(images(with).size(), 5);
     }
 
+    void aTextFarTooLongIsCutOff() {
+        QrvFancyIp ip;
+        ip.setStringValue(text("0000:0000:0000:0000:0000:ffff:192.168.100.228"));
+        QCOMPARE(images(ip).size(), 45);
+        ip.setStringValue(QString(1'000'000, u'1'));
+        QVERIFY(images(ip).size() < 100);
+        QCOMPARE(ip.stringValue().size(), 1'000'000);
+    }
+
     void emptyTextKeepsTheRoom() {
         QrvFancyIp ip;
         ip.setStringValue(text("10.0.0.1"));

@@ -114,6 +114,15 @@ class Client:
     def signal(self, number, key="first"):
         self.ask("signal", key=key, number=int(number))
 
+    def end(self, key="first"):
+        """Ends the copy, if it runs, and what it started; its files stay."""
+        if self.home.processes("quorvane") and self.running(key):
+            self.signal(signal.SIGTERM, key)
+            self.wait_exit(key)
+        for process in self.openvpn():
+            os.kill(process.pid, signal.SIGKILL)
+        self.wait_no_openvpn()
+
     # --- looking at and acting on its windows
 
     def wait(self, query, timeout, key="first", **until):

@@ -218,6 +218,11 @@ class Driver(TrayOperations):
         noted, _ = self.probe.communicate(timeout=60)
         return json.loads(noted)
 
+    def op_alert_ids(self, key):
+        """What tells the message boxes that show from later ones with the same texts."""
+        return [window.path for window in self.clients[key].windows()
+                if window.get_role_name() == "alert" and states_of(window)["showing"]]
+
     def op_alerts(self, key):
         """Title, texts and buttons of every message box that shows."""
         found = []
@@ -267,11 +272,11 @@ class Driver(TrayOperations):
             lists = [part for part in walk(node) if part.get_role_name() == "list" and states_of(part)["showing"]]
             if clicked is not None and not lists:
                 return clicked
-            for item in [item for part in lists for item in children(part)]:
+            for part, item in [(part, item) for part in lists for item in children(part)]:
                 # A list takes a click at the place that opened it for a part of that one, if it comes at once.
                 if item.get_name() == entry and states_of(item)["showing"] and time.monotonic() > again:
                     clicked, again = time.monotonic(), time.monotonic() + 1
-                    click(item)
+                    click(item, within=part)
             time.sleep(POLL)
         raise DriverError(f"{query} shows no entry {entry!r}")
 
@@ -283,11 +288,13 @@ class Driver(TrayOperations):
         return [item.get_name() for item in walk(node) if item.get_role_name() == "list item"]
 
 
-def click(node):
+def click(node, within=None):
+    """Clicks on the middle of an element; across, on that of `within`, which may be narrower than what it holds."""
     where = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
     if where.width <= 0 or where.height <= 0:
         raise DriverError("the element has no place on the screen")
-    Atspi.generate_mouse_event(where.x + where.width // 2, where.y + where.height // 2, "b1c")
+    across = Atspi.Component.get_extents(within, Atspi.CoordType.SCREEN) if within else where
+    Atspi.generate_mouse_event(across.x + across.width // 2, where.y + where.height // 2, "b1c")
 
 
 def fits(seen, until):

@@ -6,8 +6,12 @@
 which owns every one of them.
 """
 
+import contextlib
+import ctypes
 import json
+import socket
 import subprocess
+import threading
 import time
 from pathlib import Path
 
@@ -61,8 +65,61 @@ def firewall(namespace):
 
 def swallow(match):
     """Makes the gateway drop, without a word, every packet that arrives and matches (in nft's language)."""
-    inside(GATEWAY, "nft", "-f", "-", input="table ip hole {\n chain arriving {\n"
-           f"  type filter hook prerouting priority -300;\n  {match} drop\n }}\n}}\n")
+    inside(GATEWAY, "nft", "-f", "-", input=f"table ip hole {{\n{arriving(f'{match} drop')}\n}}\n")
+
+
+@contextlib.contextmanager
+def ruled(namespace, rules, table="fault"):
+    """While the block runs, a namespace has these nft chains, in a table of their own."""
+    inside(namespace, "nft", "-f", "-", input=f"table ip {table} {{\n{rules}\n}}\n")
+    try:
+        yield
+    finally:
+        inside(namespace, "nft", "delete", "table", "ip", table)
+
+
+def arriving(rule):
+    """A chain that does this with what arrives, before anything else is done with it."""
+    return f"chain arriving {{ type filter hook prerouting priority -300;\n {rule}\n }}"
+
+
+def leaving(rule):
+    """A chain that does this with what leaves, whether it was made here or passed on."""
+    return f"chain leaving {{ type filter hook postrouting priority 300;\n {rule}\n }}"
+
+
+def redirected(match, port):
+    """A chain that has matching connections of others answered by a port of this namespace."""
+    return f"chain turned {{ type nat hook prerouting priority -150;\n {match} redirect to :{port}\n }}"
+
+
+def swallowing(match):
+    """While the block runs, the gateway drops every packet that arrives and matches, without a word."""
+    return ruled(GATEWAY, arriving(f"{match} drop"))
+
+
+_CLONE_NEWNET = 0x40000000
+
+
+def socket_in(namespace, kind=socket.SOCK_STREAM):
+    """A socket of this process that lives in a namespace."""
+    made = []
+
+    def make():
+        # Only the calling thread moves; the socket stays where it was made.
+        library = ctypes.CDLL(None, use_errno=True)
+        with open(f"/run/netns/{namespace}", "rb") as file:
+            if library.setns(file.fileno(), _CLONE_NEWNET) != 0:
+                made.append(OSError(ctypes.get_errno(), "setns"))
+                return
+        made.append(socket.socket(socket.AF_INET, kind))
+
+    thread = threading.Thread(target=make)
+    thread.start()
+    thread.join()
+    if isinstance(made[0], OSError):
+        raise made[0]
+    return made[0]
 
 
 def stop_swallowing():
@@ -153,6 +210,15 @@ class Network:
 
     def reconnect_home(self):
         _up(HOME, "eth0")
+        run("ip", "-n", HOME, "route", "replace", "default", "via", ROUTER_ADDRESS)
+
+    @staticmethod
+    def lose_route():
+        """The home's way out is gone, its link stays."""
+        run("ip", "-n", HOME, "route", "del", "default")
+
+    @staticmethod
+    def find_route():
         run("ip", "-n", HOME, "route", "replace", "default", "via", ROUTER_ADDRESS)
 
     def close(self):

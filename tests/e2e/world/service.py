@@ -17,6 +17,7 @@ UDP_PORT, TCP_PORT = 1194, 443
 TABLE, LENT_MAP = "quorvane", "lent"
 # The client's requests and the web page that scripts ask. Anything else shows in the service's exit status.
 ANNOUNCED = (r"/\?cmd=(MRTSL|VPNC)&ver=[^&]*&device=1&.*", r"/ip")
+API_NAMES = f"DNS:{network.API_HOST},DNS:{network.WEB_HOST},IP:{network.SERVICE_ADDRESS}"
 
 
 @dataclass(frozen=True)
@@ -85,15 +86,29 @@ class Service:
         self.request_log = self.folder / "requests.jsonl"
         self.output = self.folder / "service.log"
         self.runtime = self.folder / "runtime"
+        self.certificate = authority.leaf("api", API_NAMES)
         self._configuration = self.folder / "service.json"
-        self._configuration.write_text(json.dumps(self._settings(authority, overrides), indent=1), encoding="utf-8")
+        self._settings = self._usual_settings(authority)
+        # Single settings of the tunnels go beside the usual ones; whatever else is given replaces them.
+        self._settings["vpn"].update(overrides.pop("vpn_settings", {}))
+        self.configure(**overrides)
         self._process = None
 
-    def _settings(self, authority, overrides):
-        names = f"DNS:{network.API_HOST},DNS:{network.WEB_HOST},IP:{network.SERVICE_ADDRESS}"
-        certificate, key = map(str, authority.leaf("api", names))
+    def configure(self, **changes):
+        """Changes settings: they hold from the next start on. Gives back what stood there before."""
+        before = {key: self._settings.get(key) for key in changes}
+        self._settings.update(changes)
+        self._configuration.write_text(json.dumps(self._settings, indent=1), encoding="utf-8")
+        return before
+
+    @property
+    def vpn_settings(self):
+        return dict(self._settings["vpn"])
+
+    def _usual_settings(self, authority):
+        certificate, key = map(str, self.certificate)
         vpn_certificate, vpn_key = map(str, authority.leaf("vpn", "DNS:vpn"))
-        settings = {
+        return {
             "listen": [{"address": network.SERVICE_ADDRESS, "port": 443}],
             "tls": {"certificate": certificate, "key": key},
             "groups": groups(LOCATIONS),
@@ -109,10 +124,11 @@ class Service:
             "gateway": {"command": ["ip", "netns", "exec", network.GATEWAY],
                         "nft": {"table": TABLE, "map": LENT_MAP, "wan_interface": "wan"}},
         }
-        # Single settings of the tunnels go beside the ones above; whatever else is given replaces them.
-        settings["vpn"].update(overrides.pop("vpn_settings", {}))
-        settings.update(overrides)
-        return settings
+
+    @property
+    def pid(self):
+        """Of the service itself; only while it runs."""
+        return self._process.pid
 
     def start(self, deadline=20):
         """Starts the service and waits until its web server and both OpenVPN servers listen."""

@@ -30,7 +30,7 @@ class World:
             made.callback(shutil.rmtree, self.folder)
             self.network = network.Network(self.folder, ipv6=ipv6)
             made.callback(self.network.close)
-            authority = pki.Authority(self.folder / "pki")
+            authority = self.authority = pki.Authority(self.folder / "pki")
             self.service = service.Service(program or service.program_from_environment(), self.folder / "service",
                                            authority, **service_settings)
             made.callback(self._stop_service)

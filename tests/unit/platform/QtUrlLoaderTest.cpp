@@ -181,9 +181,38 @@ TEST_F(QtUrlLoaderTest, TruncatedBodyFails) {
     }
 }
 
+TEST_F(QtUrlLoaderTest, ChunksAreJoinedAndAMissingOneFails) {
+    const QByteArray chunks = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\nhalf\r\n";
+    TestServer whole([chunks](int descriptor) { TestServer::send(descriptor, chunks + "0\r\n\r\n"); });
+    EXPECT_EQ(download(loader, whole.url()).finished, 1);
+    EXPECT_EQ(saved(), "half");
+    QFile::remove(path);
+    TestServer cut([chunks](int descriptor) { TestServer::send(descriptor, chunks); });
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_TRUE(download(loader, cut.url()).error);
+        EXPECT_FALSE(fetch(loader, cut.url()));
+    }
+    EXPECT_TRUE(filesLeft().isEmpty());
+}
+
+TEST_F(QtUrlLoaderTest, AHugeHeadIsCutOff) {
+    std::atomic<qint64> sent = 0;
+    TestServer server([&sent](int descriptor) {
+        TestServer::send(descriptor, "HTTP/1.1 200 OK\r\nX: ");
+        for (int i = 0; i < 1000 && TestServer::send(descriptor, QByteArray(100000, 'x')); ++i)
+            sent += 100000;
+    });
+    const Outcome outcome = download(loader, server.url());
+    ASSERT_TRUE(outcome.error);
+    EXPECT_EQ(outcome.error->kind, UrlError::Kind::TooLarge);
+    EXPECT_FALSE(fetch(loader, server.url()));
+    EXPECT_LT(sent, 2 * 20000000) << "what the kernel keeps, not all of it";
+}
+
 TEST_F(QtUrlLoaderTest, WhatIsNotHttpFails) {
     TestServer server([](int descriptor) { TestServer::send(descriptor, "SSH-2.0-x\r\n"); });
     EXPECT_TRUE(download(loader, server.url()).error);
+    EXPECT_EQ(server.requests().size(), 1) << "asked once";
     TestServer mute([](int) {});
     EXPECT_TRUE(download(loader, mute.url()).error);
     EXPECT_TRUE(filesLeft().isEmpty());
@@ -259,6 +288,17 @@ TEST_F(QtUrlLoaderTest, FollowsRedirects) {
     EXPECT_EQ(download(loader, server.url()).finished, 1);
     EXPECT_EQ(saved(), "there");
     EXPECT_EQ(target.requests().size(), 1);
+    EXPECT_EQ(server.requests().size(), 1);
+    TestServer relative(TestServer::reply("301 Moved", "", "Location: /y?a=1\r\n"));
+    EXPECT_TRUE(download(loader, relative.url("/x")).error) << "in a circle";
+    EXPECT_EQ(relative.requests().value(1).split('\r').first(), "GET /y?a=1 HTTP/1.1");
+    EXPECT_EQ(relative.requests().size(), 11);
+    for (const char *astray :
+         {"ftp://127.0.0.1/", "file:///etc/passwd", "http://u:p@127.0.0.1/", "//", "/a b"}) {
+        TestServer wrong(TestServer::reply("302 Found", "x", QByteArray("Location: ") + astray + "\r\n"));
+        EXPECT_TRUE(download(loader, wrong.url()).error) << astray;
+        EXPECT_EQ(wrong.requests().size(), 1) << astray;
+    }
 }
 
 TEST_F(QtUrlLoaderTest, PlantedLinkIsReplacedNotFollowed) {
@@ -375,6 +415,15 @@ TEST_F(QtUrlLoaderTls, ExtraAuthorityIsTrusted) {
     EXPECT_EQ(download(*trusting, server.url()).finished, 1);
     EXPECT_EQ(saved(), "secret");
     EXPECT_EQ(fetch(*trusting, server.url()), "secret");
+}
+
+TEST_F(QtUrlLoaderTls, LargeBodiesComeThroughWhole) {
+    const QByteArray body = QByteArray("0123456789abcdef").repeated(500000);
+    const TlsServer server(*certificates, QStringLiteral("good"), answer(body));
+    QtUrlLoader patient(QStringLiteral("1"), certificates->authority(), {5s, 20s, body.size()});
+    EXPECT_EQ(download(patient, server.url()).finished, 1);
+    EXPECT_TRUE(saved() == body);
+    EXPECT_TRUE(fetch(patient, server.url()) == body);
 }
 
 TEST_F(QtUrlLoaderTls, UnknownAuthorityFails) {

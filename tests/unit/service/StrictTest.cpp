@@ -95,7 +95,7 @@ protected:
     json ask(const std::string &line) { return json::parse(m_commands.answer(line)); }
 
     AnnouncedRequests m_announced;
-    std::vector<ServerStatus> m_status;
+    ServiceStatus m_status;
     ControlCommands m_commands{m_announced, [this] {
                                    return m_status;
                                }};
@@ -119,11 +119,12 @@ TEST_F(ControlCommandsTest, AnEmptyTargetCanBeAnnounced) {
 }
 
 TEST_F(ControlCommandsTest, TellsTheServersStatus) {
-    m_status = {{"udp", true, true, 3}, {"tcp", true, false, 0}};
-    EXPECT_EQ(ask(R"({"command":"status"})"), json::parse(R"({"ok":true,"ready":false,"servers":{
+    m_status = {{{"udp", true, true, 3}, {"tcp", true, false, 0}}, 7};
+    EXPECT_EQ(ask(R"({"command":"status"})"),
+              json::parse(R"({"ok":true,"ready":false,"credentials":7,"servers":{
                   "udp":{"running":true,"ready":true,"clients":3},
                   "tcp":{"running":true,"ready":false,"clients":0}}})"));
-    m_status[1].ready = true;
+    m_status.servers[1].ready = true;
     EXPECT_EQ(ask(R"({"command":"status"})").at("ready"), true);
 }
 

@@ -1,0 +1,135 @@
+"""What is to be seen after a fault, and that the next session works."""
+
+import contextlib
+import re
+
+from world import network
+
+from . import client as ui
+
+OK = ["OK"]
+NOT_AVAILABLE = {"title": "Quorvane", "buttons": OK,
+                 "texts": ["Location is not available.", "Please try a different location."]}
+SERVICE_TROUBLE = {"title": "Error", "buttons": OK,
+                   "texts": ["There was a problem connecting to the Quorvane server, please check your Internet "
+                             "connection or firewall settings."]}
+NO_SERVERS = {"title": "Quorvane", "buttons": OK, "texts": ["No available server detected."]}
+NO_INTERNET = {"title": "Quorvane", "buttons": OK,
+               "texts": ["No Internet connection detected, please check your Internet settings."]}
+
+
+def take_alert(client, wanted, timeout):
+    """Waits for this alert, alone, and presses its OK."""
+    client.wait_alert(timeout)
+    shown = client.alerts()
+    assert shown == [wanted], shown
+    client.dismiss_alert()
+    client.wait({"role": "alert"}, 10, absent=True)
+
+
+class HomeState:
+    """What a session changes at home and must give back: routes, links, firewall, name servers."""
+
+    def __init__(self, home):
+        self._home = home
+        self.value = self._now()
+
+    def _now(self):
+        run = self._home.run
+        routes = [line for family in ("-4", "-6") for line in run("ip", family, "route", "show").stdout.splitlines()]
+        links = re.findall(r"^\d+: ([^:@]+)", run("ip", "-o", "link", "show").stdout, re.MULTILINE)
+        return {"routes": sorted(line.strip() for line in routes),
+                "links": [name for name in links if name != "wlan0"],
+                "firewall": network.run("ip", "netns", "exec", network.HOME, "nft", "list", "ruleset").stdout,
+                "name servers": self._home.path("/etc/resolv.conf").read_text(encoding="utf-8")}
+
+    def check(self, timeout=10):
+        """Waits until all is as it was. An ended OpenVPN's device takes a moment to go."""
+        with contextlib.suppress(TimeoutError):
+            self._home.wait_for(lambda: self._now() == self.value, timeout, "the home is as before")
+        assert self._now() == self.value
+
+
+def check_shown_not_hidden(client, address=network.REAL_ADDRESS):
+    assert client.text("Status line") == ui.NOT_HIDING
+    assert client.text("State picture") == "IP not hidden"
+    assert client.current_address() == address
+    button = client.button_state()
+    assert (button["name"], button["enabled"], button["checked"]) == ("Quorvane", True, False)
+    assert not client.shows("Location") and not client.shows("Country flag")
+    assert client.alerts() == []
+
+
+def launches(client):
+    """What is another with every start of OpenVPN, None before the first: its log is made anew."""
+    path = client.file("Documents/Quorvane/openvpn.log")
+    return path.stat().st_ino if path.exists() else None
+
+
+def failures_noted(client):
+    """How often the client has read in OpenVPN's log that an attempt failed."""
+    return len(re.findall(r"stopVpn by |auth-user-pass fails", client.output()))
+
+
+def take_not_available(client, timeout, noted=None):
+    """Presses OK in the alert of a failed attempt, or in as many as there are signs of failure."""
+    taken = []
+    while not taken or (noted is not None and len(taken) < failures_noted(client) - noted):
+        # The next one, where there is one, shows as soon as this one is closed.
+        client.home.wait_for(lambda: set(client.ask("alert_ids", key="first")) - set(taken),
+                             10 if taken else timeout, "an alert")
+        (fresh,) = set(client.ask("alert_ids", key="first")) - set(taken)
+        assert NOT_AVAILABLE in client.alerts()
+        client.dismiss_alert()
+        taken.append(fresh)
+    client.wait({"role": "alert"}, 10, absent=True)
+
+
+def check_given_up(client, before, timeout=ui.FAILURE, noted=None):
+    """The attempt ended: the alert, then everything as it is when nothing is hidden.
+
+    By design each sign of failure in OpenVPN's log has an alert of its own; `noted`: failures_noted before the press.
+    """
+    take_not_available(client, timeout, noted)
+    check_shown_not_hidden(client)
+    client.wait_no_openvpn()
+    before.check()
+
+
+def check_hidden(world, client):
+    """Hidden behind the address that was asked for last: service, gateway and window agree on it."""
+    address = world.service.requests_of("VPNC")[-1].parameter("desiredip")
+    assert client.text("Status line").startswith(ui.HIDING)
+    assert client.text("State picture") == "IP hidden"
+    assert client.current_address() == address
+    assert address in world.service.lent().values()
+    assert world.home.public_address(client.user) == address
+    assert client.alerts() == []
+    return address
+
+
+def check_next_session(world, client, before):
+    """Another press of the button: hidden, and back."""
+    asked = len(world.service.requests_of("VPNC"))
+    client.hide()
+    client.wait_hidden()
+    assert len(world.service.requests_of("VPNC")) == asked + 1, "one press, one request"
+    address = check_hidden(world, client)
+    client.stop()
+    check_shown_not_hidden(client)
+    client.wait_no_openvpn()
+    before.check()
+    assert world.home.public_address(client.user) == network.REAL_ADDRESS
+    return address
+
+
+def client_pid(home):
+    """The client's process, as seen from outside of the home."""
+    (process,) = home.processes("quorvane")
+    return process.pid
+
+
+def memory(pid, field="VmRSS"):
+    """A figure of /proc/PID/status in KiB."""
+    with open(f"/proc/{pid}/status", encoding="utf-8", errors="replace") as status:
+        return int(re.search(rf"^{field}:\s+(\d+) kB", status.read(), re.MULTILINE).group(1))
