@@ -6,12 +6,12 @@ import time
 
 import pytest
 from harness import client as ui
+from harness import next_session
 from world import home as homes
 from world import network, service
 from world.accounts import ADA
 
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
-NOT_AVAILABLE = ["Location is not available.", "Please try a different location."]
+BERLIN = next_session.BERLIN
 OPENVPN = "/usr/sbin/openvpn"
 CONFIGURATION = "Documents/Quorvane/qrvp.ovpn"
 
@@ -26,21 +26,9 @@ def routes(world):
 
 def given_up(world, client, timeout=ui.FAILURE):
     """The attempt ends as every failed attempt does, and nothing of it is left."""
-    assert client.wait_alert(timeout)["texts"] == NOT_AVAILABLE
-    client.dismiss_alert()
-    client.wait({"role": "alert"}, 10, absent=True)
-    client.wait_not_hidden()
-    client.wait_no_openvpn()
+    next_session.check_given_up(world, client, timeout)
     world.home.wait_for(lambda: not guards(world), 10, "no guard left")
     assert world.service.lent() == {}
-
-
-def hidden_again(world, client):
-    client.hide()
-    client.wait_hidden()
-    address = world.service.requests_of("VPNC")[-1].parameter("desiredip")
-    assert client.current_address() == address
-    assert world.home.public_address() == address
 
 
 def kept_configuration(world, client, change):
@@ -116,7 +104,7 @@ def test_openvpn_is_missing(world, client, covered):
     world.home.wait_for(lambda: "cannot be started: Permission denied" in client.openvpn_log(), ui.SESSION, "a word")
     given_up(world, client)
     world.home.run("umount", OPENVPN)
-    hidden_again(world, client)
+    next_session.check_session(world, client)
 
 
 def test_openvpn_ends_without_a_word(world, client, covered):
@@ -127,7 +115,7 @@ def test_openvpn_ends_without_a_word(world, client, covered):
     world.home.wait_for(lambda: "OpenVPN ended with status 0" in client.openvpn_log(), ui.SESSION, "a word")
     given_up(world, client)
     world.home.run("umount", OPENVPN)
-    hidden_again(world, client)
+    next_session.check_session(world, client)
 
 
 @pytest.mark.slow
@@ -143,7 +131,7 @@ def test_openvpn_that_searches_for_ever(world, client, covered):
     assert "the tunnel did not come up in time" in client.openvpn_log()
     assert time.monotonic() - begun > 55, "it was given its time"
     world.home.run("umount", OPENVPN)
-    hidden_again(world, client)
+    next_session.check_session(world, client)
 
 
 def test_openvpn_killed_while_it_searches(world, client):
@@ -158,7 +146,7 @@ def test_openvpn_killed_while_it_searches(world, client):
     world.home.wait_for(lambda: "ended by signal 9" in client.openvpn_log(), 10, "the guard's word")
     given_up(world, client)
     network.inside(network.GATEWAY, "nft", "delete", "table", "ip", "hole")
-    hidden_again(world, client)
+    next_session.check_session(world, client)
 
 
 def test_links_in_the_places_of_the_files(world, client):

@@ -10,13 +10,12 @@ from pathlib import Path
 
 import pytest
 from harness import client as ui
+from harness import next_session
 from harness.hostile_api import HostileApi, page
 from world import home as homes
-from world import service
 from world.accounts import ADA
 
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
-NOT_AVAILABLE = ["Location is not available.", "Please try a different location."]
+BERLIN = next_session.BERLIN
 LIST = Path(__file__).resolve().parent.parent / "hostile" / "configurations.txt"
 CANARY, TRACE = "/var/tmp/canary", "/var/tmp/it-ran"
 FEW = ("up CANARY", "plugin CANARY", "double quotes round the name", "text behind an end tag",
@@ -62,7 +61,7 @@ def attack(world, client, configuration, says):
     answer = b"VPNConfig: " + configuration.replace(b"\n", b"<br />")
     with HostileApi(world, {"VPNC": page(answer)}):
         client.hide()
-        assert client.wait_alert(ui.FAILURE)["texts"] == NOT_AVAILABLE
+        assert client.wait_alert(ui.FAILURE)["texts"] == next_session.NOT_AVAILABLE
         log = client.openvpn_log()
         client.dismiss_alert()
         client.wait({"role": "alert"}, 10, absent=True)
@@ -82,18 +81,12 @@ def _attacked(world, client):
     return client
 
 
-def check_honest_session(world, client):
-    client.hide()
-    client.wait_hidden()
-    assert client.current_address() == world.home.public_address()
-
-
 def test_a_few_pressed_for_in_the_window(world, attacked):
     chosen = [record for record in records() if record[0] in FEW]
     assert len(chosen) == len(FEW)
     for _name, says, configuration in chosen:
         attack(world, attacked, configuration, says)
-    check_honest_session(world, attacked)
+    next_session.check_session(world, attacked)
 
 
 @pytest.mark.slow
@@ -102,7 +95,7 @@ def test_all_pressed_for_in_the_window(world, attacked):
     assert len(pressed) > 200
     for _name, says, configuration in pressed:
         attack(world, attacked, configuration, says)
-    check_honest_session(world, attacked)
+    next_session.check_session(world, attacked)
 
 
 def test_all_by_the_guard_with_the_administrators_rights(world):

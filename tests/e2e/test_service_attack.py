@@ -9,12 +9,12 @@ import time
 
 import pytest
 from harness import client as ui
-from harness import figures
+from harness import figures, next_session, outcomes
 from world import home as homes
 from world import network, service
 from world.accounts import ADA
 
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
+BERLIN = next_session.BERLIN
 ADDRESSES = [address for place in service.LOCATIONS for address in place.addresses]
 CROWD = f"{homes.HARNESS}/crowd.py"
 MANY = {"limits": {"connections": 4096, "handshake_seconds": 60, "request_seconds": 60}}
@@ -75,29 +75,20 @@ def check_session(world, client):
     """An honest client starts, hides and stops as if nothing was going on."""
     client.remember_administrator(ADA, location=BERLIN.title)
     client.start()
-    client.hide()
-    client.wait_hidden()
-    address = world.service.requests_of("VPNC")[-1].parameter("desiredip")
-    assert client.current_address() == address and world.home.public_address() == address
-    client.stop()
-
-
-def resident(pid):
-    found = re.search(r"VmRSS:\s+(\d+) kB", open(f"/proc/{pid}/status", encoding="ascii").read())
-    return int(found.group(1))
+    next_session.check_session(world, client)
 
 
 def test_a_thousand_sessions_at_once(make_world, make_client):
     """1,000 connections are open together; then each asks for the servers and a configuration."""
     world = make_world(**MANY)
-    memory = [resident(world.service.process.pid)]
+    memory = [outcomes.memory(world.service.pid)]
     for _ in range(3):
         done = world.home.run("prlimit", "--nofile=8192", "/usr/bin/python3", "-B", CROWD, "1000", *ADDRESSES)
         result = json.loads(done.stdout)
         assert (result["sessions"], result["failed"]) == (1000, 0), result
         assert result["users"] == 1000, "everybody has a user of his own"
         assert result["configurations"] == 1000, "everybody gets the address that he asked for"
-        memory.append(resident(world.service.process.pid))
+        memory.append(outcomes.memory(world.service.pid))
     assert len(world.service.requests_of("VPNC")) == 3000
     figures.record("1,000 sessions: seconds to connect all", result["connecting"])
     figures.record("1,000 sessions: seconds for 2,000 answers", result["asking"])
@@ -193,7 +184,7 @@ def test_kill_of_the_service(world, client):
     client.start()
     client.hide()
     client.wait_hidden()
-    os.kill(world.service.process.pid, signal.SIGKILL)
+    os.kill(world.service.pid, signal.SIGKILL)
     world.service.process.wait()
     # Its OpenVPN servers end with it; what it had made on the gateway is replaced at the next start.
     world.home.wait_for(lambda: "vpnsrv" not in network.inside(network.GATEWAY, "ss", "-Hltunp").stdout, 20,

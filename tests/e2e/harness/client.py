@@ -1,5 +1,6 @@
 """One client of one user, as a test sees it."""
 
+import contextlib
 import json
 import os
 import plistlib
@@ -257,10 +258,13 @@ class Client:
         uid = self.home.uid(self.user)[0]
         for process in self.home.processes():
             if process.uid == uid:
-                os.kill(process.pid, signal.SIGTERM)
+                # One that has just ended by itself is what is wanted, too.
+                with contextlib.suppress(ProcessLookupError):
+                    os.kill(process.pid, signal.SIGTERM)
 
     def close(self):
-        self._driver.stdin.close()
+        with contextlib.suppress(BrokenPipeError):
+            self._driver.stdin.close()
         try:
             self._driver.wait(5)
         except subprocess.TimeoutExpired:

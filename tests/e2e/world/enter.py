@@ -45,15 +45,20 @@ def _become_root():
 
 
 def _pid_namespace_below(child):
-    """The inode of the PID namespace that a process gives its children; None when it ends without one."""
+    """The PID namespace that a process gives its children, held open; None when it ends without one.
+
+    As long as it is held no other namespace gets its number, not even one of a run beside this one.
+    """
     own = os.stat("/proc/self/ns/pid").st_ino
     while child.poll() is None:
         try:
-            found = os.stat(f"/proc/{child.pid}/ns/pid_for_children").st_ino
-            if found != own:
-                return found
+            found = os.open(f"/proc/{child.pid}/ns/pid_for_children", os.O_RDONLY | os.O_CLOEXEC)
         except FileNotFoundError:
             pass  # made already, but no process lives in it yet
+        else:
+            if os.fstat(found).st_ino != own:
+                return found
+            os.close(found)
         time.sleep(0.002)
     return None
 
@@ -86,7 +91,8 @@ def run(command):
     if namespace is None:
         print("the small world could not be made", file=sys.stderr)
         return CHANGED
-    differences = before.differences(machine.Snapshot(), namespace)
+    differences = before.differences(machine.Snapshot(), os.fstat(namespace).st_ino)
+    os.close(namespace)
     for line in differences:
         print(f"NOT AS BEFORE: {line}", file=sys.stderr)
     if differences:
