@@ -147,6 +147,7 @@ private:
             return;
         }
         m_givenUp = true;
+        m_log.giveUp();
         kill(m_pid, SIGTERM);
         m_deadline = Clock::now() + m_start.grace;
     }

@@ -79,7 +79,7 @@ void TunnelLog::add(std::string_view output) {
 void TunnelLog::addLine(std::string line) {
     std::ranges::replace_if(
         line, [](char character) { return character != '\t' && (character < ' ' || character > '~'); }, '?');
-    if (saysCompleted(line)) {
+    if (!m_isGivenUp && saysCompleted(line)) {
         m_isUp = true;
     } else {
         spoilCompleted(line);

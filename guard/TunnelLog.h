@@ -30,6 +30,9 @@ public:
     /// attempt is over, a line that does, with `reason`.
     void finish(std::string_view reason);
 
+    /// The attempt was given up: what OpenVPN says from now on cannot mean that the tunnel is up.
+    void giveUp() { m_isGivenUp = true; }
+
     /// True once OpenVPN has said that the tunnel is up.
     bool isUp() const { return m_isUp; }
 
@@ -46,6 +49,7 @@ private:
     bool m_hasRoom = false;
     bool m_isUp = false;
     bool m_isOver = false;
+    bool m_isGivenUp = false;
     bool m_isWhole = true;
 };
 

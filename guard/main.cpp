@@ -66,7 +66,11 @@ bool harden() {
     sigemptyset(&nothing);
     umask(077);
     setsid();
-    const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
+    // Until the three usual places are taken: a caller may have closed one, and the log must not land there.
+    int null = open("/dev/null", O_RDWR);
+    while (null >= 0 && null <= STDERR_FILENO) {
+        null = open("/dev/null", O_RDWR);
+    }
     return null >= 0 && dup2(null, STDIN_FILENO) >= 0 && close_range(STDERR_FILENO + 1, ~0U, 0) == 0 &&
            sigprocmask(SIG_SETMASK, &nothing, nullptr) == 0 && setrlimit(RLIMIT_CORE, &none) == 0 &&
            prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) == 0 && clearenv() == 0 && chdir("/") == 0;

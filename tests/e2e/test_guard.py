@@ -96,23 +96,15 @@ def test_stored_configuration_that_runs_something(world, client, added):
     assert not world.home.path("/var/tmp/it-ran").exists()
 
 
-def test_openvpn_is_missing(world, client, covered):
-    covered(OPENVPN, "", 0o644)
+@pytest.mark.parametrize("text, mode, word", [("", 0o644, "cannot be started: Permission denied"),
+                                              ("#!/bin/sh\nexit 0\n", 0o755, "OpenVPN ended with status 0")],
+                         ids=["is no program", "ends without a word"])
+def test_openvpn_itself(world, client, covered, text, mode, word):
+    covered(OPENVPN, text, mode)
     client.remember_administrator(ADA, location=BERLIN.title)
     client.start()
     client.hide()
-    world.home.wait_for(lambda: "cannot be started: Permission denied" in client.openvpn_log(), ui.SESSION, "a word")
-    given_up(world, client)
-    world.home.run("umount", OPENVPN)
-    next_session.check_session(world, client)
-
-
-def test_openvpn_ends_without_a_word(world, client, covered):
-    covered(OPENVPN, "#!/bin/sh\nexit 0\n", 0o755)
-    client.remember_administrator(ADA, location=BERLIN.title)
-    client.start()
-    client.hide()
-    world.home.wait_for(lambda: "OpenVPN ended with status 0" in client.openvpn_log(), ui.SESSION, "a word")
+    world.home.wait_for(lambda: word in client.openvpn_log(), ui.SESSION, "the guard's word")
     given_up(world, client)
     world.home.run("umount", OPENVPN)
     next_session.check_session(world, client)

@@ -75,6 +75,11 @@ protected:
             const int file = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
             dup2(file, STDOUT_FILENO);
             dup2(file, STDERR_FILENO);
+            if (closesOutput) {
+                close(STDIN_FILENO);
+                close(STDOUT_FILENO);
+                close(STDERR_FILENO);
+            }
             setenv("LD_BIND_NOW", "1", 1);
             // It is not to be traced by anybody, which is how the leak checker would work.
             setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
@@ -112,6 +117,7 @@ protected:
 
     std::string folder = testing::TempDir() + "guard-program-XXXXXX";
     pid_t pid = -1;
+    bool closesOutput = false;
 };
 
 } // namespace
@@ -191,6 +197,22 @@ TEST_F(GuardProgram, ASearchEndsEvenIfOpenVpnWouldNot) {
     startFor("stubborn");
     wait();
     EXPECT_TRUE(logHolds("the tunnel did not come up in time\n"));
+}
+
+TEST_F(GuardProgram, ATunnelThatComesUpWhileItIsGivenUpIsNotTakenForOne) {
+    startFor("late");
+    wait();
+    EXPECT_FALSE(logHolds("Initialization Sequence Completed"));
+    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+}
+
+TEST_F(GuardProgram, ACallerWithoutOutputLosesNoLog) {
+    write("config", "client\nremote early 1194\n");
+    closesOutput = true;
+    start();
+    wait();
+    EXPECT_TRUE(logHolds("Options error: something\n"));
+    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
 }
 
 TEST_F(GuardProgram, ATunnelThatIsUpHasNoDeadline) {

@@ -69,6 +69,15 @@ TEST_F(TunnelLogTest, TheSameWordsInsideOfALineDoNot) {
     EXPECT_TRUE(holds("Initialization_Sequence_Completed"));
 }
 
+TEST_F(TunnelLogTest, AnAttemptThatWasGivenUpIsNotUpAfterAll) {
+    log->giveUp();
+    log->add(std::string(Time) + "Initialization Sequence Completed\n");
+    EXPECT_FALSE(log->isUp());
+    log->finish("ended");
+    EXPECT_FALSE(holds("Initialization Sequence Completed"));
+    EXPECT_TRUE(holds("Exiting due to fatal error\n"));
+}
+
 TEST_F(TunnelLogTest, WordsSplitOverPiecesAreSeenWhole) {
     log->add("x Initialization Sequence");
     log->add(" Completed\n");
