@@ -32,6 +32,9 @@ address="^$octet\\.$octet\\.$octet\\.$octet\$"
 
 milliseconds() { echo "$((${EPOCHREALTIME/[.,]/} / 1000))"; }
 begun=$(milliseconds)
+longest=2800 # milliseconds for all that is asked
+
+left() { echo "$((longest - $(milliseconds) + begun))"; }
 
 # The last "key = value" line wins, so the override file is read after the built-in defaults.
 setting() {
@@ -133,7 +136,7 @@ ask_resolver() {
     {
         # shellcheck disable=SC2059 # the question is made of escapes
         printf "$(question_for "$2")" | dd bs=512 iflag=fullblock status=none >&3 || return 1
-        read -r -d '' -a bytes < <(timeout -k 0.1 0.5 dd bs=512 count=1 status=none <&3 | od -An -v -tu1)
+        read -r -d '' -a bytes < <(timeout -k 0.1 0.7 dd bs=512 count=1 status=none <&3 | od -An -v -tu1)
     } 3<>"/dev/udp/$1/53"
     addresses_in "${bytes[@]}"
 } 2>/dev/null
@@ -156,10 +159,12 @@ addresses_of() {
 # --- the question
 
 # No user configuration (-q has to come first), no proxy, no IPv6. "timeout" covers what curl's own limit does not.
-ask() {
-    timeout -k 0.1 1.3 curl -q -fsS -4 --interface "if!$tunnel" --noproxy '*' --proto '=https' \
+ask() { # MILLISECONDS
+    local limit
+    printf -v limit '%d.%03d' "$(($1 / 1000))" "$(($1 % 1000))"
+    timeout -k 0.1 "$limit" curl -q -fsS -4 --interface "if!$tunnel" --noproxy '*' --proto '=https' \
         --resolve "$name:$port:$addresses" ${trusted[@]+"${trusted[@]}"} -H 'Accept: text/plain' \
-        --connect-timeout 1.1 -m 1.2 --max-filesize 64 -- "https://$name:$port/ip" 2>/dev/null |
+        --connect-timeout "$limit" -m "$limit" --max-filesize 64 -- "https://$name:$port/ip" 2>/dev/null |
         head -c 64 | tr -d '\0\r\n\t '
 }
 
@@ -178,13 +183,14 @@ trusted=()
 
 addresses=$(addresses_of "$name" | paste -sd,)
 [ -n "$addresses" ] || exit 1
+# A busy computer gets all the time that is left for its one question; a second one follows a quick refusal only.
 for _ in 1 2; do
-    found=$(ask)
+    time=$(left)
+    ((time > 200)) || break
+    found=$(ask "$time")
     if [[ $found =~ $address ]]; then
         printf '%s\n' "$found"
         exit 0
     fi
-    # A second try only when there is time left for all of it.
-    (($(milliseconds) - begun < 1700)) || break
 done
 exit 1
