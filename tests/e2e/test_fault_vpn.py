@@ -257,14 +257,14 @@ def test_names_do_not_exist_at_the_start(shared):
 
 @pytest.mark.slow
 def test_resolver_dies_right_before_the_press(shared):
-    """The service's name is known from just before: the session comes up, and the address is shown all the same."""
+    """The service's name is known from just before, so the session comes up. Nobody can be asked for the address."""
     shared.end()
     before = start(shared)
     with dead_resolver():
         shared.hide()
         shared.wait_hidden()
         address = shared.world.service.requests_of("VPNC")[-1].parameter("desiredip")
-        assert shared.current_address() == address
+        assert shared.current_address() == "", "no address is better than one that nobody told"
         assert address in shared.world.service.lent().values()
         shared.stop()
         outcomes.check_shown_not_hidden(shared)
@@ -289,9 +289,9 @@ def test_names_cannot_be_resolved_at_the_press(shared):
 
 @pytest.mark.slow
 def test_a_slow_resolver(shared):
-    """Each look-up takes most of what the system waits for one: it only takes longer."""
+    """Each look-up takes most of what is waited for one: it only takes longer."""
     shared.end()
-    with slow_name_server(0.8):
+    with slow_name_server(0.5):
         shared.remember_administrator(ADA, location=BERLIN.title)
         shared.start()
         before = start(shared)
