@@ -136,7 +136,7 @@ ask_resolver() {
     {
         # shellcheck disable=SC2059 # the question is made of escapes
         printf "$(question_for "$2")" | dd bs=512 iflag=fullblock status=none >&3 || return 1
-        read -r -d '' -a bytes < <(timeout -k 0.1 0.7 dd bs=512 count=1 status=none <&3 | od -An -v -tu1)
+        read -r -d '' -a bytes < <(timeout -k 0.1 0.5 dd bs=512 count=1 status=none <&3 | od -An -v -tu1)
     } 3<>"/dev/udp/$1/53"
     addresses_in "${bytes[@]}"
 } 2>/dev/null
@@ -181,7 +181,12 @@ ca=$(setting ca_file)
 trusted=()
 [ -n "$ca" ] && trusted=(--cacert "$ca" --capath /etc/ssl/certs)
 
-addresses=$(addresses_of "$name" | paste -sd,)
+# A question or its answer may get lost, or a busy computer may be late for it: asked again while there is time.
+addresses=
+while [ -z "$addresses" ] && (($(left) > 1500)); do
+    addresses=$(addresses_of "$name" | paste -sd,)
+    [ -n "$addresses" ] || sleep 0.1
+done
 [ -n "$addresses" ] || exit 1
 # A busy computer gets all the time that is left for its one question; a second one follows a quick refusal only.
 for _ in 1 2; do
