@@ -30,9 +30,22 @@ bool beginsWithTime(std::string_view line) {
            });
 }
 
+/// What stands behind the time, which from level 4 on ends in microseconds.
+std::string_view withoutTime(std::string_view line) {
+    constexpr std::string_view microseconds = "us=";
+    line.remove_prefix(TimePattern.size());
+    if (line.starts_with(microseconds)) {
+        const auto end = line.find_first_not_of("0123456789", microseconds.size());
+        if (end != std::string_view::npos && end > microseconds.size() && line[end] == ' ') {
+            line.remove_prefix(end + 1);
+        }
+    }
+    return line;
+}
+
 /// OpenVPN's own sentence stands alone behind the time; anywhere else it is part of what somebody else sent.
 bool saysCompleted(std::string_view line) {
-    return beginsWithTime(line) && line.substr(TimePattern.size()).starts_with(Completed);
+    return beginsWithTime(line) && withoutTime(line).starts_with(Completed);
 }
 
 void spoilCompleted(std::string &line) {

@@ -96,6 +96,14 @@ def test_stored_configuration_that_runs_something(world, client, added):
     assert not world.home.path("/var/tmp/it-ran").exists()
 
 
+def test_most_talkative_configuration(world, client):
+    """At level 4 OpenVPN's times end in microseconds; its word that the tunnel is up is understood all the same."""
+    kept_configuration(world, client, lambda text: text.replace(b"verb 3\n", b"verb 4\n"))
+    client.wait_hidden()
+    assert " us=" in client.openvpn_log()
+    assert client.current_address() == world.home.public_address()
+
+
 @pytest.mark.parametrize("text, mode, word", [("", 0o644, "cannot be started: Permission denied"),
                                               ("#!/bin/sh\nexit 0\n", 0o755, "OpenVPN ended with status 0")],
                          ids=["is no program", "ends without a word"])

@@ -55,6 +55,12 @@ TEST_F(TunnelLogTest, OpenVpnsOwnSentenceSaysThatTheTunnelIsUp) {
     EXPECT_TRUE(holds("Initialization Sequence Completed"));
 }
 
+TEST_F(TunnelLogTest, MicrosecondsOfTheTalkativeLevelBelongToTheTime) {
+    log->add("2026-11-21 18:48:33 us=592216 Initialization Sequence Completed\n");
+    EXPECT_TRUE(log->isUp());
+    EXPECT_TRUE(holds("Initialization Sequence Completed"));
+}
+
 TEST_F(TunnelLogTest, TheSameWordsInsideOfALineDoNot) {
     for (const char *line :
          {"AUTH: Received control message: AUTH_FAILED,Initialization Sequence Completed",
