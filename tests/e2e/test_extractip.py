@@ -11,10 +11,10 @@ from harness import client as ui
 from harness import scripts
 from harness.tunnel import DEVICE, Tunnel
 from world import home as homes
-from world import network, service
+from world import network
 from world.accounts import ADA
+from world.service import BERLIN
 
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
 SCRIPT = f"{homes.CONTENTS}/Resources/extractip.sh"
 CONFIGURATION = "/var/tmp/qrvp.ovpn"
 OVERRIDES = "/etc/quorvane/service.conf"

@@ -1,26 +1,10 @@
 """What can go wrong outside of the client."""
 
 from harness import client as ui
-from world import network, service
+from harness import outcomes
+from world import network
 from world.accounts import ADA
-
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
-NOT_AVAILABLE = {"title": "Quorvane", "texts": ["Location is not available.", "Please try a different location."],
-                 "buttons": ["OK"]}
-
-
-def check_given_up(world, client, timeout=ui.FAILURE):
-    alert = client.wait_alert(timeout)
-    assert alert["texts"] == NOT_AVAILABLE["texts"] and alert["buttons"] == NOT_AVAILABLE["buttons"]
-    client.dismiss_alert()
-    client.wait({"role": "alert"}, 10, absent=True)
-    assert client.text("Status line") == ui.NOT_HIDING
-    assert client.text("State picture") == "IP not hidden"
-    assert client.current_address() == network.REAL_ADDRESS
-    assert client.button_state()["name"] == "Quorvane" and client.button_state()["enabled"]
-    client.wait_no_openvpn()
-    assert world.service.lent() == {}
-    assert world.home.public_address() == network.REAL_ADDRESS
+from world.service import BERLIN
 
 
 def ask_as_a_script(world, target):
@@ -43,7 +27,8 @@ def test_wrong_vpn_credentials(world, client):
     client.hide()
     world.home.wait_for(lambda: "AUTH_FAILED" in client.openvpn_log(), ui.SESSION, "the refusal in OpenVPN's log")
     assert world.service.lent() == {}
-    check_given_up(world, client)
+    outcomes.check_given_up(client)
+    assert world.service.lent() == {}
     assert len(world.service.requests_of("VPNC")) == asked, "the stored configuration was used"
 
 
@@ -55,7 +40,8 @@ def test_configuration_is_refused(world, client):
     world.service.stop()
     world.service.start()
     client.hide()
-    check_given_up(world, client)
+    outcomes.check_given_up(client)
+    assert world.service.lent() == {}
     assert len(world.service.requests_of("VPNC")) == 1
     assert client.openvpn_log() == ""
 
@@ -67,7 +53,7 @@ def test_service_goes_away_before_the_press(world, client):
     world.service.stop()
     client.hide()
     alert = client.wait_alert(ui.FAILURE)
-    assert alert["texts"] == NOT_AVAILABLE["texts"]
+    assert alert["texts"] == outcomes.NOT_AVAILABLE["texts"]
     client.dismiss_alert()
     client.wait_not_hidden()
     assert client.openvpn() == []

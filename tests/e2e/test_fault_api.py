@@ -17,8 +17,8 @@ from harness.listener import Listener
 from harness.tray import TrayIcon
 from world import network, pki, service
 from world.accounts import ADA
+from world.service import BERLIN
 
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
 LIST_REQUEST = "/?cmd=MRTSL&ver=1&device=1&systamp=MacOS,user,mobilebox&uniqueid=x"
 STORED = ("vpnConfigPath", "vpnUsername", "vpnPassword")
 CONFIGURATION = "Documents/Quorvane/qrvp.ovpn"
@@ -133,7 +133,7 @@ def check_recovers(shared, before):
     shared.wait(ui.label("Current IP address"), ui.ANSWER, name=network.REAL_ADDRESS)
     shared.wait_ready()
     assert shared.alerts() == []
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 def check_no_list(shared, row, asked):
@@ -278,7 +278,7 @@ def test_hostile_texts(shared):
         title = next(entry for entry in entries if entry.startswith(f"Hostile {HOSTILE_TEXTS[name][:3]}"))
         shared.ask("choose", key="first", query=ui.label("Location choice"), entry=title, timeout=10)
         shared.home.wait_for(lambda: shared.shows("Location") and shared.text("Location") == title, ui.SESSION, name)
-        outcomes.check_hidden(shared.world, shared)
+        outcomes.check_hidden(shared)
         assert geometry(shared) == usual_hidden
         check_alive(shared)
         shared.stop()
@@ -363,7 +363,7 @@ def test_configuration(listed, row):
     with HostileApi(listed.world, {"VPNC": answer}) as hostile, no_request_in_the_clear():
         press_in_vain(listed, row, before)
         assert len(hostile.requests) == 1, "a fixed location is tried once"
-    outcomes.check_next_session(listed.world, listed, before)
+    outcomes.check_session(listed, before)
 
 
 @pytest.mark.parametrize("row", rows(CERTIFICATES))
@@ -372,7 +372,7 @@ def test_configuration_certificate(listed, row):
     with HostileApi(listed.world, {}, CERTIFICATES[row](listed.world)) as hostile:
         press_in_vain(listed, row, before)
         assert hostile.requests == [] and hostile.refused_handshakes == 1, "the sessid is not told to a stranger"
-    outcomes.check_next_session(listed.world, listed, before)
+    outcomes.check_session(listed, before)
 
 
 @pytest.mark.slow
@@ -382,7 +382,7 @@ def test_configuration_slow(listed, row):
     with HostileApi(listed.world, {"VPNC": SLOW[row](a_configuration(listed.world))}) as hostile:
         press_in_vain(listed, row, before, timeout=LIMIT + ui.ANSWER)
         assert len(hostile.requests) == 1
-    outcomes.check_next_session(listed.world, listed, before)
+    outcomes.check_session(listed, before)
 
 
 @pytest.mark.parametrize("cut", [pytest.param("before_the_authority", marks=pytest.mark.slow), "in_the_middle_of_it"])
@@ -398,4 +398,4 @@ def test_half_a_configuration(listed, cut):
         assert len(hostile.requests) == 1
     held = listed.file(CONFIGURATION).read_bytes()
     assert held == part.partition(b"VPNConfig: ")[2].replace(b"<br />", b"\n"), "what came is kept as it came"
-    outcomes.check_next_session(listed.world, listed, before)
+    outcomes.check_session(listed, before)

@@ -5,9 +5,10 @@ import time
 import pytest
 from harness import client as ui
 from harness.clock import Clock
-from harness.next_session import BERLIN, check_given_up, check_hidden, check_not_hidden, check_session, press
+from harness.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
 from world import network, service
 from world.accounts import ADA
+from world.service import BERLIN
 
 TUNNEL = f"ip daddr {network.LENT_POOL} tcp dport {service.TCP_PORT}"
 # The service's certificate holds from the making of the world for two days: both ends of a jump are within.
@@ -23,11 +24,11 @@ def started(client, hours, **preferences):
     return clock
 
 
-def check_stop_and_next_session(world, client, clock):
+def check_stop_and_next_session(client, clock):
     with clock.check():
         client.stop()
-        check_not_hidden(world, client)
-    check_session(world, client)
+        check_not_hidden(client)
+    check_session(client)
 
 
 @pytest.mark.slow
@@ -35,9 +36,9 @@ def check_stop_and_next_session(world, client, clock):
 def test_jump_while_ready(world, client, before, after):
     clock = started(client, before)
     clock.set(after)
-    press(client)
-    check_hidden(world, client)
-    check_stop_and_next_session(world, client, clock)
+    client.hide()
+    check_hidden(client)
+    check_stop_and_next_session(client, clock)
 
 
 @pytest.mark.slow
@@ -46,24 +47,24 @@ def test_jump_while_searching(world, client, before, after):
     """The log is still looked at every two seconds, so the tunnel is seen to come up."""
     network.swallow(TUNNEL)
     clock = started(client, before)
-    press(client)
+    client.hide()
     world.home.wait_for(lambda: "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries")
     clock.set(after)
     network.stop_swallowing()
-    check_hidden(world, client)
-    check_stop_and_next_session(world, client, clock)
+    check_hidden(client)
+    check_stop_and_next_session(client, clock)
 
 
 @pytest.mark.parametrize("before, after", [pytest.param(*FORWARD, id="forward", marks=pytest.mark.slow),
                                            pytest.param(*BACK, id="back")])
 def test_jump_while_hidden(world, client, before, after):
     clock = started(client, before)
-    press(client)
-    address = check_hidden(world, client)
+    client.hide()
+    address = check_hidden(client)
     clock.set(after)
     client.ask("round_trips", key="first", count=20)
-    assert check_hidden(world, client) == address and client.alerts() == []
-    check_stop_and_next_session(world, client, clock)
+    assert check_hidden(client) == address and client.alerts() == []
+    check_stop_and_next_session(client, clock)
 
 
 @pytest.mark.slow
@@ -71,18 +72,18 @@ def test_jump_while_hidden(world, client, before, after):
 def test_jump_while_the_automatic_change_waits(world, client, before, after):
     """A minute stays a minute: the change comes neither at once nor hours late."""
     clock = started(client, before, changeIpEvery=True, changeIpInterval=1)
-    press(client)
-    check_hidden(world, client)
+    client.hide()
+    check_hidden(client)
     hidden_since = time.monotonic()
     clock.set(after)
     world.home.wait_for(lambda: len(world.service.requests_of("VPNC")) == 2, 180, "the change")
     # The hiding was noticed some moments after it began.
     assert time.monotonic() - hidden_since > 45
     client.wait({"description": "State picture"}, ui.SESSION, name="IP hidden")
-    check_hidden(world, client)
+    check_hidden(client)
     with clock.check():
         client.stop()
-        check_not_hidden(world, client)
+        check_not_hidden(client)
 
 
 @pytest.mark.parametrize("hours", [pytest.param(-20, id="too-early"),
@@ -91,10 +92,10 @@ def test_jump_out_of_the_certificates_time(world, client, hours):
     """A service that cannot be trusted by this clock is not used: the alert. With the right time all is well."""
     clock = started(client, 0)
     clock.set(hours)
-    press(client)
-    check_given_up(world, client)
+    client.hide()
+    check_given_up(client)
     assert world.service.requests_of("VPNC") == [], "no request reached the service"
     clock.set(0)
-    press(client)
-    check_hidden(world, client)
-    check_stop_and_next_session(world, client, clock)
+    client.hide()
+    check_hidden(client)
+    check_stop_and_next_session(client, clock)

@@ -7,9 +7,10 @@ import pytest
 from harness import client as ui
 from harness import settings
 from harness.disks import ShrunkDisk, SmallDisk, check_full, contents
-from harness.next_session import BERLIN, check_given_up, check_hidden, check_session, press
+from harness.outcomes import check_given_up, check_hidden, check_session
 from world import network
 from world.accounts import ADA
+from world.service import BERLIN
 
 FOLDER = "Documents/Quorvane"
 SETTINGS = {"changeIpInterval": 33, "userAgent": "mine"}
@@ -55,14 +56,14 @@ def test_full_disk_below_the_sessions_files(world, remembering, spare_pages):
     client.start()
     client.wait_ready()
     disk.fill(spare_pages)
-    press(client)
-    check_given_up(world, client)
+    client.hide()
+    check_given_up(client)
     assert "no room for the files of a session" in client.output()
     assert not [line for line in world.home.privileged_lines() if "--config" in line], "nothing was launched"
     assert len(world.service.requests_of("VPNC")) == 1 and world.service.lent() == {}
     check_settings_whole(client)
     disk.free()
-    address = check_session(world, client)
+    address = check_session(client)
     assert f"remote {address} " in client.file(f"{FOLDER}/qrvp.ovpn").read_text(encoding="utf-8")
     assert client.file(f"{FOLDER}/openvpn.log").stat().st_size > 0
 
@@ -74,24 +75,24 @@ def test_disk_that_fills_up_while_the_tunnel_comes_up(world, remembering):
     network.swallow(f"ip daddr {network.LENT_POOL} tcp dport 443")
     client.start()
     client.choose_protocol("TCP")
-    press(client)
+    client.hide()
     world.home.wait_for(client.openvpn, ui.SESSION, "OpenVPN runs")
     disk.fill()
     check_full(world.home, f"{client.folder}/{FOLDER}", client.user)
     network.stop_swallowing()
-    check_hidden(world, client)
+    check_hidden(client)
     assert "Initialization Sequence Completed" in client.openvpn_log()
     client.stop()
     # The old files are still whole, each of them.
     kept = contents(world.home, f"{client.folder}/{FOLDER}")
     assert kept["qrvp.ovpn"].startswith(b"client\n") and kept["qrvp.log"].startswith(b"trying to connect ")
-    press(client)
-    check_given_up(world, client)
+    client.hide()
+    check_given_up(client)
     now = contents(world.home, f"{client.folder}/{FOLDER}")
     assert {name: now[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")} == \
         {name: kept[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")}
     disk.free()
-    check_session(world, client)
+    check_session(client)
 
 
 @pytest.mark.slow
@@ -101,18 +102,18 @@ def test_no_room_for_one_more_file_below_the_sessions_files(world, remembering):
     disk = disk_over(client, FOLDER, files=20)
     client.start()
     client.wait_ready()
-    check_session(world, client)
+    check_session(client)
     before = contents(world.home, f"{client.folder}/{FOLDER}")
     disk.fill_with_files()
     check_full(world.home, f"{client.folder}/{FOLDER}", client.user)
-    press(client)
-    check_given_up(world, client)
+    client.hide()
+    check_given_up(client)
     after = contents(world.home, f"{client.folder}/{FOLDER}")
     # The session's own log grows in place: it needs no further file.
     assert after.pop("qrvp.log").startswith(before.pop("qrvp.log"))
     assert after == before
     disk.free()
-    check_session(world, client)
+    check_session(client)
 
 
 def test_read_only_home(world, remembering):
@@ -126,14 +127,14 @@ def test_read_only_home(world, remembering):
     client.log_folder = logs.folder
     client.start()
     client.wait_ready()
-    press(client)
-    check_given_up(world, client)
+    client.hide()
+    check_given_up(client)
     said_once(client, "com.tallowind.Quorvane.plist cannot be written: Read-only file system")
     after = contents(world.home, client.folder)
     assert {name: after[name] for name in before} == before
     assert set(after) - set(before) == {"logs/first.log"}
     disk.make_writable()
-    check_session(world, client)
+    check_session(client)
     check_settings_whole(client)
     assert client.preferences()["countryCode"] == BERLIN.country_code, "what waited in memory has reached the disk"
 
@@ -146,11 +147,11 @@ def test_full_disk_below_the_preferences(world, remembering):
     disk.fill()
     check_full(world.home, f"{client.folder}/Library/Preferences", client.user)
     client.start()
-    check_session(world, client)
+    check_session(client)
     assert client.file(ui.PREFERENCES).read_bytes() == before
     said_once(client, "com.tallowind.Quorvane.plist cannot be written: No space left on device")
     disk.free()
-    check_session(world, client)
+    check_session(client)
     check_settings_whole(client)
     assert client.preferences()["vpnUsername"], "what waited in memory has reached the disk"
     names = set(contents(world.home, f"{client.folder}/Library/Preferences"))
@@ -181,7 +182,7 @@ def test_full_disk_below_what_the_settings_window_writes(world, remembering):
     assert plistlib.loads(agent.read_bytes())["RunAtLoad"] is False and "Hidden=true" in entry.read_text()
     settings.close_window(client)
     check_settings_whole(client)
-    check_session(world, client)
+    check_session(client)
 
 
 @pytest.mark.slow
@@ -205,7 +206,7 @@ def test_full_disk_below_temporary_files(world, remembering):
     assert client.wait_exit() == 0
     disk.free()
     client.start(key="next")
-    check_session(world, client, key="next")
+    check_session(client, key="next")
     check_settings_whole(client)
 
 
@@ -223,5 +224,5 @@ def test_full_disk_below_the_run_time_folder(world, make_client):
     assert client.wait_alert(10, key="second")["texts"][0] == "Quorvane is already running."
     client.dismiss_alert(key="second")
     assert client.wait_exit(key="second") == 0
-    check_session(world, client)
+    check_session(client)
     assert plistlib.loads(client.file(ui.PREFERENCES).read_bytes())

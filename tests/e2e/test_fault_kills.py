@@ -7,9 +7,10 @@ import signal
 import pytest
 from harness import client as ui
 from harness import settings
-from harness.next_session import BERLIN, check_given_up, check_hidden, check_not_hidden, check_session, press
+from harness.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
 from world import network, service
 from world.accounts import ADA
+from world.service import BERLIN
 
 API = f"ip daddr {network.SERVICE_ADDRESS} tcp dport 443"
 TUNNEL = f"ip daddr {network.LENT_POOL} tcp dport {service.TCP_PORT}"
@@ -46,7 +47,7 @@ def dialog_open(_world, client):
 def fetching(world, client):
     ready(world, client)
     network.swallow(API)
-    press(client)
+    client.hide()
     client.wait(ui.label("Status line"), 10, name=ui.SEARCHING)
     world.home.wait_for(lambda: "downloadCertificateForSelectedItem url" in client.output(), 10, "the request")
     assert client.openvpn() == []
@@ -56,15 +57,15 @@ def searching(world, client):
     network.swallow(TUNNEL)
     client.start()
     client.choose_protocol("TCP")
-    press(client)
+    client.hide()
     world.home.wait_for(lambda: "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries")
 
 
-def hidden(world, client):
+def hidden(_world, client):
     client.start()
     client.choose_protocol("TCP")
-    press(client)
-    check_hidden(world, client)
+    client.hide()
+    check_hidden(client)
 
 
 def changing(world, client):
@@ -135,12 +136,11 @@ def test_client_is_killed(world, client, state):
         for description, text in (("User name", ADA.name), ("Password", ADA.password)):
             client.ask("set_text", key="next", query={"window": ui.DIALOG, "description": description}, text=text)
         client.press(ui.button("Start", ui.DIALOG), key="next")
-        check_hidden(world, client, key="next")
-        client.press(ui.HIDE, key="next")
-        client.wait(ui.label("Status line"), ui.SESSION, key="next", name=ui.NOT_HIDING)
-    client.wait(ui.HIDE, ui.ANSWER, key="next", showing=True, enabled=True)
-    check_not_hidden(world, client, key="next")
-    check_session(world, client, key="next")
+        check_hidden(client, key="next")
+        client.stop(key="next")
+    client.wait_ready(key="next")
+    check_not_hidden(client, key="next")
+    check_session(client, key="next")
     world.home.wait_for(lambda: not world.service.lent(), 15, "no address stays lent")
     check_whole(client)
     assert world.home.path("/etc/resolv.conf").read_bytes() == resolver
@@ -163,9 +163,9 @@ def test_openvpn_is_killed_while_the_client_searches(world, client, tunnel):
     client.remember_administrator(ADA, location=BERLIN.title)
     searching(world, client)
     tunnel()
-    check_given_up(world, client, timeout=75)
+    check_given_up(client, timeout=75)
     network.stop_swallowing()
-    check_session(world, client)
+    check_session(client)
 
 
 def test_openvpn_is_killed_while_hidden(world, client, tunnel):
@@ -180,6 +180,6 @@ def test_openvpn_is_killed_while_hidden(world, client, tunnel):
     assert client.alerts() == []
     world.home.wait_for(lambda: not world.service.lent(), 15, "the lent address is given back")
     client.stop()
-    check_not_hidden(world, client)
-    check_session(world, client)
+    check_not_hidden(client)
+    check_session(client)
     assert plistlib.loads(client.file(ui.PREFERENCES).read_bytes())

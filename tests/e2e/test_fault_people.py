@@ -4,10 +4,11 @@ import signal
 
 import pytest
 from harness import client as ui
-from harness.next_session import BERLIN, check_given_up, check_hidden, check_not_hidden, check_session, press
+from harness.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
 from harness.verifier import Verifier
 from world import network
 from world.accounts import ADA, SUE, Account
+from world.service import BERLIN
 
 PRINTABLE = "".join(chr(code) for code in range(0x20, 0x7F))
 
@@ -22,31 +23,31 @@ def test_two_users_at_once(world, make_client):
     joe.remember_administrator(ADA, location=BERLIN.title)
     sue.remember_administrator(SUE, location=BERLIN.title)
     joe.start()
-    press(joe)
-    check_hidden(world, joe)
+    joe.hide()
+    check_hidden(joe)
     joes = shown(joe)
 
     # Sue's start ends Joe's tunnel. His window is not told; hers is right.
     sue.start()
     sue.wait_ready()
     sue.wait_no_openvpn()
-    check_not_hidden(world, sue)
+    check_not_hidden(sue)
     assert shown(joe) == joes and joe.alerts() == []
 
     # Sue's tunnel is the machine's: Joe goes through it as well, whatever his window says.
-    press(sue)
-    sues = check_hidden(world, sue)
+    sue.hide()
+    sues = check_hidden(sue)
     assert world.home.public_address("joe") == sues
     assert shown(joe) == joes
 
     # Joe's stop ends hers.
     joe.stop()
-    check_not_hidden(world, joe)
+    check_not_hidden(joe)
     assert sue.text("State picture") == "IP hidden" and sue.alerts() == []
     sue.stop()
-    check_not_hidden(world, sue)
+    check_not_hidden(sue)
     for client in (joe, sue, joe):
-        check_session(world, client)
+        check_session(client)
     assert joe.running() and sue.running()
     for client in (joe, sue):
         uid = world.home.uid(client.user)[0]
@@ -88,7 +89,7 @@ def test_odd_home_folder(make_world, make_client, folder):
     client = make_client(world, "odd")
     client.remember_administrator(ADA, location=BERLIN.title)
     client.start()
-    check_session(world, client)
+    check_session(client)
     assert client.preferences()["vpnConfigPath"] == f"{folder}/Documents/Quorvane/qrvp.ovpn"
     assert client.file("Documents/Quorvane/openvpn.log").stat().st_size > 0
     client.signal(signal.SIGTERM)
@@ -101,8 +102,8 @@ COMMAND = f"x' ; id -u > {RAN} ; '"
 
 def check_refused(world, client, path):
     """The attempt ends in the alert and no line with the path went to root's shell."""
-    press(client)
-    check_given_up(world, client)
+    client.hide()
+    check_given_up(client)
     assert f"not started: there is an apostrophe in {path}" in client.output()
     assert not [line for line in world.home.privileged_lines() if "--config" in line]
     assert not world.home.path(RAN).exists()
@@ -132,9 +133,9 @@ def test_apostrophe_in_the_name_of_a_chosen_configuration(world, client):
     client.start()
     check_refused(world, client, path)
     client.ask("choose", key="first", query=ui.label("Location choice"), entry="Japan Tokyo", timeout=10)
-    check_hidden(world, client)
+    check_hidden(client)
     client.stop()
-    check_session(world, client)
+    check_session(client)
 
 
 ODD_TEXTS = [
@@ -155,13 +156,13 @@ def test_odd_name_and_password_of_the_administrator(make_world, make_client, tex
     client.start()
     client.enter_administrator(boss.full_name, boss.password)
     client.wait_dialog_closed()
-    check_hidden(world, client)
+    check_hidden(client)
     assert client.stored_pair() == (boss.full_name, boss.password)
     assert boss.password not in client.output()
     client.signal(signal.SIGTERM)
     assert client.wait_exit() == 0
     client.start(key="next")
-    check_session(world, client, key="next")
+    check_session(client, key="next")
 
 
 @pytest.mark.slow
@@ -175,14 +176,14 @@ def test_odd_vpn_pair(world, client, text):
     client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path, vpnUsername=user,
                                   vpnPassword=password)
     client.start()
-    press(client)
+    client.hide()
     try:
         assert verifier.wait_pair() == (user, password)
         assert client.file("Documents/Quorvane/.vpnCreds.txt").read_text(encoding="utf-8") == f"{user}\n{password}"
         client.wait_alert(ui.FAILURE)
         assert "AUTH_FAILED" in client.openvpn_log()
         client.dismiss_alert()
-        check_not_hidden(world, client)
+        check_not_hidden(client)
         assert password not in client.output() and password not in client.openvpn_log()
     finally:
         verifier.close()

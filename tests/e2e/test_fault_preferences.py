@@ -7,8 +7,9 @@ import signal
 import pytest
 from harness import client as ui
 from harness import settings
-from harness.next_session import BERLIN, check_hidden, check_not_hidden, check_session, press
+from harness.outcomes import check_hidden, check_not_hidden, check_session
 from world.accounts import ADA
+from world.service import BERLIN
 
 FOLDER = "Library/Preferences"
 PAIR = {"un": ui.scrambled(ADA.name), "up": ui.scrambled(ADA.password)}
@@ -29,13 +30,13 @@ def check_start_without_settings(client):
     assert client.alerts() == []
 
 
-def check_first_session(world, client):
+def check_first_session(client):
     """The dialog's answer starts a session; afterwards another one works."""
     client.enter_administrator(ADA.name, ADA.password)
     client.wait_dialog_closed()
-    check_hidden(world, client)
+    check_hidden(client)
     client.stop()
-    check_session(world, client)
+    check_session(client)
 
 
 def set_aside(client):
@@ -63,7 +64,7 @@ def test_file_that_is_no_property_list(world, client, content):
     kept = set_aside(client)
     assert [path.read_bytes() for path in kept] == [content]
     assert f"was no property list; it is kept as {client.folder}/{FOLDER}/{kept[0].name}" in client.output()
-    check_first_session(world, client)
+    check_first_session(client)
     assert client.preferences()["vpnUsername"]
     assert client.file(ui.PREFERENCES).stat().st_mode & 0o777 == 0o600
     client.signal(signal.SIGTERM)
@@ -89,14 +90,14 @@ KEYS = ("vpnUsername", "vpnPassword", "vpnConfigPath", "showLogs", "countryCode"
     pytest.param("x" * 100_000, False, id="long-text", marks=pytest.mark.slow),
     pytest.param("\U0001f600 %s %n '\"; \\ \n", False, id="odd-text", marks=pytest.mark.slow),
 ])
-def test_every_key_of_a_wrong_type(world, client, value, means_yes):
+def test_every_key_of_a_wrong_type(client, value, means_yes):
     """No value of another type stops the client or a session; what reads as yes hides the IP by itself."""
     client.seed_preferences(**PAIR, **dict.fromkeys(KEYS, value))
     client.start()
     if means_yes:
-        check_hidden(world, client)
+        check_hidden(client)
         client.stop()
-    check_session(world, client)
+    check_session(client)
     settings.open_window(client)
     settings.open_pane(client, "Hot Keys")
     settings.close_window(client, "OK")
@@ -117,7 +118,7 @@ def test_stored_administrator_of_a_wrong_type(world, client, pair):
     """The dialog asks again, and its answer takes the place of what was there."""
     client.seed_preferences(**pair, location=BERLIN.title)
     check_start_without_settings(client)
-    check_first_session(world, client)
+    check_first_session(client)
     assert isinstance(client.preferences()["un"], (str, bytes)) and client.preferences()["un"] != pair["un"]
 
 
@@ -131,18 +132,18 @@ def test_same_address_wanted_but_no_configuration(world, client, path):
     """The attempt says so and can be stopped; choosing a location gets a new configuration."""
     client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path)
     client.start()
-    press(client)
+    client.hide()
     client.wait(ui.label("Notice"), 10, showing=True,
                 name="There is no VPN configuration to connect with. Choose a location to get a new one.")
     assert client.text("Status line") == ui.SEARCHING
     client.stop()
-    check_not_hidden(world, client)
+    check_not_hidden(client)
     assert not client.shows("Notice") and client.openvpn() == []
     assert world.service.requests_of("VPNC") == []
-    press(client)
+    client.hide()
     client.wait(ui.label("Notice"), 10, showing=True)
     client.ask("choose", key="first", query=ui.label("Location choice"), entry=BERLIN.title, timeout=10)
-    check_hidden(world, client)
+    check_hidden(client)
     assert not client.shows("Notice")
 
 
@@ -152,7 +153,7 @@ def test_file_of_roots(world, client, mode):
     put(client, USUAL, owner="root", mode=mode)
     check_start_without_settings(client)
     assert f"{ui.PREFERENCES} belongs to another user and is left alone" in client.output()
-    check_first_session(world, client)
+    check_first_session(client)
     file = client.file(ui.PREFERENCES)
     if mode == 0o600:
         assert file.read_bytes() == USUAL and file.stat().st_uid == 0
@@ -184,7 +185,7 @@ def test_something_else_in_its_place(world, client, make, word):
     make(client, f"{client.folder}/{ui.PREFERENCES}")
     check_start_without_settings(client)
     assert f"{ui.PREFERENCES} cannot be read: " in client.output()
-    check_first_session(world, client)
+    check_first_session(client)
     client.signal(signal.SIGTERM)
     assert client.wait_exit() == 0
     kind = world.home.run("stat", "-c", "%F", f"{client.folder}/{ui.PREFERENCES}").stdout.strip()
@@ -195,11 +196,11 @@ def test_something_else_in_its_place(world, client, make, word):
         assert client.file("elsewhere").read_bytes() == USUAL
 
 
-def test_file_that_its_owner_may_not_read(world, client):
+def test_file_that_its_owner_may_not_read(client):
     """Mode 000: the permissions are repaired and every setting is still there."""
     put(client, USUAL, mode=0)
     client.start()
-    check_session(world, client)
+    check_session(client)
     stored = client.preferences()
     assert (stored["changeIpInterval"], stored["userAgent"]) == (33, "mine")
     assert client.file(ui.PREFERENCES).stat().st_mode & 0o777 == 0o600
@@ -210,7 +211,7 @@ def test_no_library_folder(world, client):
     """It is made, for the user alone."""
     assert not client.file("Library").exists()
     check_start_without_settings(client)
-    check_first_session(world, client)
+    check_first_session(client)
     for name in ("Library", FOLDER):
         assert client.file(name).stat().st_mode & 0o777 == 0o700, name
     assert client.preferences()["un"]
@@ -224,10 +225,10 @@ def test_library_folder_of_roots(world, client):
     world.home.run("chmod", "-R", "a+rX", f"{client.folder}/Library")
     world.home.run("chown", f"{client.user}:{client.user}", f"{client.folder}/{ui.PREFERENCES}")
     client.start()
-    check_session(world, client)
+    check_session(client)
     assert f"{ui.PREFERENCES} cannot be written: Permission denied" in client.output()
     stored = client.preferences()
     assert (stored["changeIpInterval"], stored["userAgent"]) == (33, "mine")
     world.home.run("chown", "-R", f"{client.user}:{client.user}", f"{client.folder}/Library")
-    check_session(world, client)
+    check_session(client)
     assert client.preferences()["vpnUsername"], "what waited in memory has reached the disk"

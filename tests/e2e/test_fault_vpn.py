@@ -17,8 +17,8 @@ from harness.listener import Datagrams, Listener
 from harness.tray import TrayIcon
 from world import machine, network, pki, service
 from world.accounts import ADA
+from world.service import BERLIN
 
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
 PROTOCOLS = {"udp": service.UDP_PORT, "tcp": service.TCP_PORT}
 SLOW_TCP = ["udp", pytest.param("tcp", marks=pytest.mark.slow)]
 SLOW_UDP = ["tcp", pytest.param("udp", marks=pytest.mark.slow)]
@@ -67,7 +67,7 @@ def test_black_hole(shared, logins, protocol):
     with network.swallowing(to_servers(protocol)):
         check_tried_once(shared.world, shared, before)
     assert logins() == let_in
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 @pytest.mark.parametrize("protocol", SLOW_UDP)
@@ -79,7 +79,7 @@ def test_refused(shared, logins, protocol):
     with network.ruled(network.GATEWAY, chain):
         check_tried_once(shared.world, shared, before)
     assert logins() == let_in
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 @pytest.mark.slow
@@ -89,7 +89,7 @@ def test_server_that_accepts_and_is_silent(shared):
             network.ruled(network.GATEWAY, network.redirected(to_servers("tcp"), FAKE_PORT)):
         check_tried_once(shared.world, shared, before)
         assert fake.connections > 0
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 @pytest.mark.slow
@@ -103,7 +103,7 @@ def test_server_that_talks_garbage_tcp(shared):
             network.ruled(network.GATEWAY, network.redirected(to_servers("tcp"), FAKE_PORT)):
         check_tried_once(shared.world, shared, before)
         assert fake.connections > 0
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 @pytest.mark.slow
@@ -113,7 +113,7 @@ def test_server_that_talks_garbage_udp(shared):
             network.ruled(network.GATEWAY, network.redirected(to_servers("udp"), FAKE_PORT)):
         check_tried_once(shared.world, shared, before)
         assert fake.received > 0
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 @pytest.mark.parametrize("protocol", SLOW_TCP)
@@ -136,7 +136,7 @@ def test_server_of_another_authority(shared, logins, protocol):
     TrayIcon(shared).click("Refresh Locations")
     world.home.wait_for(lambda: len(world.service.requests_of("MRTSL")) >= 2, ui.ANSWER, "the list is asked for")
     shared.wait_ready()
-    outcomes.check_next_session(world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 # --- the server goes away while the address is hidden
@@ -160,7 +160,7 @@ def test_server_ends_in_mid_session(shared, protocol, number):
     before = start(shared, protocol)
     shared.hide()
     shared.wait_hidden()
-    outcomes.check_hidden(world, shared)
+    outcomes.check_hidden(shared)
     (server,) = servers(protocol)
     os.kill(server, number)
     world.home.wait_for(lambda: servers(protocol) not in ([], [server]) and world.service.control("status")["ready"],
@@ -175,7 +175,7 @@ def test_server_ends_in_mid_session(shared, protocol, number):
     shared.wait_no_openvpn()
     before.check()
     assert world.home.public_address(shared.user) == network.REAL_ADDRESS
-    outcomes.check_next_session(world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 # --- a bad line
@@ -212,7 +212,7 @@ def test_three_of_ten_packets_are_lost(shared, protocol):
                 shared.stop()
     figures.record(f"tries over {protocol} with 30 % loss", tries)
     assert tries[-1] == "session"
-    outcomes.check_next_session(world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 # --- the resolver
@@ -240,7 +240,7 @@ def check_refreshed(shared):
     TrayIcon(shared).click("Refresh Locations")
     shared.wait(ui.label("Current IP address"), ui.ANSWER, name=network.REAL_ADDRESS)
     before = start(shared)
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 @pytest.mark.slow
@@ -268,7 +268,7 @@ def test_resolver_dies_right_before_the_press(shared):
         assert address in shared.world.service.lent().values()
         shared.stop()
         outcomes.check_shown_not_hidden(shared)
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 # How long Qt keeps a name's address.
@@ -284,7 +284,7 @@ def test_names_cannot_be_resolved_at_the_press(shared):
         shared.hide()
         outcomes.check_given_up(shared, before)
     assert len(shared.world.service.requests()) == asked
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 @pytest.mark.slow
@@ -295,8 +295,8 @@ def test_a_slow_resolver(shared):
         shared.remember_administrator(ADA, location=BERLIN.title)
         shared.start()
         before = start(shared)
-        outcomes.check_next_session(shared.world, shared, before)
-    outcomes.check_next_session(shared.world, shared, before)
+        outcomes.check_session(shared, before)
+    outcomes.check_session(shared, before)
 
 
 def name_server(answer):
@@ -369,7 +369,7 @@ def test_the_way_out_is_lost_while_not_hidden(shared, loss):
         outcomes.take_alert(shared, outcomes.NO_INTERNET, 10)
         outcomes.check_shown_not_hidden(shared)
     assert len(shared.world.service.requests()) == asked
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 @pytest.mark.parametrize("loss", SLOW_ROUTE)
@@ -386,7 +386,7 @@ def test_the_way_out_is_lost_while_searching(shared, loss):
             outcomes.check_shown_not_hidden(shared)
             shared.wait_no_openvpn()
     before.check()
-    outcomes.check_next_session(shared.world, shared, before)
+    outcomes.check_session(shared, before)
 
 
 @pytest.mark.parametrize("loss", SLOW_ROUTE)
@@ -395,7 +395,7 @@ def test_the_way_out_is_lost_while_hidden(shared, loss):
     world, before = shared.world, start(shared)
     shared.hide()
     shared.wait_hidden()
-    address = outcomes.check_hidden(world, shared)
+    address = outcomes.check_hidden(shared)
     allowed = {"pulled_cable": (None,), "lost_route": (address,)}[loss]
     with LOSSES[loss](world):
         assert world.home.public_address(shared.user, timeout=2) in allowed
@@ -406,4 +406,4 @@ def test_the_way_out_is_lost_while_hidden(shared, loss):
     outcomes.check_shown_not_hidden(shared)
     shared.wait_no_openvpn()
     before.check()
-    outcomes.check_next_session(world, shared, before)
+    outcomes.check_session(shared, before)

@@ -6,12 +6,12 @@ import time
 
 import pytest
 from harness import client as ui
-from harness import next_session
+from harness import outcomes
 from world import home as homes
 from world import network, service
 from world.accounts import ADA
+from world.service import BERLIN
 
-BERLIN = next_session.BERLIN
 OPENVPN = "/usr/sbin/openvpn"
 CONFIGURATION = "Documents/Quorvane/qrvp.ovpn"
 
@@ -26,7 +26,7 @@ def routes(world):
 
 def given_up(world, client, timeout=ui.FAILURE):
     """The attempt ends as every failed attempt does, and nothing of it is left."""
-    next_session.check_given_up(world, client, timeout)
+    outcomes.check_given_up(client, timeout=timeout)
     world.home.wait_for(lambda: not guards(world), 10, "no guard left")
     assert world.service.lent() == {}
 
@@ -115,7 +115,7 @@ def test_openvpn_itself(world, client, covered, text, mode, word):
     world.home.wait_for(lambda: word in client.openvpn_log(), ui.SESSION, "the guard's word")
     given_up(world, client)
     world.home.run("umount", OPENVPN)
-    next_session.check_session(world, client)
+    outcomes.check_session(client)
 
 
 @pytest.mark.slow
@@ -131,7 +131,7 @@ def test_openvpn_that_searches_for_ever(world, client, covered):
     assert "the tunnel did not come up in time" in client.openvpn_log()
     assert time.monotonic() - begun > 55, "it was given its time"
     world.home.run("umount", OPENVPN)
-    next_session.check_session(world, client)
+    outcomes.check_session(client)
 
 
 def test_openvpn_killed_while_it_searches(world, client):
@@ -146,7 +146,7 @@ def test_openvpn_killed_while_it_searches(world, client):
     world.home.wait_for(lambda: "ended by signal 9" in client.openvpn_log(), 10, "the guard's word")
     given_up(world, client)
     network.inside(network.GATEWAY, "nft", "delete", "table", "ip", "hole")
-    next_session.check_session(world, client)
+    outcomes.check_session(client)
 
 
 def test_links_in_the_places_of_the_files(world, client):

@@ -10,12 +10,12 @@ from pathlib import Path
 
 import pytest
 from harness import client as ui
-from harness import next_session
+from harness import outcomes
 from harness.hostile_api import HostileApi, page
 from world import home as homes
 from world.accounts import ADA
+from world.service import BERLIN
 
-BERLIN = next_session.BERLIN
 LIST = Path(__file__).resolve().parent.parent / "hostile" / "configurations.txt"
 CANARY, TRACE = "/var/tmp/canary", "/var/tmp/it-ran"
 FEW = ("up CANARY", "plugin CANARY", "double quotes round the name", "text behind an end tag",
@@ -62,7 +62,7 @@ def attack(world, client, configuration, says):
     answer = b"VPNConfig: " + configuration.replace(b"\n", b"<br />")
     with HostileApi(world, {"VPNC": page(answer)}):
         client.hide()
-        assert client.wait_alert(ui.FAILURE)["texts"] == next_session.NOT_AVAILABLE
+        assert client.wait_alert(ui.FAILURE)["texts"] == outcomes.NOT_AVAILABLE["texts"]
         log = client.openvpn_log()
         client.dismiss_alert()
         client.wait({"role": "alert"}, 10, absent=True)
@@ -87,7 +87,7 @@ def test_a_few_pressed_for_in_the_window(world, attacked):
     assert len(chosen) == len(FEW)
     for _name, says, configuration in chosen:
         attack(world, attacked, configuration, says)
-    next_session.check_session(world, attacked)
+    outcomes.check_session(attacked)
 
 
 @pytest.mark.slow
@@ -97,7 +97,7 @@ def test_all_pressed_for_in_the_window(world, attacked, part):
     assert len(pressed) > 200
     for _name, says, configuration in pressed[part::PARTS]:
         attack(world, attacked, configuration, says)
-    next_session.check_session(world, attacked)
+    outcomes.check_session(attacked)
 
 
 def test_all_by_the_guard_with_the_administrators_rights(world):

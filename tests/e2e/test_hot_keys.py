@@ -10,8 +10,8 @@ from harness.keyboard import (A, B, CAPS_LOCK, CONTROL, DOWN, F1, F2, FIVE, HOME
                               SUPER, UP, Keyboard, OtherWindow, active_window)
 from world import home, network, service
 from world.accounts import ADA
+from world.service import BERLIN
 
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
 # Preferences hold tags: "Cmd + 1", "Ctrl + F1", "Shift + F1", "Cmd + Up arrow"; 18 is Command with the A key.
 KEYS = {"hideIpHotKey": 2, "changeIpHotKey": 41, "stopHideIpHotKey": 57, "discardIpHotKey": 30,
         "bringUpWindowHotKey": 18}

@@ -19,12 +19,12 @@ from harness.tunnel import DEVICE
 from world import home as homes
 from world import machine, network, service
 from world.accounts import ADA
+from world.service import BERLIN
 
 RATE = 50
 PROBE_PORT = 9999
 PLAIN, NAMES, SIX = network.SERVICE_ADDRESS, network.NAME_SERVERS[0], network.INTERNET_ADDRESS_6
 CHANGE = ui.button("Change IP")
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
 # Every address of the pool is a VPN server's, for both protocols.
 SERVERS = {(address, port, protocol) for place in service.LOCATIONS for address in place.addresses
            for port, protocol in ((service.UDP_PORT, captures.UDP), (service.TCP_PORT, captures.TCP))}

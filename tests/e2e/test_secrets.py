@@ -12,13 +12,12 @@ import pytest
 from harness import client as ui
 from harness import figures
 from harness.secret_search import Search
-from world import service
 from world.accounts import ADA
+from world.service import BERLIN
 
 # With what forms of writing change: a blank, marks, a letter that is two bytes.
 PASSWORD = "Zq7 sekrit/Admi&n+é"
 WRONG = "Wr0ng geheim/Admi&n+é"
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
 CHANGE = ui.button("Change IP")
 ADMINISTRATOR, REFUSED = "administrator's password", "wrong password"
 VPN_USER, VPN_PASSWORD = "VPN user", "VPN password"

@@ -9,12 +9,12 @@ import time
 
 import pytest
 from harness import client as ui
-from harness import figures, next_session, outcomes
+from harness import figures, outcomes
 from world import home as homes
 from world import network, service
 from world.accounts import ADA
+from world.service import BERLIN
 
-BERLIN = next_session.BERLIN
 ADDRESSES = [address for place in service.LOCATIONS for address in place.addresses]
 CROWD = f"{homes.HARNESS}/crowd.py"
 MANY = {"limits": {"connections": 4096, "handshake_seconds": 60, "request_seconds": 60}}
@@ -75,7 +75,7 @@ def check_session(world, client):
     """An honest client starts, hides and stops as if nothing was going on."""
     client.remember_administrator(ADA, location=BERLIN.title)
     client.start()
-    next_session.check_session(world, client)
+    outcomes.check_session(client)
 
 
 def test_a_thousand_sessions_at_once(make_world, make_client):

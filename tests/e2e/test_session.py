@@ -6,8 +6,8 @@ import pytest
 from harness import client as ui
 from world import network, service
 from world.accounts import ADA, SUE
+from world.service import BERLIN
 
-BERLIN = next(place for place in service.LOCATIONS if place.city == "Berlin")
 
 
 def remembered(client, account=ADA, place=BERLIN):

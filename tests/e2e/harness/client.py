@@ -137,13 +137,13 @@ class Client:
             raise DriverError(f"there is no {description}")
         return found["name"]
 
-    def shows(self, description):
-        found = self.ask("read", key="first", query=label(description))
+    def shows(self, description, key="first"):
+        found = self.ask("read", key=key, query=label(description))
         return bool(found and found["showing"])
 
-    def button_state(self, query=None):
+    def button_state(self, query=None, key="first"):
         """The description of the hide button, or of another element."""
-        return self.ask("read", key="first", query=query or HIDE)
+        return self.ask("read", key=key, query=query or HIDE)
 
     def press(self, query, key="first"):
         return self.ask("press", key=key, query=query)
@@ -151,33 +151,33 @@ class Client:
     def nodes(self, key="first"):
         return self.ask("nodes", key=key)
 
-    def wait_ready(self):
+    def wait_ready(self, key="first"):
         """Waits for the service's first answer: the hide button can be pressed."""
-        return self.wait(HIDE, ANSWER, showing=True, enabled=True)
+        return self.wait(HIDE, ANSWER, key=key, showing=True, enabled=True)
 
-    def wait_hidden(self, timeout=SESSION):
-        return self.wait(label("Status line"), timeout, matches="^" + re.escape(HIDING))
+    def wait_hidden(self, timeout=SESSION, key="first"):
+        return self.wait(label("Status line"), timeout, key=key, matches="^" + re.escape(HIDING))
 
-    def wait_not_hidden(self, timeout=SESSION):
-        return self.wait(label("Status line"), timeout, name=NOT_HIDING)
+    def wait_not_hidden(self, timeout=SESSION, key="first"):
+        return self.wait(label("Status line"), timeout, key=key, name=NOT_HIDING)
 
-    def hide(self):
+    def hide(self, key="first"):
         """Presses the hide button; the time of the press."""
-        self.wait_ready()
-        return self.press(HIDE)
+        self.wait_ready(key)
+        return self.press(HIDE, key=key)
 
-    def stop(self):
-        self.wait(HIDE, ANSWER, name="Stop Hiding IP", enabled=True)
-        self.press(HIDE)
-        return self.wait_not_hidden()
+    def stop(self, key="first"):
+        self.wait(HIDE, ANSWER, key=key, name="Stop Hiding IP", enabled=True)
+        self.press(HIDE, key=key)
+        return self.wait_not_hidden(key=key)
 
     def choose_protocol(self, name):
         self.wait_ready()
         self.press({"window": MAIN, "role": "radio button", "name": name})
         self.wait({"window": MAIN, "role": "radio button", "name": name}, 5, checked=True)
 
-    def current_address(self):
-        return self.text("Current IP address").strip()
+    def current_address(self, key="first"):
+        return self.text("Current IP address", key=key).strip()
 
     # --- the administrator dialog and the alerts
 

@@ -50,14 +50,24 @@ class HomeState:
         assert self._now() == self.value
 
 
-def check_shown_not_hidden(client, address=network.REAL_ADDRESS):
-    assert client.text("Status line") == ui.NOT_HIDING
-    assert client.text("State picture") == "IP not hidden"
-    assert client.current_address() == address
-    button = client.button_state()
+def check_shown_not_hidden(client, address=network.REAL_ADDRESS, key="first"):
+    assert client.text("Status line", key=key) == ui.NOT_HIDING
+    assert client.text("State picture", key=key) == "IP not hidden"
+    assert client.current_address(key) == address
+    button = client.button_state(key=key)
     assert (button["name"], button["enabled"], button["checked"]) == ("Quorvane", True, False)
-    assert not client.shows("Location") and not client.shows("Country flag")
-    assert client.alerts() == []
+    assert not client.shows("Location", key) and not client.shows("Country flag", key)
+    assert client.alerts(key) == []
+
+
+def check_not_hidden(client, before=None, key="first"):
+    """Shown, and so it is: no OpenVPN, the real address to the outside, and the home as before."""
+    check_shown_not_hidden(client, key=key)
+    client.wait_no_openvpn()
+    home = client.home
+    home.wait_for(lambda: home.public_address(client.user) == network.REAL_ADDRESS, 10, "the real address again")
+    if before:
+        before.check()
 
 
 def launches(client):
@@ -85,41 +95,43 @@ def take_not_available(client, timeout, noted=None):
     client.wait({"role": "alert"}, 10, absent=True)
 
 
-def check_given_up(client, before, timeout=ui.FAILURE, noted=None):
-    """The attempt ended: the alert, then everything as it is when nothing is hidden.
+def check_given_up(client, before=None, timeout=ui.FAILURE, noted=None):
+    """The attempt ended: the alert, then window and home as they are when nothing is hidden.
 
+    `before`: the home before the press, which need not reach the outside; without it the outside is asked instead.
     By design each sign of failure in OpenVPN's log has an alert of its own; `noted`: failures_noted before the press.
     """
     take_not_available(client, timeout, noted)
-    check_shown_not_hidden(client)
-    client.wait_no_openvpn()
-    before.check()
+    if before:
+        check_shown_not_hidden(client)
+        client.wait_no_openvpn()
+        before.check()
+    else:
+        check_not_hidden(client)
 
 
-def check_hidden(world, client):
-    """Hidden behind the address that was asked for last: service, gateway and window agree on it."""
-    address = world.service.requests_of("VPNC")[-1].parameter("desiredip")
-    assert client.text("Status line").startswith(ui.HIDING)
-    assert client.text("State picture") == "IP hidden"
-    assert client.current_address() == address
-    assert address in world.service.lent().values()
-    assert world.home.public_address(client.user) == address
-    assert client.alerts() == []
+def check_hidden(client, key="first"):
+    """Hidden behind the address that was asked for last: service, gateway and window agree on it. That address."""
+    client.wait_hidden(key=key)
+    served = client.world.service
+    address = served.requests_of("VPNC")[-1].parameter("desiredip")
+    assert client.text("State picture", key=key) == "IP hidden"
+    assert client.current_address(key) == address
+    assert address in served.lent().values()
+    assert client.home.public_address(client.user) == address
+    assert len(client.openvpn()) == 1
+    assert client.alerts(key) == []
     return address
 
 
-def check_next_session(world, client, before):
-    """Another press of the button: hidden, and back."""
-    asked = len(world.service.requests_of("VPNC"))
-    client.hide()
-    client.wait_hidden()
-    assert len(world.service.requests_of("VPNC")) == asked + 1, "one press, one request"
-    address = check_hidden(world, client)
-    client.stop()
-    check_shown_not_hidden(client)
-    client.wait_no_openvpn()
-    before.check()
-    assert world.home.public_address(client.user) == network.REAL_ADDRESS
+def check_session(client, before=None, key="first"):
+    """A press of the button: hidden, and back; so the next session works. The address that was lent."""
+    asked = len(client.world.service.requests_of("VPNC"))
+    client.hide(key)
+    address = check_hidden(client, key)
+    assert len(client.world.service.requests_of("VPNC")) == asked + 1, "one press, one request"
+    client.stop(key)
+    check_not_hidden(client, before, key)
     return address
 
 

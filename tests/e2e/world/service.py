@@ -50,6 +50,7 @@ LOCATIONS = (
     Location("SE", "Sweden", "STO", "Stockholm", _pool(80)),
     Location("BR", "Brazil", "SAO", "Sao Paulo", _pool(90, 91)),
 )
+BERLIN = next(place for place in LOCATIONS if place.city == "Berlin")
 
 
 def location_of(address):
