@@ -82,24 +82,20 @@ def test_refused(shared, logins, protocol):
     outcomes.check_session(shared, before)
 
 
-@pytest.mark.slow
-def test_server_that_accepts_and_is_silent(shared):
-    before = start(shared, "tcp")
-    with Listener(network.GATEWAY, FAKE_PORT, lambda _connection, closing: closing.wait()) as fake, \
-            network.ruled(network.GATEWAY, network.redirected(to_servers("tcp"), FAKE_PORT)):
-        check_tried_once(shared.world, shared, before)
-        assert fake.connections > 0
-    outcomes.check_session(shared, before)
+def be_silent(_connection, closing):
+    closing.wait()
+
+
+def babble(connection, _closing):
+    while connection.recv(65536):
+        connection.sendall(os.urandom(4096))
 
 
 @pytest.mark.slow
-def test_server_that_talks_garbage_tcp(shared):
-    def babble(connection, _closing):
-        while connection.recv(65536):
-            connection.sendall(os.urandom(4096))
-
+@pytest.mark.parametrize("behave", [be_silent, babble], ids=["is-silent", "talks-garbage"])
+def test_server_that_accepts_and(shared, behave):
     before = start(shared, "tcp")
-    with Listener(network.GATEWAY, FAKE_PORT, babble) as fake, \
+    with Listener(network.GATEWAY, FAKE_PORT, behave) as fake, \
             network.ruled(network.GATEWAY, network.redirected(to_servers("tcp"), FAKE_PORT)):
         check_tried_once(shared.world, shared, before)
         assert fake.connections > 0

@@ -57,31 +57,13 @@ std::string valueOf(std::istream &file, const std::string &key) {
 } // namespace
 
 std::string allowedConfiguration() {
-    return "client\n"
-           "dev tun\n"
-           "proto udp\n"
-           "remote 203.0.113.5 1194\n"
-           "nobind\n"
-           "auth-user-pass\n"
-           "auth-nocache\n"
-           "remote-cert-tls server\n"
-           "verify-x509-name \"vpn\" name\n"
-           "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
-           "tls-version-min 1.2\n"
-           "resolv-retry 0\n"
-           "connect-retry-max 1\n"
-           "connect-timeout 5\n"
-           "hand-window 5\n"
-           "explicit-exit-notify 1\n"
-           "redirect-gateway def1 ipv6\n"
-           "ifconfig-ipv6 fd71:7276:6e00::2/64 fd71:7276:6e00::1\n"
-           "block-ipv6\n"
-           "verb 3\n"
-           "<ca>\n"
-           "-----BEGIN CERTIFICATE-----\n"
-           "TUlJQg==\n"
-           "-----END CERTIFICATE-----\n"
-           "</ca>\n";
+    const std::ifstream file(CLIENT_CONFIGURATION);
+    std::ostringstream text;
+    text << file.rdbuf();
+    if (!file || text.view().empty()) {
+        throw std::runtime_error("cannot be read: " CLIENT_CONFIGURATION);
+    }
+    return text.str();
 }
 
 std::vector<HostileConfiguration> hostileConfigurations(const std::string &canary) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 
 namespace quorvane::service {
@@ -23,35 +24,19 @@ std::vector<std::string> linesOf(const std::string &text) {
     return lines;
 }
 
+std::string fileText(const char *path) {
+    const std::ifstream file(path);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
 const Ipv4Address Remote = *Ipv4Address::parse("203.0.113.5");
 
 TEST(ClientConfiguration, ByteForByteOverUdp) {
     const Config config = test::sampleConfig();
     EXPECT_EQ(clientConfiguration(config.vpn, *config.vpn.udp, Remote, test::SamplePem),
-              "client\n"
-              "dev tun\n"
-              "proto udp\n"
-              "remote 203.0.113.5 1194\n"
-              "nobind\n"
-              "persist-tun\n"
-              "auth-user-pass\n"
-              "auth-nocache\n"
-              "remote-cert-tls server\n"
-              "verify-x509-name \"vpn\" name\n"
-              "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
-              "tls-version-min 1.2\n"
-              "resolv-retry 0\n"
-              "connect-retry-max 1\n"
-              "connect-timeout 5\n"
-              "hand-window 5\n"
-              "explicit-exit-notify 1\n"
-              "redirect-gateway def1 ipv6\n"
-              "ifconfig-ipv6 fd71:7276:6e00::2/64 fd71:7276:6e00::1\n"
-              "block-ipv6\n"
-              "verb 3\n"
-              "<ca>\n"
-              "-----BEGIN CERTIFICATE-----\nAAAA\nBBBB\n-----END CERTIFICATE-----\n"
-              "</ca>\n");
+              fileText(CLIENT_CONFIGURATION));
 }
 
 TEST(ClientConfiguration, OverTcp) {
