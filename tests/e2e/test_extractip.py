@@ -20,7 +20,8 @@ CONFIGURATION = "/var/tmp/qrvp.ovpn"
 OVERRIDES = "/etc/quorvane/service.conf"
 SETTINGS = f"web_host = {network.WEB_HOST}\nca_file = /etc/quorvane/ca.crt\n"
 LENT = "203.0.113.40"
-LONGEST = 3.3
+# Its own bound is four and a half seconds; a busy machine takes a while to start and to end a program.
+LONGEST = 6
 NOTHING = (1, "")
 
 

@@ -352,8 +352,10 @@ def press_in_vain(listed, row, before, timeout=ui.FAILURE):
         listed.hide()
         outcomes.check_given_up(listed, before, timeout=timeout)
     assert stored(listed) == kept and outcomes.launches(listed) == launched
-    # Before the first session there is no such file, and then nothing is noted.
-    assert session_log(listed) == (None if log is None else [*log, f"connection error {BERLIN.title}"])
+    # Before the first session there is no such file, and then nothing is noted. A list that came between the look at
+    # the choice and the press has changed it: by design it finds a stored place only once.
+    choice = listed.button_state(ui.label("Location choice"))["name"]
+    assert session_log(listed) == (None if log is None else [*log, f"connection error {choice}"])
 
 
 @pytest.mark.parametrize("row", rows(ANSWERS, LIKE_OTHERS + LIKE_THE_LISTS))
