@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <optional>
 #include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -17,9 +18,11 @@ namespace quorvane::service {
 
 namespace asio = boost::asio;
 
-struct ChildProcess::Watch {
+struct ChildProcess::Watch : std::enable_shared_from_this<ChildProcess::Watch> {
     Watch(asio::io_context &context, pid_t process, int descriptor, Ended callback)
         : pid(process), handle(context, descriptor), ended(std::move(callback)) {}
+
+    void waitForEnd();
 
     pid_t pid; ///< 0 once it was waited for: the number may then be another program's
     asio::posix::stream_descriptor handle;
@@ -82,15 +85,39 @@ private:
     posix_spawnattr_t m_attributes{};
 };
 
-int exitStatusOf(pid_t pid) {
+/// The status of a process that has ended, -1 where there is none to be had; nothing while it runs.
+std::optional<int> exitStatusOf(pid_t pid, int options) {
     int status = 0;
-    if (waitpid(pid, &status, 0) != pid) {
+    const pid_t found = waitpid(pid, &status, options);
+    if (found == 0) {
+        return std::nullopt;
+    }
+    if (found != pid) {
         return -1;
     }
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 } // namespace
+
+void ChildProcess::Watch::waitForEnd() {
+    handle.async_wait(asio::posix::stream_descriptor::wait_read,
+                      [self = shared_from_this()](const boost::system::error_code &failed) {
+                          if (failed) {
+                              return;
+                          }
+                          // A descriptor takes the place of one that was just closed, and with it an event of
+                          // that one which is still on its way: being woken does not mean that it has ended.
+                          const auto status = exitStatusOf(self->pid, WNOHANG);
+                          if (!status) {
+                              self->waitForEnd();
+                              return;
+                          }
+                          self->pid = 0;
+                          self->handle.close();
+                          self->ended(*status);
+                      });
+}
 
 Result<std::unique_ptr<ChildProcess>> ChildProcess::start(asio::io_context &context,
                                                           const std::vector<std::string> &arguments,
@@ -104,19 +131,11 @@ Result<std::unique_ptr<ChildProcess>> ChildProcess::start(asio::io_context &cont
     if (descriptor < 0) {
         const int reason = errno;
         kill(-pid, SIGKILL);
-        exitStatusOf(pid);
+        exitStatusOf(pid, 0);
         return Failure{"cannot watch " + arguments.front() + ": " + std::strerror(reason)};
     }
     auto watch = std::make_shared<Watch>(context, pid, descriptor, std::move(ended));
-    watch->handle.async_wait(asio::posix::stream_descriptor::wait_read,
-                             [watch](const boost::system::error_code &failed) {
-                                 if (failed) {
-                                     return;
-                                 }
-                                 const int status = exitStatusOf(std::exchange(watch->pid, 0));
-                                 watch->handle.close();
-                                 watch->ended(status);
-                             });
+    watch->waitForEnd();
     return std::unique_ptr<ChildProcess>(new ChildProcess(std::move(watch)));
 }
 

@@ -1,5 +1,6 @@
 """quorvane-service in the Internet of the small world, with its OpenVPN servers on the gateway."""
 
+import contextlib
 import ipaddress
 import json
 import os
@@ -140,8 +141,17 @@ class Service:
         end = time.monotonic() + deadline
         while not self._ready():
             if self._process.poll() is not None or time.monotonic() > end:
-                raise RuntimeError(f"quorvane-service did not start:\n{self.output.read_text(errors='replace')}")
+                raise RuntimeError(f"quorvane-service did not start:\n{self._account()}")
             time.sleep(0.02)
+
+    def _account(self):
+        """How far it came: its exit status or None, what it says of itself, what it and its servers wrote."""
+        parts = [f"ended with {self._process.poll()}"]
+        with contextlib.suppress(OSError, ValueError):
+            parts.append(json.dumps(self.control("status")))
+        for path in [self.output, *sorted(self.runtime.glob("*.log"))]:
+            parts.append(f"{path.name}:\n{path.read_text(errors='replace')}")
+        return "\n".join(parts)
 
     def control(self, command, **arguments):
         """Sends one command to the control socket; the answer."""

@@ -15,8 +15,8 @@ inline void PrintTo(const HostileConfiguration &configuration, std::ostream *str
     *stream << configuration.name;
 }
 
-/// A configuration that may pass: byte for byte what the service makes, see its own test. Throws when it cannot be
-/// read.
+/// A configuration that may pass: byte for byte what the service makes, see its own test. Throws when it
+/// cannot be read.
 std::string allowedConfiguration();
 
 /// All records, with `canary` in the place of the program that must never run. Throws when the file is not
