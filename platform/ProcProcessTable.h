@@ -6,8 +6,8 @@
 
 namespace platform {
 
-/// The process table as /proc shows it, in the order of the kernel. A process that ends while it is read
-/// is left out. Any thread.
+/// The process table as /proc shows it, in the order of the kernel. A process that is ending, or has ended
+/// and waits for its parent, is left out: it does nothing any more and cannot be killed. Any thread.
 class ProcProcessTable final : public ProcessTable {
 public:
     explicit ProcProcessTable(const QByteArray &folder = "/proc");
