@@ -159,6 +159,8 @@ def test_without_any_tray(world, client):
     assert client.running()
     client.display.run("xdotool", "windowactivate", "--sync", window)
     wait_shown(world, client)
+    # A click can be quicker than the client, to which the window is still away; a user's is not.
+    client.wait({"window": ui.MAIN, "role": "frame"}, 10, active=True)
     client.hide()
     client.wait_hidden()
     client.display.press_keys("Quorvane .ver", "ctrl+q")

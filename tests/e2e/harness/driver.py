@@ -288,19 +288,9 @@ class Driver(TrayOperations):
         return [item.get_name() for item in walk(node) if item.get_role_name() == "list item"]
 
 
-def settled_place(node):
-    """Where the element is; a window that was just shown learns its place a moment later."""
-    where, before = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN), None
-    end = time.monotonic() + 2
-    while time.monotonic() < end and (before is None or (before.x, before.y) != (where.x, where.y)):
-        time.sleep(POLL)
-        where, before = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN), where
-    return where
-
-
 def click(node, within=None):
     """Clicks on the middle of an element; across, on that of `within`, which may be narrower than what it holds."""
-    where = settled_place(node)
+    where = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
     if where.width <= 0 or where.height <= 0:
         raise DriverError("the element has no place on the screen")
     across = Atspi.Component.get_extents(within, Atspi.CoordType.SCREEN) if within else where
