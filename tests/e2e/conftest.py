@@ -1,6 +1,5 @@
 """Runs pytest inside the small world's outer namespace and gives the tests their worlds and clients."""
 
-import json
 import os
 import sys
 from pathlib import Path
@@ -9,7 +8,8 @@ import pytest
 
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
-from harness.client import Client, picture_folder  # noqa: E402 # pylint: disable=wrong-import-position
+from harness import evidence  # noqa: E402 # pylint: disable=wrong-import-position
+from harness.client import Client  # noqa: E402 # pylint: disable=wrong-import-position
 from harness.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
 from world import enter  # noqa: E402 # pylint: disable=wrong-import-position
 from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
@@ -43,7 +43,8 @@ def pytest_runtest_logreport(report):
     left_out = report.skipped and "slow:" in str(report.longrepr)
     outcome = "left out (slow)" if left_out else f"{report.outcome}, {report.duration:.1f} s"
     with Path(rows).open("a", encoding="utf-8") as file:
-        file.write(f"{report.nodeid.rpartition('/')[2]}: {outcome}\n")
+        program, _, row = report.nodeid.partition("::")
+        file.write(f"{Path(program).name}::{row}: {outcome}\n")
 
 
 @pytest.hookimpl(hookwrapper=True)
@@ -57,12 +58,6 @@ def _failed(request):
     return report is not None and report.failed
 
 
-def _evidence(request):
-    """Where this test's pictures and logs go, or None when they are not wanted."""
-    folder = picture_folder()
-    return folder / request.node.name if folder is not None and _failed(request) else None
-
-
 @pytest.fixture
 def make_world(request):
     """Makes the test's world, with other settings than the usual ones. One per test."""
@@ -74,9 +69,8 @@ def make_world(request):
 
     yield make
     for one in made:
-        folder = _evidence(request)
-        if folder is not None:
-            one.save_logs(folder)
+        if _failed(request):
+            evidence.of_world(one, request.node)
         status = one.close()
         assert status == 0, f"the service ended with {status}: 3 says that requests came that no test announced"
 
@@ -84,17 +78,6 @@ def make_world(request):
 @pytest.fixture
 def world(make_world):  # pylint: disable=redefined-outer-name
     return make_world()
-
-
-def _keep_evidence(client, folder):
-    folder.mkdir(parents=True, exist_ok=True)
-    try:
-        client.display.screenshot(folder / f"{client.user}.png")
-        (folder / "windows.json").write_text(json.dumps(client.nodes(), indent=1), encoding="utf-8")
-    except Exception as error:  # pylint: disable=broad-except # the client may be gone: that is a finding too
-        (folder / "no-picture.txt").write_text(str(error), encoding="utf-8")
-    (folder / "client.log").write_text(client.output(), encoding="utf-8")
-    (folder / "openvpn.log").write_text(client.openvpn_log(), encoding="utf-8")
 
 
 @pytest.fixture
@@ -108,9 +91,8 @@ def make_client(request):
 
     yield make
     for client in made:
-        folder = _evidence(request)
-        if folder is not None:
-            _keep_evidence(client, folder)
+        if _failed(request):
+            evidence.of_client(client, request.node)
         client.close()
 
 
@@ -131,10 +113,8 @@ def shared(request, shared_client):  # pylint: disable=redefined-outer-name
     """The file's client for one row. A row that fails takes the running copy with it."""
     yield shared_client
     if _failed(request):
-        folder = _evidence(request)
-        if folder is not None:
-            shared_client.world.save_logs(folder)
-            _keep_evidence(shared_client, folder)
+        evidence.of_client(shared_client, request.node)
+        evidence.of_world(shared_client.world, request.node)
         shared_client.end()
 
 

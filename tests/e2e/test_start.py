@@ -1,6 +1,7 @@
 """Starting: a second copy, --version, the environment."""
 
 import plistlib
+import threading
 
 from harness import client as ui
 from world import home, network
@@ -29,6 +30,20 @@ def test_second_copy(world, client):
     assert world.home.public_address() != network.REAL_ADDRESS
     assert [process.name for process in world.home.processes("quorvane")] == ["quorvane"]
     assert first["pid"] > 0
+
+
+def test_press_waits_for_the_window_manager(world, client):
+    """The client can be ready before its window is on the screen: a test's click is no quicker than a user's."""
+    client.remember_administrator(ADA, location="Netherlands Amsterdam")
+    client.display.hold_manager()
+    client.start()
+    client.wait_ready()
+    later = threading.Timer(1, client.display.let_manager_go_on)
+    later.start()
+    client.hide()
+    later.join()
+    client.wait_hidden()
+    assert len(world.service.requests_of("VPNC")) == 1
 
 
 def test_version_without_a_display(world):

@@ -5,6 +5,7 @@ import os
 import re
 import secrets
 import select
+import signal
 import struct
 import subprocess
 import time
@@ -22,6 +23,11 @@ def authority(number, cookie):
 
     return struct.pack(">H", FAMILY_WILD) + counted(b"") + counted(number.encode()) + \
         counted(b"MIT-MAGIC-COOKIE-1") + counted(cookie)
+
+
+def _is_held(pid):
+    with open(f"/proc/{pid}/stat", encoding="utf-8", errors="replace") as stat:
+        return stat.read().rpartition(")")[2].split()[0] == "T"
 
 
 class Display:
@@ -46,10 +52,14 @@ class Display:
         """Runs an X program as the user, on this screen."""
         return self.home.run(*arguments, user=self.user, environment=self.environment, **options)
 
+    def picture(self):
+        """What is on the whole screen, as the bytes of a PNG file."""
+        return self._whole("png:-")
+
     def screenshot(self, path):
         """Saves the whole screen as a picture (a path outside of the home)."""
         path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(self._whole("png:-"))
+        path.write_bytes(self.picture())
 
     def pixels(self):
         """What is on the whole screen, as bytes that are the same for the same picture."""
@@ -87,6 +97,17 @@ class PrivateDisplay(Display):
             if time.monotonic() > end:
                 raise RuntimeError("openbox did not start")
             time.sleep(0.02)
+
+    def hold_manager(self):
+        """Holds the window manager, as on a machine that has no time for it."""
+        uid = self.home.uid(self.user)[0]
+        (manager,) = [process for process in self.home.processes("openbox") if process.uid == uid]
+        os.kill(manager.pid, signal.SIGSTOP)
+        # Who waits for it outside of the home holds itself then, and takes it along when it goes on.
+        self.home.wait_for(lambda: _is_held(self._manager.pid), 5, "the window manager is held")
+
+    def let_manager_go_on(self):
+        self._manager.send_signal(signal.SIGCONT)
 
     def press_keys(self, title, keys):
         """Brings a window to the front and presses keys in it, the way a user does."""

@@ -25,6 +25,8 @@ from status_items import TrayError, TrayOperations  # noqa: E402 # pylint: disab
 POLL = 0.01
 # The client's main thread stands still while an administrator's password is checked, up to some 4 s a time.
 PATIENCE_MS = 15000
+# How long a window manager may take to place a window, on a busy machine.
+PLACE = 10
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 PROBE = Path(__file__).with_name("loop_probe.py")
 
@@ -288,8 +290,49 @@ class Driver(TrayOperations):
         return [item.get_name() for item in walk(node) if item.get_role_name() == "list item"]
 
 
+def window_of(node):
+    """The top-level window that the element is in."""
+    parent = node.get_parent()
+    while parent.get_role() != Atspi.Role.APPLICATION:
+        node, parent = parent, parent.get_parent()
+    return node
+
+
+def output_of(*arguments):
+    """What a program prints, empty when it fails."""
+    return subprocess.run(arguments, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                          text=True, check=False).stdout
+
+
+def shown_places(pid):
+    """Where the X server shows windows of the process: [x, y, width, height] of each."""
+    windows = output_of("xdotool", "search", "--onlyvisible", "--pid", str(pid)).split()
+    of_place = re.compile(r"^ +(?:Absolute upper-left [XY]|Width|Height): +(-?\d+)$", re.MULTILINE)
+    return [[int(value) for value in of_place.findall(output_of("xwininfo", "-id", window))] for window in windows]
+
+
+def wait_in_place(node):
+    """Waits until the element's window is on the screen, where the client takes it to be.
+
+    The window manager decides on both, and may be slower than the client, which is ready before: until then a click
+    would hit what is below.
+    """
+    window = window_of(node)
+    end = time.monotonic() + PLACE
+    while True:
+        where = Atspi.Component.get_extents(window, Atspi.CoordType.SCREEN)
+        shown = shown_places(window.get_process_id())
+        wanted = [where.x, where.y, where.width, where.height]
+        if wanted in shown:
+            return
+        if time.monotonic() > end:
+            raise DriverError(f"the client takes its window to be at {wanted}, the screen shows {shown}")
+        time.sleep(POLL)
+
+
 def click(node, within=None):
     """Clicks on the middle of an element; across, on that of `within`, which may be narrower than what it holds."""
+    wait_in_place(node)
     where = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
     if where.width <= 0 or where.height <= 0:
         raise DriverError("the element has no place on the screen")
