@@ -3,8 +3,8 @@
 #
 # Prints the public IPv4 address that the outside sees through the tunnel of this OpenVPN configuration, with a
 # line feed. Exit status 1, and nothing printed: there is no such tunnel, or nobody told the address through it.
-# Ends within about four and a half seconds whatever the network does. Runs as the plain user; the service's web host and
-# an extra CA come from service.conf (see below).
+# Ends within about four and a half seconds whatever the network does. Runs as the plain user; the service's web
+# host and an extra CA come from service.conf (see below).
 #
 # The real address must never come out of here, so nothing is asked but through the tunnel:
 # - The tunnel is the tun device that carries all traffic (both halves of the IPv4 address space, or the default

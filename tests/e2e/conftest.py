@@ -12,6 +12,7 @@ from harness import evidence  # noqa: E402 # pylint: disable=wrong-import-positi
 from harness.client import Client  # noqa: E402 # pylint: disable=wrong-import-position
 from harness.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
 from world import enter  # noqa: E402 # pylint: disable=wrong-import-position
+from world.service import Service  # noqa: E402 # pylint: disable=wrong-import-position
 from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
 
 
@@ -72,7 +73,7 @@ def make_world(request):
         if _failed(request):
             evidence.of_world(one, request.node)
         status = one.close()
-        assert status == 0, f"the service ended with {status}: 3 says that requests came that no test announced"
+        assert status == 0, f"the service ended with {status}: {Service.STATUS}"
 
 
 @pytest.fixture
@@ -105,7 +106,7 @@ def shared_client():
     yield user
     user.close()
     status = one.close()
-    assert status == 0, f"the service ended with {status}: 3 says that requests came that no test announced"
+    assert status == 0, f"the service ended with {status}: {Service.STATUS}"
 
 
 @pytest.fixture

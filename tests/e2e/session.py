@@ -150,7 +150,7 @@ def run(headless, out):
         client.close()
         taken = [] if screen else [name for scale in (1, 2) for name in pictures.take(world, out, scale)]
         status = world.close()
-        check(status == 0, f"the service ended with {status}: 3 says that it got requests that nobody announced")
+        check(status == 0, f"the service ended with {status}: {service.Service.STATUS}")
     except BaseException:
         keep_evidence(world, client, out)
         raise

@@ -37,7 +37,15 @@ def from_servers(protocol):
 
 
 def start(client, protocol="udp"):
-    """The client with Berlin and the protocol chosen, ready; how the home looks then."""
+    """The client with Berlin and the protocol chosen, ready; how the home looks then.
+
+    A list that was got again forgets what was chosen, by design: then the client is started anew. At random each
+    session would use up a place, and with all of them used a search waits instead of ending.
+    """
+    if client.home.processes("quorvane"):
+        client.wait_ready()
+        if client.button_state(ui.label("Location choice"))["name"] != BERLIN.title:
+            client.end()
     if not client.home.processes("quorvane"):
         client.remember_administrator(ADA, location=BERLIN.title)
         client.start()
@@ -235,8 +243,8 @@ def test_names_cannot_be_resolved_at_the_start(shared):
 def check_refreshed(shared):
     TrayIcon(shared).click("Refresh Locations")
     shared.wait(ui.label("Current IP address"), ui.ANSWER, name=network.REAL_ADDRESS)
-    before = start(shared)
-    outcomes.check_session(shared, before)
+    shared.wait_ready()
+    outcomes.check_session(shared)
 
 
 @pytest.mark.slow

@@ -81,6 +81,8 @@ class Request:
 class Service:
     """One quorvane-service process. Certificates are made by the caller's authority."""
 
+    STATUS = "3 says that requests came that no test announced, -9 that it had to be killed"
+
     def __init__(self, program, folder, authority, **overrides):
         self.program = Path(program)
         self.folder = Path(folder)
@@ -177,7 +179,7 @@ class Service:
         return self._process is not None and self._process.poll() is None
 
     def stop(self):
-        """Ends the service; its exit status, 3 when requests came that were not announced."""
+        """Ends the service; its exit status (see STATUS)."""
         if self._process is None:
             return 0
         if self._process.poll() is None:
