@@ -214,9 +214,11 @@ class Client:
 
     def dismiss_alert(self, key="first"):
         """Presses OK in the message box that shows and waits until it is gone."""
-        shown = self.alerts(key)
+        shown, identities = self.alerts(key), self.ask("alert_ids", key=key)
         assert shown, "there is no alert to dismiss"
         self.press({"window": shown[0]["title"], "role": "push button", "name": "OK"}, key=key)
+        # The button looks pressed for a moment before it does what it is for.
+        self.home.wait_for(lambda: identities[0] not in self.ask("alert_ids", key=key), 10, "the message box is closed")
 
     # --- its files
 

@@ -6,6 +6,7 @@ One JSON object a line comes in at standard input, {"op": name, ...arguments}, a
 CLOCK_MONOTONIC.
 """
 
+import functools
 import json
 import os
 import re
@@ -27,6 +28,10 @@ POLL = 0.01
 PATIENCE_MS = 15000
 # How long a window manager may take to place a window, on a busy machine.
 PLACE = 10
+# How long things may go on to vanish while they are looked at.
+AGAIN = 5
+# What is said of a window, and of a client, that is gone by now.
+VANISHED = re.compile("No such object path|application no longer exists")
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 PROBE = Path(__file__).with_name("loop_probe.py")
 
@@ -130,6 +135,23 @@ def window_fits(window, query):
     return "window" not in query or window.get_name().startswith(query["window"])
 
 
+def looking_again(look):
+    """Looks once more when something went away while it was looked at, as a closing window does."""
+
+    @functools.wraps(look)
+    def wrapped(*arguments, **keywords):
+        end = time.monotonic() + AGAIN
+        while True:
+            try:
+                return look(*arguments, **keywords)
+            except GLib.Error as error:
+                if not VANISHED.search(error.message) or time.monotonic() > end:
+                    raise
+                time.sleep(POLL)
+
+    return wrapped
+
+
 class Driver(TrayOperations):
     def __init__(self):
         self.clients = {}
@@ -155,6 +177,7 @@ class Driver(TrayOperations):
 
     # --- looking
 
+    @looking_again
     def find(self, key, query):
         """The first node that fits and shows, else the first that fits, else None."""
         hidden = None
@@ -168,6 +191,7 @@ class Driver(TrayOperations):
                     hidden = hidden or node
         return hidden
 
+    @looking_again
     def op_nodes(self, key):
         """Everything there is, for a failure's message."""
         found = []
@@ -175,6 +199,7 @@ class Driver(TrayOperations):
             found += [describe(node) for node in [window, *walk(window)]]
         return found
 
+    @looking_again
     def op_read(self, key, query):
         node = self.find(key, query)
         return None if node is None else describe(node)
@@ -220,11 +245,13 @@ class Driver(TrayOperations):
         noted, _ = self.probe.communicate(timeout=60)
         return json.loads(noted)
 
+    @looking_again
     def op_alert_ids(self, key):
         """What tells the message boxes that show from later ones with the same texts."""
         return [window.path for window in self.clients[key].windows()
                 if window.get_role_name() == "alert" and states_of(window)["showing"]]
 
+    @looking_again
     def op_alerts(self, key):
         """Title, texts and buttons of every message box that shows."""
         found = []
@@ -282,6 +309,7 @@ class Driver(TrayOperations):
             time.sleep(POLL)
         raise DriverError(f"{query} shows no entry {entry!r}")
 
+    @looking_again
     def op_entries(self, key, query):
         """The entries of a combo box, in order."""
         node = self.find(key, query)
