@@ -142,7 +142,7 @@ def choose_first(desk, entry):
 def press_for_desktop(desk, keys, wanted):
     """Presses until the window manager has gone to that desktop, which it does each time.
 
-    The first key of a keyboard makes it take its combinations anew, and one that comes in between is nobody's.
+    A first press was seen to be lost: probably it takes its combinations anew when a keyboard's first key tells of it.
     """
     until = time.monotonic() + 20
     while desk.client.display.run("xdotool", "get_desktop", timeout=20).stdout.strip() != wanted:
