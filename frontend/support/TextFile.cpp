@@ -1,6 +1,6 @@
 #include "TextFile.h"
 
-#include "platform/AtomicFile.h"
+#include "platform/linux/files/AtomicFile.h"
 
 #include <QFile>
 #include <QStringDecoder>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/NetworkReachability.h"
-#include "platform/ReachabilityDelivery.h"
-#include "platform/ThreadQueue.h"
+#include "platform/linux/network/ReachabilityDelivery.h"
+#include "platform/linux/network/ThreadQueue.h"
 
 #include <QHash>
 

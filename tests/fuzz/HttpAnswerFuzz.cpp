@@ -1,5 +1,5 @@
 #include "Fuzz.h"
-#include "platform/HttpAnswer.h"
+#include "platform/linux/network/HttpAnswer.h"
 
 namespace {
 

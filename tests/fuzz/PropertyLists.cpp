@@ -2,7 +2,7 @@
 
 #include "Fuzz.h"
 #include "platform/PropertyList.h"
-#include "platform/PropertyListChecks.h"
+#include "platform/linux/preferences/PropertyListChecks.h"
 
 #include <QDateTime>
 #include <QStringDecoder>

@@ -1,0 +1,217 @@
+#include "NetlinkReachability.h"
+
+#include "HostResolver.h"
+#include "ReachabilityDelivery.h"
+#include "RouteTable.h"
+#include "ThreadQueue.h"
+#include "platform/FileDescriptor.h"
+
+#include <QUrl>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <libmnl/libmnl.h>
+#include <linux/rtnetlink.h>
+#include <mutex>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr std::uint32_t anyAddress = 0;
+constexpr std::uint32_t linkLocalNetwork = 0xA9FE0000;
+constexpr int linkLocalPrefix = 16;
+/// How long a name that could not be resolved waits for the next look-up without news.
+constexpr int unresolvedPause = 15000;
+
+std::optional<std::uint32_t> flagsOfDefaultRoute() {
+    const auto present = RouteTable::hasDefaultRoute();
+    if (!present)
+        return std::nullopt;
+    return *present ? ReachabilityFlag::reachable : 0U;
+}
+
+std::optional<std::uint32_t> flagsOfLinkLocal() {
+    const auto onLink = RouteTable::isOnLink(linkLocalNetwork, linkLocalPrefix);
+    if (!onLink)
+        return std::nullopt;
+    return *onLink ? ReachabilityFlag::reachable | ReachabilityFlag::isDirect : 0U;
+}
+
+std::optional<std::uint32_t> flagsOfAddress(std::uint32_t address) {
+    if (address == anyAddress)
+        return flagsOfDefaultRoute();
+    if (address == linkLocalNetwork)
+        return flagsOfLinkLocal();
+    const auto way = RouteTable::wayTo(address);
+    if (!way)
+        return std::nullopt;
+    if (!way->exists)
+        return 0U;
+    return ReachabilityFlag::reachable | (way->isLocal ? ReachabilityFlag::isLocalAddress : 0U) |
+           (way->isDirect ? ReachabilityFlag::isDirect : 0U);
+}
+
+/// The kernel's news about the network.
+class NetworkNews {
+public:
+    [[nodiscard]] bool open() {
+        file.reset(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
+        sockaddr_nl address{};
+        address.nl_family = AF_NETLINK;
+        address.nl_groups =
+            RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_IFADDR | RTMGRP_IPV6_ROUTE;
+        const void *raw = &address;
+        return file.isOpen() && ::bind(file.get(), static_cast<const sockaddr *>(raw), sizeof address) == 0;
+    }
+
+    [[nodiscard]] int descriptor() const { return file.get(); }
+
+    /// Throws the waiting news away: whatever they say, the tables are asked anew.
+    void clear() const {
+        std::array<char, 8192> buffer{};
+        // Lost news (ENOBUFS) are news, too.
+        while (::recv(file.get(), buffer.data(), buffer.size(), 0) >= 0 || errno == EINTR ||
+               errno == ENOBUFS) {
+        }
+    }
+
+private:
+    FileDescriptor file;
+};
+
+/// What a target shares with its threads.
+struct Watch {
+    explicit Watch(const QByteArray &host) : resolver(host), wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+
+    [[nodiscard]] std::optional<std::uint32_t> flags() const {
+        const auto address = resolver.address();
+        return flagsOfAddress(address.value_or(anyAddress));
+    }
+
+    void wakeUp() const { ::eventfd_write(wake.get(), 1); }
+
+    HostResolver resolver;
+    ReachabilityDelivery delivery;
+    FileDescriptor wake;
+    NetworkNews news;
+    std::atomic<bool> ending = false;
+};
+
+void resolve(const std::shared_ptr<Watch> &watch) {
+    const std::weak_ptr<Watch> listener = watch;
+    watch->resolver.refresh([listener] {
+        if (const auto live = listener.lock())
+            live->wakeUp();
+    });
+}
+
+/// The watching thread. Reads the state, tells it, waits for news.
+void run(const std::shared_ptr<Watch> &watch) {
+    resolve(watch);
+    while (!watch->ending) {
+        const auto flags = watch->flags();
+        if (flags)
+            watch->delivery.report(*flags);
+        std::array<pollfd, 2> watched{
+            {{watch->news.descriptor(), POLLIN, 0}, {watch->wake.get(), POLLIN, 0}}};
+        const bool resolved = watch->resolver.address().has_value();
+        const int ready = ::poll(watched.data(), watched.size(), resolved ? -1 : unresolvedPause);
+        eventfd_t count = 0;
+        if (watched[1].revents != 0)
+            ::eventfd_read(watch->wake.get(), &count);
+        if (watched[0].revents != 0)
+            watch->news.clear();
+        if (ready == 0 || watched[0].revents != 0)
+            resolve(watch);
+    }
+}
+
+class NetlinkTarget final : public ReachabilityTarget {
+public:
+    explicit NetlinkTarget(const QByteArray &name) : watch(std::make_shared<Watch>(name)) { resolve(watch); }
+
+    ~NetlinkTarget() override { stop(); }
+
+    NetlinkTarget(const NetlinkTarget &) = delete;
+    NetlinkTarget &operator=(const NetlinkTarget &) = delete;
+
+    [[nodiscard]] std::optional<std::uint32_t> flags() override { return watch->flags(); }
+
+    bool setCallback(Callback callback) override {
+        watch->delivery.setCallback(std::move(callback));
+        return true;
+    }
+
+    bool setQueue(SerialQueue *queue) override {
+        stop();
+        if (queue == nullptr)
+            return true;
+        // A callback may stop the delivery before this call is through.
+        const std::lock_guard lock(mutex);
+        watch->ending = false;
+        if (!watch->wake.isOpen() || !watch->news.open())
+            return false;
+        watch->delivery.setQueue(queue);
+        try {
+            thread = std::thread([shared = watch] { run(shared); });
+        } catch (const std::system_error &) {
+            watch->delivery.setQueue(nullptr);
+            return false;
+        }
+        return true;
+    }
+
+private:
+    /// Ends delivery, then the watching thread.
+    void stop() {
+        // Waits for a running callback, which may be in here itself: not under the lock.
+        watch->delivery.setQueue(nullptr);
+        std::thread ended;
+        {
+            const std::lock_guard lock(mutex);
+            ended.swap(thread);
+        }
+        if (!ended.joinable())
+            return;
+        watch->ending = true;
+        watch->wakeUp();
+        ended.join();
+    }
+
+    /// Guards the thread.
+    std::mutex mutex;
+    std::shared_ptr<Watch> watch;
+    std::thread thread;
+};
+
+} // namespace
+
+std::unique_ptr<ReachabilityTarget> NetlinkReachability::targetWithName(const QString &host) {
+    const QByteArray name = QUrl::toAce(host.trimmed());
+    return name.isEmpty() ? nullptr : std::make_unique<NetlinkTarget>(name);
+}
+
+std::unique_ptr<ReachabilityTarget> NetlinkReachability::targetWithAddress(std::uint32_t address) {
+    const QByteArray text =
+        QByteArray::number(address >> 24U) + '.' + QByteArray::number((address >> 16U) & 255U) + '.' +
+        QByteArray::number((address >> 8U) & 255U) + '.' + QByteArray::number(address & 255U);
+    return std::make_unique<NetlinkTarget>(text);
+}
+
+std::unique_ptr<SerialQueue> NetlinkReachability::makeQueue(const QString &name) {
+    try {
+        return std::make_unique<ThreadQueue>(name);
+    } catch (const std::system_error &) {
+        return nullptr;
+    }
+}
+
+} // namespace platform

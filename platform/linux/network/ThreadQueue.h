@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/NetworkReachability.h"
+
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace platform {
+
+/// A SerialQueue over one thread of its own.
+///
+/// Going away drops work that has not begun and waits for the piece that is running, unless that
+/// piece itself destroys the queue. Throws std::system_error when no thread can be had.
+class ThreadQueue final : public SerialQueue {
+public:
+    explicit ThreadQueue(const QString &name);
+    ~ThreadQueue() override;
+    ThreadQueue(const ThreadQueue &) = delete;
+    ThreadQueue &operator=(const ThreadQueue &) = delete;
+
+    void async(std::function<void()> work) override;
+
+private:
+    struct State {
+        std::mutex mutex;
+        std::condition_variable wake;
+        std::deque<std::function<void()>> waiting;
+        bool ending = false;
+    };
+
+    static void run(State &state);
+
+    // Shared with the thread, which outlives the queue when the queue is destroyed on it.
+    std::shared_ptr<State> state;
+    std::thread thread;
+};
+
+} // namespace platform

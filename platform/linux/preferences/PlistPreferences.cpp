@@ -1,0 +1,218 @@
+#include "PlistPreferences.h"
+
+#include "PropertyListChecks.h"
+#include "platform/PropertyList.h"
+#include "platform/linux/files/AtomicFile.h"
+#include "platform/linux/files/FileLock.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+void apply(QVariantMap &values, const QVariantMap &changes) {
+    for (auto change = changes.begin(); change != changes.end(); ++change) {
+        if (change->isValid())
+            values.insert(change.key(), *change);
+        else
+            values.remove(change.key());
+    }
+}
+
+/// Whether the file can hold the value.
+bool isStorable(const QVariant &value) {
+    switch (value.typeId()) {
+    case QMetaType::UnknownType: // a removal
+    case QMetaType::LongLong:
+    case QMetaType::Bool:
+    case QMetaType::Double:
+    case QMetaType::QString:
+    case QMetaType::QByteArray:
+    case QMetaType::QDateTime:
+    case QMetaType::QVariantList:
+    case QMetaType::QVariantMap:
+    case QMetaType::QStringList:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+PlistPreferences::PlistPreferences(const QString &file, int lockMilliseconds)
+    : path(file), lockLimit(lockMilliseconds) {
+    synchronize();
+}
+
+QVariant PlistPreferences::value(const QString &key) const {
+    const std::lock_guard lock(mutex);
+    return view.value(key);
+}
+
+void PlistPreferences::setValues(const QVariantMap &values) {
+    {
+        const std::lock_guard lock(mutex);
+        QVariantMap changes;
+        for (auto entry = values.begin(); entry != values.end(); ++entry) {
+            const QVariant kept = canonical(*entry);
+            if (isStorable(kept))
+                changes.insert(entry.key(), kept);
+        }
+        apply(view, changes);
+        pending.insert(changes);
+        ownChanges.insert(changes);
+    }
+    synchronize();
+}
+
+bool PlistPreferences::synchronize() {
+    const std::lock_guard lock(exchanging);
+    return exchange();
+}
+
+QString PlistPreferences::filePath() const {
+    return path;
+}
+
+void PlistPreferences::setProblemHandler(Problem handler) {
+    QStringList waiting;
+    {
+        const std::lock_guard lock(mutex);
+        problemHandler = handler;
+        waiting.swap(undelivered);
+    }
+    for (const QString &text : std::as_const(waiting))
+        handler(text);
+}
+
+bool PlistPreferences::exchange() {
+    QVariantMap changes;
+    {
+        const std::lock_guard lock(mutex);
+        changes = pending;
+    }
+    // With nothing to say and nothing there, no folder is made.
+    const QString folder = QFileInfo(path).path();
+    if (!changes.isEmpty()) {
+        const int failure = makePrivateFolders(folder);
+        if (failure != 0)
+            report(QStringLiteral("The folder %1 cannot be made: %2").arg(folder, qt_error_string(failure)));
+    }
+    const FileLock lock(path + QStringLiteral(".lock"), lockLimit);
+    if (lock.hasTimedOut())
+        report(QStringLiteral("%1.lock is held too long; going on without it").arg(path));
+    const Contents found = read();
+    if (!found.usable)
+        return false;
+    QVariantMap wanted = found.values;
+    apply(wanted, changes);
+    if (!store(found, wanted))
+        return false;
+    const std::lock_guard guard(mutex);
+    known = wanted;
+    // Another thread may have changed a key since; those changes stay pending.
+    for (auto change = changes.begin(); change != changes.end(); ++change) {
+        if (pending.value(change.key()) == *change)
+            pending.remove(change.key());
+    }
+    view = wanted;
+    apply(view, pending);
+    lastProblem.clear();
+    return true;
+}
+
+PlistPreferences::Contents PlistPreferences::read() {
+    struct stat status {};
+
+    if (::lstat(QFile::encodeName(path).constData(), &status) != 0) {
+        if (errno != ENOENT && errno != ENOTDIR) {
+            report(QStringLiteral("%1 cannot be read: %2").arg(path, qt_error_string(errno)));
+            return {{}, false, false};
+        }
+        Contents own{{}, true, true};
+        const std::lock_guard lock(mutex);
+        apply(own.values, ownChanges);
+        own.mustBeWritten = !pending.isEmpty();
+        return own;
+    }
+    if (status.st_uid != ::geteuid()) {
+        report(QStringLiteral("%1 belongs to another user and is left alone").arg(path));
+        return {{}, false, false};
+    }
+    QByteArray bytes;
+    int failure = readPlainFile(path, PropertyList::largestSize, bytes);
+    // The user's own file that somebody has closed to him too is opened again; what is in it counts.
+    if (failure == EACCES && S_ISREG(status.st_mode) &&
+        ::chmod(QFile::encodeName(path).constData(), S_IRUSR | S_IWUSR) == 0)
+        failure = readPlainFile(path, PropertyList::largestSize, bytes);
+    if (failure != 0 && failure != EFBIG) {
+        report(QStringLiteral("%1 cannot be read: %2").arg(path, qt_error_string(failure)));
+        return {{}, false, false};
+    }
+    const auto values = failure == 0 ? PropertyList::parse(bytes) : std::nullopt;
+    return values ? Contents{*values, true, false} : recoverFromCorruption();
+}
+
+PlistPreferences::Contents PlistPreferences::recoverFromCorruption() {
+    const QString aside = moveAside();
+    if (aside.isNull()) {
+        report(QStringLiteral("%1 is no property list and cannot be moved aside: %2")
+                   .arg(path, qt_error_string(errno)));
+        return {{}, false, false};
+    }
+    report(QStringLiteral("%1 was no property list; it is kept as %2").arg(path, aside));
+    const std::lock_guard lock(mutex);
+    return {known, true, !known.isEmpty()};
+}
+
+bool PlistPreferences::store(const Contents &found, const QVariantMap &wanted) {
+    if (!found.mustBeWritten && wanted == found.values)
+        return true;
+    const int failure = replaceFile(path, PropertyList::write(wanted));
+    if (failure != 0)
+        report(QStringLiteral("%1 cannot be written: %2").arg(path, qt_error_string(failure)));
+    return failure == 0;
+}
+
+QString PlistPreferences::moveAside() const {
+    const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+    const QString base = path + QStringLiteral(".corrupt-") + stamp;
+    constexpr int attempts = 100;
+    for (int i = 0; i < attempts; ++i) {
+        const QString aside = i == 0 ? base : base + QLatin1Char('-') + QString::number(i);
+        if (::renameat2(AT_FDCWD, QFile::encodeName(path).constData(), AT_FDCWD,
+                        QFile::encodeName(aside).constData(), RENAME_NOREPLACE) == 0) {
+            QFile::setPermissions(aside, QFile::ReadOwner | QFile::WriteOwner);
+            return aside;
+        }
+        if (errno != EEXIST)
+            break;
+    }
+    return {};
+}
+
+void PlistPreferences::report(const QString &text) {
+    Problem handler;
+    {
+        const std::lock_guard lock(mutex);
+        if (text == lastProblem)
+            return;
+        lastProblem = text;
+        handler = problemHandler;
+        if (!handler)
+            undelivered.append(text);
+    }
+    if (handler)
+        handler(text);
+}
+
+} // namespace platform

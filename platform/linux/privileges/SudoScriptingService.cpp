@@ -1,0 +1,264 @@
+#include "SudoScriptingService.h"
+
+#include "AccountLookup.h"
+#include "platform/UserAccount.h"
+#include "platform/linux/process/ChildProcess.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+/// Any failure that is neither a refusal nor the line's own.
+constexpr int notRun = 1;
+/// No password is that long; more would not fit in the pipe at once.
+constexpr qsizetype longestPassword = 4096;
+
+// Runs in the root shell; arguments: line, search path, marker. The marker says that the rights were
+// granted. What is left of the input may hold a password that nobody asked for.
+constexpr char rootScript[] = "printf '%s\\n' \"$3\" >&2\n"
+                              "PATH=$2 LC_ALL=C\n"
+                              "export PATH LC_ALL\n"
+                              "exec /bin/sh -c -- \"$1\" </dev/null\n";
+// Runs as the other administrator; arguments: line, search path, marker, prompt, sudo, root script.
+constexpr char otherScript[] = "exec \"$5\" -k -S -p \"$4\" -- /bin/sh -c \"$6\" sh \"$1\" \"$2\" \"$3\"\n";
+
+/// Bytes that are wiped when they go.
+class SecretBytes {
+public:
+    explicit SecretBytes(const QString &text) {
+        QByteArray encoded = text.toUtf8();
+        // Room for all of it at once: growing would leave a copy behind.
+        bytes.reserve(encoded.size() + 1);
+        bytes.append(encoded);
+        bytes.append('\n');
+        wipe(encoded);
+    }
+
+    ~SecretBytes() { wipe(bytes); }
+
+    SecretBytes(const SecretBytes &) = delete;
+    SecretBytes &operator=(const SecretBytes &) = delete;
+
+    /// The password and a line feed.
+    [[nodiscard]] const QByteArray &line() const { return bytes; }
+
+private:
+    static void wipe(QByteArray &secret) {
+        ::explicit_bzero(secret.data(), static_cast<std::size_t>(secret.size()));
+    }
+
+    QByteArray bytes;
+};
+
+/// Answers each prompt for a password with one line, so that a wrong one costs one attempt.
+class PromptAnswerer {
+public:
+    PromptAnswerer(const SecretBytes &secret, const QByteArray &sudoPrompt, const QByteArray &marker,
+                   int prompts)
+        : password(secret), prompt(sudoPrompt), granted(marker), left(prompts) {}
+
+    void look(ChildInput &input, const QByteArray &error, bool quiet) {
+        if (error.contains(granted)) {
+            left = 0;
+            input.close();
+            return;
+        }
+        const qsizetype lineStart = std::max(error.lastIndexOf('\n') + 1, answered);
+        const QByteArray tail = error.mid(lineStart);
+        const bool isSudo = tail.endsWith(prompt);
+        // A prompt of another wording is told by the silence that follows it.
+        const bool isPrompt = isSudo || tail.endsWith("assword: ") || (quiet && !tail.trimmed().isEmpty());
+        if (!isPrompt || left == 0)
+            return;
+        answered = error.size();
+        left = isSudo ? 0 : left - 1;
+        input.send(password.line());
+        if (left == 0)
+            input.close();
+    }
+
+private:
+    const SecretBytes &password;
+    QByteArray prompt;
+    QByteArray granted;
+    int left;
+    qsizetype answered = 0;
+};
+
+QByteArrayList environment(const QByteArray &path) {
+    const UserAccount account = UserAccount::current();
+    return {"PATH=" + path, "LC_ALL=C", "HOME=" + QFile::encodeName(account.home),
+            "USER=" + account.login.toUtf8(), "LOGNAME=" + account.login.toUtf8()};
+}
+
+ScriptResult failure(int number, const QString &message) {
+    return {false, QString(), number, message};
+}
+
+QString withoutLastLineFeed(const QByteArray &bytes) {
+    const QString text = QString::fromUtf8(bytes.endsWith('\n') ? bytes.chopped(1) : bytes);
+    return text.isNull() ? QStringLiteral("") : text;
+}
+
+/// The result of a line that did run.
+ScriptResult lineResult(int status, const QByteArray &output, const QByteArray &error) {
+    if (status == 0)
+        return {true, withoutLastLineFeed(output), {}, {}};
+    const QString message = withoutLastLineFeed(error);
+    return failure(status, message.trimmed().isEmpty()
+                               ? QStringLiteral("The command ended with status %1.").arg(status)
+                               : message);
+}
+
+/// The first line that holds one of the phrases; null when none does.
+template <std::size_t count>
+QString lineWith(const std::array<const char *, count> &phrases, const QByteArray &text) {
+    for (const QByteArray &line : text.split('\n')) {
+        const bool holds = std::any_of(phrases.begin(), phrases.end(),
+                                       [&line](const char *phrase) { return line.contains(phrase); });
+        if (holds)
+            return QString::fromUtf8(line.trimmed());
+    }
+    return {};
+}
+
+/// What sudo and su said when the rights were not granted.
+ScriptResult refusal(const ChildOutcome &outcome, const QByteArray &prompt) {
+    // A wrong password is told first: its text goes on with "no password was provided" for the
+    // second attempt that sudo offers.
+    static constexpr std::array wrongPassword{"Sorry, try again", "incorrect password attempt",
+                                              "Authentication failure", "incorrect password"};
+    static constexpr std::array refused{"is not in the sudoers file",
+                                        "is not allowed to",
+                                        "may not run sudo",
+                                        "password is required",
+                                        "no password was provided",
+                                        "does not exist",
+                                        "unknown user",
+                                        "is currently not available",
+                                        "ermission denied",
+                                        "account validation failure",
+                                        "has expired",
+                                        "is not a valid login"};
+    QByteArray said = outcome.error + '\n' + outcome.output;
+    said.replace(prompt, "");
+    const QString wrong = lineWith(wrongPassword, said);
+    if (!wrong.isNull())
+        return failure(notRun, wrong);
+    const QString no = lineWith(refused, said);
+    if (!no.isNull())
+        return failure(ScriptingService::refused, no);
+    return lineResult(outcome.status == 0 ? notRun : outcome.status, outcome.output, said.trimmed());
+}
+
+/// How to become root with the account's own password. An empty program when a tool is missing.
+struct Ladder {
+    ChildCommand command;
+    int prompts = 1;
+};
+
+/// The words that every form of the root script takes: line, search path, marker.
+using RootWords = QByteArrayList;
+
+Ladder ladderFor(const Account &account, const RootWords &words, const QByteArray &prompt) {
+    const QByteArray sudo = systemProgram("sudo");
+    const QByteArray su = systemProgram("su");
+    const bool amRoot = ::geteuid() == 0;
+    const QByteArrayList rootShell = QByteArrayList{"-c", rootScript};
+    const QByteArrayList sudoWords = QByteArrayList{sudo, "-k", "-S", "-p", prompt, "--", "/bin/sh"} +
+                                     rootShell + QByteArrayList{"sh"} + words;
+    const QByteArrayList suWords =
+        QByteArrayList{su, "-s", "/bin/sh"} + rootShell + QByteArrayList{"--", account.login, "sh"} + words;
+    Ladder ladder;
+    if (account.id == 0) {
+        // Root itself would not be asked, so somebody who may do nothing asks.
+        const QByteArray setpriv = systemProgram("setpriv");
+        ladder.command.program = amRoot ? setpriv : su;
+        ladder.command.arguments =
+            amRoot ? QByteArrayList{setpriv, "--reuid=nobody", "--regid=nogroup", "--clear-groups", "--"} +
+                         suWords
+                   : suWords;
+        return su.isEmpty() ? Ladder() : ladder;
+    }
+    if (sudo.isEmpty())
+        return {};
+    if (amRoot) {
+        const QByteArray runuser = systemProgram("runuser");
+        ladder.command.program = runuser;
+        ladder.command.arguments = QByteArrayList{runuser, "--user=" + account.login, "--"} + sudoWords;
+    } else if (account.id == ::geteuid()) {
+        ladder.command.program = sudo;
+        ladder.command.arguments = sudoWords;
+    } else {
+        ladder.prompts = 2;
+        ladder.command.program = su;
+        ladder.command.arguments =
+            QByteArrayList{su, "-s", "/bin/sh", "-c", otherScript, "--", account.login, "sh"} + words +
+            QByteArrayList{prompt, sudo, rootScript};
+    }
+    return ladder;
+}
+
+QByteArray nonce() {
+    return QByteArray::number(QRandomGenerator::system()->generate64(), 16).rightJustified(16, '0');
+}
+
+} // namespace
+
+SudoScriptingService::SudoScriptingService(const QString &resourcesFolder)
+    : resources(QFile::encodeName(resourcesFolder)) {}
+
+ScriptResult SudoScriptingService::runAsUser(const QString &line) {
+    const QByteArray bytes = line.toUtf8();
+    if (bytes.contains('\0'))
+        return failure(notRun, QStringLiteral("The command holds a NUL character."));
+    const ChildOutcome outcome =
+        runChild({"/bin/sh", {"sh", "-c", "--", bytes}, environment(resources + ':' + systemPath), "/"});
+    if (outcome.startFailure != 0)
+        return failure(notRun, qt_error_string(outcome.startFailure));
+    return lineResult(outcome.status, outcome.output, outcome.error);
+}
+
+ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const QString &user,
+                                                      const QString &password) {
+    if (user.isNull() || password.isNull())
+        return failure(refused, QStringLiteral("No administrator's name and password were given."));
+    const auto account = findAccount(user.toUtf8());
+    if (!account)
+        return failure(refused, QStringLiteral("There is no account of that name."));
+    const QByteArray bytes = line.toUtf8();
+    if (bytes.contains('\0'))
+        return failure(notRun, QStringLiteral("The command holds a NUL character."));
+    const SecretBytes secret(password);
+    const bool isOneLine = secret.line().count('\n') == 1 && !secret.line().contains('\0');
+    if (!isOneLine || secret.line().size() > longestPassword)
+        return failure(notRun, QStringLiteral("Sorry, try again."));
+
+    const QByteArray marker = "@@granted-" + nonce() + "@@";
+    const QByteArray prompt = "@@password-" + nonce() + "@@";
+    Ladder ladder = ladderFor(*account, {bytes, resources + ':' + systemPath, marker}, prompt);
+    if (ladder.command.program.isEmpty())
+        return failure(notRun, QStringLiteral("sudo, su or a tool beside them is not installed."));
+    ladder.command.environment = environment(systemPath);
+    PromptAnswerer answerer(secret, prompt, marker, ladder.prompts);
+    const ChildOutcome outcome =
+        runChild(ladder.command, [&answerer](ChildInput &input, const QByteArray &error, bool quiet) {
+            answerer.look(input, error, quiet);
+        });
+    if (outcome.startFailure != 0)
+        return failure(notRun, qt_error_string(outcome.startFailure));
+    const qsizetype granted = outcome.error.indexOf(QByteArray(marker + '\n'));
+    if (granted < 0)
+        return refusal(outcome, prompt);
+    return lineResult(outcome.status, outcome.output, outcome.error.mid(granted + marker.size() + 1));
+}
+
+} // namespace platform

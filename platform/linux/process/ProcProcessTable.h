@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/ProcessTable.h"
+
+#include <QByteArray>
+
+namespace platform {
+
+/// The process table as /proc shows it, in the order of the kernel. A process that is ending, or has ended
+/// and waits for its parent, is left out: it does nothing any more and cannot be killed. Any thread.
+class ProcProcessTable final : public ProcessTable {
+public:
+    explicit ProcProcessTable(const QByteArray &folder = "/proc");
+
+    [[nodiscard]] int query(ProcessRecord *rows, std::size_t &count) const override;
+
+private:
+    const QByteArray folder;
+};
+
+} // namespace platform

@@ -1,0 +1,67 @@
+#include "platform/ProcessGuards.h"
+
+#include <QSocketNotifier>
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+constexpr std::array<int, 3> quitSignals{SIGTERM, SIGINT, SIGHUP};
+std::array<int, 2> pipeEnds{-1, -1};
+
+void onSignal(int /*number*/) {
+    const char byte = 1;
+    // A full pipe means that the wish to quit is already waiting.
+    static_cast<void>(!write(pipeEnds[1], &byte, 1));
+}
+
+} // namespace
+
+void guardProcess() {
+    umask(077);
+    const rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+    prctl(PR_SET_DUMPABLE, 0);
+}
+
+QuitSignals::QuitSignals(QObject *parent) : QObject(parent) {
+    if (pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+        return;
+    }
+    notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+        std::array<char, 16> bytes{};
+        while (read(pipeEnds[0], bytes.data(), bytes.size()) > 0) {
+        }
+        Q_EMIT quitRequested();
+    });
+
+    struct sigaction action {};
+
+    action.sa_handler = onSignal;
+    action.sa_flags = SA_RESTART;
+    for (const int number : quitSignals) {
+        sigaction(number, &action, nullptr);
+    }
+}
+
+QuitSignals::~QuitSignals() {
+    for (const int number : quitSignals) {
+        std::signal(number, SIG_DFL);
+    }
+    for (int &end : pipeEnds) {
+        if (end >= 0) {
+            close(end);
+        }
+        end = -1;
+    }
+}
+
+} // namespace platform

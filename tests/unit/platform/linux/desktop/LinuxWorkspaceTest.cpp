@@ -1,0 +1,222 @@
+#include "platform/linux/desktop/LinuxWorkspace.h"
+#include "tests/unit/platform/linux/DesktopBus.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using platform::LinuxWorkspace;
+using platform::WorkspaceFolders;
+
+const QString identifier = QStringLiteral("com.tallowind.Quorvane");
+
+class LinuxWorkspaceTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(QDir().mkpath(folders.runtime));
+        ASSERT_EQ(chmod(folders.runtime.toUtf8().constData(), 0700), 0);
+    }
+
+    [[nodiscard]] unsigned modeOf(const QString &path) const {
+        struct stat status {};
+
+        return lstat(path.toUtf8().constData(), &status) == 0 ? status.st_mode & 07777U : 0;
+    }
+
+    /// What a second copy of the program would be told.
+    [[nodiscard]] bool anotherCopyMayRun() const {
+        const pid_t child = fork();
+        if (child == 0) {
+            LinuxWorkspace other(folders);
+            _exit(other.acquireSingleInstance(identifier) ? 1 : 0);
+        }
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        return WEXITSTATUS(status) == 1;
+    }
+
+    [[nodiscard]] QByteArray entry() const {
+        QFile file(folders.configuration + QStringLiteral("/autostart/com.tallowind.Quorvane.desktop"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QTemporaryDir folder;
+    const WorkspaceFolders folders{folder.filePath(QStringLiteral("run")),
+                                   folder.filePath(QStringLiteral("config")),
+                                   folder.filePath(QStringLiteral("cache"))};
+};
+
+TEST_F(LinuxWorkspaceTest, OneCopyAtATime) {
+    {
+        LinuxWorkspace workspace(folders);
+        EXPECT_TRUE(workspace.acquireSingleInstance(identifier));
+        EXPECT_TRUE(workspace.acquireSingleInstance(identifier)) << "it is this copy";
+        EXPECT_FALSE(anotherCopyMayRun());
+        EXPECT_EQ(modeOf(folders.runtime + QStringLiteral("/com.tallowind.Quorvane.lock")), 0600U);
+    }
+    EXPECT_TRUE(anotherCopyMayRun()) << "the file alone locks nothing";
+}
+
+TEST_F(LinuxWorkspaceTest, LockEndsWithTheProcessHoweverItEnds) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        LinuxWorkspace workspace(folders);
+        const char held = workspace.acquireSingleInstance(identifier) ? 'y' : 'n';
+        if (write(ends[1], &held, 1) == 1)
+            pause();
+        _exit(0);
+    }
+    char held = 0;
+    ASSERT_EQ(read(ends[0], &held, 1), 1);
+    EXPECT_EQ(held, 'y');
+    EXPECT_FALSE(anotherCopyMayRun());
+    ASSERT_EQ(kill(child, SIGKILL), 0);
+    ASSERT_EQ(waitpid(child, nullptr, 0), child);
+    EXPECT_TRUE(anotherCopyMayRun());
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST_F(LinuxWorkspaceTest, ChildProcessesDoNotKeepTheLock) {
+    QProcess child;
+    {
+        LinuxWorkspace workspace(folders);
+        ASSERT_TRUE(workspace.acquireSingleInstance(identifier));
+        child.start(QStringLiteral("sleep"), {QStringLiteral("60")});
+        ASSERT_TRUE(child.waitForStarted());
+    }
+    EXPECT_TRUE(anotherCopyMayRun());
+    child.kill();
+    child.waitForFinished();
+}
+
+TEST_F(LinuxWorkspaceTest, UnsafeRuntimeFolderGivesWayToAPrivateOne) {
+    ASSERT_EQ(chmod(folders.runtime.toUtf8().constData(), 0777), 0);
+    LinuxWorkspace workspace(folders);
+    EXPECT_TRUE(workspace.acquireSingleInstance(identifier));
+    EXPECT_TRUE(QDir(folders.runtime).isEmpty());
+    EXPECT_EQ(modeOf(folders.cache), 0700U);
+    EXPECT_FALSE(anotherCopyMayRun());
+}
+
+TEST_F(LinuxWorkspaceTest, PlantedLinkIsNotFollowed) {
+    const QString victim = folder.filePath(QStringLiteral("victim"));
+    ASSERT_TRUE(QFile::link(victim, folders.runtime + QStringLiteral("/com.tallowind.Quorvane.lock")));
+    LinuxWorkspace workspace(folders);
+    EXPECT_TRUE(workspace.acquireSingleInstance(identifier));
+    EXPECT_FALSE(QFile::exists(victim));
+    EXPECT_FALSE(anotherCopyMayRun());
+}
+
+TEST_F(LinuxWorkspaceTest, AutostartEntryStaysAndIsSwitched) {
+    LinuxWorkspace workspace(folders);
+    ASSERT_TRUE(workspace.setAutostart(QStringLiteral("/opt/q/bin/quorvane"), true));
+    EXPECT_EQ(entry(),
+              "[Desktop Entry]\nType=Application\nName=Quorvane\nExec=\"/opt/q/bin/quorvane\" -hide\n"
+              "Terminal=false\nX-GNOME-Autostart-enabled=true\nHidden=false\n");
+    ASSERT_TRUE(workspace.setAutostart(QStringLiteral("/opt/q/bin/quorvane"), false));
+    EXPECT_TRUE(entry().contains("\nX-GNOME-Autostart-enabled=false\nHidden=true\n"));
+    EXPECT_EQ(QDir(folders.configuration + QStringLiteral("/autostart"))
+                  .entryList(QDir::Files | QDir::Hidden)
+                  .size(),
+              1);
+}
+
+TEST_F(LinuxWorkspaceTest, AutostartProgramIsQuoted) {
+    LinuxWorkspace workspace(folders);
+    ASSERT_TRUE(workspace.setAutostart(QStringLiteral("/a b/%x/$y/`z`/\"q\"/back\\s"), true));
+    EXPECT_TRUE(
+        entry().contains("\nExec=\"/a b/%%x/\\\\$y/\\\\`z\\\\`/\\\\\"q\\\\\"/back\\\\\\\\s\" -hide\n"))
+        << entry().constData();
+    EXPECT_FALSE(workspace.setAutostart(QStringLiteral("/a\nHidden=true"), true));
+    EXPECT_FALSE(workspace.setAutostart(QString(), true));
+}
+
+TEST_F(LinuxWorkspaceTest, AutostartFailureIsTold) {
+    QFile inTheWay(folders.configuration);
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    EXPECT_FALSE(LinuxWorkspace(folders).setAutostart(QStringLiteral("/x"), true));
+}
+
+TEST_F(LinuxWorkspaceTest, OnlyWebAddressesAreOpened) {
+    LinuxWorkspace workspace(folders);
+    for (const char *url : {"", "file:///etc/passwd", "javascript:alert(1)", "not a url", "https://a b/"})
+        EXPECT_FALSE(workspace.openUrl(QString::fromLatin1(url))) << url;
+}
+
+TEST(WorkspaceFoldersTest, ComeFromTheEnvironmentWhenAbsolute) {
+    qputenv("XDG_CONFIG_HOME", "/c");
+    qputenv("XDG_CACHE_HOME", "relative");
+    const WorkspaceFolders found = WorkspaceFolders::ofUser(QStringLiteral("/home/x"));
+    qunsetenv("XDG_CONFIG_HOME");
+    qunsetenv("XDG_CACHE_HOME");
+    EXPECT_EQ(found.configuration, QStringLiteral("/c"));
+    EXPECT_EQ(found.cache, QStringLiteral("/home/x/.cache"));
+}
+
+/// A notification service that keeps what it is asked.
+class Notifications final : public QDBusVirtualObject {
+public:
+    [[nodiscard]] QString introspect(const QString &) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override {
+        if (message.member() != QStringLiteral("Notify"))
+            return false;
+        asked.append(message);
+        connection.send(message.createReply(1U));
+        return true;
+    }
+
+    QList<QDBusMessage> asked;
+};
+
+TEST_F(LinuxWorkspaceTest, NotificationsGoToTheDesktop) {
+    const DesktopBus bus;
+    ASSERT_TRUE(DesktopBus::isUp());
+    QDBusConnection service = QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
+                                                            QStringLiteral("service"));
+    Notifications notifications;
+    ASSERT_TRUE(
+        service.registerVirtualObject(QStringLiteral("/org/freedesktop/Notifications"), &notifications));
+    ASSERT_TRUE(service.registerService(QStringLiteral("org.freedesktop.Notifications")));
+    LinuxWorkspace(folders).notify(QStringLiteral("Title"), QStringLiteral("a <b> & c"));
+    QElapsedTimer clock;
+    clock.start();
+    while (notifications.asked.isEmpty() && clock.elapsed() < 10000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    ASSERT_EQ(notifications.asked.size(), 1);
+    const QVariantList arguments = notifications.asked[0].arguments();
+    EXPECT_EQ(notifications.asked[0].signature(), QStringLiteral("susssasa{sv}i"));
+    EXPECT_EQ(arguments.value(0), QVariant(QStringLiteral("Quorvane")));
+    EXPECT_EQ(arguments.value(3), QVariant(QStringLiteral("Title")));
+    EXPECT_EQ(arguments.value(4), QVariant(QStringLiteral("a &lt;b&gt; &amp; c")));
+    service.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
+    QDBusConnection::disconnectFromBus(QStringLiteral("service"));
+}
+
+TEST_F(LinuxWorkspaceTest, WithoutABusNothingHappens) {
+    const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("XDG_RUNTIME_DIR", folders.runtime.toUtf8());
+    QElapsedTimer clock;
+    clock.start();
+    LinuxWorkspace(folders).notify(QStringLiteral("Title"), QStringLiteral("text"));
+    EXPECT_LT(clock.elapsed(), 1000);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", before);
+}
+
+} // namespace

@@ -1,0 +1,383 @@
+#include "platform/linux/hotkeys/X11HotKeyService.h"
+#include "tests/unit/EventLoop.h"
+#include "tests/unit/platform/linux/TestDisplay.h"
+
+#include <QAbstractEventDispatcher>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+#include <utility>
+
+namespace {
+
+using platform::HotKeyError;
+using platform::HotKeyIdentifier;
+using platform::HotKeyReference;
+using platform::HotKeyRegistration;
+using platform::HotKeyService;
+using platform::X11HotKeyService;
+
+struct Position {
+    quint32 keyCode;
+    quint8 key;
+};
+
+const QList<Position> positions{
+    {0, 38},   {29, 19},  {18, 10},  {19, 11},  {20, 12},  {21, 13},   {23, 14},   {22, 15},   {26, 16},
+    {28, 17},  {25, 18},  {122, 67}, {120, 68}, {99, 69},  {118, 70},  {96, 71},   {97, 72},   {98, 73},
+    {100, 74}, {101, 75}, {109, 76}, {103, 95}, {111, 96}, {125, 116}, {123, 113}, {124, 114}, {126, 111},
+};
+
+constexpr quint32 codeOf1 = 18;
+constexpr quint32 codeOf2 = 19;
+constexpr quint32 codeOfF1 = 122;
+constexpr quint8 key1 = 10;
+constexpr quint8 key2 = 11;
+constexpr quint8 keyF1 = 67;
+constexpr quint8 superKey = 133;
+constexpr quint8 shiftKey = 50;
+constexpr quint8 controlKey = 37;
+constexpr quint8 altKey = 64;
+constexpr quint8 capsLockKey = 66;
+constexpr quint8 numLockKey = 77;
+constexpr quint8 menuKey = 135;
+constexpr int capsLockMask = 2;
+constexpr int numLockMask = 16;
+constexpr int mod3Mask = 32;
+constexpr int superMask = 64;
+const QList<int> lockStates{0, capsLockMask, numLockMask, capsLockMask | numLockMask};
+
+class X11HotKeyServiceTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(other.isConnected()) << "no X server";
+        service.installEventHandler([this](const HotKeyIdentifier &identifier) { fired += identifier.id; });
+        service.installRefusalHandler([this](HotKeyReference reference, HotKeyError error) {
+            refused.append({reference, error});
+        });
+    }
+
+    /// The reference, 0 when it was refused.
+    HotKeyReference hold(quint32 keyCode, quint32 modifiers, quint32 id) {
+        return service.registerHotKey(keyCode, modifiers, {0, id}).reference;
+    }
+
+    /// Whether exactly these have fired, once the last of them has.
+    [[nodiscard]] bool firesOnly(const QList<quint32> &ids) {
+        return spinUntil([&] { return fired.size() >= ids.size(); }) && fired == ids;
+    }
+
+    TestDisplay display;
+    OtherClient other{display.name()};
+    X11HotKeyService service{display.name()};
+    QList<quint32> fired;
+    QList<std::pair<HotKeyReference, HotKeyError>> refused;
+};
+
+TEST_F(X11HotKeyServiceTest, EveryKeyFiresWithEachModifier) {
+    const QList<std::pair<quint32, quint8>> modifiers{{HotKeyService::command, superKey},
+                                                      {HotKeyService::shift, shiftKey},
+                                                      {HotKeyService::control, controlKey}};
+    QList<quint32> expected;
+    for (const auto &[modifier, modifierKey] : modifiers) {
+        for (const Position &position : positions) {
+            expected += static_cast<quint32>(expected.size()) + 1;
+            ASSERT_NE(hold(position.keyCode, modifier, expected.last()), 0U)
+                << position.keyCode << " with " << modifier;
+            other.strike({modifierKey, position.key});
+            ASSERT_TRUE(firesOnly(expected)) << position.keyCode << " with " << modifier;
+        }
+    }
+}
+
+TEST_F(X11HotKeyServiceTest, ModifiersAddUp) {
+    hold(codeOf1, HotKeyService::command + HotKeyService::shift + HotKeyService::control, 7);
+    other.strike({superKey, shiftKey, controlKey, key1});
+    EXPECT_TRUE(firesOnly({7}));
+}
+
+TEST_F(X11HotKeyServiceTest, LockKeysDoNotMatter) {
+    hold(codeOf1, HotKeyService::command, 1);
+    other.strike({numLockKey});
+    other.strike({superKey, key1});
+    EXPECT_TRUE(firesOnly({1}));
+    other.strike({capsLockKey});
+    other.strike({superKey, key1});
+    EXPECT_TRUE(firesOnly({1, 1}));
+    other.strike({numLockKey});
+    other.strike({superKey, key1});
+    EXPECT_TRUE(firesOnly({1, 1, 1}));
+}
+
+TEST_F(X11HotKeyServiceTest, OtherModifiersMakeAnotherCombination) {
+    hold(codeOf1, HotKeyService::command, 1);
+    hold(codeOf2, HotKeyService::command, 2);
+    for (const quint8 extra : {controlKey, shiftKey, altKey})
+        other.strike({extra, superKey, key1});
+    other.strike({key1});
+    other.strike({superKey, key2});
+    EXPECT_TRUE(firesOnly({2}));
+}
+
+TEST_F(X11HotKeyServiceTest, HeldKeyFiresOnce) {
+    hold(codeOf1, HotKeyService::command, 1);
+    hold(codeOf2, HotKeyService::command, 2);
+    RepeatWitness witness(display.name());
+    QElapsedTimer held;
+    held.start();
+    other.press(superKey);
+    other.press(key1);
+    ASSERT_TRUE(spinUntil([&] { return held.elapsed() >= 2000 && witness.pressesOf(key1) >= 20; }))
+        << "the server repeated the key " << witness.pressesOf(key1) << " times";
+    other.release(key1);
+    other.strike({key2});
+    EXPECT_TRUE(firesOnly({1, 2}));
+    other.strike({key1});
+    EXPECT_TRUE(firesOnly({1, 2, 1}));
+}
+
+TEST_F(X11HotKeyServiceTest, SecondKeyWhileTheFirstIsHeldFiresToo) {
+    hold(codeOf1, HotKeyService::command, 1);
+    hold(codeOf2, HotKeyService::command, 2);
+    other.strike({superKey, key1, key2});
+    EXPECT_TRUE(firesOnly({1, 2}));
+}
+
+TEST_F(X11HotKeyServiceTest, CombinationOfAnotherClientIsRefused) {
+    OtherClient holder(display.name());
+    for (const int held : lockStates) {
+        ASSERT_TRUE(holder.grab(key1, superMask | held));
+        const HotKeyRegistration answer = service.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
+        EXPECT_EQ(answer.error, HotKeyError::TakenElsewhere);
+        EXPECT_EQ(answer.reference, 0U);
+        for (const int locks : lockStates) {
+            if (locks != held) {
+                EXPECT_TRUE(other.grab(key1, superMask | locks)) << locks << " was left taken";
+                other.ungrab(key1, superMask | locks);
+            }
+        }
+        holder.ungrab(key1, superMask | held);
+    }
+    EXPECT_NE(hold(codeOf1, HotKeyService::command, 1), 0U);
+    EXPECT_TRUE(service.isAvailable());
+}
+
+TEST_F(X11HotKeyServiceTest, CombinationIsTakenFromEverybodyElse) {
+    hold(codeOf1, HotKeyService::command, 1);
+    for (const int locks : lockStates)
+        EXPECT_FALSE(other.grab(key1, superMask | locks));
+}
+
+TEST_F(X11HotKeyServiceTest, SecondRegistrationIsRefused) {
+    ASSERT_NE(hold(codeOf1, HotKeyService::command, 1), 0U);
+    const HotKeyRegistration again = service.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
+    EXPECT_EQ(again.error, HotKeyError::AlreadyHeld);
+    EXPECT_EQ(again.reference, 0U);
+    EXPECT_EQ(service.registerHotKey(codeOf1, HotKeyService::command, {5, 2}).error,
+              HotKeyError::AlreadyHeld);
+    EXPECT_NE(hold(codeOf1, HotKeyService::control, 3), 0U);
+    other.strike({superKey, key1});
+    other.strike({controlKey, key1});
+    EXPECT_TRUE(firesOnly({1, 3}));
+}
+
+TEST_F(X11HotKeyServiceTest, ReleaseLeavesTheOthers) {
+    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
+    hold(codeOf2, HotKeyService::command, 2);
+    hold(codeOf1, HotKeyService::control, 3);
+    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::None);
+    other.strike({superKey, key1});
+    other.strike({superKey, key2});
+    other.strike({controlKey, key1});
+    EXPECT_TRUE(firesOnly({2, 3}));
+    for (const int locks : lockStates)
+        EXPECT_TRUE(other.grab(key1, superMask | locks));
+}
+
+TEST_F(X11HotKeyServiceTest, ReferencesAreGoodOnce) {
+    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
+    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::None);
+    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::UnknownReference);
+    EXPECT_EQ(service.unregisterHotKey(0), HotKeyError::UnknownReference);
+    const HotKeyReference second = hold(codeOf1, HotKeyService::command, 1);
+    EXPECT_NE(second, first);
+    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::UnknownReference);
+    other.strike({superKey, key1});
+    EXPECT_TRUE(firesOnly({1}));
+}
+
+TEST_F(X11HotKeyServiceTest, UnknownKeysAndModifiersAreRefused) {
+    EXPECT_EQ(service.registerHotKey(1, HotKeyService::command, {}).error, HotKeyError::UnknownKey);
+    EXPECT_EQ(service.registerHotKey(4294967295, HotKeyService::command, {}).error, HotKeyError::UnknownKey);
+    EXPECT_EQ(service.registerHotKey(codeOf1, 2048, {}).error, HotKeyError::UnknownKey);
+    EXPECT_EQ(service.registerHotKey(codeOf1, HotKeyService::command + 1, {}).error, HotKeyError::UnknownKey);
+}
+
+TEST_F(X11HotKeyServiceTest, LayoutDoesNotMatter) {
+    hold(0, HotKeyService::command, 1);
+    hold(codeOf1, HotKeyService::command, 2);
+    hold(codeOfF1, HotKeyService::shift, 3);
+    QList<quint32> expected;
+    for (const char *layout : {"fr", "ru", "us"}) {
+        ASSERT_TRUE(display.setLayout({QString::fromLatin1(layout)}));
+        other.strike({superKey, 38});
+        other.strike({superKey, key1});
+        other.strike({shiftKey, keyF1});
+        expected += {1, 2, 3};
+        EXPECT_TRUE(firesOnly(expected)) << layout;
+    }
+}
+
+TEST_F(X11HotKeyServiceTest, SecondOfTwoLayoutsDoesNotMatter) {
+    hold(0, HotKeyService::command, 1);
+    hold(codeOf2, HotKeyService::command, 2);
+    ASSERT_TRUE(display.setLayout(
+        {QStringLiteral("us,ru"), QStringLiteral("-option"), QStringLiteral("grp:menu_toggle")}));
+    other.strike({menuKey});
+    ASSERT_EQ(other.layoutInUse(), 1);
+    other.strike({superKey, 38, key2});
+    EXPECT_TRUE(firesOnly({1, 2}));
+}
+
+TEST_F(X11HotKeyServiceTest, MouseButtonThatIsHeldDoesNotMatter) {
+    hold(codeOf1, HotKeyService::command, 1);
+    hold(codeOf2, HotKeyService::command, 2);
+    other.pressButton(1);
+    other.strike({superKey, key1, key2});
+    other.releaseButton(1);
+    EXPECT_TRUE(firesOnly({1, 2}));
+}
+
+TEST_F(X11HotKeyServiceTest, NumLockMayBecomeAnotherModifier) {
+    hold(codeOf1, HotKeyService::command, 1);
+    // The usual keys, but Num Lock on Mod3.
+    ASSERT_TRUE(other.setModifierKeys({{50, 62}, {66}, {37, 105}, {64}, {}, {77}, {133, 134}, {92}}));
+    OtherClient probe(display.name());
+    EXPECT_TRUE(spinUntil([&] {
+        const bool free = probe.grab(key1, superMask | mod3Mask);
+        probe.ungrab(key1, superMask | mod3Mask);
+        return !free;
+    }));
+    other.strike({numLockKey});
+    other.strike({superKey, key1});
+    EXPECT_TRUE(firesOnly({1}));
+    EXPECT_TRUE(probe.grab(key1, superMask | numLockMask)) << "the old variant was left taken";
+    EXPECT_TRUE(refused.isEmpty());
+}
+
+TEST_F(X11HotKeyServiceTest, CombinationLostWithTheLockKeysIsTakenBack) {
+    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
+    hold(codeOf2, HotKeyService::command, 2);
+    ASSERT_TRUE(other.grab(key1, superMask | mod3Mask));
+    ASSERT_TRUE(other.setModifierKeys({{50, 62}, {66}, {37, 105}, {64}, {}, {77}, {133, 134}, {92}}));
+    ASSERT_TRUE(spinUntil([&] { return !refused.isEmpty(); }));
+    EXPECT_EQ(refused.size(), 1);
+    EXPECT_EQ(refused.first(), std::pair(first, HotKeyError::TakenElsewhere));
+    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::UnknownReference);
+    other.strike({superKey, key1});
+    other.strike({superKey, key2});
+    EXPECT_TRUE(firesOnly({2}));
+}
+
+TEST_F(X11HotKeyServiceTest, PressesArriveFromTheEventLoopOnly) {
+    hold(codeOf1, HotKeyService::command, 1);
+    deliverQueued();
+    other.strike({superKey, key1});
+    // Its answers come after the press, over the same connection.
+    const HotKeyReference second = hold(codeOf2, HotKeyService::command, 2);
+    EXPECT_TRUE(fired.isEmpty());
+    EXPECT_TRUE(firesOnly({1})) << "what came in with the answers is not left lying";
+    other.strike({superKey, key1});
+    EXPECT_EQ(service.unregisterHotKey(second), HotKeyError::None);
+    EXPECT_EQ(fired.size(), 1);
+    EXPECT_TRUE(firesOnly({1, 1}));
+}
+
+TEST_F(X11HotKeyServiceTest, HandlerMayRunALoopOfItsOwn) {
+    hold(codeOf1, HotKeyService::command, 1);
+    hold(codeOf2, HotKeyService::command, 2);
+    service.installEventHandler([this](const HotKeyIdentifier &identifier) {
+        fired += identifier.id;
+        if (identifier.id == 1) {
+            other.strike({superKey, key2});
+            EXPECT_TRUE(spinUntil([this] { return fired.size() == 2; }));
+        }
+    });
+    other.strike({superKey, key1});
+    EXPECT_TRUE(firesOnly({1, 2}));
+}
+
+TEST_F(X11HotKeyServiceTest, HandlerMayReleaseItsOwnKeyAndPutAnotherHandler) {
+    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
+    hold(codeOf2, HotKeyService::command, 2);
+    service.installEventHandler([this, first](const HotKeyIdentifier &identifier) {
+        EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::None);
+        service.installEventHandler([this](const HotKeyIdentifier &next) { fired += next.id + 100; });
+        fired += identifier.id;
+    });
+    other.strike({superKey, key1});
+    ASSERT_TRUE(firesOnly({1}));
+    other.strike({superKey, key1});
+    other.strike({superKey, key2});
+    EXPECT_TRUE(firesOnly({1, 102}));
+}
+
+TEST_F(X11HotKeyServiceTest, WorksWithoutHandlers) {
+    X11HotKeyService silent(display.name());
+    ASSERT_EQ(silent.registerHotKey(codeOf1, HotKeyService::command, {0, 1}).error, HotKeyError::None);
+    hold(codeOf2, HotKeyService::command, 2);
+    other.strike({superKey, key1});
+    other.strike({superKey, key2});
+    EXPECT_TRUE(firesOnly({2}));
+}
+
+TEST_F(X11HotKeyServiceTest, ServiceThatEndsGivesEverythingBack) {
+    {
+        X11HotKeyService shortLived(display.name());
+        ASSERT_EQ(shortLived.registerHotKey(codeOf1, HotKeyService::command, {0, 1}).error,
+                  HotKeyError::None);
+        ASSERT_FALSE(other.grab(key1, superMask));
+    }
+    EXPECT_TRUE(spinUntil([this] { return other.grab(key1, superMask); }));
+}
+
+TEST_F(X11HotKeyServiceTest, LostDisplayMakesItUnavailable) {
+    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
+    ASSERT_TRUE(service.isAvailable());
+    ::testing::internal::CaptureStderr();
+    display.kill();
+    const bool noticed = spinUntil([this] { return !service.isAvailable(); });
+    const std::string said = ::testing::internal::GetCapturedStderr();
+    ASSERT_TRUE(noticed);
+    EXPECT_EQ(said, "");
+    EXPECT_EQ(service.registerHotKey(codeOf2, HotKeyService::command, {}).error, HotKeyError::NotAvailable);
+    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::None);
+    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::UnknownReference);
+    EXPECT_TRUE(fired.isEmpty());
+    int turns = 0;
+    ::testing::internal::CaptureStderr();
+    QEventLoop idle;
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &idle,
+                     [&turns] { ++turns; });
+    QTimer::singleShot(300, &idle, &QEventLoop::quit);
+    idle.exec();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "") << "the closed connection is still watched";
+    EXPECT_LT(turns, 60) << "the lost connection keeps the loop busy";
+}
+
+TEST_F(X11HotKeyServiceTest, DisplayLostBetweenTwoCallsIsNoticed) {
+    ASSERT_NE(hold(codeOf1, HotKeyService::command, 1), 0U);
+    display.kill();
+    EXPECT_EQ(service.registerHotKey(codeOf2, HotKeyService::command, {}).error, HotKeyError::NotAvailable);
+    EXPECT_TRUE(spinUntil([this] { return !service.isAvailable(); }));
+}
+
+TEST(X11HotKeyServiceWithoutDisplay, IsNotAvailable) {
+    X11HotKeyService service("/nowhere:1");
+    EXPECT_FALSE(service.isAvailable());
+    EXPECT_EQ(service.registerHotKey(codeOf1, HotKeyService::command, {}).error, HotKeyError::NotAvailable);
+    EXPECT_EQ(service.unregisterHotKey(1), HotKeyError::UnknownReference);
+}
+
+} // namespace

@@ -1,0 +1,396 @@
+#include "platform/linux/privileges/SudoScriptingService.h"
+#include "tests/unit/platform/linux/Sandbox.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace {
+
+using platform::ScriptingService;
+using platform::ScriptResult;
+using platform::SudoScriptingService;
+
+const QString absent = QStringLiteral("\x01");
+
+class UserLine : public ::testing::Test {
+protected:
+    QTemporaryDir resources;
+    SudoScriptingService service{resources.path()};
+};
+
+TEST_F(UserLine, GivesOutputWithoutItsLastLineFeed) {
+    const ScriptResult result = service.runAsUser(QStringLiteral("printf 'a\\n\\nb\\n\\n'"));
+    EXPECT_TRUE(result.succeeded);
+    EXPECT_EQ(result.text, QStringLiteral("a\n\nb\n"));
+    EXPECT_FALSE(result.errorNumber);
+    EXPECT_TRUE(result.errorMessage.isNull());
+}
+
+TEST_F(UserLine, SilentSuccessGivesAnEmptyTextNotAnAbsentOne) {
+    const ScriptResult result = service.runAsUser(QStringLiteral("true"));
+    EXPECT_TRUE(result.succeeded);
+    EXPECT_FALSE(result.text.isNull());
+    EXPECT_TRUE(result.text.isEmpty());
+}
+
+TEST_F(UserLine, FailureGivesStatusAndStandardError) {
+    const ScriptResult result = service.runAsUser(QStringLiteral("echo out; echo 'went wrong' >&2; exit 7"));
+    EXPECT_FALSE(result.succeeded);
+    EXPECT_TRUE(result.text.isNull());
+    EXPECT_EQ(result.errorNumber, 7);
+    EXPECT_EQ(result.errorMessage, QStringLiteral("went wrong"));
+}
+
+TEST_F(UserLine, SilentFailureHasAMessageAllTheSame) {
+    const ScriptResult result = service.runAsUser(QStringLiteral("exit 3"));
+    EXPECT_EQ(result.errorMessage, QStringLiteral("The command ended with status 3."));
+}
+
+TEST_F(UserLine, EndBySignalIsAFailure) {
+    EXPECT_EQ(service.runAsUser(QStringLiteral("kill -9 $$")).errorNumber, 128 + 9);
+}
+
+TEST_F(UserLine, LineIsNeitherReQuotedNorTakenForAnOption) {
+    EXPECT_EQ(service.runAsUser(QStringLiteral("printf %s 'a\"b\\c$d'")).text, QStringLiteral("a\"b\\c$d"));
+    EXPECT_EQ(service.runAsUser(QStringLiteral("-x 2>/dev/null")).errorNumber, 127);
+}
+
+TEST_F(UserLine, ResourcesComeFirstInTheSearchPath) {
+    QFile tool(resources.filePath(QStringLiteral("ls")));
+    ASSERT_TRUE(tool.open(QIODevice::WriteOnly));
+    tool.write("#!/bin/sh\necho ours\n");
+    tool.close();
+    ASSERT_TRUE(tool.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    EXPECT_EQ(service.runAsUser(QStringLiteral("ls")).text, QStringLiteral("ours"));
+}
+
+TEST_F(UserLine, EnvironmentIsClean) {
+    ASSERT_TRUE(qputenv("QUORVANE_LEAK", "1"));
+    const QString text = service.runAsUser(QStringLiteral("env | sort")).text;
+    qunsetenv("QUORVANE_LEAK");
+    EXPECT_FALSE(text.contains(QStringLiteral("QUORVANE_LEAK")));
+    EXPECT_TRUE(text.contains(QStringLiteral("LC_ALL=C\n")));
+}
+
+TEST_F(UserLine, HasNoInputAndNoDescriptorOfOurs) {
+    const int leak = dup(STDERR_FILENO);
+    ASSERT_GE(leak, 0);
+    const QString text = service.runAsUser(QStringLiteral("cat; ls /proc/self/fd | tr '\\n' ' '")).text;
+    close(leak);
+    // 3 is the listing's own.
+    EXPECT_EQ(text, QStringLiteral("0 1 2 3 "));
+}
+
+TEST_F(UserLine, DoesNotWaitForAChildThatHoldsTheOutput) {
+    QElapsedTimer clock;
+    clock.start();
+    const ScriptResult result = service.runAsUser(QStringLiteral("sleep 20 & echo $!"));
+    EXPECT_LT(clock.elapsed(), 10000);
+    ASSERT_TRUE(result.succeeded);
+    const pid_t left = result.text.toInt();
+    ASSERT_GT(left, 1);
+    EXPECT_EQ(kill(left, SIGKILL), 0) << "the child is gone already";
+}
+
+TEST_F(UserLine, AChildLeftBehindCanGoOnWriting) {
+    const QString proof = resources.filePath(QStringLiteral("proof"));
+    const ScriptResult result =
+        service.runAsUser(QStringLiteral("(sleep 0.2; yes | head -c 200000; echo done >'%1') &").arg(proof));
+    ASSERT_TRUE(result.succeeded);
+    QElapsedTimer clock;
+    clock.start();
+    while (!QFile::exists(proof) && clock.elapsed() < 10000)
+        usleep(10000);
+    EXPECT_TRUE(QFile::exists(proof));
+}
+
+TEST_F(UserLine, TakesLongOutputOnBothStreams) {
+    const ScriptResult result = service.runAsUser(
+        QStringLiteral("head -c 1000000 /dev/zero | tr '\\0' x; head -c 300000 /dev/zero | tr '\\0' y >&2"));
+    EXPECT_EQ(result.text.size(), 1000000);
+}
+
+TEST_F(UserLine, ANulCannotBePassed) {
+    const ScriptResult result = service.runAsUser(QStringLiteral("echo a") + QChar(u'\0'));
+    EXPECT_FALSE(result.succeeded);
+    EXPECT_TRUE(result.errorNumber.has_value());
+}
+
+/// Lines as administrator, asked for by one of the sandbox's accounts.
+class AdministratorLine : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!sandbox::hasAccounts())
+            GTEST_SKIP() << "needs root and namespaces of its own for throw-away accounts";
+        // The build folder need not be open to the accounts.
+        QDir().mkpath(QStringLiteral("/run/tests/Resources"));
+        ASSERT_TRUE(QFile::exists(helper) || QFile::copy(QStringLiteral(SCRIPTING_HELPER), helper));
+    }
+
+    /// Starts the helper as the account.
+    void start(QProcess &process, const QString &asker, const QString &line, const QString &name,
+               const QString &password) const {
+        if (asker == QStringLiteral("root"))
+            process.start(helper, {resources});
+        else
+            process.start(QStringLiteral("setpriv"),
+                          {QStringLiteral("--reuid=") + asker, QStringLiteral("--regid=") + asker,
+                           QStringLiteral("--init-groups"), QStringLiteral("--"), helper, resources});
+        process.write(line.toUtf8() + '\0' + name.toUtf8() + '\0' + password.toUtf8() + '\0');
+        process.closeWriteChannel();
+    }
+
+    static ScriptResult finish(QProcess &process) {
+        EXPECT_TRUE(process.waitForFinished(60000));
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+        const QByteArrayList fields = process.readAllStandardOutput().split('\0');
+        ScriptResult result;
+        result.succeeded = fields.value(0) == "1";
+        result.text = QString::fromUtf8(fields.value(1));
+        if (fields.value(2) != "-")
+            result.errorNumber = fields.value(2).toInt();
+        result.errorMessage = QString::fromUtf8(fields.value(3));
+        return result;
+    }
+
+    ScriptResult run(const QString &asker, const QString &line, const QString &name,
+                     const QString &password) const {
+        QProcess process;
+        start(process, asker, line, name, password);
+        return finish(process);
+    }
+
+    static void setPassword(const QString &account, const QString &password) {
+        QProcess process;
+        process.start(QStringLiteral("chpasswd"), QStringList());
+        process.write((account + u':' + password + u'\n').toUtf8());
+        process.closeWriteChannel();
+        ASSERT_TRUE(process.waitForFinished());
+        ASSERT_EQ(process.exitCode(), 0);
+    }
+
+    static constexpr char identity[] = "id -un";
+    const QString helper = QStringLiteral("/run/tests/helper");
+    const QString resources = QStringLiteral("/run/tests/Resources");
+    const QString ada = QStringLiteral("ada");
+    const QString adaPassword = QStringLiteral("ada pw");
+    const QString joe = QStringLiteral("joe");
+    const QString norm = QStringLiteral("norm");
+    const QString root = QStringLiteral("root");
+    const QString who = QString::fromLatin1(identity);
+};
+
+::testing::AssertionResult explained(bool fits, const ScriptResult &result) {
+    return (fits ? ::testing::AssertionSuccess() : ::testing::AssertionFailure())
+           << (result.succeeded ? "succeeded" : "failed") << ", text \"" << result.text.toStdString()
+           << "\", number " << result.errorNumber.value_or(0) << ", message \""
+           << result.errorMessage.toStdString() << '"';
+}
+
+/// The line `id -un` ran as root.
+::testing::AssertionResult becameRoot(const ScriptResult &result) {
+    return explained(result.succeeded && result.text == QStringLiteral("root"), result);
+}
+
+::testing::AssertionResult wasRefused(const ScriptResult &result) {
+    return explained(!result.succeeded && result.errorNumber == ScriptingService::refused, result);
+}
+
+::testing::AssertionResult hadWrongPassword(const ScriptResult &result) {
+    return explained(!result.succeeded && result.errorNumber == 1 && !result.errorMessage.isEmpty(), result);
+}
+
+TEST_F(AdministratorLine, TheUserHimself) {
+    EXPECT_TRUE(becameRoot(run(ada, who, ada, adaPassword)));
+}
+
+TEST_F(AdministratorLine, AnotherAdministrator) {
+    EXPECT_TRUE(becameRoot(run(joe, who, ada, adaPassword)));
+}
+
+TEST_F(AdministratorLine, RootByName) {
+    EXPECT_TRUE(becameRoot(run(joe, who, root, QStringLiteral("rootpw"))));
+}
+
+TEST_F(AdministratorLine, AskedByRoot) {
+    EXPECT_TRUE(becameRoot(run(root, who, ada, adaPassword)));
+    EXPECT_TRUE(becameRoot(run(root, who, root, QStringLiteral("rootpw"))));
+}
+
+TEST_F(AdministratorLine, FullNameForLogin) {
+    EXPECT_TRUE(becameRoot(run(joe, who, QStringLiteral("Ada Admin"), adaPassword)));
+    EXPECT_TRUE(becameRoot(run(ada, who, QStringLiteral("Ada Admin"), adaPassword)));
+}
+
+TEST_F(AdministratorLine, WrongPasswordIsNotARefusal) {
+    EXPECT_TRUE(hadWrongPassword(run(ada, who, ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(joe, who, ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(joe, who, root, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(root, who, ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(root, who, root, QStringLiteral("no"))));
+}
+
+TEST_F(AdministratorLine, WrongPasswordReadsPlainly) {
+    EXPECT_EQ(run(ada, who, ada, QStringLiteral("no")).errorMessage, QStringLiteral("Sorry, try again."));
+}
+
+TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
+    // sudo would ask three times. Each question it asks runs the counter.
+    QFile counter(QStringLiteral("/run/tests/counter"));
+    ASSERT_TRUE(counter.open(QIODevice::WriteOnly));
+    counter.write("#!/bin/sh\necho x >>/run/tests/attempts\n");
+    counter.close();
+    ASSERT_TRUE(counter.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    QFile rules(QStringLiteral("/etc/pam.d/sudo"));
+    ASSERT_TRUE(rules.open(QIODevice::ReadWrite));
+    const QByteArray before = rules.readAll();
+    rules.seek(0);
+    rules.write("auth optional pam_exec.so seteuid quiet /run/tests/counter\n" + before);
+    rules.close();
+    QFile log(QStringLiteral("/run/tests/attempts"));
+    EXPECT_TRUE(hadWrongPassword(run(joe, who, ada, QStringLiteral("no"))));
+    EXPECT_FALSE(log.exists()) << "su refused the password, and sudo was asked all the same";
+    EXPECT_TRUE(hadWrongPassword(run(ada, who, ada, QStringLiteral("no"))));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_LE(log.readAll().count('x'), 2) << "more than one attempt and the empty one that ends it";
+    ASSERT_TRUE(rules.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    rules.write(before);
+}
+
+TEST_F(AdministratorLine, AnAccountThatMayNotIsRefused) {
+    EXPECT_TRUE(wasRefused(run(norm, who, norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(joe, who, norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(root, who, norm, QStringLiteral("normpw"))));
+}
+
+TEST_F(AdministratorLine, AnAccountThatMayOnlyDoOtherThingsIsRefused) {
+    QFile rule(QStringLiteral("/etc/sudoers.d/norm"));
+    ASSERT_TRUE(rule.open(QIODevice::WriteOnly));
+    rule.write("norm ALL=(ALL) /bin/ls\n");
+    rule.close();
+    EXPECT_TRUE(wasRefused(run(norm, who, norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(rule.remove());
+}
+
+TEST_F(AdministratorLine, AnAccountWithoutAShellIsRefused) {
+    EXPECT_TRUE(wasRefused(run(joe, who, QStringLiteral("nologin"), QStringLiteral("nologinpw"))));
+}
+
+TEST_F(AdministratorLine, UnknownAndAbsentNamesAndPasswordsAreRefused) {
+    EXPECT_TRUE(wasRefused(run(joe, who, QStringLiteral("nobody-here"), adaPassword)));
+    EXPECT_TRUE(wasRefused(run(joe, who, QStringLiteral("-c"), adaPassword)));
+    EXPECT_TRUE(wasRefused(run(joe, who, QStringLiteral("--login"), adaPassword)));
+    EXPECT_TRUE(wasRefused(run(joe, who, QString(), adaPassword)));
+    EXPECT_TRUE(wasRefused(run(joe, who, absent, adaPassword)));
+    EXPECT_TRUE(wasRefused(run(joe, who, ada, absent)));
+}
+
+TEST_F(AdministratorLine, EmptyPasswordIsNotAccepted) {
+    EXPECT_FALSE(run(ada, who, ada, QString()).succeeded);
+    EXPECT_FALSE(run(joe, who, ada, QString()).succeeded);
+}
+
+TEST_F(AdministratorLine, AnyPasswordOfOneLineWorks) {
+    const QStringList passwords{QStringLiteral("a\"b'c"),      QStringLiteral("back\\slash\\n\\tx"),
+                                QStringLiteral(" blank s "),   QStringLiteral("pässwörd-ключ-😀"),
+                                QStringLiteral("-n"),          QStringLiteral("$(id) ; | # % `id`"),
+                                QString(250, QLatin1Char('p'))};
+    for (const QString &password : passwords) {
+        setPassword(QStringLiteral("ada"), password);
+        EXPECT_TRUE(becameRoot(run(ada, who, ada, password)) << password.toStdString());
+        EXPECT_TRUE(becameRoot(run(joe, who, ada, password)) << password.toStdString());
+    }
+    setPassword(QStringLiteral("ada"), adaPassword);
+}
+
+TEST_F(AdministratorLine, APasswordOfTwoLinesIsWrongAndNotSent) {
+    EXPECT_TRUE(hadWrongPassword(run(ada, who, ada, adaPassword + QStringLiteral("\nada pw"))));
+}
+
+TEST_F(AdministratorLine, StatusAndOutputsComeThrough) {
+    for (const QString &asker : {ada, joe, root}) {
+        const ScriptResult failed =
+            run(asker, QStringLiteral("echo out; echo 'a\"b' >&2; exit 7"), ada, adaPassword);
+        EXPECT_FALSE(failed.succeeded);
+        EXPECT_EQ(failed.errorNumber, 7);
+        EXPECT_EQ(failed.errorMessage, QStringLiteral("a\"b"));
+        const ScriptResult fine =
+            run(asker, QStringLiteral("printf '%s\\n' \"a'b\\\\c\" \\$x"), ada, adaPassword);
+        EXPECT_EQ(fine.text, QStringLiteral("a'b\\c\n$x"));
+    }
+}
+
+TEST_F(AdministratorLine, LineHasNoInputAndResourcesFirst) {
+    for (const QString &asker : {ada, joe, root}) {
+        const ScriptResult result =
+            run(asker, QStringLiteral("cat; printf %s \"${PATH%%:*}|$LC_ALL\""), ada, adaPassword);
+        EXPECT_EQ(result.text, QStringLiteral("/run/tests/Resources|C"));
+    }
+}
+
+TEST_F(AdministratorLine, WithoutAPasswordRuleTheLineStillGetsNoInput) {
+    QFile rule(QStringLiteral("/etc/sudoers.d/zz-ada"));
+    ASSERT_TRUE(rule.open(QIODevice::WriteOnly));
+    rule.write("ada ALL=(ALL) NOPASSWD: ALL\n");
+    rule.close();
+    EXPECT_EQ(run(ada, QStringLiteral("cat; echo end"), ada, adaPassword).text, QStringLiteral("end"));
+    EXPECT_EQ(run(joe, QStringLiteral("cat; echo end"), ada, adaPassword).text, QStringLiteral("end"));
+    EXPECT_TRUE(rule.remove());
+}
+
+TEST_F(AdministratorLine, DoesNotWaitForABackgroundChildAndDoesNotKillIt) {
+    for (const QString &asker : {ada, joe, root}) {
+        QElapsedTimer clock;
+        clock.start();
+        const ScriptResult result = run(asker, QStringLiteral("sleep 30 & echo $!"), ada, adaPassword);
+        EXPECT_LT(clock.elapsed(), 15000);
+        const pid_t left = result.text.toInt();
+        ASSERT_GT(left, 1) << result.errorMessage.toStdString();
+        EXPECT_EQ(kill(left, SIGKILL), 0) << "the child is gone already";
+    }
+}
+
+/// What every process of the namespace shows of itself.
+QByteArray everythingVisible() {
+    QByteArray seen;
+    const QStringList processes =
+        QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+    for (const QString &process : processes) {
+        for (const char *name : {"cmdline", "environ"}) {
+            QFile file(QStringLiteral("/proc/%1/%2").arg(process, QLatin1String(name)));
+            if (file.open(QIODevice::ReadOnly))
+                seen += file.readAll();
+        }
+    }
+    return seen;
+}
+
+TEST_F(AdministratorLine, PasswordIsNeverVisible) {
+    const QString secret = QStringLiteral("visible-Secret-1");
+    setPassword(QStringLiteral("ada"), secret);
+    // A right one while the line runs, a wrong one during sudo's delay.
+    for (const QString &password : QStringList{secret, secret + QStringLiteral("x")}) {
+        for (const QString &asker : {ada, joe, root}) {
+            QProcess process;
+            start(process, asker, QStringLiteral("sleep 0.7"), ada, password);
+            QByteArray seen;
+            int looks = 0;
+            while (!process.waitForFinished(5)) {
+                seen += everythingVisible();
+                ++looks;
+            }
+            EXPECT_GT(looks, 2);
+            EXPECT_TRUE(seen.contains("sudo")) << "the look-out saw nothing";
+            EXPECT_FALSE(seen.contains(secret.toUtf8()));
+        }
+    }
+    setPassword(QStringLiteral("ada"), adaPassword);
+}
+
+} // namespace

@@ -1,0 +1,271 @@
+#include "platform/linux/tray/LinuxTrayHosts.h"
+#include "tests/unit/EventLoop.h"
+#include "tests/unit/platform/linux/DesktopBus.h"
+
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <atomic>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <xcb/xcb.h>
+
+namespace {
+
+using platform::LinuxTrayHosts;
+using platform::StatusNotifierWatch;
+using platform::TraySelectionWatch;
+
+const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
+
+/// A status notifier watcher on a thread of its own, as the real ones are in processes of their own.
+class FakeWatcher final : public QDBusVirtualObject {
+public:
+    enum class Manner { Usual, NotListed, Hanging };
+
+    explicit FakeWatcher(bool host, Manner behaviour = Manner::Usual) : hasHost(host), manner(behaviour) {
+        moveToThread(&thread);
+        thread.start();
+        bus.registerVirtualObject(watcherPath, this);
+        owned = bus.registerService(watcherName);
+    }
+
+    ~FakeWatcher() override {
+        bus.unregisterService(watcherName);
+        bus.unregisterObject(watcherPath);
+        thread.quit();
+        thread.wait();
+        QDBusConnection::disconnectFromBus(QStringLiteral("watcher"));
+    }
+
+    FakeWatcher(const FakeWatcher &) = delete;
+    FakeWatcher &operator=(const FakeWatcher &) = delete;
+
+    [[nodiscard]] bool isUp() const { return owned; }
+
+    void setHost(bool host) {
+        hasHost = host;
+        bus.send(QDBusMessage::createSignal(watcherPath, watcherName,
+                                            host ? QStringLiteral("StatusNotifierHostRegistered")
+                                                 : QStringLiteral("StatusNotifierHostUnregistered")));
+    }
+
+    [[nodiscard]] QString introspect(const QString & /*path*/) const override {
+        return manner == Manner::NotListed
+                   ? QString()
+                   : QStringLiteral(
+                         "<interface name=\"%1\"><property name=\"IsStatusNotifierHostRegistered\" "
+                         "type=\"b\" access=\"read\"/></interface>")
+                         .arg(watcherName);
+    }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override {
+        if (message.member() != QLatin1String("Get")) {
+            return false;
+        }
+        if (manner == Manner::Hanging) {
+            message.setDelayedReply(true);
+            return true;
+        }
+        return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(hasHost.load()))));
+    }
+
+private:
+    QDBusConnection bus = QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
+                                                        QStringLiteral("watcher"));
+    QThread thread;
+    std::atomic_bool hasHost;
+    const Manner manner;
+    bool owned = false;
+};
+
+class StatusNotifierWatchTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() { bus = std::make_unique<DesktopBus>(); }
+
+    static void TearDownTestSuite() { bus.reset(); }
+
+    void SetUp() override { ASSERT_TRUE(DesktopBus::isUp()); }
+
+    static std::unique_ptr<DesktopBus> bus;
+};
+
+std::unique_ptr<DesktopBus> StatusNotifierWatchTest::bus;
+
+TEST_F(StatusNotifierWatchTest, NoWatcherIsNoHost) {
+    EXPECT_FALSE(StatusNotifierWatch().hostRegistered());
+}
+
+TEST_F(StatusNotifierWatchTest, HostThatIsThereIsKnownAtOnce) {
+    const FakeWatcher watcher(true);
+    ASSERT_TRUE(watcher.isUp());
+    EXPECT_TRUE(StatusNotifierWatch().hostRegistered());
+}
+
+TEST_F(StatusNotifierWatchTest, LateWatcherIsTold) {
+    StatusNotifierWatch watch;
+    int changes = 0;
+    watch.setChangeHandler([&changes] { ++changes; });
+    const FakeWatcher watcher(true);
+    ASSERT_TRUE(watcher.isUp());
+    EXPECT_TRUE(spinUntil([&] { return watch.hostRegistered(); }));
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(StatusNotifierWatchTest, WatcherThatDiesAndComesBackIsTold) {
+    StatusNotifierWatch watch;
+    QList<bool> told;
+    watch.setChangeHandler([&] { told.append(watch.hostRegistered()); });
+    auto watcher = std::make_unique<FakeWatcher>(true);
+    ASSERT_TRUE(spinUntil([&] { return watch.hostRegistered(); }));
+    watcher.reset();
+    ASSERT_TRUE(spinUntil([&] { return !watch.hostRegistered(); }));
+    watcher = std::make_unique<FakeWatcher>(true);
+    ASSERT_TRUE(spinUntil([&] { return watch.hostRegistered(); }));
+    EXPECT_EQ(told, (QList<bool>{true, false, true}));
+}
+
+TEST_F(StatusNotifierWatchTest, HostThatComesAfterItsWatcherIsTold) {
+    FakeWatcher watcher(false);
+    StatusNotifierWatch watch;
+    EXPECT_FALSE(watch.hostRegistered());
+    watcher.setHost(true);
+    EXPECT_TRUE(spinUntil([&] { return watch.hostRegistered(); }));
+    watcher.setHost(false);
+    EXPECT_TRUE(spinUntil([&] { return !watch.hostRegistered(); }));
+}
+
+TEST_F(StatusNotifierWatchTest, WatcherThatDoesNotListItsHostsIsOfNoUse) {
+    const FakeWatcher watcher(true, FakeWatcher::Manner::NotListed);
+    EXPECT_FALSE(StatusNotifierWatch().hostRegistered());
+}
+
+TEST_F(StatusNotifierWatchTest, HangingWatcherHoldsNobodyUp) {
+    const FakeWatcher watcher(true, FakeWatcher::Manner::Hanging);
+    QElapsedTimer timer;
+    timer.start();
+    const StatusNotifierWatch watch;
+    EXPECT_FALSE(watch.hostRegistered());
+    EXPECT_LT(timer.elapsed(), 5000); // the bus itself would wait for 25 seconds
+}
+
+/// An X server of the test's own, and a tray on it.
+class TraySelectionTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        server = std::make_unique<QProcess>();
+        server->start(QStringLiteral("Xvfb"),
+                      {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
+                       QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+        if (server->waitForStarted() && server->waitForReadyRead(20000)) {
+            display = ':' + server->readLine().trimmed();
+        }
+    }
+
+    static void TearDownTestSuite() {
+        server->terminate();
+        server->waitForFinished();
+        server.reset();
+    }
+
+    void SetUp() override { ASSERT_FALSE(display.isEmpty()); }
+
+    static std::unique_ptr<QProcess> server;
+    static QByteArray display;
+};
+
+std::unique_ptr<QProcess> TraySelectionTest::server;
+QByteArray TraySelectionTest::display;
+
+/// Owns the tray selection as an embedding tray does, until it goes.
+class FakeTray {
+public:
+    explicit FakeTray(const QByteArray &display) : connection(xcb_connect(display.constData(), nullptr)) {
+        const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+        const xcb_window_t window = xcb_generate_id(connection);
+        xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        const xcb_atom_t selection = atom("_NET_SYSTEM_TRAY_S0");
+        xcb_set_selection_owner(connection, window, selection, XCB_CURRENT_TIME);
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = screen->root;
+        message.type = atom("MANAGER");
+        message.data.data32[1] = selection;
+        message.data.data32[2] = window;
+        xcb_send_event(connection, 0, screen->root, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                       reinterpret_cast<const char *>(&message));
+        finish();
+    }
+
+    ~FakeTray() { xcb_disconnect(connection); }
+
+    FakeTray(const FakeTray &) = delete;
+    FakeTray &operator=(const FakeTray &) = delete;
+
+private:
+    [[nodiscard]] xcb_atom_t atom(const QByteArray &name) const {
+        auto *answer = xcb_intern_atom_reply(
+            connection, xcb_intern_atom(connection, 0, static_cast<quint16>(name.size()), name.constData()),
+            nullptr);
+        const xcb_atom_t found = answer->atom;
+        std::free(answer);
+        return found;
+    }
+
+    /// Returns when the server has done everything asked for.
+    void finish() const {
+        std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    }
+
+    xcb_connection_t *connection;
+};
+
+TEST_F(TraySelectionTest, NoServerIsNoTray) {
+    EXPECT_FALSE(TraySelectionWatch(QByteArrayLiteral(":nowhere")).owned());
+}
+
+TEST_F(TraySelectionTest, TrayThatIsThereIsKnownAtOnce) {
+    EXPECT_FALSE(TraySelectionWatch(display).owned());
+    const FakeTray tray(display);
+    EXPECT_TRUE(TraySelectionWatch(display).owned());
+}
+
+TEST_F(TraySelectionTest, TrayThatComesGoesAndComesBackIsTold) {
+    TraySelectionWatch watch(display);
+    QList<bool> told;
+    watch.setChangeHandler([&] { told.append(watch.owned()); });
+    auto tray = std::make_unique<FakeTray>(display);
+    ASSERT_TRUE(spinUntil([&] { return watch.owned(); }));
+    tray.reset();
+    ASSERT_TRUE(spinUntil([&] { return !watch.owned(); }));
+    tray = std::make_unique<FakeTray>(display);
+    ASSERT_TRUE(spinUntil([&] { return watch.owned(); }));
+    EXPECT_EQ(told, (QList<bool>{true, false, true}));
+}
+
+TEST_F(TraySelectionTest, TrayThatTakesOverIsFollowed) {
+    TraySelectionWatch watch(display);
+    auto first = std::make_unique<FakeTray>(display);
+    ASSERT_TRUE(spinUntil([&] { return watch.owned(); }));
+    auto second = std::make_unique<FakeTray>(display);
+    first.reset();
+    deliverQueued();
+    EXPECT_TRUE(watch.owned());
+    second.reset(); // not noticed if the watch had stayed with the first
+    EXPECT_TRUE(spinUntil([&] { return !watch.owned(); }));
+}
+
+TEST_F(TraySelectionTest, EmbeddingTraysCountOnlyWhereWindowsCanBeEmbedded) {
+    qputenv("DISPLAY", display);
+    const FakeTray tray(display);
+    EXPECT_TRUE(LinuxTrayHosts(true).embeddingTray());
+    EXPECT_FALSE(LinuxTrayHosts(false).embeddingTray());
+}
+
+} // namespace
