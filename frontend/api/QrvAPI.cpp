@@ -1,8 +1,8 @@
 #include "QrvAPI.h"
 
 #include "RequestUrls.h"
+#include "frontend/privileges/OneTimeSecrets.h"
 #include "frontend/support/Diagnostics.h"
-#include "frontend/support/OneTimeSecrets.h"
 #include "frontend/support/TextFile.h"
 #include "frontend/support/TextNumbers.h"
 #include "platform/HardwareRegistry.h"

@@ -1,8 +1,8 @@
 #include "QrvCredentials.h"
 
+#include "OneTimeSecrets.h"
 #include "ScriptUtil.h"
 #include "frontend/support/Diagnostics.h"
-#include "frontend/support/OneTimeSecrets.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
 #include "platform/UserDefaultsController.h"

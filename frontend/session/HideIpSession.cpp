@@ -1,11 +1,11 @@
 #include "HideIpSession.h"
 
 #include "SessionDisplay.h"
+#include "SessionState.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/privileges/FileUtils.h"
 #include "frontend/support/Diagnostics.h"
 #include "frontend/support/SessionLog.h"
-#include "frontend/support/SessionState.h"
 #include "frontend/tunnel/LentAddress.h"
 #include "frontend/tunnel/Vpn.h"
 #include "platform/DelayedCalls.h"

@@ -3,7 +3,7 @@
 #include "fakes/TestPlatform.h"
 #include "frontend/api/AnswerTable.h"
 #include "frontend/api/ServerModel.h"
-#include "frontend/ui/QrvLocationPaneController.h"
+#include "frontend/ui/locations/QrvLocationPaneController.h"
 
 #include <QApplication>
 #include <QComboBox>

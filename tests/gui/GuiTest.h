@@ -2,8 +2,8 @@
 
 #include "fakes/TestPlatform.h"
 #include "frontend/api/QrvAPI.h"
-#include "frontend/support/SessionState.h"
-#include "frontend/ui/Alerts.h"
+#include "frontend/session/SessionState.h"
+#include "frontend/ui/shared/Alerts.h"
 
 #include <QCoreApplication>
 #include <QDir>

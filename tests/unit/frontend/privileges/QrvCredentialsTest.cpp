@@ -1,8 +1,8 @@
 #include "frontend/privileges/QrvCredentials.h"
 
 #include "fakes/TestPlatform.h"
+#include "frontend/privileges/OneTimeSecrets.h"
 #include "frontend/privileges/SessionReset.h"
-#include "frontend/support/OneTimeSecrets.h"
 #include "platform/SystemLog.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"

@@ -6,7 +6,7 @@
 #include "frontend/api/QrvAPI.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/session/SessionDisplay.h"
-#include "frontend/support/SessionState.h"
+#include "frontend/session/SessionState.h"
 #include "frontend/tunnel/Vpn.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"

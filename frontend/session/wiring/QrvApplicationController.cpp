@@ -1,0 +1,50 @@
+#include "QrvApplicationController.h"
+
+#include "QrvMainWindowController.h"
+#include "frontend/privileges/FileUtils.h"
+#include "frontend/privileges/SessionReset.h"
+#include "frontend/session/SessionState.h"
+#include "frontend/ui/shared/Alerts.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Platform.h"
+#include "platform/PreferencesStore.h"
+#include "platform/Workspace.h"
+
+QrvApplicationController::QrvApplicationController(QrvMainWindowController &window, QObject *parent)
+    : QObject(parent), mainWindow(window) {}
+
+bool QrvApplicationController::initialize() {
+    auto &services = platform::Platform::current();
+    if (services.workspace->acquireSingleInstance(services.bundle->identifier())) {
+        return true;
+    }
+    Alerts::shared().critical({QStringLiteral("Quorvane"), tr("Quorvane is already running."),
+                               tr("There is already a copy of Quorvane running. This copy cannot be opened "
+                                  "until that instance is quit.")});
+    return false;
+}
+
+void QrvApplicationController::applicationDidFinishLaunching() {
+    QrvMainWindowController::setSharedMainWindow(&mainWindow);
+    SessionReset::setTarget(&mainWindow, [window = &mainWindow] { window->session().setDefaultControls(); });
+    FileUtils::checkUserDefaultsPremmision();
+}
+
+bool QrvApplicationController::applicationShouldHandleReopen(bool hasVisibleWindows) {
+    if (SessionState::shared().currentIp.isNull()) {
+        return false;
+    }
+    if (!hasVisibleWindows) {
+        mainWindow.showSelfMenuItemPressed();
+    }
+    return true;
+}
+
+bool QrvApplicationController::applicationShouldTerminate() {
+    platform::Platform::current().preferences->synchronize();
+    return true;
+}
+
+void QrvApplicationController::applicationWillTerminate() {
+    platform::Platform::current().notifications->post(QStringLiteral("applicationWillTerminate"));
+}

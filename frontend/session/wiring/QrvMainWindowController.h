@@ -1,0 +1,145 @@
+#pragma once
+
+#include "frontend/api/ConfigurationFetch.h"
+#include "frontend/api/QrvAPI.h"
+#include "frontend/session/DiscardedAddresses.h"
+#include "frontend/session/HideIpSession.h"
+#include "frontend/session/LocationRotation.h"
+#include "frontend/session/SessionDisplay.h"
+#include "frontend/session/SessionEnvironment.h"
+#include "frontend/session/TrayAnimation.h"
+#include "frontend/tunnel/Vpn.h"
+#include "frontend/ui/locations/QrvLocationPaneController.h"
+#include "frontend/ui/settings/SettingsDelegate.h"
+
+#include <memory>
+
+class MainWindow;
+class QrvAboutWindowController;
+class QrvAuthenticationWindowController;
+class QrvSettingsWindowController;
+class Reachability;
+class TrayPresence;
+
+/// The main window's controller: builds the window, the tray icon and the session, and passes between them.
+/// The session's rules are in HideIpSession, the pick and its controls in LocationRotation, the display in
+/// SessionDisplay.
+/// Main thread.
+class QrvMainWindowController final : public VpnProtocol,
+                                      public QrvApiProtocol,
+                                      public LocationPaneDelegate,
+                                      private SessionEnvironment,
+                                      private SettingsDelegate,
+                                      private DiscardedAddresses {
+    Q_OBJECT
+
+public:
+    /// Seconds from the window's loading to the start-up checks.
+    static constexpr double checkDelaySeconds = 2.0;
+
+    /// The API client is not owned and must outlive this.
+    explicit QrvMainWindowController(QrvAPI &api = QrvAPI::sharedApi());
+    ~QrvMainWindowController() override;
+
+    /// Null until the application has finished launching.
+    [[nodiscard]] static QrvMainWindowController *sharedMainWindow();
+    static void setSharedMainWindow(QrvMainWindowController *controller);
+
+    /// Builds everything and sends the first request. Once.
+    void awakeFromNib();
+
+    void showSelfMenuItemPressed();
+    void checkIpMenuItemPressed();
+    void copyIpMenuItemPressed();
+    void aboutMenuItemPressed();
+    /// Asks the service for its list again; only while the IP is not hidden, for the service tells the
+    /// address that it sees.
+    void refreshLocationsPressed();
+    /// One global hot key was pressed: 1 hide, 2 change, 3 stop, 4 discard, 5 bring the window up. Others
+    /// do nothing.
+    void hotKeyPressed(quint32 identifier);
+    /// The main window makes room for the settings window.
+    void advancedSettingsButtonPressed();
+    void advancedSettingsMenuItemPressed();
+    void showSettings();
+    void checkReachability();
+    void checkCredentials();
+    void checkDnsSettings();
+    void refreshFrontWindow();
+
+    [[nodiscard]] HideIpSession &session() { return *hideIpSession; }
+
+    [[nodiscard]] MainWindow &window() { return *mainWindow; }
+
+    /// Loads the settings window unless it is loaded; the main window is on the screen without it.
+    QrvSettingsWindowController &settings();
+
+    [[nodiscard]] TrayPresence &statusItem() { return *tray; }
+
+    /// The location entries that random picks of this rotation have used.
+    [[nodiscard]] const QSet<quint64> &usedLocations() const { return rotation->usedItems(); }
+
+    [[nodiscard]] const SessionDisplay &display() const { return sessionDisplay; }
+
+    // VpnProtocol
+    void connectionError() override;
+    // QrvApiProtocol
+    void qrvAnswer(QrvAPI &client) override;
+    void qrvFailed(const platform::UrlError &error) override;
+    // LocationPaneDelegate
+    [[nodiscard]] QStringList getDiscardList() const override;
+    void setRequiredUS(bool required) override;
+    void terminateVpn() override;
+    void stopQuorvane() override;
+
+private:
+    // SessionEnvironment
+    void alert(const QString &title, const QString &message) override;
+    void alertLater(const QString &message, const QString &informative) override;
+    bool authWindow() override;
+    [[nodiscard]] QString selectedTitle() const override;
+    void downloadCertificateForSelectedItem() override;
+    void forgetWaitingPick() override;
+    [[nodiscard]] QString lastItemTitle() const override;
+    [[nodiscard]] QrvVpnDataPointer lastItemData() const override;
+    void fillLocations(const QrvVpnDataList &servers) override;
+    [[nodiscard]] bool changesAutomatically() const override;
+    void startAnimation() override;
+    void stopAnimation() override;
+    void resetAnimationFrames() override;
+    [[nodiscard]] bool hasImage(const QString &name) const override;
+    void showWindow() override;
+    [[nodiscard]] bool startedHidden() const override;
+    void terminateApplication() override;
+    // SettingsDelegate
+    void showMainWindow() override;
+    void settingsDidChange() override;
+    void hotKeyFired(quint32 identifier) override;
+    [[nodiscard]] bool launchesOnStartup() const override;
+    void startupLaunchButtonPressed(bool on) override;
+    // DiscardedAddresses, kept by the settings window
+    void addDiscardedIp(const QString &address) override;
+    [[nodiscard]] bool hasRow(const QString &text) const override;
+    [[nodiscard]] QStringList getRowData() const override;
+
+    void connectWindow();
+    void connectTray();
+    void connectFetch();
+    void observeNotifications();
+    void scheduleStartupChecks();
+    void loadPreferences();
+
+    QrvAPI &api;
+    std::unique_ptr<MainWindow> mainWindow;
+    TrayPresence *tray;
+    SessionDisplay sessionDisplay;
+    TrayAnimation animation;
+    Vpn vpn;
+    ConfigurationFetch fetch;
+    std::unique_ptr<HideIpSession> hideIpSession;
+    std::unique_ptr<LocationRotation> rotation;
+    std::unique_ptr<QrvAboutWindowController> aboutWindow;
+    std::unique_ptr<QrvSettingsWindowController> settingsWindow;
+    std::unique_ptr<QrvAuthenticationWindowController> authDialog;
+    std::shared_ptr<Reachability> reach;
+};

@@ -1,0 +1,291 @@
+#include "MainWindow.h"
+
+#include "frontend/support/TextNumbers.h"
+#include "frontend/ui/shared/Images.h"
+#include "ui_MainWindow.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <QWindow>
+
+namespace {
+
+constexpr QSize stateImageSize(112, 112);
+constexpr QSize flagSize(28, 21);
+constexpr QSize windowIconSize(64, 64);
+constexpr int longestInterval = 2;
+
+QString styleOf(Tone tone) {
+    switch (tone) {
+    case Tone::Warning:
+        return QStringLiteral("color: rgb(223, 46, 51);");
+    case Tone::Quiet:
+        return QStringLiteral("color: rgb(211, 211, 211);");
+    case Tone::Plain:
+        return QStringLiteral("color: white;");
+    }
+    return {};
+}
+
+void keepPlaceWhenHidden(QWidget *widget) {
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+}
+
+void drawLine(QLabel *label, const DisplayState::Line &line, const DisplayState::Line &before) {
+    if (line.text != before.text && !line.text.isNull()) {
+        label->setText(line.text);
+    }
+    if (line.tone != before.tone || label->styleSheet().isEmpty()) {
+        label->setStyleSheet(styleOf(line.tone));
+    }
+    label->setVisible(line.visible);
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_unique<Ui::MainWindow>()) {
+    ui->setupUi(this);
+    ui->viewSpinWeel->setRange(0, 100);
+    setFixedWidth(400);
+    // One size: the window system is handed every one that the icon has.
+    setWindowIcon(QIcon(Images::pixmap(QStringLiteral("quorvane"), windowIconSize, devicePixelRatioF())));
+    ui->segmentTcp->setChecked(true);
+    auto *quit = new QAction(tr("Quit Quorvane"), this);
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    addAction(quit);
+    connect(quit, &QAction::triggered, this, &MainWindow::quitRequested);
+    connectControls();
+    for (QLabel *line : {ui->fieldLine3, ui->fieldLine4, ui->fieldLine22, ui->fieldLine21}) {
+        line->setVisible(false);
+    }
+    // The field beside it shows the number; of the stepper only its two buttons are wanted.
+    if (auto *number = ui->stepperChangeIpInterval->findChild<QLineEdit *>()) {
+        number->hide();
+    }
+    // Controls that come and go keep their place, so that nothing jumps under the pointer.
+    for (QWidget *widget :
+         std::initializer_list<QWidget *>{ui->changeIpButton, ui->discardIpButton, ui->viewSpinWeel}) {
+        keepPlaceWhenHidden(widget);
+    }
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::connectControls() {
+    connect(ui->buttonQuorvane, &QPushButton::clicked, this, &MainWindow::hideButtonPressed);
+    connect(ui->changeIpButton, &QPushButton::clicked, this, &MainWindow::changeIpPressed);
+    connect(ui->discardIpButton, &QPushButton::clicked, this, &MainWindow::discardIpPressed);
+    connect(ui->checkboxChangeIpInterval, &QCheckBox::clicked, this, &MainWindow::changeEverySwitched);
+    connect(ui->checkboxRequireUS, &QCheckBox::clicked, this, &MainWindow::requireUSSwitched);
+    connect(ui->IPNonRepeat, &QCheckBox::clicked, this, &MainWindow::nonRepeatSwitched);
+    connect(ui->fieldChangeIpInterval, &QLineEdit::textEdited, this, &MainWindow::intervalTyped);
+    connect(ui->stepperChangeIpInterval, &QSpinBox::valueChanged, this, &MainWindow::intervalStepped);
+    connect(ui->websiteButton, &QPushButton::clicked, this, &MainWindow::websitePressed);
+    connect(ui->aboutButton, &QPushButton::clicked, this, &MainWindow::aboutPressed);
+    connect(ui->advancedSettingsButton, &QPushButton::clicked, this, &MainWindow::advancedSettingsPressed);
+    connect(ui->segmentTcp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(0); });
+    connect(ui->segmentUdp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(1); });
+}
+
+void MainWindow::intervalTyped() {
+    QString typed = ui->fieldChangeIpInterval->text();
+    if (!pureInteger(typed, longestInterval)) {
+        // The cleaned text is another edit, and goes on from there.
+        ui->fieldChangeIpInterval->setText(typed);
+        intervalTyped();
+        return;
+    }
+    if (integerValue(typed) == 0) {
+        ui->fieldChangeIpInterval->setText(QStringLiteral("1"));
+    }
+    const int minutes = integerValue(ui->fieldChangeIpInterval->text());
+    {
+        const QSignalBlocker quiet(ui->stepperChangeIpInterval);
+        ui->stepperChangeIpInterval->setValue(minutes);
+    }
+    Q_EMIT intervalEntered(minutes);
+}
+
+void MainWindow::intervalStepped(int minutes) {
+    ui->fieldChangeIpInterval->setText(QString::number(minutes));
+    Q_EMIT intervalEntered(minutes);
+}
+
+void MainWindow::mousePressEvent(QMouseEvent *event) {
+    endEditing(); // a click on the background
+    QMainWindow::mousePressEvent(event);
+}
+
+void MainWindow::endEditing() {
+    if (QWidget *focus = focusWidget()) {
+        focus->clearFocus();
+    }
+}
+
+void MainWindow::keyPressEvent(QKeyEvent *event) {
+    const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool edits = qobject_cast<QLineEdit *>(focusWidget()) != nullptr;
+    if (edits && (enters || event->key() == Qt::Key_Escape)) {
+        endEditing();
+    } else if (enters) {
+        auto *button = qobject_cast<QPushButton *>(focusWidget());
+        (button != nullptr ? button : ui->buttonQuorvane)->click();
+    } else {
+        QMainWindow::keyPressEvent(event);
+    }
+}
+
+void MainWindow::draw(const DisplayState &state) {
+    drawLine(ui->fieldLine1, state.line1, shown.line1);
+    drawLine(ui->fieldLine21, state.line21, shown.line21);
+    drawLine(ui->fieldLine22, state.line22, shown.line22);
+    drawLine(ui->fieldLine3, state.line3, shown.line3);
+    drawLine(ui->fieldLine4, state.line4, shown.line4);
+    if (ui->viewCurrentIP->stringValue() != state.currentIp) {
+        ui->viewCurrentIP->setStringValue(state.currentIp);
+    }
+    ui->buttonQuorvane->setText(state.hideButton.title);
+    ui->buttonQuorvane->setEnabled(state.hideButton.enabled);
+    ui->buttonQuorvane->setChecked(state.hideButton.on);
+    ui->advancedSettingsButton->setEnabled(state.advancedEnabled);
+    ui->changeIpButton->setVisible(state.changeIpVisible);
+    ui->discardIpButton->setVisible(state.discardIpVisible);
+    ui->viewSpinWeel->setRange(0, state.spinning ? 0 : 100);
+    ui->viewSpinWeel->setVisible(state.spinning);
+    {
+        const QSignalBlocker quiet(ui->stepperChangeIpInterval);
+        ui->stepperChangeIpInterval->setValue(state.interval);
+    }
+    if (state.interval != shown.interval) {
+        ui->fieldChangeIpInterval->setText(QString::number(state.interval));
+    }
+    ui->fieldChangeIpInterval->setEnabled(state.intervalEnabled);
+    ui->stepperChangeIpInterval->setEnabled(state.intervalEnabled);
+    drawImages(state);
+    shown = state;
+}
+
+void MainWindow::drawImages(const DisplayState &state) {
+    if (state.stateImage != shown.stateImage) {
+        ui->imageAppState->setPixmap(Images::pixmap(state.stateImage, stateImageSize, devicePixelRatioF()));
+        ui->imageAppState->setAccessibleName(stateInWords(state.stateImage));
+    }
+    if (state.flagImage != shown.flagImage) {
+        ui->imageCountry->setPixmap(Images::pixmap(state.flagImage, flagSize, devicePixelRatioF()));
+        ui->imageCountry->setAccessibleName(tr("Flag: %1").arg(state.flagImage.toUpper()));
+    }
+    ui->imageCountry->setVisible(state.flagVisible);
+}
+
+QString MainWindow::stateInWords(const QString &image) {
+    if (image == QLatin1String("applock")) {
+        return tr("IP hidden");
+    }
+    return image == QLatin1String("appwait") ? tr("Searching") : tr("IP not hidden");
+}
+
+QrvLocationPaneController &MainWindow::locationPane() const {
+    return *ui->locationPane;
+}
+
+bool MainWindow::changesAutomatically() const {
+    return ui->checkboxChangeIpInterval->isChecked();
+}
+
+void MainWindow::setChangesAutomatically(bool on) {
+    ui->checkboxChangeIpInterval->setChecked(on);
+}
+
+bool MainWindow::requiresUS() const {
+    return ui->checkboxRequireUS->isChecked();
+}
+
+void MainWindow::setRequiresUS(bool on) {
+    ui->checkboxRequireUS->setChecked(on);
+}
+
+void MainWindow::setNonRepeat(bool on) {
+    ui->IPNonRepeat->setChecked(on);
+}
+
+int MainWindow::transportIndex() const {
+    return ui->segmentUdp->isChecked() ? 1 : 0;
+}
+
+void MainWindow::setTransportIndex(int index) {
+    (index == 1 ? ui->segmentUdp : ui->segmentTcp)->setChecked(true);
+}
+
+QString MainWindow::transportLabel() const {
+    return (transportIndex() == 1 ? ui->segmentUdp : ui->segmentTcp)->text();
+}
+
+void MainWindow::raiseFloatingLevel() {
+    setWindowFlag(Qt::WindowStaysOnTopHint, true);
+}
+
+void MainWindow::dropFloatingLevel() {
+    // Through the window handle: the widget's own setter would make the window anew and lose the focus.
+    if (QWindow *handle = windowHandle()) {
+        handle->setFlag(Qt::WindowStaysOnTopHint, false);
+        overrideWindowFlags(windowFlags() &
+                            ~Qt::WindowStaysOnTopHint); // so that no later window floats again
+    } else {
+        setWindowFlag(Qt::WindowStaysOnTopHint, false);
+    }
+}
+
+void MainWindow::setReachableByTray(bool reachable) {
+    if (reachable == reachableByTray) {
+        return;
+    }
+    reachableByTray = reachable;
+    if (away) {
+        leaveSight();
+    }
+}
+
+void MainWindow::putAway() {
+    away = true;
+    leaveSight();
+}
+
+void MainWindow::leaveSight() {
+    if (reachableByTray) {
+        hide();
+    } else {
+        if (!testAttribute(Qt::WA_Resized)) {
+            // A window that finds its size only while it is shown forgets that it shall be minimised.
+            ensurePolished();
+            resize(sizeHint());
+        }
+        showMinimized();
+    }
+}
+
+void MainWindow::bringForward() {
+    away = false;
+    if (isMinimized()) {
+        showNormal();
+    } else {
+        show();
+    }
+    raise();
+    activateWindow();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event) {
+    event->ignore();
+    putAway();
+}
+
+void MainWindow::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::WindowStateChange && isVisible() && !isMinimized()) {
+        away = false; // the user took it from the task bar
+    }
+    QMainWindow::changeEvent(event);
+}

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "frontend/session/SessionDisplay.h"
+
+#include <QMainWindow>
+#include <memory>
+
+class QrvLocationPaneController;
+
+namespace Ui {
+class MainWindow;
+}
+
+/// The main window: draws the display state and tells what the user pressed. Decides nothing. Main thread.
+class MainWindow final : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    void draw(const DisplayState &state);
+
+    [[nodiscard]] QrvLocationPaneController &locationPane() const;
+    /// Whether the automatic-change box is on.
+    [[nodiscard]] bool changesAutomatically() const;
+    void setChangesAutomatically(bool on);
+    [[nodiscard]] bool requiresUS() const;
+    void setRequiresUS(bool on);
+    void setNonRepeat(bool on);
+    /// 0 for TCP, 1 for UDP.
+    [[nodiscard]] int transportIndex() const;
+    void setTransportIndex(int index);
+    /// The selected segment's label.
+    [[nodiscard]] QString transportLabel() const;
+
+    /// Puts the window above others from its first showing, until dropFloatingLevel().
+    void raiseFloatingLevel();
+    /// Back to the normal level, without hiding, flashing or unfocusing the window.
+    void dropFloatingLevel();
+
+    /// Whether the tray can bring the window back. A window that was put away follows: it is hidden while
+    /// there is a tray, else it waits minimised in the task bar.
+    void setReachableByTray(bool reachable);
+    /// Out of the user's way until bringForward(), or until he takes it from the task bar; what closing does.
+    void putAway();
+    void bringForward();
+
+Q_SIGNALS:
+    void hideButtonPressed(bool on);
+    void changeIpPressed();
+    void discardIpPressed();
+    void changeEverySwitched(bool on);
+    void requireUSSwitched(bool on);
+    void nonRepeatSwitched(bool on);
+    void websitePressed();
+    void aboutPressed();
+    void advancedSettingsPressed();
+    void intervalEntered(int minutes);
+    void transportChosen(int index);
+    void quitRequested();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    /// Return presses the button that has the focus, else the hide button; in the interval's field it ends
+    /// the editing, as Escape does.
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void connectControls();
+    void intervalTyped();
+    void intervalStepped(int minutes);
+    void mousePressEvent(QMouseEvent *event) override;
+    void endEditing();
+    void leaveSight();
+    [[nodiscard]] static QString stateInWords(const QString &image);
+    void drawImages(const DisplayState &state);
+
+    std::unique_ptr<Ui::MainWindow> ui;
+    DisplayState shown;
+    bool reachableByTray = false;
+    bool away = false;
+};

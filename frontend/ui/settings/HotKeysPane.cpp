@@ -1,0 +1,170 @@
+#include "HotKeysPane.h"
+
+#include "frontend/ui/shared/Alerts.h"
+#include "ui_SettingsHotkeys.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QStyledItemDelegate>
+
+namespace {
+
+QString plainName(const QLabel &label) {
+    QString name = label.text();
+    name.remove(u'&');
+    if (name.endsWith(u':')) {
+        name.chop(1);
+    }
+    return name;
+}
+
+void selectTag(QComboBox &dropdown, qint32 tag) {
+    const int at = dropdown.findData(QVariant::fromValue<qint64>(tag));
+    dropdown.setCurrentIndex(at < 0 ? 0 : at);
+}
+
+qint32 tagOf(const QComboBox &dropdown) {
+    return static_cast<qint32>(dropdown.currentData().toLongLong());
+}
+
+/// Whether the key would move a closed pop-up's selection.
+bool movesSelection(const QKeyEvent &event) {
+    switch (event.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        return event.modifiers() == Qt::NoModifier;
+    default:
+        return false;
+    }
+}
+
+bool isTyped(const QKeyEvent &event) {
+    const bool plain = (event.modifiers() & ~Qt::ShiftModifier) == 0;
+    return plain && !event.text().isEmpty() && event.text().at(0).isPrint() && event.key() != Qt::Key_Space;
+}
+
+} // namespace
+
+HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::SettingsHotkeys>()) {
+    ui->setupUi(this);
+    rows = {{{ui->dropdownHideIP, ui->labelHideIP, ui->noteHideIP},
+             {ui->dropdownChangeIP, ui->labelChangeIP, ui->noteChangeIP},
+             {ui->dropdownStopHidingIP, ui->labelStopHidingIP, ui->noteStopHidingIP},
+             {ui->dropdownDiscardIP, ui->labelDiscardIP, ui->noteDiscardIP},
+             {ui->dropdownBringUpWindow, ui->labelBringUpWindow, ui->noteBringUpWindow}}};
+    for (const HotKeys::Action action : HotKeys::actions) {
+        fillDropdownWithHotKeys(*row(action).dropdown);
+        row(action).dropdown->installEventFilter(this);
+        row(action).dropdown->setItemDelegate(new QStyledItemDelegate(this)); // it keeps to the theme
+        connect(row(action).dropdown, &QComboBox::activated, this,
+                [this, action] { selectHotKeyDropbownPressed(action); });
+    }
+}
+
+HotKeysPane::~HotKeysPane() = default;
+
+const HotKeysPane::Row &HotKeysPane::row(HotKeys::Action action) const {
+    return rows[static_cast<std::size_t>(action) - 1];
+}
+
+void HotKeysPane::fillDropdownWithHotKeys(QComboBox &dropdown) {
+    dropdown.clear();
+    for (const HotKeyTable::Offer &offer : HotKeyTable::offers()) {
+        addItem(offer.label, offer.tag, dropdown);
+    }
+}
+
+void HotKeysPane::addItem(const QString &title, qint32 tag, QComboBox &dropdown) {
+    dropdown.addItem(title, QVariant::fromValue<qint64>(tag));
+}
+
+bool HotKeysPane::eventFilter(QObject *watched, QEvent *event) {
+    // A closed pop-up does not walk through its entries: on the way it would choose, and refuse, others'
+    // combinations. Keys open the list; only an entry taken there is a choice.
+    auto *dropdown = qobject_cast<QComboBox *>(watched);
+    if (dropdown == nullptr) {
+        return QWidget::eventFilter(watched, event);
+    }
+    if (event->type() == QEvent::Wheel) {
+        event->ignore();
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress) {
+        const auto &key = *static_cast<QKeyEvent *>(event);
+        const bool typed = isTyped(key);
+        if (typed || movesSelection(key)) {
+            dropdown->showPopup();
+            if (typed) {
+                dropdown->view()->keyboardSearch(key.text());
+            }
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void HotKeysPane::refresh() {
+    for (const HotKeys::Action action : HotKeys::actions) {
+        selectStored(action);
+    }
+}
+
+void HotKeysPane::selectStored(HotKeys::Action action) {
+    selectTag(*row(action).dropdown, HotKeys::storedTag(action));
+}
+
+qint32 HotKeysPane::selectedTag(HotKeys::Action action) const {
+    return tagOf(*row(action).dropdown);
+}
+
+void HotKeysPane::selectHotKeyDropbownPressed(HotKeys::Action sender) {
+    const qint32 tag = selectedTag(sender);
+    for (const HotKeys::Action other : HotKeys::actions) {
+        if (other != sender && tag != HotKeyTable::none && tag == selectedTag(other)) {
+            Alerts::shared().critical({QStringLiteral("Quorvane"),
+                                       tr("Selected hot key is already being used by another action."),
+                                       {}});
+            selectStored(sender);
+            return;
+        }
+    }
+}
+
+QString HotKeysPane::textOf(const HotKeys::Trouble &trouble) const {
+    switch (trouble.kind) {
+    case HotKeys::Trouble::Kind::None:
+        return {};
+    case HotKeys::Trouble::Kind::TakenElsewhere:
+        return tr("Another program uses this combination.");
+    case HotKeys::Trouble::Kind::HeldByAction:
+        return tr("Belongs to \"%1\" until Quorvane quits.").arg(nameOf(trouble.holder));
+    case HotKeys::Trouble::Kind::UnknownKey:
+        return tr("This keyboard has no such key.");
+    case HotKeys::Trouble::Kind::Declined:
+        return tr("The desktop declined this combination.");
+    }
+    return {};
+}
+
+QString HotKeysPane::nameOf(HotKeys::Action action) const {
+    return plainName(*row(action).label);
+}
+
+void HotKeysPane::showTroubles(const HotKeys &hotKeys) {
+    for (const HotKeys::Action action : HotKeys::actions) {
+        const QString text = textOf(hotKeys.trouble(action));
+        row(action).note->setText(text);
+        row(action).dropdown->setAccessibleDescription(text);
+    }
+    ui->hint->setText(
+        HotKeys::isAvailable()
+            ? tr("These work while any program is in front. A combination that you replace stays "
+                 "in force until Quorvane quits.")
+            : tr("This desktop offers no global hot keys: these combinations have no effect."));
+}

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "DefaultsBinding.h"
+#include "SettingsDelegate.h"
+#include "frontend/session/DiscardedAddresses.h"
+#include "frontend/session/HotKeys.h"
+
+#include <QObject>
+#include <memory>
+
+class AdvancedPane;
+class BrowsersPane;
+class CookieCrumblePane;
+class HotKeysPane;
+class IpAddressesPane;
+class QrvAPI;
+class QrvAuthenticationWindowController;
+class SettingsWindow;
+class VpnPane;
+
+/// The settings window's controller: OK, Apply, Cancel and the close box over the six panes, the global hot
+/// keys, and the discarded addresses. The panes and HotKeys do the work. Main thread.
+///
+/// What the user changes is held until OK or Apply stores it or Cancel drops it; the close box does neither.
+/// Tables, the launch at login and the VPN pane act at once.
+class QrvSettingsWindowController final : public QObject, public DiscardedAddresses {
+    Q_OBJECT
+
+public:
+    /// Stores missing defaults, loads the panes and has the shared user-defaults controller hold edits from
+    /// now on. The delegate and the API client are not owned and must outlive this.
+    QrvSettingsWindowController(SettingsDelegate &delegate, QrvAPI &api);
+    ~QrvSettingsWindowController() override;
+
+    /// Loads the window and registers the stored hot keys. Once; further calls do nothing.
+    void awakeFromNib();
+    /// Shows what is stored, and pending edits where there are any.
+    void showWindow();
+    /// The bound controls take up what was stored elsewhere.
+    void refreshBoundControls();
+
+    void okButtonPressed();
+    void cancelButtonPressed();
+    void applyButtonPressed();
+    /// The close box was pressed. Neither saves nor reverts; always true.
+    bool windowShouldClose();
+    void setAllSettings();
+    void reassignControls();
+    void buttonOurWebsitePressed();
+    /// Runs the administrator dialog unless the stored pair is valid or the dialog is open already. Blocks.
+    void authWindow();
+
+    // No effect by design: browsers keep their own settings, and a hot key is chosen in its pop-up.
+    static void setBrowsers() {}
+
+    static void setUserAgent() {}
+
+    static void setReferrer() {}
+
+    static void selectHotKeyMenuItemPressed() {}
+
+    // DiscardedAddresses
+    void addDiscardedIp(const QString &address) override;
+    [[nodiscard]] bool hasRow(const QString &text) const override;
+    [[nodiscard]] QStringList getRowData() const override;
+
+    [[nodiscard]] SettingsWindow &window() const { return *settings; }
+
+    [[nodiscard]] const HotKeys &hotKeys() const { return keys; }
+
+private:
+    void connectWindow();
+    void refreshControls();
+    void showMainInstead();
+
+    SettingsDelegate &delegate;
+    QrvAPI &api;
+    DefaultsBinding binding;
+    HotKeys keys;
+    std::unique_ptr<SettingsWindow> settings;
+    BrowsersPane *viewBrowsers = nullptr;
+    IpAddressesPane *viewIpAddresses = nullptr;
+    CookieCrumblePane *viewCookieCrumble = nullptr;
+    HotKeysPane *viewHotKeys = nullptr;
+    AdvancedPane *viewAdvanced = nullptr;
+    VpnPane *viewVpn = nullptr;
+    std::unique_ptr<QrvAuthenticationWindowController> authDialog;
+    bool awake = false;
+};

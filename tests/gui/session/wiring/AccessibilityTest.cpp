@@ -1,0 +1,132 @@
+#include "frontend/ui/mainwindow/MainWindow.h"
+#include "frontend/ui/mainwindow/QrvAboutWindowController.h"
+
+#include "tests/gui/GuiTest.h"
+
+#include <QAccessible>
+#include <QLabel>
+
+namespace {
+
+/// Roles that only hold others, or that decorate.
+bool isContainer(QAccessible::Role role) {
+    switch (role) {
+    case QAccessible::Client:
+    case QAccessible::Grouping:
+    case QAccessible::Pane:
+    case QAccessible::Border:
+    case QAccessible::Separator:
+    case QAccessible::Whitespace:
+    case QAccessible::LayeredPane:
+    case QAccessible::Splitter:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool isNamed(const QAccessibleInterface &part) {
+    return !part.text(QAccessible::Name).isEmpty() || !part.text(QAccessible::Description).isEmpty();
+}
+
+struct Walk {
+    QStringList unnamed;
+    QList<QAccessible::Role> roles;
+};
+
+/// Every part that shows, as a screen reader comes upon it.
+void walk(const QAccessibleInterface *part, Walk &found, int depth = 0) {
+    if (part == nullptr || depth > 20 || part->state().invisible) {
+        return;
+    }
+    found.roles.append(part->role());
+    // What lies inside of a combo or spin box is spoken for by it.
+    const bool speaksForItsParts =
+        part->role() == QAccessible::ComboBox || part->role() == QAccessible::SpinBox;
+    if (!isContainer(part->role()) && !isNamed(*part)) {
+        const QObject *object = part->object();
+        found.unnamed.append(
+            text("%1 (role %2)").arg(object != nullptr ? object->objectName() : QString()).arg(part->role()));
+    }
+    for (int i = 0; !speaksForItsParts && i < part->childCount(); ++i) {
+        walk(part->child(i), found, depth + 1);
+    }
+}
+
+Walk walkOf(QWidget &window) {
+    Walk found;
+    walk(QAccessible::queryAccessibleInterface(&window), found);
+    return found;
+}
+
+} // namespace
+
+/// What a screen reader finds. The running program on a real screen is for the end-to-end tests.
+class AccessibilityTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<GuiFixture> fixture;
+
+private Q_SLOTS:
+
+    void init() { fixture = std::make_unique<GuiFixture>(); }
+
+    void cleanup() { fixture.reset(); }
+
+    void mainWindowHasNoUnnamedPartInAnyState() {
+        MainWindow window;
+        SessionDisplay display;
+        connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
+        display.starting();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto check = [&window] {
+            const Walk found = walkOf(window);
+            QVERIFY2(found.unnamed.isEmpty(), qPrintable(found.unnamed.join(text(", "))));
+            for (const auto role :
+                 {QAccessible::Button, QAccessible::CheckBox, QAccessible::ComboBox, QAccessible::RadioButton,
+                  QAccessible::EditableText, QAccessible::SpinBox, QAccessible::StaticText}) {
+                QVERIFY2(found.roles.contains(role), qPrintable(QString::number(role)));
+            }
+        };
+        check();
+        display.answerHandled();
+        display.searching();
+        check();
+        display.waitingForLocation(text("Every location has been used."));
+        check();
+        display.hidden(text("203.0.113.7\n"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        check();
+        display.notHidden(text("198.51.100.10"));
+        check();
+    }
+
+    void aboutWindowHasNoUnnamedPart() {
+        QrvAPI api;
+        QWidget main;
+        QrvAboutWindowController about(main, api);
+        about.showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(&about));
+        const Walk found = walkOf(about);
+        QVERIFY2(found.unnamed.isEmpty(), qPrintable(found.unnamed.join(text(", "))));
+        QVERIFY(found.roles.contains(QAccessible::Button));
+    }
+
+    void statePictureAndFlagAreToldInWords() {
+        MainWindow window;
+        SessionDisplay display;
+        connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
+        display.starting();
+        const auto *picture = window.findChild<QLabel *>(text("imageAppState"));
+        QCOMPARE(picture->accessibleName(), text("IP not hidden"));
+        display.searching();
+        QCOMPARE(picture->accessibleName(), text("Searching"));
+        display.hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        QCOMPARE(picture->accessibleName(), text("IP hidden"));
+        QCOMPARE(window.findChild<QLabel *>(text("imageCountry"))->accessibleName(), text("Flag: DE"));
+    }
+};
+
+QTEST_MAIN(AccessibilityTest)
+#include "AccessibilityTest.moc"

@@ -1,0 +1,193 @@
+#include "frontend/ui/mainwindow/MainWindow.h"
+
+#include "tests/gui/GuiTest.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+
+/// The main window with the keyboard alone.
+class KeyboardTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<MainWindow> window;
+    std::unique_ptr<SessionDisplay> display;
+
+    template <typename Widget>
+    [[nodiscard]] Widget *find(const char *name) const {
+        return window->findChild<Widget *>(text(name));
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QWidget *focus = QApplication::focusWidget();
+        QTest::keyClick(focus != nullptr ? focus : window.get(), key, modifiers);
+    }
+
+    [[nodiscard]] static QString focused() {
+        const QWidget *focus = QApplication::focusWidget();
+        return focus == nullptr ? QString() : focus->objectName();
+    }
+
+    /// Where the key leads, one round through.
+    [[nodiscard]] QStringList round(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        find<QPushButton>("buttonQuorvane")->setFocus(Qt::TabFocusReason);
+        QStringList stops{focused()};
+        for (int i = 0; i < 50; ++i) {
+            press(key, modifiers);
+            if (focused() == stops.first()) {
+                return stops;
+            }
+            stops.append(focused());
+        }
+        return {};
+    }
+
+private Q_SLOTS:
+
+    void init() {
+        fixture = std::make_unique<GuiFixture>();
+        window = std::make_unique<MainWindow>();
+        display = std::make_unique<SessionDisplay>();
+        connect(display.get(), &SessionDisplay::changed, window.get(), &MainWindow::draw);
+        display->starting();
+        display->answerHandled();
+        display->interval(42, true);
+        window->show();
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    }
+
+    void cleanup() {
+        window.reset();
+        display.reset();
+        fixture.reset();
+    }
+
+    void tabGoesThroughEveryControlFromTopToBottom() {
+        display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        const QStringList stops = round(Qt::Key_Tab, Qt::NoModifier);
+        QCOMPARE(stops,
+                 (QStringList{text("buttonQuorvane"), text("changeIpButton"), text("discardIpButton"),
+                              text("popupCountry"), text("checkSameIP"), text("checkboxChangeIpInterval"),
+                              text("fieldChangeIpInterval"), text("stepperChangeIpInterval"),
+                              text("checkboxRequireUS"), text("IPNonRepeat"), text("segmentTcp"),
+                              text("advancedSettingsButton"), text("websiteButton"), text("aboutButton")}));
+        QStringList back = round(Qt::Key_Tab, Qt::ShiftModifier);
+        back.append(back.takeFirst());
+        std::reverse(back.begin(), back.end());
+        QCOMPARE(back, stops);
+    }
+
+    void controlsThatAreOutOfUseAreLeftOut() {
+        display->searching();
+        display->interval(42, false);
+        find<QComboBox>("popupCountry")->setFocus();
+        for (int i = 0; i < 20; ++i) {
+            press(Qt::Key_Tab);
+            QVERIFY(QApplication::focusWidget() != nullptr);
+            QVERIFY2(QApplication::focusWidget()->isEnabled() && QApplication::focusWidget()->isVisible(),
+                     qPrintable(focused()));
+            QVERIFY(focused() != text("buttonQuorvane"));
+        }
+    }
+
+    void spaceAndReturnPressTheButtonThatHasTheFocus() {
+        QSignalSpy hide(window.get(), &MainWindow::hideButtonPressed);
+        find<QPushButton>("buttonQuorvane")->setFocus();
+        press(Qt::Key_Space);
+        QCOMPARE(hide.size(), 1);
+        display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        QSignalSpy change(window.get(), &MainWindow::changeIpPressed);
+        find<QPushButton>("changeIpButton")->setFocus();
+        press(Qt::Key_Return);
+        QCOMPARE(change.size(), 1);
+        QCOMPARE(hide.size(), 1); // not the default button as well
+    }
+
+    void returnElsewherePressesTheHideButton() {
+        QSignalSpy hide(window.get(), &MainWindow::hideButtonPressed);
+        find<QCheckBox>("checkboxRequireUS")->setFocus();
+        press(Qt::Key_Return);
+        QCOMPARE(hide.size(), 1);
+        QCOMPARE(hide.first().first().toBool(), true);
+        display->searching(); // the button is out of use
+        press(Qt::Key_Enter);
+        QCOMPARE(hide.size(), 1);
+    }
+
+    void returnAndEscapeInTheFieldEndTheEditingAndPressNothing() {
+        QSignalSpy hide(window.get(), &MainWindow::hideButtonPressed);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+            auto *field = find<QLineEdit>("fieldChangeIpInterval");
+            field->setFocus();
+            QVERIFY(field->hasFocus());
+            press(key);
+            QVERIFY(!field->hasFocus());
+        }
+        QCOMPARE(hide.size(), 0);
+        QVERIFY(window->isVisible());
+    }
+
+    void spaceSwitchesBoxesAndArrowsTheTransport() {
+        QSignalSpy us(window.get(), &MainWindow::requireUSSwitched);
+        find<QCheckBox>("checkboxRequireUS")->setFocus();
+        press(Qt::Key_Space);
+        QCOMPARE(us.size(), 1);
+        QCOMPARE(us.first().first().toBool(), true);
+        QSignalSpy transport(window.get(), &MainWindow::transportChosen);
+        find<QRadioButton>("segmentTcp")->setFocus();
+        press(Qt::Key_Right);
+        QCOMPARE(window->transportIndex(), 1);
+        QCOMPARE(transport.last().first().toInt(), 1);
+    }
+
+    void mnemonics_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("control");
+        QTest::newRow("change") << int(Qt::Key_C) << text("changeIpButton");
+        QTest::newRow("discard") << int(Qt::Key_D) << text("discardIpButton");
+        QTest::newRow("same") << int(Qt::Key_A) << text("checkSameIP");
+        QTest::newRow("every") << int(Qt::Key_E) << text("checkboxChangeIpInterval");
+        QTest::newRow("us") << int(Qt::Key_U) << text("checkboxRequireUS");
+        QTest::newRow("repeat") << int(Qt::Key_R) << text("IPNonRepeat");
+        QTest::newRow("settings") << int(Qt::Key_S) << text("advancedSettingsButton");
+    }
+
+    void mnemonics() {
+        QFETCH(int, key);
+        QFETCH(QString, control);
+        display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        auto *button = window->findChild<QAbstractButton *>(control);
+        QSignalSpy clicked(button, &QAbstractButton::clicked);
+        QTest::keyClick(window.get(), static_cast<Qt::Key>(key), Qt::AltModifier);
+        QTRY_COMPARE(clicked.size(), 1); // the button is seen to go down first
+    }
+
+    void noTwoControlsShareAMnemonic() {
+        QSet<QString> seen;
+        for (const auto *button : window->findChildren<QAbstractButton *>()) {
+            const QString key = button->shortcut().toString();
+            QVERIFY2(key.isEmpty() || !seen.contains(key), qPrintable(button->objectName()));
+            seen.insert(key);
+        }
+        QVERIFY(seen.size() > 5);
+    }
+
+    void locationIsChosenWithTheArrows() {
+        auto *popup = find<QComboBox>("popupCountry");
+        popup->addItem(text("Germany Berlin"));
+        QSignalSpy chosen(popup, &QComboBox::activated);
+        popup->setFocus();
+        press(Qt::Key_Down);
+        QCOMPARE(popup->currentIndex(), 1);
+        QCOMPARE(chosen.size(), 1);
+    }
+};
+
+QTEST_MAIN(KeyboardTest)
+#include "KeyboardTest.moc"

@@ -1,0 +1,162 @@
+#include "tests/gui/Language.h"
+#include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
+#include "frontend/session/LocationChoice.h"
+#include "frontend/ui/locations/QrvLocationPaneController.h"
+#include "frontend/ui/mainwindow/MainWindow.h"
+#include "frontend/ui/mainwindow/QrvAboutWindowController.h"
+#include "frontend/ui/tray/TrayPresence.h"
+#include "tests/gui/ui/settings/SettingsTest.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QMenu>
+
+namespace {
+
+/// The letters that act with the Alt key on what shows.
+QString mnemonics(const QWidget &window) {
+    QString letters;
+    const auto add = [&letters](const QString &words) {
+        if (const qsizetype at = words.indexOf(u'&'); at >= 0) {
+            letters += words.at(at + 1).toLower();
+        }
+    };
+    for (const auto *button : window.findChildren<QAbstractButton *>()) {
+        if (button->isVisible()) {
+            add(button->text());
+        }
+    }
+    for (const auto *label : window.findChildren<QLabel *>()) {
+        if (label->isVisible() && label->buddy() != nullptr) {
+            add(label->text());
+        }
+    }
+    return letters;
+}
+
+} // namespace
+
+/// What the windows say to an English and to a German user: the locale decides which of them runs the test.
+class LanguageTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SettingsFixture> fixture;
+
+    static QString either(const char *english, const char *german) {
+        return text(isGerman() ? german : english);
+    }
+
+    static void checkMnemonics(const QWidget &window, qsizetype least) {
+        const QString letters = mnemonics(window);
+        const QSet<QChar> different(letters.begin(), letters.end());
+        QVERIFY2(different.size() == letters.size(), qPrintable(letters));
+        QVERIFY2(letters.size() >= least, qPrintable(letters));
+    }
+
+private Q_SLOTS:
+
+    void initTestCase() { installLanguage(); }
+
+    void init() { fixture = std::make_unique<SettingsFixture>(); }
+
+    void cleanup() { fixture.reset(); }
+
+    void mainWindowSpeaksIt() {
+        MainWindow window;
+        SessionDisplay display;
+        connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
+        display.starting();
+        const auto said = [&window](const char *name) {
+            const auto *label = window.findChild<QLabel *>(text(name));
+            const auto *button = window.findChild<QAbstractButton *>(text(name));
+            return label != nullptr ? label->text() : button->text();
+        };
+        QCOMPARE(said("fieldLine1"), either("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!",
+                                            "WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!"));
+        QCOMPARE(said("fieldLine21"), either("Location:", "Standort:"));
+        QCOMPARE(said("buttonQuorvane"), text("Quorvane"));
+        QCOMPARE(said("changeIpButton"), either("&Change IP", "IP &wechseln"));
+        QCOMPARE(said("discardIpButton"), either("&Discard IP", "IP &verwerfen"));
+        QCOMPARE(said("checkboxRequireUS"), either("&US only", "Nur &USA"));
+        QCOMPARE(said("IPNonRepeat"), either("Do not &repeat IPs", "IPs nicht wiede&rholen"));
+        QCOMPARE(said("checkSameIP"),
+                 either("Always Use Same IP &Address", "Immer &dieselbe IP-Adresse nutzen"));
+        QCOMPARE(said("advancedSettingsButton"), either("&Settings", "&Einstellungen"));
+        QCOMPARE(window.findChild<QWidget *>(text("fieldLine1"))->accessibleDescription(),
+                 either("Status line", "Statuszeile"));
+        display.hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        QCOMPARE(said("fieldLine1"), either("You are currently hiding your real IP 198.51.100.10",
+                                            "Ihre echte IP 198.51.100.10 ist derzeit verborgen"));
+        QCOMPARE(said("buttonQuorvane"), either("Stop Hiding IP", "IP nicht mehr verbergen"));
+    }
+
+    void whatTheServiceReadsStaysAsItIs() {
+        MainWindow window;
+        QCOMPARE(window.transportLabel(), text("TCP"));
+        window.findChild<QAbstractButton *>(text("segmentUdp"))->click();
+        QCOMPARE(window.transportLabel(), text("UDP"));
+    }
+
+    void randomLocationIsShownTranslatedAndKnownByItsEnglishTitle() {
+        MainWindow window;
+        const auto *popup = window.findChild<QComboBox *>(text("popupCountry"));
+        QCOMPARE(popup->currentText(), either("Random Location", "Zufälliger Standort"));
+        QCOMPARE(window.locationPane().currentItem()->text(), LocationChoice::randomTitle());
+        QCOMPARE(LocationChoice::randomTitle(), text("Random Location"));
+    }
+
+    void settingsSpeakIt() {
+        fixture->start();
+        QCOMPARE(fixture->window().windowTitle(), either("Quorvane Settings", "Quorvane-Einstellungen"));
+        QCOMPARE(fixture->find<QAbstractButton>("buttonApply")->text(), either("&Apply", "Über&nehmen"));
+        QCOMPARE(fixture->find<QAction>("tbiIpAddresses")->text(), either("IP Addresses", "IP-Adressen"));
+        const auto *hotKeys = fixture->find<QComboBox>("dropdownHideIP");
+        QCOMPARE(hotKeys->itemText(0), either("None", "Keine"));
+        QVERIFY(hotKeys->findText(either("Cmd + Down arrow", "Cmd + Pfeil ab")) > 0);
+        QVERIFY(hotKeys->findText(either("Ctrl + F12", "Strg + F12")) > 0);
+    }
+
+    void aboutAndTraySpeakIt() {
+        QrvAPI api;
+        QWidget main;
+        const QrvAboutWindowController about(main, api);
+        QCOMPARE(about.windowTitle(), either("About Quorvane", "Über Quorvane"));
+        const auto *version = about.findChild<QLabel *>(text("labelVersion"));
+        QCOMPARE(version->text(),
+                 either("1.0.0 built %1", "1.0.0, Stand: %1").arg(QrvAboutWindowController::buildDate()));
+        const TrayPresence tray;
+        QStringList entries;
+        for (const QAction *entry : tray.menu().actions()) {
+            entries.append(entry->text());
+        }
+        QVERIFY(entries.contains(either("Quit Quorvane", "Quorvane beenden")));
+    }
+
+    void qtsOwnButtonsSpeakIt() {
+        const QDialogButtonBox box(QDialogButtonBox::Cancel);
+        QCOMPARE(box.button(QDialogButtonBox::Cancel)->text().remove(u'&'), either("Cancel", "Abbrechen"));
+    }
+
+    void everyLetterActsOnOneControl() {
+        MainWindow main;
+        main.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&main));
+        checkMnemonics(main, 7);
+        QrvAuthenticationWindowController dialog;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        checkMnemonics(dialog, 2);
+        fixture->startAndShow();
+        for (const QString &pane : SettingsToolbar::toolbarAllowedItemIdentifiers()) {
+            fixture->window().toolbarItemPressed(pane);
+            checkMnemonics(fixture->window(), 7);
+        }
+    }
+};
+
+QTEST_MAIN(LanguageTest)
+#include "LanguageTest.moc"

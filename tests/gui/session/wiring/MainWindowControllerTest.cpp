@@ -1,0 +1,369 @@
+#include "frontend/session/wiring/QrvMainWindowController.h"
+
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/privileges/SessionReset.h"
+#include "frontend/session/wiring/QrvApplicationController.h"
+#include "frontend/ui/mainwindow/MainWindow.h"
+#include "frontend/ui/shared/QrvFancyIp.h"
+#include "frontend/ui/tray/TrayPresence.h"
+#include "tests/gui/GuiTest.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QFile>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QThreadPool>
+#include <QTimer>
+#include <QWindow>
+
+using fakes::FakeScriptingService;
+
+namespace {
+
+constexpr char answerText[] =
+    "STATUS: 0<br />ClientIP: 198.51.100.10<br />CC: XX<br />LOCATIONS: DE;BER;Berlin;0<br />VPNUser: "
+    "u1<br />VPNPass: p1<br />Server: 7,Berlin,BER,DE,Germany,x|203.0.113.7<br />Server: "
+    "8,Denver,DEN,US,States,x|203.0.113.8";
+
+const char *const logPath = "/Documents/Quorvane/openvpn.log";
+
+} // namespace
+
+/// The whole window over recording services: from the start to the lent address and back.
+class MainWindowControllerTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<QrvAPI> api;
+    std::unique_ptr<QrvMainWindowController> controller;
+    std::unique_ptr<QrvApplicationController> application;
+
+    [[nodiscard]] fakes::TestPlatform &services() const { return fixture->services; }
+
+    [[nodiscard]] const DisplayState &shown() const { return controller->display().state(); }
+
+    template <typename Widget>
+    [[nodiscard]] Widget *find(const char *name) const {
+        return controller->window().findChild<Widget *>(text(name));
+    }
+
+    [[nodiscard]] int linesWith(const char *part) const {
+        int count = 0;
+        for (const auto &call : services().scripting().calls()) {
+            count += call.line.contains(text(part)) ? 1 : 0;
+        }
+        return count;
+    }
+
+    void start() {
+        controller = std::make_unique<QrvMainWindowController>(*api);
+        application = std::make_unique<QrvApplicationController>(*controller);
+        controller->awakeFromNib();
+        application->applicationDidFinishLaunching();
+    }
+
+    void startAndAnswer() {
+        start();
+        QTRY_COMPARE(services().urls().openDownloads(), 1U); // once the network is known
+        QVERIFY(services().urls().finishNext(answerText));
+    }
+
+    void appendToTunnelLog(const QByteArray &line) {
+        QFile log(services().home() + text(logPath));
+        QVERIFY(log.open(QIODevice::Append));
+        log.write(line);
+    }
+
+    void pressAndFetch(int location) {
+        find<QComboBox>("popupCountry")->setCurrentIndex(location);
+        QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
+        QTRY_COMPARE(linesWith("--config"), 1);
+    }
+
+    void goHidden(int location = 1) {
+        startAndAnswer();
+        pressAndFetch(location);
+        appendToTunnelLog("a\nInitialization Sequence Completed\n");
+        services().delayedCalls().advance(2.0);
+        QVERIFY(SessionState::shared().hidden);
+    }
+
+private Q_SLOTS:
+
+    void init() {
+        fixture = std::make_unique<GuiFixture>();
+        services().hardware().serial = text("SER");
+        services().addResource(text("extractip.sh"), "echo 203.0.113.7\n");
+        services().addResource(text("test_credentials.sh"), "");
+        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+        services().urls().setFetchHandler(
+            [](const QByteArray &) { return std::optional<QByteArray>("VPNConfig: client<br />"); });
+        services().scripting().setHandler([](const FakeScriptingService::Call &call) {
+            return FakeScriptingService::success(call.line.contains(text("-get")) ? text("8.8.8.8 8.8.4.4")
+                                                                                  : text(""));
+        });
+        api = std::make_unique<QrvAPI>();
+    }
+
+    void cleanup() {
+        QThreadPool::globalInstance()->waitForDone();
+        SessionReset::setTarget(nullptr, {});
+        application.reset();
+        controller.reset();
+        api.reset();
+        QCoreApplication::processEvents();
+        fixture.reset();
+    }
+
+    void beforeTheFirstAnswerNothingCanBePressed() {
+        start();
+        QVERIFY(controller->window().isVisible());
+        QCOMPARE(controller->window().windowTitle(), text("Quorvane (ver.1.0.0)"));
+        QVERIFY(!find<QPushButton>("buttonQuorvane")->isEnabled());
+        QVERIFY(!controller->statusItem().hideIpMenuItem()->isEnabled());
+        QVERIFY(!controller->statusItem().changeIpMenuItem()->isEnabled());
+        QVERIFY(controller->statusItem().copyIpMenuItem()->isEnabled());
+        QVERIFY(!application->applicationShouldHandleReopen(false));
+    }
+
+    void sharedControllerIsReachableOnlyAfterLaunching() {
+        controller = std::make_unique<QrvMainWindowController>(*api);
+        application = std::make_unique<QrvApplicationController>(*controller);
+        QVERIFY(QrvMainWindowController::sharedMainWindow() == nullptr);
+        application->applicationDidFinishLaunching();
+        QCOMPARE(QrvMainWindowController::sharedMainWindow(), controller.get());
+    }
+
+    void oneServerListRequestPerRun() {
+        startAndAnswer();
+        services().reachability().setFlags(text("net.quorvane.test"), 0);
+        QTRY_VERIFY(!api->inetConnect());
+        services().reachability().setFlags(text("net.quorvane.test"), 2);
+        QTRY_VERIFY(api->inetConnect());
+        QCOMPARE(services().urls().downloads().size(), 1U);
+    }
+
+    void tunnelLeftOverIsKilledAtStart() {
+        services().processes().setNames({"openvpn"});
+        start();
+        QCOMPARE(linesWith("sudo -S killall -9 openvpn"), 1);
+    }
+
+    void startUpChecksComeAfterTwoSecondsDnsFirst() {
+        start();
+        services().scripting().clear();
+        services().delayedCalls().advance(1.9);
+        QVERIFY(services().scripting().calls().empty());
+        services().delayedCalls().advance(0.1);
+        const auto calls = services().scripting().calls();
+        QCOMPARE(calls.size(), 3U);
+        QCOMPARE(calls[0].line, text("networksetup -getdnsservers Ethernet"));
+        QCOMPARE(calls[1].line, text("networksetup -getdnsservers Wi-Fi"));
+        QVERIFY(calls[2].line.startsWith(text("ls ")));
+    }
+
+    void wrongDnsIsRewrittenAtStartWithAValidPair() {
+        services().scripting().setHandler(
+            [](const FakeScriptingService::Call &) { return FakeScriptingService::success(text("x")); });
+        start();
+        services().delayedCalls().advance(2.0);
+        QCOMPARE(linesWith("-setdnsservers"), 3);
+    }
+
+    void missingPairOpensTheDialogOnce() {
+        services().scripting().setHandler([](const FakeScriptingService::Call &call) {
+            return call.kind == FakeScriptingService::Kind::User
+                       ? FakeScriptingService::success(text("8.8.8.8 8.8.4.4"))
+                       : FakeScriptingService::failure(-128, text("refused"));
+        });
+        start();
+        int dialogs = 0;
+        QTimer closer;
+        connect(&closer, &QTimer::timeout, this, [&dialogs] {
+            if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                ++dialogs;
+                dialog->reject();
+            }
+        });
+        closer.start(10);
+        services().delayedCalls().advance(2.0);
+        QCOMPARE(dialogs, 1);
+    }
+
+    void answerFillsTheListAndOpensTheControls() {
+        startAndAnswer();
+        auto *popup = find<QComboBox>("popupCountry");
+        QCOMPARE(popup->count(), 3);
+        QCOMPARE(popup->itemText(0), text("Random Location"));
+        QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
+        QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("198.51.100.10"));
+        QVERIFY(application->applicationShouldHandleReopen(true));
+    }
+
+    void pressToLentAddressAndBack() {
+        goHidden();
+        QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("203.0.113.7\n"));
+        QCOMPARE(find<QLabel>("fieldLine22")->text(), text("Germany Berlin"));
+        QCOMPARE(controller->statusItem().hideIpMenuItem()->text(), text("Stop Hiding IP"));
+        QVERIFY(services().urls().fetches().front().endsWith("&proto=TCP"));
+        services().processes().setNames({"openvpn"});
+        QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
+        QVERIFY(!SessionState::shared().hidden);
+        QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("198.51.100.10"));
+        QCOMPARE(linesWith("killall"), 1);
+    }
+
+    void chosenTransportIsSentAndKept() {
+        startAndAnswer();
+        find<QRadioButton>("segmentUdp")->click();
+        QCOMPARE(services().preferences().integer(text("tcpUdp")), 1);
+        pressAndFetch(1);
+        QVERIFY(services().urls().fetches().front().endsWith("&proto=UDP"));
+    }
+
+    void failedFetchWithAFixedLocationAlertsOnce() {
+        services().urls().setFetchHandler(
+            [](const QByteArray &) { return std::optional<QByteArray>("ERR: Argument parsing error"); });
+        startAndAnswer();
+        find<QComboBox>("popupCountry")->setCurrentIndex(1);
+        QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
+        QTRY_COMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(fixture->alerts.first().text, text("Location is not available."));
+        QCOMPARE(fixture->alerts.first().informative, text("Please try a different location."));
+        QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
+        QCOMPARE(services().urls().fetches().size(), 1U);
+    }
+
+    void randomLocationWithoutRotationGivesUpAfterTheFirstFailure() {
+        services().urls().setFetchHandler([](const QByteArray &) { return std::optional<QByteArray>(); });
+        startAndAnswer();
+        find<QComboBox>("popupCountry")->setCurrentIndex(0);
+        QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
+        QTRY_COMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(services().urls().fetches().size(), 1U); // the pick has moved the selection
+        QVERIFY(find<QComboBox>("popupCountry")->currentIndex() != 0);
+    }
+
+    void tunnelFailureIsReportedAfterFiveSeconds() {
+        startAndAnswer();
+        pressAndFetch(1);
+        appendToTunnelLog("a\nAUTH_FAILED\n");
+        services().delayedCalls().advance(2.0);
+        QVERIFY(fixture->alerts.isEmpty());
+        services().delayedCalls().advance(5.0);
+        QCoreApplication::processEvents();
+        QCOMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(shown().line1.tone, Tone::Warning);
+    }
+
+    void failedPrivilegedLaunchReturnsToNotHidden() {
+        services().scripting().setHandler([](const FakeScriptingService::Call &call) {
+            return call.line.contains(text("--config")) ? FakeScriptingService::failure(1, text("no"))
+                                                        : FakeScriptingService::success(text(""));
+        });
+        startAndAnswer();
+        pressAndFetch(1);
+        QTRY_COMPARE(shown().stateImage, text("appmain"));
+        QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
+        QVERIFY(services().delayedCalls().pending().size() <= 3); // the log is no longer polled
+    }
+
+    void noNetworkAtThePickIsAConnectionError() {
+        startAndAnswer();
+        api->setInetConnect(false);
+        find<QComboBox>("popupCountry")->setCurrentIndex(1);
+        controller->session().getNewIP();
+        QCoreApplication::processEvents();
+        QCOMPARE(fixture->alerts.size(), 1);
+        QVERIFY(services().logSink().lines().contains(text("downloadCertificateForSelectedItem no inet")));
+    }
+
+    void terminatingStopsTheTunnelAndWritesThePreferences() {
+        goHidden();
+        services().processes().setNames({"openvpn"});
+        const int before = services().preferences().synchronizations();
+        QVERIFY(application->applicationShouldTerminate());
+        application->applicationWillTerminate();
+        QCOMPARE(linesWith("killall"), 1);
+        QVERIFY(services().preferences().synchronizations() > before);
+    }
+
+    void windowStopsFloatingAfterTwoSeconds() {
+        start();
+        QVERIFY(controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        services().delayedCalls().advance(2.0);
+        QVERIFY(!controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        QVERIFY(controller->window().isVisible());
+    }
+
+    void absentIntervalBecomesTen() {
+        start();
+        QCOMPARE(services().preferences().integer(text("changeIpInterval")), 10);
+    }
+
+    void failedRequestShowsZeroesAndTheAlert() {
+        start();
+        QTRY_COMPARE(services().urls().openDownloads(), 1U);
+        QVERIFY(services().urls().failNext({platform::UrlError::Kind::Refused, text("refused")}));
+        QCOMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(fixture->alerts.first().title, text("Error"));
+        QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("0.0.0.0"));
+        QVERIFY(!find<QPushButton>("buttonQuorvane")->isEnabled());
+    }
+
+    void hotKeysReachTheirActions() {
+        startAndAnswer();
+        find<QComboBox>("popupCountry")->setCurrentIndex(1);
+        for (const quint32 other : {0U, 6U, 4294967295U}) {
+            controller->hotKeyPressed(other);
+        }
+        QVERIFY(services().urls().fetches().empty());
+        controller->hotKeyPressed(3); // not hidden: nothing to stop
+        QCOMPARE(shown().stateImage, text("appmain"));
+        controller->hotKeyPressed(1);
+        QCOMPARE(shown().stateImage, text("appwait"));
+        QTRY_COMPARE(linesWith("--config"), 1);
+        appendToTunnelLog("a\nInitialization Sequence Completed\n");
+        services().delayedCalls().advance(2.0);
+        QVERIFY(SessionState::shared().hidden);
+        controller->hotKeyPressed(1); // hidden already
+        QCOMPARE(services().urls().fetches().size(), 1U);
+        controller->hotKeyPressed(3);
+        QVERIFY(!SessionState::shared().hidden);
+        controller->window().hide();
+        controller->hotKeyPressed(5);
+        QVERIFY(controller->window().isVisible());
+    }
+
+    void changeHotKeyStartsARandomAttemptEvenWhileNotHidden() {
+        startAndAnswer();
+        find<QComboBox>("popupCountry")->setCurrentIndex(1);
+        controller->hotKeyPressed(2);
+        QTRY_COMPARE(services().urls().fetches().size(), 1U);
+        QCOMPARE(controller->usedLocations().size(), 1);
+    }
+
+    void automaticChangeAsksAgainWhenItsTimeHasCome() {
+        services().preferences().setValue(text("changeIpInterval"), 1);
+        startAndAnswer();
+        find<QCheckBox>("checkboxChangeIpInterval")->click();
+        QVERIFY(services().preferences().boolean(text("changeIpEvery")));
+        QCOMPARE(find<QComboBox>("popupCountry")->currentIndex(), 0);
+        pressAndFetch(0);
+        QCOMPARE(find<QComboBox>("popupCountry")->currentIndex(), 0);
+        appendToTunnelLog("a\nInitialization Sequence Completed\n");
+        services().delayedCalls().advance(2.0);
+        QVERIFY(controller->session().changeTimerArmed());
+        services().delayedCalls().advance(60.0);
+        QTRY_COMPARE(services().urls().fetches().size(), 2U);
+        QVERIFY(services().urls().fetches()[0] != services().urls().fetches()[1]); // never the same twice
+    }
+};
+
+QTEST_MAIN(MainWindowControllerTest)
+#include "MainWindowControllerTest.moc"

@@ -1,0 +1,265 @@
+#include "frontend/session/LocationRotation.h"
+
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/privileges/SessionReset.h"
+#include "frontend/session/wiring/QrvMainWindowController.h"
+#include "frontend/ui/mainwindow/MainWindow.h"
+#include "frontend/ui/tray/TrayPresence.h"
+#include "tests/gui/GuiTest.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QThreadPool>
+
+using fakes::FakeScriptingService;
+
+namespace {
+
+constexpr char answerText[] =
+    "STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0<br />VPNUser: u1<br />VPNPass: p1"
+    "<br />Server: 7,Berlin,BER,DE,Germany,x|203.0.113.1<br />Server: 8,Denver,DEN,US,States,x|203.0.113.2"
+    "<br />Server: 9,Austin,AUS,US,States,x|203.0.113.3";
+
+} // namespace
+
+/// Which address is asked for, in the real window over recording services.
+class RotationTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<QrvAPI> api;
+    std::unique_ptr<QrvMainWindowController> controller;
+
+    template <typename Widget>
+    [[nodiscard]] Widget *find(const char *name) const {
+        return controller->window().findChild<Widget *>(text(name));
+    }
+
+    [[nodiscard]] fakes::TestPlatform &services() const { return fixture->services; }
+
+    [[nodiscard]] QStringList asked() const {
+        QStringList addresses;
+        for (const QByteArray &url : services().urls().fetches()) {
+            const qsizetype at = url.indexOf("desiredip=") + 10;
+            addresses.append(QString::fromLatin1(url.mid(at, url.indexOf('&', at) - at)));
+        }
+        return addresses;
+    }
+
+    void waitForFetches(int count) { QTRY_COMPARE(asked().size(), count); }
+
+    /// The tunnel of the attempt under way comes up.
+    void tunnelUp() {
+        QThreadPool::globalInstance()->waitForDone();
+        QTRY_VERIFY(QFile::exists(services().home() + text("/Documents/Quorvane/openvpn.log")));
+        QThreadPool::globalInstance()->waitForDone();
+        QFile log(services().home() + text("/Documents/Quorvane/openvpn.log"));
+        QVERIFY(log.open(QIODevice::WriteOnly));
+        log.write("a\nInitialization Sequence Completed\n");
+        log.close();
+        services().delayedCalls().advance(2.0);
+        QVERIFY(SessionState::shared().hidden);
+    }
+
+    void press() { QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton); }
+
+    [[nodiscard]] int indexOf(const char *title) const {
+        return find<QComboBox>("popupCountry")->findText(text(title));
+    }
+
+    void hideAt(const char *title) {
+        find<QComboBox>("popupCountry")->setCurrentIndex(indexOf(title));
+        const int before = static_cast<int>(asked().size());
+        press();
+        waitForFetches(before + 1);
+        tunnelUp();
+    }
+
+    /// One attempt after the other, each at a location of its own.
+    void useEveryLocation() {
+        for (int i = 1; i <= 3; ++i) {
+            controller->hotKeyPressed(2);
+            waitForFetches(i);
+            QThreadPool::globalInstance()->waitForDone();
+            QCoreApplication::processEvents();
+        }
+    }
+
+private Q_SLOTS:
+
+    void init() {
+        fixture = std::make_unique<GuiFixture>();
+        services().hardware().serial = text("SER");
+        services().addResource(text("extractip.sh"), "echo 203.0.113.9\n");
+        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+        services().urls().setFetchHandler(
+            [](const QByteArray &) { return std::optional<QByteArray>("VPNConfig: client<br />"); });
+        api = std::make_unique<QrvAPI>();
+        controller = std::make_unique<QrvMainWindowController>(*api);
+        controller->awakeFromNib();
+        QTRY_COMPARE(services().urls().openDownloads(), 1U);
+        QVERIFY(services().urls().finishNext(answerText));
+    }
+
+    void cleanup() {
+        QThreadPool::globalInstance()->waitForDone();
+        controller.reset();
+        api.reset();
+        QCoreApplication::processEvents();
+        fixture.reset();
+    }
+
+    void changeButtonActsOnlyWhileHiddenAndKeepsTheLocation() {
+        hideAt("Germany Berlin");
+        QTest::mouseClick(find<QPushButton>("changeIpButton"), Qt::LeftButton);
+        waitForFetches(2);
+        QCOMPARE(asked(), (QStringList{text("203.0.113.1"), text("203.0.113.1")}));
+        QCOMPARE(find<QComboBox>("popupCountry")->currentText(), text("Germany Berlin"));
+    }
+
+    void changeItemTakesARandomLocation() {
+        hideAt("Germany Berlin");
+        controller->statusItem().changeIpMenuItem()->trigger();
+        waitForFetches(2);
+        QCOMPARE(controller->usedLocations().size(), 1);
+        QVERIFY(SessionState::shared().hidden); // a change while hidden keeps the flag until the outcome
+    }
+
+    void discardingTheLastAddressRemovesTheLocation() {
+        hideAt("Germany Berlin");
+        QTest::mouseClick(find<QPushButton>("discardIpButton"), Qt::LeftButton);
+        waitForFetches(2);
+        QCOMPARE(services().preferences().string(text("discardedIPs")), text("203.0.113.1"));
+        QCOMPARE(indexOf("Germany Berlin"), -1);
+        QVERIFY(asked().last() != text("203.0.113.1"));
+    }
+
+    void discardedAddressStaysDiscardedWhenTheListIsReadAgain() {
+        hideAt("Germany Berlin");
+        QTest::mouseClick(find<QPushButton>("discardIpButton"), Qt::LeftButton);
+        waitForFetches(2);
+        services().platform().notifications->post(text("updateServerList"));
+        QCOMPARE(indexOf("Germany Berlin"), -1);
+    }
+
+    void discardingWithoutALastItemAddsNothing() {
+        controller->hotKeyPressed(4);
+        waitForFetches(1);
+        QVERIFY(!services().preferences().value(text("discardedIPs")).isValid());
+    }
+
+    void unitedStatesOnlyPicksUnitedStatesAndSwitchesAtOnceWhileHiddenElsewhere() {
+        hideAt("Germany Berlin");
+        find<QCheckBox>("checkboxRequireUS")->click();
+        QVERIFY(services().preferences().boolean(text("requireUS")));
+        waitForFetches(2);
+        QVERIFY(asked().last() == text("203.0.113.2") || asked().last() == text("203.0.113.3"));
+        QCOMPARE(find<QComboBox>("popupCountry")->currentIndex(), 0);
+    }
+
+    void choosingALocationSwitchesUnitedStatesOnlyOff() {
+        find<QCheckBox>("checkboxRequireUS")->click();
+        auto *popup = find<QComboBox>("popupCountry");
+        popup->setCurrentIndex(indexOf("Germany Berlin"));
+        Q_EMIT popup->activated(popup->currentIndex());
+        QVERIFY(!find<QCheckBox>("checkboxRequireUS")->isChecked());
+        QVERIFY(!services().preferences().boolean(text("requireUS")));
+    }
+
+    void rotationUsesEveryLocationThenWaitsAliveAndGoesOnWhenTheListIsNew() {
+        useEveryLocation();
+        QStringList sorted = asked();
+        sorted.sort();
+        QCOMPARE(sorted, (QStringList{text("203.0.113.1"), text("203.0.113.2"), text("203.0.113.3")}));
+        controller->hotKeyPressed(2);
+        QVERIFY(find<QLabel>("fieldLine3")->isVisible());
+        QVERIFY(find<QLabel>("fieldLine3")->text().startsWith(text("Every location has been used")));
+        QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
+        QCOMPARE(asked().size(), 3);
+        services().platform().notifications->post(text("updateServerList"));
+        waitForFetches(4);
+        QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
+    }
+
+    void waitingAttemptOutlivesTheQueuedEndOfTheTunnelBeforeIt() {
+        useEveryLocation();
+        tunnelUp();
+        auto *popup = find<QComboBox>("popupCountry");
+        popup->setCurrentIndex(0);
+        Q_EMIT popup->activated(0);
+        QVERIFY(find<QLabel>("fieldLine3")->isVisible());
+        QCoreApplication::processEvents();
+        find<QCheckBox>("checkboxRequireUS")->click();
+        waitForFetches(4);
+        QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
+    }
+
+    void choosingALocationWhileAnAttemptWaitsBeginsOneAttempt() {
+        useEveryLocation();
+        controller->hotKeyPressed(2);
+        QVERIFY(find<QLabel>("fieldLine3")->isVisible());
+        auto *popup = find<QComboBox>("popupCountry");
+        popup->setCurrentIndex(indexOf("Germany Berlin"));
+        Q_EMIT popup->activated(popup->currentIndex());
+        waitForFetches(4);
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+        QCOMPARE(asked().size(), 4);
+        QCOMPARE(asked().last(), text("203.0.113.1"));
+    }
+
+    void waitingAttemptCanBeStopped() {
+        useEveryLocation();
+        controller->hotKeyPressed(2);
+        press();
+        QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
+        QCOMPARE(controller->display().state().stateImage, text("appmain"));
+        services().platform().notifications->post(text("updateServerList"));
+        QCoreApplication::processEvents();
+        QCOMPARE(asked().size(), 3); // nothing goes on by itself any more
+    }
+
+    void intervalIsStoredAndDoesNotTouchARunningTimer() {
+        find<QCheckBox>("checkboxChangeIpInterval")->click();
+        press();
+        waitForFetches(1);
+        tunnelUp();
+        QVERIFY(controller->session().changeTimerArmed());
+        const auto pending = services().delayedCalls().pending();
+        Q_EMIT controller->window().intervalEntered(3);
+        QCOMPARE(services().preferences().integer(text("changeIpInterval")), 3);
+        QCOMPARE(services().delayedCalls().pending().back().due, pending.back().due);
+    }
+
+    void refreshAsksAgainOnlyWhileNotHidden() {
+        controller->statusItem().refreshMenuItem()->trigger();
+        QCOMPARE(services().urls().downloads().size(), 2U);
+        QVERIFY(services().urls().finishNext(answerText));
+        hideAt("Germany Berlin");
+        controller->statusItem().refreshMenuItem()->trigger();
+        QCOMPARE(services().urls().downloads().size(), 2U);
+    }
+
+    void copyItemEmptiesTheClipboard() {
+        QGuiApplication::clipboard()->setText(text("old"));
+        controller->statusItem().copyIpMenuItem()->trigger();
+        QVERIFY(QGuiApplication::clipboard()->text().isEmpty());
+    }
+
+    void checkItemOpensThePage() {
+        controller->statusItem().checkIpMenuItem()->trigger();
+        QCOMPARE(services().workspace().openedUrls.size(), 1);
+        QVERIFY(
+            services().workspace().openedUrls.first().startsWith(text("https://www.quorvane.test/ip?utm_")));
+    }
+};
+
+QTEST_MAIN(RotationTest)
+#include "RotationTest.moc"

@@ -1,0 +1,178 @@
+#include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
+#include "frontend/ui/mainwindow/MainWindow.h"
+#include "frontend/ui/mainwindow/QrvAboutWindowController.h"
+#include "frontend/ui/shared/Theme.h"
+
+#include "tests/gui/Language.h"
+#include "tests/gui/ui/settings/SettingsTest.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace {
+
+bool fits(const QWidget &widget) {
+    const QSize size = widget.size();
+    const auto *label = qobject_cast<const QLabel *>(&widget);
+    if (label != nullptr && label->wordWrap()) {
+        return label->heightForWidth(size.width()) <= size.height();
+    }
+    const QSize needed =
+        qobject_cast<const QComboBox *>(&widget) != nullptr ? widget.minimumSizeHint() : widget.sizeHint();
+    return needed.width() <= size.width() && needed.height() <= size.height();
+}
+
+/// Everything with a text that does not have the room for it, or lies outside of its parent.
+QStringList clipped(const QWidget &window) {
+    QStringList found;
+    for (const QWidget *widget : window.findChildren<QWidget *>()) {
+        const bool hasText = qobject_cast<const QLabel *>(widget) != nullptr ||
+                             qobject_cast<const QAbstractButton *>(widget) != nullptr ||
+                             qobject_cast<const QComboBox *>(widget) != nullptr;
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        const bool empty = label != nullptr && label->text().isEmpty();
+        if (!hasText || empty || !widget->isVisible()) {
+            continue;
+        }
+        const bool inside = widget->parentWidget()->rect().contains(widget->geometry());
+        if (!inside || !fits(*widget)) {
+            found.append(text("%1 has %2x%3 and needs %4x%5")
+                             .arg(widget->objectName())
+                             .arg(widget->width())
+                             .arg(widget->height())
+                             .arg(widget->sizeHint().width())
+                             .arg(widget->sizeHint().height()));
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+/// Whether every text has its room, on a screen of the density that QT_SCALE_FACTOR says (1 without it) and
+/// in the locale's language.
+class ScalingTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SettingsFixture> fixture;
+
+    static void check(const QWidget &window) {
+        QCoreApplication::processEvents();
+        const QStringList found = clipped(window);
+        QVERIFY2(found.isEmpty(), qPrintable(found.join(text("; "))));
+    }
+
+private Q_SLOTS:
+
+    void initTestCase() {
+        const GuiFixture services;
+        Theme::apply(*qApp);
+        installLanguage();
+    }
+
+    void init() { fixture = std::make_unique<SettingsFixture>(); }
+
+    void cleanup() { fixture.reset(); }
+
+    void screenHasTheDensityAskedFor() {
+        QWidget window;
+        window.show();
+        const double factor = qEnvironmentVariable("QT_SCALE_FACTOR", text("1")).toDouble();
+        QCOMPARE(window.devicePixelRatioF(), factor);
+    }
+
+    void mainWindowHasRoomForEveryTextInEveryState() {
+        MainWindow window;
+        SessionDisplay display;
+        connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
+        display.starting();
+        display.interval(99, true);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        check(window);
+        display.currentIpKnown(text("255.255.255.255"));
+        display.answerHandled();
+        check(window);
+        display.searching();
+        check(window);
+        display.waitingForLocation(QCoreApplication::translate(
+            "LocationRotation", "Every location has been used in this rotation. Refresh "
+                                "the locations or switch \"US only\" to begin a new one."));
+        check(window);
+        display.waitingEnded();
+        display.tunnelStarting();
+        display.hidden(text("255.255.255.255\n"), text("255.255.255.254"), text("de"),
+                       text("Bosnia and Herzegovina Sarajevo"));
+        check(window);
+    }
+
+    void settingsHaveRoomForEveryTextInEveryPane() {
+        SettingsFixture &settings = *fixture;
+        settings.startAndShow();
+        const QStringList all = SettingsToolbar::toolbarAllowedItemIdentifiers();
+        for (const QString &identifier : all) {
+            settings.window().toolbarItemPressed(identifier);
+            check(settings.window());
+        }
+    }
+
+    void hotKeysPaneHasRoomForEveryTrouble() {
+        SettingsFixture &settings = *fixture;
+        settings.store("bringUpWindowHotKey", 35);
+        settings.store("hideIpHotKey", 31);
+        settings.store("changeIpHotKey", 32);
+        settings.store("stopHideIpHotKey", 33);
+        settings.store("discardIpHotKey", 34);
+        for (const quint32 key : {29U, 18U, 19U, 20U, 21U}) {
+            settings.services.hotKeys().takeElsewhere(key, platform::HotKeyService::control);
+        }
+        settings.startAndShow();
+        settings.window().toolbarItemPressed(text("tbiHotKeys"));
+        QVERIFY(!settings.find<QLabel>("noteHideIP")->text().isEmpty());
+        check(settings.window());
+    }
+
+    void hotKeysPaneHasRoomForTroublesThatComeWhileItIsShown() {
+        SettingsFixture &settings = *fixture;
+        settings.startAndShow();
+        settings.window().toolbarItemPressed(text("tbiHotKeys"));
+        const QString control = QCoreApplication::translate("HotKeyTable", "Ctrl + %1");
+        const auto apply = [&settings, &control](const char *dropdown, const char *digit) {
+            settings.choose(settings.find<QComboBox>(dropdown), control.arg(text(digit)));
+            settings.click("buttonApply");
+        };
+        for (const char *digit : {"0", "1", "2", "3", "4"}) {
+            apply("dropdownBringUpWindow", digit); // and it keeps the ones before
+        }
+        apply("dropdownHideIP", "0");
+        apply("dropdownChangeIP", "1");
+        apply("dropdownStopHidingIP", "2");
+        apply("dropdownDiscardIP", "3");
+        QCOMPARE(settings.find<QLabel>("noteDiscardIP")->text(),
+                 text(isGerman() ? "Gehört zu „Fenster zeigen“, bis Quorvane beendet wird."
+                                 : "Belongs to \"Bring up window\" until Quorvane quits."));
+        check(settings.window());
+    }
+
+    void aboutWindowHasRoomForEveryText() {
+        QrvAPI api;
+        QWidget main;
+        QrvAboutWindowController about(main, api);
+        about.showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(&about));
+        check(about);
+    }
+
+    void administratorDialogHasRoomForEveryText() {
+        QrvAuthenticationWindowController dialog;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        check(dialog);
+    }
+};
+
+QTEST_MAIN(ScalingTest)
+#include "ScalingTest.moc"

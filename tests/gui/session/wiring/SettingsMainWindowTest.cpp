@@ -1,0 +1,251 @@
+#include "frontend/session/wiring/QrvMainWindowController.h"
+
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/privileges/SessionReset.h"
+#include "frontend/session/LaunchAgent.h"
+#include "frontend/session/wiring/QrvApplicationController.h"
+#include "frontend/ui/mainwindow/MainWindow.h"
+#include "platform/NotificationCenter.h"
+#include "platform/PropertyList.h"
+#include "tests/gui/ui/settings/SettingsTest.h"
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QThreadPool>
+#include <QTimer>
+
+/// The settings window in the whole program, over recording services.
+class SettingsMainWindowTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<QrvAPI> api;
+    std::unique_ptr<QrvMainWindowController> controller;
+    std::unique_ptr<QrvApplicationController> application;
+
+    [[nodiscard]] fakes::TestPlatform &services() const { return fixture->services; }
+
+    [[nodiscard]] SettingsWindow &settings() const { return controller->settings().window(); }
+
+    /// Null while it is not loaded.
+    [[nodiscard]] static SettingsWindow *findSettings() {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget *window : windows) {
+            if (auto *found = qobject_cast<SettingsWindow *>(window)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    template <typename Widget>
+    [[nodiscard]] Widget *inMain(const char *name) const {
+        return controller->window().findChild<Widget *>(text(name));
+    }
+
+    template <typename Widget>
+    [[nodiscard]] Widget *inSettings(const char *name) const {
+        return settings().findChild<Widget *>(text(name));
+    }
+
+    void awake() {
+        controller = std::make_unique<QrvMainWindowController>(*api);
+        application = std::make_unique<QrvApplicationController>(*controller);
+        controller->awakeFromNib();
+    }
+
+    void start() {
+        awake();
+        application->applicationDidFinishLaunching();
+    }
+
+    void openSettings() {
+        start();
+        auto *button = inMain<QPushButton>("advancedSettingsButton");
+        QVERIFY(button->isVisible() && button->isEnabled());
+        QTest::mouseClick(button, Qt::LeftButton);
+        QVERIFY(settings().isVisible());
+    }
+
+private Q_SLOTS:
+
+    void init() {
+        fixture = std::make_unique<GuiFixture>();
+        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+        services().addResource(
+            text("com.qrvp.LaunchAtLogin.plist"),
+            platform::PropertyList::write({{text("Label"), text("a")}, {text("RunAtLoad"), false}}));
+        api = std::make_unique<QrvAPI>();
+    }
+
+    void cleanup() {
+        QThreadPool::globalInstance()->waitForDone();
+        SessionReset::setTarget(nullptr, {});
+        application.reset();
+        controller.reset();
+        api.reset();
+        QCoreApplication::processEvents();
+        fixture.reset();
+    }
+
+    void settingsButtonClosesTheMainWindowAndShowsTheSettings() {
+        openSettings();
+        QVERIFY(!controller->window().isVisible());
+    }
+
+    void menuItemDoesTheSame() {
+        start();
+        controller->advancedSettingsMenuItemPressed();
+        QVERIFY(settings().isVisible());
+        QVERIFY(!controller->window().isVisible());
+    }
+
+    void notificationShowsTheSettingsAndLeavesTheMainWindow() {
+        start();
+        services().platform().notifications->post(text("showSettings"));
+        QVERIFY(settings().isVisible());
+        QVERIFY(controller->window().isVisible());
+    }
+
+    void everyWayOutShowsTheMainWindow() {
+        for (const char *way : {"buttonOk", "buttonCancel", "close box"}) {
+            openSettings();
+            if (auto *button = inSettings<QPushButton>(way)) {
+                button->click();
+            } else {
+                settings().close();
+            }
+            QVERIFY2(!settings().isVisible(), way);
+            QVERIFY2(controller->window().isVisible(), way);
+            application.reset();
+            controller.reset();
+        }
+    }
+
+    void settingsAreLoadedAtTheStartButNotShown() {
+        services().preferences().setValue(text("hideIpHotKey"), 2);
+        start();
+        QCOMPARE(services().preferences().integer(text("changeIpInterval")), 10);
+        QVERIFY2(findSettings() == nullptr, "the main window does not wait for it");
+        QTRY_VERIFY(findSettings() != nullptr);
+        QVERIFY(!settings().isVisible());
+        QCOMPARE(services().hotKeys().held().size(), 1);
+        QVERIFY(services().hotKeys().hasEventHandler());
+    }
+
+    void appliedRotationReachesTheMainWindow() {
+        openSettings();
+        inSettings<QCheckBox>("checkboxChangeIpInterval")->click();
+        inSettings<QLineEdit>("fieldChangeIpInterval")->setText(text("7"));
+        QVERIFY(!inMain<QCheckBox>("checkboxChangeIpInterval")->isChecked());
+        inSettings<QPushButton>("buttonOk")->click();
+        QVERIFY(inMain<QCheckBox>("checkboxChangeIpInterval")->isChecked());
+        QCOMPARE(inMain<QLineEdit>("fieldChangeIpInterval")->text(), text("7"));
+        QVERIFY(inMain<QLineEdit>("fieldChangeIpInterval")->isEnabled());
+    }
+
+    void mainWindowsBoxIsFollowedAndOverridesAnOlderPendingEdit() {
+        start();
+        controller->showSettings();
+        inSettings<QCheckBox>("checkboxChangeIpInterval")->click(); // pending: on
+        settings().close();
+        inMain<QCheckBox>("checkboxChangeIpInterval")->click();
+        inMain<QCheckBox>("checkboxChangeIpInterval")->click(); // on, then off again
+        QCOMPARE(services().preferences().value(text("changeIpEvery")), QVariant(false));
+        QVERIFY(!inSettings<QCheckBox>("checkboxChangeIpInterval")->isChecked());
+    }
+
+    void sessionResetLeavesPendingEditsPending() {
+        openSettings();
+        inSettings<QCheckBox>("checkboxHide")->click();
+        controller->session().setDefaultControls();
+        QVERIFY(!services().preferences().value(text("hide")).isValid());
+        inSettings<QPushButton>("buttonCancel")->click();
+        QVERIFY(!services().preferences().value(text("hide")).isValid());
+    }
+
+    void launchBoxWritesTheAgentAtOnceAfterSavingPendingEdits() {
+        openSettings();
+        inSettings<QCheckBox>("checkboxHide")->click();
+        inSettings<QCheckBox>("launchOnStart")->click();
+        QVERIFY(LaunchAgent::launchesOnStartup());
+        QCOMPARE(services().preferences().value(text("hide")), QVariant(true));
+        inSettings<QPushButton>("buttonCancel")->click();
+        controller->showSettings();
+        QVERIFY(inSettings<QCheckBox>("launchOnStart")->isChecked());
+    }
+
+    void hotKeysActOnTheSharedWindowAndNotBeforeThereIsOne() {
+        services().preferences().setValue(text("bringUpWindowHotKey"), 1);
+        awake();
+        QTRY_COMPARE(services().hotKeys().held().size(), 1);
+        controller->window().hide();
+        QCOMPARE(services().hotKeys().press(29, 256), 1);
+        QVERIFY(!controller->window().isVisible());
+        application->applicationDidFinishLaunching();
+        QCOMPARE(services().hotKeys().press(29, 256), 1);
+        QVERIFY(controller->window().isVisible());
+    }
+
+    void foreignIdentifiersDoNothing() {
+        start();
+        QTRY_VERIFY(services().hotKeys().hasEventHandler());
+        controller->window().hide();
+        for (const quint32 id : {0U, 6U, 4294967295U}) {
+            services().hotKeys().deliver({0x73696735, id});
+        }
+        QVERIFY(!controller->window().isVisible());
+    }
+
+    void discardedListIsTheSettingsWindows() {
+        start();
+        controller->settings().addDiscardedIp(text("203.0.113.7"));
+        QCOMPARE(controller->getDiscardList(), QStringList{text("203.0.113.7")});
+    }
+
+    void discardedListIsThereBeforeTheSettingsWindow() {
+        services().preferences().setValue(text("discardedIPs"), text("203.0.113.7|203.0.113.9"));
+        start();
+        QVERIFY(findSettings() == nullptr);
+        const QStringList rows{text("203.0.113.7"), text("203.0.113.9")};
+        QCOMPARE(controller->getDiscardList(), rows);
+        QVERIFY(findSettings() == nullptr);
+        QCOMPARE(controller->settings().getRowData(), rows);
+        QCOMPARE(controller->getDiscardList(), rows);
+    }
+
+    void settingsAreLoadedWithTheStartUpChecksWhenNothingWasDrawn() {
+        awake();
+        QVERIFY(findSettings() == nullptr);
+        services().delayedCalls().advance(QrvMainWindowController::checkDelaySeconds);
+        QVERIFY(findSettings() != nullptr);
+    }
+
+    void administratorDialogOpensOnceForTheNotification() {
+        services().scripting().setHandler([](const fakes::FakeScriptingService::Call &) {
+            return fakes::FakeScriptingService::failure(1, text("no"));
+        });
+        openSettings();
+        QList<QWidget *> parents;
+        QTimer closer;
+        connect(&closer, &QTimer::timeout, this, [&] {
+            if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                parents.append(dialog->parentWidget());
+                services().platform().notifications->post(text("checkCredential"));
+                dialog->reject();
+            }
+        });
+        closer.start(10);
+        services().platform().notifications->post(text("checkCredential"));
+        QCOMPARE(parents, QList<QWidget *>{&settings()});
+        inSettings<QPushButton>("buttonOk")->click();
+        services().platform().notifications->post(text("checkCredential"));
+        QCOMPARE(parents.last(), &controller->window());
+    }
+};
+
+QTEST_MAIN(SettingsMainWindowTest)
+#include "SettingsMainWindowTest.moc"

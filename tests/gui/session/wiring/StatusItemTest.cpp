@@ -1,0 +1,254 @@
+#include "frontend/session/wiring/QrvMainWindowController.h"
+#include "frontend/ui/mainwindow/MainWindow.h"
+#include "frontend/ui/tray/TrayPresence.h"
+
+#include "frontend/privileges/QrvCredentials.h"
+#include "tests/gui/GuiTest.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDialog>
+#include <QFile>
+#include <QMenu>
+#include <QPushButton>
+#include <QSystemTrayIcon>
+#include <QThreadPool>
+
+namespace {
+
+constexpr char answerText[] = "STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: "
+                              "DE;BER;Berlin;0<br />VPNUser: u1<br />VPNPass: "
+                              "p1<br />Server: 7,Berlin,BER,DE,Germany,x|203.0.113.7";
+
+} // namespace
+
+/// The main window's controller and its status item over recording services.
+class StatusItemTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<QrvAPI> api;
+    std::unique_ptr<QrvMainWindowController> controller;
+    QStringList images; ///< every image that the icon was given, in order
+
+    [[nodiscard]] fakes::TestPlatform &services() const { return fixture->services; }
+
+    [[nodiscard]] TrayPresence &tray() const { return controller->statusItem(); }
+
+    [[nodiscard]] MainWindow &window() const { return controller->window(); }
+
+    [[nodiscard]] QSystemTrayIcon *icon() const { return tray().findChild<QSystemTrayIcon *>(); }
+
+    void start() {
+        controller = std::make_unique<QrvMainWindowController>(*api);
+        connect(&controller->display(), &SessionDisplay::changed, this, [this](const DisplayState &state) {
+            if (images.isEmpty() || images.last() != state.trayImage) {
+                images.append(state.trayImage);
+            }
+        });
+        controller->awakeFromNib();
+    }
+
+    void answer() {
+        QTRY_COMPARE(services().urls().openDownloads(), 1U);
+        QVERIFY(services().urls().finishNext(answerText));
+    }
+
+    void goHidden() {
+        window().findChild<QComboBox *>(text("popupCountry"))->setCurrentIndex(1);
+        tray().hideIpMenuItem()->trigger();
+        QTRY_VERIFY(QFile::exists(services().home() + text("/Documents/Quorvane/openvpn.log")));
+        QThreadPool::globalInstance()->waitForDone();
+        QFile log(services().home() + text("/Documents/Quorvane/openvpn.log"));
+        QVERIFY(log.open(QIODevice::WriteOnly));
+        log.write("a\nInitialization Sequence Completed\n");
+        log.close();
+        services().delayedCalls().advance(2.0);
+        QVERIFY(SessionState::shared().hidden);
+    }
+
+private Q_SLOTS:
+
+    void init() {
+        fixture = std::make_unique<GuiFixture>();
+        services().hardware().serial = text("SER");
+        services().addResource(text("extractip.sh"), "echo 203.0.113.7\n");
+        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+        services().urls().setFetchHandler(
+            [](const QByteArray &) { return std::optional<QByteArray>("VPNConfig: client<br />"); });
+        api = std::make_unique<QrvAPI>();
+        images.clear();
+        for (int i = 1; i <= 15; ++i) {
+            fixture->addImage(text("A%1").arg(i, 2, 10, QChar(u'0')));
+        }
+    }
+
+    void cleanup() {
+        QThreadPool::globalInstance()->waitForDone();
+        controller.reset();
+        api.reset();
+        QCoreApplication::processEvents();
+        fixture.reset();
+    }
+
+    void iconTurnsFromTheStartToTheFirstAnswer() {
+        start();
+        QTRY_VERIFY(images.size() >= 4);
+        QCOMPARE(images.mid(0, 4), (QStringList{text("Tray"), text("A01"), text("A02"), text("A03")}));
+        answer();
+        QCOMPARE(images.last(), text("Tray"));
+    }
+
+    void iconTurnsThroughAnAttemptAndStopsWithTheLock() {
+        start();
+        answer();
+        images.clear();
+        window().findChild<QComboBox *>(text("popupCountry"))->setCurrentIndex(1);
+        tray().hideIpMenuItem()->trigger();
+        QTRY_VERIFY(images.size() >= 2);
+        QCOMPARE(images.mid(0, 2), (QStringList{text("Tray"), text("A01")}));
+        QFile log(services().home() + text("/Documents/Quorvane/openvpn.log"));
+        QThreadPool::globalInstance()->waitForDone();
+        QTRY_VERIFY(log.exists());
+        QVERIFY(log.open(QIODevice::WriteOnly));
+        log.write("a\nInitialization Sequence Completed\n");
+        log.close();
+        services().delayedCalls().advance(2.0);
+        QCOMPARE(images.last(), text("TrayLock"));
+        controller->stopQuorvane();
+        QCOMPARE(images.last(), text("Tray"));
+    }
+
+    void fifteenthFrameIsNeverShown() {
+        start();
+        TrayAnimation animation;
+        QStringList frames;
+        connect(&animation, &TrayAnimation::frame, this, [this, &frames](const QString &image) {
+            tray().setImage(image);
+            frames.append(image);
+        });
+        for (int i = 0; i < 30; ++i) {
+            animation.animateTrayIcon();
+        }
+        QCOMPARE(frames.first(), text("A01"));
+        QCOMPARE(frames.at(13), text("A14"));
+        QCOMPARE(frames.at(14), text("A01"));
+        QVERIFY(!frames.contains(text("A15")));
+    }
+
+    void menuWaitsForTheFirstAnswerWithWhatHides() {
+        services().trayHosts().setNotifierHost(true);
+        start();
+        QCOMPARE(icon()->contextMenu(), &tray().menu());
+        QVERIFY(!tray().hideIpMenuItem()->isEnabled());
+        QVERIFY(!tray().changeIpMenuItem()->isEnabled());
+        for (const QAction *item :
+             {tray().copyIpMenuItem(), tray().checkIpMenuItem(), tray().showSelfMenuItem(),
+              tray().refreshMenuItem(), tray().aboutMenuItem(), tray().quitMenuItem()}) {
+            QVERIFY2(item->isEnabled(), qPrintable(item->text()));
+        }
+        answer();
+        QVERIFY(tray().hideIpMenuItem()->isEnabled());
+        QVERIFY(tray().changeIpMenuItem()->isEnabled());
+    }
+
+    void copyItemIsTakenByTheFirstResetForTheRestOfTheRun() {
+        start();
+        QVERIFY(tray().copyIpMenuItem()->isEnabled());
+        answer();
+        QVERIFY(tray().copyIpMenuItem()->isEnabled());
+        controller->session().setDefaultControls();
+        QVERIFY(!tray().copyIpMenuItem()->isEnabled());
+        goHidden();
+        QVERIFY(!tray().copyIpMenuItem()->isEnabled());
+    }
+
+    void checkItemOpensTheCheckPage() {
+        start();
+        tray().checkIpMenuItem()->trigger();
+        QCOMPARE(services().workspace().openedUrls.size(), 1);
+        QCOMPARE(services().workspace().openedUrls.first(),
+                 text("https://www.quorvane.test/ip?utm_source=905-quorvane-mac&utm_medium=in-app&uid=%1")
+                     .arg(api->macSerial()));
+    }
+
+    void aboutItemShowsTheAboutWindowAbove() {
+        start();
+        tray().aboutMenuItem()->trigger();
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        const auto about = std::find_if(windows.begin(), windows.end(), [](const QWidget *widget) {
+            return widget->objectName() == text("About") && widget->isVisible();
+        });
+        QVERIFY(about != windows.end());
+        QVERIFY((*about)->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    }
+
+    void showItemAndActivationBringUpTheSameWindow() {
+        services().trayHosts().setNotifierHost(true);
+        start();
+        for (int way = 0; way < 2; ++way) {
+            window().close();
+            QVERIFY(!window().isVisible());
+            if (way == 0) {
+                tray().showSelfMenuItem()->trigger();
+            } else {
+                Q_EMIT icon()->activated(QSystemTrayIcon::Trigger);
+            }
+            QVERIFY(window().isVisible());
+        }
+    }
+
+    void tooltipFollowsTheSession() {
+        services().trayHosts().setNotifierHost(true);
+        start();
+        QCOMPARE(tray().toolTip(), text("Quorvane: your IP is not hidden"));
+        answer();
+        goHidden();
+        QCOMPARE(tray().toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
+        controller->session().getNewIP();
+        QCOMPARE(tray().toolTip(), text("Quorvane: searching for an available IP"));
+        controller->session().setDefaultControls();
+        QCOMPARE(tray().toolTip(), text("Quorvane: your IP is not hidden"));
+    }
+
+    void closedWindowFollowsTheTrayThatComesAndGoes() {
+        start();
+        window().close();
+        QVERIFY(window().isMinimized());
+        services().trayHosts().setNotifierHost(true);
+        QVERIFY(!window().isVisible());
+        services().trayHosts().setNotifierHost(false);
+        QVERIFY(window().isVisible());
+        QVERIFY(window().isMinimized());
+    }
+
+    void openWindowStaysWhateverTheTrayDoes() {
+        start();
+        services().trayHosts().setNotifierHost(true);
+        QVERIFY(window().isVisible());
+        services().trayHosts().setNotifierHost(false);
+        QVERIFY(window().isVisible());
+        QVERIFY(!window().isMinimized());
+    }
+
+    void windowThatTheUserTookFromTheTaskBarStays() {
+        start();
+        window().close();
+        QVERIFY(window().isMinimized());
+        window().showNormal();
+        services().trayHosts().setNotifierHost(true);
+        QVERIFY(window().isVisible());
+    }
+
+    void windowThatTheUserMinimisedIsLeftAlone() {
+        start();
+        window().showMinimized();
+        services().trayHosts().setNotifierHost(true);
+        QVERIFY(window().isVisible());
+        QVERIFY(window().isMinimized());
+    }
+};
+
+QTEST_MAIN(StatusItemTest)
+#include "StatusItemTest.moc"

@@ -1,0 +1,355 @@
+#include "frontend/ui/settings/QrvSettingsWindowController.h"
+
+#include "SettingsTest.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+
+namespace {
+
+const char *const agent = "Mozilla/5.0 (X11; Linux x86_64; rv:115.0) Gecko/20100101 Firefox/115.0";
+
+QVariant integer(qint64 value) {
+    return QVariant::fromValue(value);
+}
+
+} // namespace
+
+/// What becomes of edits: every control with its preference, and each way out of the window.
+class SettingsEditsTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SettingsFixture> fixture;
+
+    void showPaneOf(const QWidget *control) const {
+        for (const QString &identifier : SettingsToolbar::toolbarAllowedItemIdentifiers()) {
+            fixture->window().toolbarItemPressed(identifier);
+            if (control->isVisible()) {
+                return;
+            }
+        }
+        QFAIL("no pane shows this control");
+    }
+
+    /// Does to the control what a user does to it.
+    void edit(const QString &name) const {
+        auto *control = fixture->window().findChild<QWidget *>(name);
+        QVERIFY(control != nullptr);
+        showPaneOf(control);
+        if (auto *button = qobject_cast<QAbstractButton *>(control)) {
+            QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+        } else if (auto *field = qobject_cast<QLineEdit *>(control)) {
+            field->setEnabled(true);
+            field->selectAll();
+            QTest::keyClicks(field, text("25"));
+        } else if (auto *box = qobject_cast<QComboBox *>(control)) {
+            box->setEnabled(true);
+            fixture->choose(box, name == text("comboboxUserAgent") ? text(agent) : text("Ctrl + 3"));
+        }
+    }
+
+    static void addEdits() {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("before");
+        QTest::addColumn<QVariant>("after");
+        /// Held by the user-defaults controller, or only in the control until it is applied.
+        QTest::addColumn<bool>("bound");
+        const auto row = [](const char *control, const char *key, const QVariant &before,
+                            const QVariant &after, bool bound) {
+            QTest::newRow(control) << text(control) << text(key) << before << after << bound;
+        };
+        row("checkboxChangeIpInterval", "changeIpEvery", {}, true, true);
+        row("checkboxHide", "hide", {}, true, true);
+        row("fieldChangeIpInterval", "changeIpInterval", integer(10), integer(25), false);
+        row("dropdownHideIP", "hideIpHotKey", integer(-1), integer(34), false);
+        row("dropdownChangeIP", "changeIpHotKey", integer(-1), integer(34), false);
+        row("dropdownStopHidingIP", "stopHideIpHotKey", integer(-1), integer(34), false);
+        row("dropdownDiscardIP", "discardIpHotKey", integer(-1), integer(34), false);
+        row("dropdownBringUpWindow", "bringUpWindowHotKey", integer(-1), integer(34), false);
+        row("userAgentChosen", "modeUserAgent", {}, integer(1), true);
+        row("comboboxUserAgent", "userAgent", text(""), text(agent), true);
+        row("checkboxHideMyReferrerHeader", "hideMyReferrerHeader", integer(0), integer(1), true);
+        row("checkboxHideMyCookiesHeaders", "hideMyCookiesHeaders", {}, integer(1), true);
+    }
+
+    [[nodiscard]] QVariant stored(const QString &key) const {
+        return fixture->services.preferences().value(key);
+    }
+
+    [[nodiscard]] platform::UserDefaultsController &defaults() const {
+        return *fixture->services.platform().userDefaults;
+    }
+
+private Q_SLOTS:
+
+    void init() {
+        fixture = std::make_unique<SettingsFixture>();
+        fixture->startAndShow();
+    }
+
+    void cleanup() { fixture.reset(); }
+
+    void editsAreHeldUntilApplied_data() { addEdits(); }
+
+    void editsAreHeldUntilApplied() {
+        QFETCH(QString, control);
+        QFETCH(QString, key);
+        QFETCH(QVariant, before);
+        QFETCH(QVariant, after);
+        QFETCH(bool, bound);
+        edit(control);
+        QCOMPARE(stored(key), before);
+        QCOMPARE(defaults().hasPendingEdits(), bound);
+        fixture->click("buttonApply");
+        QCOMPARE(stored(key), after);
+        QCOMPARE(stored(key).typeId(), after.typeId());
+        QVERIFY(!defaults().hasPendingEdits());
+        QVERIFY(fixture->window().isVisible());
+        QCOMPARE(fixture->delegate.calls, QStringList{text("changed")});
+    }
+
+    void okStoresAndGoesBackToTheMainWindow_data() { addEdits(); }
+
+    void okStoresAndGoesBackToTheMainWindow() {
+        QFETCH(QString, control);
+        QFETCH(QString, key);
+        QFETCH(QVariant, after);
+        edit(control);
+        fixture->click("buttonOk");
+        QCOMPARE(stored(key), after);
+        QVERIFY(!fixture->window().isVisible());
+        QCOMPARE(fixture->delegate.calls, (QStringList{text("changed"), text("show")}));
+    }
+
+    void cancelLeavesEveryStoredKeyAndDropsTheEdit_data() { addEdits(); }
+
+    void cancelLeavesEveryStoredKeyAndDropsTheEdit() {
+        QFETCH(QString, control);
+        const QVariantMap before = fixture->services.preferences().all();
+        edit(control);
+        fixture->click("buttonCancel");
+        QCOMPARE(fixture->services.preferences().all(), before);
+        QVERIFY(!defaults().hasPendingEdits());
+        QVERIFY(!fixture->window().isVisible());
+        QCOMPARE(fixture->delegate.calls, QStringList{text("show")});
+        fixture->controller->showWindow(); // and the controls show what is stored
+        fixture->click("buttonApply");
+        QVariantMap after = fixture->services.preferences().all();
+        for (const char *key : {"modeUserAgent", "hideMyCookiesHeaders"}) {
+            QCOMPARE(after.take(text(key)), integer(0)); // applying writes them for the first time
+        }
+        QCOMPARE(after, before);
+    }
+
+    void closeBoxNeitherSavesNorReverts_data() { addEdits(); }
+
+    void closeBoxNeitherSavesNorReverts() {
+        QFETCH(QString, control);
+        QFETCH(QString, key);
+        QFETCH(QVariant, after);
+        QFETCH(bool, bound);
+        const QVariantMap before = fixture->services.preferences().all();
+        edit(control);
+        QVERIFY(fixture->window().close());
+        QCOMPARE(fixture->services.preferences().all(), before);
+        QCOMPARE(defaults().hasPendingEdits(), bound);
+        QVERIFY(!fixture->window().isVisible());
+        QCOMPARE(fixture->delegate.calls, QStringList{text("show")});
+        fixture->controller->showWindow();
+        fixture->click("buttonApply");
+        // A pending edit was still there; what stood in a control alone was read anew.
+        QCOMPARE(stored(key), bound ? after : before.value(key));
+    }
+
+    void editsAreHeldFromTheBeginning() { QVERIFY(!defaults().appliesImmediately()); }
+
+    void everyBoundBoxGoesOffAgainWithItsType() {
+        for (const char *name : {"checkboxChangeIpInterval", "checkboxHide", "checkboxHideMyReferrerHeader",
+                                 "checkboxHideMyCookiesHeaders"}) {
+            fixture->click(name);
+        }
+        fixture->click("buttonApply");
+        for (const char *name : {"checkboxChangeIpInterval", "checkboxHide", "checkboxHideMyReferrerHeader",
+                                 "checkboxHideMyCookiesHeaders"}) {
+            fixture->click(name);
+        }
+        fixture->click("buttonApply");
+        QCOMPARE(fixture->stored("changeIpEvery"), QVariant(false));
+        QCOMPARE(fixture->stored("hide"), QVariant(false));
+        QCOMPARE(fixture->stored("hideMyReferrerHeader"), integer(0));
+        QCOMPARE(fixture->stored("hideMyCookiesHeaders"), integer(0));
+    }
+
+    void browserBoxesAreNobodysBusiness() {
+        const QVariantMap before = fixture->services.preferences().all();
+        for (const char *name : {"checkboxSafari", "checkboxFirefox", "checkboxOpera", "checkboxChrome"}) {
+            fixture->click(name);
+        }
+        QVERIFY(!defaults().hasPendingEdits());
+        QCOMPARE(fixture->services.preferences().all(), before);
+    }
+
+    void storedValuesAreShown() {
+        fixture.reset();
+        fixture = std::make_unique<SettingsFixture>();
+        fixture->store("changeIpEvery", true);
+        fixture->store("hide", 1);
+        fixture->store("changeIpInterval", 42);
+        fixture->store("stopHideIpHotKey", 61);
+        fixture->store("modeUserAgent", 1);
+        fixture->store("userAgent", text("an agent of my own"));
+        fixture->store("hideMyReferrerHeader", 1);
+        fixture->store("hideMyCookiesHeaders", 1);
+        fixture->startAndShow();
+        for (const char *name : {"checkboxChangeIpInterval", "checkboxHide", "checkboxHideMyReferrerHeader",
+                                 "checkboxHideMyCookiesHeaders", "userAgentChosen"}) {
+            QVERIFY2(fixture->find<QAbstractButton>(name)->isChecked(), name);
+        }
+        QCOMPARE(fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("42"));
+        QCOMPARE(fixture->find<QSpinBox>("stepperChangeIpInterval")->value(), 42);
+        QVERIFY(fixture->find<QLineEdit>("fieldChangeIpInterval")->isEnabled());
+        QCOMPARE(fixture->find<QComboBox>("dropdownStopHidingIP")->currentText(), text("Shift + F5"));
+        QCOMPARE(fixture->find<QComboBox>("comboboxUserAgent")->currentText(), text("an agent of my own"));
+        QVERIFY(fixture->find<QComboBox>("comboboxUserAgent")->isEnabled());
+        const QVariantMap before = fixture->services.preferences().all();
+        fixture->click("buttonApply"); // nothing was edited: everything stays, with its value
+        for (auto entry = before.begin(); entry != before.end(); ++entry) {
+            QCOMPARE(stored(entry.key()), entry.value());
+        }
+    }
+
+    void storedModeThatNoButtonHasStays() {
+        fixture->store("modeUserAgent", 7);
+        fixture->controller->showWindow();
+        QVERIFY(!fixture->find<QRadioButton>("userAgentOwn")->isChecked());
+        QVERIFY(!fixture->find<QRadioButton>("userAgentChosen")->isChecked());
+        fixture->click("buttonApply");
+        QCOMPARE(fixture->stored("modeUserAgent"), integer(7));
+    }
+
+    void userAgentListFollowsTheMode() {
+        auto *box = fixture->find<QComboBox>("comboboxUserAgent");
+        QVERIFY(!box->isEnabled());
+        fixture->click("userAgentChosen");
+        QVERIFY(box->isEnabled());
+        fixture->click("userAgentOwn");
+        QVERIFY(!box->isEnabled());
+        fixture->click("userAgentChosen");
+        fixture->controller->cancelButtonPressed();
+        fixture->controller->showWindow();
+        QVERIFY(!box->isEnabled());
+        fixture->click("userAgentChosen");
+        fixture->controller->applyButtonPressed();
+        QVERIFY(box->isEnabled());
+    }
+
+    void intervalControlsFollowTheBox() {
+        auto *field = fixture->find<QLineEdit>("fieldChangeIpInterval");
+        auto *stepper = fixture->find<QSpinBox>("stepperChangeIpInterval");
+        QVERIFY(!field->isEnabled() && !stepper->isEnabled());
+        fixture->click("checkboxChangeIpInterval");
+        QVERIFY(field->isEnabled() && stepper->isEnabled());
+        fixture->click("checkboxChangeIpInterval");
+        QVERIFY(!field->isEnabled() && !stepper->isEnabled());
+    }
+
+    void intervalFieldMovesTheStepperAndTheStepperTheField() {
+        fixture->click("checkboxChangeIpInterval");
+        auto *field = fixture->find<QLineEdit>("fieldChangeIpInterval");
+        auto *stepper = fixture->find<QSpinBox>("stepperChangeIpInterval");
+        field->clear();
+        QTest::keyClicks(field, text("3a7"));
+        QCOMPARE(field->text(), text("37"));
+        QCOMPARE(stepper->value(), 37);
+        QTest::keyClicks(field, text("9"));
+        QCOMPARE(field->text(), text("37"));
+        QTest::keyClick(stepper, Qt::Key_Up);
+        QCOMPARE(field->text(), text("38"));
+    }
+
+    void intervalIsStoredAsTheFieldReadsAndAZeroIsMendedAtTheNextStart() {
+        fixture->click("checkboxChangeIpInterval");
+        auto *field = fixture->find<QLineEdit>("fieldChangeIpInterval");
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Backspace);
+        fixture->click("buttonApply");
+        QCOMPARE(fixture->stored("changeIpInterval"), integer(0));
+        fixture->controller.reset();
+        fixture->startAndShow();
+        QCOMPARE(fixture->stored("changeIpInterval"), integer(10));
+        QCOMPARE(fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("10"));
+    }
+
+    void storedIntervalBeyondTheStepperIsShownAndKept() {
+        fixture->store("changeIpInterval", 250);
+        fixture->controller->showWindow();
+        QCOMPARE(fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("250"));
+        fixture->click("buttonApply");
+        QCOMPARE(fixture->stored("changeIpInterval"), integer(250));
+    }
+
+    void hotKeyStoredAsZeroBecomesNoneAtTheNextStart() {
+        fixture->controller.reset();
+        fixture->store("discardIpHotKey", 0);
+        fixture->startAndShow();
+        QCOMPARE(fixture->stored("discardIpHotKey"), integer(-1));
+        QCOMPARE(fixture->find<QComboBox>("dropdownDiscardIP")->currentText(), text("None"));
+    }
+
+    void launchAtLoginActsAtOnceAndIsShownAsItIs() {
+        QVERIFY(!fixture->find<QCheckBox>("launchOnStart")->isChecked());
+        fixture->click("launchOnStart");
+        QCOMPARE(fixture->delegate.calls, QStringList{text("launch on")});
+        fixture->click("buttonCancel"); // it has been done: nothing to take back
+        fixture->controller->showWindow();
+        QVERIFY(fixture->find<QCheckBox>("launchOnStart")->isChecked());
+        fixture->click("launchOnStart");
+        QCOMPARE(fixture->delegate.calls.last(), text("launch off"));
+    }
+
+    void websiteIsOpenedWithTheDevice() {
+        fixture->services.hardware().serial = text("SER");
+        fixture->click("buttonOurWebsite");
+        QCOMPARE(fixture->services.workspace().openedUrls,
+                 QStringList{text("https://www.quorvane.test/?utm_source=905-quorvane-mac&utm_medium=in-app"
+                                  "&uid=SER-1.0.0")});
+        QVERIFY(fixture->window().isVisible());
+    }
+
+    void operationsWithoutEffectHaveNone() {
+        fixture->click("checkboxHide"); // pending, and stays so
+        const QVariantMap before = fixture->services.preferences().all();
+        const auto calls = fixture->services.hotKeys().calls();
+        QrvSettingsWindowController::setBrowsers();
+        QrvSettingsWindowController::setUserAgent();
+        QrvSettingsWindowController::setReferrer();
+        QrvSettingsWindowController::selectHotKeyMenuItemPressed();
+        QCOMPARE(fixture->services.preferences().all(), before);
+        QVERIFY(defaults().hasPendingEdits());
+        QCOMPARE(fixture->services.hotKeys().calls(), calls);
+        QVERIFY(fixture->delegate.calls.isEmpty());
+    }
+
+    void awakeningAgainIsHarmless() {
+        const auto calls = fixture->services.hotKeys().calls();
+        fixture->controller->awakeFromNib();
+        QCOMPARE(fixture->services.hotKeys().calls(), calls);
+        QCOMPARE(fixture->window().toolbar().actions().size(), 2);
+    }
+
+    void otherWritersLeavePendingEditsPending() {
+        fixture->click("checkboxHide");
+        fixture->controller->addDiscardedIp(text("203.0.113.7"));
+        QVERIFY(defaults().hasPendingEdits());
+        QVERIFY(!fixture->stored("hide").isValid());
+    }
+};
+
+QTEST_MAIN(SettingsEditsTest)
+#include "SettingsEditsTest.moc"

@@ -1,0 +1,290 @@
+#include "frontend/ui/settings/HotKeysPane.h"
+
+#include "SettingsTest.h"
+
+#include <QLabel>
+#include <QWheelEvent>
+#include <array>
+
+namespace {
+
+constexpr quint32 cmd = 256;
+constexpr quint32 digit1 = 18;
+constexpr quint32 digit2 = 19;
+
+constexpr std::array dropdowns = {"dropdownHideIP", "dropdownChangeIP", "dropdownStopHidingIP",
+                                  "dropdownDiscardIP", "dropdownBringUpWindow"};
+
+} // namespace
+
+/// The pane "Hot Keys": what can be chosen, what is refused, and what the desktop is told.
+class SettingsHotKeysTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SettingsFixture> fixture;
+
+    void showPane() {
+        fixture->startAndShow();
+        fixture->window().toolbarItemPressed(text("tbiHotKeys"));
+    }
+
+    [[nodiscard]] QComboBox *dropdown(const char *name) const { return fixture->find<QComboBox>(name); }
+
+    [[nodiscard]] QString note(const char *name) const { return fixture->find<QLabel>(name)->text(); }
+
+private Q_SLOTS:
+
+    void init() { fixture = std::make_unique<SettingsFixture>(); }
+
+    void cleanup() { fixture.reset(); }
+
+    void everyPopUpOffersTheWholeList() {
+        fixture->start();
+        for (const char *name : dropdowns) {
+            const auto &offers = HotKeyTable::offers();
+            QCOMPARE(dropdown(name)->count(), static_cast<int>(offers.size()));
+            for (int i = 0; i < dropdown(name)->count(); ++i) {
+                QCOMPARE(dropdown(name)->itemText(i), offers[static_cast<std::size_t>(i)].label);
+                QCOMPARE(dropdown(name)->itemData(i),
+                         QVariant::fromValue<qint64>(offers[static_cast<std::size_t>(i)].tag));
+            }
+        }
+    }
+
+    void fillingAgainReplacesTheEntries() {
+        QComboBox box;
+        box.addItem(text("old"));
+        HotKeysPane::fillDropdownWithHotKeys(box);
+        const int count = box.count();
+        HotKeysPane::fillDropdownWithHotKeys(box);
+        QCOMPARE(box.count(), count);
+        QCOMPARE(box.itemText(0), text("None"));
+        QCOMPARE(box.itemData(0).toLongLong(), -1);
+    }
+
+    void storedKeysAreRegisteredAtTheStartInOrder() {
+        fixture->store("bringUpWindowHotKey", 31);
+        fixture->store("hideIpHotKey", 2);
+        fixture->start();
+        const auto &held = fixture->services.hotKeys().held();
+        QCOMPARE(held.size(), 2);
+        QCOMPARE(held[0].identifier.id, 1U);
+        QCOMPARE(held[1].identifier.id, 5U);
+        fixture->services.hotKeys().press(digit1, cmd);
+        QCOMPARE(fixture->delegate.fired, QList<quint32>{1});
+    }
+
+    void conflictIsToldAndTheSecondPopUpPutBack() {
+        fixture->store("changeIpHotKey", 33);
+        showPane();
+        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        QVERIFY(fixture->alerts.isEmpty());
+        fixture->choose(dropdown("dropdownChangeIP"), text("Cmd + 1")); // shown there, but not yet stored
+        QCOMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(fixture->alerts.first().title, text("Quorvane"));
+        QCOMPARE(fixture->alerts.first().text,
+                 text("Selected hot key is already being used by another action."));
+        QVERIFY(fixture->alerts.first().informative.isEmpty());
+        QCOMPARE(dropdown("dropdownChangeIP")->currentText(), text("Ctrl + 2"));
+        QCOMPARE(dropdown("dropdownHideIP")->currentText(), text("Cmd + 1"));
+        fixture->click("buttonOk");
+        QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
+        QCOMPARE(fixture->stored("changeIpHotKey").toLongLong(), 33);
+    }
+
+    void everyPopUpMindsEveryOther_data() {
+        QTest::addColumn<QString>("sender");
+        QTest::addColumn<QString>("other");
+        for (const char *sender : dropdowns) {
+            for (const char *other : dropdowns) {
+                if (sender != other) {
+                    QTest::addRow("%s against %s", sender, other) << text(sender) << text(other);
+                }
+            }
+        }
+    }
+
+    void everyPopUpMindsEveryOther() {
+        QFETCH(QString, sender);
+        QFETCH(QString, other);
+        fixture->store("hideIpHotKey", 31);
+        fixture->store("changeIpHotKey", 32);
+        fixture->store("stopHideIpHotKey", 33);
+        fixture->store("discardIpHotKey", 34);
+        fixture->store("bringUpWindowHotKey", 35);
+        showPane();
+        auto *box = fixture->window().findChild<QComboBox *>(sender);
+        auto *holder = fixture->window().findChild<QComboBox *>(other);
+        const QString before = box->currentText();
+        const QString held = holder->currentText();
+        QVERIFY(before != held);
+        fixture->choose(box, held);
+        QCOMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(box->currentText(), before); // each its own
+        QCOMPARE(holder->currentText(), held);
+    }
+
+    void applyRegistersAllFiveInOrderFromWhatWasJustStored() {
+        fixture->store("changeIpHotKey", 33);
+        showPane();
+        fixture->services.hotKeys().clear();
+        fixture->choose(dropdown("dropdownBringUpWindow"), text("Cmd + 1"));
+        QVERIFY(fixture->services.hotKeys().calls().isEmpty());
+        fixture->click("buttonApply");
+        const auto calls = fixture->services.hotKeys().calls();
+        QCOMPARE(calls.size(), 5);
+        using Kind = fakes::FakeHotKeyService::Call::Kind;
+        QList<Kind> kinds;
+        for (const auto &call : calls) {
+            kinds.append(call.kind);
+        }
+        QCOMPARE(kinds, (QList<Kind>{Kind::Unregister, Kind::Register, Kind::Unregister, Kind::Unregister,
+                                     Kind::Register}));
+        QCOMPARE(calls[1].identifier.id, 2U);
+        QCOMPARE(calls[4].identifier.id, 5U);
+        QCOMPARE(calls[4].keyCode, digit1);
+        QCOMPARE(calls[4].modifiers, cmd);
+    }
+
+    void conflictIsWithWhatIsShownNotWithWhatIsStored() {
+        fixture->store("hideIpHotKey", 2);
+        showPane();
+        fixture->choose(dropdown("dropdownHideIP"), text("None"));
+        fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 1")); // free in the pane
+        QVERIFY(fixture->alerts.isEmpty());
+        QCOMPARE(dropdown("dropdownDiscardIP")->currentText(), text("Cmd + 1"));
+    }
+
+    void noneNeverConflicts() {
+        showPane();
+        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        fixture->choose(dropdown("dropdownHideIP"), text("None"));
+        fixture->choose(dropdown("dropdownChangeIP"), text("None"));
+        QVERIFY(fixture->alerts.isEmpty());
+    }
+
+    void conflictOverAStrayStoredTagGoesBackToNone() {
+        fixture->store("changeIpHotKey", 18);
+        showPane();
+        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        fixture->choose(dropdown("dropdownChangeIP"), text("Cmd + 1"));
+        QCOMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(dropdown("dropdownChangeIP")->currentText(), text("None"));
+    }
+
+    void closedPopUpDoesNotWalkThroughOthersCombinations() {
+        fixture->store("hideIpHotKey", 1);
+        showPane();
+        QComboBox *box = dropdown("dropdownChangeIP");
+        box->setFocus();
+        QWheelEvent wheel(QPointF(5, 5), box->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(box, &wheel);
+        QCOMPARE(box->currentIndex(), 0);
+        QTest::keyClick(box, Qt::Key_Down);
+        QVERIFY(box->view()->isVisible());
+        QTest::keyClick(box->view(), Qt::Key_Down);
+        QTest::keyClick(box->view(), Qt::Key_Down);
+        QVERIFY(fixture->alerts.isEmpty());
+        QTest::keyClick(box->view(), Qt::Key_Return);
+        QCOMPARE(box->currentText(), text("Cmd + 1"));
+        QTest::keyClicks(box, text("s"));
+        QVERIFY(box->view()->isVisible());
+        QTest::keyClick(box->view(), Qt::Key_Return);
+        QCOMPARE(box->currentText(), text("Shift + F1"));
+        QVERIFY(fixture->alerts.isEmpty());
+    }
+
+    void replacedCombinationStaysAndNoneReleasesTheCurrentOne() {
+        fixture->store("hideIpHotKey", 2);
+        showPane();
+        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 2"));
+        fixture->click("buttonApply");
+        fixture->services.hotKeys().press(digit1, cmd);
+        fixture->services.hotKeys().press(digit2, cmd);
+        QCOMPARE(fixture->delegate.fired, (QList<quint32>{1, 1}));
+        fixture->choose(dropdown("dropdownHideIP"), text("None"));
+        fixture->click("buttonApply");
+        QCOMPARE(fixture->services.hotKeys().press(digit2, cmd), 0);
+        QCOMPARE(fixture->services.hotKeys().press(digit1, cmd), 1);
+    }
+
+    void refusedCombinationIsToldBesideItsPopUpAndStaysChosen() {
+        fixture->services.hotKeys().takeElsewhere(digit2, cmd);
+        showPane();
+        QCOMPARE(note("noteDiscardIP"), text(""));
+        fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 2"));
+        fixture->click("buttonApply");
+        QCOMPARE(note("noteDiscardIP"), text("Another program uses this combination."));
+        QVERIFY(fixture->find<QLabel>("noteDiscardIP")->isVisible());
+        QCOMPARE(dropdown("dropdownDiscardIP")->accessibleDescription(), note("noteDiscardIP"));
+        QCOMPARE(dropdown("dropdownDiscardIP")->currentText(), text("Cmd + 2"));
+        QCOMPARE(fixture->stored("discardIpHotKey").toLongLong(), 3);
+        QVERIFY(fixture->alerts.isEmpty());
+        fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 3"));
+        fixture->click("buttonApply");
+        QCOMPARE(note("noteDiscardIP"), text(""));
+    }
+
+    void combinationStillHeldByAnotherActionIsToldWithItsName() {
+        fixture->store("hideIpHotKey", 2);
+        showPane();
+        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 2"));
+        fixture->choose(dropdown("dropdownBringUpWindow"), text("Cmd + 1"));
+        fixture->click("buttonApply");
+        QCOMPARE(note("noteBringUpWindow"), text("Belongs to \"Hide IP\" until Quorvane quits."));
+    }
+
+    void lateRefusalAppearsBesideItsPopUp() {
+        fixture->store("hideIpHotKey", 2);
+        showPane();
+        fixture->services.hotKeys().refuse(fixture->services.hotKeys().held().first().reference,
+                                           platform::HotKeyError::TakenElsewhere);
+        QCOMPARE(note("noteHideIP"), text("Another program uses this combination."));
+    }
+
+    void lateDeclineAppearsBesideItsPopUp() {
+        fixture->store("stopHideIpHotKey", 2);
+        showPane();
+        fixture->services.hotKeys().refuse(fixture->services.hotKeys().held().first().reference,
+                                           platform::HotKeyError::Declined);
+        QCOMPARE(note("noteStopHidingIP"), text("The desktop declined this combination."));
+    }
+
+    void desktopIsToldWhatTheHotKeysDo() {
+        fixture->start();
+        const QStringList names = {text("Hide IP"), text("Change IP"), text("Stop hiding IP"),
+                                   text("Discard IP"), text("Bring up window")};
+        for (int i = 0; i < names.size(); ++i) {
+            QCOMPARE(fixture->services.hotKeys().description(static_cast<quint32>(i) + 1), names[i]);
+        }
+    }
+
+    void desktopWithoutHotKeysIsToldInOneSentenceAndAllElseWorks() {
+        const QString sentence =
+            text("This desktop offers no global hot keys: these combinations have no effect.");
+        fixture->services.hotKeys().setAvailable(false);
+        showPane();
+        QCOMPARE(note("hint"), sentence);
+        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        fixture->click("buttonApply");
+        QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
+        QCOMPARE(note("noteHideIP"), text(""));
+        fixture->services.hotKeys().setAvailable(true);
+        fixture->controller->showWindow();
+        QVERIFY(note("hint") != sentence);
+    }
+
+    void programWithoutTheServiceObjectWorksToo() {
+        fixture->services.platform().hotKeys.reset();
+        showPane();
+        QVERIFY(note("hint").startsWith(text("This desktop offers no global hot keys")));
+        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        fixture->click("buttonOk");
+        QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
+    }
+};
+
+QTEST_MAIN(SettingsHotKeysTest)
+#include "SettingsHotKeysTest.moc"

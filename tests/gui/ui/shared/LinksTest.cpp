@@ -1,0 +1,118 @@
+#include "frontend/ui/mainwindow/QrvAboutWindowController.h"
+#include "frontend/ui/shared/QrvUrlButton.h"
+#include "frontend/ui/shared/QrvUrlTextField.h"
+#include "frontend/ui/shared/WebPages.h"
+#include "tests/gui/GuiTest.h"
+
+#include <QHideEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QtTest/qtestspontaneevent.h>
+
+class LinksTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<GuiFixture> fixture;
+
+private Q_SLOTS:
+
+    void init() {
+        fixture = std::make_unique<GuiFixture>();
+        fixture->services.hardware().serial = text("SER");
+    }
+
+    void cleanup() { fixture.reset(); }
+
+    void addressesOfThePages() {
+        QCOMPARE(WebPages::root(text("ID-1")), text("https://www.quorvane.test/?utm_source=905-quorvane-mac&"
+                                                    "utm_medium=in-app&uid=ID-1"));
+        QCOMPARE(WebPages::ipCheck(text("ID-1")),
+                 text("https://www.quorvane.test/ip?utm_source=905-quorvane-mac&"
+                      "utm_medium=in-app&uid=ID-1"));
+    }
+
+    void hyperlinkCarriesItsAddressUnderlinedAndLiteral() {
+        const QString link =
+            QrvUrlTextField::hyperlinkFromString(text("<b>&"), text("https://a.test/?x=\"1\"&y"));
+        QVERIFY(link.contains(text("&lt;b&gt;&amp;")));
+        QVERIFY(link.contains(text("href=\"https://a.test/?x=&quot;1&quot;&amp;y\"")));
+        QVERIFY(link.contains(text("text-decoration:underline")));
+    }
+
+    void clickOnALinkOpensIt() {
+        QrvUrlTextField field;
+        QCOMPARE(field.cursor().shape(), Qt::PointingHandCursor);
+        QrvUrlTextField::hyperlinkWithTextField(field, text("Site"), text("https://a.test/"));
+        field.show();
+        QVERIFY(field.textInteractionFlags().testFlag(Qt::LinksAccessibleByKeyboard));
+        QTest::mouseClick(&field, Qt::LeftButton, {}, QPoint(5, field.height() / 2));
+        QCOMPARE(fixture->services.workspace().openedUrls, QStringList{text("https://a.test/")});
+    }
+
+    void linkButtonHasTheHand() {
+        const QrvUrlButton button;
+        QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
+    }
+
+    void aboutShowsVersionAndBuildDate() {
+        QrvAPI api;
+        QWidget main;
+        const QrvAboutWindowController about(main, api);
+        const QString line = about.findChild<QLabel *>(text("labelVersion"))->text();
+        static const QRegularExpression form(
+            text("^1\\.0\\.0 built (Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 1-3][0-9] \\d{4}$"));
+        QVERIFY2(form.match(line).hasMatch(), qPrintable(line));
+        QVERIFY(about.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    }
+
+    void aboutHidesAVisibleMainWindowAndBringsItBack() {
+        QrvAPI api;
+        QWidget main;
+        QrvAboutWindowController about(main, api);
+        main.show();
+        about.showWindow();
+        QVERIFY(!main.isVisible());
+        QVERIFY(about.isVisible());
+        QTest::mouseClick(about.findChild<QPushButton *>(text("okButton")), Qt::LeftButton);
+        QVERIFY(!about.isVisible());
+        QVERIFY(main.isVisible());
+    }
+
+    void aboutLeavesAHiddenMainWindowHidden() {
+        QrvAPI api;
+        QWidget main;
+        QrvAboutWindowController about(main, api);
+        about.showWindow();
+        QTest::keyClick(&about, Qt::Key_Escape);
+        QVERIFY(!about.isVisible());
+        QVERIFY(!main.isVisible());
+    }
+
+    void aboutPutAwayByTheDesktopIsNotClosed() {
+        QrvAPI api;
+        QWidget main;
+        QrvAboutWindowController about(main, api);
+        main.show();
+        about.showWindow();
+        QHideEvent minimised;
+        QSpontaneKeyEvent::setSpontaneous(&minimised);
+        qApp->notify(&about, &minimised);
+        QVERIFY(!main.isVisible());
+        about.close();
+        QVERIFY(main.isVisible());
+    }
+
+    void aboutOpensTheSite() {
+        QrvAPI api;
+        QWidget main;
+        QrvAboutWindowController about(main, api);
+        QTest::mouseClick(about.findChild<QPushButton *>(text("urlButton")), Qt::LeftButton);
+        QCOMPARE(fixture->services.workspace().openedUrls, QStringList{WebPages::root(text("SER-1.0.0"))});
+    }
+};
+
+QTEST_MAIN(LinksTest)
+#include "LinksTest.moc"

@@ -1,0 +1,210 @@
+#include "frontend/ui/tray/TrayPresence.h"
+
+#include "tests/gui/GuiTest.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QSignalSpy>
+#include <QSystemTrayIcon>
+
+/// The status item over trays that come and go. What real trays make of it is for the end-to-end tests.
+class TrayPresenceTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<TrayPresence> tray;
+
+    [[nodiscard]] fakes::FakeTrayHosts &hosts() const { return fixture->services.trayHosts(); }
+
+    [[nodiscard]] QSystemTrayIcon *icon() const { return tray->findChild<QSystemTrayIcon *>(); }
+
+    void make() { tray = std::make_unique<TrayPresence>(); }
+
+    void wait(double seconds) { fixture->services.delayedCalls().advance(seconds); }
+
+private Q_SLOTS:
+
+    void init() { fixture = std::make_unique<GuiFixture>(); }
+
+    void cleanup() {
+        tray.reset();
+        fixture.reset();
+    }
+
+    void itemsStandInTheDesktopsOrder() {
+        make();
+        QStringList titles;
+        for (const QAction *item : tray->menu().actions()) {
+            titles.append(item->isSeparator() ? text("-") : item->text());
+        }
+        QCOMPARE(titles, (QStringList{text("Quorvane"), text("Change IP"), text("-"), text("Copy IP"),
+                                      text("Check IP in Browser"), text("-"), text("Show Quorvane"),
+                                      text("Refresh Locations"), text("Settings..."), text("About Quorvane"),
+                                      text("-"), text("Quit Quorvane")}));
+        QCOMPARE(tray->hideIpMenuItem()->text(), text("Quorvane"));
+        QCOMPARE(tray->settingsMenuItem()->text(), text("Settings..."));
+        QCOMPARE(tray->copyIpMenuItem()->text(), text("Copy IP"));
+        QCOMPARE(tray->refreshMenuItem()->text(), text("Refresh Locations"));
+    }
+
+    void withoutATrayThereIsNoIconAndTheMenuStillWorks() {
+        make();
+        QVERIFY(!tray->isAvailable());
+        QVERIFY(icon() == nullptr);
+        tray->setImage(text("TrayLock"));
+        QSignalSpy shown(tray->showSelfMenuItem(), &QAction::triggered);
+        tray->showSelfMenuItem()->trigger();
+        QCOMPARE(shown.size(), 1);
+        QVERIFY(fixture->services.delayedCalls().pending().empty());
+    }
+
+    void notifierHostGetsTheIconAtOnceWithItsMenu() {
+        hosts().setNotifierHost(true);
+        make();
+        QVERIFY(tray->isAvailable());
+        QVERIFY(icon() != nullptr);
+        QVERIFY(icon()->isVisible());
+        QCOMPARE(icon()->contextMenu(), &tray->menu());
+        QVERIFY(!icon()->icon().isNull());
+    }
+
+    void embeddingTrayGetsTheIconWhenNoNotifierHostCame() {
+        hosts().setEmbeddingTray(true);
+        make();
+        QVERIFY(tray->isAvailable()); // the icon is as good as there
+        wait(TrayPresence::embeddingGraceSeconds - 0.1);
+        QVERIFY(icon() == nullptr);
+        wait(0.1);
+        QVERIFY(icon() != nullptr);
+    }
+
+    void notifierHostThatComesWithinTheGraceIsPreferred() {
+        hosts().setEmbeddingTray(true);
+        make();
+        wait(1.0);
+        hosts().setNotifierHost(true);
+        QVERIFY(icon() != nullptr);
+        const QSystemTrayIcon *first = icon();
+        wait(5.0);
+        QCOMPARE(tray->findChildren<QSystemTrayIcon *>().size(), 1);
+        QCOMPARE(icon(), first);
+        QSignalSpy pressed(tray.get(), &TrayPresence::doubleClicked);
+        Q_EMIT icon()->activated(QSystemTrayIcon::Trigger);
+        QCOMPARE(pressed.size(), 1); // it is a notifier's icon
+    }
+
+    void embeddingTrayThatLeavesWithinTheGraceGetsNothing() {
+        hosts().setEmbeddingTray(true);
+        make();
+        hosts().setEmbeddingTray(false);
+        wait(5.0);
+        QVERIFY(icon() == nullptr);
+        hosts().setEmbeddingTray(true);
+        wait(2.0);
+        QVERIFY(icon() != nullptr);
+    }
+
+    void lateTrayGetsWhatIsShownByThen() {
+        make();
+        tray->setImage(text("TrayLock"));
+        tray->setStatus(TrayPresence::Status::Hidden, text("203.0.113.7\n"));
+        QSignalSpy changes(tray.get(), &TrayPresence::availabilityChanged);
+        hosts().setNotifierHost(true);
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes.first().first().toBool(), true);
+        QVERIFY(icon() != nullptr);
+        QVERIFY(!icon()->icon().isNull());
+        QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
+    }
+
+    void comingAndGoingIsToldOnceEach() {
+        hosts().setNotifierHost(true);
+        make();
+        QSignalSpy changes(tray.get(), &TrayPresence::availabilityChanged);
+        hosts().setNotifierHost(false);
+        hosts().setNotifierHost(false);
+        QVERIFY(!tray->isAvailable());
+        hosts().setNotifierHost(true);
+        QCOMPARE(changes.size(), 2);
+        QCOMPARE(changes.at(0).first().toBool(), false);
+        QCOMPARE(changes.at(1).first().toBool(), true);
+        QCOMPARE(tray->findChildren<QSystemTrayIcon *>().size(), 1);
+    }
+
+    void iconOfOneKindIsNotShownByATrayOfTheOther() {
+        hosts().setNotifierHost(true);
+        make();
+        hosts().setEmbeddingTray(true);
+        hosts().setNotifierHost(false);
+        QVERIFY(!tray->isAvailable());
+    }
+
+    void activation_data() {
+        QTest::addColumn<bool>("notifier");
+        QTest::addColumn<int>("reason");
+        QTest::addColumn<int>("shows");
+        QTest::newRow("notifier, activated") << true << int(QSystemTrayIcon::Trigger) << 1;
+        QTest::newRow("notifier, middle") << true << int(QSystemTrayIcon::MiddleClick) << 0;
+        QTest::newRow("embedded, click") << false << int(QSystemTrayIcon::Trigger) << 0;
+        QTest::newRow("embedded, double-click") << false << int(QSystemTrayIcon::DoubleClick) << 1;
+        QTest::newRow("embedded, context menu") << false << int(QSystemTrayIcon::Context) << 0;
+    }
+
+    void activation() {
+        QFETCH(bool, notifier);
+        QFETCH(int, reason);
+        QFETCH(int, shows);
+        hosts().setNotifierHost(notifier);
+        hosts().setEmbeddingTray(!notifier);
+        make();
+        wait(TrayPresence::embeddingGraceSeconds);
+        QSignalSpy pressed(tray.get(), &TrayPresence::doubleClicked);
+        Q_EMIT icon()->activated(static_cast<QSystemTrayIcon::ActivationReason>(reason));
+        QCOMPARE(pressed.size(), shows);
+    }
+
+    void tooltipTellsTheState() {
+        hosts().setNotifierHost(true);
+        make();
+        QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is not hidden"));
+        tray->setStatus(TrayPresence::Status::Searching, {});
+        QCOMPARE(icon()->toolTip(), text("Quorvane: searching for an available IP"));
+        tray->setStatus(TrayPresence::Status::Hidden, text("203.0.113.7\n"));
+        QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
+        QCOMPARE(tray->toolTip(), icon()->toolTip());
+    }
+
+    void unknownImageLeavesTheIcon() {
+        hosts().setNotifierHost(true);
+        make();
+        const qint64 before = icon()->icon().cacheKey();
+        tray->setImage(text("nosuch"));
+        QCOMPARE(icon()->icon().cacheKey(), before);
+        tray->setImage(text("TrayLock"));
+        QVERIFY(icon()->icon().cacheKey() != before);
+    }
+
+    void everySizeOfATrayIsDrawnAsItIs() {
+        for (const int size : {16, 24, 32, 48}) {
+            fixture->addImage(text("Tray-%1").arg(size), QSize(size, size));
+        }
+        hosts().setNotifierHost(true);
+        make();
+        for (const int size : {16, 24, 32, 48}) {
+            QVERIFY2(icon()->icon().availableSizes().contains(QSize(size, size)),
+                     qPrintable(QString::number(size)));
+            QCOMPARE(icon()->icon().pixmap(size).size(), QSize(size, size));
+        }
+    }
+
+    void goingAwayTakesTheHandlerAlong() {
+        make();
+        QVERIFY(hosts().hasChangeHandler());
+        tray.reset();
+        QVERIFY(!hosts().hasChangeHandler());
+    }
+};
+
+QTEST_MAIN(TrayPresenceTest)
+#include "TrayPresenceTest.moc"

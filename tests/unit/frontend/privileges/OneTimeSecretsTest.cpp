@@ -1,0 +1,36 @@
+#include "frontend/privileges/OneTimeSecrets.h"
+
+#include "tests/unit/Printing.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+class OneTimeSecretsTest : public testing::Test {
+protected:
+    OneTimeSecrets secrets;
+};
+
+TEST_F(OneTimeSecretsTest, EveryOccurrenceIsMasked) {
+    secrets.add(text("abc"));
+    EXPECT_EQ(secrets.masked(text("abc=abc;ABC")), text("*****=*****;ABC"));
+}
+
+TEST_F(OneTimeSecretsTest, EmptyOnesMaskNothing) {
+    secrets.add(QString());
+    secrets.add(text(""));
+    EXPECT_EQ(secrets.masked(text("abc")), text("abc"));
+}
+
+TEST_F(OneTimeSecretsTest, OldestAreForgottenBeyondTheBound) {
+    for (int i = 0; i < 33; ++i) {
+        secrets.add(text("<%1>").arg(i));
+    }
+    EXPECT_EQ(secrets.masked(text("<0> <1> <32>")), text("<0> ***** *****"));
+}
+
+} // namespace
