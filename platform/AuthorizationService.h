@@ -5,7 +5,7 @@
 #include <optional>
 #include <sys/types.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// A privileged process started by AuthorizationService.
 struct PrivilegedProcess {
@@ -34,4 +34,4 @@ public:
     [[nodiscard]] virtual std::optional<int> wait(pid_t pid, bool block) = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

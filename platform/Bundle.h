@@ -3,7 +3,7 @@
 #include <QString>
 #include <QVariantMap>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The program's contents folder: bin/quorvane, Info.plist and Resources/. Read once, then constant;
 /// safe from any thread.
@@ -31,4 +31,4 @@ private:
     QVariantMap dictionary;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

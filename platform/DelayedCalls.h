@@ -4,7 +4,7 @@
 
 class QObject;
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Calls after a delay on the caller's event loop.
 ///
@@ -19,4 +19,4 @@ public:
     virtual void cancelAll(const QObject *target) = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

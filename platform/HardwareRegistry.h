@@ -4,7 +4,7 @@
 #include <QString>
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// What identifies this machine. Values may be absent on any machine; none is cached here.
 class HardwareRegistry {
@@ -18,4 +18,4 @@ public:
     [[nodiscard]] virtual std::optional<QByteArray> firstEthernetAddress() const = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

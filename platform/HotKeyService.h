@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Names one hot key to its owner: `id` tells the action, `signature` is four characters, the first in the
 /// high byte.
@@ -76,4 +76,4 @@ public:
     }
 };
 
-} // namespace platform
+} // namespace quorvane::platform

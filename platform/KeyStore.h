@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// One password per identifier in the desktop's key store. Calls may wait for the user to unlock the
 /// store, so they do not belong on the main thread. Failures of the store itself read as "no item".
@@ -31,4 +31,4 @@ public:
     [[nodiscard]] virtual std::optional<QStringList> accounts(const QString &label) = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The flag word of a reachability target.
 namespace ReachabilityFlag {
@@ -59,4 +59,4 @@ public:
     [[nodiscard]] virtual std::unique_ptr<SerialQueue> makeQueue(const QString &name) = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace quorvane::platform {
 
 void NotificationCenter::addObserver(const QString &name, QObject *context, Handler handler) {
     const std::lock_guard lock(mutex);
@@ -38,4 +38,4 @@ bool NotificationCenter::stillObserves(std::uint64_t id) {
     });
 }
 
-} // namespace platform
+} // namespace quorvane::platform

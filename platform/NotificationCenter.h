@@ -9,7 +9,7 @@
 #include <mutex>
 #include <vector>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Messages by name between parts that do not know each other.
 ///
@@ -39,4 +39,4 @@ private:
     std::vector<Observer> observers;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

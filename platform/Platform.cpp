@@ -16,7 +16,7 @@
 #include "UserDefaultsController.h"
 #include "Workspace.h"
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -41,4 +41,4 @@ void Platform::setCurrent(Platform *platform) {
     installed = platform;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

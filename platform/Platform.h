@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace platform {
+namespace quorvane::platform {
 
 class AuthorizationService;
 class DelayedCalls;
@@ -70,4 +70,4 @@ struct Platform {
 /// platform in use.
 [[nodiscard]] std::unique_ptr<Platform> makeLinuxPlatform();
 
-} // namespace platform
+} // namespace quorvane::platform

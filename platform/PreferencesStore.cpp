@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -129,4 +129,4 @@ QVariant PreferencesStore::canonical(const QVariant &value) {
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform

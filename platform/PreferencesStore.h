@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <QVariant>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The user's preferences: a flat table of typed values under text keys.
 ///
@@ -47,4 +47,4 @@ protected:
     [[nodiscard]] static QVariant canonical(const QVariant &value);
 };
 
-} // namespace platform
+} // namespace quorvane::platform

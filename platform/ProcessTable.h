@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <sys/types.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// One row of the kernel's process table.
 struct ProcessRecord {
@@ -24,4 +24,4 @@ public:
     [[nodiscard]] virtual int query(ProcessRecord *rows, std::size_t &count) const = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

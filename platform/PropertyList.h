@@ -5,7 +5,7 @@
 #include <QVariant>
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Property lists in memory as variants: QVariantMap, QVariantList, QString, qint64, double, bool,
 /// QByteArray. Input is hostile until parsed: malformed, deep or huge texts give nothing, never a crash.
@@ -26,4 +26,4 @@ bool writeFile(const QString &path, const QVariantMap &dictionary);
 
 } // namespace PropertyList
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -3,7 +3,7 @@
 #include <QString>
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// What came of one shell line.
 struct ScriptResult {
@@ -34,4 +34,4 @@ public:
                                                           const QString &password) = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

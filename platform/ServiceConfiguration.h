@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Where the service is. Built-in defaults come from Resources/service.conf; /etc/quorvane/service.conf
 /// overrides them key by key. Plain "key = value" lines, '#' begins a comment. Unknown keys and values that
@@ -19,4 +19,4 @@ struct ServiceConfiguration {
     [[nodiscard]] static ServiceConfiguration read(const QStringList &paths);
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -32,4 +32,4 @@ std::optional<QUrl> strictUrl(const QByteArray &text) {
     return url;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

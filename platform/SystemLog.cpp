@@ -2,10 +2,7 @@
 
 #include "PreferencesStore.h"
 
-#include <syslog.h>
-#include <unistd.h>
-
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -37,20 +34,6 @@ QString escaped(const QString &line) {
 
 } // namespace
 
-StandardLogSink::StandardLogSink() {
-    ::openlog("quorvane", LOG_PID, LOG_USER);
-}
-
-void StandardLogSink::write(const QString &line) {
-    const QByteArray bytes = line.toUtf8();
-    ::syslog(LOG_NOTICE, "%s", bytes.constData());
-    // One call a line, so that lines of several threads do not mix. A closed standard error is no
-    // reason to stop.
-    const QByteArray whole = "quorvane: " + bytes + '\n';
-    [[maybe_unused]] const ssize_t written =
-        ::write(STDERR_FILENO, whole.constData(), static_cast<std::size_t>(whole.size()));
-}
-
 SystemLog::SystemLog(LogSink &target, const PreferencesStore &store) : sink(target), preferences(store) {}
 
 void SystemLog::setMask(Mask newMask) {
@@ -77,4 +60,4 @@ void SystemLog::writeAlways(const QString &line) {
     sink.write(escaped(present ? present(line) : line));
 }
 
-} // namespace platform
+} // namespace quorvane::platform

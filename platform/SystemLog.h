@@ -4,7 +4,7 @@
 #include <functional>
 #include <mutex>
 
-namespace platform {
+namespace quorvane::platform {
 
 class PreferencesStore;
 
@@ -14,13 +14,6 @@ public:
     virtual ~LogSink() = default;
     /// Writes one line (no line feed inside or at the end). Any thread.
     virtual void write(const QString &line) = 0;
-};
-
-/// Standard error and the system log.
-class StandardLogSink final : public LogSink {
-public:
-    StandardLogSink();
-    void write(const QString &line) override;
 };
 
 /// The program's diagnostics. Every line passes through the mask before it leaves the process, so no
@@ -49,4 +42,4 @@ private:
     Mask mask;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The desktop's trays, as they come and go. Main thread; the handler is called from the event loop, never
 /// from within a call of these.
@@ -18,4 +18,4 @@ public:
     virtual void installChangeHandler(std::function<void()> handler) = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -7,7 +7,7 @@
 
 class QObject;
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Why a download failed.
 struct UrlError {
@@ -43,4 +43,4 @@ public:
     [[nodiscard]] virtual std::optional<QByteArray> fetch(const QByteArray &url) = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The user that the program runs for.
 struct UserAccount {
@@ -14,4 +14,4 @@ struct UserAccount {
     [[nodiscard]] static UserAccount current();
 };
 
-} // namespace platform
+} // namespace quorvane::platform

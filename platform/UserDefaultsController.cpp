@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace platform {
+namespace quorvane::platform {
 
 UserDefaultsController::UserDefaultsController(PreferencesStore &target) : store(target) {}
 
@@ -49,4 +49,4 @@ void UserDefaultsController::revert() {
     pending.clear();
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -2,7 +2,7 @@
 
 #include <QVariantMap>
 
-namespace platform {
+namespace quorvane::platform {
 
 class PreferencesStore;
 
@@ -39,4 +39,4 @@ private:
     bool immediate = true;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The desktop around the program. Main thread.
 class Workspace {
@@ -21,4 +21,4 @@ public:
     virtual void notify(const QString &title, const QString &text) = 0;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -1,5 +1,7 @@
 #include "AnswerTable.h"
 
+namespace quorvane {
+
 namespace {
 
 /// Blanks and tabs only: a line feed is part of a key or value.
@@ -45,3 +47,5 @@ std::optional<AnswerTable> AnswerTable::read(const QString &text) {
     }
     return table;
 }
+
+} // namespace quorvane

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <optional>
 
+namespace quorvane {
+
 /// An answer of the service, read into a flat table.
 struct AnswerTable {
     QHash<QString, QString> values; ///< a later line with the same key replaced the earlier value
@@ -17,3 +19,5 @@ struct AnswerTable {
     /// and for the bare success message, which is no answer.
     [[nodiscard]] static std::optional<AnswerTable> read(const QString &text);
 };
+
+} // namespace quorvane

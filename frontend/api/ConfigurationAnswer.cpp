@@ -1,5 +1,7 @@
 #include "ConfigurationAnswer.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr QLatin1String lineEnd("<br />");
@@ -38,3 +40,5 @@ QString ConfigurationAnswer::getIPAdress(const QString &text) {
     const qsizetype start = at + marker.size();
     return present(text.sliced(start, end - start));
 }
+
+} // namespace quorvane

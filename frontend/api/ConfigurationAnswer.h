@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace quorvane {
+
 /// The answer to a request for a VPN configuration.
 namespace ConfigurationAnswer {
 
@@ -14,3 +16,5 @@ namespace ConfigurationAnswer {
 [[nodiscard]] QString getIPAdress(const QString &text);
 
 } // namespace ConfigurationAnswer
+
+} // namespace quorvane

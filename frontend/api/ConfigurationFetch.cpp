@@ -18,6 +18,8 @@
 #include <QStringDecoder>
 #include <QThreadPool>
 
+namespace quorvane {
+
 namespace {
 
 /// What the task needs of the group, copied: the group's lists may change on the main thread meanwhile.
@@ -114,3 +116,5 @@ void ConfigurationFetch::start(const QString &title, const QrvVpnDataPointer &da
             Qt::QueuedConnection);
     });
 }
+
+} // namespace quorvane

@@ -7,6 +7,8 @@
 #include <atomic>
 #include <memory>
 
+namespace quorvane {
+
 class QrvAPI;
 
 /// Asks the service for the OpenVPN configuration of one server group and stores it: the configuration
@@ -42,3 +44,5 @@ private:
     /// The number of the last request, shared with the tasks that are on their way.
     std::shared_ptr<std::atomic<quint64>> lastRequest = std::make_shared<std::atomic<quint64>>(0);
 };
+
+} // namespace quorvane

@@ -14,6 +14,8 @@
 #include <QDateTime>
 #include <QFile>
 
+namespace quorvane {
+
 namespace {
 
 struct ProcessWide {
@@ -218,3 +220,5 @@ void QrvAPI::downloadDidFail(const platform::UrlError &error) {
 void QrvAPI::showNotification(const QString &title) {
     services().workspace->notify(title, QStringLiteral("Quorvane"));
 }
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <mutex>
 
+namespace quorvane {
+
 namespace platform {
 struct UrlError;
 }
@@ -108,3 +110,5 @@ private:
     quint32 attemptCount = 0;
     std::recursive_mutex answerLock;
 };
+
+} // namespace quorvane

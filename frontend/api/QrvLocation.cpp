@@ -1,5 +1,7 @@
 #include "QrvLocation.h"
 
+namespace quorvane {
+
 namespace {
 
 std::weak_ordering plainOrder(const QString &a, const QString &b) {
@@ -32,3 +34,5 @@ std::weak_ordering QrvLocation::compareLocations(const QrvLocation &other) const
     }
     return plainOrder(countryCode, other.countryCode);
 }
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 #include <QString>
 #include <compare>
 
+namespace quorvane {
+
 /// One entry of the service's location list: a country, or a city within it.
 struct QrvLocation {
     QString title;       ///< shown to the user
@@ -20,3 +22,5 @@ struct QrvLocation {
 };
 
 using QrvLocationList = QList<QrvLocation>;
+
+} // namespace quorvane

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <memory>
 
+namespace quorvane {
+
 /// One server group of the service, made from one "Server" line of an answer.
 struct QrvVpnData {
     QString ipAdress;    ///< one address of the group, picked at random when the line was read
@@ -21,3 +23,5 @@ struct QrvVpnData {
 /// Groups are shared by the server list and the location entries that stand for them.
 using QrvVpnDataPointer = std::shared_ptr<QrvVpnData>;
 using QrvVpnDataList = QList<QrvVpnDataPointer>;
+
+} // namespace quorvane

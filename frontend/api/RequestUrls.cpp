@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace quorvane {
+
 QString RequestUrls::base(const QString &host, const QString &version, const QString &identifier) {
     return QStringLiteral("https://") + host + QStringLiteral("/?cmd=MRTSL&ver=") + version +
            QStringLiteral("&device=1&systamp=MacOS,user,mobilebox&uniqueid=") + identifier;
@@ -43,3 +45,5 @@ std::optional<QByteArray> RequestUrls::escaped(const QString &text) {
     result.replace('+', "%2B");
     return result;
 }
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 #include <QString>
 #include <optional>
 
+namespace quorvane {
+
 /// The texts of the service's request URLs.
 namespace RequestUrls {
 
@@ -21,3 +23,5 @@ namespace RequestUrls {
 [[nodiscard]] std::optional<QByteArray> escaped(const QString &text);
 
 } // namespace RequestUrls
+
+} // namespace quorvane

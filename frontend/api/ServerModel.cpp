@@ -3,6 +3,8 @@
 #include <QRandomGenerator>
 #include <algorithm>
 
+namespace quorvane {
+
 namespace {
 
 constexpr qsizetype fieldsNeeded = 5;
@@ -171,3 +173,5 @@ QString ServerModel::getCodeByIP(const QString &address) const {
     const QStringList fields = serverFieldsWith(address);
     return fields.isEmpty() ? QString() : present(fields.at(3));
 }
+
+} // namespace quorvane

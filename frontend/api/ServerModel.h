@@ -6,6 +6,8 @@
 #include <QHash>
 #include <QSet>
 
+namespace quorvane {
+
 /// The servers, locations and countries of the service's last answers, and the look-ups over them.
 /// Main thread only. Sends nothing.
 class ServerModel {
@@ -56,3 +58,5 @@ private:
     bool locationsKnown = false;
     QHash<QString, QString> countries;
 };
+
+} // namespace quorvane

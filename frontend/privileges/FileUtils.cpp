@@ -5,6 +5,8 @@
 
 #include <filesystem>
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 void FileUtils::checkUserDefaultsPremmision() {
@@ -30,3 +32,5 @@ void FileUtils::checkUserDefaultsPremmision() {
         fs::remove(path, ignored);
     }
 }
+
+} // namespace quorvane

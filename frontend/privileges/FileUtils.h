@@ -1,5 +1,7 @@
 #pragma once
 
+namespace quorvane {
+
 /// Care for the program's own files.
 class FileUtils {
 public:
@@ -7,3 +9,5 @@ public:
     /// empty one than one that others can read or that the program may not be able to rewrite. Any thread.
     static void checkUserDefaultsPremmision();
 };
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 #include "platform/KeyStore.h"
 #include "platform/Platform.h"
 
+namespace quorvane {
+
 namespace {
 
 platform::KeyStore &store() {
@@ -47,3 +49,5 @@ QString KeychainWrapper::getKeychainUserName(const QString &label) {
     const auto accounts = store().accounts(label);
     return accounts && !accounts->isEmpty() ? accounts->last() : QStringLiteral("");
 }
+
+} // namespace quorvane

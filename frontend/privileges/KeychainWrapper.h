@@ -5,6 +5,8 @@
 #include <QVariantMap>
 #include <optional>
 
+namespace quorvane {
+
 /// One password item per identifier in the desktop's key store. Nothing in the program uses it yet; it may
 /// wait for the user, so it does not belong on the main thread.
 class KeychainWrapper {
@@ -24,3 +26,5 @@ public:
     /// The account of the last item with this label; the empty text on any failure.
     [[nodiscard]] static QString getKeychainUserName(const QString &label);
 };
+
+} // namespace quorvane

@@ -1,5 +1,7 @@
 #include "OneTimeSecrets.h"
 
+namespace quorvane {
+
 OneTimeSecrets &OneTimeSecrets::shared() {
     static OneTimeSecrets instance;
     return instance;
@@ -29,3 +31,5 @@ void OneTimeSecrets::clear() {
     const std::lock_guard lock(mutex);
     secrets.clear();
 }
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <mutex>
 
+namespace quorvane {
+
 /// The VPN user names and passwords seen lately, so that no diagnostic line shows one. Any thread.
 class OneTimeSecrets {
 public:
@@ -21,3 +23,5 @@ private:
     mutable std::mutex mutex;
     QStringList secrets;
 };
+
+} // namespace quorvane

@@ -1,20 +1,16 @@
 #include "QrvCredentials.h"
 
+#include "AdministratorPair.h"
 #include "OneTimeSecrets.h"
 #include "ScriptUtil.h"
 #include "frontend/support/Diagnostics.h"
 #include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
-#include "platform/UserDefaultsController.h"
 
-#include <ctime>
 #include <mutex>
-#include <random>
+
+namespace quorvane {
 
 namespace {
-
-const QString userKey = QStringLiteral("un");
-const QString passwordKey = QStringLiteral("up");
 
 struct VpnPair {
     std::mutex mutex;
@@ -27,29 +23,6 @@ VpnPair &vpnPair() {
     return pair;
 }
 
-/// The generator that is never seeded: it only chooses between the three families of characters.
-std::uint_fast32_t drawFamily() {
-    static std::mutex mutex;
-    static std::mt19937 engine; // NOLINT(bugprone-random-generator-seed): unseeded by design
-    const std::lock_guard lock(mutex);
-    return engine() % 3;
-}
-
-QChar randomAlphaNumeric(std::mt19937 &engine) {
-    switch (drawFamily()) {
-    case 2:
-        return QChar(static_cast<char16_t>(u'a' + engine() % 26));
-    case 1:
-        return QChar(static_cast<char16_t>(u'A' + engine() % 26));
-    default:
-        return QChar(static_cast<char16_t>(u'0' + engine() % 10));
-    }
-}
-
-QVariant stored(const QString &scrambled) {
-    return scrambled.isNull() ? QVariant() : QVariant(scrambled);
-}
-
 } // namespace
 
 QrvCredentials &QrvCredentials::sharedInstance() {
@@ -58,18 +31,15 @@ QrvCredentials &QrvCredentials::sharedInstance() {
 }
 
 void QrvCredentials::saveUserName(const QString &user, const QString &password) {
-    auto &services = platform::Platform::current();
-    services.preferences->setValues(
-        {{userKey, stored(encode(user))}, {passwordKey, stored(encode(password))}});
-    services.userDefaults->save();
+    AdministratorPair::store(user, password);
 }
 
 QString QrvCredentials::userName() const {
-    return decode(platform::Platform::current().preferences->string(userKey));
+    return AdministratorPair::stored().user;
 }
 
 QString QrvCredentials::rootPassword() const {
-    return decode(platform::Platform::current().preferences->string(passwordKey));
+    return AdministratorPair::stored().password;
 }
 
 void QrvCredentials::saveVpnUserName(const QString &user, const QString &password) {
@@ -107,35 +77,17 @@ void QrvCredentials::getStatus(int terminationStatus) const {
 }
 
 QString QrvCredentials::encode(const QString &text) {
-    if (text.isEmpty()) {
-        return {};
-    }
-    std::mt19937 engine(static_cast<std::mt19937::result_type>(std::time(nullptr)));
-    QString scrambled;
-    scrambled.reserve(2 * text.size() + 1);
-    for (const QChar unit : text) {
-        scrambled += unit;
-        scrambled += randomAlphaNumeric(engine);
-    }
-    scrambled += QChar(u'\0');
-    return scrambled;
+    return AdministratorPair::encode(text);
 }
 
 QString QrvCredentials::decode(const QString &text) {
-    if (text.size() < 2) {
-        return {};
-    }
-    QString plain;
-    for (qsizetype i = 0; i < text.size() / 2; ++i) {
-        plain += text.at(2 * i);
-    }
-    return plain;
+    return AdministratorPair::decode(text);
 }
 
 QString QrvCredentials::sanitizeStringByRemovingLoginAndPassword(const QString &text) {
     QString result = text;
-    const QrvCredentials &credentials = sharedInstance();
-    for (const QString &secret : {credentials.userName(), credentials.rootPassword()}) {
+    const auto [user, password] = AdministratorPair::stored();
+    for (const QString &secret : {user, password}) {
         if (!secret.isEmpty()) {
             result.replace(secret, QStringLiteral("*****"));
         }
@@ -146,3 +98,5 @@ QString QrvCredentials::sanitizeStringByRemovingLoginAndPassword(const QString &
 QString QrvCredentials::maskForLog(const QString &text) {
     return OneTimeSecrets::shared().masked(sanitizeStringByRemovingLoginAndPassword(text));
 }
+
+} // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace quorvane {
+
 /// The administrator's name and password, kept scrambled in the preferences, and the one-time VPN pair,
 /// kept in memory. Scrambling only keeps the pair from standing there as plain text; it is no encryption.
 /// Reading, writing and masking are safe from any thread.
@@ -36,3 +38,5 @@ public:
     /// What every diagnostic line goes through: the administrator's pair and the VPN pairs masked.
     [[nodiscard]] static QString maskForLog(const QString &text);
 };
+
+} // namespace quorvane

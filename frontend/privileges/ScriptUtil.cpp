@@ -1,10 +1,12 @@
 #include "ScriptUtil.h"
 
-#include "QrvCredentials.h"
+#include "AdministratorPair.h"
 #include "SessionReset.h"
 #include "frontend/support/Diagnostics.h"
 #include "platform/Platform.h"
 #include "platform/ScriptingService.h"
+
+namespace quorvane {
 
 namespace {
 
@@ -34,9 +36,7 @@ QString describe(const platform::ScriptResult &result) {
 bool ScriptUtil::runProcessAsAdministrator(const QString &launchPath, const QStringList &arguments,
                                            QString &output, QString &errorDescription) {
     const QString line = launchPath + QChar(u' ') + arguments.join(u' ');
-    const QrvCredentials &credentials = QrvCredentials::sharedInstance();
-    const QString user = credentials.userName();
-    const QString password = credentials.rootPassword();
+    const auto [user, password] = AdministratorPair::stored();
     if (isPresentButEmpty(user) || isPresentButEmpty(password)) {
         return false;
     }
@@ -99,3 +99,5 @@ bool ScriptUtil::setSystemDns() {
     Diagnostics::log(QStringLiteral("output: ") + Diagnostics::shown(output));
     return last;
 }
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace quorvane {
+
 /// Runs commands as administrator and guards the system's DNS servers. Callers make one, use it and drop it.
 /// Every operation blocks its thread until the command has ended. Any thread.
 class ScriptUtil {
@@ -26,3 +28,5 @@ public:
 private:
     [[nodiscard]] bool listsResolvers(const QString &command);
 };
+
+} // namespace quorvane

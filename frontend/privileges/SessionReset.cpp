@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <mutex>
 
+namespace quorvane {
+
 namespace {
 
 struct Target {
@@ -31,3 +33,5 @@ void SessionReset::request() {
         QMetaObject::invokeMethod(target().context, target().reset, Qt::QueuedConnection);
     }
 }
+
+} // namespace quorvane

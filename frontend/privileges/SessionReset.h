@@ -4,6 +4,8 @@
 
 class QObject;
 
+namespace quorvane {
+
 /// The way from a failed privileged command back to the session, without knowing the session: once a
 /// session is there, a request returns it to not hidden.
 class SessionReset {
@@ -14,3 +16,5 @@ public:
     /// target was set are lost.
     static void request();
 };
+
+} // namespace quorvane

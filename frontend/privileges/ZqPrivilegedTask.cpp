@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QVariant>
 
+namespace quorvane {
+
 namespace {
 
 constexpr int checkIntervalMs = 100;
@@ -90,3 +92,5 @@ QString ZqPrivilegedTask::description() const {
     }
     return text;
 }
+
+} // namespace quorvane

@@ -9,6 +9,8 @@
 
 class QFile;
 
+namespace quorvane {
+
 /// A program started with administrator rights after the desktop asked the user for them. Nothing in the
 /// program uses it yet. One thread, with an event loop for the notice of the program's end:
 /// "ZqPrivilegedTaskDidTerminateNotification", with the task as object.
@@ -65,3 +67,5 @@ private:
     std::unique_ptr<QFile> output;
     QTimer checkStatusTimer;
 };
+
+} // namespace quorvane

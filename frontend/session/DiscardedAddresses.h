@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+namespace quorvane {
+
 /// The addresses that the user does not want again. Main thread.
 class DiscardedAddresses {
 public:
@@ -12,3 +14,5 @@ public:
     /// In the order in which they were discarded.
     [[nodiscard]] virtual QStringList getRowData() const = 0;
 };
+
+} // namespace quorvane

@@ -16,6 +16,8 @@
 
 #include <exception>
 
+namespace quorvane {
+
 namespace {
 
 constexpr double secondsPerMinute = 60.0;
@@ -294,3 +296,5 @@ void HideIpSession::continueWork(bool proceed) {
         environment.resetAnimationFrames();
     }
 }
+
+} // namespace quorvane

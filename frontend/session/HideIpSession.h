@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+namespace quorvane {
+
 class QrvAPI;
 class SessionDisplay;
 class Vpn;
@@ -81,3 +83,5 @@ private:
     QObject changeIpTimer;
     bool timerArmed = false;
 };
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 #include <array>
 #include <limits>
 
+namespace quorvane {
+
 namespace {
 
 using platform::HotKeyService;
@@ -96,3 +98,5 @@ qint32 HotKeyTable::tagOf(qint64 stored) {
         stored >= std::numeric_limits<qint32>::min() && stored <= std::numeric_limits<qint32>::max();
     return fits ? static_cast<qint32>(stored) : nothing;
 }
+
+} // namespace quorvane

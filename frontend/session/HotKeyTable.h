@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+namespace quorvane {
+
 /// The key combinations that can become global hot keys, and the tags under which the preferences keep the
 /// choice. Any thread.
 namespace HotKeyTable {
@@ -37,3 +39,5 @@ struct Offer {
 [[nodiscard]] qint32 tagOf(qint64 stored);
 
 } // namespace HotKeyTable
+
+} // namespace quorvane

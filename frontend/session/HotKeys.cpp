@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace quorvane {
+
 using platform::HotKeyError;
 using platform::HotKeyIdentifier;
 using platform::HotKeyReference;
@@ -167,3 +169,5 @@ void HotKeys::takenBack(HotKeyReference reference, HotKeyError error) {
         changed();
     }
 }
+
+} // namespace quorvane

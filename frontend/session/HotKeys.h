@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+namespace quorvane {
+
 /// The five actions' global hot keys: registers the stored choices with the desktop and passes presses on.
 /// Main thread.
 ///
@@ -86,3 +88,5 @@ private:
     std::vector<Held> heldKeys;
     ChangeHandler changed;
 };
+
+} // namespace quorvane

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <filesystem>
 
+namespace quorvane {
+
 namespace {
 
 const QString name = QStringLiteral("com.qrvp.LaunchAtLogin.plist");
@@ -43,3 +45,5 @@ void LaunchAgent::launchOnStartup(bool enabled) {
     services.workspace->setAutostart(services.bundle->contentsPath() + QStringLiteral("/bin/quorvane"),
                                      enabled);
 }
+
+} // namespace quorvane

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace quorvane {
+
 /// The launch-at-login agent: a property list in the user's "Library/LaunchAgents" that stays and is switched
 /// by its boolean "RunAtLoad", with the desktop's own autostart entry kept in step. Main thread.
 namespace LaunchAgent {
@@ -10,3 +12,5 @@ void launchOnStartup(bool enabled);
 [[nodiscard]] bool launchesOnStartup();
 
 } // namespace LaunchAgent
+
+} // namespace quorvane

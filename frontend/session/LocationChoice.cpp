@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace quorvane {
+
 LocationChoice::LocationChoice(Random source) : random(std::move(source)) {}
 
 QString LocationChoice::randomTitle() {
@@ -78,3 +80,5 @@ LocationChoice::Outcome LocationChoice::choose(const Request &request) {
     outcome.result = usable ? Result::Picked : Result::NothingToPick;
     return outcome;
 }
+
+} // namespace quorvane

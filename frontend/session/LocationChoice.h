@@ -8,6 +8,8 @@
 #include <functional>
 #include <optional>
 
+namespace quorvane {
+
 /// The rule that picks the location of one connection attempt. Pure: it touches no window and sends
 /// nothing. Keeps the set of entries that random picks of the present rotation have used.
 class LocationChoice {
@@ -62,3 +64,5 @@ private:
     Random random;
     QSet<quint64> used;
 };
+
+} // namespace quorvane

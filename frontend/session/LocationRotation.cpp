@@ -2,15 +2,16 @@
 
 #include "DiscardedAddresses.h"
 #include "HideIpSession.h"
+#include "RotationControls.h"
 #include "SessionDisplay.h"
 #include "SessionState.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/support/Diagnostics.h"
-#include "frontend/ui/locations/QrvLocationPaneController.h"
-#include "frontend/ui/mainwindow/MainWindow.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
 #include "platform/UserDefaultsController.h"
+
+namespace quorvane {
 
 namespace {
 
@@ -28,36 +29,23 @@ void savePreference(const QString &key, const QVariant &value) {
 } // namespace
 
 LocationRotation::LocationRotation(const Parts &collaborators, LocationChoice::Random random, QObject *parent)
-    : QObject(parent), parts(collaborators), choice(std::move(random)) {
-    connect(&parts.window.locationPane(), &QrvLocationPaneController::rebuilt, this,
-            [this] { goOnIfWaiting(); });
-}
+    : QObject(parent), parts(collaborators), choice(std::move(random)) {}
 
 LocationChoice::Request LocationRotation::request() const {
     LocationChoice::Request request;
-    const QrvMenuItem *current = parts.window.locationPane().currentItem();
-    for (const auto &item : parts.window.locationPane().items()) {
-        request.list.append({item->number(), item->text(), item->vpnData()});
-        if (item.get() == current) {
-            request.candidate = request.list.last();
+    request.list = parts.controls.locations();
+    const quint64 selected = parts.controls.selectedLocation();
+    for (const LocationChoice::Entry &entry : std::as_const(request.list)) {
+        if (entry.id == selected) {
+            request.candidate = entry;
         }
     }
-    request.usOnly = parts.window.requiresUS();
-    request.automaticChange = parts.window.changesAutomatically();
+    request.usOnly = parts.controls.requiresUS();
+    request.automaticChange = parts.controls.changesAutomatically();
     request.isDiscarded = [this](const QString &text) {
         return parts.discarded.hasRow(text);
     };
     return request;
-}
-
-void LocationRotation::selectEntry(quint64 number) {
-    const auto &items = parts.window.locationPane().items();
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (items[i]->number() == number) {
-            parts.window.locationPane().selectItem(static_cast<int>(i));
-            return;
-        }
-    }
 }
 
 void LocationRotation::downloadCertificateForSelectedItem() {
@@ -69,7 +57,7 @@ void LocationRotation::downloadCertificateForSelectedItem() {
     }
     const LocationChoice::Outcome outcome = choice.choose(request());
     if (outcome.selection) {
-        selectEntry(*outcome.selection);
+        parts.controls.selectLocation(*outcome.selection);
     }
     switch (outcome.result) {
     case LocationChoice::Result::NothingToPick:
@@ -83,12 +71,12 @@ void LocationRotation::downloadCertificateForSelectedItem() {
                                             "locations or switch \"US only\" to begin a new one."));
         break;
     case LocationChoice::Result::Picked:
-        take(outcome);
+        fetchPick(outcome);
         break;
     }
 }
 
-void LocationRotation::take(const LocationChoice::Outcome &outcome) {
+void LocationRotation::fetchPick(const LocationChoice::Outcome &outcome) {
     QString &place = SessionState::shared().currentLocation;
     if (outcome.updatesLocationText) {
         place = outcome.pick.title;
@@ -97,7 +85,7 @@ void LocationRotation::take(const LocationChoice::Outcome &outcome) {
         place = parts.api.model().getLocationByIP(outcome.pick.data->ipAdress);
     }
     last = outcome.pick;
-    parts.fetch.start(outcome.pick.title, outcome.pick.data, parts.window.transportLabel());
+    parts.fetch.start(outcome.pick.title, outcome.pick.data, parts.controls.transportLabel());
 }
 
 void LocationRotation::goOnIfWaiting() {
@@ -114,7 +102,7 @@ void LocationRotation::setUsedItems(const QSet<quint64> &items) {
 }
 
 void LocationRotation::changeIpMenuItemPressed() {
-    parts.window.locationPane().selectItem(0);
+    parts.controls.selectRandomLocation();
     parts.session.terminateVpn();
     parts.session.getNewIP();
 }
@@ -130,8 +118,8 @@ void LocationRotation::discardIpButtonPressed() {
         parts.discarded.addDiscardedIp(last.data->ipAdress);
         last.data->filteredIpAdressArray.removeAll(last.data->ipAdress);
         if (last.data->filteredIpAdressArray.isEmpty()) {
-            parts.window.locationPane().removeItemWithTitle(last.title);
-            parts.window.locationPane().selectItem(0);
+            parts.controls.removeLocation(last.title);
+            parts.controls.selectRandomLocation();
         }
     }
     parts.session.terminateVpn();
@@ -141,7 +129,7 @@ void LocationRotation::discardIpButtonPressed() {
 void LocationRotation::requireUSBasedIPButtonPressed(bool on) {
     savePreference(requireUsKey, on);
     if (on) {
-        parts.window.locationPane().selectItem(0);
+        parts.controls.selectRandomLocation();
         const QString country =
             platform::Platform::current().preferences->string(QStringLiteral("countryCode"));
         if (SessionState::shared().hidden && country.toLower() != QLatin1String("us")) {
@@ -153,14 +141,14 @@ void LocationRotation::requireUSBasedIPButtonPressed(bool on) {
 }
 
 void LocationRotation::setRequiredUS(bool required) {
-    parts.window.setRequiresUS(required);
+    parts.controls.setRequiresUS(required);
     platform::Platform::current().preferences->setValue(requireUsKey, required);
     setUsedItems({});
 }
 
 void LocationRotation::changeEveryPressed(bool on) {
     if (on) {
-        parts.window.locationPane().selectItem(0);
+        parts.controls.selectRandomLocation();
     }
     savePreference(changeEveryKey, on);
     parts.session.settingsDidChange();
@@ -170,3 +158,5 @@ void LocationRotation::intervalEntered(int minutes) {
     // A running change timer keeps its time; the new interval counts from the next arming.
     savePreference(intervalKey, minutes);
 }
+
+} // namespace quorvane

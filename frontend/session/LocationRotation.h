@@ -5,10 +5,12 @@
 
 #include <QObject>
 
+namespace quorvane {
+
 class DiscardedAddresses;
 class HideIpSession;
-class MainWindow;
 class QrvAPI;
+class RotationControls;
 class SessionDisplay;
 
 /// Which address is asked for next: the pick of a location and its fetch, the discarded addresses, and the
@@ -19,7 +21,7 @@ class LocationRotation final : public QObject {
 public:
     struct Parts {
         QrvAPI &api;
-        MainWindow &window;
+        RotationControls &controls;
         SessionDisplay &display;
         HideIpSession &session;
         DiscardedAddresses &discarded;
@@ -39,6 +41,9 @@ public:
     void changeEveryPressed(bool on);
     void intervalEntered(int minutes);
 
+    /// An attempt that waits for a free location picks again; otherwise nothing.
+    void goOnIfWaiting();
+
     void forgetWaitingPick() { waiting = false; }
 
     [[nodiscard]] bool isWaiting() const { return waiting; }
@@ -51,12 +56,12 @@ public:
 
 private:
     [[nodiscard]] LocationChoice::Request request() const;
-    void selectEntry(quint64 number);
-    void take(const LocationChoice::Outcome &outcome);
-    void goOnIfWaiting();
+    void fetchPick(const LocationChoice::Outcome &outcome);
 
     Parts parts;
     LocationChoice choice;
     LocationChoice::Entry last;
     bool waiting = false;
 };
+
+} // namespace quorvane

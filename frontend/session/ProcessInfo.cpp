@@ -8,6 +8,8 @@
 #include <cstring>
 #include <new>
 
+namespace quorvane {
+
 int ProcessInfo::getBSDProcessList(std::unique_ptr<platform::ProcessRecord[]> *procList,
                                    std::size_t *procCount) {
     Q_ASSERT_X(procList != nullptr, "frontend/ProcessInfo", "procList != NULL");
@@ -53,6 +55,13 @@ void ProcessInfo::obtainFreshProcessList() {
     count = static_cast<std::int32_t>(size);
 }
 
+bool ProcessInfo::isRunning(const QString &name) {
+    obtainFreshProcessList();
+    return findProcessWithName(name);
+}
+
 bool ProcessInfo::findProcessWithName(const QString &name) const {
     return names.contains(name);
 }
+
+} // namespace quorvane

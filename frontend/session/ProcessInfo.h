@@ -1,16 +1,20 @@
 #pragma once
 
+#include "frontend/tunnel/RunningProcesses.h"
+
 #include <QStringList>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+
+namespace quorvane {
 
 namespace platform {
 struct ProcessRecord;
 }
 
 /// A snapshot of the machine's processes by their short names. Any thread, one object per thread.
-class ProcessInfo {
+class ProcessInfo final : public RunningProcesses {
 public:
     /// Fills the list (which must be empty) with a fresh array of process records. 0 on success, else an
     /// errno value and no list. Retries for as long as the table grows between the two queries.
@@ -20,6 +24,9 @@ public:
     void obtainFreshProcessList();
     /// Exact, case-sensitive equality with a short name of the snapshot. False without a snapshot.
     [[nodiscard]] bool findProcessWithName(const QString &name) const;
+
+    /// Takes a fresh snapshot and looks for the name in it.
+    [[nodiscard]] bool isRunning(const QString &name) override;
 
     /// Entries of the last snapshot; -1 when there is none.
     [[nodiscard]] std::int32_t numberOfProcesses() const { return count; }
@@ -33,3 +40,5 @@ private:
     std::int32_t count = -1;
     QStringList names;
 };
+
+} // namespace quorvane

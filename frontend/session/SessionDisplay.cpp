@@ -1,5 +1,7 @@
 #include "SessionDisplay.h"
 
+namespace quorvane {
+
 SessionDisplay::SessionDisplay(QObject *parent) : QObject(parent) {}
 
 QString SessionDisplay::hideTitle() {
@@ -172,3 +174,5 @@ void SessionDisplay::waitingEnded() {
     current.hideItem.enabled = false;
     publish();
 }
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+namespace quorvane {
+
 /// How a line of the window is drawn.
 enum class Tone {
     Warning, ///< the warning red
@@ -102,3 +104,5 @@ private:
 
     DisplayState current;
 };
+
+} // namespace quorvane

@@ -5,6 +5,8 @@
 #include <QString>
 #include <optional>
 
+namespace quorvane {
+
 /// What the hide-IP session needs of the window around it. Main thread. A recording version stands in for
 /// the window in tests.
 class SessionEnvironment {
@@ -49,3 +51,5 @@ public:
     [[nodiscard]] virtual bool startedHidden() const = 0;
     virtual void terminateApplication() = 0;
 };
+
+} // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace quorvane {
+
 /// What the whole program knows of the present session. One copy; main thread only.
 struct SessionState {
     /// The tunnel is up and the lent address is shown. At start the preference "hide".
@@ -16,3 +18,5 @@ struct SessionState {
 
     [[nodiscard]] static SessionState &shared();
 };
+
+} // namespace quorvane

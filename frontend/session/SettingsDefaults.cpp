@@ -7,6 +7,8 @@
 
 #include <QVariantMap>
 
+namespace quorvane {
+
 namespace {
 
 constexpr int defaultInterval = 10;
@@ -33,3 +35,5 @@ void SettingsDefaults::initialize() {
     services.preferences->setValues(missing); // one change of the file: each waits for the disk
     services.userDefaults->save();
 }
+
+} // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace quorvane {
+
 /// The preferences that the settings window looks after. Main thread.
 namespace SettingsDefaults {
 
@@ -54,3 +56,5 @@ inline QString vpnPassword() {
 void initialize();
 
 } // namespace SettingsDefaults
+
+} // namespace quorvane

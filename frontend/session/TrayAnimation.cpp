@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+namespace quorvane {
+
 namespace {
 
 // "A15" exists as an image and is never shown.
@@ -80,3 +82,5 @@ void *TrayAnimation::loop(void *argument, void * /*unused2*/, void * /*unused3*/
             Qt::QueuedConnection);
     }
 }
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 #include <QString>
 #include <memory>
 
+namespace quorvane {
+
 /// Turns the tray icon while something is under way: "A01" to "A14" and round again, one frame every 0.2
 /// seconds, timed by a thread of its own. Main thread; frames are told there, and none after stop().
 class TrayAnimation final : public QObject {
@@ -40,3 +42,5 @@ private:
     std::unique_ptr<QrvThread> animateIconThread;
     std::shared_ptr<Relay> relay;
 };
+
+} // namespace quorvane

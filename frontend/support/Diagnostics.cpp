@@ -3,6 +3,8 @@
 #include "platform/Platform.h"
 #include "platform/SystemLog.h"
 
+namespace quorvane {
+
 void Diagnostics::log(const QString &line) {
     platform::Platform::current().log->write(line);
 }
@@ -14,3 +16,5 @@ void Diagnostics::logAlways(const QString &line) {
 QString Diagnostics::shown(const QString &text) {
     return text.isNull() ? QStringLiteral("(null)") : text;
 }
+
+} // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace quorvane {
+
 /// The program's diagnostic lines; masked and gated by the platform's log. Any thread.
 namespace Diagnostics {
 
@@ -13,3 +15,5 @@ void logAlways(const QString &line);
 [[nodiscard]] QString shown(const QString &text);
 
 } // namespace Diagnostics
+
+} // namespace quorvane

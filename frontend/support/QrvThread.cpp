@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::int32_t success = 0;
@@ -147,3 +149,5 @@ void *QrvThread::entry(void *argument) {
     record->set(finished);
     return result;
 }
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 #include <mutex>
 #include <pthread.h>
 
+namespace quorvane {
+
 /// One operating-system thread that runs a plain function with three untyped arguments.
 ///
 /// run(), detach(), join() and cancel() are for the owner's thread; results are 0 for success and -1 for
@@ -70,3 +72,5 @@ private:
     bool handleHeld = false;
     std::shared_ptr<Record> record;
 };
+
+} // namespace quorvane

@@ -7,6 +7,8 @@
 #include <QVariant>
 #include <array>
 
+namespace quorvane {
+
 namespace flag = platform::ReachabilityFlag;
 
 namespace {
@@ -195,3 +197,5 @@ void Reachability::reachabilityChanged(std::uint32_t flags) {
         },
         Qt::QueuedConnection);
 }
+
+} // namespace quorvane

@@ -7,6 +7,8 @@
 #include <functional>
 #include <memory>
 
+namespace quorvane {
+
 /// Watches whether a host, an address or the network in general can be reached.
 ///
 /// Queries read the present flags and answer false, 0 or empty when they cannot be read. Once started,
@@ -66,4 +68,6 @@ private:
     Pointer reachabilityObject;
 };
 
-Q_DECLARE_METATYPE(std::shared_ptr<Reachability>)
+} // namespace quorvane
+
+Q_DECLARE_METATYPE(std::shared_ptr<quorvane::Reachability>)

@@ -4,6 +4,8 @@
 
 #include <QFile>
 
+namespace quorvane {
+
 namespace {
 
 QString path() {
@@ -29,3 +31,5 @@ void SessionLog::append(const QString &line) {
         file.write(line.toUtf8());
     }
 }
+
+} // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace quorvane {
+
 /// The session log "qrvp.log" in the documents folder: one line for each attempt, success and error.
 /// Lines are only appended to a file that is there. Any thread; short lines are written in one piece.
 namespace SessionLog {
@@ -13,3 +15,5 @@ void ensureExists();
 void append(const QString &line);
 
 } // namespace SessionLog
+
+} // namespace quorvane

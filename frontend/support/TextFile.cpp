@@ -1,9 +1,11 @@
 #include "TextFile.h"
 
-#include "platform/linux/files/AtomicFile.h"
+#include "platform/Files.h"
 
 #include <QFile>
 #include <QStringDecoder>
+
+namespace quorvane {
 
 namespace {
 
@@ -28,3 +30,5 @@ QString TextFile::read(const QString &path) {
 bool TextFile::replace(const QString &path, const QByteArray &bytes) {
     return platform::replaceFile(path, bytes) == 0;
 }
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace quorvane {
+
 /// Whole-file reading and writing of the program's own small files. Any thread.
 namespace TextFile {
 
@@ -14,3 +16,5 @@ namespace TextFile {
 bool replace(const QString &path, const QByteArray &bytes);
 
 } // namespace TextFile
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace quorvane {
+
 int integerValue(QStringView text) {
     qsizetype at = 0;
     while (at < text.size() && text[at].isSpace()) {
@@ -38,3 +40,5 @@ bool pureInteger(QString &text, int maxLen) {
     text = clean;
     return false;
 }
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringView>
 
+namespace quorvane {
+
 /// The integer that the text begins with, as the service's answers and the window's fields are read:
 /// leading white space is skipped, one sign is allowed, reading stops at the first other character.
 /// No digits give 0; values beyond 32 bits stay at the nearest end of the range.
@@ -11,3 +13,5 @@
 /// Keeps the digits '0' to '9' of the text and, with a length above 0, only that many of them.
 /// True when the text was clean already and is untouched.
 bool pureInteger(QString &text, int maxLen);
+
+} // namespace quorvane

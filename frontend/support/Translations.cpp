@@ -6,6 +6,8 @@
 #include <QTranslator>
 #include <memory>
 
+namespace quorvane {
+
 namespace {
 
 bool needsNoCatalogue(const QString &language) {
@@ -41,3 +43,5 @@ QString Translations::install(QCoreApplication &application, const QStringList &
     }
     return {};
 }
+
+} // namespace quorvane

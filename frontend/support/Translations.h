@@ -4,6 +4,8 @@
 
 class QCoreApplication;
 
+namespace quorvane {
+
 /// The program's texts in the user's language. The texts in the source are English; a catalogue turns them
 /// into another language.
 namespace Translations {
@@ -18,3 +20,5 @@ namespace Translations {
 QString install(QCoreApplication &application, const QStringList &languages, const QString &folder);
 
 } // namespace Translations
+
+} // namespace quorvane

@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QStringDecoder>
 
+namespace quorvane {
+
 QString LentAddress::read(const QString &configurationPath) {
     const QString script = platform::Platform::current().bundle->pathForResource(QStringLiteral("extractip"),
                                                                                  QStringLiteral("sh"));
@@ -22,3 +24,5 @@ QString LentAddress::read(const QString &configurationPath) {
     QString text = decoder.decode(bash.readAllStandardOutput());
     return decoder.hasError() ? QString() : text;
 }
+
+} // namespace quorvane

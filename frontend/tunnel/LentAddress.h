@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace quorvane {
+
 /// The public address that the tunnel lends.
 namespace LentAddress {
 
@@ -11,3 +13,5 @@ namespace LentAddress {
 [[nodiscard]] QString read(const QString &configurationPath);
 
 } // namespace LentAddress
+
+} // namespace quorvane

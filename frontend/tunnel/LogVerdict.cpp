@@ -5,6 +5,8 @@
 #include <array>
 #include <string_view>
 
+namespace quorvane {
+
 namespace {
 
 struct Marker {
@@ -63,3 +65,5 @@ LogVerdict LogVerdict::of(const QString &text) {
     }
     return verdict;
 }
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace quorvane {
+
 /// What one look at OpenVPN's log says.
 struct LogVerdict {
     enum class Outcome {
@@ -24,3 +26,5 @@ struct LogVerdict {
     /// the completion marker is there. A null text says nothing.
     [[nodiscard]] static LogVerdict of(const QString &text);
 };
+
+} // namespace quorvane

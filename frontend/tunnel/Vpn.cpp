@@ -1,15 +1,15 @@
 #include "Vpn.h"
 
 #include "LogVerdict.h"
+#include "RunningProcesses.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/privileges/SessionReset.h"
-#include "frontend/session/ProcessInfo.h"
 #include "frontend/support/Diagnostics.h"
 #include "frontend/support/SessionLog.h"
 #include "frontend/support/TextFile.h"
 #include "platform/DelayedCalls.h"
-#include "platform/FileRoom.h"
+#include "platform/Files.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
@@ -19,11 +19,13 @@
 #include <QThreadPool>
 #include <cstdlib>
 
+namespace quorvane {
+
 namespace {
 
 const QString processName = QStringLiteral("openvpn");
 /// What OpenVPN writes before the tunnel is up or has failed fits many times over.
-constexpr qint64 logRoom = 64LL * 1024;
+constexpr qint64 logSpace = 64LL * 1024;
 
 platform::Platform &services() {
     return platform::Platform::current();
@@ -35,7 +37,7 @@ QString quoted(const QString &value) {
 
 } // namespace
 
-Vpn::Vpn(QObject *parent) : QObject(parent) {}
+Vpn::Vpn(RunningProcesses &table, QObject *parent) : QObject(parent), processes(table) {}
 
 Vpn::~Vpn() {
     services().delayedCalls->cancelAll(this);
@@ -67,7 +69,7 @@ bool Vpn::configVpn() {
     // Written before the configuration is looked for: a start without one still leaves a fresh pair.
     const bool stored = TextFile::replace(credentialsPath, credentials.toUtf8());
     // Without room the log would stay empty while the tunnel comes up, and nobody would ever learn of it.
-    if (!stored || platform::hasRoom(folder, logRoom) != 0) {
+    if (!stored || platform::checkSpace(folder, logSpace) != 0) {
         fail(QStringLiteral("no room for the files of a session in %1").arg(folder));
         return false;
     }
@@ -106,7 +108,7 @@ bool Vpn::emptyLog(const QString &path) {
     if (!QFile::remove(path)) {
         Diagnostics::log(QStringLiteral("log file %1 wasn't removed").arg(path));
     }
-    return TextFile::replace(path, {}) && platform::reserveRoom(path, logRoom) == 0;
+    return TextFile::replace(path, {}) && platform::reserveSpace(path, logSpace) == 0;
 }
 
 void Vpn::launchInBackground(const QStringList &words, const QString &credentialsPath) {
@@ -123,9 +125,7 @@ void Vpn::launchInBackground(const QStringList &words, const QString &credential
 }
 
 void Vpn::terminatevpn() {
-    ProcessInfo processes;
-    processes.obtainFreshProcessList();
-    if (!processes.findProcessWithName(processName)) {
+    if (!processes.isRunning(processName)) {
         return;
     }
     QString output;
@@ -201,3 +201,5 @@ bool Vpn::runProcessAsAdministrator(const QString &launchPath, const QStringList
 void Vpn::removeFileCred(const QString &path) {
     QFile::remove(path);
 }
+
+} // namespace quorvane

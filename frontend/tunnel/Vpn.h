@@ -4,6 +4,10 @@
 #include <QString>
 #include <QStringList>
 
+namespace quorvane {
+
+class RunningProcesses;
+
 /// Told by Vpn that a connection attempt failed. The operation is optional in spirit and has an empty body;
 /// it is called on the main thread, some seconds after the failure was seen.
 class VpnProtocol : public QObject {
@@ -24,7 +28,8 @@ public:
     static constexpr double pollSeconds = 2.0;
     static constexpr double failureSeconds = 5.0;
 
-    explicit Vpn(QObject *parent = nullptr);
+    /// The processes are not owned and must outlive this.
+    explicit Vpn(RunningProcesses &processes, QObject *parent = nullptr);
     ~Vpn() override;
 
     void setDelegate(VpnProtocol *newDelegate) { delegate = newDelegate; }
@@ -60,7 +65,10 @@ private:
     void launchInBackground(const QStringList &words, const QString &credentialsPath);
     void fail(const QString &line);
 
+    RunningProcesses &processes;
     VpnProtocol *delegate = nullptr;
     bool needReadLog = false;
     bool noConfiguration = false;
 };
+
+} // namespace quorvane

@@ -6,6 +6,7 @@
 #include "platform/linux/desktop/LinuxHardwareRegistry.h"
 #include "platform/linux/desktop/LinuxWorkspace.h"
 #include "platform/linux/desktop/QtDelayedCalls.h"
+#include "platform/linux/desktop/StandardLogSink.h"
 #include "platform/linux/hotkeys/LinuxHotKeys.h"
 #include "platform/linux/network/NetlinkReachability.h"
 #include "platform/linux/network/QtUrlLoader.h"
@@ -18,7 +19,7 @@
 
 #include <QGuiApplication>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -65,4 +66,4 @@ std::unique_ptr<Platform> makeLinuxPlatform() {
     return platform;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

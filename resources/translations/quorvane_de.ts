@@ -2,7 +2,57 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en_US">
 <context>
-    <name>About</name>
+    <name>HotKeyTable</name>
+    <message>
+        <source>Down arrow</source>
+        <translation>Pfeil ab</translation>
+    </message>
+    <message>
+        <source>Left arrow</source>
+        <translation>Pfeil links</translation>
+    </message>
+    <message>
+        <source>Right arrow</source>
+        <translation>Pfeil rechts</translation>
+    </message>
+    <message>
+        <source>Up arrow</source>
+        <translation>Pfeil auf</translation>
+    </message>
+    <message>
+        <source>Cmd + %1</source>
+        <translation>Cmd + %1</translation>
+    </message>
+    <message>
+        <source>Ctrl + %1</source>
+        <translation>Strg + %1</translation>
+    </message>
+    <message>
+        <source>Shift + %1</source>
+        <translation>Umschalt + %1</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+</context>
+<context>
+    <name>Reachability</name>
+    <message>
+        <source>Cellular</source>
+        <translation>Mobilfunk</translation>
+    </message>
+    <message>
+        <source>WiFi</source>
+        <translation>WLAN</translation>
+    </message>
+    <message>
+        <source>No Connection</source>
+        <translation>Keine Verbindung</translation>
+    </message>
+</context>
+<context>
+    <name>quorvane::About</name>
     <message>
         <source>About Quorvane</source>
         <translation>Über Quorvane</translation>
@@ -29,7 +79,7 @@
     </message>
 </context>
 <context>
-    <name>AuthenticaionView</name>
+    <name>quorvane::AuthenticaionView</name>
     <message>
         <source>Quorvane - Administrator</source>
         <translation>Quorvane - Administrator</translation>
@@ -68,7 +118,7 @@
     </message>
 </context>
 <context>
-    <name>HideIpSession</name>
+    <name>quorvane::HideIpSession</name>
     <message>
         <source>No Internet connection detected, please check your Internet settings.
 </source>
@@ -103,42 +153,7 @@
     </message>
 </context>
 <context>
-    <name>HotKeyTable</name>
-    <message>
-        <source>Down arrow</source>
-        <translation>Pfeil ab</translation>
-    </message>
-    <message>
-        <source>Left arrow</source>
-        <translation>Pfeil links</translation>
-    </message>
-    <message>
-        <source>Right arrow</source>
-        <translation>Pfeil rechts</translation>
-    </message>
-    <message>
-        <source>Up arrow</source>
-        <translation>Pfeil auf</translation>
-    </message>
-    <message>
-        <source>Cmd + %1</source>
-        <translation>Cmd + %1</translation>
-    </message>
-    <message>
-        <source>Ctrl + %1</source>
-        <translation>Strg + %1</translation>
-    </message>
-    <message>
-        <source>Shift + %1</source>
-        <translation>Umschalt + %1</translation>
-    </message>
-    <message>
-        <source>None</source>
-        <translation>Keine</translation>
-    </message>
-</context>
-<context>
-    <name>HotKeysPane</name>
+    <name>quorvane::HotKeysPane</name>
     <message>
         <source>Selected hot key is already being used by another action.</source>
         <translation>Die gewählte Tastenkombination wird bereits für eine andere Aktion verwendet.</translation>
@@ -169,7 +184,7 @@
     </message>
 </context>
 <context>
-    <name>LocationMenuItem</name>
+    <name>quorvane::LocationMenuItem</name>
     <message>
         <source>Country flag</source>
         <translation>Landesflagge</translation>
@@ -184,14 +199,14 @@
     </message>
 </context>
 <context>
-    <name>LocationRotation</name>
+    <name>quorvane::LocationRotation</name>
     <message>
         <source>Every location has been used in this rotation. Refresh the locations or switch &quot;US only&quot; to begin a new one.</source>
         <translation>In dieser Runde wurde jeder Standort benutzt. Für eine neue Runde aktualisieren Sie die Standorte oder schalten Sie „Nur USA“ um.</translation>
     </message>
 </context>
 <context>
-    <name>MainWindow</name>
+    <name>quorvane::MainWindow</name>
     <message>
         <source>State picture</source>
         <translation>Bild des Zustands</translation>
@@ -314,14 +329,14 @@
     </message>
 </context>
 <context>
-    <name>QrvAboutWindowController</name>
+    <name>quorvane::QrvAboutWindowController</name>
     <message>
         <source>%1 built %2</source>
         <translation>%1, Stand: %2</translation>
     </message>
 </context>
 <context>
-    <name>QrvApplicationController</name>
+    <name>quorvane::QrvApplicationController</name>
     <message>
         <source>Quorvane is already running.</source>
         <translation>Quorvane läuft bereits.</translation>
@@ -332,7 +347,7 @@
     </message>
 </context>
 <context>
-    <name>QrvAuthenticationWindowController</name>
+    <name>quorvane::QrvAuthenticationWindowController</name>
     <message>
         <source>You input wrong user name or password.
 </source>
@@ -341,14 +356,14 @@
     </message>
 </context>
 <context>
-    <name>QrvDiscardIpTableViewController</name>
+    <name>quorvane::QrvDiscardIpTableViewController</name>
     <message>
         <source>Discarded IP addresses</source>
         <translation>Verworfene IP-Adressen</translation>
     </message>
 </context>
 <context>
-    <name>QrvLocationPaneController</name>
+    <name>quorvane::QrvLocationPaneController</name>
     <message>
         <source>Always Use Same IP &amp;Address</source>
         <translation>Immer &amp;dieselbe IP-Adresse nutzen</translation>
@@ -375,29 +390,14 @@
     </message>
 </context>
 <context>
-    <name>QrvMainWindowController</name>
+    <name>quorvane::QrvMainWindowController</name>
     <message>
         <source>%1 (ver.%2)</source>
         <translation>%1 (ver.%2)</translation>
     </message>
 </context>
 <context>
-    <name>Reachability</name>
-    <message>
-        <source>Cellular</source>
-        <translation>Mobilfunk</translation>
-    </message>
-    <message>
-        <source>WiFi</source>
-        <translation>WLAN</translation>
-    </message>
-    <message>
-        <source>No Connection</source>
-        <translation>Keine Verbindung</translation>
-    </message>
-</context>
-<context>
-    <name>SessionDisplay</name>
+    <name>quorvane::SessionDisplay</name>
     <message>
         <source>Stop Hiding IP</source>
         <translation>IP nicht mehr verbergen</translation>
@@ -416,7 +416,7 @@
     </message>
 </context>
 <context>
-    <name>Settings</name>
+    <name>quorvane::Settings</name>
     <message>
         <source>Quorvane Settings</source>
         <translation>Quorvane-Einstellungen</translation>
@@ -447,7 +447,7 @@
     </message>
 </context>
 <context>
-    <name>SettingsAdvanced</name>
+    <name>quorvane::SettingsAdvanced</name>
     <message>
         <source>User agent:</source>
         <translation>User-Agent:</translation>
@@ -474,7 +474,7 @@
     </message>
 </context>
 <context>
-    <name>SettingsBrowsers</name>
+    <name>quorvane::SettingsBrowsers</name>
     <message>
         <source>Browsers:</source>
         <translation>Browser:</translation>
@@ -497,7 +497,7 @@
     </message>
 </context>
 <context>
-    <name>SettingsCookieCrumble</name>
+    <name>quorvane::SettingsCookieCrumble</name>
     <message>
         <source>&amp;Hide my cookie headers</source>
         <translation>Meine &amp;Cookie-Header verbergen</translation>
@@ -540,7 +540,7 @@
     </message>
 </context>
 <context>
-    <name>SettingsHotkeys</name>
+    <name>quorvane::SettingsHotkeys</name>
     <message>
         <source>&amp;Hide IP:</source>
         <translation>IP &amp;verbergen:</translation>
@@ -603,7 +603,7 @@
     </message>
 </context>
 <context>
-    <name>SettingsIpAddresses</name>
+    <name>quorvane::SettingsIpAddresses</name>
     <message>
         <source>&amp;Discarded IP addresses:</source>
         <translation>&amp;Verworfene IP-Adressen:</translation>
@@ -662,7 +662,7 @@
     </message>
 </context>
 <context>
-    <name>SettingsToolbar</name>
+    <name>quorvane::SettingsToolbar</name>
     <message>
         <source>IP Addresses</source>
         <translation>IP-Adressen</translation>
@@ -685,7 +685,7 @@
     </message>
 </context>
 <context>
-    <name>SettingsVpn</name>
+    <name>quorvane::SettingsVpn</name>
     <message>
         <source>A configuration of your own, for testing. Save stores it at once.</source>
         <translation>Eine eigene Konfiguration zum Testen. „Speichern“ legt sie sofort ab.</translation>
@@ -732,7 +732,7 @@
     </message>
 </context>
 <context>
-    <name>TrayPresence</name>
+    <name>quorvane::TrayPresence</name>
     <message>
         <source>Change IP</source>
         <translation>IP wechseln</translation>
@@ -779,7 +779,7 @@
     </message>
 </context>
 <context>
-    <name>VpnPane</name>
+    <name>quorvane::VpnPane</name>
     <message>
         <source>Open OpenVPN Configuration</source>
         <translation>OpenVPN-Konfiguration öffnen</translation>

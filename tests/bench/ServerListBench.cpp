@@ -15,6 +15,8 @@
 #include <cstdio>
 #include <functional>
 
+namespace quorvane {
+
 namespace {
 
 constexpr int runs = 5;
@@ -93,7 +95,10 @@ void measureSize(int servers) {
 
 } // namespace
 
+} // namespace quorvane
+
 int main(int argc, char *argv[]) {
+    using namespace quorvane;
     QApplication application(argc, argv);
     fakes::TestPlatform services;
     addFlags(services);

@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// Privileged processes that exist only on paper. Any thread.
 class FakeAuthorizationService final : public platform::AuthorizationService {
@@ -102,4 +102,4 @@ private:
     bool present = true;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -2,7 +2,7 @@
 
 #include "platform/HardwareRegistry.h"
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// A machine with the identity that the test gives it; none at first.
 class FakeHardware final : public platform::HardwareRegistry {
@@ -23,4 +23,4 @@ public:
     mutable int addressReads = 0;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// Records registrations and plays presses. Main thread.
 class FakeHotKeyService final : public platform::HotKeyService {
@@ -123,4 +123,4 @@ private:
     RefusalHandler refused;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <mutex>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// A process table with the names that the test gives it. Any thread.
 class FakeProcessTable final : public platform::ProcessTable {
@@ -82,4 +82,4 @@ private:
     int secondFailure = 0;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -9,7 +9,7 @@
 #include <mutex>
 #include <vector>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// A queue that runs the work at once, on the caller's thread.
 class InlineQueue final : public platform::SerialQueue {
@@ -198,4 +198,4 @@ private:
     std::shared_ptr<Shared> shared;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

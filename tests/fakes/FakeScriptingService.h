@@ -7,7 +7,7 @@
 #include <mutex>
 #include <vector>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// Records shell lines instead of running them. Any thread.
 ///
@@ -85,4 +85,4 @@ private:
     Handler handler;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

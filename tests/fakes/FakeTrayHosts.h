@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// Trays that come and go as a test says; none at first. Main thread.
 class FakeTrayHosts final : public platform::TrayHosts {
@@ -38,4 +38,4 @@ private:
     std::function<void()> changed;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -11,7 +11,7 @@
 #include <mutex>
 #include <vector>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// Records URLs byte for byte; the test completes each download by hand.
 ///
@@ -134,4 +134,4 @@ private:
     bool refusing = false;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// Delayed calls whose clock the test moves by hand.
 class ManualDelayedCalls final : public platform::DelayedCalls {
@@ -72,4 +72,4 @@ private:
     double clock = 0;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

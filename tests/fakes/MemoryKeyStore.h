@@ -6,7 +6,7 @@
 #include <mutex>
 #include <vector>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// A key store in memory. Any thread.
 class MemoryKeyStore final : public platform::KeyStore {
@@ -74,4 +74,4 @@ private:
     bool failing = false;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -4,7 +4,7 @@
 
 #include <mutex>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// Preferences that live in memory. Any thread.
 class MemoryPreferences final : public platform::PreferencesStore {
@@ -71,4 +71,4 @@ private:
     bool synchronizeSucceeds = true;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -6,7 +6,7 @@
 
 #include <mutex>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// Keeps every line that left the log. Any thread.
 class RecordingLogSink final : public platform::LogSink {
@@ -31,4 +31,4 @@ private:
     QStringList written;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

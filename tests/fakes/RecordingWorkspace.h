@@ -6,7 +6,7 @@
 
 #include <vector>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// Records what the desktop is asked for. Main thread.
 class RecordingWorkspace final : public platform::Workspace {
@@ -49,4 +49,4 @@ public:
     bool autostartSucceeds = true;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -4,7 +4,7 @@
 
 #include <QDir>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 namespace {
 
@@ -33,18 +33,18 @@ TestPlatform::TestPlatform(FakeReachability::Queues queues)
       trayHostsFake(install<FakeTrayHosts>(real.trayHosts)), urlsFake(install<FakeUrlLoader>(real.urls)),
       workspaceFake(install<RecordingWorkspace>(real.workspace)) {
     makeFolders();
-    real.userDefaults = std::make_unique<::platform::UserDefaultsController>(*real.preferences);
-    real.notifications = std::make_unique<::platform::NotificationCenter>();
-    real.log = std::make_unique<::platform::SystemLog>(*real.logSink, *real.preferences);
+    real.userDefaults = std::make_unique<quorvane::platform::UserDefaultsController>(*real.preferences);
+    real.notifications = std::make_unique<quorvane::platform::NotificationCenter>();
+    real.log = std::make_unique<quorvane::platform::SystemLog>(*real.logSink, *real.preferences);
     real.service = {QStringLiteral("api.quorvane.test"), QStringLiteral("www.quorvane.test"),
                     QStringLiteral("net.quorvane.test"), QString(), QStringList()};
     setInfo({{QStringLiteral("CFBundleVersion"), QStringLiteral("1.0.0")},
              {QStringLiteral("CFBundleIdentifier"), QStringLiteral("com.tallowind.Quorvane")}});
-    ::platform::Platform::setCurrent(&real);
+    quorvane::platform::Platform::setCurrent(&real);
 }
 
 TestPlatform::~TestPlatform() {
-    ::platform::Platform::setCurrent(nullptr);
+    quorvane::platform::Platform::setCurrent(nullptr);
 }
 
 void TestPlatform::makeFolders() {
@@ -70,9 +70,9 @@ QString TestPlatform::addResource(const QString &name, const QByteArray &bytes) 
 
 void TestPlatform::setInfo(const QVariantMap &dictionary) {
     const QString contents = folder.filePath(QStringLiteral("contents"));
-    if (!::platform::PropertyList::writeFile(contents + QStringLiteral("/Info.plist"), dictionary))
+    if (!quorvane::platform::PropertyList::writeFile(contents + QStringLiteral("/Info.plist"), dictionary))
         qFatal("the test platform's information dictionary cannot be written");
-    real.bundle = std::make_unique<::platform::Bundle>(contents);
+    real.bundle = std::make_unique<quorvane::platform::Bundle>(contents);
 }
 
-} // namespace fakes
+} // namespace quorvane::fakes

@@ -20,7 +20,7 @@
 
 #include <QTemporaryDir>
 
-namespace fakes {
+namespace quorvane::fakes {
 
 /// A platform made of fakes, current for its lifetime.
 ///
@@ -41,7 +41,7 @@ public:
 
     [[nodiscard]] QString home() const { return real.account.home; }
 
-    [[nodiscard]] ::platform::Platform &platform() { return real; }
+    [[nodiscard]] quorvane::platform::Platform &platform() { return real; }
 
     [[nodiscard]] MemoryPreferences &preferences() const { return *preferencesFake; }
 
@@ -73,7 +73,7 @@ private:
     void makeFolders();
 
     QTemporaryDir folder;
-    ::platform::Platform real;
+    quorvane::platform::Platform real;
     MemoryPreferences *preferencesFake;
     ManualDelayedCalls *delayedCallsFake;
     RecordingLogSink *logSinkFake;
@@ -89,4 +89,4 @@ private:
     RecordingWorkspace *workspaceFake;
 };
 
-} // namespace fakes
+} // namespace quorvane::fakes

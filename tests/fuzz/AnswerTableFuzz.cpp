@@ -1,6 +1,8 @@
 #include "Fuzz.h"
 #include "frontend/api/AnswerTable.h"
 
+using namespace quorvane;
+
 namespace {
 
 const QString lineEnd = QStringLiteral("<br />");

@@ -3,6 +3,8 @@
 
 #include <QStringList>
 
+using namespace quorvane;
+
 namespace {
 
 const QString lineEnd = QStringLiteral("<br />");

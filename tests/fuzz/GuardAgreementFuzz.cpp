@@ -15,7 +15,6 @@
 #include <unistd.h>
 
 using namespace quorvane::guard;
-using quorvane::FileDescriptor;
 
 namespace {
 

@@ -8,7 +8,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-using quorvane::FileDescriptor;
+using namespace quorvane;
+
 using quorvane::guard::TunnelLog;
 
 // What the guard makes of anything that OpenVPN prints, as the application's monitor reads it.

@@ -1,6 +1,8 @@
 #include "Fuzz.h"
 #include "platform/linux/network/HttpAnswer.h"
 
+using namespace quorvane;
+
 namespace {
 
 using platform::HttpAnswer;

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+using namespace quorvane;
+
 namespace {
 
 bool same(const QrvLocation &a, const QrvLocation &b) {

@@ -1,6 +1,8 @@
 #include "Fuzz.h"
 #include "frontend/tunnel/LogVerdict.h"
 
+using namespace quorvane;
+
 namespace {
 
 using Outcome = LogVerdict::Outcome;

@@ -7,6 +7,8 @@
 #include <tuple>
 #include <vector>
 
+using namespace quorvane;
+
 namespace {
 
 using quorvane::service::ManagementEvent;

@@ -5,6 +5,8 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
+using namespace quorvane;
+
 namespace {
 
 constexpr int deepest = 8;

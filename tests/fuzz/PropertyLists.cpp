@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace quorvane;
+
 namespace PropertyLists {
 
 namespace {

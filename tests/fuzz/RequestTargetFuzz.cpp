@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <string>
 
+using namespace quorvane;
+
 namespace {
 
 using quorvane::service::Target;

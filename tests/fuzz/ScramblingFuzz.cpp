@@ -1,6 +1,8 @@
 #include "Fuzz.h"
 #include "frontend/privileges/QrvCredentials.h"
 
+using namespace quorvane;
+
 namespace {
 
 bool isPlainAlphaNumeric(QChar unit) {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+using namespace quorvane;
+
 namespace {
 
 const QString user = QStringLiteral("user");

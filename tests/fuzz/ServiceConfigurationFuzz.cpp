@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace quorvane;
+
 namespace {
 
 using platform::ServiceConfiguration;

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+using namespace quorvane;
+
 namespace {
 
 bool mayStand(char byte) {

@@ -10,6 +10,8 @@
 #include <QImage>
 #include <QTest>
 
+namespace quorvane {
+
 inline QString text(const char *utf8) {
     return QString::fromUtf8(utf8);
 }
@@ -23,7 +25,7 @@ public:
         for (const char *name : {"de", "us", "xx", "Tray", "TrayLock", "appmain", "appwait", "applock"}) {
             addImage(text(name));
         }
-        Alerts::shared().setPresenter([this](const Alerts::Alert &alert) { alerts.append(alert); });
+        Alerts::shared().setPresenter([this](const Alert &alert) { alerts.append(alert); });
     }
 
     ~GuiFixture() {
@@ -43,5 +45,7 @@ public:
     }
 
     fakes::TestPlatform services;
-    QList<Alerts::Alert> alerts;
+    QList<Alert> alerts;
 };
+
+} // namespace quorvane

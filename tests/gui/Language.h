@@ -3,6 +3,8 @@
 #include "frontend/support/Translations.h"
 #include "tests/gui/GuiTest.h"
 
+namespace quorvane {
+
 /// Whether the test program runs for a German user.
 inline bool isGerman() {
     return qEnvironmentVariable("LC_ALL").startsWith(text("de"));
@@ -14,3 +16,5 @@ inline void installLanguage() {
         Translations::install(*qApp, Translations::ofUser(), text(QUORVANE_TRANSLATIONS));
     QCOMPARE(language.isNull(), !isGerman());
 }
+
+} // namespace quorvane

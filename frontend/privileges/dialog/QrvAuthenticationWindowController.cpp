@@ -2,13 +2,15 @@
 
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/ScriptUtil.h"
+#include "frontend/support/AlertPresenter.h"
 #include "frontend/support/Diagnostics.h"
-#include "frontend/ui/shared/Alerts.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "ui_AuthenticaionView.h"
 
 #include <QGuiApplication>
+
+namespace quorvane {
 
 namespace {
 
@@ -30,8 +32,9 @@ bool pairIsValid() {
 
 } // namespace
 
-QrvAuthenticationWindowController::QrvAuthenticationWindowController(QWidget *parent)
-    : QDialog(parent), ui(std::make_unique<Ui::AuthenticaionView>()) {
+QrvAuthenticationWindowController::QrvAuthenticationWindowController(AlertPresenter &presenter,
+                                                                     QWidget *parent)
+    : QDialog(parent), alerts(presenter), ui(std::make_unique<Ui::AuthenticaionView>()) {
     ui->setupUi(this);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     connect(ui->startButton, &QPushButton::clicked, this, &QrvAuthenticationWindowController::performClick);
@@ -50,6 +53,23 @@ QLineEdit *QrvAuthenticationWindowController::passwordTextField() const {
 
 QPushButton *QrvAuthenticationWindowController::startButton() const {
     return ui->startButton;
+}
+
+bool QrvAuthenticationWindowController::runUnlessValid(AlertPresenter &alerts, QWidget &window) {
+    if (QrvCredentials::sharedInstance().credentialsIsValid()) {
+        return false;
+    }
+    if (running) {
+        return true; // it is in front of the user already
+    }
+    auto *dialog =
+        window.findChild<QrvAuthenticationWindowController *>(QString(), Qt::FindDirectChildrenOnly);
+    if (dialog == nullptr) {
+        dialog = new QrvAuthenticationWindowController(alerts, &window);
+        dialog->loadWindow();
+    }
+    dialog->runModal();
+    return true;
 }
 
 void QrvAuthenticationWindowController::loadWindow() {
@@ -84,8 +104,7 @@ void QrvAuthenticationWindowController::okButton() {
         QrvCredentials::sharedInstance().saveUserName(user, password);
     }
     if (!pairIsValid()) {
-        Alerts::shared().critical(
-            {QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}});
+        alerts.critical({QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}});
         return;
     }
     seeToDnsAndStart();
@@ -115,3 +134,5 @@ void QrvAuthenticationWindowController::closeWindow() {
     ui->passwordTextField->clear(); // the next person at this window must not find it filled in
     done(QDialog::Accepted);
 }
+
+} // namespace quorvane

@@ -7,6 +7,10 @@
 class QLineEdit;
 class QPushButton;
 
+namespace quorvane {
+
+class AlertPresenter;
+
 namespace Ui {
 class AuthenticaionView;
 }
@@ -18,8 +22,14 @@ class QrvAuthenticationWindowController final : public QDialog {
     Q_OBJECT
 
 public:
-    explicit QrvAuthenticationWindowController(QWidget *parent = nullptr);
+    /// The presenter shows what is wrong with a pair; it is not owned and must outlive the dialog.
+    explicit QrvAuthenticationWindowController(AlertPresenter &alerts, QWidget *parent = nullptr);
     ~QrvAuthenticationWindowController() override;
+
+    /// Tests the stored pair; when it is not valid, runs the window's dialog, which is made once per window,
+    /// unless such a dialog is open already. Returns whether the pair was not valid. Blocks for the test and
+    /// until the dialog is closed.
+    static bool runUnlessValid(AlertPresenter &alerts, QWidget &window);
 
     /// Fills in the current user's full name and puts the focus into the password field.
     void loadWindow();
@@ -46,7 +56,10 @@ protected:
 private:
     void seeToDnsAndStart();
 
+    AlertPresenter &alerts;
     std::unique_ptr<Ui::AuthenticaionView> ui;
     std::mutex saveLock;
     static inline bool running = false;
 };
+
+} // namespace quorvane

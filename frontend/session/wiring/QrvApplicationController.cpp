@@ -10,6 +10,8 @@
 #include "platform/PreferencesStore.h"
 #include "platform/Workspace.h"
 
+namespace quorvane {
+
 QrvApplicationController::QrvApplicationController(QrvMainWindowController &window, QObject *parent)
     : QObject(parent), mainWindow(window) {}
 
@@ -48,3 +50,5 @@ bool QrvApplicationController::applicationShouldTerminate() {
 void QrvApplicationController::applicationWillTerminate() {
     platform::Platform::current().notifications->post(QStringLiteral("applicationWillTerminate"));
 }
+
+} // namespace quorvane

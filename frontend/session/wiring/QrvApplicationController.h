@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+namespace quorvane {
+
 class QrvMainWindowController;
 
 /// The application's delegate: one copy per user, the hand-over to the main window, re-opening and quitting.
@@ -28,3 +30,5 @@ public:
 private:
     QrvMainWindowController &mainWindow;
 };
+
+} // namespace quorvane

@@ -1,6 +1,5 @@
 #include "QrvMainWindowController.h"
 
-#include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 #include "frontend/session/LaunchAgent.h"
@@ -31,6 +30,8 @@
 #include <QGuiApplication>
 #include <QPointer>
 #include <QRandomGenerator>
+
+namespace quorvane {
 
 namespace {
 
@@ -76,12 +77,12 @@ void postInternetStatus(int status) {
 } // namespace
 
 QrvMainWindowController::QrvMainWindowController(QrvAPI &client)
-    : api(client), mainWindow(std::make_unique<MainWindow>()), tray(new TrayPresence(this)), fetch(client),
-      hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this), sessionDisplay,
-                                                    client, vpn)),
+    : api(client), mainWindow(std::make_unique<MainWindow>()), tray(new TrayPresence(this)), vpn(processes),
+      fetch(client), hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this),
+                                                                   sessionDisplay, client, vpn)),
       rotation(std::make_unique<LocationRotation>(
-          LocationRotation::Parts{client, *mainWindow, sessionDisplay, *hideIpSession,
-                                  static_cast<DiscardedAddresses &>(*this), fetch},
+          LocationRotation::Parts{client, static_cast<RotationControls &>(*mainWindow), sessionDisplay,
+                                  *hideIpSession, static_cast<DiscardedAddresses &>(*this), fetch},
           [] { return QRandomGenerator::global()->generate(); })) {}
 
 QrvMainWindowController::~QrvMainWindowController() {
@@ -155,6 +156,8 @@ void QrvMainWindowController::connectWindow() {
         sessionDisplay.switchedOn(on);
         hideIpSession->quorvaneButtonPressed();
     });
+    connect(&mainWindow->locationPane(), &QrvLocationPaneController::rebuilt, rotation.get(),
+            &LocationRotation::goOnIfWaiting);
     connect(mainWindow.get(), &MainWindow::changeIpPressed, rotation.get(),
             &LocationRotation::changeIpButtonPressed);
     connect(mainWindow.get(), &MainWindow::discardIpPressed, rotation.get(),
@@ -287,18 +290,7 @@ void QrvMainWindowController::refreshFrontWindow() {
 }
 
 bool QrvMainWindowController::authWindow() {
-    if (QrvCredentials::sharedInstance().credentialsIsValid()) {
-        return false;
-    }
-    if (QrvAuthenticationWindowController::isRunning()) {
-        return true; // it is in front of the user already
-    }
-    if (!authDialog) {
-        authDialog = std::make_unique<QrvAuthenticationWindowController>(mainWindow.get());
-        authDialog->loadWindow();
-    }
-    authDialog->runModal();
-    return true;
+    return QrvAuthenticationWindowController::runUnlessValid(Alerts::shared(), *mainWindow);
 }
 
 void QrvMainWindowController::downloadCertificateForSelectedItem() {
@@ -497,3 +489,5 @@ bool QrvMainWindowController::startedHidden() const {
 void QrvMainWindowController::terminateApplication() {
     endApplication();
 }
+
+} // namespace quorvane

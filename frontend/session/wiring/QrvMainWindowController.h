@@ -5,6 +5,7 @@
 #include "frontend/session/DiscardedAddresses.h"
 #include "frontend/session/HideIpSession.h"
 #include "frontend/session/LocationRotation.h"
+#include "frontend/session/ProcessInfo.h"
 #include "frontend/session/SessionDisplay.h"
 #include "frontend/session/SessionEnvironment.h"
 #include "frontend/session/TrayAnimation.h"
@@ -14,9 +15,10 @@
 
 #include <memory>
 
+namespace quorvane {
+
 class MainWindow;
 class QrvAboutWindowController;
-class QrvAuthenticationWindowController;
 class QrvSettingsWindowController;
 class Reachability;
 class TrayPresence;
@@ -134,12 +136,14 @@ private:
     TrayPresence *tray;
     SessionDisplay sessionDisplay;
     TrayAnimation animation;
+    ProcessInfo processes;
     Vpn vpn;
     ConfigurationFetch fetch;
     std::unique_ptr<HideIpSession> hideIpSession;
     std::unique_ptr<LocationRotation> rotation;
     std::unique_ptr<QrvAboutWindowController> aboutWindow;
     std::unique_ptr<QrvSettingsWindowController> settingsWindow;
-    std::unique_ptr<QrvAuthenticationWindowController> authDialog;
     std::shared_ptr<Reachability> reach;
 };
+
+} // namespace quorvane

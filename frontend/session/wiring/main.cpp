@@ -4,7 +4,7 @@
 #include "frontend/support/Translations.h"
 #include "frontend/ui/shared/Theme.h"
 #include "platform/Platform.h"
-#include "platform/ProcessGuards.h"
+#include "platform/ProcessHardening.h"
 #include "platform/SystemLog.h"
 
 #include <QApplication>
@@ -12,6 +12,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+using namespace quorvane;
 
 namespace {
 
@@ -44,7 +46,7 @@ int main(int argc, char *argv[]) {
         std::printf("%s\n", version.constData());
         return EXIT_SUCCESS;
     }
-    platform::guardProcess();
+    platform::hardenProcess();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quorvane"));
     QApplication::setDesktopFileName(QStringLiteral("com.tallowind.Quorvane"));

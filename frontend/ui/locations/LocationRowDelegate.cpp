@@ -7,6 +7,8 @@
 #include <QStyle>
 #include <algorithm>
 
+namespace quorvane {
+
 namespace {
 
 constexpr int gapBeforeGold = 5;
@@ -44,3 +46,5 @@ QSize LocationRowDelegate::sizeHint(const QStyleOptionViewItem &option, const QM
     size.setHeight(std::max(size.height(), rowHeight));
     return size + (index.data(fullRole).toBool() ? QSize(gapBeforeGold + goldSide, 0) : QSize(0, 0));
 }
+
+} // namespace quorvane

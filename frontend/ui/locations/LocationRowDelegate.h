@@ -2,6 +2,8 @@
 
 #include <QStyledItemDelegate>
 
+namespace quorvane {
+
 /// Draws the entries of the location pop-up: flag, title, and the gold mark behind the title of a full
 /// location. Main thread.
 class LocationRowDelegate final : public QStyledItemDelegate {
@@ -20,3 +22,5 @@ public:
     /// Where the mark goes, in a row with this text.
     [[nodiscard]] static QRect goldRect(const QStyleOptionViewItem &option, const QModelIndex &index);
 };
+
+} // namespace quorvane

@@ -16,6 +16,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+namespace quorvane {
+
 namespace {
 
 const QString countryKey = QStringLiteral("countryCode");
@@ -262,3 +264,5 @@ void QrvLocationPaneController::refresh() {
     selectPopupItemWithImageNamed(preferences().string(countryKey));
     sameIpBox->setChecked(preferences().boolean(sameIpKey));
 }
+
+} // namespace quorvane

@@ -11,6 +11,9 @@
 
 class QCheckBox;
 class QComboBox;
+
+namespace quorvane {
+
 class QrvAPI;
 
 /// What the location pane tells the session, and asks of it. Main thread.
@@ -79,3 +82,5 @@ private:
     QrvMenuItem *chosen = nullptr;
     QSet<QString> fullLocations;
 };
+
+} // namespace quorvane

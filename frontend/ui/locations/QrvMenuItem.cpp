@@ -1,5 +1,7 @@
 #include "QrvMenuItem.h"
 
+namespace quorvane {
+
 namespace {
 
 quint64 nextNumber() {
@@ -10,7 +12,7 @@ quint64 nextNumber() {
 } // namespace
 
 QrvMenuItem::QrvMenuItem(const QString &title, QObject *parent)
-    : QAction(title, parent), serial(nextNumber()) {}
+    : QAction(title, parent), entryId(nextNumber()) {}
 
 QrvMenuItem::~QrvMenuItem() = default;
 
@@ -28,3 +30,5 @@ bool QrvMenuItem::full() const {
 void QrvMenuItem::setItemView(std::unique_ptr<QrvMenuItemViewController> view) {
     controller = std::move(view);
 }
+
+} // namespace quorvane

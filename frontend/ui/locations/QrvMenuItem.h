@@ -5,6 +5,8 @@
 
 #include <QAction>
 
+namespace quorvane {
+
 /// An entry of the location list. Main thread.
 class QrvMenuItem final : public QAction {
     Q_OBJECT
@@ -13,8 +15,8 @@ public:
     explicit QrvMenuItem(const QString &title, QObject *parent = nullptr);
     ~QrvMenuItem() override;
 
-    /// Tells entries apart for the whole run: no two ever carry the same number.
-    [[nodiscard]] quint64 number() const { return serial; }
+    /// Identifies the entry for the whole run: no two ever have the same id.
+    [[nodiscard]] quint64 id() const { return entryId; }
 
     /// The group that the entry stands for; null for pseudo-locations.
     [[nodiscard]] QrvVpnDataPointer vpnData() const { return data; }
@@ -39,9 +41,11 @@ public:
     void setImageName(const QString &name) { flag = name; }
 
 private:
-    quint64 serial;
+    quint64 entryId;
     QrvVpnDataPointer data;
     bool fullMark = false;
     std::unique_ptr<QrvMenuItemViewController> controller;
     QString flag;
 };
+
+} // namespace quorvane

@@ -7,6 +7,8 @@
 #include <QPaintEvent>
 #include <QPainter>
 
+namespace quorvane {
+
 namespace {
 
 /// Closes every menu that is open, the innermost first.
@@ -96,3 +98,5 @@ void QrvMenuItemView::paintEvent(QPaintEvent *event) {
         label->setPalette(colours);
     }
 }
+
+} // namespace quorvane

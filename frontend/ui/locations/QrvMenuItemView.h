@@ -7,6 +7,8 @@ class QAction;
 class QLabel;
 class QMenu;
 
+namespace quorvane {
+
 /// A location's row in a menu: highlights itself under the mouse and fires its item on a click. Neither the
 /// item nor the label is owned. Main thread.
 class QrvMenuItemView final : public QWidget {
@@ -42,3 +44,5 @@ private:
     QPointer<QLabel> label;
     bool notHighlighted = false;
 };
+
+} // namespace quorvane

@@ -5,6 +5,8 @@
 
 #include <QAction>
 
+namespace quorvane {
+
 namespace {
 
 constexpr int gapBeforeGold = 5;
@@ -55,3 +57,5 @@ QPixmap QrvMenuItemViewController::flagImage() const {
 void QrvMenuItemViewController::setFlagImage(const QPixmap &image) {
     ui->imageFlag->setPixmap(image);
 }
+
+} // namespace quorvane

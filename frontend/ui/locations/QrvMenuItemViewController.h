@@ -6,6 +6,9 @@
 #include <memory>
 
 class QAction;
+
+namespace quorvane {
+
 class QrvMenuItemView;
 
 namespace Ui {
@@ -42,3 +45,5 @@ private:
     QPointer<QAction> item;
     bool goldMark = false;
 };
+
+} // namespace quorvane

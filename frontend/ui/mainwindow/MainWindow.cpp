@@ -10,6 +10,8 @@
 #include <QSignalBlocker>
 #include <QWindow>
 
+namespace quorvane {
+
 namespace {
 
 constexpr QSize stateImageSize(112, 112);
@@ -192,6 +194,35 @@ QrvLocationPaneController &MainWindow::locationPane() const {
     return *ui->locationPane;
 }
 
+QList<LocationChoice::Entry> MainWindow::locations() const {
+    QList<LocationChoice::Entry> entries;
+    for (const auto &item : locationPane().items()) {
+        entries.append({item->id(), item->text(), item->vpnData()});
+    }
+    return entries;
+}
+
+quint64 MainWindow::selectedLocation() const {
+    return locationPane().currentItem()->id();
+}
+
+void MainWindow::selectLocation(quint64 id) {
+    const auto &items = locationPane().items();
+    const auto found =
+        std::find_if(items.begin(), items.end(), [id](const auto &item) { return item->id() == id; });
+    if (found != items.end()) {
+        locationPane().selectItem(static_cast<int>(found - items.begin()));
+    }
+}
+
+void MainWindow::selectRandomLocation() {
+    locationPane().selectItem(0);
+}
+
+void MainWindow::removeLocation(const QString &title) {
+    locationPane().removeItemWithTitle(title);
+}
+
 bool MainWindow::changesAutomatically() const {
     return ui->checkboxChangeIpInterval->isChecked();
 }
@@ -289,3 +320,5 @@ void MainWindow::changeEvent(QEvent *event) {
     }
     QMainWindow::changeEvent(event);
 }
+
+} // namespace quorvane

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "frontend/session/RotationControls.h"
 #include "frontend/session/SessionDisplay.h"
 
 #include <QMainWindow>
 #include <memory>
+
+namespace quorvane {
 
 class QrvLocationPaneController;
 
@@ -12,7 +15,7 @@ class MainWindow;
 }
 
 /// The main window: draws the display state and tells what the user pressed. Decides nothing. Main thread.
-class MainWindow final : public QMainWindow {
+class MainWindow final : public QMainWindow, public RotationControls {
     Q_OBJECT
 
 public:
@@ -22,17 +25,22 @@ public:
     void draw(const DisplayState &state);
 
     [[nodiscard]] QrvLocationPaneController &locationPane() const;
-    /// Whether the automatic-change box is on.
-    [[nodiscard]] bool changesAutomatically() const;
+    // RotationControls
+    [[nodiscard]] QList<LocationChoice::Entry> locations() const override;
+    [[nodiscard]] quint64 selectedLocation() const override;
+    void selectLocation(quint64 id) override;
+    void selectRandomLocation() override;
+    void removeLocation(const QString &title) override;
+    [[nodiscard]] bool requiresUS() const override;
+    void setRequiresUS(bool on) override;
+    [[nodiscard]] bool changesAutomatically() const override;
+    [[nodiscard]] QString transportLabel() const override;
+
     void setChangesAutomatically(bool on);
-    [[nodiscard]] bool requiresUS() const;
-    void setRequiresUS(bool on);
     void setNonRepeat(bool on);
     /// 0 for TCP, 1 for UDP.
     [[nodiscard]] int transportIndex() const;
     void setTransportIndex(int index);
-    /// The selected segment's label.
-    [[nodiscard]] QString transportLabel() const;
 
     /// Puts the window above others from its first showing, until dropFloatingLevel().
     void raiseFloatingLevel();
@@ -82,3 +90,5 @@ private:
     bool reachableByTray = false;
     bool away = false;
 };
+
+} // namespace quorvane

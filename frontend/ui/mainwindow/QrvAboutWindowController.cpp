@@ -9,6 +9,8 @@
 
 #include <QHideEvent>
 
+namespace quorvane {
+
 namespace {
 
 constexpr QSize pictureSize(96, 96);
@@ -62,3 +64,5 @@ void QrvAboutWindowController::hideEvent(QHideEvent *event) {
         mainWindow.activateWindow();
     }
 }
+
+} // namespace quorvane

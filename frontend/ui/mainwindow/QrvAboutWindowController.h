@@ -3,6 +3,8 @@
 #include <QDialog>
 #include <memory>
 
+namespace quorvane {
+
 class QrvAPI;
 
 namespace Ui {
@@ -35,3 +37,5 @@ private:
     std::unique_ptr<Ui::About> ui;
     bool showMain = false;
 };
+
+} // namespace quorvane

@@ -8,6 +8,8 @@
 
 #include <QButtonGroup>
 
+namespace quorvane {
+
 namespace {
 
 constexpr int modeOwn = 0;
@@ -55,3 +57,5 @@ QString AdvancedPane::selectedUserAgent() const {
 bool AdvancedPane::hidesReferrer() const {
     return ui->checkboxHideMyReferrerHeader->isChecked();
 }
+
+} // namespace quorvane

@@ -4,8 +4,11 @@
 #include <memory>
 #include <optional>
 
-class DefaultsBinding;
 class QButtonGroup;
+
+namespace quorvane {
+
+class DefaultsBinding;
 
 namespace Ui {
 class SettingsAdvanced;
@@ -39,3 +42,5 @@ private:
     std::unique_ptr<Ui::SettingsAdvanced> ui;
     QButtonGroup *matrixUserAgent;
 };
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 #include <QWidget>
 #include <memory>
 
+namespace quorvane {
+
 namespace Ui {
 class SettingsBrowsers;
 }
@@ -18,3 +20,5 @@ public:
 private:
     std::unique_ptr<Ui::SettingsBrowsers> ui;
 };
+
+} // namespace quorvane

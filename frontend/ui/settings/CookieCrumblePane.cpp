@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QUrl>
 
+namespace quorvane {
+
 CookieCrumblePane::CookieCrumblePane(DefaultsBinding &binding, QWidget *parent)
     : QWidget(parent), sites(SettingsDefaults::cookieSites()),
       ui(std::make_unique<Ui::SettingsCookieCrumble>()) {
@@ -50,3 +52,5 @@ bool CookieCrumblePane::validateUrl(const QString &text) {
 bool CookieCrumblePane::hidesCookies() const {
     return ui->checkboxHideMyCookiesHeaders->isChecked();
 }
+
+} // namespace quorvane

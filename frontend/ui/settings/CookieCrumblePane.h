@@ -5,6 +5,8 @@
 #include <QWidget>
 #include <memory>
 
+namespace quorvane {
+
 class DefaultsBinding;
 
 namespace Ui {
@@ -37,3 +39,5 @@ private:
     QrvTableDataSource sites;
     std::unique_ptr<Ui::SettingsCookieCrumble> ui;
 };
+
+} // namespace quorvane

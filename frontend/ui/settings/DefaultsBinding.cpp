@@ -7,6 +7,8 @@
 #include <QButtonGroup>
 #include <QComboBox>
 
+namespace quorvane {
+
 namespace {
 
 platform::UserDefaultsController &defaults() {
@@ -65,3 +67,5 @@ void DefaultsBinding::edit(const QString &key, const QVariant &value) {
     defaults().setValue(key, value);
     Q_EMIT edited();
 }
+
+} // namespace quorvane

@@ -8,6 +8,8 @@ class QAbstractButton;
 class QButtonGroup;
 class QComboBox;
 
+namespace quorvane {
+
 /// Binds controls to preferences: what the user does to a bound control becomes an edit of the shared
 /// user-defaults controller, and refresh() has every control show what that controller knows. Controls are
 /// not owned. Main thread.
@@ -37,3 +39,5 @@ private:
 
     std::vector<std::function<void()>> readers;
 };
+
+} // namespace quorvane

@@ -9,6 +9,8 @@
 #include <QLabel>
 #include <QStyledItemDelegate>
 
+namespace quorvane {
+
 namespace {
 
 QString plainName(const QLabel &label) {
@@ -168,3 +170,5 @@ void HotKeysPane::showTroubles(const HotKeys &hotKeys) {
                  "in force until Quorvane quits.")
             : tr("This desktop offers no global hot keys: these combinations have no effect."));
 }
+
+} // namespace quorvane

@@ -9,6 +9,8 @@
 class QComboBox;
 class QLabel;
 
+namespace quorvane {
+
 namespace Ui {
 class SettingsHotkeys;
 }
@@ -55,3 +57,5 @@ private:
     std::unique_ptr<Ui::SettingsHotkeys> ui;
     std::array<Row, HotKeys::actions.size()> rows;
 };
+
+} // namespace quorvane

@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QSignalBlocker>
 
+namespace quorvane {
+
 namespace {
 
 constexpr int longestInterval = 2;
@@ -100,3 +102,5 @@ void IpAddressesPane::intervalTyped() {
 void IpAddressesPane::intervalStepped(int minutes) {
     ui->fieldChangeIpInterval->setText(QString::number(minutes));
 }
+
+} // namespace quorvane

@@ -5,6 +5,8 @@
 #include <QWidget>
 #include <memory>
 
+namespace quorvane {
+
 class DefaultsBinding;
 class QrvDiscardIpTableViewController;
 
@@ -44,3 +46,5 @@ private:
     QrvTableDataSource discarded;
     std::unique_ptr<Ui::SettingsIpAddresses> ui;
 };
+
+} // namespace quorvane

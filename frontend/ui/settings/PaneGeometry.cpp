@@ -1,5 +1,7 @@
 #include "PaneGeometry.h"
 
+namespace quorvane {
+
 namespace {
 
 /// How far the pane reaches into the button band.
@@ -27,3 +29,5 @@ PaneGeometry::Placement PaneGeometry::place(const Measures &measures) {
     placement.pane = {paneX, placement.contentHeight - paneLowerEdge - measures.pane.height()};
     return placement;
 }
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 #include <QRect>
 #include <QSize>
 
+namespace quorvane {
+
 /// Where a pane of the settings window goes and how high the window becomes for it.
 ///
 /// Reckoned upwards from the content's lower edge, as the button band at the bottom sets the measure; the
@@ -31,3 +33,5 @@ struct Placement {
 [[nodiscard]] Placement place(const Measures &measures);
 
 } // namespace PaneGeometry
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+namespace quorvane {
+
 QrvDiscardIpTableViewController::QrvDiscardIpTableViewController(QWidget *parent) : QTableView(parent) {
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
@@ -89,3 +91,5 @@ void QrvDiscardIpTableViewController::paintEvent(QPaintEvent *event) {
     painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
                      static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), hint);
 }
+
+} // namespace quorvane

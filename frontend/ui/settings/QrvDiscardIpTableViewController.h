@@ -4,6 +4,8 @@
 
 #include <QTableView>
 
+namespace quorvane {
+
 /// The table in which the user looks after a list of rows. Ctrl+C copies the selected row; Delete asks to
 /// have it removed. Main thread.
 class QrvDiscardIpTableViewController final : public QTableView {
@@ -43,3 +45,5 @@ private:
     QrvTableDataSource *dataSource = nullptr;
     QString hint;
 };
+
+} // namespace quorvane

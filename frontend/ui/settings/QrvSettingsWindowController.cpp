@@ -10,13 +10,15 @@
 #include "SettingsWindow.h"
 #include "VpnPane.h"
 #include "frontend/api/QrvAPI.h"
-#include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 #include "frontend/session/SettingsDefaults.h"
+#include "frontend/ui/shared/Alerts.h"
 #include "frontend/ui/shared/WebPages.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaultsController.h"
 #include "platform/Workspace.h"
+
+namespace quorvane {
 
 namespace {
 
@@ -148,17 +150,7 @@ void QrvSettingsWindowController::buttonOurWebsitePressed() {
 }
 
 void QrvSettingsWindowController::authWindow() {
-    if (QrvCredentials::sharedInstance().credentialsIsValid()) {
-        return;
-    }
-    if (QrvAuthenticationWindowController::isRunning()) {
-        return; // it is in front of the user already
-    }
-    if (!authDialog) {
-        authDialog = std::make_unique<QrvAuthenticationWindowController>(settings.get());
-        authDialog->loadWindow();
-    }
-    authDialog->runModal();
+    QrvAuthenticationWindowController::runUnlessValid(Alerts::shared(), *settings);
 }
 
 void QrvSettingsWindowController::addDiscardedIp(const QString &address) {
@@ -172,3 +164,5 @@ bool QrvSettingsWindowController::hasRow(const QString &text) const {
 QStringList QrvSettingsWindowController::getRowData() const {
     return viewIpAddresses->tableDiscardIp().getRowData();
 }
+
+} // namespace quorvane

@@ -8,13 +8,14 @@
 #include <QObject>
 #include <memory>
 
+namespace quorvane {
+
 class AdvancedPane;
 class BrowsersPane;
 class CookieCrumblePane;
 class HotKeysPane;
 class IpAddressesPane;
 class QrvAPI;
-class QrvAuthenticationWindowController;
 class SettingsWindow;
 class VpnPane;
 
@@ -84,6 +85,7 @@ private:
     HotKeysPane *viewHotKeys = nullptr;
     AdvancedPane *viewAdvanced = nullptr;
     VpnPane *viewVpn = nullptr;
-    std::unique_ptr<QrvAuthenticationWindowController> authDialog;
     bool awake = false;
 };
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 #include "platform/Platform.h"
 #include "platform/PreferencesStore.h"
 
+namespace quorvane {
+
 QrvTableDataSource::QrvTableDataSource(const QString &preferenceKey, QObject *parent)
     : QAbstractTableModel(parent), key(preferenceKey) {}
 
@@ -74,3 +76,5 @@ QVariant QrvTableDataSource::data(const QModelIndex &index, int role) const {
 Qt::ItemFlags QrvTableDataSource::flags(const QModelIndex &index) const {
     return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::NoItemFlags;
 }
+
+} // namespace quorvane

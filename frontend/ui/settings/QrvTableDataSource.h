@@ -3,6 +3,8 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 
+namespace quorvane {
+
 /// The rows of a list that the user keeps, in the order in which they were added and without duplicates,
 /// stored as one text joined by "|". Main thread.
 class QrvTableDataSource final : public QAbstractTableModel {
@@ -36,3 +38,5 @@ private:
     QString key;
     QStringList rows;
 };
+
+} // namespace quorvane

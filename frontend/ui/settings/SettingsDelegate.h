@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+namespace quorvane {
+
 /// What the settings window tells the main window's controller, and asks of it. Main thread.
 class SettingsDelegate {
 public:
@@ -15,3 +17,5 @@ public:
     [[nodiscard]] virtual bool launchesOnStartup() const = 0;
     virtual void startupLaunchButtonPressed(bool on) = 0;
 };
+
+} // namespace quorvane

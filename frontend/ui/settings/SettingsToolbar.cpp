@@ -6,6 +6,8 @@
 #include <QToolButton>
 #include <array>
 
+namespace quorvane {
+
 namespace {
 
 constexpr QSize imageSize(32, 32);
@@ -18,15 +20,15 @@ struct Item {
 
 const std::array<Item, 5> &items() {
     static const std::array<Item, 5> all = {
-        {{SettingsToolbar::tbiIpAddresses(), QT_TRANSLATE_NOOP("SettingsToolbar", "IP Addresses"),
+        {{SettingsToolbar::tbiIpAddresses(), QT_TRANSLATE_NOOP("quorvane::SettingsToolbar", "IP Addresses"),
           QStringLiteral("NSPreferencesGeneral")},
-         {SettingsToolbar::tbiCookieCrumble(), QT_TRANSLATE_NOOP("SettingsToolbar", "Cookie Crumble"),
-          QStringLiteral("cookies")},
-         {SettingsToolbar::tbiHotKeys(), QT_TRANSLATE_NOOP("SettingsToolbar", "Hot Keys"),
+         {SettingsToolbar::tbiCookieCrumble(),
+          QT_TRANSLATE_NOOP("quorvane::SettingsToolbar", "Cookie Crumble"), QStringLiteral("cookies")},
+         {SettingsToolbar::tbiHotKeys(), QT_TRANSLATE_NOOP("quorvane::SettingsToolbar", "Hot Keys"),
           QStringLiteral("NSBonjour")},
-         {SettingsToolbar::tbiAdvanced(), QT_TRANSLATE_NOOP("SettingsToolbar", "Advanced"),
+         {SettingsToolbar::tbiAdvanced(), QT_TRANSLATE_NOOP("quorvane::SettingsToolbar", "Advanced"),
           QStringLiteral("advanced")},
-         {SettingsToolbar::tbiVpn(), QT_TRANSLATE_NOOP("SettingsToolbar", "Test VPN"),
+         {SettingsToolbar::tbiVpn(), QT_TRANSLATE_NOOP("quorvane::SettingsToolbar", "Test VPN"),
           QStringLiteral("NSNetwork")}}};
     return all;
 }
@@ -91,3 +93,5 @@ void SettingsToolbar::select(const QString &identifier) {
         }
     }
 }
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QToolBar>
 
+namespace quorvane {
+
 /// The settings window's toolbar: an item for each shown pane, of which one is pressed. The user cannot
 /// rearrange it. Main thread.
 class SettingsToolbar final : public QToolBar {
@@ -45,3 +47,5 @@ private:
     QActionGroup group;
     QAction *first = nullptr;
 };
+
+} // namespace quorvane

@@ -8,6 +8,8 @@
 #include <QCloseEvent>
 #include <algorithm>
 
+namespace quorvane {
+
 namespace {
 
 /// The part of the window that takes the keyboard, in the order of its layout.
@@ -153,3 +155,5 @@ void SettingsWindow::closeEvent(QCloseEvent *event) {
 void SettingsWindow::reject() {
     Q_EMIT cancelPressed(); // the Escape key
 }
+
+} // namespace quorvane

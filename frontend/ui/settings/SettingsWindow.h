@@ -4,6 +4,8 @@
 #include <QHash>
 #include <memory>
 
+namespace quorvane {
+
 class SettingsToolbar;
 
 namespace Ui {
@@ -61,3 +63,5 @@ private:
     QWidget *current = nullptr;
     int paneWidth = 0;
 };
+
+} // namespace quorvane

@@ -9,6 +9,8 @@
 #include <QFileDialog>
 #include <QUrl>
 
+namespace quorvane {
+
 namespace {
 
 const QLatin1String fileType(".ovpn");
@@ -78,3 +80,5 @@ void VpnPane::panelConfirmed() {
         ui->pathTextField->setText(pathOf(chosen.first()));
     }
 }
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 
 class QFileDialog;
 
+namespace quorvane {
+
 namespace Ui {
 class SettingsVpn;
 }
@@ -32,3 +34,5 @@ private:
     std::unique_ptr<Ui::SettingsVpn> ui;
     QPointer<QFileDialog> panel;
 };
+
+} // namespace quorvane

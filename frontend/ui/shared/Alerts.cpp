@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QMessageBox>
 
+namespace quorvane {
+
 Alerts &Alerts::shared() {
     static Alerts instance;
     return instance;
@@ -41,3 +43,5 @@ void Alerts::show(const Alert &alert) {
     }
     open = false;
 }
+
+} // namespace quorvane

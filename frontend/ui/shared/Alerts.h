@@ -1,32 +1,26 @@
 #pragma once
 
+#include "frontend/support/AlertPresenter.h"
+
 #include <QObject>
 #include <QQueue>
-#include <QString>
 #include <functional>
+
+namespace quorvane {
 
 /// Every alert of the program goes through here. Main thread. Alerts have one "OK" button; no two are
 /// open at once.
-class Alerts final : public QObject {
+class Alerts final : public QObject, public AlertPresenter {
     Q_OBJECT
 
 public:
-    struct Alert {
-        QString title;
-        QString text;
-        QString informative;
-    };
-
     /// Stands in for the window, for tests: called in place of showing the alert.
     using Presenter = std::function<void(const Alert &)>;
 
     [[nodiscard]] static Alerts &shared();
 
-    /// Shows the alert and returns when it is dismissed. While another alert is open it waits its turn
-    /// behind that one, and this returns at once.
-    void critical(const Alert &alert);
-    /// Shows the alert after the present handler has returned and after every alert asked for before.
-    void criticalLater(const Alert &alert);
+    void critical(const Alert &alert) override;
+    void criticalLater(const Alert &alert) override;
 
     void setPresenter(Presenter replacement) { presenter = std::move(replacement); }
 
@@ -39,3 +33,5 @@ private:
     QQueue<Alert> waiting;
     bool open = false;
 };
+
+} // namespace quorvane

@@ -3,9 +3,13 @@
 #include <QPaintEvent>
 #include <QPainter>
 
+namespace quorvane {
+
 BackgroundView::BackgroundView(QWidget *parent) : QWidget(parent) {}
 
 void BackgroundView::paintEvent(QPaintEvent *event) {
     QPainter(this).fillRect(event->rect(), QColor(64, 64, 64));
     QWidget::paintEvent(event);
 }
+
+} // namespace quorvane

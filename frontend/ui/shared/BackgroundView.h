@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+namespace quorvane {
+
 /// A fixed dark grey behind other views. Main thread.
 class BackgroundView final : public QWidget {
     Q_OBJECT
@@ -12,3 +14,5 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
 };
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 #include <QWidget>
 #include <utility>
 
+namespace quorvane {
+
 FirstPaint::FirstPaint(QWidget &widget, std::function<void()> wanted)
     : QObject(&widget), call(std::move(wanted)) {
     widget.installEventFilter(this);
@@ -26,3 +28,5 @@ bool FirstPaint::eventFilter(QObject *watched, QEvent *event) {
     }
     return QObject::eventFilter(watched, event);
 }
+
+} // namespace quorvane

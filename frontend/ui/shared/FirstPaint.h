@@ -5,6 +5,8 @@
 
 class QWidget;
 
+namespace quorvane {
+
 /// Calls once, from the event loop, after a widget was drawn for the first time from now on; never when it is
 /// not. Belongs to the widget and goes after the call. Main thread.
 class FirstPaint final : public QObject {
@@ -22,3 +24,5 @@ private:
 
     std::function<void()> call;
 };
+
+} // namespace quorvane

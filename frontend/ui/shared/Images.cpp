@@ -8,6 +8,8 @@
 #include <QSet>
 #include <algorithm>
 
+namespace quorvane {
+
 namespace {
 
 /// Sizes beside the first, for images that a desktop shows at a size of its own.
@@ -74,3 +76,5 @@ QIcon Images::icon(const QString &name) {
 QPixmap Images::pixmap(const QString &name, const QSize &size, qreal devicePixelRatio) {
     return icon(name).pixmap(size, devicePixelRatio);
 }
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 #include <QPixmap>
 #include <QString>
 
+namespace quorvane {
+
 /// The program's named images, from Resources/images. Loaded once each and kept. Main thread.
 namespace Images {
 
@@ -14,3 +16,5 @@ namespace Images {
 [[nodiscard]] QPixmap pixmap(const QString &name, const QSize &size, qreal devicePixelRatio);
 
 } // namespace Images
+
+} // namespace quorvane

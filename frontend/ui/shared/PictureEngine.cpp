@@ -8,6 +8,8 @@
 #include <QStyleOption>
 #include <algorithm>
 
+namespace quorvane {
+
 namespace {
 
 /// A reader of one of the program's own pictures. They are all of one kind: finding out would load the
@@ -105,3 +107,5 @@ bool PictureEngine::isNull() {
 QIconEngine *PictureEngine::clone() const {
     return new PictureEngine(*this);
 }
+
+} // namespace quorvane

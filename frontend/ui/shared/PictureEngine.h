@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace quorvane {
+
 /// Draws an icon from picture files of several sizes, each read only when it is drawn. Main thread.
 class PictureEngine final : public QIconEngine {
 public:
@@ -31,3 +33,5 @@ private:
 
     std::vector<Picture> pictures; ///< the smallest first
 };
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <algorithm>
 
+namespace quorvane {
+
 namespace {
 
 constexpr QSize digitSize(22, 34);
@@ -81,3 +83,5 @@ void QrvFancyIp::setStringValue(const QString &text) {
 QSize QrvFancyIp::sizeHint() const {
     return strip;
 }
+
+} // namespace quorvane

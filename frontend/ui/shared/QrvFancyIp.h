@@ -3,6 +3,8 @@
 #include <QString>
 #include <QWidget>
 
+namespace quorvane {
+
 /// An IP address as a strip of digit pictures. A character without a picture takes no room; from a
 /// length on that no address has the rest is not drawn. The accessible name is the exact text. Main thread.
 class QrvFancyIp final : public QWidget {
@@ -21,3 +23,5 @@ private:
     QString shown;
     QSize strip;
 };
+
+} // namespace quorvane

@@ -1,5 +1,7 @@
 #include "QrvUrlButton.h"
 
+namespace quorvane {
+
 QrvUrlButton::QrvUrlButton(QWidget *parent) : QPushButton(parent) {
     setFlat(true);
     setCursor(Qt::PointingHandCursor);
@@ -8,3 +10,5 @@ QrvUrlButton::QrvUrlButton(QWidget *parent) : QPushButton(parent) {
                        "transparent; padding: 2px 4px; "
                        "text-decoration: underline; } QPushButton:focus { border-color: #7fbcec; }"));
 }
+
+} // namespace quorvane

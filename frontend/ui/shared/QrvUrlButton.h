@@ -2,6 +2,8 @@
 
 #include <QPushButton>
 
+namespace quorvane {
+
 /// A button that looks like a link: its title in link blue, the pointing hand over it. Main thread.
 class QrvUrlButton final : public QPushButton {
     Q_OBJECT
@@ -9,3 +11,5 @@ class QrvUrlButton final : public QPushButton {
 public:
     explicit QrvUrlButton(QWidget *parent = nullptr);
 };
+
+} // namespace quorvane

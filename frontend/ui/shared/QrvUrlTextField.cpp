@@ -3,6 +3,8 @@
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 
+namespace quorvane {
+
 namespace {
 
 // The platform's pure blue cannot be read on a dark window; this one can on both.
@@ -28,3 +30,5 @@ void QrvUrlTextField::hyperlinkWithTextField(QLabel &field, const QString &text,
     QObject::connect(&field, &QLabel::linkActivated, &field,
                      [](const QString &link) { platform::Platform::current().workspace->openUrl(link); });
 }
+
+} // namespace quorvane

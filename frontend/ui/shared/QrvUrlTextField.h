@@ -2,6 +2,8 @@
 
 #include <QLabel>
 
+namespace quorvane {
+
 /// A text that opens an address when it is clicked. Main thread.
 class QrvUrlTextField final : public QLabel {
     Q_OBJECT
@@ -14,3 +16,5 @@ public:
     /// Turns a label into that link; it can be selected and reached by keyboard.
     static void hyperlinkWithTextField(QLabel &field, const QString &text, const QString &url);
 };
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 #include <QPalette>
 #include <QStyleFactory>
 
+namespace quorvane {
+
 namespace {
 
 // 64 of 255 is the window's grey; everything else is a step lighter or darker.
@@ -79,11 +81,11 @@ QLabel[quiet="true"] { color: #b4b4b4; }
 QLabel[warning="true"] { color: #f0b45a; }
 QTableView { border: 1px solid #6a6a6a; border-radius: 6px; background: #2e2e2e; padding: 2px; }
 QTableView:focus { border-color: #7fbcec; }
-SettingsToolbar { background: #363636; border: none; border-bottom: 1px solid #2a2a2a; spacing: 6px; }
-SettingsToolbar QToolButton { border: 1px solid transparent; border-radius: 6px; padding: 4px 10px; color: #f5f5f5; }
-SettingsToolbar QToolButton:hover { background: #444444; }
-SettingsToolbar QToolButton:checked { background: #4c4c4c; border-color: #5e5e5e; }
-SettingsToolbar QToolButton:focus { border-color: #7fbcec; }
+quorvane--SettingsToolbar { background: #363636; border: none; border-bottom: 1px solid #2a2a2a; spacing: 6px; }
+quorvane--SettingsToolbar QToolButton { border: 1px solid transparent; border-radius: 6px; padding: 4px 10px; color: #f5f5f5; }
+quorvane--SettingsToolbar QToolButton:hover { background: #444444; }
+quorvane--SettingsToolbar QToolButton:checked { background: #4c4c4c; border-color: #5e5e5e; }
+quorvane--SettingsToolbar QToolButton:focus { border-color: #7fbcec; }
 QProgressBar { border: none; border-radius: 3px; background: #2e2e2e; max-height: 6px; }
 QProgressBar::chunk { background: #3a8fd6; border-radius: 3px; }
 )";
@@ -96,3 +98,5 @@ void Theme::apply(QApplication &application) {
     const QString images = platform::Platform::current().bundle->resourcesPath() + QStringLiteral("/images");
     application.setStyleSheet(QString::fromLatin1(sheet).arg(images));
 }
+
+} // namespace quorvane

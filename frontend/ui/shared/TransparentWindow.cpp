@@ -5,6 +5,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+namespace quorvane {
+
 namespace {
 
 constexpr int firstSize = 500;
@@ -51,3 +53,5 @@ void TransparentWindow::mouseMoveEvent(QMouseEvent *event) {
         move(event->globalPosition().toPoint() - grip);
     }
 }
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 #include <QPoint>
 #include <QWidget>
 
+namespace quorvane {
+
 /// A borderless, see-through square window that the user drags by its background, which may be a picture.
 /// Main thread.
 class TransparentWindow final : public QWidget {
@@ -38,3 +40,5 @@ private:
     QPixmap background;
     QPoint grip;
 };
+
+} // namespace quorvane

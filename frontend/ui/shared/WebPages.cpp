@@ -2,6 +2,8 @@
 
 #include "platform/Platform.h"
 
+namespace quorvane {
+
 namespace {
 
 QString page(const QString &path, const QString &identifier) {
@@ -18,3 +20,5 @@ QString WebPages::root(const QString &identifier) {
 QString WebPages::ipCheck(const QString &identifier) {
     return page(QStringLiteral("/ip"), identifier);
 }
+
+} // namespace quorvane

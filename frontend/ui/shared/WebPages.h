@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace quorvane {
+
 /// Addresses of the service's web pages as the program opens them in the browser.
 namespace WebPages {
 
@@ -9,3 +11,5 @@ namespace WebPages {
 [[nodiscard]] QString ipCheck(const QString &identifier);
 
 } // namespace WebPages
+
+} // namespace quorvane

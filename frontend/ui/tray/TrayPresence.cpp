@@ -9,6 +9,8 @@
 #include <QMenu>
 #include <QSystemTrayIcon>
 
+namespace quorvane {
+
 namespace {
 
 platform::TrayHosts &hosts() {
@@ -121,3 +123,5 @@ void TrayPresence::setStatus(Status status, const QString &address) {
         appStatusIcon->setToolTip(words);
     }
 }
+
+} // namespace quorvane

@@ -8,6 +8,8 @@ class QAction;
 class QMenu;
 class QSystemTrayIcon;
 
+namespace quorvane {
+
 /// The status item: the tray icon and its menu, in whichever tray the desktop has. Main thread.
 ///
 /// The icon is made when the first tray is there, be that long after the start: a status notifier host where
@@ -89,3 +91,5 @@ private:
     QString shownImage;
     QString words;
 };
+
+} // namespace quorvane

@@ -4,7 +4,7 @@
 
 #include <QFileInfo>
 
-namespace platform {
+namespace quorvane::platform {
 
 Bundle::Bundle(const QString &contentsPath)
     : contents(contentsPath),
@@ -40,4 +40,4 @@ QString Bundle::identifier() const {
     return info(QStringLiteral("CFBundleIdentifier"));
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFile>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -62,4 +62,4 @@ std::optional<QByteArray> LinuxHardwareRegistry::firstEthernetAddress() const {
     return first;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -2,7 +2,7 @@
 
 #include "platform/HardwareRegistry.h"
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The machine's identity from the kernel's firmware and network folders. Firmware serials are often
 /// readable by the administrator only; then there is none. Any thread.
@@ -19,4 +19,4 @@ private:
     const QString network;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -1,5 +1,6 @@
 #include "LinuxWorkspace.h"
 
+#include "platform/Files.h"
 #include "platform/linux/files/AtomicFile.h"
 
 #include <QDBusConnection>
@@ -16,7 +17,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -144,4 +145,4 @@ void LinuxWorkspace::notify(const QString &title, const QString &text) {
     bus.asyncCall(call);
 }
 
-} // namespace platform
+} // namespace quorvane::platform

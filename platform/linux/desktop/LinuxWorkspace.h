@@ -6,9 +6,7 @@
 #include <QByteArray>
 #include <map>
 
-namespace platform {
-
-using quorvane::FileDescriptor;
+namespace quorvane::platform {
 
 /// Where the desktop keeps a user's files.
 struct WorkspaceFolders {
@@ -41,4 +39,4 @@ private:
     std::map<QString, FileDescriptor> instances;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-namespace platform {
+namespace quorvane::platform {
 
 QtDelayedCalls::~QtDelayedCalls() {
     for (const auto &timers : std::exchange(due, {})) {
@@ -48,4 +48,4 @@ void QtDelayedCalls::dropDeadTimers() {
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform

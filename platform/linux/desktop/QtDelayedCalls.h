@@ -7,7 +7,7 @@
 #include <QPointer>
 #include <QTimer>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// DelayedCalls over the Qt event loop of the thread that asks.
 class QtDelayedCalls final : public DelayedCalls {
@@ -26,4 +26,4 @@ private:
     QHash<const QObject *, QList<QPointer<QTimer>>> due;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

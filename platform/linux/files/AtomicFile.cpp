@@ -1,5 +1,7 @@
 #include "AtomicFile.h"
 
+#include "platform/Files.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -8,7 +10,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -137,4 +139,4 @@ int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes) {
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform

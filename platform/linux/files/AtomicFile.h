@@ -5,9 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
-namespace platform {
-
-using quorvane::FileDescriptor;
+namespace quorvane::platform {
 
 /// A file on its way to a name: written privately beside it (mode 600 from the first byte), then moved
 /// onto the name whole. A link under that name is replaced, not followed. Going away before commit()
@@ -33,10 +31,6 @@ private:
     bool named = false;
 };
 
-/// Replaces the file with the bytes, whole or not at all, through a durable PendingFile. 0, or an errno
-/// value; the old file is then untouched.
-[[nodiscard]] int replaceFile(const QString &path, const QByteArray &bytes);
-
 /// Reads a regular file of at most limit bytes without following a link in its last component.
 /// 0, or an errno value (EFBIG when it is larger, EINVAL when it is no regular file).
 [[nodiscard]] int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes);
@@ -47,4 +41,4 @@ private:
 /// Writes all of the bytes to the descriptor. 0, or an errno value.
 [[nodiscard]] int writeAll(int descriptor, const char *bytes, qsizetype size);
 
-} // namespace platform
+} // namespace quorvane::platform

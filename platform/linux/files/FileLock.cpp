@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 FileLock::FileLock(const QString &path, int milliseconds)
     : file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)) {
@@ -24,4 +24,4 @@ FileLock::FileLock(const QString &path, int milliseconds)
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform

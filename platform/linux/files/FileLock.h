@@ -4,9 +4,7 @@
 
 #include <QString>
 
-namespace platform {
-
-using quorvane::FileDescriptor;
+namespace quorvane::platform {
 
 /// An exclusive lock that the kernel drops when its holder ends, however it ends: a file that was left
 /// behind locks nothing.
@@ -26,4 +24,4 @@ private:
     bool timedOut = false;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

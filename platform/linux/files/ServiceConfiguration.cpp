@@ -8,7 +8,7 @@
 
 #include <cerrno>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -89,4 +89,4 @@ ServiceConfiguration ServiceConfiguration::read(const QStringList &paths) {
     return configuration;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

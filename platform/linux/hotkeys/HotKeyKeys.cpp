@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -27,4 +27,4 @@ const HotKeyKey *findHotKeyKey(quint32 keyCode) {
     return found == keys.end() ? nullptr : found;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

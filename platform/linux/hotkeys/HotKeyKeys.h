@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// One key of the ANSI keyboard that can be part of a hot key.
 struct HotKeyKey {
@@ -16,4 +16,4 @@ struct HotKeyKey {
 /// The key with a virtual key code, nullptr for a code that is not known. Any thread.
 [[nodiscard]] const HotKeyKey *findHotKeyKey(quint32 keyCode);
 
-} // namespace platform
+} // namespace quorvane::platform

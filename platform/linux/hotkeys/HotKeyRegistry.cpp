@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace quorvane::platform {
 
 HotKeyError HotKeyRegistry::verdict(quint32 keyCode, quint32 modifiers) const {
     constexpr quint32 known = HotKeyService::command | HotKeyService::shift | HotKeyService::control;
@@ -35,4 +35,4 @@ std::optional<HotKeyRegistry::Entry> HotKeyRegistry::find(quint32 keyCode, quint
     return found == held.cend() ? std::nullopt : std::optional(*found);
 }
 
-} // namespace platform
+} // namespace quorvane::platform

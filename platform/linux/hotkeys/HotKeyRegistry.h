@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The hot keys that this program holds, each under a reference of its own. Main thread.
 class HotKeyRegistry {
@@ -33,4 +33,4 @@ private:
     QList<Entry> held;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -5,7 +5,7 @@
 
 #include <QGuiApplication>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -58,4 +58,4 @@ std::unique_ptr<HotKeyService> makeHotKeyService(HotKeyDesktop desktop) {
     return std::make_unique<NoHotKeyService>();
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// What kind of session the program runs in, as far as hot keys go.
 enum class HotKeyDesktop {
@@ -33,4 +33,4 @@ struct SessionHints {
 /// nothing by itself. Main thread.
 [[nodiscard]] std::unique_ptr<HotKeyService> makeHotKeyService(HotKeyDesktop desktop);
 
-} // namespace platform
+} // namespace quorvane::platform

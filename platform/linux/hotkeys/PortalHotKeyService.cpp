@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -115,4 +115,4 @@ void PortalHotKeyService::takeBack(const QStringList &ids, HotKeyError error) {
         handler(reference, error);
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -6,7 +6,7 @@
 #include <QHash>
 #include <QTimer>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Global hot keys over the desktop portal, as under Wayland. The wanted combination is a hint: the user may
 /// give the action other keys in the desktop's own dialog.
@@ -40,4 +40,4 @@ private:
     PortalShortcuts shortcuts;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// One element of the lists that go to the portal and come back.
 struct PortalShortcutRecord {
@@ -343,6 +343,6 @@ void PortalShortcuts::tell(const QString &path, const QString &interface, const 
     bus->send(methodCall(path, interface, method));
 }
 
-} // namespace platform
+} // namespace quorvane::platform
 
-Q_DECLARE_METATYPE(platform::PortalShortcutRecord)
+Q_DECLARE_METATYPE(quorvane::platform::PortalShortcutRecord)

@@ -13,7 +13,7 @@
 #include <memory>
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The desktop portal's global shortcuts, as one list that the program wants. Main thread; handlers are
 /// called from the event loop; nothing here waits for the portal.
@@ -98,4 +98,4 @@ private:
     QList<Shortcut> given;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -6,7 +6,7 @@
 #include <array>
 #include <xcb/xproto.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -114,4 +114,4 @@ void X11HotKeyService::installRefusalHandler(RefusalHandler handler) {
     state->refused = std::move(handler);
 }
 
-} // namespace platform
+} // namespace quorvane::platform

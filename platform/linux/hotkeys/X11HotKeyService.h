@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace platform {
+namespace quorvane::platform {
 
 class X11KeyGrabs;
 
@@ -37,4 +37,4 @@ private:
     const std::unique_ptr<State> state;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

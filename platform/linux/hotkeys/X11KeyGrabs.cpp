@@ -16,7 +16,7 @@
 #pragma clang diagnostic pop
 #endif
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -231,4 +231,4 @@ void X11KeyGrabs::closeWhenBroken() {
     connection.reset();
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -12,7 +12,7 @@
 
 struct xcb_connection_t;
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Key combinations taken from the whole X display, whichever window has the focus, over a connection of
 /// its own. Main thread; handlers are called from the event loop.
@@ -76,4 +76,4 @@ private:
     QSet<quint8> keysDown;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -7,7 +7,7 @@
 #include <system_error>
 #include <thread>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -79,4 +79,4 @@ void HostResolver::refresh(std::function<void()> found) {
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform

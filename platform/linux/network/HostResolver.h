@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The IPv4 address of one host name, looked up in the background. Any thread.
 ///
@@ -28,4 +28,4 @@ private:
     std::shared_ptr<State> state;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

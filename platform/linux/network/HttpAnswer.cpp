@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -183,4 +183,4 @@ void HttpAnswer::takeChunkSize(const QByteArray &whole) {
     part = left == 0 ? Part::Trailer : Part::Chunk;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// One HTTP/1.1 answer to a GET, taken in as it comes, in pieces of any size. Keeps the head only, and no
 /// more of it than allowed; the body is handed on. What does not keep to the rules is broken for good.
@@ -63,4 +63,4 @@ private:
     qint64 left = 0; ///< of the body, or of the chunk
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -21,9 +21,7 @@
 #include <thread>
 #include <utility>
 
-namespace platform {
-
-using quorvane::FileDescriptor;
+namespace quorvane::platform {
 
 namespace {
 
@@ -216,4 +214,4 @@ std::unique_ptr<SerialQueue> NetlinkReachability::makeQueue(const QString &name)
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform

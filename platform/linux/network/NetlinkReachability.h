@@ -2,7 +2,7 @@
 
 #include "platform/NetworkReachability.h"
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Reachability by the kernel's routing tables and its news about links, addresses and routes.
 ///
@@ -19,4 +19,4 @@ public:
     [[nodiscard]] std::unique_ptr<SerialQueue> makeQueue(const QString &name) override;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

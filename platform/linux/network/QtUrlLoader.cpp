@@ -7,7 +7,7 @@
 #include <QEventLoop>
 #include <QSslCertificate>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -101,4 +101,4 @@ std::optional<UrlRequest> QtUrlLoader::requestFor(const QByteArray &url) {
     return UrlRequest{*strict, "Quorvane/" + version.toUtf8(), *tls};
 }
 
-} // namespace platform
+} // namespace quorvane::platform

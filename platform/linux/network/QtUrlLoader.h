@@ -10,7 +10,7 @@
 #include <memory>
 #include <mutex>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// What one transfer may cost.
 struct UrlLimits {
@@ -61,4 +61,4 @@ private:
     QObject lifetime;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

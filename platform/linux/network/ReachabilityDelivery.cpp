@@ -3,7 +3,7 @@
 #include <atomic>
 #include <mutex>
 
-namespace platform {
+namespace quorvane::platform {
 
 // Two locks, taken in the order delivering, routing by the queue's thread: a callback may stop its own
 // delivery. Both are recursive because a queue may run its work at once, on the reporting thread.
@@ -56,4 +56,4 @@ void ReachabilityDelivery::report(std::uint32_t flags) {
     });
 }
 
-} // namespace platform
+} // namespace quorvane::platform

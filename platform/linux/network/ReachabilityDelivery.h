@@ -4,7 +4,7 @@
 
 #include <memory>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The delivering half of a reachability target: takes states from a watcher and hands the first one
 /// and every change to the callback, on the queue. Safe from any thread.
@@ -27,4 +27,4 @@ private:
     std::shared_ptr<State> state;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

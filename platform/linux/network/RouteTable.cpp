@@ -9,7 +9,7 @@
 #include <memory>
 #include <sys/socket.h>
 
-namespace platform::RouteTable {
+namespace quorvane::platform::RouteTable {
 
 namespace {
 
@@ -138,4 +138,4 @@ std::optional<bool> hasDefaultRoute() {
     return found;
 }
 
-} // namespace platform::RouteTable
+} // namespace quorvane::platform::RouteTable

@@ -5,7 +5,7 @@
 
 /// Questions to the kernel's routing tables, answered at once. Any thread. Addresses are IPv4 in host
 /// byte order; an absent answer means that the kernel could not be asked.
-namespace platform::RouteTable {
+namespace quorvane::platform::RouteTable {
 
 /// How packets to an address would go.
 struct Way {
@@ -22,4 +22,4 @@ struct Way {
 /// Whether any table has a usable default route.
 [[nodiscard]] std::optional<bool> hasDefaultRoute();
 
-} // namespace platform::RouteTable
+} // namespace quorvane::platform::RouteTable

@@ -2,7 +2,7 @@
 
 #include <pthread.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 ThreadQueue::ThreadQueue(const QString &name) : state(std::make_shared<State>()) {
     // The kernel keeps 15 characters of a thread's name.
@@ -50,4 +50,4 @@ void ThreadQueue::run(State &state) {
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <thread>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// A SerialQueue over one thread of its own.
 ///
@@ -38,4 +38,4 @@ private:
     std::thread thread;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -6,7 +6,7 @@
 #include <QNetworkProxy>
 #include <algorithm>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -207,4 +207,4 @@ void UrlTransfer::end(const std::optional<UrlError> &error) {
     tell(error);
 }
 
-} // namespace platform
+} // namespace quorvane::platform

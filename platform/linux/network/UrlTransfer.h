@@ -7,7 +7,7 @@
 #include <QSslSocket>
 #include <QTimer>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// One request and its answer, within the limits. Hands each piece of the body to a receiver and tells the
 /// end once; destroys itself then. Going away earlier cancels the transfer and tells nothing. Asks once:
@@ -55,4 +55,4 @@ private:
     bool hasEnded = false;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

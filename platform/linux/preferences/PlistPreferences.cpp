@@ -1,6 +1,7 @@
 #include "PlistPreferences.h"
 
 #include "PropertyListChecks.h"
+#include "platform/Files.h"
 #include "platform/PropertyList.h"
 #include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/FileLock.h"
@@ -14,7 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -215,4 +216,4 @@ void PlistPreferences::report(const QString &text) {
         handler(text);
 }
 
-} // namespace platform
+} // namespace quorvane::platform

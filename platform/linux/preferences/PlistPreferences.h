@@ -6,7 +6,7 @@
 #include <mutex>
 #include <optional>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Preferences in one property list file, shared by threads and by processes.
 ///
@@ -73,4 +73,4 @@ private:
     QString lastProblem;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

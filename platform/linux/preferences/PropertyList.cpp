@@ -1,6 +1,7 @@
 #include "platform/PropertyList.h"
 
 #include "PropertyListChecks.h"
+#include "platform/Files.h"
 #include "platform/linux/files/AtomicFile.h"
 
 #include <QDateTime>
@@ -13,7 +14,7 @@
 #include <memory>
 #include <plist/plist.h>
 
-namespace platform::PropertyList {
+namespace quorvane::platform::PropertyList {
 
 namespace {
 
@@ -320,4 +321,4 @@ bool writeFile(const QString &path, const QVariantMap &dictionary) {
     return replaceFile(path, write(dictionary)) == 0;
 }
 
-} // namespace platform::PropertyList
+} // namespace quorvane::platform::PropertyList

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace platform::PropertyList {
+namespace quorvane::platform::PropertyList {
 
 namespace {
 
@@ -190,4 +190,4 @@ bool isBearableBinary(const QByteArray &bytes) {
     return bytes.size() <= largestSize && bytes.startsWith("bplist00") && BinaryWalk(bytes).run();
 }
 
-} // namespace platform::PropertyList
+} // namespace quorvane::platform::PropertyList

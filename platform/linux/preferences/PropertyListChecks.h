@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-namespace platform::PropertyList {
+namespace quorvane::platform::PropertyList {
 
 /// Whether the bytes are an XML property list small and plain enough to be handed to the parser: bounded
 /// in size and in elements, valid UTF-8, free of NUL bytes, without entity declarations.
@@ -19,4 +19,4 @@ inline constexpr qsizetype largestSize = 16 * 1024 * 1024;
 /// Dictionaries and arrays inside each other.
 inline constexpr int greatestDepth = 64;
 
-} // namespace platform::PropertyList
+} // namespace quorvane::platform::PropertyList

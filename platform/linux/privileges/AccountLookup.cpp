@@ -7,7 +7,7 @@
 #include <pwd.h>
 #include <vector>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -61,4 +61,4 @@ std::optional<Account> findAccount(const QByteArray &name) {
     return account ? account : byFullName(name);
 }
 
-} // namespace platform
+} // namespace quorvane::platform

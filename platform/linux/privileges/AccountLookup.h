@@ -4,7 +4,7 @@
 #include <optional>
 #include <sys/types.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// An account of this machine.
 struct Account {
@@ -16,4 +16,4 @@ struct Account {
 /// Any thread.
 [[nodiscard]] std::optional<Account> findAccount(const QByteArray &name);
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -8,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -66,4 +66,4 @@ std::optional<int> PkexecAuthorizationService::wait(pid_t pid, bool block) {
     return ended == pid ? std::optional(status) : std::nullopt;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

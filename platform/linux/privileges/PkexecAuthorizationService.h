@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// AuthorizationService over polkit's pkexec, which asks the user through the desktop's own agent.
 /// Without an agent the process ends with status 127 and runs nothing.
@@ -23,4 +23,4 @@ private:
     const QByteArray givenTool;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

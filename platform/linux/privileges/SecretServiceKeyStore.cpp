@@ -3,7 +3,7 @@
 #include <libsecret/secret.h>
 #include <memory>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -150,4 +150,4 @@ std::optional<QStringList> SecretServiceKeyStore::accounts(const QString &label)
     return names;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -2,7 +2,7 @@
 
 #include "platform/KeyStore.h"
 
-namespace platform {
+namespace quorvane::platform {
 
 /// KeyStore over the desktop's Secret Service, in its default collection. Without a service every call
 /// finds nothing and stores nothing. Any thread but the main one.
@@ -15,4 +15,4 @@ public:
     [[nodiscard]] std::optional<QStringList> accounts(const QString &label) override;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -12,7 +12,7 @@
 #include <cstring>
 #include <unistd.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -261,4 +261,4 @@ ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const
     return lineResult(outcome.status, outcome.output, outcome.error.mid(granted + marker.size() + 1));
 }
 
-} // namespace platform
+} // namespace quorvane::platform

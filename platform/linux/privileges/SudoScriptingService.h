@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Shell lines through /bin/sh; as administrator through sudo, or su and then sudo for another account
 /// than the user's own, or su alone for root. The password is checked even when the program runs as root.
@@ -24,4 +24,4 @@ private:
     const QByteArray resources;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

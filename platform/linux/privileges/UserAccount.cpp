@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -43,4 +43,4 @@ UserAccount UserAccount::current() {
     return account;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

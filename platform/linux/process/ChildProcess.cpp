@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -270,4 +270,4 @@ QByteArray systemProgram(const QByteArray &name) {
     return {};
 }
 
-} // namespace platform
+} // namespace quorvane::platform

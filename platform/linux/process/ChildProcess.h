@@ -9,9 +9,7 @@
 #include <optional>
 #include <sys/types.h>
 
-namespace platform {
-
-using quorvane::FileDescriptor;
+namespace quorvane::platform {
 
 /// What to start.
 struct ChildCommand {
@@ -69,4 +67,4 @@ using ChildWatcher = std::function<void(ChildInput &input, const QByteArray &err
 /// The system's own folders, as PATH has them.
 inline constexpr char systemPath[] = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin";
 
-} // namespace platform
+} // namespace quorvane::platform

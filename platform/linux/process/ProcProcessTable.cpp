@@ -16,9 +16,7 @@
 #include <span>
 #include <string_view>
 
-namespace platform {
-
-using quorvane::FileDescriptor;
+namespace quorvane::platform {
 
 namespace {
 
@@ -118,4 +116,4 @@ int ProcProcessTable::query(ProcessRecord *rows, std::size_t &count) const {
     return 0;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 
-namespace platform {
+namespace quorvane::platform {
 
 /// The process table as /proc shows it, in the order of the kernel. A process that is ending, or has ended
 /// and waits for its parent, is left out: it does nothing any more and cannot be killed. Any thread.
@@ -18,4 +18,4 @@ private:
     const QByteArray folder;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -1,6 +1,6 @@
 #include "LinuxTrayHosts.h"
 
-namespace platform {
+namespace quorvane::platform {
 
 LinuxTrayHosts::LinuxTrayHosts(bool embeds) {
     if (embeds) {
@@ -15,4 +15,4 @@ void LinuxTrayHosts::installChangeHandler(std::function<void()> handler) {
     notifier.setChangeHandler(std::move(handler));
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -4,7 +4,7 @@
 #include "TraySelectionWatch.h"
 #include "platform/TrayHosts.h"
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Status notifier hosts over the session bus, embedding trays over the X server.
 class LinuxTrayHosts final : public TrayHosts {
@@ -24,4 +24,4 @@ private:
     std::unique_ptr<TraySelectionWatch> selection;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -7,7 +7,7 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -107,4 +107,4 @@ void StatusNotifierWatch::become(bool host) {
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -7,7 +7,7 @@
 class QDBusMessage;
 class QDBusPendingCall;
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Knows whether the session's status notifier watcher has a host. Main thread.
 ///
@@ -38,4 +38,4 @@ private:
     std::function<void()> changed;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

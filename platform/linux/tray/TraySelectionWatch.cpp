@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <xcb/xcb.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -109,4 +109,4 @@ void TraySelectionWatch::become(quint32 newOwner) {
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform

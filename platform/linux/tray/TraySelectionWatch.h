@@ -8,7 +8,7 @@
 class QSocketNotifier;
 struct xcb_connection_t;
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Knows whether the X screen's tray selection has an owner, over a connection of its own. Without an X
 /// server there never is one. Main thread.
@@ -46,4 +46,4 @@ private:
     std::function<void()> changed;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+namespace quorvane::platform {
+
 namespace {
 
 using fakes::FakeReachability;
@@ -199,3 +201,5 @@ TEST(MemoryKeyStoreTest, KeepsItems) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+namespace quorvane::platform {
+
 namespace {
 
 const QString name = QStringLiteral("name");
@@ -92,3 +94,5 @@ TEST_F(NotificationCenterTest, WorksFromManyThreads) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace quorvane::platform {
+
 namespace {
 
 const QString key = QStringLiteral("key");
@@ -101,3 +103,5 @@ TEST_F(PreferencesStoreTest, IntegersAreKeptInOneType) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

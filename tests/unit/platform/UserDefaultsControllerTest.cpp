@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 const QString key = QStringLiteral("key");
@@ -78,3 +80,5 @@ TEST_F(UserDefaultsControllerTest, HeldRemovalRemovesOnSave) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QTimer>
 
+namespace quorvane {
+
 using fakes::FakeScriptingService;
 
 class AuthenticationDialogTest : public QObject {
@@ -57,7 +59,7 @@ private Q_SLOTS:
             [this](const FakeScriptingService::Call &call) { return answer(call); });
         fixture->services.platform().notifications->addObserver(
             text("startVpn"), &observer, [this](const QVariant &object) { started.append(object); });
-        dialog = std::make_unique<QrvAuthenticationWindowController>();
+        dialog = std::make_unique<QrvAuthenticationWindowController>(Alerts::shared());
         dialog->loadWindow();
         dialog->show();
         QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
@@ -185,5 +187,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(AuthenticationDialogTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::AuthenticationDialogTest)
 #include "AuthenticationDialogTest.moc"

@@ -6,6 +6,8 @@
 #include <QAccessible>
 #include <QLabel>
 
+namespace quorvane {
+
 namespace {
 
 /// Roles that only hold others, or that decorate.
@@ -128,5 +130,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(AccessibilityTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::AccessibilityTest)
 #include "AccessibilityTest.moc"

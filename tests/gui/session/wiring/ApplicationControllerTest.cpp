@@ -7,6 +7,8 @@
 
 #include <QFile>
 
+namespace quorvane {
+
 class ApplicationControllerTest : public QObject {
     Q_OBJECT
 
@@ -63,5 +65,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(ApplicationControllerTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::ApplicationControllerTest)
 #include "ApplicationControllerTest.moc"

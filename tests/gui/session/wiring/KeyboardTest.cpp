@@ -9,6 +9,8 @@
 #include <QRadioButton>
 #include <QSignalSpy>
 
+namespace quorvane {
+
 /// The main window with the keyboard alone.
 class KeyboardTest : public QObject {
     Q_OBJECT
@@ -189,5 +191,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(KeyboardTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::KeyboardTest)
 #include "KeyboardTest.moc"

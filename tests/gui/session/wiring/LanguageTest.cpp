@@ -14,6 +14,8 @@
 #include <QLabel>
 #include <QMenu>
 
+namespace quorvane {
+
 namespace {
 
 /// The letters that act with the Alt key on what shows.
@@ -146,7 +148,7 @@ private Q_SLOTS:
         main.show();
         QVERIFY(QTest::qWaitForWindowExposed(&main));
         checkMnemonics(main, 7);
-        QrvAuthenticationWindowController dialog;
+        QrvAuthenticationWindowController dialog(Alerts::shared());
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         checkMnemonics(dialog, 2);
@@ -158,5 +160,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(LanguageTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::LanguageTest)
 #include "LanguageTest.moc"

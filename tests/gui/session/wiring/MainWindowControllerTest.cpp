@@ -20,6 +20,8 @@
 #include <QTimer>
 #include <QWindow>
 
+namespace quorvane {
+
 using fakes::FakeScriptingService;
 
 namespace {
@@ -365,5 +367,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(MainWindowControllerTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::MainWindowControllerTest)
 #include "MainWindowControllerTest.moc"

@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <QSpinBox>
 
+namespace quorvane {
+
 /// What the window shows against the display state, field by field, in every state of a session.
 class MainWindowStatesTest : public QObject {
     Q_OBJECT
@@ -113,5 +115,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(MainWindowStatesTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::MainWindowStatesTest)
 #include "MainWindowStatesTest.moc"

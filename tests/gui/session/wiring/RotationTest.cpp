@@ -17,6 +17,8 @@
 #include <QPushButton>
 #include <QThreadPool>
 
+namespace quorvane {
+
 using fakes::FakeScriptingService;
 
 namespace {
@@ -261,5 +263,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(RotationTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::RotationTest)
 #include "RotationTest.moc"

@@ -11,6 +11,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+namespace quorvane {
+
 namespace {
 
 bool fits(const QWidget &widget) {
@@ -99,8 +101,8 @@ private Q_SLOTS:
         display.searching();
         check(window);
         display.waitingForLocation(QCoreApplication::translate(
-            "LocationRotation", "Every location has been used in this rotation. Refresh "
-                                "the locations or switch \"US only\" to begin a new one."));
+            "quorvane::LocationRotation", "Every location has been used in this rotation. Refresh "
+                                          "the locations or switch \"US only\" to begin a new one."));
         check(window);
         display.waitingEnded();
         display.tunnelStarting();
@@ -167,12 +169,14 @@ private Q_SLOTS:
     }
 
     void administratorDialogHasRoomForEveryText() {
-        QrvAuthenticationWindowController dialog;
+        QrvAuthenticationWindowController dialog(Alerts::shared());
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         check(dialog);
     }
 };
 
-QTEST_MAIN(ScalingTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::ScalingTest)
 #include "ScalingTest.moc"

@@ -16,6 +16,8 @@
 #include <QThreadPool>
 #include <QTimer>
 
+namespace quorvane {
+
 /// The settings window in the whole program, over recording services.
 class SettingsMainWindowTest : public QObject {
     Q_OBJECT
@@ -247,5 +249,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SettingsMainWindowTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::SettingsMainWindowTest)
 #include "SettingsMainWindowTest.moc"

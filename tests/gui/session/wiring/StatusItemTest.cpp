@@ -14,6 +14,8 @@
 #include <QSystemTrayIcon>
 #include <QThreadPool>
 
+namespace quorvane {
+
 namespace {
 
 constexpr char answerText[] = "STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: "
@@ -250,5 +252,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(StatusItemTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::StatusItemTest)
 #include "StatusItemTest.moc"

@@ -7,6 +7,8 @@
 #include <QComboBox>
 #include <QPainter>
 
+namespace quorvane {
+
 namespace {
 
 class RecordingPaneDelegate final : public LocationPaneDelegate {
@@ -176,9 +178,9 @@ private Q_SLOTS:
 
     void rebuiltEntriesAreNewOnes() {
         pane->fillCountries(servers);
-        const quint64 before = pane->items().at(1)->number();
+        const quint64 before = pane->items().at(1)->id();
         pane->fillCountries(servers);
-        QVERIFY(pane->items().at(1)->number() != before);
+        QVERIFY(pane->items().at(1)->id() != before);
     }
 
     void choiceIsStored() {
@@ -303,5 +305,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(LocationPaneTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::LocationPaneTest)
 #include "LocationPaneTest.moc"

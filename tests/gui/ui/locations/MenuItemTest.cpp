@@ -2,6 +2,8 @@
 
 #include "tests/gui/GuiTest.h"
 
+namespace quorvane {
+
 class MenuItemTest : public QObject {
     Q_OBJECT
 
@@ -44,11 +46,13 @@ private Q_SLOTS:
     void numbersAreNeverUsedTwice() {
         QSet<quint64> numbers;
         for (int i = 0; i < 100; ++i) {
-            numbers.insert(QrvMenuItem(text("x")).number());
+            numbers.insert(QrvMenuItem(text("x")).id());
         }
         QCOMPARE(numbers.size(), 100);
     }
 };
 
-QTEST_MAIN(MenuItemTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::MenuItemTest)
 #include "MenuItemTest.moc"

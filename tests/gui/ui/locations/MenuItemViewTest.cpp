@@ -7,6 +7,8 @@
 #include <QMenu>
 #include <QSignalSpy>
 
+namespace quorvane {
+
 /// The row of a location in a menu.
 class MenuItemViewTest : public QObject {
     Q_OBJECT
@@ -201,5 +203,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(MenuItemViewTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::MenuItemViewTest)
 #include "MenuItemViewTest.moc"

@@ -15,6 +15,8 @@
 #include <QSpinBox>
 #include <QWindow>
 
+namespace quorvane {
+
 class MainWindowTest : public QObject {
     Q_OBJECT
 
@@ -249,5 +251,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(MainWindowTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::MainWindowTest)
 #include "MainWindowTest.moc"

@@ -6,6 +6,8 @@
 #include <QGuiApplication>
 #include <QSignalSpy>
 
+namespace quorvane {
+
 class DiscardedTableTest : public QObject {
     Q_OBJECT
 
@@ -136,5 +138,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(DiscardedTableTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::DiscardedTableTest)
 #include "DiscardedTableTest.moc"

@@ -9,6 +9,8 @@
 #include <QRadioButton>
 #include <QSpinBox>
 
+namespace quorvane {
+
 namespace {
 
 const char *const agent = "Mozilla/5.0 (X11; Linux x86_64; rv:115.0) Gecko/20100101 Firefox/115.0";
@@ -351,5 +353,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SettingsEditsTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::SettingsEditsTest)
 #include "SettingsEditsTest.moc"

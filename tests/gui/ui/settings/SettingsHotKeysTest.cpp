@@ -6,6 +6,8 @@
 #include <QWheelEvent>
 #include <array>
 
+namespace quorvane {
+
 namespace {
 
 constexpr quint32 cmd = 256;
@@ -286,5 +288,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SettingsHotKeysTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::SettingsHotKeysTest)
 #include "SettingsHotKeysTest.moc"

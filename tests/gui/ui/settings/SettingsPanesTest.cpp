@@ -17,6 +17,8 @@
 #include <QSignalSpy>
 #include <QTimer>
 
+namespace quorvane {
+
 /// What each pane does of its own.
 class SettingsPanesTest : public QObject {
     Q_OBJECT
@@ -313,5 +315,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SettingsPanesTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::SettingsPanesTest)
 #include "SettingsPanesTest.moc"

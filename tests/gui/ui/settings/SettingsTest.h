@@ -11,6 +11,8 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 
+namespace quorvane {
+
 /// Stands for the main window's controller.
 class RecordingSettingsDelegate final : public SettingsDelegate {
 public:
@@ -76,3 +78,5 @@ public:
     std::unique_ptr<QrvAPI> api;
     std::unique_ptr<QrvSettingsWindowController> controller;
 };
+
+} // namespace quorvane

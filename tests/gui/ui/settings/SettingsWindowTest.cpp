@@ -14,6 +14,8 @@
 #include <QTableView>
 #include <QToolButton>
 
+namespace quorvane {
+
 /// The window itself: toolbar, panes and their places, keyboard, names for assistive tools.
 class SettingsWindowTest : public QObject {
     Q_OBJECT
@@ -24,9 +26,10 @@ private:
     [[nodiscard]] SettingsWindow &window() const { return fixture->window(); }
 
     [[nodiscard]] QWidget *pane(const char *className) const {
+        const QByteArray name = QByteArrayLiteral("quorvane::") + className;
         const QList<QWidget *> all = window().findChildren<QWidget *>();
         for (QWidget *widget : all) {
-            if (qstrcmp(widget->metaObject()->className(), className) == 0) {
+            if (widget->metaObject()->className() == name) {
                 return widget;
             }
         }
@@ -315,5 +318,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SettingsWindowTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::SettingsWindowTest)
 #include "SettingsWindowTest.moc"

@@ -5,6 +5,8 @@
 #include <QPushButton>
 #include <QTimer>
 
+namespace quorvane {
+
 namespace {
 
 QMessageBox *openBox() {
@@ -48,7 +50,7 @@ private Q_SLOTS:
 
     void laterAlertsComeAfterTheHandlerInOrder() {
         QStringList shown;
-        Alerts::shared().setPresenter([&shown](const Alerts::Alert &alert) { shown.append(alert.text); });
+        Alerts::shared().setPresenter([&shown](const Alert &alert) { shown.append(alert.text); });
         Alerts::shared().criticalLater({text("t"), text("first"), {}});
         Alerts::shared().criticalLater({text("t"), text("second"), {}});
         QVERIFY(shown.isEmpty());
@@ -60,7 +62,7 @@ private Q_SLOTS:
         int depth = 0;
         int deepest = 0;
         QStringList shown;
-        Alerts::shared().setPresenter([&](const Alerts::Alert &alert) {
+        Alerts::shared().setPresenter([&](const Alert &alert) {
             deepest = std::max(deepest, ++depth);
             shown.append(alert.text);
             if (alert.text == text("outer")) {
@@ -76,5 +78,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(AlertsTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::AlertsTest)
 #include "AlertsTest.moc"

@@ -6,6 +6,8 @@
 #include <QAccessible>
 #include <QLabel>
 
+namespace quorvane {
+
 class FancyIpTest : public QObject {
     Q_OBJECT
 
@@ -132,5 +134,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(FancyIpTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::FancyIpTest)
 #include "FancyIpTest.moc"

@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QRegularExpression>
 
+namespace quorvane {
+
 /// The program's named images and the icons made of them.
 class ImagesTest : public QObject {
     Q_OBJECT
@@ -107,5 +109,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(ImagesTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::ImagesTest)
 #include "ImagesTest.moc"

@@ -11,6 +11,8 @@
 #include <QRegularExpression>
 #include <QtTest/qtestspontaneevent.h>
 
+namespace quorvane {
+
 class LinksTest : public QObject {
     Q_OBJECT
 
@@ -114,5 +116,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(LinksTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::LinksTest)
 #include "LinksTest.moc"

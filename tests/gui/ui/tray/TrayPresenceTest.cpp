@@ -7,6 +7,8 @@
 #include <QSignalSpy>
 #include <QSystemTrayIcon>
 
+namespace quorvane {
+
 /// The status item over trays that come and go. What real trays make of it is for the end-to-end tests.
 class TrayPresenceTest : public QObject {
     Q_OBJECT
@@ -206,5 +208,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TrayPresenceTest)
+} // namespace quorvane
+
+QTEST_MAIN(quorvane::TrayPresenceTest)
 #include "TrayPresenceTest.moc"

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -90,3 +92,5 @@ TEST(AnswerTable, PresentButEmptyValueIsNotAbsent) {
 }
 
 } // namespace
+
+} // namespace quorvane

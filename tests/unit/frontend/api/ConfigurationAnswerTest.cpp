@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -52,3 +54,5 @@ TEST(ArgumentError, ExactTextOnly) {
 }
 
 } // namespace
+
+} // namespace quorvane

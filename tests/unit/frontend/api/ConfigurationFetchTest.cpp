@@ -14,6 +14,8 @@
 #include <atomic>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -232,3 +234,5 @@ TEST_F(ConfigurationFetchTest, ResultAfterTheFetchWentIsDropped) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -8,6 +8,8 @@
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -331,3 +333,5 @@ TEST_F(QrvAPITest, NotificationCarriesTheProductName) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -59,3 +61,5 @@ TEST(EscapingText, LoneSurrogateIsNoUrl) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -5,6 +5,8 @@
 #include <QSet>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -247,3 +249,5 @@ TEST_F(LookUps, LineTooShortForALookUpIsSkipped) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -10,6 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace quorvane {
+
 namespace {
 
 class FileUtilsTest : public testing::Test {
@@ -91,3 +93,5 @@ TEST_F(FileUtilsTest, FileThatCannotBeRepairedIsRemoved) {
 }
 
 } // namespace
+
+} // namespace quorvane

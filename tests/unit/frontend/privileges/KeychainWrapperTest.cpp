@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -68,3 +70,5 @@ TEST_F(KeychainWrapperTest, FailuresReadAsNothing) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -34,3 +36,5 @@ TEST_F(OneTimeSecretsTest, OldestAreForgottenBeyondTheBound) {
 }
 
 } // namespace
+
+} // namespace quorvane

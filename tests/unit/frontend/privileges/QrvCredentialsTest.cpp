@@ -10,6 +10,8 @@
 #include <QSet>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -170,3 +172,5 @@ TEST_F(QrvCredentialsTest, LogMaskCoversTheVpnPairToo) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 using fakes::FakeScriptingService;
@@ -212,3 +214,5 @@ TEST_F(ScriptUtilTest, RewriteLogsItsSharedOutput) {
 }
 
 } // namespace
+
+} // namespace quorvane

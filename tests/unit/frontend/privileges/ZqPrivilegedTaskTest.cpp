@@ -8,6 +8,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -107,3 +109,5 @@ TEST_F(ZqPrivilegedTaskTest, DescriptionListsPathAndArguments) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -1,6 +1,8 @@
 // What the answers of the service do to the session, from the first one on.
 #include "HideIpSessionFixture.h"
 
+namespace quorvane {
+
 namespace {
 
 TEST_F(HideIpSessionTest, AnswerShowsTheRealAddressAndOpensTheControls) {
@@ -87,3 +89,5 @@ TEST_F(HideIpSessionTest, ReconnectingActsOnlyWhileHidden) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -5,6 +5,7 @@
 #include "fakes/TestPlatform.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/privileges/QrvCredentials.h"
+#include "frontend/session/ProcessInfo.h"
 #include "frontend/session/SessionDisplay.h"
 #include "frontend/session/SessionState.h"
 #include "frontend/tunnel/Vpn.h"
@@ -15,6 +16,8 @@
 #include <QFile>
 #include <QThreadPool>
 #include <gtest/gtest.h>
+
+namespace quorvane {
 
 inline QString text(const char *utf8) {
     return QString::fromUtf8(utf8);
@@ -138,6 +141,9 @@ protected:
     RecordingEnvironment environment;
     SessionDisplay display;
     QrvAPI api;
-    Vpn vpn;
+    ProcessInfo processes;
+    Vpn vpn{processes};
     HideIpSession session{environment, display, api, vpn};
 };
+
+} // namespace quorvane

@@ -1,5 +1,7 @@
 #include "HideIpSessionFixture.h"
 
+namespace quorvane {
+
 namespace {
 
 TEST_F(HideIpSessionTest, PressWithoutInternetAlertsAndSwitchesOff) {
@@ -360,3 +362,5 @@ TEST_F(HideIpSessionTest, NewAddressWhileHiddenKeepsTheHiddenFlag) {
 }
 
 } // namespace
+
+} // namespace quorvane

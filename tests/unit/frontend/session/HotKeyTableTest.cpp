@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace quorvane {
+
 namespace {
 
 using HotKeyTable::Combination;
@@ -150,3 +152,5 @@ TEST(HotKeyTableTest, NumbersTooLargeForATagStandForNothing) {
 }
 
 } // namespace
+
+} // namespace quorvane

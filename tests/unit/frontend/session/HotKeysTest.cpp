@@ -6,6 +6,8 @@
 #include <QList>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 using fakes::FakeHotKeyService;
@@ -241,3 +243,5 @@ TEST_F(HotKeysTest, RegistrationsOutliveTheirOwnerAndPressesThenReachNobody) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -80,3 +82,5 @@ TEST_F(LaunchAgentTest, FolderThatCannotBeMadeIsLogged) {
 }
 
 } // namespace
+
+} // namespace quorvane

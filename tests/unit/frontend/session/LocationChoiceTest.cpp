@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
+namespace quorvane {
+
 namespace {
 
 using Entry = LocationChoice::Entry;
@@ -234,3 +236,5 @@ TEST(LocationChoiceProperty, FirstPickIsUniform) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -99,3 +101,5 @@ TEST(ProcessInfoDeathTest, PreconditionsAreAsserted) {
 }
 
 } // namespace
+
+} // namespace quorvane

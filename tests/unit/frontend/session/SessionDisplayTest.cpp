@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -174,3 +176,5 @@ TEST(SessionDisplay, WaitingOpensTheWayToStop) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 class SettingsDefaultsTest : public testing::Test {
@@ -70,3 +72,5 @@ TEST_F(SettingsDefaultsTest, StoredValuesStay) {
 }
 
 } // namespace
+
+} // namespace quorvane

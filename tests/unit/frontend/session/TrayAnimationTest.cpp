@@ -8,6 +8,8 @@
 #include <QThread>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -109,3 +111,5 @@ TEST_F(TrayAnimationTest, RestartBeginsWithTheFirstFrame) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+namespace quorvane {
+
 namespace {
 
 void *addOne(void *number, void *, void *) {
@@ -195,3 +197,5 @@ TEST(QrvThread, ManyShortLivesLeaveNothingBehind) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -8,6 +8,8 @@
 #include <atomic>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -191,3 +193,5 @@ TEST_F(ReachabilityTest, WithoutBlocksOnlyTheNotificationIsPosted) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+namespace quorvane {
+
 namespace {
 
 /// For its lifetime this process's files cannot grow, as if the disk were full.
@@ -100,3 +102,5 @@ TEST_F(TextFileTest, LinkIsReplacedNotFollowed) {
 }
 
 } // namespace
+
+} // namespace quorvane

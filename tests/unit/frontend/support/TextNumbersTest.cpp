@@ -3,6 +3,8 @@
 #include <QString>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 struct Row {
@@ -47,3 +49,5 @@ INSTANTIATE_TEST_SUITE_P(Rows, PureInteger,
                                          PureRow{"\xD9\xA3", 2, "", false}, PureRow{"1 2", 3, "12", false}));
 
 } // namespace
+
+} // namespace quorvane

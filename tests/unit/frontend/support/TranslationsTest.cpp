@@ -8,6 +8,8 @@
 #include <QTranslator>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 class TranslationsTest : public testing::Test {
@@ -33,7 +35,7 @@ protected:
         return Translations::install(*qApp, languages, folder.path());
     }
 
-    static QString settings() { return QCoreApplication::translate("MainWindow", "Settings"); }
+    static QString settings() { return QCoreApplication::translate("quorvane::MainWindow", "Settings"); }
 
     QTemporaryDir folder;
     const QString english = QStringLiteral("Settings");
@@ -94,3 +96,5 @@ TEST_F(TranslationsTest, MissingOrBrokenCatalogueLeavesEnglish) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 QString text(const char *utf8) {
@@ -35,3 +37,5 @@ TEST_F(LentAddressTest, BinaryOutputIsNoText) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -5,6 +5,8 @@
 #include <array>
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 using Outcome = LogVerdict::Outcome;
@@ -121,3 +123,5 @@ TEST(LogVerdict, MarkerAndLinkRemoteAreTwoFailures) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -1,4 +1,5 @@
 #include "frontend/tunnel/Vpn.h"
+#include "frontend/session/ProcessInfo.h"
 
 #include "fakes/TestPlatform.h"
 #include "frontend/privileges/QrvCredentials.h"
@@ -10,6 +11,8 @@
 #include <QFile>
 #include <QThreadPool>
 #include <gtest/gtest.h>
+
+namespace quorvane {
 
 namespace {
 
@@ -91,7 +94,8 @@ protected:
     QString log = folder + text("/openvpn.log");
     QObject context;
     RecordingDelegate delegate;
-    Vpn vpn;
+    ProcessInfo processes;
+    Vpn vpn{processes};
     int shown = 0;
 };
 
@@ -374,3 +378,5 @@ TEST_F(VpnTest, CredentialRemovalIgnoresFailures) {
 }
 
 } // namespace
+
+} // namespace quorvane

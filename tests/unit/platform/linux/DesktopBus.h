@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QThread>
 
+namespace quorvane::platform {
+
 /// A session bus, home and runtime folder of a test's own, in the environment for its lifetime.
 class DesktopBus {
 public:
@@ -53,3 +55,5 @@ private:
     QTemporaryDir folder;
     QProcess bus;
 };
+
+} // namespace quorvane::platform

@@ -21,6 +21,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 class LinuxPlatformTest : public ::testing::Test {
@@ -61,3 +63,5 @@ TEST_F(LinuxPlatformTest, TroubleWithPreferencesGoesToTheLog) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

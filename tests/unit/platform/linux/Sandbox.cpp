@@ -6,6 +6,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace quorvane::platform {
+
 namespace sandbox {
 
 namespace {
@@ -81,3 +83,5 @@ void enter(char **arguments) {
 }
 
 } // namespace sandbox
+
+} // namespace quorvane::platform

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace quorvane::platform {
+
 /// Namespaces of a test program's own.
 namespace sandbox {
 
@@ -16,3 +18,5 @@ namespace sandbox {
 void enter(char **arguments);
 
 } // namespace sandbox
+
+} // namespace quorvane::platform

@@ -12,6 +12,9 @@
 #endif
 #define explicit explicit_
 #include <xcb/xkb.h>
+
+namespace quorvane::platform {
+
 #undef explicit
 #ifdef __clang__
 #pragma clang diagnostic pop
@@ -164,3 +167,5 @@ int RepeatWitness::pressesOf(quint8 key) {
     }
     return static_cast<int>(seen.count(key));
 }
+
+} // namespace quorvane::platform

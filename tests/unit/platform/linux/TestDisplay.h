@@ -9,6 +9,8 @@
 
 struct xcb_connection_t;
 
+namespace quorvane::platform {
+
 /// An X server of a test's own, on a display number that was free. It ends with its last client.
 class TestDisplay {
 public:
@@ -83,3 +85,5 @@ private:
     unsigned sequence = 0;
     QList<quint8> seen;
 };
+
+} // namespace quorvane::platform

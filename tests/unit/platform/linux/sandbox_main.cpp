@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace quorvane::platform;
+
 int main(int argc, char **argv) {
     if (!sandbox::wasTried())
         sandbox::enter(argv);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 namespace {
 
 // A window of 500 x 400 at (100, 50) whose frame and toolbar take 80: the content is 320 high, and the OK
@@ -57,3 +59,5 @@ TEST(PaneGeometryTest, BackAndForthEndsWhereItBegan) {
 }
 
 } // namespace
+
+} // namespace quorvane

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::Bundle;
@@ -24,7 +26,7 @@ TEST(BundleTest, ReadsTheInformationDictionary) {
 
 TEST(BundleTest, FindsResources) {
     const fakes::TestPlatform test;
-    const Bundle &bundle = *::platform::Platform::current().bundle;
+    const Bundle &bundle = *quorvane::platform::Platform::current().bundle;
     const QString script = test.addResource(QStringLiteral("tool.sh"), "x");
     const QString bare = test.addResource(QStringLiteral("bare"), "x");
     EXPECT_EQ(bundle.pathForResource(QStringLiteral("tool"), QStringLiteral("sh")), script);
@@ -48,3 +50,5 @@ TEST(BundleTest, OfExecutableIsTwoComponentsUp) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

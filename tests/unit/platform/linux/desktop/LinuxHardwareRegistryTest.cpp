@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 class LinuxHardwareRegistryTest : public ::testing::Test {
@@ -67,3 +69,5 @@ TEST_F(LinuxHardwareRegistryTest, WhatIsNoCardDoesNotCount) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

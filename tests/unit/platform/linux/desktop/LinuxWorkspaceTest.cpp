@@ -15,6 +15,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::LinuxWorkspace;
@@ -220,3 +222,5 @@ TEST_F(LinuxWorkspaceTest, WithoutABusNothingHappens) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 class QtDelayedCallsTest : public ::testing::Test {
@@ -93,3 +95,5 @@ TEST_F(QtDelayedCallsTest, GoingAwayDropsEverything) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::ServiceConfiguration;
@@ -83,3 +85,5 @@ TEST_F(ServiceConfigurationTest, TellsWhereTheProblemIs) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -12,6 +12,8 @@
 
 #include <optional>
 
+namespace quorvane::platform {
+
 /// A desktop portal of a test's own, with or without global shortcuts. It answers every request with yes
 /// unless told otherwise, and records what it was asked.
 class FakePortal : public QDBusVirtualObject {
@@ -239,8 +241,6 @@ struct BoundShortcut {
     QVariantMap properties;
 };
 
-Q_DECLARE_METATYPE(BoundShortcut)
-
 inline QDBusArgument &operator<<(QDBusArgument &argument, const BoundShortcut &shortcut) {
     argument.beginStructure();
     argument << shortcut.id << shortcut.properties;
@@ -263,3 +263,5 @@ inline QVariant FakePortal::boundList(const QStringList &ids) {
         list.append({id, {{QStringLiteral("trigger_description"), QStringLiteral("Meta+X")}}});
     return QVariant::fromValue(list);
 }
+
+} // namespace quorvane::platform

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::hotKeyDesktop;
@@ -59,3 +61,5 @@ TEST(LinuxHotKeysTest, WaylandGetsThePortal) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::HotKeyError;
@@ -492,3 +494,5 @@ TEST_F(PortalHotKeyServiceTest, ServiceMayEndAtAnyTime) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::HotKeyError;
@@ -381,3 +383,5 @@ TEST(X11HotKeyServiceWithoutDisplay, IsNotAvailable) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

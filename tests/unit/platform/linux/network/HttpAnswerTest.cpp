@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <numeric>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::HttpAnswer;
@@ -134,3 +136,5 @@ TEST(HttpAnswer, LocationAndLengthAreTold) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

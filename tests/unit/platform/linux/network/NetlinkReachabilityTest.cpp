@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::NetlinkReachability;
@@ -251,3 +253,5 @@ TEST(NetlinkReachabilityNames, NumericNamesAreKnownAtOnce) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -13,6 +13,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::QtUrlLoader;
@@ -459,3 +461,5 @@ TEST_F(QtUrlLoaderTls, AuthorityFileThatIsMissingLeavesTheOthersAlone) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

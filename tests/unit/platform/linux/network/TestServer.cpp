@@ -4,6 +4,8 @@
 #include <netinet/in.h>
 #include <poll.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 sockaddr *plain(sockaddr_in &address) {
@@ -96,3 +98,5 @@ void TestServer::handle(int descriptor) {
     }
     close(descriptor);
 }
+
+} // namespace quorvane::platform

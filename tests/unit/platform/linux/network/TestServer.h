@@ -11,6 +11,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace quorvane::platform {
+
 /// A plain HTTP server on 127.0.0.1 for tests: one request a connection, answered byte by byte by the test.
 class TestServer {
 public:
@@ -51,3 +53,5 @@ private:
     std::vector<std::thread> connections;
     std::thread thread;
 };
+
+} // namespace quorvane::platform

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::ReachabilityDelivery;
@@ -124,3 +126,5 @@ TEST(ReachabilityDeliveryTest, NothingRunsAfterItWasStopped) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

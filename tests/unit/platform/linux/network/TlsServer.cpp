@@ -10,6 +10,8 @@
 #include <QSslSocket>
 #include <QTimer>
 
+namespace quorvane::platform {
+
 namespace {
 
 // $1: the folder.
@@ -90,3 +92,5 @@ void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &
     while (end.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
         loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
+
+} // namespace quorvane::platform

@@ -8,6 +8,8 @@
 
 class QSslConfiguration;
 
+namespace quorvane::platform {
+
 /// Throw-away certificates for tests, made by the openssl tool: an authority, a certificate of it for
 /// 127.0.0.1 and one for another host.
 class TestCertificates {
@@ -44,3 +46,5 @@ private:
     quint16 port = 0;
     std::thread thread;
 };
+
+} // namespace quorvane::platform

@@ -19,6 +19,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::PlistPreferences;
@@ -386,3 +388,5 @@ TEST_F(PlistPreferencesTest, FullDiskLeavesTheOldFileWhole) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 namespace PropertyList = platform::PropertyList;
@@ -322,3 +324,5 @@ TEST(PropertyListFound, DateThatTheLibraryCannotHoldIsNotWrittenAsAnother) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -9,6 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::PkexecAuthorizationService;
@@ -73,3 +75,5 @@ TEST_F(PkexecAuthorizationServiceTest, MissingToolAndBadStartsAreTold) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::SecretServiceKeyStore;
@@ -88,3 +90,5 @@ TEST_F(SecretServiceKeyStoreTest, StandsForNothingWhenTheServiceHasGone) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

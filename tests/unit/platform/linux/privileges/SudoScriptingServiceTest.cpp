@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::ScriptingService;
@@ -394,3 +396,5 @@ TEST_F(AdministratorLine, PasswordIsNeverVisible) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -7,6 +7,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::UserAccount;
@@ -53,3 +55,5 @@ TEST(AccountLookupTest, FindsByLoginThenByFullName) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QFile>
 
+using namespace quorvane;
+
 namespace {
 
 QString field(const QByteArrayList &fields, qsizetype index) {

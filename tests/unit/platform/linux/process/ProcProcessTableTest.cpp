@@ -15,6 +15,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::ProcessRecord;
@@ -170,3 +172,5 @@ TEST(ProcProcessTableFailure, GivesTheErrno) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -13,6 +13,8 @@
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 using platform::LinuxTrayHosts;
@@ -269,3 +271,5 @@ TEST_F(TraySelectionTest, EmbeddingTraysCountOnlyWhereWindowsCanBeEmbedded) {
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -1,4 +1,4 @@
-#include "platform/FileRoom.h"
+#include "platform/Files.h"
 #include "tests/unit/platform/linux/Sandbox.h"
 
 #include <QDir>
@@ -10,12 +10,14 @@
 #include <sys/mount.h>
 #include <sys/stat.h>
 
+namespace quorvane::platform {
+
 namespace {
 
 constexpr qint64 room = 64LL * 1024;
 
 /// A folder on a small disk of its own, and a file in it.
-class FileRoomTest : public ::testing::Test {
+class FileSpaceTest : public ::testing::Test {
 protected:
     void mountDisk(const char *options) {
         ASSERT_EQ(mount("small", QFile::encodeName(disk).constData(), "tmpfs", 0, options), 0);
@@ -50,82 +52,84 @@ protected:
     bool mounted = false;
 };
 
-TEST_F(FileRoomTest, SizeAndContentsStay) {
+TEST_F(FileSpaceTest, SizeAndContentsStay) {
     write(path, "abc");
-    EXPECT_EQ(platform::reserveRoom(path, room), 0);
+    EXPECT_EQ(platform::reserveSpace(path, room), 0);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), QByteArray("abc"));
 }
 
-TEST_F(FileRoomTest, MissingFileAndFolder) {
-    EXPECT_EQ(platform::reserveRoom(path, room), ENOENT);
-    EXPECT_EQ(platform::hasRoom(disk + QStringLiteral("/none"), room), ENOENT);
+TEST_F(FileSpaceTest, MissingFileAndFolder) {
+    EXPECT_EQ(platform::reserveSpace(path, room), ENOENT);
+    EXPECT_EQ(platform::checkSpace(disk + QStringLiteral("/none"), room), ENOENT);
 }
 
-TEST_F(FileRoomTest, LinkIsNotFollowed) {
+TEST_F(FileSpaceTest, LinkIsNotFollowed) {
     write(disk + QStringLiteral("/other"), "x");
     ASSERT_TRUE(QFile::link(disk + QStringLiteral("/other"), path));
-    EXPECT_EQ(platform::reserveRoom(path, room), ELOOP);
+    EXPECT_EQ(platform::reserveSpace(path, room), ELOOP);
 }
 
-TEST_F(FileRoomTest, AskingLeavesNothing) {
-    EXPECT_EQ(platform::hasRoom(disk, room), 0);
+TEST_F(FileSpaceTest, CheckingLeavesNothing) {
+    EXPECT_EQ(platform::checkSpace(disk, room), 0);
     EXPECT_TRUE(QDir(disk).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
-TEST_F(FileRoomTest, ReservedRoomOutlastsAFullDisk) {
+TEST_F(FileSpaceTest, ReservedSpaceOutlastsAFullDisk) {
     if (!sandbox::isInside())
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     mountDisk("size=256k,mode=700");
     write(path, {});
-    ASSERT_EQ(platform::reserveRoom(path, room), 0);
+    ASSERT_EQ(platform::reserveSpace(path, room), 0);
     fill();
-    EXPECT_NE(platform::hasRoom(disk, room), 0);
+    EXPECT_NE(platform::checkSpace(disk, room), 0);
     QFile log(path);
     ASSERT_TRUE(log.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered));
     EXPECT_EQ(log.write(QByteArray(room, 'l')), room);
     EXPECT_EQ(log.write(QByteArray(room, 'l')), -1) << "no more than was set aside";
 }
 
-TEST_F(FileRoomTest, FullDiskIsTold) {
+TEST_F(FileSpaceTest, FullDiskIsReported) {
     if (!sandbox::isInside())
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     mountDisk("size=64k,mode=700");
     write(path, "x");
     fill();
-    EXPECT_EQ(platform::reserveRoom(path, room), ENOSPC);
-    EXPECT_EQ(platform::hasRoom(disk, room), ENOSPC);
+    EXPECT_EQ(platform::reserveSpace(path, room), ENOSPC);
+    EXPECT_EQ(platform::checkSpace(disk, room), ENOSPC);
 }
 
-TEST_F(FileRoomTest, DiskWithoutRoomForOneMoreFileIsTold) {
+TEST_F(FileSpaceTest, DiskWithoutSpaceForOneMoreFileIsReported) {
     if (!sandbox::isInside())
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     mountDisk("size=1m,nr_inodes=2,mode=700");
     write(path, "x");
-    EXPECT_EQ(platform::reserveRoom(path, room), 0);
-    EXPECT_EQ(platform::hasRoom(disk, room), ENOSPC);
+    EXPECT_EQ(platform::reserveSpace(path, room), 0);
+    EXPECT_EQ(platform::checkSpace(disk, room), ENOSPC);
 }
 
-TEST_F(FileRoomTest, FileSystemThatReservesNothingCountsAsRoomy) {
+TEST_F(FileSpaceTest, FileSystemThatReservesNothingCountsAsSpacious) {
     if (!sandbox::isInside())
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     ASSERT_EQ(mount("small", QFile::encodeName(disk).constData(), "ramfs", 0, "mode=700"), 0);
     mounted = true;
     write(path, "x");
-    EXPECT_EQ(platform::reserveRoom(path, room), 0);
-    EXPECT_EQ(platform::hasRoom(disk, room), 0);
+    EXPECT_EQ(platform::reserveSpace(path, room), 0);
+    EXPECT_EQ(platform::checkSpace(disk, room), 0);
 }
 
-TEST_F(FileRoomTest, ReadOnlyDiskIsTold) {
+TEST_F(FileSpaceTest, ReadOnlyDiskIsReported) {
     if (!sandbox::isInside())
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     mountDisk("size=1m,mode=700");
     write(path, "x");
     ASSERT_EQ(mount("small", QFile::encodeName(disk).constData(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr),
               0);
-    EXPECT_EQ(platform::reserveRoom(path, room), EROFS);
-    EXPECT_EQ(platform::hasRoom(disk, room), EROFS);
+    EXPECT_EQ(platform::reserveSpace(path, room), EROFS);
+    EXPECT_EQ(platform::checkSpace(disk, room), EROFS);
 }
 
 } // namespace
+
+} // namespace quorvane::platform

@@ -1,4 +1,4 @@
-#include "platform/FileRoom.h"
+#include "platform/Files.h"
 
 #include "common/FileDescriptor.h"
 
@@ -7,9 +7,7 @@
 #include <cerrno>
 #include <fcntl.h>
 
-namespace platform {
-
-using quorvane::FileDescriptor;
+namespace quorvane::platform {
 
 namespace {
 
@@ -24,13 +22,13 @@ int reserve(const FileDescriptor &file, qint64 bytes) {
 
 } // namespace
 
-int reserveRoom(const QString &path, qint64 bytes) {
+int reserveSpace(const QString &path, qint64 bytes) {
     const FileDescriptor file(
         ::open(QFile::encodeName(path).constData(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
     return file.isOpen() ? reserve(file, bytes) : errno;
 }
 
-int hasRoom(const QString &folder, qint64 bytes) {
+int checkSpace(const QString &folder, qint64 bytes) {
     const FileDescriptor file(
         ::open(QFile::encodeName(folder).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
     if (file.isOpen())
@@ -38,4 +36,4 @@ int hasRoom(const QString &folder, qint64 bytes) {
     return errno == EOPNOTSUPP || errno == EISDIR ? 0 : errno;
 }
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -4,11 +4,11 @@
 
 class QSocketNotifier;
 
-namespace platform {
+namespace quorvane::platform {
 
 /// Makes every file that the process creates private (umask 077) and switches its core dumps off: a core
 /// would hold the administrator's password. First thing in main().
-void guardProcess();
+void hardenProcess();
 
 /// Turns SIGTERM, SIGINT and SIGHUP into the quit signal of the main thread's event loop, so that the end
 /// of a desktop session still stops the tunnel. One at a time; main thread.
@@ -26,4 +26,4 @@ private:
     QSocketNotifier *notifier = nullptr;
 };
 
-} // namespace platform
+} // namespace quorvane::platform

@@ -1,4 +1,4 @@
-#include "platform/ProcessGuards.h"
+#include "platform/ProcessHardening.h"
 
 #include <QSocketNotifier>
 #include <array>
@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace platform {
+namespace quorvane::platform {
 
 namespace {
 
@@ -24,7 +24,7 @@ void onSignal(int /*number*/) {
 
 } // namespace
 
-void guardProcess() {
+void hardenProcess() {
     umask(077);
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
@@ -64,4 +64,4 @@ QuitSignals::~QuitSignals() {
     }
 }
 
-} // namespace platform
+} // namespace quorvane::platform
