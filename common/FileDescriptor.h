@@ -17,8 +17,9 @@ public:
     FileDescriptor(FileDescriptor &&other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
 
     FileDescriptor &operator=(FileDescriptor &&other) noexcept {
-        if (this != &other)
+        if (this != &other) {
             reset(std::exchange(other.descriptor, -1));
+        }
         return *this;
     }
 
@@ -33,8 +34,9 @@ public:
     [[nodiscard]] int release() { return std::exchange(descriptor, -1); }
 
     void reset(int number = -1) {
-        if (descriptor >= 0)
+        if (descriptor >= 0) {
             ::close(descriptor);
+        }
         descriptor = number;
     }
 

@@ -26,8 +26,9 @@ void NotificationCenter::post(const QString &name, const QVariant &object) {
                      [&name](const Observer &observer) { return observer.name == name; });
     }
     for (const Observer &observer : due) {
-        if (stillObserves(observer.id))
+        if (stillObserves(observer.id)) {
             observer.handler(object);
+        }
     }
 }
 

@@ -27,13 +27,15 @@ Platform *installed = nullptr;
 Platform::Platform() = default;
 
 Platform::~Platform() {
-    if (installed == this)
+    if (installed == this) {
         installed = nullptr;
+    }
 }
 
 Platform &Platform::current() {
-    if (installed == nullptr)
+    if (installed == nullptr) {
         qFatal("no platform is installed");
+    }
     return *installed;
 }
 

@@ -13,30 +13,36 @@ namespace {
 /// The integer that the text begins with; a number beyond the range reads as the nearest end of it.
 qint64 leadingInteger(const QString &text) {
     qsizetype at = 0;
-    while (at < text.size() && text[at].isSpace())
-        ++at;
-    QByteArray digits;
-    if (at < text.size() && (text[at] == u'-' || text[at] == u'+')) {
-        if (text[at] == u'-')
-            digits += '-';
+    while (at < text.size() && text[at].isSpace()) {
         ++at;
     }
-    for (; at < text.size() && text[at] >= u'0' && text[at] <= u'9'; ++at)
+    QByteArray digits;
+    if (at < text.size() && (text[at] == u'-' || text[at] == u'+')) {
+        if (text[at] == u'-') {
+            digits += '-';
+        }
+        ++at;
+    }
+    for (; at < text.size() && text[at] >= u'0' && text[at] <= u'9'; ++at) {
         digits += text[at].toLatin1();
+    }
     qint64 number = 0;
     const auto outcome = std::from_chars(digits.constData(), digits.constData() + digits.size(), number);
-    if (outcome.ec == std::errc::result_out_of_range)
+    if (outcome.ec == std::errc::result_out_of_range) {
         return digits.startsWith('-') ? std::numeric_limits<qint64>::min()
                                       : std::numeric_limits<qint64>::max();
+    }
     return number;
 }
 
 qint64 cut(double real) {
     constexpr double limit = 9223372036854775808.0;
-    if (std::isnan(real))
+    if (std::isnan(real)) {
         return 0;
-    if (real >= limit)
+    }
+    if (real >= limit) {
         return std::numeric_limits<qint64>::max();
+    }
     return real < -limit ? std::numeric_limits<qint64>::min() : static_cast<qint64>(real);
 }
 
@@ -80,10 +86,12 @@ qint64 PreferencesStore::integerOf(const QVariant &value) {
 
 bool PreferencesStore::booleanOf(const QVariant &value) {
     const QVariant stored = canonical(value);
-    if (stored.typeId() == QMetaType::Double)
+    if (stored.typeId() == QMetaType::Double) {
         return stored.toDouble() != 0.0;
-    if (stored.typeId() != QMetaType::QString)
+    }
+    if (stored.typeId() != QMetaType::QString) {
         return integerOf(stored) != 0;
+    }
     const QString text = stored.toString();
     static const QString yes = QStringLiteral("YyTt123456789");
     return integerOf(stored) != 0 || (!text.isEmpty() && yes.contains(text[0]));

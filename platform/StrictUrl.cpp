@@ -21,14 +21,16 @@ std::optional<QUrl> strictUrl(const QByteArray &text) {
     // characters silently.
     const bool plain = std::all_of(text.begin(), text.end(),
                                    [](char byte) { return byte > ' ' && byte < '\x7f' && byte != '#'; });
-    if (!plain)
+    if (!plain) {
         return std::nullopt;
+    }
     const QUrl url = QUrl::fromEncoded(text, QUrl::StrictMode);
     const QString scheme = url.scheme();
     const bool web = scheme == QStringLiteral("http") || scheme == QStringLiteral("https");
     if (!url.isValid() || !web || url.host().isEmpty() || !url.userInfo().isEmpty() ||
-        url.toEncoded() != text || hasDotSegment(url.path(QUrl::FullyEncoded)))
+        url.toEncoded() != text || hasDotSegment(url.path(QUrl::FullyEncoded))) {
         return std::nullopt;
+    }
     return url;
 }
 

@@ -46,8 +46,9 @@ bool SystemLog::gateOpen() const {
 }
 
 void SystemLog::write(const QString &line) {
-    if (gateOpen())
+    if (gateOpen()) {
         writeAlways(line);
+    }
 }
 
 void SystemLog::writeAlways(const QString &line) {

@@ -40,8 +40,9 @@ QString UserDefaultsController::string(const QString &key) const {
 
 void UserDefaultsController::save() {
     const QVariantMap edits = std::exchange(pending, {});
-    if (!edits.isEmpty())
+    if (!edits.isEmpty()) {
         store.setValues(edits);
+    }
     store.synchronize();
 }
 

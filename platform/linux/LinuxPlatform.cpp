@@ -35,8 +35,9 @@ void addPreferencesAndLog(Platform &platform) {
     preferences->setProblemHandler(
         [log = platform.log.get()](const QString &text) { log->writeAlways(text); });
     platform.preferences = std::move(preferences);
-    for (const QString &problem : std::as_const(platform.service.problems))
+    for (const QString &problem : std::as_const(platform.service.problems)) {
         platform.log->writeAlways(problem);
+    }
 }
 
 } // namespace

@@ -30,11 +30,13 @@ public:
                                                      const QString &folder) override {
         const std::lock_guard lock(mutex);
         recorded.push_back({program, arguments, folder});
-        if (status != 0)
+        if (status != 0) {
             return {status, -1, -1};
+        }
         int ends[2] = {-1, -1};
-        if (pipe(ends) != 0)
+        if (pipe(ends) != 0) {
             return {toolMissing, -1, -1};
+        }
         const ssize_t written = write(ends[1], output.constData(), static_cast<std::size_t>(output.size()));
         close(ends[1]);
         if (written != output.size()) {
@@ -46,8 +48,9 @@ public:
 
     [[nodiscard]] std::optional<int> wait(pid_t pid, bool block) override {
         std::unique_lock lock(mutex);
-        if (block)
+        if (block) {
             ended.wait(lock, [this, pid] { return finished.contains(pid); });
+        }
         const auto found = finished.find(pid);
         return found != finished.end() ? std::optional(found->second) : std::nullopt;
     }

@@ -38,8 +38,9 @@ public:
         const platform::HotKeyReference reference =
             error == platform::HotKeyError::None ? ++lastReference : platform::HotKeyReference{0};
         recorded.append({Call::Kind::Register, keyCode, modifiers, identifier, reference});
-        if (reference != 0)
+        if (reference != 0) {
             heldKeys.append({keyCode, modifiers, identifier, reference});
+        }
         return {error, reference};
     }
 
@@ -103,10 +104,12 @@ private:
     };
 
     [[nodiscard]] platform::HotKeyError verdict(quint32 keyCode, quint32 modifiers) const {
-        if (!available)
+        if (!available) {
             return platform::HotKeyError::NotAvailable;
-        if (taken.contains(Combination{keyCode, modifiers}))
+        }
+        if (taken.contains(Combination{keyCode, modifiers})) {
             return platform::HotKeyError::TakenElsewhere;
+        }
         const bool ours = std::any_of(heldKeys.begin(), heldKeys.end(), [=](const Held &held) {
             return held.keyCode == keyCode && held.modifiers == modifiers;
         });

@@ -15,23 +15,27 @@ public:
     [[nodiscard]] int query(platform::ProcessRecord *rows, std::size_t &count) const override {
         const std::lock_guard lock(mutex);
         ++queryCount;
-        if (failure != 0)
+        if (failure != 0) {
             return failure;
+        }
         const auto present = static_cast<std::size_t>(names.size());
         if (rows == nullptr) {
             count = present;
             return 0;
         }
-        if (secondFailure != 0)
+        if (secondFailure != 0) {
             return secondFailure;
+        }
         if (growthsLeft > 0) {
             --growthsLeft;
             names.append("newcomer");
         }
-        if (static_cast<std::size_t>(names.size()) > count)
+        if (static_cast<std::size_t>(names.size()) > count) {
             return ENOMEM;
-        for (qsizetype row = 0; row < names.size(); ++row)
+        }
+        for (qsizetype row = 0; row < names.size(); ++row) {
             rows[row] = record(row);
+        }
         count = static_cast<std::size_t>(names.size());
         return 0;
     }

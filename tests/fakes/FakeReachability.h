@@ -48,10 +48,12 @@ public:
     [[nodiscard]] std::unique_ptr<platform::SerialQueue> makeQueue(const QString &name) override {
         const std::lock_guard lock(shared->mutex);
         shared->queueNames.append(name);
-        if (shared->queuesFail)
+        if (shared->queuesFail) {
             return nullptr;
-        if (queues == Queues::Inline)
+        }
+        if (queues == Queues::Inline) {
             return std::make_unique<InlineQueue>();
+        }
         return std::make_unique<platform::ThreadQueue>(name);
     }
 
@@ -65,8 +67,9 @@ public:
             live = shared->targets;
         }
         for (Target *target : live) {
-            if (shared->isLive(target) && target->key == key)
+            if (shared->isLive(target) && target->key == key) {
                 target->delivery.report(flags);
+            }
         }
     }
 
@@ -100,8 +103,9 @@ public:
     [[nodiscard]] QStringList liveTargets() const {
         const std::lock_guard lock(shared->mutex);
         QStringList keys;
-        for (const Target *target : shared->targets)
+        for (const Target *target : shared->targets) {
             keys.append(target->key);
+        }
         return keys;
     }
 
@@ -158,8 +162,9 @@ private:
             const bool unregisters = !callback;
             {
                 const std::lock_guard lock(shared->mutex);
-                if (shared->callbacksFail && !unregisters)
+                if (shared->callbacksFail && !unregisters) {
                     return false;
+                }
             }
             delivery.setCallback(std::move(callback));
             return true;
@@ -168,13 +173,15 @@ private:
         bool setQueue(platform::SerialQueue *queue) override {
             {
                 const std::lock_guard lock(shared->mutex);
-                if (shared->settingQueuesFails && queue != nullptr)
+                if (shared->settingQueuesFails && queue != nullptr) {
                     return false;
+                }
             }
             delivery.setQueue(queue);
             const auto present = flags();
-            if (queue != nullptr && present)
+            if (queue != nullptr && present) {
                 delivery.report(*present);
+            }
             return true;
         }
 
@@ -188,8 +195,9 @@ private:
     [[nodiscard]] std::unique_ptr<Target> makeTarget(const QString &key) {
         {
             const std::lock_guard lock(shared->mutex);
-            if (shared->targetsFail)
+            if (shared->targetsFail) {
                 return nullptr;
+            }
         }
         return std::make_unique<Target>(shared, key);
     }

@@ -29,8 +29,9 @@ public:
 
 private:
     void tell() const {
-        if (changed)
+        if (changed) {
             changed();
+        }
     }
 
     bool notifier = false;

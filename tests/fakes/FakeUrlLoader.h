@@ -51,10 +51,12 @@ public:
     /// False when no download is open or the file cannot be written (then failed is called).
     bool finishNext(const QByteArray &body) {
         const auto job = takeNext();
-        if (!job)
+        if (!job) {
             return false;
-        if (job->context.isNull())
+        }
+        if (job->context.isNull()) {
             return true;
+        }
         QFile file(job->destination());
         if (!file.open(QIODevice::WriteOnly) || file.write(body) != body.size()) {
             job->failed({platform::UrlError::Kind::File, file.errorString()});
@@ -68,10 +70,12 @@ public:
     /// Fails the oldest open download. False when none is open.
     bool failNext(const platform::UrlError &error) {
         const auto job = takeNext();
-        if (!job)
+        if (!job) {
             return false;
-        if (!job->context.isNull())
+        }
+        if (!job->context.isNull()) {
             job->failed(error);
+        }
         return true;
     }
 
@@ -118,8 +122,9 @@ private:
 
     [[nodiscard]] std::optional<Job> takeNext() {
         const std::lock_guard lock(mutex);
-        if (open.empty())
+        if (open.empty()) {
             return std::nullopt;
+        }
         Job job = std::move(open.front());
         open.pop_front();
         return job;

@@ -40,8 +40,9 @@ public:
     [[nodiscard]] std::vector<double> delaysFor(const QObject *target) {
         std::vector<double> delays;
         for (const Pending &call : pending()) {
-            if (call.target.data() == target)
+            if (call.target.data() == target) {
                 delays.push_back(call.delay);
+            }
         }
         return delays;
     }
@@ -52,8 +53,9 @@ public:
         while (!pending().empty()) {
             const auto next = std::min_element(
                 calls.begin(), calls.end(), [](const Pending &a, const Pending &b) { return a.due < b.due; });
-            if (next->due > end + tolerance)
+            if (next->due > end + tolerance) {
                 break;
+            }
             clock = std::max(clock, next->due);
             const auto work = std::move(next->call);
             calls.erase(next);

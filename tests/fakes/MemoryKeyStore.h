@@ -19,8 +19,9 @@ public:
 
     bool add(const Item &item) override {
         const std::lock_guard lock(mutex);
-        if (failing)
+        if (failing) {
             return false;
+        }
         stored.push_back(item);
         return true;
     }
@@ -28,26 +29,30 @@ public:
     bool update(const Item &item) override {
         const std::lock_guard lock(mutex);
         const auto found = find(item.identifier);
-        if (failing || found == stored.end())
+        if (failing || found == stored.end()) {
             return false;
+        }
         *found = item;
         return true;
     }
 
     void remove(const QString &identifier) override {
         const std::lock_guard lock(mutex);
-        if (!failing)
+        if (!failing) {
             std::erase_if(stored, [&](const Item &item) { return item.identifier == identifier; });
+        }
     }
 
     [[nodiscard]] std::optional<QStringList> accounts(const QString &label) override {
         const std::lock_guard lock(mutex);
-        if (failing)
+        if (failing) {
             return std::nullopt;
+        }
         QStringList names;
         for (const Item &item : stored) {
-            if (item.identifier == label)
+            if (item.identifier == label) {
                 names.append(item.account);
+            }
         }
         return names;
     }

@@ -18,10 +18,11 @@ public:
         const std::lock_guard lock(mutex);
         ++changeCount;
         for (auto entry = values.begin(); entry != values.end(); ++entry) {
-            if (entry->isValid())
+            if (entry->isValid()) {
                 table.insert(entry.key(), canonical(*entry));
-            else
+            } else {
                 table.remove(entry.key());
+            }
         }
     }
 

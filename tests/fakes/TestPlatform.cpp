@@ -52,8 +52,9 @@ void TestPlatform::makeFolders() {
     const bool made = folder.isValid() && root.mkpath(QStringLiteral("home/Library/Preferences")) &&
                       root.mkpath(QStringLiteral("contents/bin")) &&
                       root.mkpath(QStringLiteral("contents/Resources")) && root.mkpath(QStringLiteral("tmp"));
-    if (!made)
+    if (!made) {
         qFatal("the test platform's folders cannot be made");
+    }
     real.account = {root.filePath(QStringLiteral("home")), QStringLiteral("Joe Tester"),
                     QStringLiteral("joe")};
     real.temporaryFolder = root.filePath(QStringLiteral("tmp"));
@@ -63,15 +64,17 @@ void TestPlatform::makeFolders() {
 
 QString TestPlatform::addResource(const QString &name, const QByteArray &bytes) const {
     QFile file(real.bundle->resourcesPath() + QLatin1Char('/') + name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
         qFatal("a resource of the test platform cannot be written");
+    }
     return file.fileName();
 }
 
 void TestPlatform::setInfo(const QVariantMap &dictionary) {
     const QString contents = folder.filePath(QStringLiteral("contents"));
-    if (!quorvane::platform::PropertyList::writeFile(contents + QStringLiteral("/Info.plist"), dictionary))
+    if (!quorvane::platform::PropertyList::writeFile(contents + QStringLiteral("/Info.plist"), dictionary)) {
         qFatal("the test platform's information dictionary cannot be written");
+    }
     real.bundle = std::make_unique<quorvane::platform::Bundle>(contents);
 }
 

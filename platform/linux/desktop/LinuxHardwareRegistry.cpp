@@ -24,8 +24,9 @@ bool isMadeUp(const QDir &device) {
 
 /// The six bytes of a usable Ethernet device; empty for others.
 QByteArray ethernetAddress(const QDir &device) {
-    if (entry(device.filePath(QStringLiteral("type"))).toInt() != ethernetType || isMadeUp(device))
+    if (entry(device.filePath(QStringLiteral("type"))).toInt() != ethernetType || isMadeUp(device)) {
         return {};
+    }
     const QByteArray text = entry(device.filePath(QStringLiteral("address")));
     const QByteArray bytes = QByteArray::fromHex(text);
     const bool isWritten = text == bytes.toHex(':') && bytes.size() == addressSize;
@@ -40,8 +41,9 @@ LinuxHardwareRegistry::LinuxHardwareRegistry(const QString &firmwareFolder, cons
 std::optional<QString> LinuxHardwareRegistry::platformSerialNumber() const {
     for (const QString &name : {QStringLiteral("/product_serial"), QStringLiteral("/board_serial")}) {
         const QByteArray serial = entry(firmware + name);
-        if (!serial.isEmpty())
+        if (!serial.isEmpty()) {
             return QString::fromUtf8(serial);
+        }
     }
     return std::nullopt;
 }
@@ -54,8 +56,9 @@ std::optional<QByteArray> LinuxHardwareRegistry::firstEthernetAddress() const {
         const QDir device(network + QLatin1Char('/') + name);
         const int index = entry(device.filePath(QStringLiteral("ifindex"))).toInt();
         const QByteArray address = ethernetAddress(device);
-        if (address.isEmpty() || index <= 0 || (first && index > firstIndex))
+        if (address.isEmpty() || index <= 0 || (first && index > firstIndex)) {
             continue;
+        }
         first = address;
         firstIndex = index;
     }

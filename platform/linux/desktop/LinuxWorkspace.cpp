@@ -41,8 +41,9 @@ QString fileNameFor(const QString &identifier) {
 }
 
 FileDescriptor openLockFile(const QString &folder, const QString &identifier) {
-    if (!isPrivate(folder))
+    if (!isPrivate(folder)) {
         return {};
+    }
     const QString path = folder + QLatin1Char('/') + fileNameFor(identifier);
     return FileDescriptor(
         ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
@@ -52,14 +53,15 @@ FileDescriptor openLockFile(const QString &folder, const QString &identifier) {
 QString execWord(const QString &program) {
     QString word;
     for (const QChar unit : program) {
-        if (unit == u'\\')
+        if (unit == u'\\') {
             word += QStringLiteral("\\\\\\\\");
-        else if (unit == u'"' || unit == u'`' || unit == u'$')
+        } else if (unit == u'"' || unit == u'`' || unit == u'$') {
             word += QStringLiteral("\\\\") + unit;
-        else if (unit == u'%')
+        } else if (unit == u'%') {
             word += QStringLiteral("%%");
-        else
+        } else {
             word += unit;
+        }
     }
     return QLatin1Char('"') + word + QLatin1Char('"');
 }
@@ -75,12 +77,15 @@ bool isSessionBusThere() {
 WorkspaceFolders WorkspaceFolders::ofUser(const QString &home) {
     WorkspaceFolders found{folderFrom("XDG_RUNTIME_DIR"), folderFrom("XDG_CONFIG_HOME"),
                            folderFrom("XDG_CACHE_HOME")};
-    if (found.runtime.isEmpty())
+    if (found.runtime.isEmpty()) {
         found.runtime = QStringLiteral("/run/user/%1").arg(::geteuid());
-    if (found.configuration.isEmpty())
+    }
+    if (found.configuration.isEmpty()) {
         found.configuration = home + QStringLiteral("/.config");
-    if (found.cache.isEmpty())
+    }
+    if (found.cache.isEmpty()) {
         found.cache = home + QStringLiteral("/.cache");
+    }
     return found;
 }
 
@@ -94,19 +99,23 @@ bool LinuxWorkspace::openUrl(const QString &url) {
 }
 
 bool LinuxWorkspace::acquireSingleInstance(const QString &identifier) {
-    if (instances.contains(identifier))
+    if (instances.contains(identifier)) {
         return true;
+    }
     FileDescriptor file = openLockFile(folders.runtime, identifier);
     if (!file.isOpen()) {
         const QString fallback =
             folders.cache + QLatin1Char('/') + fileNameFor(identifier) + QStringLiteral(".d");
-        if (makePrivateFolders(fallback) == 0)
+        if (makePrivateFolders(fallback) == 0) {
             file = openLockFile(fallback, identifier);
+        }
     }
-    if (!file.isOpen())
+    if (!file.isOpen()) {
         return true;
-    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
+    }
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
         return errno != EWOULDBLOCK;
+    }
     instances.emplace(identifier, std::move(file));
     return true;
 }
@@ -115,8 +124,9 @@ bool LinuxWorkspace::setAutostart(const QString &program, bool enabled) {
     const bool isWritable = std::none_of(program.begin(), program.end(),
                                          [](QChar unit) { return unit.category() == QChar::Other_Control; });
     const QString folder = folders.configuration + QStringLiteral("/autostart");
-    if (program.isEmpty() || !isWritable || makePrivateFolders(folder) != 0)
+    if (program.isEmpty() || !isWritable || makePrivateFolders(folder) != 0) {
         return false;
+    }
     const QString entry =
         QStringLiteral("[Desktop Entry]\n"
                        "Type=Application\n"
@@ -131,8 +141,9 @@ bool LinuxWorkspace::setAutostart(const QString &program, bool enabled) {
 }
 
 void LinuxWorkspace::notify(const QString &title, const QString &text) {
-    if (!isSessionBusThere())
+    if (!isSessionBusThere()) {
         return;
+    }
     const QDBusConnection bus = QDBusConnection::sessionBus();
     const QString service = QStringLiteral("org.freedesktop.Notifications");
     QDBusMessage call = QDBusMessage::createMethodCall(

@@ -8,8 +8,9 @@ namespace quorvane::platform {
 
 QtDelayedCalls::~QtDelayedCalls() {
     for (const auto &timers : std::exchange(due, {})) {
-        for (const QPointer<QTimer> &timer : timers)
+        for (const QPointer<QTimer> &timer : timers) {
             delete timer.data();
+        }
     }
 }
 
@@ -33,8 +34,9 @@ void QtDelayedCalls::callAfter(double seconds, QObject *target, std::function<vo
 void QtDelayedCalls::cancelAll(const QObject *target) {
     const auto timers = due.take(target);
     for (const QPointer<QTimer> &timer : timers) {
-        if (timer.isNull())
+        if (timer.isNull()) {
             continue;
+        }
         // Deleted later, since the request may come from the very call that is running.
         timer->stop();
         timer->deleteLater();

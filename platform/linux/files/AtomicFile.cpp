@@ -29,8 +29,9 @@ int writeAll(int descriptor, const char *bytes, qsizetype size) {
     while (size > 0) {
         const ssize_t written = ::write(descriptor, bytes, static_cast<std::size_t>(size));
         if (written < 0) {
-            if (errno == EINTR)
+            if (errno == EINTR) {
                 continue;
+            }
             return errno;
         }
         bytes += written;
@@ -41,29 +42,35 @@ int writeAll(int descriptor, const char *bytes, qsizetype size) {
 
 int makePrivateFolders(const QString &path) {
     const QByteArray name = QFile::encodeName(path);
-    if (::mkdir(name.constData(), 0700) == 0)
+    if (::mkdir(name.constData(), 0700) == 0) {
         return 0;
-    if (errno == EEXIST)
+    }
+    if (errno == EEXIST) {
         return QFileInfo(path).isDir() ? 0 : ENOTDIR;
+    }
     const QString above = QFileInfo(path).path();
-    if (errno != ENOENT || above == path)
+    if (errno != ENOENT || above == path) {
         return errno;
+    }
     const int outcome = makePrivateFolders(above);
-    if (outcome != 0)
+    if (outcome != 0) {
         return outcome;
+    }
     return ::mkdir(name.constData(), 0700) == 0 || errno == EEXIST ? 0 : errno;
 }
 
 PendingFile::~PendingFile() {
-    if (named)
+    if (named) {
         ::unlinkat(folder.get(), temporary.constData(), 0);
+    }
 }
 
 int PendingFile::open(const QString &path) {
     const QFileInfo target(path);
     folder.reset(::open(QFile::encodeName(target.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.isOpen())
+    if (!folder.isOpen()) {
         return errno;
+    }
     name = QFile::encodeName(target.fileName());
     temporary = randomName(name);
     // Best without a name, so that nothing stays behind even when the process is killed.
@@ -71,8 +78,9 @@ int PendingFile::open(const QString &path) {
     if (!file.isOpen() || ::access(ownPath(file).constData(), F_OK) != 0) {
         file.reset(::openat(folder.get(), temporary.constData(),
                             O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, 0600));
-        if (!file.isOpen())
+        if (!file.isOpen()) {
             return errno;
+        }
         named = true;
     }
     // The process's mask may have taken bits away.
@@ -84,29 +92,34 @@ int PendingFile::write(const QByteArray &bytes) const {
 }
 
 int PendingFile::commit(bool durable) {
-    if (durable && ::fdatasync(file.get()) != 0)
+    if (durable && ::fdatasync(file.get()) != 0) {
         return errno;
+    }
     if (!named) {
         if (::linkat(AT_FDCWD, ownPath(file).constData(), folder.get(), temporary.constData(),
-                     AT_SYMLINK_FOLLOW) != 0)
+                     AT_SYMLINK_FOLLOW) != 0) {
             return errno;
+        }
         named = true;
     }
-    if (::renameat(folder.get(), temporary.constData(), folder.get(), name.constData()) != 0)
+    if (::renameat(folder.get(), temporary.constData(), folder.get(), name.constData()) != 0) {
         return errno;
+    }
     named = false;
     // The new name survives a power cut only once the folder is written too; the file is in place
     // whatever this says.
-    if (durable)
+    if (durable) {
         ::fsync(folder.get());
+    }
     return 0;
 }
 
 int replaceFile(const QString &path, const QByteArray &bytes) {
     PendingFile file;
     int outcome = file.open(path);
-    if (outcome == 0)
+    if (outcome == 0) {
         outcome = file.write(bytes);
+    }
     return outcome == 0 ? file.commit(true) : outcome;
 }
 
@@ -114,28 +127,35 @@ int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes) {
     // Not blocking: a pipe under that name must not hold the caller.
     const FileDescriptor file(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
-    if (!file.isOpen())
+    if (!file.isOpen()) {
         return errno;
+    }
 
     struct stat status {};
 
-    if (::fstat(file.get(), &status) != 0)
+    if (::fstat(file.get(), &status) != 0) {
         return errno;
-    if (!S_ISREG(status.st_mode))
+    }
+    if (!S_ISREG(status.st_mode)) {
         return EINVAL;
+    }
     bytes.clear();
     char part[65536];
     for (;;) {
         const ssize_t got = ::read(file.get(), part, sizeof part);
-        if (got < 0 && errno == EINTR)
+        if (got < 0 && errno == EINTR) {
             continue;
-        if (got < 0)
+        }
+        if (got < 0) {
             return errno;
-        if (got == 0)
+        }
+        if (got == 0) {
             return 0;
+        }
         bytes.append(part, got);
-        if (bytes.size() > limit)
+        if (bytes.size() > limit) {
             return EFBIG;
+        }
     }
 }
 

@@ -15,11 +15,13 @@ FileLock::FileLock(const QString &path, int milliseconds)
     const QDeadlineTimer deadline(milliseconds);
     while (file.isOpen() && !held) {
         held = ::flock(file.get(), LOCK_EX | LOCK_NB) == 0;
-        if (held || (errno != EWOULDBLOCK && errno != EINTR))
+        if (held || (errno != EWOULDBLOCK && errno != EINTR)) {
             return;
+        }
         timedOut = deadline.hasExpired();
-        if (timedOut)
+        if (timedOut) {
             return;
+        }
         ::usleep(pause);
     }
 }

@@ -31,8 +31,9 @@ int reserveSpace(const QString &path, qint64 bytes) {
 int checkSpace(const QString &folder, qint64 bytes) {
     const FileDescriptor file(
         ::open(QFile::encodeName(folder).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
-    if (file.isOpen())
+    if (file.isOpen()) {
         return reserve(file, bytes);
+    }
     return errno == EOPNOTSUPP || errno == EISDIR ? 0 : errno;
 }
 

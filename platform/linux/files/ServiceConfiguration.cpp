@@ -19,8 +19,9 @@ bool isHost(const QString &text, bool portAllowed) {
     static const QRegularExpression form(QStringLiteral(
         R"(\A(?:(?=[^:]{1,253}(?::|\z))[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?(?:\.[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?)*|\[[0-9a-f:.]{2,45}\])(?::([0-9]{1,5}))?\z)"));
     const auto match = form.match(text);
-    if (!match.hasMatch())
+    if (!match.hasMatch()) {
         return false;
+    }
     const QString port = match.captured(1);
     const bool portFits = port.isNull() || (portAllowed && port.toInt() >= 1 && port.toInt() <= 65535);
     // Numbers that an URL would write as another address cannot be asked for.
@@ -30,24 +31,28 @@ bool isHost(const QString &text, bool portAllowed) {
 /// Takes one key's value; the complaint when it will not do.
 QString take(ServiceConfiguration &configuration, const QString &key, const QString &value) {
     if (key == QStringLiteral("ca_file")) {
-        if (!value.isEmpty() && !value.startsWith(u'/'))
+        if (!value.isEmpty() && !value.startsWith(u'/')) {
             return QStringLiteral("ca_file is no absolute path");
+        }
         configuration.caFile = value;
         return {};
     }
     QString *place = nullptr;
-    if (key == QStringLiteral("api_host"))
+    if (key == QStringLiteral("api_host")) {
         place = &configuration.apiHost;
-    else if (key == QStringLiteral("web_host"))
+    } else if (key == QStringLiteral("web_host")) {
         place = &configuration.webHost;
-    else if (key == QStringLiteral("reachability_host"))
+    } else if (key == QStringLiteral("reachability_host")) {
         place = &configuration.reachabilityHost;
-    if (place == nullptr)
+    }
+    if (place == nullptr) {
         return QStringLiteral("unknown key \"%1\"").arg(key);
+    }
     // URLs are sent byte for byte, and their form has small letters in the host.
     const QString host = value.toLower();
-    if (!isHost(host, place != &configuration.reachabilityHost))
+    if (!isHost(host, place != &configuration.reachabilityHost)) {
         return QStringLiteral("%1 is no host: \"%2\"").arg(key, value);
+    }
     *place = host;
     return {};
 }
@@ -56,15 +61,17 @@ void readLines(ServiceConfiguration &configuration, const QString &path, const Q
     const QStringList lines = text.split(u'\n');
     for (qsizetype i = 0; i < lines.size(); ++i) {
         const QString line = lines[i].section(u'#', 0, 0).trimmed();
-        if (line.isEmpty())
+        if (line.isEmpty()) {
             continue;
+        }
         const qsizetype equals = line.indexOf(u'=');
         const QString complaint =
             equals < 0 ? QStringLiteral("no \"key = value\" line")
                        : take(configuration, line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
-        if (!complaint.isNull())
+        if (!complaint.isNull()) {
             configuration.problems.append(
                 QStringLiteral("%1, line %2: %3").arg(path, QString::number(i + 1), complaint));
+        }
     }
 }
 
@@ -75,16 +82,18 @@ ServiceConfiguration ServiceConfiguration::read(const QStringList &paths) {
     for (const QString &path : paths) {
         QByteArray bytes;
         const int failure = readPlainFile(path, largestFile, bytes);
-        if (failure == ENOENT || failure == ENOTDIR)
+        if (failure == ENOENT || failure == ENOTDIR) {
             continue;
+        }
         QStringDecoder decoder(QStringDecoder::Utf8);
         const QString text = decoder(bytes);
-        if (failure != 0)
+        if (failure != 0) {
             configuration.problems.append(QStringLiteral("%1: %2").arg(path, qt_error_string(failure)));
-        else if (decoder.hasError())
+        } else if (decoder.hasError()) {
             configuration.problems.append(QStringLiteral("%1 is not UTF-8").arg(path));
-        else
+        } else {
             readLines(configuration, path, text);
+        }
     }
     return configuration;
 }

@@ -8,8 +8,9 @@ namespace quorvane::platform {
 
 HotKeyError HotKeyRegistry::verdict(quint32 keyCode, quint32 modifiers) const {
     constexpr quint32 known = HotKeyService::command | HotKeyService::shift | HotKeyService::control;
-    if (findHotKeyKey(keyCode) == nullptr || (modifiers & ~known) != 0)
+    if (findHotKeyKey(keyCode) == nullptr || (modifiers & ~known) != 0) {
         return HotKeyError::UnknownKey;
+    }
     return find(keyCode, modifiers) ? HotKeyError::AlreadyHeld : HotKeyError::None;
 }
 
@@ -21,8 +22,9 @@ HotKeyReference HotKeyRegistry::add(quint32 keyCode, quint32 modifiers, HotKeyId
 std::optional<HotKeyRegistry::Entry> HotKeyRegistry::take(HotKeyReference reference) {
     const auto found = std::find_if(held.cbegin(), held.cend(),
                                     [reference](const Entry &entry) { return entry.reference == reference; });
-    if (found == held.cend())
+    if (found == held.cend()) {
         return std::nullopt;
+    }
     const Entry entry = *found;
     held.erase(found);
     return entry;

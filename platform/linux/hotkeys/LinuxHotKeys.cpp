@@ -37,11 +37,13 @@ SessionHints SessionHints::ofProcess() {
 
 HotKeyDesktop hotKeyDesktop(const SessionHints &hints) {
     if (hints.windowPlatform.startsWith(QLatin1String("wayland")) ||
-        hints.sessionType == QLatin1String("wayland"))
+        hints.sessionType == QLatin1String("wayland")) {
         return HotKeyDesktop::Wayland;
+    }
     // A compositor may run in a window of an X11 session.
-    if (!hints.waylandDisplay.isEmpty() && hints.sessionType != QLatin1String("x11"))
+    if (!hints.waylandDisplay.isEmpty() && hints.sessionType != QLatin1String("x11")) {
         return HotKeyDesktop::Wayland;
+    }
     return hints.display.isEmpty() ? HotKeyDesktop::None : HotKeyDesktop::X11;
 }
 

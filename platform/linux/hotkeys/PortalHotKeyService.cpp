@@ -16,12 +16,15 @@ QString idOf(const HotKeyRegistry::Entry &entry) {
 
 QString triggerOf(const HotKeyRegistry::Entry &entry) {
     QString trigger;
-    if ((entry.modifiers & HotKeyService::control) != 0)
+    if ((entry.modifiers & HotKeyService::control) != 0) {
         trigger += QLatin1String("CTRL+");
-    if ((entry.modifiers & HotKeyService::shift) != 0)
+    }
+    if ((entry.modifiers & HotKeyService::shift) != 0) {
         trigger += QLatin1String("SHIFT+");
-    if ((entry.modifiers & HotKeyService::command) != 0)
+    }
+    if ((entry.modifiers & HotKeyService::command) != 0) {
         trigger += QLatin1String("LOGO+");
+    }
     return trigger + QLatin1String(findHotKeyKey(entry.keyCode)->symbol);
 }
 
@@ -44,15 +47,17 @@ HotKeyRegistration PortalHotKeyService::registerHotKey(quint32 keyCode, quint32 
                                                        HotKeyIdentifier identifier) {
     const HotKeyError error =
         isAvailable() ? registry.verdict(keyCode, modifiers) : HotKeyError::NotAvailable;
-    if (error != HotKeyError::None)
+    if (error != HotKeyError::None) {
         return {error, 0};
+    }
     changed.start(0);
     return {HotKeyError::None, registry.add(keyCode, modifiers, identifier)};
 }
 
 HotKeyError PortalHotKeyService::unregisterHotKey(HotKeyReference reference) {
-    if (!registry.take(reference))
+    if (!registry.take(reference)) {
         return HotKeyError::UnknownReference;
+    }
     changed.start(0);
     return HotKeyError::None;
 }
@@ -79,8 +84,9 @@ PortalShortcuts::Shortcut PortalHotKeyService::shortcutOf(const HotKeyRegistry::
 /// In the order of the ids: what was released and registered again is no change.
 void PortalHotKeyService::tellWanted() {
     QList<PortalShortcuts::Shortcut> wanted;
-    for (const HotKeyRegistry::Entry &entry : registry.entries())
+    for (const HotKeyRegistry::Entry &entry : registry.entries()) {
         wanted.append(shortcutOf(entry));
+    }
     std::sort(
         wanted.begin(), wanted.end(),
         [](const PortalShortcuts::Shortcut &a, const PortalShortcuts::Shortcut &b) { return a.id < b.id; });
@@ -91,28 +97,34 @@ void PortalHotKeyService::tellPressed(const QString &id) const {
     const auto &entries = registry.entries();
     const auto found = std::find_if(entries.cbegin(), entries.cend(),
                                     [&id](const HotKeyRegistry::Entry &entry) { return idOf(entry) == id; });
-    if (found == entries.cend())
+    if (found == entries.cend()) {
         return;
+    }
     const HotKeyIdentifier identifier = found->identifier;
     // A copy: the handler may install another.
     const EventHandler handler = pressed;
-    if (handler)
+    if (handler) {
         handler(identifier);
+    }
 }
 
 void PortalHotKeyService::takeBack(const QStringList &ids, HotKeyError error) {
     QList<HotKeyReference> lost;
     for (const HotKeyRegistry::Entry &entry : registry.entries()) {
-        if (ids.contains(idOf(entry)))
+        if (ids.contains(idOf(entry))) {
             lost.append(entry.reference);
+        }
     }
-    for (const HotKeyReference reference : std::as_const(lost))
+    for (const HotKeyReference reference : std::as_const(lost)) {
         registry.take(reference);
+    }
     const RefusalHandler handler = refused;
-    if (!handler)
+    if (!handler) {
         return;
-    for (const HotKeyReference reference : std::as_const(lost))
+    }
+    for (const HotKeyReference reference : std::as_const(lost)) {
         handler(reference, error);
+    }
 }
 
 } // namespace quorvane::platform

@@ -49,8 +49,9 @@ QDBusMessage methodCall(const QString &path, const QString &interface, const QSt
 
 /// What a request's answer carries, when it says yes; nothing when it says no or makes no sense.
 std::optional<QVariantMap> resultsOf(const QDBusMessage &answer) {
-    if (answer.signature() != QLatin1String("ua{sv}") || answer.arguments().at(0).toUInt() != 0)
+    if (answer.signature() != QLatin1String("ua{sv}") || answer.arguments().at(0).toUInt() != 0) {
         return std::nullopt;
+    }
     return qdbus_cast<QVariantMap>(answer.arguments().at(1));
 }
 
@@ -66,22 +67,26 @@ QString sessionIn(const QVariantMap &results) {
 
 std::optional<QStringList> shortcutsIn(const QVariantMap &results) {
     const QVariant list = results.value(QStringLiteral("shortcuts"));
-    if (list.metaType() != QMetaType::fromType<QDBusArgument>())
+    if (list.metaType() != QMetaType::fromType<QDBusArgument>()) {
         return std::nullopt;
+    }
     const auto argument = list.value<QDBusArgument>();
-    if (argument.currentSignature() != QLatin1String("a(sa{sv})"))
+    if (argument.currentSignature() != QLatin1String("a(sa{sv})")) {
         return std::nullopt;
+    }
     QStringList ids;
     const auto records = qdbus_cast<QList<PortalShortcutRecord>>(argument);
-    for (const PortalShortcutRecord &record : records)
+    for (const PortalShortcutRecord &record : records) {
         ids.append(record.id);
+    }
     return ids;
 }
 
 QStringList idsOf(const QList<PortalShortcuts::Shortcut> &shortcuts) {
     QStringList ids;
-    for (const PortalShortcuts::Shortcut &shortcut : shortcuts)
+    for (const PortalShortcuts::Shortcut &shortcut : shortcuts) {
         ids.append(shortcut.id);
+    }
     return ids;
 }
 
@@ -105,8 +110,9 @@ PortalShortcuts::PortalShortcuts(const Settings &portalSettings, Handlers toTell
 }
 
 PortalShortcuts::~PortalShortcuts() {
-    if (bus)
+    if (bus) {
         QDBusConnection::disconnectFromBus(bus->name());
+    }
 }
 
 bool PortalShortcuts::isAvailable() const {
@@ -163,14 +169,16 @@ void PortalShortcuts::setWanted(const QList<Shortcut> &shortcuts) {
 
 /// Takes the next step towards what is wanted; a step under way comes back here when it is done.
 void PortalShortcuts::follow() {
-    if (!bus)
+    if (!bus) {
         return;
-    if (!bus->isConnected())
+    }
+    if (!bus->isConnected()) {
         fail(HotKeyError::NotAvailable);
-    else if (state == State::NoSession && !wanted.isEmpty())
+    } else if (state == State::NoSession && !wanted.isEmpty()) {
         create();
-    else if ((state == State::Binding || state == State::Bound) && (wanted.isEmpty() || wanted != given))
+    } else if ((state == State::Binding || state == State::Bound) && (wanted.isEmpty() || wanted != given)) {
         close();
+    }
 }
 
 void PortalShortcuts::create() {
@@ -191,20 +199,22 @@ void PortalShortcuts::created(const QDBusMessage &message) {
         fail(HotKeyError::Declined);
         return;
     }
-    if (wanted.isEmpty())
+    if (wanted.isEmpty()) {
         close();
-    else
+    } else {
         bind();
+    }
 }
 
 void PortalShortcuts::bind() {
     state = State::Binding;
     given = wanted;
     QList<PortalShortcutRecord> records;
-    for (const Shortcut &shortcut : std::as_const(given))
+    for (const Shortcut &shortcut : std::as_const(given)) {
         records.append({shortcut.id,
                         {{QStringLiteral("description"), shortcut.description},
                          {QStringLiteral("preferred_trigger"), shortcut.trigger}}});
+    }
     QDBusMessage message = methodCall(portalPath, shortcutsInterface, QStringLiteral("BindShortcuts"));
     message << QVariant::fromValue(QDBusObjectPath(session)) << QVariant::fromValue(records) << QString();
     ask(message, {}, [this] { fail(HotKeyError::Declined); });
@@ -228,14 +238,16 @@ void PortalShortcuts::bound(const QDBusMessage &message) {
     std::copy_if(all.cbegin(), all.cend(), std::back_inserter(lost),
                  [&ids](const QString &id) { return !ids->contains(id); });
     follow();
-    if (!lost.isEmpty())
+    if (!lost.isEmpty()) {
         handlers.refused(lost, HotKeyError::Declined);
+    }
 }
 
 /// Gives the session back, and with it a dialog that may still be open.
 void PortalShortcuts::close() {
-    if (!request.isEmpty())
+    if (!request.isEmpty()) {
         tell(request, requestInterface, QStringLiteral("Close"));
+    }
     request.clear();
     given.clear();
     state = State::Closing;
@@ -252,12 +264,14 @@ void PortalShortcuts::fail(HotKeyError error) {
     overdue.stop();
     request.clear();
     const QStringList ids = idsOf(std::exchange(wanted, {}));
-    if (!session.isEmpty())
+    if (!session.isEmpty()) {
         close();
-    else if (state != State::Closing)
+    } else if (state != State::Closing) {
         state = State::NoSession;
-    if (!ids.isEmpty())
+    }
+    if (!ids.isEmpty()) {
         handlers.refused(ids, error);
+    }
 }
 
 void PortalShortcuts::ownerChanged(const QString &before, const QString &now) {
@@ -268,11 +282,13 @@ void PortalShortcuts::ownerChanged(const QString &before, const QString &now) {
         // A portal that went down over a request is not asked the same again.
         const bool asked = state == State::Creating || state == State::Binding;
         state = State::NoSession;
-        if (asked)
+        if (asked) {
             fail(HotKeyError::NotAvailable);
+        }
     }
-    if (now.isEmpty())
+    if (now.isEmpty()) {
         return;
+    }
     absent = false;
     probe();
     follow();
@@ -281,34 +297,39 @@ void PortalShortcuts::ownerChanged(const QString &before, const QString &now) {
 void PortalShortcuts::requestAnswered(const QDBusMessage &message) {
     if (!request.isEmpty() && message.path() == request) {
         request.clear();
-        if (state == State::Creating)
+        if (state == State::Creating) {
             created(message);
-        else if (state == State::Binding)
+        } else if (state == State::Binding) {
             bound(message);
+        }
         return;
     }
     // The session of a request that was given up is nobody's.
     const auto results = resultsOf(message);
     const QString late = results ? sessionIn(*results) : QString();
-    if (!late.isEmpty() && late != session)
+    if (!late.isEmpty() && late != session) {
         tell(late, sessionInterface, QStringLiteral("Close"));
+    }
 }
 
 void PortalShortcuts::sessionClosed(const QDBusMessage &message) {
-    if (session.isEmpty() || message.path() != session)
+    if (session.isEmpty() || message.path() != session) {
         return;
+    }
     session.clear();
     given.clear();
     fail(HotKeyError::Declined);
 }
 
 void PortalShortcuts::shortcutActivated(const QDBusMessage &message) {
-    if (session.isEmpty() || !message.signature().startsWith(QLatin1String("os")))
+    if (session.isEmpty() || !message.signature().startsWith(QLatin1String("os"))) {
         return;
+    }
     const QString id = message.arguments().at(1).toString();
     const QString path = message.arguments().at(0).value<QDBusObjectPath>().path();
-    if (path == session && idsOf(given).contains(id))
+    if (path == session && idsOf(given).contains(id)) {
         handlers.activated(id);
+    }
 }
 
 /// Makes a request, whose answer comes as a signal and may overtake the reply to the call.
@@ -319,13 +340,15 @@ void PortalShortcuts::ask(QDBusMessage message, QVariantMap options, const std::
     options.insert(QStringLiteral("handle_token"), token);
     message << options;
     call(message, [this, failed, asked = request](const QDBusMessage &reply) {
-        if (request != asked)
+        if (request != asked) {
             return;
-        if (reply.type() == QDBusMessage::ErrorMessage)
+        }
+        if (reply.type() == QDBusMessage::ErrorMessage) {
             failed();
-        else if (reply.signature() == QLatin1String("o"))
+        } else if (reply.signature() == QLatin1String("o")) {
             // Old portals name the request themselves.
             request = reply.arguments().at(0).value<QDBusObjectPath>().path();
+        }
     });
 }
 

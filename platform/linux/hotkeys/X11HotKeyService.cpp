@@ -24,8 +24,9 @@ constexpr std::array modifierMasks{
 X11KeyGrabs::Combination combinationOf(const HotKeyRegistry::Entry &entry) {
     quint16 mask = 0;
     for (const Modifier &modifier : modifierMasks) {
-        if ((entry.modifiers & modifier.ours) != 0)
+        if ((entry.modifiers & modifier.ours) != 0) {
             mask |= modifier.mask;
+        }
     }
     return {findHotKeyKey(entry.keyCode)->position, mask};
 }
@@ -35,8 +36,9 @@ X11KeyGrabs::Combination combinationOf(const HotKeyRegistry::Entry &entry) {
 struct X11HotKeyService::State {
     [[nodiscard]] std::optional<HotKeyRegistry::Entry> find(X11KeyGrabs::Combination combination) const {
         for (const HotKeyRegistry::Entry &entry : registry.entries()) {
-            if (combinationOf(entry) == combination)
+            if (combinationOf(entry) == combination) {
                 return entry;
+            }
         }
         return std::nullopt;
     }
@@ -45,18 +47,21 @@ struct X11HotKeyService::State {
         const auto entry = find(combination);
         // A copy: the handler may install another.
         const EventHandler handler = pressed;
-        if (entry && handler)
+        if (entry && handler) {
             handler(entry->identifier);
+        }
     }
 
     void tellLost(X11KeyGrabs::Combination combination) {
         const auto entry = find(combination);
-        if (!entry)
+        if (!entry) {
             return;
+        }
         registry.take(entry->reference);
         const RefusalHandler handler = refused;
-        if (handler)
+        if (handler) {
             handler(entry->reference, HotKeyError::TakenElsewhere);
+        }
     }
 
     HotKeyRegistry registry;
@@ -91,17 +96,20 @@ HotKeyRegistration X11HotKeyService::registerHotKey(quint32 keyCode, quint32 mod
                                                     HotKeyIdentifier identifier) {
     HotKeyError error =
         isAvailable() ? state->registry.verdict(keyCode, modifiers) : HotKeyError::NotAvailable;
-    if (error == HotKeyError::None)
+    if (error == HotKeyError::None) {
         error = grabs().grab(combinationOf({0, keyCode, modifiers, identifier}));
-    if (error != HotKeyError::None)
+    }
+    if (error != HotKeyError::None) {
         return {error, 0};
+    }
     return {HotKeyError::None, state->registry.add(keyCode, modifiers, identifier)};
 }
 
 HotKeyError X11HotKeyService::unregisterHotKey(HotKeyReference reference) {
     const auto entry = state->registry.take(reference);
-    if (!entry)
+    if (!entry) {
         return HotKeyError::UnknownReference;
+    }
     grabs().ungrab(combinationOf(*entry));
     return HotKeyError::None;
 }

@@ -73,13 +73,16 @@ X11KeyGrabs::~X11KeyGrabs() = default;
 
 bool X11KeyGrabs::prepare(int screen) {
     auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
-    for (; screen > 0 && roots.rem > 1; --screen)
+    for (; screen > 0 && roots.rem > 1; --screen) {
         xcb_screen_next(&roots);
-    if (roots.rem == 0)
+    }
+    if (roots.rem == 0) {
         return false;
+    }
     root = roots.data->root;
-    if (!detectRepeats())
+    if (!detectRepeats()) {
         return false;
+    }
     numLock = findNumLock();
     return xcb_connection_has_error(connection.get()) == 0;
 }
@@ -88,8 +91,9 @@ bool X11KeyGrabs::prepare(int screen) {
 bool X11KeyGrabs::detectRepeats() {
     xcb_connection_t *const c = connection.get();
     const auto *const extension = xcb_get_extension_data(c, &xcb_xkb_id);
-    if (extension == nullptr || extension->present == 0)
+    if (extension == nullptr || extension->present == 0) {
         return false;
+    }
     keyboardEvent = extension->first_event;
     const auto version = xcb_xkb_use_extension(c, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
     constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
@@ -111,35 +115,41 @@ quint16 X11KeyGrabs::findNumLock() const {
     const auto symbolsAsked = xcb_get_keyboard_mapping(c, setup->min_keycode, static_cast<quint8>(keyCount));
     const auto modifiers = own(xcb_get_modifier_mapping_reply(c, modifiersAsked, nullptr));
     const auto symbols = own(xcb_get_keyboard_mapping_reply(c, symbolsAsked, nullptr));
-    if (!modifiers || !symbols)
+    if (!modifiers || !symbols) {
         return 0;
+    }
     const xcb_keycode_t *const keys = xcb_get_modifier_mapping_keycodes(modifiers.get());
     const xcb_keysym_t *const all = xcb_get_keyboard_mapping_keysyms(symbols.get());
     const int width = symbols->keysyms_per_keycode;
     for (int i = 0; i < xcb_get_modifier_mapping_keycodes_length(modifiers.get()); ++i) {
         const int row = keys[i] - setup->min_keycode;
-        if (row < 0 || (row + 1) * width > xcb_get_keyboard_mapping_keysyms_length(symbols.get()))
+        if (row < 0 || (row + 1) * width > xcb_get_keyboard_mapping_keysyms_length(symbols.get())) {
             continue;
+        }
         const xcb_keysym_t *const first = all + row * width;
-        if (std::find(first, first + width, numLockSymbol) != first + width)
+        if (std::find(first, first + width, numLockSymbol) != first + width) {
             return static_cast<quint16>(1U << static_cast<unsigned>(i / modifiers->keycodes_per_modifier));
+        }
     }
     return 0;
 }
 
 QList<quint16> X11KeyGrabs::lockStates() const {
     constexpr quint16 capsLock = XCB_MOD_MASK_LOCK;
-    if (numLock == 0)
+    if (numLock == 0) {
         return {0, capsLock};
+    }
     return {0, capsLock, numLock, static_cast<quint16>(capsLock | numLock)};
 }
 
 HotKeyError X11KeyGrabs::grab(Combination combination) {
-    if (!isOpen())
+    if (!isOpen()) {
         return HotKeyError::NotAvailable;
+    }
     const HotKeyError error = grabAll(combination);
-    if (error == HotKeyError::None)
+    if (error == HotKeyError::None) {
         taken.append(combination);
+    }
     readSoon.start(0);
     return error;
 }
@@ -147,26 +157,31 @@ HotKeyError X11KeyGrabs::grab(Combination combination) {
 HotKeyError X11KeyGrabs::grabAll(Combination combination) {
     xcb_connection_t *const c = connection.get();
     QList<xcb_void_cookie_t> asked;
-    for (const quint16 locks : lockStates())
+    for (const quint16 locks : lockStates()) {
         asked.append(xcb_grab_key_checked(c, 0, root, combination.modifiers | locks, combination.key,
                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    }
     HotKeyError error = HotKeyError::None;
     for (const xcb_void_cookie_t cookie : std::as_const(asked)) {
         const auto refusal = own(xcb_request_check(c, cookie));
-        if (refusal && error == HotKeyError::None)
+        if (refusal && error == HotKeyError::None) {
             error = meaningOf(refusal->error_code);
+        }
     }
     // Without a connection there is no refusal either.
-    if (xcb_connection_has_error(c) != 0)
+    if (xcb_connection_has_error(c) != 0) {
         return HotKeyError::NotAvailable;
-    if (error != HotKeyError::None)
+    }
+    if (error != HotKeyError::None) {
         ungrabAll(combination);
+    }
     return error;
 }
 
 void X11KeyGrabs::ungrab(Combination combination) {
-    if (!taken.removeOne(combination) || !isOpen())
+    if (!taken.removeOne(combination) || !isOpen()) {
         return;
+    }
     ungrabAll(combination);
     readSoon.start(0);
 }
@@ -174,8 +189,9 @@ void X11KeyGrabs::ungrab(Combination combination) {
 /// Waits for the server: afterwards others can take the combination.
 void X11KeyGrabs::ungrabAll(Combination combination) {
     xcb_connection_t *const c = connection.get();
-    for (const quint16 locks : lockStates())
+    for (const quint16 locks : lockStates()) {
         xcb_ungrab_key(c, combination.key, root, combination.modifiers | locks);
+    }
     own(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
 }
 
@@ -183,8 +199,9 @@ void X11KeyGrabs::readEvents() {
     // A handler may run an event loop of its own, and this again in it, or lose the connection.
     while (connection) {
         const auto event = own(xcb_poll_for_event(connection.get()));
-        if (!event)
+        if (!event) {
             break;
+        }
         const quint8 type = event->response_type & 0x7FU;
         const void *const raw = event.get();
         const auto *const key = static_cast<const xcb_key_press_event_t *>(raw);
@@ -203,26 +220,32 @@ void X11KeyGrabs::readEvents() {
 
 /// Num Lock may have become another modifier.
 void X11KeyGrabs::followKeyboard() {
-    if (!isOpen())
+    if (!isOpen()) {
         return;
+    }
     const quint16 present = findNumLock();
     readSoon.start(0);
-    if (present == numLock || xcb_connection_has_error(connection.get()) != 0)
+    if (present == numLock || xcb_connection_has_error(connection.get()) != 0) {
         return;
+    }
     const QList<Combination> before = std::exchange(taken, {});
-    for (const Combination combination : before)
+    for (const Combination combination : before) {
         ungrabAll(combination);
+    }
     numLock = present;
     QList<Combination> lost;
-    for (const Combination combination : before)
+    for (const Combination combination : before) {
         (grabAll(combination) == HotKeyError::None ? taken : lost).append(combination);
-    for (const Combination combination : std::as_const(lost))
+    }
+    for (const Combination combination : std::as_const(lost)) {
         handlers.lost(combination);
+    }
 }
 
 void X11KeyGrabs::closeWhenBroken() {
-    if (!connection || xcb_connection_has_error(connection.get()) == 0)
+    if (!connection || xcb_connection_has_error(connection.get()) == 0) {
         return;
+    }
     // Often called by the notifier itself.
     notifier->setEnabled(false);
     notifier.release()->deleteLater();

@@ -22,12 +22,14 @@ std::optional<std::uint32_t> lookUp(const QByteArray &host) {
     hints.ai_family = AF_INET;
     hints.ai_socktype = SOCK_STREAM;
     addrinfo *list = nullptr;
-    if (::getaddrinfo(host.constData(), nullptr, &hints, &list) != 0)
+    if (::getaddrinfo(host.constData(), nullptr, &hints, &list) != 0) {
         return std::nullopt;
+    }
     const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(list, &::freeaddrinfo);
     sockaddr_in address{};
-    if (list == nullptr || list->ai_addrlen < sizeof address)
+    if (list == nullptr || list->ai_addrlen < sizeof address) {
         return std::nullopt;
+    }
     std::memcpy(&address, list->ai_addr, sizeof address);
     return ntohl(address.sin_addr.s_addr);
 }
@@ -56,8 +58,9 @@ std::optional<std::uint32_t> HostResolver::address() const {
 void HostResolver::refresh(std::function<void()> found) {
     {
         const std::lock_guard lock(state->mutex);
-        if (state->isNumeric || state->isBusy)
+        if (state->isNumeric || state->isBusy) {
             return;
+        }
         state->isBusy = true;
     }
     try {
@@ -66,11 +69,13 @@ void HostResolver::refresh(std::function<void()> found) {
             {
                 const std::lock_guard lock(shared->mutex);
                 shared->isBusy = false;
-                if (address)
+                if (address) {
                     shared->address = address;
+                }
             }
-            if (address)
+            if (address) {
                 tell();
+            }
         }).detach();
     } catch (const std::system_error &) {
         // Out of threads; a later change of the network tries again.

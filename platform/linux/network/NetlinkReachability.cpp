@@ -33,28 +33,34 @@ constexpr int unresolvedPause = 15000;
 
 std::optional<std::uint32_t> flagsOfDefaultRoute() {
     const auto present = RouteTable::hasDefaultRoute();
-    if (!present)
+    if (!present) {
         return std::nullopt;
+    }
     return *present ? ReachabilityFlag::reachable : 0U;
 }
 
 std::optional<std::uint32_t> flagsOfLinkLocal() {
     const auto onLink = RouteTable::isOnLink(linkLocalNetwork, linkLocalPrefix);
-    if (!onLink)
+    if (!onLink) {
         return std::nullopt;
+    }
     return *onLink ? ReachabilityFlag::reachable | ReachabilityFlag::isDirect : 0U;
 }
 
 std::optional<std::uint32_t> flagsOfAddress(std::uint32_t address) {
-    if (address == anyAddress)
+    if (address == anyAddress) {
         return flagsOfDefaultRoute();
-    if (address == linkLocalNetwork)
+    }
+    if (address == linkLocalNetwork) {
         return flagsOfLinkLocal();
+    }
     const auto way = RouteTable::wayTo(address);
-    if (!way)
+    if (!way) {
         return std::nullopt;
-    if (!way->exists)
+    }
+    if (!way->exists) {
         return 0U;
+    }
     return ReachabilityFlag::reachable | (way->isLocal ? ReachabilityFlag::isLocalAddress : 0U) |
            (way->isDirect ? ReachabilityFlag::isDirect : 0U);
 }
@@ -108,8 +114,9 @@ struct Watch {
 void resolve(const std::shared_ptr<Watch> &watch) {
     const std::weak_ptr<Watch> listener = watch;
     watch->resolver.refresh([listener] {
-        if (const auto live = listener.lock())
+        if (const auto live = listener.lock()) {
             live->wakeUp();
+        }
     });
 }
 
@@ -118,19 +125,23 @@ void run(const std::shared_ptr<Watch> &watch) {
     resolve(watch);
     while (!watch->ending) {
         const auto flags = watch->flags();
-        if (flags)
+        if (flags) {
             watch->delivery.report(*flags);
+        }
         std::array<pollfd, 2> watched{
             {{watch->news.descriptor(), POLLIN, 0}, {watch->wake.get(), POLLIN, 0}}};
         const bool resolved = watch->resolver.address().has_value();
         const int ready = ::poll(watched.data(), watched.size(), resolved ? -1 : unresolvedPause);
         eventfd_t count = 0;
-        if (watched[1].revents != 0)
+        if (watched[1].revents != 0) {
             ::eventfd_read(watch->wake.get(), &count);
-        if (watched[0].revents != 0)
+        }
+        if (watched[0].revents != 0) {
             watch->news.clear();
-        if (ready == 0 || watched[0].revents != 0)
+        }
+        if (ready == 0 || watched[0].revents != 0) {
             resolve(watch);
+        }
     }
 }
 
@@ -152,13 +163,15 @@ public:
 
     bool setQueue(SerialQueue *queue) override {
         stop();
-        if (queue == nullptr)
+        if (queue == nullptr) {
             return true;
+        }
         // A callback may stop the delivery before this call is through.
         const std::lock_guard lock(mutex);
         watch->ending = false;
-        if (!watch->wake.isOpen() || !watch->news.open())
+        if (!watch->wake.isOpen() || !watch->news.open()) {
             return false;
+        }
         watch->delivery.setQueue(queue);
         try {
             thread = std::thread([shared = watch] { run(shared); });
@@ -179,8 +192,9 @@ private:
             const std::lock_guard lock(mutex);
             ended.swap(thread);
         }
-        if (!ended.joinable())
+        if (!ended.joinable()) {
             return;
+        }
         watch->ending = true;
         watch->wakeUp();
         ended.join();

@@ -22,8 +22,9 @@ struct DownloadFile {
 
     [[nodiscard]] std::optional<UrlError> take(const QByteArray &piece) {
         int outcome = file ? 0 : file.emplace().open(destination());
-        if (outcome == 0)
+        if (outcome == 0) {
             outcome = file->write(piece);
+        }
         return outcome == 0 ? std::nullopt : std::optional(fileError(outcome));
     }
 };
@@ -38,8 +39,9 @@ QtUrlLoader::~QtUrlLoader() = default;
 bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination destination,
                            Finished finished, Failed failed) {
     const auto request = requestFor(url);
-    if (!request)
+    if (!request) {
         return false;
+    }
     auto target = std::make_shared<DownloadFile>();
     target->destination = std::move(destination);
     const auto ended = [target, finished = std::move(finished),
@@ -47,12 +49,13 @@ bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination 
         const int outcome = error ? 0 : target->file->commit(false);
         // What did not get its name is gone before anybody is told.
         target->file.reset();
-        if (error)
+        if (error) {
             failed(*error);
-        else if (outcome != 0)
+        } else if (outcome != 0) {
             failed(fileError(outcome));
-        else
+        } else {
             finished();
+        }
     };
     // The transfer belongs to the context and goes with it.
     auto *transfer = new UrlTransfer(
@@ -63,8 +66,9 @@ bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination 
 
 std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
     const auto request = requestFor(url);
-    if (!request)
+    if (!request) {
         return std::nullopt;
+    }
     // First of all: it gives a thread that Qt did not start what timers and sockets need.
     QEventLoop loop;
     QByteArray body("");
@@ -84,19 +88,22 @@ std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
             over = true;
             loop.quit();
         });
-    if (!over)
+    if (!over) {
         loop.exec();
+    }
     return failure || !over ? std::nullopt : std::optional(body);
 }
 
 std::optional<UrlRequest> QtUrlLoader::requestFor(const QByteArray &url) {
     const auto strict = strictUrl(url);
-    if (!strict)
+    if (!strict) {
         return std::nullopt;
+    }
     std::call_once(tlsIsSet, [this] {
         tls = QSslConfiguration::defaultConfiguration();
-        if (!authorityFile.isEmpty())
+        if (!authorityFile.isEmpty()) {
             tls->addCaCertificates(authorityFile);
+        }
     });
     return UrlRequest{*strict, "Quorvane/" + version.toUtf8(), *tls};
 }

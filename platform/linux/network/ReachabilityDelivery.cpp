@@ -43,16 +43,19 @@ void ReachabilityDelivery::setQueue(SerialQueue *queue) {
 
 void ReachabilityDelivery::report(std::uint32_t flags) {
     const std::lock_guard lock(state->routing);
-    if (state->queue == nullptr || state->last == flags)
+    if (state->queue == nullptr || state->last == flags) {
         return;
+    }
     state->last = flags;
     state->queue->async([shared = state, flags, generation = state->generation.load()] {
         const std::lock_guard delivery(shared->delivering);
-        if (shared->generation != generation)
+        if (shared->generation != generation) {
             return;
+        }
         const ReachabilityTarget::Callback callback = shared->callback;
-        if (callback)
+        if (callback) {
             callback(flags);
+        }
     });
 }
 

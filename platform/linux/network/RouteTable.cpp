@@ -25,14 +25,16 @@ constexpr unsigned sequence = 1;
 
 Socket openSocket() {
     Socket socket(mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC));
-    if (socket && mnl_socket_bind(socket.get(), 0, MNL_SOCKET_AUTOPID) != 0)
+    if (socket && mnl_socket_bind(socket.get(), 0, MNL_SOCKET_AUTOPID) != 0) {
         socket.reset();
+    }
     return socket;
 }
 
 int visitMessage(const nlmsghdr *message, void *visitor) {
-    if (message->nlmsg_type == RTM_NEWROUTE)
+    if (message->nlmsg_type == RTM_NEWROUTE) {
         (*static_cast<const RouteVisitor *>(visitor))(message);
+    }
     return MNL_CB_OK;
 }
 
@@ -40,23 +42,28 @@ int visitMessage(const nlmsghdr *message, void *visitor) {
 /// kernel answered; absent when it could not be asked.
 std::optional<int> ask(nlmsghdr *request, bool isDump, const RouteVisitor &visitor) {
     const Socket socket = openSocket();
-    if (!socket || mnl_socket_sendto(socket.get(), request, request->nlmsg_len) < 0)
+    if (!socket || mnl_socket_sendto(socket.get(), request, request->nlmsg_len) < 0) {
         return std::nullopt;
+    }
     const unsigned port = mnl_socket_get_portid(socket.get());
     RouteVisitor copy = visitor;
     alignas(nlmsghdr) std::array<char, 32768> buffer{};
     for (;;) {
         const ssize_t size = mnl_socket_recvfrom(socket.get(), buffer.data(), buffer.size());
-        if (size < 0 && errno == EINTR)
+        if (size < 0 && errno == EINTR) {
             continue;
-        if (size < 0)
+        }
+        if (size < 0) {
             return std::nullopt;
+        }
         const int outcome =
             mnl_cb_run(buffer.data(), static_cast<std::size_t>(size), sequence, port, visitMessage, &copy);
-        if (outcome < 0)
+        if (outcome < 0) {
             return errno;
-        if (outcome == MNL_CB_STOP || !isDump)
+        }
+        if (outcome == MNL_CB_STOP || !isDump) {
             return 0;
+        }
     }
 }
 
@@ -77,8 +84,9 @@ const rtmsg *routeOf(const nlmsghdr *message) {
 
 int noteGateway(const nlattr *attribute, void *found) {
     const int kind = mnl_attr_get_type(attribute);
-    if (kind == RTA_GATEWAY || kind == RTA_VIA)
+    if (kind == RTA_GATEWAY || kind == RTA_VIA) {
         *static_cast<bool *>(found) = true;
+    }
     return MNL_CB_OK;
 }
 
@@ -108,8 +116,9 @@ std::optional<Way> wayTo(std::uint32_t address) {
         way.isDirect = !hasGateway(message);
         way.exists = way.isLocal || type == RTN_UNICAST || type == RTN_BROADCAST || type == RTN_MULTICAST;
     });
-    if (!outcome)
+    if (!outcome) {
         return std::nullopt;
+    }
     // Any error that the kernel itself answers says that there is no way.
     return *outcome == 0 && way.exists ? way : Way();
 }
@@ -133,8 +142,9 @@ std::optional<bool> hasDefaultRoute() {
         found = found || (route->rtm_dst_len == 0 && route->rtm_type == RTN_UNICAST &&
                           (route->rtm_flags & unusable) == 0);
     });
-    if (!outcome || *outcome != 0)
+    if (!outcome || *outcome != 0) {
         return std::nullopt;
+    }
     return found;
 }
 

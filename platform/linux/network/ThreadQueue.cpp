@@ -19,17 +19,19 @@ ThreadQueue::~ThreadQueue() {
         state->waiting.clear();
     }
     state->wake.notify_one();
-    if (thread.get_id() == std::this_thread::get_id())
+    if (thread.get_id() == std::this_thread::get_id()) {
         thread.detach();
-    else
+    } else {
         thread.join();
+    }
 }
 
 void ThreadQueue::async(std::function<void()> work) {
     {
         const std::lock_guard lock(state->mutex);
-        if (state->ending)
+        if (state->ending) {
             return;
+        }
         state->waiting.push_back(std::move(work));
     }
     state->wake.notify_one();
@@ -41,8 +43,9 @@ void ThreadQueue::run(State &state) {
         {
             std::unique_lock lock(state.mutex);
             state.wake.wait(lock, [&state] { return state.ending || !state.waiting.empty(); });
-            if (state.ending)
+            if (state.ending) {
                 return;
+            }
             work = std::move(state.waiting.front());
             state.waiting.pop_front();
         }

@@ -55,8 +55,9 @@ UrlTransfer::UrlTransfer(UrlRequest wanted, const UrlLimits &bounds, QObject *pa
 }
 
 UrlTransfer::~UrlTransfer() {
-    if (lookup >= 0)
+    if (lookup >= 0) {
         QHostInfo::abortHostLookup(lookup);
+    }
     dropSocket();
 }
 
@@ -69,8 +70,9 @@ void UrlTransfer::cancel() {
 }
 
 void UrlTransfer::dropSocket() {
-    if (socket == nullptr)
+    if (socket == nullptr) {
         return;
+    }
     socket->disconnect(this);
     socket->abort();
     // It may be the one that is calling.
@@ -81,8 +83,9 @@ void UrlTransfer::dropSocket() {
 void UrlTransfer::lookUp() {
     lookup = QHostInfo::lookupHost(request.url.host(), this, [this](const QHostInfo &found) {
         lookup = -1;
-        if (hasEnded)
+        if (hasEnded) {
             return;
+        }
         addresses = found.addresses();
         if (addresses.isEmpty()) {
             end(UrlError{UrlError::Kind::NoHost, found.errorString()});
@@ -123,8 +126,9 @@ void UrlTransfer::connectToNext() {
 QByteArray UrlTransfer::text() const {
     const QString path = request.url.path(QUrl::FullyEncoded);
     QByteArray target = path.isEmpty() ? QByteArray("/") : path.toLatin1();
-    if (request.url.hasQuery())
+    if (request.url.hasQuery()) {
         target += '?' + request.url.query(QUrl::FullyEncoded).toLatin1();
+    }
     // A packed body could unfold far beyond the limit.
     return "GET " + target + " HTTP/1.1\r\nHost: " + request.url.authority(QUrl::FullyEncoded).toLatin1() +
            "\r\nUser-Agent: " + request.userAgent +
@@ -143,13 +147,15 @@ void UrlTransfer::takeFailure(QAbstractSocket::SocketError error) {
     }
     if (isConnected && error == QAbstractSocket::RemoteHostClosedError) {
         takeBytes();
-        if (socket == nullptr)
+        if (socket == nullptr) {
             return;
+        }
         answer.takeEnd();
-        if (answer.state() == HttpAnswer::State::Complete)
+        if (answer.state() == HttpAnswer::State::Complete) {
             end(received == 0 ? receiver(QByteArray()) : std::nullopt);
-        else
+        } else {
             end(broken());
+        }
         return;
     }
     end(UrlError{kindOf(error), socket->errorString()});
@@ -157,22 +163,24 @@ void UrlTransfer::takeFailure(QAbstractSocket::SocketError error) {
 
 void UrlTransfer::takeBytes() {
     const QByteArray bytes = socket->readAll();
-    if (bytes.isEmpty())
+    if (bytes.isEmpty()) {
         return;
+    }
     silence.start();
     const QByteArray piece = answer.take(bytes);
     received += piece.size();
-    if (answer.state() == HttpAnswer::State::Broken)
+    if (answer.state() == HttpAnswer::State::Broken) {
         end(broken());
-    else if (answer.state() == HttpAnswer::State::TooLarge || received > limits.largestBody ||
-             answer.length().value_or(0) > limits.largestBody)
+    } else if (answer.state() == HttpAnswer::State::TooLarge || received > limits.largestBody ||
+               answer.length().value_or(0) > limits.largestBody) {
         end(tooLarge());
-    else if (isRedirect())
+    } else if (isRedirect()) {
         takeRedirect();
-    else if (const auto error = piece.isEmpty() ? std::nullopt : receiver(piece))
+    } else if (const auto error = piece.isEmpty() ? std::nullopt : receiver(piece)) {
         end(error);
-    else if (answer.state() == HttpAnswer::State::Complete)
+    } else if (answer.state() == HttpAnswer::State::Complete) {
         end(received == 0 ? receiver(QByteArray()) : std::nullopt);
+    }
 }
 
 bool UrlTransfer::isRedirect() const {
@@ -199,8 +207,9 @@ void UrlTransfer::takeRedirect() {
 }
 
 void UrlTransfer::end(const std::optional<UrlError> &error) {
-    if (hasEnded)
+    if (hasEnded) {
         return;
+    }
     cancel();
     // The receiver of the news may delete the parent of this object.
     const Ended tell = std::move(ended);

@@ -21,10 +21,11 @@ namespace {
 
 void apply(QVariantMap &values, const QVariantMap &changes) {
     for (auto change = changes.begin(); change != changes.end(); ++change) {
-        if (change->isValid())
+        if (change->isValid()) {
             values.insert(change.key(), *change);
-        else
+        } else {
             values.remove(change.key());
+        }
     }
 }
 
@@ -65,8 +66,9 @@ void PlistPreferences::setValues(const QVariantMap &values) {
         QVariantMap changes;
         for (auto entry = values.begin(); entry != values.end(); ++entry) {
             const QVariant kept = canonical(*entry);
-            if (isStorable(kept))
+            if (isStorable(kept)) {
                 changes.insert(entry.key(), kept);
+            }
         }
         apply(view, changes);
         pending.insert(changes);
@@ -91,8 +93,9 @@ void PlistPreferences::setProblemHandler(Problem handler) {
         problemHandler = handler;
         waiting.swap(undelivered);
     }
-    for (const QString &text : std::as_const(waiting))
+    for (const QString &text : std::as_const(waiting)) {
         handler(text);
+    }
 }
 
 bool PlistPreferences::exchange() {
@@ -105,25 +108,30 @@ bool PlistPreferences::exchange() {
     const QString folder = QFileInfo(path).path();
     if (!changes.isEmpty()) {
         const int failure = makePrivateFolders(folder);
-        if (failure != 0)
+        if (failure != 0) {
             report(QStringLiteral("The folder %1 cannot be made: %2").arg(folder, qt_error_string(failure)));
+        }
     }
     const FileLock lock(path + QStringLiteral(".lock"), lockLimit);
-    if (lock.hasTimedOut())
+    if (lock.hasTimedOut()) {
         report(QStringLiteral("%1.lock is held too long; going on without it").arg(path));
+    }
     const Contents found = read();
-    if (!found.usable)
+    if (!found.usable) {
         return false;
+    }
     QVariantMap wanted = found.values;
     apply(wanted, changes);
-    if (!store(found, wanted))
+    if (!store(found, wanted)) {
         return false;
+    }
     const std::lock_guard guard(mutex);
     known = wanted;
     // Another thread may have changed a key since; those changes stay pending.
     for (auto change = changes.begin(); change != changes.end(); ++change) {
-        if (pending.value(change.key()) == *change)
+        if (pending.value(change.key()) == *change) {
             pending.remove(change.key());
+        }
     }
     view = wanted;
     apply(view, pending);
@@ -153,8 +161,9 @@ PlistPreferences::Contents PlistPreferences::read() {
     int failure = readPlainFile(path, PropertyList::largestSize, bytes);
     // The user's own file that somebody has closed to him too is opened again; what is in it counts.
     if (failure == EACCES && S_ISREG(status.st_mode) &&
-        ::chmod(QFile::encodeName(path).constData(), S_IRUSR | S_IWUSR) == 0)
+        ::chmod(QFile::encodeName(path).constData(), S_IRUSR | S_IWUSR) == 0) {
         failure = readPlainFile(path, PropertyList::largestSize, bytes);
+    }
     if (failure != 0 && failure != EFBIG) {
         report(QStringLiteral("%1 cannot be read: %2").arg(path, qt_error_string(failure)));
         return {{}, false, false};
@@ -176,11 +185,13 @@ PlistPreferences::Contents PlistPreferences::recoverFromCorruption() {
 }
 
 bool PlistPreferences::store(const Contents &found, const QVariantMap &wanted) {
-    if (!found.mustBeWritten && wanted == found.values)
+    if (!found.mustBeWritten && wanted == found.values) {
         return true;
+    }
     const int failure = replaceFile(path, PropertyList::write(wanted));
-    if (failure != 0)
+    if (failure != 0) {
         report(QStringLiteral("%1 cannot be written: %2").arg(path, qt_error_string(failure)));
+    }
     return failure == 0;
 }
 
@@ -195,8 +206,9 @@ QString PlistPreferences::moveAside() const {
             QFile::setPermissions(aside, QFile::ReadOwner | QFile::WriteOwner);
             return aside;
         }
-        if (errno != EEXIST)
+        if (errno != EEXIST) {
             break;
+        }
     }
     return {};
 }
@@ -205,15 +217,18 @@ void PlistPreferences::report(const QString &text) {
     Problem handler;
     {
         const std::lock_guard lock(mutex);
-        if (text == lastProblem)
+        if (text == lastProblem) {
             return;
+        }
         lastProblem = text;
         handler = problemHandler;
-        if (!handler)
+        if (!handler) {
             undelivered.append(text);
+        }
     }
-    if (handler)
+    if (handler) {
         handler(text);
+    }
 }
 
 } // namespace quorvane::platform

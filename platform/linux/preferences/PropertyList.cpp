@@ -45,8 +45,9 @@ public:
 
     ~PlainNumbers() {
         ::uselocale(before);
-        if (plain != nullptr)
+        if (plain != nullptr) {
             ::freelocale(plain);
+        }
     }
 
     PlainNumbers(const PlainNumbers &) = delete;
@@ -70,8 +71,9 @@ bool isCarriedByXml(const QString &text) {
             continue;
         }
         const bool control = unit < u' ' && unit != u'\t' && unit != u'\n';
-        if (control || unit.isSurrogate() || unit == QChar(0xFFFE) || unit == QChar(0xFFFF))
+        if (control || unit.isSurrogate() || unit == QChar(0xFFFE) || unit == QChar(0xFFFF)) {
             return false;
+        }
     }
     return true;
 }
@@ -86,10 +88,12 @@ QByteArray markedText(const QString &text) {
 }
 
 QVariant fromBytes(const QByteArray &bytes) {
-    if (bytes.startsWith(bytesMarker))
+    if (bytes.startsWith(bytesMarker)) {
         return bytes.mid(bytesMarker.size());
-    if (!bytes.startsWith(textMarker) || bytes.size() % 2 != 0)
+    }
+    if (!bytes.startsWith(textMarker) || bytes.size() % 2 != 0) {
         return bytes;
+    }
     QString text(QLatin1String(""));
     for (qsizetype i = textMarker.size(); i < bytes.size(); i += 2) {
         const auto low = static_cast<quint8>(bytes[i]);
@@ -104,8 +108,9 @@ Node dataNode(const QByteArray &bytes) {
 }
 
 Node textNode(const QString &text) {
-    if (!isCarriedByXml(text))
+    if (!isCarriedByXml(text)) {
         return dataNode(markedText(text));
+    }
     return Node(plist_new_string(text.toUtf8().constData()));
 }
 
@@ -116,8 +121,9 @@ Node bytesNode(const QByteArray &bytes) {
 
 Node dateNode(const QDateTime &date) {
     const qint64 seconds = date.toSecsSinceEpoch() - epochSeconds;
-    if (seconds != static_cast<qint32>(seconds))
+    if (seconds != static_cast<qint32>(seconds)) {
         return nullptr;
+    }
     return Node(plist_new_date(static_cast<qint32>(seconds), 0));
 }
 
@@ -126,8 +132,9 @@ Node toNode(const QVariant &value, int depth);
 Node listNode(const QVariantList &list, int depth) {
     Node node(plist_new_array());
     for (const QVariant &entry : list) {
-        if (Node child = toNode(entry, depth + 1))
+        if (Node child = toNode(entry, depth + 1)) {
             plist_array_append_item(node.get(), child.release());
+        }
     }
     return node;
 }
@@ -135,18 +142,21 @@ Node listNode(const QVariantList &list, int depth) {
 Node mapNode(const QVariantMap &map, int depth) {
     Node node(plist_new_dict());
     for (auto entry = map.begin(); entry != map.end(); ++entry) {
-        if (!isCarriedByXml(entry.key()))
+        if (!isCarriedByXml(entry.key())) {
             continue;
-        if (Node child = toNode(*entry, depth + 1))
+        }
+        if (Node child = toNode(*entry, depth + 1)) {
             plist_dict_set_item(node.get(), entry.key().toUtf8().constData(), child.release());
+        }
     }
     return node;
 }
 
 /// Null for a value of a type that property lists do not have.
 Node toNode(const QVariant &value, int depth) {
-    if (depth > greatestDepth)
+    if (depth > greatestDepth) {
         return nullptr;
+    }
     switch (value.typeId()) {
     case QMetaType::QVariantMap:
         return mapNode(value.toMap(), depth);
@@ -165,8 +175,9 @@ Node toNode(const QVariant &value, int depth) {
     case QMetaType::QDateTime:
         return dateNode(value.toDateTime());
     default:
-        if (!value.canConvert<qlonglong>() || value.metaType().flags().testFlag(QMetaType::IsPointer))
+        if (!value.canConvert<qlonglong>() || value.metaType().flags().testFlag(QMetaType::IsPointer)) {
             return nullptr;
+        }
         return Node(plist_new_uint(static_cast<quint64>(value.toLongLong())));
     }
 }
@@ -185,16 +196,18 @@ std::optional<QVariant> fromText(plist_t node) {
     // The call that copies a text aborts on one that holds U+0000.
     std::uint64_t length = 0;
     const char *text = plist_get_string_ptr(node, &length);
-    if (text == nullptr)
+    if (text == nullptr) {
         return std::nullopt;
+    }
     return fromUtf8(QByteArrayView(text, static_cast<qsizetype>(length)));
 }
 
 std::optional<QVariant> fromData(plist_t node) {
     std::uint64_t length = 0;
     const char *bytes = plist_get_data_ptr(node, &length);
-    if (bytes == nullptr)
+    if (bytes == nullptr) {
         return length == 0 ? std::optional<QVariant>(QByteArray("")) : std::nullopt;
+    }
     return fromBytes(QByteArray(bytes, static_cast<qsizetype>(length)));
 }
 
@@ -236,8 +249,9 @@ std::optional<QVariant> fromArray(plist_t node, int depth) {
         plist_t child = nullptr;
         plist_array_next_item(node, rawIterator, &child);
         const auto value = fromNode(child, depth + 1);
-        if (!value)
+        if (!value) {
             return std::nullopt;
+        }
         list.append(*value);
     }
     return list;
@@ -253,18 +267,21 @@ std::optional<QVariantMap> fromDictionary(plist_t node, int depth) {
         plist_t child = nullptr;
         plist_dict_next_item(node, rawIterator, &rawKey, &child);
         const Memory<char> key(rawKey);
-        if (rawKey == nullptr || child == nullptr)
+        if (rawKey == nullptr || child == nullptr) {
             return map;
+        }
         const auto value = fromNode(child, depth + 1);
-        if (!value)
+        if (!value) {
             return std::nullopt;
+        }
         map.insert(fromUtf8(rawKey), *value);
     }
 }
 
 std::optional<QVariant> fromNode(plist_t node, int depth) {
-    if (node == nullptr || depth > greatestDepth)
+    if (node == nullptr || depth > greatestDepth) {
         return std::nullopt;
+    }
     switch (plist_get_node_type(node)) {
     case PLIST_DICT: {
         const auto map = fromDictionary(node, depth);
@@ -285,18 +302,21 @@ std::optional<QVariant> fromNode(plist_t node, int depth) {
 
 std::optional<QVariantMap> parse(const QByteArray &bytes) {
     const bool binary = isBinary(bytes);
-    if (binary ? !isBearableBinary(bytes) : !isBearableXml(bytes))
+    if (binary ? !isBearableBinary(bytes) : !isBearableXml(bytes)) {
         return std::nullopt;
+    }
     const PlainNumbers plainNumbers;
     plist_t raw = nullptr;
     const auto size = static_cast<quint32>(bytes.size());
-    if (binary)
+    if (binary) {
         plist_from_bin(bytes.constData(), size, &raw);
-    else
+    } else {
         plist_from_xml(bytes.constData(), size, &raw);
+    }
     const Node root(raw);
-    if (!root || plist_get_node_type(root.get()) != PLIST_DICT)
+    if (!root || plist_get_node_type(root.get()) != PLIST_DICT) {
         return std::nullopt;
+    }
     return fromDictionary(root.get(), 0);
 }
 
@@ -312,8 +332,9 @@ QByteArray write(const QVariantMap &dictionary) {
 
 std::optional<QVariantMap> readFile(const QString &path) {
     QByteArray bytes;
-    if (readPlainFile(path, largestSize, bytes) != 0)
+    if (readPlainFile(path, largestSize, bytes) != 0) {
         return std::nullopt;
+    }
     return parse(bytes);
 }
 

@@ -27,8 +27,9 @@ public:
     explicit BinaryWalk(const QByteArray &source) : bytes(source) {}
 
     [[nodiscard]] bool run() {
-        if (!readTrailer())
+        if (!readTrailer()) {
             return false;
+        }
         return visit(topObject, 0);
     }
 
@@ -36,14 +37,16 @@ private:
     /// Big-endian number; the caller has checked the bounds.
     [[nodiscard]] quint64 number(qsizetype at, int size) const {
         quint64 value = 0;
-        for (int i = 0; i < size; ++i)
+        for (int i = 0; i < size; ++i) {
             value = (value << 8U) | static_cast<quint8>(bytes[at + i]);
+        }
         return value;
     }
 
     [[nodiscard]] bool readTrailer() {
-        if (bytes.size() < magicSize + 1 + trailerSize)
+        if (bytes.size() < magicSize + 1 + trailerSize) {
             return false;
+        }
         const qsizetype trailer = bytes.size() - trailerSize;
         offsetSize = static_cast<quint8>(bytes[trailer + 6]);
         referenceSize = static_cast<quint8>(bytes[trailer + 7]);
@@ -51,13 +54,16 @@ private:
         topObject = number(trailer + 16, 8);
         const quint64 table = number(trailer + 24, 8);
         const auto end = static_cast<quint64>(trailer);
-        if (offsetSize < 1 || offsetSize > 8 || referenceSize < 1 || referenceSize > 8)
+        if (offsetSize < 1 || offsetSize > 8 || referenceSize < 1 || referenceSize > 8) {
             return false;
-        if (objects == 0 || objects > static_cast<quint64>(mostValues) || topObject >= objects)
+        }
+        if (objects == 0 || objects > static_cast<quint64>(mostValues) || topObject >= objects) {
             return false;
+        }
         if (table < static_cast<quint64>(magicSize) || table >= end ||
-            objects * static_cast<quint64>(offsetSize) > end - table)
+            objects * static_cast<quint64>(offsetSize) > end - table) {
             return false;
+        }
         offsetTable = static_cast<qsizetype>(table);
         return true;
     }
@@ -66,14 +72,17 @@ private:
     [[nodiscard]] bool readCount(qsizetype &at, quint64 &count) const {
         count = static_cast<quint8>(bytes[at]) & 0x0FU;
         ++at;
-        if (count != 0x0FU)
+        if (count != 0x0FU) {
             return true;
-        if (at >= offsetTable || (static_cast<quint8>(bytes[at]) & 0xF0U) != 0x10U)
+        }
+        if (at >= offsetTable || (static_cast<quint8>(bytes[at]) & 0xF0U) != 0x10U) {
             return false;
+        }
         const int size = 1 << (static_cast<quint8>(bytes[at]) & 0x0FU);
         ++at;
-        if (size > 8 || at + size > offsetTable)
+        if (size > 8 || at + size > offsetTable) {
             return false;
+        }
         count = number(at, size);
         at += size;
         return true;
@@ -87,19 +96,22 @@ private:
     [[nodiscard]] bool visitChildren(qsizetype at, quint64 references, int depth) {
         for (quint64 i = 0; i < references; ++i) {
             const qsizetype place = at + static_cast<qsizetype>(i) * referenceSize;
-            if (!visit(number(place, referenceSize), depth + 1))
+            if (!visit(number(place, referenceSize), depth + 1)) {
                 return false;
+            }
         }
         return true;
     }
 
     [[nodiscard]] bool visit(quint64 object, int depth) {
         // A shared object counts each time it is met: that bounds repetition as well as loops.
-        if (object >= objects || depth > greatestDepth || ++visited > mostValues)
+        if (object >= objects || depth > greatestDepth || ++visited > mostValues) {
             return false;
+        }
         const quint64 offset = number(offsetTable + static_cast<qsizetype>(object) * offsetSize, offsetSize);
-        if (offset < static_cast<quint64>(magicSize) || offset >= static_cast<quint64>(offsetTable))
+        if (offset < static_cast<quint64>(magicSize) || offset >= static_cast<quint64>(offsetTable)) {
             return false;
+        }
         auto at = static_cast<qsizetype>(offset);
         const unsigned marker = static_cast<quint8>(bytes[at]);
         const quint64 power = 1ULL << (marker & 0x0FU);
@@ -132,23 +144,28 @@ private:
     [[nodiscard]] bool keysAreTexts(qsizetype at, quint64 count) const {
         for (quint64 i = 0; i < count; ++i) {
             const quint64 object = number(at + static_cast<qsizetype>(i) * referenceSize, referenceSize);
-            if (object >= objects)
+            if (object >= objects) {
                 return false;
+            }
             const quint64 offset =
                 number(offsetTable + static_cast<qsizetype>(object) * offsetSize, offsetSize);
-            if (offset >= static_cast<quint64>(offsetTable))
+            if (offset >= static_cast<quint64>(offsetTable)) {
                 return false;
+            }
             const unsigned kind = static_cast<quint8>(bytes[static_cast<qsizetype>(offset)]) >> 4U;
-            if (kind != 0x5U && kind != 0x6U)
+            if (kind != 0x5U && kind != 0x6U) {
                 return false;
+            }
             auto begin = static_cast<qsizetype>(offset);
             quint64 length = 0;
-            if (!readCount(begin, length) || !fits(begin, length, kind == 0x6U ? 2 : 1))
+            if (!readCount(begin, length) || !fits(begin, length, kind == 0x6U ? 2 : 1)) {
                 return false;
+            }
             for (quint64 k = 0; k < length; ++k) {
                 const qsizetype unit = begin + static_cast<qsizetype>(kind == 0x6U ? 2 * k : k);
-                if (bytes[unit] == 0 && (kind == 0x5U || bytes[unit + 1] == 0))
+                if (bytes[unit] == 0 && (kind == 0x5U || bytes[unit + 1] == 0)) {
                     return false;
+                }
             }
         }
         return true;
@@ -177,12 +194,15 @@ bool isBinary(const QByteArray &bytes) {
 }
 
 bool isBearableXml(const QByteArray &bytes) {
-    if (bytes.isEmpty() || bytes.size() > largestSize || bytes.contains('\0'))
+    if (bytes.isEmpty() || bytes.size() > largestSize || bytes.contains('\0')) {
         return false;
-    if (bytes.contains("<!ENTITY") || bytes.count('<') > mostValues * 2)
+    }
+    if (bytes.contains("<!ENTITY") || bytes.count('<') > mostValues * 2) {
         return false;
-    if (bytes.count("<dict") + bytes.count("<array") > mostXmlContainers)
+    }
+    if (bytes.count("<dict") + bytes.count("<array") > mostXmlContainers) {
         return false;
+    }
     return isUtf8(bytes);
 }
 

@@ -18,10 +18,12 @@ std::optional<Account> byLogin(const QByteArray &name) {
     passwd entry{};
     passwd *found = nullptr;
     while (::getpwnam_r(name.constData(), &entry, buffer.data(), buffer.size(), &found) == ERANGE &&
-           buffer.size() < largestEntry)
+           buffer.size() < largestEntry) {
         buffer.resize(buffer.size() * 2);
-    if (found == nullptr)
+    }
+    if (found == nullptr) {
         return std::nullopt;
+    }
     return Account{found->pw_uid, QByteArray(found->pw_name)};
 }
 
@@ -40,8 +42,9 @@ std::optional<Account> byFullName(const QByteArray &name) {
             buffer.resize(buffer.size() * 2);
             continue;
         }
-        if (outcome != 0 || found == nullptr)
+        if (outcome != 0 || found == nullptr) {
             break;
+        }
         const QByteArray comment = found->pw_gecos != nullptr ? QByteArray(found->pw_gecos) : QByteArray();
         if (comment.split(',').first() == name) {
             result = Account{found->pw_uid, QByteArray(found->pw_name)};
@@ -55,8 +58,9 @@ std::optional<Account> byFullName(const QByteArray &name) {
 } // namespace
 
 std::optional<Account> findAccount(const QByteArray &name) {
-    if (name.isEmpty() || name.contains('\0'))
+    if (name.isEmpty() || name.contains('\0')) {
         return std::nullopt;
+    }
     const auto account = byLogin(name);
     return account ? account : byFullName(name);
 }

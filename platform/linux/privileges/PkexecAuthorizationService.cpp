@@ -15,14 +15,16 @@ namespace {
 /// pkexec finds the user's session and its agent through the environment, and cleans it itself.
 QByteArrayList ownEnvironment() {
     QByteArrayList entries;
-    for (char **entry = environ; entry != nullptr && *entry != nullptr; ++entry)
+    for (char **entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
         entries.append(*entry);
+    }
     return entries;
 }
 
 QByteArray findTool(const QByteArray &given) {
-    if (given.isEmpty())
+    if (given.isEmpty()) {
         return systemProgram("pkexec");
+    }
     return ::access(given.constData(), X_OK) == 0 ? given : QByteArray();
 }
 
@@ -37,23 +39,27 @@ bool PkexecAuthorizationService::lookUp() {
 PrivilegedProcess PkexecAuthorizationService::launch(const QString &program, const QStringList &arguments,
                                                      const QString &folder) {
     const QByteArray tool = findTool(givenTool);
-    if (tool.isEmpty())
+    if (tool.isEmpty()) {
         return {toolMissing, -1, -1};
+    }
     const QByteArray path = QFile::encodeName(program);
     // The tool knows no mark for the end of its options.
-    if (path.isEmpty() || path.startsWith('-'))
+    if (path.isEmpty() || path.startsWith('-')) {
         return {EINVAL, -1, -1};
+    }
     ChildCommand command;
     command.program = tool;
     command.arguments = {"pkexec", "--keep-cwd", "--disable-internal-agent", path};
-    for (const QString &argument : arguments)
+    for (const QString &argument : arguments) {
         command.arguments.append(QFile::encodeName(argument));
+    }
     command.environment = ownEnvironment();
     command.folder = QFile::encodeName(folder);
     FileDescriptor output;
     const auto pid = startChild(command, output);
-    if (!pid)
+    if (!pid) {
         return {errno, -1, -1};
+    }
     return {0, *pid, output.release()};
 }
 

@@ -59,8 +59,9 @@ Service openService() {
 }
 
 void dropValue(SecretValue *value) {
-    if (value != nullptr)
+    if (value != nullptr) {
         secret_value_unref(value);
+    }
 }
 
 Attributes attributesOf(const KeyStore::Item &item) {
@@ -92,8 +93,9 @@ std::optional<QByteArray> SecretServiceKeyStore::password(const QString &identif
     const Value value(secret_password_lookup_binary_sync(schema(), nullptr, &holder.error, identifierKey,
                                                          identifier.toUtf8().constData(), nullptr),
                       &dropValue);
-    if (value == nullptr)
+    if (value == nullptr) {
         return std::nullopt;
+    }
     gsize size = 0;
     const gchar *bytes = secret_value_get(value.get(), &size);
     return QByteArray(bytes, static_cast<qsizetype>(size));
@@ -110,16 +112,18 @@ bool SecretServiceKeyStore::add(const Item &item) {
 
 bool SecretServiceKeyStore::update(const Item &item) {
     const auto service = openService();
-    if (service == nullptr)
+    if (service == nullptr) {
         return false;
+    }
     ErrorHolder holder;
     const Attributes wanted(
         secret_attributes_build(schema(), identifierKey, item.identifier.toUtf8().constData(), nullptr),
         &g_hash_table_unref);
     const ObjectList found(secret_service_search_sync(service.get(), schema(), wanted.get(),
                                                       SECRET_SEARCH_UNLOCK, nullptr, &holder.error));
-    if (found.first == nullptr)
+    if (found.first == nullptr) {
         return false;
+    }
     return change(SECRET_ITEM(found.first->data), item);
 }
 
@@ -131,15 +135,17 @@ void SecretServiceKeyStore::remove(const QString &identifier) {
 
 std::optional<QStringList> SecretServiceKeyStore::accounts(const QString &label) {
     const auto service = openService();
-    if (service == nullptr)
+    if (service == nullptr) {
         return std::nullopt;
+    }
     ErrorHolder holder;
     const Attributes wanted(secret_attributes_build(schema(), labelKey, label.toUtf8().constData(), nullptr),
                             &g_hash_table_unref);
     const ObjectList found(secret_service_search_sync(service.get(), schema(), wanted.get(),
                                                       SECRET_SEARCH_ALL, nullptr, &holder.error));
-    if (holder.error != nullptr)
+    if (holder.error != nullptr) {
         return std::nullopt;
+    }
     QStringList names;
     for (const GList *entry = found.first; entry != nullptr; entry = entry->next) {
         const Attributes attributes(secret_item_get_attributes(SECRET_ITEM(entry->data)),

@@ -76,13 +76,15 @@ public:
         const bool isSudo = tail.endsWith(prompt);
         // A prompt of another wording is told by the silence that follows it.
         const bool isPrompt = isSudo || tail.endsWith("assword: ") || (quiet && !tail.trimmed().isEmpty());
-        if (!isPrompt || left == 0)
+        if (!isPrompt || left == 0) {
             return;
+        }
         answered = error.size();
         left = isSudo ? 0 : left - 1;
         input.send(password.line());
-        if (left == 0)
+        if (left == 0) {
             input.close();
+        }
     }
 
 private:
@@ -110,8 +112,9 @@ QString withoutLastLineFeed(const QByteArray &bytes) {
 
 /// The result of a line that did run.
 ScriptResult lineResult(int status, const QByteArray &output, const QByteArray &error) {
-    if (status == 0)
+    if (status == 0) {
         return {true, withoutLastLineFeed(output), {}, {}};
+    }
     const QString message = withoutLastLineFeed(error);
     return failure(status, message.trimmed().isEmpty()
                                ? QStringLiteral("The command ended with status %1.").arg(status)
@@ -124,8 +127,9 @@ QString lineWith(const std::array<const char *, count> &phrases, const QByteArra
     for (const QByteArray &line : text.split('\n')) {
         const bool holds = std::any_of(phrases.begin(), phrases.end(),
                                        [&line](const char *phrase) { return line.contains(phrase); });
-        if (holds)
+        if (holds) {
             return QString::fromUtf8(line.trimmed());
+        }
     }
     return {};
 }
@@ -151,11 +155,13 @@ ScriptResult refusal(const ChildOutcome &outcome, const QByteArray &prompt) {
     QByteArray said = outcome.error + '\n' + outcome.output;
     said.replace(prompt, "");
     const QString wrong = lineWith(wrongPassword, said);
-    if (!wrong.isNull())
+    if (!wrong.isNull()) {
         return failure(notRun, wrong);
+    }
     const QString no = lineWith(refused, said);
-    if (!no.isNull())
+    if (!no.isNull()) {
         return failure(ScriptingService::refused, no);
+    }
     return lineResult(outcome.status == 0 ? notRun : outcome.status, outcome.output, said.trimmed());
 }
 
@@ -188,8 +194,9 @@ Ladder ladderFor(const Account &account, const RootWords &words, const QByteArra
                    : suWords;
         return su.isEmpty() ? Ladder() : ladder;
     }
-    if (sudo.isEmpty())
+    if (sudo.isEmpty()) {
         return {};
+    }
     if (amRoot) {
         const QByteArray runuser = systemProgram("runuser");
         ladder.command.program = runuser;
@@ -218,46 +225,55 @@ SudoScriptingService::SudoScriptingService(const QString &resourcesFolder)
 
 ScriptResult SudoScriptingService::runAsUser(const QString &line) {
     const QByteArray bytes = line.toUtf8();
-    if (bytes.contains('\0'))
+    if (bytes.contains('\0')) {
         return failure(notRun, QStringLiteral("The command holds a NUL character."));
+    }
     const ChildOutcome outcome =
         runChild({"/bin/sh", {"sh", "-c", "--", bytes}, environment(resources + ':' + systemPath), "/"});
-    if (outcome.startFailure != 0)
+    if (outcome.startFailure != 0) {
         return failure(notRun, qt_error_string(outcome.startFailure));
+    }
     return lineResult(outcome.status, outcome.output, outcome.error);
 }
 
 ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const QString &user,
                                                       const QString &password) {
-    if (user.isNull() || password.isNull())
+    if (user.isNull() || password.isNull()) {
         return failure(refused, QStringLiteral("No administrator's name and password were given."));
+    }
     const auto account = findAccount(user.toUtf8());
-    if (!account)
+    if (!account) {
         return failure(refused, QStringLiteral("There is no account of that name."));
+    }
     const QByteArray bytes = line.toUtf8();
-    if (bytes.contains('\0'))
+    if (bytes.contains('\0')) {
         return failure(notRun, QStringLiteral("The command holds a NUL character."));
+    }
     const SecretBytes secret(password);
     const bool isOneLine = secret.line().count('\n') == 1 && !secret.line().contains('\0');
-    if (!isOneLine || secret.line().size() > longestPassword)
+    if (!isOneLine || secret.line().size() > longestPassword) {
         return failure(notRun, QStringLiteral("Sorry, try again."));
+    }
 
     const QByteArray marker = "@@granted-" + nonce() + "@@";
     const QByteArray prompt = "@@password-" + nonce() + "@@";
     Ladder ladder = ladderFor(*account, {bytes, resources + ':' + systemPath, marker}, prompt);
-    if (ladder.command.program.isEmpty())
+    if (ladder.command.program.isEmpty()) {
         return failure(notRun, QStringLiteral("sudo, su or a tool beside them is not installed."));
+    }
     ladder.command.environment = environment(systemPath);
     PromptAnswerer answerer(secret, prompt, marker, ladder.prompts);
     const ChildOutcome outcome =
         runChild(ladder.command, [&answerer](ChildInput &input, const QByteArray &error, bool quiet) {
             answerer.look(input, error, quiet);
         });
-    if (outcome.startFailure != 0)
+    if (outcome.startFailure != 0) {
         return failure(notRun, qt_error_string(outcome.startFailure));
+    }
     const qsizetype granted = outcome.error.indexOf(QByteArray(marker + '\n'));
-    if (granted < 0)
+    if (granted < 0) {
         return refusal(outcome, prompt);
+    }
     return lineResult(outcome.status, outcome.output, outcome.error.mid(granted + marker.size() + 1));
 }
 

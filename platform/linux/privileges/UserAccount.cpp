@@ -18,10 +18,12 @@ UserAccount fromDatabase() {
     passwd *found = nullptr;
     constexpr std::size_t largest = std::size_t{1} << 20U;
     while (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == ERANGE &&
-           buffer.size() < largest)
+           buffer.size() < largest) {
         buffer.resize(buffer.size() * 2);
-    if (found == nullptr)
+    }
+    if (found == nullptr) {
         return {QStringLiteral("/"), QString(), QString::number(::getuid())};
+    }
     const QString gecos = QString::fromUtf8(entry.pw_gecos != nullptr ? entry.pw_gecos : "");
     return {QFile::decodeName(entry.pw_dir), gecos.section(u',', 0, 0), QString::fromUtf8(entry.pw_name)};
 }
@@ -34,11 +36,13 @@ QString UserAccount::library() const {
 
 UserAccount UserAccount::current() {
     UserAccount account = fromDatabase();
-    if (account.fullName.isEmpty())
+    if (account.fullName.isEmpty()) {
         account.fullName = account.login;
+    }
     const QString environment = QFile::decodeName(qgetenv("HOME"));
-    if (environment.startsWith(u'/'))
+    if (environment.startsWith(u'/')) {
         account.home = environment;
+    }
     account.home = QDir::cleanPath(account.home);
     return account;
 }

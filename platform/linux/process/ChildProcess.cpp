@@ -26,8 +26,9 @@ struct Pipe {
 
 bool makePipe(Pipe &pipe) {
     int ends[2] = {-1, -1};
-    if (::pipe2(ends, O_CLOEXEC) != 0)
+    if (::pipe2(ends, O_CLOEXEC) != 0) {
         return false;
+    }
     pipe.reading.reset(ends[0]);
     pipe.writing.reset(ends[1]);
     return true;
@@ -42,8 +43,9 @@ int openProcess(pid_t pid) {
 std::vector<char *> pointers(QByteArrayList &texts) {
     std::vector<char *> result;
     result.reserve(static_cast<std::size_t>(texts.size()) + 1);
-    for (QByteArray &text : texts)
+    for (QByteArray &text : texts) {
         result.push_back(text.data());
+    }
     result.push_back(nullptr);
     return result;
 }
@@ -73,10 +75,11 @@ public:
     SpawnSettings &operator=(const SpawnSettings &) = delete;
 
     void useInput(const FileDescriptor &end) {
-        if (end.isOpen())
+        if (end.isOpen()) {
             ::posix_spawn_file_actions_adddup2(&actions, end.get(), STDIN_FILENO);
-        else
+        } else {
             ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        }
     }
 
     void use(const FileDescriptor &end, int number) {
@@ -106,12 +109,13 @@ bool drain(const FileDescriptor &end, QByteArray &into) {
     std::array<char, 16384> part{};
     for (;;) {
         const ssize_t got = ::read(end.get(), part.data(), part.size());
-        if (got > 0)
+        if (got > 0) {
             into.append(part.data(), got);
-        else if (got == 0)
+        } else if (got == 0) {
             return false;
-        else if (errno != EINTR)
+        } else if (errno != EINTR) {
             return errno == EAGAIN;
+        }
     }
 }
 
@@ -123,8 +127,9 @@ void leaveToDrainer(FileDescriptor end) {
         std::thread([stream = std::move(end)] {
             std::array<char, 4096> part{};
             ssize_t got = 1;
-            while (got > 0 || (got < 0 && errno == EINTR))
+            while (got > 0 || (got < 0 && errno == EINTR)) {
                 got = ::read(stream.get(), part.data(), part.size());
+            }
         }).detach();
     } catch (const std::system_error &) {
         // Out of threads: the stream is closed instead, which is all that can be done.
@@ -137,8 +142,9 @@ public:
     RunningChild(pid_t pid, FileDescriptor outputEnd, FileDescriptor errorEnd, FileDescriptor inputEnd)
         : process(openProcess(pid)), child(pid), output(std::move(outputEnd)), error(std::move(errorEnd)),
           input(std::move(inputEnd)) {
-        for (const FileDescriptor *end : {&output, &error})
+        for (const FileDescriptor *end : {&output, &error}) {
             ::fcntl(end->get(), F_SETFL, ::fcntl(end->get(), F_GETFL) | O_NONBLOCK);
+        }
     }
 
     [[nodiscard]] ChildOutcome run(const ChildWatcher &watcher) {
@@ -151,8 +157,9 @@ public:
         const int number = information.si_status;
         outcome.status = information.si_code == CLD_EXITED ? number : 128 + number;
         for (FileDescriptor *end : {&output, &error}) {
-            if (end->isOpen())
+            if (end->isOpen()) {
                 leaveToDrainer(std::move(*end));
+            }
         }
         return std::move(outcome);
     }
@@ -165,14 +172,16 @@ private:
         const bool mustLook = !process.isOpen() || (watcher && !toldQuiet);
         const int limit = mustLook ? quietMilliseconds : -1;
         const int ready = ::poll(watched.data(), watched.size(), limit);
-        if (ready < 0)
+        if (ready < 0) {
             return errno != EINTR;
+        }
         const qsizetype before = outcome.error.size();
         readOutputs();
         const bool grown = outcome.error.size() != before;
         toldQuiet = ready == 0;
-        if (watcher && (grown || ready == 0))
+        if (watcher && (grown || ready == 0)) {
             watcher(input, outcome.error, ready == 0);
+        }
         return process.isOpen() ? watched[0].revents != 0 : isWaitable();
     }
 
@@ -185,10 +194,12 @@ private:
     }
 
     void readOutputs() {
-        if (output.isOpen() && !drain(output, outcome.output))
+        if (output.isOpen() && !drain(output, outcome.output)) {
             output.reset();
-        if (error.isOpen() && !drain(error, outcome.error))
+        }
+        if (error.isOpen() && !drain(error, outcome.error)) {
             error.reset();
+        }
     }
 
     FileDescriptor process;
@@ -203,8 +214,9 @@ private:
 } // namespace
 
 void ChildInput::send(const QByteArray &bytes) {
-    if (!descriptor.isOpen())
+    if (!descriptor.isOpen()) {
         return;
+    }
     // The signal for a closed pipe would end this whole process.
     sigset_t pipeSignal;
     sigset_t before;
@@ -250,22 +262,25 @@ ChildOutcome runChild(const ChildCommand &command, const ChildWatcher &watcher) 
 
 std::optional<pid_t> startChild(const ChildCommand &command, FileDescriptor &output) {
     Pipe pipe;
-    if (!makePipe(pipe))
+    if (!makePipe(pipe)) {
         return std::nullopt;
+    }
     SpawnSettings settings;
     settings.useInput({});
     settings.use(pipe.writing, STDOUT_FILENO);
     const auto pid = settings.start(command);
-    if (pid)
+    if (pid) {
         output = std::move(pipe.reading);
+    }
     return pid;
 }
 
 QByteArray systemProgram(const QByteArray &name) {
     for (const QByteArray &folder : QByteArray(systemPath).split(':')) {
         const QByteArray path = folder + '/' + name;
-        if (::access(path.constData(), X_OK) == 0)
+        if (::access(path.constData(), X_OK) == 0) {
             return path;
+        }
     }
     return {};
 }

@@ -43,8 +43,9 @@ std::string_view readFile(int folder, const char *process, const char *name, std
 /// Reads the short name; false when the process is gone.
 bool readName(int folder, const char *process, ProcessRecord &record) {
     const std::string_view name = readFile(folder, process, "comm", record.name);
-    if (name.empty())
+    if (name.empty()) {
         return false;
+    }
     // The line feed at the end is not part of the name; what is in its place must be the end.
     record.name[name.size() - 1] = '\0';
     return true;
@@ -66,16 +67,19 @@ bool isEnding(int folder, const char *process) {
     std::array<char, 1024> buffer{};
     std::string_view text = readFile(folder, process, "stat", buffer);
     const auto nameEnd = text.rfind(") ");
-    if (nameEnd == std::string_view::npos)
+    if (nameEnd == std::string_view::npos) {
         return false;
+    }
     text.remove_prefix(nameEnd + 2);
-    if (text.starts_with('Z') || text.starts_with('X'))
+    if (text.starts_with('Z') || text.starts_with('X')) {
         return true;
+    }
     for (std::size_t field = 0; !text.empty() && field <= pendingField; ++field) {
         const std::string_view value = text.substr(0, text.find(' '));
         if ((field == flagsField && (numberIn(value) & exiting) != 0) ||
-            (field == pendingField && (numberIn(value) & killPending) != 0))
+            (field == pendingField && (numberIn(value) & killPending) != 0)) {
             return true;
+        }
         text.remove_prefix(std::min(value.size() + 1, text.size()));
     }
     return false;
@@ -87,31 +91,37 @@ ProcProcessTable::ProcProcessTable(const QByteArray &path) : folder(path) {}
 
 int ProcProcessTable::query(ProcessRecord *rows, std::size_t &count) const {
     const std::unique_ptr<DIR, FolderCloser> stream(::opendir(folder.constData()));
-    if (!stream)
+    if (!stream) {
         return errno;
+    }
     std::size_t found = 0;
     for (;;) {
         errno = 0;
         const dirent *item = ::readdir(stream.get());
-        if (item == nullptr)
+        if (item == nullptr) {
             break;
+        }
         ProcessRecord record;
         record.pid = processNumber(item->d_name);
-        if (record.pid <= 0)
+        if (record.pid <= 0) {
             continue;
+        }
         if (rows == nullptr) {
             ++found;
             continue;
         }
         if (!readName(::dirfd(stream.get()), item->d_name, record) ||
-            isEnding(::dirfd(stream.get()), item->d_name))
+            isEnding(::dirfd(stream.get()), item->d_name)) {
             continue;
-        if (found == count)
+        }
+        if (found == count) {
             return ENOMEM;
+        }
         rows[found++] = record;
     }
-    if (errno != 0)
+    if (errno != 0) {
         return errno;
+    }
     count = found;
     return 0;
 }

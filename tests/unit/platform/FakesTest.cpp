@@ -16,8 +16,9 @@ using fakes::FakeReachability;
 template <typename Condition>
 bool comesTrue(Condition condition) {
     for (int i = 0; i < 5000; ++i) {
-        if (condition())
+        if (condition()) {
             return true;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     return false;

@@ -88,8 +88,9 @@ TEST_F(NotificationCenterTest, WorksFromManyThreads) {
             }
         });
     }
-    for (std::thread &poster : posters)
+    for (std::thread &poster : posters) {
         poster.join();
+    }
     EXPECT_EQ(count, 800);
 }
 

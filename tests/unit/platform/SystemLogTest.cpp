@@ -71,12 +71,14 @@ TEST_F(SystemLogTest, MaskMayReadPreferencesAndThreadsMayWrite) {
     writers.reserve(4);
     for (int i = 0; i < 4; ++i) {
         writers.emplace_back([this] {
-            for (int round = 0; round < 100; ++round)
+            for (int round = 0; round < 100; ++round) {
                 log.write(QStringLiteral("line"));
+            }
         });
     }
-    for (std::thread &writer : writers)
+    for (std::thread &writer : writers) {
         writer.join();
+    }
     EXPECT_EQ(sink.lines().size(), 400);
 }
 

@@ -17,8 +17,9 @@ public:
         set("XDG_RUNTIME_DIR", folder.path().toUtf8());
         bus.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
                                                   QStringLiteral("--print-address")});
-        if (bus.waitForStarted() && bus.waitForReadyRead())
+        if (bus.waitForStarted() && bus.waitForReadyRead()) {
             set("DBUS_SESSION_BUS_ADDRESS", bus.readLine().trimmed());
+        }
     }
 
     ~DesktopBus() {

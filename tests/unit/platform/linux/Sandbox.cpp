@@ -22,8 +22,9 @@ std::string state() {
 std::vector<std::string> unshareWords() {
     std::vector<std::string> words{"unshare", "--mount", "--pid", "--fork",        "--kill-child=SIGKILL",
                                    "--net",   "--ipc",   "--uts", "--propagation", "private"};
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         words.insert(words.end(), {"--user", "--map-root-user"});
+    }
     words.insert(words.end(), {"/bin/sh", SANDBOX_SCRIPT});
     return words;
 }
@@ -31,8 +32,9 @@ std::vector<std::string> unshareWords() {
 std::vector<char *> pointers(std::vector<std::string> &words) {
     std::vector<char *> result;
     result.reserve(words.size() + 1);
-    for (std::string &word : words)
+    for (std::string &word : words) {
         result.push_back(word.data());
+    }
     result.push_back(nullptr);
     return result;
 }
@@ -67,18 +69,21 @@ bool hasAccounts() {
 void enter(char **arguments) {
     char self[4096];
     const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);
-    if (length <= 0)
+    if (length <= 0) {
         return;
+    }
     self[length] = '\0';
     std::vector<std::string> words;
     const bool inside = works();
     const char *mode = !inside ? "outside" : geteuid() == 0 ? "accounts" : "inside";
     setenv(stateVariable, mode, 1);
-    if (inside)
+    if (inside) {
         words = unshareWords();
+    }
     words.emplace_back(self);
-    for (char **argument = arguments + 1; *argument != nullptr; ++argument)
+    for (char **argument = arguments + 1; *argument != nullptr; ++argument) {
         words.emplace_back(*argument);
+    }
     execvp(words.front().c_str(), pointers(words).data());
 }
 

@@ -40,10 +40,12 @@ TestDisplay::TestDisplay() {
                   QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-screen"),
                   QStringLiteral("0"), QStringLiteral("320x200x24")});
     QByteArray number;
-    while (!number.contains('\n') && server.waitForReadyRead())
+    while (!number.contains('\n') && server.waitForReadyRead()) {
         number += server.readAllStandardOutput();
-    if (number.contains('\n'))
+    }
+    if (number.contains('\n')) {
         display = ':' + number.trimmed();
+    }
 }
 
 TestDisplay::~TestDisplay() {
@@ -66,8 +68,9 @@ void CloseDisplay::operator()(xcb_connection_t *open) const {
 }
 
 OtherClient::OtherClient(const QByteArray &display) : connection(xcb_connect(display.constData(), nullptr)) {
-    if (!isConnected())
+    if (!isConnected()) {
         return;
+    }
     root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
     const auto asked = xcb_xkb_use_extension(connection.get(), XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
     own(xcb_xkb_use_extension_reply(connection.get(), asked, nullptr));
@@ -95,10 +98,12 @@ void OtherClient::release(quint8 key) {
 }
 
 void OtherClient::strike(const QList<quint8> &keys) {
-    for (const quint8 key : keys)
+    for (const quint8 key : keys) {
         press(key);
-    for (auto key = keys.crbegin(); key != keys.crend(); ++key)
+    }
+    for (auto key = keys.crbegin(); key != keys.crend(); ++key) {
         release(*key);
+    }
 }
 
 bool OtherClient::grab(quint8 key, int modifiers) {
@@ -130,8 +135,9 @@ bool OtherClient::setModifierKeys(const QList<QList<quint8>> &keysOfModifiers) {
     constexpr int width = 4;
     QByteArray keys;
     for (const QList<quint8> &row : keysOfModifiers) {
-        for (int i = 0; i < width; ++i)
+        for (int i = 0; i < width; ++i) {
             keys.append(static_cast<char>(row.value(i)));
+        }
     }
     const QList<quint8> codes(keys.cbegin(), keys.cend());
     const auto asked = xcb_set_modifier_mapping(connection.get(), width, codes.constData());
@@ -162,8 +168,9 @@ int RepeatWitness::pressesOf(quint8 key) {
     while (xcb_poll_for_reply(data.get(), sequence, &raw, nullptr) == 1 && raw != nullptr) {
         const auto reply = own(static_cast<xcb_record_enable_context_reply_t *>(raw));
         const quint8 *const bytes = xcb_record_enable_context_data(reply.get());
-        for (int at = 0; at < xcb_record_enable_context_data_length(reply.get()); at += 32)
+        for (int at = 0; at < xcb_record_enable_context_data_length(reply.get()); at += 32) {
             seen.append(bytes[at + 1]);
+        }
     }
     return static_cast<int>(seen.count(key));
 }

@@ -11,8 +11,9 @@
 using namespace quorvane::platform;
 
 int main(int argc, char **argv) {
-    if (!sandbox::wasTried())
+    if (!sandbox::wasTried()) {
         sandbox::enter(argv);
+    }
     ::testing::InitGoogleTest(&argc, argv);
     const QCoreApplication application(argc, argv);
     return RUN_ALL_TESTS();

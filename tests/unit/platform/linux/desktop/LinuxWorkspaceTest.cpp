@@ -78,8 +78,9 @@ TEST_F(LinuxWorkspaceTest, LockEndsWithTheProcessHoweverItEnds) {
     if (child == 0) {
         LinuxWorkspace workspace(folders);
         const char held = workspace.acquireSingleInstance(identifier) ? 'y' : 'n';
-        if (write(ends[1], &held, 1) == 1)
+        if (write(ends[1], &held, 1) == 1) {
             pause();
+        }
         _exit(0);
     }
     char held = 0;
@@ -156,8 +157,9 @@ TEST_F(LinuxWorkspaceTest, AutostartFailureIsTold) {
 
 TEST_F(LinuxWorkspaceTest, OnlyWebAddressesAreOpened) {
     LinuxWorkspace workspace(folders);
-    for (const char *url : {"", "file:///etc/passwd", "javascript:alert(1)", "not a url", "https://a b/"})
+    for (const char *url : {"", "file:///etc/passwd", "javascript:alert(1)", "not a url", "https://a b/"}) {
         EXPECT_FALSE(workspace.openUrl(QString::fromLatin1(url))) << url;
+    }
 }
 
 TEST(WorkspaceFoldersTest, ComeFromTheEnvironmentWhenAbsolute) {
@@ -176,8 +178,9 @@ public:
     [[nodiscard]] QString introspect(const QString &) const override { return {}; }
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override {
-        if (message.member() != QStringLiteral("Notify"))
+        if (message.member() != QStringLiteral("Notify")) {
             return false;
+        }
         asked.append(message);
         connection.send(message.createReply(1U));
         return true;
@@ -198,8 +201,9 @@ TEST_F(LinuxWorkspaceTest, NotificationsGoToTheDesktop) {
     LinuxWorkspace(folders).notify(QStringLiteral("Title"), QStringLiteral("a <b> & c"));
     QElapsedTimer clock;
     clock.start();
-    while (notifications.asked.isEmpty() && clock.elapsed() < 10000)
+    while (notifications.asked.isEmpty() && clock.elapsed() < 10000) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
     ASSERT_EQ(notifications.asked.size(), 1);
     const QVariantList arguments = notifications.asked[0].arguments();
     EXPECT_EQ(notifications.asked[0].signature(), QStringLiteral("susssasa{sv}i"));

@@ -24,8 +24,9 @@ protected:
     void spin(qsizetype count, int milliseconds = 5000) {
         QElapsedTimer clock;
         clock.start();
-        while (calls.size() < count && clock.elapsed() < milliseconds)
+        while (calls.size() < count && clock.elapsed() < milliseconds) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+        }
     }
 };
 

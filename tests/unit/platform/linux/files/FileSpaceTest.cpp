@@ -77,8 +77,9 @@ TEST_F(FileSpaceTest, CheckingLeavesNothing) {
 }
 
 TEST_F(FileSpaceTest, ReservedSpaceOutlastsAFullDisk) {
-    if (!sandbox::isInside())
+    if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
+    }
     mountDisk("size=256k,mode=700");
     write(path, {});
     ASSERT_EQ(platform::reserveSpace(path, room), 0);
@@ -91,8 +92,9 @@ TEST_F(FileSpaceTest, ReservedSpaceOutlastsAFullDisk) {
 }
 
 TEST_F(FileSpaceTest, FullDiskIsReported) {
-    if (!sandbox::isInside())
+    if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
+    }
     mountDisk("size=64k,mode=700");
     write(path, "x");
     fill();
@@ -101,8 +103,9 @@ TEST_F(FileSpaceTest, FullDiskIsReported) {
 }
 
 TEST_F(FileSpaceTest, DiskWithoutSpaceForOneMoreFileIsReported) {
-    if (!sandbox::isInside())
+    if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
+    }
     mountDisk("size=1m,nr_inodes=2,mode=700");
     write(path, "x");
     EXPECT_EQ(platform::reserveSpace(path, room), 0);
@@ -110,8 +113,9 @@ TEST_F(FileSpaceTest, DiskWithoutSpaceForOneMoreFileIsReported) {
 }
 
 TEST_F(FileSpaceTest, FileSystemThatReservesNothingCountsAsSpacious) {
-    if (!sandbox::isInside())
+    if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
+    }
     ASSERT_EQ(mount("small", QFile::encodeName(disk).constData(), "ramfs", 0, "mode=700"), 0);
     mounted = true;
     write(path, "x");
@@ -120,8 +124,9 @@ TEST_F(FileSpaceTest, FileSystemThatReservesNothingCountsAsSpacious) {
 }
 
 TEST_F(FileSpaceTest, ReadOnlyDiskIsReported) {
-    if (!sandbox::isInside())
+    if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
+    }
     mountDisk("size=1m,mode=700");
     write(path, "x");
     ASSERT_EQ(mount("small", QFile::encodeName(disk).constData(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr),

@@ -56,16 +56,17 @@ public:
     bool handleMessage(const QDBusMessage &message, const QDBusConnection & /*connection*/) override {
         const QString method = message.member();
         calls.append(method);
-        if (method == QLatin1String("Register"))
+        if (method == QLatin1String("Register")) {
             applicationId = message.arguments().value(0).toString();
-        else if (method == QLatin1String("Get"))
+        } else if (method == QLatin1String("Get")) {
             replyVersion(message);
-        else if (method == QLatin1String("CreateSession"))
+        } else if (method == QLatin1String("CreateSession")) {
             create(message);
-        else if (method == QLatin1String("BindShortcuts"))
+        } else if (method == QLatin1String("BindShortcuts")) {
             bind(message);
-        else if (method == QLatin1String("Close"))
+        } else if (method == QLatin1String("Close")) {
             closeAsked(message);
+        }
         return true;
     }
 
@@ -121,8 +122,9 @@ public:
 
     [[nodiscard]] QStringList ids() const {
         QStringList all;
-        for (const Shortcut &shortcut : shortcuts)
+        for (const Shortcut &shortcut : shortcuts) {
             all.append(shortcut.id);
+        }
         return all;
     }
 
@@ -161,12 +163,14 @@ private:
     static QVariant boundList(const QStringList &ids);
 
     void replyVersion(const QDBusMessage &message) const {
-        if (toProbe == Answer::Never)
+        if (toProbe == Answer::Never) {
             return;
-        if (hasShortcuts)
+        }
+        if (hasShortcuts) {
             bus.send(message.createReply(QVariant::fromValue(QDBusVariant(1U))));
-        else
+        } else {
             refuse(message);
+        }
     }
 
     void refuse(const QDBusMessage &message) const {
@@ -177,8 +181,9 @@ private:
         const QVariantMap options = qdbus_cast<QVariantMap>(message.arguments().value(0));
         createRequest = pathOf(QStringLiteral("request"), message.service(),
                                options.value(QStringLiteral("handle_token")).toString());
-        if (!hasShortcuts || toCreate == Answer::Error)
+        if (!hasShortcuts || toCreate == Answer::Error) {
             return refuse(message);
+        }
         session = pathOf(QStringLiteral("session"), message.service(),
                          options.value(QStringLiteral("session_handle_token")).toString());
         answer(message, toCreate, createRequest, QVariantMap{{QStringLiteral("session_handle"), session}});
@@ -189,8 +194,9 @@ private:
         bindRequest = pathOf(QStringLiteral("request"), message.service(),
                              options.value(QStringLiteral("handle_token")).toString());
         readShortcuts(message.arguments().value(1));
-        if (toBind == Answer::Error)
+        if (toBind == Answer::Error) {
             return refuse(message);
+        }
         answer(message, toBind, bindRequest,
                {{QStringLiteral("shortcuts"), boundList(onlyThese.value_or(ids()))}});
     }
@@ -217,18 +223,20 @@ private:
             return;
         }
         bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(path))));
-        if (how == Answer::Yes)
+        if (how == Answer::Yes) {
             respond(path, {0U, results});
-        else if (how == Answer::No)
+        } else if (how == Answer::No) {
             respond(path, {1U, QVariantMap()});
-        else if (how == Answer::Garbage)
+        } else if (how == Answer::Garbage) {
             respond(path, garbage);
+        }
     }
 
     void closeAsked(const QDBusMessage &message) {
         closed.append(message.path());
-        if (toClose == Answer::Yes && message.isReplyRequired())
+        if (toClose == Answer::Yes && message.isReplyRequired()) {
             bus.send(message.createReply());
+        }
     }
 
     const QString name;
@@ -259,8 +267,9 @@ inline QVariant FakePortal::boundList(const QStringList &ids) {
     qDBusRegisterMetaType<BoundShortcut>();
     qDBusRegisterMetaType<QList<BoundShortcut>>();
     QList<BoundShortcut> list;
-    for (const QString &id : ids)
+    for (const QString &id : ids) {
         list.append({id, {{QStringLiteral("trigger_description"), QStringLiteral("Meta+X")}}});
+    }
     return QVariant::fromValue(list);
 }
 

@@ -100,8 +100,9 @@ TEST_F(PortalHotKeyServiceTest, OneDialogForRegistrationsCloseTogether) {
     EXPECT_TRUE(portal->calls.isEmpty()) << "nothing happens within the call";
     ASSERT_TRUE(waitForBinding());
     QStringList triggers;
-    for (const FakePortal::Shortcut &shortcut : std::as_const(portal->shortcuts))
+    for (const FakePortal::Shortcut &shortcut : std::as_const(portal->shortcuts)) {
         triggers.append(shortcut.trigger);
+    }
     EXPECT_EQ(triggers,
               QStringList({QStringLiteral("LOGO+1"), QStringLiteral("CTRL+F1"), QStringLiteral("LOGO+Up"),
                            QStringLiteral("SHIFT+a"), QStringLiteral("CTRL+SHIFT+LOGO+2")}));
@@ -110,8 +111,9 @@ TEST_F(PortalHotKeyServiceTest, OneDialogForRegistrationsCloseTogether) {
     EXPECT_EQ(portal->applicationId, QStringLiteral("com.tallowind.Quorvane"));
     quint32 action = 0;
     const QStringList ids = portal->ids();
-    for (const QString &id : ids)
+    for (const QString &id : ids) {
         EXPECT_TRUE(fires(id, ++action)) << id.toStdString();
+    }
     EXPECT_EQ(portal->count("BindShortcuts"), 1);
     EXPECT_EQ(portal->count("CreateSession"), 1);
     EXPECT_TRUE(refused.isEmpty());

@@ -115,8 +115,9 @@ TEST_F(X11HotKeyServiceTest, LockKeysDoNotMatter) {
 TEST_F(X11HotKeyServiceTest, OtherModifiersMakeAnotherCombination) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    for (const quint8 extra : {controlKey, shiftKey, altKey})
+    for (const quint8 extra : {controlKey, shiftKey, altKey}) {
         other.strike({extra, superKey, key1});
+    }
     other.strike({key1});
     other.strike({superKey, key2});
     EXPECT_TRUE(firesOnly({2}));
@@ -167,8 +168,9 @@ TEST_F(X11HotKeyServiceTest, CombinationOfAnotherClientIsRefused) {
 
 TEST_F(X11HotKeyServiceTest, CombinationIsTakenFromEverybodyElse) {
     hold(codeOf1, HotKeyService::command, 1);
-    for (const int locks : lockStates)
+    for (const int locks : lockStates) {
         EXPECT_FALSE(other.grab(key1, superMask | locks));
+    }
 }
 
 TEST_F(X11HotKeyServiceTest, SecondRegistrationIsRefused) {
@@ -193,8 +195,9 @@ TEST_F(X11HotKeyServiceTest, ReleaseLeavesTheOthers) {
     other.strike({superKey, key2});
     other.strike({controlKey, key1});
     EXPECT_TRUE(firesOnly({2, 3}));
-    for (const int locks : lockStates)
+    for (const int locks : lockStates) {
         EXPECT_TRUE(other.grab(key1, superMask | locks));
+    }
 }
 
 TEST_F(X11HotKeyServiceTest, ReferencesAreGoodOnce) {

@@ -25,10 +25,12 @@ struct Read {
 Read read(const QByteArray &bytes, qsizetype pieces, bool ends = true) {
     HttpAnswer answer(room);
     Read result;
-    for (qsizetype at = 0; at < bytes.size(); at += pieces)
+    for (qsizetype at = 0; at < bytes.size(); at += pieces) {
         result.body += answer.take(bytes.mid(at, pieces));
-    if (ends)
+    }
+    if (ends) {
         answer.takeEnd();
+    }
     result.state = answer.state();
     result.status = answer.status();
     result.location = answer.location();
@@ -38,8 +40,9 @@ Read read(const QByteArray &bytes, qsizetype pieces, bool ends = true) {
 /// The same whatever the pieces are.
 Read readInPieces(const QByteArray &bytes, bool ends = true) {
     const Read whole = read(bytes, std::max<qsizetype>(bytes.size(), 1), ends);
-    for (const qsizetype pieces : {1, 2, 3, 7})
+    for (const qsizetype pieces : {1, 2, 3, 7}) {
         EXPECT_EQ(read(bytes, pieces, ends), whole) << bytes.constData() << " in pieces of " << pieces;
+    }
     return whole;
 }
 
@@ -71,8 +74,9 @@ TEST(HttpAnswer, CutShortIsBroken) {
                              "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhel",
                              "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n",
                              "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n0\r\n"};
-    for (const QByteArray &bytes : cut)
+    for (const QByteArray &bytes : cut) {
         EXPECT_EQ(readInPieces(bytes).state, State::Broken) << bytes.constData();
+    }
 }
 
 TEST(HttpAnswer, WhatIsNoHttpIsBrokenAtOnce) {
@@ -96,8 +100,9 @@ TEST(HttpAnswer, WhatIsNoHttpIsBrokenAtOnce) {
         "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n\r\n",
         "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nffffffffffffffffffff\r\n",
         "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nhello\r\n"};
-    for (const QByteArray &bytes : wrong)
+    for (const QByteArray &bytes : wrong) {
         EXPECT_EQ(readInPieces(bytes, false).state, State::Broken) << bytes.constData();
+    }
 }
 
 TEST(HttpAnswer, TheHeadIsBounded) {

@@ -58,8 +58,9 @@ public:
     [[nodiscard]] bool tells(const std::vector<std::uint32_t> &expected) const {
         QElapsedTimer clock;
         clock.start();
-        while (seen() != expected && clock.elapsed() < 10000)
+        while (seen() != expected && clock.elapsed() < 10000) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
         return seen() == expected;
     }
 
@@ -73,8 +74,9 @@ private:
 class NetlinkReachabilityTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!sandbox::isInside())
+        if (!sandbox::isInside()) {
             GTEST_SKIP() << "needs a network namespace of its own";
+        }
         ip("link add eth0 type veth peer name far0");
         ip("link set far0 up");
         ip("link set eth0 up");
@@ -82,8 +84,9 @@ protected:
     }
 
     void TearDown() override {
-        if (sandbox::isInside())
+        if (sandbox::isInside()) {
             ip("link delete eth0");
+        }
     }
 
     [[nodiscard]] std::optional<std::uint32_t> flagsOf(std::uint32_t target) {
@@ -190,15 +193,17 @@ TEST_F(NetlinkReachabilityTest, ACallbackMayEndItsTarget) {
     ASSERT_TRUE(target->setQueue(queue.get()));
     QElapsedTimer clock;
     clock.start();
-    while (!ended && clock.elapsed() < 10000)
+    while (!ended && clock.elapsed() < 10000) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     EXPECT_TRUE(ended);
 }
 
 TEST_F(NetlinkReachabilityTest, NameCountsAsItsAddress) {
     QFile hosts(QStringLiteral("/etc/hosts"));
-    if (!sandbox::hasAccounts() || !hosts.open(QIODevice::Append))
+    if (!sandbox::hasAccounts() || !hosts.open(QIODevice::Append)) {
         GTEST_SKIP() << "needs a hosts file of its own";
+    }
     hosts.write("198.51.100.7 far.quorvane.test\n");
     hosts.close();
     ip("route add default via 192.0.2.1");
@@ -207,8 +212,9 @@ TEST_F(NetlinkReachabilityTest, NameCountsAsItsAddress) {
     const Watcher watcher(reachability.targetWithName(QStringLiteral("far.quorvane.test")));
     QElapsedTimer clock;
     clock.start();
-    while ((watcher.seen().empty() || watcher.seen().back() != 0) && clock.elapsed() < 10000)
+    while ((watcher.seen().empty() || watcher.seen().back() != 0) && clock.elapsed() < 10000) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     ASSERT_FALSE(watcher.seen().empty());
     EXPECT_EQ(watcher.seen().back(), 0U);
     auto expected = watcher.seen();
@@ -218,8 +224,9 @@ TEST_F(NetlinkReachabilityTest, NameCountsAsItsAddress) {
 }
 
 TEST_F(NetlinkReachabilityTest, UnresolvableNameFollowsTheDefaultRouteWithoutBlocking) {
-    if (!sandbox::hasAccounts())
+    if (!sandbox::hasAccounts()) {
         GTEST_SKIP() << "needs a resolver file of its own";
+    }
     // A name server that never answers: each look-up takes seconds.
     QFile resolver(QStringLiteral("/etc/resolv.conf"));
     ASSERT_TRUE(resolver.open(QIODevice::WriteOnly | QIODevice::Truncate));

@@ -42,8 +42,9 @@ protected:
     static bool spin(Condition condition, int milliseconds = 20000) {
         QElapsedTimer clock;
         clock.start();
-        while (!condition() && clock.elapsed() < milliseconds)
+        while (!condition() && clock.elapsed() < milliseconds) {
             QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+        }
         return condition();
     }
 
@@ -117,8 +118,9 @@ TEST_F(QtUrlLoaderTest, RefusesTextsThatCannotBeSentAsTheyStand) {
         EXPECT_FALSE(fetch(loader, server.url(target))) << target.constData();
     }
     for (const char *url : {"", "/", "ftp://127.0.0.1/", "file:///etc/passwd", "https://", "https:///x",
-                            "http://u:p@127.0.0.1/", "127.0.0.1", "HTTP://127.0.0.1/"})
+                            "http://u:p@127.0.0.1/", "127.0.0.1", "HTTP://127.0.0.1/"}) {
         EXPECT_FALSE(platform::strictUrl(url)) << url;
+    }
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
@@ -201,8 +203,9 @@ TEST_F(QtUrlLoaderTest, AHugeHeadIsCutOff) {
     std::atomic<qint64> sent = 0;
     TestServer server([&sent](int descriptor) {
         TestServer::send(descriptor, "HTTP/1.1 200 OK\r\nX: ");
-        for (int i = 0; i < 1000 && TestServer::send(descriptor, QByteArray(100000, 'x')); ++i)
+        for (int i = 0; i < 1000 && TestServer::send(descriptor, QByteArray(100000, 'x')); ++i) {
             sent += 100000;
+        }
     });
     const Outcome outcome = download(loader, server.url());
     ASSERT_TRUE(outcome.error);
@@ -222,8 +225,9 @@ TEST_F(QtUrlLoaderTest, WhatIsNotHttpFails) {
 
 TEST_F(QtUrlLoaderTest, SilenceTimesOut) {
     TestServer server([&server](int) {
-        while (server.isRunning())
+        while (server.isRunning()) {
             usleep(5000);
+        }
     });
     QElapsedTimer clock;
     clock.start();
@@ -336,8 +340,9 @@ TEST_F(QtUrlLoaderTest, FolderThatIsMissingOrFullFailsWithFile) {
 TEST_F(QtUrlLoaderTest, ContextThatGoesTakesTheDownloadAlong) {
     TestServer server([&server](int descriptor) {
         TestServer::send(descriptor, "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf ");
-        while (server.isRunning())
+        while (server.isRunning()) {
             usleep(5000);
+        }
     });
     Outcome outcome;
     auto context = std::make_unique<QObject>();
@@ -356,8 +361,9 @@ TEST_F(QtUrlLoaderTest, ContextThatGoesTakesTheDownloadAlong) {
 
 TEST_F(QtUrlLoaderTest, LoaderThatGoesEndsDownloadsSilently) {
     TestServer server([&server](int) {
-        while (server.isRunning())
+        while (server.isRunning()) {
             usleep(5000);
+        }
     });
     Outcome outcome;
     QObject context;

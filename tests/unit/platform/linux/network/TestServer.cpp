@@ -21,8 +21,9 @@ TestServer::TestServer(Answer connectionAnswer) : answer(std::move(connectionAns
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
     if (bind(listener, plain(address), size) != 0 || listen(listener, 16) != 0 ||
-        getsockname(listener, plain(address), &size) != 0)
+        getsockname(listener, plain(address), &size) != 0) {
         qFatal("the test server cannot listen");
+    }
     number = ntohs(address.sin_port);
     thread = std::thread([this] { serve(); });
 }
@@ -30,8 +31,9 @@ TestServer::TestServer(Answer connectionAnswer) : answer(std::move(connectionAns
 TestServer::~TestServer() {
     ending = true;
     thread.join();
-    for (std::thread &connection : connections)
+    for (std::thread &connection : connections) {
         connection.join();
+    }
     close(listener);
 }
 
@@ -49,8 +51,9 @@ bool TestServer::send(int descriptor, const QByteArray &bytes) {
     while (sent < bytes.size()) {
         const ssize_t written = ::send(descriptor, bytes.constData() + sent,
                                        static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL);
-        if (written <= 0)
+        if (written <= 0) {
             return false;
+        }
         sent += written;
     }
     return true;
@@ -68,11 +71,13 @@ TestServer::Answer TestServer::reply(const QByteArray &status, const QByteArray 
 void TestServer::serve() {
     while (!ending) {
         pollfd waiting{listener, POLLIN, 0};
-        if (poll(&waiting, 1, 20) <= 0)
+        if (poll(&waiting, 1, 20) <= 0) {
             continue;
+        }
         const int descriptor = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (descriptor >= 0)
+        if (descriptor >= 0) {
             connections.emplace_back([this, descriptor] { handle(descriptor); });
+        }
     }
 }
 
@@ -80,12 +85,14 @@ void TestServer::handle(int descriptor) {
     QByteArray head;
     while (!head.contains("\r\n\r\n") && !ending) {
         pollfd waiting{descriptor, POLLIN, 0};
-        if (poll(&waiting, 1, 20) <= 0)
+        if (poll(&waiting, 1, 20) <= 0) {
             continue;
+        }
         char part[4096];
         const ssize_t got = recv(descriptor, part, sizeof part, 0);
-        if (got <= 0)
+        if (got <= 0) {
             break;
+        }
         head.append(part, got);
     }
     if (head.contains("\r\n\r\n")) {

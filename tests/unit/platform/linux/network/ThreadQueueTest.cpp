@@ -21,8 +21,9 @@ TEST(ThreadQueueTest, RunsInOrderOnOneThreadOfItsOwn) {
     bool same = true;
     for (int i = 0; i < 100; ++i) {
         queue.async([&, i] {
-            if (i == 0)
+            if (i == 0) {
                 first = std::this_thread::get_id();
+            }
             same = same && first == std::this_thread::get_id();
             order.push_back(i);
         });
@@ -30,8 +31,9 @@ TEST(ThreadQueueTest, RunsInOrderOnOneThreadOfItsOwn) {
     queue.async([&] { done.set_value(); });
     done.get_future().wait();
     ASSERT_EQ(order.size(), 100U);
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(order[static_cast<std::size_t>(i)], i);
+    }
     EXPECT_TRUE(same);
     EXPECT_NE(first, std::this_thread::get_id());
 }
@@ -73,12 +75,14 @@ TEST(ThreadQueueTest, TakesWorkFromManyThreads) {
     callers.reserve(4);
     for (int i = 0; i < 4; ++i) {
         callers.emplace_back([&] {
-            for (int round = 0; round < 250; ++round)
+            for (int round = 0; round < 250; ++round) {
                 queue.async([&] { ++count; });
+            }
         });
     }
-    for (std::thread &caller : callers)
+    for (std::thread &caller : callers) {
         caller.join();
+    }
     std::promise<int> done;
     queue.async([&] { done.set_value(count); });
     EXPECT_EQ(done.get_future().get(), 1000);
@@ -91,8 +95,9 @@ TEST(ReachabilityDeliveryTest, TellsTheFirstStateAndChangesOnly) {
     delivery.setCallback([&](std::uint32_t flags) { seen.push_back(flags); });
     delivery.report(1);
     delivery.setQueue(&queue);
-    for (const std::uint32_t flags : {2U, 2U, 0U, 0U, 2U})
+    for (const std::uint32_t flags : {2U, 2U, 0U, 0U, 2U}) {
         delivery.report(flags);
+    }
     std::promise<void> done;
     queue.async([&] { done.set_value(); });
     done.get_future().wait();
@@ -115,8 +120,9 @@ TEST(ReachabilityDeliveryTest, NothingRunsAfterItWasStopped) {
         delivery.setCallback([&](std::uint32_t) { late = late || stopped; });
         delivery.setQueue(&queue);
         std::thread reporter([&] {
-            for (std::uint32_t flags = 0; flags < 20; ++flags)
+            for (std::uint32_t flags = 0; flags < 20; ++flags) {
                 delivery.report(flags);
+            }
         });
         delivery.setQueue(nullptr);
         stopped = true;

@@ -48,8 +48,9 @@ TlsServer::TlsServer(const TestCertificates &certificates, const QString &certif
     configuration.setLocalCertificateChain(
         QSslCertificate::fromPath(certificates.path(certificate + QStringLiteral(".crt"))));
     QFile key(certificates.path(certificate + QStringLiteral(".key")));
-    if (!key.open(QIODevice::ReadOnly))
+    if (!key.open(QIODevice::ReadOnly)) {
         qFatal("no key for the test server");
+    }
     configuration.setPrivateKey(QSslKey(&key, QSsl::Ec));
     thread = std::thread([this, configuration, answer] { serve(configuration, answer); });
     port = listening.get_future().get();
@@ -72,8 +73,9 @@ void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &
     QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server, [&server, answer] {
         while (QTcpSocket *socket = server.nextPendingConnection()) {
             const auto reply = [socket, answer] {
-                if (!socket->peek(65536).contains("\r\n\r\n"))
+                if (!socket->peek(65536).contains("\r\n\r\n")) {
                     return;
+                }
                 socket->readAll();
                 socket->write(answer);
                 socket->disconnectFromHost();
@@ -82,15 +84,17 @@ void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &
             reply();
         }
     });
-    if (!server.listen(QHostAddress::LocalHost))
+    if (!server.listen(QHostAddress::LocalHost)) {
         qFatal("the test server cannot listen");
+    }
     listening.set_value(server.serverPort());
     const auto end = ending.get_future();
     // Wakes the loop to look for the end.
     QTimer beat;
     beat.start(10);
-    while (end.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+    while (end.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
         loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
 }
 
 } // namespace quorvane::platform

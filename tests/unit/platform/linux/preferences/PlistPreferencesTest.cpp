@@ -229,8 +229,9 @@ TEST_F(PlistPreferencesTest, LinkIsLeftAlone) {
 }
 
 TEST_F(PlistPreferencesTest, ForeignFileIsLeftAlone) {
-    if (geteuid() != 0 || !sandbox::hasAccounts())
+    if (geteuid() != 0 || !sandbox::hasAccounts()) {
         GTEST_SKIP() << "needs root to give a file away";
+    }
     PlistPreferences(path).setValue(one, 1);
     ASSERT_EQ(chown(path.toUtf8().constData(), 12345, 12345), 0);
     PlistPreferences store(path);
@@ -306,8 +307,9 @@ TEST_F(PlistPreferencesTest, ThreadsKeepEachOthersKeys) {
             }
         });
     }
-    for (std::thread &writer : writers)
+    for (std::thread &writer : writers) {
         writer.join();
+    }
     EXPECT_EQ(onDisk().size(), threads * keys);
 }
 
@@ -330,8 +332,9 @@ TEST_F(PlistPreferencesTest, ProcessesKeepEachOthersKeys) {
     for (int process = 0; process < processes; ++process) {
         children.push_back(inChild([this, process] {
             PlistPreferences store(path, 30000);
-            for (int i = 0; i < keys; ++i)
+            for (int i = 0; i < keys; ++i) {
                 store.setValue(QStringLiteral("%1-%2").arg(process).arg(i), i);
+            }
         }));
     }
     for (const pid_t child : children) {
@@ -347,8 +350,9 @@ TEST_F(PlistPreferencesTest, FileIsWholeWheneverAWriterIsKilled) {
     for (int round = 0; round < 40; ++round) {
         const pid_t child = inChild([this] {
             PlistPreferences store(path);
-            for (int i = 0;; ++i)
+            for (int i = 0;; ++i) {
                 store.setValues({{two, i}, {QStringLiteral("long"), QString(20000, u'y')}});
+            }
         });
         // Somewhere within the child's writing; the moment differs from round to round.
         usleep(static_cast<useconds_t>(3000 + round * 137));
@@ -365,8 +369,9 @@ TEST_F(PlistPreferencesTest, FileIsWholeWheneverAWriterIsKilled) {
 }
 
 TEST_F(PlistPreferencesTest, FullDiskLeavesTheOldFileWhole) {
-    if (!sandbox::isInside())
+    if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
+    }
     const QByteArray small = folder.path().toUtf8();
     ASSERT_EQ(mount("small", small.constData(), "tmpfs", 0, "size=64k,mode=700"), 0);
     {

@@ -116,8 +116,9 @@ TEST(PropertyListParse, RealsDoNotHangOnTheLocale) {
     localedef.start(QStringLiteral("localedef"),
                     {QStringLiteral("-i"), QStringLiteral("de_DE"), QStringLiteral("-f"),
                      QStringLiteral("UTF-8"), folder.filePath(QStringLiteral("de_DE.UTF-8"))});
-    if (!localedef.waitForFinished(60000) || localedef.exitCode() != 0)
+    if (!localedef.waitForFinished(60000) || localedef.exitCode() != 0) {
         GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    }
     ASSERT_TRUE(qputenv("LOCPATH", folder.path().toUtf8()));
     const QByteArray before = setlocale(LC_ALL, nullptr);
     ASSERT_NE(setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
@@ -129,8 +130,9 @@ TEST(PropertyListParse, RealsDoNotHangOnTheLocale) {
 
 TEST(PropertyListParse, RefusesWhatIsNoDictionary) {
     for (const char *text : {"", "x", "<plist/>", "<plist version=\"1.0\"><array/></plist>", "bplist00",
-                             "bplist01", "<?xml version=\"1.0\"?>", "{\"json\":1}", "<dict>"})
+                             "bplist01", "<?xml version=\"1.0\"?>", "{\"json\":1}", "<dict>"}) {
         EXPECT_FALSE(PropertyList::parse(text)) << text;
+    }
 }
 
 TEST(PropertyListParse, RefusesNulBytesAndBrokenUtf8) {
@@ -242,8 +244,9 @@ TEST(PropertyListParse, SurvivesAThousandHostileInputs) {
                 bytes.insert(at, bytes.mid(at, static_cast<qsizetype>(random() % 64)));
             }
         }
-        if (!PropertyList::parse(bytes))
+        if (!PropertyList::parse(bytes)) {
             ++refused;
+        }
     }
     EXPECT_GT(refused, 1000);
     EXPECT_LT(refused, 4000);

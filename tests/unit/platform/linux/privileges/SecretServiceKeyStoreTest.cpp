@@ -21,8 +21,9 @@ protected:
         keyring->start(QStringLiteral("gnome-keyring-daemon"),
                        {QStringLiteral("--unlock"), QStringLiteral("--components=secrets"),
                         QStringLiteral("--foreground")});
-        if (!keyring->waitForStarted())
+        if (!keyring->waitForStarted()) {
             return;
+        }
         keyring->write("test-password");
         keyring->waitForBytesWritten();
         keyring->closeWriteChannel();
@@ -36,8 +37,9 @@ protected:
     }
 
     void SetUp() override {
-        if (keyring->state() == QProcess::NotRunning)
+        if (keyring->state() == QProcess::NotRunning) {
             GTEST_SKIP() << "gnome-keyring-daemon is not installed";
+        }
         ASSERT_TRUE(DesktopBus::isUp());
         // A call before that would have the bus start another, locked one.
         ASSERT_TRUE(DesktopBus::waitForName(QStringLiteral("org.freedesktop.secrets")));

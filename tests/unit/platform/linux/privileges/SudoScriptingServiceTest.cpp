@@ -107,8 +107,9 @@ TEST_F(UserLine, AChildLeftBehindCanGoOnWriting) {
     ASSERT_TRUE(result.succeeded);
     QElapsedTimer clock;
     clock.start();
-    while (!QFile::exists(proof) && clock.elapsed() < 10000)
+    while (!QFile::exists(proof) && clock.elapsed() < 10000) {
         usleep(10000);
+    }
     EXPECT_TRUE(QFile::exists(proof));
 }
 
@@ -128,8 +129,9 @@ TEST_F(UserLine, ANulCannotBePassed) {
 class AdministratorLine : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!sandbox::hasAccounts())
+        if (!sandbox::hasAccounts()) {
             GTEST_SKIP() << "needs root and namespaces of its own for throw-away accounts";
+        }
         // The build folder need not be open to the accounts.
         QDir().mkpath(QStringLiteral("/run/tests/Resources"));
         ASSERT_TRUE(QFile::exists(helper) || QFile::copy(QStringLiteral(SCRIPTING_HELPER), helper));
@@ -138,12 +140,13 @@ protected:
     /// Starts the helper as the account.
     void start(QProcess &process, const QString &asker, const QString &line, const QString &name,
                const QString &password) const {
-        if (asker == QStringLiteral("root"))
+        if (asker == QStringLiteral("root")) {
             process.start(helper, {resources});
-        else
+        } else {
             process.start(QStringLiteral("setpriv"),
                           {QStringLiteral("--reuid=") + asker, QStringLiteral("--regid=") + asker,
                            QStringLiteral("--init-groups"), QStringLiteral("--"), helper, resources});
+        }
         process.write(line.toUtf8() + '\0' + name.toUtf8() + '\0' + password.toUtf8() + '\0');
         process.closeWriteChannel();
     }
@@ -155,8 +158,9 @@ protected:
         ScriptResult result;
         result.succeeded = fields.value(0) == "1";
         result.text = QString::fromUtf8(fields.value(1));
-        if (fields.value(2) != "-")
+        if (fields.value(2) != "-") {
             result.errorNumber = fields.value(2).toInt();
+        }
         result.errorMessage = QString::fromUtf8(fields.value(3));
         return result;
     }
@@ -366,8 +370,9 @@ QByteArray everythingVisible() {
     for (const QString &process : processes) {
         for (const char *name : {"cmdline", "environ"}) {
             QFile file(QStringLiteral("/proc/%1/%2").arg(process, QLatin1String(name)));
-            if (file.open(QIODevice::ReadOnly))
+            if (file.open(QIODevice::ReadOnly)) {
                 seen += file.readAll();
+            }
         }
     }
     return seen;

@@ -22,8 +22,9 @@ int main(int argc, char **argv) {
     const QCoreApplication application(argc, argv);
     QFile input;
     QFile output;
-    if (argc != 2 || !input.open(stdin, QIODevice::ReadOnly) || !output.open(stdout, QIODevice::WriteOnly))
+    if (argc != 2 || !input.open(stdin, QIODevice::ReadOnly) || !output.open(stdout, QIODevice::WriteOnly)) {
         return 2;
+    }
     const QByteArrayList fields = input.readAll().split('\0');
     platform::SudoScriptingService service(QFile::decodeName(argv[1]));
     const platform::ScriptResult result =
