@@ -10,15 +10,15 @@ class FileDescriptor {
 public:
     FileDescriptor() = default;
 
-    explicit FileDescriptor(int number) : descriptor(number) {}
+    explicit FileDescriptor(int descriptor) : m_descriptor(descriptor) {}
 
     ~FileDescriptor() { reset(); }
 
-    FileDescriptor(FileDescriptor &&other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
+    FileDescriptor(FileDescriptor &&other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
 
     FileDescriptor &operator=(FileDescriptor &&other) noexcept {
         if (this != &other) {
-            reset(std::exchange(other.descriptor, -1));
+            reset(std::exchange(other.m_descriptor, -1));
         }
         return *this;
     }
@@ -26,22 +26,22 @@ public:
     FileDescriptor(const FileDescriptor &) = delete;
     FileDescriptor &operator=(const FileDescriptor &) = delete;
 
-    [[nodiscard]] int get() const { return descriptor; }
+    [[nodiscard]] int get() const { return m_descriptor; }
 
-    [[nodiscard]] bool isOpen() const { return descriptor >= 0; }
+    [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
 
     /// Gives the descriptor away, open.
-    [[nodiscard]] int release() { return std::exchange(descriptor, -1); }
+    [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
 
     void reset(int number = -1) {
-        if (descriptor >= 0) {
-            ::close(descriptor);
+        if (m_descriptor >= 0) {
+            ::close(m_descriptor);
         }
-        descriptor = number;
+        m_descriptor = number;
     }
 
 private:
-    int descriptor = -1;
+    int m_descriptor = -1;
 };
 
 } // namespace quorvane

@@ -14,7 +14,7 @@ public:
     /// The contents folder of the running program: its real path with the last two components removed.
     [[nodiscard]] static Bundle ofExecutable();
 
-    [[nodiscard]] QString contentsPath() const { return contents; }
+    [[nodiscard]] QString contentsPath() const { return m_contents; }
 
     [[nodiscard]] QString resourcesPath() const;
     /// Path of the resource "name.type" (or "name" with an empty type); null when there is no such file.
@@ -27,8 +27,8 @@ public:
     [[nodiscard]] QString identifier() const;
 
 private:
-    QString contents;
-    QVariantMap dictionary;
+    QString m_contents;
+    QVariantMap m_dictionary;
 };
 
 } // namespace quorvane::platform

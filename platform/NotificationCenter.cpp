@@ -5,14 +5,14 @@
 namespace quorvane::platform {
 
 void NotificationCenter::addObserver(const QString &name, QObject *context, Handler handler) {
-    const std::lock_guard lock(mutex);
-    std::erase_if(observers, [](const Observer &observer) { return observer.context.isNull(); });
-    observers.push_back({nextId++, name, context, std::move(handler)});
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_observers, [](const Observer &observer) { return observer.context.isNull(); });
+    m_observers.push_back({m_nextId++, name, context, std::move(handler)});
 }
 
 void NotificationCenter::removeObservers(const QObject *context) {
-    const std::lock_guard lock(mutex);
-    std::erase_if(observers,
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_observers,
                   [context](const Observer &observer) { return observer.context.data() == context; });
 }
 
@@ -21,8 +21,8 @@ void NotificationCenter::post(const QString &name, const QVariant &object) {
     // handler of the same post removed is passed over.
     std::vector<Observer> due;
     {
-        const std::lock_guard lock(mutex);
-        std::copy_if(observers.begin(), observers.end(), std::back_inserter(due),
+        const std::lock_guard lock(m_mutex);
+        std::copy_if(m_observers.begin(), m_observers.end(), std::back_inserter(due),
                      [&name](const Observer &observer) { return observer.name == name; });
     }
     for (const Observer &observer : due) {
@@ -33,8 +33,8 @@ void NotificationCenter::post(const QString &name, const QVariant &object) {
 }
 
 bool NotificationCenter::stillObserves(std::uint64_t id) {
-    const std::lock_guard lock(mutex);
-    return std::any_of(observers.begin(), observers.end(), [id](const Observer &observer) {
+    const std::lock_guard lock(m_mutex);
+    return std::any_of(m_observers.begin(), m_observers.end(), [id](const Observer &observer) {
         return observer.id == id && !observer.context.isNull();
     });
 }

@@ -34,9 +34,9 @@ private:
 
     [[nodiscard]] bool stillObserves(std::uint64_t id);
 
-    std::mutex mutex;
-    std::uint64_t nextId = 0;
-    std::vector<Observer> observers;
+    std::mutex m_mutex;
+    std::uint64_t m_nextId = 0;
+    std::vector<Observer> m_observers;
 };
 
 } // namespace quorvane::platform

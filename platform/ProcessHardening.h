@@ -23,7 +23,7 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
-    QSocketNotifier *notifier = nullptr;
+    QSocketNotifier *m_notifier = nullptr;
 };
 
 } // namespace quorvane::platform

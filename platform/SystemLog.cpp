@@ -34,15 +34,15 @@ QString escaped(const QString &line) {
 
 } // namespace
 
-SystemLog::SystemLog(LogSink &target, const PreferencesStore &store) : sink(target), preferences(store) {}
+SystemLog::SystemLog(LogSink &target, const PreferencesStore &store) : m_sink(target), m_preferences(store) {}
 
 void SystemLog::setMask(Mask newMask) {
-    const std::lock_guard lock(mutex);
-    mask = std::move(newMask);
+    const std::lock_guard lock(m_mutex);
+    m_mask = std::move(newMask);
 }
 
 bool SystemLog::gateOpen() const {
-    return preferences.integer(QStringLiteral("showLogs")) == 0;
+    return m_preferences.integer(QStringLiteral("showLogs")) == 0;
 }
 
 void SystemLog::write(const QString &line) {
@@ -54,11 +54,11 @@ void SystemLog::write(const QString &line) {
 void SystemLog::writeAlways(const QString &line) {
     Mask present;
     {
-        const std::lock_guard lock(mutex);
-        present = mask;
+        const std::lock_guard lock(m_mutex);
+        present = m_mask;
     }
     // The mask reads the preferences, so it runs outside the lock.
-    sink.write(escaped(present ? present(line) : line));
+    m_sink.write(escaped(present ? present(line) : line));
 }
 
 } // namespace quorvane::platform

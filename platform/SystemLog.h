@@ -36,10 +36,10 @@ public:
     void writeAlways(const QString &line);
 
 private:
-    LogSink &sink;
-    const PreferencesStore &preferences;
-    mutable std::mutex mutex;
-    Mask mask;
+    LogSink &m_sink;
+    const PreferencesStore &m_preferences;
+    mutable std::mutex m_mutex;
+    Mask m_mask;
 };
 
 } // namespace quorvane::platform

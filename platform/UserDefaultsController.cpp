@@ -6,24 +6,24 @@
 
 namespace quorvane::platform {
 
-UserDefaultsController::UserDefaultsController(PreferencesStore &target) : store(target) {}
+UserDefaultsController::UserDefaultsController(PreferencesStore &target) : m_store(target) {}
 
-void UserDefaultsController::setAppliesImmediately(bool immediately) {
-    immediate = immediately;
+void UserDefaultsController::setAppliesImmediately(bool immediate) {
+    m_immediate = immediate;
 }
 
 void UserDefaultsController::setValue(const QString &key, const QVariant &value) {
-    if (immediate) {
-        pending.remove(key);
-        store.setValue(key, value);
+    if (m_immediate) {
+        m_pending.remove(key);
+        m_store.setValue(key, value);
     } else {
-        pending.insert(key, value);
+        m_pending.insert(key, value);
     }
 }
 
 QVariant UserDefaultsController::value(const QString &key) const {
-    const auto edit = pending.constFind(key);
-    return edit != pending.constEnd() ? *edit : store.value(key);
+    const auto edit = m_pending.constFind(key);
+    return edit != m_pending.constEnd() ? *edit : m_store.value(key);
 }
 
 qint64 UserDefaultsController::integer(const QString &key) const {
@@ -39,15 +39,15 @@ QString UserDefaultsController::string(const QString &key) const {
 }
 
 void UserDefaultsController::save() {
-    const QVariantMap edits = std::exchange(pending, {});
+    const QVariantMap edits = std::exchange(m_pending, {});
     if (!edits.isEmpty()) {
-        store.setValues(edits);
+        m_store.setValues(edits);
     }
-    store.synchronize();
+    m_store.synchronize();
 }
 
 void UserDefaultsController::revert() {
-    pending.clear();
+    m_pending.clear();
 }
 
 } // namespace quorvane::platform

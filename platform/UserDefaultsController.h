@@ -15,7 +15,7 @@ public:
 
     void setAppliesImmediately(bool immediately);
 
-    [[nodiscard]] bool appliesImmediately() const { return immediate; }
+    [[nodiscard]] bool appliesImmediately() const { return m_immediate; }
 
     /// Takes an edit of a bound control.
     void setValue(const QString &key, const QVariant &value);
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] bool boolean(const QString &key) const;
     [[nodiscard]] QString string(const QString &key) const;
 
-    [[nodiscard]] bool hasPendingEdits() const { return !pending.isEmpty(); }
+    [[nodiscard]] bool hasPendingEdits() const { return !m_pending.isEmpty(); }
 
     /// Stores every pending edit and has the store write its file.
     void save();
@@ -34,9 +34,9 @@ public:
     void revert();
 
 private:
-    PreferencesStore &store;
-    QVariantMap pending;
-    bool immediate = true;
+    PreferencesStore &m_store;
+    QVariantMap m_pending;
+    bool m_immediate = true;
 };
 
 } // namespace quorvane::platform

@@ -84,7 +84,7 @@ bool runTask(const Task &task) {
 
 } // namespace
 
-ConfigurationFetch::ConfigurationFetch(QrvAPI &client, QObject *parent) : QObject(parent), api(client) {}
+ConfigurationFetch::ConfigurationFetch(QrvAPI &api, QObject *parent) : QObject(parent), m_api(api) {}
 
 void ConfigurationFetch::start(const QString &title, const QrvVpnDataPointer &data,
                                const QString &transport) {
@@ -92,11 +92,11 @@ void ConfigurationFetch::start(const QString &title, const QrvVpnDataPointer &da
     const QString address = usable.at(QRandomGenerator::global()->bounded(usable.size()));
     const QString url = RequestUrls::configuration(
         platform::Platform::current().service.apiHost, platform::Platform::current().bundle->version(),
-        address, Diagnostics::shown(data->user), api.macSerial(), transport);
+        address, Diagnostics::shown(data->user), m_api.macSerial(), transport);
     Diagnostics::log(QStringLiteral("downloadCertificateForSelectedItem url: ") + url);
     Q_EMIT prepared();
-    const Task task{url.toUtf8(),      title,       data->user,    data->pass,
-                    data->countryCode, lastRequest, ++*lastRequest};
+    const Task task{url.toUtf8(),      title,         data->user,      data->pass,
+                    data->countryCode, m_lastRequest, ++*m_lastRequest};
     // The context lives on the main thread: a result that arrives after this object went is dropped there.
     QThreadPool::globalInstance()->start([task, self = QPointer(this)] {
         const bool success = runTask(task);

@@ -40,7 +40,7 @@ Q_SIGNALS:
     void failed();
 
 private:
-    QrvAPI &api;
+    QrvAPI &m_api;
     /// The number of the last request, shared with the tasks that are on their way.
     std::shared_ptr<std::atomic<quint64>> lastRequest = std::make_shared<std::atomic<quint64>>(0);
 };

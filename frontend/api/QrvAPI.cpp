@@ -75,9 +75,9 @@ void QrvAPI::forgetProcessWideValues() {
 }
 
 QrvAPI &QrvAPI::initWithDelegate(QrvApiProtocol *newDelegate) {
-    delegate = newDelegate;
-    serial = platformSerialNumber();
-    servers.clearLocations();
+    m_delegate = newDelegate;
+    m_serial = platformSerialNumber();
+    m_servers.clearLocations();
     services().notifications->addObserver(QStringLiteral("inetStatus"), this,
                                           [this](const QVariant &number) { inetStatus(number); });
     return *this;
@@ -87,20 +87,20 @@ void QrvAPI::inetStatus(const QVariant &number) {
     const qlonglong status = number.toLongLong();
     Diagnostics::log(QStringLiteral("inetStatus: %1").arg(status));
     if (status < 1) {
-        connected = false;
+        m_connected = false;
         return;
     }
-    connected = true;
+    m_connected = true;
     if (!processWide().serverListRequested) {
         processWide().serverListRequested = cmdAuth(QString());
     }
 }
 
 QString QrvAPI::macSerial() {
-    if (serial.isEmpty()) {
-        serial = platformSerialNumber();
+    if (m_serial.isEmpty()) {
+        m_serial = platformSerialNumber();
     }
-    return serial;
+    return m_serial;
 }
 
 QString QrvAPI::platformSerialNumber() const {
@@ -126,7 +126,7 @@ QString QrvAPI::baseUrl() {
 }
 
 bool QrvAPI::apiRequest(const QString &url) {
-    if (!connected) {
+    if (!m_connected) {
         return false;
     }
     const auto escaped = RequestUrls::escaped(url);
@@ -138,7 +138,7 @@ bool QrvAPI::apiRequest(const QString &url) {
 
 bool QrvAPI::cmdAuth(const QString & /*text*/) {
     const QString version = services().bundle->version();
-    record.kind = QrvApiRequest::Auth;
+    m_record.kind = QrvApiRequest::Auth;
     const QString url = RequestUrls::base(services().service.apiHost, version, macSerial());
     Diagnostics::log(QStringLiteral("version is ") + version);
     Diagnostics::log(QStringLiteral("new url ") + url);
@@ -146,58 +146,59 @@ bool QrvAPI::cmdAuth(const QString & /*text*/) {
 }
 
 bool QrvAPI::setParameters(const QString & /*text*/, const QString &parameters) {
-    record.kind = QrvApiRequest::Parameters;
+    m_record.kind = QrvApiRequest::Parameters;
     return apiRequest(RequestUrls::parameters(baseUrl(), parameters));
 }
 
 void QrvAPI::getLease(const QString & /*text*/) {}
 
 void QrvAPI::freeRequest() {
-    if (record.kind == QrvApiRequest::Auth) {
-        record.clientIP = QString();
-        record.clientCountry = QString();
-        record.hasLocations = false;
+    if (m_record.kind == QrvApiRequest::Auth) {
+        m_record.clientIP = QString();
+        m_record.clientCountry = QString();
+        m_record.hasLocations = false;
     }
-    record.kind = QrvApiRequest::None;
+    m_record.kind = QrvApiRequest::None;
 }
 
 QString QrvAPI::decideDestination() {
-    destinationFile = services().temporaryFolder + QChar(u'/') + QrvApiRequest::kindName(record.kind) +
-                      QChar(u'-') + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    return destinationFile;
+    m_destinationFile = services().temporaryFolder + QChar(u'/') + QrvApiRequest::kindName(m_record.kind) +
+                        QChar(u'-') +
+                        QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    return m_destinationFile;
 }
 
 void QrvAPI::downloadDidFinish() {
     const auto table =
-        destinationFile.isEmpty() ? std::nullopt : AnswerTable::read(TextFile::read(destinationFile));
+        m_destinationFile.isEmpty() ? std::nullopt : AnswerTable::read(TextFile::read(m_destinationFile));
     if (!table) {
         freeRequest();
         return;
     }
-    attemptCount = 0;
+    m_attemptCount = 0;
     takeAnswer(*table);
-    QFile::remove(destinationFile);
-    destinationFile = QString();
-    if (delegate != nullptr) {
-        const std::lock_guard lock(answerLock);
-        delegate->qrvAnswer(*this);
+    QFile::remove(m_destinationFile);
+    m_destinationFile = QString();
+    if (m_delegate != nullptr) {
+        const std::lock_guard lock(m_answerLock);
+        m_delegate->qrvAnswer(*this);
     }
 }
 
 void QrvAPI::takeAnswer(const AnswerTable &table) {
     if (const QString status = table.value(QStringLiteral("STATUS")); !status.isNull()) {
-        record.status = static_cast<qint8>(integerValue(status));
+        m_record.status = static_cast<qint8>(integerValue(status));
     }
-    if (record.kind == QrvApiRequest::Auth) {
+    if (m_record.kind == QrvApiRequest::Auth) {
         if (const QString code = table.value(QStringLiteral("CC")); !code.isNull()) {
-            record.clientCountry = code;
+            m_record.clientCountry = code;
         }
         if (const QString address = table.value(QStringLiteral("ClientIP")); !address.isNull()) {
-            record.clientIP = address;
+            m_record.clientIP = address;
         }
         if (const QString locations = table.value(QStringLiteral("LOCATIONS")); !locations.isNull()) {
-            servers.setLocations(locations);
-            record.hasLocations = true;
+            m_servers.setLocations(locations);
+            m_record.hasLocations = true;
         }
     }
     if (!table.servers.isEmpty()) {
@@ -205,15 +206,15 @@ void QrvAPI::takeAnswer(const AnswerTable &table) {
         const QString password = table.value(QStringLiteral("VPNPass"));
         OneTimeSecrets::shared().add(user);
         OneTimeSecrets::shared().add(password);
-        servers.setServerList(table.servers);
-        record.servers = ServerModel::parseServers(table.servers, user, password, QString());
-        servers.setServers(record.servers);
+        m_servers.setServerList(table.servers);
+        m_record.servers = ServerModel::parseServers(table.servers, user, password, QString());
+        m_servers.setServers(m_record.servers);
     }
 }
 
 void QrvAPI::downloadDidFail(const platform::UrlError &error) {
-    if (delegate != nullptr) {
-        delegate->qrvFailed(error);
+    if (m_delegate != nullptr) {
+        m_delegate->qrvFailed(error);
     }
 }
 

@@ -57,11 +57,11 @@ public:
     /// the locations and listens to "inetStatus"; a second call listens a second time.
     QrvAPI &initWithDelegate(QrvApiProtocol *newDelegate);
 
-    void setDelegate(QrvApiProtocol *newDelegate) { delegate = newDelegate; }
+    void setDelegate(QrvApiProtocol *delegate) { m_delegate = delegate; }
 
-    [[nodiscard]] bool inetConnect() const { return connected; }
+    [[nodiscard]] bool inetConnect() const { return m_connected; }
 
-    void setInetConnect(bool reachable) { connected = reachable; }
+    void setInetConnect(bool connected) { m_connected = connected; }
 
     void inetStatus(const QVariant &number);
 
@@ -80,13 +80,13 @@ public:
     void getLease(const QString &text);
     void freeRequest();
 
-    [[nodiscard]] const QrvApiRequest &request() const { return record; }
+    [[nodiscard]] const QrvApiRequest &request() const { return m_record; }
 
-    [[nodiscard]] const ServerModel &model() const { return servers; }
+    [[nodiscard]] const ServerModel &model() const { return m_servers; }
 
-    [[nodiscard]] ServerModel &model() { return servers; }
+    [[nodiscard]] ServerModel &model() { return m_servers; }
 
-    [[nodiscard]] quint32 attempts() const { return attemptCount; }
+    [[nodiscard]] quint32 attempts() const { return m_attemptCount; }
 
     /// Chooses and remembers the temporary file of the download in flight.
     QString decideDestination();
@@ -101,14 +101,14 @@ public:
 private:
     void takeAnswer(const AnswerTable &table);
 
-    QrvApiProtocol *delegate = nullptr;
-    QString serial;
-    bool connected = false;
-    QrvApiRequest record;
-    ServerModel servers;
-    QString destinationFile;
-    quint32 attemptCount = 0;
-    std::recursive_mutex answerLock;
+    QrvApiProtocol *m_delegate = nullptr;
+    QString m_serial;
+    bool m_connected = false;
+    QrvApiRequest m_record;
+    ServerModel m_servers;
+    QString m_destinationFile;
+    quint32 m_attemptCount = 0;
+    std::recursive_mutex m_answerLock;
 };
 
 } // namespace quorvane

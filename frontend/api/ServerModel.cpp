@@ -66,58 +66,59 @@ QrvVpnDataList ServerModel::parseServers(const QStringList &lines, const QString
 
 void ServerModel::setLocations(const QString &value) {
     clearLocations();
-    locationsKnown = true;
+    m_locationsKnown = true;
     for (const QString &piece : value.split(u'|')) {
         const QStringList fields = piece.split(u';');
         if (fields.size() != 4) {
             continue;
         }
         addCountry(fields.at(0));
-        arrayLocations.append(QrvLocation::location(present(fields.at(2)), present(fields.at(0)),
-                                                    present(fields.at(1)),
-                                                    fields.at(3) == QLatin1String("1")));
+        m_arrayLocations.append(QrvLocation::location(present(fields.at(2)), present(fields.at(0)),
+                                                      present(fields.at(1)),
+                                                      fields.at(3) == QLatin1String("1")));
     }
     std::stable_sort(
-        arrayLocations.begin(), arrayLocations.end(),
+        m_arrayLocations.begin(), m_arrayLocations.end(),
         [](const QrvLocation &a, const QrvLocation &b) { return std::is_lt(a.compareLocations(b)); });
 }
 
 void ServerModel::clearLocations() {
-    arrayLocations.clear();
-    countryCodesListed.clear();
-    locationsKnown = false;
+    m_arrayLocations.clear();
+    m_countryCodesListed.clear();
+    m_locationsKnown = false;
 }
 
 void ServerModel::fillCountries() {
     // One row on purpose: every country entry is titled alike.
-    countries.insert(QStringLiteral("XX"), unknownCountry());
+    m_countries.insert(QStringLiteral("XX"), unknownCountry());
 }
 
 QString ServerModel::countryByCode(const QString &code) {
-    if (countries.isEmpty()) {
+    if (m_countries.isEmpty()) {
         fillCountries();
     }
-    return countries.value(code, unknownCountry());
+    return m_countries.value(code, unknownCountry());
 }
 
 void ServerModel::addCountry(const QString &code) {
-    if (countryCodesListed.contains(code)) {
+    if (m_countryCodesListed.contains(code)) {
         return;
     }
-    countryCodesListed.insert(code);
-    arrayLocations.append(QrvLocation::location(countryByCode(code), present(code), QString(), false));
+    m_countryCodesListed.insert(code);
+    m_arrayLocations.append(QrvLocation::location(countryByCode(code), present(code), QString(), false));
 }
 
 bool ServerModel::locationValid(const QrvLocation &location) const {
-    return std::any_of(arrayLocations.begin(), arrayLocations.end(), [&location](const QrvLocation &entry) {
-        return entry.title == location.title && entry.countryCode == location.countryCode;
-    });
+    return std::any_of(m_arrayLocations.begin(), m_arrayLocations.end(),
+                       [&location](const QrvLocation &entry) {
+                           return entry.title == location.title && entry.countryCode == location.countryCode;
+                       });
 }
 
 const QrvLocation *ServerModel::locationTitled(const QString &title) const {
-    const auto found = std::find_if(arrayLocations.begin(), arrayLocations.end(),
+    const auto found = std::find_if(m_arrayLocations.begin(), m_arrayLocations.end(),
                                     [&title](const QrvLocation &entry) { return entry.title == title; });
-    return found == arrayLocations.end() ? nullptr : &*found;
+    return found == m_arrayLocations.end() ? nullptr : &*found;
 }
 
 QString ServerModel::getCountryByLocation(const QString &title) const {
@@ -131,10 +132,11 @@ QString ServerModel::getCodeByLocation(const QString &title) const {
 }
 
 const QrvVpnData *ServerModel::groupLabelling(const QString &label) const {
-    const auto found = std::find_if(servers.begin(), servers.end(), [&label](const QrvVpnDataPointer &group) {
-        return label.startsWith(group->cityCountry);
-    });
-    return found == servers.end() ? nullptr : found->get();
+    const auto found =
+        std::find_if(m_servers.begin(), m_servers.end(), [&label](const QrvVpnDataPointer &group) {
+            return label.startsWith(group->cityCountry);
+        });
+    return found == m_servers.end() ? nullptr : found->get();
 }
 
 QString ServerModel::getCountryByLocationForVPN(const QString &label) const {
@@ -153,7 +155,7 @@ QStringList ServerModel::serverFieldsWith(const QString &address) const {
     if (wanted.isEmpty()) {
         return {};
     }
-    for (const QString &line : serverList) {
+    for (const QString &line : m_serverList) {
         if (line.contains(wanted)) {
             const QStringList fields = line.split(u',');
             if (fields.size() > 3) {

@@ -18,22 +18,22 @@ public:
                                                      const QString &password, const QString &key);
 
     /// Replaces the raw lines that the look-ups by address search.
-    void setServerList(const QStringList &lines) { serverList = lines; }
+    void setServerList(const QStringList &serverList) { m_serverList = serverList; }
 
     /// Replaces the parsed groups that the look-ups by label search.
-    void setServers(const QrvVpnDataList &groups) { servers = groups; }
+    void setServers(const QrvVpnDataList &servers) { m_servers = servers; }
 
     /// Rebuilds the location list from the answer's "LOCATIONS" value.
     void setLocations(const QString &value);
     void clearLocations();
 
-    [[nodiscard]] bool isServerListValid() const { return !serverList.isEmpty(); }
+    [[nodiscard]] bool isServerListValid() const { return !m_serverList.isEmpty(); }
 
-    [[nodiscard]] bool hasLocations() const { return locationsKnown; }
+    [[nodiscard]] bool hasLocations() const { return m_locationsKnown; }
 
-    [[nodiscard]] const QrvLocationList &locations() const { return arrayLocations; }
+    [[nodiscard]] const QrvLocationList &locations() const { return m_arrayLocations; }
 
-    [[nodiscard]] const QrvVpnDataList &groups() const { return servers; }
+    [[nodiscard]] const QrvVpnDataList &groups() const { return m_servers; }
 
     void fillCountries();
     [[nodiscard]] QString countryByCode(const QString &code);
@@ -51,12 +51,12 @@ private:
     [[nodiscard]] const QrvVpnData *groupLabelling(const QString &label) const;
     [[nodiscard]] QStringList serverFieldsWith(const QString &address) const;
 
-    QStringList serverList;
-    QrvVpnDataList servers;
-    QrvLocationList arrayLocations;
-    QSet<QString> countryCodesListed; // the country codes in arrayLocations
-    bool locationsKnown = false;
-    QHash<QString, QString> countries;
+    QStringList m_serverList;
+    QrvVpnDataList m_servers;
+    QrvLocationList m_arrayLocations;
+    QSet<QString> m_countryCodesListed; // the country codes in arrayLocations
+    bool m_locationsKnown = false;
+    QHash<QString, QString> m_countries;
 };
 
 } // namespace quorvane

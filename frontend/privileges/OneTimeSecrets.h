@@ -20,8 +20,8 @@ public:
 private:
     static constexpr qsizetype kept = 32;
 
-    mutable std::mutex mutex;
-    QStringList secrets;
+    mutable std::mutex m_mutex;
+    QStringList m_secrets;
 };
 
 } // namespace quorvane

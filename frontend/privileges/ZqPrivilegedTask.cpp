@@ -22,10 +22,10 @@ platform::AuthorizationService &service() {
 
 ZqPrivilegedTask::ZqPrivilegedTask() : ZqPrivilegedTask(QStringLiteral("")) {}
 
-ZqPrivilegedTask::ZqPrivilegedTask(const QString &launchPath, const QStringList &arguments)
-    : argumentList(arguments), cwd(QDir::currentPath()), path(launchPath) {
-    checkStatusTimer.setInterval(checkIntervalMs);
-    connect(&checkStatusTimer, &QTimer::timeout, this, &ZqPrivilegedTask::checkTaskStatus);
+ZqPrivilegedTask::ZqPrivilegedTask(const QString &path, const QStringList &argumentList)
+    : m_argumentList(argumentList), m_cwd(QDir::currentPath()), m_path(path) {
+    m_checkStatusTimer.setInterval(checkIntervalMs);
+    connect(&m_checkStatusTimer, &QTimer::timeout, this, &ZqPrivilegedTask::checkTaskStatus);
 }
 
 ZqPrivilegedTask::~ZqPrivilegedTask() = default;
@@ -43,42 +43,42 @@ int ZqPrivilegedTask::launch() {
     if (!service().lookUp()) {
         return platform::AuthorizationService::toolMissing;
     }
-    const platform::PrivilegedProcess process = service().launch(path, argumentList, cwd);
+    const platform::PrivilegedProcess process = service().launch(m_path, m_argumentList, m_cwd);
     if (process.status != 0) {
         return process.status;
     }
-    running = true;
-    pid = process.pid;
-    output = std::make_unique<QFile>();
-    if (!output->open(process.outputDescriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        output.reset();
+    m_running = true;
+    m_pid = process.pid;
+    m_output = std::make_unique<QFile>();
+    if (!m_output->open(process.outputDescriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        m_output.reset();
     }
-    checkStatusTimer.start();
+    m_checkStatusTimer.start();
     return 0;
 }
 
 void ZqPrivilegedTask::terminate() {}
 
 void ZqPrivilegedTask::waitUntilExit() {
-    if (!running) {
+    if (!m_running) {
         return;
     }
-    if (const auto ended = service().wait(pid, true)) {
-        status = *ended;
+    if (const auto ended = service().wait(m_pid, true)) {
+        m_status = *ended;
     }
-    running = false;
+    m_running = false;
 }
 
 void ZqPrivilegedTask::checkTaskStatus() {
-    if (running) {
-        const auto ended = service().wait(pid, false);
+    if (m_running) {
+        const auto ended = service().wait(m_pid, false);
         if (!ended) {
             return;
         }
-        status = *ended;
-        running = false;
+        m_status = *ended;
+        m_running = false;
     }
-    checkStatusTimer.stop();
+    m_checkStatusTimer.stop();
     platform::Platform::current().notifications->post(
         QStringLiteral("ZqPrivilegedTaskDidTerminateNotification"),
         QVariant::fromValue(static_cast<QObject *>(this)));
@@ -86,8 +86,8 @@ void ZqPrivilegedTask::checkTaskStatus() {
 
 QString ZqPrivilegedTask::description() const {
     QString text = QStringLiteral("<ZqPrivilegedTask: 0x%1> %2")
-                       .arg(QString::number(reinterpret_cast<quintptr>(this), 16), path);
-    for (const QString &argument : argumentList) {
+                       .arg(QString::number(reinterpret_cast<quintptr>(this), 16), m_path);
+    for (const QString &argument : m_argumentList) {
         text += QChar(u' ') + argument;
     }
     return text;

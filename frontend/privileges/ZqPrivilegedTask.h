@@ -26,26 +26,26 @@ public:
     [[nodiscard]] static std::unique_ptr<ZqPrivilegedTask>
     launchedPrivilegedTaskWithLaunchPath(const QString &launchPath, const QStringList &arguments = {});
 
-    [[nodiscard]] QStringList arguments() const { return argumentList; }
+    [[nodiscard]] QStringList arguments() const { return m_argumentList; }
 
-    [[nodiscard]] QString currentDirectoryPath() const { return cwd; }
+    [[nodiscard]] QString currentDirectoryPath() const { return m_cwd; }
 
-    [[nodiscard]] bool isRunning() const { return running; }
+    [[nodiscard]] bool isRunning() const { return m_running; }
 
-    [[nodiscard]] QString launchPath() const { return path; }
+    [[nodiscard]] QString launchPath() const { return m_path; }
 
-    [[nodiscard]] pid_t processIdentifier() const { return pid; }
+    [[nodiscard]] pid_t processIdentifier() const { return m_pid; }
 
-    [[nodiscard]] int terminationStatus() const { return status; }
+    [[nodiscard]] int terminationStatus() const { return m_status; }
 
     /// Reading end of the program's output; null until launched; owned by the task.
-    [[nodiscard]] QFile *outputFileHandle() const { return output.get(); }
+    [[nodiscard]] QFile *outputFileHandle() const { return m_output.get(); }
 
-    void setArguments(const QStringList &list) { argumentList = list; }
+    void setArguments(const QStringList &argumentList) { m_argumentList = argumentList; }
 
-    void setCurrentDirectoryPath(const QString &folder) { cwd = folder; }
+    void setCurrentDirectoryPath(const QString &cwd) { m_cwd = cwd; }
 
-    void setLaunchPath(const QString &newPath) { path = newPath; }
+    void setLaunchPath(const QString &path) { m_path = path; }
 
     /// 0 on success; AuthorizationService::toolMissing where the service is not on this machine; otherwise
     /// the service's own status.
@@ -58,14 +58,14 @@ public:
 private:
     void checkTaskStatus();
 
-    QStringList argumentList;
-    QString cwd;
-    QString path;
-    bool running = false;
-    pid_t pid = 0;
-    int status = 0;
-    std::unique_ptr<QFile> output;
-    QTimer checkStatusTimer;
+    QStringList m_argumentList;
+    QString m_cwd;
+    QString m_path;
+    bool m_running = false;
+    pid_t m_pid = 0;
+    int m_status = 0;
+    std::unique_ptr<QFile> m_output;
+    QTimer m_checkStatusTimer;
 };
 
 } // namespace quorvane

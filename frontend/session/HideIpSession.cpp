@@ -36,99 +36,99 @@ SessionState &shared() {
 
 } // namespace
 
-HideIpSession::HideIpSession(SessionEnvironment &window, SessionDisplay &shown, QrvAPI &client, Vpn &tunnel,
+HideIpSession::HideIpSession(SessionEnvironment &environment, SessionDisplay &display, QrvAPI &api, Vpn &vpn,
                              QObject *parent)
-    : QObject(parent), environment(window), display(shown), api(client), vpn(tunnel) {}
+    : QObject(parent), m_environment(environment), m_display(display), m_api(api), m_vpn(vpn) {}
 
 HideIpSession::~HideIpSession() {
     cancelChangeTimer();
 }
 
 void HideIpSession::quorvaneButtonPressed() {
-    failures = 0;
-    if (!api.inetConnect()) {
+    m_failures = 0;
+    if (!m_api.inetConnect()) {
         Diagnostics::log(QStringLiteral("quorvaneButtonPressed no inet"));
-        display.switchedOn(false);
-        environment.alert(QStringLiteral("Quorvane"),
-                          tr("No Internet connection detected, please check your Internet settings.\n"));
+        m_display.switchedOn(false);
+        m_environment.alert(QStringLiteral("Quorvane"),
+                            tr("No Internet connection detected, please check your Internet settings.\n"));
         terminateVpn();
         return;
     }
-    if (!api.model().isServerListValid()) {
+    if (!m_api.model().isServerListValid()) {
         Diagnostics::log(QStringLiteral("quorvaneButtonPressed no vpn server list"));
-        display.switchedOn(false);
-        environment.alert(QStringLiteral("Quorvane"), tr("No available server detected.\n"));
+        m_display.switchedOn(false);
+        m_environment.alert(QStringLiteral("Quorvane"), tr("No available server detected.\n"));
         return;
     }
-    if (!display.state().hideButton.on) {
+    if (!m_display.state().hideButton.on) {
         setDefaultControls();
         return;
     }
-    display.switchingOn();
+    m_display.switchingOn();
     getNewIP();
 }
 
 void HideIpSession::pressed(bool on) {
-    display.switchedOn(on);
+    m_display.switchedOn(on);
     quorvaneButtonPressed();
 }
 
 void HideIpSession::quorvane() {
-    if (!shared().hidden && display.state().hideButton.enabled) {
+    if (!shared().hidden && m_display.state().hideButton.enabled) {
         pressed(true);
     }
 }
 
 void HideIpSession::stopQuorvane() {
-    if (shared().hidden && display.state().hideButton.enabled) {
+    if (shared().hidden && m_display.state().hideButton.enabled) {
         pressed(false);
-        display.hideRotationButtons();
+        m_display.hideRotationButtons();
     }
 }
 
 void HideIpSession::quorvaneMenuItemPressed() {
-    pressed(!display.state().hideButton.on);
+    pressed(!m_display.state().hideButton.on);
 }
 
 void HideIpSession::getNewIP() {
     // An attempt that needs the dialog first is dropped, not resumed; the dialog starts a new one itself.
-    if (environment.authWindow()) {
+    if (m_environment.authWindow()) {
         return;
     }
-    display.searching();
+    m_display.searching();
     if (services().preferences->boolean(QStringLiteral("useSameIP"))) {
         QMetaObject::invokeMethod(this, &HideIpSession::startVpn, Qt::QueuedConnection);
-        display.advancedEnabled(true);
+        m_display.advancedEnabled(true);
     } else {
-        environment.downloadCertificateForSelectedItem();
+        m_environment.downloadCertificateForSelectedItem();
     }
-    environment.startAnimation();
+    m_environment.startAnimation();
 }
 
 void HideIpSession::startVpn() {
     Diagnostics::log(QStringLiteral("startVpn with button started"));
     try {
-        vpn.stopVpn();
-        vpn.startVpn();
+        m_vpn.stopVpn();
+        m_vpn.startVpn();
     } catch (const std::exception &exception) {
         Diagnostics::log(QStringLiteral("exception in startVpn with button: ") +
                          QString::fromLocal8Bit(exception.what()));
     }
-    display.tunnelStarting();
-    if (vpn.lacksConfiguration()) {
+    m_display.tunnelStarting();
+    if (m_vpn.lacksConfiguration()) {
         // Nothing was started and nothing will be heard of it: without this the search would never end.
-        display.waitingForLocation(
+        m_display.waitingForLocation(
             tr("There is no VPN configuration to connect with. Choose a location to get a new one."));
     }
 }
 
 void HideIpSession::noteOutcome(const QString &what) {
-    SessionLog::append(QStringLiteral("connection ") + what + QChar(u' ') + environment.selectedTitle() +
+    SessionLog::append(QStringLiteral("connection ") + what + QChar(u' ') + m_environment.selectedTitle() +
                        QChar(u'\n'));
 }
 
 QString HideIpSession::flagImageFor(const QString &countryCode) const {
-    return environment.hasImage(countryCode) ? countryCode : QStringLiteral("xx");
+    return m_environment.hasImage(countryCode) ? countryCode : QStringLiteral("xx");
 }
 
 void HideIpSession::showIp() {
@@ -137,85 +137,85 @@ void HideIpSession::showIp() {
     QString lookedUp = lentIp;
     lookedUp.remove(u'\n');
 
-    const QrvVpnDataPointer group = environment.lastItemData();
+    const QrvVpnDataPointer group = m_environment.lastItemData();
     QString code = group ? group->countryCode : QString();
     if (code.isNull()) {
-        code = api.model().getCodeByIP(lookedUp);
+        code = m_api.model().getCodeByIP(lookedUp);
     }
     shared().currentCountryCode = code.toLower();
-    QString location = environment.lastItemTitle();
+    QString location = m_environment.lastItemTitle();
     if (location.isNull()) {
-        location = api.model().getLocationByIP(lookedUp);
+        location = m_api.model().getLocationByIP(lookedUp);
     }
     shared().currentLocation = location;
 
-    display.hidden(lentIp, realIp, flagImageFor(shared().currentCountryCode), location);
+    m_display.hidden(lentIp, m_realIp, flagImageFor(shared().currentCountryCode), location);
     shared().currentIp = lentIp;
     shared().hidden = true;
-    if (environment.changesAutomatically()) {
+    if (m_environment.changesAutomatically()) {
         settingsDidChange();
     }
-    environment.stopAnimation();
-    failures = 0;
+    m_environment.stopAnimation();
+    m_failures = 0;
 }
 
 void HideIpSession::connectionError() {
     noteOutcome(QStringLiteral("error"));
-    Diagnostics::log(QStringLiteral("rndLocationCounter= %1").arg(failures));
-    const bool maySearchOn =
-        environment.selectedTitle() == LocationChoice::randomTitle() || environment.changesAutomatically();
-    if (failures < retries && maySearchOn) {
-        ++failures;
+    Diagnostics::log(QStringLiteral("rndLocationCounter= %1").arg(m_failures));
+    const bool maySearchOn = m_environment.selectedTitle() == LocationChoice::randomTitle() ||
+                             m_environment.changesAutomatically();
+    if (m_failures < retries && maySearchOn) {
+        ++m_failures;
         getNewIP();
         return;
     }
     FileUtils::checkUserDefaultsPremmision();
-    failures = 0;
-    environment.forgetWaitingPick();
+    m_failures = 0;
+    m_environment.forgetWaitingPick();
     terminateVpn();
-    environment.stopAnimation();
-    environment.alertLater(tr("Location is not available."), tr("Please try a different location."));
+    m_environment.stopAnimation();
+    m_environment.alertLater(tr("Location is not available."), tr("Please try a different location."));
     // The hidden flag and the stored preference stay as they were.
-    display.failed(realIp);
+    m_display.failed(m_realIp);
 }
 
 void HideIpSession::terminateVpn() {
     cancelChangeTimer();
-    vpn.stopVpn();
+    m_vpn.stopVpn();
 }
 
 void HideIpSession::setDefaultControls() {
     // Only here and where an attempt fails: the location pane's queued end of the old tunnel may come when
     // the next attempt already waits.
-    environment.forgetWaitingPick();
+    m_environment.forgetWaitingPick();
     terminateVpn();
-    display.notHidden(realIp);
+    m_display.notHidden(m_realIp);
     shared().hidden = false;
-    environment.stopAnimation();
+    m_environment.stopAnimation();
     // Not the key that is read at start-up: a reset does not undo the wish to hide at every start.
     services().preferences->setValue(QStringLiteral("quorvane"), false);
     services().preferences->synchronize();
 }
 
 void HideIpSession::settingsDidChange() {
-    const bool on = environment.changesAutomatically();
+    const bool on = m_environment.changesAutomatically();
     const qint64 minutes = services().preferences->integer(QStringLiteral("changeIpInterval"));
-    display.interval(static_cast<int>(minutes), on);
+    m_display.interval(static_cast<int>(minutes), on);
     cancelChangeTimer();
     if (minutes > 0 && shared().hidden && on) {
-        timerArmed = true;
-        services().delayedCalls->callAfter(static_cast<double>(minutes) * secondsPerMinute, &changeIpTimer,
+        m_timerArmed = true;
+        services().delayedCalls->callAfter(static_cast<double>(minutes) * secondsPerMinute, &m_changeIpTimer,
                                            [this] { changeIpTimerFired(); });
     }
 }
 
 void HideIpSession::cancelChangeTimer() {
-    timerArmed = false;
-    services().delayedCalls->cancelAll(&changeIpTimer);
+    m_timerArmed = false;
+    services().delayedCalls->cancelAll(&m_changeIpTimer);
 }
 
 void HideIpSession::changeIpTimerFired() {
-    timerArmed = false;
+    m_timerArmed = false;
     stopQuorvane();
     quorvane();
 }
@@ -228,40 +228,40 @@ void HideIpSession::reconectIfIpHidden() {
 
 void HideIpSession::updateLeaseTimerFired() {
     if (shared().hidden) {
-        api.getLease(QString());
+        m_api.getLease(QString());
     }
 }
 
 void HideIpSession::reportNoAddress() {
-    environment.alert(tr("Error"), tr("There was a problem connecting to the Quorvane server, please check "
-                                      "your Internet connection or firewall settings."));
+    m_environment.alert(tr("Error"), tr("There was a problem connecting to the Quorvane server, please check "
+                                        "your Internet connection or firewall settings."));
 }
 
 void HideIpSession::qrvFailed() {
-    realIp = noAddress();
-    shared().currentIp = realIp;
-    display.currentIpKnown(realIp);
+    m_realIp = noAddress();
+    shared().currentIp = m_realIp;
+    m_display.currentIpKnown(m_realIp);
     reportNoAddress();
 }
 
 void HideIpSession::qrvAnswer() {
     // A copy: the alert's modal loop may bring the next answer.
-    const QrvApiRequest answer = api.request();
+    const QrvApiRequest answer = m_api.request();
     shared().currentIp = answer.clientIP;
     if (answer.clientIP.isEmpty()) {
         shared().currentIp = noAddress();
         reportNoAddress();
     }
-    realIp = shared().currentIp;
-    display.currentIpKnown(realIp);
+    m_realIp = shared().currentIp;
+    m_display.currentIpKnown(m_realIp);
     if (answer.status == 0) {
         continueWork(false);
     }
     switch (answer.kind) {
     case QrvApiRequest::Auth:
-        environment.fillLocations(answer.servers);
-        display.trayImage(QStringLiteral("Tray"));
-        environment.stopAnimation();
+        m_environment.fillLocations(answer.servers);
+        m_display.trayImage(QStringLiteral("Tray"));
+        m_environment.stopAnimation();
         authPassed();
         break;
     case QrvApiRequest::Browser:
@@ -269,19 +269,19 @@ void HideIpSession::qrvAnswer() {
         authPassed();
         break;
     default:
-        environment.terminateApplication(); // no other answer is expected here
+        m_environment.terminateApplication(); // no other answer is expected here
         break;
     }
-    display.answerHandled();
+    m_display.answerHandled();
     services().preferences->synchronize();
 }
 
 void HideIpSession::authPassed() {
-    if (!api.model().hasLocations()) {
+    if (!m_api.model().hasLocations()) {
         return;
     }
-    if (!environment.startedHidden()) {
-        environment.showWindow();
+    if (!m_environment.startedHidden()) {
+        m_environment.showWindow();
     }
     continueWork(false);
 }
@@ -290,10 +290,10 @@ void HideIpSession::continueWork(bool proceed) {
     if (proceed) {
         return;
     }
-    display.controlsReady();
+    m_display.controlsReady();
     if (shared().hidden) {
         pressed(true);
-        environment.resetAnimationFrames();
+        m_environment.resetAnimationFrames();
     }
 }
 

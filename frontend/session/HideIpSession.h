@@ -56,13 +56,13 @@ public:
     /// With true: nothing.
     void continueWork(bool proceed);
 
-    [[nodiscard]] QString originalIP() const { return realIp; }
+    [[nodiscard]] QString originalIP() const { return m_realIp; }
 
-    [[nodiscard]] int failedConnections() const { return failures; }
+    [[nodiscard]] int failedConnections() const { return m_failures; }
 
-    void clearFailedConnections() { failures = 0; }
+    void clearFailedConnections() { m_failures = 0; }
 
-    [[nodiscard]] bool changeTimerArmed() const { return timerArmed; }
+    [[nodiscard]] bool changeTimerArmed() const { return m_timerArmed; }
 
 private:
     void pressed(bool on);
@@ -72,16 +72,16 @@ private:
     void reportNoAddress();
     [[nodiscard]] QString flagImageFor(const QString &countryCode) const;
 
-    SessionEnvironment &environment;
-    SessionDisplay &display;
-    QrvAPI &api;
-    Vpn &vpn;
+    SessionEnvironment &m_environment;
+    SessionDisplay &m_display;
+    QrvAPI &m_api;
+    Vpn &m_vpn;
 
-    QString realIp;
-    int failures = 0;
+    QString m_realIp;
+    int m_failures = 0;
     // Delayed calls are cancelled by target: the timer is a target of its own.
-    QObject changeIpTimer;
-    bool timerArmed = false;
+    QObject m_changeIpTimer;
+    bool m_timerArmed = false;
 };
 
 } // namespace quorvane

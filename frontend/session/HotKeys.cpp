@@ -66,7 +66,7 @@ bool HotKeys::isAvailable() {
 }
 
 void HotKeys::install(PressHandler pressed, ChangeHandler onChange) {
-    changed = std::move(onChange);
+    m_changed = std::move(onChange);
     platform::HotKeyService *desktop = service();
     if (desktop == nullptr) {
         return;
@@ -85,7 +85,7 @@ void HotKeys::describe(Action action, const QString &text) {
 
 void HotKeys::registerStored() {
     for (const Action action : actions) {
-        registerHotKey(storedTag(action), identifier(action), references[indexOf(action)]);
+        registerHotKey(storedTag(action), identifier(action), m_references[indexOf(action)]);
     }
 }
 
@@ -108,7 +108,7 @@ void HotKeys::registerHotKey(qint32 tag, HotKeyIdentifier htkID, HotKeyReference
     const auto answer = desktop->registerHotKey(combination->keyCode, combination->modifiers, htkID);
     if (answer.error == HotKeyError::None) {
         htkEvent = answer.reference;
-        heldKeys.push_back({*combination, answer.reference, htkID.id});
+        m_heldKeys.push_back({*combination, answer.reference, htkID.id});
         return;
     }
     setTrouble(htkID.id, troubleAfter(answer.error, *combination, htkID.id));
@@ -124,9 +124,9 @@ HotKeys::Trouble HotKeys::troubleAfter(HotKeyError error, const HotKeyTable::Com
     case HotKeyError::Declined:
         return {Trouble::Kind::Declined};
     case HotKeyError::AlreadyHeld: {
-        const auto holder = std::find_if(heldKeys.begin(), heldKeys.end(),
+        const auto holder = std::find_if(m_heldKeys.begin(), m_heldKeys.end(),
                                          [&](const Held &held) { return held.combination == combination; });
-        if (holder != heldKeys.end() && holder->id != id && isAction(holder->id)) {
+        if (holder != m_heldKeys.end() && holder->id != id && isAction(holder->id)) {
             return {Trouble::Kind::HeldByAction, static_cast<Action>(holder->id)};
         }
         return {}; // its own, from before: it acts
@@ -145,28 +145,28 @@ bool HotKeys::isAction(quint32 id) {
 
 void HotKeys::setTrouble(quint32 id, const Trouble &trouble) {
     if (isAction(id)) {
-        troubles[id - 1] = trouble;
+        m_troubles[id - 1] = trouble;
     }
 }
 
 void HotKeys::forget(HotKeyReference reference) {
-    std::erase_if(heldKeys, [reference](const Held &held) { return held.reference == reference; });
+    std::erase_if(m_heldKeys, [reference](const Held &held) { return held.reference == reference; });
 }
 
 void HotKeys::takenBack(HotKeyReference reference, HotKeyError error) {
-    const auto held = std::find_if(heldKeys.begin(), heldKeys.end(),
+    const auto held = std::find_if(m_heldKeys.begin(), m_heldKeys.end(),
                                    [reference](const Held &entry) { return entry.reference == reference; });
-    if (held == heldKeys.end()) {
+    if (held == m_heldKeys.end()) {
         return;
     }
     const Held lost = *held;
-    heldKeys.erase(held);
+    m_heldKeys.erase(held);
     // An older combination of the action says nothing of the one that is chosen now.
-    if (isAction(lost.id) && references[lost.id - 1] == reference) {
+    if (isAction(lost.id) && m_references[lost.id - 1] == reference) {
         setTrouble(lost.id, troubleAfter(error, lost.combination, lost.id));
     }
-    if (changed) {
-        changed();
+    if (m_changed) {
+        m_changed();
     }
 }
 

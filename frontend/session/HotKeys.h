@@ -60,11 +60,11 @@ public:
     /// stands for a combination registers it; the place changes only if the desktop accepts.
     void registerHotKey(qint32 tag, platform::HotKeyIdentifier htkID, platform::HotKeyReference &htkEvent);
 
-    [[nodiscard]] Trouble trouble(Action action) const { return troubles[indexOf(action)]; }
+    [[nodiscard]] Trouble trouble(Action action) const { return m_troubles[indexOf(action)]; }
 
     /// The action's current registration, perhaps none or one that was given back.
     [[nodiscard]] platform::HotKeyReference reference(Action action) const {
-        return references[indexOf(action)];
+        return m_references[indexOf(action)];
     }
 
 private:
@@ -83,10 +83,10 @@ private:
     void forget(platform::HotKeyReference reference);
     void takenBack(platform::HotKeyReference reference, platform::HotKeyError error);
 
-    std::array<platform::HotKeyReference, actions.size()> references{};
-    std::array<Trouble, actions.size()> troubles{};
-    std::vector<Held> heldKeys;
-    ChangeHandler changed;
+    std::array<platform::HotKeyReference, actions.size()> m_references{};
+    std::array<Trouble, actions.size()> m_troubles{};
+    std::vector<Held> m_heldKeys;
+    ChangeHandler m_changed;
 };
 
 } // namespace quorvane

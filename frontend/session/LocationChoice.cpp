@@ -4,7 +4,7 @@
 
 namespace quorvane {
 
-LocationChoice::LocationChoice(Random source) : random(std::move(source)) {}
+LocationChoice::LocationChoice(Random random) : m_random(std::move(random)) {}
 
 QString LocationChoice::randomTitle() {
     return QStringLiteral("Random Location");
@@ -12,19 +12,19 @@ QString LocationChoice::randomTitle() {
 
 std::optional<LocationChoice::Entry> LocationChoice::unusedOf(const QList<Entry> &candidates,
                                                               qsizetype sizeThatEmpties) {
-    if (used.size() == sizeThatEmpties) {
-        used.clear();
+    if (m_used.size() == sizeThatEmpties) {
+        m_used.clear();
     }
     const bool anyLeft = std::any_of(candidates.begin(), candidates.end(),
-                                     [this](const Entry &entry) { return !used.contains(entry.id); });
+                                     [this](const Entry &entry) { return !m_used.contains(entry.id); });
     if (!anyLeft) {
         return std::nullopt;
     }
     for (;;) {
         const Entry &entry =
-            candidates.at(static_cast<qsizetype>(random() % static_cast<quint32>(candidates.size())));
-        if (!used.contains(entry.id)) {
-            used.insert(entry.id);
+            candidates.at(static_cast<qsizetype>(m_random() % static_cast<quint32>(candidates.size())));
+        if (!m_used.contains(entry.id)) {
+            m_used.insert(entry.id);
             return entry;
         }
     }
@@ -37,7 +37,7 @@ LocationChoice::Outcome LocationChoice::choose(const Request &request) {
     }
     const quint64 randomEntry = request.list.first().id;
     std::optional<Entry> candidate = request.candidate;
-    if (candidate && used.contains(candidate->id)) {
+    if (candidate && m_used.contains(candidate->id)) {
         candidate.reset();
         outcome.selection = randomEntry;
     }

@@ -52,17 +52,17 @@ public:
 
     [[nodiscard]] Outcome choose(const Request &request);
 
-    [[nodiscard]] const QSet<quint64> &usedItems() const { return used; }
+    [[nodiscard]] const QSet<quint64> &usedItems() const { return m_used; }
 
-    void setUsedItems(const QSet<quint64> &items) { used = items; }
+    void setUsedItems(const QSet<quint64> &used) { m_used = used; }
 
     [[nodiscard]] static QString randomTitle();
 
 private:
     [[nodiscard]] std::optional<Entry> unusedOf(const QList<Entry> &candidates, qsizetype sizeThatEmpties);
 
-    Random random;
-    QSet<quint64> used;
+    Random m_random;
+    QSet<quint64> m_used;
 };
 
 } // namespace quorvane

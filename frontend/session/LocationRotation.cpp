@@ -28,47 +28,47 @@ void savePreference(const QString &key, const QVariant &value) {
 
 } // namespace
 
-LocationRotation::LocationRotation(const Parts &collaborators, LocationChoice::Random random, QObject *parent)
-    : QObject(parent), parts(collaborators), choice(std::move(random)) {}
+LocationRotation::LocationRotation(const Parts &parts, LocationChoice::Random choice, QObject *parent)
+    : QObject(parent), m_parts(parts), m_choice(std::move(choice)) {}
 
 LocationChoice::Request LocationRotation::request() const {
     LocationChoice::Request request;
-    request.list = parts.controls.locations();
-    const quint64 selected = parts.controls.selectedLocation();
+    request.list = m_parts.controls.locations();
+    const quint64 selected = m_parts.controls.selectedLocation();
     for (const LocationChoice::Entry &entry : std::as_const(request.list)) {
         if (entry.id == selected) {
             request.candidate = entry;
         }
     }
-    request.usOnly = parts.controls.requiresUS();
-    request.automaticChange = parts.controls.changesAutomatically();
+    request.usOnly = m_parts.controls.requiresUS();
+    request.automaticChange = m_parts.controls.changesAutomatically();
     request.isDiscarded = [this](const QString &text) {
-        return parts.discarded.hasRow(text);
+        return m_parts.discarded.hasRow(text);
     };
     return request;
 }
 
 void LocationRotation::downloadCertificateForSelectedItem() {
-    waiting = false;
-    if (!parts.api.inetConnect()) {
+    m_waiting = false;
+    if (!m_parts.api.inetConnect()) {
         Diagnostics::log(QStringLiteral("downloadCertificateForSelectedItem no inet"));
-        parts.session.connectionError();
+        m_parts.session.connectionError();
         return;
     }
-    const LocationChoice::Outcome outcome = choice.choose(request());
+    const LocationChoice::Outcome outcome = m_choice.choose(request());
     if (outcome.selection) {
-        parts.controls.selectLocation(*outcome.selection);
+        m_parts.controls.selectLocation(*outcome.selection);
     }
     switch (outcome.result) {
     case LocationChoice::Result::NothingToPick:
         break;
     case LocationChoice::Result::NoUnitedStates:
-        parts.session.connectionError();
+        m_parts.session.connectionError();
         break;
     case LocationChoice::Result::AllUsed:
-        waiting = true;
-        parts.display.waitingForLocation(tr("Every location has been used in this rotation. Refresh the "
-                                            "locations or switch \"US only\" to begin a new one."));
+        m_waiting = true;
+        m_parts.display.waitingForLocation(tr("Every location has been used in this rotation. Refresh the "
+                                              "locations or switch \"US only\" to begin a new one."));
         break;
     case LocationChoice::Result::Picked:
         fetchPick(outcome);
@@ -82,76 +82,76 @@ void LocationRotation::fetchPick(const LocationChoice::Outcome &outcome) {
         place = outcome.pick.title;
     }
     if (!outcome.pick.data->ipAdress.isNull() && place.isEmpty()) {
-        place = parts.api.model().getLocationByIP(outcome.pick.data->ipAdress);
+        place = m_parts.api.model().getLocationByIP(outcome.pick.data->ipAdress);
     }
-    last = outcome.pick;
-    parts.fetch.start(outcome.pick.title, outcome.pick.data, parts.controls.transportLabel());
+    m_last = outcome.pick;
+    m_parts.fetch.start(outcome.pick.title, outcome.pick.data, m_parts.controls.transportLabel());
 }
 
 void LocationRotation::goOnIfWaiting() {
-    if (waiting) {
-        parts.display.waitingEnded();
+    if (m_waiting) {
+        m_parts.display.waitingEnded();
         downloadCertificateForSelectedItem();
     }
 }
 
 void LocationRotation::setUsedItems(const QSet<quint64> &items) {
-    choice.setUsedItems(items);
+    m_choice.setUsedItems(items);
     // Later: choosing a location empties the set and then begins an attempt of its own.
     QMetaObject::invokeMethod(this, &LocationRotation::goOnIfWaiting, Qt::QueuedConnection);
 }
 
 void LocationRotation::changeIpMenuItemPressed() {
-    parts.controls.selectRandomLocation();
-    parts.session.terminateVpn();
-    parts.session.getNewIP();
+    m_parts.controls.selectRandomLocation();
+    m_parts.session.terminateVpn();
+    m_parts.session.getNewIP();
 }
 
 void LocationRotation::changeIpButtonPressed() {
-    parts.session.stopQuorvane();
-    parts.session.quorvane();
+    m_parts.session.stopQuorvane();
+    m_parts.session.quorvane();
 }
 
 void LocationRotation::discardIpButtonPressed() {
-    if (last.data) {
+    if (m_last.data) {
         // The address read with the list, even where another one of the group was asked for.
-        parts.discarded.addDiscardedIp(last.data->ipAdress);
-        last.data->filteredIpAdressArray.removeAll(last.data->ipAdress);
-        if (last.data->filteredIpAdressArray.isEmpty()) {
-            parts.controls.removeLocation(last.title);
-            parts.controls.selectRandomLocation();
+        m_parts.discarded.addDiscardedIp(m_last.data->ipAdress);
+        m_last.data->filteredIpAdressArray.removeAll(m_last.data->ipAdress);
+        if (m_last.data->filteredIpAdressArray.isEmpty()) {
+            m_parts.controls.removeLocation(m_last.title);
+            m_parts.controls.selectRandomLocation();
         }
     }
-    parts.session.terminateVpn();
-    parts.session.getNewIP();
+    m_parts.session.terminateVpn();
+    m_parts.session.getNewIP();
 }
 
 void LocationRotation::requireUSBasedIPButtonPressed(bool on) {
     savePreference(requireUsKey, on);
     if (on) {
-        parts.controls.selectRandomLocation();
+        m_parts.controls.selectRandomLocation();
         const QString country =
             platform::Platform::current().preferences->string(QStringLiteral("countryCode"));
         if (SessionState::shared().hidden && country.toLower() != QLatin1String("us")) {
-            parts.session.stopQuorvane();
-            parts.session.quorvane();
+            m_parts.session.stopQuorvane();
+            m_parts.session.quorvane();
         }
     }
     setUsedItems({});
 }
 
 void LocationRotation::setRequiredUS(bool required) {
-    parts.controls.setRequiresUS(required);
+    m_parts.controls.setRequiresUS(required);
     platform::Platform::current().preferences->setValue(requireUsKey, required);
     setUsedItems({});
 }
 
 void LocationRotation::changeEveryPressed(bool on) {
     if (on) {
-        parts.controls.selectRandomLocation();
+        m_parts.controls.selectRandomLocation();
     }
     savePreference(changeEveryKey, on);
-    parts.session.settingsDidChange();
+    m_parts.session.settingsDidChange();
 }
 
 void LocationRotation::intervalEntered(int minutes) {

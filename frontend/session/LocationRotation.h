@@ -44,13 +44,13 @@ public:
     /// An attempt that waits for a free location picks again; otherwise nothing.
     void goOnIfWaiting();
 
-    void forgetWaitingPick() { waiting = false; }
+    void forgetWaitingPick() { m_waiting = false; }
 
-    [[nodiscard]] bool isWaiting() const { return waiting; }
+    [[nodiscard]] bool isWaiting() const { return m_waiting; }
 
-    [[nodiscard]] const LocationChoice::Entry &lastItem() const { return last; }
+    [[nodiscard]] const LocationChoice::Entry &lastItem() const { return m_last; }
 
-    [[nodiscard]] const QSet<quint64> &usedItems() const { return choice.usedItems(); }
+    [[nodiscard]] const QSet<quint64> &usedItems() const { return m_choice.usedItems(); }
 
     void setUsedItems(const QSet<quint64> &items);
 
@@ -58,10 +58,10 @@ private:
     [[nodiscard]] LocationChoice::Request request() const;
     void fetchPick(const LocationChoice::Outcome &outcome);
 
-    Parts parts;
-    LocationChoice choice;
-    LocationChoice::Entry last;
-    bool waiting = false;
+    Parts m_parts;
+    LocationChoice m_choice;
+    LocationChoice::Entry m_last;
+    bool m_waiting = false;
 };
 
 } // namespace quorvane

@@ -41,18 +41,18 @@ int ProcessInfo::getBSDProcessList(std::unique_ptr<platform::ProcessRecord[]> *p
 void ProcessInfo::obtainFreshProcessList() {
     std::unique_ptr<platform::ProcessRecord[]> rows;
     std::size_t size = 0;
-    names.clear();
+    m_names.clear();
     if (getBSDProcessList(&rows, &size) != 0) {
-        count = -1;
+        m_count = -1;
         return;
     }
-    names.reserve(static_cast<qsizetype>(size));
+    m_names.reserve(static_cast<qsizetype>(size));
     for (std::size_t i = 0; i < size; ++i) {
         const auto &name = rows[i].name;
-        names.append(
+        m_names.append(
             QString::fromUtf8(name.data(), static_cast<qsizetype>(strnlen(name.data(), name.size()))));
     }
-    count = static_cast<std::int32_t>(size);
+    m_count = static_cast<std::int32_t>(size);
 }
 
 bool ProcessInfo::isRunning(const QString &name) {
@@ -61,7 +61,7 @@ bool ProcessInfo::isRunning(const QString &name) {
 }
 
 bool ProcessInfo::findProcessWithName(const QString &name) const {
-    return names.contains(name);
+    return m_names.contains(name);
 }
 
 } // namespace quorvane

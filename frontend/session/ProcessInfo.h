@@ -29,16 +29,16 @@ public:
     [[nodiscard]] bool isRunning(const QString &name) override;
 
     /// Entries of the last snapshot; -1 when there is none.
-    [[nodiscard]] std::int32_t numberOfProcesses() const { return count; }
+    [[nodiscard]] std::int32_t numberOfProcesses() const { return m_count; }
 
-    void setNumberOfProcesses(std::int32_t number) { count = number; }
+    void setNumberOfProcesses(std::int32_t count) { m_count = count; }
 
     /// Short names in the kernel's order.
-    [[nodiscard]] const QStringList &processList() const { return names; }
+    [[nodiscard]] const QStringList &processList() const { return m_names; }
 
 private:
-    std::int32_t count = -1;
-    QStringList names;
+    std::int32_t m_count = -1;
+    QStringList m_names;
 };
 
 } // namespace quorvane

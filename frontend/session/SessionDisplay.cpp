@@ -13,71 +13,71 @@ QString SessionDisplay::stopTitle() {
 }
 
 void SessionDisplay::publish() {
-    Q_EMIT changed(current);
+    Q_EMIT changed(m_current);
 }
 
 void SessionDisplay::warn() {
-    current.line1 = {tr("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!"), Tone::Warning, true};
+    m_current.line1 = {tr("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!"), Tone::Warning, true};
 }
 
 void SessionDisplay::starting() {
-    current = DisplayState{};
+    m_current = DisplayState{};
     warn();
-    current.stateImage = QStringLiteral("appmain");
-    current.trayImage = QStringLiteral("Tray");
-    current.hideButton.title = hideTitle();
-    current.hideItem.title = hideTitle();
-    current.spinning = true;
+    m_current.stateImage = QStringLiteral("appmain");
+    m_current.trayImage = QStringLiteral("Tray");
+    m_current.hideButton.title = hideTitle();
+    m_current.hideItem.title = hideTitle();
+    m_current.spinning = true;
     publish();
 }
 
 void SessionDisplay::currentIpKnown(const QString &address) {
-    current.currentIp = address;
+    m_current.currentIp = address;
     publish();
 }
 
 void SessionDisplay::controlsReady() {
-    current.hideButton.enabled = true;
-    current.changeItemEnabled = true;
-    current.hideItem.enabled = true;
+    m_current.hideButton.enabled = true;
+    m_current.changeItemEnabled = true;
+    m_current.hideItem.enabled = true;
     publish();
 }
 
 void SessionDisplay::answerHandled() {
-    current.spinning = false;
+    m_current.spinning = false;
     controlsReady();
 }
 
 void SessionDisplay::trayImage(const QString &name) {
-    current.trayImage = name;
+    m_current.trayImage = name;
     publish();
 }
 
 void SessionDisplay::switchedOn(bool on) {
-    current.hideButton.on = on;
+    m_current.hideButton.on = on;
     publish();
 }
 
 void SessionDisplay::switchingOn() {
-    current.advancedEnabled = false;
-    current.hideButton.enabled = false;
-    current.changeItemEnabled = false;
-    current.hideItem.enabled = false;
+    m_current.advancedEnabled = false;
+    m_current.hideButton.enabled = false;
+    m_current.changeItemEnabled = false;
+    m_current.hideItem.enabled = false;
     publish();
 }
 
 void SessionDisplay::searching() {
-    current.line1 = {tr("Searching for an available IP..."), Tone::Quiet, true};
-    current.line21.visible = false;
-    current.line22.visible = false;
-    current.flagVisible = false;
-    current.line3.visible = false;
-    current.hideButton.enabled = false;
-    current.changeItemEnabled = false;
-    current.stateImage = QStringLiteral("appwait");
-    current.discardIpVisible = false;
-    current.changeIpVisible = false;
-    current.hideItem.enabled = false;
+    m_current.line1 = {tr("Searching for an available IP..."), Tone::Quiet, true};
+    m_current.line21.visible = false;
+    m_current.line22.visible = false;
+    m_current.flagVisible = false;
+    m_current.line3.visible = false;
+    m_current.hideButton.enabled = false;
+    m_current.changeItemEnabled = false;
+    m_current.stateImage = QStringLiteral("appwait");
+    m_current.discardIpVisible = false;
+    m_current.changeIpVisible = false;
+    m_current.hideItem.enabled = false;
     publish();
 }
 
@@ -86,50 +86,50 @@ void SessionDisplay::fetching() {
 }
 
 void SessionDisplay::advancedEnabled(bool enabled) {
-    current.advancedEnabled = enabled;
+    m_current.advancedEnabled = enabled;
     publish();
 }
 
 void SessionDisplay::tunnelStarting() {
-    current.hideItem.title = stopTitle();
-    current.hideButton.on = true;
+    m_current.hideItem.title = stopTitle();
+    m_current.hideButton.on = true;
     publish();
 }
 
 void SessionDisplay::hidden(const QString &lentIp, const QString &originalIp, const QString &flagImage,
                             const QString &location) {
-    current.flagImage = flagImage;
-    current.flagVisible = true;
-    current.currentIp = lentIp;
-    current.line1 = {tr("You are currently hiding your real IP %1").arg(originalIp), Tone::Plain, true};
+    m_current.flagImage = flagImage;
+    m_current.flagVisible = true;
+    m_current.currentIp = lentIp;
+    m_current.line1 = {tr("You are currently hiding your real IP %1").arg(originalIp), Tone::Plain, true};
     if (!location.isEmpty()) {
-        current.line22.text = location;
+        m_current.line22.text = location;
     }
-    current.stateImage = QStringLiteral("applock");
-    current.trayImage = QStringLiteral("TrayLock");
-    current.line21.visible = true;
-    current.line22.visible = true;
-    current.hideItem.enabled = true;
-    current.hideButton.title = stopTitle();
-    current.hideButton.enabled = true;
-    current.changeItemEnabled = true;
-    current.changeIpVisible = true;
-    current.discardIpVisible = true;
+    m_current.stateImage = QStringLiteral("applock");
+    m_current.trayImage = QStringLiteral("TrayLock");
+    m_current.line21.visible = true;
+    m_current.line22.visible = true;
+    m_current.hideItem.enabled = true;
+    m_current.hideButton.title = stopTitle();
+    m_current.hideButton.enabled = true;
+    m_current.changeItemEnabled = true;
+    m_current.changeIpVisible = true;
+    m_current.discardIpVisible = true;
     publish();
 }
 
 void SessionDisplay::backToNotHidden(const QString &originalIp) {
-    current.trayImage = QStringLiteral("Tray");
-    current.advancedEnabled = true;
-    current.hideButton = {hideTitle(), true, false};
-    current.hideItem = {hideTitle(), true};
-    current.changeItemEnabled = true;
-    current.line21.visible = false;
-    current.line22.visible = false;
+    m_current.trayImage = QStringLiteral("Tray");
+    m_current.advancedEnabled = true;
+    m_current.hideButton = {hideTitle(), true, false};
+    m_current.hideItem = {hideTitle(), true};
+    m_current.changeItemEnabled = true;
+    m_current.line21.visible = false;
+    m_current.line22.visible = false;
     warn();
-    current.stateImage = QStringLiteral("appmain");
-    current.currentIp = originalIp;
-    current.flagImage = QString();
+    m_current.stateImage = QStringLiteral("appmain");
+    m_current.currentIp = originalIp;
+    m_current.flagImage = QString();
 }
 
 void SessionDisplay::failed(const QString &originalIp) {
@@ -139,39 +139,39 @@ void SessionDisplay::failed(const QString &originalIp) {
 
 void SessionDisplay::notHidden(const QString &originalIp) {
     backToNotHidden(originalIp);
-    current.flagVisible = false;
-    current.discardIpVisible = false;
-    current.changeIpVisible = false;
-    current.line3.visible = false;
-    current.copyItemEnabled = false;
+    m_current.flagVisible = false;
+    m_current.discardIpVisible = false;
+    m_current.changeIpVisible = false;
+    m_current.line3.visible = false;
+    m_current.copyItemEnabled = false;
     publish();
 }
 
 void SessionDisplay::hideRotationButtons() {
-    current.changeIpVisible = false;
-    current.discardIpVisible = false;
+    m_current.changeIpVisible = false;
+    m_current.discardIpVisible = false;
     publish();
 }
 
 void SessionDisplay::interval(int minutes, bool enabled) {
-    current.interval = minutes;
-    current.intervalEnabled = enabled;
+    m_current.interval = minutes;
+    m_current.intervalEnabled = enabled;
     publish();
 }
 
 void SessionDisplay::waitingForLocation(const QString &text) {
-    current.line3 = {text, Tone::Quiet, true};
-    current.hideButton.title = stopTitle();
-    current.hideButton.enabled = true;
-    current.hideButton.on = true;
-    current.hideItem = {stopTitle(), true};
+    m_current.line3 = {text, Tone::Quiet, true};
+    m_current.hideButton.title = stopTitle();
+    m_current.hideButton.enabled = true;
+    m_current.hideButton.on = true;
+    m_current.hideItem = {stopTitle(), true};
     publish();
 }
 
 void SessionDisplay::waitingEnded() {
-    current.line3.visible = false;
-    current.hideButton.enabled = false;
-    current.hideItem.enabled = false;
+    m_current.line3.visible = false;
+    m_current.hideButton.enabled = false;
+    m_current.hideItem.enabled = false;
     publish();
 }
 

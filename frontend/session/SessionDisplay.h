@@ -62,7 +62,7 @@ class SessionDisplay final : public QObject {
 public:
     explicit SessionDisplay(QObject *parent = nullptr);
 
-    [[nodiscard]] const DisplayState &state() const { return current; }
+    [[nodiscard]] const DisplayState &state() const { return m_current; }
 
     /// The start of the run, until the first answer.
     void starting();
@@ -102,7 +102,7 @@ private:
     void backToNotHidden(const QString &originalIp);
     void publish();
 
-    DisplayState current;
+    DisplayState m_current;
 };
 
 } // namespace quorvane

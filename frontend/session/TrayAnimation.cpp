@@ -28,38 +28,38 @@ TrayAnimation::~TrayAnimation() {
 }
 
 void TrayAnimation::start() {
-    if (animateIconThread) {
+    if (m_animateIconThread) {
         return;
     }
-    iconCount = 0;
-    relay = std::make_shared<Relay>();
-    relay->target = this;
-    auto share = std::make_unique<std::shared_ptr<Relay>>(relay);
-    animateIconThread = std::make_unique<QrvThread>();
-    if (animateIconThread->run(&TrayAnimation::loop, share.get(), nullptr, nullptr) == 0) {
+    m_iconCount = 0;
+    m_relay = std::make_shared<Relay>();
+    m_relay->target = this;
+    auto share = std::make_unique<std::shared_ptr<Relay>>(m_relay);
+    m_animateIconThread = std::make_unique<QrvThread>();
+    if (m_animateIconThread->run(&TrayAnimation::loop, share.get(), nullptr, nullptr) == 0) {
         static_cast<void>(share.release()); // now the thread's
-        animateIconThread->detach();
+        m_animateIconThread->detach();
     } else {
-        animateIconThread.reset();
+        m_animateIconThread.reset();
     }
 }
 
 void TrayAnimation::stop() {
-    if (relay) {
-        const std::lock_guard lock(relay->mutex);
-        relay->target = nullptr;
+    if (m_relay) {
+        const std::lock_guard lock(m_relay->mutex);
+        m_relay->target = nullptr;
     }
-    relay.reset();
-    animateIconThread.reset();
+    m_relay.reset();
+    m_animateIconThread.reset();
 }
 
 void TrayAnimation::animateTrayIcon() {
-    if (iconCount + 1 < frames) {
-        ++iconCount;
+    if (m_iconCount + 1 < frames) {
+        ++m_iconCount;
     } else {
-        iconCount = 1;
+        m_iconCount = 1;
     }
-    Q_EMIT frame(frameName(iconCount));
+    Q_EMIT frame(frameName(m_iconCount));
 }
 
 void *TrayAnimation::loop(void *argument, void * /*unused2*/, void * /*unused3*/) {
@@ -75,7 +75,7 @@ void *TrayAnimation::loop(void *argument, void * /*unused2*/, void * /*unused3*/
         QMetaObject::invokeMethod(
             own->target,
             [animation = own->target, own] {
-                if (animation->relay == own) { // a frame of a stopped run is dropped
+                if (animation->m_relay == own) { // a frame of a stopped run is dropped
                     animation->animateTrayIcon();
                 }
             },

@@ -23,9 +23,9 @@ public:
     void start();
     void stop();
 
-    void resetFrames() { iconCount = 0; }
+    void resetFrames() { m_iconCount = 0; }
 
-    [[nodiscard]] bool isRunning() const { return animateIconThread != nullptr; }
+    [[nodiscard]] bool isRunning() const { return m_animateIconThread != nullptr; }
 
     /// The next frame's image; also what the thread causes every 0.2 seconds.
     void animateTrayIcon();
@@ -38,9 +38,9 @@ private:
 
     static void *loop(void *relay, void *unused2, void *unused3);
 
-    quint32 iconCount = 0;
-    std::unique_ptr<QrvThread> animateIconThread;
-    std::shared_ptr<Relay> relay;
+    quint32 m_iconCount = 0;
+    std::unique_ptr<QrvThread> m_animateIconThread;
+    std::shared_ptr<Relay> m_relay;
 };
 
 } // namespace quorvane

@@ -11,7 +11,7 @@ constexpr std::int32_t failure = -1;
 
 } // namespace
 
-QrvThread::QrvThread() : record(std::make_shared<Record>()) {}
+QrvThread::QrvThread() : m_record(std::make_shared<Record>()) {}
 
 QrvThread::~QrvThread() {
     cancel();
@@ -19,9 +19,9 @@ QrvThread::~QrvThread() {
 }
 
 void QrvThread::releaseHandle() {
-    if (handleHeld) {
-        pthread_detach(hThread);
-        handleHeld = false;
+    if (m_handleHeld) {
+        pthread_detach(m_hThread);
+        m_handleHeld = false;
     }
 }
 
@@ -35,14 +35,14 @@ void *QrvThread::Record::execute() {
 }
 
 void QrvThread::setThreadFunction(Function function, void *arg1, void *arg2, void *arg3) {
-    record->userThreadFunc = function;
-    record->userArg1 = arg1;
-    record->userArg2 = arg2;
-    record->userArg3 = arg3;
+    m_record->userThreadFunc = function;
+    m_record->userArg1 = arg1;
+    m_record->userArg2 = arg2;
+    m_record->userArg3 = arg3;
 }
 
 std::int32_t QrvThread::run() {
-    if (record->userThreadFunc == nullptr) {
+    if (m_record->userThreadFunc == nullptr) {
         return failure;
     }
     const std::int32_t state = getState();
@@ -50,15 +50,15 @@ std::int32_t QrvThread::run() {
         return success;
     }
     releaseHandle(); // of a thread that ran before and was never joined
-    auto argument = std::make_unique<std::shared_ptr<Record>>(record);
+    auto argument = std::make_unique<std::shared_ptr<Record>>(m_record);
     {
         // Held across the creation: the new thread cannot report its end before `alive` is set.
-        const std::lock_guard lock(record->statusMutex);
-        if (pthread_create(&hThread, nullptr, &QrvThread::entry, argument.get()) == 0) {
+        const std::lock_guard lock(m_record->statusMutex);
+        if (pthread_create(&m_hThread, nullptr, &QrvThread::entry, argument.get()) == 0) {
             static_cast<void>(argument.release()); // now the new thread's
-            record->alive = true;
-            handleHeld = true;
-            record->threadState = running;
+            m_record->alive = true;
+            m_handleHeld = true;
+            m_record->threadState = running;
             return success;
         }
     }
@@ -72,25 +72,25 @@ std::int32_t QrvThread::run(Function function, void *arg1, void *arg2, void *arg
 }
 
 void *QrvThread::executeThreadFunction() {
-    return record->execute();
+    return m_record->execute();
 }
 
 std::int32_t QrvThread::detach() {
-    if (record->threadState != running || !handleHeld || pthread_detach(hThread) != 0) {
+    if (m_record->threadState != running || !m_handleHeld || pthread_detach(m_hThread) != 0) {
         return failure;
     }
-    handleHeld = false;
-    record->threadState = detached;
+    m_handleHeld = false;
+    m_record->threadState = detached;
     return success;
 }
 
 std::int32_t QrvThread::join(void *&result) {
     // A thread that starts late puts its state back to 1 after a detach; its handle is gone all the same.
-    if (record->threadState != running || !handleHeld || pthread_join(hThread, &result) != 0) {
+    if (m_record->threadState != running || !m_handleHeld || pthread_join(m_hThread, &result) != 0) {
         return failure;
     }
-    handleHeld = false;
-    record->threadState = finished;
+    m_handleHeld = false;
+    m_record->threadState = finished;
     return success;
 }
 
@@ -99,20 +99,20 @@ std::int32_t QrvThread::cancel() {
     if (state != running && state != detached) {
         return failure;
     }
-    const std::lock_guard lock(record->statusMutex);
+    const std::lock_guard lock(m_record->statusMutex);
     // A detached thread that has ended no longer has a handle that may be touched.
-    const bool cancelled = record->alive && pthread_cancel(hThread) == 0;
-    record->threadState = cancelled ? notStarted : failed;
+    const bool cancelled = m_record->alive && pthread_cancel(m_hThread) == 0;
+    m_record->threadState = cancelled ? notStarted : failed;
     return cancelled ? success : failure;
 }
 
 void QrvThread::setState(std::int32_t state) {
-    record->set(state);
+    m_record->set(state);
 }
 
 std::int32_t QrvThread::getState() const {
-    const std::lock_guard lock(record->statusMutex);
-    return record->threadState;
+    const std::lock_guard lock(m_record->statusMutex);
+    return m_record->threadState;
 }
 
 // A cancellation leaves this frame without running its end, so the address sanitizer would keep the marks
@@ -133,20 +133,20 @@ void *QrvThread::entry(void *argument) {
     int previous = 0;
     pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous);
     const std::unique_ptr<std::shared_ptr<Record>> owner(static_cast<std::shared_ptr<Record> *>(argument));
-    const std::shared_ptr<Record> record = *owner;
+    const std::shared_ptr<Record> m_record = *owner;
 
     struct AliveGuard {
-        Record &record;
+        Record &m_record;
 
         ~AliveGuard() {
-            const std::lock_guard lock(record.statusMutex);
-            record.alive = false;
+            const std::lock_guard lock(m_record.statusMutex);
+            m_record.alive = false;
         }
-    } guard{*record};
+    } guard{*m_record};
 
-    record->set(running);
-    void *result = record->execute();
-    record->set(finished);
+    m_record->set(running);
+    void *result = m_record->execute();
+    m_record->set(finished);
     return result;
 }
 

@@ -67,10 +67,10 @@ private:
 
     void releaseHandle();
 
-    pthread_t hThread{};
+    pthread_t m_hThread{};
     // The handle still has to be joined or detached for the system to forget the thread.
-    bool handleHeld = false;
-    std::shared_ptr<Record> record;
+    bool m_handleHeld = false;
+    std::shared_ptr<Record> m_record;
 };
 
 } // namespace quorvane

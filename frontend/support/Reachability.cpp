@@ -22,7 +22,7 @@ platform::NetworkReachability &service() {
 } // namespace
 
 Reachability::Reachability(std::unique_ptr<platform::ReachabilityTarget> target)
-    : reachabilityRef(std::move(target)) {}
+    : m_reachabilityRef(std::move(target)) {}
 
 Reachability::Pointer Reachability::make(std::unique_ptr<platform::ReachabilityTarget> target) {
     if (!target) {
@@ -67,7 +67,7 @@ bool Reachability::isReachableWithFlags(std::uint32_t flags) {
 }
 
 bool Reachability::isReachable() const {
-    const auto flags = reachabilityRef->flags();
+    const auto flags = m_reachabilityRef->flags();
     return flags && isReachableWithFlags(*flags);
 }
 
@@ -106,7 +106,7 @@ int Reachability::currentReachabilityStatus() const {
 }
 
 std::uint32_t Reachability::reachabilityFlags() const {
-    return reachabilityRef->flags().value_or(0);
+    return m_reachabilityRef->flags().value_or(0);
 }
 
 QString Reachability::currentReachabilityString() const {
@@ -152,34 +152,34 @@ QString Reachability::description() const {
 }
 
 bool Reachability::startNotifier() {
-    reachabilityObject = shared_from_this();
-    reachabilitySerialQueue = service().makeQueue(QStringLiteral("com.qrvp.reachability"));
-    if (!reachabilitySerialQueue) {
-        reachabilityObject.reset();
+    m_reachabilityObject = shared_from_this();
+    m_reachabilitySerialQueue = service().makeQueue(QStringLiteral("com.qrvp.reachability"));
+    if (!m_reachabilitySerialQueue) {
+        m_reachabilityObject.reset();
         return false;
     }
     const bool registered =
-        reachabilityRef->setCallback([this](std::uint32_t flags) { reachabilityChanged(flags); });
+        m_reachabilityRef->setCallback([this](std::uint32_t flags) { reachabilityChanged(flags); });
     if (registered) {
-        if (reachabilityRef->setQueue(reachabilitySerialQueue.get())) {
+        if (m_reachabilityRef->setQueue(m_reachabilitySerialQueue.get())) {
             return true;
         }
-        reachabilityRef->setCallback({});
+        m_reachabilityRef->setCallback({});
     }
-    reachabilitySerialQueue.reset();
-    reachabilityObject.reset();
+    m_reachabilitySerialQueue.reset();
+    m_reachabilityObject.reset();
     return false;
 }
 
 void Reachability::stopNotifier() {
     // The last reference may be the one held here: it must outlive this call.
-    const Pointer keptUntilReturn = std::move(reachabilityObject);
-    reachabilityObject.reset();
-    if (reachabilityRef) {
-        reachabilityRef->setCallback({});
-        reachabilityRef->setQueue(nullptr);
+    const Pointer keptUntilReturn = std::move(m_reachabilityObject);
+    m_reachabilityObject.reset();
+    if (m_reachabilityRef) {
+        m_reachabilityRef->setCallback({});
+        m_reachabilityRef->setQueue(nullptr);
     }
-    reachabilitySerialQueue.reset();
+    m_reachabilitySerialQueue.reset();
 }
 
 void Reachability::reachabilityChanged(std::uint32_t flags) {

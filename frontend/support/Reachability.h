@@ -63,9 +63,9 @@ private:
     explicit Reachability(std::unique_ptr<platform::ReachabilityTarget> target);
     static Pointer make(std::unique_ptr<platform::ReachabilityTarget> target);
 
-    std::unique_ptr<platform::ReachabilityTarget> reachabilityRef;
-    std::unique_ptr<platform::SerialQueue> reachabilitySerialQueue;
-    Pointer reachabilityObject;
+    std::unique_ptr<platform::ReachabilityTarget> m_reachabilityRef;
+    std::unique_ptr<platform::SerialQueue> m_reachabilitySerialQueue;
+    Pointer m_reachabilityObject;
 };
 
 } // namespace quorvane

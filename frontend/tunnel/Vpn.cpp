@@ -37,7 +37,7 @@ QString quoted(const QString &value) {
 
 } // namespace
 
-Vpn::Vpn(RunningProcesses &table, QObject *parent) : QObject(parent), processes(table) {}
+Vpn::Vpn(RunningProcesses &table, QObject *parent) : QObject(parent), m_processes(table) {}
 
 Vpn::~Vpn() {
     services().delayedCalls->cancelAll(this);
@@ -49,14 +49,14 @@ void Vpn::startVpn() {
 }
 
 void Vpn::stopVpn() {
-    needReadLog = false;
+    m_needReadLog = false;
     services().delayedCalls->cancelAll(this);
     terminatevpn();
 }
 
 bool Vpn::configVpn() {
     Diagnostics::log(QStringLiteral("configVpn begins"));
-    noConfiguration = false;
+    m_noConfiguration = false;
     const QString executable = services().bundle->resourcesPath() + QStringLiteral("/openvpn");
     const auto &preferences = *services().preferences;
     const QString credentials = Diagnostics::shown(preferences.string(QStringLiteral("vpnUsername"))) +
@@ -75,8 +75,8 @@ bool Vpn::configVpn() {
     }
 
     const QString configurationPath = preferences.string(QStringLiteral("vpnConfigPath"));
-    noConfiguration = configurationPath.isEmpty() || !QFile::exists(configurationPath);
-    if (noConfiguration) {
+    m_noConfiguration = configurationPath.isEmpty() || !QFile::exists(configurationPath);
+    if (m_noConfiguration) {
         Diagnostics::log(QStringLiteral("no config file"));
         return false;
     }
@@ -91,7 +91,7 @@ bool Vpn::configVpn() {
         fail(QStringLiteral("log file %1 cannot be had").arg(logPath));
         return false;
     }
-    needReadLog = true;
+    m_needReadLog = true;
     readLog(logPath);
 
     // The blank before "--auth-user-pass" is part of the word, so two blanks stand there in the line.
@@ -125,7 +125,7 @@ void Vpn::launchInBackground(const QStringList &words, const QString &credential
 }
 
 void Vpn::terminatevpn() {
-    if (!processes.isRunning(processName)) {
+    if (!m_processes.isRunning(processName)) {
         return;
     }
     QString output;
@@ -142,11 +142,11 @@ void Vpn::readLog(const QString &path) {
         switch (verdict.outcome) {
         case LogVerdict::Outcome::Up:
             services().notifications->post(QStringLiteral("showIp"));
-            needReadLog = false;
+            m_needReadLog = false;
             break;
         case LogVerdict::Outcome::WithErrors:
             fail(QString());
-            needReadLog = false;
+            m_needReadLog = false;
             break;
         case LogVerdict::Outcome::Failed:
         case LogVerdict::Outcome::Undecided:
@@ -163,7 +163,7 @@ void Vpn::readLog(const QString &path) {
             break;
         }
     }
-    if (needReadLog) {
+    if (m_needReadLog) {
         services().delayedCalls->callAfter(pollSeconds, this, [this, path] { readLog(path); });
     }
 }
@@ -173,10 +173,10 @@ void Vpn::fail(const QString &line) {
         Diagnostics::log(line);
     }
     stopVpn();
-    if (delegate != nullptr) {
+    if (m_delegate != nullptr) {
         // The call belongs to the delegate: stopVpn() does not take it back.
-        services().delayedCalls->callAfter(failureSeconds, delegate,
-                                           [target = delegate] { target->connectionError(); });
+        services().delayedCalls->callAfter(failureSeconds, m_delegate,
+                                           [target = m_delegate] { target->connectionError(); });
     }
 }
 

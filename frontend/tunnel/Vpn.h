@@ -32,14 +32,14 @@ public:
     explicit Vpn(RunningProcesses &processes, QObject *parent = nullptr);
     ~Vpn() override;
 
-    void setDelegate(VpnProtocol *newDelegate) { delegate = newDelegate; }
+    void setDelegate(VpnProtocol *delegate) { m_delegate = delegate; }
 
-    [[nodiscard]] VpnProtocol *getDelegate() const { return delegate; }
+    [[nodiscard]] VpnProtocol *getDelegate() const { return m_delegate; }
 
-    [[nodiscard]] bool readsLog() const { return needReadLog; }
+    [[nodiscard]] bool readsLog() const { return m_needReadLog; }
 
     /// Whether the last launch ended because there was no configuration file. Nothing else tells of it.
-    [[nodiscard]] bool lacksConfiguration() const { return noConfiguration; }
+    [[nodiscard]] bool lacksConfiguration() const { return m_noConfiguration; }
 
     /// Kills what runs, then launches.
     void startVpn();
@@ -65,10 +65,10 @@ private:
     void launchInBackground(const QStringList &words, const QString &credentialsPath);
     void fail(const QString &line);
 
-    RunningProcesses &processes;
-    VpnProtocol *delegate = nullptr;
-    bool needReadLog = false;
-    bool noConfiguration = false;
+    RunningProcesses &m_processes;
+    VpnProtocol *m_delegate = nullptr;
+    bool m_needReadLog = false;
+    bool m_noConfiguration = false;
 };
 
 } // namespace quorvane

@@ -20,89 +20,90 @@ public:
     };
 
     [[nodiscard]] bool lookUp() override {
-        const std::lock_guard lock(mutex);
-        ++lookUpCount;
-        return present;
+        const std::lock_guard lock(m_mutex);
+        ++m_lookUpCount;
+        return m_present;
     }
 
     /// Process numbers count up from firstPid. The output descriptor reads the output set before.
     [[nodiscard]] platform::PrivilegedProcess launch(const QString &program, const QStringList &arguments,
                                                      const QString &folder) override {
-        const std::lock_guard lock(mutex);
-        recorded.push_back({program, arguments, folder});
-        if (status != 0) {
-            return {status, -1, -1};
+        const std::lock_guard lock(m_mutex);
+        m_recorded.push_back({program, arguments, folder});
+        if (m_status != 0) {
+            return {m_status, -1, -1};
         }
         int ends[2] = {-1, -1};
         if (pipe(ends) != 0) {
             return {toolMissing, -1, -1};
         }
-        const ssize_t written = write(ends[1], output.constData(), static_cast<std::size_t>(output.size()));
+        const ssize_t written =
+            write(ends[1], m_output.constData(), static_cast<std::size_t>(m_output.size()));
         close(ends[1]);
-        if (written != output.size()) {
+        if (written != m_output.size()) {
             close(ends[0]);
             return {toolMissing, -1, -1};
         }
-        return {0, nextPid++, ends[0]};
+        return {0, m_nextPid++, ends[0]};
     }
 
     [[nodiscard]] std::optional<int> wait(pid_t pid, bool block) override {
-        std::unique_lock lock(mutex);
+        std::unique_lock lock(m_mutex);
         if (block) {
-            ended.wait(lock, [this, pid] { return finished.contains(pid); });
+            m_ended.wait(lock, [this, pid] { return m_finished.contains(pid); });
         }
-        const auto found = finished.find(pid);
-        return found != finished.end() ? std::optional(found->second) : std::nullopt;
+        const auto found = m_finished.find(pid);
+        return found != m_finished.end() ? std::optional(found->second) : std::nullopt;
     }
 
     static constexpr pid_t firstPid = 4242;
 
     void setPresent(bool isPresent) {
-        const std::lock_guard lock(mutex);
-        present = isPresent;
+        const std::lock_guard lock(m_mutex);
+        m_present = isPresent;
     }
 
     /// What launch() answers; 0 starts.
     void setStatus(int newStatus) {
-        const std::lock_guard lock(mutex);
-        status = newStatus;
+        const std::lock_guard lock(m_mutex);
+        m_status = newStatus;
     }
 
     /// At most a pipe's capacity (64 KiB).
     void setOutput(const QByteArray &bytes) {
-        const std::lock_guard lock(mutex);
-        output = bytes;
+        const std::lock_guard lock(m_mutex);
+        m_output = bytes;
     }
 
     /// Ends a process with a wait status.
     void finish(pid_t pid, int waitStatus) {
         {
-            const std::lock_guard lock(mutex);
-            finished[pid] = waitStatus;
+            const std::lock_guard lock(m_mutex);
+            m_finished[pid] = waitStatus;
         }
-        ended.notify_all();
+        m_ended.notify_all();
     }
 
     [[nodiscard]] int lookUps() const {
-        const std::lock_guard lock(mutex);
-        return lookUpCount;
+        const std::lock_guard lock(m_mutex);
+        return m_lookUpCount;
     }
 
     [[nodiscard]] std::vector<Launch> launches() const {
-        const std::lock_guard lock(mutex);
-        return recorded;
+        const std::lock_guard lock(m_mutex);
+        return m_recorded;
     }
 
 private:
-    mutable std::mutex mutex;
-    std::condition_variable ended;
-    std::vector<Launch> recorded;
-    std::map<pid_t, int> finished;
-    QByteArray output;
-    pid_t nextPid = firstPid;
-    int status = 0;
-    int lookUpCount = 0;
-    bool present = true;
+    mutable std::mutex m_mutex;
+    std::condition_variable m_ended;
+    std::vector<Launch> m_recorded;
+    std::map<pid_t, int> m_finished;
+    QByteArray m_output;
+    pid_t m_nextPid = firstPid;
+    int m_status = 0;
+    int m_lookUpCount = 0;
+    bool m_present = true;
 };
 
 } // namespace quorvane::fakes

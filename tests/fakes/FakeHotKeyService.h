@@ -30,45 +30,45 @@ public:
         platform::HotKeyReference reference;
     };
 
-    [[nodiscard]] bool isAvailable() const override { return available; }
+    [[nodiscard]] bool isAvailable() const override { return m_available; }
 
     [[nodiscard]] platform::HotKeyRegistration
     registerHotKey(quint32 keyCode, quint32 modifiers, platform::HotKeyIdentifier identifier) override {
         const platform::HotKeyError error = verdict(keyCode, modifiers);
         const platform::HotKeyReference reference =
-            error == platform::HotKeyError::None ? ++lastReference : platform::HotKeyReference{0};
-        recorded.append({Call::Kind::Register, keyCode, modifiers, identifier, reference});
+            error == platform::HotKeyError::None ? ++m_lastReference : platform::HotKeyReference{0};
+        m_recorded.append({Call::Kind::Register, keyCode, modifiers, identifier, reference});
         if (reference != 0) {
-            heldKeys.append({keyCode, modifiers, identifier, reference});
+            m_heldKeys.append({keyCode, modifiers, identifier, reference});
         }
         return {error, reference};
     }
 
     platform::HotKeyError unregisterHotKey(platform::HotKeyReference reference) override {
-        recorded.append({Call::Kind::Unregister, 0, 0, {}, reference});
-        return heldKeys.removeIf([reference](const Held &held) { return held.reference == reference; }) > 0
+        m_recorded.append({Call::Kind::Unregister, 0, 0, {}, reference});
+        return m_heldKeys.removeIf([reference](const Held &held) { return held.reference == reference; }) > 0
                    ? platform::HotKeyError::None
                    : platform::HotKeyError::UnknownReference;
     }
 
-    void installEventHandler(EventHandler handler) override { pressed = std::move(handler); }
+    void installEventHandler(EventHandler handler) override { m_pressed = std::move(handler); }
 
-    void installRefusalHandler(RefusalHandler handler) override { refused = std::move(handler); }
+    void installRefusalHandler(RefusalHandler handler) override { m_refused = std::move(handler); }
 
-    void setDescription(quint32 id, const QString &text) override { descriptions.insert(id, text); }
+    void setDescription(quint32 id, const QString &text) override { m_descriptions.insert(id, text); }
 
-    void setAvailable(bool newAvailable) { available = newAvailable; }
+    void setAvailable(bool available) { m_available = available; }
 
     /// Another program holds this combination from now on.
-    void takeElsewhere(quint32 keyCode, quint32 modifiers) { taken.append({keyCode, modifiers}); }
+    void takeElsewhere(quint32 keyCode, quint32 modifiers) { m_taken.append({keyCode, modifiers}); }
 
     /// Plays one press; every held registration of the combination is told. How many were.
     qsizetype press(quint32 keyCode, quint32 modifiers) {
         qsizetype told = 0;
-        const QList<Held> present = heldKeys;
+        const QList<Held> present = m_heldKeys;
         for (const Held &held : present) {
-            if (held.keyCode == keyCode && held.modifiers == modifiers && pressed) {
-                pressed(held.identifier);
+            if (held.keyCode == keyCode && held.modifiers == modifiers && m_pressed) {
+                m_pressed(held.identifier);
                 ++told;
             }
         }
@@ -76,24 +76,24 @@ public:
     }
 
     /// The event itself, for identifiers that were never registered.
-    void deliver(platform::HotKeyIdentifier identifier) const { pressed(identifier); }
+    void deliver(platform::HotKeyIdentifier identifier) const { m_pressed(identifier); }
 
     /// The desktop decides late against a registration.
     void refuse(platform::HotKeyReference reference, platform::HotKeyError error) {
-        heldKeys.removeIf([reference](const Held &held) { return held.reference == reference; });
-        refused(reference, error);
+        m_heldKeys.removeIf([reference](const Held &held) { return held.reference == reference; });
+        m_refused(reference, error);
     }
 
-    [[nodiscard]] const QList<Call> &calls() const { return recorded; }
+    [[nodiscard]] const QList<Call> &calls() const { return m_recorded; }
 
-    [[nodiscard]] const QList<Held> &held() const { return heldKeys; }
+    [[nodiscard]] const QList<Held> &held() const { return m_heldKeys; }
 
     /// What the user would read about the hot keys with this id.
-    [[nodiscard]] QString description(quint32 id) const { return descriptions.value(id); }
+    [[nodiscard]] QString description(quint32 id) const { return m_descriptions.value(id); }
 
-    [[nodiscard]] bool hasEventHandler() const { return static_cast<bool>(pressed); }
+    [[nodiscard]] bool hasEventHandler() const { return static_cast<bool>(m_pressed); }
 
-    void clear() { recorded.clear(); }
+    void clear() { m_recorded.clear(); }
 
 private:
     struct Combination {
@@ -104,26 +104,26 @@ private:
     };
 
     [[nodiscard]] platform::HotKeyError verdict(quint32 keyCode, quint32 modifiers) const {
-        if (!available) {
+        if (!m_available) {
             return platform::HotKeyError::NotAvailable;
         }
-        if (taken.contains(Combination{keyCode, modifiers})) {
+        if (m_taken.contains(Combination{keyCode, modifiers})) {
             return platform::HotKeyError::TakenElsewhere;
         }
-        const bool ours = std::any_of(heldKeys.begin(), heldKeys.end(), [=](const Held &held) {
+        const bool ours = std::any_of(m_heldKeys.begin(), m_heldKeys.end(), [=](const Held &held) {
             return held.keyCode == keyCode && held.modifiers == modifiers;
         });
         return ours ? platform::HotKeyError::AlreadyHeld : platform::HotKeyError::None;
     }
 
-    bool available = true;
-    platform::HotKeyReference lastReference = 0;
-    QList<Call> recorded;
-    QList<Held> heldKeys;
-    QList<Combination> taken;
-    QHash<quint32, QString> descriptions;
-    EventHandler pressed;
-    RefusalHandler refused;
+    bool m_available = true;
+    platform::HotKeyReference m_lastReference = 0;
+    QList<Call> m_recorded;
+    QList<Held> m_heldKeys;
+    QList<Combination> m_taken;
+    QHash<quint32, QString> m_descriptions;
+    EventHandler m_pressed;
+    RefusalHandler m_refused;
 };
 
 } // namespace quorvane::fakes

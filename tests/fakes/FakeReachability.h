@@ -26,7 +26,7 @@ public:
     enum class Queues { Inline, Threaded };
 
     explicit FakeReachability(Queues kind = Queues::Threaded)
-        : queues(kind), shared(std::make_shared<Shared>()) {}
+        : m_queues(kind), m_shared(std::make_shared<Shared>()) {}
 
     [[nodiscard]] static QString addressKey(std::uint32_t address) {
         return QStringLiteral("%1.%2.%3.%4")
@@ -46,12 +46,12 @@ public:
     }
 
     [[nodiscard]] std::unique_ptr<platform::SerialQueue> makeQueue(const QString &name) override {
-        const std::lock_guard lock(shared->mutex);
-        shared->queueNames.append(name);
-        if (shared->queuesFail) {
+        const std::lock_guard lock(m_shared->mutex);
+        m_shared->queueNames.append(name);
+        if (m_shared->queuesFail) {
             return nullptr;
         }
-        if (queues == Queues::Inline) {
+        if (m_queues == Queues::Inline) {
             return std::make_unique<InlineQueue>();
         }
         return std::make_unique<platform::ThreadQueue>(name);
@@ -60,14 +60,14 @@ public:
     /// Sets a target's flags and delivers them to every live target of that key.
     void setFlags(const QString &key, std::uint32_t flags) {
         std::vector<Target *> live;
-        const std::lock_guard delivering(shared->delivering);
+        const std::lock_guard delivering(m_shared->delivering);
         {
-            const std::lock_guard lock(shared->mutex);
-            shared->flags.insert(key, flags);
-            live = shared->targets;
+            const std::lock_guard lock(m_shared->mutex);
+            m_shared->flags.insert(key, flags);
+            live = m_shared->targets;
         }
         for (Target *target : live) {
-            if (shared->isLive(target) && target->key == key) {
+            if (m_shared->isLive(target) && target->key == key) {
                 target->delivery.report(flags);
             }
         }
@@ -75,35 +75,35 @@ public:
 
     /// Makes the flags of the key unreadable.
     void setUnreadable(const QString &key) {
-        const std::lock_guard lock(shared->mutex);
-        shared->flags.insert(key, std::nullopt);
+        const std::lock_guard lock(m_shared->mutex);
+        m_shared->flags.insert(key, std::nullopt);
     }
 
     void setQueuesFail(bool fail) {
-        const std::lock_guard lock(shared->mutex);
-        shared->queuesFail = fail;
+        const std::lock_guard lock(m_shared->mutex);
+        m_shared->queuesFail = fail;
     }
 
     void setTargetsFail(bool fail) {
-        const std::lock_guard lock(shared->mutex);
-        shared->targetsFail = fail;
+        const std::lock_guard lock(m_shared->mutex);
+        m_shared->targetsFail = fail;
     }
 
     void setCallbacksFail(bool fail) {
-        const std::lock_guard lock(shared->mutex);
-        shared->callbacksFail = fail;
+        const std::lock_guard lock(m_shared->mutex);
+        m_shared->callbacksFail = fail;
     }
 
     void setSettingQueuesFails(bool fail) {
-        const std::lock_guard lock(shared->mutex);
-        shared->settingQueuesFails = fail;
+        const std::lock_guard lock(m_shared->mutex);
+        m_shared->settingQueuesFails = fail;
     }
 
     /// Keys of the targets that are alive.
     [[nodiscard]] QStringList liveTargets() const {
-        const std::lock_guard lock(shared->mutex);
+        const std::lock_guard lock(m_shared->mutex);
         QStringList keys;
-        for (const Target *target : shared->targets) {
+        for (const Target *target : m_shared->targets) {
             keys.append(target->key);
         }
         return keys;
@@ -111,8 +111,8 @@ public:
 
     /// Names of the queues asked for, in order.
     [[nodiscard]] QStringList queueNames() const {
-        const std::lock_guard lock(shared->mutex);
-        return shared->queueNames;
+        const std::lock_guard lock(m_shared->mutex);
+        return m_shared->queueNames;
     }
 
 private:
@@ -139,30 +139,31 @@ private:
 
     class Target final : public platform::ReachabilityTarget {
     public:
-        Target(std::shared_ptr<Shared> state, QString name) : key(std::move(name)), shared(std::move(state)) {
-            const std::lock_guard lock(shared->mutex);
-            shared->targets.push_back(this);
+        Target(std::shared_ptr<Shared> state, QString name)
+            : key(std::move(name)), m_shared(std::move(state)) {
+            const std::lock_guard lock(m_shared->mutex);
+            m_shared->targets.push_back(this);
         }
 
         ~Target() override {
-            const std::lock_guard delivering(shared->delivering);
-            const std::lock_guard lock(shared->mutex);
-            std::erase(shared->targets, this);
+            const std::lock_guard delivering(m_shared->delivering);
+            const std::lock_guard lock(m_shared->mutex);
+            std::erase(m_shared->targets, this);
         }
 
         Target(const Target &) = delete;
         Target &operator=(const Target &) = delete;
 
         [[nodiscard]] std::optional<std::uint32_t> flags() override {
-            const std::lock_guard lock(shared->mutex);
-            return shared->flags.value(key, platform::ReachabilityFlag::reachable);
+            const std::lock_guard lock(m_shared->mutex);
+            return m_shared->flags.value(key, platform::ReachabilityFlag::reachable);
         }
 
         bool setCallback(Callback callback) override {
             const bool unregisters = !callback;
             {
-                const std::lock_guard lock(shared->mutex);
-                if (shared->callbacksFail && !unregisters) {
+                const std::lock_guard lock(m_shared->mutex);
+                if (m_shared->callbacksFail && !unregisters) {
                     return false;
                 }
             }
@@ -172,8 +173,8 @@ private:
 
         bool setQueue(platform::SerialQueue *queue) override {
             {
-                const std::lock_guard lock(shared->mutex);
-                if (shared->settingQueuesFails && queue != nullptr) {
+                const std::lock_guard lock(m_shared->mutex);
+                if (m_shared->settingQueuesFails && queue != nullptr) {
                     return false;
                 }
             }
@@ -189,21 +190,21 @@ private:
         platform::ReachabilityDelivery delivery;
 
     private:
-        std::shared_ptr<Shared> shared;
+        std::shared_ptr<Shared> m_shared;
     };
 
     [[nodiscard]] std::unique_ptr<Target> makeTarget(const QString &key) {
         {
-            const std::lock_guard lock(shared->mutex);
-            if (shared->targetsFail) {
+            const std::lock_guard lock(m_shared->mutex);
+            if (m_shared->targetsFail) {
                 return nullptr;
             }
         }
-        return std::make_unique<Target>(shared, key);
+        return std::make_unique<Target>(m_shared, key);
     }
 
-    const Queues queues;
-    std::shared_ptr<Shared> shared;
+    const Queues m_queues;
+    std::shared_ptr<Shared> m_shared;
 };
 
 } // namespace quorvane::fakes

@@ -43,46 +43,46 @@ public:
     }
 
     void queueAnswer(const platform::ScriptResult &result) {
-        const std::lock_guard lock(mutex);
-        answers.push_back(result);
+        const std::lock_guard lock(m_mutex);
+        m_answers.push_back(result);
     }
 
     /// Runs on the caller's thread, outside any lock; may block.
     void setHandler(Handler newHandler) {
-        const std::lock_guard lock(mutex);
-        handler = std::move(newHandler);
+        const std::lock_guard lock(m_mutex);
+        m_handler = std::move(newHandler);
     }
 
     [[nodiscard]] std::vector<Call> calls() const {
-        const std::lock_guard lock(mutex);
-        return recorded;
+        const std::lock_guard lock(m_mutex);
+        return m_recorded;
     }
 
     void clear() {
-        const std::lock_guard lock(mutex);
-        recorded.clear();
+        const std::lock_guard lock(m_mutex);
+        m_recorded.clear();
     }
 
 private:
     [[nodiscard]] platform::ScriptResult answer(const Call &call) {
         Handler present;
         {
-            const std::lock_guard lock(mutex);
-            recorded.push_back(call);
-            present = handler;
-            if (!present && !answers.empty()) {
-                const platform::ScriptResult result = answers.front();
-                answers.pop_front();
+            const std::lock_guard lock(m_mutex);
+            m_recorded.push_back(call);
+            present = m_handler;
+            if (!present && !m_answers.empty()) {
+                const platform::ScriptResult result = m_answers.front();
+                m_answers.pop_front();
                 return result;
             }
         }
         return present ? present(call) : success(QStringLiteral(""));
     }
 
-    mutable std::mutex mutex;
-    std::vector<Call> recorded;
-    std::deque<platform::ScriptResult> answers;
-    Handler handler;
+    mutable std::mutex m_mutex;
+    std::vector<Call> m_recorded;
+    std::deque<platform::ScriptResult> m_answers;
+    Handler m_handler;
 };
 
 } // namespace quorvane::fakes

@@ -9,34 +9,34 @@ namespace quorvane::fakes {
 /// Trays that come and go as a test says; none at first. Main thread.
 class FakeTrayHosts final : public platform::TrayHosts {
 public:
-    [[nodiscard]] bool notifierHost() const override { return notifier; }
+    [[nodiscard]] bool notifierHost() const override { return m_notifier; }
 
-    [[nodiscard]] bool embeddingTray() const override { return embedding; }
+    [[nodiscard]] bool embeddingTray() const override { return m_embedding; }
 
-    void installChangeHandler(std::function<void()> handler) override { changed = std::move(handler); }
+    void installChangeHandler(std::function<void()> handler) override { m_changed = std::move(handler); }
 
     void setNotifierHost(bool present) {
-        notifier = present;
+        m_notifier = present;
         tell();
     }
 
     void setEmbeddingTray(bool present) {
-        embedding = present;
+        m_embedding = present;
         tell();
     }
 
-    [[nodiscard]] bool hasChangeHandler() const { return static_cast<bool>(changed); }
+    [[nodiscard]] bool hasChangeHandler() const { return static_cast<bool>(m_changed); }
 
 private:
     void tell() const {
-        if (changed) {
-            changed();
+        if (m_changed) {
+            m_changed();
         }
     }
 
-    bool notifier = false;
-    bool embedding = false;
-    std::function<void()> changed;
+    bool m_notifier = false;
+    bool m_embedding = false;
+    std::function<void()> m_changed;
 };
 
 } // namespace quorvane::fakes

@@ -23,26 +23,26 @@ public:
 
     bool download(const QByteArray &url, QObject *context, Destination destination, Finished finished,
                   Failed failed) override {
-        const std::lock_guard lock(mutex);
-        if (refusing || !platform::strictUrl(url)) {
-            refused.push_back(url);
+        const std::lock_guard lock(m_mutex);
+        if (m_refusing || !platform::strictUrl(url)) {
+            m_refused.push_back(url);
             return false;
         }
-        downloaded.push_back(url);
-        open.push_back({context, std::move(destination), std::move(finished), std::move(failed)});
+        m_downloaded.push_back(url);
+        m_open.push_back({context, std::move(destination), std::move(finished), std::move(failed)});
         return true;
     }
 
     [[nodiscard]] std::optional<QByteArray> fetch(const QByteArray &url) override {
         FetchHandler present;
         {
-            const std::lock_guard lock(mutex);
+            const std::lock_guard lock(m_mutex);
             if (!platform::strictUrl(url)) {
-                refused.push_back(url);
+                m_refused.push_back(url);
                 return std::nullopt;
             }
-            fetched.push_back(url);
-            present = handler;
+            m_fetched.push_back(url);
+            present = m_handler;
         }
         return present ? present(url) : std::nullopt;
     }
@@ -81,35 +81,35 @@ public:
 
     /// Answers fetch(); called on the caller's thread, outside any lock. Without one every fetch fails.
     void setFetchHandler(FetchHandler newHandler) {
-        const std::lock_guard lock(mutex);
-        handler = std::move(newHandler);
+        const std::lock_guard lock(m_mutex);
+        m_handler = std::move(newHandler);
     }
 
     /// Makes download() refuse whatever it is given.
     void setRefusing(bool refuses) {
-        const std::lock_guard lock(mutex);
-        refusing = refuses;
+        const std::lock_guard lock(m_mutex);
+        m_refusing = refuses;
     }
 
     [[nodiscard]] std::size_t openDownloads() const {
-        const std::lock_guard lock(mutex);
-        return open.size();
+        const std::lock_guard lock(m_mutex);
+        return m_open.size();
     }
 
     /// URLs of the downloads started, in order.
     [[nodiscard]] std::vector<QByteArray> downloads() const {
-        const std::lock_guard lock(mutex);
-        return downloaded;
+        const std::lock_guard lock(m_mutex);
+        return m_downloaded;
     }
 
     [[nodiscard]] std::vector<QByteArray> fetches() const {
-        const std::lock_guard lock(mutex);
-        return fetched;
+        const std::lock_guard lock(m_mutex);
+        return m_fetched;
     }
 
     [[nodiscard]] std::vector<QByteArray> refusals() const {
-        const std::lock_guard lock(mutex);
-        return refused;
+        const std::lock_guard lock(m_mutex);
+        return m_refused;
     }
 
 private:
@@ -121,22 +121,22 @@ private:
     };
 
     [[nodiscard]] std::optional<Job> takeNext() {
-        const std::lock_guard lock(mutex);
-        if (open.empty()) {
+        const std::lock_guard lock(m_mutex);
+        if (m_open.empty()) {
             return std::nullopt;
         }
-        Job job = std::move(open.front());
-        open.pop_front();
+        Job job = std::move(m_open.front());
+        m_open.pop_front();
         return job;
     }
 
-    mutable std::mutex mutex;
-    std::deque<Job> open;
-    std::vector<QByteArray> downloaded;
-    std::vector<QByteArray> fetched;
-    std::vector<QByteArray> refused;
-    FetchHandler handler;
-    bool refusing = false;
+    mutable std::mutex m_mutex;
+    std::deque<Job> m_open;
+    std::vector<QByteArray> m_downloaded;
+    std::vector<QByteArray> m_fetched;
+    std::vector<QByteArray> m_refused;
+    FetchHandler m_handler;
+    bool m_refusing = false;
 };
 
 } // namespace quorvane::fakes

@@ -23,17 +23,17 @@ public:
     };
 
     void callAfter(double seconds, QObject *target, std::function<void()> call) override {
-        calls.push_back({target, seconds, clock + std::max(seconds, 0.0), std::move(call)});
+        m_calls.push_back({target, seconds, m_clock + std::max(seconds, 0.0), std::move(call)});
     }
 
     void cancelAll(const QObject *target) override {
-        std::erase_if(calls, [target](const Pending &call) { return call.target.data() == target; });
+        std::erase_if(m_calls, [target](const Pending &call) { return call.target.data() == target; });
     }
 
     /// Calls still due, in the order in which they were asked for.
     [[nodiscard]] std::vector<Pending> pending() {
-        std::erase_if(calls, [](const Pending &call) { return call.target.isNull(); });
-        return calls;
+        std::erase_if(m_calls, [](const Pending &call) { return call.target.isNull(); });
+        return m_calls;
     }
 
     /// Delays of the calls still due for one target.
@@ -49,29 +49,30 @@ public:
 
     /// Moves the clock and runs what falls due on the way, calls made by calls included.
     void advance(double seconds) {
-        const double end = clock + seconds;
+        const double end = m_clock + seconds;
         while (!pending().empty()) {
-            const auto next = std::min_element(
-                calls.begin(), calls.end(), [](const Pending &a, const Pending &b) { return a.due < b.due; });
+            const auto next =
+                std::min_element(m_calls.begin(), m_calls.end(),
+                                 [](const Pending &a, const Pending &b) { return a.due < b.due; });
             if (next->due > end + tolerance) {
                 break;
             }
-            clock = std::max(clock, next->due);
+            m_clock = std::max(m_clock, next->due);
             const auto work = std::move(next->call);
-            calls.erase(next);
+            m_calls.erase(next);
             work();
         }
-        clock = end;
+        m_clock = end;
     }
 
-    [[nodiscard]] double now() const { return clock; }
+    [[nodiscard]] double now() const { return m_clock; }
 
 private:
     // Sums of delays such as 0.1 are not exact.
     static constexpr double tolerance = 1e-9;
 
-    std::vector<Pending> calls;
-    double clock = 0;
+    std::vector<Pending> m_calls;
+    double m_clock = 0;
 };
 
 } // namespace quorvane::fakes

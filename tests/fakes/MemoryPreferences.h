@@ -10,66 +10,66 @@ namespace quorvane::fakes {
 class MemoryPreferences final : public platform::PreferencesStore {
 public:
     [[nodiscard]] QVariant value(const QString &key) const override {
-        const std::lock_guard lock(mutex);
-        return table.value(key);
+        const std::lock_guard lock(m_mutex);
+        return m_table.value(key);
     }
 
     void setValues(const QVariantMap &values) override {
-        const std::lock_guard lock(mutex);
-        ++changeCount;
+        const std::lock_guard lock(m_mutex);
+        ++m_changeCount;
         for (auto entry = values.begin(); entry != values.end(); ++entry) {
             if (entry->isValid()) {
-                table.insert(entry.key(), canonical(*entry));
+                m_table.insert(entry.key(), canonical(*entry));
             } else {
-                table.remove(entry.key());
+                m_table.remove(entry.key());
             }
         }
     }
 
     bool synchronize() override {
-        const std::lock_guard lock(mutex);
-        ++synchronizeCount;
-        return synchronizeSucceeds;
+        const std::lock_guard lock(m_mutex);
+        ++m_synchronizeCount;
+        return m_synchronizeSucceeds;
     }
 
     [[nodiscard]] QString filePath() const override {
-        const std::lock_guard lock(mutex);
-        return path;
+        const std::lock_guard lock(m_mutex);
+        return m_path;
     }
 
     /// Everything stored.
     [[nodiscard]] QVariantMap all() const {
-        const std::lock_guard lock(mutex);
-        return table;
+        const std::lock_guard lock(m_mutex);
+        return m_table;
     }
 
     [[nodiscard]] int changes() const {
-        const std::lock_guard lock(mutex);
-        return changeCount;
+        const std::lock_guard lock(m_mutex);
+        return m_changeCount;
     }
 
     [[nodiscard]] int synchronizations() const {
-        const std::lock_guard lock(mutex);
-        return synchronizeCount;
+        const std::lock_guard lock(m_mutex);
+        return m_synchronizeCount;
     }
 
     void setSynchronizeSucceeds(bool succeeds) {
-        const std::lock_guard lock(mutex);
-        synchronizeSucceeds = succeeds;
+        const std::lock_guard lock(m_mutex);
+        m_synchronizeSucceeds = succeeds;
     }
 
     void setFilePath(const QString &newPath) {
-        const std::lock_guard lock(mutex);
-        path = newPath;
+        const std::lock_guard lock(m_mutex);
+        m_path = newPath;
     }
 
 private:
-    mutable std::mutex mutex;
-    QVariantMap table;
-    QString path;
-    int changeCount = 0;
-    int synchronizeCount = 0;
-    bool synchronizeSucceeds = true;
+    mutable std::mutex m_mutex;
+    QVariantMap m_table;
+    QString m_path;
+    int m_changeCount = 0;
+    int m_synchronizeCount = 0;
+    bool m_synchronizeSucceeds = true;
 };
 
 } // namespace quorvane::fakes

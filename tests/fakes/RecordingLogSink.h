@@ -12,23 +12,23 @@ namespace quorvane::fakes {
 class RecordingLogSink final : public platform::LogSink {
 public:
     void write(const QString &line) override {
-        const std::lock_guard lock(mutex);
-        written.append(line);
+        const std::lock_guard lock(m_mutex);
+        m_written.append(line);
     }
 
     [[nodiscard]] QStringList lines() const {
-        const std::lock_guard lock(mutex);
-        return written;
+        const std::lock_guard lock(m_mutex);
+        return m_written;
     }
 
     void clear() {
-        const std::lock_guard lock(mutex);
-        written.clear();
+        const std::lock_guard lock(m_mutex);
+        m_written.clear();
     }
 
 private:
-    mutable std::mutex mutex;
-    QStringList written;
+    mutable std::mutex m_mutex;
+    QStringList m_written;
 };
 
 } // namespace quorvane::fakes

@@ -20,27 +20,28 @@ Fake *install(std::unique_ptr<Interface> &place, Arguments &&...arguments) {
 } // namespace
 
 TestPlatform::TestPlatform(FakeReachability::Queues queues)
-    : preferencesFake(install<MemoryPreferences>(real.preferences)),
-      delayedCallsFake(install<ManualDelayedCalls>(real.delayedCalls)),
-      logSinkFake(install<RecordingLogSink>(real.logSink)),
-      scriptingFake(install<FakeScriptingService>(real.scripting)),
-      authorizationFake(install<FakeAuthorizationService>(real.authorization)),
-      keyStoreFake(install<MemoryKeyStore>(real.keyStore)),
-      reachabilityFake(install<FakeReachability>(real.reachability, queues)),
-      hardwareFake(install<FakeHardware>(real.hardware)),
-      hotKeysFake(install<FakeHotKeyService>(real.hotKeys)),
-      processesFake(install<FakeProcessTable>(real.processes)),
-      trayHostsFake(install<FakeTrayHosts>(real.trayHosts)), urlsFake(install<FakeUrlLoader>(real.urls)),
-      workspaceFake(install<RecordingWorkspace>(real.workspace)) {
+    : m_preferencesFake(install<MemoryPreferences>(m_real.preferences)),
+      m_delayedCallsFake(install<ManualDelayedCalls>(m_real.delayedCalls)),
+      m_logSinkFake(install<RecordingLogSink>(m_real.logSink)),
+      m_scriptingFake(install<FakeScriptingService>(m_real.scripting)),
+      m_authorizationFake(install<FakeAuthorizationService>(m_real.authorization)),
+      m_keyStoreFake(install<MemoryKeyStore>(m_real.keyStore)),
+      m_reachabilityFake(install<FakeReachability>(m_real.reachability, queues)),
+      m_hardwareFake(install<FakeHardware>(m_real.hardware)),
+      m_hotKeysFake(install<FakeHotKeyService>(m_real.hotKeys)),
+      m_processesFake(install<FakeProcessTable>(m_real.processes)),
+      m_trayHostsFake(install<FakeTrayHosts>(m_real.trayHosts)),
+      m_urlsFake(install<FakeUrlLoader>(m_real.urls)),
+      m_workspaceFake(install<RecordingWorkspace>(m_real.workspace)) {
     makeFolders();
-    real.userDefaults = std::make_unique<quorvane::platform::UserDefaultsController>(*real.preferences);
-    real.notifications = std::make_unique<quorvane::platform::NotificationCenter>();
-    real.log = std::make_unique<quorvane::platform::SystemLog>(*real.logSink, *real.preferences);
-    real.service = {QStringLiteral("api.quorvane.test"), QStringLiteral("www.quorvane.test"),
-                    QStringLiteral("net.quorvane.test"), QString(), QStringList()};
+    m_real.userDefaults = std::make_unique<quorvane::platform::UserDefaultsController>(*m_real.preferences);
+    m_real.notifications = std::make_unique<quorvane::platform::NotificationCenter>();
+    m_real.log = std::make_unique<quorvane::platform::SystemLog>(*m_real.logSink, *m_real.preferences);
+    m_real.service = {QStringLiteral("api.quorvane.test"), QStringLiteral("www.quorvane.test"),
+                      QStringLiteral("net.quorvane.test"), QString(), QStringList()};
     setInfo({{QStringLiteral("CFBundleVersion"), QStringLiteral("1.0.0")},
              {QStringLiteral("CFBundleIdentifier"), QStringLiteral("com.tallowind.Quorvane")}});
-    quorvane::platform::Platform::setCurrent(&real);
+    quorvane::platform::Platform::setCurrent(&m_real);
 }
 
 TestPlatform::~TestPlatform() {
@@ -48,22 +49,22 @@ TestPlatform::~TestPlatform() {
 }
 
 void TestPlatform::makeFolders() {
-    const QDir root(folder.path());
-    const bool made = folder.isValid() && root.mkpath(QStringLiteral("home/Library/Preferences")) &&
+    const QDir root(m_folder.path());
+    const bool made = m_folder.isValid() && root.mkpath(QStringLiteral("home/Library/Preferences")) &&
                       root.mkpath(QStringLiteral("contents/bin")) &&
                       root.mkpath(QStringLiteral("contents/Resources")) && root.mkpath(QStringLiteral("tmp"));
     if (!made) {
         qFatal("the test platform's folders cannot be made");
     }
-    real.account = {root.filePath(QStringLiteral("home")), QStringLiteral("Joe Tester"),
-                    QStringLiteral("joe")};
-    real.temporaryFolder = root.filePath(QStringLiteral("tmp"));
-    preferencesFake->setFilePath(real.account.library() +
-                                 QStringLiteral("/Preferences/com.tallowind.Quorvane.plist"));
+    m_real.account = {root.filePath(QStringLiteral("home")), QStringLiteral("Joe Tester"),
+                      QStringLiteral("joe")};
+    m_real.temporaryFolder = root.filePath(QStringLiteral("tmp"));
+    m_preferencesFake->setFilePath(m_real.account.library() +
+                                   QStringLiteral("/Preferences/com.tallowind.Quorvane.plist"));
 }
 
 QString TestPlatform::addResource(const QString &name, const QByteArray &bytes) const {
-    QFile file(real.bundle->resourcesPath() + QLatin1Char('/') + name);
+    QFile file(m_real.bundle->resourcesPath() + QLatin1Char('/') + name);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
         qFatal("a resource of the test platform cannot be written");
     }
@@ -71,11 +72,11 @@ QString TestPlatform::addResource(const QString &name, const QByteArray &bytes) 
 }
 
 void TestPlatform::setInfo(const QVariantMap &dictionary) {
-    const QString contents = folder.filePath(QStringLiteral("contents"));
+    const QString contents = m_folder.filePath(QStringLiteral("contents"));
     if (!quorvane::platform::PropertyList::writeFile(contents + QStringLiteral("/Info.plist"), dictionary)) {
         qFatal("the test platform's information dictionary cannot be written");
     }
-    real.bundle = std::make_unique<quorvane::platform::Bundle>(contents);
+    m_real.bundle = std::make_unique<quorvane::platform::Bundle>(contents);
 }
 
 } // namespace quorvane::fakes

@@ -39,54 +39,54 @@ public:
     /// Replaces the information dictionary and reads the contents folder again.
     void setInfo(const QVariantMap &dictionary);
 
-    [[nodiscard]] QString home() const { return real.account.home; }
+    [[nodiscard]] QString home() const { return m_real.account.home; }
 
-    [[nodiscard]] quorvane::platform::Platform &platform() { return real; }
+    [[nodiscard]] quorvane::platform::Platform &platform() { return m_real; }
 
-    [[nodiscard]] MemoryPreferences &preferences() const { return *preferencesFake; }
+    [[nodiscard]] MemoryPreferences &preferences() const { return *m_preferencesFake; }
 
-    [[nodiscard]] ManualDelayedCalls &delayedCalls() const { return *delayedCallsFake; }
+    [[nodiscard]] ManualDelayedCalls &delayedCalls() const { return *m_delayedCallsFake; }
 
-    [[nodiscard]] RecordingLogSink &logSink() const { return *logSinkFake; }
+    [[nodiscard]] RecordingLogSink &logSink() const { return *m_logSinkFake; }
 
-    [[nodiscard]] FakeScriptingService &scripting() const { return *scriptingFake; }
+    [[nodiscard]] FakeScriptingService &scripting() const { return *m_scriptingFake; }
 
-    [[nodiscard]] FakeAuthorizationService &authorization() const { return *authorizationFake; }
+    [[nodiscard]] FakeAuthorizationService &authorization() const { return *m_authorizationFake; }
 
-    [[nodiscard]] MemoryKeyStore &keyStore() const { return *keyStoreFake; }
+    [[nodiscard]] MemoryKeyStore &keyStore() const { return *m_keyStoreFake; }
 
-    [[nodiscard]] FakeReachability &reachability() const { return *reachabilityFake; }
+    [[nodiscard]] FakeReachability &reachability() const { return *m_reachabilityFake; }
 
-    [[nodiscard]] FakeHardware &hardware() const { return *hardwareFake; }
+    [[nodiscard]] FakeHardware &hardware() const { return *m_hardwareFake; }
 
-    [[nodiscard]] FakeHotKeyService &hotKeys() const { return *hotKeysFake; }
+    [[nodiscard]] FakeHotKeyService &hotKeys() const { return *m_hotKeysFake; }
 
-    [[nodiscard]] FakeProcessTable &processes() const { return *processesFake; }
+    [[nodiscard]] FakeProcessTable &processes() const { return *m_processesFake; }
 
-    [[nodiscard]] FakeTrayHosts &trayHosts() const { return *trayHostsFake; }
+    [[nodiscard]] FakeTrayHosts &trayHosts() const { return *m_trayHostsFake; }
 
-    [[nodiscard]] FakeUrlLoader &urls() const { return *urlsFake; }
+    [[nodiscard]] FakeUrlLoader &urls() const { return *m_urlsFake; }
 
-    [[nodiscard]] RecordingWorkspace &workspace() const { return *workspaceFake; }
+    [[nodiscard]] RecordingWorkspace &workspace() const { return *m_workspaceFake; }
 
 private:
     void makeFolders();
 
-    QTemporaryDir folder;
-    quorvane::platform::Platform real;
-    MemoryPreferences *preferencesFake;
-    ManualDelayedCalls *delayedCallsFake;
-    RecordingLogSink *logSinkFake;
-    FakeScriptingService *scriptingFake;
-    FakeAuthorizationService *authorizationFake;
-    MemoryKeyStore *keyStoreFake;
-    FakeReachability *reachabilityFake;
-    FakeHardware *hardwareFake;
-    FakeHotKeyService *hotKeysFake;
-    FakeProcessTable *processesFake;
-    FakeTrayHosts *trayHostsFake;
-    FakeUrlLoader *urlsFake;
-    RecordingWorkspace *workspaceFake;
+    QTemporaryDir m_folder;
+    quorvane::platform::Platform m_real;
+    MemoryPreferences *m_preferencesFake;
+    ManualDelayedCalls *m_delayedCallsFake;
+    RecordingLogSink *m_logSinkFake;
+    FakeScriptingService *m_scriptingFake;
+    FakeAuthorizationService *m_authorizationFake;
+    MemoryKeyStore *m_keyStoreFake;
+    FakeReachability *m_reachabilityFake;
+    FakeHardware *m_hardwareFake;
+    FakeHotKeyService *m_hotKeysFake;
+    FakeProcessTable *m_processesFake;
+    FakeTrayHosts *m_trayHostsFake;
+    FakeUrlLoader *m_urlsFake;
+    RecordingWorkspace *m_workspaceFake;
 };
 
 } // namespace quorvane::fakes

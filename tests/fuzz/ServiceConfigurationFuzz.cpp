@@ -15,17 +15,17 @@ using platform::ServiceConfiguration;
 /// Two files in a folder that goes with the program.
 class Files {
 public:
-    Files() { must(folder.isValid(), "a temporary folder can be made"); }
+    Files() { must(m_folder.isValid(), "a temporary folder can be made"); }
 
     [[nodiscard]] QString write(const QString &name, std::string_view bytes) const {
-        QFile file(folder.filePath(name));
+        QFile file(m_folder.filePath(name));
         must(file.open(QIODevice::WriteOnly | QIODevice::Truncate), "a file can be written");
         file.write(bytes.data(), static_cast<qint64>(bytes.size()));
         return file.fileName();
     }
 
 private:
-    QTemporaryDir folder;
+    QTemporaryDir m_folder;
 };
 
 void checkHost(const QString &host, bool portAllowed) {

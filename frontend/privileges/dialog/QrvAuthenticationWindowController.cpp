@@ -32,40 +32,40 @@ bool pairIsValid() {
 
 } // namespace
 
-QrvAuthenticationWindowController::QrvAuthenticationWindowController(AlertPresenter &presenter,
-                                                                     QWidget *parent)
-    : QDialog(parent), alerts(presenter), ui(std::make_unique<Ui::AuthenticaionView>()) {
-    ui->setupUi(this);
+QrvAuthenticationWindowController::QrvAuthenticationWindowController(AlertPresenter &alerts, QWidget *parent)
+    : QDialog(parent), m_alerts(alerts), m_ui(std::make_unique<Ui::AuthenticaionView>()) {
+    m_ui->setupUi(this);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
-    connect(ui->startButton, &QPushButton::clicked, this, &QrvAuthenticationWindowController::performClick);
-    connect(ui->cancelButton, &QPushButton::clicked, this, &QrvAuthenticationWindowController::cancelButton);
+    connect(m_ui->startButton, &QPushButton::clicked, this, &QrvAuthenticationWindowController::performClick);
+    connect(m_ui->cancelButton, &QPushButton::clicked, this,
+            &QrvAuthenticationWindowController::cancelButton);
 }
 
 QrvAuthenticationWindowController::~QrvAuthenticationWindowController() = default;
 
 QLineEdit *QrvAuthenticationWindowController::userNameTextField() const {
-    return ui->userNameTextField;
+    return m_ui->userNameTextField;
 }
 
 QLineEdit *QrvAuthenticationWindowController::passwordTextField() const {
-    return ui->passwordTextField;
+    return m_ui->passwordTextField;
 }
 
 QPushButton *QrvAuthenticationWindowController::startButton() const {
-    return ui->startButton;
+    return m_ui->startButton;
 }
 
 bool QrvAuthenticationWindowController::runUnlessValid(AlertPresenter &alerts, QWidget &window) {
     if (QrvCredentials::sharedInstance().credentialsIsValid()) {
         return false;
     }
-    if (running) {
+    if (m_running) {
         return true; // it is in front of the user already
     }
     auto *dialog =
         window.findChild<QrvAuthenticationWindowController *>(QString(), Qt::FindDirectChildrenOnly);
     if (dialog == nullptr) {
-        dialog = new QrvAuthenticationWindowController(alerts, &window);
+        dialog = new QrvAuthenticationWindowController(m_alerts, &window);
         dialog->loadWindow();
     }
     dialog->runModal();
@@ -73,15 +73,15 @@ bool QrvAuthenticationWindowController::runUnlessValid(AlertPresenter &alerts, Q
 }
 
 void QrvAuthenticationWindowController::loadWindow() {
-    ui->userNameTextField->setText(platform::Platform::current().account.fullName);
-    ui->passwordTextField->setFocus();
+    m_ui->userNameTextField->setText(platform::Platform::current().account.fullName);
+    m_ui->passwordTextField->setFocus();
 }
 
 void QrvAuthenticationWindowController::runModal() {
-    ui->passwordTextField->setFocus();
-    running = true;
+    m_ui->passwordTextField->setFocus();
+    m_running = true;
     exec();
-    running = false;
+    m_running = false;
 }
 
 void QrvAuthenticationWindowController::performClick() {
@@ -89,8 +89,8 @@ void QrvAuthenticationWindowController::performClick() {
 }
 
 void QrvAuthenticationWindowController::okButton() {
-    const QString user = ui->userNameTextField->text();
-    const QString password = ui->passwordTextField->text();
+    const QString user = m_ui->userNameTextField->text();
+    const QString password = m_ui->passwordTextField->text();
     if (user.isEmpty()) {
         Diagnostics::log(QStringLiteral("username is missing"));
         return;
@@ -100,11 +100,11 @@ void QrvAuthenticationWindowController::okButton() {
         return;
     }
     {
-        const std::lock_guard lock(saveLock);
+        const std::lock_guard lock(m_saveLock);
         QrvCredentials::sharedInstance().saveUserName(user, password);
     }
     if (!pairIsValid()) {
-        alerts.critical({QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}});
+        m_alerts.critical({QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}});
         return;
     }
     seeToDnsAndStart();
@@ -118,7 +118,7 @@ void QrvAuthenticationWindowController::seeToDnsAndStart() {
     // After a successful rewrite nothing is started; after a failed one the session starts all the same.
     if (script.getSystemDns() || !script.setSystemDns()) {
         platform::Platform::current().notifications->post(
-            QStringLiteral("startVpn"), QVariant::fromValue(static_cast<QObject *>(ui->startButton)));
+            QStringLiteral("startVpn"), QVariant::fromValue(static_cast<QObject *>(m_ui->startButton)));
     }
 }
 
@@ -131,7 +131,7 @@ void QrvAuthenticationWindowController::reject() {
 }
 
 void QrvAuthenticationWindowController::closeWindow() {
-    ui->passwordTextField->clear(); // the next person at this window must not find it filled in
+    m_ui->passwordTextField->clear(); // the next person at this window must not find it filled in
     done(QDialog::Accepted);
 }
 

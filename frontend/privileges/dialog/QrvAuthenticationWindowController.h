@@ -37,7 +37,7 @@ public:
     void runModal();
 
     /// Whether such a dialog is open, whoever opened it.
-    [[nodiscard]] static bool isRunning() { return running; }
+    [[nodiscard]] static bool isRunning() { return m_running; }
 
     [[nodiscard]] QLineEdit *userNameTextField() const;
     [[nodiscard]] QLineEdit *passwordTextField() const;
@@ -56,10 +56,10 @@ protected:
 private:
     void seeToDnsAndStart();
 
-    AlertPresenter &alerts;
-    std::unique_ptr<Ui::AuthenticaionView> ui;
-    std::mutex saveLock;
-    static inline bool running = false;
+    AlertPresenter &m_alerts;
+    std::unique_ptr<Ui::AuthenticaionView> m_ui;
+    std::mutex m_saveLock;
+    static inline bool m_running = false;
 };
 
 } // namespace quorvane

@@ -12,8 +12,8 @@
 
 namespace quorvane {
 
-QrvApplicationController::QrvApplicationController(QrvMainWindowController &window, QObject *parent)
-    : QObject(parent), mainWindow(window) {}
+QrvApplicationController::QrvApplicationController(QrvMainWindowController &mainWindow, QObject *parent)
+    : QObject(parent), m_mainWindow(mainWindow) {}
 
 bool QrvApplicationController::initialize() {
     auto &services = platform::Platform::current();
@@ -27,8 +27,9 @@ bool QrvApplicationController::initialize() {
 }
 
 void QrvApplicationController::applicationDidFinishLaunching() {
-    QrvMainWindowController::setSharedMainWindow(&mainWindow);
-    SessionReset::setTarget(&mainWindow, [window = &mainWindow] { window->session().setDefaultControls(); });
+    QrvMainWindowController::setSharedMainWindow(&m_mainWindow);
+    SessionReset::setTarget(&m_mainWindow,
+                            [window = &m_mainWindow] { window->session().setDefaultControls(); });
     FileUtils::checkUserDefaultsPremmision();
 }
 
@@ -37,7 +38,7 @@ bool QrvApplicationController::applicationShouldHandleReopen(bool hasVisibleWind
         return false;
     }
     if (!hasVisibleWindows) {
-        mainWindow.showSelfMenuItemPressed();
+        m_mainWindow.showSelfMenuItemPressed();
     }
     return true;
 }

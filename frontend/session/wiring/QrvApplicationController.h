@@ -28,7 +28,7 @@ public:
     void applicationWillTerminate();
 
 private:
-    QrvMainWindowController &mainWindow;
+    QrvMainWindowController &m_mainWindow;
 };
 
 } // namespace quorvane

@@ -76,22 +76,23 @@ void postInternetStatus(int status) {
 
 } // namespace
 
-QrvMainWindowController::QrvMainWindowController(QrvAPI &client)
-    : api(client), mainWindow(std::make_unique<MainWindow>()), tray(new TrayPresence(this)), vpn(processes),
-      fetch(client), hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this),
-                                                                   sessionDisplay, client, vpn)),
-      rotation(std::make_unique<LocationRotation>(
-          LocationRotation::Parts{client, static_cast<RotationControls &>(*mainWindow), sessionDisplay,
-                                  *hideIpSession, static_cast<DiscardedAddresses &>(*this), fetch},
+QrvMainWindowController::QrvMainWindowController(QrvAPI &api)
+    : m_api(api), m_mainWindow(std::make_unique<MainWindow>()), m_tray(new TrayPresence(this)),
+      m_vpn(m_processes), m_fetch(api),
+      m_hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this),
+                                                      m_sessionDisplay, api, m_vpn)),
+      m_rotation(std::make_unique<LocationRotation>(
+          LocationRotation::Parts{api, static_cast<RotationControls &>(*m_mainWindow), m_sessionDisplay,
+                                  *m_hideIpSession, static_cast<DiscardedAddresses &>(*this), m_fetch},
           [] { return QRandomGenerator::global()->generate(); })) {}
 
 QrvMainWindowController::~QrvMainWindowController() {
-    if (reach) {
-        reach->stopNotifier();
+    if (m_reach) {
+        m_reach->stopNotifier();
     }
     services().notifications->removeObservers(this);
     services().delayedCalls->cancelAll(this);
-    api.setDelegate(nullptr);
+    m_api.setDelegate(nullptr);
 }
 
 QrvMainWindowController *QrvMainWindowController::sharedMainWindow() {
@@ -104,126 +105,127 @@ void QrvMainWindowController::setSharedMainWindow(QrvMainWindowController *contr
 
 void QrvMainWindowController::awakeFromNib() {
     checkReachability();
-    mainWindow->setWindowTitle(
-        tr("%1 (ver.%2)").arg(mainWindow->windowTitle(), services().bundle->version()));
+    m_mainWindow->setWindowTitle(
+        tr("%1 (ver.%2)").arg(m_mainWindow->windowTitle(), services().bundle->version()));
     loadPreferences();
     connectWindow();
     connectTray();
     connectFetch();
-    api.initWithDelegate(this);
-    mainWindow->locationPane().connectTo(&api, this);
+    m_api.initWithDelegate(this);
+    m_mainWindow->locationPane().connectTo(&m_api, this);
     SessionState::shared().hidden = services().preferences->boolean(QStringLiteral("hide"));
-    sessionDisplay.starting();
+    m_sessionDisplay.starting();
     SettingsDefaults::initialize();
-    api.cmdAuth(QString()); // sends nothing before the network is known; then it is sent on its own
+    m_api.cmdAuth(QString()); // sends nothing before the network is known; then it is sent on its own
     startAnimation();
-    hideIpSession->settingsDidChange();
-    mainWindow->raiseFloatingLevel();
+    m_hideIpSession->settingsDidChange();
+    m_mainWindow->raiseFloatingLevel();
     observeNotifications();
-    vpn.setDelegate(this);
-    vpn.stopVpn(); // clears a tunnel left over from an earlier run
-    hideIpSession->clearFailedConnections();
+    m_vpn.setDelegate(this);
+    m_vpn.stopVpn(); // clears a tunnel left over from an earlier run
+    m_hideIpSession->clearFailedConnections();
     scheduleStartupChecks();
     if (!startedHidden()) {
-        FirstPaint::then(*mainWindow, [this] { settings(); });
-        mainWindow->bringForward();
+        FirstPaint::then(*m_mainWindow, [this] { settings(); });
+        m_mainWindow->bringForward();
     } else {
-        mainWindow->putAway();
+        m_mainWindow->putAway();
         settings();
     }
 }
 
 QrvSettingsWindowController &QrvMainWindowController::settings() {
-    if (!settingsWindow) {
-        settingsWindow =
-            std::make_unique<QrvSettingsWindowController>(static_cast<SettingsDelegate &>(*this), api);
-        settingsWindow->awakeFromNib();
+    if (!m_settingsWindow) {
+        m_settingsWindow =
+            std::make_unique<QrvSettingsWindowController>(static_cast<SettingsDelegate &>(*this), m_api);
+        m_settingsWindow->awakeFromNib();
     }
-    return *settingsWindow;
+    return *m_settingsWindow;
 }
 
 void QrvMainWindowController::connectWindow() {
-    connect(&sessionDisplay, &SessionDisplay::changed, this, [this](const DisplayState &state) {
-        mainWindow->draw(state);
-        tray->setImage(state.trayImage);
-        tray->hideIpMenuItem()->setText(state.hideItem.title);
-        tray->hideIpMenuItem()->setEnabled(state.hideItem.enabled);
-        tray->changeIpMenuItem()->setEnabled(state.changeItemEnabled);
-        tray->copyIpMenuItem()->setEnabled(state.copyItemEnabled);
-        tray->setStatus(statusOf(state), state.currentIp);
+    connect(&m_sessionDisplay, &SessionDisplay::changed, this, [this](const DisplayState &state) {
+        m_mainWindow->draw(state);
+        m_tray->setImage(state.trayImage);
+        m_tray->hideIpMenuItem()->setText(state.hideItem.title);
+        m_tray->hideIpMenuItem()->setEnabled(state.hideItem.enabled);
+        m_tray->changeIpMenuItem()->setEnabled(state.changeItemEnabled);
+        m_tray->copyIpMenuItem()->setEnabled(state.copyItemEnabled);
+        m_tray->setStatus(statusOf(state), state.currentIp);
     });
-    connect(mainWindow.get(), &MainWindow::hideButtonPressed, this, [this](bool on) {
-        sessionDisplay.switchedOn(on);
-        hideIpSession->quorvaneButtonPressed();
+    connect(m_mainWindow.get(), &MainWindow::hideButtonPressed, this, [this](bool on) {
+        m_sessionDisplay.switchedOn(on);
+        m_hideIpSession->quorvaneButtonPressed();
     });
-    connect(&mainWindow->locationPane(), &QrvLocationPaneController::rebuilt, rotation.get(),
+    connect(&m_mainWindow->locationPane(), &QrvLocationPaneController::rebuilt, m_rotation.get(),
             &LocationRotation::goOnIfWaiting);
-    connect(mainWindow.get(), &MainWindow::changeIpPressed, rotation.get(),
+    connect(m_mainWindow.get(), &MainWindow::changeIpPressed, m_rotation.get(),
             &LocationRotation::changeIpButtonPressed);
-    connect(mainWindow.get(), &MainWindow::discardIpPressed, rotation.get(),
+    connect(m_mainWindow.get(), &MainWindow::discardIpPressed, m_rotation.get(),
             &LocationRotation::discardIpButtonPressed);
-    connect(mainWindow.get(), &MainWindow::changeEverySwitched, rotation.get(),
+    connect(m_mainWindow.get(), &MainWindow::changeEverySwitched, m_rotation.get(),
             &LocationRotation::changeEveryPressed);
-    connect(mainWindow.get(), &MainWindow::changeEverySwitched, this,
+    connect(m_mainWindow.get(), &MainWindow::changeEverySwitched, this,
             [this] { settings().refreshBoundControls(); });
-    connect(mainWindow.get(), &MainWindow::requireUSSwitched, rotation.get(),
+    connect(m_mainWindow.get(), &MainWindow::requireUSSwitched, m_rotation.get(),
             &LocationRotation::requireUSBasedIPButtonPressed);
-    connect(mainWindow.get(), &MainWindow::intervalEntered, rotation.get(),
+    connect(m_mainWindow.get(), &MainWindow::intervalEntered, m_rotation.get(),
             &LocationRotation::intervalEntered);
-    connect(mainWindow.get(), &MainWindow::nonRepeatSwitched, this, [](bool on) {
+    connect(m_mainWindow.get(), &MainWindow::nonRepeatSwitched, this, [](bool on) {
         services().preferences->setValue(nonRepeatKey, on);
         services().userDefaults->save();
     });
-    connect(mainWindow.get(), &MainWindow::transportChosen, this, [](int index) {
+    connect(m_mainWindow.get(), &MainWindow::transportChosen, this, [](int index) {
         services().preferences->setValue(transportKey, index);
         services().userDefaults->save();
     });
-    connect(mainWindow.get(), &MainWindow::websitePressed, this,
-            [this] { services().workspace->openUrl(WebPages::root(api.macSerial())); });
-    connect(mainWindow.get(), &MainWindow::aboutPressed, this,
+    connect(m_mainWindow.get(), &MainWindow::websitePressed, this,
+            [this] { services().workspace->openUrl(WebPages::root(m_api.macSerial())); });
+    connect(m_mainWindow.get(), &MainWindow::aboutPressed, this,
             &QrvMainWindowController::aboutMenuItemPressed);
-    connect(mainWindow.get(), &MainWindow::advancedSettingsPressed, this,
+    connect(m_mainWindow.get(), &MainWindow::advancedSettingsPressed, this,
             &QrvMainWindowController::advancedSettingsButtonPressed);
-    connect(mainWindow.get(), &MainWindow::quitRequested, this, [] { endApplication(); });
+    connect(m_mainWindow.get(), &MainWindow::quitRequested, this, [] { endApplication(); });
 }
 
 void QrvMainWindowController::loadPreferences() {
     auto &preferences = *services().preferences;
-    mainWindow->setTransportIndex(static_cast<int>(preferences.integer(transportKey)));
-    mainWindow->setChangesAutomatically(preferences.boolean(changeEveryKey));
-    mainWindow->setRequiresUS(preferences.boolean(requireUsKey));
-    mainWindow->setNonRepeat(preferences.boolean(nonRepeatKey));
+    m_mainWindow->setTransportIndex(static_cast<int>(preferences.integer(transportKey)));
+    m_mainWindow->setChangesAutomatically(preferences.boolean(changeEveryKey));
+    m_mainWindow->setRequiresUS(preferences.boolean(requireUsKey));
+    m_mainWindow->setNonRepeat(preferences.boolean(nonRepeatKey));
 }
 
 void QrvMainWindowController::connectTray() {
-    connect(&animation, &TrayAnimation::frame, &sessionDisplay, &SessionDisplay::trayImage);
-    mainWindow->setReachableByTray(tray->isAvailable());
-    connect(tray, &TrayPresence::availabilityChanged, mainWindow.get(), &MainWindow::setReachableByTray);
-    connect(tray, &TrayPresence::doubleClicked, this, &QrvMainWindowController::showSelfMenuItemPressed);
-    connect(tray->hideIpMenuItem(), &QAction::triggered, hideIpSession.get(),
+    connect(&m_animation, &TrayAnimation::frame, &m_sessionDisplay, &SessionDisplay::trayImage);
+    m_mainWindow->setReachableByTray(m_tray->isAvailable());
+    connect(m_tray, &TrayPresence::availabilityChanged, m_mainWindow.get(), &MainWindow::setReachableByTray);
+    connect(m_tray, &TrayPresence::doubleClicked, this, &QrvMainWindowController::showSelfMenuItemPressed);
+    connect(m_tray->hideIpMenuItem(), &QAction::triggered, m_hideIpSession.get(),
             &HideIpSession::quorvaneMenuItemPressed);
-    connect(tray->changeIpMenuItem(), &QAction::triggered, rotation.get(),
+    connect(m_tray->changeIpMenuItem(), &QAction::triggered, m_rotation.get(),
             &LocationRotation::changeIpMenuItemPressed);
-    connect(tray->checkIpMenuItem(), &QAction::triggered, this,
+    connect(m_tray->checkIpMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::checkIpMenuItemPressed);
-    connect(tray->copyIpMenuItem(), &QAction::triggered, this,
+    connect(m_tray->copyIpMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::copyIpMenuItemPressed);
-    connect(tray->refreshMenuItem(), &QAction::triggered, this,
+    connect(m_tray->refreshMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::refreshLocationsPressed);
-    connect(tray->settingsMenuItem(), &QAction::triggered, this,
+    connect(m_tray->settingsMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::advancedSettingsMenuItemPressed);
-    connect(tray->aboutMenuItem(), &QAction::triggered, this, &QrvMainWindowController::aboutMenuItemPressed);
-    connect(tray->showSelfMenuItem(), &QAction::triggered, this,
+    connect(m_tray->aboutMenuItem(), &QAction::triggered, this,
+            &QrvMainWindowController::aboutMenuItemPressed);
+    connect(m_tray->showSelfMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::showSelfMenuItemPressed);
-    connect(tray->quitMenuItem(), &QAction::triggered, this, [] { endApplication(); });
+    connect(m_tray->quitMenuItem(), &QAction::triggered, this, [] { endApplication(); });
 }
 
 void QrvMainWindowController::connectFetch() {
-    connect(&fetch, &ConfigurationFetch::prepared, &sessionDisplay, &SessionDisplay::fetching);
-    connect(&fetch, &ConfigurationFetch::stored, hideIpSession.get(), &HideIpSession::startVpn);
-    connect(&fetch, &ConfigurationFetch::finished, &sessionDisplay,
-            [this] { sessionDisplay.advancedEnabled(true); });
-    connect(&fetch, &ConfigurationFetch::failed, hideIpSession.get(), &HideIpSession::connectionError);
+    connect(&m_fetch, &ConfigurationFetch::prepared, &m_sessionDisplay, &SessionDisplay::fetching);
+    connect(&m_fetch, &ConfigurationFetch::stored, m_hideIpSession.get(), &HideIpSession::startVpn);
+    connect(&m_fetch, &ConfigurationFetch::finished, &m_sessionDisplay,
+            [this] { m_sessionDisplay.advancedEnabled(true); });
+    connect(&m_fetch, &ConfigurationFetch::failed, m_hideIpSession.get(), &HideIpSession::connectionError);
 }
 
 void QrvMainWindowController::observeNotifications() {
@@ -231,13 +233,13 @@ void QrvMainWindowController::observeNotifications() {
         services().notifications->addObserver(QString::fromLatin1(name), this,
                                               [handler](const QVariant &) { handler(); });
     };
-    observe("startVpn", [this] { hideIpSession->getNewIP(); });
+    observe("startVpn", [this] { m_hideIpSession->getNewIP(); });
     observe("applicationWillTerminate", [this] { terminateVpn(); });
-    observe("showIp", [this] { hideIpSession->showIp(); });
-    observe("setDefaultControls", [this] { hideIpSession->setDefaultControls(); });
+    observe("showIp", [this] { m_hideIpSession->showIp(); });
+    observe("setDefaultControls", [this] { m_hideIpSession->setDefaultControls(); });
     observe("checkCredential", [this] {
-        if (settingsWindow && settingsWindow->window().isVisible()) {
-            settingsWindow->authWindow(); // in front of the window that the user looks at
+        if (m_settingsWindow && m_settingsWindow->window().isVisible()) {
+            m_settingsWindow->authWindow(); // in front of the window that the user looks at
         } else {
             authWindow();
         }
@@ -255,20 +257,20 @@ void QrvMainWindowController::scheduleStartupChecks() {
 }
 
 void QrvMainWindowController::checkReachability() {
-    if (reach) {
-        reach->stopNotifier();
+    if (m_reach) {
+        m_reach->stopNotifier();
     }
-    reach = Reachability::reachabilityWithHostname(services().service.reachabilityHost);
-    if (!reach) {
+    m_reach = Reachability::reachabilityWithHostname(services().service.reachabilityHost);
+    if (!m_reach) {
         return;
     }
-    reach->reachableBlock = [](Reachability &) {
+    m_reach->reachableBlock = [](Reachability &) {
         postInternetStatus(1);
     };
-    reach->unreachableBlock = [](Reachability &) {
+    m_reach->unreachableBlock = [](Reachability &) {
         postInternetStatus(0);
     };
-    reach->startNotifier();
+    m_reach->startNotifier();
 }
 
 void QrvMainWindowController::checkDnsSettings() {
@@ -285,24 +287,24 @@ void QrvMainWindowController::checkCredentials() {
 }
 
 void QrvMainWindowController::refreshFrontWindow() {
-    mainWindow->dropFloatingLevel();
+    m_mainWindow->dropFloatingLevel();
     settings(); // not loaded yet where nothing was drawn
 }
 
 bool QrvMainWindowController::authWindow() {
-    return QrvAuthenticationWindowController::runUnlessValid(Alerts::shared(), *mainWindow);
+    return QrvAuthenticationWindowController::runUnlessValid(Alerts::shared(), *m_mainWindow);
 }
 
 void QrvMainWindowController::downloadCertificateForSelectedItem() {
-    rotation->downloadCertificateForSelectedItem();
+    m_rotation->downloadCertificateForSelectedItem();
 }
 
 void QrvMainWindowController::forgetWaitingPick() {
-    rotation->forgetWaitingPick();
+    m_rotation->forgetWaitingPick();
 }
 
 void QrvMainWindowController::checkIpMenuItemPressed() {
-    services().workspace->openUrl(WebPages::ipCheck(api.macSerial()));
+    services().workspace->openUrl(WebPages::ipCheck(m_api.macSerial()));
 }
 
 void QrvMainWindowController::copyIpMenuItemPressed() {
@@ -311,31 +313,31 @@ void QrvMainWindowController::copyIpMenuItemPressed() {
 }
 
 void QrvMainWindowController::aboutMenuItemPressed() {
-    if (!aboutWindow) {
-        aboutWindow = std::make_unique<QrvAboutWindowController>(*mainWindow, api);
+    if (!m_aboutWindow) {
+        m_aboutWindow = std::make_unique<QrvAboutWindowController>(*m_mainWindow, m_api);
     }
-    aboutWindow->showWindow();
+    m_aboutWindow->showWindow();
 }
 
 void QrvMainWindowController::refreshLocationsPressed() {
     if (!SessionState::shared().hidden) {
-        api.cmdAuth(QString());
+        m_api.cmdAuth(QString());
     }
 }
 
 void QrvMainWindowController::hotKeyPressed(quint32 identifier) {
     switch (identifier) {
     case 1:
-        hideIpSession->quorvane();
+        m_hideIpSession->quorvane();
         break;
     case 2:
-        rotation->changeIpMenuItemPressed();
+        m_rotation->changeIpMenuItemPressed();
         break;
     case 3:
-        hideIpSession->stopQuorvane();
+        m_hideIpSession->stopQuorvane();
         break;
     case 4:
-        rotation->discardIpButtonPressed();
+        m_rotation->discardIpButtonPressed();
         break;
     case 5:
         showSelfMenuItemPressed();
@@ -346,7 +348,7 @@ void QrvMainWindowController::hotKeyPressed(quint32 identifier) {
 }
 
 void QrvMainWindowController::advancedSettingsButtonPressed() {
-    mainWindow->hide();
+    m_mainWindow->hide();
     showSettings();
 }
 
@@ -359,19 +361,19 @@ void QrvMainWindowController::showSettings() {
 }
 
 void QrvMainWindowController::showSelfMenuItemPressed() {
-    mainWindow->bringForward();
+    m_mainWindow->bringForward();
 }
 
 void QrvMainWindowController::connectionError() {
-    hideIpSession->connectionError();
+    m_hideIpSession->connectionError();
 }
 
 void QrvMainWindowController::qrvAnswer(QrvAPI & /*api*/) {
-    hideIpSession->qrvAnswer();
+    m_hideIpSession->qrvAnswer();
 }
 
 void QrvMainWindowController::qrvFailed(const platform::UrlError & /*error*/) {
-    hideIpSession->qrvFailed();
+    m_hideIpSession->qrvFailed();
 }
 
 QStringList QrvMainWindowController::getDiscardList() const {
@@ -383,12 +385,12 @@ void QrvMainWindowController::addDiscardedIp(const QString &address) {
 }
 
 bool QrvMainWindowController::hasRow(const QString &text) const {
-    return settingsWindow ? settingsWindow->hasRow(text) : getRowData().contains(text);
+    return m_settingsWindow ? m_settingsWindow->hasRow(text) : getRowData().contains(text);
 }
 
 QStringList QrvMainWindowController::getRowData() const {
-    if (settingsWindow) {
-        return settingsWindow->getRowData();
+    if (m_settingsWindow) {
+        return m_settingsWindow->getRowData();
     }
     QrvTableDataSource stored;
     stored.awakeFromNib();
@@ -396,12 +398,12 @@ QStringList QrvMainWindowController::getRowData() const {
 }
 
 void QrvMainWindowController::showMainWindow() {
-    mainWindow->bringForward();
+    m_mainWindow->bringForward();
 }
 
 void QrvMainWindowController::settingsDidChange() {
-    mainWindow->setChangesAutomatically(services().preferences->boolean(changeEveryKey));
-    hideIpSession->settingsDidChange();
+    m_mainWindow->setChangesAutomatically(services().preferences->boolean(changeEveryKey));
+    m_hideIpSession->settingsDidChange();
 }
 
 void QrvMainWindowController::hotKeyFired(quint32 identifier) {
@@ -421,15 +423,15 @@ void QrvMainWindowController::startupLaunchButtonPressed(bool on) {
 }
 
 void QrvMainWindowController::setRequiredUS(bool required) {
-    rotation->setRequiredUS(required);
+    m_rotation->setRequiredUS(required);
 }
 
 void QrvMainWindowController::terminateVpn() {
-    hideIpSession->terminateVpn();
+    m_hideIpSession->terminateVpn();
 }
 
 void QrvMainWindowController::stopQuorvane() {
-    hideIpSession->stopQuorvane();
+    m_hideIpSession->stopQuorvane();
 }
 
 void QrvMainWindowController::alert(const QString &title, const QString &message) {
@@ -441,36 +443,36 @@ void QrvMainWindowController::alertLater(const QString &message, const QString &
 }
 
 QString QrvMainWindowController::selectedTitle() const {
-    return mainWindow->locationPane().currentItem()->text();
+    return m_mainWindow->locationPane().currentItem()->text();
 }
 
 QString QrvMainWindowController::lastItemTitle() const {
-    return rotation->lastItem().title;
+    return m_rotation->lastItem().title;
 }
 
 QrvVpnDataPointer QrvMainWindowController::lastItemData() const {
-    return rotation->lastItem().data;
+    return m_rotation->lastItem().data;
 }
 
 void QrvMainWindowController::fillLocations(const QrvVpnDataList &servers) {
-    mainWindow->locationPane().fillCountries(servers);
-    mainWindow->locationPane().checkPopupCountry();
+    m_mainWindow->locationPane().fillCountries(servers);
+    m_mainWindow->locationPane().checkPopupCountry();
 }
 
 bool QrvMainWindowController::changesAutomatically() const {
-    return mainWindow->changesAutomatically();
+    return m_mainWindow->changesAutomatically();
 }
 
 void QrvMainWindowController::startAnimation() {
-    animation.start();
+    m_animation.start();
 }
 
 void QrvMainWindowController::stopAnimation() {
-    animation.stop();
+    m_animation.stop();
 }
 
 void QrvMainWindowController::resetAnimationFrames() {
-    animation.resetFrames();
+    m_animation.resetFrames();
 }
 
 bool QrvMainWindowController::hasImage(const QString &name) const {

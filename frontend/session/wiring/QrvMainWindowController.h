@@ -69,19 +69,19 @@ public:
     void checkDnsSettings();
     void refreshFrontWindow();
 
-    [[nodiscard]] HideIpSession &session() { return *hideIpSession; }
+    [[nodiscard]] HideIpSession &session() { return *m_hideIpSession; }
 
-    [[nodiscard]] MainWindow &window() { return *mainWindow; }
+    [[nodiscard]] MainWindow &window() { return *m_mainWindow; }
 
     /// Loads the settings window unless it is loaded; the main window is on the screen without it.
     QrvSettingsWindowController &settings();
 
-    [[nodiscard]] TrayPresence &statusItem() { return *tray; }
+    [[nodiscard]] TrayPresence &statusItem() { return *m_tray; }
 
     /// The location entries that random picks of this rotation have used.
-    [[nodiscard]] const QSet<quint64> &usedLocations() const { return rotation->usedItems(); }
+    [[nodiscard]] const QSet<quint64> &usedLocations() const { return m_rotation->usedItems(); }
 
-    [[nodiscard]] const SessionDisplay &display() const { return sessionDisplay; }
+    [[nodiscard]] const SessionDisplay &display() const { return m_sessionDisplay; }
 
     // VpnProtocol
     void connectionError() override;
@@ -131,19 +131,19 @@ private:
     void scheduleStartupChecks();
     void loadPreferences();
 
-    QrvAPI &api;
-    std::unique_ptr<MainWindow> mainWindow;
-    TrayPresence *tray;
-    SessionDisplay sessionDisplay;
-    TrayAnimation animation;
-    ProcessInfo processes;
-    Vpn vpn;
-    ConfigurationFetch fetch;
-    std::unique_ptr<HideIpSession> hideIpSession;
-    std::unique_ptr<LocationRotation> rotation;
-    std::unique_ptr<QrvAboutWindowController> aboutWindow;
-    std::unique_ptr<QrvSettingsWindowController> settingsWindow;
-    std::shared_ptr<Reachability> reach;
+    QrvAPI &m_api;
+    std::unique_ptr<MainWindow> m_mainWindow;
+    TrayPresence *m_tray;
+    SessionDisplay m_sessionDisplay;
+    TrayAnimation m_animation;
+    ProcessInfo m_processes;
+    Vpn m_vpn;
+    ConfigurationFetch m_fetch;
+    std::unique_ptr<HideIpSession> m_hideIpSession;
+    std::unique_ptr<LocationRotation> m_rotation;
+    std::unique_ptr<QrvAboutWindowController> m_aboutWindow;
+    std::unique_ptr<QrvSettingsWindowController> m_settingsWindow;
+    std::shared_ptr<Reachability> m_reach;
 };
 
 } // namespace quorvane

@@ -40,55 +40,55 @@ QString present(const QString &text) {
 } // namespace
 
 QrvLocationPaneController::QrvLocationPaneController(QWidget *parent)
-    : QWidget(parent), popupCountry(new QComboBox(this)),
-      sameIpBox(new QCheckBox(tr("Always Use Same IP &Address"), this)) {
+    : QWidget(parent), m_popupCountry(new QComboBox(this)),
+      m_sameIpBox(new QCheckBox(tr("Always Use Same IP &Address"), this)) {
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(8);
-    column->addWidget(popupCountry);
-    column->addWidget(sameIpBox);
-    popupCountry->setObjectName(QStringLiteral("popupCountry"));
-    popupCountry->setAccessibleDescription(tr("Location choice"));
-    popupCountry->setMaxVisibleItems(16);
-    popupCountry->setItemDelegate(new LocationRowDelegate(popupCountry));
-    popupCountry->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    popupCountry->setMinimumContentsLength(24);
-    sameIpBox->setObjectName(QStringLiteral("checkSameIP"));
-    connect(popupCountry, &QComboBox::activated, this, [this] { popupCountrySelected(); });
-    connect(sameIpBox, &QCheckBox::clicked, this, [this] { checkSameIPSelected(); });
+    column->addWidget(m_popupCountry);
+    column->addWidget(m_sameIpBox);
+    m_popupCountry->setObjectName(QStringLiteral("popupCountry"));
+    m_popupCountry->setAccessibleDescription(tr("Location choice"));
+    m_popupCountry->setMaxVisibleItems(16);
+    m_popupCountry->setItemDelegate(new LocationRowDelegate(m_popupCountry));
+    m_popupCountry->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_popupCountry->setMinimumContentsLength(24);
+    m_sameIpBox->setObjectName(QStringLiteral("checkSameIP"));
+    connect(m_popupCountry, &QComboBox::activated, this, [this] { popupCountrySelected(); });
+    connect(m_sameIpBox, &QCheckBox::clicked, this, [this] { checkSameIPSelected(); });
     platform::Platform::current().notifications->addObserver(
         QStringLiteral("updateServerList"), this, [this](const QVariant &) { updateServerList(); });
     addPopupLocationMenuItem(QrvLocation::location(randomTitle(), QStringLiteral("XX"), QString(), false));
-    popupCountry->setCurrentIndex(0);
+    m_popupCountry->setCurrentIndex(0);
 }
 
 QrvLocationPaneController::~QrvLocationPaneController() = default;
 
 void QrvLocationPaneController::connectTo(QrvAPI *client, LocationPaneDelegate *newDelegate) {
-    api = client;
-    delegate = newDelegate;
+    m_api = client;
+    m_delegate = newDelegate;
     refresh();
 }
 
 void QrvLocationPaneController::append(std::unique_ptr<QrvMenuItem> item) {
-    const QSignalBlocker quiet(popupCountry);
+    const QSignalBlocker quiet(m_popupCountry);
     // The entry keeps its English title, which it is known by; only what is shown is translated.
     const QString shown = item->text() == randomTitle() ? tr("Random Location") : item->text();
-    popupCountry->addItem(Images::icon(item->imageName()), shown);
+    m_popupCountry->addItem(Images::icon(item->imageName()), shown);
     if (item->isMarkedFull()) {
-        const int row = popupCountry->count() - 1;
-        popupCountry->setItemData(row, true, LocationRowDelegate::fullRole);
-        popupCountry->setItemData(row, tr("This location is full."), Qt::ToolTipRole);
-        popupCountry->setItemData(row, tr("%1, full").arg(item->text()), Qt::AccessibleTextRole);
+        const int row = m_popupCountry->count() - 1;
+        m_popupCountry->setItemData(row, true, LocationRowDelegate::fullRole);
+        m_popupCountry->setItemData(row, tr("This location is full."), Qt::ToolTipRole);
+        m_popupCountry->setItemData(row, tr("%1, full").arg(item->text()), Qt::AccessibleTextRole);
     }
-    entries.push_back(std::move(item));
+    m_entries.push_back(std::move(item));
 }
 
 void QrvLocationPaneController::clear() {
-    const QSignalBlocker quiet(popupCountry);
-    popupCountry->clear();
-    entries.clear();
-    chosen = nullptr;
+    const QSignalBlocker quiet(m_popupCountry);
+    m_popupCountry->clear();
+    m_entries.clear();
+    m_chosen = nullptr;
 }
 
 void QrvLocationPaneController::addPopupLocationMenuItem(const QrvLocation &location) {
@@ -109,13 +109,13 @@ void QrvLocationPaneController::addVPN(const QrvVpnDataPointer &server) {
     if (const QString name = server->countryCode.toLower(); Images::exists(name)) {
         item->setImageName(name);
     }
-    item->setFull(fullLocations.contains(server->codeName));
+    item->setFull(m_fullLocations.contains(server->codeName));
     append(std::move(item));
 }
 
 void QrvLocationPaneController::updateServerList() {
-    if (api != nullptr) {
-        fillCountries(api->request().servers);
+    if (m_api != nullptr) {
+        fillCountries(m_api->request().servers);
     }
 }
 
@@ -124,11 +124,11 @@ void QrvLocationPaneController::fillCountries(const QrvVpnDataList &servers) {
         return;
     }
     clear();
-    const QStringList discardList = delegate != nullptr ? delegate->getDiscardList() : QStringList();
+    const QStringList discardList = m_delegate != nullptr ? m_delegate->getDiscardList() : QStringList();
     const QSet<QString> discarded(discardList.begin(), discardList.end());
     addPopupLocationMenuItem(QrvLocation::location(randomTitle(), QStringLiteral("XX"), QString(), false));
     selectPopupItemWithImageNamed(QStringLiteral("XX"));
-    fullLocations = locationsMarkedFull();
+    m_fullLocations = locationsMarkedFull();
     for (const QrvVpnDataPointer &server : servers) {
         server->filteredIpAdressArray = server->ipAdressArray;
         server->filteredIpAdressArray.removeIf(
@@ -138,8 +138,8 @@ void QrvLocationPaneController::fillCountries(const QrvVpnDataList &servers) {
         }
     }
     QString title = preferences().string(locationKey);
-    if (title.isNull() && api != nullptr) {
-        title = api->model().countryByCode(preferences().string(countryKey));
+    if (title.isNull() && m_api != nullptr) {
+        title = m_api->model().countryByCode(preferences().string(countryKey));
     }
     selectPopupItemWithTitle(title);
     Q_EMIT rebuilt();
@@ -147,8 +147,8 @@ void QrvLocationPaneController::fillCountries(const QrvVpnDataList &servers) {
 
 QSet<QString> QrvLocationPaneController::locationsMarkedFull() const {
     QSet<QString> codes;
-    if (api != nullptr) {
-        for (const QrvLocation &location : api->model().locations()) {
+    if (m_api != nullptr) {
+        for (const QrvLocation &location : m_api->model().locations()) {
             if (location.full) {
                 codes.insert(location.codeName + u' ' + location.countryCode); // as a group names its place
             }
@@ -162,85 +162,85 @@ bool QrvLocationPaneController::selectPopupItemWithImageNamed(const QString &nam
     if (!Images::exists(image)) {
         return false;
     }
-    const auto found = std::find_if(entries.begin(), entries.end(),
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
                                     [&image](const auto &item) { return item->imageName() == image; });
-    if (found == entries.end()) {
+    if (found == m_entries.end()) {
         return false;
     }
-    popupCountry->setCurrentIndex(static_cast<int>(found - entries.begin()));
+    m_popupCountry->setCurrentIndex(static_cast<int>(found - m_entries.begin()));
     return true;
 }
 
 bool QrvLocationPaneController::selectPopupItemWithTitle(const QString &title) {
-    const auto found = std::find_if(entries.begin(), entries.end(),
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
                                     [&title](const auto &item) { return item->text() == title; });
-    if (found == entries.end()) {
+    if (found == m_entries.end()) {
         return false;
     }
-    selectItem(static_cast<int>(found - entries.begin()));
-    chosen = found->get();
+    selectItem(static_cast<int>(found - m_entries.begin()));
+    m_chosen = found->get();
     return true;
 }
 
 void QrvLocationPaneController::selectItem(int index) {
-    popupCountry->setCurrentIndex(index);
+    m_popupCountry->setCurrentIndex(index);
 }
 
 QrvMenuItem *QrvLocationPaneController::currentItem() const {
-    const int index = std::max(0, popupCountry->currentIndex());
-    return entries.at(static_cast<std::size_t>(index)).get();
+    const int index = std::max(0, m_popupCountry->currentIndex());
+    return m_entries.at(static_cast<std::size_t>(index)).get();
 }
 
 void QrvLocationPaneController::removeItemWithTitle(const QString &title) {
-    const auto found = std::find_if(entries.begin(), entries.end(),
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
                                     [&title](const auto &item) { return item->text() == title; });
-    if (found == entries.end()) {
+    if (found == m_entries.end()) {
         return;
     }
-    if (chosen == found->get()) {
-        chosen = nullptr;
+    if (m_chosen == found->get()) {
+        m_chosen = nullptr;
     }
-    popupCountry->removeItem(static_cast<int>(found - entries.begin()));
-    entries.erase(found);
+    m_popupCountry->removeItem(static_cast<int>(found - m_entries.begin()));
+    m_entries.erase(found);
 }
 
 void QrvLocationPaneController::checkPopupCountry() {
-    popupCountry->setEnabled(api != nullptr);
-    if (api == nullptr) {
+    m_popupCountry->setEnabled(m_api != nullptr);
+    if (m_api == nullptr) {
         return;
     }
-    chosen = currentItem();
-    const QString title = chosen->text();
-    const QString country = api->model().getCountryByLocationForVPN(title);
-    QString code = api->model().getCodeByLocationForVPN(title);
-    if (title != randomTitle() && delegate != nullptr) {
-        delegate->setRequiredUS(false);
+    m_chosen = currentItem();
+    const QString title = m_chosen->text();
+    const QString country = m_api->model().getCountryByLocationForVPN(title);
+    QString code = m_api->model().getCodeByLocationForVPN(title);
+    if (title != randomTitle() && m_delegate != nullptr) {
+        m_delegate->setRequiredUS(false);
     }
     const QString lastIp = preferences().string(lastIpKey);
     if (preferences().boolean(sameIpKey) && !lastIp.isEmpty()) {
-        code = api->model().getLocationByIP(lastIp);
+        code = m_api->model().getLocationByIP(lastIp);
     }
     preferences().setValues({{countryKey, present(country)}, {locationKey, present(code)}});
 }
 
 void QrvLocationPaneController::popupCountrySelected() {
-    if (delegate != nullptr) {
+    if (m_delegate != nullptr) {
         QMetaObject::invokeMethod(
-            this, [target = delegate] { target->terminateVpn(); }, Qt::QueuedConnection);
+            this, [target = m_delegate] { target->terminateVpn(); }, Qt::QueuedConnection);
     }
-    if (sameIpBox->isChecked()) {
-        sameIpBox->setChecked(false);
+    if (m_sameIpBox->isChecked()) {
+        m_sameIpBox->setChecked(false);
         checkSameIP();
     }
     checkPopupCountry();
-    if (delegate != nullptr) {
-        delegate->stopQuorvane();
+    if (m_delegate != nullptr) {
+        m_delegate->stopQuorvane();
     }
     platform::Platform::current().notifications->post(QStringLiteral("startVpn"));
 }
 
 void QrvLocationPaneController::checkSameIP() {
-    const bool keeps = sameIpBox->isChecked();
+    const bool keeps = m_sameIpBox->isChecked();
     const bool lent = keeps && SessionState::shared().hidden;
     preferences().setValues(
         {{sameIpKey, keeps},
@@ -249,11 +249,11 @@ void QrvLocationPaneController::checkSameIP() {
 }
 
 void QrvLocationPaneController::checkSameIPSelected() {
-    if (SessionState::shared().hidden || !sameIpBox->isChecked()) {
+    if (SessionState::shared().hidden || !m_sameIpBox->isChecked()) {
         checkSameIP();
         return;
     }
-    sameIpBox->setChecked(false);
+    m_sameIpBox->setChecked(false);
     Alerts::shared().critical({QStringLiteral("Quorvane"),
                                tr("Please check \"Always Use Same IP Address\" when you have found a fake "
                                   "IP you would like to reuse"),
@@ -262,7 +262,7 @@ void QrvLocationPaneController::checkSameIPSelected() {
 
 void QrvLocationPaneController::refresh() {
     selectPopupItemWithImageNamed(preferences().string(countryKey));
-    sameIpBox->setChecked(preferences().boolean(sameIpKey));
+    m_sameIpBox->setChecked(preferences().boolean(sameIpKey));
 }
 
 } // namespace quorvane

@@ -55,13 +55,13 @@ public:
     /// entry with a flag is not always the chosen one.
     void refresh();
 
-    [[nodiscard]] const std::vector<std::unique_ptr<QrvMenuItem>> &items() const { return entries; }
+    [[nodiscard]] const std::vector<std::unique_ptr<QrvMenuItem>> &items() const { return m_entries; }
 
     /// The pop-up's selected entry; there always is one.
     [[nodiscard]] QrvMenuItem *currentItem() const;
 
     /// The entry last selected by title or by the user; null after a rebuild.
-    [[nodiscard]] QrvMenuItem *selectedItem() const { return chosen; }
+    [[nodiscard]] QrvMenuItem *selectedItem() const { return m_chosen; }
 
 Q_SIGNALS:
     /// The list consists of new entries.
@@ -74,13 +74,13 @@ private:
     void clear();
     [[nodiscard]] QSet<QString> locationsMarkedFull() const;
 
-    QComboBox *popupCountry;
-    QCheckBox *sameIpBox;
-    QrvAPI *api = nullptr;
-    LocationPaneDelegate *delegate = nullptr;
-    std::vector<std::unique_ptr<QrvMenuItem>> entries;
-    QrvMenuItem *chosen = nullptr;
-    QSet<QString> fullLocations;
+    QComboBox *m_popupCountry;
+    QCheckBox *m_sameIpBox;
+    QrvAPI *m_api = nullptr;
+    LocationPaneDelegate *m_delegate = nullptr;
+    std::vector<std::unique_ptr<QrvMenuItem>> m_entries;
+    QrvMenuItem *m_chosen = nullptr;
+    QSet<QString> m_fullLocations;
 };
 
 } // namespace quorvane

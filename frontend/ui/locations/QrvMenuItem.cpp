@@ -12,23 +12,23 @@ quint64 nextNumber() {
 } // namespace
 
 QrvMenuItem::QrvMenuItem(const QString &title, QObject *parent)
-    : QAction(title, parent), entryId(nextNumber()) {}
+    : QAction(title, parent), m_entryId(nextNumber()) {}
 
 QrvMenuItem::~QrvMenuItem() = default;
 
 void QrvMenuItem::setFull(bool mark) {
-    fullMark = mark;
-    if (controller) {
-        controller->setGold(mark);
+    m_fullMark = mark;
+    if (m_controller) {
+        m_controller->setGold(mark);
     }
 }
 
 bool QrvMenuItem::full() const {
-    return controller && controller->gold();
+    return m_controller && m_controller->gold();
 }
 
-void QrvMenuItem::setItemView(std::unique_ptr<QrvMenuItemViewController> view) {
-    controller = std::move(view);
+void QrvMenuItem::setItemView(std::unique_ptr<QrvMenuItemViewController> controller) {
+    m_controller = std::move(controller);
 }
 
 } // namespace quorvane

@@ -16,12 +16,12 @@ public:
     ~QrvMenuItem() override;
 
     /// Identifies the entry for the whole run: no two ever have the same id.
-    [[nodiscard]] quint64 id() const { return entryId; }
+    [[nodiscard]] quint64 id() const { return m_entryId; }
 
     /// The group that the entry stands for; null for pseudo-locations.
-    [[nodiscard]] QrvVpnDataPointer vpnData() const { return data; }
+    [[nodiscard]] QrvVpnDataPointer vpnData() const { return m_data; }
 
-    void setVpnData(const QrvVpnDataPointer &group) { data = group; }
+    void setVpnData(const QrvVpnDataPointer &data) { m_data = data; }
 
     /// Records the mark and passes it on to the item view.
     void setFull(bool mark);
@@ -29,23 +29,23 @@ public:
     [[nodiscard]] bool full() const;
 
     /// What setFull() recorded.
-    [[nodiscard]] bool isMarkedFull() const { return fullMark; }
+    [[nodiscard]] bool isMarkedFull() const { return m_fullMark; }
 
     void setItemView(std::unique_ptr<QrvMenuItemViewController> view);
 
-    [[nodiscard]] QrvMenuItemViewController *itemView() const { return controller.get(); }
+    [[nodiscard]] QrvMenuItemViewController *itemView() const { return m_controller.get(); }
 
     /// Name of the flag's image; null without one.
-    [[nodiscard]] QString imageName() const { return flag; }
+    [[nodiscard]] QString imageName() const { return m_flag; }
 
-    void setImageName(const QString &name) { flag = name; }
+    void setImageName(const QString &flag) { m_flag = flag; }
 
 private:
-    quint64 entryId;
-    QrvVpnDataPointer data;
-    bool fullMark = false;
-    std::unique_ptr<QrvMenuItemViewController> controller;
-    QString flag;
+    quint64 m_entryId;
+    QrvVpnDataPointer m_data;
+    bool m_fullMark = false;
+    std::unique_ptr<QrvMenuItemViewController> m_controller;
+    QString m_flag;
 };
 
 } // namespace quorvane

@@ -25,19 +25,19 @@ void cancelTracking() {
 
 QrvMenuItemView::QrvMenuItemView(QWidget *parent) : QWidget(parent) {}
 
-void QrvMenuItemView::setMenuItem(QAction *newItem) {
-    item = newItem;
+void QrvMenuItemView::setMenuItem(QAction *item) {
+    m_item = item;
 }
 
-void QrvMenuItemView::setLabelText(QLabel *newLabel) {
-    label = newLabel;
+void QrvMenuItemView::setLabelText(QLabel *label) {
+    m_label = label;
 }
 
 QMenu *QrvMenuItemView::menu() const {
-    if (item == nullptr) {
+    if (m_item == nullptr) {
         return nullptr;
     }
-    const QList<QObject *> places = item->associatedObjects();
+    const QList<QObject *> places = m_item->associatedObjects();
     for (QObject *place : places) {
         if (auto *found = qobject_cast<QMenu *>(place)) {
             return found;
@@ -48,7 +48,7 @@ QMenu *QrvMenuItemView::menu() const {
 
 bool QrvMenuItemView::isHighlighted() const {
     const QMenu *place = menu();
-    return place != nullptr && place->activeAction() == item;
+    return place != nullptr && place->activeAction() == m_item;
 }
 
 void QrvMenuItemView::mouseEntered() {
@@ -56,7 +56,7 @@ void QrvMenuItemView::mouseEntered() {
 }
 
 void QrvMenuItemView::mouseExited() {
-    notHighlighted = true;
+    m_notHighlighted = true;
     update();
 }
 
@@ -65,7 +65,7 @@ void QrvMenuItemView::mouseDown() {
     if (place == nullptr) {
         return;
     }
-    const QPointer<QAction> chosen = place->actions().value(place->actions().indexOf(item));
+    const QPointer<QAction> chosen = place->actions().value(place->actions().indexOf(m_item));
     cancelTracking();
     if (chosen != nullptr) {
         chosen->trigger();
@@ -85,17 +85,17 @@ void QrvMenuItemView::mousePressEvent(QMouseEvent * /*event*/) {
 }
 
 void QrvMenuItemView::paintEvent(QPaintEvent *event) {
-    const bool highlights = !notHighlighted && isHighlighted();
-    notHighlighted = false;
+    const bool highlights = !m_notHighlighted && isHighlighted();
+    m_notHighlighted = false;
     QPainter painter(this);
     painter.fillRect(event->rect(), highlights ? palette().color(QPalette::Highlight) : Qt::transparent);
-    if (label == nullptr) {
+    if (m_label == nullptr) {
         return;
     }
     const QColor text = highlights ? palette().color(QPalette::HighlightedText) : Qt::black;
-    if (QPalette colours = label->palette(); colours.color(QPalette::WindowText) != text) {
+    if (QPalette colours = m_label->palette(); colours.color(QPalette::WindowText) != text) {
         colours.setColor(QPalette::WindowText, text);
-        label->setPalette(colours);
+        m_label->setPalette(colours);
     }
 }
 

@@ -20,9 +20,9 @@ public:
     void setMenuItem(QAction *item);
     void setLabelText(QLabel *label);
 
-    [[nodiscard]] QAction *menuItem() const { return item; }
+    [[nodiscard]] QAction *menuItem() const { return m_item; }
 
-    [[nodiscard]] QLabel *labelText() const { return label; }
+    [[nodiscard]] QLabel *labelText() const { return m_label; }
 
     void mouseEntered();
     /// The next drawing is unhighlighted, whatever the menu says; the one after it follows the menu again.
@@ -40,9 +40,9 @@ private:
     [[nodiscard]] QMenu *menu() const;
     [[nodiscard]] bool isHighlighted() const;
 
-    QPointer<QAction> item;
-    QPointer<QLabel> label;
-    bool notHighlighted = false;
+    QPointer<QAction> m_item;
+    QPointer<QLabel> m_label;
+    bool m_notHighlighted = false;
 };
 
 } // namespace quorvane

@@ -14,48 +14,48 @@ constexpr int gapBeforeGold = 5;
 } // namespace
 
 QrvMenuItemViewController::QrvMenuItemViewController()
-    : rowView(std::make_unique<QrvMenuItemView>()), ui(std::make_unique<Ui::LocationMenuItem>()) {
-    ui->setupUi(rowView.get());
-    ui->imageFlag->clear();
-    ui->imageGold->clear();
+    : m_rowView(std::make_unique<QrvMenuItemView>()), m_ui(std::make_unique<Ui::LocationMenuItem>()) {
+    m_ui->setupUi(m_rowView.get());
+    m_ui->imageFlag->clear();
+    m_ui->imageGold->clear();
 }
 
 QrvMenuItemViewController::QrvMenuItemViewController(QAction *menuItem) : QrvMenuItemViewController() {
-    rowView->setMenuItem(menuItem);
-    rowView->setLabelText(ui->labelText);
-    item = menuItem;
+    m_rowView->setMenuItem(menuItem);
+    m_rowView->setLabelText(m_ui->labelText);
+    m_item = menuItem;
 }
 
 QrvMenuItemViewController::~QrvMenuItemViewController() = default;
 
 QString QrvMenuItemViewController::title() const {
-    return ui->labelText->text();
+    return m_ui->labelText->text();
 }
 
 void QrvMenuItemViewController::setTitle(const QString &title) {
-    ui->labelText->setText(title);
-    ui->labelText->adjustSize();
-    const int goldAt = ui->labelText->x() + ui->labelText->width() + gapBeforeGold;
-    rowView->resize(goldAt + ui->imageGold->width(), rowView->height());
-    ui->imageGold->move(goldAt, ui->imageGold->y());
+    m_ui->labelText->setText(title);
+    m_ui->labelText->adjustSize();
+    const int goldAt = m_ui->labelText->x() + m_ui->labelText->width() + gapBeforeGold;
+    m_rowView->resize(goldAt + m_ui->imageGold->width(), m_rowView->height());
+    m_ui->imageGold->move(goldAt, m_ui->imageGold->y());
 }
 
 void QrvMenuItemViewController::setGold(bool mark) {
-    goldMark = mark;
+    m_goldMark = mark;
     if (mark) {
-        ui->imageGold->setPixmap(
-            Images::pixmap(QStringLiteral("gold"), ui->imageGold->size(), rowView->devicePixelRatioF()));
+        m_ui->imageGold->setPixmap(
+            Images::pixmap(QStringLiteral("gold"), m_ui->imageGold->size(), m_rowView->devicePixelRatioF()));
     } else {
-        ui->imageGold->clear();
+        m_ui->imageGold->clear();
     }
 }
 
 QPixmap QrvMenuItemViewController::flagImage() const {
-    return ui->imageFlag->pixmap();
+    return m_ui->imageFlag->pixmap();
 }
 
 void QrvMenuItemViewController::setFlagImage(const QPixmap &image) {
-    ui->imageFlag->setPixmap(image);
+    m_ui->imageFlag->setPixmap(image);
 }
 
 } // namespace quorvane

@@ -28,22 +28,22 @@ public:
     /// The row becomes as wide as the title needs, with room for the gold mark.
     void setTitle(const QString &title);
 
-    [[nodiscard]] bool gold() const { return goldMark; }
+    [[nodiscard]] bool gold() const { return m_goldMark; }
 
     void setGold(bool mark);
 
     [[nodiscard]] QPixmap flagImage() const;
     void setFlagImage(const QPixmap &image);
 
-    [[nodiscard]] QrvMenuItemView *view() const { return rowView.get(); }
+    [[nodiscard]] QrvMenuItemView *view() const { return m_rowView.get(); }
 
-    [[nodiscard]] QAction *menuItem() const { return item; }
+    [[nodiscard]] QAction *menuItem() const { return m_item; }
 
 private:
-    std::unique_ptr<QrvMenuItemView> rowView;
-    std::unique_ptr<Ui::LocationMenuItem> ui;
-    QPointer<QAction> item;
-    bool goldMark = false;
+    std::unique_ptr<QrvMenuItemView> m_rowView;
+    std::unique_ptr<Ui::LocationMenuItem> m_ui;
+    QPointer<QAction> m_item;
+    bool m_goldMark = false;
 };
 
 } // namespace quorvane

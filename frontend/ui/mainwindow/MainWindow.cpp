@@ -49,28 +49,28 @@ void drawLine(QLabel *label, const DisplayState::Line &line, const DisplayState:
 
 } // namespace
 
-MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_unique<Ui::MainWindow>()) {
-    ui->setupUi(this);
-    ui->viewSpinWeel->setRange(0, 100);
+MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_ui(std::make_unique<Ui::MainWindow>()) {
+    m_ui->setupUi(this);
+    m_ui->viewSpinWeel->setRange(0, 100);
     setFixedWidth(400);
     // One size: the window system is handed every one that the icon has.
     setWindowIcon(QIcon(Images::pixmap(QStringLiteral("quorvane"), windowIconSize, devicePixelRatioF())));
-    ui->segmentTcp->setChecked(true);
+    m_ui->segmentTcp->setChecked(true);
     auto *quit = new QAction(tr("Quit Quorvane"), this);
     quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     addAction(quit);
     connect(quit, &QAction::triggered, this, &MainWindow::quitRequested);
     connectControls();
-    for (QLabel *line : {ui->fieldLine3, ui->fieldLine4, ui->fieldLine22, ui->fieldLine21}) {
+    for (QLabel *line : {m_ui->fieldLine3, m_ui->fieldLine4, m_ui->fieldLine22, m_ui->fieldLine21}) {
         line->setVisible(false);
     }
     // The field beside it shows the number; of the stepper only its two buttons are wanted.
-    if (auto *number = ui->stepperChangeIpInterval->findChild<QLineEdit *>()) {
+    if (auto *number = m_ui->stepperChangeIpInterval->findChild<QLineEdit *>()) {
         number->hide();
     }
     // Controls that come and go keep their place, so that nothing jumps under the pointer.
     for (QWidget *widget :
-         std::initializer_list<QWidget *>{ui->changeIpButton, ui->discardIpButton, ui->viewSpinWeel}) {
+         std::initializer_list<QWidget *>{m_ui->changeIpButton, m_ui->discardIpButton, m_ui->viewSpinWeel}) {
         keepPlaceWhenHidden(widget);
     }
 }
@@ -78,42 +78,42 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
 MainWindow::~MainWindow() = default;
 
 void MainWindow::connectControls() {
-    connect(ui->buttonQuorvane, &QPushButton::clicked, this, &MainWindow::hideButtonPressed);
-    connect(ui->changeIpButton, &QPushButton::clicked, this, &MainWindow::changeIpPressed);
-    connect(ui->discardIpButton, &QPushButton::clicked, this, &MainWindow::discardIpPressed);
-    connect(ui->checkboxChangeIpInterval, &QCheckBox::clicked, this, &MainWindow::changeEverySwitched);
-    connect(ui->checkboxRequireUS, &QCheckBox::clicked, this, &MainWindow::requireUSSwitched);
-    connect(ui->IPNonRepeat, &QCheckBox::clicked, this, &MainWindow::nonRepeatSwitched);
-    connect(ui->fieldChangeIpInterval, &QLineEdit::textEdited, this, &MainWindow::intervalTyped);
-    connect(ui->stepperChangeIpInterval, &QSpinBox::valueChanged, this, &MainWindow::intervalStepped);
-    connect(ui->websiteButton, &QPushButton::clicked, this, &MainWindow::websitePressed);
-    connect(ui->aboutButton, &QPushButton::clicked, this, &MainWindow::aboutPressed);
-    connect(ui->advancedSettingsButton, &QPushButton::clicked, this, &MainWindow::advancedSettingsPressed);
-    connect(ui->segmentTcp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(0); });
-    connect(ui->segmentUdp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(1); });
+    connect(m_ui->buttonQuorvane, &QPushButton::clicked, this, &MainWindow::hideButtonPressed);
+    connect(m_ui->changeIpButton, &QPushButton::clicked, this, &MainWindow::changeIpPressed);
+    connect(m_ui->discardIpButton, &QPushButton::clicked, this, &MainWindow::discardIpPressed);
+    connect(m_ui->checkboxChangeIpInterval, &QCheckBox::clicked, this, &MainWindow::changeEverySwitched);
+    connect(m_ui->checkboxRequireUS, &QCheckBox::clicked, this, &MainWindow::requireUSSwitched);
+    connect(m_ui->IPNonRepeat, &QCheckBox::clicked, this, &MainWindow::nonRepeatSwitched);
+    connect(m_ui->fieldChangeIpInterval, &QLineEdit::textEdited, this, &MainWindow::intervalTyped);
+    connect(m_ui->stepperChangeIpInterval, &QSpinBox::valueChanged, this, &MainWindow::intervalStepped);
+    connect(m_ui->websiteButton, &QPushButton::clicked, this, &MainWindow::websitePressed);
+    connect(m_ui->aboutButton, &QPushButton::clicked, this, &MainWindow::aboutPressed);
+    connect(m_ui->advancedSettingsButton, &QPushButton::clicked, this, &MainWindow::advancedSettingsPressed);
+    connect(m_ui->segmentTcp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(0); });
+    connect(m_ui->segmentUdp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(1); });
 }
 
 void MainWindow::intervalTyped() {
-    QString typed = ui->fieldChangeIpInterval->text();
+    QString typed = m_ui->fieldChangeIpInterval->text();
     if (!pureInteger(typed, longestInterval)) {
         // The cleaned text is another edit, and goes on from there.
-        ui->fieldChangeIpInterval->setText(typed);
+        m_ui->fieldChangeIpInterval->setText(typed);
         intervalTyped();
         return;
     }
     if (integerValue(typed) == 0) {
-        ui->fieldChangeIpInterval->setText(QStringLiteral("1"));
+        m_ui->fieldChangeIpInterval->setText(QStringLiteral("1"));
     }
-    const int minutes = integerValue(ui->fieldChangeIpInterval->text());
+    const int minutes = integerValue(m_ui->fieldChangeIpInterval->text());
     {
-        const QSignalBlocker quiet(ui->stepperChangeIpInterval);
-        ui->stepperChangeIpInterval->setValue(minutes);
+        const QSignalBlocker quiet(m_ui->stepperChangeIpInterval);
+        m_ui->stepperChangeIpInterval->setValue(minutes);
     }
     Q_EMIT intervalEntered(minutes);
 }
 
 void MainWindow::intervalStepped(int minutes) {
-    ui->fieldChangeIpInterval->setText(QString::number(minutes));
+    m_ui->fieldChangeIpInterval->setText(QString::number(minutes));
     Q_EMIT intervalEntered(minutes);
 }
 
@@ -135,52 +135,52 @@ void MainWindow::keyPressEvent(QKeyEvent *event) {
         endEditing();
     } else if (enters) {
         auto *button = qobject_cast<QPushButton *>(focusWidget());
-        (button != nullptr ? button : ui->buttonQuorvane)->click();
+        (button != nullptr ? button : m_ui->buttonQuorvane)->click();
     } else {
         QMainWindow::keyPressEvent(event);
     }
 }
 
 void MainWindow::draw(const DisplayState &state) {
-    drawLine(ui->fieldLine1, state.line1, shown.line1);
-    drawLine(ui->fieldLine21, state.line21, shown.line21);
-    drawLine(ui->fieldLine22, state.line22, shown.line22);
-    drawLine(ui->fieldLine3, state.line3, shown.line3);
-    drawLine(ui->fieldLine4, state.line4, shown.line4);
-    if (ui->viewCurrentIP->stringValue() != state.currentIp) {
-        ui->viewCurrentIP->setStringValue(state.currentIp);
+    drawLine(m_ui->fieldLine1, state.line1, m_shown.line1);
+    drawLine(m_ui->fieldLine21, state.line21, m_shown.line21);
+    drawLine(m_ui->fieldLine22, state.line22, m_shown.line22);
+    drawLine(m_ui->fieldLine3, state.line3, m_shown.line3);
+    drawLine(m_ui->fieldLine4, state.line4, m_shown.line4);
+    if (m_ui->viewCurrentIP->stringValue() != state.currentIp) {
+        m_ui->viewCurrentIP->setStringValue(state.currentIp);
     }
-    ui->buttonQuorvane->setText(state.hideButton.title);
-    ui->buttonQuorvane->setEnabled(state.hideButton.enabled);
-    ui->buttonQuorvane->setChecked(state.hideButton.on);
-    ui->advancedSettingsButton->setEnabled(state.advancedEnabled);
-    ui->changeIpButton->setVisible(state.changeIpVisible);
-    ui->discardIpButton->setVisible(state.discardIpVisible);
-    ui->viewSpinWeel->setRange(0, state.spinning ? 0 : 100);
-    ui->viewSpinWeel->setVisible(state.spinning);
+    m_ui->buttonQuorvane->setText(state.hideButton.title);
+    m_ui->buttonQuorvane->setEnabled(state.hideButton.enabled);
+    m_ui->buttonQuorvane->setChecked(state.hideButton.on);
+    m_ui->advancedSettingsButton->setEnabled(state.advancedEnabled);
+    m_ui->changeIpButton->setVisible(state.changeIpVisible);
+    m_ui->discardIpButton->setVisible(state.discardIpVisible);
+    m_ui->viewSpinWeel->setRange(0, state.spinning ? 0 : 100);
+    m_ui->viewSpinWeel->setVisible(state.spinning);
     {
-        const QSignalBlocker quiet(ui->stepperChangeIpInterval);
-        ui->stepperChangeIpInterval->setValue(state.interval);
+        const QSignalBlocker quiet(m_ui->stepperChangeIpInterval);
+        m_ui->stepperChangeIpInterval->setValue(state.interval);
     }
-    if (state.interval != shown.interval) {
-        ui->fieldChangeIpInterval->setText(QString::number(state.interval));
+    if (state.interval != m_shown.interval) {
+        m_ui->fieldChangeIpInterval->setText(QString::number(state.interval));
     }
-    ui->fieldChangeIpInterval->setEnabled(state.intervalEnabled);
-    ui->stepperChangeIpInterval->setEnabled(state.intervalEnabled);
+    m_ui->fieldChangeIpInterval->setEnabled(state.intervalEnabled);
+    m_ui->stepperChangeIpInterval->setEnabled(state.intervalEnabled);
     drawImages(state);
-    shown = state;
+    m_shown = state;
 }
 
 void MainWindow::drawImages(const DisplayState &state) {
-    if (state.stateImage != shown.stateImage) {
-        ui->imageAppState->setPixmap(Images::pixmap(state.stateImage, stateImageSize, devicePixelRatioF()));
-        ui->imageAppState->setAccessibleName(stateInWords(state.stateImage));
+    if (state.stateImage != m_shown.stateImage) {
+        m_ui->imageAppState->setPixmap(Images::pixmap(state.stateImage, stateImageSize, devicePixelRatioF()));
+        m_ui->imageAppState->setAccessibleName(stateInWords(state.stateImage));
     }
-    if (state.flagImage != shown.flagImage) {
-        ui->imageCountry->setPixmap(Images::pixmap(state.flagImage, flagSize, devicePixelRatioF()));
-        ui->imageCountry->setAccessibleName(tr("Flag: %1").arg(state.flagImage.toUpper()));
+    if (state.flagImage != m_shown.flagImage) {
+        m_ui->imageCountry->setPixmap(Images::pixmap(state.flagImage, flagSize, devicePixelRatioF()));
+        m_ui->imageCountry->setAccessibleName(tr("Flag: %1").arg(state.flagImage.toUpper()));
     }
-    ui->imageCountry->setVisible(state.flagVisible);
+    m_ui->imageCountry->setVisible(state.flagVisible);
 }
 
 QString MainWindow::stateInWords(const QString &image) {
@@ -191,7 +191,7 @@ QString MainWindow::stateInWords(const QString &image) {
 }
 
 QrvLocationPaneController &MainWindow::locationPane() const {
-    return *ui->locationPane;
+    return *m_ui->locationPane;
 }
 
 QList<LocationChoice::Entry> MainWindow::locations() const {
@@ -224,35 +224,35 @@ void MainWindow::removeLocation(const QString &title) {
 }
 
 bool MainWindow::changesAutomatically() const {
-    return ui->checkboxChangeIpInterval->isChecked();
+    return m_ui->checkboxChangeIpInterval->isChecked();
 }
 
 void MainWindow::setChangesAutomatically(bool on) {
-    ui->checkboxChangeIpInterval->setChecked(on);
+    m_ui->checkboxChangeIpInterval->setChecked(on);
 }
 
 bool MainWindow::requiresUS() const {
-    return ui->checkboxRequireUS->isChecked();
+    return m_ui->checkboxRequireUS->isChecked();
 }
 
 void MainWindow::setRequiresUS(bool on) {
-    ui->checkboxRequireUS->setChecked(on);
+    m_ui->checkboxRequireUS->setChecked(on);
 }
 
 void MainWindow::setNonRepeat(bool on) {
-    ui->IPNonRepeat->setChecked(on);
+    m_ui->IPNonRepeat->setChecked(on);
 }
 
 int MainWindow::transportIndex() const {
-    return ui->segmentUdp->isChecked() ? 1 : 0;
+    return m_ui->segmentUdp->isChecked() ? 1 : 0;
 }
 
 void MainWindow::setTransportIndex(int index) {
-    (index == 1 ? ui->segmentUdp : ui->segmentTcp)->setChecked(true);
+    (index == 1 ? m_ui->segmentUdp : m_ui->segmentTcp)->setChecked(true);
 }
 
 QString MainWindow::transportLabel() const {
-    return (transportIndex() == 1 ? ui->segmentUdp : ui->segmentTcp)->text();
+    return (transportIndex() == 1 ? m_ui->segmentUdp : m_ui->segmentTcp)->text();
 }
 
 void MainWindow::raiseFloatingLevel() {
@@ -271,22 +271,22 @@ void MainWindow::dropFloatingLevel() {
 }
 
 void MainWindow::setReachableByTray(bool reachable) {
-    if (reachable == reachableByTray) {
+    if (reachable == m_reachableByTray) {
         return;
     }
-    reachableByTray = reachable;
-    if (away) {
+    m_reachableByTray = reachable;
+    if (m_away) {
         leaveSight();
     }
 }
 
 void MainWindow::putAway() {
-    away = true;
+    m_away = true;
     leaveSight();
 }
 
 void MainWindow::leaveSight() {
-    if (reachableByTray) {
+    if (m_reachableByTray) {
         hide();
     } else {
         if (!testAttribute(Qt::WA_Resized)) {
@@ -299,7 +299,7 @@ void MainWindow::leaveSight() {
 }
 
 void MainWindow::bringForward() {
-    away = false;
+    m_away = false;
     if (isMinimized()) {
         showNormal();
     } else {
@@ -316,7 +316,7 @@ void MainWindow::closeEvent(QCloseEvent *event) {
 
 void MainWindow::changeEvent(QEvent *event) {
     if (event->type() == QEvent::WindowStateChange && isVisible() && !isMinimized()) {
-        away = false; // the user took it from the task bar
+        m_away = false; // the user took it from the task bar
     }
     QMainWindow::changeEvent(event);
 }

@@ -85,10 +85,10 @@ private:
     [[nodiscard]] static QString stateInWords(const QString &image);
     void drawImages(const DisplayState &state);
 
-    std::unique_ptr<Ui::MainWindow> ui;
-    DisplayState shown;
-    bool reachableByTray = false;
-    bool away = false;
+    std::unique_ptr<Ui::MainWindow> m_ui;
+    DisplayState m_shown;
+    bool m_reachableByTray = false;
+    bool m_away = false;
 };
 
 } // namespace quorvane

@@ -18,15 +18,15 @@ constexpr QSize pictureSize(96, 96);
 } // namespace
 
 QrvAboutWindowController::QrvAboutWindowController(QWidget &window, QrvAPI &client)
-    : mainWindow(window), api(client), ui(std::make_unique<Ui::About>()) {
-    ui->setupUi(this);
+    : m_mainWindow(window), m_api(client), m_ui(std::make_unique<Ui::About>()) {
+    m_ui->setupUi(this);
     setWindowFlag(Qt::WindowStaysOnTopHint, true); // it floats above the other windows
-    ui->labelVersion->setText(
+    m_ui->labelVersion->setText(
         tr("%1 built %2").arg(platform::Platform::current().bundle->version(), buildDate()));
-    ui->picture->setPixmap(Images::pixmap(QStringLiteral("quorvane"), pictureSize, devicePixelRatioF()));
+    m_ui->picture->setPixmap(Images::pixmap(QStringLiteral("quorvane"), pictureSize, devicePixelRatioF()));
     layout()->setSizeConstraint(QLayout::SetFixedSize);
-    connect(ui->okButton, &QPushButton::clicked, this, &QrvAboutWindowController::okButtonPressed);
-    connect(ui->urlButton, &QPushButton::clicked, this, &QrvAboutWindowController::urlButtonPressed);
+    connect(m_ui->okButton, &QPushButton::clicked, this, &QrvAboutWindowController::okButtonPressed);
+    connect(m_ui->urlButton, &QPushButton::clicked, this, &QrvAboutWindowController::urlButtonPressed);
 }
 
 QrvAboutWindowController::~QrvAboutWindowController() = default;
@@ -36,11 +36,11 @@ QString QrvAboutWindowController::buildDate() {
 }
 
 void QrvAboutWindowController::showWindow() {
-    if (mainWindow.isVisible()) {
-        showMain = true;
-        mainWindow.hide();
+    if (m_mainWindow.isVisible()) {
+        m_showMain = true;
+        m_mainWindow.hide();
     }
-    ui->okButton->setFocus();
+    m_ui->okButton->setFocus();
     show();
     raise();
     activateWindow();
@@ -51,17 +51,17 @@ void QrvAboutWindowController::okButtonPressed() {
 }
 
 void QrvAboutWindowController::urlButtonPressed() {
-    platform::Platform::current().workspace->openUrl(WebPages::root(api.macSerial()));
+    platform::Platform::current().workspace->openUrl(WebPages::root(m_api.macSerial()));
 }
 
 void QrvAboutWindowController::hideEvent(QHideEvent *event) {
     QDialog::hideEvent(event);
     // A window that the desktop merely put away is not closed.
-    if (showMain && !event->spontaneous()) {
-        showMain = false;
-        mainWindow.show();
-        mainWindow.raise();
-        mainWindow.activateWindow();
+    if (m_showMain && !event->spontaneous()) {
+        m_showMain = false;
+        m_mainWindow.show();
+        m_mainWindow.raise();
+        m_mainWindow.activateWindow();
     }
 }
 

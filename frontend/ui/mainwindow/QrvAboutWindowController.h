@@ -32,10 +32,10 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    QWidget &mainWindow;
-    QrvAPI &api;
-    std::unique_ptr<Ui::About> ui;
-    bool showMain = false;
+    QWidget &m_mainWindow;
+    QrvAPI &m_api;
+    std::unique_ptr<Ui::About> m_ui;
+    bool m_showMain = false;
 };
 
 } // namespace quorvane

@@ -17,15 +17,16 @@ constexpr int modeOwn = 0;
 } // namespace
 
 AdvancedPane::AdvancedPane(DefaultsBinding &binding, QWidget *parent)
-    : QWidget(parent), ui(std::make_unique<Ui::SettingsAdvanced>()), matrixUserAgent(new QButtonGroup(this)) {
-    ui->setupUi(this);
-    matrixUserAgent->setObjectName(QStringLiteral("matrixUserAgent"));
-    matrixUserAgent->addButton(ui->userAgentOwn, modeOwn);
-    matrixUserAgent->addButton(ui->userAgentChosen, modeChosen);
-    binding.bindTag(*matrixUserAgent, SettingsDefaults::modeUserAgent());
-    binding.bindText(*ui->comboboxUserAgent, SettingsDefaults::userAgent());
-    binding.bindInteger(*ui->checkboxHideMyReferrerHeader, SettingsDefaults::hideMyReferrerHeader());
-    connect(matrixUserAgent, &QButtonGroup::idClicked, this, &AdvancedPane::matrixModeUserAgentPressed);
+    : QWidget(parent), m_ui(std::make_unique<Ui::SettingsAdvanced>()),
+      m_matrixUserAgent(new QButtonGroup(this)) {
+    m_ui->setupUi(this);
+    m_matrixUserAgent->setObjectName(QStringLiteral("matrixUserAgent"));
+    m_matrixUserAgent->addButton(m_ui->userAgentOwn, modeOwn);
+    m_matrixUserAgent->addButton(m_ui->userAgentChosen, modeChosen);
+    binding.bindTag(*m_matrixUserAgent, SettingsDefaults::modeUserAgent());
+    binding.bindText(*m_ui->comboboxUserAgent, SettingsDefaults::userAgent());
+    binding.bindInteger(*m_ui->checkboxHideMyReferrerHeader, SettingsDefaults::hideMyReferrerHeader());
+    connect(m_matrixUserAgent, &QButtonGroup::idClicked, this, &AdvancedPane::matrixModeUserAgentPressed);
 }
 
 AdvancedPane::~AdvancedPane() = default;
@@ -33,29 +34,29 @@ AdvancedPane::~AdvancedPane() = default;
 void AdvancedPane::reassignControls() {
     const qint64 mode =
         platform::Platform::current().userDefaults->integer(SettingsDefaults::modeUserAgent());
-    ui->comboboxUserAgent->setEnabled(mode == modeChosen);
+    m_ui->comboboxUserAgent->setEnabled(mode == modeChosen);
 }
 
 bool AdvancedPane::isUserAgentComboEnabled() const {
-    return matrixUserAgent->checkedId() == modeChosen;
+    return m_matrixUserAgent->checkedId() == modeChosen;
 }
 
 void AdvancedPane::matrixModeUserAgentPressed() {
-    ui->comboboxUserAgent->setEnabled(isUserAgentComboEnabled());
+    m_ui->comboboxUserAgent->setEnabled(isUserAgentComboEnabled());
 }
 
 std::optional<int> AdvancedPane::selectedMode() const {
-    const int tag = matrixUserAgent->checkedId();
+    const int tag = m_matrixUserAgent->checkedId();
     return tag < 0 ? std::nullopt : std::optional(tag);
 }
 
 QString AdvancedPane::selectedUserAgent() const {
-    return ui->comboboxUserAgent->currentIndex() < 0 ? QStringLiteral("")
-                                                     : ui->comboboxUserAgent->currentText();
+    return m_ui->comboboxUserAgent->currentIndex() < 0 ? QStringLiteral("")
+                                                       : m_ui->comboboxUserAgent->currentText();
 }
 
 bool AdvancedPane::hidesReferrer() const {
-    return ui->checkboxHideMyReferrerHeader->isChecked();
+    return m_ui->checkboxHideMyReferrerHeader->isChecked();
 }
 
 } // namespace quorvane

@@ -39,8 +39,8 @@ public:
     [[nodiscard]] bool hidesReferrer() const;
 
 private:
-    std::unique_ptr<Ui::SettingsAdvanced> ui;
-    QButtonGroup *matrixUserAgent;
+    std::unique_ptr<Ui::SettingsAdvanced> m_ui;
+    QButtonGroup *m_matrixUserAgent;
 };
 
 } // namespace quorvane

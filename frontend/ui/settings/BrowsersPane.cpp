@@ -4,8 +4,9 @@
 
 namespace quorvane {
 
-BrowsersPane::BrowsersPane(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::SettingsBrowsers>()) {
-    ui->setupUi(this);
+BrowsersPane::BrowsersPane(QWidget *parent)
+    : QWidget(parent), m_ui(std::make_unique<Ui::SettingsBrowsers>()) {
+    m_ui->setupUi(this);
 }
 
 BrowsersPane::~BrowsersPane() = default;

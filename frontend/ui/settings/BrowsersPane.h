@@ -18,7 +18,7 @@ public:
     ~BrowsersPane() override;
 
 private:
-    std::unique_ptr<Ui::SettingsBrowsers> ui;
+    std::unique_ptr<Ui::SettingsBrowsers> m_ui;
 };
 
 } // namespace quorvane

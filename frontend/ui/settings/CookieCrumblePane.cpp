@@ -10,39 +10,39 @@
 namespace quorvane {
 
 CookieCrumblePane::CookieCrumblePane(DefaultsBinding &binding, QWidget *parent)
-    : QWidget(parent), sites(SettingsDefaults::cookieSites()),
-      ui(std::make_unique<Ui::SettingsCookieCrumble>()) {
-    ui->setupUi(this);
-    sites.awakeFromNib();
-    ui->tableCookieSites->setDataSource(&sites);
-    binding.bindInteger(*ui->checkboxHideMyCookiesHeaders, SettingsDefaults::hideMyCookiesHeaders());
-    connect(ui->addCookieSiteButton, &QPushButton::clicked, this,
+    : QWidget(parent), m_sites(SettingsDefaults::cookieSites()),
+      m_ui(std::make_unique<Ui::SettingsCookieCrumble>()) {
+    m_ui->setupUi(this);
+    m_sites.awakeFromNib();
+    m_ui->tableCookieSites->setDataSource(&m_sites);
+    binding.bindInteger(*m_ui->checkboxHideMyCookiesHeaders, SettingsDefaults::hideMyCookiesHeaders());
+    connect(m_ui->addCookieSiteButton, &QPushButton::clicked, this,
             &CookieCrumblePane::addCookieSiteIpButtonPressed);
-    connect(ui->deleteCookieSiteButton, &QPushButton::clicked, this,
+    connect(m_ui->deleteCookieSiteButton, &QPushButton::clicked, this,
             &CookieCrumblePane::deleteCookieSiteIpButtonPressed);
-    connect(ui->tableCookieSites, &QrvDiscardIpTableViewController::deletePressed, this,
+    connect(m_ui->tableCookieSites, &QrvDiscardIpTableViewController::deletePressed, this,
             &CookieCrumblePane::deleteCookieSiteIpButtonPressed);
     connect(this, &CookieCrumblePane::refused, this, [] { QApplication::beep(); });
 }
 
 CookieCrumblePane::~CookieCrumblePane() {
-    ui->tableCookieSites->setDataSource(nullptr); // the table outlives its rows by a moment
+    m_ui->tableCookieSites->setDataSource(nullptr); // the table outlives its rows by a moment
 }
 
 void CookieCrumblePane::addCookieSiteIpButtonPressed() {
-    QString site = ui->cookieSiteIP->text();
+    QString site = m_ui->cookieSiteIP->text();
     if (site.isEmpty() || !validateUrl(site)) {
         Q_EMIT refused();
         return;
     }
     site.remove(QStringLiteral("https://"));
     site.remove(QStringLiteral("http://"));
-    ui->tableCookieSites->addRow(site);
-    ui->cookieSiteIP->clear();
+    m_ui->tableCookieSites->addRow(site);
+    m_ui->cookieSiteIP->clear();
 }
 
 void CookieCrumblePane::deleteCookieSiteIpButtonPressed() {
-    ui->tableCookieSites->deleteSelectedRow();
+    m_ui->tableCookieSites->deleteSelectedRow();
 }
 
 bool CookieCrumblePane::validateUrl(const QString &text) {
@@ -50,7 +50,7 @@ bool CookieCrumblePane::validateUrl(const QString &text) {
 }
 
 bool CookieCrumblePane::hidesCookies() const {
-    return ui->checkboxHideMyCookiesHeaders->isChecked();
+    return m_ui->checkboxHideMyCookiesHeaders->isChecked();
 }
 
 } // namespace quorvane

@@ -36,8 +36,8 @@ Q_SIGNALS:
     void refused();
 
 private:
-    QrvTableDataSource sites;
-    std::unique_ptr<Ui::SettingsCookieCrumble> ui;
+    QrvTableDataSource m_sites;
+    std::unique_ptr<Ui::SettingsCookieCrumble> m_ui;
 };
 
 } // namespace quorvane

@@ -38,27 +38,27 @@ void selectText(QComboBox &box, const QString &text) {
 DefaultsBinding::DefaultsBinding(QObject *parent) : QObject(parent) {}
 
 void DefaultsBinding::bindBoolean(QAbstractButton &box, const QString &key) {
-    readers.emplace_back([&box, key] { box.setChecked(defaults().boolean(key)); });
+    m_readers.emplace_back([&box, key] { box.setChecked(defaults().boolean(key)); });
     connect(&box, &QAbstractButton::clicked, this, [this, key](bool on) { edit(key, on); });
 }
 
 void DefaultsBinding::bindInteger(QAbstractButton &box, const QString &key) {
-    readers.emplace_back([&box, key] { box.setChecked(defaults().integer(key) != 0); });
+    m_readers.emplace_back([&box, key] { box.setChecked(defaults().integer(key) != 0); });
     connect(&box, &QAbstractButton::clicked, this, [this, key](bool on) { edit(key, on ? 1 : 0); });
 }
 
 void DefaultsBinding::bindTag(QButtonGroup &group, const QString &key) {
-    readers.emplace_back([&group, key] { checkOnly(group, defaults().integer(key)); });
+    m_readers.emplace_back([&group, key] { checkOnly(group, defaults().integer(key)); });
     connect(&group, &QButtonGroup::idClicked, this, [this, key](int tag) { edit(key, tag); });
 }
 
 void DefaultsBinding::bindText(QComboBox &box, const QString &key) {
-    readers.emplace_back([&box, key] { selectText(box, defaults().string(key)); });
+    m_readers.emplace_back([&box, key] { selectText(box, defaults().string(key)); });
     connect(&box, &QComboBox::textActivated, this, [this, key](const QString &text) { edit(key, text); });
 }
 
 void DefaultsBinding::refresh() {
-    for (const auto &read : readers) {
+    for (const auto &read : m_readers) {
         read();
     }
 }

@@ -37,7 +37,7 @@ Q_SIGNALS:
 private:
     void edit(const QString &key, const QVariant &value);
 
-    std::vector<std::function<void()>> readers;
+    std::vector<std::function<void()>> m_readers;
 };
 
 } // namespace quorvane

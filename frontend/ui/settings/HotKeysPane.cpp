@@ -53,13 +53,13 @@ bool isTyped(const QKeyEvent &event) {
 
 } // namespace
 
-HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::SettingsHotkeys>()) {
-    ui->setupUi(this);
-    rows = {{{ui->dropdownHideIP, ui->labelHideIP, ui->noteHideIP},
-             {ui->dropdownChangeIP, ui->labelChangeIP, ui->noteChangeIP},
-             {ui->dropdownStopHidingIP, ui->labelStopHidingIP, ui->noteStopHidingIP},
-             {ui->dropdownDiscardIP, ui->labelDiscardIP, ui->noteDiscardIP},
-             {ui->dropdownBringUpWindow, ui->labelBringUpWindow, ui->noteBringUpWindow}}};
+HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::SettingsHotkeys>()) {
+    m_ui->setupUi(this);
+    m_rows = {{{m_ui->dropdownHideIP, m_ui->labelHideIP, m_ui->noteHideIP},
+               {m_ui->dropdownChangeIP, m_ui->labelChangeIP, m_ui->noteChangeIP},
+               {m_ui->dropdownStopHidingIP, m_ui->labelStopHidingIP, m_ui->noteStopHidingIP},
+               {m_ui->dropdownDiscardIP, m_ui->labelDiscardIP, m_ui->noteDiscardIP},
+               {m_ui->dropdownBringUpWindow, m_ui->labelBringUpWindow, m_ui->noteBringUpWindow}}};
     for (const HotKeys::Action action : HotKeys::actions) {
         fillDropdownWithHotKeys(*row(action).dropdown);
         row(action).dropdown->installEventFilter(this);
@@ -72,7 +72,7 @@ HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), ui(std::make_unique
 HotKeysPane::~HotKeysPane() = default;
 
 const HotKeysPane::Row &HotKeysPane::row(HotKeys::Action action) const {
-    return rows[static_cast<std::size_t>(action) - 1];
+    return m_rows[static_cast<std::size_t>(action) - 1];
 }
 
 void HotKeysPane::fillDropdownWithHotKeys(QComboBox &dropdown) {
@@ -164,7 +164,7 @@ void HotKeysPane::showTroubles(const HotKeys &hotKeys) {
         row(action).note->setText(text);
         row(action).dropdown->setAccessibleDescription(text);
     }
-    ui->hint->setText(
+    m_ui->hint->setText(
         HotKeys::isAvailable()
             ? tr("These work while any program is in front. A combination that you replace stays "
                  "in force until Quorvane quits.")

@@ -54,8 +54,8 @@ private:
 
     [[nodiscard]] const Row &row(HotKeys::Action action) const;
 
-    std::unique_ptr<Ui::SettingsHotkeys> ui;
-    std::array<Row, HotKeys::actions.size()> rows;
+    std::unique_ptr<Ui::SettingsHotkeys> m_ui;
+    std::array<Row, HotKeys::actions.size()> m_rows;
 };
 
 } // namespace quorvane

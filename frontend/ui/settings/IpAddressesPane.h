@@ -43,8 +43,8 @@ private:
     void intervalTyped();
     void intervalStepped(int minutes);
 
-    QrvTableDataSource discarded;
-    std::unique_ptr<Ui::SettingsIpAddresses> ui;
+    QrvTableDataSource m_discarded;
+    std::unique_ptr<Ui::SettingsIpAddresses> m_ui;
 };
 
 } // namespace quorvane

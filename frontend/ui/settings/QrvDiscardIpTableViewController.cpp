@@ -23,13 +23,13 @@ QrvDiscardIpTableViewController::QrvDiscardIpTableViewController(QWidget *parent
 }
 
 void QrvDiscardIpTableViewController::setDataSource(QrvTableDataSource *source) {
-    dataSource = source;
+    m_dataSource = source;
     setModel(source);
 }
 
 void QrvDiscardIpTableViewController::addRow(const QString &row) {
-    if (dataSource != nullptr) {
-        dataSource->addRow(row);
+    if (m_dataSource != nullptr) {
+        m_dataSource->addRow(row);
     }
 }
 
@@ -39,28 +39,28 @@ int QrvDiscardIpTableViewController::selectedRow() const {
 }
 
 void QrvDiscardIpTableViewController::deleteSelectedRow() {
-    if (dataSource != nullptr) {
-        dataSource->deleteRow(selectedRow());
+    if (m_dataSource != nullptr) {
+        m_dataSource->deleteRow(selectedRow());
     }
 }
 
 void QrvDiscardIpTableViewController::clearAll() {
-    if (dataSource != nullptr) {
-        dataSource->deleteAll();
+    if (m_dataSource != nullptr) {
+        m_dataSource->deleteAll();
     }
 }
 
 bool QrvDiscardIpTableViewController::hasRow(const QString &row) const {
-    return dataSource != nullptr && dataSource->hasRow(row);
+    return m_dataSource != nullptr && m_dataSource->hasRow(row);
 }
 
 QStringList QrvDiscardIpTableViewController::getRowData() const {
-    return dataSource != nullptr ? dataSource->rowsData() : QStringList();
+    return m_dataSource != nullptr ? m_dataSource->rowsData() : QStringList();
 }
 
 void QrvDiscardIpTableViewController::copySelectedRow() const {
     if (const int row = selectedRow(); row >= 0) {
-        QGuiApplication::clipboard()->setText(dataSource->rowsData().at(row));
+        QGuiApplication::clipboard()->setText(m_dataSource->rowsData().at(row));
     }
 }
 
@@ -75,21 +75,21 @@ void QrvDiscardIpTableViewController::keyPressEvent(QKeyEvent *event) {
 }
 
 void QrvDiscardIpTableViewController::setEmptyHint(const QString &text) {
-    hint = text;
+    m_hint = text;
     setAccessibleDescription(text);
     viewport()->update();
 }
 
 void QrvDiscardIpTableViewController::paintEvent(QPaintEvent *event) {
     QTableView::paintEvent(event);
-    if (dataSource != nullptr && dataSource->rowCount() > 0) {
+    if (m_dataSource != nullptr && m_dataSource->rowCount() > 0) {
         return;
     }
     constexpr int margin = 12;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
-                     static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), hint);
+                     static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), m_hint);
 }
 
 } // namespace quorvane

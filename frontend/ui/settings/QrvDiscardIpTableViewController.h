@@ -26,7 +26,7 @@ public:
     [[nodiscard]] bool hasRow(const QString &row) const;
     [[nodiscard]] QStringList getRowData() const;
 
-    [[nodiscard]] QString emptyHint() const { return hint; }
+    [[nodiscard]] QString emptyHint() const { return m_hint; }
 
     void setEmptyHint(const QString &text);
 
@@ -42,8 +42,8 @@ private:
     [[nodiscard]] int selectedRow() const;
     void copySelectedRow() const;
 
-    QrvTableDataSource *dataSource = nullptr;
-    QString hint;
+    QrvTableDataSource *m_dataSource = nullptr;
+    QString m_hint;
 };
 
 } // namespace quorvane

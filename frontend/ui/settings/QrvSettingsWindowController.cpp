@@ -29,72 +29,73 @@ platform::UserDefaultsController &defaults() {
 } // namespace
 
 QrvSettingsWindowController::QrvSettingsWindowController(SettingsDelegate &target, QrvAPI &client)
-    : delegate(target), api(client), settings(std::make_unique<SettingsWindow>()) {
+    : m_delegate(target), m_api(client), m_settings(std::make_unique<SettingsWindow>()) {
     SettingsDefaults::initialize();
-    viewBrowsers = new BrowsersPane(settings.get());
-    viewIpAddresses = new IpAddressesPane(binding, settings.get());
-    viewCookieCrumble = new CookieCrumblePane(binding, settings.get());
-    viewHotKeys = new HotKeysPane(settings.get());
-    viewAdvanced = new AdvancedPane(binding, settings.get());
-    viewVpn = new VpnPane(settings.get());
+    m_viewBrowsers = new BrowsersPane(m_settings.get());
+    m_viewIpAddresses = new IpAddressesPane(m_binding, m_settings.get());
+    m_viewCookieCrumble = new CookieCrumblePane(m_binding, m_settings.get());
+    m_viewHotKeys = new HotKeysPane(m_settings.get());
+    m_viewAdvanced = new AdvancedPane(m_binding, m_settings.get());
+    m_viewVpn = new VpnPane(m_settings.get());
     defaults().setAppliesImmediately(false);
 }
 
 QrvSettingsWindowController::~QrvSettingsWindowController() = default;
 
 void QrvSettingsWindowController::awakeFromNib() {
-    if (awake) {
+    if (m_awake) {
         return;
     }
-    awake = true;
-    settings->addPane(viewBrowsers);
-    settings->addPane(viewIpAddresses, SettingsToolbar::tbiIpAddresses());
-    settings->addPane(viewCookieCrumble, SettingsToolbar::tbiCookieCrumble());
-    settings->addPane(viewHotKeys, SettingsToolbar::tbiHotKeys());
-    settings->addPane(viewAdvanced, SettingsToolbar::tbiAdvanced());
-    settings->addPane(viewVpn, SettingsToolbar::tbiVpn());
-    settings->finish();
+    m_awake = true;
+    m_settings->addPane(m_viewBrowsers);
+    m_settings->addPane(m_viewIpAddresses, SettingsToolbar::tbiIpAddresses());
+    m_settings->addPane(m_viewCookieCrumble, SettingsToolbar::tbiCookieCrumble());
+    m_settings->addPane(m_viewHotKeys, SettingsToolbar::tbiHotKeys());
+    m_settings->addPane(m_viewAdvanced, SettingsToolbar::tbiAdvanced());
+    m_settings->addPane(m_viewVpn, SettingsToolbar::tbiVpn());
+    m_settings->finish();
     connectWindow();
-    keys.install([this](quint32 id) { delegate.hotKeyFired(id); },
-                 [this] { viewHotKeys->showTroubles(keys); });
+    m_keys.install([this](quint32 id) { m_delegate.hotKeyFired(id); },
+                   [this] { m_viewHotKeys->showTroubles(m_keys); });
     for (const HotKeys::Action action : HotKeys::actions) {
-        HotKeys::describe(action, viewHotKeys->nameOf(action));
+        HotKeys::describe(action, m_viewHotKeys->nameOf(action));
     }
-    keys.registerStored();
+    m_keys.registerStored();
     refreshControls();
 }
 
 void QrvSettingsWindowController::connectWindow() {
-    connect(settings.get(), &SettingsWindow::okPressed, this, &QrvSettingsWindowController::okButtonPressed);
-    connect(settings.get(), &SettingsWindow::cancelPressed, this,
+    connect(m_settings.get(), &SettingsWindow::okPressed, this,
+            &QrvSettingsWindowController::okButtonPressed);
+    connect(m_settings.get(), &SettingsWindow::cancelPressed, this,
             &QrvSettingsWindowController::cancelButtonPressed);
-    connect(settings.get(), &SettingsWindow::applyPressed, this,
+    connect(m_settings.get(), &SettingsWindow::applyPressed, this,
             &QrvSettingsWindowController::applyButtonPressed);
-    connect(settings.get(), &SettingsWindow::closeBoxPressed, this,
+    connect(m_settings.get(), &SettingsWindow::closeBoxPressed, this,
             &QrvSettingsWindowController::windowShouldClose);
-    connect(settings.get(), &SettingsWindow::websitePressed, this,
+    connect(m_settings.get(), &SettingsWindow::websitePressed, this,
             &QrvSettingsWindowController::buttonOurWebsitePressed);
-    connect(viewIpAddresses, &IpAddressesPane::launchSwitched, this,
-            [this](bool on) { delegate.startupLaunchButtonPressed(on); });
+    connect(m_viewIpAddresses, &IpAddressesPane::launchSwitched, this,
+            [this](bool on) { m_delegate.startupLaunchButtonPressed(on); });
 }
 
 void QrvSettingsWindowController::refreshBoundControls() {
-    binding.refresh();
+    m_binding.refresh();
 }
 
 void QrvSettingsWindowController::refreshControls() {
     refreshBoundControls();
-    viewIpAddresses->refresh();
-    viewIpAddresses->setLaunchesOnStart(delegate.launchesOnStartup());
-    viewHotKeys->refresh();
-    viewHotKeys->showTroubles(keys);
-    viewVpn->refresh();
+    m_viewIpAddresses->refresh();
+    m_viewIpAddresses->setLaunchesOnStart(m_delegate.launchesOnStartup());
+    m_viewHotKeys->refresh();
+    m_viewHotKeys->showTroubles(m_keys);
+    m_viewVpn->refresh();
     reassignControls();
 }
 
 void QrvSettingsWindowController::showWindow() {
     refreshControls();
-    settings->bringForward();
+    m_settings->bringForward();
 }
 
 void QrvSettingsWindowController::okButtonPressed() {
@@ -112,57 +113,58 @@ void QrvSettingsWindowController::applyButtonPressed() {
 }
 
 bool QrvSettingsWindowController::windowShouldClose() {
-    delegate.showMainWindow();
+    m_delegate.showMainWindow();
     return true;
 }
 
 void QrvSettingsWindowController::showMainInstead() {
-    settings->closeWindow();
-    delegate.showMainWindow();
+    m_settings->closeWindow();
+    m_delegate.showMainWindow();
 }
 
 void QrvSettingsWindowController::setAllSettings() {
-    defaults().setValue(SettingsDefaults::changeIpInterval(), viewIpAddresses->interval());
+    defaults().setValue(SettingsDefaults::changeIpInterval(), m_viewIpAddresses->interval());
     defaults().save();
     for (const HotKeys::Action action : HotKeys::actions) {
-        defaults().setValue(HotKeys::preferenceKey(action), viewHotKeys->selectedTag(action));
+        defaults().setValue(HotKeys::preferenceKey(action), m_viewHotKeys->selectedTag(action));
     }
     // A stored mode that this version does not know stays.
-    if (const auto mode = viewAdvanced->selectedMode()) {
+    if (const auto mode = m_viewAdvanced->selectedMode()) {
         defaults().setValue(SettingsDefaults::modeUserAgent(), *mode);
     }
-    defaults().setValue(SettingsDefaults::userAgent(), viewAdvanced->selectedUserAgent());
-    defaults().setValue(SettingsDefaults::hideMyReferrerHeader(), viewAdvanced->hidesReferrer() ? 1 : 0);
-    defaults().setValue(SettingsDefaults::hideMyCookiesHeaders(), viewCookieCrumble->hidesCookies() ? 1 : 0);
+    defaults().setValue(SettingsDefaults::userAgent(), m_viewAdvanced->selectedUserAgent());
+    defaults().setValue(SettingsDefaults::hideMyReferrerHeader(), m_viewAdvanced->hidesReferrer() ? 1 : 0);
+    defaults().setValue(SettingsDefaults::hideMyCookiesHeaders(),
+                        m_viewCookieCrumble->hidesCookies() ? 1 : 0);
     defaults().save();
-    keys.registerStored();
-    viewHotKeys->showTroubles(keys);
-    delegate.settingsDidChange();
+    m_keys.registerStored();
+    m_viewHotKeys->showTroubles(m_keys);
+    m_delegate.settingsDidChange();
     reassignControls();
 }
 
 void QrvSettingsWindowController::reassignControls() {
-    viewAdvanced->reassignControls();
+    m_viewAdvanced->reassignControls();
 }
 
 void QrvSettingsWindowController::buttonOurWebsitePressed() {
-    platform::Platform::current().workspace->openUrl(WebPages::root(api.macSerial()));
+    platform::Platform::current().workspace->openUrl(WebPages::root(m_api.macSerial()));
 }
 
 void QrvSettingsWindowController::authWindow() {
-    QrvAuthenticationWindowController::runUnlessValid(Alerts::shared(), *settings);
+    QrvAuthenticationWindowController::runUnlessValid(Alerts::shared(), *m_settings);
 }
 
 void QrvSettingsWindowController::addDiscardedIp(const QString &address) {
-    viewIpAddresses->tableDiscardIp().addRow(address);
+    m_viewIpAddresses->tableDiscardIp().addRow(address);
 }
 
 bool QrvSettingsWindowController::hasRow(const QString &text) const {
-    return viewIpAddresses->tableDiscardIp().hasRow(text);
+    return m_viewIpAddresses->tableDiscardIp().hasRow(text);
 }
 
 QStringList QrvSettingsWindowController::getRowData() const {
-    return viewIpAddresses->tableDiscardIp().getRowData();
+    return m_viewIpAddresses->tableDiscardIp().getRowData();
 }
 
 } // namespace quorvane

@@ -65,27 +65,27 @@ public:
     [[nodiscard]] bool hasRow(const QString &text) const override;
     [[nodiscard]] QStringList getRowData() const override;
 
-    [[nodiscard]] SettingsWindow &window() const { return *settings; }
+    [[nodiscard]] SettingsWindow &window() const { return *m_settings; }
 
-    [[nodiscard]] const HotKeys &hotKeys() const { return keys; }
+    [[nodiscard]] const HotKeys &hotKeys() const { return m_keys; }
 
 private:
     void connectWindow();
     void refreshControls();
     void showMainInstead();
 
-    SettingsDelegate &delegate;
-    QrvAPI &api;
-    DefaultsBinding binding;
-    HotKeys keys;
-    std::unique_ptr<SettingsWindow> settings;
-    BrowsersPane *viewBrowsers = nullptr;
-    IpAddressesPane *viewIpAddresses = nullptr;
-    CookieCrumblePane *viewCookieCrumble = nullptr;
-    HotKeysPane *viewHotKeys = nullptr;
-    AdvancedPane *viewAdvanced = nullptr;
-    VpnPane *viewVpn = nullptr;
-    bool awake = false;
+    SettingsDelegate &m_delegate;
+    QrvAPI &m_api;
+    DefaultsBinding m_binding;
+    HotKeys m_keys;
+    std::unique_ptr<SettingsWindow> m_settings;
+    BrowsersPane *m_viewBrowsers = nullptr;
+    IpAddressesPane *m_viewIpAddresses = nullptr;
+    CookieCrumblePane *m_viewCookieCrumble = nullptr;
+    HotKeysPane *m_viewHotKeys = nullptr;
+    AdvancedPane *m_viewAdvanced = nullptr;
+    VpnPane *m_viewVpn = nullptr;
+    bool m_awake = false;
 };
 
 } // namespace quorvane

@@ -6,12 +6,12 @@
 namespace quorvane {
 
 QrvTableDataSource::QrvTableDataSource(const QString &preferenceKey, QObject *parent)
-    : QAbstractTableModel(parent), key(preferenceKey) {}
+    : QAbstractTableModel(parent), m_key(preferenceKey) {}
 
 void QrvTableDataSource::awakeFromNib() {
-    const QString stored = platform::Platform::current().preferences->string(key);
+    const QString stored = platform::Platform::current().preferences->string(m_key);
     beginResetModel();
-    rows = stored.isNull() ? QStringList() : stored.split(u'|');
+    m_rows = stored.isNull() ? QStringList() : stored.split(u'|');
     endResetModel();
 }
 
@@ -19,19 +19,19 @@ void QrvTableDataSource::addRow(const QString &row) {
     if (row.isNull() || hasRow(row)) {
         return;
     }
-    const int at = static_cast<int>(rows.size());
+    const int at = static_cast<int>(m_rows.size());
     beginInsertRows({}, at, at);
-    rows.append(row);
+    m_rows.append(row);
     endInsertRows();
     storeListOfIPs();
 }
 
 void QrvTableDataSource::deleteRow(int index) {
-    if (index < 0 || index >= rows.size()) {
+    if (index < 0 || index >= m_rows.size()) {
         return;
     }
     beginRemoveRows({}, index, index);
-    rows.removeAt(index);
+    m_rows.removeAt(index);
     endRemoveRows();
     storeListOfIPs();
 }
@@ -42,23 +42,23 @@ void QrvTableDataSource::deleteAll() {
 }
 
 bool QrvTableDataSource::hasRow(const QString &row) const {
-    return rows.contains(row);
+    return m_rows.contains(row);
 }
 
 void QrvTableDataSource::storeListOfIPs() const {
     auto &services = platform::Platform::current();
-    services.preferences->setValue(key, rows.isEmpty() ? QStringLiteral("") : rows.join(u'|'));
+    services.preferences->setValue(m_key, m_rows.isEmpty() ? QStringLiteral("") : m_rows.join(u'|'));
     services.preferences->synchronize();
 }
 
 void QrvTableDataSource::setRowsData(const QStringList &newRows) {
     beginResetModel();
-    rows = newRows;
+    m_rows = newRows;
     endResetModel();
 }
 
 int QrvTableDataSource::rowCount(const QModelIndex &parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows.size());
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
 }
 
 int QrvTableDataSource::columnCount(const QModelIndex &parent) const {
@@ -67,10 +67,10 @@ int QrvTableDataSource::columnCount(const QModelIndex &parent) const {
 
 QVariant QrvTableDataSource::data(const QModelIndex &index, int role) const {
     const bool asked = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
-    if (!asked || !index.isValid() || index.row() >= rows.size()) {
+    if (!asked || !index.isValid() || index.row() >= m_rows.size()) {
         return {};
     }
-    return rows.at(index.row());
+    return m_rows.at(index.row());
 }
 
 Qt::ItemFlags QrvTableDataSource::flags(const QModelIndex &index) const {

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] bool hasRow(const QString &row) const;
     void storeListOfIPs() const;
 
-    [[nodiscard]] const QStringList &rowsData() const { return rows; }
+    [[nodiscard]] const QStringList &rowsData() const { return m_rows; }
 
     void setRowsData(const QStringList &newRows);
 
@@ -35,8 +35,8 @@ public:
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
-    QString key;
-    QStringList rows;
+    QString m_key;
+    QStringList m_rows;
 };
 
 } // namespace quorvane

@@ -35,13 +35,13 @@ const std::array<Item, 5> &items() {
 
 } // namespace
 
-SettingsToolbar::SettingsToolbar(QWidget *parent) : QToolBar(parent), group(this) {
+SettingsToolbar::SettingsToolbar(QWidget *parent) : QToolBar(parent), m_group(this) {
     setMovable(false);
     setFloatable(false);
     setContextMenuPolicy(Qt::PreventContextMenu);
     setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     setIconSize(imageSize);
-    group.setExclusive(true);
+    m_group.setExclusive(true);
 }
 
 QStringList SettingsToolbar::toolbarAllowedItemIdentifiers() {
@@ -60,11 +60,11 @@ QAction *SettingsToolbar::itemForItemIdentifier(const QString &identifier) {
         auto *action = new QAction(Images::icon(item.image), tr(item.label), this);
         action->setObjectName(identifier);
         action->setCheckable(true);
-        group.addAction(action);
+        m_group.addAction(action);
         connect(action, &QAction::triggered, this,
                 [this, identifier] { Q_EMIT toolbarItemPressed(identifier); });
         if (identifier == tbiIpAddresses()) {
-            first = action;
+            m_first = action;
         }
         return action;
     }

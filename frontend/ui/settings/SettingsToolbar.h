@@ -38,14 +38,14 @@ public:
     void select(const QString &identifier);
 
     /// The item whose pane comes first; null before it was made.
-    [[nodiscard]] QAction *firstToolbarItem() const { return first; }
+    [[nodiscard]] QAction *firstToolbarItem() const { return m_first; }
 
 Q_SIGNALS:
     void toolbarItemPressed(const QString &identifier);
 
 private:
-    QActionGroup group;
-    QAction *first = nullptr;
+    QActionGroup m_group;
+    QAction *m_first = nullptr;
 };
 
 } // namespace quorvane

@@ -26,108 +26,109 @@ QList<QWidget *> keyboardStops(const QWidget &part) {
 
 } // namespace
 
-SettingsWindow::SettingsWindow(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui::Settings>()) {
-    ui->setupUi(this);
+SettingsWindow::SettingsWindow(QWidget *parent) : QDialog(parent), m_ui(std::make_unique<Ui::Settings>()) {
+    m_ui->setupUi(this);
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                    Qt::WindowMinimizeButtonHint);
     setWindowIcon(Images::icon(QStringLiteral("quorvane")));
-    ui->contentView->installEventFilter(this);
-    connect(ui->settingsToolbar, &SettingsToolbar::toolbarItemPressed, this,
+    m_ui->contentView->installEventFilter(this);
+    connect(m_ui->settingsToolbar, &SettingsToolbar::toolbarItemPressed, this,
             &SettingsWindow::toolbarItemPressed);
-    connect(ui->buttonOk, &QPushButton::clicked, this, &SettingsWindow::okPressed);
-    connect(ui->buttonCancel, &QPushButton::clicked, this, &SettingsWindow::cancelPressed);
-    connect(ui->buttonApply, &QPushButton::clicked, this, &SettingsWindow::applyPressed);
-    connect(ui->buttonOurWebsite, &QPushButton::clicked, this, &SettingsWindow::websitePressed);
+    connect(m_ui->buttonOk, &QPushButton::clicked, this, &SettingsWindow::okPressed);
+    connect(m_ui->buttonCancel, &QPushButton::clicked, this, &SettingsWindow::cancelPressed);
+    connect(m_ui->buttonApply, &QPushButton::clicked, this, &SettingsWindow::applyPressed);
+    connect(m_ui->buttonOurWebsite, &QPushButton::clicked, this, &SettingsWindow::websitePressed);
 }
 
 SettingsWindow::~SettingsWindow() = default;
 
 SettingsToolbar &SettingsWindow::toolbar() const {
-    return *ui->settingsToolbar;
+    return *m_ui->settingsToolbar;
 }
 
 void SettingsWindow::addPane(QWidget *pane, const QString &identifier) {
-    pane->setParent(ui->contentView);
+    pane->setParent(m_ui->contentView);
     pane->hide();
     pane->installEventFilter(this);
-    panes.append(pane);
+    m_panes.append(pane);
     if (!identifier.isEmpty()) {
-        paneOf.insert(identifier, pane);
+        m_paneOf.insert(identifier, pane);
     }
 }
 
 void SettingsWindow::finish() {
-    ui->settingsToolbar->showDefaultItems();
-    paneWidth = std::max(ui->settingsToolbar->sizeHint().width(), ui->buttonBand->sizeHint().width());
-    for (const QWidget *pane : std::as_const(panes)) {
-        paneWidth = std::max(paneWidth, pane->sizeHint().width());
+    m_ui->settingsToolbar->showDefaultItems();
+    m_paneWidth = std::max(m_ui->settingsToolbar->sizeHint().width(), m_ui->buttonBand->sizeHint().width());
+    for (const QWidget *pane : std::as_const(m_panes)) {
+        m_paneWidth = std::max(m_paneWidth, pane->sizeHint().width());
     }
-    resize(paneWidth, height());
+    resize(m_paneWidth, height());
     layout()->activate();
     orderFocus();
-    const QString first = ui->settingsToolbar->firstToolbarItem()->objectName();
+    const QString first = m_ui->settingsToolbar->firstToolbarItem()->objectName();
     toolbarItemPressed(first);
 }
 
 QSize SettingsWindow::sizeOf(QWidget &pane) const {
     const QLayout *inside = pane.layout();
     const int height =
-        inside->hasHeightForWidth() ? inside->totalHeightForWidth(paneWidth) : pane.sizeHint().height();
-    return {paneWidth, height};
+        inside->hasHeightForWidth() ? inside->totalHeightForWidth(m_paneWidth) : pane.sizeHint().height();
+    return {m_paneWidth, height};
 }
 
 void SettingsWindow::toolbarItemPressed(const QString &identifier) {
-    QWidget *pane = paneOf.value(identifier, current);
+    QWidget *pane = m_paneOf.value(identifier, m_current);
     if (pane == nullptr) {
         return;
     }
-    if (current != nullptr) {
-        current->hide();
+    if (m_current != nullptr) {
+        m_current->hide();
     }
-    current = pane;
-    ui->settingsToolbar->select(paneOf.key(current));
+    m_current = pane;
+    m_ui->settingsToolbar->select(m_paneOf.key(m_current));
     fitCurrent();
     pane->show();
 }
 
 void SettingsWindow::fitCurrent() {
     layOutBand();
-    current->resize(sizeOf(*current));
+    m_current->resize(sizeOf(*m_current));
     const QRect frame = frameGeometry();
-    const QPoint okCorner = ui->buttonOk->mapTo(ui->contentView, QPoint(0, 0));
-    const PaneGeometry::Placement placement =
-        PaneGeometry::place({QRect(frame.x(), frame.y(), width(), frame.height()), ui->contentView->height(),
-                             QRect(okCorner, ui->buttonOk->size()), current->size()});
+    const QPoint okCorner = m_ui->buttonOk->mapTo(m_ui->contentView, QPoint(0, 0));
+    const PaneGeometry::Placement placement = PaneGeometry::place(
+        {QRect(frame.x(), frame.y(), width(), frame.height()), m_ui->contentView->height(),
+         QRect(okCorner, m_ui->buttonOk->size()), m_current->size()});
     // The frame above and below stays, so the upper edge does too.
     setFixedSize(width(), height() + placement.window.height() - frame.height());
     layout()->activate();
     layOutBand();
-    current->move(placement.pane);
+    m_current->move(placement.pane);
 }
 
 void SettingsWindow::layOutBand() {
-    const int bandHeight = ui->buttonBand->sizeHint().height();
-    ui->buttonBand->setGeometry(0, ui->contentView->height() - bandHeight, ui->contentView->width(),
-                                bandHeight);
-    ui->buttonBand->layout()->activate();
+    const int bandHeight = m_ui->buttonBand->sizeHint().height();
+    m_ui->buttonBand->setGeometry(0, m_ui->contentView->height() - bandHeight, m_ui->contentView->width(),
+                                  bandHeight);
+    m_ui->buttonBand->layout()->activate();
 }
 
 bool SettingsWindow::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == ui->contentView && event->type() == QEvent::Resize) {
+    if (watched == m_ui->contentView && event->type() == QEvent::Resize) {
         layOutBand(); // a window that was sized while hidden lays its content out only when it is shown
     }
-    if (watched == current && event->type() == QEvent::LayoutRequest && sizeOf(*current) != current->size()) {
+    if (watched == m_current && event->type() == QEvent::LayoutRequest &&
+        sizeOf(*m_current) != m_current->size()) {
         fitCurrent(); // a longer or shorter text has come into the pane
     }
     return QDialog::eventFilter(watched, event);
 }
 
 void SettingsWindow::orderFocus() {
-    QList<QWidget *> order = keyboardStops(*ui->settingsToolbar);
-    for (const QWidget *pane : std::as_const(panes)) {
+    QList<QWidget *> order = keyboardStops(*m_ui->settingsToolbar);
+    for (const QWidget *pane : std::as_const(m_panes)) {
         order += keyboardStops(*pane);
     }
-    order += keyboardStops(*ui->buttonBand);
+    order += keyboardStops(*m_ui->buttonBand);
     for (qsizetype i = 1; i < order.size(); ++i) {
         setTabOrder(order[i - 1], order[i]);
     }

@@ -31,7 +31,7 @@ public:
     void toolbarItemPressed(const QString &identifier);
 
     /// The pane now shown; null before the first.
-    [[nodiscard]] QWidget *currentSettings() const { return current; }
+    [[nodiscard]] QWidget *currentSettings() const { return m_current; }
 
     [[nodiscard]] SettingsToolbar &toolbar() const;
     /// Closes without the close box having been pressed.
@@ -57,11 +57,11 @@ private:
     void orderFocus();
     [[nodiscard]] QSize sizeOf(QWidget &pane) const;
 
-    std::unique_ptr<Ui::Settings> ui;
-    QList<QWidget *> panes;
-    QHash<QString, QWidget *> paneOf;
-    QWidget *current = nullptr;
-    int paneWidth = 0;
+    std::unique_ptr<Ui::Settings> m_ui;
+    QList<QWidget *> m_panes;
+    QHash<QString, QWidget *> m_paneOf;
+    QWidget *m_current = nullptr;
+    int m_paneWidth = 0;
 };
 
 } // namespace quorvane

@@ -27,10 +27,10 @@ QString pathOf(const QUrl &file) {
 
 } // namespace
 
-VpnPane::VpnPane(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::SettingsVpn>()) {
-    ui->setupUi(this);
-    connect(ui->browseButton, &QPushButton::clicked, this, &VpnPane::pushBrowse);
-    connect(ui->saveButton, &QPushButton::clicked, this, &VpnPane::setVpnSettings);
+VpnPane::VpnPane(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::SettingsVpn>()) {
+    m_ui->setupUi(this);
+    connect(m_ui->browseButton, &QPushButton::clicked, this, &VpnPane::pushBrowse);
+    connect(m_ui->saveButton, &QPushButton::clicked, this, &VpnPane::setVpnSettings);
 }
 
 VpnPane::~VpnPane() = default;
@@ -40,15 +40,15 @@ void VpnPane::refresh() {
     if (path.isNull()) {
         return;
     }
-    ui->pathTextField->setText(path);
-    ui->usernameTextField->setText(preferences().string(SettingsDefaults::vpnUsername()));
-    ui->passwordTextField->setText(preferences().string(SettingsDefaults::vpnPassword()));
+    m_ui->pathTextField->setText(path);
+    m_ui->usernameTextField->setText(preferences().string(SettingsDefaults::vpnUsername()));
+    m_ui->passwordTextField->setText(preferences().string(SettingsDefaults::vpnPassword()));
 }
 
 void VpnPane::setVpnSettings() {
-    const QString user = ui->usernameTextField->text();
-    const QString password = ui->passwordTextField->text();
-    preferences().setValues({{SettingsDefaults::vpnConfigPath(), ui->pathTextField->text()},
+    const QString user = m_ui->usernameTextField->text();
+    const QString password = m_ui->passwordTextField->text();
+    preferences().setValues({{SettingsDefaults::vpnConfigPath(), m_ui->pathTextField->text()},
                              {SettingsDefaults::vpnUsername(), user},
                              {SettingsDefaults::vpnPassword(), password}});
     // Not the hidden file that the tunnel's launch reads; whether it could be written changes nothing.
@@ -59,25 +59,25 @@ void VpnPane::setVpnSettings() {
 }
 
 void VpnPane::pushBrowse() {
-    if (!panel) {
-        panel = new QFileDialog(this, tr("Open OpenVPN Configuration"));
-        panel->setObjectName(QStringLiteral("openPanel"));
-        panel->setAttribute(Qt::WA_DeleteOnClose);
-        panel->setModal(false);
-        panel->setFileMode(QFileDialog::ExistingFile);
-        panel->setNameFilter(tr("OpenVPN configurations (%1)").arg(QStringLiteral("*.ovpn")));
-        connect(panel, &QFileDialog::accepted, this, &VpnPane::panelConfirmed);
+    if (!m_panel) {
+        m_panel = new QFileDialog(this, tr("Open OpenVPN Configuration"));
+        m_panel->setObjectName(QStringLiteral("openPanel"));
+        m_panel->setAttribute(Qt::WA_DeleteOnClose);
+        m_panel->setModal(false);
+        m_panel->setFileMode(QFileDialog::ExistingFile);
+        m_panel->setNameFilter(tr("OpenVPN configurations (%1)").arg(QStringLiteral("*.ovpn")));
+        connect(m_panel, &QFileDialog::accepted, this, &VpnPane::panelConfirmed);
     }
-    panel->show();
-    panel->raise();
-    panel->activateWindow();
+    m_panel->show();
+    m_panel->raise();
+    m_panel->activateWindow();
 }
 
 void VpnPane::panelConfirmed() {
-    const QList<QUrl> chosen = panel->selectedUrls();
+    const QList<QUrl> chosen = m_panel->selectedUrls();
     // A name can be typed past the filter.
     if (!chosen.isEmpty() && chosen.first().fileName().endsWith(fileType)) {
-        ui->pathTextField->setText(pathOf(chosen.first()));
+        m_ui->pathTextField->setText(pathOf(chosen.first()));
     }
 }
 

@@ -31,8 +31,8 @@ public:
 private:
     void panelConfirmed();
 
-    std::unique_ptr<Ui::SettingsVpn> ui;
-    QPointer<QFileDialog> panel;
+    std::unique_ptr<Ui::SettingsVpn> m_ui;
+    QPointer<QFileDialog> m_panel;
 };
 
 } // namespace quorvane

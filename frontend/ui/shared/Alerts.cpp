@@ -11,8 +11,8 @@ Alerts &Alerts::shared() {
 }
 
 void Alerts::critical(const Alert &alert) {
-    if (open) {
-        waiting.enqueue(alert);
+    if (m_open) {
+        m_waiting.enqueue(alert);
         return;
     }
     show(alert);
@@ -20,20 +20,20 @@ void Alerts::critical(const Alert &alert) {
 }
 
 void Alerts::criticalLater(const Alert &alert) {
-    waiting.enqueue(alert);
+    m_waiting.enqueue(alert);
     QMetaObject::invokeMethod(this, &Alerts::showWaiting, Qt::QueuedConnection);
 }
 
 void Alerts::showWaiting() {
-    while (!open && !waiting.isEmpty()) {
-        show(waiting.dequeue());
+    while (!m_open && !m_waiting.isEmpty()) {
+        show(m_waiting.dequeue());
     }
 }
 
 void Alerts::show(const Alert &alert) {
-    open = true;
-    if (presenter) {
-        presenter(alert);
+    m_open = true;
+    if (m_presenter) {
+        m_presenter(alert);
     } else {
         QMessageBox box(QMessageBox::Critical, alert.title, alert.text.trimmed(), QMessageBox::Ok,
                         QApplication::activeModalWidget());
@@ -41,7 +41,7 @@ void Alerts::show(const Alert &alert) {
         box.setTextFormat(Qt::PlainText);
         box.exec();
     }
-    open = false;
+    m_open = false;
 }
 
 } // namespace quorvane

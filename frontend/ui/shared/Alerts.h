@@ -22,16 +22,16 @@ public:
     void critical(const Alert &alert) override;
     void criticalLater(const Alert &alert) override;
 
-    void setPresenter(Presenter replacement) { presenter = std::move(replacement); }
+    void setPresenter(Presenter presenter) { m_presenter = std::move(presenter); }
 
 private:
     Alerts() = default;
     void show(const Alert &alert);
     void showWaiting();
 
-    Presenter presenter;
-    QQueue<Alert> waiting;
-    bool open = false;
+    Presenter m_presenter;
+    QQueue<Alert> m_waiting;
+    bool m_open = false;
 };
 
 } // namespace quorvane

@@ -7,7 +7,7 @@
 namespace quorvane {
 
 FirstPaint::FirstPaint(QWidget &widget, std::function<void()> wanted)
-    : QObject(&widget), call(std::move(wanted)) {
+    : QObject(&widget), m_call(std::move(wanted)) {
     widget.installEventFilter(this);
 }
 
@@ -21,7 +21,7 @@ bool FirstPaint::eventFilter(QObject *watched, QEvent *event) {
         QMetaObject::invokeMethod(
             this,
             [this] {
-                call();
+                m_call();
                 deleteLater();
             },
             Qt::QueuedConnection);

@@ -22,7 +22,7 @@ protected:
 private:
     FirstPaint(QWidget &widget, std::function<void()> call);
 
-    std::function<void()> call;
+    std::function<void()> m_call;
 };
 
 } // namespace quorvane

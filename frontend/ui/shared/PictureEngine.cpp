@@ -31,22 +31,22 @@ PictureEngine::PictureEngine(const QStringList &paths) {
         QImageReader reader;
         open(reader, path);
         if (const QSize size = reader.size(); size.isValid()) {
-            pictures.push_back({path, size, {}});
+            m_pictures.push_back({path, size, {}});
         }
     }
-    std::sort(pictures.begin(), pictures.end(),
+    std::sort(m_pictures.begin(), m_pictures.end(),
               [](const Picture &a, const Picture &b) { return a.size.width() < b.size.width(); });
 }
 
 PictureEngine::Picture &PictureEngine::fitting(const QSize &size) {
-    const auto found = std::find_if(pictures.begin(), pictures.end(), [&size](const Picture &picture) {
+    const auto found = std::find_if(m_pictures.begin(), m_pictures.end(), [&size](const Picture &picture) {
         return picture.size.width() >= size.width() && picture.size.height() >= size.height();
     });
-    return found != pictures.end() ? *found : pictures.back();
+    return found != m_pictures.end() ? *found : m_pictures.back();
 }
 
 QSize PictureEngine::actualSize(const QSize &size, QIcon::Mode /*mode*/, QIcon::State /*state*/) {
-    if (pictures.empty()) {
+    if (m_pictures.empty()) {
         return {};
     }
     const QSize whole = fitting(size).size;
@@ -56,7 +56,7 @@ QSize PictureEngine::actualSize(const QSize &size, QIcon::Mode /*mode*/, QIcon::
 }
 
 QPixmap PictureEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) {
-    if (pictures.empty()) {
+    if (m_pictures.empty()) {
         return {};
     }
     Picture &picture = fitting(size);
@@ -94,14 +94,14 @@ void PictureEngine::paint(QPainter *painter, const QRect &rect, QIcon::Mode mode
 
 QList<QSize> PictureEngine::availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) {
     QList<QSize> sizes;
-    for (const Picture &picture : pictures) {
+    for (const Picture &picture : m_pictures) {
         sizes.append(picture.size);
     }
     return sizes;
 }
 
 bool PictureEngine::isNull() {
-    return pictures.empty();
+    return m_pictures.empty();
 }
 
 QIconEngine *PictureEngine::clone() const {

@@ -31,7 +31,7 @@ private:
     /// There must be one.
     [[nodiscard]] Picture &fitting(const QSize &size);
 
-    std::vector<Picture> pictures; ///< the smallest first
+    std::vector<Picture> m_pictures; ///< the smallest first
 };
 
 } // namespace quorvane

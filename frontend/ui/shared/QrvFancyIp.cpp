@@ -59,7 +59,7 @@ void QrvFancyIp::setStringValue(const QString &text) {
         view->hide();
         delete view;
     }
-    shown = text;
+    m_shown = text;
     setAccessibleName(text);
     int x = 0;
     for (const QChar character : QStringView(text).first(std::min(text.size(), mostGlyphs))) {
@@ -74,14 +74,14 @@ void QrvFancyIp::setStringValue(const QString &text) {
         x += glyph.size.width();
     }
     if (!text.isEmpty()) { // an empty text keeps the room that the last one took
-        strip = QSize(x, digitSize.height());
-        setFixedSize(strip);
+        m_strip = QSize(x, digitSize.height());
+        setFixedSize(m_strip);
     }
     update();
 }
 
 QSize QrvFancyIp::sizeHint() const {
-    return strip;
+    return m_strip;
 }
 
 } // namespace quorvane

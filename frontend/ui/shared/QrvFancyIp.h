@@ -15,13 +15,13 @@ public:
 
     void setStringValue(const QString &text);
 
-    [[nodiscard]] QString stringValue() const { return shown; }
+    [[nodiscard]] QString stringValue() const { return m_shown; }
 
     [[nodiscard]] QSize sizeHint() const override;
 
 private:
-    QString shown;
-    QSize strip;
+    QString m_shown;
+    QSize m_strip;
 };
 
 } // namespace quorvane

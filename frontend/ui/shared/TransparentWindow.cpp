@@ -20,10 +20,10 @@ TransparentWindow::TransparentWindow(Qt::WindowFlags /*style*/, QWidget *parent)
 }
 
 void TransparentWindow::setWindowSize(int newSide) {
-    side = newSide;
-    setFixedSize(side, side);
-    if (!imageName.isNull()) {
-        background = Images::pixmap(imageName, QSize(side, side), devicePixelRatioF());
+    m_side = newSide;
+    setFixedSize(m_side, m_side);
+    if (!m_imageName.isNull()) {
+        m_background = Images::pixmap(m_imageName, QSize(m_side, m_side), devicePixelRatioF());
     }
     update();
 }
@@ -32,25 +32,25 @@ void TransparentWindow::setWindowImage(const QString &name) {
     if (!Images::exists(name)) {
         return;
     }
-    imageName = name;
-    background = Images::pixmap(name, QSize(side, side), devicePixelRatioF());
+    m_imageName = name;
+    m_background = Images::pixmap(name, QSize(m_side, m_side), devicePixelRatioF());
     update();
 }
 
 void TransparentWindow::paintEvent(QPaintEvent *event) {
-    if (!background.isNull()) {
-        QPainter(this).drawTiledPixmap(rect(), background);
+    if (!m_background.isNull()) {
+        QPainter(this).drawTiledPixmap(rect(), m_background);
     }
     QWidget::paintEvent(event);
 }
 
 void TransparentWindow::mousePressEvent(QMouseEvent *event) {
-    grip = event->globalPosition().toPoint() - pos();
+    m_grip = event->globalPosition().toPoint() - pos();
 }
 
 void TransparentWindow::mouseMoveEvent(QMouseEvent *event) {
     if (event->buttons().testFlag(Qt::LeftButton)) {
-        move(event->globalPosition().toPoint() - grip);
+        move(event->globalPosition().toPoint() - m_grip);
     }
 }
 

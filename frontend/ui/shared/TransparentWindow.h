@@ -18,12 +18,12 @@ public:
     /// The side of the square content, in points; 500 at first.
     void setWindowSize(int side);
 
-    [[nodiscard]] int windowSize() const { return side; }
+    [[nodiscard]] int windowSize() const { return m_side; }
 
     /// A name without an image does nothing.
     void setWindowImage(const QString &name);
 
-    [[nodiscard]] QPixmap backgroundImage() const { return background; }
+    [[nodiscard]] QPixmap backgroundImage() const { return m_background; }
 
     [[nodiscard]] static bool canBecomeKeyWindow() { return true; }
 
@@ -35,10 +35,10 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
 
 private:
-    int side = 0;
-    QString imageName;
-    QPixmap background;
-    QPoint grip;
+    int m_side = 0;
+    QString m_imageName;
+    QPixmap m_background;
+    QPoint m_grip;
 };
 
 } // namespace quorvane

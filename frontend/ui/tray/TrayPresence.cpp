@@ -19,7 +19,7 @@ platform::TrayHosts &hosts() {
 
 } // namespace
 
-TrayPresence::TrayPresence(QObject *parent) : QObject(parent), trayMenu(std::make_unique<QMenu>()) {
+TrayPresence::TrayPresence(QObject *parent) : QObject(parent), m_trayMenu(std::make_unique<QMenu>()) {
     fillMenu();
     setStatus(Status::NotHidden, {});
     setImage(QStringLiteral("Tray"));
@@ -30,75 +30,75 @@ TrayPresence::TrayPresence(QObject *parent) : QObject(parent), trayMenu(std::mak
 TrayPresence::~TrayPresence() {
     hosts().installChangeHandler({});
     platform::Platform::current().delayedCalls->cancelAll(this);
-    if (appStatusIcon != nullptr) {
-        appStatusIcon->setContextMenu(nullptr);
+    if (m_appStatusIcon != nullptr) {
+        m_appStatusIcon->setContextMenu(nullptr);
     }
 }
 
 void TrayPresence::fillMenu() {
-    hideItem = trayMenu->addAction(QStringLiteral("Quorvane"));
-    changeItem = trayMenu->addAction(tr("Change IP"));
-    trayMenu->addSeparator();
-    copyItem = trayMenu->addAction(tr("Copy IP"));
-    checkItem = trayMenu->addAction(tr("Check IP in Browser"));
-    trayMenu->addSeparator();
-    showItem = trayMenu->addAction(tr("Show Quorvane"));
-    refreshItem = trayMenu->addAction(tr("Refresh Locations"));
-    settingsItem = trayMenu->addAction(tr("Settings..."));
-    aboutItem = trayMenu->addAction(tr("About Quorvane"));
-    trayMenu->addSeparator();
-    quitItem = trayMenu->addAction(tr("Quit Quorvane"));
+    m_hideItem = m_trayMenu->addAction(QStringLiteral("Quorvane"));
+    m_changeItem = m_trayMenu->addAction(tr("Change IP"));
+    m_trayMenu->addSeparator();
+    m_copyItem = m_trayMenu->addAction(tr("Copy IP"));
+    m_checkItem = m_trayMenu->addAction(tr("Check IP in Browser"));
+    m_trayMenu->addSeparator();
+    m_showItem = m_trayMenu->addAction(tr("Show Quorvane"));
+    m_refreshItem = m_trayMenu->addAction(tr("Refresh Locations"));
+    m_settingsItem = m_trayMenu->addAction(tr("Settings..."));
+    m_aboutItem = m_trayMenu->addAction(tr("About Quorvane"));
+    m_trayMenu->addSeparator();
+    m_quitItem = m_trayMenu->addAction(tr("Quit Quorvane"));
 }
 
 bool TrayPresence::isAvailable() const {
-    if (appStatusIcon == nullptr) {
+    if (m_appStatusIcon == nullptr) {
         return hosts().notifierHost() || hosts().embeddingTray();
     }
-    return iconKind == Kind::Notifier ? hosts().notifierHost() : hosts().embeddingTray();
+    return m_iconKind == Kind::Notifier ? hosts().notifierHost() : hosts().embeddingTray();
 }
 
 void TrayPresence::followHosts() {
-    if (appStatusIcon == nullptr && hosts().notifierHost()) {
+    if (m_appStatusIcon == nullptr && hosts().notifierHost()) {
         makeIcon(Kind::Notifier);
-    } else if (appStatusIcon == nullptr && hosts().embeddingTray() && !waitingForNotifier) {
-        waitingForNotifier = true;
+    } else if (m_appStatusIcon == nullptr && hosts().embeddingTray() && !m_waitingForNotifier) {
+        m_waitingForNotifier = true;
         platform::Platform::current().delayedCalls->callAfter(embeddingGraceSeconds, this, [this] {
-            waitingForNotifier = false;
-            if (appStatusIcon == nullptr && hosts().embeddingTray()) {
+            m_waitingForNotifier = false;
+            if (m_appStatusIcon == nullptr && hosts().embeddingTray()) {
                 makeIcon(Kind::Embedded);
             }
         });
     }
-    if (const bool available = isAvailable(); available != told) {
-        told = available;
+    if (const bool available = isAvailable(); available != m_told) {
+        m_told = available;
         Q_EMIT availabilityChanged(available);
     }
 }
 
 void TrayPresence::makeIcon(Kind kind) {
-    iconKind = kind;
-    appStatusIcon = new QSystemTrayIcon(this);
-    connect(appStatusIcon, &QSystemTrayIcon::activated, this,
+    m_iconKind = kind;
+    m_appStatusIcon = new QSystemTrayIcon(this);
+    connect(m_appStatusIcon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
                 // A status notifier host tells one activation, an embedding tray clicks and double-clicks.
                 if (reason == QSystemTrayIcon::DoubleClick ||
-                    (reason == QSystemTrayIcon::Trigger && iconKind == Kind::Notifier)) {
+                    (reason == QSystemTrayIcon::Trigger && m_iconKind == Kind::Notifier)) {
                     Q_EMIT doubleClicked();
                 }
             });
-    appStatusIcon->setIcon(Images::icon(shownImage));
-    appStatusIcon->setToolTip(words);
-    appStatusIcon->setContextMenu(trayMenu.get()); // before it is shown: some hosts ask for it once only
-    appStatusIcon->show();
+    m_appStatusIcon->setIcon(Images::icon(m_shownImage));
+    m_appStatusIcon->setToolTip(m_words);
+    m_appStatusIcon->setContextMenu(m_trayMenu.get()); // before it is shown: some hosts ask for it once only
+    m_appStatusIcon->show();
 }
 
 void TrayPresence::setImage(const QString &name) {
-    if (name == shownImage || !Images::exists(name)) {
+    if (name == m_shownImage || !Images::exists(name)) {
         return;
     }
-    shownImage = name;
-    if (appStatusIcon != nullptr) {
-        appStatusIcon->setIcon(Images::icon(name));
+    m_shownImage = name;
+    if (m_appStatusIcon != nullptr) {
+        m_appStatusIcon->setIcon(Images::icon(name));
     }
 }
 
@@ -115,12 +115,12 @@ void TrayPresence::setStatus(Status status, const QString &address) {
         text = tr("Quorvane: your IP is hidden behind %1").arg(address.trimmed());
         break;
     }
-    if (text == words) {
+    if (text == m_words) {
         return;
     }
-    words = text;
-    if (appStatusIcon != nullptr) {
-        appStatusIcon->setToolTip(words);
+    m_words = text;
+    if (m_appStatusIcon != nullptr) {
+        m_appStatusIcon->setToolTip(m_words);
     }
 }
 

@@ -39,27 +39,27 @@ public:
     /// Tells the state in words; the address is the lent one.
     void setStatus(Status status, const QString &address);
 
-    [[nodiscard]] QString toolTip() const { return words; }
+    [[nodiscard]] QString toolTip() const { return m_words; }
 
-    [[nodiscard]] QAction *hideIpMenuItem() const { return hideItem; }
+    [[nodiscard]] QAction *hideIpMenuItem() const { return m_hideItem; }
 
-    [[nodiscard]] QAction *changeIpMenuItem() const { return changeItem; }
+    [[nodiscard]] QAction *changeIpMenuItem() const { return m_changeItem; }
 
-    [[nodiscard]] QAction *copyIpMenuItem() const { return copyItem; }
+    [[nodiscard]] QAction *copyIpMenuItem() const { return m_copyItem; }
 
-    [[nodiscard]] QAction *checkIpMenuItem() const { return checkItem; }
+    [[nodiscard]] QAction *checkIpMenuItem() const { return m_checkItem; }
 
-    [[nodiscard]] QAction *showSelfMenuItem() const { return showItem; }
+    [[nodiscard]] QAction *showSelfMenuItem() const { return m_showItem; }
 
-    [[nodiscard]] QAction *refreshMenuItem() const { return refreshItem; }
+    [[nodiscard]] QAction *refreshMenuItem() const { return m_refreshItem; }
 
-    [[nodiscard]] QAction *settingsMenuItem() const { return settingsItem; }
+    [[nodiscard]] QAction *settingsMenuItem() const { return m_settingsItem; }
 
-    [[nodiscard]] QAction *aboutMenuItem() const { return aboutItem; }
+    [[nodiscard]] QAction *aboutMenuItem() const { return m_aboutItem; }
 
-    [[nodiscard]] QAction *quitMenuItem() const { return quitItem; }
+    [[nodiscard]] QAction *quitMenuItem() const { return m_quitItem; }
 
-    [[nodiscard]] QMenu &menu() const { return *trayMenu; }
+    [[nodiscard]] QMenu &menu() const { return *m_trayMenu; }
 
 Q_SIGNALS:
     /// A double-click; where the tray offers none, its single activation.
@@ -74,22 +74,22 @@ private:
     void followHosts();
     void makeIcon(Kind kind);
 
-    std::unique_ptr<QMenu> trayMenu;
-    QAction *hideItem = nullptr;
-    QAction *changeItem = nullptr;
-    QAction *copyItem = nullptr;
-    QAction *checkItem = nullptr;
-    QAction *showItem = nullptr;
-    QAction *refreshItem = nullptr;
-    QAction *settingsItem = nullptr;
-    QAction *aboutItem = nullptr;
-    QAction *quitItem = nullptr;
-    QSystemTrayIcon *appStatusIcon = nullptr;
-    Kind iconKind = Kind::Notifier;
-    bool waitingForNotifier = false;
-    bool told = false;
-    QString shownImage;
-    QString words;
+    std::unique_ptr<QMenu> m_trayMenu;
+    QAction *m_hideItem = nullptr;
+    QAction *m_changeItem = nullptr;
+    QAction *m_copyItem = nullptr;
+    QAction *m_checkItem = nullptr;
+    QAction *m_showItem = nullptr;
+    QAction *m_refreshItem = nullptr;
+    QAction *m_settingsItem = nullptr;
+    QAction *m_aboutItem = nullptr;
+    QAction *m_quitItem = nullptr;
+    QSystemTrayIcon *m_appStatusIcon = nullptr;
+    Kind m_iconKind = Kind::Notifier;
+    bool m_waitingForNotifier = false;
+    bool m_told = false;
+    QString m_shownImage;
+    QString m_words;
 };
 
 } // namespace quorvane

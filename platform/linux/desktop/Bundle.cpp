@@ -7,8 +7,8 @@
 namespace quorvane::platform {
 
 Bundle::Bundle(const QString &contentsPath)
-    : contents(contentsPath),
-      dictionary(
+    : m_contents(contentsPath),
+      m_dictionary(
           PropertyList::readFile(contentsPath + QStringLiteral("/Info.plist")).value_or(QVariantMap())) {}
 
 Bundle Bundle::ofExecutable() {
@@ -17,7 +17,7 @@ Bundle Bundle::ofExecutable() {
 }
 
 QString Bundle::resourcesPath() const {
-    return contents + QStringLiteral("/Resources");
+    return m_contents + QStringLiteral("/Resources");
 }
 
 QString Bundle::pathForResource(const QString &name, const QString &type) const {
@@ -27,7 +27,7 @@ QString Bundle::pathForResource(const QString &name, const QString &type) const 
 }
 
 QString Bundle::info(const QString &key) const {
-    const QVariant value = dictionary.value(key);
+    const QVariant value = m_dictionary.value(key);
     return value.typeId() == QMetaType::QString ? value.toString() : QString();
 }
 

@@ -36,11 +36,11 @@ QByteArray ethernetAddress(const QDir &device) {
 } // namespace
 
 LinuxHardwareRegistry::LinuxHardwareRegistry(const QString &firmwareFolder, const QString &networkFolder)
-    : firmware(firmwareFolder), network(networkFolder) {}
+    : m_firmware(firmwareFolder), m_network(networkFolder) {}
 
 std::optional<QString> LinuxHardwareRegistry::platformSerialNumber() const {
     for (const QString &name : {QStringLiteral("/product_serial"), QStringLiteral("/board_serial")}) {
-        const QByteArray serial = entry(firmware + name);
+        const QByteArray serial = entry(m_firmware + name);
         if (!serial.isEmpty()) {
             return QString::fromUtf8(serial);
         }
@@ -51,9 +51,9 @@ std::optional<QString> LinuxHardwareRegistry::platformSerialNumber() const {
 std::optional<QByteArray> LinuxHardwareRegistry::firstEthernetAddress() const {
     std::optional<QByteArray> first;
     int firstIndex = 0;
-    const QStringList names = QDir(network).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    const QStringList names = QDir(m_network).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &name : names) {
-        const QDir device(network + QLatin1Char('/') + name);
+        const QDir device(m_network + QLatin1Char('/') + name);
         const int index = entry(device.filePath(QStringLiteral("ifindex"))).toInt();
         const QByteArray address = ethernetAddress(device);
         if (address.isEmpty() || index <= 0 || (first && index > firstIndex)) {

@@ -15,8 +15,8 @@ public:
     [[nodiscard]] std::optional<QByteArray> firstEthernetAddress() const override;
 
 private:
-    const QString firmware;
-    const QString network;
+    const QString m_firmware;
+    const QString m_network;
 };
 
 } // namespace quorvane::platform

@@ -89,7 +89,7 @@ WorkspaceFolders WorkspaceFolders::ofUser(const QString &home) {
     return found;
 }
 
-LinuxWorkspace::LinuxWorkspace(const WorkspaceFolders &userFolders) : folders(userFolders) {}
+LinuxWorkspace::LinuxWorkspace(const WorkspaceFolders &userFolders) : m_folders(userFolders) {}
 
 bool LinuxWorkspace::openUrl(const QString &url) {
     const QUrl address(url, QUrl::StrictMode);
@@ -99,13 +99,13 @@ bool LinuxWorkspace::openUrl(const QString &url) {
 }
 
 bool LinuxWorkspace::acquireSingleInstance(const QString &identifier) {
-    if (instances.contains(identifier)) {
+    if (m_instances.contains(identifier)) {
         return true;
     }
-    FileDescriptor file = openLockFile(folders.runtime, identifier);
+    FileDescriptor file = openLockFile(m_folders.runtime, identifier);
     if (!file.isOpen()) {
         const QString fallback =
-            folders.cache + QLatin1Char('/') + fileNameFor(identifier) + QStringLiteral(".d");
+            m_folders.cache + QLatin1Char('/') + fileNameFor(identifier) + QStringLiteral(".d");
         if (makePrivateFolders(fallback) == 0) {
             file = openLockFile(fallback, identifier);
         }
@@ -116,14 +116,14 @@ bool LinuxWorkspace::acquireSingleInstance(const QString &identifier) {
     if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
         return errno != EWOULDBLOCK;
     }
-    instances.emplace(identifier, std::move(file));
+    m_instances.emplace(identifier, std::move(file));
     return true;
 }
 
 bool LinuxWorkspace::setAutostart(const QString &program, bool enabled) {
     const bool isWritable = std::none_of(program.begin(), program.end(),
                                          [](QChar unit) { return unit.category() == QChar::Other_Control; });
-    const QString folder = folders.configuration + QStringLiteral("/autostart");
+    const QString folder = m_folders.configuration + QStringLiteral("/autostart");
     if (program.isEmpty() || !isWritable || makePrivateFolders(folder) != 0) {
         return false;
     }

@@ -35,8 +35,8 @@ public:
     void notify(const QString &title, const QString &text) override;
 
 private:
-    const WorkspaceFolders folders;
-    std::map<QString, FileDescriptor> instances;
+    const WorkspaceFolders m_folders;
+    std::map<QString, FileDescriptor> m_instances;
 };
 
 } // namespace quorvane::platform

@@ -7,7 +7,7 @@
 namespace quorvane::platform {
 
 QtDelayedCalls::~QtDelayedCalls() {
-    for (const auto &timers : std::exchange(due, {})) {
+    for (const auto &timers : std::exchange(m_due, {})) {
         for (const QPointer<QTimer> &timer : timers) {
             delete timer.data();
         }
@@ -20,7 +20,7 @@ void QtDelayedCalls::callAfter(double seconds, QObject *target, std::function<vo
     auto *timer = new QTimer(target);
     timer->setSingleShot(true);
     timer->setTimerType(Qt::PreciseTimer);
-    due[target].append(timer);
+    m_due[target].append(timer);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, call = std::move(call)] {
         // The call may delete its target, and this timer with it.
         const auto work = call;
@@ -32,7 +32,7 @@ void QtDelayedCalls::callAfter(double seconds, QObject *target, std::function<vo
 }
 
 void QtDelayedCalls::cancelAll(const QObject *target) {
-    const auto timers = due.take(target);
+    const auto timers = m_due.take(target);
     for (const QPointer<QTimer> &timer : timers) {
         if (timer.isNull()) {
             continue;
@@ -44,9 +44,9 @@ void QtDelayedCalls::cancelAll(const QObject *target) {
 }
 
 void QtDelayedCalls::dropDeadTimers() {
-    for (auto entry = due.begin(); entry != due.end();) {
+    for (auto entry = m_due.begin(); entry != m_due.end();) {
         entry->removeIf([](const QPointer<QTimer> &timer) { return timer.isNull(); });
-        entry = entry->isEmpty() ? due.erase(entry) : std::next(entry);
+        entry = entry->isEmpty() ? m_due.erase(entry) : std::next(entry);
     }
 }
 

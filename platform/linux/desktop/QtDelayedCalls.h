@@ -23,7 +23,7 @@ public:
 private:
     void dropDeadTimers();
 
-    QHash<const QObject *, QList<QPointer<QTimer>>> due;
+    QHash<const QObject *, QList<QPointer<QTimer>>> m_due;
 };
 
 } // namespace quorvane::platform

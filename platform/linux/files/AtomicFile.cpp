@@ -60,56 +60,56 @@ int makePrivateFolders(const QString &path) {
 }
 
 PendingFile::~PendingFile() {
-    if (named) {
-        ::unlinkat(folder.get(), temporary.constData(), 0);
+    if (m_named) {
+        ::unlinkat(m_folder.get(), m_temporary.constData(), 0);
     }
 }
 
 int PendingFile::open(const QString &path) {
     const QFileInfo target(path);
-    folder.reset(::open(QFile::encodeName(target.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.isOpen()) {
+    m_folder.reset(::open(QFile::encodeName(target.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!m_folder.isOpen()) {
         return errno;
     }
-    name = QFile::encodeName(target.fileName());
-    temporary = randomName(name);
+    m_name = QFile::encodeName(target.fileName());
+    m_temporary = randomName(m_name);
     // Best without a name, so that nothing stays behind even when the process is killed.
-    file.reset(::openat(folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
-    if (!file.isOpen() || ::access(ownPath(file).constData(), F_OK) != 0) {
-        file.reset(::openat(folder.get(), temporary.constData(),
-                            O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, 0600));
-        if (!file.isOpen()) {
+    m_file.reset(::openat(m_folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+    if (!m_file.isOpen() || ::access(ownPath(m_file).constData(), F_OK) != 0) {
+        m_file.reset(::openat(m_folder.get(), m_temporary.constData(),
+                              O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, 0600));
+        if (!m_file.isOpen()) {
             return errno;
         }
-        named = true;
+        m_named = true;
     }
     // The process's mask may have taken bits away.
-    return ::fchmod(file.get(), 0600) == 0 ? 0 : errno;
+    return ::fchmod(m_file.get(), 0600) == 0 ? 0 : errno;
 }
 
 int PendingFile::write(const QByteArray &bytes) const {
-    return writeAll(file.get(), bytes.constData(), bytes.size());
+    return writeAll(m_file.get(), bytes.constData(), bytes.size());
 }
 
 int PendingFile::commit(bool durable) {
-    if (durable && ::fdatasync(file.get()) != 0) {
+    if (durable && ::fdatasync(m_file.get()) != 0) {
         return errno;
     }
-    if (!named) {
-        if (::linkat(AT_FDCWD, ownPath(file).constData(), folder.get(), temporary.constData(),
+    if (!m_named) {
+        if (::linkat(AT_FDCWD, ownPath(m_file).constData(), m_folder.get(), m_temporary.constData(),
                      AT_SYMLINK_FOLLOW) != 0) {
             return errno;
         }
-        named = true;
+        m_named = true;
     }
-    if (::renameat(folder.get(), temporary.constData(), folder.get(), name.constData()) != 0) {
+    if (::renameat(m_folder.get(), m_temporary.constData(), m_folder.get(), m_name.constData()) != 0) {
         return errno;
     }
-    named = false;
+    m_named = false;
     // The new name survives a power cut only once the folder is written too; the file is in place
     // whatever this says.
     if (durable) {
-        ::fsync(folder.get());
+        ::fsync(m_folder.get());
     }
     return 0;
 }

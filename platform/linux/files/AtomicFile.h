@@ -23,12 +23,12 @@ public:
     [[nodiscard]] int commit(bool durable);
 
 private:
-    FileDescriptor folder;
-    FileDescriptor file;
-    QByteArray name;
-    QByteArray temporary;
+    FileDescriptor m_folder;
+    FileDescriptor m_file;
+    QByteArray m_name;
+    QByteArray m_temporary;
     /// Whether the temporary name is in the folder.
-    bool named = false;
+    bool m_named = false;
 };
 
 /// Reads a regular file of at most limit bytes without following a link in its last component.

@@ -13,15 +13,15 @@ public:
     /// Waits at most so long for the lock on the file, which is made with mode 600 when missing.
     FileLock(const QString &path, int milliseconds);
 
-    [[nodiscard]] bool isHeld() const { return held; }
+    [[nodiscard]] bool isHeld() const { return m_held; }
 
     /// Another process kept the lock all the time.
-    [[nodiscard]] bool hasTimedOut() const { return timedOut; }
+    [[nodiscard]] bool hasTimedOut() const { return m_timedOut; }
 
 private:
-    FileDescriptor file;
-    bool held = false;
-    bool timedOut = false;
+    FileDescriptor m_file;
+    bool m_held = false;
+    bool m_timedOut = false;
 };
 
 } // namespace quorvane::platform

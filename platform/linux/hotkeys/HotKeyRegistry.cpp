@@ -15,26 +15,26 @@ HotKeyError HotKeyRegistry::verdict(quint32 keyCode, quint32 modifiers) const {
 }
 
 HotKeyReference HotKeyRegistry::add(quint32 keyCode, quint32 modifiers, HotKeyIdentifier identifier) {
-    held.append({++lastReference, keyCode, modifiers, identifier});
-    return lastReference;
+    m_held.append({++m_lastReference, keyCode, modifiers, identifier});
+    return m_lastReference;
 }
 
 std::optional<HotKeyRegistry::Entry> HotKeyRegistry::take(HotKeyReference reference) {
-    const auto found = std::find_if(held.cbegin(), held.cend(),
+    const auto found = std::find_if(m_held.cbegin(), m_held.cend(),
                                     [reference](const Entry &entry) { return entry.reference == reference; });
-    if (found == held.cend()) {
+    if (found == m_held.cend()) {
         return std::nullopt;
     }
     const Entry entry = *found;
-    held.erase(found);
+    m_held.erase(found);
     return entry;
 }
 
 std::optional<HotKeyRegistry::Entry> HotKeyRegistry::find(quint32 keyCode, quint32 modifiers) const {
-    const auto found = std::find_if(held.cbegin(), held.cend(), [=](const Entry &entry) {
+    const auto found = std::find_if(m_held.cbegin(), m_held.cend(), [=](const Entry &entry) {
         return entry.keyCode == keyCode && entry.modifiers == modifiers;
     });
-    return found == held.cend() ? std::nullopt : std::optional(*found);
+    return found == m_held.cend() ? std::nullopt : std::optional(*found);
 }
 
 } // namespace quorvane::platform

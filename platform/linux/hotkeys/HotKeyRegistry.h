@@ -26,11 +26,11 @@ public:
     std::optional<Entry> take(HotKeyReference reference);
     [[nodiscard]] std::optional<Entry> find(quint32 keyCode, quint32 modifiers) const;
 
-    [[nodiscard]] const QList<Entry> &entries() const { return held; }
+    [[nodiscard]] const QList<Entry> &entries() const { return m_held; }
 
 private:
-    HotKeyReference lastReference = 0;
-    QList<Entry> held;
+    HotKeyReference m_lastReference = 0;
+    QList<Entry> m_held;
 };
 
 } // namespace quorvane::platform

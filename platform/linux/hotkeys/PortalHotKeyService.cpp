@@ -31,51 +31,51 @@ QString triggerOf(const HotKeyRegistry::Entry &entry) {
 } // namespace
 
 PortalHotKeyService::PortalHotKeyService(const PortalShortcuts::Settings &settings)
-    : shortcuts(settings, {[this](const QString &id) { tellPressed(id); },
-                           [this](const QStringList &ids, HotKeyError error) {
-                               takeBack(ids, error);
-                           }}) {
-    changed.setSingleShot(true);
-    QObject::connect(&changed, &QTimer::timeout, &changed, [this] { tellWanted(); });
+    : m_shortcuts(settings, {[this](const QString &id) { tellPressed(id); },
+                             [this](const QStringList &ids, HotKeyError error) {
+                                 takeBack(ids, error);
+                             }}) {
+    m_changed.setSingleShot(true);
+    QObject::connect(&m_changed, &QTimer::timeout, &m_changed, [this] { tellWanted(); });
 }
 
 bool PortalHotKeyService::isAvailable() const {
-    return shortcuts.isAvailable();
+    return m_shortcuts.isAvailable();
 }
 
 HotKeyRegistration PortalHotKeyService::registerHotKey(quint32 keyCode, quint32 modifiers,
                                                        HotKeyIdentifier identifier) {
     const HotKeyError error =
-        isAvailable() ? registry.verdict(keyCode, modifiers) : HotKeyError::NotAvailable;
+        isAvailable() ? m_registry.verdict(keyCode, modifiers) : HotKeyError::NotAvailable;
     if (error != HotKeyError::None) {
         return {error, 0};
     }
-    changed.start(0);
-    return {HotKeyError::None, registry.add(keyCode, modifiers, identifier)};
+    m_changed.start(0);
+    return {HotKeyError::None, m_registry.add(keyCode, modifiers, identifier)};
 }
 
 HotKeyError PortalHotKeyService::unregisterHotKey(HotKeyReference reference) {
-    if (!registry.take(reference)) {
+    if (!m_registry.take(reference)) {
         return HotKeyError::UnknownReference;
     }
-    changed.start(0);
+    m_changed.start(0);
     return HotKeyError::None;
 }
 
-void PortalHotKeyService::installEventHandler(EventHandler handler) {
-    pressed = std::move(handler);
+void PortalHotKeyService::installEventHandler(EventHandler pressed) {
+    m_pressed = std::move(pressed);
 }
 
-void PortalHotKeyService::installRefusalHandler(RefusalHandler handler) {
-    refused = std::move(handler);
+void PortalHotKeyService::installRefusalHandler(RefusalHandler refused) {
+    m_refused = std::move(refused);
 }
 
 void PortalHotKeyService::setDescription(quint32 id, const QString &text) {
-    descriptions.insert(id, text);
+    m_descriptions.insert(id, text);
 }
 
 PortalShortcuts::Shortcut PortalHotKeyService::shortcutOf(const HotKeyRegistry::Entry &entry) const {
-    const QString text = descriptions.value(
+    const QString text = m_descriptions.value(
         entry.identifier.id,
         QCoreApplication::translate("PortalHotKeyService", "Hot key %1").arg(entry.identifier.id));
     return {idOf(entry), text, triggerOf(entry)};
@@ -84,17 +84,17 @@ PortalShortcuts::Shortcut PortalHotKeyService::shortcutOf(const HotKeyRegistry::
 /// In the order of the ids: what was released and registered again is no change.
 void PortalHotKeyService::tellWanted() {
     QList<PortalShortcuts::Shortcut> wanted;
-    for (const HotKeyRegistry::Entry &entry : registry.entries()) {
+    for (const HotKeyRegistry::Entry &entry : m_registry.entries()) {
         wanted.append(shortcutOf(entry));
     }
     std::sort(
         wanted.begin(), wanted.end(),
         [](const PortalShortcuts::Shortcut &a, const PortalShortcuts::Shortcut &b) { return a.id < b.id; });
-    shortcuts.setWanted(wanted);
+    m_shortcuts.setWanted(wanted);
 }
 
 void PortalHotKeyService::tellPressed(const QString &id) const {
-    const auto &entries = registry.entries();
+    const auto &entries = m_registry.entries();
     const auto found = std::find_if(entries.cbegin(), entries.cend(),
                                     [&id](const HotKeyRegistry::Entry &entry) { return idOf(entry) == id; });
     if (found == entries.cend()) {
@@ -102,7 +102,7 @@ void PortalHotKeyService::tellPressed(const QString &id) const {
     }
     const HotKeyIdentifier identifier = found->identifier;
     // A copy: the handler may install another.
-    const EventHandler handler = pressed;
+    const EventHandler handler = m_pressed;
     if (handler) {
         handler(identifier);
     }
@@ -110,15 +110,15 @@ void PortalHotKeyService::tellPressed(const QString &id) const {
 
 void PortalHotKeyService::takeBack(const QStringList &ids, HotKeyError error) {
     QList<HotKeyReference> lost;
-    for (const HotKeyRegistry::Entry &entry : registry.entries()) {
+    for (const HotKeyRegistry::Entry &entry : m_registry.entries()) {
         if (ids.contains(idOf(entry))) {
             lost.append(entry.reference);
         }
     }
     for (const HotKeyReference reference : std::as_const(lost)) {
-        registry.take(reference);
+        m_registry.take(reference);
     }
-    const RefusalHandler handler = refused;
+    const RefusalHandler handler = m_refused;
     if (!handler) {
         return;
     }

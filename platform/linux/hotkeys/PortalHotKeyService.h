@@ -31,13 +31,13 @@ private:
     void takeBack(const QStringList &ids, HotKeyError error);
     [[nodiscard]] PortalShortcuts::Shortcut shortcutOf(const HotKeyRegistry::Entry &entry) const;
 
-    HotKeyRegistry registry;
-    QHash<quint32, QString> descriptions;
-    EventHandler pressed;
-    RefusalHandler refused;
+    HotKeyRegistry m_registry;
+    QHash<quint32, QString> m_descriptions;
+    EventHandler m_pressed;
+    RefusalHandler m_refused;
     /// Gathers the changes of one turn of the event loop.
-    QTimer changed;
-    PortalShortcuts shortcuts;
+    QTimer m_changed;
+    PortalShortcuts m_shortcuts;
 };
 
 } // namespace quorvane::platform

@@ -98,25 +98,25 @@ QString nextBusName() {
 } // namespace
 
 PortalShortcuts::PortalShortcuts(const Settings &portalSettings, Handlers toTell)
-    : settings(portalSettings), handlers(std::move(toTell)), era(std::make_unique<QObject>()) {
-    openSoon.setSingleShot(true);
-    overdue.setSingleShot(true);
-    connect(&openSoon, &QTimer::timeout, this, [this] { open(); });
-    connect(&overdue, &QTimer::timeout, this, [this] {
-        absent = true;
+    : m_settings(portalSettings), m_handlers(std::move(toTell)), m_era(std::make_unique<QObject>()) {
+    m_openSoon.setSingleShot(true);
+    m_overdue.setSingleShot(true);
+    connect(&m_openSoon, &QTimer::timeout, this, [this] { open(); });
+    connect(&m_overdue, &QTimer::timeout, this, [this] {
+        m_absent = true;
         fail(HotKeyError::NotAvailable);
     });
-    openSoon.start(0);
+    m_openSoon.start(0);
 }
 
 PortalShortcuts::~PortalShortcuts() {
-    if (bus) {
-        QDBusConnection::disconnectFromBus(bus->name());
+    if (m_bus) {
+        QDBusConnection::disconnectFromBus(m_bus->name());
     }
 }
 
 bool PortalShortcuts::isAvailable() const {
-    return !absent && (!bus || bus->isConnected());
+    return !m_absent && (!m_bus || m_bus->isConnected());
 }
 
 /// A connection of its own: the portal must hear the program's name before anything else on it, and nobody
@@ -125,81 +125,83 @@ void PortalShortcuts::open() {
     qDBusRegisterMetaType<PortalShortcutRecord>();
     qDBusRegisterMetaType<QList<PortalShortcutRecord>>();
     const QString name = nextBusName();
-    bus = settings.busAddress.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)
-                                        : QDBusConnection::connectToBus(settings.busAddress, name);
-    if (!bus->isConnected()) {
+    m_bus = m_settings.busAddress.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)
+                                            : QDBusConnection::connectToBus(m_settings.busAddress, name);
+    if (!m_bus->isConnected()) {
         fail(HotKeyError::NotAvailable);
         return;
     }
     auto *const watcher =
-        new QDBusServiceWatcher(portalService, *bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+        new QDBusServiceWatcher(portalService, *m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString & /*service*/, const QString &before, const QString &now) {
                 ownerChanged(before, now);
             });
     // From any path: what a request or a session is called is the portal's choice.
-    bus->connect(portalService, QString(), requestInterface, QStringLiteral("Response"), this,
-                 SLOT(requestAnswered(QDBusMessage)));
-    bus->connect(portalService, QString(), sessionInterface, QStringLiteral("Closed"), this,
-                 SLOT(sessionClosed(QDBusMessage)));
-    bus->connect(portalService, portalPath, shortcutsInterface, QStringLiteral("Activated"), this,
-                 SLOT(shortcutActivated(QDBusMessage)));
+    m_bus->connect(portalService, QString(), requestInterface, QStringLiteral("Response"), this,
+                   SLOT(requestAnswered(QDBusMessage)));
+    m_bus->connect(portalService, QString(), sessionInterface, QStringLiteral("Closed"), this,
+                   SLOT(sessionClosed(QDBusMessage)));
+    m_bus->connect(portalService, portalPath, shortcutsInterface, QStringLiteral("Activated"), this,
+                   SLOT(shortcutActivated(QDBusMessage)));
     probe();
     follow();
 }
 
 void PortalShortcuts::probe() {
-    if (!settings.applicationId.isEmpty()) {
+    if (!m_settings.applicationId.isEmpty()) {
         QDBusMessage name = methodCall(portalPath, QStringLiteral("org.freedesktop.host.portal.Registry"),
                                        QStringLiteral("Register"));
-        name << settings.applicationId << QVariantMap();
+        name << m_settings.applicationId << QVariantMap();
         // Portals that do not offer this find the name out for themselves.
-        bus->send(name);
+        m_bus->send(name);
     }
     QDBusMessage version =
         methodCall(portalPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     version << shortcutsInterface << QStringLiteral("version");
-    call(version, [this](const QDBusMessage &reply) { absent = reply.type() == QDBusMessage::ErrorMessage; });
+    call(version,
+         [this](const QDBusMessage &reply) { m_absent = reply.type() == QDBusMessage::ErrorMessage; });
 }
 
 void PortalShortcuts::setWanted(const QList<Shortcut> &shortcuts) {
-    wanted = shortcuts;
+    m_wanted = shortcuts;
     follow();
 }
 
 /// Takes the next step towards what is wanted; a step under way comes back here when it is done.
 void PortalShortcuts::follow() {
-    if (!bus) {
+    if (!m_bus) {
         return;
     }
-    if (!bus->isConnected()) {
+    if (!m_bus->isConnected()) {
         fail(HotKeyError::NotAvailable);
-    } else if (state == State::NoSession && !wanted.isEmpty()) {
+    } else if (m_state == State::NoSession && !m_wanted.isEmpty()) {
         create();
-    } else if ((state == State::Binding || state == State::Bound) && (wanted.isEmpty() || wanted != given)) {
+    } else if ((m_state == State::Binding || m_state == State::Bound) &&
+               (m_wanted.isEmpty() || m_wanted != m_given)) {
         close();
     }
 }
 
 void PortalShortcuts::create() {
-    state = State::Creating;
-    overdue.start(settings.answerMilliseconds);
+    m_state = State::Creating;
+    m_overdue.start(m_settings.answerMilliseconds);
     ask(methodCall(portalPath, shortcutsInterface, QStringLiteral("CreateSession")),
         {{QStringLiteral("session_handle_token"), sessionToken}}, [this] {
-            absent = true;
+            m_absent = true;
             fail(HotKeyError::NotAvailable);
         });
 }
 
 void PortalShortcuts::created(const QDBusMessage &message) {
-    overdue.stop();
+    m_overdue.stop();
     const auto results = resultsOf(message);
-    session = results ? sessionIn(*results) : QString();
-    if (session.isEmpty()) {
+    m_session = results ? sessionIn(*results) : QString();
+    if (m_session.isEmpty()) {
         fail(HotKeyError::Declined);
         return;
     }
-    if (wanted.isEmpty()) {
+    if (m_wanted.isEmpty()) {
         close();
     } else {
         bind();
@@ -207,16 +209,16 @@ void PortalShortcuts::created(const QDBusMessage &message) {
 }
 
 void PortalShortcuts::bind() {
-    state = State::Binding;
-    given = wanted;
+    m_state = State::Binding;
+    m_given = m_wanted;
     QList<PortalShortcutRecord> records;
-    for (const Shortcut &shortcut : std::as_const(given)) {
+    for (const Shortcut &shortcut : std::as_const(m_given)) {
         records.append({shortcut.id,
                         {{QStringLiteral("description"), shortcut.description},
                          {QStringLiteral("preferred_trigger"), shortcut.trigger}}});
     }
     QDBusMessage message = methodCall(portalPath, shortcutsInterface, QStringLiteral("BindShortcuts"));
-    message << QVariant::fromValue(QDBusObjectPath(session)) << QVariant::fromValue(records) << QString();
+    message << QVariant::fromValue(QDBusObjectPath(m_session)) << QVariant::fromValue(records) << QString();
     ask(message, {}, [this] { fail(HotKeyError::Declined); });
 }
 
@@ -227,61 +229,61 @@ void PortalShortcuts::bound(const QDBusMessage &message) {
         fail(HotKeyError::Declined);
         return;
     }
-    state = State::Bound;
-    const QStringList all = idsOf(given);
+    m_state = State::Bound;
+    const QStringList all = idsOf(m_given);
     const auto declined = [&ids](const Shortcut &shortcut) {
         return !ids->contains(shortcut.id);
     };
-    given.removeIf(declined);
-    wanted = given;
+    m_given.removeIf(declined);
+    m_wanted = m_given;
     QStringList lost;
     std::copy_if(all.cbegin(), all.cend(), std::back_inserter(lost),
                  [&ids](const QString &id) { return !ids->contains(id); });
     follow();
     if (!lost.isEmpty()) {
-        handlers.refused(lost, HotKeyError::Declined);
+        m_handlers.refused(lost, HotKeyError::Declined);
     }
 }
 
 /// Gives the session back, and with it a dialog that may still be open.
 void PortalShortcuts::close() {
-    if (!request.isEmpty()) {
-        tell(request, requestInterface, QStringLiteral("Close"));
+    if (!m_request.isEmpty()) {
+        tell(m_request, requestInterface, QStringLiteral("Close"));
     }
-    request.clear();
-    given.clear();
-    state = State::Closing;
+    m_request.clear();
+    m_given.clear();
+    m_state = State::Closing;
     // The next session has the same name: this one must be gone first.
-    call(methodCall(std::exchange(session, {}), sessionInterface, QStringLiteral("Close")),
+    call(methodCall(std::exchange(m_session, {}), sessionInterface, QStringLiteral("Close")),
          [this](const QDBusMessage & /*reply*/) {
-             state = State::NoSession;
+             m_state = State::NoSession;
              follow();
          });
 }
 
 /// Nothing that was wanted is had.
 void PortalShortcuts::fail(HotKeyError error) {
-    overdue.stop();
-    request.clear();
-    const QStringList ids = idsOf(std::exchange(wanted, {}));
-    if (!session.isEmpty()) {
+    m_overdue.stop();
+    m_request.clear();
+    const QStringList ids = idsOf(std::exchange(m_wanted, {}));
+    if (!m_session.isEmpty()) {
         close();
-    } else if (state != State::Closing) {
-        state = State::NoSession;
+    } else if (m_state != State::Closing) {
+        m_state = State::NoSession;
     }
     if (!ids.isEmpty()) {
-        handlers.refused(ids, error);
+        m_handlers.refused(ids, error);
     }
 }
 
 void PortalShortcuts::ownerChanged(const QString &before, const QString &now) {
     if (!before.isEmpty()) {
-        era = std::make_unique<QObject>();
-        session.clear();
-        given.clear();
+        m_era = std::make_unique<QObject>();
+        m_session.clear();
+        m_given.clear();
         // A portal that went down over a request is not asked the same again.
-        const bool asked = state == State::Creating || state == State::Binding;
-        state = State::NoSession;
+        const bool asked = m_state == State::Creating || m_state == State::Binding;
+        m_state = State::NoSession;
         if (asked) {
             fail(HotKeyError::NotAvailable);
         }
@@ -289,17 +291,17 @@ void PortalShortcuts::ownerChanged(const QString &before, const QString &now) {
     if (now.isEmpty()) {
         return;
     }
-    absent = false;
+    m_absent = false;
     probe();
     follow();
 }
 
 void PortalShortcuts::requestAnswered(const QDBusMessage &message) {
-    if (!request.isEmpty() && message.path() == request) {
-        request.clear();
-        if (state == State::Creating) {
+    if (!m_request.isEmpty() && message.path() == m_request) {
+        m_request.clear();
+        if (m_state == State::Creating) {
             created(message);
-        } else if (state == State::Binding) {
+        } else if (m_state == State::Binding) {
             bound(message);
         }
         return;
@@ -307,55 +309,55 @@ void PortalShortcuts::requestAnswered(const QDBusMessage &message) {
     // The session of a request that was given up is nobody's.
     const auto results = resultsOf(message);
     const QString late = results ? sessionIn(*results) : QString();
-    if (!late.isEmpty() && late != session) {
+    if (!late.isEmpty() && late != m_session) {
         tell(late, sessionInterface, QStringLiteral("Close"));
     }
 }
 
 void PortalShortcuts::sessionClosed(const QDBusMessage &message) {
-    if (session.isEmpty() || message.path() != session) {
+    if (m_session.isEmpty() || message.path() != m_session) {
         return;
     }
-    session.clear();
-    given.clear();
+    m_session.clear();
+    m_given.clear();
     fail(HotKeyError::Declined);
 }
 
 void PortalShortcuts::shortcutActivated(const QDBusMessage &message) {
-    if (session.isEmpty() || !message.signature().startsWith(QLatin1String("os"))) {
+    if (m_session.isEmpty() || !message.signature().startsWith(QLatin1String("os"))) {
         return;
     }
     const QString id = message.arguments().at(1).toString();
     const QString path = message.arguments().at(0).value<QDBusObjectPath>().path();
-    if (path == session && idsOf(given).contains(id)) {
-        handlers.activated(id);
+    if (path == m_session && idsOf(m_given).contains(id)) {
+        m_handlers.activated(id);
     }
 }
 
 /// Makes a request, whose answer comes as a signal and may overtake the reply to the call.
 void PortalShortcuts::ask(QDBusMessage message, QVariantMap options, const std::function<void()> &failed) {
-    const QString token = QStringLiteral("quorvane_%1").arg(++lastToken);
-    const QString sender = bus->baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
-    request = portalPath + QStringLiteral("/request/") + sender + QLatin1Char('/') + token;
+    const QString token = QStringLiteral("quorvane_%1").arg(++m_lastToken);
+    const QString sender = m_bus->baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
+    m_request = portalPath + QStringLiteral("/request/") + sender + QLatin1Char('/') + token;
     options.insert(QStringLiteral("handle_token"), token);
     message << options;
-    call(message, [this, failed, asked = request](const QDBusMessage &reply) {
-        if (request != asked) {
+    call(message, [this, failed, asked = m_request](const QDBusMessage &reply) {
+        if (m_request != asked) {
             return;
         }
         if (reply.type() == QDBusMessage::ErrorMessage) {
             failed();
         } else if (reply.signature() == QLatin1String("o")) {
             // Old portals name the request themselves.
-            request = reply.arguments().at(0).value<QDBusObjectPath>().path();
+            m_request = reply.arguments().at(0).value<QDBusObjectPath>().path();
         }
     });
 }
 
 void PortalShortcuts::call(QDBusMessage message, const Reply &reply) {
     auto *const watcher =
-        new QDBusPendingCallWatcher(bus->asyncCall(message, settings.answerMilliseconds), era.get());
-    connect(watcher, &QDBusPendingCallWatcher::finished, era.get(), [watcher, reply] {
+        new QDBusPendingCallWatcher(m_bus->asyncCall(message, m_settings.answerMilliseconds), m_era.get());
+    connect(watcher, &QDBusPendingCallWatcher::finished, m_era.get(), [watcher, reply] {
         const QDBusMessage answer = watcher->reply();
         watcher->deleteLater();
         reply(answer);
@@ -363,7 +365,7 @@ void PortalShortcuts::call(QDBusMessage message, const Reply &reply) {
 }
 
 void PortalShortcuts::tell(const QString &path, const QString &interface, const QString &method) {
-    bus->send(methodCall(path, interface, method));
+    m_bus->send(methodCall(path, interface, method));
 }
 
 } // namespace quorvane::platform

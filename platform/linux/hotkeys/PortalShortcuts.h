@@ -80,22 +80,22 @@ private:
     void call(QDBusMessage message, const Reply &reply);
     void tell(const QString &path, const QString &interface, const QString &method);
 
-    const Settings settings;
-    const Handlers handlers;
-    std::optional<QDBusConnection> bus;
+    const Settings m_settings;
+    const Handlers m_handlers;
+    std::optional<QDBusConnection> m_bus;
     /// Of this portal process: replies that are for an earlier one go nowhere.
-    std::unique_ptr<QObject> era;
-    QTimer openSoon;
-    QTimer overdue;
-    bool absent = false;
-    State state = State::NoSession;
+    std::unique_ptr<QObject> m_era;
+    QTimer m_openSoon;
+    QTimer m_overdue;
+    bool m_absent = false;
+    State m_state = State::NoSession;
     /// The request whose answer is awaited, and the session; empty without one.
-    QString request;
-    QString session;
-    unsigned lastToken = 0;
-    QList<Shortcut> wanted;
+    QString m_request;
+    QString m_session;
+    unsigned m_lastToken = 0;
+    QList<Shortcut> m_wanted;
     /// What the session was given.
-    QList<Shortcut> given;
+    QList<Shortcut> m_given;
 };
 
 } // namespace quorvane::platform

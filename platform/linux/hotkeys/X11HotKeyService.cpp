@@ -71,21 +71,21 @@ struct X11HotKeyService::State {
 };
 
 X11HotKeyService::X11HotKeyService(const QByteArray &displayName)
-    : display(displayName), state(std::make_unique<State>()) {}
+    : m_display(displayName), m_state(std::make_unique<State>()) {}
 
 X11HotKeyService::~X11HotKeyService() = default;
 
 X11KeyGrabs &X11HotKeyService::grabs() const {
-    if (!state->grabs) {
-        State *const here = state.get();
-        state->grabs = std::make_unique<X11KeyGrabs>(
-            display, X11KeyGrabs::Handlers{
-                         [here](X11KeyGrabs::Combination combination) { here->tellPressed(combination); },
-                         [here](X11KeyGrabs::Combination combination) {
-                             here->tellLost(combination);
-                         }});
+    if (!m_state->grabs) {
+        State *const here = m_state.get();
+        m_state->grabs = std::make_unique<X11KeyGrabs>(
+            m_display, X11KeyGrabs::Handlers{
+                           [here](X11KeyGrabs::Combination combination) { here->tellPressed(combination); },
+                           [here](X11KeyGrabs::Combination combination) {
+                               here->tellLost(combination);
+                           }});
     }
-    return *state->grabs;
+    return *m_state->grabs;
 }
 
 bool X11HotKeyService::isAvailable() const {
@@ -95,18 +95,18 @@ bool X11HotKeyService::isAvailable() const {
 HotKeyRegistration X11HotKeyService::registerHotKey(quint32 keyCode, quint32 modifiers,
                                                     HotKeyIdentifier identifier) {
     HotKeyError error =
-        isAvailable() ? state->registry.verdict(keyCode, modifiers) : HotKeyError::NotAvailable;
+        isAvailable() ? m_state->registry.verdict(keyCode, modifiers) : HotKeyError::NotAvailable;
     if (error == HotKeyError::None) {
         error = grabs().grab(combinationOf({0, keyCode, modifiers, identifier}));
     }
     if (error != HotKeyError::None) {
         return {error, 0};
     }
-    return {HotKeyError::None, state->registry.add(keyCode, modifiers, identifier)};
+    return {HotKeyError::None, m_state->registry.add(keyCode, modifiers, identifier)};
 }
 
 HotKeyError X11HotKeyService::unregisterHotKey(HotKeyReference reference) {
-    const auto entry = state->registry.take(reference);
+    const auto entry = m_state->registry.take(reference);
     if (!entry) {
         return HotKeyError::UnknownReference;
     }
@@ -115,11 +115,11 @@ HotKeyError X11HotKeyService::unregisterHotKey(HotKeyReference reference) {
 }
 
 void X11HotKeyService::installEventHandler(EventHandler handler) {
-    state->pressed = std::move(handler);
+    m_state->pressed = std::move(handler);
 }
 
 void X11HotKeyService::installRefusalHandler(RefusalHandler handler) {
-    state->refused = std::move(handler);
+    m_state->refused = std::move(handler);
 }
 
 } // namespace quorvane::platform

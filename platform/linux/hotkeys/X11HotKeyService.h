@@ -32,9 +32,9 @@ private:
 
     [[nodiscard]] X11KeyGrabs &grabs() const;
 
-    const QByteArray display;
+    const QByteArray m_display;
     /// Apart from the service, which may be asked for the first time by a const question.
-    const std::unique_ptr<State> state;
+    const std::unique_ptr<State> m_state;
 };
 
 } // namespace quorvane::platform

@@ -52,49 +52,50 @@ void X11KeyGrabs::Disconnect::operator()(xcb_connection_t *open) const {
     xcb_disconnect(open);
 }
 
-X11KeyGrabs::X11KeyGrabs(const QByteArray &display, Handlers toTell) : handlers(std::move(toTell)) {
+X11KeyGrabs::X11KeyGrabs(const QByteArray &display, Handlers toTell) : m_handlers(std::move(toTell)) {
     int screen = 0;
-    connection.reset(xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screen));
-    if (xcb_connection_has_error(connection.get()) != 0 || !prepare(screen)) {
-        connection.reset();
+    m_connection.reset(xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screen));
+    if (xcb_connection_has_error(m_connection.get()) != 0 || !prepare(screen)) {
+        m_connection.reset();
         return;
     }
-    notifier =
-        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection.get()), QSocketNotifier::Read);
-    QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] { readEvents(); });
-    readSoon.setSingleShot(true);
-    followSoon.setSingleShot(true);
-    QObject::connect(&readSoon, &QTimer::timeout, &readSoon, [this] { readEvents(); });
-    QObject::connect(&followSoon, &QTimer::timeout, &followSoon, [this] { followKeyboard(); });
-    readSoon.start(0);
+    m_notifier =
+        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection.get()), QSocketNotifier::Read);
+    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
+                     [this] { readEvents(); });
+    m_readSoon.setSingleShot(true);
+    m_followSoon.setSingleShot(true);
+    QObject::connect(&m_readSoon, &QTimer::timeout, &m_readSoon, [this] { readEvents(); });
+    QObject::connect(&m_followSoon, &QTimer::timeout, &m_followSoon, [this] { followKeyboard(); });
+    m_readSoon.start(0);
 }
 
 X11KeyGrabs::~X11KeyGrabs() = default;
 
 bool X11KeyGrabs::prepare(int screen) {
-    auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
+    auto roots = xcb_setup_roots_iterator(xcb_get_setup(m_connection.get()));
     for (; screen > 0 && roots.rem > 1; --screen) {
         xcb_screen_next(&roots);
     }
     if (roots.rem == 0) {
         return false;
     }
-    root = roots.data->root;
+    m_root = roots.data->root;
     if (!detectRepeats()) {
         return false;
     }
-    numLock = findNumLock();
-    return xcb_connection_has_error(connection.get()) == 0;
+    m_numLock = findNumLock();
+    return xcb_connection_has_error(m_connection.get()) == 0;
 }
 
 /// A key that repeats must be told from a key that is pressed again; also asks for news of the keyboard.
 bool X11KeyGrabs::detectRepeats() {
-    xcb_connection_t *const c = connection.get();
+    xcb_connection_t *const c = m_connection.get();
     const auto *const extension = xcb_get_extension_data(c, &xcb_xkb_id);
     if (extension == nullptr || extension->present == 0) {
         return false;
     }
-    keyboardEvent = extension->first_event;
+    m_keyboardEvent = extension->first_event;
     const auto version = xcb_xkb_use_extension(c, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
     constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
     const auto flags = xcb_xkb_per_client_flags(c, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0);
@@ -108,7 +109,7 @@ bool X11KeyGrabs::detectRepeats() {
 
 /// The mask of the modifier that the Num Lock key is, 0 when the keyboard has none.
 quint16 X11KeyGrabs::findNumLock() const {
-    xcb_connection_t *const c = connection.get();
+    xcb_connection_t *const c = m_connection.get();
     const xcb_setup_t *const setup = xcb_get_setup(c);
     const int keyCount = setup->max_keycode - setup->min_keycode + 1;
     const auto modifiersAsked = xcb_get_modifier_mapping(c);
@@ -136,10 +137,10 @@ quint16 X11KeyGrabs::findNumLock() const {
 
 QList<quint16> X11KeyGrabs::lockStates() const {
     constexpr quint16 capsLock = XCB_MOD_MASK_LOCK;
-    if (numLock == 0) {
+    if (m_numLock == 0) {
         return {0, capsLock};
     }
-    return {0, capsLock, numLock, static_cast<quint16>(capsLock | numLock)};
+    return {0, capsLock, m_numLock, static_cast<quint16>(capsLock | m_numLock)};
 }
 
 HotKeyError X11KeyGrabs::grab(Combination combination) {
@@ -148,17 +149,17 @@ HotKeyError X11KeyGrabs::grab(Combination combination) {
     }
     const HotKeyError error = grabAll(combination);
     if (error == HotKeyError::None) {
-        taken.append(combination);
+        m_taken.append(combination);
     }
-    readSoon.start(0);
+    m_readSoon.start(0);
     return error;
 }
 
 HotKeyError X11KeyGrabs::grabAll(Combination combination) {
-    xcb_connection_t *const c = connection.get();
+    xcb_connection_t *const c = m_connection.get();
     QList<xcb_void_cookie_t> asked;
     for (const quint16 locks : lockStates()) {
-        asked.append(xcb_grab_key_checked(c, 0, root, combination.modifiers | locks, combination.key,
+        asked.append(xcb_grab_key_checked(c, 0, m_root, combination.modifiers | locks, combination.key,
                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     }
     HotKeyError error = HotKeyError::None;
@@ -179,40 +180,40 @@ HotKeyError X11KeyGrabs::grabAll(Combination combination) {
 }
 
 void X11KeyGrabs::ungrab(Combination combination) {
-    if (!taken.removeOne(combination) || !isOpen()) {
+    if (!m_taken.removeOne(combination) || !isOpen()) {
         return;
     }
     ungrabAll(combination);
-    readSoon.start(0);
+    m_readSoon.start(0);
 }
 
 /// Waits for the server: afterwards others can take the combination.
 void X11KeyGrabs::ungrabAll(Combination combination) {
-    xcb_connection_t *const c = connection.get();
+    xcb_connection_t *const c = m_connection.get();
     for (const quint16 locks : lockStates()) {
-        xcb_ungrab_key(c, combination.key, root, combination.modifiers | locks);
+        xcb_ungrab_key(c, combination.key, m_root, combination.modifiers | locks);
     }
     own(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
 }
 
 void X11KeyGrabs::readEvents() {
     // A handler may run an event loop of its own, and this again in it, or lose the connection.
-    while (connection) {
-        const auto event = own(xcb_poll_for_event(connection.get()));
+    while (m_connection) {
+        const auto event = own(xcb_poll_for_event(m_connection.get()));
         if (!event) {
             break;
         }
         const quint8 type = event->response_type & 0x7FU;
         const void *const raw = event.get();
         const auto *const key = static_cast<const xcb_key_press_event_t *>(raw);
-        if (type == keyboardEvent || type == XCB_MAPPING_NOTIFY) {
-            followSoon.start(0);
+        if (type == m_keyboardEvent || type == XCB_MAPPING_NOTIFY) {
+            m_followSoon.start(0);
         } else if (type == XCB_KEY_RELEASE) {
-            keysDown.remove(key->detail);
-        } else if (type == XCB_KEY_PRESS && !keysDown.contains(key->detail)) {
-            keysDown.insert(key->detail);
-            const auto locks = static_cast<quint16>(XCB_MOD_MASK_LOCK | numLock);
-            handlers.pressed({key->detail, static_cast<quint16>(key->state & allModifiers & ~locks)});
+            m_keysDown.remove(key->detail);
+        } else if (type == XCB_KEY_PRESS && !m_keysDown.contains(key->detail)) {
+            m_keysDown.insert(key->detail);
+            const auto locks = static_cast<quint16>(XCB_MOD_MASK_LOCK | m_numLock);
+            m_handlers.pressed({key->detail, static_cast<quint16>(key->state & allModifiers & ~locks)});
         }
     }
     closeWhenBroken();
@@ -224,34 +225,34 @@ void X11KeyGrabs::followKeyboard() {
         return;
     }
     const quint16 present = findNumLock();
-    readSoon.start(0);
-    if (present == numLock || xcb_connection_has_error(connection.get()) != 0) {
+    m_readSoon.start(0);
+    if (present == m_numLock || xcb_connection_has_error(m_connection.get()) != 0) {
         return;
     }
-    const QList<Combination> before = std::exchange(taken, {});
+    const QList<Combination> before = std::exchange(m_taken, {});
     for (const Combination combination : before) {
         ungrabAll(combination);
     }
-    numLock = present;
+    m_numLock = present;
     QList<Combination> lost;
     for (const Combination combination : before) {
-        (grabAll(combination) == HotKeyError::None ? taken : lost).append(combination);
+        (grabAll(combination) == HotKeyError::None ? m_taken : lost).append(combination);
     }
     for (const Combination combination : std::as_const(lost)) {
-        handlers.lost(combination);
+        m_handlers.lost(combination);
     }
 }
 
 void X11KeyGrabs::closeWhenBroken() {
-    if (!connection || xcb_connection_has_error(connection.get()) == 0) {
+    if (!m_connection || xcb_connection_has_error(m_connection.get()) == 0) {
         return;
     }
     // Often called by the notifier itself.
-    notifier->setEnabled(false);
-    notifier.release()->deleteLater();
-    readSoon.stop();
-    followSoon.stop();
-    connection.reset();
+    m_notifier->setEnabled(false);
+    m_notifier.release()->deleteLater();
+    m_readSoon.stop();
+    m_followSoon.stop();
+    m_connection.reset();
 }
 
 } // namespace quorvane::platform

@@ -42,7 +42,7 @@ public:
     X11KeyGrabs &operator=(const X11KeyGrabs &) = delete;
 
     /// False without a display, or once the connection to it is lost.
-    [[nodiscard]] bool isOpen() const { return connection != nullptr; }
+    [[nodiscard]] bool isOpen() const { return m_connection != nullptr; }
 
     /// None, TakenElsewhere, UnknownKey (not on this keyboard) or NotAvailable; takes all or nothing.
     [[nodiscard]] HotKeyError grab(Combination combination);
@@ -63,17 +63,17 @@ private:
     void followKeyboard();
     void closeWhenBroken();
 
-    const Handlers handlers;
-    std::unique_ptr<xcb_connection_t, Disconnect> connection;
-    std::unique_ptr<QSocketNotifier> notifier;
+    const Handlers m_handlers;
+    std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
+    std::unique_ptr<QSocketNotifier> m_notifier;
     /// Answers and events share the socket: what came in with an answer is read on the next turn.
-    QTimer readSoon;
-    QTimer followSoon;
-    quint32 root = 0;
-    quint8 keyboardEvent = 0;
-    quint16 numLock = 0;
-    QList<Combination> taken;
-    QSet<quint8> keysDown;
+    QTimer m_readSoon;
+    QTimer m_followSoon;
+    quint32 m_root = 0;
+    quint8 m_keyboardEvent = 0;
+    quint16 m_numLock = 0;
+    QList<Combination> m_taken;
+    QSet<quint8> m_keysDown;
 };
 
 } // namespace quorvane::platform

@@ -44,27 +44,27 @@ struct HostResolver::State {
     bool isBusy = false;
 };
 
-HostResolver::HostResolver(const QByteArray &host) : state(std::make_shared<State>()) {
-    state->host = host;
-    state->address = numeric(host);
-    state->isNumeric = state->address.has_value();
+HostResolver::HostResolver(const QByteArray &host) : m_state(std::make_shared<State>()) {
+    m_state->host = host;
+    m_state->address = numeric(host);
+    m_state->isNumeric = m_state->address.has_value();
 }
 
 std::optional<std::uint32_t> HostResolver::address() const {
-    const std::lock_guard lock(state->mutex);
-    return state->address;
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->address;
 }
 
 void HostResolver::refresh(std::function<void()> found) {
     {
-        const std::lock_guard lock(state->mutex);
-        if (state->isNumeric || state->isBusy) {
+        const std::lock_guard lock(m_state->mutex);
+        if (m_state->isNumeric || m_state->isBusy) {
             return;
         }
-        state->isBusy = true;
+        m_state->isBusy = true;
     }
     try {
-        std::thread([shared = state, tell = std::move(found)] {
+        std::thread([shared = m_state, tell = std::move(found)] {
             const auto address = lookUp(shared->host);
             {
                 const std::lock_guard lock(shared->mutex);
@@ -79,8 +79,8 @@ void HostResolver::refresh(std::function<void()> found) {
         }).detach();
     } catch (const std::system_error &) {
         // Out of threads; a later change of the network tries again.
-        const std::lock_guard lock(state->mutex);
-        state->isBusy = false;
+        const std::lock_guard lock(m_state->mutex);
+        m_state->isBusy = false;
     }
 }
 

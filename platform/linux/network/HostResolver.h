@@ -25,7 +25,7 @@ public:
 
 private:
     struct State;
-    std::shared_ptr<State> state;
+    std::shared_ptr<State> m_state;
 };
 
 } // namespace quorvane::platform

@@ -23,28 +23,28 @@ bool isNumber(const QByteArray &text, int base) {
 
 } // namespace
 
-HttpAnswer::HttpAnswer(qint64 largestHead) : headLeft(largestHead) {}
+HttpAnswer::HttpAnswer(qint64 largestHead) : m_headLeft(largestHead) {}
 
 QByteArray HttpAnswer::take(const QByteArray &bytes) {
     QByteArray body;
     qsizetype at = 0;
-    while (at < bytes.size() && (current == State::Head || current == State::Body)) {
-        if (part == Part::Sized || part == Part::Endless || part == Part::Chunk) {
+    while (at < bytes.size() && (m_current == State::Head || m_current == State::Body)) {
+        if (m_part == Part::Sized || m_part == Part::Endless || m_part == Part::Chunk) {
             body += takeBody(bytes, at);
             continue;
         }
         const qsizetype end = bytes.indexOf('\n', at);
         const qsizetype upTo = end < 0 ? bytes.size() : end + 1;
-        headLeft -= upTo - at;
-        if (headLeft < 0) {
-            current = State::TooLarge;
+        m_headLeft -= upTo - at;
+        if (m_headLeft < 0) {
+            m_current = State::TooLarge;
             break;
         }
-        line += bytes.mid(at, upTo - at);
+        m_line += bytes.mid(at, upTo - at);
         at = upTo;
         if (end >= 0) {
-            line.chop(line.endsWith("\r\n") ? 2 : 1);
-            const QByteArray whole = std::exchange(line, {});
+            m_line.chop(m_line.endsWith("\r\n") ? 2 : 1);
+            const QByteArray whole = std::exchange(m_line, {});
             takeLine(whole);
         }
     }
@@ -53,31 +53,31 @@ QByteArray HttpAnswer::take(const QByteArray &bytes) {
 
 QByteArray HttpAnswer::takeBody(const QByteArray &bytes, qsizetype &at) {
     const qint64 there = bytes.size() - at;
-    const qint64 mine = part == Part::Endless ? there : std::min<qint64>(there, left);
+    const qint64 mine = m_part == Part::Endless ? there : std::min<qint64>(there, m_left);
     const QByteArray piece = bytes.mid(at, mine);
     at += mine;
-    if (part == Part::Endless) {
+    if (m_part == Part::Endless) {
         return piece;
     }
-    left -= mine;
-    if (left == 0 && part == Part::Chunk) {
-        part = Part::ChunkEnd;
-    } else if (left == 0) {
-        current = State::Complete;
+    m_left -= mine;
+    if (m_left == 0 && m_part == Part::Chunk) {
+        m_part = Part::ChunkEnd;
+    } else if (m_left == 0) {
+        m_current = State::Complete;
     }
     return piece;
 }
 
 void HttpAnswer::takeEnd() {
-    if (current == State::Body && part == Part::Endless) {
-        current = State::Complete;
-    } else if (current == State::Head || current == State::Body) {
+    if (m_current == State::Body && m_part == Part::Endless) {
+        m_current = State::Complete;
+    } else if (m_current == State::Head || m_current == State::Body) {
         fail();
     }
 }
 
 void HttpAnswer::takeLine(const QByteArray &whole) {
-    switch (part) {
+    switch (m_part) {
     case Part::StatusLine:
         takeStatus(whole);
         break;
@@ -88,14 +88,14 @@ void HttpAnswer::takeLine(const QByteArray &whole) {
         takeChunkSize(whole);
         break;
     case Part::ChunkEnd:
-        part = Part::ChunkSize;
+        m_part = Part::ChunkSize;
         if (!whole.isEmpty()) {
             fail();
         }
         break;
     case Part::Trailer:
         if (whole.isEmpty()) {
-            current = State::Complete;
+            m_current = State::Complete;
         }
         break;
     case Part::Sized:
@@ -114,8 +114,8 @@ void HttpAnswer::takeStatus(const QByteArray &whole) {
         fail();
         return;
     }
-    statusCode = number.toInt();
-    part = Part::Fields;
+    m_statusCode = number.toInt();
+    m_part = Part::Fields;
 }
 
 void HttpAnswer::takeField(const QByteArray &whole) {
@@ -130,46 +130,46 @@ void HttpAnswer::takeField(const QByteArray &whole) {
         takeLength(value);
     } else if (name == "transfer-encoding") {
         // No other way of packing was asked for.
-        chunked = value.toLower() == "chunked";
-        if (!chunked) {
+        m_chunked = value.toLower() == "chunked";
+        if (!m_chunked) {
             fail();
         }
     } else if (name == "location") {
-        locationValue = value;
+        m_locationValue = value;
     }
 }
 
 void HttpAnswer::takeLength(const QByteArray &value) {
-    const bool contradicts = told && *told != value.toLongLong();
+    const bool contradicts = m_told && *m_told != value.toLongLong();
     if (!isNumber(value, 10) || contradicts) {
         fail();
         return;
     }
-    told = value.toLongLong();
+    m_told = value.toLongLong();
 }
 
 void HttpAnswer::endHead() {
-    if (statusCode < firstFinal) { // an interim answer: the real one follows
-        statusCode = 0;
-        told.reset();
-        chunked = false;
-        part = Part::StatusLine;
+    if (m_statusCode < firstFinal) { // an interim answer: the real one follows
+        m_statusCode = 0;
+        m_told.reset();
+        m_chunked = false;
+        m_part = Part::StatusLine;
         return;
     }
-    current = State::Body;
-    if (statusCode == noContent || statusCode == notModified) {
-        current = State::Complete;
-    } else if (chunked) {
-        told.reset();
-        part = Part::ChunkSize;
-    } else if (told) {
-        left = *told;
-        part = Part::Sized;
-        if (left == 0) {
-            current = State::Complete;
+    m_current = State::Body;
+    if (m_statusCode == noContent || m_statusCode == notModified) {
+        m_current = State::Complete;
+    } else if (m_chunked) {
+        m_told.reset();
+        m_part = Part::ChunkSize;
+    } else if (m_told) {
+        m_left = *m_told;
+        m_part = Part::Sized;
+        if (m_left == 0) {
+            m_current = State::Complete;
         }
     } else {
-        part = Part::Endless;
+        m_part = Part::Endless;
     }
 }
 
@@ -179,8 +179,8 @@ void HttpAnswer::takeChunkSize(const QByteArray &whole) {
         fail();
         return;
     }
-    left = size.toLongLong(nullptr, 16);
-    part = left == 0 ? Part::Trailer : Part::Chunk;
+    m_left = size.toLongLong(nullptr, 16);
+    m_part = m_left == 0 ? Part::Trailer : Part::Chunk;
 }
 
 } // namespace quorvane::platform

@@ -25,17 +25,17 @@ public:
     /// The connection has ended: an answer whose length nobody told is complete, another one broken.
     void takeEnd();
 
-    [[nodiscard]] State state() const { return current; }
+    [[nodiscard]] State state() const { return m_current; }
 
-    [[nodiscard]] bool hasHead() const { return statusCode != 0; }
+    [[nodiscard]] bool hasHead() const { return m_statusCode != 0; }
 
-    [[nodiscard]] int status() const { return statusCode; }
+    [[nodiscard]] int status() const { return m_statusCode; }
 
     /// The length of the body as the head tells it.
-    [[nodiscard]] std::optional<qint64> length() const { return told; }
+    [[nodiscard]] std::optional<qint64> length() const { return m_told; }
 
     /// The value of the "Location" field, empty without one.
-    [[nodiscard]] QByteArray location() const { return locationValue; }
+    [[nodiscard]] QByteArray location() const { return m_locationValue; }
 
 private:
     enum class Part { StatusLine, Fields, Sized, Endless, ChunkSize, Chunk, ChunkEnd, Trailer };
@@ -47,20 +47,20 @@ private:
     void takeChunkSize(const QByteArray &line);
     void endHead();
 
-    void fail() { current = State::Broken; }
+    void fail() { m_current = State::Broken; }
 
     /// Takes what it may of the bytes from `at` on as body.
     [[nodiscard]] QByteArray takeBody(const QByteArray &bytes, qsizetype &at);
 
-    qint64 headLeft;
-    State current = State::Head;
-    Part part = Part::StatusLine;
-    QByteArray line;
-    int statusCode = 0;
-    std::optional<qint64> told;
-    bool chunked = false;
-    QByteArray locationValue;
-    qint64 left = 0; ///< of the body, or of the chunk
+    qint64 m_headLeft;
+    State m_current = State::Head;
+    Part m_part = Part::StatusLine;
+    QByteArray m_line;
+    int m_statusCode = 0;
+    std::optional<qint64> m_told;
+    bool m_chunked = false;
+    QByteArray m_locationValue;
+    qint64 m_left = 0; ///< of the body, or of the chunk
 };
 
 } // namespace quorvane::platform

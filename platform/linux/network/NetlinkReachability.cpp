@@ -69,28 +69,29 @@ std::optional<std::uint32_t> flagsOfAddress(std::uint32_t address) {
 class NetworkNews {
 public:
     [[nodiscard]] bool open() {
-        file.reset(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
+        m_file.reset(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
         sockaddr_nl address{};
         address.nl_family = AF_NETLINK;
         address.nl_groups =
             RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_IFADDR | RTMGRP_IPV6_ROUTE;
         const void *raw = &address;
-        return file.isOpen() && ::bind(file.get(), static_cast<const sockaddr *>(raw), sizeof address) == 0;
+        return m_file.isOpen() &&
+               ::bind(m_file.get(), static_cast<const sockaddr *>(raw), sizeof address) == 0;
     }
 
-    [[nodiscard]] int descriptor() const { return file.get(); }
+    [[nodiscard]] int descriptor() const { return m_file.get(); }
 
     /// Throws the waiting news away: whatever they say, the tables are asked anew.
     void clear() const {
         std::array<char, 8192> buffer{};
         // Lost news (ENOBUFS) are news, too.
-        while (::recv(file.get(), buffer.data(), buffer.size(), 0) >= 0 || errno == EINTR ||
+        while (::recv(m_file.get(), buffer.data(), buffer.size(), 0) >= 0 || errno == EINTR ||
                errno == ENOBUFS) {
         }
     }
 
 private:
-    FileDescriptor file;
+    FileDescriptor m_file;
 };
 
 /// What a target shares with its threads.
@@ -147,17 +148,19 @@ void run(const std::shared_ptr<Watch> &watch) {
 
 class NetlinkTarget final : public ReachabilityTarget {
 public:
-    explicit NetlinkTarget(const QByteArray &name) : watch(std::make_shared<Watch>(name)) { resolve(watch); }
+    explicit NetlinkTarget(const QByteArray &name) : m_watch(std::make_shared<Watch>(name)) {
+        resolve(m_watch);
+    }
 
     ~NetlinkTarget() override { stop(); }
 
     NetlinkTarget(const NetlinkTarget &) = delete;
     NetlinkTarget &operator=(const NetlinkTarget &) = delete;
 
-    [[nodiscard]] std::optional<std::uint32_t> flags() override { return watch->flags(); }
+    [[nodiscard]] std::optional<std::uint32_t> flags() override { return m_watch->flags(); }
 
     bool setCallback(Callback callback) override {
-        watch->delivery.setCallback(std::move(callback));
+        m_watch->delivery.setCallback(std::move(callback));
         return true;
     }
 
@@ -167,16 +170,16 @@ public:
             return true;
         }
         // A callback may stop the delivery before this call is through.
-        const std::lock_guard lock(mutex);
-        watch->ending = false;
-        if (!watch->wake.isOpen() || !watch->news.open()) {
+        const std::lock_guard lock(m_mutex);
+        m_watch->ending = false;
+        if (!m_watch->wake.isOpen() || !m_watch->news.open()) {
             return false;
         }
-        watch->delivery.setQueue(queue);
+        m_watch->delivery.setQueue(queue);
         try {
-            thread = std::thread([shared = watch] { run(shared); });
+            m_thread = std::thread([shared = m_watch] { run(shared); });
         } catch (const std::system_error &) {
-            watch->delivery.setQueue(nullptr);
+            m_watch->delivery.setQueue(nullptr);
             return false;
         }
         return true;
@@ -186,24 +189,24 @@ private:
     /// Ends delivery, then the watching thread.
     void stop() {
         // Waits for a running callback, which may be in here itself: not under the lock.
-        watch->delivery.setQueue(nullptr);
+        m_watch->delivery.setQueue(nullptr);
         std::thread ended;
         {
-            const std::lock_guard lock(mutex);
-            ended.swap(thread);
+            const std::lock_guard lock(m_mutex);
+            ended.swap(m_thread);
         }
         if (!ended.joinable()) {
             return;
         }
-        watch->ending = true;
-        watch->wakeUp();
+        m_watch->ending = true;
+        m_watch->wakeUp();
         ended.join();
     }
 
     /// Guards the thread.
-    std::mutex mutex;
-    std::shared_ptr<Watch> watch;
-    std::thread thread;
+    std::mutex m_mutex;
+    std::shared_ptr<Watch> m_watch;
+    std::thread m_thread;
 };
 
 } // namespace

@@ -32,7 +32,7 @@ struct DownloadFile {
 } // namespace
 
 QtUrlLoader::QtUrlLoader(const QString &clientVersion, const QString &authorities, const UrlLimits &bounds)
-    : version(clientVersion), authorityFile(authorities), limits(bounds) {}
+    : m_version(clientVersion), m_authorityFile(authorities), m_limits(bounds) {}
 
 QtUrlLoader::~QtUrlLoader() = default;
 
@@ -59,8 +59,9 @@ bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination 
     };
     // The transfer belongs to the context and goes with it.
     auto *transfer = new UrlTransfer(
-        *request, limits, context, [target](const QByteArray &piece) { return target->take(piece); }, ended);
-    QObject::connect(&lifetime, &QObject::destroyed, transfer, &UrlTransfer::cancel);
+        *request, m_limits, context, [target](const QByteArray &piece) { return target->take(piece); },
+        ended);
+    QObject::connect(&m_lifetime, &QObject::destroyed, transfer, &UrlTransfer::cancel);
     return true;
 }
 
@@ -73,12 +74,12 @@ std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
     QEventLoop loop;
     QByteArray body("");
     // Growing by copying would take three times the largest body; room that is not used costs nothing.
-    body.reserve(limits.largestBody);
+    body.reserve(m_limits.largestBody);
     std::optional<UrlError> failure;
     bool over = false;
     QObject context;
     new UrlTransfer(
-        *request, limits, &context,
+        *request, m_limits, &context,
         [&body](const QByteArray &piece) {
             body += piece;
             return std::optional<UrlError>();
@@ -99,13 +100,13 @@ std::optional<UrlRequest> QtUrlLoader::requestFor(const QByteArray &url) {
     if (!strict) {
         return std::nullopt;
     }
-    std::call_once(tlsIsSet, [this] {
-        tls = QSslConfiguration::defaultConfiguration();
-        if (!authorityFile.isEmpty()) {
-            tls->addCaCertificates(authorityFile);
+    std::call_once(m_tlsIsSet, [this] {
+        m_tls = QSslConfiguration::defaultConfiguration();
+        if (!m_authorityFile.isEmpty()) {
+            m_tls->addCaCertificates(m_authorityFile);
         }
     });
-    return UrlRequest{*strict, "Quorvane/" + version.toUtf8(), *tls};
+    return UrlRequest{*strict, "Quorvane/" + m_version.toUtf8(), *m_tls};
 }
 
 } // namespace quorvane::platform

@@ -51,14 +51,14 @@ public:
 private:
     [[nodiscard]] std::optional<UrlRequest> requestFor(const QByteArray &url);
 
-    const QString version;
-    const QString authorityFile;
-    const UrlLimits limits;
-    std::once_flag tlsIsSet;
+    const QString m_version;
+    const QString m_authorityFile;
+    const UrlLimits m_limits;
+    std::once_flag m_tlsIsSet;
     /// Set at the first request: the TLS library is slow to load, and the window should not wait for it.
-    std::optional<QSslConfiguration> tls;
+    std::optional<QSslConfiguration> m_tls;
     /// Downloads end with it.
-    QObject lifetime;
+    QObject m_lifetime;
 };
 
 } // namespace quorvane::platform

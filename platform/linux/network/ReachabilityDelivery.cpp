@@ -19,35 +19,35 @@ struct ReachabilityDelivery::State {
     std::atomic<std::uint64_t> generation = 0;
 };
 
-ReachabilityDelivery::ReachabilityDelivery() : state(std::make_shared<State>()) {}
+ReachabilityDelivery::ReachabilityDelivery() : m_state(std::make_shared<State>()) {}
 
 ReachabilityDelivery::~ReachabilityDelivery() {
     setQueue(nullptr);
 }
 
 void ReachabilityDelivery::setCallback(ReachabilityTarget::Callback callback) {
-    const std::lock_guard lock(state->delivering);
-    state->callback = std::move(callback);
+    const std::lock_guard lock(m_state->delivering);
+    m_state->callback = std::move(callback);
 }
 
 void ReachabilityDelivery::setQueue(SerialQueue *queue) {
     {
-        const std::lock_guard lock(state->routing);
-        ++state->generation;
-        state->queue = queue;
-        state->last.reset();
+        const std::lock_guard lock(m_state->routing);
+        ++m_state->generation;
+        m_state->queue = queue;
+        m_state->last.reset();
     }
     // Waits for a callback that is running on another thread.
-    const std::lock_guard lock(state->delivering);
+    const std::lock_guard lock(m_state->delivering);
 }
 
 void ReachabilityDelivery::report(std::uint32_t flags) {
-    const std::lock_guard lock(state->routing);
-    if (state->queue == nullptr || state->last == flags) {
+    const std::lock_guard lock(m_state->routing);
+    if (m_state->queue == nullptr || m_state->last == flags) {
         return;
     }
-    state->last = flags;
-    state->queue->async([shared = state, flags, generation = state->generation.load()] {
+    m_state->last = flags;
+    m_state->queue->async([shared = m_state, flags, generation = m_state->generation.load()] {
         const std::lock_guard delivery(shared->delivering);
         if (shared->generation != generation) {
             return;

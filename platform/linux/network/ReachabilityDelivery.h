@@ -24,7 +24,7 @@ public:
 private:
     struct State;
     // Shared with the work that waits on the queue.
-    std::shared_ptr<State> state;
+    std::shared_ptr<State> m_state;
 };
 
 } // namespace quorvane::platform

@@ -4,9 +4,9 @@
 
 namespace quorvane::platform {
 
-ThreadQueue::ThreadQueue(const QString &name) : state(std::make_shared<State>()) {
+ThreadQueue::ThreadQueue(const QString &name) : m_state(std::make_shared<State>()) {
     // The kernel keeps 15 characters of a thread's name.
-    thread = std::thread([shared = state, label = name.right(15).toLatin1()] {
+    m_thread = std::thread([shared = m_state, label = name.right(15).toLatin1()] {
         pthread_setname_np(pthread_self(), label.constData());
         run(*shared);
     });
@@ -14,27 +14,27 @@ ThreadQueue::ThreadQueue(const QString &name) : state(std::make_shared<State>())
 
 ThreadQueue::~ThreadQueue() {
     {
-        const std::lock_guard lock(state->mutex);
-        state->ending = true;
-        state->waiting.clear();
+        const std::lock_guard lock(m_state->mutex);
+        m_state->ending = true;
+        m_state->waiting.clear();
     }
-    state->wake.notify_one();
-    if (thread.get_id() == std::this_thread::get_id()) {
-        thread.detach();
+    m_state->wake.notify_one();
+    if (m_thread.get_id() == std::this_thread::get_id()) {
+        m_thread.detach();
     } else {
-        thread.join();
+        m_thread.join();
     }
 }
 
 void ThreadQueue::async(std::function<void()> work) {
     {
-        const std::lock_guard lock(state->mutex);
-        if (state->ending) {
+        const std::lock_guard lock(m_state->mutex);
+        if (m_state->ending) {
             return;
         }
-        state->waiting.push_back(std::move(work));
+        m_state->waiting.push_back(std::move(work));
     }
-    state->wake.notify_one();
+    m_state->wake.notify_one();
 }
 
 void ThreadQueue::run(State &state) {

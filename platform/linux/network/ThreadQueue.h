@@ -34,8 +34,8 @@ private:
     static void run(State &state);
 
     // Shared with the thread, which outlives the queue when the queue is destroyed on it.
-    std::shared_ptr<State> state;
-    std::thread thread;
+    std::shared_ptr<State> m_state;
+    std::thread m_thread;
 };
 
 } // namespace quorvane::platform

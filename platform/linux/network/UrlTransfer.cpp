@@ -39,11 +39,11 @@ UrlError::Kind kindOf(QAbstractSocket::SocketError error) {
 
 UrlTransfer::UrlTransfer(UrlRequest wanted, const UrlLimits &bounds, QObject *parent, Receiver takePiece,
                          Ended tellEnd)
-    : QObject(parent), request(std::move(wanted)), limits(bounds), receiver(std::move(takePiece)),
-      ended(std::move(tellEnd)), answer(largestHead) {
-    silence.setInterval(limits.silence);
-    overall.setInterval(limits.overall);
-    for (QTimer *timer : {&silence, &overall}) {
+    : QObject(parent), m_request(std::move(wanted)), m_limits(bounds), m_receiver(std::move(takePiece)),
+      m_ended(std::move(tellEnd)), m_answer(largestHead) {
+    m_silence.setInterval(m_limits.silence);
+    m_overall.setInterval(m_limits.overall);
+    for (QTimer *timer : {&m_silence, &m_overall}) {
         timer->setSingleShot(true);
         timer->setTimerType(Qt::PreciseTimer);
         connect(timer, &QTimer::timeout, this, [this] {
@@ -55,44 +55,44 @@ UrlTransfer::UrlTransfer(UrlRequest wanted, const UrlLimits &bounds, QObject *pa
 }
 
 UrlTransfer::~UrlTransfer() {
-    if (lookup >= 0) {
-        QHostInfo::abortHostLookup(lookup);
+    if (m_lookup >= 0) {
+        QHostInfo::abortHostLookup(m_lookup);
     }
     dropSocket();
 }
 
 void UrlTransfer::cancel() {
-    hasEnded = true;
-    silence.stop();
-    overall.stop();
+    m_hasEnded = true;
+    m_silence.stop();
+    m_overall.stop();
     dropSocket();
     deleteLater();
 }
 
 void UrlTransfer::dropSocket() {
-    if (socket == nullptr) {
+    if (m_socket == nullptr) {
         return;
     }
-    socket->disconnect(this);
-    socket->abort();
+    m_socket->disconnect(this);
+    m_socket->abort();
     // It may be the one that is calling.
-    socket->deleteLater();
-    socket = nullptr;
+    m_socket->deleteLater();
+    m_socket = nullptr;
 }
 
 void UrlTransfer::lookUp() {
-    lookup = QHostInfo::lookupHost(request.url.host(), this, [this](const QHostInfo &found) {
-        lookup = -1;
-        if (hasEnded) {
+    m_lookup = QHostInfo::lookupHost(m_request.url.host(), this, [this](const QHostInfo &found) {
+        m_lookup = -1;
+        if (m_hasEnded) {
             return;
         }
-        addresses = found.addresses();
-        if (addresses.isEmpty()) {
+        m_addresses = found.addresses();
+        if (m_addresses.isEmpty()) {
             end(UrlError{UrlError::Kind::NoHost, found.errorString()});
             return;
         }
         // The address that the service sees is what the window shows, and the tunnel lends IPv4 addresses.
-        std::stable_partition(addresses.begin(), addresses.end(), [](const QHostAddress &address) {
+        std::stable_partition(m_addresses.begin(), m_addresses.end(), [](const QHostAddress &address) {
             return address.protocol() == QAbstractSocket::IPv4Protocol;
         });
         connectToNext();
@@ -101,118 +101,118 @@ void UrlTransfer::lookUp() {
 
 void UrlTransfer::connectToNext() {
     dropSocket();
-    isConnected = false;
-    answer = HttpAnswer(largestHead);
-    received = 0;
-    socket = new QSslSocket(this);
-    socket->setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    m_isConnected = false;
+    m_answer = HttpAnswer(largestHead);
+    m_received = 0;
+    m_socket = new QSslSocket(this);
+    m_socket->setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
     // What is not read yet stays with the sender.
-    socket->setReadBufferSize(unread);
-    connect(socket, &QAbstractSocket::errorOccurred, this, &UrlTransfer::takeFailure);
-    connect(socket, &QAbstractSocket::connected, this, [this] { isConnected = true; });
-    connect(socket, &QIODevice::readyRead, this, &UrlTransfer::takeBytes);
-    const QString address = addresses.takeFirst().toString();
-    if (request.url.scheme() == QStringLiteral("https")) {
-        connect(socket, &QSslSocket::encrypted, this, &UrlTransfer::send);
-        socket->setSslConfiguration(request.tls);
-        socket->connectToHostEncrypted(address, static_cast<quint16>(request.url.port(443)),
-                                       request.url.host());
+    m_socket->setReadBufferSize(unread);
+    connect(m_socket, &QAbstractSocket::errorOccurred, this, &UrlTransfer::takeFailure);
+    connect(m_socket, &QAbstractSocket::connected, this, [this] { m_isConnected = true; });
+    connect(m_socket, &QIODevice::readyRead, this, &UrlTransfer::takeBytes);
+    const QString address = m_addresses.takeFirst().toString();
+    if (m_request.url.scheme() == QStringLiteral("https")) {
+        connect(m_socket, &QSslSocket::encrypted, this, &UrlTransfer::send);
+        m_socket->setSslConfiguration(m_request.tls);
+        m_socket->connectToHostEncrypted(address, static_cast<quint16>(m_request.url.port(443)),
+                                         m_request.url.host());
     } else {
-        connect(socket, &QAbstractSocket::connected, this, &UrlTransfer::send);
-        socket->connectToHost(address, static_cast<quint16>(request.url.port(80)));
+        connect(m_socket, &QAbstractSocket::connected, this, &UrlTransfer::send);
+        m_socket->connectToHost(address, static_cast<quint16>(m_request.url.port(80)));
     }
 }
 
 QByteArray UrlTransfer::text() const {
-    const QString path = request.url.path(QUrl::FullyEncoded);
+    const QString path = m_request.url.path(QUrl::FullyEncoded);
     QByteArray target = path.isEmpty() ? QByteArray("/") : path.toLatin1();
-    if (request.url.hasQuery()) {
-        target += '?' + request.url.query(QUrl::FullyEncoded).toLatin1();
+    if (m_request.url.hasQuery()) {
+        target += '?' + m_request.url.query(QUrl::FullyEncoded).toLatin1();
     }
     // A packed body could unfold far beyond the limit.
-    return "GET " + target + " HTTP/1.1\r\nHost: " + request.url.authority(QUrl::FullyEncoded).toLatin1() +
-           "\r\nUser-Agent: " + request.userAgent +
+    return "GET " + target + " HTTP/1.1\r\nHost: " + m_request.url.authority(QUrl::FullyEncoded).toLatin1() +
+           "\r\nUser-Agent: " + m_request.userAgent +
            "\r\nAccept: */*\r\nAccept-Encoding: identity\r\nConnection: close\r\n\r\n";
 }
 
 void UrlTransfer::send() {
-    silence.start();
-    socket->write(text());
+    m_silence.start();
+    m_socket->write(text());
 }
 
 void UrlTransfer::takeFailure(QAbstractSocket::SocketError error) {
-    if (!isConnected && !addresses.isEmpty()) {
+    if (!m_isConnected && !m_addresses.isEmpty()) {
         connectToNext();
         return;
     }
-    if (isConnected && error == QAbstractSocket::RemoteHostClosedError) {
+    if (m_isConnected && error == QAbstractSocket::RemoteHostClosedError) {
         takeBytes();
-        if (socket == nullptr) {
+        if (m_socket == nullptr) {
             return;
         }
-        answer.takeEnd();
-        if (answer.state() == HttpAnswer::State::Complete) {
-            end(received == 0 ? receiver(QByteArray()) : std::nullopt);
+        m_answer.takeEnd();
+        if (m_answer.state() == HttpAnswer::State::Complete) {
+            end(m_received == 0 ? m_receiver(QByteArray()) : std::nullopt);
         } else {
             end(broken());
         }
         return;
     }
-    end(UrlError{kindOf(error), socket->errorString()});
+    end(UrlError{kindOf(error), m_socket->errorString()});
 }
 
 void UrlTransfer::takeBytes() {
-    const QByteArray bytes = socket->readAll();
+    const QByteArray bytes = m_socket->readAll();
     if (bytes.isEmpty()) {
         return;
     }
-    silence.start();
-    const QByteArray piece = answer.take(bytes);
-    received += piece.size();
-    if (answer.state() == HttpAnswer::State::Broken) {
+    m_silence.start();
+    const QByteArray piece = m_answer.take(bytes);
+    m_received += piece.size();
+    if (m_answer.state() == HttpAnswer::State::Broken) {
         end(broken());
-    } else if (answer.state() == HttpAnswer::State::TooLarge || received > limits.largestBody ||
-               answer.length().value_or(0) > limits.largestBody) {
+    } else if (m_answer.state() == HttpAnswer::State::TooLarge || m_received > m_limits.largestBody ||
+               m_answer.length().value_or(0) > m_limits.largestBody) {
         end(tooLarge());
     } else if (isRedirect()) {
         takeRedirect();
-    } else if (const auto error = piece.isEmpty() ? std::nullopt : receiver(piece)) {
+    } else if (const auto error = piece.isEmpty() ? std::nullopt : m_receiver(piece)) {
         end(error);
-    } else if (answer.state() == HttpAnswer::State::Complete) {
-        end(received == 0 ? receiver(QByteArray()) : std::nullopt);
+    } else if (m_answer.state() == HttpAnswer::State::Complete) {
+        end(m_received == 0 ? m_receiver(QByteArray()) : std::nullopt);
     }
 }
 
 bool UrlTransfer::isRedirect() const {
-    const int status = answer.status();
+    const int status = m_answer.status();
     const bool moved = status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
     const bool headIsWhole =
-        answer.state() == HttpAnswer::State::Body || answer.state() == HttpAnswer::State::Complete;
-    return moved && headIsWhole && !answer.location().isEmpty();
+        m_answer.state() == HttpAnswer::State::Body || m_answer.state() == HttpAnswer::State::Complete;
+    return moved && headIsWhole && !m_answer.location().isEmpty();
 }
 
 void UrlTransfer::takeRedirect() {
-    const QUrl location = QUrl::fromEncoded(answer.location(), QUrl::StrictMode);
-    QUrl target = request.url.resolved(location);
+    const QUrl location = QUrl::fromEncoded(m_answer.location(), QUrl::StrictMode);
+    QUrl target = m_request.url.resolved(location);
     target.setFragment(QString());
     const bool safe =
-        target.scheme() == QStringLiteral("https") || request.url.scheme() == QStringLiteral("http");
-    if (!location.isValid() || !safe || !strictUrl(target.toEncoded()) || ++redirects > mostRedirects) {
+        target.scheme() == QStringLiteral("https") || m_request.url.scheme() == QStringLiteral("http");
+    if (!location.isValid() || !safe || !strictUrl(target.toEncoded()) || ++m_redirects > mostRedirects) {
         end(UrlError{UrlError::Kind::Other, QStringLiteral("the answer leads astray")});
         return;
     }
-    request.url = target;
+    m_request.url = target;
     dropSocket();
     lookUp();
 }
 
 void UrlTransfer::end(const std::optional<UrlError> &error) {
-    if (hasEnded) {
+    if (m_hasEnded) {
         return;
     }
     cancel();
     // The receiver of the news may delete the parent of this object.
-    const Ended tell = std::move(ended);
+    const Ended tell = std::move(m_ended);
     tell(error);
 }
 

@@ -39,20 +39,20 @@ private:
     [[nodiscard]] QByteArray text() const;
     void dropSocket();
 
-    UrlRequest request;
-    const UrlLimits limits;
-    Receiver receiver;
-    Ended ended;
-    QTimer silence;
-    QTimer overall;
-    QList<QHostAddress> addresses; ///< not tried yet
-    QSslSocket *socket = nullptr;
-    HttpAnswer answer;
-    qint64 received = 0;
-    int redirects = 0;
-    int lookup = -1;
-    bool isConnected = false;
-    bool hasEnded = false;
+    UrlRequest m_request;
+    const UrlLimits m_limits;
+    Receiver m_receiver;
+    Ended m_ended;
+    QTimer m_silence;
+    QTimer m_overall;
+    QList<QHostAddress> m_addresses; ///< not tried yet
+    QSslSocket *m_socket = nullptr;
+    HttpAnswer m_answer;
+    qint64 m_received = 0;
+    int m_redirects = 0;
+    int m_lookup = -1;
+    bool m_isConnected = false;
+    bool m_hasEnded = false;
 };
 
 } // namespace quorvane::platform

@@ -51,18 +51,18 @@ bool isStorable(const QVariant &value) {
 } // namespace
 
 PlistPreferences::PlistPreferences(const QString &file, int lockMilliseconds)
-    : path(file), lockLimit(lockMilliseconds) {
+    : m_path(file), m_lockLimit(lockMilliseconds) {
     synchronize();
 }
 
 QVariant PlistPreferences::value(const QString &key) const {
-    const std::lock_guard lock(mutex);
-    return view.value(key);
+    const std::lock_guard lock(m_mutex);
+    return m_view.value(key);
 }
 
 void PlistPreferences::setValues(const QVariantMap &values) {
     {
-        const std::lock_guard lock(mutex);
+        const std::lock_guard lock(m_mutex);
         QVariantMap changes;
         for (auto entry = values.begin(); entry != values.end(); ++entry) {
             const QVariant kept = canonical(*entry);
@@ -70,28 +70,28 @@ void PlistPreferences::setValues(const QVariantMap &values) {
                 changes.insert(entry.key(), kept);
             }
         }
-        apply(view, changes);
-        pending.insert(changes);
-        ownChanges.insert(changes);
+        apply(m_view, changes);
+        m_pending.insert(changes);
+        m_ownChanges.insert(changes);
     }
     synchronize();
 }
 
 bool PlistPreferences::synchronize() {
-    const std::lock_guard lock(exchanging);
+    const std::lock_guard lock(m_exchanging);
     return exchange();
 }
 
 QString PlistPreferences::filePath() const {
-    return path;
+    return m_path;
 }
 
 void PlistPreferences::setProblemHandler(Problem handler) {
     QStringList waiting;
     {
-        const std::lock_guard lock(mutex);
-        problemHandler = handler;
-        waiting.swap(undelivered);
+        const std::lock_guard lock(m_mutex);
+        m_problemHandler = handler;
+        waiting.swap(m_undelivered);
     }
     for (const QString &text : std::as_const(waiting)) {
         handler(text);
@@ -101,20 +101,20 @@ void PlistPreferences::setProblemHandler(Problem handler) {
 bool PlistPreferences::exchange() {
     QVariantMap changes;
     {
-        const std::lock_guard lock(mutex);
-        changes = pending;
+        const std::lock_guard lock(m_mutex);
+        changes = m_pending;
     }
     // With nothing to say and nothing there, no folder is made.
-    const QString folder = QFileInfo(path).path();
+    const QString folder = QFileInfo(m_path).path();
     if (!changes.isEmpty()) {
         const int failure = makePrivateFolders(folder);
         if (failure != 0) {
             report(QStringLiteral("The folder %1 cannot be made: %2").arg(folder, qt_error_string(failure)));
         }
     }
-    const FileLock lock(path + QStringLiteral(".lock"), lockLimit);
+    const FileLock lock(m_path + QStringLiteral(".lock"), m_lockLimit);
     if (lock.hasTimedOut()) {
-        report(QStringLiteral("%1.lock is held too long; going on without it").arg(path));
+        report(QStringLiteral("%1.lock is held too long; going on without it").arg(m_path));
     }
     const Contents found = read();
     if (!found.usable) {
@@ -125,47 +125,47 @@ bool PlistPreferences::exchange() {
     if (!store(found, wanted)) {
         return false;
     }
-    const std::lock_guard guard(mutex);
-    known = wanted;
+    const std::lock_guard guard(m_mutex);
+    m_known = wanted;
     // Another thread may have changed a key since; those changes stay pending.
     for (auto change = changes.begin(); change != changes.end(); ++change) {
-        if (pending.value(change.key()) == *change) {
-            pending.remove(change.key());
+        if (m_pending.value(change.key()) == *change) {
+            m_pending.remove(change.key());
         }
     }
-    view = wanted;
-    apply(view, pending);
-    lastProblem.clear();
+    m_view = wanted;
+    apply(m_view, m_pending);
+    m_lastProblem.clear();
     return true;
 }
 
 PlistPreferences::Contents PlistPreferences::read() {
     struct stat status {};
 
-    if (::lstat(QFile::encodeName(path).constData(), &status) != 0) {
+    if (::lstat(QFile::encodeName(m_path).constData(), &status) != 0) {
         if (errno != ENOENT && errno != ENOTDIR) {
-            report(QStringLiteral("%1 cannot be read: %2").arg(path, qt_error_string(errno)));
+            report(QStringLiteral("%1 cannot be read: %2").arg(m_path, qt_error_string(errno)));
             return {{}, false, false};
         }
         Contents own{{}, true, true};
-        const std::lock_guard lock(mutex);
-        apply(own.values, ownChanges);
-        own.mustBeWritten = !pending.isEmpty();
+        const std::lock_guard lock(m_mutex);
+        apply(own.values, m_ownChanges);
+        own.mustBeWritten = !m_pending.isEmpty();
         return own;
     }
     if (status.st_uid != ::geteuid()) {
-        report(QStringLiteral("%1 belongs to another user and is left alone").arg(path));
+        report(QStringLiteral("%1 belongs to another user and is left alone").arg(m_path));
         return {{}, false, false};
     }
     QByteArray bytes;
-    int failure = readPlainFile(path, PropertyList::largestSize, bytes);
+    int failure = readPlainFile(m_path, PropertyList::largestSize, bytes);
     // The user's own file that somebody has closed to him too is opened again; what is in it counts.
     if (failure == EACCES && S_ISREG(status.st_mode) &&
-        ::chmod(QFile::encodeName(path).constData(), S_IRUSR | S_IWUSR) == 0) {
-        failure = readPlainFile(path, PropertyList::largestSize, bytes);
+        ::chmod(QFile::encodeName(m_path).constData(), S_IRUSR | S_IWUSR) == 0) {
+        failure = readPlainFile(m_path, PropertyList::largestSize, bytes);
     }
     if (failure != 0 && failure != EFBIG) {
-        report(QStringLiteral("%1 cannot be read: %2").arg(path, qt_error_string(failure)));
+        report(QStringLiteral("%1 cannot be read: %2").arg(m_path, qt_error_string(failure)));
         return {{}, false, false};
     }
     const auto values = failure == 0 ? PropertyList::parse(bytes) : std::nullopt;
@@ -176,32 +176,32 @@ PlistPreferences::Contents PlistPreferences::recoverFromCorruption() {
     const QString aside = moveAside();
     if (aside.isNull()) {
         report(QStringLiteral("%1 is no property list and cannot be moved aside: %2")
-                   .arg(path, qt_error_string(errno)));
+                   .arg(m_path, qt_error_string(errno)));
         return {{}, false, false};
     }
-    report(QStringLiteral("%1 was no property list; it is kept as %2").arg(path, aside));
-    const std::lock_guard lock(mutex);
-    return {known, true, !known.isEmpty()};
+    report(QStringLiteral("%1 was no property list; it is kept as %2").arg(m_path, aside));
+    const std::lock_guard lock(m_mutex);
+    return {m_known, true, !m_known.isEmpty()};
 }
 
 bool PlistPreferences::store(const Contents &found, const QVariantMap &wanted) {
     if (!found.mustBeWritten && wanted == found.values) {
         return true;
     }
-    const int failure = replaceFile(path, PropertyList::write(wanted));
+    const int failure = replaceFile(m_path, PropertyList::write(wanted));
     if (failure != 0) {
-        report(QStringLiteral("%1 cannot be written: %2").arg(path, qt_error_string(failure)));
+        report(QStringLiteral("%1 cannot be written: %2").arg(m_path, qt_error_string(failure)));
     }
     return failure == 0;
 }
 
 QString PlistPreferences::moveAside() const {
     const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
-    const QString base = path + QStringLiteral(".corrupt-") + stamp;
+    const QString base = m_path + QStringLiteral(".corrupt-") + stamp;
     constexpr int attempts = 100;
     for (int i = 0; i < attempts; ++i) {
         const QString aside = i == 0 ? base : base + QLatin1Char('-') + QString::number(i);
-        if (::renameat2(AT_FDCWD, QFile::encodeName(path).constData(), AT_FDCWD,
+        if (::renameat2(AT_FDCWD, QFile::encodeName(m_path).constData(), AT_FDCWD,
                         QFile::encodeName(aside).constData(), RENAME_NOREPLACE) == 0) {
             QFile::setPermissions(aside, QFile::ReadOwner | QFile::WriteOwner);
             return aside;
@@ -216,14 +216,14 @@ QString PlistPreferences::moveAside() const {
 void PlistPreferences::report(const QString &text) {
     Problem handler;
     {
-        const std::lock_guard lock(mutex);
-        if (text == lastProblem) {
+        const std::lock_guard lock(m_mutex);
+        if (text == m_lastProblem) {
             return;
         }
-        lastProblem = text;
-        handler = problemHandler;
+        m_lastProblem = text;
+        handler = m_problemHandler;
         if (!handler) {
-            undelivered.append(text);
+            m_undelivered.append(text);
         }
     }
     if (handler) {

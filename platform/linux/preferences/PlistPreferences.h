@@ -51,26 +51,26 @@ private:
     [[nodiscard]] QString moveAside() const;
     void report(const QString &text);
 
-    const QString path;
-    const int lockLimit;
+    const QString m_path;
+    const int m_lockLimit;
 
     /// One exchange with the file at a time; taken before `mutex`.
-    std::mutex exchanging;
+    std::mutex m_exchanging;
 
     /// Guards what follows. Never held while waiting for the disk, so that reads do not wait either.
-    mutable std::mutex mutex;
+    mutable std::mutex m_mutex;
     /// What value() answers.
-    QVariantMap view;
+    QVariantMap m_view;
     /// What the file held after the last exchange.
-    QVariantMap known;
+    QVariantMap m_known;
     /// Changes that have not reached the file; an invalid variant is a removal.
-    QVariantMap pending;
+    QVariantMap m_pending;
     /// Every change of this process so far.
-    QVariantMap ownChanges;
+    QVariantMap m_ownChanges;
 
-    Problem problemHandler;
-    QStringList undelivered;
-    QString lastProblem;
+    Problem m_problemHandler;
+    QStringList m_undelivered;
+    QString m_lastProblem;
 };
 
 } // namespace quorvane::platform

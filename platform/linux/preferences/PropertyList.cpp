@@ -41,12 +41,12 @@ using Memory = std::unique_ptr<T, MemoryDeleter>;
 /// The parser reads numbers by the thread's locale; a decimal comma there would cut every real.
 class PlainNumbers {
 public:
-    PlainNumbers() : plain(::newlocale(LC_ALL_MASK, "C", nullptr)), before(::uselocale(plain)) {}
+    PlainNumbers() : m_plain(::newlocale(LC_ALL_MASK, "C", nullptr)), m_before(::uselocale(m_plain)) {}
 
     ~PlainNumbers() {
-        ::uselocale(before);
-        if (plain != nullptr) {
-            ::freelocale(plain);
+        ::uselocale(m_before);
+        if (m_plain != nullptr) {
+            ::freelocale(m_plain);
         }
     }
 
@@ -54,8 +54,8 @@ public:
     PlainNumbers &operator=(const PlainNumbers &) = delete;
 
 private:
-    locale_t plain;
-    locale_t before;
+    locale_t m_plain;
+    locale_t m_before;
 };
 
 QDateTime epoch() {

@@ -24,13 +24,13 @@ bool isUtf8(const QByteArray &bytes) {
 /// A walk over the objects of a binary property list that counts what they amount to.
 class BinaryWalk {
 public:
-    explicit BinaryWalk(const QByteArray &source) : bytes(source) {}
+    explicit BinaryWalk(const QByteArray &source) : m_bytes(source) {}
 
     [[nodiscard]] bool run() {
         if (!readTrailer()) {
             return false;
         }
-        return visit(topObject, 0);
+        return visit(m_topObject, 0);
     }
 
 private:
@@ -38,49 +38,49 @@ private:
     [[nodiscard]] quint64 number(qsizetype at, int size) const {
         quint64 value = 0;
         for (int i = 0; i < size; ++i) {
-            value = (value << 8U) | static_cast<quint8>(bytes[at + i]);
+            value = (value << 8U) | static_cast<quint8>(m_bytes[at + i]);
         }
         return value;
     }
 
     [[nodiscard]] bool readTrailer() {
-        if (bytes.size() < magicSize + 1 + trailerSize) {
+        if (m_bytes.size() < magicSize + 1 + trailerSize) {
             return false;
         }
-        const qsizetype trailer = bytes.size() - trailerSize;
-        offsetSize = static_cast<quint8>(bytes[trailer + 6]);
-        referenceSize = static_cast<quint8>(bytes[trailer + 7]);
-        objects = number(trailer + 8, 8);
-        topObject = number(trailer + 16, 8);
+        const qsizetype trailer = m_bytes.size() - trailerSize;
+        m_offsetSize = static_cast<quint8>(m_bytes[trailer + 6]);
+        m_referenceSize = static_cast<quint8>(m_bytes[trailer + 7]);
+        m_objects = number(trailer + 8, 8);
+        m_topObject = number(trailer + 16, 8);
         const quint64 table = number(trailer + 24, 8);
         const auto end = static_cast<quint64>(trailer);
-        if (offsetSize < 1 || offsetSize > 8 || referenceSize < 1 || referenceSize > 8) {
+        if (m_offsetSize < 1 || m_offsetSize > 8 || m_referenceSize < 1 || m_referenceSize > 8) {
             return false;
         }
-        if (objects == 0 || objects > static_cast<quint64>(mostValues) || topObject >= objects) {
+        if (m_objects == 0 || m_objects > static_cast<quint64>(mostValues) || m_topObject >= m_objects) {
             return false;
         }
         if (table < static_cast<quint64>(magicSize) || table >= end ||
-            objects * static_cast<quint64>(offsetSize) > end - table) {
+            m_objects * static_cast<quint64>(m_offsetSize) > end - table) {
             return false;
         }
-        offsetTable = static_cast<qsizetype>(table);
+        m_offsetTable = static_cast<qsizetype>(table);
         return true;
     }
 
     /// Reads the count of an object's marker; at moves to the first content byte.
     [[nodiscard]] bool readCount(qsizetype &at, quint64 &count) const {
-        count = static_cast<quint8>(bytes[at]) & 0x0FU;
+        count = static_cast<quint8>(m_bytes[at]) & 0x0FU;
         ++at;
         if (count != 0x0FU) {
             return true;
         }
-        if (at >= offsetTable || (static_cast<quint8>(bytes[at]) & 0xF0U) != 0x10U) {
+        if (at >= m_offsetTable || (static_cast<quint8>(m_bytes[at]) & 0xF0U) != 0x10U) {
             return false;
         }
-        const int size = 1 << (static_cast<quint8>(bytes[at]) & 0x0FU);
+        const int size = 1 << (static_cast<quint8>(m_bytes[at]) & 0x0FU);
         ++at;
-        if (size > 8 || at + size > offsetTable) {
+        if (size > 8 || at + size > m_offsetTable) {
             return false;
         }
         count = number(at, size);
@@ -89,14 +89,14 @@ private:
     }
 
     [[nodiscard]] bool fits(qsizetype at, quint64 count, quint64 unit) const {
-        const auto room = static_cast<quint64>(offsetTable - at);
+        const auto room = static_cast<quint64>(m_offsetTable - at);
         return count <= room && count * unit <= room;
     }
 
     [[nodiscard]] bool visitChildren(qsizetype at, quint64 references, int depth) {
         for (quint64 i = 0; i < references; ++i) {
-            const qsizetype place = at + static_cast<qsizetype>(i) * referenceSize;
-            if (!visit(number(place, referenceSize), depth + 1)) {
+            const qsizetype place = at + static_cast<qsizetype>(i) * m_referenceSize;
+            if (!visit(number(place, m_referenceSize), depth + 1)) {
                 return false;
             }
         }
@@ -105,15 +105,16 @@ private:
 
     [[nodiscard]] bool visit(quint64 object, int depth) {
         // A shared object counts each time it is met: that bounds repetition as well as loops.
-        if (object >= objects || depth > greatestDepth || ++visited > mostValues) {
+        if (object >= m_objects || depth > greatestDepth || ++m_visited > mostValues) {
             return false;
         }
-        const quint64 offset = number(offsetTable + static_cast<qsizetype>(object) * offsetSize, offsetSize);
-        if (offset < static_cast<quint64>(magicSize) || offset >= static_cast<quint64>(offsetTable)) {
+        const quint64 offset =
+            number(m_offsetTable + static_cast<qsizetype>(object) * m_offsetSize, m_offsetSize);
+        if (offset < static_cast<quint64>(magicSize) || offset >= static_cast<quint64>(m_offsetTable)) {
             return false;
         }
         auto at = static_cast<qsizetype>(offset);
-        const unsigned marker = static_cast<quint8>(bytes[at]);
+        const unsigned marker = static_cast<quint8>(m_bytes[at]);
         const quint64 power = 1ULL << (marker & 0x0FU);
         quint64 count = 0;
         switch (marker >> 4U) {
@@ -131,10 +132,10 @@ private:
         case 0x6: // UTF-16 text
             return readCount(at, count) && fits(at, count, 2) && spend(count * 2);
         case 0xA: // array
-            return readCount(at, count) && fits(at, count, static_cast<quint64>(referenceSize)) &&
+            return readCount(at, count) && fits(at, count, static_cast<quint64>(m_referenceSize)) &&
                    visitChildren(at, count, depth);
         case 0xD: // dictionary: the keys, then the values
-            return readCount(at, count) && fits(at, count, 2 * static_cast<quint64>(referenceSize)) &&
+            return readCount(at, count) && fits(at, count, 2 * static_cast<quint64>(m_referenceSize)) &&
                    keysAreTexts(at, count) && visitChildren(at, count * 2, depth);
         default:
             return false;
@@ -143,16 +144,16 @@ private:
 
     [[nodiscard]] bool keysAreTexts(qsizetype at, quint64 count) const {
         for (quint64 i = 0; i < count; ++i) {
-            const quint64 object = number(at + static_cast<qsizetype>(i) * referenceSize, referenceSize);
-            if (object >= objects) {
+            const quint64 object = number(at + static_cast<qsizetype>(i) * m_referenceSize, m_referenceSize);
+            if (object >= m_objects) {
                 return false;
             }
             const quint64 offset =
-                number(offsetTable + static_cast<qsizetype>(object) * offsetSize, offsetSize);
-            if (offset >= static_cast<quint64>(offsetTable)) {
+                number(m_offsetTable + static_cast<qsizetype>(object) * m_offsetSize, m_offsetSize);
+            if (offset >= static_cast<quint64>(m_offsetTable)) {
                 return false;
             }
-            const unsigned kind = static_cast<quint8>(bytes[static_cast<qsizetype>(offset)]) >> 4U;
+            const unsigned kind = static_cast<quint8>(m_bytes[static_cast<qsizetype>(offset)]) >> 4U;
             if (kind != 0x5U && kind != 0x6U) {
                 return false;
             }
@@ -163,7 +164,7 @@ private:
             }
             for (quint64 k = 0; k < length; ++k) {
                 const qsizetype unit = begin + static_cast<qsizetype>(kind == 0x6U ? 2 * k : k);
-                if (bytes[unit] == 0 && (kind == 0x5U || bytes[unit + 1] == 0)) {
+                if (m_bytes[unit] == 0 && (kind == 0x5U || m_bytes[unit + 1] == 0)) {
                     return false;
                 }
             }
@@ -173,18 +174,18 @@ private:
 
     /// Shared long values count each time they are met, too.
     [[nodiscard]] bool spend(quint64 size) {
-        contentBytes += size;
-        return contentBytes <= static_cast<quint64>(largestSize);
+        m_contentBytes += size;
+        return m_contentBytes <= static_cast<quint64>(largestSize);
     }
 
-    const QByteArray &bytes;
-    qsizetype offsetTable = 0;
-    int offsetSize = 0;
-    int referenceSize = 0;
-    quint64 objects = 0;
-    quint64 topObject = 0;
-    qsizetype visited = 0;
-    quint64 contentBytes = 0;
+    const QByteArray &m_bytes;
+    qsizetype m_offsetTable = 0;
+    int m_offsetSize = 0;
+    int m_referenceSize = 0;
+    quint64 m_objects = 0;
+    quint64 m_topObject = 0;
+    qsizetype m_visited = 0;
+    quint64 m_contentBytes = 0;
 };
 
 } // namespace

@@ -30,15 +30,15 @@ QByteArray findTool(const QByteArray &given) {
 
 } // namespace
 
-PkexecAuthorizationService::PkexecAuthorizationService(const QByteArray &tool) : givenTool(tool) {}
+PkexecAuthorizationService::PkexecAuthorizationService(const QByteArray &tool) : m_givenTool(tool) {}
 
 bool PkexecAuthorizationService::lookUp() {
-    return !findTool(givenTool).isEmpty();
+    return !findTool(m_givenTool).isEmpty();
 }
 
 PrivilegedProcess PkexecAuthorizationService::launch(const QString &program, const QStringList &arguments,
                                                      const QString &folder) {
-    const QByteArray tool = findTool(givenTool);
+    const QByteArray tool = findTool(m_givenTool);
     if (tool.isEmpty()) {
         return {toolMissing, -1, -1};
     }

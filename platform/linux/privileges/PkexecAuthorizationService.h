@@ -20,7 +20,7 @@ public:
     [[nodiscard]] std::optional<int> wait(pid_t pid, bool block) override;
 
 private:
-    const QByteArray givenTool;
+    const QByteArray m_givenTool;
 };
 
 } // namespace quorvane::platform

@@ -36,26 +36,26 @@ public:
     explicit SecretBytes(const QString &text) {
         QByteArray encoded = text.toUtf8();
         // Room for all of it at once: growing would leave a copy behind.
-        bytes.reserve(encoded.size() + 1);
-        bytes.append(encoded);
-        bytes.append('\n');
+        m_bytes.reserve(encoded.size() + 1);
+        m_bytes.append(encoded);
+        m_bytes.append('\n');
         wipe(encoded);
     }
 
-    ~SecretBytes() { wipe(bytes); }
+    ~SecretBytes() { wipe(m_bytes); }
 
     SecretBytes(const SecretBytes &) = delete;
     SecretBytes &operator=(const SecretBytes &) = delete;
 
     /// The password and a line feed.
-    [[nodiscard]] const QByteArray &line() const { return bytes; }
+    [[nodiscard]] const QByteArray &line() const { return m_bytes; }
 
 private:
     static void wipe(QByteArray &secret) {
         ::explicit_bzero(secret.data(), static_cast<std::size_t>(secret.size()));
     }
 
-    QByteArray bytes;
+    QByteArray m_bytes;
 };
 
 /// Answers each prompt for a password with one line, so that a wrong one costs one attempt.
@@ -63,36 +63,36 @@ class PromptAnswerer {
 public:
     PromptAnswerer(const SecretBytes &secret, const QByteArray &sudoPrompt, const QByteArray &marker,
                    int prompts)
-        : password(secret), prompt(sudoPrompt), granted(marker), left(prompts) {}
+        : m_password(secret), m_prompt(sudoPrompt), m_granted(marker), m_left(prompts) {}
 
     void look(ChildInput &input, const QByteArray &error, bool quiet) {
-        if (error.contains(granted)) {
-            left = 0;
+        if (error.contains(m_granted)) {
+            m_left = 0;
             input.close();
             return;
         }
-        const qsizetype lineStart = std::max(error.lastIndexOf('\n') + 1, answered);
+        const qsizetype lineStart = std::max(error.lastIndexOf('\n') + 1, m_answered);
         const QByteArray tail = error.mid(lineStart);
-        const bool isSudo = tail.endsWith(prompt);
+        const bool isSudo = tail.endsWith(m_prompt);
         // A prompt of another wording is told by the silence that follows it.
         const bool isPrompt = isSudo || tail.endsWith("assword: ") || (quiet && !tail.trimmed().isEmpty());
-        if (!isPrompt || left == 0) {
+        if (!isPrompt || m_left == 0) {
             return;
         }
-        answered = error.size();
-        left = isSudo ? 0 : left - 1;
-        input.send(password.line());
-        if (left == 0) {
+        m_answered = error.size();
+        m_left = isSudo ? 0 : m_left - 1;
+        input.send(m_password.line());
+        if (m_left == 0) {
             input.close();
         }
     }
 
 private:
-    const SecretBytes &password;
-    QByteArray prompt;
-    QByteArray granted;
-    int left;
-    qsizetype answered = 0;
+    const SecretBytes &m_password;
+    QByteArray m_prompt;
+    QByteArray m_granted;
+    int m_left;
+    qsizetype m_answered = 0;
 };
 
 QByteArrayList environment(const QByteArray &path) {
@@ -221,7 +221,7 @@ QByteArray nonce() {
 } // namespace
 
 SudoScriptingService::SudoScriptingService(const QString &resourcesFolder)
-    : resources(QFile::encodeName(resourcesFolder)) {}
+    : m_resources(QFile::encodeName(resourcesFolder)) {}
 
 ScriptResult SudoScriptingService::runAsUser(const QString &line) {
     const QByteArray bytes = line.toUtf8();
@@ -229,7 +229,7 @@ ScriptResult SudoScriptingService::runAsUser(const QString &line) {
         return failure(notRun, QStringLiteral("The command holds a NUL character."));
     }
     const ChildOutcome outcome =
-        runChild({"/bin/sh", {"sh", "-c", "--", bytes}, environment(resources + ':' + systemPath), "/"});
+        runChild({"/bin/sh", {"sh", "-c", "--", bytes}, environment(m_resources + ':' + systemPath), "/"});
     if (outcome.startFailure != 0) {
         return failure(notRun, qt_error_string(outcome.startFailure));
     }
@@ -257,7 +257,7 @@ ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const
 
     const QByteArray marker = "@@granted-" + nonce() + "@@";
     const QByteArray prompt = "@@password-" + nonce() + "@@";
-    Ladder ladder = ladderFor(*account, {bytes, resources + ':' + systemPath, marker}, prompt);
+    Ladder ladder = ladderFor(*account, {bytes, m_resources + ':' + systemPath, marker}, prompt);
     if (ladder.command.program.isEmpty()) {
         return failure(notRun, QStringLiteral("sudo, su or a tool beside them is not installed."));
     }

@@ -21,7 +21,7 @@ public:
                                                   const QString &password) override;
 
 private:
-    const QByteArray resources;
+    const QByteArray m_resources;
 };
 
 } // namespace quorvane::platform

@@ -54,21 +54,21 @@ std::vector<char *> pointers(QByteArrayList &texts) {
 class SpawnSettings {
 public:
     SpawnSettings() {
-        ::posix_spawn_file_actions_init(&actions);
-        ::posix_spawnattr_init(&attributes);
+        ::posix_spawn_file_actions_init(&m_actions);
+        ::posix_spawnattr_init(&m_attributes);
         sigset_t all;
         sigset_t none;
         ::sigfillset(&all);
         ::sigemptyset(&none);
-        ::posix_spawnattr_setsigdefault(&attributes, &all);
-        ::posix_spawnattr_setsigmask(&attributes, &none);
-        ::posix_spawnattr_setflags(&attributes,
+        ::posix_spawnattr_setsigdefault(&m_attributes, &all);
+        ::posix_spawnattr_setsigmask(&m_attributes, &none);
+        ::posix_spawnattr_setflags(&m_attributes,
                                    POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     }
 
     ~SpawnSettings() {
-        ::posix_spawn_file_actions_destroy(&actions);
-        ::posix_spawnattr_destroy(&attributes);
+        ::posix_spawn_file_actions_destroy(&m_actions);
+        ::posix_spawnattr_destroy(&m_attributes);
     }
 
     SpawnSettings(const SpawnSettings &) = delete;
@@ -76,32 +76,32 @@ public:
 
     void useInput(const FileDescriptor &end) {
         if (end.isOpen()) {
-            ::posix_spawn_file_actions_adddup2(&actions, end.get(), STDIN_FILENO);
+            ::posix_spawn_file_actions_adddup2(&m_actions, end.get(), STDIN_FILENO);
         } else {
-            ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+            ::posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         }
     }
 
     void use(const FileDescriptor &end, int number) {
-        ::posix_spawn_file_actions_adddup2(&actions, end.get(), number);
+        ::posix_spawn_file_actions_adddup2(&m_actions, end.get(), number);
     }
 
     /// The child's process number, or absent with errno set.
     [[nodiscard]] std::optional<pid_t> start(const ChildCommand &command) {
-        ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-        ::posix_spawn_file_actions_addchdir_np(&actions, command.folder.constData());
+        ::posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
+        ::posix_spawn_file_actions_addchdir_np(&m_actions, command.folder.constData());
         QByteArrayList arguments = command.arguments;
         QByteArrayList environment = command.environment;
         pid_t pid = -1;
-        const int failure = ::posix_spawn(&pid, command.program.constData(), &actions, &attributes,
+        const int failure = ::posix_spawn(&pid, command.program.constData(), &m_actions, &m_attributes,
                                           pointers(arguments).data(), pointers(environment).data());
         errno = failure;
         return failure == 0 ? std::optional(pid) : std::nullopt;
     }
 
 private:
-    posix_spawn_file_actions_t actions{};
-    posix_spawnattr_t attributes{};
+    posix_spawn_file_actions_t m_actions{};
+    posix_spawnattr_t m_attributes{};
 };
 
 /// Reads what is there. False at the end of the stream.
@@ -140,9 +140,9 @@ void leaveToDrainer(FileDescriptor end) {
 class RunningChild {
 public:
     RunningChild(pid_t pid, FileDescriptor outputEnd, FileDescriptor errorEnd, FileDescriptor inputEnd)
-        : process(openProcess(pid)), child(pid), output(std::move(outputEnd)), error(std::move(errorEnd)),
-          input(std::move(inputEnd)) {
-        for (const FileDescriptor *end : {&output, &error}) {
+        : m_process(openProcess(pid)), m_child(pid), m_output(std::move(outputEnd)),
+          m_error(std::move(errorEnd)), m_input(std::move(inputEnd)) {
+        for (const FileDescriptor *end : {&m_output, &m_error}) {
             ::fcntl(end->get(), F_SETFL, ::fcntl(end->get(), F_GETFL) | O_NONBLOCK);
         }
     }
@@ -152,69 +152,69 @@ public:
         }
         readOutputs();
         siginfo_t information{};
-        while (::waitid(P_PID, static_cast<id_t>(child), &information, WEXITED) != 0 && errno == EINTR) {
+        while (::waitid(P_PID, static_cast<id_t>(m_child), &information, WEXITED) != 0 && errno == EINTR) {
         }
         const int number = information.si_status;
-        outcome.status = information.si_code == CLD_EXITED ? number : 128 + number;
-        for (FileDescriptor *end : {&output, &error}) {
+        m_outcome.status = information.si_code == CLD_EXITED ? number : 128 + number;
+        for (FileDescriptor *end : {&m_output, &m_error}) {
             if (end->isOpen()) {
                 leaveToDrainer(std::move(*end));
             }
         }
-        return std::move(outcome);
+        return std::move(m_outcome);
     }
 
 private:
     /// Waits for something to happen. True once the process has ended.
     [[nodiscard]] bool hasEnded(const ChildWatcher &watcher) {
         std::array<pollfd, 3> watched{
-            {{process.get(), POLLIN, 0}, {output.get(), POLLIN, 0}, {error.get(), POLLIN, 0}}};
-        const bool mustLook = !process.isOpen() || (watcher && !toldQuiet);
+            {{m_process.get(), POLLIN, 0}, {m_output.get(), POLLIN, 0}, {m_error.get(), POLLIN, 0}}};
+        const bool mustLook = !m_process.isOpen() || (watcher && !m_toldQuiet);
         const int limit = mustLook ? quietMilliseconds : -1;
         const int ready = ::poll(watched.data(), watched.size(), limit);
         if (ready < 0) {
             return errno != EINTR;
         }
-        const qsizetype before = outcome.error.size();
+        const qsizetype before = m_outcome.error.size();
         readOutputs();
-        const bool grown = outcome.error.size() != before;
-        toldQuiet = ready == 0;
+        const bool grown = m_outcome.error.size() != before;
+        m_toldQuiet = ready == 0;
         if (watcher && (grown || ready == 0)) {
-            watcher(input, outcome.error, ready == 0);
+            watcher(m_input, m_outcome.error, ready == 0);
         }
-        return process.isOpen() ? watched[0].revents != 0 : isWaitable();
+        return m_process.isOpen() ? watched[0].revents != 0 : isWaitable();
     }
 
     /// For want of a descriptor for the process.
     [[nodiscard]] bool isWaitable() const {
         siginfo_t information{};
         const int outcomeOfWait =
-            ::waitid(P_PID, static_cast<id_t>(child), &information, WEXITED | WNOHANG | WNOWAIT);
-        return outcomeOfWait != 0 || information.si_pid == child;
+            ::waitid(P_PID, static_cast<id_t>(m_child), &information, WEXITED | WNOHANG | WNOWAIT);
+        return outcomeOfWait != 0 || information.si_pid == m_child;
     }
 
     void readOutputs() {
-        if (output.isOpen() && !drain(output, outcome.output)) {
-            output.reset();
+        if (m_output.isOpen() && !drain(m_output, m_outcome.output)) {
+            m_output.reset();
         }
-        if (error.isOpen() && !drain(error, outcome.error)) {
-            error.reset();
+        if (m_error.isOpen() && !drain(m_error, m_outcome.error)) {
+            m_error.reset();
         }
     }
 
-    FileDescriptor process;
-    pid_t child;
-    FileDescriptor output;
-    FileDescriptor error;
-    ChildInput input;
-    ChildOutcome outcome;
-    bool toldQuiet = false;
+    FileDescriptor m_process;
+    pid_t m_child;
+    FileDescriptor m_output;
+    FileDescriptor m_error;
+    ChildInput m_input;
+    ChildOutcome m_outcome;
+    bool m_toldQuiet = false;
 };
 
 } // namespace
 
 void ChildInput::send(const QByteArray &bytes) {
-    if (!descriptor.isOpen()) {
+    if (!m_descriptor.isOpen()) {
         return;
     }
     // The signal for a closed pipe would end this whole process.
@@ -225,7 +225,7 @@ void ChildInput::send(const QByteArray &bytes) {
     ::pthread_sigmask(SIG_BLOCK, &pipeSignal, &before);
     ssize_t written = -1;
     do {
-        written = ::write(descriptor.get(), bytes.constData(), static_cast<std::size_t>(bytes.size()));
+        written = ::write(m_descriptor.get(), bytes.constData(), static_cast<std::size_t>(bytes.size()));
     } while (written < 0 && errno == EINTR);
     if (written < 0 && errno == EPIPE) {
         const timespec atOnce{};

@@ -35,15 +35,15 @@ struct ChildOutcome {
 /// The writing end of a child's standard input.
 class ChildInput {
 public:
-    explicit ChildInput(FileDescriptor end) : descriptor(std::move(end)) {}
+    explicit ChildInput(FileDescriptor end) : m_descriptor(std::move(end)) {}
 
     /// Writes bytes that fit in a pipe (64 KiB). A child that has closed its end is no error.
     void send(const QByteArray &bytes);
 
-    void close() { descriptor.reset(); }
+    void close() { m_descriptor.reset(); }
 
 private:
-    FileDescriptor descriptor;
+    FileDescriptor m_descriptor;
 };
 
 /// Sees the standard error of a child grow. Quiet means that nothing has come for a short while.

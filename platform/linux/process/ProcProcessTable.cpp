@@ -87,10 +87,10 @@ bool isEnding(int folder, const char *process) {
 
 } // namespace
 
-ProcProcessTable::ProcProcessTable(const QByteArray &path) : folder(path) {}
+ProcProcessTable::ProcProcessTable(const QByteArray &path) : m_folder(path) {}
 
 int ProcProcessTable::query(ProcessRecord *rows, std::size_t &count) const {
-    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(folder.constData()));
+    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(m_folder.constData()));
     if (!stream) {
         return errno;
     }

@@ -15,7 +15,7 @@ public:
     [[nodiscard]] int query(ProcessRecord *rows, std::size_t &count) const override;
 
 private:
-    const QByteArray folder;
+    const QByteArray m_folder;
 };
 
 } // namespace quorvane::platform

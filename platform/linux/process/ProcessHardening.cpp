@@ -35,8 +35,8 @@ QuitSignals::QuitSignals(QObject *parent) : QObject(parent) {
     if (pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return;
     }
-    notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, [this] {
+    m_notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, [this] {
         std::array<char, 16> bytes{};
         while (read(pipeEnds[0], bytes.data(), bytes.size()) > 0) {
         }

@@ -4,15 +4,15 @@ namespace quorvane::platform {
 
 LinuxTrayHosts::LinuxTrayHosts(bool embeds) {
     if (embeds) {
-        selection = std::make_unique<TraySelectionWatch>();
+        m_selection = std::make_unique<TraySelectionWatch>();
     }
 }
 
 void LinuxTrayHosts::installChangeHandler(std::function<void()> handler) {
-    if (selection) {
-        selection->setChangeHandler(handler);
+    if (m_selection) {
+        m_selection->setChangeHandler(handler);
     }
-    notifier.setChangeHandler(std::move(handler));
+    m_notifier.setChangeHandler(std::move(handler));
 }
 
 } // namespace quorvane::platform

@@ -13,15 +13,15 @@ public:
     /// `embeds` tells whether it does.
     explicit LinuxTrayHosts(bool embeds);
 
-    [[nodiscard]] bool notifierHost() const override { return notifier.hostRegistered(); }
+    [[nodiscard]] bool notifierHost() const override { return m_notifier.hostRegistered(); }
 
-    [[nodiscard]] bool embeddingTray() const override { return selection && selection->owned(); }
+    [[nodiscard]] bool embeddingTray() const override { return m_selection && m_selection->owned(); }
 
     void installChangeHandler(std::function<void()> handler) override;
 
 private:
-    StatusNotifierWatch notifier;
-    std::unique_ptr<TraySelectionWatch> selection;
+    StatusNotifierWatch m_notifier;
+    std::unique_ptr<TraySelectionWatch> m_selection;
 };
 
 } // namespace quorvane::platform

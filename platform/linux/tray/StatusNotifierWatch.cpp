@@ -59,7 +59,7 @@ StatusNotifierWatch::StatusNotifierWatch(QObject *parent) : QObject(parent) {
     for (const char *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         bus.connect(watcherName, watcherPath, watcherName, QString::fromLatin1(signal), this, SLOT(look()));
     }
-    registered = firstLook();
+    m_registered = firstLook();
 }
 
 bool StatusNotifierWatch::firstLook() const {
@@ -71,7 +71,7 @@ bool StatusNotifierWatch::firstLook() const {
 }
 
 void StatusNotifierWatch::look() {
-    ++looks;
+    ++m_looks;
     ask(introspection(), [this](const QDBusMessage &listing) {
         if (!listsHostProperty(listing)) {
             become(false);
@@ -82,28 +82,28 @@ void StatusNotifierWatch::look() {
 }
 
 void StatusNotifierWatch::gone() {
-    ++looks;
+    ++m_looks;
     become(false);
 }
 
 void StatusNotifierWatch::ask(const QDBusMessage &question,
                               const std::function<void(const QDBusMessage &)> &answered) {
     auto *pending = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, answered, asked = looks] {
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, answered, asked = m_looks] {
         pending->deleteLater();
-        if (asked == looks) {
+        if (asked == m_looks) {
             answered(pending->reply());
         }
     });
 }
 
 void StatusNotifierWatch::become(bool host) {
-    if (host == registered) {
+    if (host == m_registered) {
         return;
     }
-    registered = host;
-    if (changed) {
-        changed();
+    m_registered = host;
+    if (m_changed) {
+        m_changed();
     }
 }
 

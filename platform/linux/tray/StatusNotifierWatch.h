@@ -19,9 +19,9 @@ class StatusNotifierWatch final : public QObject {
 public:
     explicit StatusNotifierWatch(QObject *parent = nullptr);
 
-    [[nodiscard]] bool hostRegistered() const { return registered; }
+    [[nodiscard]] bool hostRegistered() const { return m_registered; }
 
-    void setChangeHandler(std::function<void()> handler) { changed = std::move(handler); }
+    void setChangeHandler(std::function<void()> changed) { m_changed = std::move(changed); }
 
 private Q_SLOTS:
     void look();
@@ -32,10 +32,10 @@ private:
     [[nodiscard]] bool firstLook() const;
     void become(bool host);
 
-    bool registered = false;
+    bool m_registered = false;
     /// Answers of an earlier look are void.
-    quint32 looks = 0;
-    std::function<void()> changed;
+    quint32 m_looks = 0;
+    std::function<void()> m_changed;
 };
 
 } // namespace quorvane::platform

@@ -25,13 +25,13 @@ void TraySelectionWatch::Disconnect::operator()(xcb_connection_t *open) const {
 
 TraySelectionWatch::TraySelectionWatch(const QByteArray &display, QObject *parent) : QObject(parent) {
     int screen = 0;
-    connection.reset(xcb_connect(display.isNull() ? nullptr : display.constData(), &screen));
-    if (xcb_connection_has_error(connection.get()) != 0) {
+    m_connection.reset(xcb_connect(display.isNull() ? nullptr : display.constData(), &screen));
+    if (xcb_connection_has_error(m_connection.get()) != 0) {
         return;
     }
     watchRoot(screen);
-    news = new QSocketNotifier(xcb_get_file_descriptor(connection.get()), QSocketNotifier::Read, this);
-    connect(news, &QSocketNotifier::activated, this, &TraySelectionWatch::readEvents);
+    m_news = new QSocketNotifier(xcb_get_file_descriptor(m_connection.get()), QSocketNotifier::Read, this);
+    connect(m_news, &QSocketNotifier::activated, this, &TraySelectionWatch::readEvents);
     look();
     QMetaObject::invokeMethod(this, &TraySelectionWatch::readEvents, Qt::QueuedConnection);
 }
@@ -40,34 +40,34 @@ TraySelectionWatch::~TraySelectionWatch() = default;
 
 quint32 TraySelectionWatch::atom(const QByteArray &name) const {
     const auto cookie =
-        xcb_intern_atom(connection.get(), 0, static_cast<quint16>(name.size()), name.constData());
-    const auto answer = reply(xcb_intern_atom_reply(connection.get(), cookie, nullptr));
+        xcb_intern_atom(m_connection.get(), 0, static_cast<quint16>(name.size()), name.constData());
+    const auto answer = reply(xcb_intern_atom_reply(m_connection.get(), cookie, nullptr));
     return answer ? answer->atom : 0U;
 }
 
 void TraySelectionWatch::watchRoot(int screen) {
-    auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(m_connection.get()));
     for (int i = 0; i < screen && screens.rem > 1; ++i) {
         xcb_screen_next(&screens);
     }
-    root = screens.data->root;
-    selection = atom("_NET_SYSTEM_TRAY_S" + QByteArray::number(screen));
-    manager = atom("MANAGER");
+    m_root = screens.data->root;
+    m_selection = atom("_NET_SYSTEM_TRAY_S" + QByteArray::number(screen));
+    m_manager = atom("MANAGER");
     // A tray that begins says so to the root window.
     const quint32 events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    xcb_change_window_attributes(connection.get(), root, XCB_CW_EVENT_MASK, &events);
+    xcb_change_window_attributes(m_connection.get(), m_root, XCB_CW_EVENT_MASK, &events);
 }
 
 void TraySelectionWatch::look() {
-    const auto cookie = xcb_get_selection_owner(connection.get(), selection);
-    const auto answer = reply(xcb_get_selection_owner_reply(connection.get(), cookie, nullptr));
+    const auto cookie = xcb_get_selection_owner(m_connection.get(), m_selection);
+    const auto answer = reply(xcb_get_selection_owner_reply(m_connection.get(), cookie, nullptr));
     quint32 found = answer ? answer->owner : 0U;
-    if (found != 0 && found != owner) {
+    if (found != 0 && found != m_owner) {
         // A tray that ends takes its window along. One that is gone already cannot be watched.
         const quint32 events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
         const auto watching =
-            xcb_change_window_attributes_checked(connection.get(), found, XCB_CW_EVENT_MASK, &events);
-        if (reply(xcb_request_check(connection.get(), watching))) {
+            xcb_change_window_attributes_checked(m_connection.get(), found, XCB_CW_EVENT_MASK, &events);
+        if (reply(xcb_request_check(m_connection.get(), watching))) {
             found = 0;
         }
     }
@@ -76,15 +76,15 @@ void TraySelectionWatch::look() {
 
 bool TraySelectionWatch::takeEvents() {
     bool trayNews = false;
-    while (const auto event = reply(xcb_poll_for_event(connection.get()))) {
+    while (const auto event = reply(xcb_poll_for_event(m_connection.get()))) {
         // The first bit says only that another client sent the event.
         const int kind = event->response_type & 0x7f;
         if (kind == XCB_CLIENT_MESSAGE) {
             const auto *message = reinterpret_cast<const xcb_client_message_event_t *>(event.get());
-            trayNews |= message->type == manager && message->data.data32[1] == selection;
+            trayNews |= message->type == m_manager && message->data.data32[1] == m_selection;
         } else if (kind == XCB_DESTROY_NOTIFY) {
             const auto *destroyed = reinterpret_cast<const xcb_destroy_notify_event_t *>(event.get());
-            trayNews |= destroyed->window == owner;
+            trayNews |= destroyed->window == m_owner;
         }
     }
     return trayNews;
@@ -95,17 +95,17 @@ void TraySelectionWatch::readEvents() {
     while (takeEvents()) {
         look();
     }
-    if (xcb_connection_has_error(connection.get()) != 0) {
-        news->setEnabled(false);
+    if (xcb_connection_has_error(m_connection.get()) != 0) {
+        m_news->setEnabled(false);
         become(0);
     }
 }
 
 void TraySelectionWatch::become(quint32 newOwner) {
     const bool before = owned();
-    owner = newOwner;
-    if (owned() != before && changed) {
-        changed();
+    m_owner = newOwner;
+    if (owned() != before && m_changed) {
+        m_changed();
     }
 }
 

@@ -20,9 +20,9 @@ public:
     explicit TraySelectionWatch(const QByteArray &display = {}, QObject *parent = nullptr);
     ~TraySelectionWatch() override;
 
-    [[nodiscard]] bool owned() const { return owner != 0; }
+    [[nodiscard]] bool owned() const { return m_owner != 0; }
 
-    void setChangeHandler(std::function<void()> handler) { changed = std::move(handler); }
+    void setChangeHandler(std::function<void()> changed) { m_changed = std::move(changed); }
 
 private:
     struct Disconnect {
@@ -37,13 +37,13 @@ private:
     void readEvents();
     void become(quint32 newOwner);
 
-    std::unique_ptr<xcb_connection_t, Disconnect> connection;
-    QSocketNotifier *news = nullptr;
-    quint32 root = 0;
-    quint32 selection = 0;
-    quint32 manager = 0;
-    quint32 owner = 0;
-    std::function<void()> changed;
+    std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
+    QSocketNotifier *m_news = nullptr;
+    quint32 m_root = 0;
+    quint32 m_selection = 0;
+    quint32 m_manager = 0;
+    quint32 m_owner = 0;
+    std::function<void()> m_changed;
 };
 
 } // namespace quorvane::platform

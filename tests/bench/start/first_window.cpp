@@ -45,30 +45,30 @@ using Reply = std::unique_ptr<T, Freed<T>>;
 /// The screen as far as this program looks at it.
 class Screen {
 public:
-    Screen() : connection(xcb_connect(nullptr, nullptr)) {
-        if (xcb_connection_has_error(connection) != 0) {
+    Screen() : m_connection(xcb_connect(nullptr, nullptr)) {
+        if (xcb_connection_has_error(m_connection) != 0) {
             fail("no X server");
         }
-        root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-        listOfWindows = atom("_NET_CLIENT_LIST");
-        ownerOfWindow = atom("_NET_WM_PID");
-        titleOfWindow = atom("_NET_WM_NAME");
+        m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+        m_listOfWindows = atom("_NET_CLIENT_LIST");
+        m_ownerOfWindow = atom("_NET_WM_PID");
+        m_titleOfWindow = atom("_NET_WM_NAME");
         const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(connection, root, XCB_CW_EVENT_MASK, &events);
-        xcb_flush(connection);
+        xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &events);
+        xcb_flush(m_connection);
     }
 
-    ~Screen() { xcb_disconnect(connection); }
+    ~Screen() { xcb_disconnect(m_connection); }
 
     Screen(const Screen &) = delete;
     Screen &operator=(const Screen &) = delete;
 
     /// Waits until something on the screen changed.
     void waitForChange(Clock::time_point end) {
-        pollfd waiting{xcb_get_file_descriptor(connection), POLLIN, 0};
+        pollfd waiting{xcb_get_file_descriptor(m_connection), POLLIN, 0};
         for (;;) {
             bool changed = false;
-            while (const auto event = Reply<xcb_generic_event_t>(xcb_poll_for_event(connection))) {
+            while (const auto event = Reply<xcb_generic_event_t>(xcb_poll_for_event(m_connection))) {
                 changed = true;
             }
             if (changed) {
@@ -83,13 +83,13 @@ public:
 
     /// The first managed window of the process that can be seen; 0 when there is none.
     [[nodiscard]] xcb_window_t visibleWindowOf(pid_t process) {
-        for (const std::uint32_t window : numbers(root, listOfWindows, XCB_ATOM_WINDOW)) {
-            const auto owner = numbers(window, ownerOfWindow, XCB_ATOM_CARDINAL);
+        for (const std::uint32_t window : numbers(m_root, m_listOfWindows, XCB_ATOM_WINDOW)) {
+            const auto owner = numbers(window, m_ownerOfWindow, XCB_ATOM_CARDINAL);
             if (owner.size() != 1 || owner.front() != static_cast<std::uint32_t>(process)) {
                 continue;
             }
             const Reply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
-                connection, xcb_get_window_attributes(connection, window), nullptr));
+                m_connection, xcb_get_window_attributes(m_connection, window), nullptr));
             if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE) {
                 return window;
             }
@@ -98,7 +98,7 @@ public:
     }
 
     [[nodiscard]] std::string title(xcb_window_t window) {
-        const auto reply = property(window, titleOfWindow, XCB_ATOM_ANY);
+        const auto reply = property(window, m_titleOfWindow, XCB_ATOM_ANY);
         return reply ? std::string(static_cast<const char *>(xcb_get_property_value(reply.get())),
                                    static_cast<std::size_t>(xcb_get_property_value_length(reply.get())))
                      : std::string();
@@ -107,8 +107,8 @@ public:
 private:
     [[nodiscard]] xcb_atom_t atom(const char *name) {
         const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-            connection, xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name),
-            nullptr));
+            m_connection,
+            xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name), nullptr));
         if (!reply) {
             fail("no answer of the X server");
         }
@@ -118,7 +118,7 @@ private:
     [[nodiscard]] Reply<xcb_get_property_reply_t> property(xcb_window_t window, xcb_atom_t name,
                                                            xcb_atom_t type) {
         return Reply<xcb_get_property_reply_t>(xcb_get_property_reply(
-            connection, xcb_get_property(connection, 0, window, name, type, 0, 1024), nullptr));
+            m_connection, xcb_get_property(m_connection, 0, window, name, type, 0, 1024), nullptr));
     }
 
     [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t name, xcb_atom_t type) {
@@ -132,11 +132,11 @@ private:
         return values;
     }
 
-    xcb_connection_t *connection;
-    xcb_window_t root = 0;
-    xcb_atom_t listOfWindows = 0;
-    xcb_atom_t ownerOfWindow = 0;
-    xcb_atom_t titleOfWindow = 0;
+    xcb_connection_t *m_connection;
+    xcb_window_t m_root = 0;
+    xcb_atom_t m_listOfWindows = 0;
+    xcb_atom_t m_ownerOfWindow = 0;
+    xcb_atom_t m_titleOfWindow = 0;
 };
 
 /// The program under measurement, without input; what it says goes to standard error.

@@ -11,16 +11,16 @@ const QString key = QStringLiteral("key");
 
 class PreferencesStoreTest : public ::testing::Test {
 protected:
-    void store(const QVariant &value) { preferences.setValue(key, value); }
+    void store(const QVariant &value) { m_preferences.setValue(key, value); }
 
-    fakes::MemoryPreferences preferences;
+    fakes::MemoryPreferences m_preferences;
 };
 
 TEST_F(PreferencesStoreTest, AbsentReadsAsZeroFalseAndNull) {
-    EXPECT_EQ(preferences.integer(key), 0);
-    EXPECT_FALSE(preferences.boolean(key));
-    EXPECT_TRUE(preferences.string(key).isNull());
-    EXPECT_FALSE(preferences.value(key).isValid());
+    EXPECT_EQ(m_preferences.integer(key), 0);
+    EXPECT_FALSE(m_preferences.boolean(key));
+    EXPECT_TRUE(m_preferences.string(key).isNull());
+    EXPECT_FALSE(m_preferences.value(key).isValid());
 }
 
 TEST_F(PreferencesStoreTest, IntegerOfEachType) {
@@ -45,7 +45,7 @@ TEST_F(PreferencesStoreTest, IntegerOfEachType) {
         {QByteArray("5"), 0}};
     for (const auto &[value, expected] : cases) {
         store(value);
-        EXPECT_EQ(preferences.integer(key), expected) << value.toString().toStdString();
+        EXPECT_EQ(m_preferences.integer(key), expected) << value.toString().toStdString();
     }
 }
 
@@ -67,7 +67,7 @@ TEST_F(PreferencesStoreTest, BooleanOfEachType) {
                                                        {QByteArray("1"), false}};
     for (const auto &[value, expected] : cases) {
         store(value);
-        EXPECT_EQ(preferences.boolean(key), expected) << value.toString().toStdString();
+        EXPECT_EQ(m_preferences.boolean(key), expected) << value.toString().toStdString();
     }
 }
 
@@ -79,27 +79,27 @@ TEST_F(PreferencesStoreTest, StringOfEachType) {
                                                           {false, QStringLiteral("0")}};
     for (const auto &[value, expected] : cases) {
         store(value);
-        EXPECT_EQ(preferences.string(key), expected);
+        EXPECT_EQ(m_preferences.string(key), expected);
     }
     store(QByteArray("bytes"));
-    EXPECT_TRUE(preferences.string(key).isNull());
+    EXPECT_TRUE(m_preferences.string(key).isNull());
 }
 
 TEST_F(PreferencesStoreTest, EmptyTextIsNotAnAbsentOne) {
     store(QStringLiteral(""));
-    EXPECT_FALSE(preferences.string(key).isNull());
+    EXPECT_FALSE(m_preferences.string(key).isNull());
     store(QString());
-    EXPECT_TRUE(preferences.value(key).isValid());
-    EXPECT_FALSE(preferences.string(key).isNull());
-    preferences.remove(key);
-    EXPECT_TRUE(preferences.string(key).isNull());
+    EXPECT_TRUE(m_preferences.value(key).isValid());
+    EXPECT_FALSE(m_preferences.string(key).isNull());
+    m_preferences.remove(key);
+    EXPECT_TRUE(m_preferences.string(key).isNull());
 }
 
 TEST_F(PreferencesStoreTest, IntegersAreKeptInOneType) {
     store(7U);
-    EXPECT_EQ(preferences.value(key).typeId(), QMetaType::LongLong);
+    EXPECT_EQ(m_preferences.value(key).typeId(), QMetaType::LongLong);
     store(0.5F);
-    EXPECT_EQ(preferences.value(key).typeId(), QMetaType::Double);
+    EXPECT_EQ(m_preferences.value(key).typeId(), QMetaType::Double);
 }
 
 } // namespace

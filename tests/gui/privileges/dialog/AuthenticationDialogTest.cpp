@@ -15,17 +15,17 @@ class AuthenticationDialogTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<QrvAuthenticationWindowController> dialog;
-    QObject observer;
-    QList<QVariant> started;
-    bool pairAccepted = true;
-    bool dnsRight = true;
-    bool rewriteWorks = true;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<QrvAuthenticationWindowController> m_dialog;
+    QObject m_observer;
+    QList<QVariant> m_started;
+    bool m_pairAccepted = true;
+    bool m_dnsRight = true;
+    bool m_rewriteWorks = true;
 
     [[nodiscard]] QStringList lines() const {
         QStringList all;
-        for (const auto &call : fixture->services.scripting().calls()) {
+        for (const auto &call : m_fixture->services.scripting().calls()) {
             all.append(call.line);
         }
         return all;
@@ -33,80 +33,80 @@ private:
 
     platform::ScriptResult answer(const FakeScriptingService::Call &call) const {
         if (call.line.startsWith(text("ls "))) {
-            return pairAccepted ? FakeScriptingService::success(text(""))
-                                : FakeScriptingService::failure(1, text("Sorry, try again."));
+            return m_pairAccepted ? FakeScriptingService::success(text(""))
+                                  : FakeScriptingService::failure(1, text("Sorry, try again."));
         }
         if (call.line.startsWith(text("networksetup -get"))) {
-            return FakeScriptingService::success(dnsRight ? text("8.8.8.8\n8.8.4.4") : text("192.168.1.1"));
+            return FakeScriptingService::success(m_dnsRight ? text("8.8.8.8\n8.8.4.4") : text("192.168.1.1"));
         }
-        return rewriteWorks ? FakeScriptingService::success(text(""))
-                            : FakeScriptingService::failure(4, text("unknown"));
+        return m_rewriteWorks ? FakeScriptingService::success(text(""))
+                              : FakeScriptingService::failure(4, text("unknown"));
     }
 
     void fillAndStart() {
-        dialog->userNameTextField()->setText(text("ada"));
-        QTest::keyClicks(dialog->passwordTextField(), text("ada pw"));
-        QTest::mouseClick(dialog->startButton(), Qt::LeftButton);
+        m_dialog->userNameTextField()->setText(text("ada"));
+        QTest::keyClicks(m_dialog->passwordTextField(), text("ada pw"));
+        QTest::mouseClick(m_dialog->startButton(), Qt::LeftButton);
     }
 
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
-        pairAccepted = dnsRight = rewriteWorks = true;
-        started.clear();
-        fixture->services.scripting().setHandler(
+        m_fixture = std::make_unique<GuiFixture>();
+        m_pairAccepted = m_dnsRight = m_rewriteWorks = true;
+        m_started.clear();
+        m_fixture->services.scripting().setHandler(
             [this](const FakeScriptingService::Call &call) { return answer(call); });
-        fixture->services.platform().notifications->addObserver(
-            text("startVpn"), &observer, [this](const QVariant &object) { started.append(object); });
-        dialog = std::make_unique<QrvAuthenticationWindowController>(Alerts::shared());
-        dialog->loadWindow();
-        dialog->show();
-        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+        m_fixture->services.platform().notifications->addObserver(
+            text("startVpn"), &m_observer, [this](const QVariant &object) { m_started.append(object); });
+        m_dialog = std::make_unique<QrvAuthenticationWindowController>(Alerts::shared());
+        m_dialog->loadWindow();
+        m_dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
     }
 
     void cleanup() {
-        dialog.reset();
-        fixture.reset();
+        m_dialog.reset();
+        m_fixture.reset();
     }
 
     void beginsWithTheFullNameAndTheFocusOnThePassword() {
-        QCOMPARE(dialog->userNameTextField()->text(), text("Joe Tester"));
-        QVERIFY(dialog->passwordTextField()->hasFocus());
-        QCOMPARE(dialog->passwordTextField()->echoMode(), QLineEdit::Password);
-        QVERIFY(dialog->startButton()->isDefault());
+        QCOMPARE(m_dialog->userNameTextField()->text(), text("Joe Tester"));
+        QVERIFY(m_dialog->passwordTextField()->hasFocus());
+        QCOMPARE(m_dialog->passwordTextField()->echoMode(), QLineEdit::Password);
+        QVERIFY(m_dialog->startButton()->isDefault());
     }
 
     void emptyFieldsAreSilentAndKeepTheDialog() {
-        dialog->userNameTextField()->clear();
-        QTest::mouseClick(dialog->startButton(), Qt::LeftButton);
-        QCOMPARE(fixture->services.logSink().lines(), QStringList{text("username is missing")});
-        dialog->userNameTextField()->setText(text("ada"));
-        QTest::mouseClick(dialog->startButton(), Qt::LeftButton);
-        QCOMPARE(fixture->services.logSink().lines().last(), text("password is missing"));
-        QVERIFY(dialog->isVisible());
-        QVERIFY(fixture->alerts.isEmpty());
-        QVERIFY(fixture->services.scripting().calls().empty());
-        QVERIFY(!fixture->services.preferences().value(text("un")).isValid());
+        m_dialog->userNameTextField()->clear();
+        QTest::mouseClick(m_dialog->startButton(), Qt::LeftButton);
+        QCOMPARE(m_fixture->services.logSink().lines(), QStringList{text("username is missing")});
+        m_dialog->userNameTextField()->setText(text("ada"));
+        QTest::mouseClick(m_dialog->startButton(), Qt::LeftButton);
+        QCOMPARE(m_fixture->services.logSink().lines().last(), text("password is missing"));
+        QVERIFY(m_dialog->isVisible());
+        QVERIFY(m_fixture->alerts.isEmpty());
+        QVERIFY(m_fixture->services.scripting().calls().empty());
+        QVERIFY(!m_fixture->services.preferences().value(text("un")).isValid());
     }
 
     void validPairWithRightDnsStartsOnceAndCloses() {
         fillAndStart();
-        QCOMPARE(started.size(), 1);
-        QCOMPARE(started.first().value<QObject *>(), dialog->startButton());
-        QVERIFY(!dialog->isVisible());
+        QCOMPARE(m_started.size(), 1);
+        QCOMPARE(m_started.first().value<QObject *>(), m_dialog->startButton());
+        QVERIFY(!m_dialog->isVisible());
         QCOMPARE(QrvCredentials::sharedInstance().userName(), text("ada"));
         QCOMPARE(QrvCredentials::sharedInstance().rootPassword(), text("ada pw"));
         QVERIFY(!lines().join(u'\n').contains(text("-setdnsservers")));
         QVERIFY(
-            fixture->services.logSink().lines().contains(text("QrvAuthenticationWindowController closed")));
+            m_fixture->services.logSink().lines().contains(text("QrvAuthenticationWindowController closed")));
     }
 
     void validPairAfterARewriteStartsNothingAndCloses() {
-        dnsRight = false;
+        m_dnsRight = false;
         fillAndStart();
-        QVERIFY(started.isEmpty());
-        QVERIFY(!dialog->isVisible());
+        QVERIFY(m_started.isEmpty());
+        QVERIFY(!m_dialog->isVisible());
         QCOMPARE(lines().filter(text("-setdnsservers")),
                  (QStringList{text("networksetup -setdnsservers Ethernet 8.8.8.8 8.8.4.4 "),
                               text("networksetup -setdnsservers Wi-Fi 8.8.8.8 8.8.4.4 "),
@@ -114,75 +114,75 @@ private Q_SLOTS:
     }
 
     void validPairAfterAFailedRewriteStartsAllTheSame() {
-        dnsRight = false;
-        rewriteWorks = false;
+        m_dnsRight = false;
+        m_rewriteWorks = false;
         fillAndStart();
-        QCOMPARE(started.size(), 1);
-        QVERIFY(!dialog->isVisible());
+        QCOMPARE(m_started.size(), 1);
+        QVERIFY(!m_dialog->isVisible());
     }
 
     void wrongPairAlertsStaysStoredAndKeepsTheDialog() {
-        pairAccepted = false;
+        m_pairAccepted = false;
         fillAndStart();
-        QCOMPARE(fixture->alerts.size(), 1);
-        QCOMPARE(fixture->alerts.first().title, text("Quorvane"));
-        QCOMPARE(fixture->alerts.first().text, text("You input wrong user name or password.\n"));
-        QVERIFY(dialog->isVisible());
-        QVERIFY(started.isEmpty());
+        QCOMPARE(m_fixture->alerts.size(), 1);
+        QCOMPARE(m_fixture->alerts.first().title, text("Quorvane"));
+        QCOMPARE(m_fixture->alerts.first().text, text("You input wrong user name or password.\n"));
+        QVERIFY(m_dialog->isVisible());
+        QVERIFY(m_started.isEmpty());
         QCOMPARE(QrvCredentials::sharedInstance().rootPassword(), text("ada pw"));
-        pairAccepted = true;
-        QTest::mouseClick(dialog->startButton(), Qt::LeftButton);
-        QCOMPARE(started.size(), 1);
-        QVERIFY(!dialog->isVisible());
+        m_pairAccepted = true;
+        QTest::mouseClick(m_dialog->startButton(), Qt::LeftButton);
+        QCOMPARE(m_started.size(), 1);
+        QVERIFY(!m_dialog->isVisible());
     }
 
     void refusedRequestCountsAsAWrongPair() {
-        fixture->services.scripting().setHandler([](const FakeScriptingService::Call &) {
+        m_fixture->services.scripting().setHandler([](const FakeScriptingService::Call &) {
             return FakeScriptingService::failure(-128, text("not in the sudoers file"));
         });
         fillAndStart();
-        QCOMPARE(fixture->alerts.size(), 1);
-        QVERIFY(dialog->isVisible());
+        QCOMPARE(m_fixture->alerts.size(), 1);
+        QVERIFY(m_dialog->isVisible());
     }
 
     void returnKeyStarts() {
-        dialog->userNameTextField()->setText(text("ada"));
-        QTest::keyClicks(dialog->passwordTextField(), text("pw"));
-        QTest::keyClick(dialog->passwordTextField(), Qt::Key_Return);
-        QCOMPARE(started.size(), 1);
+        m_dialog->userNameTextField()->setText(text("ada"));
+        QTest::keyClicks(m_dialog->passwordTextField(), text("pw"));
+        QTest::keyClick(m_dialog->passwordTextField(), Qt::Key_Return);
+        QCOMPARE(m_started.size(), 1);
     }
 
     void cancelAndEscapeCloseWithoutStoring() {
-        QTest::keyClicks(dialog->passwordTextField(), text("pw"));
-        QTest::mouseClick(dialog->findChild<QPushButton *>(text("cancelButton")), Qt::LeftButton);
-        QVERIFY(!dialog->isVisible());
-        QVERIFY(dialog->passwordTextField()->text().isEmpty());
-        dialog->show();
-        QTest::keyClick(dialog.get(), Qt::Key_Escape);
-        QVERIFY(!dialog->isVisible());
-        QVERIFY(fixture->services.preferences().all().isEmpty());
-        QVERIFY(started.isEmpty());
+        QTest::keyClicks(m_dialog->passwordTextField(), text("pw"));
+        QTest::mouseClick(m_dialog->findChild<QPushButton *>(text("cancelButton")), Qt::LeftButton);
+        QVERIFY(!m_dialog->isVisible());
+        QVERIFY(m_dialog->passwordTextField()->text().isEmpty());
+        m_dialog->show();
+        QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
+        QVERIFY(!m_dialog->isVisible());
+        QVERIFY(m_fixture->services.preferences().all().isEmpty());
+        QVERIFY(m_started.isEmpty());
     }
 
     void modalLoopEndsWithTheDialog() {
-        dialog->hide();
+        m_dialog->hide();
         QTimer::singleShot(0, this, [this] { fillAndStart(); });
-        dialog->runModal();
-        QCOMPARE(started.size(), 1);
-        QVERIFY(!dialog->isVisible());
+        m_dialog->runModal();
+        QCOMPARE(m_started.size(), 1);
+        QVERIFY(!m_dialog->isVisible());
     }
 
     void queuedWorkRunsInsideTheModalLoop() {
-        dialog->hide();
+        m_dialog->hide();
         bool ran = false;
         QMetaObject::invokeMethod(
             this,
             [this, &ran] {
-                ran = dialog->isVisible();
-                dialog->cancelButton();
+                ran = m_dialog->isVisible();
+                m_dialog->cancelButton();
             },
             Qt::QueuedConnection);
-        dialog->runModal();
+        m_dialog->runModal();
         QVERIFY(ran);
     }
 };

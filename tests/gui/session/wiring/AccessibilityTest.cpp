@@ -68,13 +68,13 @@ class AccessibilityTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<GuiFixture> m_fixture;
 
 private Q_SLOTS:
 
-    void init() { fixture = std::make_unique<GuiFixture>(); }
+    void init() { m_fixture = std::make_unique<GuiFixture>(); }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void mainWindowHasNoUnnamedPartInAnyState() {
         MainWindow window;

@@ -13,27 +13,27 @@ class ApplicationControllerTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<GuiFixture> m_fixture;
 
 private Q_SLOTS:
 
-    void init() { fixture = std::make_unique<GuiFixture>(); }
+    void init() { m_fixture = std::make_unique<GuiFixture>(); }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void firstCopyGoesOn() {
         QVERIFY(QrvApplicationController::initialize());
-        QCOMPARE(fixture->services.workspace().instanceIdentifiers,
+        QCOMPARE(m_fixture->services.workspace().instanceIdentifiers,
                  QStringList{text("com.tallowind.Quorvane")});
-        QVERIFY(fixture->alerts.isEmpty());
+        QVERIFY(m_fixture->alerts.isEmpty());
     }
 
     void secondCopyIsRefusedByAnAlert() {
-        fixture->services.workspace().firstInstance = false;
+        m_fixture->services.workspace().firstInstance = false;
         QVERIFY(!QrvApplicationController::initialize());
-        QCOMPARE(fixture->alerts.size(), 1);
-        QCOMPARE(fixture->alerts.first().text, text("Quorvane is already running."));
-        QCOMPARE(fixture->alerts.first().informative,
+        QCOMPARE(m_fixture->alerts.size(), 1);
+        QCOMPARE(m_fixture->alerts.first().text, text("Quorvane is already running."));
+        QCOMPARE(m_fixture->alerts.first().informative,
                  text("There is already a copy of Quorvane running. This copy cannot be opened until that "
                       "instance is quit."));
     }
@@ -52,7 +52,7 @@ private Q_SLOTS:
     }
 
     void launchingRepairsThePreferencesFile() {
-        const QString path = fixture->services.preferences().filePath();
+        const QString path = m_fixture->services.preferences().filePath();
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadOther);

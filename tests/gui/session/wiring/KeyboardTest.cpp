@@ -16,18 +16,18 @@ class KeyboardTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<MainWindow> window;
-    std::unique_ptr<SessionDisplay> display;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<SessionDisplay> m_display;
 
     template <typename Widget>
     [[nodiscard]] Widget *find(const char *name) const {
-        return window->findChild<Widget *>(text(name));
+        return m_window->findChild<Widget *>(text(name));
     }
 
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QWidget *focus = QApplication::focusWidget();
-        QTest::keyClick(focus != nullptr ? focus : window.get(), key, modifiers);
+        QTest::keyClick(focus != nullptr ? focus : m_window.get(), key, modifiers);
     }
 
     [[nodiscard]] static QString focused() {
@@ -52,26 +52,26 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
-        window = std::make_unique<MainWindow>();
-        display = std::make_unique<SessionDisplay>();
-        connect(display.get(), &SessionDisplay::changed, window.get(), &MainWindow::draw);
-        display->starting();
-        display->answerHandled();
-        display->interval(42, true);
-        window->show();
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        m_fixture = std::make_unique<GuiFixture>();
+        m_window = std::make_unique<MainWindow>();
+        m_display = std::make_unique<SessionDisplay>();
+        connect(m_display.get(), &SessionDisplay::changed, m_window.get(), &MainWindow::draw);
+        m_display->starting();
+        m_display->answerHandled();
+        m_display->interval(42, true);
+        m_window->show();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
 
     void cleanup() {
-        window.reset();
-        display.reset();
-        fixture.reset();
+        m_window.reset();
+        m_display.reset();
+        m_fixture.reset();
     }
 
     void tabGoesThroughEveryControlFromTopToBottom() {
-        display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
         const QStringList stops = round(Qt::Key_Tab, Qt::NoModifier);
         QCOMPARE(stops,
                  (QStringList{text("buttonQuorvane"), text("changeIpButton"), text("discardIpButton"),
@@ -86,8 +86,8 @@ private Q_SLOTS:
     }
 
     void controlsThatAreOutOfUseAreLeftOut() {
-        display->searching();
-        display->interval(42, false);
+        m_display->searching();
+        m_display->interval(42, false);
         find<QComboBox>("popupCountry")->setFocus();
         for (int i = 0; i < 20; ++i) {
             press(Qt::Key_Tab);
@@ -99,12 +99,12 @@ private Q_SLOTS:
     }
 
     void spaceAndReturnPressTheButtonThatHasTheFocus() {
-        QSignalSpy hide(window.get(), &MainWindow::hideButtonPressed);
+        QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
         find<QPushButton>("buttonQuorvane")->setFocus();
         press(Qt::Key_Space);
         QCOMPARE(hide.size(), 1);
-        display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        QSignalSpy change(window.get(), &MainWindow::changeIpPressed);
+        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        QSignalSpy change(m_window.get(), &MainWindow::changeIpPressed);
         find<QPushButton>("changeIpButton")->setFocus();
         press(Qt::Key_Return);
         QCOMPARE(change.size(), 1);
@@ -112,18 +112,18 @@ private Q_SLOTS:
     }
 
     void returnElsewherePressesTheHideButton() {
-        QSignalSpy hide(window.get(), &MainWindow::hideButtonPressed);
+        QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
         find<QCheckBox>("checkboxRequireUS")->setFocus();
         press(Qt::Key_Return);
         QCOMPARE(hide.size(), 1);
         QCOMPARE(hide.first().first().toBool(), true);
-        display->searching(); // the button is out of use
+        m_display->searching(); // the button is out of use
         press(Qt::Key_Enter);
         QCOMPARE(hide.size(), 1);
     }
 
     void returnAndEscapeInTheFieldEndTheEditingAndPressNothing() {
-        QSignalSpy hide(window.get(), &MainWindow::hideButtonPressed);
+        QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
             auto *field = find<QLineEdit>("fieldChangeIpInterval");
             field->setFocus();
@@ -132,19 +132,19 @@ private Q_SLOTS:
             QVERIFY(!field->hasFocus());
         }
         QCOMPARE(hide.size(), 0);
-        QVERIFY(window->isVisible());
+        QVERIFY(m_window->isVisible());
     }
 
     void spaceSwitchesBoxesAndArrowsTheTransport() {
-        QSignalSpy us(window.get(), &MainWindow::requireUSSwitched);
+        QSignalSpy us(m_window.get(), &MainWindow::requireUSSwitched);
         find<QCheckBox>("checkboxRequireUS")->setFocus();
         press(Qt::Key_Space);
         QCOMPARE(us.size(), 1);
         QCOMPARE(us.first().first().toBool(), true);
-        QSignalSpy transport(window.get(), &MainWindow::transportChosen);
+        QSignalSpy transport(m_window.get(), &MainWindow::transportChosen);
         find<QRadioButton>("segmentTcp")->setFocus();
         press(Qt::Key_Right);
-        QCOMPARE(window->transportIndex(), 1);
+        QCOMPARE(m_window->transportIndex(), 1);
         QCOMPARE(transport.last().first().toInt(), 1);
     }
 
@@ -163,16 +163,16 @@ private Q_SLOTS:
     void mnemonics() {
         QFETCH(int, key);
         QFETCH(QString, control);
-        display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        auto *button = window->findChild<QAbstractButton *>(control);
+        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        auto *button = m_window->findChild<QAbstractButton *>(control);
         QSignalSpy clicked(button, &QAbstractButton::clicked);
-        QTest::keyClick(window.get(), static_cast<Qt::Key>(key), Qt::AltModifier);
+        QTest::keyClick(m_window.get(), static_cast<Qt::Key>(key), Qt::AltModifier);
         QTRY_COMPARE(clicked.size(), 1); // the button is seen to go down first
     }
 
     void noTwoControlsShareAMnemonic() {
         QSet<QString> seen;
-        for (const auto *button : window->findChildren<QAbstractButton *>()) {
+        for (const auto *button : m_window->findChildren<QAbstractButton *>()) {
             const QString key = button->shortcut().toString();
             QVERIFY2(key.isEmpty() || !seen.contains(key), qPrintable(button->objectName()));
             seen.insert(key);

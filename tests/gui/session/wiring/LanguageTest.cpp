@@ -46,7 +46,7 @@ class LanguageTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<SettingsFixture> fixture;
+    std::unique_ptr<SettingsFixture> m_fixture;
 
     static QString either(const char *english, const char *german) {
         return text(isGerman() ? german : english);
@@ -63,9 +63,9 @@ private Q_SLOTS:
 
     void initTestCase() { installLanguage(); }
 
-    void init() { fixture = std::make_unique<SettingsFixture>(); }
+    void init() { m_fixture = std::make_unique<SettingsFixture>(); }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void mainWindowSpeaksIt() {
         MainWindow window;
@@ -112,11 +112,11 @@ private Q_SLOTS:
     }
 
     void settingsSpeakIt() {
-        fixture->start();
-        QCOMPARE(fixture->window().windowTitle(), either("Quorvane Settings", "Quorvane-Einstellungen"));
-        QCOMPARE(fixture->find<QAbstractButton>("buttonApply")->text(), either("&Apply", "Über&nehmen"));
-        QCOMPARE(fixture->find<QAction>("tbiIpAddresses")->text(), either("IP Addresses", "IP-Adressen"));
-        const auto *hotKeys = fixture->find<QComboBox>("dropdownHideIP");
+        m_fixture->start();
+        QCOMPARE(m_fixture->window().windowTitle(), either("Quorvane Settings", "Quorvane-Einstellungen"));
+        QCOMPARE(m_fixture->find<QAbstractButton>("buttonApply")->text(), either("&Apply", "Über&nehmen"));
+        QCOMPARE(m_fixture->find<QAction>("tbiIpAddresses")->text(), either("IP Addresses", "IP-Adressen"));
+        const auto *hotKeys = m_fixture->find<QComboBox>("dropdownHideIP");
         QCOMPARE(hotKeys->itemText(0), either("None", "Keine"));
         QVERIFY(hotKeys->findText(either("Cmd + Down arrow", "Cmd + Pfeil ab")) > 0);
         QVERIFY(hotKeys->findText(either("Ctrl + F12", "Strg + F12")) > 0);
@@ -152,10 +152,10 @@ private Q_SLOTS:
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         checkMnemonics(dialog, 2);
-        fixture->startAndShow();
+        m_fixture->startAndShow();
         for (const QString &pane : SettingsToolbar::toolbarAllowedItemIdentifiers()) {
-            fixture->window().toolbarItemPressed(pane);
-            checkMnemonics(fixture->window(), 7);
+            m_fixture->window().toolbarItemPressed(pane);
+            checkMnemonics(m_fixture->window(), 7);
         }
     }
 };

@@ -40,18 +40,18 @@ class MainWindowControllerTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<QrvAPI> api;
-    std::unique_ptr<QrvMainWindowController> controller;
-    std::unique_ptr<QrvApplicationController> application;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<QrvAPI> m_api;
+    std::unique_ptr<QrvMainWindowController> m_controller;
+    std::unique_ptr<QrvApplicationController> m_application;
 
-    [[nodiscard]] fakes::TestPlatform &services() const { return fixture->services; }
+    [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
-    [[nodiscard]] const DisplayState &shown() const { return controller->display().state(); }
+    [[nodiscard]] const DisplayState &shown() const { return m_controller->display().state(); }
 
     template <typename Widget>
     [[nodiscard]] Widget *find(const char *name) const {
-        return controller->window().findChild<Widget *>(text(name));
+        return m_controller->window().findChild<Widget *>(text(name));
     }
 
     [[nodiscard]] int linesWith(const char *part) const {
@@ -63,10 +63,10 @@ private:
     }
 
     void start() {
-        controller = std::make_unique<QrvMainWindowController>(*api);
-        application = std::make_unique<QrvApplicationController>(*controller);
-        controller->awakeFromNib();
-        application->applicationDidFinishLaunching();
+        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
+        m_application = std::make_unique<QrvApplicationController>(*m_controller);
+        m_controller->awakeFromNib();
+        m_application->applicationDidFinishLaunching();
     }
 
     void startAndAnswer() {
@@ -98,7 +98,7 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
+        m_fixture = std::make_unique<GuiFixture>();
         services().hardware().serial = text("SER");
         services().addResource(text("extractip.sh"), "echo 203.0.113.7\n");
         services().addResource(text("test_credentials.sh"), "");
@@ -109,44 +109,44 @@ private Q_SLOTS:
             return FakeScriptingService::success(call.line.contains(text("-get")) ? text("8.8.8.8 8.8.4.4")
                                                                                   : text(""));
         });
-        api = std::make_unique<QrvAPI>();
+        m_api = std::make_unique<QrvAPI>();
     }
 
     void cleanup() {
         QThreadPool::globalInstance()->waitForDone();
         SessionReset::setTarget(nullptr, {});
-        application.reset();
-        controller.reset();
-        api.reset();
+        m_application.reset();
+        m_controller.reset();
+        m_api.reset();
         QCoreApplication::processEvents();
-        fixture.reset();
+        m_fixture.reset();
     }
 
     void beforeTheFirstAnswerNothingCanBePressed() {
         start();
-        QVERIFY(controller->window().isVisible());
-        QCOMPARE(controller->window().windowTitle(), text("Quorvane (ver.1.0.0)"));
+        QVERIFY(m_controller->window().isVisible());
+        QCOMPARE(m_controller->window().windowTitle(), text("Quorvane (ver.1.0.0)"));
         QVERIFY(!find<QPushButton>("buttonQuorvane")->isEnabled());
-        QVERIFY(!controller->statusItem().hideIpMenuItem()->isEnabled());
-        QVERIFY(!controller->statusItem().changeIpMenuItem()->isEnabled());
-        QVERIFY(controller->statusItem().copyIpMenuItem()->isEnabled());
-        QVERIFY(!application->applicationShouldHandleReopen(false));
+        QVERIFY(!m_controller->statusItem().hideIpMenuItem()->isEnabled());
+        QVERIFY(!m_controller->statusItem().changeIpMenuItem()->isEnabled());
+        QVERIFY(m_controller->statusItem().copyIpMenuItem()->isEnabled());
+        QVERIFY(!m_application->applicationShouldHandleReopen(false));
     }
 
     void sharedControllerIsReachableOnlyAfterLaunching() {
-        controller = std::make_unique<QrvMainWindowController>(*api);
-        application = std::make_unique<QrvApplicationController>(*controller);
+        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
+        m_application = std::make_unique<QrvApplicationController>(*m_controller);
         QVERIFY(QrvMainWindowController::sharedMainWindow() == nullptr);
-        application->applicationDidFinishLaunching();
-        QCOMPARE(QrvMainWindowController::sharedMainWindow(), controller.get());
+        m_application->applicationDidFinishLaunching();
+        QCOMPARE(QrvMainWindowController::sharedMainWindow(), m_controller.get());
     }
 
     void oneServerListRequestPerRun() {
         startAndAnswer();
         services().reachability().setFlags(text("net.quorvane.test"), 0);
-        QTRY_VERIFY(!api->inetConnect());
+        QTRY_VERIFY(!m_api->inetConnect());
         services().reachability().setFlags(text("net.quorvane.test"), 2);
-        QTRY_VERIFY(api->inetConnect());
+        QTRY_VERIFY(m_api->inetConnect());
         QCOMPARE(services().urls().downloads().size(), 1U);
     }
 
@@ -204,14 +204,14 @@ private Q_SLOTS:
         QCOMPARE(popup->itemText(0), text("Random Location"));
         QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
         QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("198.51.100.10"));
-        QVERIFY(application->applicationShouldHandleReopen(true));
+        QVERIFY(m_application->applicationShouldHandleReopen(true));
     }
 
     void pressToLentAddressAndBack() {
         goHidden();
         QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("203.0.113.7\n"));
         QCOMPARE(find<QLabel>("fieldLine22")->text(), text("Germany Berlin"));
-        QCOMPARE(controller->statusItem().hideIpMenuItem()->text(), text("Stop Hiding IP"));
+        QCOMPARE(m_controller->statusItem().hideIpMenuItem()->text(), text("Stop Hiding IP"));
         QVERIFY(services().urls().fetches().front().endsWith("&proto=TCP"));
         services().processes().setNames({"openvpn"});
         QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
@@ -234,9 +234,9 @@ private Q_SLOTS:
         startAndAnswer();
         find<QComboBox>("popupCountry")->setCurrentIndex(1);
         QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
-        QTRY_COMPARE(fixture->alerts.size(), 1);
-        QCOMPARE(fixture->alerts.first().text, text("Location is not available."));
-        QCOMPARE(fixture->alerts.first().informative, text("Please try a different location."));
+        QTRY_COMPARE(m_fixture->alerts.size(), 1);
+        QCOMPARE(m_fixture->alerts.first().text, text("Location is not available."));
+        QCOMPARE(m_fixture->alerts.first().informative, text("Please try a different location."));
         QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
         QCOMPARE(services().urls().fetches().size(), 1U);
     }
@@ -246,7 +246,7 @@ private Q_SLOTS:
         startAndAnswer();
         find<QComboBox>("popupCountry")->setCurrentIndex(0);
         QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
-        QTRY_COMPARE(fixture->alerts.size(), 1);
+        QTRY_COMPARE(m_fixture->alerts.size(), 1);
         QCOMPARE(services().urls().fetches().size(), 1U); // the pick has moved the selection
         QVERIFY(find<QComboBox>("popupCountry")->currentIndex() != 0);
     }
@@ -256,10 +256,10 @@ private Q_SLOTS:
         pressAndFetch(1);
         appendToTunnelLog("a\nAUTH_FAILED\n");
         services().delayedCalls().advance(2.0);
-        QVERIFY(fixture->alerts.isEmpty());
+        QVERIFY(m_fixture->alerts.isEmpty());
         services().delayedCalls().advance(5.0);
         QCoreApplication::processEvents();
-        QCOMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(m_fixture->alerts.size(), 1);
         QCOMPARE(shown().line1.tone, Tone::Warning);
     }
 
@@ -277,11 +277,11 @@ private Q_SLOTS:
 
     void noNetworkAtThePickIsAConnectionError() {
         startAndAnswer();
-        api->setInetConnect(false);
+        m_api->setInetConnect(false);
         find<QComboBox>("popupCountry")->setCurrentIndex(1);
-        controller->session().getNewIP();
+        m_controller->session().getNewIP();
         QCoreApplication::processEvents();
-        QCOMPARE(fixture->alerts.size(), 1);
+        QCOMPARE(m_fixture->alerts.size(), 1);
         QVERIFY(services().logSink().lines().contains(text("downloadCertificateForSelectedItem no inet")));
     }
 
@@ -289,18 +289,18 @@ private Q_SLOTS:
         goHidden();
         services().processes().setNames({"openvpn"});
         const int before = services().preferences().synchronizations();
-        QVERIFY(application->applicationShouldTerminate());
-        application->applicationWillTerminate();
+        QVERIFY(m_application->applicationShouldTerminate());
+        m_application->applicationWillTerminate();
         QCOMPARE(linesWith("killall"), 1);
         QVERIFY(services().preferences().synchronizations() > before);
     }
 
     void windowStopsFloatingAfterTwoSeconds() {
         start();
-        QVERIFY(controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        QVERIFY(m_controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
         services().delayedCalls().advance(2.0);
-        QVERIFY(!controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
-        QVERIFY(controller->window().isVisible());
+        QVERIFY(!m_controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        QVERIFY(m_controller->window().isVisible());
     }
 
     void absentIntervalBecomesTen() {
@@ -312,8 +312,8 @@ private Q_SLOTS:
         start();
         QTRY_COMPARE(services().urls().openDownloads(), 1U);
         QVERIFY(services().urls().failNext({platform::UrlError::Kind::Refused, text("refused")}));
-        QCOMPARE(fixture->alerts.size(), 1);
-        QCOMPARE(fixture->alerts.first().title, text("Error"));
+        QCOMPARE(m_fixture->alerts.size(), 1);
+        QCOMPARE(m_fixture->alerts.first().title, text("Error"));
         QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("0.0.0.0"));
         QVERIFY(!find<QPushButton>("buttonQuorvane")->isEnabled());
     }
@@ -322,32 +322,32 @@ private Q_SLOTS:
         startAndAnswer();
         find<QComboBox>("popupCountry")->setCurrentIndex(1);
         for (const quint32 other : {0U, 6U, 4294967295U}) {
-            controller->hotKeyPressed(other);
+            m_controller->hotKeyPressed(other);
         }
         QVERIFY(services().urls().fetches().empty());
-        controller->hotKeyPressed(3); // not hidden: nothing to stop
+        m_controller->hotKeyPressed(3); // not hidden: nothing to stop
         QCOMPARE(shown().stateImage, text("appmain"));
-        controller->hotKeyPressed(1);
+        m_controller->hotKeyPressed(1);
         QCOMPARE(shown().stateImage, text("appwait"));
         QTRY_COMPARE(linesWith("--config"), 1);
         appendToTunnelLog("a\nInitialization Sequence Completed\n");
         services().delayedCalls().advance(2.0);
         QVERIFY(SessionState::shared().hidden);
-        controller->hotKeyPressed(1); // hidden already
+        m_controller->hotKeyPressed(1); // hidden already
         QCOMPARE(services().urls().fetches().size(), 1U);
-        controller->hotKeyPressed(3);
+        m_controller->hotKeyPressed(3);
         QVERIFY(!SessionState::shared().hidden);
-        controller->window().hide();
-        controller->hotKeyPressed(5);
-        QVERIFY(controller->window().isVisible());
+        m_controller->window().hide();
+        m_controller->hotKeyPressed(5);
+        QVERIFY(m_controller->window().isVisible());
     }
 
     void changeHotKeyStartsARandomAttemptEvenWhileNotHidden() {
         startAndAnswer();
         find<QComboBox>("popupCountry")->setCurrentIndex(1);
-        controller->hotKeyPressed(2);
+        m_controller->hotKeyPressed(2);
         QTRY_COMPARE(services().urls().fetches().size(), 1U);
-        QCOMPARE(controller->usedLocations().size(), 1);
+        QCOMPARE(m_controller->usedLocations().size(), 1);
     }
 
     void automaticChangeAsksAgainWhenItsTimeHasCome() {
@@ -360,7 +360,7 @@ private Q_SLOTS:
         QCOMPARE(find<QComboBox>("popupCountry")->currentIndex(), 0);
         appendToTunnelLog("a\nInitialization Sequence Completed\n");
         services().delayedCalls().advance(2.0);
-        QVERIFY(controller->session().changeTimerArmed());
+        QVERIFY(m_controller->session().changeTimerArmed());
         services().delayedCalls().advance(60.0);
         QTRY_COMPARE(services().urls().fetches().size(), 2U);
         QVERIFY(services().urls().fetches()[0] != services().urls().fetches()[1]); // never the same twice

@@ -16,13 +16,13 @@ class MainWindowStatesTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<MainWindow> window;
-    std::unique_ptr<SessionDisplay> display;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<SessionDisplay> m_display;
 
     template <typename Widget>
     [[nodiscard]] Widget *find(const char *name) const {
-        return window->findChild<Widget *>(text(name));
+        return m_window->findChild<Widget *>(text(name));
     }
 
     void compareLine(const char *name, const DisplayState::Line &line) const {
@@ -39,7 +39,7 @@ private:
 
     /// Every field of the state that the window shows.
     void compare() const {
-        const DisplayState &state = display->state();
+        const DisplayState &state = m_display->state();
         compareLine("fieldLine1", state.line1);
         compareLine("fieldLine21", state.line21);
         compareLine("fieldLine22", state.line22);
@@ -69,43 +69,43 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
-        window = std::make_unique<MainWindow>();
-        display = std::make_unique<SessionDisplay>();
-        connect(display.get(), &SessionDisplay::changed, window.get(), &MainWindow::draw);
-        display->starting();
-        display->interval(10, false);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        m_fixture = std::make_unique<GuiFixture>();
+        m_window = std::make_unique<MainWindow>();
+        m_display = std::make_unique<SessionDisplay>();
+        connect(m_display.get(), &SessionDisplay::changed, m_window.get(), &MainWindow::draw);
+        m_display->starting();
+        m_display->interval(10, false);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     }
 
     void cleanup() {
-        window.reset();
-        display.reset();
-        fixture.reset();
+        m_window.reset();
+        m_display.reset();
+        m_fixture.reset();
     }
 
     void everyStateOfASession() {
         const QString real = text("198.51.100.10");
         const QList<std::function<void()>> steps{
             [] {},
-            [&] { display->currentIpKnown(real); },
-            [&] { display->answerHandled(); },
-            [&] { display->switchedOn(true); },
-            [&] { display->switchingOn(); },
-            [&] { display->searching(); },
-            [&] { display->waitingForLocation(text("Every location has been used.")); },
-            [&] { display->waitingEnded(); },
-            [&] { display->fetching(); },
-            [&] { display->tunnelStarting(); },
-            [&] { display->advancedEnabled(true); },
-            [&] { display->hidden(text("203.0.113.7\n"), real, text("de"), text("Germany Berlin")); },
-            [&] { display->interval(42, true); },
-            [&] { display->searching(); },
-            [&] { display->failed(real); },
-            [&] { display->hidden(text("203.0.113.8\n"), real, text("us"), text("")); },
-            [&] { display->hideRotationButtons(); },
-            [&] { display->notHidden(real); },
+            [&] { m_display->currentIpKnown(real); },
+            [&] { m_display->answerHandled(); },
+            [&] { m_display->switchedOn(true); },
+            [&] { m_display->switchingOn(); },
+            [&] { m_display->searching(); },
+            [&] { m_display->waitingForLocation(text("Every location has been used.")); },
+            [&] { m_display->waitingEnded(); },
+            [&] { m_display->fetching(); },
+            [&] { m_display->tunnelStarting(); },
+            [&] { m_display->advancedEnabled(true); },
+            [&] { m_display->hidden(text("203.0.113.7\n"), real, text("de"), text("Germany Berlin")); },
+            [&] { m_display->interval(42, true); },
+            [&] { m_display->searching(); },
+            [&] { m_display->failed(real); },
+            [&] { m_display->hidden(text("203.0.113.8\n"), real, text("us"), text("")); },
+            [&] { m_display->hideRotationButtons(); },
+            [&] { m_display->notHidden(real); },
         };
         for (qsizetype step = 0; step < steps.size(); ++step) {
             steps.at(step)();

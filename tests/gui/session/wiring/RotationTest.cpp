@@ -35,16 +35,16 @@ class RotationTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<QrvAPI> api;
-    std::unique_ptr<QrvMainWindowController> controller;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<QrvAPI> m_api;
+    std::unique_ptr<QrvMainWindowController> m_controller;
 
     template <typename Widget>
     [[nodiscard]] Widget *find(const char *name) const {
-        return controller->window().findChild<Widget *>(text(name));
+        return m_controller->window().findChild<Widget *>(text(name));
     }
 
-    [[nodiscard]] fakes::TestPlatform &services() const { return fixture->services; }
+    [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
     [[nodiscard]] QStringList asked() const {
         QStringList addresses;
@@ -87,7 +87,7 @@ private:
     /// One attempt after the other, each at a location of its own.
     void useEveryLocation() {
         for (int i = 1; i <= 3; ++i) {
-            controller->hotKeyPressed(2);
+            m_controller->hotKeyPressed(2);
             waitForFetches(i);
             QThreadPool::globalInstance()->waitForDone();
             QCoreApplication::processEvents();
@@ -97,25 +97,25 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
+        m_fixture = std::make_unique<GuiFixture>();
         services().hardware().serial = text("SER");
         services().addResource(text("extractip.sh"), "echo 203.0.113.9\n");
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
         services().urls().setFetchHandler(
             [](const QByteArray &) { return std::optional<QByteArray>("VPNConfig: client<br />"); });
-        api = std::make_unique<QrvAPI>();
-        controller = std::make_unique<QrvMainWindowController>(*api);
-        controller->awakeFromNib();
+        m_api = std::make_unique<QrvAPI>();
+        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
+        m_controller->awakeFromNib();
         QTRY_COMPARE(services().urls().openDownloads(), 1U);
         QVERIFY(services().urls().finishNext(answerText));
     }
 
     void cleanup() {
         QThreadPool::globalInstance()->waitForDone();
-        controller.reset();
-        api.reset();
+        m_controller.reset();
+        m_api.reset();
         QCoreApplication::processEvents();
-        fixture.reset();
+        m_fixture.reset();
     }
 
     void changeButtonActsOnlyWhileHiddenAndKeepsTheLocation() {
@@ -128,9 +128,9 @@ private Q_SLOTS:
 
     void changeItemTakesARandomLocation() {
         hideAt("Germany Berlin");
-        controller->statusItem().changeIpMenuItem()->trigger();
+        m_controller->statusItem().changeIpMenuItem()->trigger();
         waitForFetches(2);
-        QCOMPARE(controller->usedLocations().size(), 1);
+        QCOMPARE(m_controller->usedLocations().size(), 1);
         QVERIFY(SessionState::shared().hidden); // a change while hidden keeps the flag until the outcome
     }
 
@@ -152,7 +152,7 @@ private Q_SLOTS:
     }
 
     void discardingWithoutALastItemAddsNothing() {
-        controller->hotKeyPressed(4);
+        m_controller->hotKeyPressed(4);
         waitForFetches(1);
         QVERIFY(!services().preferences().value(text("discardedIPs")).isValid());
     }
@@ -180,7 +180,7 @@ private Q_SLOTS:
         QStringList sorted = asked();
         sorted.sort();
         QCOMPARE(sorted, (QStringList{text("203.0.113.1"), text("203.0.113.2"), text("203.0.113.3")}));
-        controller->hotKeyPressed(2);
+        m_controller->hotKeyPressed(2);
         QVERIFY(find<QLabel>("fieldLine3")->isVisible());
         QVERIFY(find<QLabel>("fieldLine3")->text().startsWith(text("Every location has been used")));
         QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
@@ -205,7 +205,7 @@ private Q_SLOTS:
 
     void choosingALocationWhileAnAttemptWaitsBeginsOneAttempt() {
         useEveryLocation();
-        controller->hotKeyPressed(2);
+        m_controller->hotKeyPressed(2);
         QVERIFY(find<QLabel>("fieldLine3")->isVisible());
         auto *popup = find<QComboBox>("popupCountry");
         popup->setCurrentIndex(indexOf("Germany Berlin"));
@@ -219,10 +219,10 @@ private Q_SLOTS:
 
     void waitingAttemptCanBeStopped() {
         useEveryLocation();
-        controller->hotKeyPressed(2);
+        m_controller->hotKeyPressed(2);
         press();
         QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
-        QCOMPARE(controller->display().state().stateImage, text("appmain"));
+        QCOMPARE(m_controller->display().state().stateImage, text("appmain"));
         services().platform().notifications->post(text("updateServerList"));
         QCoreApplication::processEvents();
         QCOMPARE(asked().size(), 3); // nothing goes on by itself any more
@@ -233,30 +233,30 @@ private Q_SLOTS:
         press();
         waitForFetches(1);
         tunnelUp();
-        QVERIFY(controller->session().changeTimerArmed());
+        QVERIFY(m_controller->session().changeTimerArmed());
         const auto pending = services().delayedCalls().pending();
-        Q_EMIT controller->window().intervalEntered(3);
+        Q_EMIT m_controller->window().intervalEntered(3);
         QCOMPARE(services().preferences().integer(text("changeIpInterval")), 3);
         QCOMPARE(services().delayedCalls().pending().back().due, pending.back().due);
     }
 
     void refreshAsksAgainOnlyWhileNotHidden() {
-        controller->statusItem().refreshMenuItem()->trigger();
+        m_controller->statusItem().refreshMenuItem()->trigger();
         QCOMPARE(services().urls().downloads().size(), 2U);
         QVERIFY(services().urls().finishNext(answerText));
         hideAt("Germany Berlin");
-        controller->statusItem().refreshMenuItem()->trigger();
+        m_controller->statusItem().refreshMenuItem()->trigger();
         QCOMPARE(services().urls().downloads().size(), 2U);
     }
 
     void copyItemEmptiesTheClipboard() {
         QGuiApplication::clipboard()->setText(text("old"));
-        controller->statusItem().copyIpMenuItem()->trigger();
+        m_controller->statusItem().copyIpMenuItem()->trigger();
         QVERIFY(QGuiApplication::clipboard()->text().isEmpty());
     }
 
     void checkItemOpensThePage() {
-        controller->statusItem().checkIpMenuItem()->trigger();
+        m_controller->statusItem().checkIpMenuItem()->trigger();
         QCOMPARE(services().workspace().openedUrls.size(), 1);
         QVERIFY(
             services().workspace().openedUrls.first().startsWith(text("https://www.quorvane.test/ip?utm_")));

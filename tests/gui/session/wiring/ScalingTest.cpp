@@ -59,7 +59,7 @@ class ScalingTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<SettingsFixture> fixture;
+    std::unique_ptr<SettingsFixture> m_fixture;
 
     static void check(const QWidget &window) {
         QCoreApplication::processEvents();
@@ -75,9 +75,9 @@ private Q_SLOTS:
         installLanguage();
     }
 
-    void init() { fixture = std::make_unique<SettingsFixture>(); }
+    void init() { m_fixture = std::make_unique<SettingsFixture>(); }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void screenHasTheDensityAskedFor() {
         QWidget window;
@@ -112,7 +112,7 @@ private Q_SLOTS:
     }
 
     void settingsHaveRoomForEveryTextInEveryPane() {
-        SettingsFixture &settings = *fixture;
+        SettingsFixture &settings = *m_fixture;
         settings.startAndShow();
         const QStringList all = SettingsToolbar::toolbarAllowedItemIdentifiers();
         for (const QString &identifier : all) {
@@ -122,7 +122,7 @@ private Q_SLOTS:
     }
 
     void hotKeysPaneHasRoomForEveryTrouble() {
-        SettingsFixture &settings = *fixture;
+        SettingsFixture &settings = *m_fixture;
         settings.store("bringUpWindowHotKey", 35);
         settings.store("hideIpHotKey", 31);
         settings.store("changeIpHotKey", 32);
@@ -138,7 +138,7 @@ private Q_SLOTS:
     }
 
     void hotKeysPaneHasRoomForTroublesThatComeWhileItIsShown() {
-        SettingsFixture &settings = *fixture;
+        SettingsFixture &settings = *m_fixture;
         settings.startAndShow();
         settings.window().toolbarItemPressed(text("tbiHotKeys"));
         const QString control = QCoreApplication::translate("HotKeyTable", "Ctrl + %1");

@@ -23,14 +23,14 @@ class SettingsMainWindowTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<QrvAPI> api;
-    std::unique_ptr<QrvMainWindowController> controller;
-    std::unique_ptr<QrvApplicationController> application;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<QrvAPI> m_api;
+    std::unique_ptr<QrvMainWindowController> m_controller;
+    std::unique_ptr<QrvApplicationController> m_application;
 
-    [[nodiscard]] fakes::TestPlatform &services() const { return fixture->services; }
+    [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
-    [[nodiscard]] SettingsWindow &settings() const { return controller->settings().window(); }
+    [[nodiscard]] SettingsWindow &settings() const { return m_controller->settings().window(); }
 
     /// Null while it is not loaded.
     [[nodiscard]] static SettingsWindow *findSettings() {
@@ -45,7 +45,7 @@ private:
 
     template <typename Widget>
     [[nodiscard]] Widget *inMain(const char *name) const {
-        return controller->window().findChild<Widget *>(text(name));
+        return m_controller->window().findChild<Widget *>(text(name));
     }
 
     template <typename Widget>
@@ -54,14 +54,14 @@ private:
     }
 
     void awake() {
-        controller = std::make_unique<QrvMainWindowController>(*api);
-        application = std::make_unique<QrvApplicationController>(*controller);
-        controller->awakeFromNib();
+        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
+        m_application = std::make_unique<QrvApplicationController>(*m_controller);
+        m_controller->awakeFromNib();
     }
 
     void start() {
         awake();
-        application->applicationDidFinishLaunching();
+        m_application->applicationDidFinishLaunching();
     }
 
     void openSettings() {
@@ -75,41 +75,41 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
+        m_fixture = std::make_unique<GuiFixture>();
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
         services().addResource(
             text("com.qrvp.LaunchAtLogin.plist"),
             platform::PropertyList::write({{text("Label"), text("a")}, {text("RunAtLoad"), false}}));
-        api = std::make_unique<QrvAPI>();
+        m_api = std::make_unique<QrvAPI>();
     }
 
     void cleanup() {
         QThreadPool::globalInstance()->waitForDone();
         SessionReset::setTarget(nullptr, {});
-        application.reset();
-        controller.reset();
-        api.reset();
+        m_application.reset();
+        m_controller.reset();
+        m_api.reset();
         QCoreApplication::processEvents();
-        fixture.reset();
+        m_fixture.reset();
     }
 
     void settingsButtonClosesTheMainWindowAndShowsTheSettings() {
         openSettings();
-        QVERIFY(!controller->window().isVisible());
+        QVERIFY(!m_controller->window().isVisible());
     }
 
     void menuItemDoesTheSame() {
         start();
-        controller->advancedSettingsMenuItemPressed();
+        m_controller->advancedSettingsMenuItemPressed();
         QVERIFY(settings().isVisible());
-        QVERIFY(!controller->window().isVisible());
+        QVERIFY(!m_controller->window().isVisible());
     }
 
     void notificationShowsTheSettingsAndLeavesTheMainWindow() {
         start();
         services().platform().notifications->post(text("showSettings"));
         QVERIFY(settings().isVisible());
-        QVERIFY(controller->window().isVisible());
+        QVERIFY(m_controller->window().isVisible());
     }
 
     void everyWayOutShowsTheMainWindow() {
@@ -121,9 +121,9 @@ private Q_SLOTS:
                 settings().close();
             }
             QVERIFY2(!settings().isVisible(), way);
-            QVERIFY2(controller->window().isVisible(), way);
-            application.reset();
-            controller.reset();
+            QVERIFY2(m_controller->window().isVisible(), way);
+            m_application.reset();
+            m_controller.reset();
         }
     }
 
@@ -151,7 +151,7 @@ private Q_SLOTS:
 
     void mainWindowsBoxIsFollowedAndOverridesAnOlderPendingEdit() {
         start();
-        controller->showSettings();
+        m_controller->showSettings();
         inSettings<QCheckBox>("checkboxChangeIpInterval")->click(); // pending: on
         settings().close();
         inMain<QCheckBox>("checkboxChangeIpInterval")->click();
@@ -163,7 +163,7 @@ private Q_SLOTS:
     void sessionResetLeavesPendingEditsPending() {
         openSettings();
         inSettings<QCheckBox>("checkboxHide")->click();
-        controller->session().setDefaultControls();
+        m_controller->session().setDefaultControls();
         QVERIFY(!services().preferences().value(text("hide")).isValid());
         inSettings<QPushButton>("buttonCancel")->click();
         QVERIFY(!services().preferences().value(text("hide")).isValid());
@@ -176,7 +176,7 @@ private Q_SLOTS:
         QVERIFY(LaunchAgent::launchesOnStartup());
         QCOMPARE(services().preferences().value(text("hide")), QVariant(true));
         inSettings<QPushButton>("buttonCancel")->click();
-        controller->showSettings();
+        m_controller->showSettings();
         QVERIFY(inSettings<QCheckBox>("launchOnStart")->isChecked());
     }
 
@@ -184,28 +184,28 @@ private Q_SLOTS:
         services().preferences().setValue(text("bringUpWindowHotKey"), 1);
         awake();
         QTRY_COMPARE(services().hotKeys().held().size(), 1);
-        controller->window().hide();
+        m_controller->window().hide();
         QCOMPARE(services().hotKeys().press(29, 256), 1);
-        QVERIFY(!controller->window().isVisible());
-        application->applicationDidFinishLaunching();
+        QVERIFY(!m_controller->window().isVisible());
+        m_application->applicationDidFinishLaunching();
         QCOMPARE(services().hotKeys().press(29, 256), 1);
-        QVERIFY(controller->window().isVisible());
+        QVERIFY(m_controller->window().isVisible());
     }
 
     void foreignIdentifiersDoNothing() {
         start();
         QTRY_VERIFY(services().hotKeys().hasEventHandler());
-        controller->window().hide();
+        m_controller->window().hide();
         for (const quint32 id : {0U, 6U, 4294967295U}) {
             services().hotKeys().deliver({0x73696735, id});
         }
-        QVERIFY(!controller->window().isVisible());
+        QVERIFY(!m_controller->window().isVisible());
     }
 
     void discardedListIsTheSettingsWindows() {
         start();
-        controller->settings().addDiscardedIp(text("203.0.113.7"));
-        QCOMPARE(controller->getDiscardList(), QStringList{text("203.0.113.7")});
+        m_controller->settings().addDiscardedIp(text("203.0.113.7"));
+        QCOMPARE(m_controller->getDiscardList(), QStringList{text("203.0.113.7")});
     }
 
     void discardedListIsThereBeforeTheSettingsWindow() {
@@ -213,10 +213,10 @@ private Q_SLOTS:
         start();
         QVERIFY(findSettings() == nullptr);
         const QStringList rows{text("203.0.113.7"), text("203.0.113.9")};
-        QCOMPARE(controller->getDiscardList(), rows);
+        QCOMPARE(m_controller->getDiscardList(), rows);
         QVERIFY(findSettings() == nullptr);
-        QCOMPARE(controller->settings().getRowData(), rows);
-        QCOMPARE(controller->getDiscardList(), rows);
+        QCOMPARE(m_controller->settings().getRowData(), rows);
+        QCOMPARE(m_controller->getDiscardList(), rows);
     }
 
     void settingsAreLoadedWithTheStartUpChecksWhenNothingWasDrawn() {
@@ -245,7 +245,7 @@ private Q_SLOTS:
         QCOMPARE(parents, QList<QWidget *>{&settings()});
         inSettings<QPushButton>("buttonOk")->click();
         services().platform().notifications->post(text("checkCredential"));
-        QCOMPARE(parents.last(), &controller->window());
+        QCOMPARE(parents.last(), &m_controller->window());
     }
 };
 

@@ -29,27 +29,27 @@ class StatusItemTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<QrvAPI> api;
-    std::unique_ptr<QrvMainWindowController> controller;
-    QStringList images; ///< every image that the icon was given, in order
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<QrvAPI> m_api;
+    std::unique_ptr<QrvMainWindowController> m_controller;
+    QStringList m_images; ///< every image that the icon was given, in order
 
-    [[nodiscard]] fakes::TestPlatform &services() const { return fixture->services; }
+    [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
-    [[nodiscard]] TrayPresence &tray() const { return controller->statusItem(); }
+    [[nodiscard]] TrayPresence &tray() const { return m_controller->statusItem(); }
 
-    [[nodiscard]] MainWindow &window() const { return controller->window(); }
+    [[nodiscard]] MainWindow &window() const { return m_controller->window(); }
 
     [[nodiscard]] QSystemTrayIcon *icon() const { return tray().findChild<QSystemTrayIcon *>(); }
 
     void start() {
-        controller = std::make_unique<QrvMainWindowController>(*api);
-        connect(&controller->display(), &SessionDisplay::changed, this, [this](const DisplayState &state) {
-            if (images.isEmpty() || images.last() != state.trayImage) {
-                images.append(state.trayImage);
+        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
+        connect(&m_controller->display(), &SessionDisplay::changed, this, [this](const DisplayState &state) {
+            if (m_images.isEmpty() || m_images.last() != state.trayImage) {
+                m_images.append(state.trayImage);
             }
         });
-        controller->awakeFromNib();
+        m_controller->awakeFromNib();
     }
 
     void answer() {
@@ -73,43 +73,43 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
+        m_fixture = std::make_unique<GuiFixture>();
         services().hardware().serial = text("SER");
         services().addResource(text("extractip.sh"), "echo 203.0.113.7\n");
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
         services().urls().setFetchHandler(
             [](const QByteArray &) { return std::optional<QByteArray>("VPNConfig: client<br />"); });
-        api = std::make_unique<QrvAPI>();
-        images.clear();
+        m_api = std::make_unique<QrvAPI>();
+        m_images.clear();
         for (int i = 1; i <= 15; ++i) {
-            fixture->addImage(text("A%1").arg(i, 2, 10, QChar(u'0')));
+            m_fixture->addImage(text("A%1").arg(i, 2, 10, QChar(u'0')));
         }
     }
 
     void cleanup() {
         QThreadPool::globalInstance()->waitForDone();
-        controller.reset();
-        api.reset();
+        m_controller.reset();
+        m_api.reset();
         QCoreApplication::processEvents();
-        fixture.reset();
+        m_fixture.reset();
     }
 
     void iconTurnsFromTheStartToTheFirstAnswer() {
         start();
-        QTRY_VERIFY(images.size() >= 4);
-        QCOMPARE(images.mid(0, 4), (QStringList{text("Tray"), text("A01"), text("A02"), text("A03")}));
+        QTRY_VERIFY(m_images.size() >= 4);
+        QCOMPARE(m_images.mid(0, 4), (QStringList{text("Tray"), text("A01"), text("A02"), text("A03")}));
         answer();
-        QCOMPARE(images.last(), text("Tray"));
+        QCOMPARE(m_images.last(), text("Tray"));
     }
 
     void iconTurnsThroughAnAttemptAndStopsWithTheLock() {
         start();
         answer();
-        images.clear();
+        m_images.clear();
         window().findChild<QComboBox *>(text("popupCountry"))->setCurrentIndex(1);
         tray().hideIpMenuItem()->trigger();
-        QTRY_VERIFY(images.size() >= 2);
-        QCOMPARE(images.mid(0, 2), (QStringList{text("Tray"), text("A01")}));
+        QTRY_VERIFY(m_images.size() >= 2);
+        QCOMPARE(m_images.mid(0, 2), (QStringList{text("Tray"), text("A01")}));
         QFile log(services().home() + text("/Documents/Quorvane/openvpn.log"));
         QThreadPool::globalInstance()->waitForDone();
         QTRY_VERIFY(log.exists());
@@ -117,9 +117,9 @@ private Q_SLOTS:
         log.write("a\nInitialization Sequence Completed\n");
         log.close();
         services().delayedCalls().advance(2.0);
-        QCOMPARE(images.last(), text("TrayLock"));
-        controller->stopQuorvane();
-        QCOMPARE(images.last(), text("Tray"));
+        QCOMPARE(m_images.last(), text("TrayLock"));
+        m_controller->stopQuorvane();
+        QCOMPARE(m_images.last(), text("Tray"));
     }
 
     void fifteenthFrameIsNeverShown() {
@@ -160,7 +160,7 @@ private Q_SLOTS:
         QVERIFY(tray().copyIpMenuItem()->isEnabled());
         answer();
         QVERIFY(tray().copyIpMenuItem()->isEnabled());
-        controller->session().setDefaultControls();
+        m_controller->session().setDefaultControls();
         QVERIFY(!tray().copyIpMenuItem()->isEnabled());
         goHidden();
         QVERIFY(!tray().copyIpMenuItem()->isEnabled());
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QCOMPARE(services().workspace().openedUrls.size(), 1);
         QCOMPARE(services().workspace().openedUrls.first(),
                  text("https://www.quorvane.test/ip?utm_source=905-quorvane-mac&utm_medium=in-app&uid=%1")
-                     .arg(api->macSerial()));
+                     .arg(m_api->macSerial()));
     }
 
     void aboutItemShowsTheAboutWindowAbove() {
@@ -208,9 +208,9 @@ private Q_SLOTS:
         answer();
         goHidden();
         QCOMPARE(tray().toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
-        controller->session().getNewIP();
+        m_controller->session().getNewIP();
         QCOMPARE(tray().toolTip(), text("Quorvane: searching for an available IP"));
-        controller->session().setDefaultControls();
+        m_controller->session().setDefaultControls();
         QCOMPARE(tray().toolTip(), text("Quorvane: your IP is not hidden"));
     }
 

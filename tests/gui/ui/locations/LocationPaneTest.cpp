@@ -31,18 +31,20 @@ class LocationPaneTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<QrvAPI> api;
-    RecordingPaneDelegate delegate;
-    std::unique_ptr<QrvLocationPaneController> pane;
-    QrvVpnDataList servers;
-    QObject observer;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<QrvAPI> m_api;
+    RecordingPaneDelegate m_delegate;
+    std::unique_ptr<QrvLocationPaneController> m_pane;
+    QrvVpnDataList m_servers;
+    QObject m_observer;
 
-    [[nodiscard]] QComboBox *popup() const { return pane->findChild<QComboBox *>(text("popupCountry")); }
+    [[nodiscard]] QComboBox *popup() const { return m_pane->findChild<QComboBox *>(text("popupCountry")); }
 
-    [[nodiscard]] QCheckBox *sameIp() const { return pane->findChild<QCheckBox *>(text("checkSameIP")); }
+    [[nodiscard]] QCheckBox *sameIp() const { return m_pane->findChild<QCheckBox *>(text("checkSameIP")); }
 
-    [[nodiscard]] platform::PreferencesStore &preferences() const { return fixture->services.preferences(); }
+    [[nodiscard]] platform::PreferencesStore &preferences() const {
+        return m_fixture->services.preferences();
+    }
 
     [[nodiscard]] QStringList titles() const {
         QStringList list;
@@ -61,48 +63,48 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
-        delegate = {};
-        api = std::make_unique<QrvAPI>();
+        m_fixture = std::make_unique<GuiFixture>();
+        m_delegate = {};
+        m_api = std::make_unique<QrvAPI>();
         const QStringList lines{text("7,Berlin,BER,DE,Germany,x|10.0.0.1,10.0.0.2"),
                                 text("8,Denver,DEN,US,States,x|10.0.1.1"),
                                 text("9,Nowhere,NOW,QQ,Quux,x|10.0.2.1")};
-        servers = ServerModel::parseServers(lines, text("u"), text("p"), QString());
-        api->model().setServerList(lines);
-        api->model().setServers(servers);
-        pane = std::make_unique<QrvLocationPaneController>();
-        pane->connectTo(api.get(), &delegate);
+        m_servers = ServerModel::parseServers(lines, text("u"), text("p"), QString());
+        m_api->model().setServerList(lines);
+        m_api->model().setServers(m_servers);
+        m_pane = std::make_unique<QrvLocationPaneController>();
+        m_pane->connectTo(m_api.get(), &m_delegate);
     }
 
     void cleanup() {
-        pane.reset();
-        api.reset();
-        fixture.reset();
+        m_pane.reset();
+        m_api.reset();
+        m_fixture.reset();
     }
 
     void beforeTheFirstListRandomLocationStandsAlone() {
         QCOMPARE(titles(), QStringList{text("Random Location")});
-        QVERIFY(pane->currentItem()->vpnData() == nullptr);
-        QCOMPARE(pane->currentItem()->imageName(), text("xx"));
-        QVERIFY(pane->selectedItem() == nullptr);
+        QVERIFY(m_pane->currentItem()->vpnData() == nullptr);
+        QCOMPARE(m_pane->currentItem()->imageName(), text("xx"));
+        QVERIFY(m_pane->selectedItem() == nullptr);
     }
 
     void fullLocationsCarryTheGoldMarkAndSayIt() {
-        api->model().setLocations(text("DE;BER;Berlin;1|US;DEN;Denver;0|QQ;BER;Elsewhere;1"));
-        pane->fillCountries(servers);
+        m_api->model().setLocations(text("DE;BER;Berlin;1|US;DEN;Denver;0|QQ;BER;Elsewhere;1"));
+        m_pane->fillCountries(m_servers);
         QCOMPARE(titles().at(1), text("Germany Berlin"));
         for (int row = 0; row < popup()->count(); ++row) {
             const bool full = row == 1;
             QCOMPARE(popup()->itemData(row, LocationRowDelegate::fullRole).toBool(), full);
-            QCOMPARE(pane->items().at(static_cast<std::size_t>(row))->isMarkedFull(), full);
-            QVERIFY(!pane->items().at(static_cast<std::size_t>(row))->full()); // it has no item view
+            QCOMPARE(m_pane->items().at(static_cast<std::size_t>(row))->isMarkedFull(), full);
+            QVERIFY(!m_pane->items().at(static_cast<std::size_t>(row))->full()); // it has no item view
         }
         QCOMPARE(popup()->itemData(1, Qt::AccessibleTextRole).toString(), text("Germany Berlin, full"));
         QCOMPARE(popup()->itemText(1), text("Germany Berlin"));
     }
 
     void goldMarkIsDrawnBehindTheTitle() {
-        fixture->addImage(text("gold"), QSize(16, 16)); // all red
+        m_fixture->addImage(text("gold"), QSize(16, 16)); // all red
         const auto redDots = [this](int row) {
             QStyleOptionViewItem option;
             option.initFrom(popup());
@@ -122,114 +124,114 @@ private Q_SLOTS:
             }
             return dots;
         };
-        api->model().setLocations(text("DE;BER;Berlin;1"));
-        pane->fillCountries(servers);
+        m_api->model().setLocations(text("DE;BER;Berlin;1"));
+        m_pane->fillCountries(m_servers);
         QCOMPARE(redDots(1), 256);
         QCOMPARE(redDots(2), 0);
     }
 
     void listIsFilledInServerOrderWithFlagsWhereThereAreAny() {
-        pane->fillCountries(servers);
+        m_pane->fillCountries(m_servers);
         QCOMPARE(titles(), (QStringList{text("Random Location"), text("Germany Berlin"), text("Quux Nowhere"),
                                         text("States Denver")}));
-        QCOMPARE(pane->items().at(1)->imageName(), text("de"));
-        QVERIFY(pane->items().at(2)->imageName().isNull());
+        QCOMPARE(m_pane->items().at(1)->imageName(), text("de"));
+        QVERIFY(m_pane->items().at(2)->imageName().isNull());
         QVERIFY(!popup()->itemIcon(1).isNull());
         QVERIFY(popup()->itemIcon(2).isNull());
-        QCOMPARE(pane->items().at(1)->vpnData(), servers.at(0));
+        QCOMPARE(m_pane->items().at(1)->vpnData(), m_servers.at(0));
         QCOMPARE(popup()->currentIndex(), 0);
     }
 
     void emptyListChangesNothing() {
-        pane->fillCountries(servers);
-        pane->fillCountries({});
+        m_pane->fillCountries(m_servers);
+        m_pane->fillCountries({});
         QCOMPARE(popup()->count(), 4);
     }
 
     void discardedAddressesAreLeftOutOfTheFilteredCopyOnly() {
-        delegate.discarded = {text("10.0.0.1"), text("10.0.1.1")};
-        pane->fillCountries(servers);
+        m_delegate.discarded = {text("10.0.0.1"), text("10.0.1.1")};
+        m_pane->fillCountries(m_servers);
         QCOMPARE(titles(),
                  (QStringList{text("Random Location"), text("Germany Berlin"), text("Quux Nowhere")}));
-        QCOMPARE(servers.at(0)->filteredIpAdressArray, QStringList{text("10.0.0.2")});
-        QCOMPARE(servers.at(0)->ipAdressArray.size(), 2);
-        delegate.discarded.clear();
-        pane->fillCountries(servers);
+        QCOMPARE(m_servers.at(0)->filteredIpAdressArray, QStringList{text("10.0.0.2")});
+        QCOMPARE(m_servers.at(0)->ipAdressArray.size(), 2);
+        m_delegate.discarded.clear();
+        m_pane->fillCountries(m_servers);
         QCOMPARE(popup()->count(), 4);
-        QCOMPARE(servers.at(0)->filteredIpAdressArray.size(), 2);
+        QCOMPARE(m_servers.at(0)->filteredIpAdressArray.size(), 2);
     }
 
     void allDiscardedLeavesRandomLocationAlone() {
-        delegate.discarded = {text("10.0.0.1"), text("10.0.0.2"), text("10.0.1.1"), text("10.0.2.1")};
-        pane->fillCountries(servers);
+        m_delegate.discarded = {text("10.0.0.1"), text("10.0.0.2"), text("10.0.1.1"), text("10.0.2.1")};
+        m_pane->fillCountries(m_servers);
         QCOMPARE(titles(), QStringList{text("Random Location")});
     }
 
     void storedLocationIsSelectedByItsTitleLiterally() {
         preferences().setValue(text("location"), text("States Denver"));
-        pane->fillCountries(servers);
+        m_pane->fillCountries(m_servers);
         QCOMPARE(popup()->currentText(), text("States Denver"));
-        QCOMPARE(pane->selectedItem(), pane->currentItem());
+        QCOMPARE(m_pane->selectedItem(), m_pane->currentItem());
         preferences().setValue(text("location"), text("DEN US"));
-        pane->fillCountries(servers);
+        m_pane->fillCountries(m_servers);
         QCOMPARE(popup()->currentIndex(), 0);
-        QVERIFY(pane->selectedItem() == nullptr);
+        QVERIFY(m_pane->selectedItem() == nullptr);
     }
 
     void rebuiltEntriesAreNewOnes() {
-        pane->fillCountries(servers);
-        const quint64 before = pane->items().at(1)->id();
-        pane->fillCountries(servers);
-        QVERIFY(pane->items().at(1)->id() != before);
+        m_pane->fillCountries(m_servers);
+        const quint64 before = m_pane->items().at(1)->id();
+        m_pane->fillCountries(m_servers);
+        QVERIFY(m_pane->items().at(1)->id() != before);
     }
 
     void choiceIsStored() {
-        pane->fillCountries(servers);
+        m_pane->fillCountries(m_servers);
         popup()->setCurrentIndex(1);
-        pane->checkPopupCountry();
+        m_pane->checkPopupCountry();
         QCOMPARE(preferences().string(text("countryCode")), text("DE"));
         QCOMPARE(preferences().string(text("location")), text("BER DE"));
-        QCOMPARE(delegate.events, QStringList{text("US off")});
+        QCOMPARE(m_delegate.events, QStringList{text("US off")});
         popup()->setCurrentIndex(0);
-        pane->checkPopupCountry();
+        m_pane->checkPopupCountry();
         QCOMPARE(preferences().string(text("countryCode")), text("xx"));
         QCOMPARE(preferences().value(text("location")), QVariant(text("")));
-        QCOMPARE(delegate.events.size(), 1); // random choice leaves the US-only box alone
+        QCOMPARE(m_delegate.events.size(), 1); // random choice leaves the US-only box alone
     }
 
     void keptAddressDecidesTheStoredLocation() {
-        pane->fillCountries(servers);
+        m_pane->fillCountries(m_servers);
         preferences().setValues({{text("useSameIP"), true}, {text("lastIP"), text("10.0.1.1\n")}});
-        pane->checkPopupCountry();
+        m_pane->checkPopupCountry();
         QCOMPARE(preferences().string(text("location")), text("Denver DEN"));
     }
 
     void withoutAnApiClientThePopupIsDisabled() {
-        pane->connectTo(nullptr, &delegate);
-        pane->checkPopupCountry();
+        m_pane->connectTo(nullptr, &m_delegate);
+        m_pane->checkPopupCountry();
         QVERIFY(!popup()->isEnabled());
         QVERIFY(preferences().value(text("location")).isNull());
-        pane->connectTo(api.get(), &delegate);
-        pane->checkPopupCountry();
+        m_pane->connectTo(m_api.get(), &m_delegate);
+        m_pane->checkPopupCountry();
         QVERIFY(popup()->isEnabled());
     }
 
     void choosingRestartsTheSession() {
-        pane->fillCountries(servers);
+        m_pane->fillCountries(m_servers);
         QStringList posted;
-        fixture->services.platform().notifications->addObserver(
-            text("startVpn"), &observer, [this](const QVariant &object) {
-                delegate.events.append(object.isValid() ? text("start with object") : text("start"));
+        m_fixture->services.platform().notifications->addObserver(
+            text("startVpn"), &m_observer, [this](const QVariant &object) {
+                m_delegate.events.append(object.isValid() ? text("start with object") : text("start"));
             });
         choose(1);
-        QCOMPARE(delegate.events, (QStringList{text("US off"), text("stop"), text("start")}));
+        QCOMPARE(m_delegate.events, (QStringList{text("US off"), text("stop"), text("start")}));
         QCoreApplication::processEvents();
-        QCOMPARE(delegate.events.last(), text("terminate")); // asked for without waiting
+        QCOMPARE(m_delegate.events.last(), text("terminate")); // asked for without waiting
         QCOMPARE(preferences().string(text("location")), text("BER DE"));
     }
 
     void choosingTurnsTheSameAddressBoxOff() {
-        pane->fillCountries(servers);
+        m_pane->fillCountries(m_servers);
         SessionState::shared().hidden = true;
         SessionState::shared().currentIp = text("10.0.1.1");
         QTest::mouseClick(sameIp(), Qt::LeftButton);
@@ -244,10 +246,10 @@ private Q_SLOTS:
     void sameAddressBoxWhileNotHiddenAlertsAndStaysOff() {
         QTest::mouseClick(sameIp(), Qt::LeftButton);
         QVERIFY(!sameIp()->isChecked());
-        QCOMPARE(fixture->alerts.size(), 1);
-        QCOMPARE(fixture->alerts.first().title, text("Quorvane"));
+        QCOMPARE(m_fixture->alerts.size(), 1);
+        QCOMPARE(m_fixture->alerts.first().title, text("Quorvane"));
         QCOMPARE(
-            fixture->alerts.first().text,
+            m_fixture->alerts.first().text,
             text("Please check \"Always Use Same IP Address\" when you have found a fake IP you would like "
                  "to reuse"));
         QVERIFY(!preferences().value(text("useSameIP")).isValid());
@@ -257,34 +259,34 @@ private Q_SLOTS:
         sameIp()->setChecked(true);
         QTest::mouseClick(sameIp(), Qt::LeftButton);
         QVERIFY(!sameIp()->isChecked());
-        QVERIFY(fixture->alerts.isEmpty());
+        QVERIFY(m_fixture->alerts.isEmpty());
         QCOMPARE(preferences().value(text("useSameIP")), QVariant(false));
     }
 
     void selectingByImageNeedsAnImageAndAnEntry() {
-        pane->fillCountries(servers);
-        QVERIFY(pane->selectPopupItemWithImageNamed(text("DE")));
+        m_pane->fillCountries(m_servers);
+        QVERIFY(m_pane->selectPopupItemWithImageNamed(text("DE")));
         QCOMPARE(popup()->currentIndex(), 1);
-        QVERIFY(pane->selectedItem() == nullptr);
-        QVERIFY(!pane->selectPopupItemWithImageNamed(text("qq")));
-        QVERIFY(!pane->selectPopupItemWithImageNamed(text("applock")));
-        QVERIFY(!pane->selectPopupItemWithImageNamed(text("../images/de")));
+        QVERIFY(m_pane->selectedItem() == nullptr);
+        QVERIFY(!m_pane->selectPopupItemWithImageNamed(text("qq")));
+        QVERIFY(!m_pane->selectPopupItemWithImageNamed(text("applock")));
+        QVERIFY(!m_pane->selectPopupItemWithImageNamed(text("../images/de")));
         QCOMPARE(popup()->currentIndex(), 1);
     }
 
     void removedEntryIsGone() {
-        pane->fillCountries(servers);
-        pane->selectPopupItemWithTitle(text("Germany Berlin"));
-        pane->removeItemWithTitle(text("Germany Berlin"));
+        m_pane->fillCountries(m_servers);
+        m_pane->selectPopupItemWithTitle(text("Germany Berlin"));
+        m_pane->removeItemWithTitle(text("Germany Berlin"));
         QVERIFY(!titles().contains(text("Germany Berlin")));
-        QVERIFY(pane->selectedItem() == nullptr);
-        QCOMPARE(pane->currentItem()->text(), popup()->currentText());
+        QVERIFY(m_pane->selectedItem() == nullptr);
+        QCOMPARE(m_pane->currentItem()->text(), popup()->currentText());
     }
 
     void comingIntoViewSelectsTheStoredFlag() {
-        pane->fillCountries(servers);
+        m_pane->fillCountries(m_servers);
         preferences().setValues({{text("countryCode"), text("US")}, {text("useSameIP"), true}});
-        pane->refresh();
+        m_pane->refresh();
         QCOMPARE(popup()->currentText(), text("States Denver"));
         QVERIFY(sameIp()->isChecked());
     }
@@ -292,15 +294,15 @@ private Q_SLOTS:
     void keptAddressShowsFromTheStart() {
         preferences().setValue(text("useSameIP"), true);
         QrvLocationPaneController another;
-        another.connectTo(api.get(), &delegate);
+        another.connectTo(m_api.get(), &m_delegate);
         QVERIFY(another.findChild<QCheckBox *>(text("checkSameIP"))->isChecked());
     }
 
     void updateNotificationRebuilds() {
-        api->setInetConnect(true);
-        api->cmdAuth(QString());
-        QVERIFY(fixture->services.urls().finishNext("Server: 7,Berlin,BER,DE,Germany,x|10.0.0.1"));
-        fixture->services.platform().notifications->post(text("updateServerList"));
+        m_api->setInetConnect(true);
+        m_api->cmdAuth(QString());
+        QVERIFY(m_fixture->services.urls().finishNext("Server: 7,Berlin,BER,DE,Germany,x|10.0.0.1"));
+        m_fixture->services.platform().notifications->post(text("updateServerList"));
         QCOMPARE(titles(), (QStringList{text("Random Location"), text("Germany Berlin")}));
     }
 };

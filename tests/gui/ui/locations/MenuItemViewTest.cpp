@@ -14,12 +14,12 @@ class MenuItemViewTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<QMenu> menu;
-    QrvMenuItem *item = nullptr;
-    std::unique_ptr<QrvMenuItemViewController> controller;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<QMenu> m_menu;
+    QrvMenuItem *m_item = nullptr;
+    std::unique_ptr<QrvMenuItemViewController> m_controller;
 
-    [[nodiscard]] QrvMenuItemView &row() const { return *controller->view(); }
+    [[nodiscard]] QrvMenuItemView &row() const { return *m_controller->view(); }
 
     [[nodiscard]] QLabel *label(const char *name) const { return row().findChild<QLabel *>(text(name)); }
 
@@ -40,20 +40,20 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
-        fixture->addImage(text("gold"), QSize(16, 16));
-        menu = std::make_unique<QMenu>();
-        menu->addAction(text("Another"));
-        item = new QrvMenuItem(text("Germany Berlin"), menu.get());
-        menu->addAction(item);
-        controller = std::make_unique<QrvMenuItemViewController>(item);
-        controller->setTitle(text("Germany Berlin"));
+        m_fixture = std::make_unique<GuiFixture>();
+        m_fixture->addImage(text("gold"), QSize(16, 16));
+        m_menu = std::make_unique<QMenu>();
+        m_menu->addAction(text("Another"));
+        m_item = new QrvMenuItem(text("Germany Berlin"), m_menu.get());
+        m_menu->addAction(m_item);
+        m_controller = std::make_unique<QrvMenuItemViewController>(m_item);
+        m_controller->setTitle(text("Germany Berlin"));
     }
 
     void cleanup() {
-        controller.reset();
-        menu.reset();
-        fixture.reset();
+        m_controller.reset();
+        m_menu.reset();
+        m_fixture.reset();
     }
 
     void controllerBeginsWithoutPictures() {
@@ -67,8 +67,8 @@ private Q_SLOTS:
     }
 
     void controllerGivesTheRowItsItemAndLabel() {
-        QCOMPARE(controller->menuItem(), item);
-        QCOMPARE(row().menuItem(), item);
+        QCOMPARE(m_controller->menuItem(), m_item);
+        QCOMPARE(row().menuItem(), m_item);
         QCOMPARE(row().labelText(), label("labelText"));
     }
 
@@ -83,8 +83,8 @@ private Q_SLOTS:
         QFETCH(QString, title);
         row().move(7, 9);
         const int height = row().height();
-        controller->setTitle(title);
-        QCOMPARE(controller->title(), title);
+        m_controller->setTitle(title);
+        QCOMPARE(m_controller->title(), title);
         const auto *shown = label("labelText");
         QCOMPARE(shown->size(), shown->sizeHint());
         QCOMPARE(row().width(), shown->x() + shown->width() + 5 + label("imageGold")->width());
@@ -93,21 +93,21 @@ private Q_SLOTS:
     }
 
     void goldShowsTheMark() {
-        controller->setGold(true);
-        QVERIFY(controller->gold());
+        m_controller->setGold(true);
+        QVERIFY(m_controller->gold());
         QVERIFY(!label("imageGold")->pixmap().isNull());
-        controller->setGold(false);
-        QVERIFY(!controller->gold());
+        m_controller->setGold(false);
+        QVERIFY(!m_controller->gold());
         QVERIFY(label("imageGold")->pixmap().isNull());
     }
 
     void flagIsShownAndTakenAway() {
         QPixmap flag(28, 21);
         flag.fill(Qt::blue);
-        controller->setFlagImage(flag);
-        QCOMPARE(controller->flagImage().cacheKey(), flag.cacheKey());
-        controller->setFlagImage({});
-        QVERIFY(controller->flagImage().isNull());
+        m_controller->setFlagImage(flag);
+        QCOMPARE(m_controller->flagImage().cacheKey(), flag.cacheKey());
+        m_controller->setFlagImage({});
+        QVERIFY(m_controller->flagImage().isNull());
     }
 
     void plainRowIsClearAndBlack() {
@@ -116,16 +116,16 @@ private Q_SLOTS:
     }
 
     void highlightedRowHasTheDesktopsSelectionColours() {
-        menu->setActiveAction(item);
+        m_menu->setActiveAction(m_item);
         QCOMPARE(fillOfOneDrawing(), selected(QPalette::Highlight));
         QCOMPARE(textColour(), selected(QPalette::HighlightedText));
-        menu->setActiveAction(menu->actions().first());
+        m_menu->setActiveAction(m_menu->actions().first());
         QCOMPARE(fillOfOneDrawing().alpha(), 0);
         QCOMPARE(textColour(), QColor(Qt::black));
     }
 
     void rowThatTheMouseHasLeftIsDrawnUnhighlightedOnce() {
-        menu->setActiveAction(item);
+        m_menu->setActiveAction(m_item);
         QCOMPARE(fillOfOneDrawing(), selected(QPalette::Highlight));
         row().mouseExited();
         QCOMPARE(fillOfOneDrawing().alpha(), 0);
@@ -136,70 +136,70 @@ private Q_SLOTS:
     void enteringAndLeavingDrawsAnew() {
         row().show();
         QVERIFY(QTest::qWaitForWindowExposed(&row()));
-        menu->setActiveAction(item);
+        m_menu->setActiveAction(m_item);
         QEnterEvent enter(QPointF(1, 1), QPointF(1, 1), QPointF(1, 1));
         QCoreApplication::sendEvent(&row(), &enter);
         QTRY_COMPARE(textColour(), selected(QPalette::HighlightedText));
-        menu->setActiveAction(menu->actions().first());
+        m_menu->setActiveAction(m_menu->actions().first());
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(&row(), &leave);
         QTRY_COMPARE(textColour(), QColor(Qt::black));
     }
 
     void clickClosesTheMenuAndChoosesTheItem() {
-        QSignalSpy chosen(item, &QAction::triggered);
-        menu->popup(QPoint(10, 10));
-        QTRY_VERIFY(menu->isVisible());
+        QSignalSpy chosen(m_item, &QAction::triggered);
+        m_menu->popup(QPoint(10, 10));
+        QTRY_VERIFY(m_menu->isVisible());
         QTest::mouseClick(&row(), Qt::LeftButton, {}, QPoint(3, 3));
-        QVERIFY(!menu->isVisible());
+        QVERIFY(!m_menu->isVisible());
         QCOMPARE(chosen.size(), 1);
         // With the keyboard it is the same.
-        menu->popup(QPoint(10, 10));
-        menu->setActiveAction(item);
-        QTest::keyClick(menu.get(), Qt::Key_Return);
-        QVERIFY(!menu->isVisible());
+        m_menu->popup(QPoint(10, 10));
+        m_menu->setActiveAction(m_item);
+        QTest::keyClick(m_menu.get(), Qt::Key_Return);
+        QVERIFY(!m_menu->isVisible());
         QCOMPARE(chosen.size(), 2);
     }
 
     void clickInASubmenuClosesThemAll() {
         QMenu outer;
-        outer.addMenu(menu.get());
-        menu->setTitle(text("Locations"));
+        outer.addMenu(m_menu.get());
+        m_menu->setTitle(text("Locations"));
         outer.popup(QPoint(10, 10));
-        menu->popup(QPoint(60, 10));
-        QTRY_VERIFY(menu->isVisible() && outer.isVisible());
-        QSignalSpy chosen(item, &QAction::triggered);
+        m_menu->popup(QPoint(60, 10));
+        QTRY_VERIFY(m_menu->isVisible() && outer.isVisible());
+        QSignalSpy chosen(m_item, &QAction::triggered);
         row().mouseDown();
-        QVERIFY(!menu->isVisible());
+        QVERIFY(!m_menu->isVisible());
         QVERIFY(!outer.isVisible());
         QCOMPARE(chosen.size(), 1);
     }
 
     void clickOnADisabledItemOrWithoutAMenuDoesNothing() {
-        QSignalSpy chosen(item, &QAction::triggered);
-        item->setEnabled(false);
+        QSignalSpy chosen(m_item, &QAction::triggered);
+        m_item->setEnabled(false);
         row().mouseDown();
-        item->setEnabled(true);
-        menu->removeAction(item);
+        m_item->setEnabled(true);
+        m_menu->removeAction(m_item);
         row().mouseDown();
         QCOMPARE(chosen.size(), 0);
     }
 
     void rowOutlivesItsItem() {
-        menu.reset(); // takes the item along
+        m_menu.reset(); // takes the item along
         row().mouseDown();
         QCOMPARE(fillOfOneDrawing().alpha(), 0);
-        QVERIFY(controller->menuItem() == nullptr);
+        QVERIFY(m_controller->menuItem() == nullptr);
     }
 
     void itemMarksItsRow() {
-        auto owned = std::make_unique<QrvMenuItemViewController>(item);
+        auto owned = std::make_unique<QrvMenuItemViewController>(m_item);
         const QrvMenuItemViewController *view = owned.get();
-        item->setItemView(std::move(owned));
-        QVERIFY(!item->full());
-        item->setFull(true);
+        m_item->setItemView(std::move(owned));
+        QVERIFY(!m_item->full());
+        m_item->setFull(true);
         QVERIFY(view->gold());
-        QVERIFY(item->full());
+        QVERIFY(m_item->full());
     }
 };
 

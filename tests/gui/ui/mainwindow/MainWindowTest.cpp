@@ -21,32 +21,32 @@ class MainWindowTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<MainWindow> window;
-    std::unique_ptr<SessionDisplay> display;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<SessionDisplay> m_display;
 
-    [[nodiscard]] QLabel *label(const char *name) const { return window->findChild<QLabel *>(text(name)); }
+    [[nodiscard]] QLabel *label(const char *name) const { return m_window->findChild<QLabel *>(text(name)); }
 
     [[nodiscard]] QPushButton *button(const char *name) const {
-        return window->findChild<QPushButton *>(text(name));
+        return m_window->findChild<QPushButton *>(text(name));
     }
 
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
-        window = std::make_unique<MainWindow>();
-        display = std::make_unique<SessionDisplay>();
-        connect(display.get(), &SessionDisplay::changed, window.get(), &MainWindow::draw);
-        display->starting();
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        m_fixture = std::make_unique<GuiFixture>();
+        m_window = std::make_unique<MainWindow>();
+        m_display = std::make_unique<SessionDisplay>();
+        connect(m_display.get(), &SessionDisplay::changed, m_window.get(), &MainWindow::draw);
+        m_display->starting();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     }
 
     void cleanup() {
-        window.reset();
-        display.reset();
-        fixture.reset();
+        m_window.reset();
+        m_display.reset();
+        m_fixture.reset();
     }
 
     void startShowsTheWarningAndTurns() {
@@ -58,24 +58,24 @@ private Q_SLOTS:
         QVERIFY(!button("buttonQuorvane")->isEnabled());
         QVERIFY(!button("changeIpButton")->isVisible());
         QVERIFY(!button("discardIpButton")->isVisible());
-        QVERIFY(window->findChild<QProgressBar *>(text("viewSpinWeel"))->isVisible());
+        QVERIFY(m_window->findChild<QProgressBar *>(text("viewSpinWeel"))->isVisible());
         QCOMPARE(label("imageAppState")->accessibleName(), text("IP not hidden"));
     }
 
     void searchingIsGreyAndDisabled() {
-        display->answerHandled();
-        display->searching();
+        m_display->answerHandled();
+        m_display->searching();
         QCOMPARE(label("fieldLine1")->text(), text("Searching for an available IP..."));
         QVERIFY(label("fieldLine1")->styleSheet().contains(text("rgb(211, 211, 211)")));
         QVERIFY(!button("buttonQuorvane")->isEnabled());
         QCOMPARE(label("imageAppState")->accessibleName(), text("Searching"));
-        QVERIFY(!window->findChild<QProgressBar *>(text("viewSpinWeel"))->isVisible());
+        QVERIFY(!m_window->findChild<QProgressBar *>(text("viewSpinWeel"))->isVisible());
     }
 
     void hiddenShowsAddressFlagAndPlace() {
-        display->tunnelStarting();
-        display->hidden(text("203.0.113.7\n"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        QCOMPARE(window->findChild<QrvFancyIp *>(text("viewCurrentIP"))->stringValue(),
+        m_display->tunnelStarting();
+        m_display->hidden(text("203.0.113.7\n"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        QCOMPARE(m_window->findChild<QrvFancyIp *>(text("viewCurrentIP"))->stringValue(),
                  text("203.0.113.7\n"));
         QCOMPARE(label("fieldLine1")->text(), text("You are currently hiding your real IP 198.51.100.10"));
         QVERIFY(label("fieldLine1")->styleSheet().contains(text("white")));
@@ -91,11 +91,11 @@ private Q_SLOTS:
     }
 
     void resetClearsTheFlag() {
-        display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        display->notHidden(text("198.51.100.10"));
+        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        m_display->notHidden(text("198.51.100.10"));
         QVERIFY(!label("imageCountry")->isVisible());
         QVERIFY(label("imageCountry")->pixmap().isNull());
-        QCOMPARE(window->findChild<QrvFancyIp *>(text("viewCurrentIP"))->stringValue(),
+        QCOMPARE(m_window->findChild<QrvFancyIp *>(text("viewCurrentIP"))->stringValue(),
                  text("198.51.100.10"));
         QVERIFY(!button("buttonQuorvane")->isChecked());
         QVERIFY(!button("changeIpButton")->isVisible());
@@ -103,31 +103,31 @@ private Q_SLOTS:
 
     void nothingJumpsBetweenTheStates() {
         const QPoint before = button("buttonQuorvane")->pos();
-        display->answerHandled();
-        display->searching();
+        m_display->answerHandled();
+        m_display->searching();
         QCoreApplication::processEvents();
         QCOMPARE(button("buttonQuorvane")->pos(), before);
-        display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
         QCoreApplication::processEvents();
         QCOMPARE(button("buttonQuorvane")->pos(), before);
     }
 
     void hostileTextsStayPlain() {
-        display->hidden(text("<img src=x>"), text("1.1.1.1"), text("de"), text("<b>Berlin</b>"));
+        m_display->hidden(text("<img src=x>"), text("1.1.1.1"), text("de"), text("<b>Berlin</b>"));
         for (const char *name : {"fieldLine22", "fieldLine1"}) {
             QCOMPARE(label(name)->textFormat(), Qt::PlainText);
         }
     }
 
     void pressesAreTold() {
-        display->answerHandled();
-        QSignalSpy hide(window.get(), &MainWindow::hideButtonPressed);
+        m_display->answerHandled();
+        QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
         QTest::mouseClick(button("buttonQuorvane"), Qt::LeftButton);
         QCOMPARE(hide.size(), 1);
         QCOMPARE(hide.first().first().toBool(), true);
-        display->hidden(text("1.1.1.2"), text("1.1.1.1"), text("de"), text("x"));
-        QSignalSpy change(window.get(), &MainWindow::changeIpPressed);
-        QSignalSpy discard(window.get(), &MainWindow::discardIpPressed);
+        m_display->hidden(text("1.1.1.2"), text("1.1.1.1"), text("de"), text("x"));
+        QSignalSpy change(m_window.get(), &MainWindow::changeIpPressed);
+        QSignalSpy discard(m_window.get(), &MainWindow::discardIpPressed);
         QTest::mouseClick(button("changeIpButton"), Qt::LeftButton);
         QTest::mouseClick(button("discardIpButton"), Qt::LeftButton);
         QCOMPARE(change.size(), 1);
@@ -135,24 +135,24 @@ private Q_SLOTS:
     }
 
     void drawingIsNoEdit() {
-        QSignalSpy edits(window.get(), &MainWindow::intervalEntered);
-        display->interval(42, true);
-        QCOMPARE(window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), 42);
-        QCOMPARE(window->findChild<QLineEdit *>(text("fieldChangeIpInterval"))->text(), text("42"));
+        QSignalSpy edits(m_window.get(), &MainWindow::intervalEntered);
+        m_display->interval(42, true);
+        QCOMPARE(m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), 42);
+        QCOMPARE(m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"))->text(), text("42"));
         QCOMPARE(edits.size(), 0);
     }
 
     void stepperCopiesIntoTheField() {
-        display->interval(42, true);
-        QSignalSpy edits(window.get(), &MainWindow::intervalEntered);
-        window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->stepUp();
+        m_display->interval(42, true);
+        QSignalSpy edits(m_window.get(), &MainWindow::intervalEntered);
+        m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->stepUp();
         QCOMPARE(edits.size(), 1);
         QCOMPARE(edits.first().first().toInt(), 43);
-        QCOMPARE(window->findChild<QLineEdit *>(text("fieldChangeIpInterval"))->text(), text("43"));
+        QCOMPARE(m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"))->text(), text("43"));
     }
 
     void stepperStaysWithinOneAndNinetyNine() {
-        auto *stepper = window->findChild<QSpinBox *>(text("stepperChangeIpInterval"));
+        auto *stepper = m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"));
         QCOMPARE(stepper->minimum(), 1);
         QCOMPARE(stepper->maximum(), 99);
         QCOMPARE(stepper->singleStep(), 1);
@@ -171,48 +171,48 @@ private Q_SLOTS:
     void intervalField() {
         QFETCH(QString, typed);
         QFETCH(QString, left);
-        display->interval(42, true);
-        QSignalSpy edits(window.get(), &MainWindow::intervalEntered);
-        auto *field = window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
+        m_display->interval(42, true);
+        QSignalSpy edits(m_window.get(), &MainWindow::intervalEntered);
+        auto *field = m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
         field->setFocus();
         field->selectAll();
         field->insert(typed); // as a paste does: one edit
         QCOMPARE(field->text(), left);
         QVERIFY(!edits.isEmpty());
         QCOMPARE(edits.last().first().toInt(), left.toInt());
-        QCOMPARE(window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), left.toInt());
+        QCOMPARE(m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), left.toInt());
     }
 
     void backgroundClickEndsTextEditing() {
-        display->interval(42, true);
-        auto *field = window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
+        m_display->interval(42, true);
+        auto *field = m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
         field->setFocus();
-        QTest::mouseClick(window->centralWidget(), Qt::LeftButton, {}, QPoint(3, 3));
+        QTest::mouseClick(m_window->centralWidget(), Qt::LeftButton, {}, QPoint(3, 3));
         QVERIFY(!field->hasFocus());
     }
 
     void transportLabelsAreSentAsTheyStand() {
-        QCOMPARE(window->transportLabel(), text("TCP"));
-        QSignalSpy chosen(window.get(), &MainWindow::transportChosen);
-        window->findChild<QRadioButton *>(text("segmentUdp"))->click();
-        QCOMPARE(window->transportLabel(), text("UDP"));
+        QCOMPARE(m_window->transportLabel(), text("TCP"));
+        QSignalSpy chosen(m_window.get(), &MainWindow::transportChosen);
+        m_window->findChild<QRadioButton *>(text("segmentUdp"))->click();
+        QCOMPARE(m_window->transportLabel(), text("UDP"));
         QCOMPARE(chosen.first().first().toInt(), 1);
-        window->setTransportIndex(0);
-        QCOMPARE(window->transportIndex(), 0);
+        m_window->setTransportIndex(0);
+        QCOMPARE(m_window->transportIndex(), 0);
     }
 
     void closingHidesOnlyWhereTheTrayLeadsBack() {
-        window->setReachableByTray(true);
-        window->close();
-        QVERIFY(!window->isVisible());
-        window->bringForward();
-        QVERIFY(window->isVisible());
-        window->setReachableByTray(false);
-        window->close();
-        QVERIFY(window->isVisible());
-        QVERIFY(window->isMinimized());
-        window->bringForward();
-        QVERIFY(!window->isMinimized());
+        m_window->setReachableByTray(true);
+        m_window->close();
+        QVERIFY(!m_window->isVisible());
+        m_window->bringForward();
+        QVERIFY(m_window->isVisible());
+        m_window->setReachableByTray(false);
+        m_window->close();
+        QVERIFY(m_window->isVisible());
+        QVERIFY(m_window->isMinimized());
+        m_window->bringForward();
+        QVERIFY(!m_window->isMinimized());
     }
 
     void floatingLevelIsDroppedThroughTheWindowItself() {
@@ -228,15 +228,15 @@ private Q_SLOTS:
     }
 
     void quitKeyAsksToQuit() {
-        QSignalSpy quit(window.get(), &MainWindow::quitRequested);
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
-        QTest::keyClick(window.get(), Qt::Key_Q, Qt::ControlModifier);
+        QSignalSpy quit(m_window.get(), &MainWindow::quitRequested);
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTest::keyClick(m_window.get(), Qt::Key_Q, Qt::ControlModifier);
         QCOMPARE(quit.size(), 1);
     }
 
     void everyControlHasAName() {
-        for (const QWidget *widget : window->findChildren<QWidget *>()) {
+        for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
             const bool innerPart = widget->objectName().startsWith(text("qt_")); // spoken for by its owner
             if (innerPart || widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) {
                 continue;

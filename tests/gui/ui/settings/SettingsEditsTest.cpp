@@ -26,11 +26,11 @@ class SettingsEditsTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<SettingsFixture> fixture;
+    std::unique_ptr<SettingsFixture> m_fixture;
 
     void showPaneOf(const QWidget *control) const {
         for (const QString &identifier : SettingsToolbar::toolbarAllowedItemIdentifiers()) {
-            fixture->window().toolbarItemPressed(identifier);
+            m_fixture->window().toolbarItemPressed(identifier);
             if (control->isVisible()) {
                 return;
             }
@@ -40,7 +40,7 @@ private:
 
     /// Does to the control what a user does to it.
     void edit(const QString &name) const {
-        auto *control = fixture->window().findChild<QWidget *>(name);
+        auto *control = m_fixture->window().findChild<QWidget *>(name);
         QVERIFY(control != nullptr);
         showPaneOf(control);
         if (auto *button = qobject_cast<QAbstractButton *>(control)) {
@@ -51,7 +51,7 @@ private:
             QTest::keyClicks(field, text("25"));
         } else if (auto *box = qobject_cast<QComboBox *>(control)) {
             box->setEnabled(true);
-            fixture->choose(box, name == text("comboboxUserAgent") ? text(agent) : text("Ctrl + 3"));
+            m_fixture->choose(box, name == text("comboboxUserAgent") ? text(agent) : text("Ctrl + 3"));
         }
     }
 
@@ -81,21 +81,21 @@ private:
     }
 
     [[nodiscard]] QVariant stored(const QString &key) const {
-        return fixture->services.preferences().value(key);
+        return m_fixture->services.preferences().value(key);
     }
 
     [[nodiscard]] platform::UserDefaultsController &defaults() const {
-        return *fixture->services.platform().userDefaults;
+        return *m_fixture->services.platform().userDefaults;
     }
 
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<SettingsFixture>();
-        fixture->startAndShow();
+        m_fixture = std::make_unique<SettingsFixture>();
+        m_fixture->startAndShow();
     }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void editsAreHeldUntilApplied_data() { addEdits(); }
 
@@ -108,12 +108,12 @@ private Q_SLOTS:
         edit(control);
         QCOMPARE(stored(key), before);
         QCOMPARE(defaults().hasPendingEdits(), bound);
-        fixture->click("buttonApply");
+        m_fixture->click("buttonApply");
         QCOMPARE(stored(key), after);
         QCOMPARE(stored(key).typeId(), after.typeId());
         QVERIFY(!defaults().hasPendingEdits());
-        QVERIFY(fixture->window().isVisible());
-        QCOMPARE(fixture->delegate.calls, QStringList{text("changed")});
+        QVERIFY(m_fixture->window().isVisible());
+        QCOMPARE(m_fixture->delegate.calls, QStringList{text("changed")});
     }
 
     void okStoresAndGoesBackToTheMainWindow_data() { addEdits(); }
@@ -123,26 +123,26 @@ private Q_SLOTS:
         QFETCH(QString, key);
         QFETCH(QVariant, after);
         edit(control);
-        fixture->click("buttonOk");
+        m_fixture->click("buttonOk");
         QCOMPARE(stored(key), after);
-        QVERIFY(!fixture->window().isVisible());
-        QCOMPARE(fixture->delegate.calls, (QStringList{text("changed"), text("show")}));
+        QVERIFY(!m_fixture->window().isVisible());
+        QCOMPARE(m_fixture->delegate.calls, (QStringList{text("changed"), text("show")}));
     }
 
     void cancelLeavesEveryStoredKeyAndDropsTheEdit_data() { addEdits(); }
 
     void cancelLeavesEveryStoredKeyAndDropsTheEdit() {
         QFETCH(QString, control);
-        const QVariantMap before = fixture->services.preferences().all();
+        const QVariantMap before = m_fixture->services.preferences().all();
         edit(control);
-        fixture->click("buttonCancel");
-        QCOMPARE(fixture->services.preferences().all(), before);
+        m_fixture->click("buttonCancel");
+        QCOMPARE(m_fixture->services.preferences().all(), before);
         QVERIFY(!defaults().hasPendingEdits());
-        QVERIFY(!fixture->window().isVisible());
-        QCOMPARE(fixture->delegate.calls, QStringList{text("show")});
-        fixture->controller->showWindow(); // and the controls show what is stored
-        fixture->click("buttonApply");
-        QVariantMap after = fixture->services.preferences().all();
+        QVERIFY(!m_fixture->window().isVisible());
+        QCOMPARE(m_fixture->delegate.calls, QStringList{text("show")});
+        m_fixture->controller->showWindow(); // and the controls show what is stored
+        m_fixture->click("buttonApply");
+        QVariantMap after = m_fixture->services.preferences().all();
         for (const char *key : {"modeUserAgent", "hideMyCookiesHeaders"}) {
             QCOMPARE(after.take(text(key)), integer(0)); // applying writes them for the first time
         }
@@ -156,15 +156,15 @@ private Q_SLOTS:
         QFETCH(QString, key);
         QFETCH(QVariant, after);
         QFETCH(bool, bound);
-        const QVariantMap before = fixture->services.preferences().all();
+        const QVariantMap before = m_fixture->services.preferences().all();
         edit(control);
-        QVERIFY(fixture->window().close());
-        QCOMPARE(fixture->services.preferences().all(), before);
+        QVERIFY(m_fixture->window().close());
+        QCOMPARE(m_fixture->services.preferences().all(), before);
         QCOMPARE(defaults().hasPendingEdits(), bound);
-        QVERIFY(!fixture->window().isVisible());
-        QCOMPARE(fixture->delegate.calls, QStringList{text("show")});
-        fixture->controller->showWindow();
-        fixture->click("buttonApply");
+        QVERIFY(!m_fixture->window().isVisible());
+        QCOMPARE(m_fixture->delegate.calls, QStringList{text("show")});
+        m_fixture->controller->showWindow();
+        m_fixture->click("buttonApply");
         // A pending edit was still there; what stood in a control alone was read anew.
         QCOMPARE(stored(key), bound ? after : before.value(key));
     }
@@ -174,97 +174,97 @@ private Q_SLOTS:
     void everyBoundBoxGoesOffAgainWithItsType() {
         for (const char *name : {"checkboxChangeIpInterval", "checkboxHide", "checkboxHideMyReferrerHeader",
                                  "checkboxHideMyCookiesHeaders"}) {
-            fixture->click(name);
+            m_fixture->click(name);
         }
-        fixture->click("buttonApply");
+        m_fixture->click("buttonApply");
         for (const char *name : {"checkboxChangeIpInterval", "checkboxHide", "checkboxHideMyReferrerHeader",
                                  "checkboxHideMyCookiesHeaders"}) {
-            fixture->click(name);
+            m_fixture->click(name);
         }
-        fixture->click("buttonApply");
-        QCOMPARE(fixture->stored("changeIpEvery"), QVariant(false));
-        QCOMPARE(fixture->stored("hide"), QVariant(false));
-        QCOMPARE(fixture->stored("hideMyReferrerHeader"), integer(0));
-        QCOMPARE(fixture->stored("hideMyCookiesHeaders"), integer(0));
+        m_fixture->click("buttonApply");
+        QCOMPARE(m_fixture->stored("changeIpEvery"), QVariant(false));
+        QCOMPARE(m_fixture->stored("hide"), QVariant(false));
+        QCOMPARE(m_fixture->stored("hideMyReferrerHeader"), integer(0));
+        QCOMPARE(m_fixture->stored("hideMyCookiesHeaders"), integer(0));
     }
 
     void browserBoxesAreNobodysBusiness() {
-        const QVariantMap before = fixture->services.preferences().all();
+        const QVariantMap before = m_fixture->services.preferences().all();
         for (const char *name : {"checkboxSafari", "checkboxFirefox", "checkboxOpera", "checkboxChrome"}) {
-            fixture->click(name);
+            m_fixture->click(name);
         }
         QVERIFY(!defaults().hasPendingEdits());
-        QCOMPARE(fixture->services.preferences().all(), before);
+        QCOMPARE(m_fixture->services.preferences().all(), before);
     }
 
     void storedValuesAreShown() {
-        fixture.reset();
-        fixture = std::make_unique<SettingsFixture>();
-        fixture->store("changeIpEvery", true);
-        fixture->store("hide", 1);
-        fixture->store("changeIpInterval", 42);
-        fixture->store("stopHideIpHotKey", 61);
-        fixture->store("modeUserAgent", 1);
-        fixture->store("userAgent", text("an agent of my own"));
-        fixture->store("hideMyReferrerHeader", 1);
-        fixture->store("hideMyCookiesHeaders", 1);
-        fixture->startAndShow();
+        m_fixture.reset();
+        m_fixture = std::make_unique<SettingsFixture>();
+        m_fixture->store("changeIpEvery", true);
+        m_fixture->store("hide", 1);
+        m_fixture->store("changeIpInterval", 42);
+        m_fixture->store("stopHideIpHotKey", 61);
+        m_fixture->store("modeUserAgent", 1);
+        m_fixture->store("userAgent", text("an agent of my own"));
+        m_fixture->store("hideMyReferrerHeader", 1);
+        m_fixture->store("hideMyCookiesHeaders", 1);
+        m_fixture->startAndShow();
         for (const char *name : {"checkboxChangeIpInterval", "checkboxHide", "checkboxHideMyReferrerHeader",
                                  "checkboxHideMyCookiesHeaders", "userAgentChosen"}) {
-            QVERIFY2(fixture->find<QAbstractButton>(name)->isChecked(), name);
+            QVERIFY2(m_fixture->find<QAbstractButton>(name)->isChecked(), name);
         }
-        QCOMPARE(fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("42"));
-        QCOMPARE(fixture->find<QSpinBox>("stepperChangeIpInterval")->value(), 42);
-        QVERIFY(fixture->find<QLineEdit>("fieldChangeIpInterval")->isEnabled());
-        QCOMPARE(fixture->find<QComboBox>("dropdownStopHidingIP")->currentText(), text("Shift + F5"));
-        QCOMPARE(fixture->find<QComboBox>("comboboxUserAgent")->currentText(), text("an agent of my own"));
-        QVERIFY(fixture->find<QComboBox>("comboboxUserAgent")->isEnabled());
-        const QVariantMap before = fixture->services.preferences().all();
-        fixture->click("buttonApply"); // nothing was edited: everything stays, with its value
+        QCOMPARE(m_fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("42"));
+        QCOMPARE(m_fixture->find<QSpinBox>("stepperChangeIpInterval")->value(), 42);
+        QVERIFY(m_fixture->find<QLineEdit>("fieldChangeIpInterval")->isEnabled());
+        QCOMPARE(m_fixture->find<QComboBox>("dropdownStopHidingIP")->currentText(), text("Shift + F5"));
+        QCOMPARE(m_fixture->find<QComboBox>("comboboxUserAgent")->currentText(), text("an agent of my own"));
+        QVERIFY(m_fixture->find<QComboBox>("comboboxUserAgent")->isEnabled());
+        const QVariantMap before = m_fixture->services.preferences().all();
+        m_fixture->click("buttonApply"); // nothing was edited: everything stays, with its value
         for (auto entry = before.begin(); entry != before.end(); ++entry) {
             QCOMPARE(stored(entry.key()), entry.value());
         }
     }
 
     void storedModeThatNoButtonHasStays() {
-        fixture->store("modeUserAgent", 7);
-        fixture->controller->showWindow();
-        QVERIFY(!fixture->find<QRadioButton>("userAgentOwn")->isChecked());
-        QVERIFY(!fixture->find<QRadioButton>("userAgentChosen")->isChecked());
-        fixture->click("buttonApply");
-        QCOMPARE(fixture->stored("modeUserAgent"), integer(7));
+        m_fixture->store("modeUserAgent", 7);
+        m_fixture->controller->showWindow();
+        QVERIFY(!m_fixture->find<QRadioButton>("userAgentOwn")->isChecked());
+        QVERIFY(!m_fixture->find<QRadioButton>("userAgentChosen")->isChecked());
+        m_fixture->click("buttonApply");
+        QCOMPARE(m_fixture->stored("modeUserAgent"), integer(7));
     }
 
     void userAgentListFollowsTheMode() {
-        auto *box = fixture->find<QComboBox>("comboboxUserAgent");
+        auto *box = m_fixture->find<QComboBox>("comboboxUserAgent");
         QVERIFY(!box->isEnabled());
-        fixture->click("userAgentChosen");
+        m_fixture->click("userAgentChosen");
         QVERIFY(box->isEnabled());
-        fixture->click("userAgentOwn");
+        m_fixture->click("userAgentOwn");
         QVERIFY(!box->isEnabled());
-        fixture->click("userAgentChosen");
-        fixture->controller->cancelButtonPressed();
-        fixture->controller->showWindow();
+        m_fixture->click("userAgentChosen");
+        m_fixture->controller->cancelButtonPressed();
+        m_fixture->controller->showWindow();
         QVERIFY(!box->isEnabled());
-        fixture->click("userAgentChosen");
-        fixture->controller->applyButtonPressed();
+        m_fixture->click("userAgentChosen");
+        m_fixture->controller->applyButtonPressed();
         QVERIFY(box->isEnabled());
     }
 
     void intervalControlsFollowTheBox() {
-        auto *field = fixture->find<QLineEdit>("fieldChangeIpInterval");
-        auto *stepper = fixture->find<QSpinBox>("stepperChangeIpInterval");
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
+        auto *stepper = m_fixture->find<QSpinBox>("stepperChangeIpInterval");
         QVERIFY(!field->isEnabled() && !stepper->isEnabled());
-        fixture->click("checkboxChangeIpInterval");
+        m_fixture->click("checkboxChangeIpInterval");
         QVERIFY(field->isEnabled() && stepper->isEnabled());
-        fixture->click("checkboxChangeIpInterval");
+        m_fixture->click("checkboxChangeIpInterval");
         QVERIFY(!field->isEnabled() && !stepper->isEnabled());
     }
 
     void intervalFieldMovesTheStepperAndTheStepperTheField() {
-        fixture->click("checkboxChangeIpInterval");
-        auto *field = fixture->find<QLineEdit>("fieldChangeIpInterval");
-        auto *stepper = fixture->find<QSpinBox>("stepperChangeIpInterval");
+        m_fixture->click("checkboxChangeIpInterval");
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
+        auto *stepper = m_fixture->find<QSpinBox>("stepperChangeIpInterval");
         field->clear();
         QTest::keyClicks(field, text("3a7"));
         QCOMPARE(field->text(), text("37"));
@@ -276,80 +276,80 @@ private Q_SLOTS:
     }
 
     void intervalIsStoredAsTheFieldReadsAndAZeroIsMendedAtTheNextStart() {
-        fixture->click("checkboxChangeIpInterval");
-        auto *field = fixture->find<QLineEdit>("fieldChangeIpInterval");
+        m_fixture->click("checkboxChangeIpInterval");
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
         field->selectAll();
         QTest::keyClick(field, Qt::Key_Backspace);
-        fixture->click("buttonApply");
-        QCOMPARE(fixture->stored("changeIpInterval"), integer(0));
-        fixture->controller.reset();
-        fixture->startAndShow();
-        QCOMPARE(fixture->stored("changeIpInterval"), integer(10));
-        QCOMPARE(fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("10"));
+        m_fixture->click("buttonApply");
+        QCOMPARE(m_fixture->stored("changeIpInterval"), integer(0));
+        m_fixture->controller.reset();
+        m_fixture->startAndShow();
+        QCOMPARE(m_fixture->stored("changeIpInterval"), integer(10));
+        QCOMPARE(m_fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("10"));
     }
 
     void storedIntervalBeyondTheStepperIsShownAndKept() {
-        fixture->store("changeIpInterval", 250);
-        fixture->controller->showWindow();
-        QCOMPARE(fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("250"));
-        fixture->click("buttonApply");
-        QCOMPARE(fixture->stored("changeIpInterval"), integer(250));
+        m_fixture->store("changeIpInterval", 250);
+        m_fixture->controller->showWindow();
+        QCOMPARE(m_fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("250"));
+        m_fixture->click("buttonApply");
+        QCOMPARE(m_fixture->stored("changeIpInterval"), integer(250));
     }
 
     void hotKeyStoredAsZeroBecomesNoneAtTheNextStart() {
-        fixture->controller.reset();
-        fixture->store("discardIpHotKey", 0);
-        fixture->startAndShow();
-        QCOMPARE(fixture->stored("discardIpHotKey"), integer(-1));
-        QCOMPARE(fixture->find<QComboBox>("dropdownDiscardIP")->currentText(), text("None"));
+        m_fixture->controller.reset();
+        m_fixture->store("discardIpHotKey", 0);
+        m_fixture->startAndShow();
+        QCOMPARE(m_fixture->stored("discardIpHotKey"), integer(-1));
+        QCOMPARE(m_fixture->find<QComboBox>("dropdownDiscardIP")->currentText(), text("None"));
     }
 
     void launchAtLoginActsAtOnceAndIsShownAsItIs() {
-        QVERIFY(!fixture->find<QCheckBox>("launchOnStart")->isChecked());
-        fixture->click("launchOnStart");
-        QCOMPARE(fixture->delegate.calls, QStringList{text("launch on")});
-        fixture->click("buttonCancel"); // it has been done: nothing to take back
-        fixture->controller->showWindow();
-        QVERIFY(fixture->find<QCheckBox>("launchOnStart")->isChecked());
-        fixture->click("launchOnStart");
-        QCOMPARE(fixture->delegate.calls.last(), text("launch off"));
+        QVERIFY(!m_fixture->find<QCheckBox>("launchOnStart")->isChecked());
+        m_fixture->click("launchOnStart");
+        QCOMPARE(m_fixture->delegate.calls, QStringList{text("launch on")});
+        m_fixture->click("buttonCancel"); // it has been done: nothing to take back
+        m_fixture->controller->showWindow();
+        QVERIFY(m_fixture->find<QCheckBox>("launchOnStart")->isChecked());
+        m_fixture->click("launchOnStart");
+        QCOMPARE(m_fixture->delegate.calls.last(), text("launch off"));
     }
 
     void websiteIsOpenedWithTheDevice() {
-        fixture->services.hardware().serial = text("SER");
-        fixture->click("buttonOurWebsite");
-        QCOMPARE(fixture->services.workspace().openedUrls,
+        m_fixture->services.hardware().serial = text("SER");
+        m_fixture->click("buttonOurWebsite");
+        QCOMPARE(m_fixture->services.workspace().openedUrls,
                  QStringList{text("https://www.quorvane.test/?utm_source=905-quorvane-mac&utm_medium=in-app"
                                   "&uid=SER-1.0.0")});
-        QVERIFY(fixture->window().isVisible());
+        QVERIFY(m_fixture->window().isVisible());
     }
 
     void operationsWithoutEffectHaveNone() {
-        fixture->click("checkboxHide"); // pending, and stays so
-        const QVariantMap before = fixture->services.preferences().all();
-        const auto calls = fixture->services.hotKeys().calls();
+        m_fixture->click("checkboxHide"); // pending, and stays so
+        const QVariantMap before = m_fixture->services.preferences().all();
+        const auto calls = m_fixture->services.hotKeys().calls();
         QrvSettingsWindowController::setBrowsers();
         QrvSettingsWindowController::setUserAgent();
         QrvSettingsWindowController::setReferrer();
         QrvSettingsWindowController::selectHotKeyMenuItemPressed();
-        QCOMPARE(fixture->services.preferences().all(), before);
+        QCOMPARE(m_fixture->services.preferences().all(), before);
         QVERIFY(defaults().hasPendingEdits());
-        QCOMPARE(fixture->services.hotKeys().calls(), calls);
-        QVERIFY(fixture->delegate.calls.isEmpty());
+        QCOMPARE(m_fixture->services.hotKeys().calls(), calls);
+        QVERIFY(m_fixture->delegate.calls.isEmpty());
     }
 
     void awakeningAgainIsHarmless() {
-        const auto calls = fixture->services.hotKeys().calls();
-        fixture->controller->awakeFromNib();
-        QCOMPARE(fixture->services.hotKeys().calls(), calls);
-        QCOMPARE(fixture->window().toolbar().actions().size(), 2);
+        const auto calls = m_fixture->services.hotKeys().calls();
+        m_fixture->controller->awakeFromNib();
+        QCOMPARE(m_fixture->services.hotKeys().calls(), calls);
+        QCOMPARE(m_fixture->window().toolbar().actions().size(), 2);
     }
 
     void otherWritersLeavePendingEditsPending() {
-        fixture->click("checkboxHide");
-        fixture->controller->addDiscardedIp(text("203.0.113.7"));
+        m_fixture->click("checkboxHide");
+        m_fixture->controller->addDiscardedIp(text("203.0.113.7"));
         QVERIFY(defaults().hasPendingEdits());
-        QVERIFY(!fixture->stored("hide").isValid());
+        QVERIFY(!m_fixture->stored("hide").isValid());
     }
 };
 

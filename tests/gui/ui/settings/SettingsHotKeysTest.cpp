@@ -24,25 +24,25 @@ class SettingsHotKeysTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<SettingsFixture> fixture;
+    std::unique_ptr<SettingsFixture> m_fixture;
 
     void showPane() {
-        fixture->startAndShow();
-        fixture->window().toolbarItemPressed(text("tbiHotKeys"));
+        m_fixture->startAndShow();
+        m_fixture->window().toolbarItemPressed(text("tbiHotKeys"));
     }
 
-    [[nodiscard]] QComboBox *dropdown(const char *name) const { return fixture->find<QComboBox>(name); }
+    [[nodiscard]] QComboBox *dropdown(const char *name) const { return m_fixture->find<QComboBox>(name); }
 
-    [[nodiscard]] QString note(const char *name) const { return fixture->find<QLabel>(name)->text(); }
+    [[nodiscard]] QString note(const char *name) const { return m_fixture->find<QLabel>(name)->text(); }
 
 private Q_SLOTS:
 
-    void init() { fixture = std::make_unique<SettingsFixture>(); }
+    void init() { m_fixture = std::make_unique<SettingsFixture>(); }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void everyPopUpOffersTheWholeList() {
-        fixture->start();
+        m_fixture->start();
         for (const char *name : dropdowns) {
             const auto &offers = HotKeyTable::offers();
             QCOMPARE(dropdown(name)->count(), static_cast<int>(offers.size()));
@@ -66,33 +66,33 @@ private Q_SLOTS:
     }
 
     void storedKeysAreRegisteredAtTheStartInOrder() {
-        fixture->store("bringUpWindowHotKey", 31);
-        fixture->store("hideIpHotKey", 2);
-        fixture->start();
-        const auto &held = fixture->services.hotKeys().held();
+        m_fixture->store("bringUpWindowHotKey", 31);
+        m_fixture->store("hideIpHotKey", 2);
+        m_fixture->start();
+        const auto &held = m_fixture->services.hotKeys().held();
         QCOMPARE(held.size(), 2);
         QCOMPARE(held[0].identifier.id, 1U);
         QCOMPARE(held[1].identifier.id, 5U);
-        fixture->services.hotKeys().press(digit1, cmd);
-        QCOMPARE(fixture->delegate.fired, QList<quint32>{1});
+        m_fixture->services.hotKeys().press(digit1, cmd);
+        QCOMPARE(m_fixture->delegate.fired, QList<quint32>{1});
     }
 
     void conflictIsToldAndTheSecondPopUpPutBack() {
-        fixture->store("changeIpHotKey", 33);
+        m_fixture->store("changeIpHotKey", 33);
         showPane();
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        QVERIFY(fixture->alerts.isEmpty());
-        fixture->choose(dropdown("dropdownChangeIP"), text("Cmd + 1")); // shown there, but not yet stored
-        QCOMPARE(fixture->alerts.size(), 1);
-        QCOMPARE(fixture->alerts.first().title, text("Quorvane"));
-        QCOMPARE(fixture->alerts.first().text,
+        m_fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        QVERIFY(m_fixture->alerts.isEmpty());
+        m_fixture->choose(dropdown("dropdownChangeIP"), text("Cmd + 1")); // shown there, but not yet stored
+        QCOMPARE(m_fixture->alerts.size(), 1);
+        QCOMPARE(m_fixture->alerts.first().title, text("Quorvane"));
+        QCOMPARE(m_fixture->alerts.first().text,
                  text("Selected hot key is already being used by another action."));
-        QVERIFY(fixture->alerts.first().informative.isEmpty());
+        QVERIFY(m_fixture->alerts.first().informative.isEmpty());
         QCOMPARE(dropdown("dropdownChangeIP")->currentText(), text("Ctrl + 2"));
         QCOMPARE(dropdown("dropdownHideIP")->currentText(), text("Cmd + 1"));
-        fixture->click("buttonOk");
-        QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
-        QCOMPARE(fixture->stored("changeIpHotKey").toLongLong(), 33);
+        m_fixture->click("buttonOk");
+        QCOMPARE(m_fixture->stored("hideIpHotKey").toLongLong(), 2);
+        QCOMPARE(m_fixture->stored("changeIpHotKey").toLongLong(), 33);
     }
 
     void everyPopUpMindsEveryOther_data() {
@@ -110,31 +110,31 @@ private Q_SLOTS:
     void everyPopUpMindsEveryOther() {
         QFETCH(QString, sender);
         QFETCH(QString, other);
-        fixture->store("hideIpHotKey", 31);
-        fixture->store("changeIpHotKey", 32);
-        fixture->store("stopHideIpHotKey", 33);
-        fixture->store("discardIpHotKey", 34);
-        fixture->store("bringUpWindowHotKey", 35);
+        m_fixture->store("hideIpHotKey", 31);
+        m_fixture->store("changeIpHotKey", 32);
+        m_fixture->store("stopHideIpHotKey", 33);
+        m_fixture->store("discardIpHotKey", 34);
+        m_fixture->store("bringUpWindowHotKey", 35);
         showPane();
-        auto *box = fixture->window().findChild<QComboBox *>(sender);
-        auto *holder = fixture->window().findChild<QComboBox *>(other);
+        auto *box = m_fixture->window().findChild<QComboBox *>(sender);
+        auto *holder = m_fixture->window().findChild<QComboBox *>(other);
         const QString before = box->currentText();
         const QString held = holder->currentText();
         QVERIFY(before != held);
-        fixture->choose(box, held);
-        QCOMPARE(fixture->alerts.size(), 1);
+        m_fixture->choose(box, held);
+        QCOMPARE(m_fixture->alerts.size(), 1);
         QCOMPARE(box->currentText(), before); // each its own
         QCOMPARE(holder->currentText(), held);
     }
 
     void applyRegistersAllFiveInOrderFromWhatWasJustStored() {
-        fixture->store("changeIpHotKey", 33);
+        m_fixture->store("changeIpHotKey", 33);
         showPane();
-        fixture->services.hotKeys().clear();
-        fixture->choose(dropdown("dropdownBringUpWindow"), text("Cmd + 1"));
-        QVERIFY(fixture->services.hotKeys().calls().isEmpty());
-        fixture->click("buttonApply");
-        const auto calls = fixture->services.hotKeys().calls();
+        m_fixture->services.hotKeys().clear();
+        m_fixture->choose(dropdown("dropdownBringUpWindow"), text("Cmd + 1"));
+        QVERIFY(m_fixture->services.hotKeys().calls().isEmpty());
+        m_fixture->click("buttonApply");
+        const auto calls = m_fixture->services.hotKeys().calls();
         QCOMPARE(calls.size(), 5);
         using Kind = fakes::FakeHotKeyService::Call::Kind;
         QList<Kind> kinds;
@@ -150,33 +150,33 @@ private Q_SLOTS:
     }
 
     void conflictIsWithWhatIsShownNotWithWhatIsStored() {
-        fixture->store("hideIpHotKey", 2);
+        m_fixture->store("hideIpHotKey", 2);
         showPane();
-        fixture->choose(dropdown("dropdownHideIP"), text("None"));
-        fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 1")); // free in the pane
-        QVERIFY(fixture->alerts.isEmpty());
+        m_fixture->choose(dropdown("dropdownHideIP"), text("None"));
+        m_fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 1")); // free in the pane
+        QVERIFY(m_fixture->alerts.isEmpty());
         QCOMPARE(dropdown("dropdownDiscardIP")->currentText(), text("Cmd + 1"));
     }
 
     void noneNeverConflicts() {
         showPane();
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        fixture->choose(dropdown("dropdownHideIP"), text("None"));
-        fixture->choose(dropdown("dropdownChangeIP"), text("None"));
-        QVERIFY(fixture->alerts.isEmpty());
+        m_fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        m_fixture->choose(dropdown("dropdownHideIP"), text("None"));
+        m_fixture->choose(dropdown("dropdownChangeIP"), text("None"));
+        QVERIFY(m_fixture->alerts.isEmpty());
     }
 
     void conflictOverAStrayStoredTagGoesBackToNone() {
-        fixture->store("changeIpHotKey", 18);
+        m_fixture->store("changeIpHotKey", 18);
         showPane();
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        fixture->choose(dropdown("dropdownChangeIP"), text("Cmd + 1"));
-        QCOMPARE(fixture->alerts.size(), 1);
+        m_fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        m_fixture->choose(dropdown("dropdownChangeIP"), text("Cmd + 1"));
+        QCOMPARE(m_fixture->alerts.size(), 1);
         QCOMPARE(dropdown("dropdownChangeIP")->currentText(), text("None"));
     }
 
     void closedPopUpDoesNotWalkThroughOthersCombinations() {
-        fixture->store("hideIpHotKey", 1);
+        m_fixture->store("hideIpHotKey", 1);
         showPane();
         QComboBox *box = dropdown("dropdownChangeIP");
         box->setFocus();
@@ -188,103 +188,103 @@ private Q_SLOTS:
         QVERIFY(box->view()->isVisible());
         QTest::keyClick(box->view(), Qt::Key_Down);
         QTest::keyClick(box->view(), Qt::Key_Down);
-        QVERIFY(fixture->alerts.isEmpty());
+        QVERIFY(m_fixture->alerts.isEmpty());
         QTest::keyClick(box->view(), Qt::Key_Return);
         QCOMPARE(box->currentText(), text("Cmd + 1"));
         QTest::keyClicks(box, text("s"));
         QVERIFY(box->view()->isVisible());
         QTest::keyClick(box->view(), Qt::Key_Return);
         QCOMPARE(box->currentText(), text("Shift + F1"));
-        QVERIFY(fixture->alerts.isEmpty());
+        QVERIFY(m_fixture->alerts.isEmpty());
     }
 
     void replacedCombinationStaysAndNoneReleasesTheCurrentOne() {
-        fixture->store("hideIpHotKey", 2);
+        m_fixture->store("hideIpHotKey", 2);
         showPane();
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 2"));
-        fixture->click("buttonApply");
-        fixture->services.hotKeys().press(digit1, cmd);
-        fixture->services.hotKeys().press(digit2, cmd);
-        QCOMPARE(fixture->delegate.fired, (QList<quint32>{1, 1}));
-        fixture->choose(dropdown("dropdownHideIP"), text("None"));
-        fixture->click("buttonApply");
-        QCOMPARE(fixture->services.hotKeys().press(digit2, cmd), 0);
-        QCOMPARE(fixture->services.hotKeys().press(digit1, cmd), 1);
+        m_fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 2"));
+        m_fixture->click("buttonApply");
+        m_fixture->services.hotKeys().press(digit1, cmd);
+        m_fixture->services.hotKeys().press(digit2, cmd);
+        QCOMPARE(m_fixture->delegate.fired, (QList<quint32>{1, 1}));
+        m_fixture->choose(dropdown("dropdownHideIP"), text("None"));
+        m_fixture->click("buttonApply");
+        QCOMPARE(m_fixture->services.hotKeys().press(digit2, cmd), 0);
+        QCOMPARE(m_fixture->services.hotKeys().press(digit1, cmd), 1);
     }
 
     void refusedCombinationIsToldBesideItsPopUpAndStaysChosen() {
-        fixture->services.hotKeys().takeElsewhere(digit2, cmd);
+        m_fixture->services.hotKeys().takeElsewhere(digit2, cmd);
         showPane();
         QCOMPARE(note("noteDiscardIP"), text(""));
-        fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 2"));
-        fixture->click("buttonApply");
+        m_fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 2"));
+        m_fixture->click("buttonApply");
         QCOMPARE(note("noteDiscardIP"), text("Another program uses this combination."));
-        QVERIFY(fixture->find<QLabel>("noteDiscardIP")->isVisible());
+        QVERIFY(m_fixture->find<QLabel>("noteDiscardIP")->isVisible());
         QCOMPARE(dropdown("dropdownDiscardIP")->accessibleDescription(), note("noteDiscardIP"));
         QCOMPARE(dropdown("dropdownDiscardIP")->currentText(), text("Cmd + 2"));
-        QCOMPARE(fixture->stored("discardIpHotKey").toLongLong(), 3);
-        QVERIFY(fixture->alerts.isEmpty());
-        fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 3"));
-        fixture->click("buttonApply");
+        QCOMPARE(m_fixture->stored("discardIpHotKey").toLongLong(), 3);
+        QVERIFY(m_fixture->alerts.isEmpty());
+        m_fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 3"));
+        m_fixture->click("buttonApply");
         QCOMPARE(note("noteDiscardIP"), text(""));
     }
 
     void combinationStillHeldByAnotherActionIsToldWithItsName() {
-        fixture->store("hideIpHotKey", 2);
+        m_fixture->store("hideIpHotKey", 2);
         showPane();
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 2"));
-        fixture->choose(dropdown("dropdownBringUpWindow"), text("Cmd + 1"));
-        fixture->click("buttonApply");
+        m_fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 2"));
+        m_fixture->choose(dropdown("dropdownBringUpWindow"), text("Cmd + 1"));
+        m_fixture->click("buttonApply");
         QCOMPARE(note("noteBringUpWindow"), text("Belongs to \"Hide IP\" until Quorvane quits."));
     }
 
     void lateRefusalAppearsBesideItsPopUp() {
-        fixture->store("hideIpHotKey", 2);
+        m_fixture->store("hideIpHotKey", 2);
         showPane();
-        fixture->services.hotKeys().refuse(fixture->services.hotKeys().held().first().reference,
-                                           platform::HotKeyError::TakenElsewhere);
+        m_fixture->services.hotKeys().refuse(m_fixture->services.hotKeys().held().first().reference,
+                                             platform::HotKeyError::TakenElsewhere);
         QCOMPARE(note("noteHideIP"), text("Another program uses this combination."));
     }
 
     void lateDeclineAppearsBesideItsPopUp() {
-        fixture->store("stopHideIpHotKey", 2);
+        m_fixture->store("stopHideIpHotKey", 2);
         showPane();
-        fixture->services.hotKeys().refuse(fixture->services.hotKeys().held().first().reference,
-                                           platform::HotKeyError::Declined);
+        m_fixture->services.hotKeys().refuse(m_fixture->services.hotKeys().held().first().reference,
+                                             platform::HotKeyError::Declined);
         QCOMPARE(note("noteStopHidingIP"), text("The desktop declined this combination."));
     }
 
     void desktopIsToldWhatTheHotKeysDo() {
-        fixture->start();
+        m_fixture->start();
         const QStringList names = {text("Hide IP"), text("Change IP"), text("Stop hiding IP"),
                                    text("Discard IP"), text("Bring up window")};
         for (int i = 0; i < names.size(); ++i) {
-            QCOMPARE(fixture->services.hotKeys().description(static_cast<quint32>(i) + 1), names[i]);
+            QCOMPARE(m_fixture->services.hotKeys().description(static_cast<quint32>(i) + 1), names[i]);
         }
     }
 
     void desktopWithoutHotKeysIsToldInOneSentenceAndAllElseWorks() {
         const QString sentence =
             text("This desktop offers no global hot keys: these combinations have no effect.");
-        fixture->services.hotKeys().setAvailable(false);
+        m_fixture->services.hotKeys().setAvailable(false);
         showPane();
         QCOMPARE(note("hint"), sentence);
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        fixture->click("buttonApply");
-        QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
+        m_fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        m_fixture->click("buttonApply");
+        QCOMPARE(m_fixture->stored("hideIpHotKey").toLongLong(), 2);
         QCOMPARE(note("noteHideIP"), text(""));
-        fixture->services.hotKeys().setAvailable(true);
-        fixture->controller->showWindow();
+        m_fixture->services.hotKeys().setAvailable(true);
+        m_fixture->controller->showWindow();
         QVERIFY(note("hint") != sentence);
     }
 
     void programWithoutTheServiceObjectWorksToo() {
-        fixture->services.platform().hotKeys.reset();
+        m_fixture->services.platform().hotKeys.reset();
         showPane();
         QVERIFY(note("hint").startsWith(text("This desktop offers no global hot keys")));
-        fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
-        fixture->click("buttonOk");
-        QCOMPARE(fixture->stored("hideIpHotKey").toLongLong(), 2);
+        m_fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
+        m_fixture->click("buttonOk");
+        QCOMPARE(m_fixture->stored("hideIpHotKey").toLongLong(), 2);
     }
 };
 

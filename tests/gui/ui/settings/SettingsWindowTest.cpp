@@ -21,9 +21,9 @@ class SettingsWindowTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<SettingsFixture> fixture;
+    std::unique_ptr<SettingsFixture> m_fixture;
 
-    [[nodiscard]] SettingsWindow &window() const { return fixture->window(); }
+    [[nodiscard]] SettingsWindow &window() const { return m_fixture->window(); }
 
     [[nodiscard]] QWidget *pane(const char *className) const {
         const QByteArray name = QByteArrayLiteral("quorvane::") + className;
@@ -66,15 +66,15 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<SettingsFixture>();
+        m_fixture = std::make_unique<SettingsFixture>();
         int width = 8; // tells the images apart
         for (const char *name : {"NSPreferencesGeneral", "NSBonjour", "NSNetwork", "cookies", "advanced"}) {
-            fixture->addImage(text(name), QSize(width++, 6));
+            m_fixture->addImage(text(name), QSize(width++, 6));
         }
-        fixture->startAndShow();
+        m_fixture->startAndShow();
     }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void allowedItemsAreTheFiveInTheirOrder() {
         QCOMPARE(SettingsToolbar::toolbarAllowedItemIdentifiers(),
@@ -163,18 +163,18 @@ private Q_SLOTS:
     }
 
     void buttonsLieAtTheLowerEdgeFromTheFirstShowing() {
-        const QWidget *content = fixture->find<QWidget>("contentView");
-        const QWidget *band = fixture->find<QWidget>("buttonBand");
+        const QWidget *content = m_fixture->find<QWidget>("contentView");
+        const QWidget *band = m_fixture->find<QWidget>("buttonBand");
         QCOMPARE(band->geometry().bottom(), content->rect().bottom());
         QCOMPARE(band->width(), content->width());
         QVERIFY(!window().currentSettings()->geometry().intersects(
-            QRect(band->mapTo(content, fixture->find<QWidget>("buttonOk")->pos()),
-                  fixture->find<QWidget>("buttonOk")->size())));
+            QRect(band->mapTo(content, m_fixture->find<QWidget>("buttonOk")->pos()),
+                  m_fixture->find<QWidget>("buttonOk")->size())));
     }
 
     void switchingKeepsTheUpperEdgeAndPlacesThePane() {
-        const QWidget *content = fixture->find<QWidget>("contentView");
-        const QWidget *ok = fixture->find<QWidget>("buttonOk");
+        const QWidget *content = m_fixture->find<QWidget>("contentView");
+        const QWidget *ok = m_fixture->find<QWidget>("buttonOk");
         window().move(60, 40);
         const QRect before = window().frameGeometry();
         const QStringList all = SettingsToolbar::toolbarAllowedItemIdentifiers();
@@ -201,13 +201,13 @@ private Q_SLOTS:
     void paneThatGrowsKeepsTheUpperEdgeItsPlaceAndTheFocus() {
         window().toolbarItemPressed(text("tbiHotKeys"));
         window().move(60, 40);
-        auto *dropdown = fixture->find<QComboBox>("dropdownDiscardIP");
+        auto *dropdown = m_fixture->find<QComboBox>("dropdownDiscardIP");
         dropdown->setFocus();
-        const QWidget *content = fixture->find<QWidget>("contentView");
+        const QWidget *content = m_fixture->find<QWidget>("contentView");
         const QWidget *shown = window().currentSettings();
         const QRect before = window().frameGeometry();
         const int below = content->height() - shown->geometry().bottom();
-        auto *note = fixture->find<QLabel>("noteHideIP");
+        auto *note = m_fixture->find<QLabel>("noteHideIP");
         note->setText(text("one long note ").repeated(20));
         QTRY_VERIFY(window().frameGeometry().height() > before.height());
         QVERIFY(note->height() >= note->heightForWidth(note->width()));
@@ -233,7 +233,7 @@ private Q_SLOTS:
 
     void tabGoesThroughToolbarPaneAndButtons() {
         window().toolbar().findChildren<QToolButton *>().last()->setFocus();
-        fixture->click("checkboxChangeIpInterval"); // opens the field and the stepper
+        m_fixture->click("checkboxChangeIpInterval"); // opens the field and the stepper
         const auto buttons = window().toolbar().findChildren<QToolButton *>();
         for (QToolButton *button : buttons) {
             if (button->text() == text("IP Addresses")) {
@@ -271,23 +271,23 @@ private Q_SLOTS:
 
     void mnemonicsReachTheirControls() {
         QTest::keyClick(&window(), Qt::Key_H, Qt::AltModifier);
-        QTRY_VERIFY(fixture->find<QCheckBox>("checkboxHide")->isChecked());
+        QTRY_VERIFY(m_fixture->find<QCheckBox>("checkboxHide")->isChecked());
         QTest::keyClick(&window(), Qt::Key_D, Qt::AltModifier);
-        QVERIFY(fixture->find<QTableView>("tableDiscardIp")->hasFocus());
+        QVERIFY(m_fixture->find<QTableView>("tableDiscardIp")->hasFocus());
         window().toolbarItemPressed(text("tbiHotKeys"));
         QTest::keyClick(&window(), Qt::Key_G, Qt::AltModifier);
-        QVERIFY(fixture->find<QComboBox>("dropdownChangeIP")->hasFocus());
+        QVERIFY(m_fixture->find<QComboBox>("dropdownChangeIP")->hasFocus());
     }
 
     void returnIsOkAndEscapeIsCancel() {
         QSignalSpy ok(&window(), &SettingsWindow::okPressed);
         QSignalSpy cancel(&window(), &SettingsWindow::cancelPressed);
-        fixture->find<QTableView>("tableDiscardIp")->setFocus();
-        QVERIFY(fixture->find<QPushButton>("buttonOk")->isDefault());
+        m_fixture->find<QTableView>("tableDiscardIp")->setFocus();
+        QVERIFY(m_fixture->find<QPushButton>("buttonOk")->isDefault());
         QTest::keyClick(window().focusWidget(), Qt::Key_Return);
         QCOMPARE(ok.size(), 1);
         QVERIFY(!window().isVisible());
-        fixture->controller->showWindow();
+        m_fixture->controller->showWindow();
         QTest::keyClick(&window(), Qt::Key_Escape);
         QCOMPARE(cancel.size(), 1);
         QVERIFY(!window().isVisible());

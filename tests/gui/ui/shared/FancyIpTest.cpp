@@ -12,7 +12,7 @@ class FancyIpTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<GuiFixture> m_fixture;
 
     [[nodiscard]] static QStringList images(const QrvFancyIp &ip) {
         QStringList names;
@@ -25,13 +25,13 @@ private:
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
+        m_fixture = std::make_unique<GuiFixture>();
         for (const char *name : {"0", "1", "2", "dot"}) {
-            fixture->addImage(text(name));
+            m_fixture->addImage(text(name));
         }
     }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void onePictureACharacterPackedLeftToRight() {
         QrvFancyIp ip;

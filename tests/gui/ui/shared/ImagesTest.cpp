@@ -13,10 +13,10 @@ class ImagesTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<GuiFixture> m_fixture;
 
     QString save(const char *name, int width, int height, Qt::GlobalColor colour) const {
-        const QString folder = fixture->services.platform().bundle->resourcesPath() + text("/images/");
+        const QString folder = m_fixture->services.platform().bundle->resourcesPath() + text("/images/");
         QDir().mkpath(folder);
         QImage image(width, height, QImage::Format_ARGB32);
         image.fill(colour);
@@ -26,9 +26,9 @@ private:
 
 private Q_SLOTS:
 
-    void init() { fixture = std::make_unique<GuiFixture>(); }
+    void init() { m_fixture = std::make_unique<GuiFixture>(); }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void theSmallestLargeEnoughPictureIsTaken() {
         PictureEngine engine({save("one", 22, 22, Qt::red), save("one@2x", 44, 44, Qt::blue)});
@@ -85,7 +85,7 @@ private Q_SLOTS:
     }
 
     void filesThatAreNoPicturesAreLeftOut() {
-        QFile file(fixture->services.addResource(text("broken.png"), "no picture"));
+        QFile file(m_fixture->services.addResource(text("broken.png"), "no picture"));
         PictureEngine engine({file.fileName(), text("/does/not/exist.png")});
         QVERIFY(engine.isNull());
         QVERIFY(engine.pixmap(QSize(8, 8), QIcon::Normal, QIcon::Off).isNull());

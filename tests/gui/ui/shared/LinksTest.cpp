@@ -17,16 +17,16 @@ class LinksTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
+    std::unique_ptr<GuiFixture> m_fixture;
 
 private Q_SLOTS:
 
     void init() {
-        fixture = std::make_unique<GuiFixture>();
-        fixture->services.hardware().serial = text("SER");
+        m_fixture = std::make_unique<GuiFixture>();
+        m_fixture->services.hardware().serial = text("SER");
     }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void addressesOfThePages() {
         QCOMPARE(WebPages::root(text("ID-1")), text("https://www.quorvane.test/?utm_source=905-quorvane-mac&"
@@ -51,7 +51,7 @@ private Q_SLOTS:
         field.show();
         QVERIFY(field.textInteractionFlags().testFlag(Qt::LinksAccessibleByKeyboard));
         QTest::mouseClick(&field, Qt::LeftButton, {}, QPoint(5, field.height() / 2));
-        QCOMPARE(fixture->services.workspace().openedUrls, QStringList{text("https://a.test/")});
+        QCOMPARE(m_fixture->services.workspace().openedUrls, QStringList{text("https://a.test/")});
     }
 
     void linkButtonHasTheHand() {
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QWidget main;
         QrvAboutWindowController about(main, api);
         QTest::mouseClick(about.findChild<QPushButton *>(text("urlButton")), Qt::LeftButton);
-        QCOMPARE(fixture->services.workspace().openedUrls, QStringList{WebPages::root(text("SER-1.0.0"))});
+        QCOMPARE(m_fixture->services.workspace().openedUrls, QStringList{WebPages::root(text("SER-1.0.0"))});
     }
 };
 

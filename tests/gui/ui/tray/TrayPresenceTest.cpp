@@ -14,67 +14,67 @@ class TrayPresenceTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> fixture;
-    std::unique_ptr<TrayPresence> tray;
+    std::unique_ptr<GuiFixture> m_fixture;
+    std::unique_ptr<TrayPresence> m_tray;
 
-    [[nodiscard]] fakes::FakeTrayHosts &hosts() const { return fixture->services.trayHosts(); }
+    [[nodiscard]] fakes::FakeTrayHosts &hosts() const { return m_fixture->services.trayHosts(); }
 
-    [[nodiscard]] QSystemTrayIcon *icon() const { return tray->findChild<QSystemTrayIcon *>(); }
+    [[nodiscard]] QSystemTrayIcon *icon() const { return m_tray->findChild<QSystemTrayIcon *>(); }
 
-    void make() { tray = std::make_unique<TrayPresence>(); }
+    void make() { m_tray = std::make_unique<TrayPresence>(); }
 
-    void wait(double seconds) { fixture->services.delayedCalls().advance(seconds); }
+    void wait(double seconds) { m_fixture->services.delayedCalls().advance(seconds); }
 
 private Q_SLOTS:
 
-    void init() { fixture = std::make_unique<GuiFixture>(); }
+    void init() { m_fixture = std::make_unique<GuiFixture>(); }
 
     void cleanup() {
-        tray.reset();
-        fixture.reset();
+        m_tray.reset();
+        m_fixture.reset();
     }
 
     void itemsStandInTheDesktopsOrder() {
         make();
         QStringList titles;
-        for (const QAction *item : tray->menu().actions()) {
+        for (const QAction *item : m_tray->menu().actions()) {
             titles.append(item->isSeparator() ? text("-") : item->text());
         }
         QCOMPARE(titles, (QStringList{text("Quorvane"), text("Change IP"), text("-"), text("Copy IP"),
                                       text("Check IP in Browser"), text("-"), text("Show Quorvane"),
                                       text("Refresh Locations"), text("Settings..."), text("About Quorvane"),
                                       text("-"), text("Quit Quorvane")}));
-        QCOMPARE(tray->hideIpMenuItem()->text(), text("Quorvane"));
-        QCOMPARE(tray->settingsMenuItem()->text(), text("Settings..."));
-        QCOMPARE(tray->copyIpMenuItem()->text(), text("Copy IP"));
-        QCOMPARE(tray->refreshMenuItem()->text(), text("Refresh Locations"));
+        QCOMPARE(m_tray->hideIpMenuItem()->text(), text("Quorvane"));
+        QCOMPARE(m_tray->settingsMenuItem()->text(), text("Settings..."));
+        QCOMPARE(m_tray->copyIpMenuItem()->text(), text("Copy IP"));
+        QCOMPARE(m_tray->refreshMenuItem()->text(), text("Refresh Locations"));
     }
 
     void withoutATrayThereIsNoIconAndTheMenuStillWorks() {
         make();
-        QVERIFY(!tray->isAvailable());
+        QVERIFY(!m_tray->isAvailable());
         QVERIFY(icon() == nullptr);
-        tray->setImage(text("TrayLock"));
-        QSignalSpy shown(tray->showSelfMenuItem(), &QAction::triggered);
-        tray->showSelfMenuItem()->trigger();
+        m_tray->setImage(text("TrayLock"));
+        QSignalSpy shown(m_tray->showSelfMenuItem(), &QAction::triggered);
+        m_tray->showSelfMenuItem()->trigger();
         QCOMPARE(shown.size(), 1);
-        QVERIFY(fixture->services.delayedCalls().pending().empty());
+        QVERIFY(m_fixture->services.delayedCalls().pending().empty());
     }
 
     void notifierHostGetsTheIconAtOnceWithItsMenu() {
         hosts().setNotifierHost(true);
         make();
-        QVERIFY(tray->isAvailable());
+        QVERIFY(m_tray->isAvailable());
         QVERIFY(icon() != nullptr);
         QVERIFY(icon()->isVisible());
-        QCOMPARE(icon()->contextMenu(), &tray->menu());
+        QCOMPARE(icon()->contextMenu(), &m_tray->menu());
         QVERIFY(!icon()->icon().isNull());
     }
 
     void embeddingTrayGetsTheIconWhenNoNotifierHostCame() {
         hosts().setEmbeddingTray(true);
         make();
-        QVERIFY(tray->isAvailable()); // the icon is as good as there
+        QVERIFY(m_tray->isAvailable()); // the icon is as good as there
         wait(TrayPresence::embeddingGraceSeconds - 0.1);
         QVERIFY(icon() == nullptr);
         wait(0.1);
@@ -89,9 +89,9 @@ private Q_SLOTS:
         QVERIFY(icon() != nullptr);
         const QSystemTrayIcon *first = icon();
         wait(5.0);
-        QCOMPARE(tray->findChildren<QSystemTrayIcon *>().size(), 1);
+        QCOMPARE(m_tray->findChildren<QSystemTrayIcon *>().size(), 1);
         QCOMPARE(icon(), first);
-        QSignalSpy pressed(tray.get(), &TrayPresence::doubleClicked);
+        QSignalSpy pressed(m_tray.get(), &TrayPresence::doubleClicked);
         Q_EMIT icon()->activated(QSystemTrayIcon::Trigger);
         QCOMPARE(pressed.size(), 1); // it is a notifier's icon
     }
@@ -109,9 +109,9 @@ private Q_SLOTS:
 
     void lateTrayGetsWhatIsShownByThen() {
         make();
-        tray->setImage(text("TrayLock"));
-        tray->setStatus(TrayPresence::Status::Hidden, text("203.0.113.7\n"));
-        QSignalSpy changes(tray.get(), &TrayPresence::availabilityChanged);
+        m_tray->setImage(text("TrayLock"));
+        m_tray->setStatus(TrayPresence::Status::Hidden, text("203.0.113.7\n"));
+        QSignalSpy changes(m_tray.get(), &TrayPresence::availabilityChanged);
         hosts().setNotifierHost(true);
         QCOMPARE(changes.size(), 1);
         QCOMPARE(changes.first().first().toBool(), true);
@@ -123,15 +123,15 @@ private Q_SLOTS:
     void comingAndGoingIsToldOnceEach() {
         hosts().setNotifierHost(true);
         make();
-        QSignalSpy changes(tray.get(), &TrayPresence::availabilityChanged);
+        QSignalSpy changes(m_tray.get(), &TrayPresence::availabilityChanged);
         hosts().setNotifierHost(false);
         hosts().setNotifierHost(false);
-        QVERIFY(!tray->isAvailable());
+        QVERIFY(!m_tray->isAvailable());
         hosts().setNotifierHost(true);
         QCOMPARE(changes.size(), 2);
         QCOMPARE(changes.at(0).first().toBool(), false);
         QCOMPARE(changes.at(1).first().toBool(), true);
-        QCOMPARE(tray->findChildren<QSystemTrayIcon *>().size(), 1);
+        QCOMPARE(m_tray->findChildren<QSystemTrayIcon *>().size(), 1);
     }
 
     void iconOfOneKindIsNotShownByATrayOfTheOther() {
@@ -139,7 +139,7 @@ private Q_SLOTS:
         make();
         hosts().setEmbeddingTray(true);
         hosts().setNotifierHost(false);
-        QVERIFY(!tray->isAvailable());
+        QVERIFY(!m_tray->isAvailable());
     }
 
     void activation_data() {
@@ -161,7 +161,7 @@ private Q_SLOTS:
         hosts().setEmbeddingTray(!notifier);
         make();
         wait(TrayPresence::embeddingGraceSeconds);
-        QSignalSpy pressed(tray.get(), &TrayPresence::doubleClicked);
+        QSignalSpy pressed(m_tray.get(), &TrayPresence::doubleClicked);
         Q_EMIT icon()->activated(static_cast<QSystemTrayIcon::ActivationReason>(reason));
         QCOMPARE(pressed.size(), shows);
     }
@@ -170,26 +170,26 @@ private Q_SLOTS:
         hosts().setNotifierHost(true);
         make();
         QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is not hidden"));
-        tray->setStatus(TrayPresence::Status::Searching, {});
+        m_tray->setStatus(TrayPresence::Status::Searching, {});
         QCOMPARE(icon()->toolTip(), text("Quorvane: searching for an available IP"));
-        tray->setStatus(TrayPresence::Status::Hidden, text("203.0.113.7\n"));
+        m_tray->setStatus(TrayPresence::Status::Hidden, text("203.0.113.7\n"));
         QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
-        QCOMPARE(tray->toolTip(), icon()->toolTip());
+        QCOMPARE(m_tray->toolTip(), icon()->toolTip());
     }
 
     void unknownImageLeavesTheIcon() {
         hosts().setNotifierHost(true);
         make();
         const qint64 before = icon()->icon().cacheKey();
-        tray->setImage(text("nosuch"));
+        m_tray->setImage(text("nosuch"));
         QCOMPARE(icon()->icon().cacheKey(), before);
-        tray->setImage(text("TrayLock"));
+        m_tray->setImage(text("TrayLock"));
         QVERIFY(icon()->icon().cacheKey() != before);
     }
 
     void everySizeOfATrayIsDrawnAsItIs() {
         for (const int size : {16, 24, 32, 48}) {
-            fixture->addImage(text("Tray-%1").arg(size), QSize(size, size));
+            m_fixture->addImage(text("Tray-%1").arg(size), QSize(size, size));
         }
         hosts().setNotifierHost(true);
         make();
@@ -203,7 +203,7 @@ private Q_SLOTS:
     void goingAwayTakesTheHandlerAlong() {
         make();
         QVERIFY(hosts().hasChangeHandler());
-        tray.reset();
+        m_tray.reset();
         QVERIFY(!hosts().hasChangeHandler());
     }
 };

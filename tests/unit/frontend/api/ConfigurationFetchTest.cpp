@@ -31,15 +31,17 @@ class ConfigurationFetchTest : public testing::Test {
 protected:
     ConfigurationFetchTest() {
         QrvAPI::forgetProcessWideValues();
-        services.hardware().serial = text("SER");
-        group->user = text("user1");
-        group->pass = text("pass1");
-        group->countryCode = text("DE");
-        group->filteredIpAdressArray = QStringList{text("203.0.113.5")};
-        QObject::connect(&fetch, &ConfigurationFetch::prepared, [this] { events.append(text("prepared")); });
-        QObject::connect(&fetch, &ConfigurationFetch::stored, [this] { events.append(text("stored")); });
-        QObject::connect(&fetch, &ConfigurationFetch::finished, [this] { events.append(text("finished")); });
-        QObject::connect(&fetch, &ConfigurationFetch::failed, [this] { events.append(text("failed")); });
+        m_services.hardware().serial = text("SER");
+        m_group->user = text("user1");
+        m_group->pass = text("pass1");
+        m_group->countryCode = text("DE");
+        m_group->filteredIpAdressArray = QStringList{text("203.0.113.5")};
+        QObject::connect(&m_fetch, &ConfigurationFetch::prepared,
+                         [this] { m_events.append(text("prepared")); });
+        QObject::connect(&m_fetch, &ConfigurationFetch::stored, [this] { m_events.append(text("stored")); });
+        QObject::connect(&m_fetch, &ConfigurationFetch::finished,
+                         [this] { m_events.append(text("finished")); });
+        QObject::connect(&m_fetch, &ConfigurationFetch::failed, [this] { m_events.append(text("failed")); });
     }
 
     ~ConfigurationFetchTest() override {
@@ -48,75 +50,75 @@ protected:
     }
 
     void run(const std::optional<QByteArray> &body) {
-        services.urls().setFetchHandler([body](const QByteArray &) { return body; });
-        fetch.start(text("Germany Berlin"), group, text("UDP"));
-        ASSERT_TRUE(spinUntil([this] { return events.size() > 1; }));
+        m_services.urls().setFetchHandler([body](const QByteArray &) { return body; });
+        m_fetch.start(text("Germany Berlin"), m_group, text("UDP"));
+        ASSERT_TRUE(spinUntil([this] { return m_events.size() > 1; }));
         deliverQueued();
     }
 
-    [[nodiscard]] QString folder() const { return services.home() + text("/Documents/Quorvane"); }
+    [[nodiscard]] QString folder() const { return m_services.home() + text("/Documents/Quorvane"); }
 
-    fakes::TestPlatform services;
-    QrvAPI api;
-    QrvVpnDataPointer group = std::make_shared<QrvVpnData>();
-    ConfigurationFetch fetch{api};
-    QStringList events;
+    fakes::TestPlatform m_services;
+    QrvAPI m_api;
+    QrvVpnDataPointer m_group = std::make_shared<QrvVpnData>();
+    ConfigurationFetch m_fetch{m_api};
+    QStringList m_events;
 };
 
 TEST_F(ConfigurationFetchTest, RequestByteForByte) {
     run("VPNConfig: client<br />");
-    ASSERT_EQ(services.urls().fetches().size(), 1U);
+    ASSERT_EQ(m_services.urls().fetches().size(), 1U);
     EXPECT_EQ(
-        services.urls().fetches().front(),
+        m_services.urls().fetches().front(),
         QByteArray("https://api.quorvane.test/?cmd=VPNC&ver=1.0.0&device=1&server=571&desiredip=203.0.113.5"
                    "&sessid=user1&&systamp=MacOS,user,mobilebox&uniqueid=SER-1.0.0&proto=UDP"));
 }
 
 TEST_F(ConfigurationFetchTest, OfAnOvertakenRequestNothingIsStoredOrTold) {
     QSemaphore firstMayAnswer;
-    services.urls().setFetchHandler([&](const QByteArray &url) -> std::optional<QByteArray> {
+    m_services.urls().setFetchHandler([&](const QByteArray &url) -> std::optional<QByteArray> {
         if (url.contains("sessid=user1")) {
             firstMayAnswer.acquire();
             return "VPNConfig: first<br />";
         }
         return "VPNConfig: second<br />";
     });
-    fetch.start(text("Germany Berlin"), group, text("UDP"));
-    auto other = std::make_shared<QrvVpnData>(*group);
+    m_fetch.start(text("Germany Berlin"), m_group, text("UDP"));
+    auto other = std::make_shared<QrvVpnData>(*m_group);
     other->user = text("user2");
-    fetch.start(text("Japan Tokyo"), other, text("UDP"));
-    ASSERT_TRUE(spinUntil([this] { return events.contains(text("finished")); }));
+    m_fetch.start(text("Japan Tokyo"), other, text("UDP"));
+    ASSERT_TRUE(spinUntil([this] { return m_events.contains(text("finished")); }));
     firstMayAnswer.release();
     QThreadPool::globalInstance()->waitForDone();
     deliverQueued();
-    EXPECT_EQ(events, (QStringList{text("prepared"), text("prepared"), text("stored"), text("finished")}));
+    EXPECT_EQ(m_events, (QStringList{text("prepared"), text("prepared"), text("stored"), text("finished")}));
     EXPECT_EQ(contentsOf(folder() + text("/qrvp.ovpn")), QByteArray("second\n"));
     EXPECT_EQ(contentsOf(folder() + text("/qrvp.log")), QByteArray("trying to connect Japan Tokyo\n"));
-    EXPECT_EQ(services.preferences().string(text("vpnUsername")), text("user2"));
+    EXPECT_EQ(m_services.preferences().string(text("vpnUsername")), text("user2"));
 }
 
 TEST_F(ConfigurationFetchTest, AResultThatWaitsForDeliveryIsOvertakenToo) {
-    services.urls().setFetchHandler([](const QByteArray &) { return std::nullopt; });
-    fetch.start(text("Germany Berlin"), group, text("UDP"));
+    m_services.urls().setFetchHandler([](const QByteArray &) { return std::nullopt; });
+    m_fetch.start(text("Germany Berlin"), m_group, text("UDP"));
     QThreadPool::globalInstance()->waitForDone();
-    fetch.start(text("Japan Tokyo"), group, text("UDP"));
+    m_fetch.start(text("Japan Tokyo"), m_group, text("UDP"));
     QThreadPool::globalInstance()->waitForDone();
     deliverQueued();
-    EXPECT_EQ(events.count(text("failed")), 1);
+    EXPECT_EQ(m_events.count(text("failed")), 1);
 }
 
 TEST_F(ConfigurationFetchTest, SuccessStoresEverythingThenTells) {
     run("VPNConfig: client<br />remote 1.2.3.4 443<br />");
-    EXPECT_EQ(events, (QStringList{text("prepared"), text("stored"), text("finished")}));
+    EXPECT_EQ(m_events, (QStringList{text("prepared"), text("stored"), text("finished")}));
     EXPECT_EQ(contentsOf(folder() + text("/qrvp.ovpn")), QByteArray("client\nremote 1.2.3.4 443\n"));
     EXPECT_EQ(contentsOf(folder() + text("/qrvp.log")), QByteArray("trying to connect Germany Berlin\n"));
-    EXPECT_EQ(services.preferences().string(text("vpnConfigPath")), folder() + text("/qrvp.ovpn"));
-    EXPECT_EQ(services.preferences().string(text("vpnUsername")), text("user1"));
-    EXPECT_EQ(services.preferences().string(text("vpnPassword")), text("pass1"));
-    EXPECT_EQ(services.preferences().string(text("countryCode")), text("DE"));
+    EXPECT_EQ(m_services.preferences().string(text("vpnConfigPath")), folder() + text("/qrvp.ovpn"));
+    EXPECT_EQ(m_services.preferences().string(text("vpnUsername")), text("user1"));
+    EXPECT_EQ(m_services.preferences().string(text("vpnPassword")), text("pass1"));
+    EXPECT_EQ(m_services.preferences().string(text("countryCode")), text("DE"));
     EXPECT_EQ(QrvCredentials::sharedInstance().vpnUserName(), text("user1"));
     EXPECT_EQ(QrvCredentials::sharedInstance().vpnPassword(), text("pass1"));
-    EXPECT_TRUE(services.logSink().lines().contains(text("Certificate is downloaded")));
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("Certificate is downloaded")));
 }
 
 TEST_F(ConfigurationFetchTest, ConfigurationIsForTheOwnerOnly) {
@@ -129,7 +131,7 @@ TEST_F(ConfigurationFetchTest, ConfigurationIsForTheOwnerOnly) {
 
 TEST_F(ConfigurationFetchTest, SecondFetchReplacesTheFileAndAppendsToTheLog) {
     run("VPNConfig: one");
-    events.clear();
+    m_events.clear();
     run("VPNConfig: two");
     EXPECT_EQ(contentsOf(folder() + text("/qrvp.ovpn")), QByteArray("two"));
     EXPECT_EQ(contentsOf(folder() + text("/qrvp.log")),
@@ -141,11 +143,11 @@ class Refused : public ConfigurationFetchTest,
 
 TEST_P(Refused, EndsInFailureAndStoresNothing) {
     run(GetParam());
-    EXPECT_EQ(events, (QStringList{text("prepared"), text("failed")}));
+    EXPECT_EQ(m_events, (QStringList{text("prepared"), text("failed")}));
     EXPECT_FALSE(QDir(folder()).exists());
-    EXPECT_TRUE(services.preferences().all().isEmpty());
+    EXPECT_TRUE(m_services.preferences().all().isEmpty());
     const bool argumentError = GetParam() == std::optional<QByteArray>("ERR: Argument parsing error");
-    EXPECT_EQ(services.logSink().lines().contains(text("Certificate nil")), !argumentError);
+    EXPECT_EQ(m_services.logSink().lines().contains(text("Certificate nil")), !argumentError);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Refused,
@@ -154,35 +156,35 @@ INSTANTIATE_TEST_SUITE_P(Rows, Refused,
                                          QByteArray("VPNConfig: \xff"), QByteArray("<html></html>")));
 
 TEST_F(ConfigurationFetchTest, UserThatIsNoUrlTextIsNotSentAtAll) {
-    group->user = text("bad user");
+    m_group->user = text("bad user");
     run("VPNConfig: client");
-    EXPECT_TRUE(services.urls().fetches().empty());
-    EXPECT_EQ(events.last(), text("failed"));
+    EXPECT_TRUE(m_services.urls().fetches().empty());
+    EXPECT_EQ(m_events.last(), text("failed"));
 }
 
 TEST_F(ConfigurationFetchTest, UserWithAHashIsNotSentAtAll) {
-    group->user = text("a#b");
+    m_group->user = text("a#b");
     run("VPNConfig: client");
-    EXPECT_TRUE(services.urls().fetches().empty());
-    EXPECT_EQ(events.last(), text("failed"));
+    EXPECT_TRUE(m_services.urls().fetches().empty());
+    EXPECT_EQ(m_events.last(), text("failed"));
 }
 
 TEST_F(ConfigurationFetchTest, AbsentUserIsWrittenAsNullAndStoredAsAbsent) {
-    group->user = QString();
-    group->pass = QString();
+    m_group->user = QString();
+    m_group->pass = QString();
     run("VPNConfig: client");
-    EXPECT_TRUE(services.urls().fetches().front().contains("&sessid=(null)&&"));
-    EXPECT_FALSE(services.preferences().value(text("vpnUsername")).isValid());
+    EXPECT_TRUE(m_services.urls().fetches().front().contains("&sessid=(null)&&"));
+    EXPECT_FALSE(m_services.preferences().value(text("vpnUsername")).isValid());
 }
 
 TEST_F(ConfigurationFetchTest, EveryUsableAddressIsAskedForSometimes) {
-    group->filteredIpAdressArray = QStringList{text("203.0.113.5"), text("203.0.113.6")};
+    m_group->filteredIpAdressArray = QStringList{text("203.0.113.5"), text("203.0.113.6")};
     for (int i = 0; i < 60; ++i) {
-        events.clear();
+        m_events.clear();
         run(std::nullopt);
     }
     int first = 0;
-    for (const QByteArray &url : services.urls().fetches()) {
+    for (const QByteArray &url : m_services.urls().fetches()) {
         first += url.contains("desiredip=203.0.113.5&") ? 1 : 0;
     }
     EXPECT_GT(first, 0);
@@ -192,30 +194,30 @@ TEST_F(ConfigurationFetchTest, EveryUsableAddressIsAskedForSometimes) {
 TEST_F(ConfigurationFetchTest, RequestRunsInTheBackgroundResultsOnTheMainThread) {
     std::atomic<QThread *> requestThread = nullptr;
     QThread *resultThread = nullptr;
-    services.urls().setFetchHandler([&requestThread](const QByteArray &) {
+    m_services.urls().setFetchHandler([&requestThread](const QByteArray &) {
         requestThread = QThread::currentThread();
         return std::optional<QByteArray>("VPNConfig: x");
     });
-    QObject::connect(&fetch, &ConfigurationFetch::stored,
+    QObject::connect(&m_fetch, &ConfigurationFetch::stored,
                      [&resultThread] { resultThread = QThread::currentThread(); });
-    fetch.start(text("t"), group, text("TCP"));
+    m_fetch.start(text("t"), m_group, text("TCP"));
     ASSERT_TRUE(spinUntil([&resultThread] { return resultThread != nullptr; }));
     EXPECT_NE(requestThread.load(), resultThread);
     EXPECT_EQ(resultThread, QThread::currentThread());
 }
 
 TEST_F(ConfigurationFetchTest, UnwritableFolderIsIgnoredAndTheTunnelIsStillStarted) {
-    ASSERT_TRUE(QDir().mkpath(services.home() + text("/Documents")));
+    ASSERT_TRUE(QDir().mkpath(m_services.home() + text("/Documents")));
     QFile obstacle(folder()); // a file where the folder should be
     ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
     obstacle.close();
     run("VPNConfig: client");
-    EXPECT_TRUE(events.contains(text("stored")));
+    EXPECT_TRUE(m_events.contains(text("stored")));
 }
 
 TEST_F(ConfigurationFetchTest, ResultAfterTheFetchWentIsDropped) {
     std::atomic<bool> release = false;
-    services.urls().setFetchHandler([&release](const QByteArray &) {
+    m_services.urls().setFetchHandler([&release](const QByteArray &) {
         while (!release) {
             QThread::yieldCurrentThread();
         }
@@ -223,9 +225,9 @@ TEST_F(ConfigurationFetchTest, ResultAfterTheFetchWentIsDropped) {
     });
     int told = 0;
     {
-        ConfigurationFetch shortLived(api);
+        ConfigurationFetch shortLived(m_api);
         QObject::connect(&shortLived, &ConfigurationFetch::stored, [&told] { ++told; });
-        shortLived.start(text("t"), group, text("TCP"));
+        shortLived.start(text("t"), m_group, text("TCP"));
     }
     release = true;
     QThreadPool::globalInstance()->waitForDone();

@@ -34,23 +34,23 @@ class QrvAPITest : public testing::Test {
 protected:
     QrvAPITest() {
         QrvAPI::forgetProcessWideValues();
-        services.hardware().serial = text("C02XYZ");
+        m_services.hardware().serial = text("C02XYZ");
     }
 
     ~QrvAPITest() override { QrvAPI::forgetProcessWideValues(); }
 
-    void postInternet(int status) { services.platform().notifications->post(text("inetStatus"), status); }
+    void postInternet(int status) { m_services.platform().notifications->post(text("inetStatus"), status); }
 
     /// Sends the server-list request and answers it.
     void answer(const QByteArray &body) {
-        api.setInetConnect(true);
-        ASSERT_TRUE(api.cmdAuth(QString()));
-        ASSERT_TRUE(services.urls().finishNext(body));
+        m_api.setInetConnect(true);
+        ASSERT_TRUE(m_api.cmdAuth(QString()));
+        ASSERT_TRUE(m_services.urls().finishNext(body));
     }
 
-    fakes::TestPlatform services;
-    RecordingDelegate delegate;
-    QrvAPI api;
+    fakes::TestPlatform m_services;
+    RecordingDelegate m_delegate;
+    QrvAPI m_api;
 };
 
 constexpr char baseOnWire[] =
@@ -58,82 +58,82 @@ constexpr char baseOnWire[] =
     "?cmd=MRTSL&ver=1.0.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=C02XYZ-1.0.0";
 
 TEST_F(QrvAPITest, NothingIsSentBeforeTheNetworkIsKnown) {
-    api.initWithDelegate(&delegate);
-    EXPECT_FALSE(api.cmdAuth(QString()));
-    EXPECT_TRUE(services.urls().downloads().empty());
+    m_api.initWithDelegate(&m_delegate);
+    EXPECT_FALSE(m_api.cmdAuth(QString()));
+    EXPECT_TRUE(m_services.urls().downloads().empty());
 }
 
 TEST_F(QrvAPITest, ServerListIsRequestedOnceWhenTheNetworkComes) {
-    api.initWithDelegate(&delegate);
+    m_api.initWithDelegate(&m_delegate);
     postInternet(1);
     postInternet(0);
     postInternet(1);
-    ASSERT_EQ(services.urls().downloads().size(), 1U);
-    EXPECT_EQ(services.urls().downloads().front(), QByteArray(baseOnWire));
-    EXPECT_TRUE(api.inetConnect());
+    ASSERT_EQ(m_services.urls().downloads().size(), 1U);
+    EXPECT_EQ(m_services.urls().downloads().front(), QByteArray(baseOnWire));
+    EXPECT_TRUE(m_api.inetConnect());
 }
 
 TEST_F(QrvAPITest, RequestThatFailedToStartIsTriedAgain) {
-    api.initWithDelegate(&delegate);
-    services.urls().setRefusing(true);
+    m_api.initWithDelegate(&m_delegate);
+    m_services.urls().setRefusing(true);
     postInternet(1);
-    services.urls().setRefusing(false);
+    m_services.urls().setRefusing(false);
     postInternet(1);
-    EXPECT_EQ(services.urls().downloads().size(), 1U);
+    EXPECT_EQ(m_services.urls().downloads().size(), 1U);
 }
 
 TEST_F(QrvAPITest, NoNetworkSwitchesRequestsOff) {
-    api.initWithDelegate(&delegate);
+    m_api.initWithDelegate(&m_delegate);
     postInternet(1);
     postInternet(0);
-    EXPECT_FALSE(api.inetConnect());
-    EXPECT_FALSE(api.cmdAuth(QString()));
+    EXPECT_FALSE(m_api.inetConnect());
+    EXPECT_FALSE(m_api.cmdAuth(QString()));
 }
 
 TEST_F(QrvAPITest, SecondInitialisationObservesTwiceAndStillSendsOnce) {
-    api.initWithDelegate(&delegate);
-    api.initWithDelegate(&delegate);
-    services.logSink().clear();
+    m_api.initWithDelegate(&m_delegate);
+    m_api.initWithDelegate(&m_delegate);
+    m_services.logSink().clear();
     postInternet(1);
-    EXPECT_EQ(services.logSink().lines().count(text("inetStatus: 1")), 2);
-    EXPECT_EQ(services.urls().downloads().size(), 1U);
+    EXPECT_EQ(m_services.logSink().lines().count(text("inetStatus: 1")), 2);
+    EXPECT_EQ(m_services.urls().downloads().size(), 1U);
 }
 
 TEST_F(QrvAPITest, ServerListRequestIsLogged) {
-    api.setInetConnect(true);
-    api.cmdAuth(QString());
-    EXPECT_TRUE(services.logSink().lines().contains(text("version is 1.0.0")));
-    EXPECT_TRUE(services.logSink().lines().contains(text("new url ") + text(baseOnWire)));
+    m_api.setInetConnect(true);
+    m_api.cmdAuth(QString());
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("version is 1.0.0")));
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("new url ") + text(baseOnWire)));
 }
 
 TEST_F(QrvAPITest, DiagnosticsAreSilentWhileShowLogsReadsOtherThanZero) {
-    services.preferences().setValue(text("showLogs"), 1);
-    api.initWithDelegate(&delegate);
+    m_services.preferences().setValue(text("showLogs"), 1);
+    m_api.initWithDelegate(&m_delegate);
     postInternet(1);
-    EXPECT_TRUE(services.logSink().lines().isEmpty());
+    EXPECT_TRUE(m_services.logSink().lines().isEmpty());
 }
 
 TEST_F(QrvAPITest, ParametersRequestOnTheWire) {
-    api.setInetConnect(true);
-    EXPECT_TRUE(api.setParameters(text("ignored"), text("=a b+c")));
-    EXPECT_EQ(services.urls().downloads().front(), QByteArray(baseOnWire) + "&cmd=phs=a%20b%2Bc");
-    EXPECT_EQ(api.request().kind, QrvApiRequest::Parameters);
+    m_api.setInetConnect(true);
+    EXPECT_TRUE(m_api.setParameters(text("ignored"), text("=a b+c")));
+    EXPECT_EQ(m_services.urls().downloads().front(), QByteArray(baseOnWire) + "&cmd=phs=a%20b%2Bc");
+    EXPECT_EQ(m_api.request().kind, QrvApiRequest::Parameters);
 }
 
 TEST_F(QrvAPITest, LeaseRenewalSendsNothing) {
-    api.setInetConnect(true);
-    api.getLease(QString());
-    EXPECT_TRUE(services.urls().downloads().empty());
+    m_api.setInetConnect(true);
+    m_api.getLease(QString());
+    EXPECT_TRUE(m_services.urls().downloads().empty());
 }
 
 TEST_F(QrvAPITest, SecondRequestOverwritesTheKind) {
-    api.setDelegate(&delegate);
-    api.setInetConnect(true);
-    api.cmdAuth(QString());
-    api.setParameters(QString(), text("=x"));
-    ASSERT_TRUE(services.urls().finishNext("STATUS: 0<br />ClientIP: 1.2.3.4"));
-    EXPECT_EQ(delegate.lastKind, QrvApiRequest::Parameters);
-    EXPECT_TRUE(api.request().clientIP.isNull()); // only the server-list kind carries it
+    m_api.setDelegate(&m_delegate);
+    m_api.setInetConnect(true);
+    m_api.cmdAuth(QString());
+    m_api.setParameters(QString(), text("=x"));
+    ASSERT_TRUE(m_services.urls().finishNext("STATUS: 0<br />ClientIP: 1.2.3.4"));
+    EXPECT_EQ(m_delegate.lastKind, QrvApiRequest::Parameters);
+    EXPECT_TRUE(m_api.request().clientIP.isNull()); // only the server-list kind carries it
 }
 
 struct SerialCase {
@@ -144,10 +144,10 @@ struct SerialCase {
 class Serial : public QrvAPITest, public testing::WithParamInterface<SerialCase> {};
 
 TEST_P(Serial, PlaceholdersAreReplacedByTheNetworkCard) {
-    services.hardware().serial = text(GetParam().serial);
-    services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
+    m_services.hardware().serial = text(GetParam().serial);
+    m_services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
     const QString expected = GetParam().replaced ? text("0A1B2C3D4E5F") : text(GetParam().serial);
-    EXPECT_EQ(api.platformSerialNumber(), expected + text("-1.0.0"));
+    EXPECT_EQ(m_api.platformSerialNumber(), expected + text("-1.0.0"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Serial,
@@ -159,37 +159,37 @@ INSTANTIATE_TEST_SUITE_P(Rows, Serial,
                                          SerialCase{"1", false}, SerialCase{"C02XYZ", false}));
 
 TEST_F(QrvAPITest, WithoutAnySerialTheIdentifierBeginsWithNull) {
-    services.hardware().serial.reset();
-    EXPECT_EQ(api.platformSerialNumber(), text("(null)-1.0.0"));
+    m_services.hardware().serial.reset();
+    EXPECT_EQ(m_api.platformSerialNumber(), text("(null)-1.0.0"));
     EXPECT_TRUE(QrvAPI::alternativePlatformSerialNumber().isNull());
 }
 
 TEST_F(QrvAPITest, NetworkCardIsReadOncePerProcess) {
-    services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
+    m_services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
     EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
-    services.hardware().address = QByteArray::fromHex("ffffffffffff");
+    m_services.hardware().address = QByteArray::fromHex("ffffffffffff");
     EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
 }
 
 TEST_F(QrvAPITest, MissingNetworkCardIsAskedForAgain) {
     EXPECT_TRUE(QrvAPI::alternativePlatformSerialNumber().isNull());
-    services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
+    m_services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
     EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
 }
 
 TEST_F(QrvAPITest, IdentifierIsKept) {
-    EXPECT_EQ(api.macSerial(), text("C02XYZ-1.0.0"));
-    services.hardware().serial = text("OTHER");
-    EXPECT_EQ(api.macSerial(), text("C02XYZ-1.0.0"));
+    EXPECT_EQ(m_api.macSerial(), text("C02XYZ-1.0.0"));
+    m_services.hardware().serial = text("OTHER");
+    EXPECT_EQ(m_api.macSerial(), text("C02XYZ-1.0.0"));
 }
 
 TEST_F(QrvAPITest, TemporaryFileIsNamedByKindAndTime) {
-    api.setInetConnect(true);
-    const QString folder = services.platform().temporaryFolder;
-    api.cmdAuth(QString());
+    m_api.setInetConnect(true);
+    const QString folder = m_services.platform().temporaryFolder;
+    m_api.cmdAuth(QString());
     const QRegularExpression form(QRegularExpression::anchoredPattern(QRegularExpression::escape(folder) +
                                                                       text("/auth-\\d{8}-\\d{6}")));
-    EXPECT_TRUE(form.match(api.decideDestination()).hasMatch());
+    EXPECT_TRUE(form.match(m_api.decideDestination()).hasMatch());
 }
 
 TEST(RequestKinds, Names) {
@@ -202,28 +202,28 @@ TEST(RequestKinds, Names) {
 }
 
 TEST_F(QrvAPITest, AnswerFillsTheRecord) {
-    api.setDelegate(&delegate);
+    m_api.setDelegate(&m_delegate);
     answer("STATUS: 0<br />ClientIP: 1.2.3.4<br />CC: DE<br />LOCATIONS: DE;BER;Berlin;0<br />VPNUser: u<br "
            "/>VPNPass: p<br />Server: 7,Berlin,BER,DE,Germany,x|10.0.0.1,10.0.0.2");
-    EXPECT_EQ(delegate.answers, 1);
-    EXPECT_EQ(api.request().status, 0);
-    EXPECT_EQ(api.request().clientIP, text("1.2.3.4"));
-    EXPECT_EQ(api.request().clientCountry, text("DE"));
-    EXPECT_TRUE(api.request().hasLocations);
-    EXPECT_EQ(api.model().locations().size(), 2);
-    ASSERT_EQ(api.request().servers.size(), 1);
-    EXPECT_EQ(api.request().servers.first()->user, text("u"));
-    EXPECT_EQ(api.request().servers.first()->pass, text("p"));
-    EXPECT_TRUE(api.model().isServerListValid());
-    EXPECT_TRUE(QDir(services.platform().temporaryFolder).entryList({text("auth-*")}).isEmpty());
+    EXPECT_EQ(m_delegate.answers, 1);
+    EXPECT_EQ(m_api.request().status, 0);
+    EXPECT_EQ(m_api.request().clientIP, text("1.2.3.4"));
+    EXPECT_EQ(m_api.request().clientCountry, text("DE"));
+    EXPECT_TRUE(m_api.request().hasLocations);
+    EXPECT_EQ(m_api.model().locations().size(), 2);
+    ASSERT_EQ(m_api.request().servers.size(), 1);
+    EXPECT_EQ(m_api.request().servers.first()->user, text("u"));
+    EXPECT_EQ(m_api.request().servers.first()->pass, text("p"));
+    EXPECT_TRUE(m_api.model().isServerListValid());
+    EXPECT_TRUE(QDir(m_services.platform().temporaryFolder).entryList({text("auth-*")}).isEmpty());
 }
 
 TEST_F(QrvAPITest, AnswerWithLineFeedsIsOneLine) {
-    api.setDelegate(&delegate);
+    m_api.setDelegate(&m_delegate);
     answer("STATUS: 0\nClientIP: 1.2.3.4\nServer: a,b,c,d,e,f|1.1.1.1");
-    EXPECT_EQ(delegate.answers, 1);
-    EXPECT_TRUE(api.request().clientIP.isNull());
-    EXPECT_FALSE(api.model().isServerListValid());
+    EXPECT_EQ(m_delegate.answers, 1);
+    EXPECT_TRUE(m_api.request().clientIP.isNull());
+    EXPECT_FALSE(m_api.model().isServerListValid());
 }
 
 TEST_F(QrvAPITest, StatusIsKeptInEightBits) {
@@ -231,7 +231,7 @@ TEST_F(QrvAPITest, StatusIsKeptInEightBits) {
                                              {"300", 44}, {"x", 0},   {"7up", 7},    {"", 0}};
     for (const auto &[value, status] : rows) {
         answer("STATUS: " + value);
-        EXPECT_EQ(api.request().status, status) << value.constData();
+        EXPECT_EQ(m_api.request().status, status) << value.constData();
     }
 }
 
@@ -239,29 +239,29 @@ TEST_F(QrvAPITest, AnswerWithoutAFieldKeepsTheOldValue) {
     answer("STATUS: 3<br />ClientIP: 1.2.3.4<br />CC: DE<br />LOCATIONS: DE;BER;Berlin;0<br />Server: "
            "7,Berlin,BER,DE,Germany,x|10.0.0.1");
     answer("X: y");
-    EXPECT_EQ(api.request().status, 3);
-    EXPECT_EQ(api.request().clientIP, text("1.2.3.4"));
-    EXPECT_EQ(api.request().servers.size(), 1);
-    EXPECT_TRUE(api.model().isServerListValid());
+    EXPECT_EQ(m_api.request().status, 3);
+    EXPECT_EQ(m_api.request().clientIP, text("1.2.3.4"));
+    EXPECT_EQ(m_api.request().servers.size(), 1);
+    EXPECT_TRUE(m_api.model().isServerListValid());
 }
 
 TEST_F(QrvAPITest, ServersOfAnyKindAreTaken) {
-    api.setInetConnect(true);
-    api.setParameters(QString(), text("=x"));
-    ASSERT_TRUE(services.urls().finishNext("ClientIP: 9.9.9.9<br />Server: a,b,c,d,e,f|1.1.1.1"));
-    EXPECT_EQ(api.request().servers.size(), 1);
-    EXPECT_TRUE(api.request().clientIP.isNull());
-    EXPECT_TRUE(api.request().servers.first()->user.isNull());
+    m_api.setInetConnect(true);
+    m_api.setParameters(QString(), text("=x"));
+    ASSERT_TRUE(m_services.urls().finishNext("ClientIP: 9.9.9.9<br />Server: a,b,c,d,e,f|1.1.1.1"));
+    EXPECT_EQ(m_api.request().servers.size(), 1);
+    EXPECT_TRUE(m_api.request().clientIP.isNull());
+    EXPECT_TRUE(m_api.request().servers.first()->user.isNull());
 }
 
 class NoAnswer : public QrvAPITest, public testing::WithParamInterface<QByteArray> {};
 
 TEST_P(NoAnswer, IsDroppedSilentlyAndTheFileStays) {
-    api.setDelegate(&delegate);
+    m_api.setDelegate(&m_delegate);
     answer(GetParam());
-    EXPECT_EQ(delegate.answers, 0);
-    EXPECT_EQ(api.request().kind, QrvApiRequest::None);
-    EXPECT_EQ(QDir(services.platform().temporaryFolder).entryList({text("auth-*")}).size(), 1);
+    EXPECT_EQ(m_delegate.answers, 0);
+    EXPECT_EQ(m_api.request().kind, QrvApiRequest::None);
+    EXPECT_EQ(QDir(m_services.platform().temporaryFolder).entryList({text("auth-*")}).size(), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, NoAnswer,
@@ -273,63 +273,63 @@ INSTANTIATE_TEST_SUITE_P(Rows, NoAnswer,
 TEST_F(QrvAPITest, DroppedAnswerFreesTheServerListRecord) {
     answer("STATUS: 0<br />ClientIP: 1.2.3.4<br />CC: DE<br />LOCATIONS: DE;BER;Berlin;0");
     answer("");
-    EXPECT_TRUE(api.request().clientIP.isNull());
-    EXPECT_TRUE(api.request().clientCountry.isNull());
-    EXPECT_FALSE(api.request().hasLocations);
+    EXPECT_TRUE(m_api.request().clientIP.isNull());
+    EXPECT_TRUE(m_api.request().clientCountry.isNull());
+    EXPECT_FALSE(m_api.request().hasLocations);
 }
 
 TEST_F(QrvAPITest, FreeingAnotherKindResetsOnlyTheKind) {
     answer("STATUS: 0<br />ClientIP: 1.2.3.4");
-    api.setParameters(QString(), text("=x"));
-    api.freeRequest();
-    EXPECT_EQ(api.request().kind, QrvApiRequest::None);
-    EXPECT_EQ(api.request().clientIP, text("1.2.3.4"));
+    m_api.setParameters(QString(), text("=x"));
+    m_api.freeRequest();
+    EXPECT_EQ(m_api.request().kind, QrvApiRequest::None);
+    EXPECT_EQ(m_api.request().clientIP, text("1.2.3.4"));
 }
 
 TEST_F(QrvAPITest, FinishedWithoutADestinationIsDropped) {
-    api.setDelegate(&delegate);
-    api.downloadDidFinish();
-    EXPECT_EQ(delegate.answers, 0);
+    m_api.setDelegate(&m_delegate);
+    m_api.downloadDidFinish();
+    EXPECT_EQ(m_delegate.answers, 0);
 }
 
 TEST_F(QrvAPITest, FailureReachesTheDelegateAndKeepsTheRecord) {
-    api.setDelegate(&delegate);
+    m_api.setDelegate(&m_delegate);
     answer("STATUS: 0<br />ClientIP: 1.2.3.4");
-    api.cmdAuth(QString());
-    ASSERT_TRUE(services.urls().failNext({platform::UrlError::Kind::Refused, text("refused")}));
-    EXPECT_EQ(delegate.failures, QStringList{text("refused")});
-    EXPECT_EQ(api.request().kind, QrvApiRequest::Auth);
-    EXPECT_EQ(api.request().clientIP, text("1.2.3.4"));
+    m_api.cmdAuth(QString());
+    ASSERT_TRUE(m_services.urls().failNext({platform::UrlError::Kind::Refused, text("refused")}));
+    EXPECT_EQ(m_delegate.failures, QStringList{text("refused")});
+    EXPECT_EQ(m_api.request().kind, QrvApiRequest::Auth);
+    EXPECT_EQ(m_api.request().clientIP, text("1.2.3.4"));
 }
 
 TEST_F(QrvAPITest, BothDelegateOperationsAreOptional) {
     class Silent final : public QrvApiProtocol {
     } silent;
 
-    api.setDelegate(&silent);
+    m_api.setDelegate(&silent);
     answer("STATUS: 0");
-    api.cmdAuth(QString());
-    EXPECT_TRUE(services.urls().failNext({}));
-    api.setDelegate(nullptr);
+    m_api.cmdAuth(QString());
+    EXPECT_TRUE(m_services.urls().failNext({}));
+    m_api.setDelegate(nullptr);
     answer("STATUS: 1");
-    EXPECT_EQ(api.request().status, 1);
+    EXPECT_EQ(m_api.request().status, 1);
 }
 
 TEST_F(QrvAPITest, OneTimePairNeverReachesTheLog) {
-    services.platform().log->setMask({});
-    api.setDelegate(&delegate);
+    m_services.platform().log->setMask({});
+    m_api.setDelegate(&m_delegate);
     answer(
         "STATUS: 0<br />VPNUser: topsecretuser<br />VPNPass: topsecretpass<br />Server: a,b,c,d,e,f|1.1.1.1");
-    for (const QString &line : services.logSink().lines()) {
+    for (const QString &line : m_services.logSink().lines()) {
         EXPECT_FALSE(line.contains(text("topsecret"))) << line.toStdString();
     }
 }
 
 TEST_F(QrvAPITest, NotificationCarriesTheProductName) {
-    api.showNotification(text("Hello"));
-    ASSERT_EQ(services.workspace().notifications.size(), 1U);
-    EXPECT_EQ(services.workspace().notifications.front().title, text("Hello"));
-    EXPECT_EQ(services.workspace().notifications.front().text, text("Quorvane"));
+    m_api.showNotification(text("Hello"));
+    ASSERT_EQ(m_services.workspace().notifications.size(), 1U);
+    EXPECT_EQ(m_services.workspace().notifications.front().title, text("Hello"));
+    EXPECT_EQ(m_services.workspace().notifications.front().text, text("Quorvane"));
 }
 
 } // namespace

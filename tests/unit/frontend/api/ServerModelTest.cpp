@@ -180,12 +180,12 @@ protected:
     LookUps() {
         const QStringList lines{text("7,Berlin,BER,DE,Germany,x|10.0.0.12,10.0.0.2"),
                                 text("8,Paris,PAR,FR,France,x|10.0.0.1")};
-        model.setServerList(lines);
-        model.setServers(parse(lines));
-        model.setLocations(text("DE;BER;Berlin;0|FR;PAR;Paris;0|AT;BER2;Berlin;0"));
+        m_model.setServerList(lines);
+        m_model.setServers(parse(lines));
+        m_model.setLocations(text("DE;BER;Berlin;0|FR;PAR;Paris;0|AT;BER2;Berlin;0"));
     }
 
-    ServerModel model;
+    ServerModel m_model;
 };
 
 TEST_F(LookUps, BeforeAnyAnswerNothingIsFound) {
@@ -201,51 +201,51 @@ TEST_F(LookUps, BeforeAnyAnswerNothingIsFound) {
 }
 
 TEST_F(LookUps, TitleUnderTwoCodesGivesTheFirstInSortedOrder) {
-    EXPECT_EQ(model.getCountryByLocation(text("Berlin")), text("AT"));
-    EXPECT_EQ(model.getCodeByLocation(text("Berlin")), text("BER2"));
+    EXPECT_EQ(m_model.getCountryByLocation(text("Berlin")), text("AT"));
+    EXPECT_EQ(m_model.getCodeByLocation(text("Berlin")), text("BER2"));
 }
 
 TEST_F(LookUps, CountryEntryHasNoCode) {
-    EXPECT_TRUE(model.getCodeByLocation(text("Unknown Country")).isNull());
-    EXPECT_EQ(model.getCountryByLocation(text("Unknown Country")), text("AT"));
+    EXPECT_TRUE(m_model.getCodeByLocation(text("Unknown Country")).isNull());
+    EXPECT_EQ(m_model.getCountryByLocation(text("Unknown Country")), text("AT"));
 }
 
 TEST_F(LookUps, RandomLocationIsNoEntry) {
-    EXPECT_EQ(model.getCountryByLocation(text("Random Location")), text("xx"));
-    EXPECT_TRUE(model.getCodeByLocation(text("Random Location")).isNull());
+    EXPECT_EQ(m_model.getCountryByLocation(text("Random Location")), text("xx"));
+    EXPECT_TRUE(m_model.getCodeByLocation(text("Random Location")).isNull());
 }
 
 TEST_F(LookUps, LocationValidNeedsTitleAndCode) {
-    EXPECT_TRUE(model.locationValid(QrvLocation::location(text("Paris"), text("FR"), QString(), false)));
-    EXPECT_FALSE(model.locationValid(QrvLocation::location(text("Paris"), text("DE"), QString(), false)));
-    EXPECT_FALSE(model.locationValid(QrvLocation::location(text("Rome"), text("FR"), QString(), false)));
+    EXPECT_TRUE(m_model.locationValid(QrvLocation::location(text("Paris"), text("FR"), QString(), false)));
+    EXPECT_FALSE(m_model.locationValid(QrvLocation::location(text("Paris"), text("DE"), QString(), false)));
+    EXPECT_FALSE(m_model.locationValid(QrvLocation::location(text("Rome"), text("FR"), QString(), false)));
 }
 
 TEST_F(LookUps, GroupLabelMayGoOn) {
-    EXPECT_EQ(model.getCountryByLocationForVPN(text("Germany Berlin (full)")), text("DE"));
-    EXPECT_EQ(model.getCodeByLocationForVPN(text("Germany Berlin (full)")), text("BER DE"));
-    EXPECT_EQ(model.getCountryByLocationForVPN(text("Germany Ber")), text("xx"));
+    EXPECT_EQ(m_model.getCountryByLocationForVPN(text("Germany Berlin (full)")), text("DE"));
+    EXPECT_EQ(m_model.getCodeByLocationForVPN(text("Germany Berlin (full)")), text("BER DE"));
+    EXPECT_EQ(m_model.getCountryByLocationForVPN(text("Germany Ber")), text("xx"));
 }
 
 TEST_F(LookUps, AddressMatchesAsSubstringFirstLineWins) {
-    EXPECT_EQ(model.getCodeByIP(text("10.0.0.1")), text("DE"));
-    EXPECT_EQ(model.getLocationByIP(text("10.0.0.1")), text("Berlin BER"));
-    EXPECT_TRUE(model.getCodeByIP(text("10.9.9.9")).isNull());
+    EXPECT_EQ(m_model.getCodeByIP(text("10.0.0.1")), text("DE"));
+    EXPECT_EQ(m_model.getLocationByIP(text("10.0.0.1")), text("Berlin BER"));
+    EXPECT_TRUE(m_model.getCodeByIP(text("10.9.9.9")).isNull());
 }
 
 TEST_F(LookUps, LineFeedsInTheAddressAreIgnored) {
-    EXPECT_EQ(model.getCodeByIP(text("10.0\n.0.2\n")), text("DE"));
+    EXPECT_EQ(m_model.getCodeByIP(text("10.0\n.0.2\n")), text("DE"));
 }
 
 TEST_F(LookUps, EmptyAddressFindsNothing) {
-    EXPECT_TRUE(model.getCodeByIP(text("")).isNull());
-    EXPECT_TRUE(model.getCodeByIP(text("\n")).isNull());
-    EXPECT_TRUE(model.getLocationByIP(QString()).isNull());
+    EXPECT_TRUE(m_model.getCodeByIP(text("")).isNull());
+    EXPECT_TRUE(m_model.getCodeByIP(text("\n")).isNull());
+    EXPECT_TRUE(m_model.getLocationByIP(QString()).isNull());
 }
 
 TEST_F(LookUps, LineTooShortForALookUpIsSkipped) {
-    model.setServerList({text("10.0.0.1,short"), text("8,Paris,PAR,FR,France,x|10.0.0.1")});
-    EXPECT_EQ(model.getCodeByIP(text("10.0.0.1")), text("FR"));
+    m_model.setServerList({text("10.0.0.1,short"), text("8,Paris,PAR,FR,France,x|10.0.0.1")});
+    EXPECT_EQ(m_model.getCodeByIP(text("10.0.0.1")), text("FR"));
 }
 
 } // namespace

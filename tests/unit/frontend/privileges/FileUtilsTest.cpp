@@ -17,8 +17,8 @@ namespace {
 class FileUtilsTest : public testing::Test {
 protected:
     FileUtilsTest() {
-        QDir().mkpath(folder);
-        QFile file(path);
+        QDir().mkpath(m_folder);
+        QFile file(m_path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("content");
     }
@@ -26,14 +26,14 @@ protected:
     [[nodiscard]] mode_t mode() const {
         struct stat info {};
 
-        return stat(path.toUtf8().constData(), &info) == 0 ? info.st_mode & 07777 : 0;
+        return stat(m_path.toUtf8().constData(), &info) == 0 ? info.st_mode & 07777 : 0;
     }
 
-    void setMode(mode_t bits) const { ASSERT_EQ(chmod(path.toUtf8().constData(), bits), 0); }
+    void setMode(mode_t bits) const { ASSERT_EQ(chmod(m_path.toUtf8().constData(), bits), 0); }
 
-    fakes::TestPlatform services;
-    QString folder = services.home() + QStringLiteral("/Library/Preferences");
-    QString path = folder + QStringLiteral("/com.tallowind.Quorvane.plist");
+    fakes::TestPlatform m_services;
+    QString m_folder = m_services.home() + QStringLiteral("/Library/Preferences");
+    QString m_path = m_folder + QStringLiteral("/com.tallowind.Quorvane.plist");
 };
 
 TEST_F(FileUtilsTest, EveryOtherModeBecomesOwnerReadAndWrite) {
@@ -42,7 +42,7 @@ TEST_F(FileUtilsTest, EveryOtherModeBecomesOwnerReadAndWrite) {
         FileUtils::checkUserDefaultsPremmision();
         EXPECT_EQ(mode(), 0600U) << std::oct << bits;
     }
-    EXPECT_TRUE(services.logSink().lines().isEmpty());
+    EXPECT_TRUE(m_services.logSink().lines().isEmpty());
 }
 
 TEST_F(FileUtilsTest, RightModeIsLeftAlone) {
@@ -50,21 +50,21 @@ TEST_F(FileUtilsTest, RightModeIsLeftAlone) {
 
     struct stat before {};
 
-    ASSERT_EQ(stat(path.toUtf8().constData(), &before), 0);
+    ASSERT_EQ(stat(m_path.toUtf8().constData(), &before), 0);
     FileUtils::checkUserDefaultsPremmision();
 
     struct stat after {};
 
-    ASSERT_EQ(stat(path.toUtf8().constData(), &after), 0);
+    ASSERT_EQ(stat(m_path.toUtf8().constData(), &after), 0);
     EXPECT_EQ(before.st_ctim.tv_nsec, after.st_ctim.tv_nsec);
     EXPECT_EQ(before.st_ino, after.st_ino);
 }
 
 TEST_F(FileUtilsTest, MissingFileIsNoProblem) {
-    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QFile::remove(m_path));
     FileUtils::checkUserDefaultsPremmision();
-    EXPECT_FALSE(QFile::exists(path));
-    EXPECT_TRUE(services.logSink().lines().isEmpty());
+    EXPECT_FALSE(QFile::exists(m_path));
+    EXPECT_TRUE(m_services.logSink().lines().isEmpty());
 }
 
 TEST_F(FileUtilsTest, FileThatCannotBeRepairedIsRemoved) {
@@ -74,7 +74,7 @@ TEST_F(FileUtilsTest, FileThatCannotBeRepairedIsRemoved) {
     // Seen by a user who owns the folder but not the file.
     setMode(0644);
     constexpr uid_t nobody = 65534;
-    for (QString up = folder; up.size() > 4; up = up.left(up.lastIndexOf(u'/'))) {
+    for (QString up = m_folder; up.size() > 4; up = up.left(up.lastIndexOf(u'/'))) {
         ASSERT_EQ(chown(up.toUtf8().constData(), nobody, nobody), 0);
     }
     const pid_t child = fork();
@@ -89,7 +89,7 @@ TEST_F(FileUtilsTest, FileThatCannotBeRepairedIsRemoved) {
     int status = -1;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
-    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_FALSE(QFile::exists(m_path));
 }
 
 } // namespace

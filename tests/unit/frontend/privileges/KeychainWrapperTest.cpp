@@ -15,7 +15,7 @@ QString text(const char *utf8) {
 
 class KeychainWrapperTest : public testing::Test {
 protected:
-    fakes::TestPlatform services;
+    fakes::TestPlatform m_services;
 };
 
 TEST_F(KeychainWrapperTest, SearchRecordNamesTheItemThreeTimes) {
@@ -56,14 +56,14 @@ TEST_F(KeychainWrapperTest, DeleteRemoves) {
 }
 
 TEST_F(KeychainWrapperTest, LastAccountOfALabelCounts) {
-    services.keyStore().add({text("id"), text("first"), "a"});
-    services.keyStore().add({text("id"), text("last"), "b"});
+    m_services.keyStore().add({text("id"), text("first"), "a"});
+    m_services.keyStore().add({text("id"), text("last"), "b"});
     EXPECT_EQ(KeychainWrapper::getKeychainUserName(text("id")), text("last"));
 }
 
 TEST_F(KeychainWrapperTest, FailuresReadAsNothing) {
     EXPECT_TRUE(sameText(KeychainWrapper::getKeychainUserName(text("none")), text("")));
-    services.keyStore().setFailing(true);
+    m_services.keyStore().setFailing(true);
     EXPECT_TRUE(sameText(KeychainWrapper::getKeychainUserName(text("id")), text("")));
     EXPECT_FALSE(KeychainWrapper::searchKeychainCopyMatching(text("id")).has_value());
     EXPECT_FALSE(KeychainWrapper::createKeychainValue(text("p"), text("u"), text("id")));

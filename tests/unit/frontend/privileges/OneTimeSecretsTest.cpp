@@ -14,25 +14,25 @@ QString text(const char *utf8) {
 
 class OneTimeSecretsTest : public testing::Test {
 protected:
-    OneTimeSecrets secrets;
+    OneTimeSecrets m_secrets;
 };
 
 TEST_F(OneTimeSecretsTest, EveryOccurrenceIsMasked) {
-    secrets.add(text("abc"));
-    EXPECT_EQ(secrets.masked(text("abc=abc;ABC")), text("*****=*****;ABC"));
+    m_secrets.add(text("abc"));
+    EXPECT_EQ(m_secrets.masked(text("abc=abc;ABC")), text("*****=*****;ABC"));
 }
 
 TEST_F(OneTimeSecretsTest, EmptyOnesMaskNothing) {
-    secrets.add(QString());
-    secrets.add(text(""));
-    EXPECT_EQ(secrets.masked(text("abc")), text("abc"));
+    m_secrets.add(QString());
+    m_secrets.add(text(""));
+    EXPECT_EQ(m_secrets.masked(text("abc")), text("abc"));
 }
 
 TEST_F(OneTimeSecretsTest, OldestAreForgottenBeyondTheBound) {
     for (int i = 0; i < 33; ++i) {
-        secrets.add(text("<%1>").arg(i));
+        m_secrets.add(text("<%1>").arg(i));
     }
-    EXPECT_EQ(secrets.masked(text("<0> <1> <32>")), text("<0> ***** *****"));
+    EXPECT_EQ(m_secrets.masked(text("<0> <1> <32>")), text("<0> ***** *****"));
 }
 
 } // namespace

@@ -26,8 +26,8 @@ class QrvCredentialsTest : public testing::Test {
 protected:
     ~QrvCredentialsTest() override { OneTimeSecrets::shared().clear(); }
 
-    fakes::TestPlatform services;
-    QrvCredentials &credentials = QrvCredentials::sharedInstance();
+    fakes::TestPlatform m_services;
+    QrvCredentials &m_credentials = QrvCredentials::sharedInstance();
 };
 
 TEST(Scrambling, UnitsAlternateWithRandomOnesAndEndInNul) {
@@ -77,75 +77,75 @@ TEST(Scrambling, ForeignTexts) {
 }
 
 TEST_F(QrvCredentialsTest, SavingTheAdministratorCommitsWhatIsPendingInTheSharedController) {
-    auto &defaults = *services.platform().userDefaults;
+    auto &defaults = *m_services.platform().userDefaults;
     defaults.setAppliesImmediately(false);
     defaults.setValue(QStringLiteral("hide"), true);
-    ASSERT_FALSE(services.preferences().boolean(QStringLiteral("hide")));
+    ASSERT_FALSE(m_services.preferences().boolean(QStringLiteral("hide")));
     QrvCredentials::sharedInstance().saveUserName(QStringLiteral("ada"), QStringLiteral("pw"));
-    EXPECT_TRUE(services.preferences().boolean(QStringLiteral("hide")));
+    EXPECT_TRUE(m_services.preferences().boolean(QStringLiteral("hide")));
 }
 
 TEST_F(QrvCredentialsTest, PairIsStoredScrambledUnderShortKeysAndSaved) {
-    credentials.saveUserName(text("ada"), text("ada pw"));
-    const QString stored = services.preferences().string(text("up"));
+    m_credentials.saveUserName(text("ada"), text("ada pw"));
+    const QString stored = m_services.preferences().string(text("up"));
     EXPECT_EQ(stored.size(), 13);
     EXPECT_FALSE(stored.contains(text("ada pw")));
-    EXPECT_EQ(credentials.userName(), text("ada"));
-    EXPECT_EQ(credentials.rootPassword(), text("ada pw"));
-    EXPECT_EQ(services.preferences().synchronizations(), 1);
+    EXPECT_EQ(m_credentials.userName(), text("ada"));
+    EXPECT_EQ(m_credentials.rootPassword(), text("ada pw"));
+    EXPECT_EQ(m_services.preferences().synchronizations(), 1);
 }
 
 TEST_F(QrvCredentialsTest, NothingStoredReadsAsAbsent) {
-    EXPECT_TRUE(credentials.userName().isNull());
-    EXPECT_TRUE(credentials.rootPassword().isNull());
+    EXPECT_TRUE(m_credentials.userName().isNull());
+    EXPECT_TRUE(m_credentials.rootPassword().isNull());
 }
 
 TEST_F(QrvCredentialsTest, EmptyTextRemovesTheStoredValue) {
-    credentials.saveUserName(text("ada"), text("pw"));
-    credentials.saveUserName(text("ada"), text(""));
-    EXPECT_TRUE(credentials.rootPassword().isNull());
-    EXPECT_EQ(credentials.userName(), text("ada"));
+    m_credentials.saveUserName(text("ada"), text("pw"));
+    m_credentials.saveUserName(text("ada"), text(""));
+    EXPECT_TRUE(m_credentials.rootPassword().isNull());
+    EXPECT_EQ(m_credentials.userName(), text("ada"));
 }
 
 TEST_F(QrvCredentialsTest, VpnPairStaysInMemory) {
-    credentials.saveVpnUserName(text("u"), text("p"));
-    EXPECT_EQ(credentials.vpnUserName(), text("u"));
-    EXPECT_EQ(credentials.vpnPassword(), text("p"));
-    EXPECT_TRUE(services.preferences().all().isEmpty());
+    m_credentials.saveVpnUserName(text("u"), text("p"));
+    EXPECT_EQ(m_credentials.vpnUserName(), text("u"));
+    EXPECT_EQ(m_credentials.vpnPassword(), text("p"));
+    EXPECT_TRUE(m_services.preferences().all().isEmpty());
 }
 
 TEST_F(QrvCredentialsTest, TestListsTheResourceAsAdministrator) {
-    const QString path = services.addResource(text("test_credentials.sh"), "#!/bin/sh\n");
-    credentials.saveUserName(text("ada"), text("pw"));
-    EXPECT_TRUE(credentials.credentialsIsValid());
-    const auto calls = services.scripting().calls();
+    const QString path = m_services.addResource(text("test_credentials.sh"), "#!/bin/sh\n");
+    m_credentials.saveUserName(text("ada"), text("pw"));
+    EXPECT_TRUE(m_credentials.credentialsIsValid());
+    const auto calls = m_services.scripting().calls();
     ASSERT_EQ(calls.size(), 1U);
     EXPECT_EQ(calls[0].kind, fakes::FakeScriptingService::Kind::Administrator);
     EXPECT_EQ(calls[0].line, text("ls '") + path + text("'"));
     EXPECT_EQ(calls[0].user, text("ada"));
     EXPECT_EQ(calls[0].password, text("pw"));
-    EXPECT_TRUE(services.logSink().lines().contains(text("credentials Is Valid")));
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("credentials Is Valid")));
 }
 
 TEST_F(QrvCredentialsTest, MissingResourceGivesAPathThatDoesNotExist) {
-    credentials.saveUserName(text("ada"), text("pw"));
-    services.scripting().queueAnswer(fakes::FakeScriptingService::failure(2, text("no such file")));
-    EXPECT_FALSE(credentials.credentialsIsValid());
-    EXPECT_EQ(services.scripting().calls()[0].line, text("ls '(null)'"));
-    EXPECT_TRUE(services.logSink().lines().contains(text("credentials Is Not Valid")));
+    m_credentials.saveUserName(text("ada"), text("pw"));
+    m_services.scripting().queueAnswer(fakes::FakeScriptingService::failure(2, text("no such file")));
+    EXPECT_FALSE(m_credentials.credentialsIsValid());
+    EXPECT_EQ(m_services.scripting().calls()[0].line, text("ls '(null)'"));
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("credentials Is Not Valid")));
 }
 
 TEST_F(QrvCredentialsTest, AbsentPairIsHandedOnAsAbsent) {
-    services.scripting().queueAnswer(
+    m_services.scripting().queueAnswer(
         fakes::FakeScriptingService::failure(platform::ScriptingService::refused, text("refused")));
-    EXPECT_FALSE(credentials.credentialsIsValid());
-    EXPECT_TRUE(services.scripting().calls()[0].user.isNull());
-    EXPECT_TRUE(services.scripting().calls()[0].password.isNull());
+    EXPECT_FALSE(m_credentials.credentialsIsValid());
+    EXPECT_TRUE(m_services.scripting().calls()[0].user.isNull());
+    EXPECT_TRUE(m_services.scripting().calls()[0].password.isNull());
 }
 
 TEST_F(QrvCredentialsTest, StatusOfAFinishedTaskIsLogged) {
-    credentials.getStatus(3);
-    EXPECT_EQ(services.logSink().lines(), QStringList{text("term stat 3")});
+    m_credentials.getStatus(3);
+    EXPECT_EQ(m_services.logSink().lines(), QStringList{text("term stat 3")});
 }
 
 TEST_F(QrvCredentialsTest, MaskingWithoutAPairChangesNothing) {
@@ -153,22 +153,22 @@ TEST_F(QrvCredentialsTest, MaskingWithoutAPairChangesNothing) {
 }
 
 TEST_F(QrvCredentialsTest, EveryOccurrenceIsMasked) {
-    credentials.saveUserName(text("ada"), text("pw"));
+    m_credentials.saveUserName(text("ada"), text("pw"));
     EXPECT_EQ(QrvCredentials::sanitizeStringByRemovingLoginAndPassword(text("ada:pw ada:pw")),
               text("*****:***** *****:*****"));
 }
 
 TEST_F(QrvCredentialsTest, NameIsMaskedFirstSoAPasswordHoldingItStaysPartlyVisible) {
-    credentials.saveUserName(text("ada"), text("x-ada-y"));
+    m_credentials.saveUserName(text("ada"), text("x-ada-y"));
     EXPECT_EQ(QrvCredentials::sanitizeStringByRemovingLoginAndPassword(text("x-ada-y")), text("x-*****-y"));
 }
 
 TEST_F(QrvCredentialsTest, LogMaskCoversTheVpnPairToo) {
-    credentials.saveUserName(text("ada"), text("pw"));
-    credentials.saveVpnUserName(text("vpnuser"), text("vpnpass"));
-    services.platform().log->setMask(&QrvCredentials::maskForLog);
-    services.platform().log->write(text("sessid=vpnuser vpnpass ada pw"));
-    EXPECT_EQ(services.logSink().lines(), QStringList{text("sessid=***** ***** ***** *****")});
+    m_credentials.saveUserName(text("ada"), text("pw"));
+    m_credentials.saveVpnUserName(text("vpnuser"), text("vpnpass"));
+    m_services.platform().log->setMask(&QrvCredentials::maskForLog);
+    m_services.platform().log->write(text("sessid=vpnuser vpnpass ada pw"));
+    EXPECT_EQ(m_services.logSink().lines(), QStringList{text("sessid=***** ***** ***** *****")});
 }
 
 } // namespace

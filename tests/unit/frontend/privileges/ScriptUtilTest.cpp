@@ -23,111 +23,111 @@ class ScriptUtilTest : public testing::Test {
 protected:
     ScriptUtilTest() {
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("secret pw"));
-        SessionReset::setTarget(&session, [this] { ++resets; });
+        SessionReset::setTarget(&m_session, [this] { ++m_resets; });
     }
 
     ~ScriptUtilTest() override { SessionReset::setTarget(nullptr, {}); }
 
     bool run(const QString &path, const QStringList &arguments) {
-        return script.runProcessAsAdministrator(path, arguments, output, error);
+        return m_script.runProcessAsAdministrator(path, arguments, m_output, m_error);
     }
 
     /// Answers the two checks; a null text fails the check.
     void resolvers(const QString &ethernet, const QString &wifi) {
-        services.scripting().setHandler([ethernet, wifi](const FakeScriptingService::Call &call) {
+        m_services.scripting().setHandler([ethernet, wifi](const FakeScriptingService::Call &call) {
             const QString answer = call.line.endsWith(text("Ethernet")) ? ethernet : wifi;
             return answer.isNull() ? FakeScriptingService::failure(4, text("no such service"))
                                    : FakeScriptingService::success(answer);
         });
     }
 
-    fakes::TestPlatform services;
-    QObject session;
-    int resets = 0;
-    ScriptUtil script;
-    QString output = QStringLiteral("untouched");
-    QString error = QStringLiteral("untouched");
+    fakes::TestPlatform m_services;
+    QObject m_session;
+    int m_resets = 0;
+    ScriptUtil m_script;
+    QString m_output = QStringLiteral("untouched");
+    QString m_error = QStringLiteral("untouched");
 };
 
 TEST_F(ScriptUtilTest, WordsAreJoinedWithSingleBlanksAndNothingIsQuoted) {
     EXPECT_TRUE(run(text("'/a b/openvpn'"), {text("--config"), text(" x"), text("\"y\""), text("&")}));
-    EXPECT_EQ(services.scripting().calls()[0].line, text("'/a b/openvpn' --config  x \"y\" &"));
-    EXPECT_EQ(services.scripting().calls()[0].user, text("ada"));
-    EXPECT_EQ(services.scripting().calls()[0].password, text("secret pw"));
+    EXPECT_EQ(m_services.scripting().calls()[0].line, text("'/a b/openvpn' --config  x \"y\" &"));
+    EXPECT_EQ(m_services.scripting().calls()[0].user, text("ada"));
+    EXPECT_EQ(m_services.scripting().calls()[0].password, text("secret pw"));
 }
 
 TEST_F(ScriptUtilTest, NoArgumentsLeaveOneTrailingBlank) {
     run(text("true"), {});
-    EXPECT_EQ(services.scripting().calls()[0].line, text("true "));
+    EXPECT_EQ(m_services.scripting().calls()[0].line, text("true "));
 }
 
 TEST_F(ScriptUtilTest, SuccessGivesTheOutput) {
-    services.scripting().queueAnswer(FakeScriptingService::success(text("out")));
+    m_services.scripting().queueAnswer(FakeScriptingService::success(text("out")));
     EXPECT_TRUE(run(text("x"), {}));
-    EXPECT_EQ(output, text("out"));
-    EXPECT_EQ(error, text("untouched"));
+    EXPECT_EQ(m_output, text("out"));
+    EXPECT_EQ(m_error, text("untouched"));
     deliverQueued();
-    EXPECT_EQ(resets, 0);
+    EXPECT_EQ(m_resets, 0);
 }
 
 TEST_F(ScriptUtilTest, RefusalHasAMessageOfItsOwnAndResetsTheSession) {
-    services.scripting().queueAnswer(FakeScriptingService::failure(-128, text("whatever")));
+    m_services.scripting().queueAnswer(FakeScriptingService::failure(-128, text("whatever")));
     EXPECT_FALSE(run(text("x"), {}));
-    EXPECT_EQ(error, text("The administrator password is required to do this."));
-    EXPECT_EQ(output, text("untouched"));
-    EXPECT_EQ(resets, 0); // sent to the main loop, not waited for
+    EXPECT_EQ(m_error, text("The administrator password is required to do this."));
+    EXPECT_EQ(m_output, text("untouched"));
+    EXPECT_EQ(m_resets, 0); // sent to the main loop, not waited for
     deliverQueued();
-    EXPECT_EQ(resets, 1);
+    EXPECT_EQ(m_resets, 1);
 }
 
 TEST_F(ScriptUtilTest, OtherFailuresPassTheirMessageThrough) {
-    services.scripting().queueAnswer(FakeScriptingService::failure(1, text("Sorry, try again.")));
+    m_services.scripting().queueAnswer(FakeScriptingService::failure(1, text("Sorry, try again.")));
     EXPECT_FALSE(run(text("x"), {}));
-    EXPECT_EQ(error, text("Sorry, try again."));
+    EXPECT_EQ(m_error, text("Sorry, try again."));
     deliverQueued();
-    EXPECT_EQ(resets, 1);
+    EXPECT_EQ(m_resets, 1);
 }
 
 TEST_F(ScriptUtilTest, FailureWithoutAMessageLeavesNone) {
-    services.scripting().queueAnswer({false, {}, std::nullopt, {}});
+    m_services.scripting().queueAnswer({false, {}, std::nullopt, {}});
     EXPECT_FALSE(run(text("x"), {}));
-    EXPECT_TRUE(error.isNull());
+    EXPECT_TRUE(m_error.isNull());
 }
 
 TEST_F(ScriptUtilTest, AbsentNameOrPasswordIsHandedOn) {
     for (const char *key : {"un", "up"}) {
-        services.scripting().clear();
+        m_services.scripting().clear();
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
-        services.preferences().remove(text(key));
+        m_services.preferences().remove(text(key));
         EXPECT_TRUE(run(text("x"), {})); // absent is not empty: it goes on
-        EXPECT_EQ(services.scripting().calls().size(), 1U);
+        EXPECT_EQ(m_services.scripting().calls().size(), 1U);
     }
 }
 
 TEST_F(ScriptUtilTest, ErrorLineIsWrittenAfterEveryExecution) {
-    services.scripting().queueAnswer(FakeScriptingService::success(text("x")));
+    m_services.scripting().queueAnswer(FakeScriptingService::success(text("x")));
     run(text("a"), {});
-    services.scripting().queueAnswer(FakeScriptingService::failure(1, text("ada said secret pw")));
-    services.platform().log->setMask(&QrvCredentials::maskForLog);
+    m_services.scripting().queueAnswer(FakeScriptingService::failure(1, text("ada said secret pw")));
+    m_services.platform().log->setMask(&QrvCredentials::maskForLog);
     run(text("b"), {});
-    EXPECT_EQ(services.logSink().lines(),
+    EXPECT_EQ(m_services.logSink().lines(),
               (QStringList{text("execute script"), text("Apple script error: (null)"), text("execute script"),
                            text("Apple script error: ***** said *****")}));
 }
 
 TEST_F(ScriptUtilTest, WithoutASessionNothingIsReset) {
     SessionReset::setTarget(nullptr, {});
-    services.scripting().queueAnswer(FakeScriptingService::failure(1, text("no")));
+    m_services.scripting().queueAnswer(FakeScriptingService::failure(1, text("no")));
     EXPECT_FALSE(run(text("x"), {}));
-    SessionReset::setTarget(&session, [this] { ++resets; });
+    SessionReset::setTarget(&m_session, [this] { ++m_resets; });
     deliverQueued();
-    EXPECT_EQ(resets, 0);
+    EXPECT_EQ(m_resets, 0);
 }
 
 TEST_F(ScriptUtilTest, BothServicesWithBothResolversPass) {
     resolvers(text("8.8.4.4\n1.1.1.1\n8.8.8.8"), text("8.8.8.8\n8.8.4.4"));
-    EXPECT_TRUE(script.getSystemDns());
-    const auto calls = services.scripting().calls();
+    EXPECT_TRUE(m_script.getSystemDns());
+    const auto calls = m_services.scripting().calls();
     ASSERT_EQ(calls.size(), 2U);
     EXPECT_EQ(calls[0].kind, FakeScriptingService::Kind::User);
     EXPECT_EQ(calls[0].line, text("networksetup -getdnsservers Ethernet"));
@@ -136,14 +136,14 @@ TEST_F(ScriptUtilTest, BothServicesWithBothResolversPass) {
 
 TEST_F(ScriptUtilTest, WirelessIsNotAskedWhenTheWiredOneFails) {
     resolvers(text("There aren't any DNS Servers set on Ethernet."), text("8.8.8.8\n8.8.4.4"));
-    EXPECT_FALSE(script.getSystemDns());
-    EXPECT_EQ(services.scripting().calls().size(), 1U);
+    EXPECT_FALSE(m_script.getSystemDns());
+    EXPECT_EQ(m_services.scripting().calls().size(), 1U);
 }
 
 TEST_F(ScriptUtilTest, WirelessWithOneResolverFailsAndSaysSo) {
     resolvers(text("8.8.8.8\n8.8.4.4"), text("8.8.8.8"));
-    EXPECT_FALSE(script.getSystemDns());
-    EXPECT_EQ(services.logSink().lines(),
+    EXPECT_FALSE(m_script.getSystemDns());
+    EXPECT_EQ(m_services.logSink().lines(),
               (QStringList{text("getSystemDns"),
                            text("script: do shell script \"networksetup -getdnsservers Ethernet\" "),
                            text("error: (null)"), text("ip found 8.8.8.8"), text("ip found 8.8.4.4"),
@@ -154,35 +154,35 @@ TEST_F(ScriptUtilTest, WirelessWithOneResolverFailsAndSaysSo) {
 
 TEST_F(ScriptUtilTest, FirstMissingResolverEndsTheCheck) {
     resolvers(text("8.8.4.4"), text("x"));
-    EXPECT_FALSE(script.getEthernetDns());
-    EXPECT_EQ(services.logSink().lines().last(), text("ip not found 8.8.8.8"));
+    EXPECT_FALSE(m_script.getEthernetDns());
+    EXPECT_EQ(m_services.logSink().lines().last(), text("ip not found 8.8.8.8"));
 }
 
 TEST_F(ScriptUtilTest, LongerAddressesCount) {
     resolvers(text("18.8.8.81 8.8.4.44"), text("x"));
-    EXPECT_TRUE(script.getEthernetDns());
+    EXPECT_TRUE(m_script.getEthernetDns());
 }
 
 TEST_F(ScriptUtilTest, FailingToolFailsTheCheck) {
     resolvers(QString(), text("8.8.8.8 8.8.4.4"));
-    EXPECT_FALSE(script.getEthernetDns());
-    EXPECT_TRUE(script.getWifiDns());
-    services.scripting().setHandler([](const FakeScriptingService::Call &) {
+    EXPECT_FALSE(m_script.getEthernetDns());
+    EXPECT_TRUE(m_script.getWifiDns());
+    m_services.scripting().setHandler([](const FakeScriptingService::Call &) {
         return FakeScriptingService::failure(-128, text("refused"));
     });
-    EXPECT_FALSE(script.getWifiDns());
+    EXPECT_FALSE(m_script.getWifiDns());
 }
 
 TEST_F(ScriptUtilTest, AnswerWithoutTextFailsTheCheck) {
-    services.scripting().setHandler(
+    m_services.scripting().setHandler(
         [](const FakeScriptingService::Call &) { return FakeScriptingService::success(QString()); });
-    EXPECT_FALSE(script.getEthernetDns());
+    EXPECT_FALSE(m_script.getEthernetDns());
 }
 
 TEST_F(ScriptUtilTest, RewriteRunsThreeLinesInOrder) {
-    EXPECT_TRUE(script.setSystemDns());
+    EXPECT_TRUE(m_script.setSystemDns());
     QStringList lines;
-    for (const auto &call : services.scripting().calls()) {
+    for (const auto &call : m_services.scripting().calls()) {
         EXPECT_EQ(call.kind, FakeScriptingService::Kind::Administrator);
         lines.append(call.line);
     }
@@ -193,24 +193,25 @@ TEST_F(ScriptUtilTest, RewriteRunsThreeLinesInOrder) {
 
 TEST_F(ScriptUtilTest, OnlyTheThirdRewriteCounts) {
     for (int failing = 0; failing < 3; ++failing) {
-        services.scripting().clear();
+        m_services.scripting().clear();
         for (int i = 0; i < 3; ++i) {
-            services.scripting().queueAnswer(i == failing ? FakeScriptingService::failure(4, text("unknown"))
-                                                          : FakeScriptingService::success(text("")));
+            m_services.scripting().queueAnswer(i == failing
+                                                   ? FakeScriptingService::failure(4, text("unknown"))
+                                                   : FakeScriptingService::success(text("")));
         }
-        EXPECT_EQ(script.setSystemDns(), failing != 2) << failing;
-        EXPECT_EQ(services.scripting().calls().size(), 3U);
+        EXPECT_EQ(m_script.setSystemDns(), failing != 2) << failing;
+        EXPECT_EQ(m_services.scripting().calls().size(), 3U);
     }
     deliverQueued();
-    EXPECT_EQ(resets, 3);
+    EXPECT_EQ(m_resets, 3);
 }
 
 TEST_F(ScriptUtilTest, RewriteLogsItsSharedOutput) {
-    services.scripting().queueAnswer(FakeScriptingService::success(text("first")));
-    services.scripting().queueAnswer(FakeScriptingService::success(text("second")));
-    services.scripting().queueAnswer(FakeScriptingService::failure(4, text("no")));
-    script.setSystemDns();
-    EXPECT_EQ(services.logSink().lines().last(), text("output: second"));
+    m_services.scripting().queueAnswer(FakeScriptingService::success(text("first")));
+    m_services.scripting().queueAnswer(FakeScriptingService::success(text("second")));
+    m_services.scripting().queueAnswer(FakeScriptingService::failure(4, text("no")));
+    m_script.setSystemDns();
+    EXPECT_EQ(m_services.logSink().lines().last(), text("output: second"));
 }
 
 } // namespace

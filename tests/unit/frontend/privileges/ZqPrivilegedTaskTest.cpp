@@ -21,14 +21,14 @@ constexpr pid_t firstPid = fakes::FakeAuthorizationService::firstPid;
 class ZqPrivilegedTaskTest : public testing::Test {
 protected:
     ZqPrivilegedTaskTest() {
-        services.platform().notifications->addObserver(
-            text("ZqPrivilegedTaskDidTerminateNotification"), &context,
-            [this](const QVariant &object) { ended = object.value<QObject *>(); });
+        m_services.platform().notifications->addObserver(
+            text("ZqPrivilegedTaskDidTerminateNotification"), &m_context,
+            [this](const QVariant &object) { m_ended = object.value<QObject *>(); });
     }
 
-    fakes::TestPlatform services;
-    QObject context;
-    QObject *ended = nullptr;
+    fakes::TestPlatform m_services;
+    QObject m_context;
+    QObject *m_ended = nullptr;
 };
 
 TEST_F(ZqPrivilegedTaskTest, StartsEmpty) {
@@ -42,29 +42,29 @@ TEST_F(ZqPrivilegedTaskTest, StartsEmpty) {
 }
 
 TEST_F(ZqPrivilegedTaskTest, LaunchPassesEverythingAndReadsTheOutput) {
-    services.authorization().setOutput("hello");
+    m_services.authorization().setOutput("hello");
     ZqPrivilegedTask task(text("/bin/tool"), {text("a"), text("b c")});
     task.setCurrentDirectoryPath(text("/tmp"));
     ASSERT_EQ(task.launch(), 0);
     EXPECT_TRUE(task.isRunning());
     EXPECT_EQ(task.processIdentifier(), firstPid);
     EXPECT_EQ(task.outputFileHandle()->readAll(), QByteArray("hello"));
-    const auto launch = services.authorization().launches().at(0);
+    const auto launch = m_services.authorization().launches().at(0);
     EXPECT_EQ(launch.program, text("/bin/tool"));
     EXPECT_EQ(launch.arguments, (QStringList{text("a"), text("b c")}));
     EXPECT_EQ(launch.folder, text("/tmp"));
 }
 
 TEST_F(ZqPrivilegedTaskTest, MissingServiceHasAStatusOfItsOwn) {
-    services.authorization().setPresent(false);
+    m_services.authorization().setPresent(false);
     ZqPrivilegedTask task(text("/bin/tool"));
     EXPECT_EQ(task.launch(), -70001);
     EXPECT_FALSE(task.isRunning());
-    EXPECT_TRUE(services.authorization().launches().empty());
+    EXPECT_TRUE(m_services.authorization().launches().empty());
 }
 
 TEST_F(ZqPrivilegedTaskTest, FailedLaunchGivesTheServicesStatus) {
-    services.authorization().setStatus(77);
+    m_services.authorization().setStatus(77);
     ZqPrivilegedTask task(text("/bin/tool"));
     EXPECT_EQ(task.launch(), 77);
     EXPECT_FALSE(task.isRunning());
@@ -74,15 +74,15 @@ TEST_F(ZqPrivilegedTaskTest, FailedLaunchGivesTheServicesStatus) {
 TEST_F(ZqPrivilegedTaskTest, EndIsNoticedAndPosted) {
     ZqPrivilegedTask task(text("/bin/tool"));
     ASSERT_EQ(task.launch(), 0);
-    services.authorization().finish(firstPid, 256);
-    ASSERT_TRUE(spinUntil([this] { return ended != nullptr; }));
-    EXPECT_EQ(ended, &task);
+    m_services.authorization().finish(firstPid, 256);
+    ASSERT_TRUE(spinUntil([this] { return m_ended != nullptr; }));
+    EXPECT_EQ(m_ended, &task);
     EXPECT_FALSE(task.isRunning());
     EXPECT_EQ(task.terminationStatus(), 256);
 }
 
 TEST_F(ZqPrivilegedTaskTest, WaitingBlocksUntilTheEnd) {
-    services.authorization().finish(firstPid, 0);
+    m_services.authorization().finish(firstPid, 0);
     ZqPrivilegedTask task(text("/bin/tool"));
     ASSERT_EQ(task.launch(), 0);
     task.waitUntilExit();
@@ -90,7 +90,7 @@ TEST_F(ZqPrivilegedTaskTest, WaitingBlocksUntilTheEnd) {
 }
 
 TEST_F(ZqPrivilegedTaskTest, LaunchedTaskHasEnded) {
-    services.authorization().finish(firstPid, 512);
+    m_services.authorization().finish(firstPid, 512);
     const auto task = ZqPrivilegedTask::launchedPrivilegedTaskWithLaunchPath(text("/bin/tool"), {text("x")});
     EXPECT_FALSE(task->isRunning());
     EXPECT_EQ(task->terminationStatus(), 512);

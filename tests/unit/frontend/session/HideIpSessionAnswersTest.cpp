@@ -7,11 +7,11 @@ namespace {
 
 TEST_F(HideIpSessionTest, AnswerShowsTheRealAddressAndOpensTheControls) {
     answer("STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0<br />Server: " +
-           serverLine.toUtf8());
-    EXPECT_EQ(session.originalIP(), text("198.51.100.10"));
+           m_serverLine.toUtf8());
+    EXPECT_EQ(m_session.originalIP(), text("198.51.100.10"));
     EXPECT_EQ(shown().currentIp, text("198.51.100.10"));
     EXPECT_EQ(SessionState::shared().currentIp, text("198.51.100.10"));
-    EXPECT_EQ(environment.events, (QStringList{text("fill 1"), text("show")}));
+    EXPECT_EQ(m_environment.events, (QStringList{text("fill 1"), text("show")}));
     EXPECT_TRUE(shown().hideButton.enabled);
     EXPECT_TRUE(shown().changeItemEnabled);
     EXPECT_TRUE(shown().hideItem.enabled);
@@ -20,72 +20,72 @@ TEST_F(HideIpSessionTest, AnswerShowsTheRealAddressAndOpensTheControls) {
 }
 
 TEST_F(HideIpSessionTest, BackgroundStartShowsNoWindow) {
-    environment.background = true;
+    m_environment.background = true;
     answer("STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0");
-    EXPECT_EQ(environment.count("show"), 0);
+    EXPECT_EQ(m_environment.count("show"), 0);
 }
 
 TEST_F(HideIpSessionTest, AnswerWithoutLocationsBringsNothingForward) {
     answer("STATUS: 1<br />ClientIP: 198.51.100.10");
-    EXPECT_EQ(environment.events, QStringList{text("fill 0")});
+    EXPECT_EQ(m_environment.events, QStringList{text("fill 0")});
     EXPECT_TRUE(shown().hideButton.enabled); // every answer opens them at its end
 }
 
 TEST_F(HideIpSessionTest, AnswerWithoutAnAddressShowsZeroesAndAnAlertAndGoesOn) {
     answer("STATUS: 0<br />LOCATIONS: DE;BER;Berlin;0");
     EXPECT_EQ(
-        environment.events.first(),
+        m_environment.events.first(),
         text("alert|Error|There was a problem connecting to the Quorvane server, please check your Internet "
              "connection or firewall settings."));
     EXPECT_EQ(shown().currentIp, text("0.0.0.0"));
-    EXPECT_EQ(session.originalIP(), text("0.0.0.0"));
-    EXPECT_EQ(environment.count("show"), 1);
+    EXPECT_EQ(m_session.originalIP(), text("0.0.0.0"));
+    EXPECT_EQ(m_environment.count("show"), 1);
     EXPECT_TRUE(shown().hideButton.enabled);
 }
 
 TEST_F(HideIpSessionTest, FailedRequestShowsZeroesAndTheAlertOnceControlsStay) {
-    session.qrvFailed();
-    EXPECT_EQ(environment.events.size(), 1);
-    EXPECT_TRUE(environment.events.first().startsWith(text("alert|Error|There was a problem connecting")));
+    m_session.qrvFailed();
+    EXPECT_EQ(m_environment.events.size(), 1);
+    EXPECT_TRUE(m_environment.events.first().startsWith(text("alert|Error|There was a problem connecting")));
     EXPECT_EQ(shown().currentIp, text("0.0.0.0"));
     EXPECT_FALSE(shown().hideButton.enabled);
     EXPECT_TRUE(shown().spinning);
 }
 
 TEST_F(HideIpSessionTest, AnswerOfAnotherKindEndsTheApplication) {
-    api.setParameters(QString(), text("=x"));
-    ASSERT_TRUE(services.urls().finishNext("STATUS: 0"));
-    session.qrvAnswer();
-    EXPECT_EQ(environment.count("terminate"), 1);
+    m_api.setParameters(QString(), text("=x"));
+    ASSERT_TRUE(m_services.urls().finishNext("STATUS: 0"));
+    m_session.qrvAnswer();
+    EXPECT_EQ(m_environment.count("terminate"), 1);
 }
 
 TEST_F(HideIpSessionTest, HiddenAtStartPressesTwice) {
     SessionState::shared().hidden = true;
     answer("STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0<br />Server: " +
-           serverLine.toUtf8());
-    EXPECT_EQ(environment.count("download"), 2);
-    EXPECT_EQ(environment.count("frames"), 2);
+           m_serverLine.toUtf8());
+    EXPECT_EQ(m_environment.count("download"), 2);
+    EXPECT_EQ(m_environment.count("frames"), 2);
     EXPECT_TRUE(shown().hideButton.on);
 }
 
 TEST_F(HideIpSessionTest, HiddenAtStartWithAnotherStatusPressesOnce) {
     SessionState::shared().hidden = true;
     answer("STATUS: 1<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0<br />Server: " +
-           serverLine.toUtf8());
-    EXPECT_EQ(environment.count("download"), 1);
+           m_serverLine.toUtf8());
+    EXPECT_EQ(m_environment.count("download"), 1);
 }
 
 TEST_F(HideIpSessionTest, ContinuingWithYesDoesNothing) {
-    session.continueWork(true);
+    m_session.continueWork(true);
     EXPECT_FALSE(shown().hideButton.enabled);
 }
 
 TEST_F(HideIpSessionTest, ReconnectingActsOnlyWhileHidden) {
-    session.reconectIfIpHidden();
-    EXPECT_EQ(environment.count("download"), 0);
+    m_session.reconectIfIpHidden();
+    EXPECT_EQ(m_environment.count("download"), 0);
     SessionState::shared().hidden = true;
-    session.reconectIfIpHidden();
-    EXPECT_EQ(environment.count("download"), 1);
+    m_session.reconectIfIpHidden();
+    EXPECT_EQ(m_environment.count("download"), 1);
 }
 
 } // namespace

@@ -92,13 +92,13 @@ protected:
         QrvAPI::forgetProcessWideValues();
         SessionState::shared() = {};
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
-        QDir().mkpath(services.home() + text("/Documents/Quorvane"));
-        QFile log(logPath);
+        QDir().mkpath(m_services.home() + text("/Documents/Quorvane"));
+        QFile log(m_logPath);
         EXPECT_TRUE(log.open(QIODevice::WriteOnly));
-        services.addResource(text("extractip.sh"), "echo 203.0.113.7\n");
-        display.starting();
-        api.setInetConnect(true);
-        api.model().setServerList({serverLine});
+        m_services.addResource(text("extractip.sh"), "echo 203.0.113.7\n");
+        m_display.starting();
+        m_api.setInetConnect(true);
+        m_api.model().setServerList({m_serverLine});
     }
 
     ~HideIpSessionTest() override {
@@ -107,43 +107,43 @@ protected:
         SessionState::shared() = {};
     }
 
-    [[nodiscard]] const DisplayState &shown() const { return display.state(); }
+    [[nodiscard]] const DisplayState &shown() const { return m_display.state(); }
 
     [[nodiscard]] QByteArray sessionLog() const {
-        QFile file(logPath);
+        QFile file(m_logPath);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
     }
 
     /// The user's click: the button flips by itself, then the action runs.
     void press() {
-        display.switchedOn(!shown().hideButton.on);
-        session.quorvaneButtonPressed();
+        m_display.switchedOn(!shown().hideButton.on);
+        m_session.quorvaneButtonPressed();
     }
 
     void answer(const QByteArray &body) {
-        api.cmdAuth(QString());
-        ASSERT_TRUE(services.urls().finishNext(body));
-        session.qrvAnswer();
+        m_api.cmdAuth(QString());
+        ASSERT_TRUE(m_services.urls().finishNext(body));
+        m_session.qrvAnswer();
     }
 
     void goHidden() {
         press();
-        session.startVpn();
-        environment.lastTitle = text("Germany Berlin");
-        environment.lastData = std::make_shared<QrvVpnData>();
-        environment.lastData->countryCode = text("DE");
-        session.showIp();
+        m_session.startVpn();
+        m_environment.lastTitle = text("Germany Berlin");
+        m_environment.lastData = std::make_shared<QrvVpnData>();
+        m_environment.lastData->countryCode = text("DE");
+        m_session.showIp();
     }
 
     const QString serverLine = text("7,Berlin,BER,DE,Germany,x|203.0.113.7");
-    fakes::TestPlatform services;
-    const QString logPath = services.home() + text("/Documents/Quorvane/qrvp.log");
-    RecordingEnvironment environment;
-    SessionDisplay display;
-    QrvAPI api;
-    ProcessInfo processes;
-    Vpn vpn{processes};
-    HideIpSession session{environment, display, api, vpn};
+    fakes::TestPlatform m_services;
+    const QString logPath = m_services.home() + text("/Documents/Quorvane/qrvp.log");
+    RecordingEnvironment m_environment;
+    SessionDisplay m_display;
+    QrvAPI m_api;
+    ProcessInfo m_processes;
+    Vpn m_vpn{m_processes};
+    HideIpSession m_session{m_environment, m_display, m_api, m_vpn};
 };
 
 } // namespace quorvane

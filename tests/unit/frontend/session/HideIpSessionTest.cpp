@@ -5,38 +5,38 @@ namespace quorvane {
 namespace {
 
 TEST_F(HideIpSessionTest, PressWithoutInternetAlertsAndSwitchesOff) {
-    api.setInetConnect(false);
-    services.processes().setNames({"openvpn"});
+    m_api.setInetConnect(false);
+    m_services.processes().setNames({"openvpn"});
     press();
-    EXPECT_EQ(environment.events,
+    EXPECT_EQ(m_environment.events,
               QStringList{text("alert|Quorvane|No Internet connection detected, please check your Internet "
                                "settings.\n")});
     EXPECT_FALSE(shown().hideButton.on);
-    EXPECT_EQ(services.scripting().calls().size(), 1U); // the tunnel is stopped
-    EXPECT_TRUE(services.logSink().lines().contains(text("quorvaneButtonPressed no inet")));
+    EXPECT_EQ(m_services.scripting().calls().size(), 1U); // the tunnel is stopped
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("quorvaneButtonPressed no inet")));
 }
 
 TEST_F(HideIpSessionTest, PressWithoutServersAlertsAndLeavesTheTunnel) {
-    api.model().setServerList({});
-    services.processes().setNames({"openvpn"});
+    m_api.model().setServerList({});
+    m_services.processes().setNames({"openvpn"});
     press();
-    EXPECT_EQ(environment.events, QStringList{text("alert|Quorvane|No available server detected.\n")});
+    EXPECT_EQ(m_environment.events, QStringList{text("alert|Quorvane|No available server detected.\n")});
     EXPECT_FALSE(shown().hideButton.on);
-    EXPECT_TRUE(services.scripting().calls().empty());
-    EXPECT_TRUE(services.logSink().lines().contains(text("quorvaneButtonPressed no vpn server list")));
+    EXPECT_TRUE(m_services.scripting().calls().empty());
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("quorvaneButtonPressed no vpn server list")));
 }
 
 TEST_F(HideIpSessionTest, NoInternetIsCheckedBeforeNoServers) {
-    api.setInetConnect(false);
-    api.model().setServerList({});
+    m_api.setInetConnect(false);
+    m_api.model().setServerList({});
     press();
-    EXPECT_EQ(environment.events.size(), 1);
-    EXPECT_TRUE(environment.events.first().contains(text("No Internet")));
+    EXPECT_EQ(m_environment.events.size(), 1);
+    EXPECT_TRUE(m_environment.events.first().contains(text("No Internet")));
 }
 
 TEST_F(HideIpSessionTest, PressOnSearches) {
     press();
-    EXPECT_EQ(environment.events, (QStringList{text("auth"), text("download")}));
+    EXPECT_EQ(m_environment.events, (QStringList{text("auth"), text("download")}));
     EXPECT_EQ(shown().line1, (DisplayState::Line{searchingText, Tone::Quiet, true}));
     EXPECT_FALSE(shown().line21.visible);
     EXPECT_FALSE(shown().line22.visible);
@@ -49,36 +49,36 @@ TEST_F(HideIpSessionTest, PressOnSearches) {
     EXPECT_FALSE(shown().advancedEnabled);
     EXPECT_FALSE(shown().changeIpVisible);
     EXPECT_FALSE(shown().discardIpVisible);
-    EXPECT_TRUE(environment.animating);
+    EXPECT_TRUE(m_environment.animating);
 }
 
 TEST_F(HideIpSessionTest, MissingCredentialsDropTheAttemptAndLeaveControlsDisabled) {
-    environment.credentialsMissing = true;
+    m_environment.credentialsMissing = true;
     press();
-    EXPECT_EQ(environment.events, QStringList{text("auth")});
+    EXPECT_EQ(m_environment.events, QStringList{text("auth")});
     EXPECT_NE(shown().stateImage, text("appwait"));
     EXPECT_FALSE(shown().hideButton.enabled);
     EXPECT_FALSE(shown().advancedEnabled);
     EXPECT_FALSE(shown().hideItem.enabled);
     EXPECT_FALSE(shown().changeItemEnabled);
-    EXPECT_FALSE(environment.animating);
+    EXPECT_FALSE(m_environment.animating);
 }
 
 TEST_F(HideIpSessionTest, SameIpReusesTheStoredConfiguration) {
-    services.preferences().setValue(text("useSameIP"), true);
+    m_services.preferences().setValue(text("useSameIP"), true);
     press();
-    EXPECT_EQ(environment.events, QStringList{text("auth")});
+    EXPECT_EQ(m_environment.events, QStringList{text("auth")});
     EXPECT_TRUE(shown().advancedEnabled);
-    EXPECT_FALSE(services.logSink().lines().contains(text("startVpn with button started")));
+    EXPECT_FALSE(m_services.logSink().lines().contains(text("startVpn with button started")));
     deliverQueued();
-    EXPECT_TRUE(services.logSink().lines().contains(text("startVpn with button started")));
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("startVpn with button started")));
     EXPECT_EQ(shown().hideItem.title, text("Stop Hiding IP"));
-    EXPECT_TRUE(environment.animating);
+    EXPECT_TRUE(m_environment.animating);
 }
 
 TEST_F(HideIpSessionTest, WithoutAConfigurationTheAttemptSaysSoAndCanBeStopped) {
-    services.preferences().setValue(text("useSameIP"), true);
-    services.preferences().setValue(text("vpnConfigPath"), text("/no/such/file"));
+    m_services.preferences().setValue(text("useSameIP"), true);
+    m_services.preferences().setValue(text("vpnConfigPath"), text("/no/such/file"));
     press();
     deliverQueued();
     EXPECT_EQ(shown().line1.text, searchingText);
@@ -89,15 +89,15 @@ TEST_F(HideIpSessionTest, WithoutAConfigurationTheAttemptSaysSoAndCanBeStopped) 
     press();
     EXPECT_FALSE(shown().line3.visible);
     EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
-    EXPECT_FALSE(environment.animating);
+    EXPECT_FALSE(m_environment.animating);
 }
 
 TEST_F(HideIpSessionTest, StartingTheTunnelSwitchesTheButtonOn) {
-    QFile configuration(services.home() + text("/configuration"));
+    QFile configuration(m_services.home() + text("/configuration"));
     ASSERT_TRUE(configuration.open(QIODevice::WriteOnly));
-    services.preferences().setValue(text("vpnConfigPath"), configuration.fileName());
-    display.switchedOn(false);
-    session.startVpn();
+    m_services.preferences().setValue(text("vpnConfigPath"), configuration.fileName());
+    m_display.switchedOn(false);
+    m_session.startVpn();
     EXPECT_EQ(shown().hideItem.title, text("Stop Hiding IP"));
     EXPECT_TRUE(shown().hideButton.on);
     EXPECT_EQ(shown().hideButton.title, text("Quorvane"));
@@ -122,7 +122,7 @@ TEST_F(HideIpSessionTest, SuccessShowsTheLentAddress) {
     EXPECT_TRUE(shown().changeItemEnabled);
     EXPECT_TRUE(shown().changeIpVisible);
     EXPECT_TRUE(shown().discardIpVisible);
-    EXPECT_FALSE(environment.animating);
+    EXPECT_FALSE(m_environment.animating);
     EXPECT_TRUE(SessionState::shared().hidden);
     EXPECT_EQ(SessionState::shared().currentIp, text("203.0.113.7\n"));
     EXPECT_EQ(SessionState::shared().currentLocation, text("Germany Berlin"));
@@ -131,44 +131,44 @@ TEST_F(HideIpSessionTest, SuccessShowsTheLentAddress) {
 }
 
 TEST_F(HideIpSessionTest, SuccessWithoutAnItemLooksTheAddressUpWithoutItsLineFeed) {
-    session.startVpn();
-    session.showIp();
+    m_session.startVpn();
+    m_session.showIp();
     EXPECT_EQ(SessionState::shared().currentCountryCode, text("de"));
     EXPECT_EQ(shown().line22.text, text("Berlin BER"));
 }
 
 TEST_F(HideIpSessionTest, UnknownCountryShowsTheUnknownFlag) {
-    environment.lastData = std::make_shared<QrvVpnData>();
-    environment.lastData->countryCode = text("QQ");
-    session.showIp();
+    m_environment.lastData = std::make_shared<QrvVpnData>();
+    m_environment.lastData->countryCode = text("QQ");
+    m_session.showIp();
     EXPECT_EQ(shown().flagImage, text("xx"));
     EXPECT_EQ(SessionState::shared().currentCountryCode, text("qq"));
 }
 
 TEST_F(HideIpSessionTest, EmptyLentAddressFindsNoLocationAndLeavesTheLine) {
     goHidden();
-    environment.lastTitle = QString();
-    environment.lastData = nullptr;
-    services.addResource(text("extractip.sh"), "exit 1\n");
-    session.showIp();
+    m_environment.lastTitle = QString();
+    m_environment.lastData = nullptr;
+    m_services.addResource(text("extractip.sh"), "exit 1\n");
+    m_session.showIp();
     EXPECT_EQ(shown().line22.text, text("Germany Berlin"));
     EXPECT_EQ(shown().flagImage, text("xx"));
     EXPECT_TRUE(shown().currentIp.isEmpty());
 }
 
 TEST_F(HideIpSessionTest, SuccessLineIsNotWrittenWithoutALogFile) {
-    ASSERT_TRUE(QFile::remove(logPath));
+    ASSERT_TRUE(QFile::remove(m_logPath));
     goHidden();
-    EXPECT_FALSE(QFile::exists(logPath));
+    EXPECT_FALSE(QFile::exists(m_logPath));
 }
 
 TEST_F(HideIpSessionTest, PressOffReturnsToNotHidden) {
     answer("STATUS: 1<br />ClientIP: 198.51.100.10");
     goHidden();
-    services.processes().setNames({"openvpn"});
-    services.scripting().clear();
+    m_services.processes().setNames({"openvpn"});
+    m_services.scripting().clear();
     press();
-    EXPECT_EQ(services.scripting().calls().size(), 1U);
+    EXPECT_EQ(m_services.scripting().calls().size(), 1U);
     EXPECT_EQ(shown().line1, (DisplayState::Line{warning, Tone::Warning, true}));
     EXPECT_EQ(shown().currentIp, text("198.51.100.10"));
     EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
@@ -186,53 +186,53 @@ TEST_F(HideIpSessionTest, PressOffReturnsToNotHidden) {
     EXPECT_TRUE(shown().changeItemEnabled);
     EXPECT_FALSE(shown().copyItemEnabled);
     EXPECT_FALSE(SessionState::shared().hidden);
-    EXPECT_EQ(services.preferences().value(text("quorvane")), QVariant(false));
-    EXPECT_FALSE(services.preferences().value(text("hide")).isValid());
-    EXPECT_GE(services.preferences().synchronizations(), 1);
+    EXPECT_EQ(m_services.preferences().value(text("quorvane")), QVariant(false));
+    EXPECT_FALSE(m_services.preferences().value(text("hide")).isValid());
+    EXPECT_GE(m_services.preferences().synchronizations(), 1);
 }
 
 TEST_F(HideIpSessionTest, HotKeysDoNothingInTheWrongState) {
-    display.answerHandled();
-    session.stopQuorvane(); // not hidden
-    EXPECT_TRUE(environment.events.isEmpty());
+    m_display.answerHandled();
+    m_session.stopQuorvane(); // not hidden
+    EXPECT_TRUE(m_environment.events.isEmpty());
     goHidden();
-    environment.events.clear();
-    session.quorvane(); // hidden
-    EXPECT_TRUE(environment.events.isEmpty());
+    m_environment.events.clear();
+    m_session.quorvane(); // hidden
+    EXPECT_TRUE(m_environment.events.isEmpty());
     EXPECT_TRUE(SessionState::shared().hidden);
 }
 
 TEST_F(HideIpSessionTest, HotKeysDoNothingWhileTheButtonIsDisabled) {
-    session.quorvane();
-    EXPECT_TRUE(environment.events.isEmpty());
+    m_session.quorvane();
+    EXPECT_TRUE(m_environment.events.isEmpty());
     SessionState::shared().hidden = true;
-    session.stopQuorvane();
+    m_session.stopQuorvane();
     EXPECT_TRUE(SessionState::shared().hidden);
 }
 
 TEST_F(HideIpSessionTest, StopHidesTheRotationButtons) {
     goHidden();
-    session.stopQuorvane();
+    m_session.stopQuorvane();
     EXPECT_FALSE(SessionState::shared().hidden);
     EXPECT_FALSE(shown().changeIpVisible);
     EXPECT_FALSE(shown().discardIpVisible);
 }
 
 TEST_F(HideIpSessionTest, MenuItemFlipsTheButton) {
-    display.answerHandled();
-    session.quorvaneMenuItemPressed();
-    EXPECT_EQ(environment.count("download"), 1);
-    session.showIp();
-    session.quorvaneMenuItemPressed();
+    m_display.answerHandled();
+    m_session.quorvaneMenuItemPressed();
+    EXPECT_EQ(m_environment.count("download"), 1);
+    m_session.showIp();
+    m_session.quorvaneMenuItemPressed();
     EXPECT_FALSE(SessionState::shared().hidden);
 }
 
 TEST_F(HideIpSessionTest, FixedLocationGivesUpAtOnce) {
-    environment.selected = text("Germany Berlin");
+    m_environment.selected = text("Germany Berlin");
     press();
-    environment.events.clear();
-    session.connectionError();
-    EXPECT_EQ(environment.events,
+    m_environment.events.clear();
+    m_session.connectionError();
+    EXPECT_EQ(m_environment.events,
               QStringList{text("later|Location is not available.|Please try a different location.")});
     EXPECT_EQ(sessionLog(), QByteArray("connection error Germany Berlin\n"));
     EXPECT_EQ(shown().line1, (DisplayState::Line{warning, Tone::Warning, true}));
@@ -243,52 +243,52 @@ TEST_F(HideIpSessionTest, FixedLocationGivesUpAtOnce) {
     EXPECT_EQ(shown().stateImage, text("appmain"));
     EXPECT_EQ(shown().trayImage, text("Tray"));
     EXPECT_TRUE(shown().flagImage.isNull());
-    EXPECT_FALSE(environment.animating);
+    EXPECT_FALSE(m_environment.animating);
 }
 
 TEST_F(HideIpSessionTest, GivingUpLeavesTheHiddenFlag) {
     goHidden();
-    environment.selected = text("Germany Berlin");
-    session.connectionError();
+    m_environment.selected = text("Germany Berlin");
+    m_session.connectionError();
     EXPECT_TRUE(SessionState::shared().hidden);
-    EXPECT_FALSE(services.preferences().value(text("quorvane")).isValid());
+    EXPECT_FALSE(m_services.preferences().value(text("quorvane")).isValid());
 }
 
 TEST_F(HideIpSessionTest, RandomLocationIsTriedFourTimesInAll) {
     press();
     for (int i = 0; i < 4; ++i) {
-        session.connectionError();
+        m_session.connectionError();
     }
-    EXPECT_EQ(environment.count("download"), 4);
-    EXPECT_EQ(environment.count("later|Location is not available.|Please try a different location."), 1);
-    EXPECT_EQ(session.failedConnections(), 0);
+    EXPECT_EQ(m_environment.count("download"), 4);
+    EXPECT_EQ(m_environment.count("later|Location is not available.|Please try a different location."), 1);
+    EXPECT_EQ(m_session.failedConnections(), 0);
     for (int i = 0; i < 4; ++i) {
-        EXPECT_TRUE(services.logSink().lines().contains(text("rndLocationCounter= %1").arg(i)));
+        EXPECT_TRUE(m_services.logSink().lines().contains(text("rndLocationCounter= %1").arg(i)));
     }
 }
 
 TEST_F(HideIpSessionTest, AutomaticChangeIsTriedFourTimesWhateverIsSelected) {
-    environment.selected = text("Germany Berlin");
-    environment.automatic = true;
+    m_environment.selected = text("Germany Berlin");
+    m_environment.automatic = true;
     press();
     for (int i = 0; i < 4; ++i) {
-        session.connectionError();
+        m_session.connectionError();
     }
-    EXPECT_EQ(environment.count("download"), 4);
-    EXPECT_EQ(environment.count("later|Location is not available.|Please try a different location."), 1);
+    EXPECT_EQ(m_environment.count("download"), 4);
+    EXPECT_EQ(m_environment.count("later|Location is not available.|Please try a different location."), 1);
 }
 
 TEST_F(HideIpSessionTest, SuccessAndPressForgetFailures) {
     press();
-    session.connectionError();
-    session.connectionError();
-    EXPECT_EQ(session.failedConnections(), 2);
-    session.showIp();
-    EXPECT_EQ(session.failedConnections(), 0);
-    session.connectionError();
-    EXPECT_EQ(session.failedConnections(), 1);
-    session.quorvaneButtonPressed();
-    EXPECT_EQ(session.failedConnections(), 0);
+    m_session.connectionError();
+    m_session.connectionError();
+    EXPECT_EQ(m_session.failedConnections(), 2);
+    m_session.showIp();
+    EXPECT_EQ(m_session.failedConnections(), 0);
+    m_session.connectionError();
+    EXPECT_EQ(m_session.failedConnections(), 1);
+    m_session.quorvaneButtonPressed();
+    EXPECT_EQ(m_session.failedConnections(), 0);
 }
 
 TEST_F(HideIpSessionTest, TimerIsArmedOnlyWhileHiddenWithTheBoxOnAndAnInterval) {
@@ -296,15 +296,15 @@ TEST_F(HideIpSessionTest, TimerIsArmedOnlyWhileHiddenWithTheBoxOnAndAnInterval) 
         for (const bool on : {false, true}) {
             for (const int minutes : {0, 1, 99}) {
                 SessionState::shared().hidden = hidden;
-                environment.automatic = on;
-                services.preferences().setValue(text("changeIpInterval"), minutes);
-                session.settingsDidChange();
-                EXPECT_EQ(session.changeTimerArmed(), hidden && on && minutes > 0);
-                EXPECT_EQ(services.delayedCalls().pending().size(), session.changeTimerArmed() ? 1U : 0U);
+                m_environment.automatic = on;
+                m_services.preferences().setValue(text("changeIpInterval"), minutes);
+                m_session.settingsDidChange();
+                EXPECT_EQ(m_session.changeTimerArmed(), hidden && on && minutes > 0);
+                EXPECT_EQ(m_services.delayedCalls().pending().size(), m_session.changeTimerArmed() ? 1U : 0U);
                 EXPECT_EQ(shown().interval, minutes);
                 EXPECT_EQ(shown().intervalEnabled, on);
-                if (session.changeTimerArmed()) {
-                    EXPECT_EQ(services.delayedCalls().pending()[0].delay, 60.0 * minutes);
+                if (m_session.changeTimerArmed()) {
+                    EXPECT_EQ(m_services.delayedCalls().pending()[0].delay, 60.0 * minutes);
                 }
             }
         }
@@ -312,51 +312,51 @@ TEST_F(HideIpSessionTest, TimerIsArmedOnlyWhileHiddenWithTheBoxOnAndAnInterval) 
 }
 
 TEST_F(HideIpSessionTest, TimerStopsAndStartsOnceAndIsRearmedBySuccess) {
-    environment.automatic = true;
-    services.preferences().setValue(text("changeIpInterval"), 2);
+    m_environment.automatic = true;
+    m_services.preferences().setValue(text("changeIpInterval"), 2);
     goHidden();
-    EXPECT_TRUE(session.changeTimerArmed());
-    environment.events.clear();
-    services.delayedCalls().advance(119.0);
-    EXPECT_TRUE(environment.events.isEmpty());
-    services.delayedCalls().advance(1.0);
-    EXPECT_EQ(environment.events, (QStringList{text("auth"), text("download")}));
+    EXPECT_TRUE(m_session.changeTimerArmed());
+    m_environment.events.clear();
+    m_services.delayedCalls().advance(119.0);
+    EXPECT_TRUE(m_environment.events.isEmpty());
+    m_services.delayedCalls().advance(1.0);
+    EXPECT_EQ(m_environment.events, (QStringList{text("auth"), text("download")}));
     EXPECT_FALSE(SessionState::shared().hidden); // an automatic change resets first
-    EXPECT_FALSE(session.changeTimerArmed());
-    services.delayedCalls().advance(1000.0);
-    EXPECT_EQ(environment.count("download"), 1);
-    session.showIp();
-    EXPECT_TRUE(session.changeTimerArmed());
+    EXPECT_FALSE(m_session.changeTimerArmed());
+    m_services.delayedCalls().advance(1000.0);
+    EXPECT_EQ(m_environment.count("download"), 1);
+    m_session.showIp();
+    EXPECT_TRUE(m_session.changeTimerArmed());
 }
 
 TEST_F(HideIpSessionTest, AResetAndAFailureForgetAnAttemptThatWaits) {
-    environment.waiting = true;
-    session.setDefaultControls();
-    EXPECT_FALSE(environment.waiting);
-    environment.waiting = true;
-    environment.selected = text("Germany Berlin"); // a fixed location is not tried again
-    session.connectionError();
-    EXPECT_FALSE(environment.waiting);
+    m_environment.waiting = true;
+    m_session.setDefaultControls();
+    EXPECT_FALSE(m_environment.waiting);
+    m_environment.waiting = true;
+    m_environment.selected = text("Germany Berlin"); // a fixed location is not tried again
+    m_session.connectionError();
+    EXPECT_FALSE(m_environment.waiting);
 }
 
 TEST_F(HideIpSessionTest, EndingTheTunnelLeavesAnAttemptThatWaits) {
-    environment.waiting = true;
-    session.terminateVpn();
-    EXPECT_TRUE(environment.waiting);
+    m_environment.waiting = true;
+    m_session.terminateVpn();
+    EXPECT_TRUE(m_environment.waiting);
 }
 
 TEST_F(HideIpSessionTest, TerminatingCancelsTheTimer) {
-    environment.automatic = true;
-    services.preferences().setValue(text("changeIpInterval"), 2);
+    m_environment.automatic = true;
+    m_services.preferences().setValue(text("changeIpInterval"), 2);
     goHidden();
-    session.terminateVpn();
-    EXPECT_FALSE(session.changeTimerArmed());
-    EXPECT_TRUE(services.delayedCalls().pending().empty());
+    m_session.terminateVpn();
+    EXPECT_FALSE(m_session.changeTimerArmed());
+    EXPECT_TRUE(m_services.delayedCalls().pending().empty());
 }
 
 TEST_F(HideIpSessionTest, NewAddressWhileHiddenKeepsTheHiddenFlag) {
     goHidden();
-    session.getNewIP();
+    m_session.getNewIP();
     EXPECT_TRUE(SessionState::shared().hidden);
     EXPECT_EQ(shown().line1.text, searchingText);
 }

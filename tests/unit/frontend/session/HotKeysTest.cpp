@@ -28,19 +28,19 @@ protected:
         for (const Action action : HotKeys::actions) {
             choose(action, -1);
         }
-        keys->install([this](quint32 id) { pressed.append(id); }, [this] { ++changes; });
+        m_keys->install([this](quint32 id) { m_pressed.append(id); }, [this] { ++m_changes; });
     }
 
     void choose(Action action, int tag) const {
-        services.preferences().setValue(HotKeys::preferenceKey(action), tag);
+        m_services.preferences().setValue(HotKeys::preferenceKey(action), tag);
     }
 
     void chooseAndRegister(Action action, int tag) {
         choose(action, tag);
-        keys->registerStored();
+        m_keys->registerStored();
     }
 
-    [[nodiscard]] FakeHotKeyService &desktop() const { return services.hotKeys(); }
+    [[nodiscard]] FakeHotKeyService &desktop() const { return m_services.hotKeys(); }
 
     [[nodiscard]] QList<quint32> registeredIds() const {
         QList<quint32> ids;
@@ -57,10 +57,10 @@ protected:
                              [](const auto &call) { return call.kind == Kind::Unregister; });
     }
 
-    fakes::TestPlatform services;
-    std::unique_ptr<HotKeys> keys = std::make_unique<HotKeys>();
-    QList<quint32> pressed;
-    int changes = 0;
+    fakes::TestPlatform m_services;
+    std::unique_ptr<HotKeys> m_keys = std::make_unique<HotKeys>();
+    QList<quint32> m_pressed;
+    int m_changes = 0;
 };
 
 TEST_F(HotKeysTest, ActionsHaveTheirKeysSignaturesAndNumbers) {
@@ -77,13 +77,13 @@ TEST_F(HotKeysTest, ActionsHaveTheirKeysSignaturesAndNumbers) {
 }
 
 TEST_F(HotKeysTest, NothingIsRegisteredWithAllFiveAtNone) {
-    keys->registerStored();
+    m_keys->registerStored();
     EXPECT_TRUE(desktop().held().isEmpty());
     EXPECT_TRUE(registeredIds().isEmpty());
     for (quint32 keyCode = 0; keyCode < 128; ++keyCode) {
         EXPECT_EQ(desktop().press(keyCode, cmd), 0);
     }
-    EXPECT_TRUE(pressed.isEmpty());
+    EXPECT_TRUE(m_pressed.isEmpty());
 }
 
 TEST_F(HotKeysTest, StoredTagsAreRegisteredInTheOrderOfTheActions) {
@@ -91,7 +91,7 @@ TEST_F(HotKeysTest, StoredTagsAreRegisteredInTheOrderOfTheActions) {
     for (const Action action : HotKeys::actions) {
         choose(action, tag++);
     }
-    keys->registerStored();
+    m_keys->registerStored();
     EXPECT_EQ(registeredIds(), (QList<quint32>{1, 2, 3, 4, 5}));
     const auto &second = desktop().calls()[1];
     EXPECT_EQ(second.keyCode, digit1);
@@ -103,7 +103,7 @@ TEST_F(HotKeysTest, PressesTellTheNumberWhateverTheSignature) {
     for (const quint32 id : {1U, 2U, 3U, 4U, 5U}) {
         desktop().deliver({0xdeadbeef, id});
     }
-    EXPECT_EQ(pressed, (QList<quint32>{1, 2, 3, 4, 5}));
+    EXPECT_EQ(m_pressed, (QList<quint32>{1, 2, 3, 4, 5}));
 }
 
 TEST_F(HotKeysTest, ChangingACombinationReleasesNothingAndBothAct) {
@@ -116,28 +116,28 @@ TEST_F(HotKeysTest, ChangingACombinationReleasesNothingAndBothAct) {
     }
     desktop().press(digit1, cmd);
     desktop().press(digit2, cmd);
-    EXPECT_EQ(pressed, (QList<quint32>{1, 1}));
+    EXPECT_EQ(m_pressed, (QList<quint32>{1, 1}));
 }
 
 TEST_F(HotKeysTest, NoneReleasesTheCurrentReferenceOnly) {
     chooseAndRegister(Action::HideIp, 2);
-    const HotKeyReference first = keys->reference(Action::HideIp);
+    const HotKeyReference first = m_keys->reference(Action::HideIp);
     chooseAndRegister(Action::HideIp, 3);
-    const HotKeyReference second = keys->reference(Action::HideIp);
+    const HotKeyReference second = m_keys->reference(Action::HideIp);
     EXPECT_NE(first, second);
     chooseAndRegister(Action::HideIp, -1);
     ASSERT_EQ(desktop().held().size(), 1);
     EXPECT_EQ(desktop().held().first().reference, first);
     desktop().press(digit1, cmd);
     desktop().press(digit2, cmd);
-    EXPECT_EQ(pressed, QList<quint32>{1});
+    EXPECT_EQ(m_pressed, QList<quint32>{1});
 }
 
 TEST_F(HotKeysTest, ReferenceStaysAfterNoneAndIsStaleThen) {
     chooseAndRegister(Action::HideIp, 2);
-    const HotKeyReference reference = keys->reference(Action::HideIp);
+    const HotKeyReference reference = m_keys->reference(Action::HideIp);
     chooseAndRegister(Action::HideIp, -1);
-    EXPECT_EQ(keys->reference(Action::HideIp), reference);
+    EXPECT_EQ(m_keys->reference(Action::HideIp), reference);
     chooseAndRegister(Action::ChangeIp, 2); // another action takes the combination over
     chooseAndRegister(Action::HideIp, -1);  // the stale reference releases nobody's
     ASSERT_EQ(desktop().held().size(), 1);
@@ -146,24 +146,24 @@ TEST_F(HotKeysTest, ReferenceStaysAfterNoneAndIsStaleThen) {
 
 TEST_F(HotKeysTest, ApplyingAgainRegistersUnchangedCombinationsAgainAndKeepsTheReference) {
     chooseAndRegister(Action::HideIp, 2);
-    const HotKeyReference reference = keys->reference(Action::HideIp);
-    keys->registerStored();
+    const HotKeyReference reference = m_keys->reference(Action::HideIp);
+    m_keys->registerStored();
     EXPECT_EQ(registeredIds(), (QList<quint32>{1, 1}));
-    EXPECT_EQ(keys->reference(Action::HideIp), reference);
-    EXPECT_EQ(keys->trouble(Action::HideIp), Trouble());
+    EXPECT_EQ(m_keys->reference(Action::HideIp), reference);
+    EXPECT_EQ(m_keys->trouble(Action::HideIp), Trouble());
     EXPECT_EQ(desktop().press(digit1, cmd), 1);
 }
 
 TEST_F(HotKeysTest, RefusedRegistrationKeepsTheOldReferenceAndIsRemembered) {
     chooseAndRegister(Action::HideIp, 2);
-    const HotKeyReference reference = keys->reference(Action::HideIp);
+    const HotKeyReference reference = m_keys->reference(Action::HideIp);
     desktop().takeElsewhere(digit2, cmd);
     chooseAndRegister(Action::HideIp, 3);
-    EXPECT_EQ(keys->reference(Action::HideIp), reference);
-    EXPECT_EQ(keys->trouble(Action::HideIp).kind, Trouble::Kind::TakenElsewhere);
-    EXPECT_EQ(services.preferences().integer(HotKeys::preferenceKey(Action::HideIp)), 3);
+    EXPECT_EQ(m_keys->reference(Action::HideIp), reference);
+    EXPECT_EQ(m_keys->trouble(Action::HideIp).kind, Trouble::Kind::TakenElsewhere);
+    EXPECT_EQ(m_services.preferences().integer(HotKeys::preferenceKey(Action::HideIp)), 3);
     chooseAndRegister(Action::HideIp, 4);
-    EXPECT_EQ(keys->trouble(Action::HideIp), Trouble());
+    EXPECT_EQ(m_keys->trouble(Action::HideIp), Trouble());
 }
 
 TEST_F(HotKeysTest, CombinationThatAnotherActionStillHoldsIsToldApart) {
@@ -171,18 +171,18 @@ TEST_F(HotKeysTest, CombinationThatAnotherActionStillHoldsIsToldApart) {
     choose(Action::HideIp, 3);
     chooseAndRegister(Action::BringUpWindow, 2);
     const Trouble expected = {Trouble::Kind::HeldByAction, Action::HideIp};
-    EXPECT_EQ(keys->trouble(Action::BringUpWindow), expected);
+    EXPECT_EQ(m_keys->trouble(Action::BringUpWindow), expected);
     desktop().press(digit1, cmd);
-    EXPECT_EQ(pressed, QList<quint32>{1}); // one press, one action
+    EXPECT_EQ(m_pressed, QList<quint32>{1}); // one press, one action
 }
 
 TEST_F(HotKeysTest, CombinationThatNoneFreedCanBeTakenByAnotherAction) {
     chooseAndRegister(Action::HideIp, 2);
     choose(Action::HideIp, -1);
     chooseAndRegister(Action::BringUpWindow, 2);
-    EXPECT_EQ(keys->trouble(Action::BringUpWindow), Trouble());
+    EXPECT_EQ(m_keys->trouble(Action::BringUpWindow), Trouble());
     desktop().press(digit1, cmd);
-    EXPECT_EQ(pressed, QList<quint32>{5});
+    EXPECT_EQ(m_pressed, QList<quint32>{5});
 }
 
 TEST_F(HotKeysTest, StrayTagEighteenRegistersCommandWithKeyCodeZero) {
@@ -194,30 +194,30 @@ TEST_F(HotKeysTest, StrayTagEighteenRegistersCommandWithKeyCodeZero) {
 
 TEST_F(HotKeysTest, StrayTagsOutsideTheFamiliesRegisterNothingAndChangeNothing) {
     chooseAndRegister(Action::HideIp, 2);
-    const HotKeyReference reference = keys->reference(Action::HideIp);
+    const HotKeyReference reference = m_keys->reference(Action::HideIp);
     for (const int tag : {0, 53, 56, 69, 1000, -2}) {
         desktop().clear();
         chooseAndRegister(Action::HideIp, tag);
         EXPECT_TRUE(registeredIds().isEmpty()) << tag;
         EXPECT_EQ(releases(), 4) << tag; // the four others, at None
-        EXPECT_EQ(keys->reference(Action::HideIp), reference) << tag;
+        EXPECT_EQ(m_keys->reference(Action::HideIp), reference) << tag;
     }
     EXPECT_EQ(desktop().press(digit1, cmd), 1);
 }
 
 TEST_F(HotKeysTest, LateRefusalIsRememberedAndTold) {
     chooseAndRegister(Action::DiscardIp, 2);
-    desktop().refuse(keys->reference(Action::DiscardIp), HotKeyError::TakenElsewhere);
-    EXPECT_EQ(keys->trouble(Action::DiscardIp).kind, Trouble::Kind::TakenElsewhere);
-    EXPECT_EQ(changes, 1);
+    desktop().refuse(m_keys->reference(Action::DiscardIp), HotKeyError::TakenElsewhere);
+    EXPECT_EQ(m_keys->trouble(Action::DiscardIp).kind, Trouble::Kind::TakenElsewhere);
+    EXPECT_EQ(m_changes, 1);
 }
 
 TEST_F(HotKeysTest, LateRefusalOfAnOlderCombinationSaysNothingOfTheChosenOne) {
     chooseAndRegister(Action::DiscardIp, 2);
-    const HotKeyReference older = keys->reference(Action::DiscardIp);
+    const HotKeyReference older = m_keys->reference(Action::DiscardIp);
     chooseAndRegister(Action::DiscardIp, 3);
     desktop().refuse(older, HotKeyError::TakenElsewhere);
-    EXPECT_EQ(keys->trouble(Action::DiscardIp), Trouble());
+    EXPECT_EQ(m_keys->trouble(Action::DiscardIp), Trouble());
 }
 
 TEST_F(HotKeysTest, DesktopWithoutTheServiceIsQuietlyWithoutHotKeys) {
@@ -225,9 +225,9 @@ TEST_F(HotKeysTest, DesktopWithoutTheServiceIsQuietlyWithoutHotKeys) {
     desktop().setAvailable(false);
     EXPECT_FALSE(HotKeys::isAvailable());
     chooseAndRegister(Action::HideIp, 2);
-    EXPECT_EQ(keys->trouble(Action::HideIp), Trouble());
-    keys.reset();
-    services.platform().hotKeys.reset();
+    EXPECT_EQ(m_keys->trouble(Action::HideIp), Trouble());
+    m_keys.reset();
+    m_services.platform().hotKeys.reset();
     HotKeys alone;
     alone.install([](quint32) {}, [] {});
     alone.registerStored();
@@ -237,7 +237,7 @@ TEST_F(HotKeysTest, DesktopWithoutTheServiceIsQuietlyWithoutHotKeys) {
 
 TEST_F(HotKeysTest, RegistrationsOutliveTheirOwnerAndPressesThenReachNobody) {
     chooseAndRegister(Action::HideIp, 2);
-    keys.reset();
+    m_keys.reset();
     EXPECT_EQ(desktop().held().size(), 1);
     EXPECT_EQ(desktop().press(digit1, cmd), 0);
 }

@@ -19,17 +19,17 @@ QString text(const char *utf8) {
 class LaunchAgentTest : public testing::Test {
 protected:
     LaunchAgentTest() {
-        services.addResource(text("com.qrvp.LaunchAtLogin.plist"),
-                             platform::PropertyList::write({{text("Label"), text("com.qrvp.LaunchAtLogin")},
-                                                            {text("RunAtLoad"), false}}));
+        m_services.addResource(text("com.qrvp.LaunchAtLogin.plist"),
+                               platform::PropertyList::write({{text("Label"), text("com.qrvp.LaunchAtLogin")},
+                                                              {text("RunAtLoad"), false}}));
     }
 
     [[nodiscard]] QVariantMap agent() const {
-        return platform::PropertyList::readFile(path).value_or(QVariantMap());
+        return platform::PropertyList::readFile(m_path).value_or(QVariantMap());
     }
 
-    fakes::TestPlatform services;
-    QString path = services.home() + text("/Library/LaunchAgents/com.qrvp.LaunchAtLogin.plist");
+    fakes::TestPlatform m_services;
+    QString m_path = m_services.home() + text("/Library/LaunchAgents/com.qrvp.LaunchAtLogin.plist");
 };
 
 TEST_F(LaunchAgentTest, TurningOnWritesTheAgentFromTheTemplate) {
@@ -55,7 +55,7 @@ TEST_F(LaunchAgentTest, ExistingAgentKeepsItsOtherKeys) {
     LaunchAgent::launchOnStartup(true);
     QVariantMap edited = agent();
     edited.insert(text("Mine"), text("kept"));
-    ASSERT_TRUE(platform::PropertyList::writeFile(path, edited));
+    ASSERT_TRUE(platform::PropertyList::writeFile(m_path, edited));
     LaunchAgent::launchOnStartup(false);
     EXPECT_EQ(agent().value(text("Mine")).toString(), text("kept"));
     EXPECT_EQ(agent().value(text("RunAtLoad")), QVariant(false));
@@ -64,21 +64,21 @@ TEST_F(LaunchAgentTest, ExistingAgentKeepsItsOtherKeys) {
 TEST_F(LaunchAgentTest, DesktopsOwnEntryIsKeptInStep) {
     LaunchAgent::launchOnStartup(true);
     LaunchAgent::launchOnStartup(false);
-    ASSERT_EQ(services.workspace().autostarts.size(), 2U);
-    EXPECT_TRUE(services.workspace().autostarts[0].enabled);
-    EXPECT_FALSE(services.workspace().autostarts[1].enabled);
-    EXPECT_EQ(services.workspace().autostarts[0].program,
-              services.platform().bundle->contentsPath() + text("/bin/quorvane"));
+    ASSERT_EQ(m_services.workspace().autostarts.size(), 2U);
+    EXPECT_TRUE(m_services.workspace().autostarts[0].enabled);
+    EXPECT_FALSE(m_services.workspace().autostarts[1].enabled);
+    EXPECT_EQ(m_services.workspace().autostarts[0].program,
+              m_services.platform().bundle->contentsPath() + text("/bin/quorvane"));
 }
 
 TEST_F(LaunchAgentTest, FolderThatCannotBeMadeIsLogged) {
-    QFile obstacle(services.home() + text("/Library"));
-    QDir(services.home() + text("/Library")).removeRecursively();
+    QFile obstacle(m_services.home() + text("/Library"));
+    QDir(m_services.home() + text("/Library")).removeRecursively();
     ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
     obstacle.close();
     LaunchAgent::launchOnStartup(true);
-    ASSERT_FALSE(services.logSink().lines().isEmpty());
-    EXPECT_TRUE(services.logSink().lines().first().startsWith(text("create LaunchAgents failed ")));
+    ASSERT_FALSE(m_services.logSink().lines().isEmpty());
+    EXPECT_TRUE(m_services.logSink().lines().first().startsWith(text("create LaunchAgents failed ")));
 }
 
 } // namespace

@@ -31,33 +31,33 @@ Entry location(quint64 id, const char *country,
 class LocationChoiceTest : public testing::Test {
 protected:
     LocationChoiceTest() {
-        request.list = {Entry{1, LocationChoice::randomTitle(), nullptr}, location(2, "DE"),
-                        location(3, "US"), location(4, "FR")};
-        request.candidate = request.list.first();
-        request.isDiscarded = [this](const QString &row) {
-            return discarded.contains(row);
+        m_request.list = {Entry{1, LocationChoice::randomTitle(), nullptr}, location(2, "DE"),
+                          location(3, "US"), location(4, "FR")};
+        m_request.candidate = m_request.list.first();
+        m_request.isDiscarded = [this](const QString &row) {
+            return m_discarded.contains(row);
         };
     }
 
-    Outcome choose() { return choice.choose(request); }
+    Outcome choose() { return choice.choose(m_request); }
 
-    std::mt19937 engine{7};
+    std::mt19937 m_engine{7};
     LocationChoice choice{[this] {
-        return static_cast<quint32>(engine());
+        return static_cast<quint32>(m_engine());
     }};
-    Request request;
-    QStringList discarded;
+    Request m_request;
+    QStringList m_discarded;
 };
 
 TEST_F(LocationChoiceTest, ListWithRandomLocationAloneGivesNothing) {
-    request.list.resize(1);
+    m_request.list.resize(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::NothingToPick);
     EXPECT_FALSE(outcome.selection.has_value());
 }
 
 TEST_F(LocationChoiceTest, FixedLocationIsTakenAsItIs) {
-    request.candidate = request.list.at(1);
+    m_request.candidate = m_request.list.at(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::Picked);
     EXPECT_EQ(outcome.pick.id, 2U);
@@ -76,7 +76,7 @@ TEST_F(LocationChoiceTest, RandomPickIsSelectedUsedAndNamed) {
 }
 
 TEST_F(LocationChoiceTest, NoCandidateIsARandomRequestToo) {
-    request.candidate.reset();
+    m_request.candidate.reset();
     EXPECT_EQ(choose().result, Result::Picked);
 }
 
@@ -103,7 +103,7 @@ TEST_F(LocationChoiceTest, UsedSetOfTheWholeListsSizeIsEmptied) {
 
 TEST_F(LocationChoiceTest, UsedFixedLocationTurnsIntoARandomRequest) {
     choice.setUsedItems({2});
-    request.candidate = request.list.at(1);
+    m_request.candidate = m_request.list.at(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::Picked);
     EXPECT_NE(outcome.pick.id, 2U);
@@ -111,10 +111,10 @@ TEST_F(LocationChoiceTest, UsedFixedLocationTurnsIntoARandomRequest) {
 }
 
 TEST_F(LocationChoiceTest, DiscardRowIsComparedWithTheCountryCode) {
-    discarded = {text("203.0.113.1")};
-    request.candidate = request.list.at(1);
+    m_discarded = {text("203.0.113.1")};
+    m_request.candidate = m_request.list.at(1);
     EXPECT_EQ(choose().pick.id, 2U); // an address discards nothing here
-    discarded = {text("DE")};
+    m_discarded = {text("DE")};
     choice.setUsedItems({3, 4});
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.pick.id, 2U); // turned into a random request, which may pick it all the same
@@ -122,7 +122,7 @@ TEST_F(LocationChoiceTest, DiscardRowIsComparedWithTheCountryCode) {
 }
 
 TEST_F(LocationChoiceTest, UnitedStatesOnlyLeavesTheSelectionAlone) {
-    request.usOnly = true;
+    m_request.usOnly = true;
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::Picked);
     EXPECT_EQ(outcome.pick.id, 3U);
@@ -132,35 +132,35 @@ TEST_F(LocationChoiceTest, UnitedStatesOnlyLeavesTheSelectionAlone) {
 }
 
 TEST_F(LocationChoiceTest, UnitedStatesOnlyEmptiesItsSetWhenAllAreUsed) {
-    request.usOnly = true;
+    m_request.usOnly = true;
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(choose().pick.id, 3U);
     }
 }
 
 TEST_F(LocationChoiceTest, UnitedStatesOnlyWithForeignUsedItemsRunsOut) {
-    request.usOnly = true;
+    m_request.usOnly = true;
     choice.setUsedItems({3, 2}); // one candidate, two used: the sizes differ, nothing is emptied
     EXPECT_EQ(choose().result, Result::AllUsed);
 }
 
 TEST_F(LocationChoiceTest, LowerCaseCodeIsNoCandidate) {
-    request.usOnly = true;
-    request.list[2] = location(3, "us");
+    m_request.usOnly = true;
+    m_request.list[2] = location(3, "us");
     EXPECT_EQ(choose().result, Result::NoUnitedStates);
 }
 
 TEST_F(LocationChoiceTest, AutomaticChangeShowsRandomLocation) {
-    request.automaticChange = true;
+    m_request.automaticChange = true;
     EXPECT_EQ(choose().selection, 1U);
-    request.candidate = request.list.at(1);
+    m_request.candidate = m_request.list.at(1);
     choice.setUsedItems({});
     EXPECT_EQ(choose().selection, 1U);
 }
 
 TEST_F(LocationChoiceTest, PickWithoutAUsableAddressGivesNothing) {
-    request.list[1] = location(2, "DE", {});
-    request.candidate = request.list.at(1);
+    m_request.list[1] = location(2, "DE", {});
+    m_request.candidate = m_request.list.at(1);
     EXPECT_EQ(choose().result, Result::NothingToPick);
 }
 

@@ -17,74 +17,74 @@ QString text(const char *utf8) {
 
 class ProcessInfoTest : public testing::Test {
 protected:
-    fakes::TestPlatform services;
-    ProcessInfo processes;
+    fakes::TestPlatform m_services;
+    ProcessInfo m_processes;
 };
 
 TEST_F(ProcessInfoTest, StartsWithoutASnapshot) {
-    EXPECT_EQ(processes.numberOfProcesses(), -1);
-    EXPECT_TRUE(processes.processList().isEmpty());
-    EXPECT_FALSE(processes.findProcessWithName(text("openvpn")));
+    EXPECT_EQ(m_processes.numberOfProcesses(), -1);
+    EXPECT_TRUE(m_processes.processList().isEmpty());
+    EXPECT_FALSE(m_processes.findProcessWithName(text("openvpn")));
 }
 
 TEST_F(ProcessInfoTest, NamesInTheKernelsOrder) {
-    services.processes().setNames({"init", "openvpn", "bash"});
-    processes.obtainFreshProcessList();
-    EXPECT_EQ(processes.numberOfProcesses(), 3);
-    EXPECT_EQ(processes.processList(), (QStringList{text("init"), text("openvpn"), text("bash")}));
+    m_services.processes().setNames({"init", "openvpn", "bash"});
+    m_processes.obtainFreshProcessList();
+    EXPECT_EQ(m_processes.numberOfProcesses(), 3);
+    EXPECT_EQ(m_processes.processList(), (QStringList{text("init"), text("openvpn"), text("bash")}));
 }
 
 TEST_F(ProcessInfoTest, OnlyTheExactNameIsFound) {
-    services.processes().setNames({"OpenVPN", "openvpn2", "openvp"});
-    processes.obtainFreshProcessList();
-    EXPECT_FALSE(processes.findProcessWithName(text("openvpn")));
-    EXPECT_FALSE(processes.findProcessWithName(text("open")));
-    EXPECT_FALSE(processes.findProcessWithName(text("")));
-    EXPECT_TRUE(processes.findProcessWithName(text("openvpn2")));
+    m_services.processes().setNames({"OpenVPN", "openvpn2", "openvp"});
+    m_processes.obtainFreshProcessList();
+    EXPECT_FALSE(m_processes.findProcessWithName(text("openvpn")));
+    EXPECT_FALSE(m_processes.findProcessWithName(text("open")));
+    EXPECT_FALSE(m_processes.findProcessWithName(text("")));
+    EXPECT_TRUE(m_processes.findProcessWithName(text("openvpn2")));
 }
 
 TEST_F(ProcessInfoTest, CutNamesMatchOnlyAsTheKernelKeptThem) {
-    services.processes().setNames({"a-rather-long-process-name"});
-    processes.obtainFreshProcessList();
-    EXPECT_TRUE(processes.findProcessWithName(text("a-rather-long-p")));
-    EXPECT_FALSE(processes.findProcessWithName(text("a-rather-long-process-name")));
+    m_services.processes().setNames({"a-rather-long-process-name"});
+    m_processes.obtainFreshProcessList();
+    EXPECT_TRUE(m_processes.findProcessWithName(text("a-rather-long-p")));
+    EXPECT_FALSE(m_processes.findProcessWithName(text("a-rather-long-process-name")));
 }
 
 TEST_F(ProcessInfoTest, GrowthBetweenTheQueriesIsRetried) {
-    services.processes().setNames({"init", "openvpn"});
-    services.processes().growBetweenQueries(5);
-    processes.obtainFreshProcessList();
-    EXPECT_EQ(processes.numberOfProcesses(), 7);
-    EXPECT_TRUE(processes.findProcessWithName(text("openvpn")));
-    EXPECT_EQ(services.processes().queries(), 12);
+    m_services.processes().setNames({"init", "openvpn"});
+    m_services.processes().growBetweenQueries(5);
+    m_processes.obtainFreshProcessList();
+    EXPECT_EQ(m_processes.numberOfProcesses(), 7);
+    EXPECT_TRUE(m_processes.findProcessWithName(text("openvpn")));
+    EXPECT_EQ(m_services.processes().queries(), 12);
 }
 
 TEST_F(ProcessInfoTest, FailureDropsThePreviousSnapshot) {
-    services.processes().setNames({"openvpn"});
-    processes.obtainFreshProcessList();
-    ASSERT_TRUE(processes.findProcessWithName(text("openvpn")));
-    services.processes().failWith(EPERM);
-    processes.obtainFreshProcessList();
-    EXPECT_EQ(processes.numberOfProcesses(), -1);
-    EXPECT_FALSE(processes.findProcessWithName(text("openvpn")));
+    m_services.processes().setNames({"openvpn"});
+    m_processes.obtainFreshProcessList();
+    ASSERT_TRUE(m_processes.findProcessWithName(text("openvpn")));
+    m_services.processes().failWith(EPERM);
+    m_processes.obtainFreshProcessList();
+    EXPECT_EQ(m_processes.numberOfProcesses(), -1);
+    EXPECT_FALSE(m_processes.findProcessWithName(text("openvpn")));
 }
 
 TEST_F(ProcessInfoTest, ErrorNumbersAreHandedOn) {
     std::unique_ptr<platform::ProcessRecord[]> rows;
     std::size_t count = 99;
-    services.processes().failWith(EPERM);
+    m_services.processes().failWith(EPERM);
     EXPECT_EQ(ProcessInfo::getBSDProcessList(&rows, &count), EPERM);
     EXPECT_EQ(rows, nullptr);
     EXPECT_EQ(count, 0U);
-    services.processes().failWith(0);
-    services.processes().failSecondQueryWith(EIO);
+    m_services.processes().failWith(0);
+    m_services.processes().failSecondQueryWith(EIO);
     EXPECT_EQ(ProcessInfo::getBSDProcessList(&rows, &count), EIO);
     EXPECT_EQ(rows, nullptr);
 }
 
 TEST_F(ProcessInfoTest, NumberCanBeSet) {
-    processes.setNumberOfProcesses(7);
-    EXPECT_EQ(processes.numberOfProcesses(), 7);
+    m_processes.setNumberOfProcesses(7);
+    EXPECT_EQ(m_processes.numberOfProcesses(), 7);
 }
 
 TEST(ProcessInfoDeathTest, PreconditionsAreAsserted) {

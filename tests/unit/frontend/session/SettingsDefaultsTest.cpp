@@ -12,13 +12,13 @@ namespace {
 
 class SettingsDefaultsTest : public testing::Test {
 protected:
-    [[nodiscard]] QVariant stored(const QString &key) const { return services.preferences().value(key); }
+    [[nodiscard]] QVariant stored(const QString &key) const { return m_services.preferences().value(key); }
 
     void store(const QString &key, const QVariant &value) const {
-        services.preferences().setValue(key, value);
+        m_services.preferences().setValue(key, value);
     }
 
-    fakes::TestPlatform services;
+    fakes::TestPlatform m_services;
 };
 
 TEST_F(SettingsDefaultsTest, AbsentValuesBecomeTheirDefaultsWithTheirTypes) {
@@ -30,7 +30,7 @@ TEST_F(SettingsDefaultsTest, AbsentValuesBecomeTheirDefaultsWithTheirTypes) {
     EXPECT_EQ(stored(SettingsDefaults::changeIpInterval()), QVariant::fromValue<qint64>(10));
     EXPECT_EQ(stored(SettingsDefaults::userAgent()), QVariant(QStringLiteral("")));
     EXPECT_EQ(stored(SettingsDefaults::hideMyReferrerHeader()), QVariant::fromValue<qint64>(0));
-    EXPECT_EQ(services.preferences().synchronizations(), 1);
+    EXPECT_EQ(m_services.preferences().synchronizations(), 1);
 }
 
 TEST_F(SettingsDefaultsTest, OtherKeysGetNone) {
@@ -47,8 +47,8 @@ TEST_F(SettingsDefaultsTest, StoredZeroDoesNotSurviveAStart) {
     store(HotKeys::preferenceKey(HotKeys::Action::StopHidingIp), 0);
     store(SettingsDefaults::changeIpInterval(), 0);
     SettingsDefaults::initialize();
-    EXPECT_EQ(services.preferences().integer(HotKeys::preferenceKey(HotKeys::Action::StopHidingIp)), -1);
-    EXPECT_EQ(services.preferences().integer(SettingsDefaults::changeIpInterval()), 10);
+    EXPECT_EQ(m_services.preferences().integer(HotKeys::preferenceKey(HotKeys::Action::StopHidingIp)), -1);
+    EXPECT_EQ(m_services.preferences().integer(SettingsDefaults::changeIpInterval()), 10);
 }
 
 TEST_F(SettingsDefaultsTest, WhatReadsAsZeroCountsAsZero) {
@@ -65,10 +65,10 @@ TEST_F(SettingsDefaultsTest, StoredValuesStay) {
     store(SettingsDefaults::userAgent(), QStringLiteral("mine"));
     store(SettingsDefaults::hideMyReferrerHeader(), 1);
     SettingsDefaults::initialize();
-    EXPECT_EQ(services.preferences().integer(HotKeys::preferenceKey(HotKeys::Action::HideIp)), 2);
-    EXPECT_EQ(services.preferences().integer(SettingsDefaults::changeIpInterval()), 25);
-    EXPECT_EQ(services.preferences().string(SettingsDefaults::userAgent()), QStringLiteral("mine"));
-    EXPECT_EQ(services.preferences().integer(SettingsDefaults::hideMyReferrerHeader()), 1);
+    EXPECT_EQ(m_services.preferences().integer(HotKeys::preferenceKey(HotKeys::Action::HideIp)), 2);
+    EXPECT_EQ(m_services.preferences().integer(SettingsDefaults::changeIpInterval()), 25);
+    EXPECT_EQ(m_services.preferences().string(SettingsDefaults::userAgent()), QStringLiteral("mine"));
+    EXPECT_EQ(m_services.preferences().integer(SettingsDefaults::hideMyReferrerHeader()), 1);
 }
 
 } // namespace

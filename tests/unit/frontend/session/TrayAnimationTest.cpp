@@ -19,32 +19,32 @@ QString text(const char *utf8) {
 class TrayAnimationTest : public testing::Test {
 protected:
     TrayAnimationTest() {
-        QObject::connect(&animation, &TrayAnimation::frame, [this](const QString &image) {
-            frames.append(image);
-            thread = QThread::currentThread();
+        QObject::connect(&m_animation, &TrayAnimation::frame, [this](const QString &image) {
+            m_frames.append(image);
+            m_thread = QThread::currentThread();
         });
     }
 
-    TrayAnimation animation;
-    QStringList frames;
-    QThread *thread = nullptr;
+    TrayAnimation m_animation;
+    QStringList m_frames;
+    QThread *m_thread = nullptr;
 };
 
 TEST_F(TrayAnimationTest, FourteenFramesGoRoundAndTheFifteenthIsNeverShown) {
     for (int i = 0; i < 29; ++i) {
-        animation.animateTrayIcon();
+        m_animation.animateTrayIcon();
     }
     for (int i = 0; i < 29; ++i) {
-        EXPECT_EQ(frames.at(i), text("A%1").arg(i % 14 + 1, 2, 10, QChar(u'0')));
+        EXPECT_EQ(m_frames.at(i), text("A%1").arg(i % 14 + 1, 2, 10, QChar(u'0')));
     }
 }
 
 TEST_F(TrayAnimationTest, ResetBeginsAnew) {
-    animation.animateTrayIcon();
-    animation.animateTrayIcon();
-    animation.resetFrames();
-    animation.animateTrayIcon();
-    EXPECT_EQ(frames.last(), text("A01"));
+    m_animation.animateTrayIcon();
+    m_animation.animateTrayIcon();
+    m_animation.resetFrames();
+    m_animation.animateTrayIcon();
+    EXPECT_EQ(m_frames.last(), text("A01"));
 }
 
 TEST_F(TrayAnimationTest, FramesAreAFifthOfASecondApart) {
@@ -54,33 +54,33 @@ TEST_F(TrayAnimationTest, FramesAreAFifthOfASecondApart) {
 TEST_F(TrayAnimationTest, ThreadDrivesFramesOnTheMainThread) {
     QElapsedTimer timer;
     timer.start();
-    animation.start();
-    EXPECT_TRUE(animation.isRunning());
-    ASSERT_TRUE(spinUntil([this] { return frames.size() >= 3; }));
+    m_animation.start();
+    EXPECT_TRUE(m_animation.isRunning());
+    ASSERT_TRUE(spinUntil([this] { return m_frames.size() >= 3; }));
     EXPECT_GE(timer.elapsed(), 600); // three periods: never faster than every 0.2 seconds
-    EXPECT_EQ(frames.mid(0, 3), (QStringList{text("A01"), text("A02"), text("A03")}));
-    EXPECT_EQ(thread, QThread::currentThread());
+    EXPECT_EQ(m_frames.mid(0, 3), (QStringList{text("A01"), text("A02"), text("A03")}));
+    EXPECT_EQ(m_thread, QThread::currentThread());
 }
 
 TEST_F(TrayAnimationTest, StartWhileRunningChangesNothing) {
-    animation.start();
-    ASSERT_TRUE(spinUntil([this] { return !frames.isEmpty(); }));
-    animation.start();
-    ASSERT_TRUE(spinUntil([this] { return frames.size() >= 2; }));
-    EXPECT_EQ(frames.at(1), text("A02"));
+    m_animation.start();
+    ASSERT_TRUE(spinUntil([this] { return !m_frames.isEmpty(); }));
+    m_animation.start();
+    ASSERT_TRUE(spinUntil([this] { return m_frames.size() >= 2; }));
+    EXPECT_EQ(m_frames.at(1), text("A02"));
 }
 
 /// Stops the animation when the first frame is out of the queue and has not arrived yet.
 class StopBeforeArrival final : public QObject {
 public:
-    explicit StopBeforeArrival(TrayAnimation &stopped) : animation(stopped) {
-        animation.installEventFilter(this);
+    explicit StopBeforeArrival(TrayAnimation &stopped) : m_animation(stopped) {
+        m_animation.installEventFilter(this);
     }
 
     bool eventFilter(QObject * /*watched*/, QEvent *event) override {
         if (event->type() == QEvent::MetaCall) {
             ++delivered;
-            animation.stop();
+            m_animation.stop();
         }
         return false; // the frame goes on its way
     }
@@ -88,26 +88,26 @@ public:
     int delivered = 0;
 
 private:
-    TrayAnimation &animation;
+    TrayAnimation &m_animation;
 };
 
 TEST_F(TrayAnimationTest, FrameThatArrivesAfterTheStopIsDropped) {
-    const StopBeforeArrival stop(animation);
-    animation.start();
+    const StopBeforeArrival stop(m_animation);
+    m_animation.start();
     ASSERT_TRUE(spinUntil([&stop] { return stop.delivered > 0; }));
-    EXPECT_FALSE(animation.isRunning());
+    EXPECT_FALSE(m_animation.isRunning());
     deliverQueued();
-    EXPECT_TRUE(frames.isEmpty());
+    EXPECT_TRUE(m_frames.isEmpty());
 }
 
 TEST_F(TrayAnimationTest, RestartBeginsWithTheFirstFrame) {
-    animation.start();
-    ASSERT_TRUE(spinUntil([this] { return frames.size() >= 2; }));
-    animation.stop();
-    frames.clear();
-    animation.start();
-    ASSERT_TRUE(spinUntil([this] { return !frames.isEmpty(); }));
-    EXPECT_EQ(frames.first(), text("A01"));
+    m_animation.start();
+    ASSERT_TRUE(spinUntil([this] { return m_frames.size() >= 2; }));
+    m_animation.stop();
+    m_frames.clear();
+    m_animation.start();
+    ASSERT_TRUE(spinUntil([this] { return !m_frames.isEmpty(); }));
+    EXPECT_EQ(m_frames.first(), text("A01"));
 }
 
 } // namespace

@@ -20,10 +20,10 @@ const QString host = QStringLiteral("net.quorvane.test");
 
 class ReachabilityTest : public testing::Test {
 protected:
-    void setFlags(std::uint32_t flags) { services.reachability().setFlags(host, flags); }
+    void setFlags(std::uint32_t flags) { m_services.reachability().setFlags(host, flags); }
 
-    fakes::TestPlatform services;
-    Reachability::Pointer monitor = Reachability::reachabilityWithHostname(host);
+    fakes::TestPlatform m_services;
+    Reachability::Pointer m_monitor = Reachability::reachabilityWithHostname(host);
 };
 
 TEST(ReachabilityFlags, ReachableUnlessTransientAndConnectionRequired) {
@@ -39,7 +39,7 @@ TEST(ReachabilityFlags, ReachableUnlessTransientAndConnectionRequired) {
 
 TEST_F(ReachabilityTest, TargetsThatCannotBeMadeGiveNothing) {
     EXPECT_EQ(Reachability::reachabilityWithHostname(text("")), nullptr);
-    services.reachability().setTargetsFail(true);
+    m_services.reachability().setTargetsFail(true);
     EXPECT_EQ(Reachability::reachabilityWithHostName(host), nullptr);
     EXPECT_EQ(Reachability::reachabilityWithAddress(1), nullptr);
     EXPECT_EQ(Reachability::reachabilityForInternetConnection(), nullptr);
@@ -47,58 +47,58 @@ TEST_F(ReachabilityTest, TargetsThatCannotBeMadeGiveNothing) {
 }
 
 TEST_F(ReachabilityTest, AddressTargets) {
-    services.reachability().setFlags(text("0.0.0.0"), 0);
-    services.reachability().setFlags(text("169.254.0.0"), 131074);
+    m_services.reachability().setFlags(text("0.0.0.0"), 0);
+    m_services.reachability().setFlags(text("169.254.0.0"), 131074);
     EXPECT_EQ(Reachability::reachabilityForInternetConnection()->reachabilityFlags(), 0U);
     EXPECT_EQ(Reachability::reachabilityForLocalWiFi()->reachabilityFlags(), 131074U);
 }
 
 TEST_F(ReachabilityTest, QueriesFollowTheFlags) {
     setFlags(2);
-    EXPECT_TRUE(monitor->isReachable());
-    EXPECT_TRUE(monitor->isReachableViaWiFi());
-    EXPECT_FALSE(monitor->isReachableViaWWAN());
-    EXPECT_EQ(monitor->currentReachabilityStatus(), 2);
-    EXPECT_FALSE(monitor->connectionRequired());
+    EXPECT_TRUE(m_monitor->isReachable());
+    EXPECT_TRUE(m_monitor->isReachableViaWiFi());
+    EXPECT_FALSE(m_monitor->isReachableViaWWAN());
+    EXPECT_EQ(m_monitor->currentReachabilityStatus(), 2);
+    EXPECT_FALSE(m_monitor->connectionRequired());
 
     setFlags(7); // reachable by its bit, but the connection is not there yet
-    EXPECT_FALSE(monitor->isReachable());
-    EXPECT_TRUE(monitor->isReachableViaWiFi());
-    EXPECT_EQ(monitor->currentReachabilityStatus(), 0);
-    EXPECT_TRUE(monitor->connectionRequired());
-    EXPECT_TRUE(monitor->isConnectionRequired());
+    EXPECT_FALSE(m_monitor->isReachable());
+    EXPECT_TRUE(m_monitor->isReachableViaWiFi());
+    EXPECT_EQ(m_monitor->currentReachabilityStatus(), 0);
+    EXPECT_TRUE(m_monitor->connectionRequired());
+    EXPECT_TRUE(m_monitor->isConnectionRequired());
 
     setFlags(0);
-    EXPECT_FALSE(monitor->isReachable());
-    EXPECT_EQ(monitor->currentReachabilityStatus(), 0);
+    EXPECT_FALSE(m_monitor->isReachable());
+    EXPECT_EQ(m_monitor->currentReachabilityStatus(), 0);
 }
 
 TEST_F(ReachabilityTest, OnDemandNeedsItsBitsTogether) {
     for (std::uint32_t flags = 0; flags < 64; ++flags) {
         setFlags(flags);
-        EXPECT_EQ(monitor->isConnectionOnDemand(), (flags & 4) != 0 && (flags & (8 | 32)) != 0) << flags;
-        EXPECT_EQ(monitor->isInterventionRequired(), (flags & 4) != 0 && (flags & 16) != 0) << flags;
+        EXPECT_EQ(m_monitor->isConnectionOnDemand(), (flags & 4) != 0 && (flags & (8 | 32)) != 0) << flags;
+        EXPECT_EQ(m_monitor->isInterventionRequired(), (flags & 4) != 0 && (flags & 16) != 0) << flags;
     }
 }
 
 TEST_F(ReachabilityTest, UnreadableFlagsAnswerNothing) {
-    services.reachability().setUnreadable(host);
-    EXPECT_FALSE(monitor->isReachable());
-    EXPECT_FALSE(monitor->isReachableViaWiFi());
-    EXPECT_EQ(monitor->reachabilityFlags(), 0U);
-    EXPECT_EQ(monitor->currentReachabilityStatus(), 0);
-    EXPECT_EQ(monitor->currentReachabilityFlags(), text("X- -------"));
+    m_services.reachability().setUnreadable(host);
+    EXPECT_FALSE(m_monitor->isReachable());
+    EXPECT_FALSE(m_monitor->isReachableViaWiFi());
+    EXPECT_EQ(m_monitor->reachabilityFlags(), 0U);
+    EXPECT_EQ(m_monitor->currentReachabilityStatus(), 0);
+    EXPECT_EQ(m_monitor->currentReachabilityFlags(), text("X- -------"));
 }
 
 TEST_F(ReachabilityTest, Strings) {
     setFlags(2);
-    EXPECT_EQ(monitor->currentReachabilityString(), text("WiFi"));
+    EXPECT_EQ(m_monitor->currentReachabilityString(), text("WiFi"));
     setFlags(0);
-    EXPECT_EQ(monitor->currentReachabilityString(), text("No Connection"));
-    monitor->reachableOnWWAN = false;
-    EXPECT_EQ(monitor->currentReachabilityString(), text("Cellular"));
+    EXPECT_EQ(m_monitor->currentReachabilityString(), text("No Connection"));
+    m_monitor->reachableOnWWAN = false;
+    EXPECT_EQ(m_monitor->currentReachabilityString(), text("Cellular"));
     setFlags(2);
-    EXPECT_EQ(monitor->currentReachabilityString(), text("WiFi"));
+    EXPECT_EQ(m_monitor->currentReachabilityString(), text("WiFi"));
 }
 
 TEST_F(ReachabilityTest, FlagLetters) {
@@ -110,36 +110,36 @@ TEST_F(ReachabilityTest, FlagLetters) {
         {131072, "X- ------d"}, {65536 | 131072 | 63, "XR ctiCDld"}};
     for (const auto &[flags, letters] : rows) {
         setFlags(flags);
-        EXPECT_EQ(monitor->currentReachabilityFlags(), text(letters)) << flags;
+        EXPECT_EQ(m_monitor->currentReachabilityFlags(), text(letters)) << flags;
     }
 }
 
 TEST_F(ReachabilityTest, DescriptionNamesClassAndAddress) {
-    EXPECT_EQ(monitor->description(),
-              text("<Reachability: 0x%1>").arg(reinterpret_cast<quintptr>(monitor.get()), 0, 16));
+    EXPECT_EQ(m_monitor->description(),
+              text("<Reachability: 0x%1>").arg(reinterpret_cast<quintptr>(m_monitor.get()), 0, 16));
 }
 
 TEST_F(ReachabilityTest, CallbackOnItsQueueThenNotificationOnTheMainThread) {
     std::atomic<QThread *> blockThread = nullptr;
     std::atomic<int> reached = 0;
     std::atomic<int> lost = 0;
-    monitor->reachableBlock = [&](Reachability &) {
+    m_monitor->reachableBlock = [&](Reachability &) {
         blockThread = QThread::currentThread();
         ++reached;
     };
-    monitor->unreachableBlock = [&](Reachability &) {
+    m_monitor->unreachableBlock = [&](Reachability &) {
         ++lost;
     };
     QObject context;
     int posted = 0;
     QThread *postThread = nullptr;
-    services.platform().notifications->addObserver(
+    m_services.platform().notifications->addObserver(
         text("kReachabilityChangedNotification"), &context, [&](const QVariant &object) {
-            EXPECT_EQ(object.value<Reachability::Pointer>(), monitor);
+            EXPECT_EQ(object.value<Reachability::Pointer>(), m_monitor);
             postThread = QThread::currentThread();
             ++posted;
         });
-    ASSERT_TRUE(monitor->startNotifier());
+    ASSERT_TRUE(m_monitor->startNotifier());
     ASSERT_TRUE(spinUntil([&] { return posted == 1; })); // the first state is told too
     EXPECT_EQ(reached, 1);
     EXPECT_NE(blockThread.load(), QThread::currentThread());
@@ -148,7 +148,7 @@ TEST_F(ReachabilityTest, CallbackOnItsQueueThenNotificationOnTheMainThread) {
     ASSERT_TRUE(spinUntil([&] { return posted == 2; }));
     EXPECT_EQ(lost, 1);
     EXPECT_EQ(reached, 1);
-    monitor->stopNotifier();
+    m_monitor->stopNotifier();
     setFlags(2);
     deliverQueued();
     EXPECT_EQ(posted, 2);
@@ -156,40 +156,40 @@ TEST_F(ReachabilityTest, CallbackOnItsQueueThenNotificationOnTheMainThread) {
 }
 
 TEST_F(ReachabilityTest, RunningMonitorKeepsItselfAlive) {
-    const std::weak_ptr<Reachability> watched = monitor;
-    ASSERT_TRUE(monitor->startNotifier());
-    monitor.reset();
+    const std::weak_ptr<Reachability> watched = m_monitor;
+    ASSERT_TRUE(m_monitor->startNotifier());
+    m_monitor.reset();
     ASSERT_FALSE(watched.expired());
     watched.lock()->stopNotifier();
     EXPECT_TRUE(watched.expired());
 }
 
 TEST_F(ReachabilityTest, StopWithoutStartIsHarmless) {
-    monitor->stopNotifier();
-    monitor->stopNotifier();
-    EXPECT_TRUE(monitor->isReachable());
+    m_monitor->stopNotifier();
+    m_monitor->stopNotifier();
+    EXPECT_TRUE(m_monitor->isReachable());
 }
 
 TEST_F(ReachabilityTest, StartFailsWithoutAQueueOrACallback) {
-    const std::weak_ptr<Reachability> watched = monitor;
-    services.reachability().setQueuesFail(true);
-    EXPECT_FALSE(monitor->startNotifier());
-    services.reachability().setQueuesFail(false);
-    services.reachability().setCallbacksFail(true);
-    EXPECT_FALSE(monitor->startNotifier());
-    services.reachability().setCallbacksFail(false);
-    monitor.reset();
+    const std::weak_ptr<Reachability> watched = m_monitor;
+    m_services.reachability().setQueuesFail(true);
+    EXPECT_FALSE(m_monitor->startNotifier());
+    m_services.reachability().setQueuesFail(false);
+    m_services.reachability().setCallbacksFail(true);
+    EXPECT_FALSE(m_monitor->startNotifier());
+    m_services.reachability().setCallbacksFail(false);
+    m_monitor.reset();
     EXPECT_TRUE(watched.expired());
 }
 
 TEST_F(ReachabilityTest, WithoutBlocksOnlyTheNotificationIsPosted) {
     QObject context;
     int posted = 0;
-    services.platform().notifications->addObserver(text("kReachabilityChangedNotification"), &context,
-                                                   [&](const QVariant &) { ++posted; });
-    ASSERT_TRUE(monitor->startNotifier());
+    m_services.platform().notifications->addObserver(text("kReachabilityChangedNotification"), &context,
+                                                     [&](const QVariant &) { ++posted; });
+    ASSERT_TRUE(m_monitor->startNotifier());
     EXPECT_TRUE(spinUntil([&] { return posted == 1; }));
-    monitor->stopNotifier();
+    m_monitor->stopNotifier();
 }
 
 } // namespace

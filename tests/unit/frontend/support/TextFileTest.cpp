@@ -18,65 +18,65 @@ class NoRoom {
 public:
     NoRoom() {
         std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &usual);
-        const rlimit none{0, usual.rlim_max};
+        getrlimit(RLIMIT_FSIZE, &m_usual);
+        const rlimit none{0, m_usual.rlim_max};
         setrlimit(RLIMIT_FSIZE, &none);
     }
 
-    ~NoRoom() { setrlimit(RLIMIT_FSIZE, &usual); }
+    ~NoRoom() { setrlimit(RLIMIT_FSIZE, &m_usual); }
 
     NoRoom(const NoRoom &) = delete;
     NoRoom &operator=(const NoRoom &) = delete;
 
 private:
-    rlimit usual{};
+    rlimit m_usual{};
 };
 
 class TextFileTest : public testing::Test {
 protected:
     void write(const QByteArray &bytes) {
-        QFile file(path);
+        QFile file(m_path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_EQ(file.write(bytes), bytes.size());
     }
 
-    QTemporaryDir folder;
-    QString path = folder.filePath(QStringLiteral("file"));
+    QTemporaryDir m_folder;
+    QString m_path = m_folder.filePath(QStringLiteral("file"));
 };
 
 TEST_F(TextFileTest, MissingEmptyOrBinaryFilesHoldNoText) {
-    EXPECT_TRUE(TextFile::read(path).isNull());
+    EXPECT_TRUE(TextFile::read(m_path).isNull());
     for (const QByteArray &bytes : {QByteArray(), QByteArray("\xff"), QByteArray("ok\xC3"),
                                     QByteArray("\xED\xA0\x80"), QByteArray("\xC0\x80")}) {
         write(bytes);
-        EXPECT_TRUE(TextFile::read(path).isNull()) << bytes.toHex().toStdString();
+        EXPECT_TRUE(TextFile::read(m_path).isNull()) << bytes.toHex().toStdString();
     }
 }
 
 TEST_F(TextFileTest, TextIsReadAsItIs) {
     write("a\r\n\xC3\xBC\n");
-    EXPECT_EQ(TextFile::read(path), QString::fromUtf8("a\r\n\xC3\xBC\n"));
+    EXPECT_EQ(TextFile::read(m_path), QString::fromUtf8("a\r\n\xC3\xBC\n"));
 }
 
 TEST_F(TextFileTest, HugeFileHoldsNoText) {
     write(QByteArray(16 * 1024 * 1024, 'x'));
-    EXPECT_EQ(TextFile::read(path).size(), 16 * 1024 * 1024);
+    EXPECT_EQ(TextFile::read(m_path).size(), 16 * 1024 * 1024);
     write(QByteArray(16 * 1024 * 1024 + 1, 'x'));
-    EXPECT_TRUE(TextFile::read(path).isNull());
+    EXPECT_TRUE(TextFile::read(m_path).isNull());
 }
 
 TEST_F(TextFileTest, ReplacedFileIsPrivateWhateverWasThere) {
     write("old");
-    QFile::setPermissions(path, QFileDevice::Permissions(0x6644));
-    ASSERT_TRUE(TextFile::replace(path, "new"));
-    EXPECT_EQ(TextFile::read(path), QStringLiteral("new"));
-    EXPECT_EQ(QFile::permissions(path) &
+    QFile::setPermissions(m_path, QFileDevice::Permissions(0x6644));
+    ASSERT_TRUE(TextFile::replace(m_path, "new"));
+    EXPECT_EQ(TextFile::read(m_path), QStringLiteral("new"));
+    EXPECT_EQ(QFile::permissions(m_path) &
                   (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
               QFileDevice::Permissions());
 }
 
 TEST_F(TextFileTest, FailureLeavesNothing) {
-    EXPECT_FALSE(TextFile::replace(folder.filePath(QStringLiteral("no/such/folder")), "x"));
+    EXPECT_FALSE(TextFile::replace(m_folder.filePath(QStringLiteral("no/such/folder")), "x"));
 }
 
 TEST_F(TextFileTest, FullDiskLeavesTheOldFileWhole) {
@@ -84,20 +84,20 @@ TEST_F(TextFileTest, FullDiskLeavesTheOldFileWhole) {
     bool replaced = true;
     {
         const NoRoom full;
-        replaced = TextFile::replace(path, "new");
+        replaced = TextFile::replace(m_path, "new");
     }
     EXPECT_FALSE(replaced);
-    EXPECT_EQ(TextFile::read(path), QStringLiteral("old"));
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+    EXPECT_EQ(TextFile::read(m_path), QStringLiteral("old"));
+    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               QStringList{QStringLiteral("file")});
 }
 
 TEST_F(TextFileTest, LinkIsReplacedNotFollowed) {
     write("other's");
-    const QString link = folder.filePath(QStringLiteral("link"));
-    ASSERT_TRUE(QFile::link(path, link));
+    const QString link = m_folder.filePath(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(m_path, link));
     ASSERT_TRUE(TextFile::replace(link, "new"));
-    EXPECT_EQ(TextFile::read(path), QStringLiteral("other's"));
+    EXPECT_EQ(TextFile::read(m_path), QStringLiteral("other's"));
     EXPECT_EQ(TextFile::read(link), QStringLiteral("new"));
 }
 

@@ -21,7 +21,7 @@ protected:
     }
 
     void writeCatalogue(const QString &language, const QByteArray &bytes) {
-        QFile file(folder.filePath(QStringLiteral("quorvane_") + language + QStringLiteral(".qm")));
+        QFile file(m_folder.filePath(QStringLiteral("quorvane_") + language + QStringLiteral(".qm")));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_EQ(file.write(bytes), bytes.size());
     }
@@ -32,14 +32,14 @@ protected:
     }
 
     QString install(const QStringList &languages) {
-        return Translations::install(*qApp, languages, folder.path());
+        return Translations::install(*qApp, languages, m_folder.path());
     }
 
     static QString settings() { return QCoreApplication::translate("quorvane::MainWindow", "Settings"); }
 
-    QTemporaryDir folder;
-    const QString english = QStringLiteral("Settings");
-    const QString german = QStringLiteral("Einstellungen");
+    QTemporaryDir m_folder;
+    const QString m_english = QStringLiteral("Settings");
+    const QString m_german = QStringLiteral("Einstellungen");
 };
 
 TEST_F(TranslationsTest, LanguageIsFoundWithAndWithoutItsCountry) {
@@ -47,11 +47,11 @@ TEST_F(TranslationsTest, LanguageIsFoundWithAndWithoutItsCountry) {
     for (const QString &language :
          {QStringLiteral("de"), QStringLiteral("de-AT"), QStringLiteral("de-Latn-DE")}) {
         EXPECT_EQ(install({language}), language);
-        EXPECT_EQ(settings(), german);
+        EXPECT_EQ(settings(), m_german);
         for (QTranslator *catalogue : qApp->findChildren<QTranslator *>()) {
             delete catalogue;
         }
-        EXPECT_EQ(settings(), english);
+        EXPECT_EQ(settings(), m_english);
     }
 }
 
@@ -65,7 +65,7 @@ TEST_F(TranslationsTest, FirstLanguageWithACatalogueWins) {
     writeCatalogue(QStringLiteral("de"), germanCatalogue());
     EXPECT_EQ(install({QStringLiteral("fr-FR"), QStringLiteral("fr"), QStringLiteral("de")}),
               QStringLiteral("de"));
-    EXPECT_EQ(settings(), german);
+    EXPECT_EQ(settings(), m_german);
 }
 
 TEST_F(TranslationsTest, EnglishNeedsNoFile) {
@@ -74,7 +74,7 @@ TEST_F(TranslationsTest, EnglishNeedsNoFile) {
         // Were a file looked for, this would be found.
         writeCatalogue(QString(language).replace(u'-', u'_'), germanCatalogue());
         EXPECT_TRUE(install({language, QStringLiteral("de")}).isNull());
-        EXPECT_EQ(settings(), english) << language.toStdString();
+        EXPECT_EQ(settings(), m_english) << language.toStdString();
     }
     EXPECT_TRUE(install({}).isNull());
     EXPECT_TRUE(qApp->findChildren<QTranslator *>().isEmpty());
@@ -88,11 +88,11 @@ TEST_F(TranslationsTest, MissingOrBrokenCatalogueLeavesEnglish) {
                                     whole.left(whole.size() / 2), QByteArray(4096, '\0')}) {
         writeCatalogue(QStringLiteral("de"), bytes);
         EXPECT_TRUE(install({QStringLiteral("de")}).isNull()) << bytes.size();
-        EXPECT_EQ(settings(), english) << bytes.size();
+        EXPECT_EQ(settings(), m_english) << bytes.size();
     }
     EXPECT_TRUE(qApp->findChildren<QTranslator *>().isEmpty());
-    EXPECT_TRUE(
-        Translations::install(*qApp, {QStringLiteral("de")}, folder.filePath(QStringLiteral("no"))).isNull());
+    EXPECT_TRUE(Translations::install(*qApp, {QStringLiteral("de")}, m_folder.filePath(QStringLiteral("no")))
+                    .isNull());
 }
 
 } // namespace

@@ -15,9 +15,9 @@ QString text(const char *utf8) {
 
 class LentAddressTest : public testing::Test {
 protected:
-    void script(const QByteArray &body) { services.addResource(text("extractip.sh"), body); }
+    void script(const QByteArray &body) { m_services.addResource(text("extractip.sh"), body); }
 
-    fakes::TestPlatform services;
+    fakes::TestPlatform m_services;
 };
 
 TEST_F(LentAddressTest, WholeOutputLineFeedIncluded) {

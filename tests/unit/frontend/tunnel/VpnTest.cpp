@@ -38,28 +38,28 @@ class VpnTest : public testing::Test {
 protected:
     VpnTest() {
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
-        QDir().mkpath(folder);
-        vpn.setDelegate(&delegate);
-        services.platform().notifications->addObserver(text("showIp"), &context,
-                                                       [this](const QVariant &object) {
-                                                           ++shown;
-                                                           EXPECT_FALSE(object.isValid());
-                                                       });
+        QDir().mkpath(m_folder);
+        m_vpn.setDelegate(&m_delegate);
+        m_services.platform().notifications->addObserver(text("showIp"), &m_context,
+                                                         [this](const QVariant &object) {
+                                                             ++m_shown;
+                                                             EXPECT_FALSE(object.isValid());
+                                                         });
     }
 
     ~VpnTest() override { QThreadPool::globalInstance()->waitForDone(); }
 
     void writeConfiguration() {
-        QFile file(folder + text("/qrvp.ovpn"));
+        QFile file(m_folder + text("/qrvp.ovpn"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("client\n");
-        services.preferences().setValues({{text("vpnConfigPath"), file.fileName()},
-                                          {text("vpnUsername"), text("u1")},
-                                          {text("vpnPassword"), text("p1")}});
+        m_services.preferences().setValues({{text("vpnConfigPath"), file.fileName()},
+                                            {text("vpnUsername"), text("u1")},
+                                            {text("vpnPassword"), text("p1")}});
     }
 
     void writeLog(const QByteArray &bytes) {
-        QFile file(log);
+        QFile file(m_log);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     }
@@ -67,119 +67,119 @@ protected:
     /// Launches and waits for the background task.
     void launch() {
         writeConfiguration();
-        ASSERT_TRUE(vpn.configVpn());
+        ASSERT_TRUE(m_vpn.configVpn());
         QThreadPool::globalInstance()->waitForDone();
     }
 
     [[nodiscard]] bool logged(const char *line) { return logged(text(line)); }
 
-    [[nodiscard]] bool logged(const QString &line) { return services.logSink().lines().contains(line); }
+    [[nodiscard]] bool logged(const QString &line) { return m_services.logSink().lines().contains(line); }
 
     /// The attempt ends like any other that fails, and nothing is launched or watched.
     void expectFailedAttempt() {
-        services.processes().setNames({"openvpn"});
-        EXPECT_FALSE(vpn.configVpn());
+        m_services.processes().setNames({"openvpn"});
+        EXPECT_FALSE(m_vpn.configVpn());
         QThreadPool::globalInstance()->waitForDone();
-        ASSERT_EQ(services.scripting().calls().size(), 1U);
-        EXPECT_EQ(services.scripting().calls()[0].line, text("sudo -S killall -9 openvpn"));
-        EXPECT_FALSE(vpn.readsLog());
-        EXPECT_EQ(services.delayedCalls().delaysFor(&delegate), std::vector<double>{5.0});
-        EXPECT_TRUE(services.delayedCalls().delaysFor(&vpn).empty());
-        services.delayedCalls().advance(5.0);
-        EXPECT_EQ(delegate.errors, 1);
+        ASSERT_EQ(m_services.scripting().calls().size(), 1U);
+        EXPECT_EQ(m_services.scripting().calls()[0].line, text("sudo -S killall -9 openvpn"));
+        EXPECT_FALSE(m_vpn.readsLog());
+        EXPECT_EQ(m_services.delayedCalls().delaysFor(&m_delegate), std::vector<double>{5.0});
+        EXPECT_TRUE(m_services.delayedCalls().delaysFor(&m_vpn).empty());
+        m_services.delayedCalls().advance(5.0);
+        EXPECT_EQ(m_delegate.errors, 1);
     }
 
-    fakes::TestPlatform services;
-    QString folder = services.home() + text("/Documents/Quorvane");
-    QString log = folder + text("/openvpn.log");
-    QObject context;
-    RecordingDelegate delegate;
-    ProcessInfo processes;
-    Vpn vpn{processes};
-    int shown = 0;
+    fakes::TestPlatform m_services;
+    QString m_folder = m_services.home() + text("/Documents/Quorvane");
+    QString m_log = m_folder + text("/openvpn.log");
+    QObject m_context;
+    RecordingDelegate m_delegate;
+    ProcessInfo m_processes;
+    Vpn m_vpn{m_processes};
+    int m_shown = 0;
 };
 
 TEST_F(VpnTest, LaunchLineByteForByte) {
     launch();
-    const auto calls = services.scripting().calls();
+    const auto calls = m_services.scripting().calls();
     ASSERT_EQ(calls.size(), 1U);
     EXPECT_EQ(calls[0].kind, FakeScriptingService::Kind::Administrator);
     EXPECT_EQ(calls[0].line, text("'%1/openvpn' --config '%2/qrvp.ovpn'  --auth-user-pass '%2/.vpnCreds.txt' "
                                   "--log-append '%2/openvpn.log' &")
-                                 .arg(services.platform().bundle->resourcesPath(), folder));
+                                 .arg(m_services.platform().bundle->resourcesPath(), m_folder));
     EXPECT_TRUE(logged("> 1"));
 }
 
 TEST_F(VpnTest, ApostropheInAPathFailsTheAttempt) {
     writeConfiguration();
-    const QString odd = folder + text("/x' ; touch y; '.ovpn");
-    ASSERT_TRUE(QFile::rename(folder + text("/qrvp.ovpn"), odd));
-    services.preferences().setValue(text("vpnConfigPath"), odd);
+    const QString odd = m_folder + text("/x' ; touch y; '.ovpn");
+    ASSERT_TRUE(QFile::rename(m_folder + text("/qrvp.ovpn"), odd));
+    m_services.preferences().setValue(text("vpnConfigPath"), odd);
     expectFailedAttempt();
     EXPECT_TRUE(logged(text("not started: there is an apostrophe in ") + odd));
 }
 
 TEST_F(VpnTest, OtherSignsInAPathAreTakenAsTheyAre) {
     writeConfiguration();
-    const QString odd = folder + text("/a \"b\" $HOME `id` \\ * \xC3\xBC.ovpn");
-    ASSERT_TRUE(QFile::rename(folder + text("/qrvp.ovpn"), odd));
-    services.preferences().setValue(text("vpnConfigPath"), odd);
-    ASSERT_TRUE(vpn.configVpn());
+    const QString odd = m_folder + text("/a \"b\" $HOME `id` \\ * \xC3\xBC.ovpn");
+    ASSERT_TRUE(QFile::rename(m_folder + text("/qrvp.ovpn"), odd));
+    m_services.preferences().setValue(text("vpnConfigPath"), odd);
+    ASSERT_TRUE(m_vpn.configVpn());
     QThreadPool::globalInstance()->waitForDone();
-    EXPECT_TRUE(services.scripting().calls()[0].line.contains(text(" --config '") + odd + text("' ")));
+    EXPECT_TRUE(m_services.scripting().calls()[0].line.contains(text(" --config '") + odd + text("' ")));
 }
 
 TEST_F(VpnTest, LaunchResultIsLoggedEvenWithDiagnosticsOff) {
-    services.preferences().setValue(text("showLogs"), 1);
-    services.scripting().queueAnswer(FakeScriptingService::failure(1, text("no")));
+    m_services.preferences().setValue(text("showLogs"), 1);
+    m_services.scripting().queueAnswer(FakeScriptingService::failure(1, text("no")));
     launch();
-    EXPECT_EQ(services.logSink().lines(), QStringList{text("> 0")});
+    EXPECT_EQ(m_services.logSink().lines(), QStringList{text("> 0")});
 }
 
 TEST_F(VpnTest, CredentialsFileIsPrivateAndStaysAfterTheLaunch) {
     launch();
-    EXPECT_EQ(contentsOf(folder + text("/.vpnCreds.txt")), QByteArray("u1\np1"));
-    EXPECT_EQ(QFile::permissions(folder + text("/.vpnCreds.txt")) &
+    EXPECT_EQ(contentsOf(m_folder + text("/.vpnCreds.txt")), QByteArray("u1\np1"));
+    EXPECT_EQ(QFile::permissions(m_folder + text("/.vpnCreds.txt")) &
                   (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther),
               QFileDevice::Permissions());
 }
 
 TEST_F(VpnTest, AbsentCredentialsAreWrittenAsNull) {
-    EXPECT_FALSE(vpn.configVpn());
-    EXPECT_EQ(contentsOf(folder + text("/.vpnCreds.txt")), QByteArray("(null)\n(null)"));
+    EXPECT_FALSE(m_vpn.configVpn());
+    EXPECT_EQ(contentsOf(m_folder + text("/.vpnCreds.txt")), QByteArray("(null)\n(null)"));
 }
 
 TEST_F(VpnTest, NoConfigurationLeavesTheLogAndStartsNothing) {
     writeLog("old");
-    services.preferences().setValue(text("vpnConfigPath"), text("/no/such/file"));
-    EXPECT_FALSE(vpn.lacksConfiguration());
-    EXPECT_FALSE(vpn.configVpn());
-    EXPECT_TRUE(vpn.lacksConfiguration());
+    m_services.preferences().setValue(text("vpnConfigPath"), text("/no/such/file"));
+    EXPECT_FALSE(m_vpn.lacksConfiguration());
+    EXPECT_FALSE(m_vpn.configVpn());
+    EXPECT_TRUE(m_vpn.lacksConfiguration());
     EXPECT_TRUE(logged("no config file"));
-    EXPECT_EQ(contentsOf(log), QByteArray("old"));
-    EXPECT_TRUE(services.scripting().calls().empty());
-    EXPECT_TRUE(services.delayedCalls().pending().empty());
-    EXPECT_FALSE(vpn.readsLog());
+    EXPECT_EQ(contentsOf(m_log), QByteArray("old"));
+    EXPECT_TRUE(m_services.scripting().calls().empty());
+    EXPECT_TRUE(m_services.delayedCalls().pending().empty());
+    EXPECT_FALSE(m_vpn.readsLog());
 }
 
 TEST_F(VpnTest, FolderIsMadeWhenMissing) {
-    ASSERT_TRUE(QDir(folder).removeRecursively());
-    EXPECT_FALSE(vpn.configVpn());
-    EXPECT_TRUE(QFile::exists(folder + text("/.vpnCreds.txt")));
+    ASSERT_TRUE(QDir(m_folder).removeRecursively());
+    EXPECT_FALSE(m_vpn.configVpn());
+    EXPECT_TRUE(QFile::exists(m_folder + text("/.vpnCreds.txt")));
 }
 
 TEST_F(VpnTest, CredentialsThatCannotBeWrittenFailTheAttempt) {
     writeConfiguration();
     writeLog("old");
-    ASSERT_TRUE(QDir(folder).mkpath(text(".vpnCreds.txt/in the way")));
+    ASSERT_TRUE(QDir(m_folder).mkpath(text(".vpnCreds.txt/in the way")));
     expectFailedAttempt();
-    EXPECT_TRUE(logged(text("no room for the files of a session in %1").arg(folder)));
-    EXPECT_EQ(contentsOf(log), QByteArray("old"));
+    EXPECT_TRUE(logged(text("no room for the files of a session in %1").arg(m_folder)));
+    EXPECT_EQ(contentsOf(m_log), QByteArray("old"));
 }
 
 TEST_F(VpnTest, FolderThatCannotBeMadeFailsTheAttemptEvenWithoutAConfiguration) {
-    ASSERT_TRUE(QDir(folder).removeRecursively());
-    QFile inTheWay(folder);
+    ASSERT_TRUE(QDir(m_folder).removeRecursively());
+    QFile inTheWay(m_folder);
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
     expectFailedAttempt();
     EXPECT_FALSE(logged("no config file"));
@@ -187,181 +187,181 @@ TEST_F(VpnTest, FolderThatCannotBeMadeFailsTheAttemptEvenWithoutAConfiguration) 
 
 TEST_F(VpnTest, LogThatCannotBeEmptiedFailsTheAttempt) {
     writeConfiguration();
-    ASSERT_TRUE(QDir(folder).mkpath(text("openvpn.log/in the way")));
+    ASSERT_TRUE(QDir(m_folder).mkpath(text("openvpn.log/in the way")));
     expectFailedAttempt();
-    EXPECT_TRUE(logged(text("log file %1 cannot be had").arg(log)));
+    EXPECT_TRUE(logged(text("log file %1 cannot be had").arg(m_log)));
 }
 
 TEST_F(VpnTest, LogIsEmptiedAndPolled) {
     writeLog("old AUTH_FAILED\n");
     launch();
-    EXPECT_EQ(contentsOf(log), QByteArray());
-    EXPECT_EQ(services.delayedCalls().delaysFor(&vpn), std::vector<double>{2.0});
+    EXPECT_EQ(contentsOf(m_log), QByteArray());
+    EXPECT_EQ(m_services.delayedCalls().delaysFor(&m_vpn), std::vector<double>{2.0});
     EXPECT_FALSE(logged("stopVpn by AUTH_FAILED"));
     EXPECT_TRUE(logged("configVpn begins"));
 }
 
 TEST_F(VpnTest, MissingOldLogIsMentioned) {
     launch();
-    EXPECT_TRUE(services.logSink().lines().contains(text("log file %1 wasn't removed").arg(log)));
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("log file %1 wasn't removed").arg(m_log)));
 }
 
 TEST_F(VpnTest, KillRunsOnlyWhileSuchAProcessExists) {
-    services.processes().setNames({"init", "openvpnx", "OpenVPN", "openvp"});
-    vpn.stopVpn();
-    EXPECT_TRUE(services.scripting().calls().empty());
-    EXPECT_TRUE(services.logSink().lines().isEmpty());
-    services.processes().setNames({"init", "openvpn"});
-    vpn.stopVpn();
-    ASSERT_EQ(services.scripting().calls().size(), 1U);
-    EXPECT_EQ(services.scripting().calls()[0].line, text("sudo -S killall -9 openvpn"));
+    m_services.processes().setNames({"init", "openvpnx", "OpenVPN", "openvp"});
+    m_vpn.stopVpn();
+    EXPECT_TRUE(m_services.scripting().calls().empty());
+    EXPECT_TRUE(m_services.logSink().lines().isEmpty());
+    m_services.processes().setNames({"init", "openvpn"});
+    m_vpn.stopVpn();
+    ASSERT_EQ(m_services.scripting().calls().size(), 1U);
+    EXPECT_EQ(m_services.scripting().calls()[0].line, text("sudo -S killall -9 openvpn"));
     EXPECT_TRUE(logged("Stopped? > 1"));
 }
 
 TEST_F(VpnTest, FailedKillIsLoggedEvenWithDiagnosticsOff) {
-    services.preferences().setValue(text("showLogs"), 1);
-    services.processes().setNames({"openvpn"});
-    services.scripting().queueAnswer(FakeScriptingService::failure(1, text("no")));
-    vpn.stopVpn();
-    EXPECT_EQ(services.logSink().lines(), QStringList{text("Stopped? > 0")});
+    m_services.preferences().setValue(text("showLogs"), 1);
+    m_services.processes().setNames({"openvpn"});
+    m_services.scripting().queueAnswer(FakeScriptingService::failure(1, text("no")));
+    m_vpn.stopVpn();
+    EXPECT_EQ(m_services.logSink().lines(), QStringList{text("Stopped? > 0")});
 }
 
 TEST_F(VpnTest, FailedProcessSnapshotKillsNothing) {
-    services.processes().setNames({"openvpn"});
-    services.processes().failWith(5);
-    vpn.stopVpn();
-    EXPECT_TRUE(services.scripting().calls().empty());
+    m_services.processes().setNames({"openvpn"});
+    m_services.processes().failWith(5);
+    m_vpn.stopVpn();
+    EXPECT_TRUE(m_services.scripting().calls().empty());
 }
 
 TEST_F(VpnTest, StartKillsBeforeItLaunches) {
     writeConfiguration();
-    services.processes().setNames({"openvpn"});
-    vpn.startVpn();
+    m_services.processes().setNames({"openvpn"});
+    m_vpn.startVpn();
     QThreadPool::globalInstance()->waitForDone();
-    ASSERT_EQ(services.scripting().calls().size(), 2U);
-    EXPECT_EQ(services.scripting().calls()[0].line, text("sudo -S killall -9 openvpn"));
-    EXPECT_TRUE(services.scripting().calls()[1].line.contains(text("--config")));
+    ASSERT_EQ(m_services.scripting().calls().size(), 2U);
+    EXPECT_EQ(m_services.scripting().calls()[0].line, text("sudo -S killall -9 openvpn"));
+    EXPECT_TRUE(m_services.scripting().calls()[1].line.contains(text("--config")));
 }
 
 TEST_F(VpnTest, StopEndsThePolling) {
     launch();
-    vpn.stopVpn();
-    EXPECT_FALSE(vpn.readsLog());
-    EXPECT_TRUE(services.delayedCalls().pending().empty());
+    m_vpn.stopVpn();
+    EXPECT_FALSE(m_vpn.readsLog());
+    EXPECT_TRUE(m_services.delayedCalls().pending().empty());
 }
 
 TEST_F(VpnTest, SuccessIsPostedOnceAndEndsThePolling) {
     launch();
     writeLog("x\nInitialization Sequence Completed\n");
-    services.delayedCalls().advance(2.0);
-    EXPECT_EQ(shown, 1);
-    EXPECT_FALSE(vpn.readsLog());
-    EXPECT_TRUE(services.delayedCalls().pending().empty());
-    EXPECT_EQ(delegate.errors, 0);
+    m_services.delayedCalls().advance(2.0);
+    EXPECT_EQ(m_shown, 1);
+    EXPECT_FALSE(m_vpn.readsLog());
+    EXPECT_TRUE(m_services.delayedCalls().pending().empty());
+    EXPECT_EQ(m_delegate.errors, 0);
 }
 
 TEST_F(VpnTest, PollingGoesOnEveryTwoSecondsUntilSomethingIsSaid) {
     launch();
     for (int i = 0; i < 50; ++i) {
-        services.delayedCalls().advance(2.0);
-        EXPECT_EQ(services.delayedCalls().delaysFor(&vpn), std::vector<double>{2.0});
+        m_services.delayedCalls().advance(2.0);
+        EXPECT_EQ(m_services.delayedCalls().delaysFor(&m_vpn), std::vector<double>{2.0});
     }
-    EXPECT_EQ(shown, 0);
+    EXPECT_EQ(m_shown, 0);
 }
 
 TEST_F(VpnTest, CompletionWithErrorsFailsAfterFiveSeconds) {
     launch();
-    services.logSink().clear();
+    m_services.logSink().clear();
     writeLog("Initialization Sequence Completed with errors\n");
-    services.delayedCalls().advance(2.0);
-    EXPECT_EQ(shown, 0);
-    EXPECT_FALSE(vpn.readsLog());
-    EXPECT_TRUE(services.logSink().lines().isEmpty());
-    EXPECT_EQ(services.delayedCalls().delaysFor(&delegate), std::vector<double>{5.0});
-    services.delayedCalls().advance(5.0);
-    EXPECT_EQ(delegate.errors, 1);
+    m_services.delayedCalls().advance(2.0);
+    EXPECT_EQ(m_shown, 0);
+    EXPECT_FALSE(m_vpn.readsLog());
+    EXPECT_TRUE(m_services.logSink().lines().isEmpty());
+    EXPECT_EQ(m_services.delayedCalls().delaysFor(&m_delegate), std::vector<double>{5.0});
+    m_services.delayedCalls().advance(5.0);
+    EXPECT_EQ(m_delegate.errors, 1);
 }
 
 TEST_F(VpnTest, TwoMarkersStopTwiceAndReportTwice) {
     launch();
-    services.processes().setNames({"openvpn"});
-    services.scripting().clear();
+    m_services.processes().setNames({"openvpn"});
+    m_services.scripting().clear();
     writeLog("a\nAUTH_FAILED\nExiting due to fatal error\n");
-    services.delayedCalls().advance(2.0);
-    EXPECT_EQ(services.scripting().calls().size(), 2U);
-    EXPECT_EQ(services.delayedCalls().delaysFor(&delegate), (std::vector<double>{5.0, 5.0}));
+    m_services.delayedCalls().advance(2.0);
+    EXPECT_EQ(m_services.scripting().calls().size(), 2U);
+    EXPECT_EQ(m_services.delayedCalls().delaysFor(&m_delegate), (std::vector<double>{5.0, 5.0}));
     EXPECT_TRUE(logged("stopVpn by AUTH_FAILED"));
     EXPECT_TRUE(logged("*** auth-user-pass fails. Not found .vpnCreds.txt"));
-    services.delayedCalls().advance(5.0);
-    EXPECT_EQ(delegate.errors, 2);
+    m_services.delayedCalls().advance(5.0);
+    EXPECT_EQ(m_delegate.errors, 2);
 }
 
 TEST_F(VpnTest, StopDoesNotTakeBackAReportedFailure) {
     launch();
     writeLog("a\nAUTH_FAILED\n");
-    services.delayedCalls().advance(2.0);
-    vpn.stopVpn();
-    services.delayedCalls().advance(5.0);
-    EXPECT_EQ(delegate.errors, 1);
+    m_services.delayedCalls().advance(2.0);
+    m_vpn.stopVpn();
+    m_services.delayedCalls().advance(5.0);
+    EXPECT_EQ(m_delegate.errors, 1);
 }
 
 TEST_F(VpnTest, LinkRemoteAsTheLastLineFails) {
     launch();
     writeLog("a\nUDPv4 link remote: 1.2.3.4\n");
-    services.delayedCalls().advance(2.0);
+    m_services.delayedCalls().advance(2.0);
     EXPECT_TRUE(logged("lastLine: UDPv4 link remote: 1.2.3.4"));
     EXPECT_TRUE(logged("stopVpn by link remote"));
-    services.delayedCalls().advance(5.0);
-    EXPECT_EQ(delegate.errors, 1);
+    m_services.delayedCalls().advance(5.0);
+    EXPECT_EQ(m_delegate.errors, 1);
 }
 
 TEST_F(VpnTest, LastLineIsMasked) {
     launch();
     writeLog("a\nhello ada pw\n");
-    services.delayedCalls().advance(2.0);
+    m_services.delayedCalls().advance(2.0);
     EXPECT_TRUE(logged("lastLine: hello ***** *****"));
 }
 
 TEST_F(VpnTest, LogOfOneLineIsNotLogged) {
     launch();
-    services.logSink().clear();
+    m_services.logSink().clear();
     writeLog("only one line");
-    services.delayedCalls().advance(2.0);
-    EXPECT_TRUE(services.logSink().lines().isEmpty());
-    EXPECT_TRUE(vpn.readsLog());
+    m_services.delayedCalls().advance(2.0);
+    EXPECT_TRUE(m_services.logSink().lines().isEmpty());
+    EXPECT_TRUE(m_vpn.readsLog());
 }
 
 TEST_F(VpnTest, MissingOrBinaryLogKeepsPolling) {
     launch();
-    ASSERT_TRUE(QFile::remove(log));
-    services.delayedCalls().advance(2.0);
-    EXPECT_TRUE(vpn.readsLog());
+    ASSERT_TRUE(QFile::remove(m_log));
+    m_services.delayedCalls().advance(2.0);
+    EXPECT_TRUE(m_vpn.readsLog());
     writeLog("\xff\nInitialization Sequence Completed\n");
-    services.delayedCalls().advance(2.0);
-    EXPECT_EQ(shown, 0);
-    EXPECT_EQ(services.delayedCalls().delaysFor(&vpn), std::vector<double>{2.0});
+    m_services.delayedCalls().advance(2.0);
+    EXPECT_EQ(m_shown, 0);
+    EXPECT_EQ(m_services.delayedCalls().delaysFor(&m_vpn), std::vector<double>{2.0});
 }
 
 TEST_F(VpnTest, WithoutADelegateAFailureOnlyStops) {
-    vpn.setDelegate(nullptr);
+    m_vpn.setDelegate(nullptr);
     launch();
     writeLog("a\nAUTH_FAILED\n");
-    services.delayedCalls().advance(2.0);
-    EXPECT_FALSE(vpn.readsLog());
-    EXPECT_TRUE(services.delayedCalls().pending().empty());
+    m_services.delayedCalls().advance(2.0);
+    EXPECT_FALSE(m_vpn.readsLog());
+    EXPECT_TRUE(m_services.delayedCalls().pending().empty());
 }
 
 TEST_F(VpnTest, PipedRunnerPipesThePasswordAndAlwaysResets) {
     QObject session;
     int resets = 0;
     SessionReset::setTarget(&session, [&resets] { ++resets; });
-    const QString out = services.home() + text("/out");
+    const QString out = m_services.home() + text("/out");
     QString output = text("untouched");
     QString error = text("untouched");
     EXPECT_TRUE(
-        vpn.runProcessAsAdministrator(text("cat"), {text(">"), text("'%1'").arg(out)}, output, error));
+        m_vpn.runProcessAsAdministrator(text("cat"), {text(">"), text("'%1'").arg(out)}, output, error));
     EXPECT_EQ(contentsOf(out), QByteArray("pw\n"));
-    EXPECT_TRUE(vpn.runProcessAsAdministrator(text("false"), {}, output, error));
+    EXPECT_TRUE(m_vpn.runProcessAsAdministrator(text("false"), {}, output, error));
     EXPECT_EQ(output, text("untouched"));
     deliverQueued();
     EXPECT_EQ(resets, 2);
@@ -369,11 +369,11 @@ TEST_F(VpnTest, PipedRunnerPipesThePasswordAndAlwaysResets) {
 }
 
 TEST_F(VpnTest, CredentialRemovalIgnoresFailures) {
-    const QString path = folder + text("/x");
-    vpn.removeFileCred(path);
+    const QString path = m_folder + text("/x");
+    m_vpn.removeFileCred(path);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    vpn.removeFileCred(path);
+    m_vpn.removeFileCred(path);
     EXPECT_FALSE(QFile::exists(path));
 }
 

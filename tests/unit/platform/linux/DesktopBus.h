@@ -13,18 +13,18 @@ namespace quorvane::platform {
 class DesktopBus {
 public:
     DesktopBus() {
-        set("HOME", folder.path().toUtf8());
-        set("XDG_RUNTIME_DIR", folder.path().toUtf8());
-        bus.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                                  QStringLiteral("--print-address")});
-        if (bus.waitForStarted() && bus.waitForReadyRead()) {
-            set("DBUS_SESSION_BUS_ADDRESS", bus.readLine().trimmed());
+        set("HOME", m_folder.path().toUtf8());
+        set("XDG_RUNTIME_DIR", m_folder.path().toUtf8());
+        m_bus.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                                    QStringLiteral("--print-address")});
+        if (m_bus.waitForStarted() && m_bus.waitForReadyRead()) {
+            set("DBUS_SESSION_BUS_ADDRESS", m_bus.readLine().trimmed());
         }
     }
 
     ~DesktopBus() {
-        bus.kill();
-        bus.waitForFinished();
+        m_bus.kill();
+        m_bus.waitForFinished();
     }
 
     DesktopBus(const DesktopBus &) = delete;
@@ -37,10 +37,10 @@ public:
         const QString connection = QStringLiteral("wait");
         bool owned = false;
         {
-            QDBusConnection bus =
+            QDBusConnection m_bus =
                 QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), connection);
             for (int i = 0; i < 1000 && !owned; ++i) {
-                owned = bus.interface() != nullptr && bus.interface()->isServiceRegistered(name);
+                owned = m_bus.interface() != nullptr && m_bus.interface()->isServiceRegistered(name);
                 QThread::msleep(owned ? 0 : 10);
             }
         }
@@ -48,13 +48,13 @@ public:
         return owned;
     }
 
-    [[nodiscard]] QString home() const { return folder.path(); }
+    [[nodiscard]] QString home() const { return m_folder.path(); }
 
 private:
     static void set(const char *name, const QByteArray &value) { qputenv(name, value); }
 
-    QTemporaryDir folder;
-    QProcess bus;
+    QTemporaryDir m_folder;
+    QProcess m_bus;
 };
 
 } // namespace quorvane::platform

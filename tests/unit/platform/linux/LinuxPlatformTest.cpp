@@ -28,14 +28,14 @@ namespace {
 class LinuxPlatformTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        before = qgetenv("HOME");
-        qputenv("HOME", home.path().toUtf8());
+        m_before = qgetenv("HOME");
+        qputenv("HOME", m_home.path().toUtf8());
     }
 
-    void TearDown() override { qputenv("HOME", before); }
+    void TearDown() override { qputenv("HOME", m_before); }
 
-    QTemporaryDir home;
-    QByteArray before;
+    QTemporaryDir m_home;
+    QByteArray m_before;
 };
 
 TEST_F(LinuxPlatformTest, HasEveryService) {
@@ -45,13 +45,13 @@ TEST_F(LinuxPlatformTest, HasEveryService) {
                 made->keyStore && made->reachability && made->hardware && made->hotKeys && made->processes &&
                 made->trayHosts && made->urls && made->workspace);
     EXPECT_EQ(made->temporaryFolder, QStringLiteral("/tmp"));
-    EXPECT_EQ(made->account.home, home.path());
+    EXPECT_EQ(made->account.home, m_home.path());
     EXPECT_EQ(made->preferences->filePath(),
-              home.path() + QStringLiteral("/Library/Preferences/com.tallowind.Quorvane.plist"));
+              m_home.path() + QStringLiteral("/Library/Preferences/com.tallowind.Quorvane.plist"));
 }
 
 TEST_F(LinuxPlatformTest, TroubleWithPreferencesGoesToTheLog) {
-    const QString folder = home.path() + QStringLiteral("/Library/Preferences");
+    const QString folder = m_home.path() + QStringLiteral("/Library/Preferences");
     ASSERT_TRUE(QDir().mkpath(folder));
     QFile file(folder + QStringLiteral("/com.tallowind.Quorvane.plist"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));

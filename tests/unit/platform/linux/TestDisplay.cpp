@@ -34,17 +34,17 @@ std::unique_ptr<T, Free> own(T *memory) {
 } // namespace
 
 TestDisplay::TestDisplay() {
-    server.setStandardErrorFile(QProcess::nullDevice());
-    server.start(QStringLiteral("Xvfb"),
-                 {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-terminate"),
-                  QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-screen"),
-                  QStringLiteral("0"), QStringLiteral("320x200x24")});
+    m_server.setStandardErrorFile(QProcess::nullDevice());
+    m_server.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-terminate"),
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-screen"),
+                    QStringLiteral("0"), QStringLiteral("320x200x24")});
     QByteArray number;
-    while (!number.contains('\n') && server.waitForReadyRead()) {
-        number += server.readAllStandardOutput();
+    while (!number.contains('\n') && m_server.waitForReadyRead()) {
+        number += m_server.readAllStandardOutput();
     }
     if (number.contains('\n')) {
-        display = ':' + number.trimmed();
+        m_display = ':' + number.trimmed();
     }
 }
 
@@ -53,13 +53,13 @@ TestDisplay::~TestDisplay() {
 }
 
 void TestDisplay::kill() {
-    server.kill();
-    server.waitForFinished();
+    m_server.kill();
+    m_server.waitForFinished();
 }
 
 bool TestDisplay::setLayout(const QStringList &arguments) const {
     return QProcess::execute(QStringLiteral("setxkbmap"),
-                             QStringList{QStringLiteral("-display"), QString::fromLatin1(display)} +
+                             QStringList{QStringLiteral("-display"), QString::fromLatin1(m_display)} +
                                  arguments) == 0;
 }
 
@@ -67,25 +67,27 @@ void CloseDisplay::operator()(xcb_connection_t *open) const {
     xcb_disconnect(open);
 }
 
-OtherClient::OtherClient(const QByteArray &display) : connection(xcb_connect(display.constData(), nullptr)) {
+OtherClient::OtherClient(const QByteArray &display)
+    : m_connection(xcb_connect(display.constData(), nullptr)) {
     if (!isConnected()) {
         return;
     }
-    root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
-    const auto asked = xcb_xkb_use_extension(connection.get(), XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
-    own(xcb_xkb_use_extension_reply(connection.get(), asked, nullptr));
+    m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection.get())).data->root;
+    const auto asked =
+        xcb_xkb_use_extension(m_connection.get(), XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
+    own(xcb_xkb_use_extension_reply(m_connection.get(), asked, nullptr));
 }
 
 bool OtherClient::isConnected() const {
-    return xcb_connection_has_error(connection.get()) == 0;
+    return xcb_connection_has_error(m_connection.get()) == 0;
 }
 
 void OtherClient::sync() {
-    own(xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()), nullptr));
+    own(xcb_get_input_focus_reply(m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
 }
 
 void OtherClient::fake(quint8 type, quint8 key) {
-    xcb_test_fake_input(connection.get(), type, key, XCB_CURRENT_TIME, root, 0, 0, 0);
+    xcb_test_fake_input(m_connection.get(), type, key, XCB_CURRENT_TIME, m_root, 0, 0, 0);
     sync();
 }
 
@@ -107,19 +109,19 @@ void OtherClient::strike(const QList<quint8> &keys) {
 }
 
 bool OtherClient::grab(quint8 key, int modifiers) {
-    const auto asked = xcb_grab_key_checked(connection.get(), 0, root, static_cast<quint16>(modifiers), key,
-                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    return !own(xcb_request_check(connection.get(), asked)) && isConnected();
+    const auto asked = xcb_grab_key_checked(m_connection.get(), 0, m_root, static_cast<quint16>(modifiers),
+                                            key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    return !own(xcb_request_check(m_connection.get(), asked)) && isConnected();
 }
 
 void OtherClient::ungrab(quint8 key, int modifiers) {
-    xcb_ungrab_key(connection.get(), key, root, static_cast<quint16>(modifiers));
+    xcb_ungrab_key(m_connection.get(), key, m_root, static_cast<quint16>(modifiers));
     sync();
 }
 
 int OtherClient::layoutInUse() {
-    const auto asked = xcb_xkb_get_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD);
-    const auto state = own(xcb_xkb_get_state_reply(connection.get(), asked, nullptr));
+    const auto asked = xcb_xkb_get_state(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD);
+    const auto state = own(xcb_xkb_get_state_reply(m_connection.get(), asked, nullptr));
     return state ? state->group : -1;
 }
 
@@ -140,39 +142,40 @@ bool OtherClient::setModifierKeys(const QList<QList<quint8>> &keysOfModifiers) {
         }
     }
     const QList<quint8> codes(keys.cbegin(), keys.cend());
-    const auto asked = xcb_set_modifier_mapping(connection.get(), width, codes.constData());
-    const auto reply = own(xcb_set_modifier_mapping_reply(connection.get(), asked, nullptr));
+    const auto asked = xcb_set_modifier_mapping(m_connection.get(), width, codes.constData());
+    const auto reply = own(xcb_set_modifier_mapping_reply(m_connection.get(), asked, nullptr));
     return reply && reply->status == XCB_MAPPING_STATUS_SUCCESS;
 }
 
 RepeatWitness::RepeatWitness(const QByteArray &display)
-    : control(xcb_connect(display.constData(), nullptr)), data(xcb_connect(display.constData(), nullptr)) {
-    context = xcb_generate_id(control.get());
+    : m_control(xcb_connect(display.constData(), nullptr)),
+      m_data(xcb_connect(display.constData(), nullptr)) {
+    m_context = xcb_generate_id(m_control.get());
     const xcb_record_client_spec_t everybody = XCB_RECORD_CS_ALL_CLIENTS;
     xcb_record_range_t range{};
     range.device_events = {XCB_KEY_PRESS, XCB_KEY_PRESS};
-    own(xcb_request_check(control.get(), xcb_record_create_context_checked(control.get(), context, 0, 1, 1,
-                                                                           &everybody, &range)));
-    sequence = xcb_record_enable_context(data.get(), context).sequence;
-    xcb_flush(data.get());
+    own(xcb_request_check(m_control.get(), xcb_record_create_context_checked(m_control.get(), m_context, 0, 1,
+                                                                             1, &everybody, &range)));
+    m_sequence = xcb_record_enable_context(m_data.get(), m_context).sequence;
+    xcb_flush(m_data.get());
     // The first answer says that the recording has begun.
-    own(xcb_wait_for_reply(data.get(), sequence, nullptr));
+    own(xcb_wait_for_reply(m_data.get(), m_sequence, nullptr));
 }
 
 RepeatWitness::~RepeatWitness() {
-    own(xcb_request_check(control.get(), xcb_record_disable_context_checked(control.get(), context)));
+    own(xcb_request_check(m_control.get(), xcb_record_disable_context_checked(m_control.get(), m_context)));
 }
 
 int RepeatWitness::pressesOf(quint8 key) {
     void *raw = nullptr;
-    while (xcb_poll_for_reply(data.get(), sequence, &raw, nullptr) == 1 && raw != nullptr) {
+    while (xcb_poll_for_reply(m_data.get(), m_sequence, &raw, nullptr) == 1 && raw != nullptr) {
         const auto reply = own(static_cast<xcb_record_enable_context_reply_t *>(raw));
         const quint8 *const bytes = xcb_record_enable_context_data(reply.get());
         for (int at = 0; at < xcb_record_enable_context_data_length(reply.get()); at += 32) {
-            seen.append(bytes[at + 1]);
+            m_seen.append(bytes[at + 1]);
         }
     }
-    return static_cast<int>(seen.count(key));
+    return static_cast<int>(m_seen.count(key));
 }
 
 } // namespace quorvane::platform

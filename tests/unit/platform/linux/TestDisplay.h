@@ -20,7 +20,7 @@ public:
     TestDisplay &operator=(const TestDisplay &) = delete;
 
     /// Such as ":7"; empty when the server did not start.
-    [[nodiscard]] QByteArray name() const { return display; }
+    [[nodiscard]] QByteArray name() const { return m_display; }
 
     /// Ends the server at once, its clients' connections with it.
     void kill();
@@ -28,8 +28,8 @@ public:
     [[nodiscard]] bool setLayout(const QStringList &arguments) const;
 
 private:
-    QProcess server;
-    QByteArray display;
+    QProcess m_server;
+    QByteArray m_display;
 };
 
 struct CloseDisplay {
@@ -64,8 +64,8 @@ private:
     void sync();
     void fake(quint8 type, quint8 key);
 
-    DisplayConnection connection;
-    quint32 root = 0;
+    DisplayConnection m_connection;
+    quint32 m_root = 0;
 };
 
 /// Counts every press of a key that the server makes, its repeats among them, whoever gets it.
@@ -79,11 +79,11 @@ public:
     [[nodiscard]] int pressesOf(quint8 key);
 
 private:
-    DisplayConnection control;
-    DisplayConnection data;
-    quint32 context = 0;
-    unsigned sequence = 0;
-    QList<quint8> seen;
+    DisplayConnection m_control;
+    DisplayConnection m_data;
+    quint32 m_context = 0;
+    unsigned m_sequence = 0;
+    QList<quint8> m_seen;
 };
 
 } // namespace quorvane::platform

@@ -14,7 +14,7 @@ namespace {
 class LinuxHardwareRegistryTest : public ::testing::Test {
 protected:
     void entry(const QString &path, const QByteArray &text) const {
-        const QString full = folder.filePath(path);
+        const QString full = m_folder.filePath(path);
         ASSERT_TRUE(QDir().mkpath(QFileInfo(full).path()));
         QFile file(full);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -27,23 +27,23 @@ protected:
         entry(QStringLiteral("net/") + name + QStringLiteral("/type"), QByteArray::number(type) + '\n');
     }
 
-    QTemporaryDir folder;
-    platform::LinuxHardwareRegistry registry{folder.filePath(QStringLiteral("dmi")),
-                                             folder.filePath(QStringLiteral("net"))};
+    QTemporaryDir m_folder;
+    platform::LinuxHardwareRegistry m_registry{m_folder.filePath(QStringLiteral("dmi")),
+                                               m_folder.filePath(QStringLiteral("net"))};
 };
 
 TEST_F(LinuxHardwareRegistryTest, NothingThere) {
-    EXPECT_FALSE(registry.platformSerialNumber());
-    EXPECT_FALSE(registry.firstEthernetAddress());
+    EXPECT_FALSE(m_registry.platformSerialNumber());
+    EXPECT_FALSE(m_registry.firstEthernetAddress());
 }
 
 TEST_F(LinuxHardwareRegistryTest, ProductSerialThenBoardSerial) {
     entry(QStringLiteral("dmi/board_serial"), "BOARD 7\n");
-    EXPECT_EQ(registry.platformSerialNumber(), QStringLiteral("BOARD 7"));
+    EXPECT_EQ(m_registry.platformSerialNumber(), QStringLiteral("BOARD 7"));
     entry(QStringLiteral("dmi/product_serial"), "  \n");
-    EXPECT_EQ(registry.platformSerialNumber(), QStringLiteral("BOARD 7"));
+    EXPECT_EQ(m_registry.platformSerialNumber(), QStringLiteral("BOARD 7"));
     entry(QStringLiteral("dmi/product_serial"), " C02 X \n");
-    EXPECT_EQ(registry.platformSerialNumber(), QStringLiteral("C02 X")) << "read anew each time";
+    EXPECT_EQ(m_registry.platformSerialNumber(), QStringLiteral("C02 X")) << "read anew each time";
 }
 
 TEST_F(LinuxHardwareRegistryTest, EthernetOfTheLowestIndex) {
@@ -51,7 +51,7 @@ TEST_F(LinuxHardwareRegistryTest, EthernetOfTheLowestIndex) {
     device(QStringLiteral("eth1"), 4, "02:00:00:00:00:04");
     device(QStringLiteral("wlan0"), 12, "02:00:00:00:00:12");
     device(QStringLiteral("eth0"), 3, "62:27:8e:2c:81:6c");
-    EXPECT_EQ(registry.firstEthernetAddress(), QByteArray::fromHex("62278e2c816c"));
+    EXPECT_EQ(m_registry.firstEthernetAddress(), QByteArray::fromHex("62278e2c816c"));
 }
 
 TEST_F(LinuxHardwareRegistryTest, WhatIsNoCardDoesNotCount) {
@@ -63,9 +63,9 @@ TEST_F(LinuxHardwareRegistryTest, WhatIsNoCardDoesNotCount) {
     device(QStringLiteral("tun0"), 5, "", 65534);
     device(QStringLiteral("zero"), 6, "00:00:00:00:00:00");
     device(QStringLiteral("long"), 7, "02:00:00:00:00:00:00:00");
-    EXPECT_FALSE(registry.firstEthernetAddress());
+    EXPECT_FALSE(m_registry.firstEthernetAddress());
     device(QStringLiteral("eth0"), 8, "02:00:00:00:00:08");
-    EXPECT_EQ(registry.firstEthernetAddress(), QByteArray::fromHex("020000000008"));
+    EXPECT_EQ(m_registry.firstEthernetAddress(), QByteArray::fromHex("020000000008"));
 }
 
 } // namespace

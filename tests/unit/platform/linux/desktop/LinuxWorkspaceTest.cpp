@@ -27,8 +27,8 @@ const QString identifier = QStringLiteral("com.tallowind.Quorvane");
 class LinuxWorkspaceTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(QDir().mkpath(folders.runtime));
-        ASSERT_EQ(chmod(folders.runtime.toUtf8().constData(), 0700), 0);
+        ASSERT_TRUE(QDir().mkpath(m_folders.runtime));
+        ASSERT_EQ(chmod(m_folders.runtime.toUtf8().constData(), 0700), 0);
     }
 
     [[nodiscard]] unsigned modeOf(const QString &path) const {
@@ -41,7 +41,7 @@ protected:
     [[nodiscard]] bool anotherCopyMayRun() const {
         const pid_t child = fork();
         if (child == 0) {
-            LinuxWorkspace other(folders);
+            LinuxWorkspace other(m_folders);
             _exit(other.acquireSingleInstance(identifier) ? 1 : 0);
         }
         int status = 0;
@@ -50,23 +50,23 @@ protected:
     }
 
     [[nodiscard]] QByteArray entry() const {
-        QFile file(folders.configuration + QStringLiteral("/autostart/com.tallowind.Quorvane.desktop"));
+        QFile file(m_folders.configuration + QStringLiteral("/autostart/com.tallowind.Quorvane.desktop"));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    QTemporaryDir folder;
-    const WorkspaceFolders folders{folder.filePath(QStringLiteral("run")),
-                                   folder.filePath(QStringLiteral("config")),
-                                   folder.filePath(QStringLiteral("cache"))};
+    QTemporaryDir m_folder;
+    const WorkspaceFolders m_folders{m_folder.filePath(QStringLiteral("run")),
+                                     m_folder.filePath(QStringLiteral("config")),
+                                     m_folder.filePath(QStringLiteral("cache"))};
 };
 
 TEST_F(LinuxWorkspaceTest, OneCopyAtATime) {
     {
-        LinuxWorkspace workspace(folders);
+        LinuxWorkspace workspace(m_folders);
         EXPECT_TRUE(workspace.acquireSingleInstance(identifier));
         EXPECT_TRUE(workspace.acquireSingleInstance(identifier)) << "it is this copy";
         EXPECT_FALSE(anotherCopyMayRun());
-        EXPECT_EQ(modeOf(folders.runtime + QStringLiteral("/com.tallowind.Quorvane.lock")), 0600U);
+        EXPECT_EQ(modeOf(m_folders.runtime + QStringLiteral("/com.tallowind.Quorvane.lock")), 0600U);
     }
     EXPECT_TRUE(anotherCopyMayRun()) << "the file alone locks nothing";
 }
@@ -76,7 +76,7 @@ TEST_F(LinuxWorkspaceTest, LockEndsWithTheProcessHoweverItEnds) {
     ASSERT_EQ(pipe(ends), 0);
     const pid_t child = fork();
     if (child == 0) {
-        LinuxWorkspace workspace(folders);
+        LinuxWorkspace workspace(m_folders);
         const char held = workspace.acquireSingleInstance(identifier) ? 'y' : 'n';
         if (write(ends[1], &held, 1) == 1) {
             pause();
@@ -97,7 +97,7 @@ TEST_F(LinuxWorkspaceTest, LockEndsWithTheProcessHoweverItEnds) {
 TEST_F(LinuxWorkspaceTest, ChildProcessesDoNotKeepTheLock) {
     QProcess child;
     {
-        LinuxWorkspace workspace(folders);
+        LinuxWorkspace workspace(m_folders);
         ASSERT_TRUE(workspace.acquireSingleInstance(identifier));
         child.start(QStringLiteral("sleep"), {QStringLiteral("60")});
         ASSERT_TRUE(child.waitForStarted());
@@ -108,39 +108,39 @@ TEST_F(LinuxWorkspaceTest, ChildProcessesDoNotKeepTheLock) {
 }
 
 TEST_F(LinuxWorkspaceTest, UnsafeRuntimeFolderGivesWayToAPrivateOne) {
-    ASSERT_EQ(chmod(folders.runtime.toUtf8().constData(), 0777), 0);
-    LinuxWorkspace workspace(folders);
+    ASSERT_EQ(chmod(m_folders.runtime.toUtf8().constData(), 0777), 0);
+    LinuxWorkspace workspace(m_folders);
     EXPECT_TRUE(workspace.acquireSingleInstance(identifier));
-    EXPECT_TRUE(QDir(folders.runtime).isEmpty());
-    EXPECT_EQ(modeOf(folders.cache), 0700U);
+    EXPECT_TRUE(QDir(m_folders.runtime).isEmpty());
+    EXPECT_EQ(modeOf(m_folders.cache), 0700U);
     EXPECT_FALSE(anotherCopyMayRun());
 }
 
 TEST_F(LinuxWorkspaceTest, PlantedLinkIsNotFollowed) {
-    const QString victim = folder.filePath(QStringLiteral("victim"));
-    ASSERT_TRUE(QFile::link(victim, folders.runtime + QStringLiteral("/com.tallowind.Quorvane.lock")));
-    LinuxWorkspace workspace(folders);
+    const QString victim = m_folder.filePath(QStringLiteral("victim"));
+    ASSERT_TRUE(QFile::link(victim, m_folders.runtime + QStringLiteral("/com.tallowind.Quorvane.lock")));
+    LinuxWorkspace workspace(m_folders);
     EXPECT_TRUE(workspace.acquireSingleInstance(identifier));
     EXPECT_FALSE(QFile::exists(victim));
     EXPECT_FALSE(anotherCopyMayRun());
 }
 
 TEST_F(LinuxWorkspaceTest, AutostartEntryStaysAndIsSwitched) {
-    LinuxWorkspace workspace(folders);
+    LinuxWorkspace workspace(m_folders);
     ASSERT_TRUE(workspace.setAutostart(QStringLiteral("/opt/q/bin/quorvane"), true));
     EXPECT_EQ(entry(),
               "[Desktop Entry]\nType=Application\nName=Quorvane\nExec=\"/opt/q/bin/quorvane\" -hide\n"
               "Terminal=false\nX-GNOME-Autostart-enabled=true\nHidden=false\n");
     ASSERT_TRUE(workspace.setAutostart(QStringLiteral("/opt/q/bin/quorvane"), false));
     EXPECT_TRUE(entry().contains("\nX-GNOME-Autostart-enabled=false\nHidden=true\n"));
-    EXPECT_EQ(QDir(folders.configuration + QStringLiteral("/autostart"))
+    EXPECT_EQ(QDir(m_folders.configuration + QStringLiteral("/autostart"))
                   .entryList(QDir::Files | QDir::Hidden)
                   .size(),
               1);
 }
 
 TEST_F(LinuxWorkspaceTest, AutostartProgramIsQuoted) {
-    LinuxWorkspace workspace(folders);
+    LinuxWorkspace workspace(m_folders);
     ASSERT_TRUE(workspace.setAutostart(QStringLiteral("/a b/%x/$y/`z`/\"q\"/back\\s"), true));
     EXPECT_TRUE(
         entry().contains("\nExec=\"/a b/%%x/\\\\$y/\\\\`z\\\\`/\\\\\"q\\\\\"/back\\\\\\\\s\" -hide\n"))
@@ -150,13 +150,13 @@ TEST_F(LinuxWorkspaceTest, AutostartProgramIsQuoted) {
 }
 
 TEST_F(LinuxWorkspaceTest, AutostartFailureIsTold) {
-    QFile inTheWay(folders.configuration);
+    QFile inTheWay(m_folders.configuration);
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
-    EXPECT_FALSE(LinuxWorkspace(folders).setAutostart(QStringLiteral("/x"), true));
+    EXPECT_FALSE(LinuxWorkspace(m_folders).setAutostart(QStringLiteral("/x"), true));
 }
 
 TEST_F(LinuxWorkspaceTest, OnlyWebAddressesAreOpened) {
-    LinuxWorkspace workspace(folders);
+    LinuxWorkspace workspace(m_folders);
     for (const char *url : {"", "file:///etc/passwd", "javascript:alert(1)", "not a url", "https://a b/"}) {
         EXPECT_FALSE(workspace.openUrl(QString::fromLatin1(url))) << url;
     }
@@ -198,7 +198,7 @@ TEST_F(LinuxWorkspaceTest, NotificationsGoToTheDesktop) {
     ASSERT_TRUE(
         service.registerVirtualObject(QStringLiteral("/org/freedesktop/Notifications"), &notifications));
     ASSERT_TRUE(service.registerService(QStringLiteral("org.freedesktop.Notifications")));
-    LinuxWorkspace(folders).notify(QStringLiteral("Title"), QStringLiteral("a <b> & c"));
+    LinuxWorkspace(m_folders).notify(QStringLiteral("Title"), QStringLiteral("a <b> & c"));
     QElapsedTimer clock;
     clock.start();
     while (notifications.asked.isEmpty() && clock.elapsed() < 10000) {
@@ -217,10 +217,10 @@ TEST_F(LinuxWorkspaceTest, NotificationsGoToTheDesktop) {
 TEST_F(LinuxWorkspaceTest, WithoutABusNothingHappens) {
     const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    qputenv("XDG_RUNTIME_DIR", folders.runtime.toUtf8());
+    qputenv("XDG_RUNTIME_DIR", m_folders.runtime.toUtf8());
     QElapsedTimer clock;
     clock.start();
-    LinuxWorkspace(folders).notify(QStringLiteral("Title"), QStringLiteral("text"));
+    LinuxWorkspace(m_folders).notify(QStringLiteral("Title"), QStringLiteral("text"));
     EXPECT_LT(clock.elapsed(), 1000);
     qputenv("DBUS_SESSION_BUS_ADDRESS", before);
 }

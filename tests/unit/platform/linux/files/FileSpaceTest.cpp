@@ -20,15 +20,15 @@ constexpr qint64 room = 64LL * 1024;
 class FileSpaceTest : public ::testing::Test {
 protected:
     void mountDisk(const char *options) {
-        ASSERT_EQ(mount("small", QFile::encodeName(disk).constData(), "tmpfs", 0, options), 0);
-        mounted = true;
+        ASSERT_EQ(mount("small", QFile::encodeName(m_disk).constData(), "tmpfs", 0, options), 0);
+        m_mounted = true;
     }
 
-    void SetUp() override { ASSERT_TRUE(QDir().mkpath(disk)); }
+    void SetUp() override { ASSERT_TRUE(QDir().mkpath(m_disk)); }
 
     void TearDown() override {
-        if (mounted) {
-            EXPECT_EQ(umount2(QFile::encodeName(disk).constData(), MNT_DETACH), 0);
+        if (m_mounted) {
+            EXPECT_EQ(umount2(QFile::encodeName(m_disk).constData(), MNT_DETACH), 0);
         }
     }
 
@@ -40,40 +40,40 @@ protected:
 
     /// Writes until nothing more fits.
     void fill() const {
-        QFile file(disk + QStringLiteral("/ballast"));
+        QFile file(m_disk + QStringLiteral("/ballast"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
         while (file.write(QByteArray(4096, 'x')) > 0) {
         }
     }
 
-    QTemporaryDir folder;
-    const QString disk = folder.filePath(QStringLiteral("disk"));
-    const QString path = disk + QStringLiteral("/log");
-    bool mounted = false;
+    QTemporaryDir m_folder;
+    const QString m_disk = m_folder.filePath(QStringLiteral("disk"));
+    const QString m_path = m_disk + QStringLiteral("/log");
+    bool m_mounted = false;
 };
 
 TEST_F(FileSpaceTest, SizeAndContentsStay) {
-    write(path, "abc");
-    EXPECT_EQ(platform::reserveSpace(path, room), 0);
-    QFile file(path);
+    write(m_path, "abc");
+    EXPECT_EQ(platform::reserveSpace(m_path, room), 0);
+    QFile file(m_path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), QByteArray("abc"));
 }
 
 TEST_F(FileSpaceTest, MissingFileAndFolder) {
-    EXPECT_EQ(platform::reserveSpace(path, room), ENOENT);
-    EXPECT_EQ(platform::checkSpace(disk + QStringLiteral("/none"), room), ENOENT);
+    EXPECT_EQ(platform::reserveSpace(m_path, room), ENOENT);
+    EXPECT_EQ(platform::checkSpace(m_disk + QStringLiteral("/none"), room), ENOENT);
 }
 
 TEST_F(FileSpaceTest, LinkIsNotFollowed) {
-    write(disk + QStringLiteral("/other"), "x");
-    ASSERT_TRUE(QFile::link(disk + QStringLiteral("/other"), path));
-    EXPECT_EQ(platform::reserveSpace(path, room), ELOOP);
+    write(m_disk + QStringLiteral("/other"), "x");
+    ASSERT_TRUE(QFile::link(m_disk + QStringLiteral("/other"), m_path));
+    EXPECT_EQ(platform::reserveSpace(m_path, room), ELOOP);
 }
 
 TEST_F(FileSpaceTest, CheckingLeavesNothing) {
-    EXPECT_EQ(platform::checkSpace(disk, room), 0);
-    EXPECT_TRUE(QDir(disk).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    EXPECT_EQ(platform::checkSpace(m_disk, room), 0);
+    EXPECT_TRUE(QDir(m_disk).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 TEST_F(FileSpaceTest, ReservedSpaceOutlastsAFullDisk) {
@@ -81,11 +81,11 @@ TEST_F(FileSpaceTest, ReservedSpaceOutlastsAFullDisk) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     }
     mountDisk("size=256k,mode=700");
-    write(path, {});
-    ASSERT_EQ(platform::reserveSpace(path, room), 0);
+    write(m_path, {});
+    ASSERT_EQ(platform::reserveSpace(m_path, room), 0);
     fill();
-    EXPECT_NE(platform::checkSpace(disk, room), 0);
-    QFile log(path);
+    EXPECT_NE(platform::checkSpace(m_disk, room), 0);
+    QFile log(m_path);
     ASSERT_TRUE(log.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered));
     EXPECT_EQ(log.write(QByteArray(room, 'l')), room);
     EXPECT_EQ(log.write(QByteArray(room, 'l')), -1) << "no more than was set aside";
@@ -96,10 +96,10 @@ TEST_F(FileSpaceTest, FullDiskIsReported) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     }
     mountDisk("size=64k,mode=700");
-    write(path, "x");
+    write(m_path, "x");
     fill();
-    EXPECT_EQ(platform::reserveSpace(path, room), ENOSPC);
-    EXPECT_EQ(platform::checkSpace(disk, room), ENOSPC);
+    EXPECT_EQ(platform::reserveSpace(m_path, room), ENOSPC);
+    EXPECT_EQ(platform::checkSpace(m_disk, room), ENOSPC);
 }
 
 TEST_F(FileSpaceTest, DiskWithoutSpaceForOneMoreFileIsReported) {
@@ -107,20 +107,20 @@ TEST_F(FileSpaceTest, DiskWithoutSpaceForOneMoreFileIsReported) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     }
     mountDisk("size=1m,nr_inodes=2,mode=700");
-    write(path, "x");
-    EXPECT_EQ(platform::reserveSpace(path, room), 0);
-    EXPECT_EQ(platform::checkSpace(disk, room), ENOSPC);
+    write(m_path, "x");
+    EXPECT_EQ(platform::reserveSpace(m_path, room), 0);
+    EXPECT_EQ(platform::checkSpace(m_disk, room), ENOSPC);
 }
 
 TEST_F(FileSpaceTest, FileSystemThatReservesNothingCountsAsSpacious) {
     if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     }
-    ASSERT_EQ(mount("small", QFile::encodeName(disk).constData(), "ramfs", 0, "mode=700"), 0);
-    mounted = true;
-    write(path, "x");
-    EXPECT_EQ(platform::reserveSpace(path, room), 0);
-    EXPECT_EQ(platform::checkSpace(disk, room), 0);
+    ASSERT_EQ(mount("small", QFile::encodeName(m_disk).constData(), "ramfs", 0, "mode=700"), 0);
+    m_mounted = true;
+    write(m_path, "x");
+    EXPECT_EQ(platform::reserveSpace(m_path, room), 0);
+    EXPECT_EQ(platform::checkSpace(m_disk, room), 0);
 }
 
 TEST_F(FileSpaceTest, ReadOnlyDiskIsReported) {
@@ -128,11 +128,11 @@ TEST_F(FileSpaceTest, ReadOnlyDiskIsReported) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     }
     mountDisk("size=1m,mode=700");
-    write(path, "x");
-    ASSERT_EQ(mount("small", QFile::encodeName(disk).constData(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr),
+    write(m_path, "x");
+    ASSERT_EQ(mount("small", QFile::encodeName(m_disk).constData(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr),
               0);
-    EXPECT_EQ(platform::reserveSpace(path, room), EROFS);
-    EXPECT_EQ(platform::checkSpace(disk, room), EROFS);
+    EXPECT_EQ(platform::reserveSpace(m_path, room), EROFS);
+    EXPECT_EQ(platform::checkSpace(m_disk, room), EROFS);
 }
 
 } // namespace

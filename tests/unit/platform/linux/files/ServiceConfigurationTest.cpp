@@ -14,7 +14,7 @@ using platform::ServiceConfiguration;
 class ServiceConfigurationTest : public ::testing::Test {
 protected:
     QString file(const QString &name, const QByteArray &text) const {
-        QFile target(folder.filePath(name));
+        QFile target(m_folder.filePath(name));
         EXPECT_TRUE(target.open(QIODevice::WriteOnly));
         EXPECT_EQ(target.write(text), text.size());
         return target.fileName();
@@ -24,7 +24,7 @@ protected:
         return ServiceConfiguration::read({file(QStringLiteral("one.conf"), text)});
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir m_folder;
 };
 
 TEST_F(ServiceConfigurationTest, ReadsEveryKey) {
@@ -41,7 +41,8 @@ TEST_F(ServiceConfigurationTest, ReadsEveryKey) {
 TEST_F(ServiceConfigurationTest, LaterFilesOverrideKeyByKey) {
     const QString first = file(QStringLiteral("a"), "api_host = a.test\nweb_host = w.test\n");
     const QString second = file(QStringLiteral("b"), "api_host = b.test\n");
-    const auto read = ServiceConfiguration::read({first, folder.filePath(QStringLiteral("missing")), second});
+    const auto read =
+        ServiceConfiguration::read({first, m_folder.filePath(QStringLiteral("missing")), second});
     EXPECT_EQ(read.apiHost, QStringLiteral("b.test"));
     EXPECT_EQ(read.webHost, QStringLiteral("w.test"));
     EXPECT_TRUE(read.problems.isEmpty());

@@ -36,16 +36,17 @@ public:
     };
 
     explicit FakePortal(const QString &address, bool withShortcuts = true)
-        : hasShortcuts(withShortcuts), name(nextName()), bus(QDBusConnection::connectToBus(address, name)) {
-        bus.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath);
-        started = bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        : hasShortcuts(withShortcuts), m_name(nextName()),
+          m_bus(QDBusConnection::connectToBus(address, m_name)) {
+        m_bus.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath);
+        started = m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
     }
 
     /// Goes off the bus, as a portal that ends.
     ~FakePortal() override {
-        bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
-        bus.unregisterObject(QStringLiteral("/"));
-        QDBusConnection::disconnectFromBus(name);
+        m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        m_bus.unregisterObject(QStringLiteral("/"));
+        QDBusConnection::disconnectFromBus(m_name);
     }
 
     FakePortal(const FakePortal &) = delete;
@@ -78,7 +79,7 @@ public:
             QStringLiteral("/org/freedesktop/portal/desktop"),
             QStringLiteral("org.freedesktop.portal.GlobalShortcuts"), QStringLiteral("Activated"));
         signal << QVariant::fromValue(QDBusObjectPath(path)) << id << qulonglong{1} << QVariantMap();
-        bus.send(signal);
+        m_bus.send(signal);
     }
 
     void sendActivated(const QVariantList &arguments) const {
@@ -86,13 +87,13 @@ public:
             QStringLiteral("/org/freedesktop/portal/desktop"),
             QStringLiteral("org.freedesktop.portal.GlobalShortcuts"), QStringLiteral("Activated"));
         signal.setArguments(arguments);
-        bus.send(signal);
+        m_bus.send(signal);
     }
 
     /// The desktop takes the session away.
     void closeSession() {
-        bus.send(QDBusMessage::createSignal(session, QStringLiteral("org.freedesktop.portal.Session"),
-                                            QStringLiteral("Closed")));
+        m_bus.send(QDBusMessage::createSignal(session, QStringLiteral("org.freedesktop.portal.Session"),
+                                              QStringLiteral("Closed")));
         session.clear();
     }
 
@@ -100,7 +101,7 @@ public:
         QDBusMessage signal = QDBusMessage::createSignal(
             path, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
         signal.setArguments(arguments);
-        bus.send(signal);
+        m_bus.send(signal);
     }
 
     /// Answers the last request to create a session with yes.
@@ -114,7 +115,7 @@ public:
     }
 
     /// The call that met with silence fails after all.
-    void replyLate() const { refuse(unanswered); }
+    void replyLate() const { refuse(m_unanswered); }
 
     [[nodiscard]] int count(const char *method) const {
         return static_cast<int>(calls.count(QString::fromLatin1(method)));
@@ -167,14 +168,15 @@ private:
             return;
         }
         if (hasShortcuts) {
-            bus.send(message.createReply(QVariant::fromValue(QDBusVariant(1U))));
+            m_bus.send(message.createReply(QVariant::fromValue(QDBusVariant(1U))));
         } else {
             refuse(message);
         }
     }
 
     void refuse(const QDBusMessage &message) const {
-        bus.send(message.createErrorReply(QDBusError::UnknownInterface, QStringLiteral("No such interface")));
+        m_bus.send(
+            message.createErrorReply(QDBusError::UnknownInterface, QStringLiteral("No such interface")));
     }
 
     void create(const QDBusMessage &message) {
@@ -219,10 +221,10 @@ private:
 
     void answer(const QDBusMessage &call, Answer how, const QString &path, const QVariantMap &results) {
         if (how == Answer::Silence) {
-            unanswered = call;
+            m_unanswered = call;
             return;
         }
-        bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(path))));
+        m_bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(path))));
         if (how == Answer::Yes) {
             respond(path, {0U, results});
         } else if (how == Answer::No) {
@@ -235,13 +237,13 @@ private:
     void closeAsked(const QDBusMessage &message) {
         closed.append(message.path());
         if (toClose == Answer::Yes && message.isReplyRequired()) {
-            bus.send(message.createReply());
+            m_bus.send(message.createReply());
         }
     }
 
-    const QString name;
-    QDBusConnection bus;
-    QDBusMessage unanswered;
+    const QString m_name;
+    QDBusConnection m_bus;
+    QDBusMessage m_unanswered;
 };
 
 struct BoundShortcut {

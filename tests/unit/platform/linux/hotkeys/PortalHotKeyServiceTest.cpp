@@ -34,35 +34,35 @@ class PortalHotKeyServiceTest : public ::testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(DesktopBus::isUp());
-        portal = std::make_unique<FakePortal>(address);
-        ASSERT_TRUE(portal->started);
-        service = make();
+        m_portal = std::make_unique<FakePortal>(m_address);
+        ASSERT_TRUE(m_portal->started);
+        m_service = make();
     }
 
     [[nodiscard]] std::unique_ptr<PortalHotKeyService> make(int answerMilliseconds = 30000) {
-        auto made = std::make_unique<PortalHotKeyService>(
-            PortalShortcuts::Settings{address, QStringLiteral("com.tallowind.Quorvane"), answerMilliseconds});
-        made->installEventHandler([this](const HotKeyIdentifier &identifier) { fired += identifier.id; });
+        auto made = std::make_unique<PortalHotKeyService>(PortalShortcuts::Settings{
+            m_address, QStringLiteral("com.tallowind.Quorvane"), answerMilliseconds});
+        made->installEventHandler([this](const HotKeyIdentifier &identifier) { m_fired += identifier.id; });
         made->installRefusalHandler([this](HotKeyReference reference, HotKeyError error) {
-            refused.append({reference, error});
+            m_refused.append({reference, error});
         });
         return made;
     }
 
     HotKeyReference hold(quint32 keyCode, quint32 modifiers, quint32 id) {
-        const auto answer = service->registerHotKey(keyCode, modifiers, {0, id});
+        const auto answer = m_service->registerHotKey(keyCode, modifiers, {0, id});
         EXPECT_EQ(answer.error, HotKeyError::None);
         return answer.reference;
     }
 
     [[nodiscard]] bool waitForBinding(int number = 1) {
-        return spinUntil([&] { return portal->count("BindShortcuts") == number; });
+        return spinUntil([&] { return m_portal->count("BindShortcuts") == number; });
     }
 
     /// Held keys of two actions, bound and known to fire.
     void holdTwo() {
-        hide = hold(codeOf1, HotKeyService::command, 1);
-        stop = hold(codeOf2, HotKeyService::command, 3);
+        m_hide = hold(codeOf1, HotKeyService::command, 1);
+        m_stop = hold(codeOf2, HotKeyService::command, 3);
         ASSERT_TRUE(waitForBinding());
         ASSERT_TRUE(fires(idOfHide, 1));
     }
@@ -70,212 +70,214 @@ protected:
     /// Whether an activation reaches the handler, and nothing else has; the order on the bus tells it for
     /// whatever was sent before.
     [[nodiscard]] bool fires(const QString &id, quint32 action) {
-        fired.clear();
-        portal->activate(id);
-        return spinUntil([&] { return !fired.isEmpty(); }) && fired == QList<quint32>{action};
+        m_fired.clear();
+        m_portal->activate(id);
+        return spinUntil([&] { return !m_fired.isEmpty(); }) && m_fired == QList<quint32>{action};
     }
 
     [[nodiscard]] bool waitForRefusals(const QList<Refusal> &expected) {
-        return spinUntil([&] { return refused.size() >= expected.size(); }) && refused == expected;
+        return spinUntil([&] { return m_refused.size() >= expected.size(); }) && m_refused == expected;
     }
 
-    DesktopBus desktop;
-    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    std::unique_ptr<FakePortal> portal;
-    std::unique_ptr<PortalHotKeyService> service;
-    QList<quint32> fired;
-    QList<Refusal> refused;
-    HotKeyReference hide = 0;
-    HotKeyReference stop = 0;
+    DesktopBus m_desktop;
+    const QString m_address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    std::unique_ptr<FakePortal> m_portal;
+    std::unique_ptr<PortalHotKeyService> m_service;
+    QList<quint32> m_fired;
+    QList<Refusal> m_refused;
+    HotKeyReference m_hide = 0;
+    HotKeyReference m_stop = 0;
 };
 
 TEST_F(PortalHotKeyServiceTest, OneDialogForRegistrationsCloseTogether) {
-    service->setDescription(1, QStringLiteral("Hide IP"));
-    EXPECT_TRUE(service->isAvailable());
+    m_service->setDescription(1, QStringLiteral("Hide IP"));
+    EXPECT_TRUE(m_service->isAvailable());
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOfF1, HotKeyService::control, 2);
     hold(codeOfUp, HotKeyService::command, 3);
     hold(0, HotKeyService::shift, 4);
     hold(codeOf2, HotKeyService::command + HotKeyService::shift + HotKeyService::control, 5);
-    EXPECT_TRUE(portal->calls.isEmpty()) << "nothing happens within the call";
+    EXPECT_TRUE(m_portal->calls.isEmpty()) << "nothing happens within the call";
     ASSERT_TRUE(waitForBinding());
     QStringList triggers;
-    for (const FakePortal::Shortcut &shortcut : std::as_const(portal->shortcuts)) {
+    for (const FakePortal::Shortcut &shortcut : std::as_const(m_portal->shortcuts)) {
         triggers.append(shortcut.trigger);
     }
     EXPECT_EQ(triggers,
               QStringList({QStringLiteral("LOGO+1"), QStringLiteral("CTRL+F1"), QStringLiteral("LOGO+Up"),
                            QStringLiteral("SHIFT+a"), QStringLiteral("CTRL+SHIFT+LOGO+2")}));
-    EXPECT_EQ(portal->shortcuts.at(0).description, QStringLiteral("Hide IP"));
-    EXPECT_FALSE(portal->shortcuts.at(1).description.isEmpty());
-    EXPECT_EQ(portal->applicationId, QStringLiteral("com.tallowind.Quorvane"));
+    EXPECT_EQ(m_portal->shortcuts.at(0).description, QStringLiteral("Hide IP"));
+    EXPECT_FALSE(m_portal->shortcuts.at(1).description.isEmpty());
+    EXPECT_EQ(m_portal->applicationId, QStringLiteral("com.tallowind.Quorvane"));
     quint32 action = 0;
-    const QStringList ids = portal->ids();
+    const QStringList ids = m_portal->ids();
     for (const QString &id : ids) {
         EXPECT_TRUE(fires(id, ++action)) << id.toStdString();
     }
-    EXPECT_EQ(portal->count("BindShortcuts"), 1);
-    EXPECT_EQ(portal->count("CreateSession"), 1);
-    EXPECT_TRUE(refused.isEmpty());
+    EXPECT_EQ(m_portal->count("BindShortcuts"), 1);
+    EXPECT_EQ(m_portal->count("CreateSession"), 1);
+    EXPECT_TRUE(m_refused.isEmpty());
 }
 
 TEST_F(PortalHotKeyServiceTest, AsksForNoSessionWhileNothingIsWanted) {
-    ASSERT_TRUE(spinUntil([this] { return portal->count("Get") == 1; }));
+    ASSERT_TRUE(spinUntil([this] { return m_portal->count("Get") == 1; }));
     const HotKeyReference passing = hold(codeOf1, HotKeyService::command, 1);
-    EXPECT_EQ(service->unregisterHotKey(passing), HotKeyError::None);
+    EXPECT_EQ(m_service->unregisterHotKey(passing), HotKeyError::None);
     deliverQueued();
     // A later call on the same connection: nothing of the kind came before it.
-    service = make();
-    ASSERT_TRUE(spinUntil([this] { return portal->count("Get") == 2; }));
-    EXPECT_EQ(portal->count("CreateSession"), 0);
+    m_service = make();
+    ASSERT_TRUE(spinUntil([this] { return m_portal->count("Get") == 2; }));
+    EXPECT_EQ(m_portal->count("CreateSession"), 0);
 }
 
 TEST_F(PortalHotKeyServiceTest, OwnRegistryDecidesFirst) {
     hold(codeOf1, HotKeyService::command, 1);
-    EXPECT_EQ(service->registerHotKey(codeOf1, HotKeyService::command, {0, 2}).error,
+    EXPECT_EQ(m_service->registerHotKey(codeOf1, HotKeyService::command, {0, 2}).error,
               HotKeyError::AlreadyHeld);
-    EXPECT_EQ(service->registerHotKey(1, HotKeyService::command, {}).error, HotKeyError::UnknownKey);
-    EXPECT_EQ(service->unregisterHotKey(77), HotKeyError::UnknownReference);
+    EXPECT_EQ(m_service->registerHotKey(1, HotKeyService::command, {}).error, HotKeyError::UnknownKey);
+    EXPECT_EQ(m_service->unregisterHotKey(77), HotKeyError::UnknownReference);
     ASSERT_TRUE(waitForBinding());
-    EXPECT_EQ(portal->ids(), QStringList(idOfHide));
+    EXPECT_EQ(m_portal->ids(), QStringList(idOfHide));
 }
 
 TEST_F(PortalHotKeyServiceTest, ChangedListMeansANewSessionAfterTheOldOne) {
     holdTwo();
-    const QString before = portal->session;
-    EXPECT_EQ(service->unregisterHotKey(hide), HotKeyError::None);
-    EXPECT_EQ(service->unregisterHotKey(hide), HotKeyError::UnknownReference);
+    const QString before = m_portal->session;
+    EXPECT_EQ(m_service->unregisterHotKey(m_hide), HotKeyError::None);
+    EXPECT_EQ(m_service->unregisterHotKey(m_hide), HotKeyError::UnknownReference);
     hold(codeOfF1, HotKeyService::control, 2);
     ASSERT_TRUE(waitForBinding(2));
-    EXPECT_EQ(portal->closed, QStringList(before));
-    EXPECT_LT(portal->calls.lastIndexOf(QStringLiteral("Close")),
-              portal->calls.lastIndexOf(QStringLiteral("CreateSession")));
-    EXPECT_EQ(portal->ids(), QStringList({QStringLiteral("hotkey-2-4096-122"), idOfStop}));
+    EXPECT_EQ(m_portal->closed, QStringList(before));
+    EXPECT_LT(m_portal->calls.lastIndexOf(QStringLiteral("Close")),
+              m_portal->calls.lastIndexOf(QStringLiteral("CreateSession")));
+    EXPECT_EQ(m_portal->ids(), QStringList({QStringLiteral("hotkey-2-4096-122"), idOfStop}));
     EXPECT_TRUE(fires(idOfStop, 3));
-    portal->activate(idOfHide);
+    m_portal->activate(idOfHide);
     EXPECT_TRUE(fires(QStringLiteral("hotkey-2-4096-122"), 2)) << "the released one stays silent";
 }
 
 TEST_F(PortalHotKeyServiceTest, SameListAgainIsNoChange) {
     holdTwo();
-    service->unregisterHotKey(hide);
+    m_service->unregisterHotKey(m_hide);
     const HotKeyReference again = hold(codeOf1, HotKeyService::command, 1);
-    EXPECT_NE(again, hide);
+    EXPECT_NE(again, m_hide);
     EXPECT_TRUE(fires(idOfHide, 1));
-    EXPECT_EQ(portal->count("BindShortcuts"), 1);
-    EXPECT_TRUE(portal->closed.isEmpty());
+    EXPECT_EQ(m_portal->count("BindShortcuts"), 1);
+    EXPECT_TRUE(m_portal->closed.isEmpty());
 }
 
 TEST_F(PortalHotKeyServiceTest, LastReleaseGivesTheSessionBack) {
     holdTwo();
-    const QString before = portal->session;
-    service->unregisterHotKey(hide);
-    service->unregisterHotKey(stop);
-    ASSERT_TRUE(spinUntil([&] { return portal->closed == QStringList(before); }));
+    const QString before = m_portal->session;
+    m_service->unregisterHotKey(m_hide);
+    m_service->unregisterHotKey(m_stop);
+    ASSERT_TRUE(spinUntil([&] { return m_portal->closed == QStringList(before); }));
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfHide, 1));
 }
 
 TEST_F(PortalHotKeyServiceTest, ChangeWhileTheDialogIsOpenClosesIt) {
-    portal->toBind = Answer::Never;
+    m_portal->toBind = Answer::Never;
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
-    const QString dialog = portal->bindRequest;
-    const QString before = portal->session;
-    portal->toBind = Answer::Yes;
+    const QString dialog = m_portal->bindRequest;
+    const QString before = m_portal->session;
+    m_portal->toBind = Answer::Yes;
     hold(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
-    EXPECT_EQ(portal->closed, QStringList({dialog, before}));
-    EXPECT_EQ(portal->ids(), QStringList({idOfHide, idOfStop}));
+    EXPECT_EQ(m_portal->closed, QStringList({dialog, before}));
+    EXPECT_EQ(m_portal->ids(), QStringList({idOfHide, idOfStop}));
     EXPECT_TRUE(fires(idOfHide, 1));
-    EXPECT_TRUE(refused.isEmpty());
+    EXPECT_TRUE(m_refused.isEmpty());
 }
 
 TEST_F(PortalHotKeyServiceTest, UserWhoSaysNoTakesEverythingBack) {
-    portal->toBind = Answer::No;
-    hide = hold(codeOf1, HotKeyService::command, 1);
-    stop = hold(codeOf2, HotKeyService::command, 3);
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::Declined}, {stop, HotKeyError::Declined}}));
-    EXPECT_EQ(service->unregisterHotKey(hide), HotKeyError::UnknownReference);
-    EXPECT_TRUE(service->isAvailable());
-    portal->toBind = Answer::Yes;
+    m_portal->toBind = Answer::No;
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_stop = hold(codeOf2, HotKeyService::command, 3);
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}, {m_stop, HotKeyError::Declined}}));
+    EXPECT_EQ(m_service->unregisterHotKey(m_hide), HotKeyError::UnknownReference);
+    EXPECT_TRUE(m_service->isAvailable());
+    m_portal->toBind = Answer::Yes;
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfHide, 1));
 }
 
 TEST_F(PortalHotKeyServiceTest, ShortcutsThatAreLeftOutAreTakenBackAlone) {
-    portal->onlyThese = QStringList{idOfStop};
-    hide = hold(codeOf1, HotKeyService::command, 1);
-    stop = hold(codeOf2, HotKeyService::command, 3);
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::Declined}}));
-    portal->activate(idOfHide);
+    m_portal->onlyThese = QStringList{idOfStop};
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_stop = hold(codeOf2, HotKeyService::command, 3);
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
+    m_portal->activate(idOfHide);
     EXPECT_TRUE(fires(idOfStop, 3));
-    EXPECT_EQ(portal->count("BindShortcuts"), 1) << "no second dialog for what is left";
-    EXPECT_EQ(service->unregisterHotKey(stop), HotKeyError::None);
-    EXPECT_TRUE(spinUntil([this] { return !portal->closed.isEmpty(); }));
+    EXPECT_EQ(m_portal->count("BindShortcuts"), 1) << "no second dialog for what is left";
+    EXPECT_EQ(m_service->unregisterHotKey(m_stop), HotKeyError::None);
+    EXPECT_TRUE(spinUntil([this] { return !m_portal->closed.isEmpty(); }));
 }
 
 TEST_F(PortalHotKeyServiceTest, SessionWithoutAnyShortcutIsGivenBack) {
-    portal->onlyThese = QStringList{};
-    hide = hold(codeOf1, HotKeyService::command, 1);
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::Declined}}));
-    EXPECT_TRUE(spinUntil([this] { return portal->closed == QStringList(portal->session); }));
+    m_portal->onlyThese = QStringList{};
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
+    EXPECT_TRUE(spinUntil([this] { return m_portal->closed == QStringList(m_portal->session); }));
 }
 
 TEST_F(PortalHotKeyServiceTest, ReplyToAnEarlierRequestIsNotForTheNextOne) {
-    portal->toBind = Answer::Silence;
+    m_portal->toBind = Answer::Silence;
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
-    portal->toBind = Answer::Never;
+    m_portal->toBind = Answer::Never;
     hold(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
-    portal->replyLate();
-    portal->answerBinding({idOfHide, idOfStop});
+    m_portal->replyLate();
+    m_portal->answerBinding({idOfHide, idOfStop});
     EXPECT_TRUE(fires(idOfStop, 3));
-    EXPECT_TRUE(refused.isEmpty());
+    EXPECT_TRUE(m_refused.isEmpty());
 }
 
 TEST_F(PortalHotKeyServiceTest, RefusedSessionTakesEverythingBack) {
-    portal->toCreate = Answer::No;
-    hide = hold(codeOf1, HotKeyService::command, 1);
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::Declined}}));
-    EXPECT_EQ(portal->count("BindShortcuts"), 0);
+    m_portal->toCreate = Answer::No;
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
+    EXPECT_EQ(m_portal->count("BindShortcuts"), 0);
 }
 
 TEST_F(PortalHotKeyServiceTest, FailedCallsTakeEverythingBack) {
-    portal->toBind = Answer::Error;
-    hide = hold(codeOf1, HotKeyService::command, 1);
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::Declined}}));
-    ASSERT_TRUE(spinUntil([this] { return portal->closed.size() == 1; }));
-    EXPECT_TRUE(service->isAvailable());
-    refused.clear();
-    portal->toCreate = Answer::Error;
-    hide = hold(codeOf1, HotKeyService::command, 1);
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::NotAvailable}}));
-    EXPECT_FALSE(service->isAvailable());
+    m_portal->toBind = Answer::Error;
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
+    ASSERT_TRUE(spinUntil([this] { return m_portal->closed.size() == 1; }));
+    EXPECT_TRUE(m_service->isAvailable());
+    m_refused.clear();
+    m_portal->toCreate = Answer::Error;
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
+    EXPECT_FALSE(m_service->isAvailable());
 }
 
 TEST_F(PortalHotKeyServiceTest, PortalWithoutShortcutsIsNotAvailable) {
-    portal->hasShortcuts = false;
-    hide = hold(codeOf1, HotKeyService::command, 1);
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::NotAvailable}}));
-    EXPECT_FALSE(service->isAvailable());
-    EXPECT_EQ(service->registerHotKey(codeOf1, HotKeyService::command, {}).error, HotKeyError::NotAvailable);
+    m_portal->hasShortcuts = false;
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
+    EXPECT_FALSE(m_service->isAvailable());
+    EXPECT_EQ(m_service->registerHotKey(codeOf1, HotKeyService::command, {}).error,
+              HotKeyError::NotAvailable);
 }
 
 TEST_F(PortalHotKeyServiceTest, ProbeAloneTellsThatThereAreNoShortcuts) {
-    portal->hasShortcuts = false;
-    EXPECT_TRUE(spinUntil([this] { return !service->isAvailable(); }));
+    m_portal->hasShortcuts = false;
+    EXPECT_TRUE(spinUntil([this] { return !m_service->isAvailable(); }));
 }
 
 TEST_F(PortalHotKeyServiceTest, NoPortalAtAllIsNotAvailable) {
-    portal.reset();
-    EXPECT_TRUE(spinUntil([this] { return !service->isAvailable(); }));
-    EXPECT_TRUE(refused.isEmpty());
-    portal = std::make_unique<FakePortal>(address);
-    EXPECT_TRUE(spinUntil([this] { return service->isAvailable(); })) << "a portal that starts later counts";
+    m_portal.reset();
+    EXPECT_TRUE(spinUntil([this] { return !m_service->isAvailable(); }));
+    EXPECT_TRUE(m_refused.isEmpty());
+    m_portal = std::make_unique<FakePortal>(m_address);
+    EXPECT_TRUE(spinUntil([this] { return m_service->isAvailable(); }))
+        << "a portal that starts later counts";
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     EXPECT_TRUE(fires(idOfHide, 1));
@@ -295,64 +297,64 @@ TEST_F(PortalHotKeyServiceTest, NoBusIsNotAvailable) {
 }
 
 TEST_F(PortalHotKeyServiceTest, PortalThatNeverAnswersTheProbeIsNotAvailable) {
-    portal->toProbe = Answer::Never;
-    service = make(50);
-    EXPECT_TRUE(spinUntil([this] { return !service->isAvailable(); }));
+    m_portal->toProbe = Answer::Never;
+    m_service = make(50);
+    EXPECT_TRUE(spinUntil([this] { return !m_service->isAvailable(); }));
 }
 
 TEST_F(PortalHotKeyServiceTest, SessionThatNeverComesIsGivenUp) {
-    portal->toCreate = Answer::Never;
-    service = make(50);
-    hide = hold(codeOf1, HotKeyService::command, 1);
-    EXPECT_EQ(portal->count("CreateSession"), 0) << "nobody waits within the call";
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::NotAvailable}}));
-    EXPECT_FALSE(service->isAvailable());
-    const QString late = portal->session;
-    portal->answerCreation();
-    EXPECT_TRUE(spinUntil([&] { return portal->closed == QStringList(late); }));
-    EXPECT_EQ(portal->count("BindShortcuts"), 0);
-    EXPECT_EQ(refused.size(), 1);
+    m_portal->toCreate = Answer::Never;
+    m_service = make(50);
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    EXPECT_EQ(m_portal->count("CreateSession"), 0) << "nobody waits within the call";
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
+    EXPECT_FALSE(m_service->isAvailable());
+    const QString late = m_portal->session;
+    m_portal->answerCreation();
+    EXPECT_TRUE(spinUntil([&] { return m_portal->closed == QStringList(late); }));
+    EXPECT_EQ(m_portal->count("BindShortcuts"), 0);
+    EXPECT_EQ(m_refused.size(), 1);
 }
 
 TEST_F(PortalHotKeyServiceTest, UserMayTakeTheTimeOfTheWorld) {
-    portal->toBind = Answer::Never;
-    service = make(patience);
+    m_portal->toBind = Answer::Never;
+    m_service = make(patience);
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     QElapsedTimer thinking;
     thinking.start();
     ASSERT_TRUE(spinUntil([&] { return thinking.elapsed() > patience + 200; }));
-    EXPECT_TRUE(service->isAvailable());
-    EXPECT_TRUE(refused.isEmpty());
-    portal->answerBinding({idOfHide});
+    EXPECT_TRUE(m_service->isAvailable());
+    EXPECT_TRUE(m_refused.isEmpty());
+    m_portal->answerBinding({idOfHide});
     EXPECT_TRUE(fires(idOfHide, 1));
 }
 
 TEST_F(PortalHotKeyServiceTest, AnswerAfterTheReleaseChangesNothing) {
-    portal->toBind = Answer::Never;
-    hide = hold(codeOf1, HotKeyService::command, 1);
+    m_portal->toBind = Answer::Never;
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
-    const QString before = portal->session;
-    EXPECT_EQ(service->unregisterHotKey(hide), HotKeyError::None);
-    ASSERT_TRUE(spinUntil([&] { return portal->closed.contains(before); }));
-    portal->answerBinding({idOfHide});
-    portal->activateIn(before, idOfHide);
-    portal->toBind = Answer::Yes;
+    const QString before = m_portal->session;
+    EXPECT_EQ(m_service->unregisterHotKey(m_hide), HotKeyError::None);
+    ASSERT_TRUE(spinUntil([&] { return m_portal->closed.contains(before); }));
+    m_portal->answerBinding({idOfHide});
+    m_portal->activateIn(before, idOfHide);
+    m_portal->toBind = Answer::Yes;
     hold(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfStop, 3));
-    EXPECT_TRUE(refused.isEmpty());
+    EXPECT_TRUE(m_refused.isEmpty());
 }
 
 TEST_F(PortalHotKeyServiceTest, ReleaseWhileTheSessionIsMadeClosesIt) {
-    portal->toCreate = Answer::Never;
-    hide = hold(codeOf1, HotKeyService::command, 1);
-    ASSERT_TRUE(spinUntil([this] { return portal->count("CreateSession") == 1; }));
-    service->unregisterHotKey(hide);
+    m_portal->toCreate = Answer::Never;
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    ASSERT_TRUE(spinUntil([this] { return m_portal->count("CreateSession") == 1; }));
+    m_service->unregisterHotKey(m_hide);
     deliverQueued();
-    portal->answerCreation();
-    EXPECT_TRUE(spinUntil([this] { return portal->closed == QStringList(portal->session); }));
-    EXPECT_EQ(portal->count("BindShortcuts"), 0);
+    m_portal->answerCreation();
+    EXPECT_TRUE(spinUntil([this] { return m_portal->closed == QStringList(m_portal->session); }));
+    EXPECT_EQ(m_portal->count("BindShortcuts"), 0);
 }
 
 TEST_F(PortalHotKeyServiceTest, GarbageIsARefusal) {
@@ -370,41 +372,41 @@ TEST_F(PortalHotKeyServiceTest, GarbageIsARefusal) {
         {0U, QVariantMap{}, 1U},
     };
     for (const QVariantList &garbage : garbages) {
-        portal->garbage = garbage;
-        for (Answer *const step : {&portal->toCreate, &portal->toBind}) {
+        m_portal->garbage = garbage;
+        for (Answer *const step : {&m_portal->toCreate, &m_portal->toBind}) {
             *step = Answer::Garbage;
-            refused.clear();
-            hide = hold(codeOf1, HotKeyService::command, 1);
-            EXPECT_TRUE(waitForRefusals({{hide, HotKeyError::Declined}}));
+            m_refused.clear();
+            m_hide = hold(codeOf1, HotKeyService::command, 1);
+            EXPECT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
             *step = Answer::Yes;
         }
     }
-    refused.clear();
-    const int before = portal->count("BindShortcuts");
+    m_refused.clear();
+    const int before = m_portal->count("BindShortcuts");
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding(before + 1));
     EXPECT_TRUE(fires(idOfHide, 1));
-    EXPECT_TRUE(refused.isEmpty());
+    EXPECT_TRUE(m_refused.isEmpty());
 }
 
 TEST_F(PortalHotKeyServiceTest, StrangeActivationsAreIgnored) {
     holdTwo();
-    portal->activate(QStringLiteral("hotkey-9-256-18"));
-    portal->activate(QString());
-    portal->activateIn(QStringLiteral("/org/freedesktop/portal/desktop/session/other/one"), idOfHide);
-    portal->sendActivated({});
-    portal->sendActivated({idOfHide, portal->session});
-    portal->sendActivated({QVariant::fromValue(QDBusObjectPath(portal->session)), 1U});
+    m_portal->activate(QStringLiteral("hotkey-9-256-18"));
+    m_portal->activate(QString());
+    m_portal->activateIn(QStringLiteral("/org/freedesktop/portal/desktop/session/other/one"), idOfHide);
+    m_portal->sendActivated({});
+    m_portal->sendActivated({idOfHide, m_portal->session});
+    m_portal->sendActivated({QVariant::fromValue(QDBusObjectPath(m_portal->session)), 1U});
     EXPECT_TRUE(fires(idOfStop, 3));
 }
 
 TEST_F(PortalHotKeyServiceTest, OtherProgramsCannotPressOurKeys) {
     holdTwo();
-    auto stranger = QDBusConnection::connectToBus(address, QStringLiteral("stranger"));
+    auto stranger = QDBusConnection::connectToBus(m_address, QStringLiteral("stranger"));
     QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
                                                      QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
                                                      QStringLiteral("Activated"));
-    signal << QVariant::fromValue(QDBusObjectPath(portal->session)) << idOfHide << qulonglong{1}
+    signal << QVariant::fromValue(QDBusObjectPath(m_portal->session)) << idOfHide << qulonglong{1}
            << QVariantMap();
     ASSERT_TRUE(stranger.send(signal));
     // The bus has it before anything that is sent now.
@@ -415,10 +417,10 @@ TEST_F(PortalHotKeyServiceTest, OtherProgramsCannotPressOurKeys) {
 
 TEST_F(PortalHotKeyServiceTest, ClosedSessionTakesEverythingBack) {
     holdTwo();
-    const QString before = portal->session;
-    portal->closeSession();
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::Declined}, {stop, HotKeyError::Declined}}));
-    portal->activateIn(before, idOfHide);
+    const QString before = m_portal->session;
+    m_portal->closeSession();
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}, {m_stop, HotKeyError::Declined}}));
+    m_portal->activateIn(before, idOfHide);
     hold(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfStop, 3));
@@ -426,73 +428,73 @@ TEST_F(PortalHotKeyServiceTest, ClosedSessionTakesEverythingBack) {
 
 TEST_F(PortalHotKeyServiceTest, RestartedPortalIsGivenTheListAgain) {
     holdTwo();
-    portal.reset();
-    portal = std::make_unique<FakePortal>(address);
+    m_portal.reset();
+    m_portal = std::make_unique<FakePortal>(m_address);
     ASSERT_TRUE(waitForBinding());
-    EXPECT_EQ(portal->ids(), QStringList({idOfHide, idOfStop}));
+    EXPECT_EQ(m_portal->ids(), QStringList({idOfHide, idOfStop}));
     EXPECT_TRUE(fires(idOfStop, 3));
-    EXPECT_TRUE(refused.isEmpty());
-    EXPECT_EQ(service->unregisterHotKey(hide), HotKeyError::None);
+    EXPECT_TRUE(m_refused.isEmpty());
+    EXPECT_EQ(m_service->unregisterHotKey(m_hide), HotKeyError::None);
     ASSERT_TRUE(waitForBinding(2));
-    EXPECT_EQ(portal->ids(), QStringList(idOfStop));
+    EXPECT_EQ(m_portal->ids(), QStringList(idOfStop));
 }
 
 TEST_F(PortalHotKeyServiceTest, PortalThatGoesDownOverARequestIsNotAskedAgain) {
-    portal->toBind = Answer::Never;
-    hide = hold(codeOf1, HotKeyService::command, 1);
+    m_portal->toBind = Answer::Never;
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
-    portal.reset();
-    ASSERT_TRUE(waitForRefusals({{hide, HotKeyError::NotAvailable}}));
-    portal = std::make_unique<FakePortal>(address);
-    ASSERT_TRUE(spinUntil([this] { return portal->count("Get") == 1; }));
-    EXPECT_EQ(portal->count("CreateSession"), 0);
+    m_portal.reset();
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
+    m_portal = std::make_unique<FakePortal>(m_address);
+    ASSERT_TRUE(spinUntil([this] { return m_portal->count("Get") == 1; }));
+    EXPECT_EQ(m_portal->count("CreateSession"), 0);
     hold(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding());
     EXPECT_TRUE(fires(idOfStop, 3));
 }
 
 TEST_F(PortalHotKeyServiceTest, PortalThatDoesNotCloseDelaysOnly) {
-    service = make(patience);
-    portal->toClose = Answer::Never;
-    hide = hold(codeOf1, HotKeyService::command, 1);
+    m_service = make(patience);
+    m_portal->toClose = Answer::Never;
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     hold(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
-    EXPECT_EQ(portal->ids(), QStringList({idOfHide, idOfStop}));
+    EXPECT_EQ(m_portal->ids(), QStringList({idOfHide, idOfStop}));
 }
 
 TEST_F(PortalHotKeyServiceTest, HandlersMayCallBack) {
-    portal->toBind = Answer::No;
+    m_portal->toBind = Answer::No;
     HotKeyReference second = 0;
-    service->installRefusalHandler([&](HotKeyReference reference, HotKeyError error) {
-        refused.append({reference, error});
-        portal->toBind = Answer::Yes;
-        service->installRefusalHandler({});
+    m_service->installRefusalHandler([&](HotKeyReference reference, HotKeyError error) {
+        m_refused.append({reference, error});
+        m_portal->toBind = Answer::Yes;
+        m_service->installRefusalHandler({});
         second = hold(codeOf2, HotKeyService::command, 3);
     });
-    service->installEventHandler([&](const HotKeyIdentifier &identifier) {
-        service->unregisterHotKey(second);
-        service->installEventHandler({});
-        fired += identifier.id;
+    m_service->installEventHandler([&](const HotKeyIdentifier &identifier) {
+        m_service->unregisterHotKey(second);
+        m_service->installEventHandler({});
+        m_fired += identifier.id;
     });
-    hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfStop, 3));
-    EXPECT_TRUE(spinUntil([this] { return portal->closed.size() == 2; }));
+    EXPECT_TRUE(spinUntil([this] { return m_portal->closed.size() == 2; }));
 }
 
 TEST_F(PortalHotKeyServiceTest, ServiceMayEndAtAnyTime) {
     for (const Answer answer : {Answer::Never, Answer::Yes}) {
-        portal->toCreate = answer;
-        service = make();
+        m_portal->toCreate = answer;
+        m_service = make();
         hold(codeOf1, HotKeyService::command, 1);
-        const auto before = portal->calls.size();
-        ASSERT_TRUE(spinUntil([&] { return portal->calls.size() >= before + 3; }));
-        service.reset();
+        const auto before = m_portal->calls.size();
+        ASSERT_TRUE(spinUntil([&] { return m_portal->calls.size() >= before + 3; }));
+        m_service.reset();
         deliverQueued();
     }
-    EXPECT_TRUE(fired.isEmpty());
-    EXPECT_TRUE(refused.isEmpty());
+    EXPECT_TRUE(m_fired.isEmpty());
+    EXPECT_TRUE(m_refused.isEmpty());
 }
 
 } // namespace

@@ -53,28 +53,29 @@ const QList<int> lockStates{0, capsLockMask, numLockMask, capsLockMask | numLock
 class X11HotKeyServiceTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(other.isConnected()) << "no X server";
-        service.installEventHandler([this](const HotKeyIdentifier &identifier) { fired += identifier.id; });
-        service.installRefusalHandler([this](HotKeyReference reference, HotKeyError error) {
-            refused.append({reference, error});
+        ASSERT_TRUE(m_other.isConnected()) << "no X server";
+        m_service.installEventHandler(
+            [this](const HotKeyIdentifier &identifier) { m_fired += identifier.id; });
+        m_service.installRefusalHandler([this](HotKeyReference reference, HotKeyError error) {
+            m_refused.append({reference, error});
         });
     }
 
     /// The reference, 0 when it was refused.
     HotKeyReference hold(quint32 keyCode, quint32 modifiers, quint32 id) {
-        return service.registerHotKey(keyCode, modifiers, {0, id}).reference;
+        return m_service.registerHotKey(keyCode, modifiers, {0, id}).reference;
     }
 
     /// Whether exactly these have fired, once the last of them has.
     [[nodiscard]] bool firesOnly(const QList<quint32> &ids) {
-        return spinUntil([&] { return fired.size() >= ids.size(); }) && fired == ids;
+        return spinUntil([&] { return m_fired.size() >= ids.size(); }) && m_fired == ids;
     }
 
-    TestDisplay display;
-    OtherClient other{display.name()};
-    X11HotKeyService service{display.name()};
-    QList<quint32> fired;
-    QList<std::pair<HotKeyReference, HotKeyError>> refused;
+    TestDisplay m_display;
+    OtherClient m_other{m_display.name()};
+    X11HotKeyService m_service{m_display.name()};
+    QList<quint32> m_fired;
+    QList<std::pair<HotKeyReference, HotKeyError>> m_refused;
 };
 
 TEST_F(X11HotKeyServiceTest, EveryKeyFiresWithEachModifier) {
@@ -87,7 +88,7 @@ TEST_F(X11HotKeyServiceTest, EveryKeyFiresWithEachModifier) {
             expected += static_cast<quint32>(expected.size()) + 1;
             ASSERT_NE(hold(position.keyCode, modifier, expected.last()), 0U)
                 << position.keyCode << " with " << modifier;
-            other.strike({modifierKey, position.key});
+            m_other.strike({modifierKey, position.key});
             ASSERT_TRUE(firesOnly(expected)) << position.keyCode << " with " << modifier;
         }
     }
@@ -95,20 +96,20 @@ TEST_F(X11HotKeyServiceTest, EveryKeyFiresWithEachModifier) {
 
 TEST_F(X11HotKeyServiceTest, ModifiersAddUp) {
     hold(codeOf1, HotKeyService::command + HotKeyService::shift + HotKeyService::control, 7);
-    other.strike({superKey, shiftKey, controlKey, key1});
+    m_other.strike({superKey, shiftKey, controlKey, key1});
     EXPECT_TRUE(firesOnly({7}));
 }
 
 TEST_F(X11HotKeyServiceTest, LockKeysDoNotMatter) {
     hold(codeOf1, HotKeyService::command, 1);
-    other.strike({numLockKey});
-    other.strike({superKey, key1});
+    m_other.strike({numLockKey});
+    m_other.strike({superKey, key1});
     EXPECT_TRUE(firesOnly({1}));
-    other.strike({capsLockKey});
-    other.strike({superKey, key1});
+    m_other.strike({capsLockKey});
+    m_other.strike({superKey, key1});
     EXPECT_TRUE(firesOnly({1, 1}));
-    other.strike({numLockKey});
-    other.strike({superKey, key1});
+    m_other.strike({numLockKey});
+    m_other.strike({superKey, key1});
     EXPECT_TRUE(firesOnly({1, 1, 1}));
 }
 
@@ -116,73 +117,73 @@ TEST_F(X11HotKeyServiceTest, OtherModifiersMakeAnotherCombination) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
     for (const quint8 extra : {controlKey, shiftKey, altKey}) {
-        other.strike({extra, superKey, key1});
+        m_other.strike({extra, superKey, key1});
     }
-    other.strike({key1});
-    other.strike({superKey, key2});
+    m_other.strike({key1});
+    m_other.strike({superKey, key2});
     EXPECT_TRUE(firesOnly({2}));
 }
 
 TEST_F(X11HotKeyServiceTest, HeldKeyFiresOnce) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    RepeatWitness witness(display.name());
+    RepeatWitness witness(m_display.name());
     QElapsedTimer held;
     held.start();
-    other.press(superKey);
-    other.press(key1);
+    m_other.press(superKey);
+    m_other.press(key1);
     ASSERT_TRUE(spinUntil([&] { return held.elapsed() >= 2000 && witness.pressesOf(key1) >= 20; }))
         << "the server repeated the key " << witness.pressesOf(key1) << " times";
-    other.release(key1);
-    other.strike({key2});
+    m_other.release(key1);
+    m_other.strike({key2});
     EXPECT_TRUE(firesOnly({1, 2}));
-    other.strike({key1});
+    m_other.strike({key1});
     EXPECT_TRUE(firesOnly({1, 2, 1}));
 }
 
 TEST_F(X11HotKeyServiceTest, SecondKeyWhileTheFirstIsHeldFiresToo) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    other.strike({superKey, key1, key2});
+    m_other.strike({superKey, key1, key2});
     EXPECT_TRUE(firesOnly({1, 2}));
 }
 
 TEST_F(X11HotKeyServiceTest, CombinationOfAnotherClientIsRefused) {
-    OtherClient holder(display.name());
+    OtherClient holder(m_display.name());
     for (const int held : lockStates) {
         ASSERT_TRUE(holder.grab(key1, superMask | held));
-        const HotKeyRegistration answer = service.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
+        const HotKeyRegistration answer = m_service.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
         EXPECT_EQ(answer.error, HotKeyError::TakenElsewhere);
         EXPECT_EQ(answer.reference, 0U);
         for (const int locks : lockStates) {
             if (locks != held) {
-                EXPECT_TRUE(other.grab(key1, superMask | locks)) << locks << " was left taken";
-                other.ungrab(key1, superMask | locks);
+                EXPECT_TRUE(m_other.grab(key1, superMask | locks)) << locks << " was left taken";
+                m_other.ungrab(key1, superMask | locks);
             }
         }
         holder.ungrab(key1, superMask | held);
     }
     EXPECT_NE(hold(codeOf1, HotKeyService::command, 1), 0U);
-    EXPECT_TRUE(service.isAvailable());
+    EXPECT_TRUE(m_service.isAvailable());
 }
 
 TEST_F(X11HotKeyServiceTest, CombinationIsTakenFromEverybodyElse) {
     hold(codeOf1, HotKeyService::command, 1);
     for (const int locks : lockStates) {
-        EXPECT_FALSE(other.grab(key1, superMask | locks));
+        EXPECT_FALSE(m_other.grab(key1, superMask | locks));
     }
 }
 
 TEST_F(X11HotKeyServiceTest, SecondRegistrationIsRefused) {
     ASSERT_NE(hold(codeOf1, HotKeyService::command, 1), 0U);
-    const HotKeyRegistration again = service.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
+    const HotKeyRegistration again = m_service.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
     EXPECT_EQ(again.error, HotKeyError::AlreadyHeld);
     EXPECT_EQ(again.reference, 0U);
-    EXPECT_EQ(service.registerHotKey(codeOf1, HotKeyService::command, {5, 2}).error,
+    EXPECT_EQ(m_service.registerHotKey(codeOf1, HotKeyService::command, {5, 2}).error,
               HotKeyError::AlreadyHeld);
     EXPECT_NE(hold(codeOf1, HotKeyService::control, 3), 0U);
-    other.strike({superKey, key1});
-    other.strike({controlKey, key1});
+    m_other.strike({superKey, key1});
+    m_other.strike({controlKey, key1});
     EXPECT_TRUE(firesOnly({1, 3}));
 }
 
@@ -190,33 +191,35 @@ TEST_F(X11HotKeyServiceTest, ReleaseLeavesTheOthers) {
     const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
     hold(codeOf1, HotKeyService::control, 3);
-    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::None);
-    other.strike({superKey, key1});
-    other.strike({superKey, key2});
-    other.strike({controlKey, key1});
+    EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::None);
+    m_other.strike({superKey, key1});
+    m_other.strike({superKey, key2});
+    m_other.strike({controlKey, key1});
     EXPECT_TRUE(firesOnly({2, 3}));
     for (const int locks : lockStates) {
-        EXPECT_TRUE(other.grab(key1, superMask | locks));
+        EXPECT_TRUE(m_other.grab(key1, superMask | locks));
     }
 }
 
 TEST_F(X11HotKeyServiceTest, ReferencesAreGoodOnce) {
     const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
-    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::None);
-    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::UnknownReference);
-    EXPECT_EQ(service.unregisterHotKey(0), HotKeyError::UnknownReference);
+    EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::None);
+    EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::UnknownReference);
+    EXPECT_EQ(m_service.unregisterHotKey(0), HotKeyError::UnknownReference);
     const HotKeyReference second = hold(codeOf1, HotKeyService::command, 1);
     EXPECT_NE(second, first);
-    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::UnknownReference);
-    other.strike({superKey, key1});
+    EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::UnknownReference);
+    m_other.strike({superKey, key1});
     EXPECT_TRUE(firesOnly({1}));
 }
 
 TEST_F(X11HotKeyServiceTest, UnknownKeysAndModifiersAreRefused) {
-    EXPECT_EQ(service.registerHotKey(1, HotKeyService::command, {}).error, HotKeyError::UnknownKey);
-    EXPECT_EQ(service.registerHotKey(4294967295, HotKeyService::command, {}).error, HotKeyError::UnknownKey);
-    EXPECT_EQ(service.registerHotKey(codeOf1, 2048, {}).error, HotKeyError::UnknownKey);
-    EXPECT_EQ(service.registerHotKey(codeOf1, HotKeyService::command + 1, {}).error, HotKeyError::UnknownKey);
+    EXPECT_EQ(m_service.registerHotKey(1, HotKeyService::command, {}).error, HotKeyError::UnknownKey);
+    EXPECT_EQ(m_service.registerHotKey(4294967295, HotKeyService::command, {}).error,
+              HotKeyError::UnknownKey);
+    EXPECT_EQ(m_service.registerHotKey(codeOf1, 2048, {}).error, HotKeyError::UnknownKey);
+    EXPECT_EQ(m_service.registerHotKey(codeOf1, HotKeyService::command + 1, {}).error,
+              HotKeyError::UnknownKey);
 }
 
 TEST_F(X11HotKeyServiceTest, LayoutDoesNotMatter) {
@@ -225,10 +228,10 @@ TEST_F(X11HotKeyServiceTest, LayoutDoesNotMatter) {
     hold(codeOfF1, HotKeyService::shift, 3);
     QList<quint32> expected;
     for (const char *layout : {"fr", "ru", "us"}) {
-        ASSERT_TRUE(display.setLayout({QString::fromLatin1(layout)}));
-        other.strike({superKey, 38});
-        other.strike({superKey, key1});
-        other.strike({shiftKey, keyF1});
+        ASSERT_TRUE(m_display.setLayout({QString::fromLatin1(layout)}));
+        m_other.strike({superKey, 38});
+        m_other.strike({superKey, key1});
+        m_other.strike({shiftKey, keyF1});
         expected += {1, 2, 3};
         EXPECT_TRUE(firesOnly(expected)) << layout;
     }
@@ -237,129 +240,129 @@ TEST_F(X11HotKeyServiceTest, LayoutDoesNotMatter) {
 TEST_F(X11HotKeyServiceTest, SecondOfTwoLayoutsDoesNotMatter) {
     hold(0, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    ASSERT_TRUE(display.setLayout(
+    ASSERT_TRUE(m_display.setLayout(
         {QStringLiteral("us,ru"), QStringLiteral("-option"), QStringLiteral("grp:menu_toggle")}));
-    other.strike({menuKey});
-    ASSERT_EQ(other.layoutInUse(), 1);
-    other.strike({superKey, 38, key2});
+    m_other.strike({menuKey});
+    ASSERT_EQ(m_other.layoutInUse(), 1);
+    m_other.strike({superKey, 38, key2});
     EXPECT_TRUE(firesOnly({1, 2}));
 }
 
 TEST_F(X11HotKeyServiceTest, MouseButtonThatIsHeldDoesNotMatter) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    other.pressButton(1);
-    other.strike({superKey, key1, key2});
-    other.releaseButton(1);
+    m_other.pressButton(1);
+    m_other.strike({superKey, key1, key2});
+    m_other.releaseButton(1);
     EXPECT_TRUE(firesOnly({1, 2}));
 }
 
 TEST_F(X11HotKeyServiceTest, NumLockMayBecomeAnotherModifier) {
     hold(codeOf1, HotKeyService::command, 1);
     // The usual keys, but Num Lock on Mod3.
-    ASSERT_TRUE(other.setModifierKeys({{50, 62}, {66}, {37, 105}, {64}, {}, {77}, {133, 134}, {92}}));
-    OtherClient probe(display.name());
+    ASSERT_TRUE(m_other.setModifierKeys({{50, 62}, {66}, {37, 105}, {64}, {}, {77}, {133, 134}, {92}}));
+    OtherClient probe(m_display.name());
     EXPECT_TRUE(spinUntil([&] {
         const bool free = probe.grab(key1, superMask | mod3Mask);
         probe.ungrab(key1, superMask | mod3Mask);
         return !free;
     }));
-    other.strike({numLockKey});
-    other.strike({superKey, key1});
+    m_other.strike({numLockKey});
+    m_other.strike({superKey, key1});
     EXPECT_TRUE(firesOnly({1}));
     EXPECT_TRUE(probe.grab(key1, superMask | numLockMask)) << "the old variant was left taken";
-    EXPECT_TRUE(refused.isEmpty());
+    EXPECT_TRUE(m_refused.isEmpty());
 }
 
 TEST_F(X11HotKeyServiceTest, CombinationLostWithTheLockKeysIsTakenBack) {
     const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    ASSERT_TRUE(other.grab(key1, superMask | mod3Mask));
-    ASSERT_TRUE(other.setModifierKeys({{50, 62}, {66}, {37, 105}, {64}, {}, {77}, {133, 134}, {92}}));
-    ASSERT_TRUE(spinUntil([&] { return !refused.isEmpty(); }));
-    EXPECT_EQ(refused.size(), 1);
-    EXPECT_EQ(refused.first(), std::pair(first, HotKeyError::TakenElsewhere));
-    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::UnknownReference);
-    other.strike({superKey, key1});
-    other.strike({superKey, key2});
+    ASSERT_TRUE(m_other.grab(key1, superMask | mod3Mask));
+    ASSERT_TRUE(m_other.setModifierKeys({{50, 62}, {66}, {37, 105}, {64}, {}, {77}, {133, 134}, {92}}));
+    ASSERT_TRUE(spinUntil([&] { return !m_refused.isEmpty(); }));
+    EXPECT_EQ(m_refused.size(), 1);
+    EXPECT_EQ(m_refused.first(), std::pair(first, HotKeyError::TakenElsewhere));
+    EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::UnknownReference);
+    m_other.strike({superKey, key1});
+    m_other.strike({superKey, key2});
     EXPECT_TRUE(firesOnly({2}));
 }
 
 TEST_F(X11HotKeyServiceTest, PressesArriveFromTheEventLoopOnly) {
     hold(codeOf1, HotKeyService::command, 1);
     deliverQueued();
-    other.strike({superKey, key1});
+    m_other.strike({superKey, key1});
     // Its answers come after the press, over the same connection.
     const HotKeyReference second = hold(codeOf2, HotKeyService::command, 2);
-    EXPECT_TRUE(fired.isEmpty());
+    EXPECT_TRUE(m_fired.isEmpty());
     EXPECT_TRUE(firesOnly({1})) << "what came in with the answers is not left lying";
-    other.strike({superKey, key1});
-    EXPECT_EQ(service.unregisterHotKey(second), HotKeyError::None);
-    EXPECT_EQ(fired.size(), 1);
+    m_other.strike({superKey, key1});
+    EXPECT_EQ(m_service.unregisterHotKey(second), HotKeyError::None);
+    EXPECT_EQ(m_fired.size(), 1);
     EXPECT_TRUE(firesOnly({1, 1}));
 }
 
 TEST_F(X11HotKeyServiceTest, HandlerMayRunALoopOfItsOwn) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    service.installEventHandler([this](const HotKeyIdentifier &identifier) {
-        fired += identifier.id;
+    m_service.installEventHandler([this](const HotKeyIdentifier &identifier) {
+        m_fired += identifier.id;
         if (identifier.id == 1) {
-            other.strike({superKey, key2});
-            EXPECT_TRUE(spinUntil([this] { return fired.size() == 2; }));
+            m_other.strike({superKey, key2});
+            EXPECT_TRUE(spinUntil([this] { return m_fired.size() == 2; }));
         }
     });
-    other.strike({superKey, key1});
+    m_other.strike({superKey, key1});
     EXPECT_TRUE(firesOnly({1, 2}));
 }
 
 TEST_F(X11HotKeyServiceTest, HandlerMayReleaseItsOwnKeyAndPutAnotherHandler) {
     const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    service.installEventHandler([this, first](const HotKeyIdentifier &identifier) {
-        EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::None);
-        service.installEventHandler([this](const HotKeyIdentifier &next) { fired += next.id + 100; });
-        fired += identifier.id;
+    m_service.installEventHandler([this, first](const HotKeyIdentifier &identifier) {
+        EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::None);
+        m_service.installEventHandler([this](const HotKeyIdentifier &next) { m_fired += next.id + 100; });
+        m_fired += identifier.id;
     });
-    other.strike({superKey, key1});
+    m_other.strike({superKey, key1});
     ASSERT_TRUE(firesOnly({1}));
-    other.strike({superKey, key1});
-    other.strike({superKey, key2});
+    m_other.strike({superKey, key1});
+    m_other.strike({superKey, key2});
     EXPECT_TRUE(firesOnly({1, 102}));
 }
 
 TEST_F(X11HotKeyServiceTest, WorksWithoutHandlers) {
-    X11HotKeyService silent(display.name());
+    X11HotKeyService silent(m_display.name());
     ASSERT_EQ(silent.registerHotKey(codeOf1, HotKeyService::command, {0, 1}).error, HotKeyError::None);
     hold(codeOf2, HotKeyService::command, 2);
-    other.strike({superKey, key1});
-    other.strike({superKey, key2});
+    m_other.strike({superKey, key1});
+    m_other.strike({superKey, key2});
     EXPECT_TRUE(firesOnly({2}));
 }
 
 TEST_F(X11HotKeyServiceTest, ServiceThatEndsGivesEverythingBack) {
     {
-        X11HotKeyService shortLived(display.name());
+        X11HotKeyService shortLived(m_display.name());
         ASSERT_EQ(shortLived.registerHotKey(codeOf1, HotKeyService::command, {0, 1}).error,
                   HotKeyError::None);
-        ASSERT_FALSE(other.grab(key1, superMask));
+        ASSERT_FALSE(m_other.grab(key1, superMask));
     }
-    EXPECT_TRUE(spinUntil([this] { return other.grab(key1, superMask); }));
+    EXPECT_TRUE(spinUntil([this] { return m_other.grab(key1, superMask); }));
 }
 
 TEST_F(X11HotKeyServiceTest, LostDisplayMakesItUnavailable) {
     const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
-    ASSERT_TRUE(service.isAvailable());
+    ASSERT_TRUE(m_service.isAvailable());
     ::testing::internal::CaptureStderr();
-    display.kill();
-    const bool noticed = spinUntil([this] { return !service.isAvailable(); });
+    m_display.kill();
+    const bool noticed = spinUntil([this] { return !m_service.isAvailable(); });
     const std::string said = ::testing::internal::GetCapturedStderr();
     ASSERT_TRUE(noticed);
     EXPECT_EQ(said, "");
-    EXPECT_EQ(service.registerHotKey(codeOf2, HotKeyService::command, {}).error, HotKeyError::NotAvailable);
-    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::None);
-    EXPECT_EQ(service.unregisterHotKey(first), HotKeyError::UnknownReference);
-    EXPECT_TRUE(fired.isEmpty());
+    EXPECT_EQ(m_service.registerHotKey(codeOf2, HotKeyService::command, {}).error, HotKeyError::NotAvailable);
+    EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::None);
+    EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::UnknownReference);
+    EXPECT_TRUE(m_fired.isEmpty());
     int turns = 0;
     ::testing::internal::CaptureStderr();
     QEventLoop idle;
@@ -373,9 +376,9 @@ TEST_F(X11HotKeyServiceTest, LostDisplayMakesItUnavailable) {
 
 TEST_F(X11HotKeyServiceTest, DisplayLostBetweenTwoCallsIsNoticed) {
     ASSERT_NE(hold(codeOf1, HotKeyService::command, 1), 0U);
-    display.kill();
-    EXPECT_EQ(service.registerHotKey(codeOf2, HotKeyService::command, {}).error, HotKeyError::NotAvailable);
-    EXPECT_TRUE(spinUntil([this] { return !service.isAvailable(); }));
+    m_display.kill();
+    EXPECT_EQ(m_service.registerHotKey(codeOf2, HotKeyService::command, {}).error, HotKeyError::NotAvailable);
+    EXPECT_TRUE(spinUntil([this] { return !m_service.isAvailable(); }));
 }
 
 TEST(X11HotKeyServiceWithoutDisplay, IsNotAvailable) {

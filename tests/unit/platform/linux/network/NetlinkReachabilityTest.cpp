@@ -36,22 +36,22 @@ void ip(const char *words) {
 /// Collects what a target tells on a queue.
 class Watcher {
 public:
-    explicit Watcher(std::unique_ptr<platform::ReachabilityTarget> watched) : target(std::move(watched)) {
-        target->setCallback([this](std::uint32_t flags) {
-            const std::lock_guard lock(mutex);
-            states.push_back(flags);
+    explicit Watcher(std::unique_ptr<platform::ReachabilityTarget> watched) : m_target(std::move(watched)) {
+        m_target->setCallback([this](std::uint32_t flags) {
+            const std::lock_guard lock(m_mutex);
+            m_states.push_back(flags);
         });
-        EXPECT_TRUE(target->setQueue(queue.get()));
+        EXPECT_TRUE(m_target->setQueue(m_queue.get()));
     }
 
-    ~Watcher() { target->setQueue(nullptr); }
+    ~Watcher() { m_target->setQueue(nullptr); }
 
     Watcher(const Watcher &) = delete;
     Watcher &operator=(const Watcher &) = delete;
 
     [[nodiscard]] std::vector<std::uint32_t> seen() const {
-        const std::lock_guard lock(mutex);
-        return states;
+        const std::lock_guard lock(m_mutex);
+        return m_states;
     }
 
     /// Waits until exactly these states were told.
@@ -65,10 +65,10 @@ public:
     }
 
 private:
-    mutable std::mutex mutex;
-    std::vector<std::uint32_t> states;
-    std::unique_ptr<platform::SerialQueue> queue = NetlinkReachability().makeQueue(QStringLiteral("test"));
-    std::unique_ptr<platform::ReachabilityTarget> target;
+    mutable std::mutex m_mutex;
+    std::vector<std::uint32_t> m_states;
+    std::unique_ptr<platform::SerialQueue> m_queue = NetlinkReachability().makeQueue(QStringLiteral("test"));
+    std::unique_ptr<platform::ReachabilityTarget> m_target;
 };
 
 class NetlinkReachabilityTest : public ::testing::Test {
@@ -90,10 +90,10 @@ protected:
     }
 
     [[nodiscard]] std::optional<std::uint32_t> flagsOf(std::uint32_t target) {
-        return reachability.targetWithAddress(target)->flags();
+        return m_reachability.targetWithAddress(target)->flags();
     }
 
-    NetlinkReachability reachability;
+    NetlinkReachability m_reachability;
 };
 
 TEST_F(NetlinkReachabilityTest, FlagsSayHowAnAddressIsReached) {
@@ -134,7 +134,7 @@ TEST_F(NetlinkReachabilityTest, LinkLocalNetworkMustBeOnALink) {
 }
 
 TEST_F(NetlinkReachabilityTest, TellsTheFirstStateAndThenChangesOnly) {
-    const Watcher watcher(reachability.targetWithAddress(far));
+    const Watcher watcher(m_reachability.targetWithAddress(far));
     ASSERT_TRUE(watcher.tells({0}));
     ip("address add 192.0.2.3/24 dev eth0");
     ip("route add default via 192.0.2.1");
@@ -149,14 +149,14 @@ TEST_F(NetlinkReachabilityTest, TellsTheFirstStateAndThenChangesOnly) {
 }
 
 TEST_F(NetlinkReachabilityTest, DefaultRouteIsWatchedToo) {
-    const Watcher watcher(reachability.targetWithAddress(0));
+    const Watcher watcher(m_reachability.targetWithAddress(0));
     ASSERT_TRUE(watcher.tells({0}));
     ip("route add default via 192.0.2.1");
     EXPECT_TRUE(watcher.tells({0, 2}));
 }
 
 TEST_F(NetlinkReachabilityTest, ChangeIsToldAtOnce) {
-    const Watcher watcher(reachability.targetWithAddress(far));
+    const Watcher watcher(m_reachability.targetWithAddress(far));
     ASSERT_TRUE(watcher.tells({0}));
     QElapsedTimer clock;
     clock.start();
@@ -166,8 +166,8 @@ TEST_F(NetlinkReachabilityTest, ChangeIsToldAtOnce) {
 }
 
 TEST_F(NetlinkReachabilityTest, StoppedTargetsTellNothingAndCanStartAgain) {
-    auto target = reachability.targetWithAddress(far);
-    const auto queue = reachability.makeQueue(QStringLiteral("q"));
+    auto target = m_reachability.targetWithAddress(far);
+    const auto queue = m_reachability.makeQueue(QStringLiteral("q"));
     std::atomic<int> calls = 0;
     target->setCallback([&](std::uint32_t) { ++calls; });
     EXPECT_TRUE(target->setQueue(nullptr));
@@ -182,8 +182,8 @@ TEST_F(NetlinkReachabilityTest, StoppedTargetsTellNothingAndCanStartAgain) {
 }
 
 TEST_F(NetlinkReachabilityTest, ACallbackMayEndItsTarget) {
-    auto target = reachability.targetWithAddress(far);
-    const auto queue = reachability.makeQueue(QStringLiteral("q"));
+    auto target = m_reachability.targetWithAddress(far);
+    const auto queue = m_reachability.makeQueue(QStringLiteral("q"));
     std::atomic<bool> ended = false;
     target->setCallback([&](std::uint32_t) {
         target->setQueue(nullptr);
@@ -209,7 +209,7 @@ TEST_F(NetlinkReachabilityTest, NameCountsAsItsAddress) {
     ip("route add default via 192.0.2.1");
     ip("route add unreachable 198.51.100.0/24");
     // Until the name is resolved the default route counts, so a first 2 may come before the 0.
-    const Watcher watcher(reachability.targetWithName(QStringLiteral("far.quorvane.test")));
+    const Watcher watcher(m_reachability.targetWithName(QStringLiteral("far.quorvane.test")));
     QElapsedTimer clock;
     clock.start();
     while ((watcher.seen().empty() || watcher.seen().back() != 0) && clock.elapsed() < 10000) {
@@ -236,9 +236,9 @@ TEST_F(NetlinkReachabilityTest, UnresolvableNameFollowsTheDefaultRouteWithoutBlo
     QElapsedTimer clock;
     clock.start();
     {
-        const auto target = reachability.targetWithName(QStringLiteral("nowhere.quorvane.test"));
+        const auto target = m_reachability.targetWithName(QStringLiteral("nowhere.quorvane.test"));
         EXPECT_EQ(target->flags(), Flag::reachable);
-        const Watcher watcher(reachability.targetWithName(QStringLiteral("nowhere.quorvane.test")));
+        const Watcher watcher(m_reachability.targetWithName(QStringLiteral("nowhere.quorvane.test")));
         EXPECT_TRUE(watcher.tells({2}));
         ip("route delete default");
         EXPECT_TRUE(watcher.tells({2, 0}));

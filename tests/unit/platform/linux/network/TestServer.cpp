@@ -14,36 +14,36 @@ sockaddr *plain(sockaddr_in &address) {
 
 } // namespace
 
-TestServer::TestServer(Answer connectionAnswer) : answer(std::move(connectionAnswer)) {
-    listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+TestServer::TestServer(Answer connectionAnswer) : m_answer(std::move(connectionAnswer)) {
+    m_listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
-    if (bind(listener, plain(address), size) != 0 || listen(listener, 16) != 0 ||
-        getsockname(listener, plain(address), &size) != 0) {
+    if (bind(m_listener, plain(address), size) != 0 || listen(m_listener, 16) != 0 ||
+        getsockname(m_listener, plain(address), &size) != 0) {
         qFatal("the test server cannot listen");
     }
-    number = ntohs(address.sin_port);
-    thread = std::thread([this] { serve(); });
+    m_number = ntohs(address.sin_port);
+    m_thread = std::thread([this] { serve(); });
 }
 
 TestServer::~TestServer() {
-    ending = true;
-    thread.join();
-    for (std::thread &connection : connections) {
+    m_ending = true;
+    m_thread.join();
+    for (std::thread &connection : m_connections) {
         connection.join();
     }
-    close(listener);
+    close(m_listener);
 }
 
 QByteArray TestServer::url(const QByteArray &target) const {
-    return "http://127.0.0.1:" + QByteArray::number(number) + target;
+    return "http://127.0.0.1:" + QByteArray::number(m_number) + target;
 }
 
 QByteArrayList TestServer::requests() const {
-    const std::lock_guard lock(mutex);
-    return received;
+    const std::lock_guard lock(m_mutex);
+    return m_received;
 }
 
 bool TestServer::send(int descriptor, const QByteArray &bytes) {
@@ -69,21 +69,21 @@ TestServer::Answer TestServer::reply(const QByteArray &status, const QByteArray 
 }
 
 void TestServer::serve() {
-    while (!ending) {
-        pollfd waiting{listener, POLLIN, 0};
+    while (!m_ending) {
+        pollfd waiting{m_listener, POLLIN, 0};
         if (poll(&waiting, 1, 20) <= 0) {
             continue;
         }
-        const int descriptor = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+        const int descriptor = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (descriptor >= 0) {
-            connections.emplace_back([this, descriptor] { handle(descriptor); });
+            m_connections.emplace_back([this, descriptor] { handle(descriptor); });
         }
     }
 }
 
 void TestServer::handle(int descriptor) {
     QByteArray head;
-    while (!head.contains("\r\n\r\n") && !ending) {
+    while (!head.contains("\r\n\r\n") && !m_ending) {
         pollfd waiting{descriptor, POLLIN, 0};
         if (poll(&waiting, 1, 20) <= 0) {
             continue;
@@ -97,10 +97,10 @@ void TestServer::handle(int descriptor) {
     }
     if (head.contains("\r\n\r\n")) {
         {
-            const std::lock_guard lock(mutex);
-            received.append(head);
+            const std::lock_guard lock(m_mutex);
+            m_received.append(head);
         }
-        answer(descriptor);
+        m_answer(descriptor);
         shutdown(descriptor, SHUT_WR);
     }
     close(descriptor);

@@ -24,7 +24,7 @@ public:
     TestServer(const TestServer &) = delete;
     TestServer &operator=(const TestServer &) = delete;
 
-    [[nodiscard]] int port() const { return number; }
+    [[nodiscard]] int port() const { return m_number; }
 
     /// "http://127.0.0.1:PORT" and the target.
     [[nodiscard]] QByteArray url(const QByteArray &target = "/") const;
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] QByteArrayList requests() const;
 
     /// True until the server ends; an answer that goes on for long must look at it.
-    [[nodiscard]] bool isRunning() const { return !ending; }
+    [[nodiscard]] bool isRunning() const { return !m_ending; }
 
     /// Sends all bytes; false when the client has gone.
     static bool send(int descriptor, const QByteArray &bytes);
@@ -44,14 +44,14 @@ private:
     void serve();
     void handle(int descriptor);
 
-    Answer answer;
-    int listener = -1;
-    int number = 0;
-    std::atomic<bool> ending = false;
-    mutable std::mutex mutex;
-    QByteArrayList received;
-    std::vector<std::thread> connections;
-    std::thread thread;
+    Answer m_answer;
+    int m_listener = -1;
+    int m_number = 0;
+    std::atomic<bool> m_ending = false;
+    mutable std::mutex m_mutex;
+    QByteArrayList m_received;
+    std::vector<std::thread> m_connections;
+    std::thread m_thread;
 };
 
 } // namespace quorvane::platform

@@ -35,10 +35,10 @@ make wrong DNS:other.test
 TestCertificates::TestCertificates() {
     const platform::ChildOutcome outcome =
         platform::runChild({"/bin/sh",
-                            {"sh", "-c", script, "sh", folder.path().toUtf8()},
+                            {"sh", "-c", script, "sh", m_folder.path().toUtf8()},
                             {QByteArray("PATH=") + platform::systemPath},
                             "/"});
-    made = outcome.startFailure == 0 && outcome.status == 0;
+    m_made = outcome.startFailure == 0 && outcome.status == 0;
 }
 
 TlsServer::TlsServer(const TestCertificates &certificates, const QString &certificate,
@@ -52,17 +52,17 @@ TlsServer::TlsServer(const TestCertificates &certificates, const QString &certif
         qFatal("no key for the test server");
     }
     configuration.setPrivateKey(QSslKey(&key, QSsl::Ec));
-    thread = std::thread([this, configuration, answer] { serve(configuration, answer); });
-    port = listening.get_future().get();
+    m_thread = std::thread([this, configuration, answer] { serve(configuration, answer); });
+    m_port = m_listening.get_future().get();
 }
 
 TlsServer::~TlsServer() {
-    ending.set_value();
-    thread.join();
+    m_ending.set_value();
+    m_thread.join();
 }
 
 QByteArray TlsServer::url() const {
-    return "https://127.0.0.1:" + QByteArray::number(port) + "/";
+    return "https://127.0.0.1:" + QByteArray::number(m_port) + "/";
 }
 
 void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &answer) {
@@ -87,8 +87,8 @@ void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &
     if (!server.listen(QHostAddress::LocalHost)) {
         qFatal("the test server cannot listen");
     }
-    listening.set_value(server.serverPort());
-    const auto end = ending.get_future();
+    m_listening.set_value(server.serverPort());
+    const auto end = m_ending.get_future();
     // Wakes the loop to look for the end.
     QTimer beat;
     beat.start(10);

@@ -16,15 +16,15 @@ class TestCertificates {
 public:
     TestCertificates();
 
-    [[nodiscard]] bool areMade() const { return made; }
+    [[nodiscard]] bool areMade() const { return m_made; }
 
     [[nodiscard]] QString authority() const { return path(QStringLiteral("ca.crt")); }
 
-    [[nodiscard]] QString path(const QString &name) const { return folder.filePath(name); }
+    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
 
 private:
-    QTemporaryDir folder;
-    bool made = false;
+    QTemporaryDir m_folder;
+    bool m_made = false;
 };
 
 /// An HTTPS server on 127.0.0.1 that gives every request the same answer.
@@ -41,10 +41,10 @@ public:
 private:
     void serve(const QSslConfiguration &configuration, const QByteArray &answer);
 
-    std::promise<quint16> listening;
-    std::promise<void> ending;
-    quint16 port = 0;
-    std::thread thread;
+    std::promise<quint16> m_listening;
+    std::promise<void> m_ending;
+    quint16 m_port = 0;
+    std::thread m_thread;
 };
 
 } // namespace quorvane::platform

@@ -34,14 +34,14 @@ class Unprivileged {
 public:
     explicit Unprivileged(const QString &folder) {
         constexpr uid_t nobody = 65534;
-        if (wasRoot) {
+        if (m_wasRoot) {
             EXPECT_EQ(chown(QFile::encodeName(folder).constData(), nobody, nobody), 0);
             EXPECT_EQ(seteuid(nobody), 0);
         }
     }
 
     ~Unprivileged() {
-        if (wasRoot) {
+        if (m_wasRoot) {
             EXPECT_EQ(seteuid(0), 0);
         }
     }
@@ -50,7 +50,7 @@ public:
     Unprivileged &operator=(const Unprivileged &) = delete;
 
 private:
-    const bool wasRoot = geteuid() == 0;
+    const bool m_wasRoot = geteuid() == 0;
 };
 
 class PlistPreferencesTest : public ::testing::Test {
@@ -61,7 +61,9 @@ protected:
         return stat(QFile::encodeName(name).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
     }
 
-    [[nodiscard]] QVariantMap onDisk() const { return PropertyList::readFile(path).value_or(QVariantMap()); }
+    [[nodiscard]] QVariantMap onDisk() const {
+        return PropertyList::readFile(m_path).value_or(QVariantMap());
+    }
 
     static void write(const QString &name, const QByteArray &bytes) {
         QFile file(name);
@@ -75,39 +77,39 @@ protected:
     }
 
     [[nodiscard]] QStringList setAside() const {
-        return QDir(QFileInfo(path).path())
+        return QDir(QFileInfo(m_path).path())
             .entryList({QStringLiteral("*.corrupt-*")}, QDir::Files | QDir::Hidden);
     }
 
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("Library/Preferences/test.plist"));
+    QTemporaryDir m_folder;
+    const QString m_path = m_folder.filePath(QStringLiteral("Library/Preferences/test.plist"));
 };
 
 TEST_F(PlistPreferencesTest, ReadingMakesNothing) {
-    const PlistPreferences store(path);
+    const PlistPreferences store(m_path);
     EXPECT_FALSE(store.value(one).isValid());
-    EXPECT_EQ(store.filePath(), path);
-    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+    EXPECT_EQ(store.filePath(), m_path);
+    EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
 }
 
 TEST_F(PlistPreferencesTest, FirstWriteMakesPrivateFoldersAndFile) {
     const mode_t before = umask(0);
-    PlistPreferences store(path);
+    PlistPreferences store(m_path);
     store.setValue(one, 1);
     umask(before);
-    EXPECT_EQ(modeOf(path), 0600U);
-    EXPECT_EQ(modeOf(path + QStringLiteral(".lock")), 0600U);
-    EXPECT_EQ(modeOf(QFileInfo(path).path()), 0700U);
-    EXPECT_EQ(modeOf(folder.filePath(QStringLiteral("Library"))), 0700U);
+    EXPECT_EQ(modeOf(m_path), 0600U);
+    EXPECT_EQ(modeOf(m_path + QStringLiteral(".lock")), 0600U);
+    EXPECT_EQ(modeOf(QFileInfo(m_path).path()), 0700U);
+    EXPECT_EQ(modeOf(m_folder.filePath(QStringLiteral("Library"))), 0700U);
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}}));
 }
 
 TEST_F(PlistPreferencesTest, OpenFileBecomesPrivateWithTheNextWrite) {
-    PlistPreferences store(path);
+    PlistPreferences store(m_path);
     store.setValue(one, 1);
-    ASSERT_EQ(chmod(path.toUtf8().constData(), 0644), 0);
+    ASSERT_EQ(chmod(m_path.toUtf8().constData(), 0644), 0);
     store.setValue(one, 2);
-    EXPECT_EQ(modeOf(path), 0600U);
+    EXPECT_EQ(modeOf(m_path), 0600U);
 }
 
 TEST_F(PlistPreferencesTest, EveryTypeSurvivesARestart) {
@@ -117,8 +119,8 @@ TEST_F(PlistPreferencesTest, EveryTypeSurvivesARestart) {
                              {QStringLiteral("yes"), true},
                              {QStringLiteral("real"), 0.5},
                              {QStringLiteral("bytes"), QByteArray("\0\x01", 2)}};
-    PlistPreferences(path).setValues(values);
-    const PlistPreferences again(path);
+    PlistPreferences(m_path).setValues(values);
+    const PlistPreferences again(m_path);
     for (auto entry = values.begin(); entry != values.end(); ++entry) {
         EXPECT_EQ(again.value(entry.key()), *entry);
         EXPECT_EQ(again.value(entry.key()).typeId(), entry->typeId());
@@ -126,7 +128,7 @@ TEST_F(PlistPreferencesTest, EveryTypeSurvivesARestart) {
 }
 
 TEST_F(PlistPreferencesTest, RemovingAKey) {
-    PlistPreferences store(path);
+    PlistPreferences store(m_path);
     store.setValues({{one, 1}, {two, 2}});
     store.remove(one);
     EXPECT_FALSE(store.value(one).isValid());
@@ -134,14 +136,14 @@ TEST_F(PlistPreferencesTest, RemovingAKey) {
 }
 
 TEST_F(PlistPreferencesTest, WhatCannotBeStoredIsNotKeptEither) {
-    PlistPreferences store(path);
+    PlistPreferences store(m_path);
     store.setValue(one, QPointF(1, 2));
     EXPECT_FALSE(store.value(one).isValid());
 }
 
 TEST_F(PlistPreferencesTest, TwoStoresMergeByKey) {
-    PlistPreferences first(path);
-    PlistPreferences second(path);
+    PlistPreferences first(m_path);
+    PlistPreferences second(m_path);
     first.setValue(one, 1);
     second.setValue(two, 2);
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, qint64{2}}}));
@@ -155,46 +157,46 @@ TEST_F(PlistPreferencesTest, TwoStoresMergeByKey) {
 }
 
 TEST_F(PlistPreferencesTest, UnchangedValuesDoNotRewriteTheFile) {
-    PlistPreferences store(path);
+    PlistPreferences store(m_path);
     store.setValue(one, 1);
 
     struct stat before {};
 
-    ASSERT_EQ(stat(path.toUtf8().constData(), &before), 0);
+    ASSERT_EQ(stat(m_path.toUtf8().constData(), &before), 0);
     store.setValue(one, 1);
 
     struct stat after {};
 
-    ASSERT_EQ(stat(path.toUtf8().constData(), &after), 0);
+    ASSERT_EQ(stat(m_path.toUtf8().constData(), &after), 0);
     EXPECT_EQ(before.st_ino, after.st_ino);
 }
 
 TEST_F(PlistPreferencesTest, CorruptFileIsSetAsideAndReported) {
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-    write(path, "this is no property list");
-    PlistPreferences store(path);
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
+    write(m_path, "this is no property list");
+    PlistPreferences store(m_path);
     QStringList problems;
     listen(store, problems);
     ASSERT_EQ(problems.size(), 1);
     EXPECT_TRUE(problems[0].contains(QStringLiteral(".corrupt-")));
     ASSERT_EQ(setAside().size(), 1);
-    QFile aside(QFileInfo(path).path() + QLatin1Char('/') + setAside()[0]);
+    QFile aside(QFileInfo(m_path).path() + QLatin1Char('/') + setAside()[0]);
     ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
     EXPECT_EQ(aside.readAll(), "this is no property list");
     EXPECT_EQ(modeOf(aside.fileName()), 0600U);
-    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_FALSE(QFile::exists(m_path));
     store.setValue(one, 1);
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}}));
 }
 
 TEST_F(PlistPreferencesTest, FileCorruptedMeanwhileIsRestoredFromMemory) {
-    PlistPreferences(path).setValue(two, 2);
-    PlistPreferences store(path);
+    PlistPreferences(m_path).setValue(two, 2);
+    PlistPreferences store(m_path);
     QStringList problems;
     listen(store, problems);
     store.setValue(one, 1);
     for (int round = 0; round < 2; ++round) {
-        write(path, QByteArray("<plist>\0broken", 14));
+        write(m_path, QByteArray("<plist>\0broken", 14));
         EXPECT_TRUE(store.synchronize());
         EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, qint64{2}}}));
     }
@@ -203,13 +205,13 @@ TEST_F(PlistPreferencesTest, FileCorruptedMeanwhileIsRestoredFromMemory) {
 }
 
 TEST_F(PlistPreferencesTest, RemovedFileIsAResetOfWhatThisProcessDidNotSet) {
-    PlistPreferences(path).setValue(two, 2);
-    PlistPreferences store(path);
+    PlistPreferences(m_path).setValue(two, 2);
+    PlistPreferences store(m_path);
     store.setValue(one, 1);
-    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QFile::remove(m_path));
     EXPECT_EQ(store.integer(two), 2) << "not looked at yet";
     EXPECT_TRUE(store.synchronize());
-    EXPECT_FALSE(QFile::exists(path)) << "nothing was to be written";
+    EXPECT_FALSE(QFile::exists(m_path)) << "nothing was to be written";
     EXPECT_EQ(store.integer(one), 1);
     EXPECT_FALSE(store.value(two).isValid());
     store.setValue(QStringLiteral("three"), 3);
@@ -217,11 +219,11 @@ TEST_F(PlistPreferencesTest, RemovedFileIsAResetOfWhatThisProcessDidNotSet) {
 }
 
 TEST_F(PlistPreferencesTest, LinkIsLeftAlone) {
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-    const QString target = folder.filePath(QStringLiteral("target"));
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
+    const QString target = m_folder.filePath(QStringLiteral("target"));
     ASSERT_TRUE(PropertyList::writeFile(target, {{one, 1}}));
-    ASSERT_TRUE(QFile::link(target, path));
-    PlistPreferences store(path);
+    ASSERT_TRUE(QFile::link(target, m_path));
+    PlistPreferences store(m_path);
     store.setValue(two, 2);
     EXPECT_FALSE(store.synchronize());
     EXPECT_EQ(store.integer(two), 2);
@@ -232,9 +234,9 @@ TEST_F(PlistPreferencesTest, ForeignFileIsLeftAlone) {
     if (geteuid() != 0 || !sandbox::hasAccounts()) {
         GTEST_SKIP() << "needs root to give a file away";
     }
-    PlistPreferences(path).setValue(one, 1);
-    ASSERT_EQ(chown(path.toUtf8().constData(), 12345, 12345), 0);
-    PlistPreferences store(path);
+    PlistPreferences(m_path).setValue(one, 1);
+    ASSERT_EQ(chown(m_path.toUtf8().constData(), 12345, 12345), 0);
+    PlistPreferences store(m_path);
     QStringList problems;
     listen(store, problems);
     store.setValue(two, 2);
@@ -242,23 +244,23 @@ TEST_F(PlistPreferencesTest, ForeignFileIsLeftAlone) {
     EXPECT_EQ(store.integer(two), 2);
     EXPECT_EQ(problems.size(), 1) << "one trouble is told once";
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}}));
-    ASSERT_EQ(chown(path.toUtf8().constData(), 0, 0), 0);
+    ASSERT_EQ(chown(m_path.toUtf8().constData(), 0, 0), 0);
     EXPECT_TRUE(store.synchronize()) << "what was pending is written when that gets possible";
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, qint64{2}}}));
 }
 
 TEST_F(PlistPreferencesTest, FileThatItsOwnerMayNotReadIsOpenedAgain) {
-    const Unprivileged user(folder.path());
-    PlistPreferences(path).setValue(one, 1);
-    ASSERT_EQ(chmod(path.toUtf8().constData(), 0), 0);
-    const PlistPreferences store(path);
+    const Unprivileged user(m_folder.path());
+    PlistPreferences(m_path).setValue(one, 1);
+    ASSERT_EQ(chmod(m_path.toUtf8().constData(), 0), 0);
+    const PlistPreferences store(m_path);
     EXPECT_EQ(store.integer(one), 1);
-    EXPECT_EQ(modeOf(path), 0600U);
+    EXPECT_EQ(modeOf(m_path), 0600U);
 }
 
 TEST_F(PlistPreferencesTest, FolderThatCannotBeMadeKeepsValuesInMemory) {
-    write(folder.filePath(QStringLiteral("Library")), "a file where the folder should be");
-    PlistPreferences store(path);
+    write(m_folder.filePath(QStringLiteral("Library")), "a file where the folder should be");
+    PlistPreferences store(m_path);
     QStringList problems;
     listen(store, problems);
     store.setValue(one, 1);
@@ -268,22 +270,22 @@ TEST_F(PlistPreferencesTest, FolderThatCannotBeMadeKeepsValuesInMemory) {
 }
 
 TEST_F(PlistPreferencesTest, LockFileLeftBehindDoesNotHold) {
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-    write(path + QStringLiteral(".lock"), "12345\nleft\nbehind\n");
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
+    write(m_path + QStringLiteral(".lock"), "12345\nleft\nbehind\n");
     QElapsedTimer clock;
     clock.start();
-    PlistPreferences store(path);
+    PlistPreferences store(m_path);
     store.setValue(one, 1);
     EXPECT_LT(clock.elapsed(), 1000);
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}}));
 }
 
 TEST_F(PlistPreferencesTest, LockHeldForEverHoldsOnlyForItsLimit) {
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
     const int other =
-        open((path + QStringLiteral(".lock")).toUtf8().constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        open((m_path + QStringLiteral(".lock")).toUtf8().constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     ASSERT_EQ(flock(other, LOCK_EX), 0);
-    PlistPreferences store(path, 50);
+    PlistPreferences store(m_path, 50);
     QStringList problems;
     listen(store, problems);
     store.setValue(one, 1);
@@ -293,7 +295,7 @@ TEST_F(PlistPreferencesTest, LockHeldForEverHoldsOnlyForItsLimit) {
 }
 
 TEST_F(PlistPreferencesTest, ThreadsKeepEachOthersKeys) {
-    PlistPreferences store(path);
+    PlistPreferences store(m_path);
     constexpr int threads = 4;
     constexpr int keys = 25;
     std::vector<std::thread> writers;
@@ -331,7 +333,7 @@ TEST_F(PlistPreferencesTest, ProcessesKeepEachOthersKeys) {
     children.reserve(processes);
     for (int process = 0; process < processes; ++process) {
         children.push_back(inChild([this, process] {
-            PlistPreferences store(path, 30000);
+            PlistPreferences store(m_path, 30000);
             for (int i = 0; i < keys; ++i) {
                 store.setValue(QStringLiteral("%1-%2").arg(process).arg(i), i);
             }
@@ -346,10 +348,10 @@ TEST_F(PlistPreferencesTest, ProcessesKeepEachOthersKeys) {
 }
 
 TEST_F(PlistPreferencesTest, FileIsWholeWheneverAWriterIsKilled) {
-    PlistPreferences(path).setValue(one, QString(20000, u'x'));
+    PlistPreferences(m_path).setValue(one, QString(20000, u'x'));
     for (int round = 0; round < 40; ++round) {
         const pid_t child = inChild([this] {
-            PlistPreferences store(path);
+            PlistPreferences store(m_path);
             for (int i = 0;; ++i) {
                 store.setValues({{two, i}, {QStringLiteral("long"), QString(20000, u'y')}});
             }
@@ -358,12 +360,12 @@ TEST_F(PlistPreferencesTest, FileIsWholeWheneverAWriterIsKilled) {
         usleep(static_cast<useconds_t>(3000 + round * 137));
         ASSERT_EQ(kill(child, SIGKILL), 0);
         ASSERT_EQ(waitpid(child, nullptr, 0), child);
-        const auto found = PropertyList::readFile(path);
+        const auto found = PropertyList::readFile(m_path);
         ASSERT_TRUE(found) << "round " << round;
         EXPECT_EQ(found->value(one).toString().size(), 20000);
     }
     EXPECT_TRUE(setAside().isEmpty());
-    PlistPreferences store(path);
+    PlistPreferences store(m_path);
     store.setValue(one, 1);
     EXPECT_EQ(onDisk().value(one), QVariant(qint64{1}));
 }
@@ -372,10 +374,10 @@ TEST_F(PlistPreferencesTest, FullDiskLeavesTheOldFileWhole) {
     if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     }
-    const QByteArray small = folder.path().toUtf8();
+    const QByteArray small = m_folder.path().toUtf8();
     ASSERT_EQ(mount("small", small.constData(), "tmpfs", 0, "size=64k,mode=700"), 0);
     {
-        PlistPreferences store(path);
+        PlistPreferences store(m_path);
         QStringList problems;
         listen(store, problems);
         store.setValue(one, 1);
@@ -384,7 +386,7 @@ TEST_F(PlistPreferencesTest, FullDiskLeavesTheOldFileWhole) {
         EXPECT_EQ(store.string(two).size(), 200000);
         EXPECT_EQ(problems.size(), 1);
         EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}}));
-        EXPECT_EQ(QDir(QFileInfo(path).path()).entryList(QDir::Files | QDir::Hidden).size(), 2)
+        EXPECT_EQ(QDir(QFileInfo(m_path).path()).entryList(QDir::Files | QDir::Hidden).size(), 2)
             << "the file and its lock";
         store.setValue(two, QStringLiteral("short"));
         EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, QStringLiteral("short")}}));

@@ -254,47 +254,47 @@ TEST(PropertyListParse, SurvivesAThousandHostileInputs) {
 
 class PropertyListFile : public ::testing::Test {
 protected:
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("file.plist"));
-    const QVariantMap map{{key, QStringLiteral("v")}};
+    QTemporaryDir m_folder;
+    const QString m_path = m_folder.filePath(QStringLiteral("file.plist"));
+    const QVariantMap m_map{{key, QStringLiteral("v")}};
 };
 
 TEST_F(PropertyListFile, IsPrivateWhateverTheMaskSays) {
     for (const mode_t mask : {0000U, 0077U, 0777U}) {
         const mode_t before = umask(mask);
-        EXPECT_TRUE(PropertyList::writeFile(path, map));
+        EXPECT_TRUE(PropertyList::writeFile(m_path, m_map));
         umask(before);
 
         struct stat status {};
 
-        ASSERT_EQ(stat(path.toUtf8().constData(), &status), 0);
+        ASSERT_EQ(stat(m_path.toUtf8().constData(), &status), 0);
         EXPECT_EQ(status.st_mode & 07777U, 0600U);
-        EXPECT_EQ(PropertyList::readFile(path), map);
-        QFile::remove(path);
+        EXPECT_EQ(PropertyList::readFile(m_path), m_map);
+        QFile::remove(m_path);
     }
 }
 
 TEST_F(PropertyListFile, LinkIsReplacedByWritingAndNotFollowedByReading) {
-    const QString target = folder.filePath(QStringLiteral("target"));
+    const QString target = m_folder.filePath(QStringLiteral("target"));
     ASSERT_TRUE(PropertyList::writeFile(target, {{key, 1}}));
-    ASSERT_TRUE(QFile::link(target, path));
-    EXPECT_FALSE(PropertyList::readFile(path));
-    EXPECT_TRUE(PropertyList::writeFile(path, map));
-    EXPECT_EQ(PropertyList::readFile(path), map);
+    ASSERT_TRUE(QFile::link(target, m_path));
+    EXPECT_FALSE(PropertyList::readFile(m_path));
+    EXPECT_TRUE(PropertyList::writeFile(m_path, m_map));
+    EXPECT_EQ(PropertyList::readFile(m_path), m_map);
     EXPECT_EQ(PropertyList::readFile(target), (QVariantMap{{key, qint64{1}}}));
 }
 
 TEST_F(PropertyListFile, ReadingDoesNotHangOnAPipe) {
-    ASSERT_EQ(mkfifo(path.toUtf8().constData(), 0600), 0);
-    EXPECT_FALSE(PropertyList::readFile(path));
+    ASSERT_EQ(mkfifo(m_path.toUtf8().constData(), 0600), 0);
+    EXPECT_FALSE(PropertyList::readFile(m_path));
 }
 
 TEST_F(PropertyListFile, FailedWriteLeavesNothing) {
-    EXPECT_FALSE(PropertyList::writeFile(folder.filePath(QStringLiteral("no/such/file")), map));
+    EXPECT_FALSE(PropertyList::writeFile(m_folder.filePath(QStringLiteral("no/such/file")), m_map));
     // A folder is in the way of the name.
-    ASSERT_TRUE(QDir().mkpath(path + QStringLiteral("/x")));
-    EXPECT_FALSE(PropertyList::writeFile(path, map));
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+    ASSERT_TRUE(QDir().mkpath(m_path + QStringLiteral("/x")));
+    EXPECT_FALSE(PropertyList::writeFile(m_path, m_map));
+    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               QStringList{QStringLiteral("file.plist")});
 }
 

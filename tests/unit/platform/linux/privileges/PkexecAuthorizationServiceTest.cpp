@@ -19,7 +19,7 @@ class PkexecAuthorizationServiceTest : public ::testing::Test {
 protected:
     /// A tool in pkexec's place.
     QByteArray tool(const QByteArray &script) const {
-        QFile file(folder.filePath(QStringLiteral("pkexec")));
+        QFile file(m_folder.filePath(QStringLiteral("pkexec")));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("#!/bin/sh\n" + script);
         file.close();
@@ -33,18 +33,18 @@ protected:
         return file.readAll();
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir m_folder;
 };
 
 TEST_F(PkexecAuthorizationServiceTest, PassesArgumentsAsTheyAreAndRunsInTheFolder) {
     PkexecAuthorizationService service(tool("printf '[%s]' \"$@\"; pwd; exit 3\n"));
     EXPECT_TRUE(service.lookUp());
-    const auto process =
-        service.launch(QStringLiteral("/bin/x"),
-                       {QStringLiteral("a b"), QStringLiteral("$(id)"), QStringLiteral("'ä")}, folder.path());
+    const auto process = service.launch(
+        QStringLiteral("/bin/x"), {QStringLiteral("a b"), QStringLiteral("$(id)"), QStringLiteral("'ä")},
+        m_folder.path());
     ASSERT_EQ(process.status, 0);
     const QByteArray expected = "[--keep-cwd][--disable-internal-agent][/bin/x][a b][$(id)]['ä]" +
-                                QDir(folder.path()).canonicalPath().toUtf8() + '\n';
+                                QDir(m_folder.path()).canonicalPath().toUtf8() + '\n';
     EXPECT_EQ(readAll(process.outputDescriptor), expected);
     const auto status = service.wait(process.pid, true);
     ASSERT_TRUE(status);

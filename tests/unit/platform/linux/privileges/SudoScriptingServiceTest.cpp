@@ -22,12 +22,12 @@ const QString absent = QStringLiteral("\x01");
 
 class UserLine : public ::testing::Test {
 protected:
-    QTemporaryDir resources;
-    SudoScriptingService service{resources.path()};
+    QTemporaryDir m_resources;
+    SudoScriptingService m_service{m_resources.path()};
 };
 
 TEST_F(UserLine, GivesOutputWithoutItsLastLineFeed) {
-    const ScriptResult result = service.runAsUser(QStringLiteral("printf 'a\\n\\nb\\n\\n'"));
+    const ScriptResult result = m_service.runAsUser(QStringLiteral("printf 'a\\n\\nb\\n\\n'"));
     EXPECT_TRUE(result.succeeded);
     EXPECT_EQ(result.text, QStringLiteral("a\n\nb\n"));
     EXPECT_FALSE(result.errorNumber);
@@ -35,14 +35,15 @@ TEST_F(UserLine, GivesOutputWithoutItsLastLineFeed) {
 }
 
 TEST_F(UserLine, SilentSuccessGivesAnEmptyTextNotAnAbsentOne) {
-    const ScriptResult result = service.runAsUser(QStringLiteral("true"));
+    const ScriptResult result = m_service.runAsUser(QStringLiteral("true"));
     EXPECT_TRUE(result.succeeded);
     EXPECT_FALSE(result.text.isNull());
     EXPECT_TRUE(result.text.isEmpty());
 }
 
 TEST_F(UserLine, FailureGivesStatusAndStandardError) {
-    const ScriptResult result = service.runAsUser(QStringLiteral("echo out; echo 'went wrong' >&2; exit 7"));
+    const ScriptResult result =
+        m_service.runAsUser(QStringLiteral("echo out; echo 'went wrong' >&2; exit 7"));
     EXPECT_FALSE(result.succeeded);
     EXPECT_TRUE(result.text.isNull());
     EXPECT_EQ(result.errorNumber, 7);
@@ -50,31 +51,31 @@ TEST_F(UserLine, FailureGivesStatusAndStandardError) {
 }
 
 TEST_F(UserLine, SilentFailureHasAMessageAllTheSame) {
-    const ScriptResult result = service.runAsUser(QStringLiteral("exit 3"));
+    const ScriptResult result = m_service.runAsUser(QStringLiteral("exit 3"));
     EXPECT_EQ(result.errorMessage, QStringLiteral("The command ended with status 3."));
 }
 
 TEST_F(UserLine, EndBySignalIsAFailure) {
-    EXPECT_EQ(service.runAsUser(QStringLiteral("kill -9 $$")).errorNumber, 128 + 9);
+    EXPECT_EQ(m_service.runAsUser(QStringLiteral("kill -9 $$")).errorNumber, 128 + 9);
 }
 
 TEST_F(UserLine, LineIsNeitherReQuotedNorTakenForAnOption) {
-    EXPECT_EQ(service.runAsUser(QStringLiteral("printf %s 'a\"b\\c$d'")).text, QStringLiteral("a\"b\\c$d"));
-    EXPECT_EQ(service.runAsUser(QStringLiteral("-x 2>/dev/null")).errorNumber, 127);
+    EXPECT_EQ(m_service.runAsUser(QStringLiteral("printf %s 'a\"b\\c$d'")).text, QStringLiteral("a\"b\\c$d"));
+    EXPECT_EQ(m_service.runAsUser(QStringLiteral("-x 2>/dev/null")).errorNumber, 127);
 }
 
 TEST_F(UserLine, ResourcesComeFirstInTheSearchPath) {
-    QFile tool(resources.filePath(QStringLiteral("ls")));
+    QFile tool(m_resources.filePath(QStringLiteral("ls")));
     ASSERT_TRUE(tool.open(QIODevice::WriteOnly));
     tool.write("#!/bin/sh\necho ours\n");
     tool.close();
     ASSERT_TRUE(tool.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
-    EXPECT_EQ(service.runAsUser(QStringLiteral("ls")).text, QStringLiteral("ours"));
+    EXPECT_EQ(m_service.runAsUser(QStringLiteral("ls")).text, QStringLiteral("ours"));
 }
 
 TEST_F(UserLine, EnvironmentIsClean) {
     ASSERT_TRUE(qputenv("QUORVANE_LEAK", "1"));
-    const QString text = service.runAsUser(QStringLiteral("env | sort")).text;
+    const QString text = m_service.runAsUser(QStringLiteral("env | sort")).text;
     qunsetenv("QUORVANE_LEAK");
     EXPECT_FALSE(text.contains(QStringLiteral("QUORVANE_LEAK")));
     EXPECT_TRUE(text.contains(QStringLiteral("LC_ALL=C\n")));
@@ -83,7 +84,7 @@ TEST_F(UserLine, EnvironmentIsClean) {
 TEST_F(UserLine, HasNoInputAndNoDescriptorOfOurs) {
     const int leak = dup(STDERR_FILENO);
     ASSERT_GE(leak, 0);
-    const QString text = service.runAsUser(QStringLiteral("cat; ls /proc/self/fd | tr '\\n' ' '")).text;
+    const QString text = m_service.runAsUser(QStringLiteral("cat; ls /proc/self/fd | tr '\\n' ' '")).text;
     close(leak);
     // 3 is the listing's own.
     EXPECT_EQ(text, QStringLiteral("0 1 2 3 "));
@@ -92,7 +93,7 @@ TEST_F(UserLine, HasNoInputAndNoDescriptorOfOurs) {
 TEST_F(UserLine, DoesNotWaitForAChildThatHoldsTheOutput) {
     QElapsedTimer clock;
     clock.start();
-    const ScriptResult result = service.runAsUser(QStringLiteral("sleep 20 & echo $!"));
+    const ScriptResult result = m_service.runAsUser(QStringLiteral("sleep 20 & echo $!"));
     EXPECT_LT(clock.elapsed(), 10000);
     ASSERT_TRUE(result.succeeded);
     const pid_t left = result.text.toInt();
@@ -101,9 +102,9 @@ TEST_F(UserLine, DoesNotWaitForAChildThatHoldsTheOutput) {
 }
 
 TEST_F(UserLine, AChildLeftBehindCanGoOnWriting) {
-    const QString proof = resources.filePath(QStringLiteral("proof"));
-    const ScriptResult result =
-        service.runAsUser(QStringLiteral("(sleep 0.2; yes | head -c 200000; echo done >'%1') &").arg(proof));
+    const QString proof = m_resources.filePath(QStringLiteral("proof"));
+    const ScriptResult result = m_service.runAsUser(
+        QStringLiteral("(sleep 0.2; yes | head -c 200000; echo done >'%1') &").arg(proof));
     ASSERT_TRUE(result.succeeded);
     QElapsedTimer clock;
     clock.start();
@@ -114,13 +115,13 @@ TEST_F(UserLine, AChildLeftBehindCanGoOnWriting) {
 }
 
 TEST_F(UserLine, TakesLongOutputOnBothStreams) {
-    const ScriptResult result = service.runAsUser(
+    const ScriptResult result = m_service.runAsUser(
         QStringLiteral("head -c 1000000 /dev/zero | tr '\\0' x; head -c 300000 /dev/zero | tr '\\0' y >&2"));
     EXPECT_EQ(result.text.size(), 1000000);
 }
 
 TEST_F(UserLine, ANulCannotBePassed) {
-    const ScriptResult result = service.runAsUser(QStringLiteral("echo a") + QChar(u'\0'));
+    const ScriptResult result = m_service.runAsUser(QStringLiteral("echo a") + QChar(u'\0'));
     EXPECT_FALSE(result.succeeded);
     EXPECT_TRUE(result.errorNumber.has_value());
 }
@@ -134,18 +135,18 @@ protected:
         }
         // The build folder need not be open to the accounts.
         QDir().mkpath(QStringLiteral("/run/tests/Resources"));
-        ASSERT_TRUE(QFile::exists(helper) || QFile::copy(QStringLiteral(SCRIPTING_HELPER), helper));
+        ASSERT_TRUE(QFile::exists(m_helper) || QFile::copy(QStringLiteral(SCRIPTING_HELPER), m_helper));
     }
 
     /// Starts the helper as the account.
     void start(QProcess &process, const QString &asker, const QString &line, const QString &name,
                const QString &password) const {
         if (asker == QStringLiteral("root")) {
-            process.start(helper, {resources});
+            process.start(m_helper, {m_resources});
         } else {
             process.start(QStringLiteral("setpriv"),
                           {QStringLiteral("--reuid=") + asker, QStringLiteral("--regid=") + asker,
-                           QStringLiteral("--init-groups"), QStringLiteral("--"), helper, resources});
+                           QStringLiteral("--init-groups"), QStringLiteral("--"), m_helper, m_resources});
         }
         process.write(line.toUtf8() + '\0' + name.toUtf8() + '\0' + password.toUtf8() + '\0');
         process.closeWriteChannel();
@@ -182,14 +183,14 @@ protected:
     }
 
     static constexpr char identity[] = "id -un";
-    const QString helper = QStringLiteral("/run/tests/helper");
-    const QString resources = QStringLiteral("/run/tests/Resources");
-    const QString ada = QStringLiteral("ada");
-    const QString adaPassword = QStringLiteral("ada pw");
-    const QString joe = QStringLiteral("joe");
-    const QString norm = QStringLiteral("norm");
-    const QString root = QStringLiteral("root");
-    const QString who = QString::fromLatin1(identity);
+    const QString m_helper = QStringLiteral("/run/tests/helper");
+    const QString m_resources = QStringLiteral("/run/tests/Resources");
+    const QString m_ada = QStringLiteral("ada");
+    const QString m_adaPassword = QStringLiteral("ada pw");
+    const QString m_joe = QStringLiteral("joe");
+    const QString m_norm = QStringLiteral("norm");
+    const QString m_root = QStringLiteral("root");
+    const QString m_who = QString::fromLatin1(identity);
 };
 
 ::testing::AssertionResult explained(bool fits, const ScriptResult &result) {
@@ -213,37 +214,38 @@ protected:
 }
 
 TEST_F(AdministratorLine, TheUserHimself) {
-    EXPECT_TRUE(becameRoot(run(ada, who, ada, adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_ada, m_who, m_ada, m_adaPassword)));
 }
 
 TEST_F(AdministratorLine, AnotherAdministrator) {
-    EXPECT_TRUE(becameRoot(run(joe, who, ada, adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_joe, m_who, m_ada, m_adaPassword)));
 }
 
 TEST_F(AdministratorLine, RootByName) {
-    EXPECT_TRUE(becameRoot(run(joe, who, root, QStringLiteral("rootpw"))));
+    EXPECT_TRUE(becameRoot(run(m_joe, m_who, m_root, QStringLiteral("rootpw"))));
 }
 
 TEST_F(AdministratorLine, AskedByRoot) {
-    EXPECT_TRUE(becameRoot(run(root, who, ada, adaPassword)));
-    EXPECT_TRUE(becameRoot(run(root, who, root, QStringLiteral("rootpw"))));
+    EXPECT_TRUE(becameRoot(run(m_root, m_who, m_ada, m_adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_root, m_who, m_root, QStringLiteral("rootpw"))));
 }
 
 TEST_F(AdministratorLine, FullNameForLogin) {
-    EXPECT_TRUE(becameRoot(run(joe, who, QStringLiteral("Ada Admin"), adaPassword)));
-    EXPECT_TRUE(becameRoot(run(ada, who, QStringLiteral("Ada Admin"), adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_joe, m_who, QStringLiteral("Ada Admin"), m_adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_ada, m_who, QStringLiteral("Ada Admin"), m_adaPassword)));
 }
 
 TEST_F(AdministratorLine, WrongPasswordIsNotARefusal) {
-    EXPECT_TRUE(hadWrongPassword(run(ada, who, ada, QStringLiteral("no"))));
-    EXPECT_TRUE(hadWrongPassword(run(joe, who, ada, QStringLiteral("no"))));
-    EXPECT_TRUE(hadWrongPassword(run(joe, who, root, QStringLiteral("no"))));
-    EXPECT_TRUE(hadWrongPassword(run(root, who, ada, QStringLiteral("no"))));
-    EXPECT_TRUE(hadWrongPassword(run(root, who, root, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_ada, m_who, m_ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_joe, m_who, m_ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_joe, m_who, m_root, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_root, m_who, m_ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_root, m_who, m_root, QStringLiteral("no"))));
 }
 
 TEST_F(AdministratorLine, WrongPasswordReadsPlainly) {
-    EXPECT_EQ(run(ada, who, ada, QStringLiteral("no")).errorMessage, QStringLiteral("Sorry, try again."));
+    EXPECT_EQ(run(m_ada, m_who, m_ada, QStringLiteral("no")).errorMessage,
+              QStringLiteral("Sorry, try again."));
 }
 
 TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
@@ -260,9 +262,9 @@ TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
     rules.write("auth optional pam_exec.so seteuid quiet /run/tests/counter\n" + before);
     rules.close();
     QFile log(QStringLiteral("/run/tests/attempts"));
-    EXPECT_TRUE(hadWrongPassword(run(joe, who, ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_joe, m_who, m_ada, QStringLiteral("no"))));
     EXPECT_FALSE(log.exists()) << "su refused the password, and sudo was asked all the same";
-    EXPECT_TRUE(hadWrongPassword(run(ada, who, ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_ada, m_who, m_ada, QStringLiteral("no"))));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
     EXPECT_LE(log.readAll().count('x'), 2) << "more than one attempt and the empty one that ends it";
     ASSERT_TRUE(rules.open(QIODevice::WriteOnly | QIODevice::Truncate));
@@ -270,9 +272,9 @@ TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
 }
 
 TEST_F(AdministratorLine, AnAccountThatMayNotIsRefused) {
-    EXPECT_TRUE(wasRefused(run(norm, who, norm, QStringLiteral("normpw"))));
-    EXPECT_TRUE(wasRefused(run(joe, who, norm, QStringLiteral("normpw"))));
-    EXPECT_TRUE(wasRefused(run(root, who, norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(m_norm, m_who, m_norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_who, m_norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(m_root, m_who, m_norm, QStringLiteral("normpw"))));
 }
 
 TEST_F(AdministratorLine, AnAccountThatMayOnlyDoOtherThingsIsRefused) {
@@ -280,26 +282,26 @@ TEST_F(AdministratorLine, AnAccountThatMayOnlyDoOtherThingsIsRefused) {
     ASSERT_TRUE(rule.open(QIODevice::WriteOnly));
     rule.write("norm ALL=(ALL) /bin/ls\n");
     rule.close();
-    EXPECT_TRUE(wasRefused(run(norm, who, norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(m_norm, m_who, m_norm, QStringLiteral("normpw"))));
     EXPECT_TRUE(rule.remove());
 }
 
 TEST_F(AdministratorLine, AnAccountWithoutAShellIsRefused) {
-    EXPECT_TRUE(wasRefused(run(joe, who, QStringLiteral("nologin"), QStringLiteral("nologinpw"))));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("nologin"), QStringLiteral("nologinpw"))));
 }
 
 TEST_F(AdministratorLine, UnknownAndAbsentNamesAndPasswordsAreRefused) {
-    EXPECT_TRUE(wasRefused(run(joe, who, QStringLiteral("nobody-here"), adaPassword)));
-    EXPECT_TRUE(wasRefused(run(joe, who, QStringLiteral("-c"), adaPassword)));
-    EXPECT_TRUE(wasRefused(run(joe, who, QStringLiteral("--login"), adaPassword)));
-    EXPECT_TRUE(wasRefused(run(joe, who, QString(), adaPassword)));
-    EXPECT_TRUE(wasRefused(run(joe, who, absent, adaPassword)));
-    EXPECT_TRUE(wasRefused(run(joe, who, ada, absent)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("nobody-here"), m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("-c"), m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("--login"), m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QString(), m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_who, absent, m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_who, m_ada, absent)));
 }
 
 TEST_F(AdministratorLine, EmptyPasswordIsNotAccepted) {
-    EXPECT_FALSE(run(ada, who, ada, QString()).succeeded);
-    EXPECT_FALSE(run(joe, who, ada, QString()).succeeded);
+    EXPECT_FALSE(run(m_ada, m_who, m_ada, QString()).succeeded);
+    EXPECT_FALSE(run(m_joe, m_who, m_ada, QString()).succeeded);
 }
 
 TEST_F(AdministratorLine, AnyPasswordOfOneLineWorks) {
@@ -309,33 +311,33 @@ TEST_F(AdministratorLine, AnyPasswordOfOneLineWorks) {
                                 QString(250, QLatin1Char('p'))};
     for (const QString &password : passwords) {
         setPassword(QStringLiteral("ada"), password);
-        EXPECT_TRUE(becameRoot(run(ada, who, ada, password)) << password.toStdString());
-        EXPECT_TRUE(becameRoot(run(joe, who, ada, password)) << password.toStdString());
+        EXPECT_TRUE(becameRoot(run(m_ada, m_who, m_ada, password)) << password.toStdString());
+        EXPECT_TRUE(becameRoot(run(m_joe, m_who, m_ada, password)) << password.toStdString());
     }
-    setPassword(QStringLiteral("ada"), adaPassword);
+    setPassword(QStringLiteral("ada"), m_adaPassword);
 }
 
 TEST_F(AdministratorLine, APasswordOfTwoLinesIsWrongAndNotSent) {
-    EXPECT_TRUE(hadWrongPassword(run(ada, who, ada, adaPassword + QStringLiteral("\nada pw"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_ada, m_who, m_ada, m_adaPassword + QStringLiteral("\nada pw"))));
 }
 
 TEST_F(AdministratorLine, StatusAndOutputsComeThrough) {
-    for (const QString &asker : {ada, joe, root}) {
+    for (const QString &asker : {m_ada, m_joe, m_root}) {
         const ScriptResult failed =
-            run(asker, QStringLiteral("echo out; echo 'a\"b' >&2; exit 7"), ada, adaPassword);
+            run(asker, QStringLiteral("echo out; echo 'a\"b' >&2; exit 7"), m_ada, m_adaPassword);
         EXPECT_FALSE(failed.succeeded);
         EXPECT_EQ(failed.errorNumber, 7);
         EXPECT_EQ(failed.errorMessage, QStringLiteral("a\"b"));
         const ScriptResult fine =
-            run(asker, QStringLiteral("printf '%s\\n' \"a'b\\\\c\" \\$x"), ada, adaPassword);
+            run(asker, QStringLiteral("printf '%s\\n' \"a'b\\\\c\" \\$x"), m_ada, m_adaPassword);
         EXPECT_EQ(fine.text, QStringLiteral("a'b\\c\n$x"));
     }
 }
 
 TEST_F(AdministratorLine, LineHasNoInputAndResourcesFirst) {
-    for (const QString &asker : {ada, joe, root}) {
+    for (const QString &asker : {m_ada, m_joe, m_root}) {
         const ScriptResult result =
-            run(asker, QStringLiteral("cat; printf %s \"${PATH%%:*}|$LC_ALL\""), ada, adaPassword);
+            run(asker, QStringLiteral("cat; printf %s \"${PATH%%:*}|$LC_ALL\""), m_ada, m_adaPassword);
         EXPECT_EQ(result.text, QStringLiteral("/run/tests/Resources|C"));
     }
 }
@@ -345,16 +347,16 @@ TEST_F(AdministratorLine, WithoutAPasswordRuleTheLineStillGetsNoInput) {
     ASSERT_TRUE(rule.open(QIODevice::WriteOnly));
     rule.write("ada ALL=(ALL) NOPASSWD: ALL\n");
     rule.close();
-    EXPECT_EQ(run(ada, QStringLiteral("cat; echo end"), ada, adaPassword).text, QStringLiteral("end"));
-    EXPECT_EQ(run(joe, QStringLiteral("cat; echo end"), ada, adaPassword).text, QStringLiteral("end"));
+    EXPECT_EQ(run(m_ada, QStringLiteral("cat; echo end"), m_ada, m_adaPassword).text, QStringLiteral("end"));
+    EXPECT_EQ(run(m_joe, QStringLiteral("cat; echo end"), m_ada, m_adaPassword).text, QStringLiteral("end"));
     EXPECT_TRUE(rule.remove());
 }
 
 TEST_F(AdministratorLine, DoesNotWaitForABackgroundChildAndDoesNotKillIt) {
-    for (const QString &asker : {ada, joe, root}) {
+    for (const QString &asker : {m_ada, m_joe, m_root}) {
         QElapsedTimer clock;
         clock.start();
-        const ScriptResult result = run(asker, QStringLiteral("sleep 30 & echo $!"), ada, adaPassword);
+        const ScriptResult result = run(asker, QStringLiteral("sleep 30 & echo $!"), m_ada, m_adaPassword);
         EXPECT_LT(clock.elapsed(), 15000);
         const pid_t left = result.text.toInt();
         ASSERT_GT(left, 1) << result.errorMessage.toStdString();
@@ -383,9 +385,9 @@ TEST_F(AdministratorLine, PasswordIsNeverVisible) {
     setPassword(QStringLiteral("ada"), secret);
     // A right one while the line runs, a wrong one during sudo's delay.
     for (const QString &password : QStringList{secret, secret + QStringLiteral("x")}) {
-        for (const QString &asker : {ada, joe, root}) {
+        for (const QString &asker : {m_ada, m_joe, m_root}) {
             QProcess process;
-            start(process, asker, QStringLiteral("sleep 0.7"), ada, password);
+            start(process, asker, QStringLiteral("sleep 0.7"), m_ada, password);
             QByteArray seen;
             int looks = 0;
             while (!process.waitForFinished(5)) {
@@ -397,7 +399,7 @@ TEST_F(AdministratorLine, PasswordIsNeverVisible) {
             EXPECT_FALSE(seen.contains(secret.toUtf8()));
         }
     }
-    setPassword(QStringLiteral("ada"), adaPassword);
+    setPassword(QStringLiteral("ada"), m_adaPassword);
 }
 
 } // namespace

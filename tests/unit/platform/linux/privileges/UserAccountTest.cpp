@@ -15,11 +15,11 @@ using platform::UserAccount;
 
 class UserAccountTest : public ::testing::Test {
 protected:
-    void SetUp() override { before = qgetenv("HOME"); }
+    void SetUp() override { m_before = qgetenv("HOME"); }
 
-    void TearDown() override { qputenv("HOME", before); }
+    void TearDown() override { qputenv("HOME", m_before); }
 
-    QByteArray before;
+    QByteArray m_before;
 };
 
 TEST_F(UserAccountTest, HomeComesFromTheEnvironmentWhenAbsolute) {

@@ -83,7 +83,7 @@ TEST(ProcProcessTableTest, LeavesOutWhatHasEndedAndWaitsForItsParent) {
 class MadeUpTable : public ::testing::Test {
 protected:
     void process(const QString &pid, const QByteArray &name) const {
-        ASSERT_TRUE(QDir(folder.path()).mkpath(pid));
+        ASSERT_TRUE(QDir(m_folder.path()).mkpath(pid));
         write(pid + QStringLiteral("/comm"), name);
     }
 
@@ -97,21 +97,21 @@ protected:
     }
 
     void write(const QString &name, const QByteArray &text) const {
-        QFile file(folder.filePath(name));
+        QFile file(m_folder.filePath(name));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_EQ(file.write(text), text.size());
     }
 
     std::vector<pid_t> listed() const {
         std::vector<pid_t> pids;
-        for (const ProcessRecord &row : snapshot(table)) {
+        for (const ProcessRecord &row : snapshot(m_table)) {
             pids.push_back(row.pid);
         }
         return pids;
     }
 
-    QTemporaryDir folder;
-    const ProcProcessTable table{folder.path().toUtf8()};
+    QTemporaryDir m_folder;
+    const ProcProcessTable m_table{m_folder.path().toUtf8()};
 };
 
 TEST_F(MadeUpTable, TakesProcessFoldersOnly) {
@@ -119,8 +119,8 @@ TEST_F(MadeUpTable, TakesProcessFoldersOnly) {
     process(QStringLiteral("77x"), "no\n");
     process(QStringLiteral("sys"), "no\n");
     process(QStringLiteral("42"), "fifteen-letters\n");
-    ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("43")));
-    auto rows = snapshot(table);
+    ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("43")));
+    auto rows = snapshot(m_table);
     std::sort(rows.begin(), rows.end(), [](const auto &a, const auto &b) { return a.pid < b.pid; });
     ASSERT_EQ(rows.size(), 2U) << "one that has no name any more is gone";
     EXPECT_STREQ(rows[0].name.data(), "init");
@@ -131,11 +131,11 @@ TEST_F(MadeUpTable, TakesProcessFoldersOnly) {
 TEST_F(MadeUpTable, TellsWhenItHasGrown) {
     process(QStringLiteral("1"), "a\n");
     std::size_t count = 0;
-    ASSERT_EQ(table.query(nullptr, count), 0);
+    ASSERT_EQ(m_table.query(nullptr, count), 0);
     EXPECT_EQ(count, 1U);
     process(QStringLiteral("2"), "b\n");
     std::vector<ProcessRecord> rows(count);
-    EXPECT_EQ(table.query(rows.data(), count), ENOMEM);
+    EXPECT_EQ(m_table.query(rows.data(), count), ENOMEM);
 }
 
 TEST_F(MadeUpTable, ListsWhatLives) {

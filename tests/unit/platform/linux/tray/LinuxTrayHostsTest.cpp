@@ -29,35 +29,35 @@ class FakeWatcher final : public QDBusVirtualObject {
 public:
     enum class Manner { Usual, NotListed, Hanging };
 
-    explicit FakeWatcher(bool host, Manner behaviour = Manner::Usual) : hasHost(host), manner(behaviour) {
-        moveToThread(&thread);
-        thread.start();
-        bus.registerVirtualObject(watcherPath, this);
-        owned = bus.registerService(watcherName);
+    explicit FakeWatcher(bool host, Manner behaviour = Manner::Usual) : m_hasHost(host), m_manner(behaviour) {
+        moveToThread(&m_thread);
+        m_thread.start();
+        m_bus.registerVirtualObject(watcherPath, this);
+        m_owned = m_bus.registerService(watcherName);
     }
 
     ~FakeWatcher() override {
-        bus.unregisterService(watcherName);
-        bus.unregisterObject(watcherPath);
-        thread.quit();
-        thread.wait();
+        m_bus.unregisterService(watcherName);
+        m_bus.unregisterObject(watcherPath);
+        m_thread.quit();
+        m_thread.wait();
         QDBusConnection::disconnectFromBus(QStringLiteral("watcher"));
     }
 
     FakeWatcher(const FakeWatcher &) = delete;
     FakeWatcher &operator=(const FakeWatcher &) = delete;
 
-    [[nodiscard]] bool isUp() const { return owned; }
+    [[nodiscard]] bool isUp() const { return m_owned; }
 
     void setHost(bool host) {
-        hasHost = host;
-        bus.send(QDBusMessage::createSignal(watcherPath, watcherName,
-                                            host ? QStringLiteral("StatusNotifierHostRegistered")
-                                                 : QStringLiteral("StatusNotifierHostUnregistered")));
+        m_hasHost = host;
+        m_bus.send(QDBusMessage::createSignal(watcherPath, watcherName,
+                                              host ? QStringLiteral("StatusNotifierHostRegistered")
+                                                   : QStringLiteral("StatusNotifierHostUnregistered")));
     }
 
     [[nodiscard]] QString introspect(const QString & /*path*/) const override {
-        return manner == Manner::NotListed
+        return m_manner == Manner::NotListed
                    ? QString()
                    : QStringLiteral(
                          "<interface name=\"%1\"><property name=\"IsStatusNotifierHostRegistered\" "
@@ -69,34 +69,34 @@ public:
         if (message.member() != QLatin1String("Get")) {
             return false;
         }
-        if (manner == Manner::Hanging) {
+        if (m_manner == Manner::Hanging) {
             message.setDelayedReply(true);
             return true;
         }
-        return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(hasHost.load()))));
+        return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(m_hasHost.load()))));
     }
 
 private:
-    QDBusConnection bus = QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
-                                                        QStringLiteral("watcher"));
-    QThread thread;
-    std::atomic_bool hasHost;
-    const Manner manner;
-    bool owned = false;
+    QDBusConnection m_bus = QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
+                                                          QStringLiteral("watcher"));
+    QThread m_thread;
+    std::atomic_bool m_hasHost;
+    const Manner m_manner;
+    bool m_owned = false;
 };
 
 class StatusNotifierWatchTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() { bus = std::make_unique<DesktopBus>(); }
+    static void SetUpTestSuite() { m_bus = std::make_unique<DesktopBus>(); }
 
-    static void TearDownTestSuite() { bus.reset(); }
+    static void TearDownTestSuite() { m_bus.reset(); }
 
     void SetUp() override { ASSERT_TRUE(DesktopBus::isUp()); }
 
-    static std::unique_ptr<DesktopBus> bus;
+    static std::unique_ptr<DesktopBus> m_bus;
 };
 
-std::unique_ptr<DesktopBus> StatusNotifierWatchTest::bus;
+std::unique_ptr<DesktopBus> StatusNotifierWatchTest::m_bus;
 
 TEST_F(StatusNotifierWatchTest, NoWatcherIsNoHost) {
     EXPECT_FALSE(StatusNotifierWatch().hostRegistered());
@@ -159,40 +159,40 @@ TEST_F(StatusNotifierWatchTest, HangingWatcherHoldsNobodyUp) {
 class TraySelectionTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
-        server = std::make_unique<QProcess>();
-        server->start(QStringLiteral("Xvfb"),
-                      {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
-                       QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-        if (server->waitForStarted() && server->waitForReadyRead(20000)) {
-            display = ':' + server->readLine().trimmed();
+        m_server = std::make_unique<QProcess>();
+        m_server->start(QStringLiteral("Xvfb"),
+                        {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
+                         QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+        if (m_server->waitForStarted() && m_server->waitForReadyRead(20000)) {
+            m_display = ':' + m_server->readLine().trimmed();
         }
     }
 
     static void TearDownTestSuite() {
-        server->terminate();
-        server->waitForFinished();
-        server.reset();
+        m_server->terminate();
+        m_server->waitForFinished();
+        m_server.reset();
     }
 
-    void SetUp() override { ASSERT_FALSE(display.isEmpty()); }
+    void SetUp() override { ASSERT_FALSE(m_display.isEmpty()); }
 
-    static std::unique_ptr<QProcess> server;
-    static QByteArray display;
+    static std::unique_ptr<QProcess> m_server;
+    static QByteArray m_display;
 };
 
-std::unique_ptr<QProcess> TraySelectionTest::server;
-QByteArray TraySelectionTest::display;
+std::unique_ptr<QProcess> TraySelectionTest::m_server;
+QByteArray TraySelectionTest::m_display;
 
 /// Owns the tray selection as an embedding tray does, until it goes.
 class FakeTray {
 public:
-    explicit FakeTray(const QByteArray &display) : connection(xcb_connect(display.constData(), nullptr)) {
-        const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-        const xcb_window_t window = xcb_generate_id(connection);
-        xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 1, 1, 0,
+    explicit FakeTray(const QByteArray &display) : m_connection(xcb_connect(display.constData(), nullptr)) {
+        const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+        const xcb_window_t window = xcb_generate_id(m_connection);
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 1, 1, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
         const xcb_atom_t selection = atom("_NET_SYSTEM_TRAY_S0");
-        xcb_set_selection_owner(connection, window, selection, XCB_CURRENT_TIME);
+        xcb_set_selection_owner(m_connection, window, selection, XCB_CURRENT_TIME);
         xcb_client_message_event_t message{};
         message.response_type = XCB_CLIENT_MESSAGE;
         message.format = 32;
@@ -200,12 +200,12 @@ public:
         message.type = atom("MANAGER");
         message.data.data32[1] = selection;
         message.data.data32[2] = window;
-        xcb_send_event(connection, 0, screen->root, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+        xcb_send_event(m_connection, 0, screen->root, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
                        reinterpret_cast<const char *>(&message));
         finish();
     }
 
-    ~FakeTray() { xcb_disconnect(connection); }
+    ~FakeTray() { xcb_disconnect(m_connection); }
 
     FakeTray(const FakeTray &) = delete;
     FakeTray &operator=(const FakeTray &) = delete;
@@ -213,8 +213,8 @@ public:
 private:
     [[nodiscard]] xcb_atom_t atom(const QByteArray &name) const {
         auto *answer = xcb_intern_atom_reply(
-            connection, xcb_intern_atom(connection, 0, static_cast<quint16>(name.size()), name.constData()),
-            nullptr);
+            m_connection,
+            xcb_intern_atom(m_connection, 0, static_cast<quint16>(name.size()), name.constData()), nullptr);
         const xcb_atom_t found = answer->atom;
         std::free(answer);
         return found;
@@ -222,10 +222,10 @@ private:
 
     /// Returns when the server has done everything asked for.
     void finish() const {
-        std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+        std::free(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
     }
 
-    xcb_connection_t *connection;
+    xcb_connection_t *m_connection;
 };
 
 TEST_F(TraySelectionTest, NoServerIsNoTray) {
@@ -233,29 +233,29 @@ TEST_F(TraySelectionTest, NoServerIsNoTray) {
 }
 
 TEST_F(TraySelectionTest, TrayThatIsThereIsKnownAtOnce) {
-    EXPECT_FALSE(TraySelectionWatch(display).owned());
-    const FakeTray tray(display);
-    EXPECT_TRUE(TraySelectionWatch(display).owned());
+    EXPECT_FALSE(TraySelectionWatch(m_display).owned());
+    const FakeTray tray(m_display);
+    EXPECT_TRUE(TraySelectionWatch(m_display).owned());
 }
 
 TEST_F(TraySelectionTest, TrayThatComesGoesAndComesBackIsTold) {
-    TraySelectionWatch watch(display);
+    TraySelectionWatch watch(m_display);
     QList<bool> told;
     watch.setChangeHandler([&] { told.append(watch.owned()); });
-    auto tray = std::make_unique<FakeTray>(display);
+    auto tray = std::make_unique<FakeTray>(m_display);
     ASSERT_TRUE(spinUntil([&] { return watch.owned(); }));
     tray.reset();
     ASSERT_TRUE(spinUntil([&] { return !watch.owned(); }));
-    tray = std::make_unique<FakeTray>(display);
+    tray = std::make_unique<FakeTray>(m_display);
     ASSERT_TRUE(spinUntil([&] { return watch.owned(); }));
     EXPECT_EQ(told, (QList<bool>{true, false, true}));
 }
 
 TEST_F(TraySelectionTest, TrayThatTakesOverIsFollowed) {
-    TraySelectionWatch watch(display);
-    auto first = std::make_unique<FakeTray>(display);
+    TraySelectionWatch watch(m_display);
+    auto first = std::make_unique<FakeTray>(m_display);
     ASSERT_TRUE(spinUntil([&] { return watch.owned(); }));
-    auto second = std::make_unique<FakeTray>(display);
+    auto second = std::make_unique<FakeTray>(m_display);
     first.reset();
     deliverQueued();
     EXPECT_TRUE(watch.owned());
@@ -264,8 +264,8 @@ TEST_F(TraySelectionTest, TrayThatTakesOverIsFollowed) {
 }
 
 TEST_F(TraySelectionTest, EmbeddingTraysCountOnlyWhereWindowsCanBeEmbedded) {
-    qputenv("DISPLAY", display);
-    const FakeTray tray(display);
+    qputenv("DISPLAY", m_display);
+    const FakeTray tray(m_display);
     EXPECT_TRUE(LinuxTrayHosts(true).embeddingTray());
     EXPECT_FALSE(LinuxTrayHosts(false).embeddingTray());
 }
