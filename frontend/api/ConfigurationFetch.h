@@ -42,7 +42,7 @@ Q_SIGNALS:
 private:
     QrvAPI &m_api;
     /// The number of the last request, shared with the tasks that are on their way.
-    std::shared_ptr<std::atomic<quint64>> lastRequest = std::make_shared<std::atomic<quint64>>(0);
+    std::shared_ptr<std::atomic<quint64>> m_lastRequest = std::make_shared<std::atomic<quint64>>(0);
 };
 
 } // namespace quorvane

@@ -65,7 +65,7 @@ bool QrvAuthenticationWindowController::runUnlessValid(AlertPresenter &alerts, Q
     auto *dialog =
         window.findChild<QrvAuthenticationWindowController *>(QString(), Qt::FindDirectChildrenOnly);
     if (dialog == nullptr) {
-        dialog = new QrvAuthenticationWindowController(m_alerts, &window);
+        dialog = new QrvAuthenticationWindowController(alerts, &window);
         dialog->loadWindow();
     }
     dialog->runModal();

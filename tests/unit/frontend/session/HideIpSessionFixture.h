@@ -135,9 +135,9 @@ protected:
         m_session.showIp();
     }
 
-    const QString serverLine = text("7,Berlin,BER,DE,Germany,x|203.0.113.7");
+    const QString m_serverLine = text("7,Berlin,BER,DE,Germany,x|203.0.113.7");
     fakes::TestPlatform m_services;
-    const QString logPath = m_services.home() + text("/Documents/Quorvane/qrvp.log");
+    const QString m_logPath = m_services.home() + text("/Documents/Quorvane/qrvp.log");
     RecordingEnvironment m_environment;
     SessionDisplay m_display;
     QrvAPI m_api;
