@@ -13,7 +13,7 @@ OpenedFile openPlainFile(const std::string &path, int flags) {
         return {{}, 0, "the path does not begin at the root"};
     }
     // Only a name for the file so far: opening a device or a pipe for good could already do something.
-    platform::FileDescriptor found(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    FileDescriptor found(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
 
     struct stat state {};
 
@@ -26,14 +26,14 @@ OpenedFile openPlainFile(const std::string &path, int flags) {
     if (state.st_nlink != 1) {
         return {{}, 0, "it has more than one name"};
     }
-    platform::FileDescriptor opened(open(pathOf(found).c_str(), flags | O_CLOEXEC | O_NOCTTY));
+    FileDescriptor opened(open(pathOf(found).c_str(), flags | O_CLOEXEC | O_NOCTTY));
     if (!opened.isOpen()) {
         return {{}, 0, std::strerror(errno)};
     }
     return {std::move(opened), state.st_uid, {}};
 }
 
-bool readAll(const platform::FileDescriptor &file, std::size_t most, std::string &bytes) {
+bool readAll(const FileDescriptor &file, std::size_t most, std::string &bytes) {
     bytes.resize(most + 1);
     std::size_t filled = 0;
     while (filled < bytes.size()) {
@@ -53,9 +53,9 @@ bool readAll(const platform::FileDescriptor &file, std::size_t most, std::string
     return filled <= most;
 }
 
-platform::FileDescriptor sealedCopy(const char *name, std::string_view bytes) {
+FileDescriptor sealedCopy(const char *name, std::string_view bytes) {
     // Not closed when OpenVPN is started: this is how it gets there.
-    platform::FileDescriptor memory(memfd_create(name, MFD_ALLOW_SEALING));
+    FileDescriptor memory(memfd_create(name, MFD_ALLOW_SEALING));
     if (!memory.isOpen() || fchmod(memory.get(), 0400) != 0) {
         return {};
     }
@@ -75,7 +75,7 @@ platform::FileDescriptor sealedCopy(const char *name, std::string_view bytes) {
     return memory;
 }
 
-std::string pathOf(const platform::FileDescriptor &descriptor) {
+std::string pathOf(const FileDescriptor &descriptor) {
     return "/proc/self/fd/" + std::to_string(descriptor.get());
 }
 

@@ -1,6 +1,6 @@
 #include "Supervisor.h"
 
-#include "platform/FileDescriptor.h"
+#include "common/FileDescriptor.h"
 
 #include <array>
 #include <cerrno>
@@ -19,7 +19,6 @@ namespace quorvane::guard {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using platform::FileDescriptor;
 
 constexpr const char *OwnName = "openvpn-guard";
 

@@ -1,5 +1,7 @@
 #include "TunnelLog.h"
 
+#include "common/OpenVpnMarkers.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -15,11 +17,8 @@ constexpr std::size_t Reserved = 64 * 1024;
 constexpr std::size_t LargestLog = 1024 * 1024;
 constexpr std::size_t LongestLine = 2048;
 
-constexpr std::string_view Completed = "Initialization Sequence Completed";
-constexpr std::string_view Fatal = "Exiting due to fatal error";
-constexpr std::array Failures{std::string_view("AUTH_FAILED"), std::string_view("TLS key negotiation failed"),
-                              std::string_view("Cannot resolve host address"),
-                              std::string_view("auth-user-pass fails"), Fatal};
+constexpr std::array Failures{authFailedMarker, keyNegotiationFailedMarker, hostNotResolvedMarker,
+                              credentialsFileMarker, fatalErrorMarker};
 
 constexpr std::string_view TimePattern = "0000-00-00 00:00:00 ";
 
@@ -45,13 +44,13 @@ std::string_view withoutTime(std::string_view line) {
 
 /// OpenVPN's own sentence stands alone behind the time; anywhere else it is part of what somebody else sent.
 bool saysCompleted(std::string_view line) {
-    return beginsWithTime(line) && withoutTime(line).starts_with(Completed);
+    return beginsWithTime(line) && withoutTime(line).starts_with(completedMarker);
 }
 
 void spoilCompleted(std::string &line) {
-    for (auto at = line.find(Completed); at != std::string::npos; at = line.find(Completed)) {
+    for (auto at = line.find(completedMarker); at != std::string::npos; at = line.find(completedMarker)) {
         std::replace(line.begin() + static_cast<std::ptrdiff_t>(at),
-                     line.begin() + static_cast<std::ptrdiff_t>(at + Completed.size()), ' ', '_');
+                     line.begin() + static_cast<std::ptrdiff_t>(at + completedMarker.size()), ' ', '_');
     }
 }
 
@@ -68,7 +67,7 @@ std::string now() {
 
 } // namespace
 
-TunnelLog::TunnelLog(platform::FileDescriptor file) : m_file(std::move(file)) {
+TunnelLog::TunnelLog(FileDescriptor file) : m_file(std::move(file)) {
     // A file system that cannot reserve is taken at its word when the first line is written.
     m_hasRoom = fallocate(m_file.get(), FALLOC_FL_KEEP_SIZE, 0, Reserved) == 0 || errno == EOPNOTSUPP;
 }
@@ -113,7 +112,7 @@ void TunnelLog::finish(std::string_view reason) {
     }
     note(reason);
     if (!m_isUp && !m_isOver) {
-        note(Fatal);
+        note(fatalErrorMarker);
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileDescriptor.h"
+#include "common/FileDescriptor.h"
 
 #include <cstddef>
 #include <string>
@@ -15,7 +15,7 @@ namespace quorvane::guard {
 class TunnelLog {
 public:
     /// Takes the log, opened for appending. Reserves room for what has to be said at the end; see hasRoom().
-    explicit TunnelLog(platform::FileDescriptor file);
+    explicit TunnelLog(FileDescriptor file);
 
     /// False when the disk has no room for a log: the end of an attempt could then not be told.
     bool hasRoom() const { return m_hasRoom; }
@@ -43,7 +43,7 @@ private:
     void addLine(std::string line);
     void write(std::string_view text);
 
-    platform::FileDescriptor m_file;
+    FileDescriptor m_file;
     std::string m_unfinished;
     std::size_t m_written = 0;
     bool m_hasRoom = false;

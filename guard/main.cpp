@@ -28,7 +28,7 @@
 namespace {
 
 using namespace quorvane::guard;
-using platform::FileDescriptor;
+using quorvane::FileDescriptor;
 
 constexpr std::size_t LargestCredentials = 4096;
 constexpr std::chrono::milliseconds Deadline{QUORVANE_DEADLINE_MS};

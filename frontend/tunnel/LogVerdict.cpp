@@ -1,6 +1,9 @@
 #include "LogVerdict.h"
 
+#include "common/OpenVpnMarkers.h"
+
 #include <array>
+#include <string_view>
 
 namespace {
 
@@ -9,15 +12,20 @@ struct Marker {
     QLatin1String line;
 };
 
+constexpr QLatin1String latin1(std::string_view text) {
+    return {text.data(), static_cast<qsizetype>(text.size())};
+}
+
 constexpr std::array<Marker, 5> failureMarkers{
-    {{QLatin1String("AUTH_FAILED"), QLatin1String("stopVpn by AUTH_FAILED")},
-     {QLatin1String("TLS key negotiation failed"), QLatin1String("stopVpn by TLS key negotiation failed")},
-     {QLatin1String("Cannot resolve host address"), QLatin1String("stopVpn by Cannot resolve host address")},
-     {QLatin1String("auth-user-pass fails"), QLatin1String("auth-user-pass fails. Not found .vpnCreds.txt")},
-     {QLatin1String("Exiting due to fatal error"),
+    {{latin1(quorvane::authFailedMarker), QLatin1String("stopVpn by AUTH_FAILED")},
+     {latin1(quorvane::keyNegotiationFailedMarker), QLatin1String("stopVpn by TLS key negotiation failed")},
+     {latin1(quorvane::hostNotResolvedMarker), QLatin1String("stopVpn by Cannot resolve host address")},
+     {latin1(quorvane::credentialsFileMarker),
+      QLatin1String("auth-user-pass fails. Not found .vpnCreds.txt")},
+     {latin1(quorvane::fatalErrorMarker),
       QLatin1String("*** auth-user-pass fails. Not found .vpnCreds.txt")}}};
 
-constexpr QLatin1String completed("Initialization Sequence Completed");
+constexpr QLatin1String completed = latin1(quorvane::completedMarker);
 
 /// The piece before the last, when there are at least three pieces between line feeds: since the log ends
 /// in a line feed, that is its last complete line.

@@ -35,7 +35,7 @@ AnnouncedRequests::AnnouncedRequests() = default;
 
 AnnouncedRequests::~AnnouncedRequests() = default;
 
-Result<bool> AnnouncedRequests::announce(const Announcement &announcement) {
+Result<> AnnouncedRequests::announce(const Announcement &announcement) {
     Entry entry{announcement, nullptr, announcement.count == 0};
     if (!announcement.pattern.empty()) {
         entry.pattern = std::make_unique<Pattern>(announcement.pattern);
@@ -44,7 +44,7 @@ Result<bool> AnnouncedRequests::announce(const Announcement &announcement) {
         }
     }
     m_entries.push_back(std::move(entry));
-    return true;
+    return {};
 }
 
 bool AnnouncedRequests::covers(const Entry &entry, const std::string &target) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Config.h"
-#include "Result.h"
+#include "common/Result.h"
 
 #include <memory>
 #include <string>
@@ -20,7 +20,7 @@ public:
     ~AnnouncedRequests();
 
     /// Fails on an expression that cannot be read.
-    Result<bool> announce(const Announcement &announcement);
+    Result<> announce(const Announcement &announcement);
     /// Uses up one announced request; false, and remembered, when none covers the target.
     bool take(const std::string &target);
     /// Forgets all announcements; what was unexpected stays so.

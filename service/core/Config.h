@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Ipv4.h"
-#include "Result.h"
+#include "common/Result.h"
 
 #include <chrono>
 #include <cstdint>

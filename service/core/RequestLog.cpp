@@ -66,12 +66,12 @@ RequestLog::~RequestLog() {
     }
 }
 
-Result<bool> RequestLog::open(const std::string &path) {
+Result<> RequestLog::open(const std::string &path) {
     m_file = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
     if (m_file < 0) {
         return Failure{"request_log: cannot write " + path + ": " + std::strerror(errno)};
     }
-    return true;
+    return {};
 }
 
 void RequestLog::record(const Traffic &traffic) {

@@ -43,7 +43,7 @@ public:
     RequestLog &operator=(const RequestLog &) = delete;
 
     /// Opens the file for appending, creating it readable for its owner alone.
-    Result<bool> open(const std::string &path);
+    Result<> open(const std::string &path);
     void record(const Traffic &traffic) override;
 
 private:

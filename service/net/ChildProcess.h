@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Result.h"
+#include "common/Result.h"
 
 #include <functional>
 #include <memory>

@@ -93,7 +93,7 @@ void GatewayRunner::startNext() {
         fail(process.error());
         return;
     }
-    job.process = process.take();
+    job.process = std::move(process).value();
     job.limit.expires_after(TimeLimit);
     job.limit.async_wait(
         [weak = std::weak_ptr<ChildProcess>(job.process)](const boost::system::error_code &cancelled) {

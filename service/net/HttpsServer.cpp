@@ -342,7 +342,7 @@ HttpsServer::HttpsServer(asio::io_context &context, const Config &config, Handle
 
 HttpsServer::~HttpsServer() = default;
 
-Result<bool> HttpsServer::start() {
+Result<> HttpsServer::start() {
     error_code error;
     auto &tls = m_shared->tls;
     const Config &config = m_shared->config;
@@ -372,7 +372,7 @@ Result<bool> HttpsServer::start() {
         m_listeners.push_back(listener);
         listener->accept();
     }
-    return true;
+    return {};
 }
 
 void HttpsServer::stop() {

@@ -29,7 +29,7 @@ public:
     HttpsServer &operator=(const HttpsServer &) = delete;
 
     /// Loads the certificate and binds all addresses.
-    Result<bool> start();
+    Result<> start();
     /// Stops accepting and closes every connection. Destroying the object without it is for
     /// a context that runs no more.
     void stop();

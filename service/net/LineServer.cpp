@@ -146,7 +146,7 @@ LineServer::LineServer(asio::io_context &context, MakeClient makeClient)
 
 LineServer::~LineServer() = default;
 
-Result<bool> LineServer::start(const std::string &path) {
+Result<> LineServer::start(const std::string &path) {
     std::error_code gone;
     std::filesystem::remove(path, gone);
     error_code error;
@@ -163,7 +163,7 @@ Result<bool> LineServer::start(const std::string &path) {
     }
     m_state->path = path;
     m_state->accept();
-    return true;
+    return {};
 }
 
 void LineServer::stop() {

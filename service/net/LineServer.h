@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Result.h"
+#include "common/Result.h"
 
 #include <functional>
 #include <memory>
@@ -38,7 +38,7 @@ public:
     LineServer &operator=(const LineServer &) = delete;
 
     /// Binds the path, taking the place of a socket that a predecessor left there.
-    Result<bool> start(const std::string &path);
+    Result<> start(const std::string &path);
     /// Ends all connections and removes the socket. Destroying the object without it is for
     /// a context that runs no more.
     void stop();

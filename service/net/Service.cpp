@@ -39,14 +39,14 @@ std::string readFile(const std::string &path) {
     return text.str();
 }
 
-Result<bool> prepareRuntimeFolder(const std::string &folder) {
+Result<> prepareRuntimeFolder(const std::string &folder) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error || chmod(folder.c_str(), 0700) != 0) {
         return Failure{"runtime_folder: cannot use " + folder + ": " +
                        (error ? error.message() : std::strerror(errno))};
     }
-    return true;
+    return {};
 }
 
 /// Keeps a second service out of the runtime folder, whose sockets it would steal. The lock goes with the
@@ -64,7 +64,7 @@ public:
     FolderLock(const FolderLock &) = delete;
     FolderLock &operator=(const FolderLock &) = delete;
 
-    Result<bool> take(const std::string &path) {
+    Result<> take(const std::string &path) {
         m_file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
         if (m_file < 0) {
             return Failure{"runtime_folder: cannot open " + path + ": " + std::strerror(errno)};
@@ -72,7 +72,7 @@ public:
         if (flock(m_file, LOCK_EX | LOCK_NB) != 0) {
             return Failure{"runtime_folder: another service uses it"};
         }
-        return true;
+        return {};
     }
 
 private:
@@ -123,7 +123,7 @@ public:
         }
     }
 
-    Result<bool> start() {
+    Result<> start() {
         if (auto folder = prepareRuntimeFolder(m_config.runtimeFolder); !folder) {
             return folder;
         }
@@ -176,7 +176,7 @@ public:
 
 private:
     /// One line "address port" per listener; the file appears only when all of them are bound.
-    Result<bool> writeAddresses() {
+    Result<> writeAddresses() {
         const std::string path = m_config.runtimeFolder + "/listening";
         std::ofstream file(path + ".new", std::ios::trunc);
         for (const std::string &address : m_https.bound()) {
@@ -188,7 +188,7 @@ private:
         if (!file || error) {
             return Failure{"runtime_folder: cannot write " + path};
         }
-        return true;
+        return {};
     }
 
     void removeAddresses() {

@@ -39,7 +39,7 @@ void VpnGateway::start(std::function<void(const std::string &)> failed) {
     });
 }
 
-Result<bool> VpnGateway::startServers() {
+Result<> VpnGateway::startServers() {
     const std::string link = m_config.runtimeFolder + "/vpnsrv";
     std::error_code error;
     std::filesystem::remove(link, error);
@@ -59,7 +59,7 @@ Result<bool> VpnGateway::startServers() {
             return started;
         }
     }
-    return true;
+    return {};
 }
 
 void VpnGateway::stop(std::function<void()> stopped) {

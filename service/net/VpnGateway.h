@@ -31,7 +31,7 @@ public:
 private:
     void lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) override;
     void takeBack(Ipv4Address tunnel) override;
-    Result<bool> startServers();
+    Result<> startServers();
     void serverStopped();
 
     boost::asio::io_context &m_context;

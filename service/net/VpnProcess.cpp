@@ -76,7 +76,7 @@ std::string VpnProcess::path(const std::string &suffix) const {
     return m_config.runtimeFolder + '/' + m_name + suffix;
 }
 
-Result<bool> VpnProcess::start() {
+Result<> VpnProcess::start() {
     const std::string socket = m_config.runtimeFolder + "/management-" + m_name + ".sock";
     std::ofstream file(path(".conf"), std::ios::trunc);
     file << serverConfiguration(m_config.vpn, m_server, socket);
@@ -108,7 +108,7 @@ void VpnProcess::launch() {
         launchLater();
         return;
     }
-    m_process = process.take();
+    m_process = std::move(process).value();
     m_running = true;
 }
 

@@ -27,7 +27,7 @@ public:
     VpnProcess &operator=(const VpnProcess &) = delete;
 
     /// Writes the files, binds the management socket and starts the server.
-    Result<bool> start();
+    Result<> start();
     /// Ends the server, by force after a while; `stopped` is called when it is gone.
     void stop(std::function<void()> stopped);
 

@@ -15,7 +15,7 @@
 #include <unistd.h>
 
 using namespace quorvane::guard;
-using platform::FileDescriptor;
+using quorvane::FileDescriptor;
 
 namespace {
 

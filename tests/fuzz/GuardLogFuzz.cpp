@@ -8,7 +8,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-using platform::FileDescriptor;
+using quorvane::FileDescriptor;
 using quorvane::guard::TunnelLog;
 
 // What the guard makes of anything that OpenVPN prints, as the application's monitor reads it.

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "platform/FileDescriptor.h"
+#include "common/FileDescriptor.h"
 #include "platform/Workspace.h"
 
 #include <QByteArray>
 #include <map>
 
 namespace platform {
+
+using quorvane::FileDescriptor;
 
 /// Where the desktop keeps a user's files.
 struct WorkspaceFolders {

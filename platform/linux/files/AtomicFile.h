@@ -1,11 +1,13 @@
 #pragma once
 
-#include "platform/FileDescriptor.h"
+#include "common/FileDescriptor.h"
 
 #include <QByteArray>
 #include <QString>
 
 namespace platform {
+
+using quorvane::FileDescriptor;
 
 /// A file on its way to a name: written privately beside it (mode 600 from the first byte), then moved
 /// onto the name whole. A link under that name is replaced, not followed. Going away before commit()

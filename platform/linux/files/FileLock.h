@@ -1,10 +1,12 @@
 #pragma once
 
-#include "platform/FileDescriptor.h"
+#include "common/FileDescriptor.h"
 
 #include <QString>
 
 namespace platform {
+
+using quorvane::FileDescriptor;
 
 /// An exclusive lock that the kernel drops when its holder ends, however it ends: a file that was left
 /// behind locks nothing.

@@ -1,6 +1,6 @@
 #include "platform/FileRoom.h"
 
-#include "platform/FileDescriptor.h"
+#include "common/FileDescriptor.h"
 
 #include <QFile>
 
@@ -8,6 +8,8 @@
 #include <fcntl.h>
 
 namespace platform {
+
+using quorvane::FileDescriptor;
 
 namespace {
 

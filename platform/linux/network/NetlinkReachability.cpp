@@ -4,7 +4,7 @@
 #include "ReachabilityDelivery.h"
 #include "RouteTable.h"
 #include "ThreadQueue.h"
-#include "platform/FileDescriptor.h"
+#include "common/FileDescriptor.h"
 
 #include <QUrl>
 
@@ -22,6 +22,8 @@
 #include <utility>
 
 namespace platform {
+
+using quorvane::FileDescriptor;
 
 namespace {
 

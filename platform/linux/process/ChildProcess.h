@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileDescriptor.h"
+#include "common/FileDescriptor.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -10,6 +10,8 @@
 #include <sys/types.h>
 
 namespace platform {
+
+using quorvane::FileDescriptor;
 
 /// What to start.
 struct ChildCommand {

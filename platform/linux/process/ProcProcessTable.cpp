@@ -1,6 +1,6 @@
 #include "ProcProcessTable.h"
 
-#include "platform/FileDescriptor.h"
+#include "common/FileDescriptor.h"
 
 #include <QStringBuilder>
 
@@ -17,6 +17,8 @@
 #include <string_view>
 
 namespace platform {
+
+using quorvane::FileDescriptor;
 
 namespace {
 

@@ -20,7 +20,7 @@ protected:
         const int file = mkstemp(path.data());
         EXPECT_GE(file, 0);
         close(file);
-        log.emplace(platform::FileDescriptor(open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)));
+        log.emplace(quorvane::FileDescriptor(open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)));
     }
 
     ~TunnelLogTest() override { unlink(path.c_str()); }
@@ -112,7 +112,7 @@ TEST_F(TunnelLogTest, AnEndThatOpenVpnToldIsNotToldAgain) {
     for (const char *marker : {"AUTH_FAILED", "TLS key negotiation failed", "Cannot resolve host address",
                                "auth-user-pass fails"}) {
         TunnelLog told(
-            platform::FileDescriptor(open(path.c_str(), O_WRONLY | O_TRUNC | O_APPEND | O_CLOEXEC)));
+            quorvane::FileDescriptor(open(path.c_str(), O_WRONLY | O_TRUNC | O_APPEND | O_CLOEXEC)));
         told.add(std::string(Time) + marker + "\n");
         told.finish("OpenVPN ended with status 1");
         EXPECT_FALSE(holds("Exiting due to fatal error")) << marker;
@@ -138,7 +138,7 @@ TEST_F(TunnelLogTest, AFloodIsBoundedAndItsEndStillTold) {
 }
 
 TEST(TunnelLogOnAFullDisk, LostLinesAreNoticed) {
-    TunnelLog log(platform::FileDescriptor(open("/dev/full", O_WRONLY | O_CLOEXEC)));
+    TunnelLog log(quorvane::FileDescriptor(open("/dev/full", O_WRONLY | O_CLOEXEC)));
     EXPECT_FALSE(log.hasRoom()) << "a device has no room to reserve";
     log.add("x\n");
     EXPECT_FALSE(log.isWhole());

@@ -26,7 +26,7 @@ protected:
     std::unique_ptr<ChildProcess> start(const std::vector<std::string> &arguments) {
         auto started = ChildProcess::start(m_context, arguments, -1, STDERR_FILENO,
                                            [this](int status) { m_status = status; });
-        return started ? started.take() : nullptr;
+        return started ? std::move(started).value() : nullptr;
     }
 
     asio::io_context m_context;

@@ -3,7 +3,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace platform {
+namespace quorvane {
 
 /// Owns one file descriptor and closes it.
 class FileDescriptor {
@@ -42,4 +42,4 @@ private:
     int descriptor = -1;
 };
 
-} // namespace platform
+} // namespace quorvane
