@@ -10,36 +10,40 @@ class FileDescriptor {
 public:
     FileDescriptor() = default;
 
-    explicit FileDescriptor(int number) : descriptor(number) {}
+    explicit FileDescriptor(int number) : m_number(number) {}
 
     ~FileDescriptor() { reset(); }
 
-    FileDescriptor(FileDescriptor &&other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
+    FileDescriptor(FileDescriptor &&other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
 
     FileDescriptor &operator=(FileDescriptor &&other) noexcept {
-        if (this != &other)
-            reset(std::exchange(other.descriptor, -1));
+        if (this != &other) {
+            reset(std::exchange(other.m_number, -1));
+        }
         return *this;
     }
 
     FileDescriptor(const FileDescriptor &) = delete;
     FileDescriptor &operator=(const FileDescriptor &) = delete;
 
-    [[nodiscard]] int get() const { return descriptor; }
+    /// The number, or -1 when nothing is open.
+    [[nodiscard]] int get() const { return m_number; }
 
-    [[nodiscard]] bool isOpen() const { return descriptor >= 0; }
+    [[nodiscard]] bool isOpen() const { return m_number >= 0; }
 
-    /// Gives the descriptor away, open.
-    [[nodiscard]] int release() { return std::exchange(descriptor, -1); }
+    /// Returns the open descriptor, which then belongs to the caller.
+    [[nodiscard]] int release() { return std::exchange(m_number, -1); }
 
+    /// Closes the descriptor and owns `number` instead.
     void reset(int number = -1) {
-        if (descriptor >= 0)
-            ::close(descriptor);
-        descriptor = number;
+        if (m_number >= 0) {
+            ::close(m_number);
+        }
+        m_number = number;
     }
 
 private:
-    int descriptor = -1;
+    int m_number = -1;
 };
 
 } // namespace quorvane
