@@ -25,7 +25,7 @@ protected:
         rmdir(m_folder.c_str());
     }
 
-    std::string reasonFor(const std::string &name) const {
+    [[nodiscard]] std::string reasonFor(const std::string &name) const {
         const auto opened = openPlainFile(m_folder + name, O_RDONLY);
         return opened ? "" : opened.error();
     }

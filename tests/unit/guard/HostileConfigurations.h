@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -12,11 +11,6 @@ struct HostileConfiguration {
     std::string refusal; ///< a part of the refusal's text
     std::string text;    ///< the whole configuration: the allowed one, then the record's lines
 };
-
-/// For GoogleTest, which prescribes the name.
-inline void PrintTo(const HostileConfiguration &configuration, std::ostream *stream) {
-    *stream << configuration.name;
-}
 
 /// An allowed configuration: byte for byte what the service generates, which a test of the service checks.
 /// Throws when it cannot be read.
