@@ -7,7 +7,7 @@
 
 #include "HttpsServer.h"
 #include "LineServer.h"
-#include "Note.h"
+#include "ServiceLog.h"
 #include "VpnGateway.h"
 #include "core/AnnouncedRequests.h"
 #include "core/Api.h"

@@ -2,7 +2,7 @@
 
 #include "VpnGateway.h"
 
-#include "Note.h"
+#include "ServiceLog.h"
 #include "core/RequestLog.h"
 
 #include <filesystem>

@@ -5,7 +5,7 @@
 #include "core/Config.h"
 #include "core/ControlCommands.h"
 #include "core/GatewayRules.h"
-#include "core/LoginDesk.h"
+#include "core/LoginHandler.h"
 
 #include <functional>
 #include <memory>

@@ -6,7 +6,7 @@
 
 #include "VpnProcess.h"
 
-#include "Note.h"
+#include "ServiceLog.h"
 #include "core/ManagementParser.h"
 #include "core/VpnConfiguration.h"
 

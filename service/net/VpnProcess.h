@@ -5,7 +5,7 @@
 #include "core/BackOff.h"
 #include "core/Config.h"
 #include "core/ControlCommands.h"
-#include "core/LoginDesk.h"
+#include "core/LoginHandler.h"
 #include "core/TunnelAddresses.h"
 
 #include <functional>

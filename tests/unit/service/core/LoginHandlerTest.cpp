@@ -1,4 +1,4 @@
-#include "core/LoginDesk.h"
+#include "core/LoginHandler.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "LoginDesk.h"
+#include "LoginHandler.h"
 
 #include "RequestLog.h"
 

@@ -1,4 +1,4 @@
-#include "Note.h"
+#include "ServiceLog.h"
 
 #include "core/RequestLog.h"
 
