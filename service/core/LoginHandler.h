@@ -11,41 +11,42 @@
 
 namespace quorvane::service {
 
-/// Where tunnel addresses are tied to lent addresses. Calls take effect in the order they are made.
-class LendingTable {
+/// Maps tunnel addresses to lent addresses. Calls take effect in their order.
+class AddressLeaseTable {
 public:
-    virtual ~LendingTable() = default;
-    /// Lets traffic of the tunnel address leave with the lent one. `done` is called once, later, with
-    /// whether it worked.
+    virtual ~AddressLeaseTable() = default;
+    /// Lets traffic of the tunnel address leave with the lent one. `done` is called later, once, with true
+    /// for success.
     virtual void lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) = 0;
-    /// Ends it; never called for an address that `lend` was not called for before.
-    virtual void takeBack(Ipv4Address tunnel) = 0;
+    /// Ends the lease of an address for which lend() was called before.
+    virtual void release(Ipv4Address tunnel) = 0;
 };
 
-/// Decides over the logins of one OpenVPN server, from the server's events to the commands it gets back.
+/// Accepts or refuses the logins of one OpenVPN server: receives the server's events and sends it commands.
 ///
-/// A login is answered only when its row is in the lending table, so no packet of a session can leave
-/// with another address than the one that was asked for. A user has one session at a time on a server: the
-/// newest. A login again on the same grant gets the tunnel address it had, if that is free. Make it with
-/// std::make_shared: answers of the table may come after the connection to the server, and with it the desk's
-/// owner, is gone.
-class LoginDesk : public std::enable_shared_from_this<LoginDesk> {
+/// A login is accepted only after its lease is in the table, so no packet of a session can leave with another
+/// address than the requested one. A user has one session at a time on a server: the newest. A further login
+/// with the same grant receives the same tunnel address if that is free.
+///
+/// Make it with std::make_shared: the table may answer after the connection to the server has ended and the
+/// handler's owner is destroyed.
+class LoginHandler : public std::enable_shared_from_this<LoginHandler> {
 public:
     using Send = std::function<void(const std::string &commands)>;
-    using Note = std::function<void(const std::string &line)>;
+    using Log = std::function<void(const std::string &line)>;
 
     /// None of the references is owned.
-    LoginDesk(CredentialStore &credentials, TunnelAddresses &addresses, LendingTable &table, Send send,
-              Note note);
+    LoginHandler(CredentialStore &credentials, TunnelAddresses &addresses, AddressLeaseTable &table,
+                 Send send, Log log);
 
     void handle(const ManagementEvent &event);
-    /// The server is gone: its sessions end and nothing is sent any more.
+    /// Ends all sessions. Nothing is sent after this.
     void connectionLost();
 
-    /// The server accepts clients.
+    /// True while the server accepts clients.
     [[nodiscard]] bool ready() const { return m_ready; }
 
-    [[nodiscard]] std::size_t sessions() const { return m_sessions.size(); }
+    [[nodiscard]] std::size_t sessionCount() const { return m_sessions.size(); }
 
 private:
     struct Session {
@@ -58,16 +59,16 @@ private:
 
     void connect(const ManagementEvent &event);
     void reauthenticate(const ManagementEvent &event);
-    void lent(std::uint64_t client, Ipv4Address tunnel, bool worked);
+    void leaseDone(std::uint64_t client, Ipv4Address tunnel, bool worked);
     void endEarlierSession(const std::string &user);
     void endSession(std::uint64_t client);
     void deny(std::uint64_t client, std::uint64_t key, const std::string &reason);
 
     CredentialStore &m_credentials;
     TunnelAddresses &m_addresses;
-    LendingTable &m_table;
+    AddressLeaseTable &m_table;
     Send m_send;
-    Note m_note;
+    Log m_log;
     std::map<std::uint64_t, Session> m_sessions;
     bool m_ready = false;
 };

@@ -4,7 +4,7 @@
 
 namespace quorvane::service {
 
-/// Writes one line on standard error, with the time in front.
-void note(const std::string &line);
+/// Writes one line to standard error, with the time in front.
+void writeLog(const std::string &line);
 
 } // namespace quorvane::service

@@ -3,9 +3,10 @@
 #include <gtest/gtest.h>
 
 namespace quorvane::service {
+
 namespace {
 
-TEST(Latin1, ThereAndBack) {
+TEST(Latin1, IsConvertedInBothDirections) {
     std::string bytes;
     for (int i = 0; i < 256; ++i) {
         bytes += static_cast<char>(i);
@@ -18,4 +19,5 @@ TEST(Latin1, ThereAndBack) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

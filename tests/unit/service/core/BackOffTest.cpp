@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace quorvane::service {
+
 namespace {
 
 using std::chrono::milliseconds;
@@ -19,4 +20,5 @@ TEST(BackOff, DoublesUpToItsLimitAndForgetsAfterALongRun) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 namespace quorvane::service {
+
 namespace {
 
 using testing::HasSubstr;
@@ -13,7 +14,7 @@ Ipv4Address address(std::string_view text) {
     return *Ipv4Address::parse(text);
 }
 
-TEST(GatewayRules, ReplacesTheTablesOfAPredecessor) {
+TEST(GatewayRules, ReplacesTheTablesOfAnEarlierRun) {
     const Config config = test::sampleConfig();
     Gateway gateway;
     gateway.wanInterface = "wan";
@@ -67,18 +68,19 @@ TEST(GatewayRules, OnlyEmptiesTablesThatAreNotItsOwn) {
     EXPECT_EQ(rules.teardown(), rules.setup());
 }
 
-TEST(GatewayRules, RowsComeAndGoInOneTransaction) {
+TEST(GatewayRules, LeasesAreAddedAndRemovedInOneTransaction) {
     const Config config = test::sampleConfig();
     const Gateway gateway;
     const GatewayRules rules(gateway, config.vpn);
     EXPECT_EQ(rules.lend(address("10.8.0.2"), address("203.0.113.5")),
               "add element ip quorvane lent { 10.8.0.2 : 203.0.113.5 }\n"
               "add element ip quorvane allowed { 10.8.0.2 }\n");
-    EXPECT_EQ(rules.takeBack(address("10.8.0.2")), "delete element ip quorvane allowed { 10.8.0.2 }\n"
-                                                   "delete element ip quorvane lent { 10.8.0.2 }\n");
+    EXPECT_EQ(rules.release(address("10.8.0.2")), "delete element ip quorvane allowed { 10.8.0.2 }\n"
+                                                  "delete element ip quorvane lent { 10.8.0.2 }\n");
     EXPECT_EQ(rules.teardown(), "add table ip quorvane\nadd table ip6 quorvane\n"
                                 "delete table ip quorvane\ndelete table ip6 quorvane\n");
 }
 
 } // namespace
+
 } // namespace quorvane::service

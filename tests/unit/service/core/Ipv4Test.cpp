@@ -5,19 +5,20 @@
 #include <string>
 
 namespace quorvane::service {
+
 namespace {
 
 Ipv4Address address(std::string_view text) {
     return *Ipv4Address::parse(text);
 }
 
-class NoAddress : public testing::TestWithParam<std::string_view> {};
+class MalformedAddress : public testing::TestWithParam<std::string_view> {};
 
-TEST_P(NoAddress, IsRefused) {
+TEST_P(MalformedAddress, IsRefused) {
     EXPECT_FALSE(Ipv4Address::parse(GetParam()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Ipv4, NoAddress,
+INSTANTIATE_TEST_SUITE_P(Ipv4, MalformedAddress,
                          testing::Values("", "1.2.3", "1.2.3.4.5", "1.2.3.256", "1.2.3.04", "1.2.3.4 ",
                                          " 1.2.3.4", "1.2.3.-4", "1.2.3.+4", "1..3.4", "a.b.c.d", "1.2.3.4\n",
                                          "0x1.2.3.4", "99999999999.1.1.1"));
@@ -47,4 +48,5 @@ TEST(Ipv4, Networks) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

@@ -8,11 +8,12 @@
 #include <fstream>
 
 namespace quorvane::service {
+
 namespace {
 
 using nlohmann::json;
 
-TEST(RequestLogLine, EscapesEveryByteSoThatItComesBack) {
+TEST(RequestLogLine, EscapesEveryByteReversibly) {
     std::string bytes;
     for (int i = 0; i < 256; ++i) {
         bytes += static_cast<char>(i);
@@ -26,21 +27,21 @@ TEST(RequestLogLine, EscapesEveryByteSoThatItComesBack) {
 }
 
 TEST(RequestLogLine, ByteForByte) {
-    Traffic traffic;
-    traffic.peer = "198.51.100.10";
-    traffic.host = "api.quorvane.test";
-    traffic.method = "GET";
-    traffic.target = "/?a=1&&b=%2B";
-    traffic.status = 200;
-    traffic.bytes = 12;
+    RequestLogEntry entry;
+    entry.peer = "198.51.100.10";
+    entry.host = "api.quorvane.test";
+    entry.method = "GET";
+    entry.target = "/?a=1&&b=%2B";
+    entry.status = 200;
+    entry.bytes = 12;
     const std::chrono::system_clock::time_point time{std::chrono::milliseconds(1706745599123)};
     EXPECT_EQ(
-        logLine(traffic, time, false),
+        logLine(entry, time, false),
         R"({"time":"2024-01-31T23:59:59.123Z","event":"request","peer":"198.51.100.10",)"
         R"("host":"api.quorvane.test","method":"GET","target":"/?a=1&&b=%2B","status":200,"bytes":12})");
-    traffic.event = "bad_request";
-    traffic.detail = "bad \"method\"";
-    const json line = json::parse(logLine(traffic, time, true));
+    entry.event = "bad_request";
+    entry.detail = "bad \"method\"";
+    const json line = json::parse(logLine(entry, time, true));
     EXPECT_EQ(line.at("detail"), "bad \"method\"");
     EXPECT_EQ(line.at("unexpected"), true);
 }
@@ -57,12 +58,12 @@ TEST(RequestLog, AppendsLinesAndMarksUnexpectedRequests) {
     ASSERT_TRUE(announced.announce({"/ip", "", 1}));
     RequestLog log(&announced, [] { return std::chrono::system_clock::time_point(); });
     ASSERT_TRUE(log.open(path));
-    Traffic traffic;
-    traffic.target = "/ip";
-    log.record(traffic);
-    log.record(traffic);
-    traffic.event = "handshake_failed";
-    log.record(traffic);
+    RequestLogEntry entry;
+    entry.target = "/ip";
+    log.record(entry);
+    log.record(entry);
+    entry.event = "handshake_failed";
+    log.record(entry);
     std::ifstream file(path);
     std::vector<json> lines;
     for (std::string line; std::getline(file, line);) {
@@ -76,7 +77,7 @@ TEST(RequestLog, AppendsLinesAndMarksUnexpectedRequests) {
     std::remove(path.c_str());
 }
 
-TEST(RequestLog, SaysWhyItCannotBeOpened) {
+TEST(RequestLog, ReportsWhyItCannotBeOpened) {
     RequestLog log(nullptr, [] { return std::chrono::system_clock::time_point(); });
     const auto opened = log.open("/nonexistent/folder/log");
     ASSERT_FALSE(opened);
@@ -84,4 +85,5 @@ TEST(RequestLog, SaysWhyItCannotBeOpened) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

@@ -32,7 +32,7 @@ inline Config sampleConfig() {
 }
 
 /// A certificate block that only has to look like one.
-inline constexpr const char *SamplePem =
+inline constexpr const char *samplePem =
     "-----BEGIN CERTIFICATE-----\nAAAA\nBBBB\n-----END CERTIFICATE-----\n";
 
 } // namespace quorvane::service::test
