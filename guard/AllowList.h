@@ -7,12 +7,12 @@
 
 namespace quorvane::guard {
 
-/// Checks every directive against the list of what a client's configuration needs. The error, a text made by
+/// Checks every directive against the list of those that a client needs. The error, a text made by
 /// refusal(), names the first directive that is not in the list or has a parameter that is not allowed.
 ///
-/// The list has what reaches a server and protects the connection. It has nothing that names a file or a
-/// program, runs anything, writes anywhere, sends what the user did not request, or sends traffic past the
-/// tunnel.
+/// The list contains directives that reach a server and protect the connection. It contains none that names a
+/// file or a program, runs anything, writes anywhere, sends what the user did not request, or sends traffic
+/// past the tunnel.
 Result<> check(const std::vector<Directive> &directives);
 
 /// The configuration that OpenVPN receives: only what was parsed, written in the plainest form.

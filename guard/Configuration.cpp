@@ -25,8 +25,8 @@ struct Refused {
     Failure failure;
 };
 
-/// Returns the lines of a text one by one, without their line feeds, and checks each for what no line may
-/// contain.
+/// Returns the lines of a text one by one, without their line feeds, and refuses the ones that are too
+/// long or contain a zero byte.
 class Lines {
 public:
     explicit Lines(std::string_view text) : m_rest(text) {

@@ -24,7 +24,7 @@ Result<OpenedFile> openPlainFile(const std::string &path, int flags);
 Result<std::string> readAll(const FileDescriptor &file, std::size_t maximumSize);
 
 /// Makes a file in memory with these bytes: only this process and its children can read it, no process can
-/// change it, and nothing of it is written to a disk. `name` is for error texts and debuggers.
+/// change it, and it is not written to a disk. `name` is for error texts and debuggers.
 Result<FileDescriptor> sealedCopy(const std::string &name, std::string_view bytes);
 
 /// The path under which this process, and a child that inherits the descriptor, can open it again.

@@ -103,7 +103,7 @@ private:
         }
         const bool more = watched[0].revents == 0 || readOutput();
         // The rest of its output is read first. The end of the output cannot be awaited: another process may
-        // keep it open for ever.
+        // keep it open indefinitely.
         return more && (watched[2].revents == 0 || watched[0].revents != 0);
     }
 

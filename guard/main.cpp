@@ -44,7 +44,7 @@ struct Paths {
     std::string log;
 };
 
-/// What OpenVPN receives and what is held for it while it runs.
+/// The files that OpenVPN receives, and what the guard holds while OpenVPN runs.
 struct Preparation {
     std::vector<std::uint32_t> servers; ///< see serversOf()
     FileDescriptor configuration;
@@ -63,7 +63,7 @@ bool readCommandLine(std::span<char *> arguments, Paths &paths) {
     return true;
 }
 
-/// Keeps from OpenVPN what belongs to the caller: variables, open files, signal settings. This process
+/// Removes what OpenVPN would inherit from the caller: variables, open files, signal settings. This process
 /// handles secrets, so it leaves no core file and no other process may trace it.
 bool harden() {
     const rlimit none{0, 0};
@@ -161,7 +161,7 @@ Result<FileDescriptor> credentialsCopy(const std::string &path, uid_t owner) {
     return copy;
 }
 
-/// Checks and copies what OpenVPN receives, then waits for the lock.
+/// Checks and copies the files for OpenVPN, then waits for the lock.
 Result<Preparation> prepare(const Paths &paths, const OpenedFile &configuration) {
     const auto directives = allowedDirectives(configuration.descriptor);
     if (!directives) {

@@ -36,7 +36,7 @@ public:
 
     struct Login {
         Refusal refusal = Refusal::None;
-        Ipv4Address address;               ///< what to lend, when not refused
+        Ipv4Address address;               ///< the address to lend, when not refused
         std::optional<Ipv4Address> tunnel; ///< the tunnel address of the previous login with this grant
     };
 

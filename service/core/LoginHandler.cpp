@@ -56,7 +56,7 @@ void LoginHandler::connect(const ManagementEvent &event) {
         return;
     }
     m_credentials.setTunnelAddress(user, *tunnel);
-    m_sessions[event.client] = {user, password, *tunnel, login.address, event.key};
+    m_sessions[event.client] = {user, password, *tunnel, event.key};
     m_log("login of " + jsonText(user) + " from " + jsonText(source) + ": " + tunnel->text() + " lends " +
           login.address.text());
     m_table.lend(*tunnel, login.address,

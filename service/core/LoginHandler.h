@@ -53,7 +53,6 @@ private:
         std::string user;
         std::string password;
         Ipv4Address tunnel;
-        Ipv4Address lent;
         std::uint64_t key = 0;
     };
 

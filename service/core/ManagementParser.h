@@ -19,7 +19,7 @@ struct ManagementEvent {
         Connect,     ///< a client logs in: `client`, `key`, `fields`
         Reauth,      ///< a client renews its keys: `client`, `key`, `fields`
         Established, ///< a client's session is up: `client`
-        Disconnect   ///< a client is gone: `client`
+        Disconnect   ///< a client has disconnected: `client`
     };
 
     Kind kind = Kind::Hold;

@@ -30,8 +30,8 @@ public:
 
     /// Loads the certificate and binds all addresses.
     Result<> start();
-    /// Stops accepting and closes every connection. Without it the object may be destroyed only when the
-    /// io_context has stopped.
+    /// Stops accepting and closes every connection. An object that was not stopped may be destroyed
+    /// only when the io_context has stopped.
     void stop();
 
     /// "address port" of every bound address, with the port that the system chose.

@@ -39,8 +39,8 @@ public:
 
     /// Binds the path. Replaces a socket that an earlier run left there.
     Result<> start(const std::string &path);
-    /// Ends all connections and removes the socket. Without it the object may be destroyed only when the
-    /// io_context has stopped.
+    /// Ends all connections and removes the socket. An object that was not stopped may be destroyed
+    /// only when the io_context has stopped.
     void stop();
 
 private:
