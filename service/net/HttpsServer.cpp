@@ -20,7 +20,7 @@ namespace asio = boost::asio;
 namespace beast = boost::beast;
 namespace http = boost::beast::http;
 namespace ssl = boost::asio::ssl;
-using tcp = boost::asio::ip::tcp;
+using Tcp = boost::asio::ip::tcp;
 using boost::system::error_code;
 
 namespace {
@@ -39,7 +39,7 @@ std::string httpDate() {
     return {text.data(), length};
 }
 
-std::string peerText(const tcp::socket &socket) {
+std::string peerText(const Tcp::socket &socket) {
     error_code error;
     const auto endpoint = socket.remote_endpoint(error);
     if (error) {
@@ -76,7 +76,7 @@ struct HttpsServer::Shared {
 /// One connection from its TLS handshake to its end. The pending operations own it.
 class Connection : public std::enable_shared_from_this<Connection> {
 public:
-    Connection(tcp::socket socket, ssl::context &tls, const Limits &limits,
+    Connection(Tcp::socket socket, ssl::context &tls, const Limits &limits,
                const HttpsServer::Handler &handler, RequestRecorder &recorder)
         : m_stream(std::move(socket), tls), m_limits(limits), m_handler(handler), m_recorder(recorder),
           m_peer(peerText(beast::get_lowest_layer(m_stream).socket())) {}
@@ -223,7 +223,7 @@ private:
         m_stream.async_shutdown([self = shared_from_this()](error_code) {
             error_code ignored;
             auto &lowest = beast::get_lowest_layer(self->m_stream);
-            lowest.socket().shutdown(tcp::socket::shutdown_send, ignored);
+            lowest.socket().shutdown(Tcp::socket::shutdown_send, ignored);
             lowest.expires_after(lingerTime);
             self->discard();
         });
@@ -262,7 +262,7 @@ public:
     error_code bind(const ListenAddress &address) {
         error_code error;
         const auto numeric = asio::ip::make_address(address.address, error);
-        const tcp::endpoint endpoint(numeric, address.port);
+        const Tcp::endpoint endpoint(numeric, address.port);
         if (!error) {
             m_acceptor.open(endpoint.protocol(), error);
         }
@@ -279,7 +279,7 @@ public:
     }
 
     void accept() {
-        m_acceptor.async_accept([self = shared_from_this()](error_code error, tcp::socket socket) {
+        m_acceptor.async_accept([self = shared_from_this()](error_code error, Tcp::socket socket) {
             self->onAccept(error, std::move(socket));
         });
     }
@@ -297,7 +297,7 @@ public:
     }
 
 private:
-    void onAccept(error_code error, tcp::socket socket) {
+    void onAccept(error_code error, Tcp::socket socket) {
         if (!m_acceptor.is_open()) {
             return;
         }
@@ -315,7 +315,7 @@ private:
         accept();
     }
 
-    void serve(tcp::socket socket) {
+    void serve(Tcp::socket socket) {
         auto &connections = m_shared.connections;
         connections.remove_if([](const auto &connection) { return connection.expired(); });
         if (connections.size() >= m_shared.config.limits.connections) {
@@ -327,7 +327,7 @@ private:
             return;
         }
         error_code ignored;
-        socket.set_option(tcp::no_delay(true), ignored);
+        socket.set_option(Tcp::no_delay(true), ignored);
         const auto connection = std::make_shared<Connection>(
             std::move(socket), m_shared.tls, m_shared.config.limits, m_shared.handler, m_shared.recorder);
         connections.push_back(connection);
@@ -335,7 +335,7 @@ private:
     }
 
     Shared &m_shared;
-    tcp::acceptor m_acceptor;
+    Tcp::acceptor m_acceptor;
     asio::steady_timer m_acceptTimer;
 };
 
