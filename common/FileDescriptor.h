@@ -10,15 +10,15 @@ class FileDescriptor {
 public:
     FileDescriptor() = default;
 
-    explicit FileDescriptor(int descriptor) : m_descriptor(descriptor) {}
+    explicit FileDescriptor(int number) : m_number(number) {}
 
     ~FileDescriptor() { reset(); }
 
-    FileDescriptor(FileDescriptor &&other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    FileDescriptor(FileDescriptor &&other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
 
     FileDescriptor &operator=(FileDescriptor &&other) noexcept {
         if (this != &other) {
-            reset(std::exchange(other.m_descriptor, -1));
+            reset(std::exchange(other.m_number, -1));
         }
         return *this;
     }
@@ -26,22 +26,24 @@ public:
     FileDescriptor(const FileDescriptor &) = delete;
     FileDescriptor &operator=(const FileDescriptor &) = delete;
 
-    [[nodiscard]] int get() const { return m_descriptor; }
+    /// The number, or -1 when nothing is open.
+    [[nodiscard]] int get() const { return m_number; }
 
-    [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
+    [[nodiscard]] bool isOpen() const { return m_number >= 0; }
 
-    /// Gives the descriptor away, open.
-    [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
+    /// Returns the open descriptor, which then belongs to the caller.
+    [[nodiscard]] int release() { return std::exchange(m_number, -1); }
 
+    /// Closes the descriptor and owns `number` instead.
     void reset(int number = -1) {
-        if (m_descriptor >= 0) {
-            ::close(m_descriptor);
+        if (m_number >= 0) {
+            ::close(m_number);
         }
-        m_descriptor = number;
+        m_number = number;
     }
 
 private:
-    int m_descriptor = -1;
+    int m_number = -1;
 };
 
 } // namespace quorvane

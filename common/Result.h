@@ -17,9 +17,9 @@ struct Failure {
 template <typename Value = void>
 class [[nodiscard]] Result {
 public:
-    Result(Value content) : m_content(std::move(content)) {}
+    Result(Value value) : m_content(std::move(value)) {}
 
-    Result(Failure content) : m_content(std::move(content)) {}
+    Result(Failure failure) : m_content(std::move(failure)) {}
 
     [[nodiscard]] bool ok() const { return std::holds_alternative<Value>(m_content); }
 

@@ -4,13 +4,13 @@ namespace quorvane::guard {
 
 namespace {
 
-/// OpenVPN reads lines into a buffer of this many bytes, the line feed included, and goes on in the middle of
-/// a longer one as if a new line began there.
-constexpr std::size_t LineBuffer = 255;
-constexpr std::size_t MostWords = 8;
-constexpr std::size_t MostShown = 40;
+/// OpenVPN reads lines into a buffer of this many bytes, the line feed included, and continues in the middle
+/// of a longer one as if a new line began there.
+constexpr std::size_t lineBufferSize = 255;
+constexpr std::size_t maximumTokens = 8;
+constexpr std::size_t maximumQuotedLength = 40;
 
-constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 bool isBlank(char character) {
     return character == ' ' || character == '\t' || character == '\r';
@@ -20,16 +20,18 @@ bool isPrintable(char character) {
     return character == '\t' || (character >= ' ' && character <= '~');
 }
 
+/// Thrown by the functions below; parse() returns the failure.
 struct Refused {
-    Refusal why;
+    Failure failure;
 };
 
-/// Hands out the lines of a text, without their line feeds; each is checked for what no line may hold.
+/// Returns the lines of a text one by one, without their line feeds, and refuses the ones that are too
+/// long or contain a zero byte.
 class Lines {
 public:
     explicit Lines(std::string_view text) : m_rest(text) {
-        if (m_rest.starts_with(ByteOrderMark)) {
-            m_rest.remove_prefix(ByteOrderMark.size());
+        if (m_rest.starts_with(byteOrderMark)) {
+            m_rest.remove_prefix(byteOrderMark.size());
         }
     }
 
@@ -41,11 +43,11 @@ public:
         const auto end = m_rest.find('\n');
         line = m_rest.substr(0, end);
         m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() : end + 1);
-        if (line.size() >= LineBuffer) {
+        if (line.size() >= lineBufferSize) {
             fail("the line is too long");
         }
         if (line.find('\0') != std::string_view::npos) {
-            fail("the line holds a zero byte");
+            fail("the line contains a zero byte");
         }
         if (line.ends_with('\r')) {
             line.remove_suffix(1);
@@ -53,13 +55,13 @@ public:
         return true;
     }
 
-    std::size_t number() const { return m_number; }
+    [[nodiscard]] std::size_t number() const { return m_number; }
 
-    [[noreturn]] void fail(const std::string &reason) const { throw Refused{{m_number, reason}}; }
+    [[noreturn]] void fail(const std::string &reason) const { throw Refused{refusal(m_number, reason)}; }
 
     void requirePrintable(char character) const {
         if (!isPrintable(character)) {
-            fail("the line holds a byte that is not a printable character");
+            fail("the line contains a byte that is not a printable character");
         }
     }
 
@@ -68,51 +70,51 @@ private:
     std::size_t m_number = 0;
 };
 
-/// One word from the start of `rest`, which is not blank there; what is left stays in `rest`.
-std::string takeWord(const Lines &lines, std::string_view &rest) {
+/// Removes one token from the start of `rest`, which does not begin with a blank, and returns it.
+std::string readToken(const Lines &lines, std::string_view &rest) {
     const char quote = rest.front() == '"' || rest.front() == '\'' ? rest.front() : '\0';
-    std::size_t at = quote == '\0' ? 0 : 1;
-    std::string word;
-    for (; at < rest.size(); ++at) {
-        const char character = rest[at];
+    std::size_t position = quote == '\0' ? 0 : 1;
+    std::string token;
+    for (; position < rest.size(); ++position) {
+        const char character = rest[position];
         if (quote == '\0' ? isBlank(character) : character == quote) {
             break;
         }
         lines.requirePrintable(character);
         if (character == '\\') {
-            lines.fail("a backslash stands outside of a comment");
+            lines.fail("a backslash is outside of a comment");
         }
-        word += character;
+        token += character;
     }
-    if (quote != '\0' && at == rest.size()) {
+    if (quote != '\0' && position == rest.size()) {
         lines.fail("a quotation is not closed");
     }
-    // The closing quote, or the blank, ends the word; another may follow a quote at once.
-    rest.remove_prefix(at == rest.size() ? at : at + 1);
-    return word;
+    // The closing quote, or the blank, ends the token; the next one may follow a quote without a blank.
+    rest.remove_prefix(position == rest.size() ? position : position + 1);
+    return token;
 }
 
-std::vector<std::string> wordsOf(const Lines &lines, std::string_view line) {
-    std::vector<std::string> words;
+std::vector<std::string> tokensOf(const Lines &lines, std::string_view line) {
+    std::vector<std::string> tokens;
     while (true) {
         while (!line.empty() && isBlank(line.front())) {
             line.remove_prefix(1);
         }
         if (line.empty() || line.front() == '#' || line.front() == ';') {
-            return words;
+            return tokens;
         }
-        if (words.size() == MostWords) {
+        if (tokens.size() == maximumTokens) {
             lines.fail("the line has too many words");
         }
-        words.push_back(takeWord(lines, line));
+        tokens.push_back(readToken(lines, line));
     }
 }
 
-std::string takeBlock(Lines &lines, const std::string &name) {
+std::string readBlock(Lines &lines, const std::string &name) {
     const std::string endTag = "</" + name + ">";
     std::string block;
     std::string_view line;
-    const std::size_t begun = lines.number();
+    const std::size_t firstLine = lines.number();
     while (lines.next(line)) {
         for (const char character : line) {
             lines.requirePrintable(character);
@@ -124,60 +126,60 @@ std::string takeBlock(Lines &lines, const std::string &name) {
         if (text.starts_with(endTag)) {
             text.remove_prefix(endTag.size());
             if (text.find_first_not_of(" \t") != std::string_view::npos) {
-                lines.fail("text follows the end tag " + shown(endTag));
+                lines.fail("text follows the end tag " + quotedForLog(endTag));
             }
             return block;
         }
         block.append(line).append("\n");
     }
-    throw Refused{{begun, "the end tag " + shown(endTag) + " is missing"}};
+    throw Refused{refusal(firstLine, "the end tag " + quotedForLog(endTag) + " is missing")};
 }
 
-Directive directiveOf(Lines &lines, std::vector<std::string> words) {
-    Directive directive{lines.number(), std::move(words), std::nullopt};
-    std::string &name = directive.words.front();
+Directive directiveOf(Lines &lines, std::vector<std::string> tokens) {
+    Directive directive{lines.number(), std::move(tokens), std::nullopt};
+    std::string &name = directive.tokens.front();
     if (name.size() >= 3 && name.starts_with("--")) {
         name.erase(0, 2);
     }
-    if (directive.words.size() == 1 && name.size() >= 2 && name.starts_with('<') && name.ends_with('>')) {
+    if (directive.tokens.size() == 1 && name.size() >= 2 && name.starts_with('<') && name.ends_with('>')) {
         name = name.substr(1, name.size() - 2);
-        directive.block = takeBlock(lines, name);
+        directive.block = readBlock(lines, name);
     }
     return directive;
 }
 
 } // namespace
 
-std::variant<std::vector<Directive>, Refusal> parse(std::string_view text) {
-    if (text.size() > LargestConfiguration) {
-        return Refusal{0, "it is too large"};
+Result<std::vector<Directive>> parse(std::string_view text) {
+    if (text.size() > maximumConfigurationSize) {
+        return refusal(0, "it is too large");
     }
     try {
         std::vector<Directive> directives;
         Lines lines(text);
         std::string_view line;
         while (lines.next(line)) {
-            if (auto words = wordsOf(lines, line); !words.empty()) {
-                directives.push_back(directiveOf(lines, std::move(words)));
+            if (auto tokens = tokensOf(lines, line); !tokens.empty()) {
+                directives.push_back(directiveOf(lines, std::move(tokens)));
             }
         }
         return directives;
     } catch (const Refused &refused) {
-        return refused.why;
+        return refused.failure;
     }
 }
 
-std::string shown(std::string_view text) {
+Failure refusal(std::size_t line, const std::string &reason) {
+    return {"the configuration is refused: " + (line == 0 ? "" : "line " + std::to_string(line) + ": ") +
+            reason};
+}
+
+std::string quotedForLog(std::string_view text) {
     std::string result = "\"";
-    for (const char character : text.substr(0, MostShown)) {
+    for (const char character : text.substr(0, maximumQuotedLength)) {
         result += isPrintable(character) && character != '\t' && character != '"' ? character : '?';
     }
-    return result + (text.size() > MostShown ? "...\"" : "\"");
-}
-
-std::string Refusal::text() const {
-    return "the configuration is refused: " + (line == 0 ? "" : "line " + std::to_string(line) + ": ") +
-           reason;
+    return result + (text.size() > maximumQuotedLength ? "...\"" : "\"");
 }
 
 } // namespace quorvane::guard

@@ -1,32 +1,33 @@
 #pragma once
 
 #include "common/FileDescriptor.h"
+#include "common/Result.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
 
 namespace quorvane::guard {
 
-/// A file that was found to be what it should be, or why not.
+/// A plain file that was opened.
 struct OpenedFile {
-    FileDescriptor descriptor; ///< not open when there is a reason
+    FileDescriptor descriptor;
     uid_t owner = 0;
-    std::string reason;
 };
 
-/// Opens a plain file that has this one name only, without following a link in the last place and without
-/// waking a device. `flags` are open()'s access flags.
-OpenedFile openPlainFile(const std::string &path, int flags);
+/// Opens a plain file that has this one name only. Does not follow a link as the last part of the path and
+/// does not open devices or pipes. `flags` are the access flags of open().
+Result<OpenedFile> openPlainFile(const std::string &path, int flags);
 
-/// All of a file's bytes; false when they are more than `most` or cannot be read.
-bool readAll(const FileDescriptor &file, std::size_t most, std::string &bytes);
+/// All bytes of a file. Fails when it has more than `maximumSize` bytes or cannot be read.
+Result<std::string> readAll(const FileDescriptor &file, std::size_t maximumSize);
 
-/// Bytes in memory that only the process and its children can read and nobody can change; nothing of them
-/// reaches a disk. Not open when the system refuses.
-FileDescriptor sealedCopy(const char *name, std::string_view bytes);
+/// Makes a file in memory with these bytes: only this process and its children can read it, no process can
+/// change it, and it is not written to a disk. `name` is for error texts and debuggers.
+Result<FileDescriptor> sealedCopy(const std::string &name, std::string_view bytes);
 
 /// The path under which this process, and a child that inherits the descriptor, can open it again.
-std::string pathOf(const FileDescriptor &descriptor);
+[[nodiscard]] std::string pathOf(const FileDescriptor &descriptor);
 
 } // namespace quorvane::guard

@@ -7,25 +7,27 @@
 
 namespace quorvane::guard {
 
-/// A route to one IPv4 host through a router, addresses in network byte order.
+/// A route to one IPv4 host through a gateway, addresses in network byte order.
 struct HostRoute {
     std::uint32_t host = 0;
-    std::uint32_t router = 0;
+    std::uint32_t gateway = 0;
 
     bool operator<(const HostRoute &other) const {
-        return std::tie(host, router) < std::tie(other.host, other.router);
+        return std::tie(host, gateway) < std::tie(other.host, other.gateway);
     }
 };
 
-/// The routes to the VPN servers. OpenVPN makes one and takes it back at its end, but not when it is killed,
-/// and by kill is how the application stops it. What it left behind is taken back here, so that the machine's
-/// routes are at the end what they were.
+/// The routes to the VPN servers. OpenVPN makes one and removes it when it ends, but not when it is killed,
+/// and the application stops it by killing it. This class removes the routes that are left, so that the
+/// machine's routes are the same after the attempt as before it.
 class HostRoutes {
 public:
-    /// Notes the routes that are there already; those stay. `servers`: IPv4 addresses in network byte order.
+    /// Reads the routes that already exist; those will be kept. `servers`: IPv4 addresses in network byte
+    /// order.
     explicit HostRoutes(std::vector<std::uint32_t> servers);
 
-    /// Removes the routes to the servers that have come since. Needs the rights of an administrator.
+    /// Removes the routes to the servers that did not exist at construction. Needs root's rights; errors are
+    /// ignored.
     void removeNew() const;
 
 private:

@@ -20,9 +20,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr const char *OwnName = "openvpn-guard";
+constexpr const char *ownName = "openvpn-guard";
 
-sigset_t passedOn() {
+sigset_t forwardedSignals() {
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
@@ -30,32 +30,32 @@ sigset_t passedOn() {
     return signals;
 }
 
-[[noreturn]] void becomeOpenVpn(const Start &start, pid_t guard, int output) {
+[[noreturn]] void becomeOpenVpn(const OpenVpnCommand &command, pid_t guard, int output) {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    std::vector<char *> words{const_cast<char *>(start.program.c_str())};
-    for (const std::string &argument : start.arguments) {
-        words.push_back(const_cast<char *>(argument.c_str()));
+    std::vector<char *> arguments{const_cast<char *>(command.program.c_str())};
+    for (const std::string &argument : command.arguments) {
+        arguments.push_back(const_cast<char *>(argument.c_str()));
     }
-    words.push_back(nullptr);
+    arguments.push_back(nullptr);
     std::array<char, 64> path{"PATH=/usr/sbin:/usr/bin:/sbin:/bin"};
     std::array<char *, 2> environment{path.data(), nullptr};
 
-    // Asked after the request: had the guard ended before it, nobody would be left to end this process.
+    // The parent is checked after the death signal is set: had the guard ended before, no signal would come.
     if (prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && getppid() == guard && dup2(output, STDOUT_FILENO) >= 0 &&
         dup2(output, STDERR_FILENO) >= 0) {
         prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-        execve(start.program.c_str(), words.data(), environment.data());
-        dprintf(STDERR_FILENO, "%s cannot be started: %s\n", start.program.c_str(), std::strerror(errno));
+        execve(command.program.c_str(), arguments.data(), environment.data());
+        dprintf(STDERR_FILENO, "%s cannot be started: %s\n", command.program.c_str(), std::strerror(errno));
     }
     _exit(127);
 }
 
-/// The one child, from its start to its end.
+/// The OpenVPN process, from its start to its end.
 class Child {
 public:
-    Child(const Start &start, TunnelLog &log) : m_start(start), m_log(log) {}
+    Child(const OpenVpnCommand &command, TunnelLog &log) : m_command(command), m_log(log) {}
 
     std::string run() {
         std::array<int, 2> pipe{};
@@ -63,31 +63,31 @@ public:
             return std::string("OpenVPN cannot be started: ") + std::strerror(errno);
         }
         m_output = FileDescriptor(pipe[0]);
-        FileDescriptor written(pipe[1]);
-        const sigset_t signals = passedOn();
+        FileDescriptor childOutput(pipe[1]);
+        const sigset_t signals = forwardedSignals();
         sigprocmask(SIG_BLOCK, &signals, nullptr);
         m_signals = FileDescriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
         const pid_t guard = getpid();
         m_pid = fork();
         if (m_pid == 0) {
-            becomeOpenVpn(m_start, guard, written.get());
+            becomeOpenVpn(m_command, guard, childOutput.get());
         }
         if (m_pid < 0) {
             return std::string("OpenVPN cannot be started: ") + std::strerror(errno);
         }
-        written.reset();
+        childOutput.reset();
         m_process = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, m_pid, 0)));
-        // Until here a kill by name meets this process, and the child dies with it; from here it meets the
+        // A kill by name meets this process until here, and the child dies with it. From here on it meets the
         // child.
-        prctl(PR_SET_NAME, OwnName);
-        m_deadline = Clock::now() + m_start.deadline;
+        prctl(PR_SET_NAME, ownName);
+        m_deadline = Clock::now() + m_command.startTimeout;
         while (copyOutput()) {
         }
         return end();
     }
 
 private:
-    /// Waits for output, a signal, the child's end or the deadline; false when there will be no more output.
+    /// Waits for output, a signal, the child's end or the deadline. False when there will be no more output.
     bool copyOutput() {
         std::array<pollfd, 3> watched{
             {{m_output.get(), POLLIN, 0}, {m_signals.get(), POLLIN, 0}, {m_process.get(), POLLIN, 0}}};
@@ -96,33 +96,34 @@ private:
             return errno == EINTR;
         }
         if (watched[1].revents != 0) {
-            passSignalOn();
+            forwardSignal();
         }
         if (ready == 0) {
             giveUp();
         }
         const bool more = watched[0].revents == 0 || readOutput();
-        // The rest of what it printed is taken first; somebody else may hold its output open for ever.
+        // The rest of its output is read first. The end of the output cannot be awaited: another process may
+        // keep it open indefinitely.
         return more && (watched[2].revents == 0 || watched[0].revents != 0);
     }
 
     bool readOutput() {
-        std::array<char, 4096> piece{};
-        const ssize_t count = read(m_output.get(), piece.data(), piece.size());
+        std::array<char, 4096> buffer{};
+        const ssize_t count = read(m_output.get(), buffer.data(), buffer.size());
         if (count <= 0) {
             return count < 0 && (errno == EINTR || errno == EAGAIN);
         }
-        m_log.add({piece.data(), static_cast<std::size_t>(count)});
+        m_log.add({buffer.data(), static_cast<std::size_t>(count)});
         if (m_log.isUp()) {
             m_deadline.reset();
-        } else if (!m_log.isWhole()) {
-            // Nobody could learn any more that the tunnel is up.
+        } else if (!m_log.isComplete()) {
+            // The log could no longer report that the tunnel is up.
             giveUp();
         }
         return true;
     }
 
-    int timeLeft() const {
+    [[nodiscard]] int timeLeft() const {
         if (!m_deadline) {
             return -1;
         }
@@ -131,33 +132,34 @@ private:
         return left < 0 ? 0 : static_cast<int>(left) + 1;
     }
 
-    void passSignalOn() const {
+    void forwardSignal() const {
         signalfd_siginfo received{};
         if (read(m_signals.get(), &received, sizeof received) == sizeof received) {
             kill(m_pid, static_cast<int>(received.ssi_signo));
         }
     }
 
-    /// First time: asks OpenVPN to end, which takes its routes back. Second time: kills it.
+    /// Ends OpenVPN by SIGTERM, upon which it removes its routes. The second call kills it.
     void giveUp() {
-        if (m_givenUp) {
+        if (m_hasGivenUp) {
             kill(m_pid, SIGKILL);
             m_deadline.reset();
             return;
         }
-        m_givenUp = true;
+        m_hasGivenUp = true;
         m_log.giveUp();
         kill(m_pid, SIGTERM);
-        m_deadline = Clock::now() + m_start.grace;
+        m_deadline = Clock::now() + m_command.endTimeout;
     }
 
-    std::string end() const {
+    [[nodiscard]] std::string end() const {
         int status = 0;
-        // It closed its output, so it is ending; a child that only closed it must not run unseen.
+        // It closed its output, so it is ending. A child that only closed its output must not run on
+        // unwatched.
         kill(m_pid, SIGKILL);
         while (waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
         }
-        if (m_givenUp) {
+        if (m_hasGivenUp) {
             return "the tunnel did not come up in time";
         }
         if (WIFSIGNALED(status)) {
@@ -166,20 +168,20 @@ private:
         return "OpenVPN ended with status " + std::to_string(WEXITSTATUS(status));
     }
 
-    const Start &m_start;
+    const OpenVpnCommand &m_command;
     TunnelLog &m_log;
     FileDescriptor m_output;
     FileDescriptor m_signals;
     FileDescriptor m_process; ///< readable once the child has ended
     pid_t m_pid = -1;
     std::optional<Clock::time_point> m_deadline;
-    bool m_givenUp = false;
+    bool m_hasGivenUp = false;
 };
 
 } // namespace
 
-std::string supervise(const Start &start, TunnelLog &log) {
-    return Child(start, log).run();
+std::string supervise(const OpenVpnCommand &command, TunnelLog &log) {
+    return Child(command, log).run();
 }
 
 } // namespace quorvane::guard

@@ -8,19 +8,20 @@
 
 namespace quorvane::guard {
 
-/// How OpenVPN is run.
-struct Start {
+/// How to run OpenVPN.
+struct OpenVpnCommand {
     std::string program;
-    std::vector<std::string> arguments;
-    /// Every search ends: an OpenVPN that has not said by then that the tunnel is up is ended.
-    std::chrono::milliseconds deadline;
-    /// How long it may take to end by itself before it is killed.
-    std::chrono::milliseconds grace;
+    std::vector<std::string> arguments; ///< without the program's own name
+    /// An OpenVPN that has not reported by then that the tunnel is up is ended, so that every attempt ends.
+    std::chrono::milliseconds startTimeout;
+    /// How long it may need to end after SIGTERM before it is killed.
+    std::chrono::milliseconds endTimeout;
 };
 
-/// Starts OpenVPN as a child that dies with this process, lets this process go on under another name so that
-/// OpenVPN alone is killed by name, and copies what it prints into the log until it has ended. Blocks until
-/// then and says how it ended, in words for the log; SIGTERM and SIGINT are passed on.
-std::string supervise(const Start &start, TunnelLog &log);
+/// Runs OpenVPN until it ends and copies its output to the log. Returns how it ended, as a text for the log.
+///
+/// OpenVPN is a child that dies with this process. This process changes its own name meanwhile, so that a
+/// kill by name meets OpenVPN alone. SIGTERM and SIGINT are passed on to OpenVPN.
+[[nodiscard]] std::string supervise(const OpenVpnCommand &command, TunnelLog &log);
 
 } // namespace quorvane::guard

@@ -8,49 +8,50 @@
 
 namespace quorvane::guard {
 
-/// openvpn.log, which the application reads while it waits for the tunnel. Everything that OpenVPN prints
-/// passes through here, line by line: what comes from the far side of the connection cannot look like
-/// OpenVPN's own word that the tunnel is up, and every line is plain ASCII, so that the log can always be
+/// openvpn.log, which the application reads while it waits for the tunnel. Everything that OpenVPN prints is
+/// copied through this class line by line. A text from the far side of the connection cannot pass for
+/// OpenVPN's own report that the tunnel is up, and every line is plain ASCII, so that the log can always be
 /// read.
 class TunnelLog {
 public:
-    /// Takes the log, opened for appending. Reserves room for what has to be said at the end; see hasRoom().
+    /// `file`: the log, opened for appending. Reserves disk space for the lines that finish() writes; see
+    /// hasSpace().
     explicit TunnelLog(FileDescriptor file);
 
-    /// False when the disk has no room for a log: the end of an attempt could then not be told.
-    bool hasRoom() const { return m_hasRoom; }
+    /// False when the disk has no space for a log: the end of an attempt could not be reported.
+    [[nodiscard]] bool hasSpace() const { return m_hasSpace; }
 
-    /// Adds what OpenVPN printed; an unfinished line waits for its end.
+    /// Adds output of OpenVPN. An incomplete line is written when its rest follows.
     void add(std::string_view output);
 
-    /// Adds a line of our own, with the time.
-    void note(std::string_view line);
+    /// Adds a line of the guard's own, with the time in front.
+    void addOwnLine(std::string_view line);
 
-    /// Ends the log: an unfinished line is written, and when nothing in it tells the application that the
-    /// attempt is over, a line that does, with `reason`.
+    /// Writes the rest of an incomplete line, then `reason`. When no line of the log shows the application
+    /// that the attempt is over, one that does is added.
     void finish(std::string_view reason);
 
-    /// The attempt was given up: what OpenVPN says from now on cannot mean that the tunnel is up.
-    void giveUp() { m_isGivenUp = true; }
+    /// Ends the attempt: from now on no output of OpenVPN can mean that the tunnel is up.
+    void giveUp() { m_hasGivenUp = true; }
 
-    /// True once OpenVPN has said that the tunnel is up.
-    bool isUp() const { return m_isUp; }
+    /// True once OpenVPN has reported that the tunnel is up.
+    [[nodiscard]] bool isUp() const { return m_isUp; }
 
-    /// False when a line was lost because the disk is full.
-    bool isWhole() const { return m_isWhole; }
+    /// False when a line was lost because it could not be written.
+    [[nodiscard]] bool isComplete() const { return m_isComplete; }
 
 private:
     void addLine(std::string line);
     void write(std::string_view text);
 
     FileDescriptor m_file;
-    std::string m_unfinished;
-    std::size_t m_written = 0;
-    bool m_hasRoom = false;
+    std::string m_incompleteLine;
+    std::size_t m_size = 0; ///< bytes written
+    bool m_hasSpace = false;
     bool m_isUp = false;
     bool m_isOver = false;
-    bool m_isGivenUp = false;
-    bool m_isWhole = true;
+    bool m_hasGivenUp = false;
+    bool m_isComplete = true;
 };
 
 } // namespace quorvane::guard

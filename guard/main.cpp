@@ -1,5 +1,6 @@
-// The program that the application starts with administrator rights in OpenVPN's place, with OpenVPN's own
-// command line. It looks at everything before the real OpenVPN sees it, and stays beside it until the end.
+// The program that the application starts with root's rights in place of OpenVPN, with OpenVPN's own command
+// line. It checks everything that the real OpenVPN is to receive, starts OpenVPN and watches it until it
+// ends.
 
 #include "AllowList.h"
 #include "Configuration.h"
@@ -28,12 +29,14 @@
 namespace {
 
 using namespace quorvane::guard;
+using quorvane::Failure;
 using quorvane::FileDescriptor;
+using quorvane::Result;
 
-constexpr std::size_t LargestCredentials = 4096;
-constexpr std::chrono::milliseconds Deadline{QUORVANE_DEADLINE_MS};
-constexpr std::chrono::milliseconds Grace{QUORVANE_GRACE_MS};
-constexpr std::chrono::seconds LongestTurn{5};
+constexpr std::size_t maximumCredentialsSize = 4096;
+constexpr std::chrono::milliseconds startTimeout{QUORVANE_DEADLINE_MS};
+constexpr std::chrono::milliseconds endTimeout{QUORVANE_GRACE_MS};
+constexpr std::chrono::seconds lockTimeout{5};
 
 struct Paths {
     std::string configuration;
@@ -41,153 +44,175 @@ struct Paths {
     std::string log;
 };
 
-/// The command line that the application has, and no other.
-bool readCommandLine(std::span<char *> words, Paths &paths) {
-    if (words.size() != 7 || std::strcmp(words[1], "--config") != 0 ||
-        std::strcmp(words[3], "--auth-user-pass") != 0 || std::strcmp(words[5], "--log-append") != 0) {
+/// The files that OpenVPN receives, and what the guard holds while OpenVPN runs.
+struct Preparation {
+    std::vector<std::uint32_t> servers; ///< see serversOf()
+    FileDescriptor configuration;
+    FileDescriptor credentials;
+    FileDescriptor lock;
+};
+
+/// Accepts the one command line that the application uses, and no other.
+bool readCommandLine(std::span<char *> arguments, Paths &paths) {
+    if (arguments.size() != 7 || std::strcmp(arguments[1], "--config") != 0 ||
+        std::strcmp(arguments[3], "--auth-user-pass") != 0 ||
+        std::strcmp(arguments[5], "--log-append") != 0) {
         return false;
     }
-    paths = {words[2], words[4], words[6]};
+    paths = {arguments[2], arguments[4], arguments[6]};
     return true;
 }
 
-/// Nothing of the caller's reaches OpenVPN: no variables, no open files, no signal settings. What passes
-/// through this process is secret, so it leaves no core file and nobody may trace it.
+/// Removes what OpenVPN would inherit from the caller: variables, open files, signal settings. This process
+/// handles secrets, so it leaves no core file and no other process may trace it.
 bool harden() {
     const rlimit none{0, 0};
 
-    struct sigaction usual {};
+    struct sigaction defaultAction {};
 
-    usual.sa_handler = SIG_DFL;
+    defaultAction.sa_handler = SIG_DFL;
     for (int number = 1; number < SIGRTMIN; ++number) {
-        sigaction(number, &usual, nullptr);
+        sigaction(number, &defaultAction, nullptr);
     }
-    sigset_t nothing;
-    sigemptyset(&nothing);
+    sigset_t noSignals;
+    sigemptyset(&noSignals);
     umask(077);
     setsid();
-    // Until the three usual places are taken: a caller may have closed one, and the log must not land there.
+    // Fills the three standard descriptors: a caller may have closed one, and the log must not be opened
+    // there.
     int null = open("/dev/null", O_RDWR);
     while (null >= 0 && null <= STDERR_FILENO) {
         null = open("/dev/null", O_RDWR);
     }
     return null >= 0 && dup2(null, STDIN_FILENO) >= 0 && close_range(STDERR_FILENO + 1, ~0U, 0) == 0 &&
-           sigprocmask(SIG_SETMASK, &nothing, nullptr) == 0 && setrlimit(RLIMIT_CORE, &none) == 0 &&
+           sigprocmask(SIG_SETMASK, &noSignals, nullptr) == 0 && setrlimit(RLIMIT_CORE, &none) == 0 &&
            prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) == 0 && clearenv() == 0 && chdir("/") == 0;
 }
 
-/// The caller's pipe is let go: from here on the log is the only place for words.
-void leaveOutput() {
+/// Closes the caller's pipe. From here on messages go to the log only.
+void detachOutput() {
     const FileDescriptor null(open("/dev/null", O_RDWR | O_CLOEXEC));
     dup2(null.get(), STDOUT_FILENO);
     dup2(null.get(), STDERR_FILENO);
 }
 
-/// Looks at the configuration; what it says, or nothing and the reason why none of it may pass.
-std::vector<Directive> allowedDirectives(const FileDescriptor &file, std::string &reason) {
-    std::string text;
-    if (!readAll(file, LargestConfiguration, text)) {
-        reason = Refusal{0, "it is too large or cannot be read"}.text();
-        return {};
+/// The directives of a configuration of which every one is allowed.
+Result<std::vector<Directive>> allowedDirectives(const FileDescriptor &file) {
+    const auto text = readAll(file, maximumConfigurationSize);
+    if (!text) {
+        return refusal(0, text.error());
     }
-    auto parsed = parse(text);
-    if (const auto *refusal = std::get_if<Refusal>(&parsed)) {
-        reason = refusal->text();
-        return {};
+    auto directives = parse(text.value());
+    if (directives) {
+        if (const auto checked = check(directives.value()); !checked) {
+            return Failure{checked.error()};
+        }
     }
-    if (const auto refusal = check(std::get<std::vector<Directive>>(parsed))) {
-        reason = refusal->text();
-        return {};
-    }
-    return std::get<std::vector<Directive>>(std::move(parsed));
+    return directives;
 }
 
-/// The servers that are named by their IPv4 address, in network byte order.
+/// The servers that are given by their IPv4 address, in network byte order.
 std::vector<std::uint32_t> serversOf(const std::vector<Directive> &directives) {
     std::vector<std::uint32_t> servers;
     for (const Directive &directive : directives) {
         in_addr address{};
-        if (directive.name() == "remote" && inet_pton(AF_INET, directive.words[1].c_str(), &address) == 1) {
+        if (directive.name() == "remote" && inet_pton(AF_INET, directive.tokens[1].c_str(), &address) == 1) {
             servers.push_back(address.s_addr);
         }
     }
     return servers;
 }
 
-/// One guard at a time, until its routes are taken back: the next one's OpenVPN may make the same route.
-/// False when the one before does not end; the system gives the lock back with the process.
-bool waitForTurn(FileDescriptor &lock) {
-    lock = FileDescriptor(open(QUORVANE_LOCK, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
-    const auto end = std::chrono::steady_clock::now() + LongestTurn;
+/// Locks out other guards until this process ends: the next one's OpenVPN may make the same route as this
+/// one's. Fails when another guard does not end in time.
+Result<FileDescriptor> waitForLock() {
+    FileDescriptor lock(open(QUORVANE_LOCK, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+    const auto end = std::chrono::steady_clock::now() + lockTimeout;
     while (flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK || std::chrono::steady_clock::now() > end) {
-            return false;
+            return Failure{"another tunnel has not ended yet"};
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
-    return true;
+    return lock;
 }
 
-FileDescriptor credentialsCopy(const std::string &path, uid_t owner, std::string &reason) {
-    std::string text;
-    const OpenedFile file = openPlainFile(path, O_RDONLY);
-    if (!file.descriptor.isOpen()) {
-        reason = file.reason;
-    } else if (file.owner != owner) {
-        reason = "it belongs to somebody else";
-    } else if (!readAll(file.descriptor, LargestCredentials, text)) {
-        reason = "it is too large or cannot be read";
-    } else if (FileDescriptor copy = sealedCopy("credentials", text); copy.isOpen()) {
-        return copy;
-    } else {
-        reason = "the private copy cannot be made";
+/// A private copy of the file with user name and password. `owner`: the user who owns the configuration.
+Result<FileDescriptor> credentialsCopy(const std::string &path, uid_t owner) {
+    // The application knows OpenVPN's own text for it.
+    const auto failure = [&path](const std::string &reason) {
+        return Failure{"Options error: --auth-user-pass fails with '" + path + "': " + reason};
+    };
+    const auto file = openPlainFile(path, O_RDONLY);
+    if (!file) {
+        return failure(file.error());
     }
-    // OpenVPN's own words for it.
-    reason = "Options error: --auth-user-pass fails with '" + path + "': " + reason;
-    return {};
+    if (file.value().owner != owner) {
+        return failure("it belongs to another user");
+    }
+    const auto text = readAll(file.value().descriptor, maximumCredentialsSize);
+    if (!text) {
+        return failure(text.error());
+    }
+    auto copy = sealedCopy("credentials", text.value());
+    if (!copy) {
+        return failure(copy.error());
+    }
+    return copy;
 }
 
-/// Runs OpenVPN, or says in the log why not.
-void guarded(const Paths &paths, const OpenedFile &configuration, TunnelLog &log) {
-    FileDescriptor turn;
-    FileDescriptor credentials;
-    FileDescriptor copy;
-    std::string reason = log.hasRoom() ? "" : "there is no room for the log";
-    std::vector<Directive> directives;
-    if (reason.empty()) {
-        directives = allowedDirectives(configuration.descriptor, reason);
+/// Checks and copies the files for OpenVPN, then waits for the lock.
+Result<Preparation> prepare(const Paths &paths, const OpenedFile &configuration) {
+    const auto directives = allowedDirectives(configuration.descriptor);
+    if (!directives) {
+        return Failure{directives.error()};
     }
-    if (reason.empty()) {
-        credentials = credentialsCopy(paths.credentials, configuration.owner, reason);
+    auto credentials = credentialsCopy(paths.credentials, configuration.owner);
+    if (!credentials) {
+        return Failure{credentials.error()};
     }
-    if (reason.empty()) {
-        copy = sealedCopy("configuration", privateCopy(directives));
-        reason = copy.isOpen() ? "" : "the private copy of the configuration cannot be made";
+    auto copy = sealedCopy("configuration", privateCopy(directives.value()));
+    if (!copy) {
+        return Failure{copy.error()};
     }
-    if (reason.empty() && !waitForTurn(turn)) {
-        reason = "another tunnel is still there";
+    auto lock = waitForLock();
+    if (!lock) {
+        return Failure{lock.error()};
     }
-    if (!reason.empty()) {
-        log.finish(reason);
+    return Preparation{serversOf(directives.value()), std::move(copy).value(), std::move(credentials).value(),
+                       std::move(lock).value()};
+}
+
+/// Runs OpenVPN, or writes to the log why it is not started.
+void run(const Paths &paths, const OpenedFile &configuration, TunnelLog &log) {
+    if (!log.hasSpace()) {
+        log.finish("there is no space left for the log");
         return;
     }
-    const HostRoutes routes(serversOf(directives));
-    const std::string end = supervise(
-        {QUORVANE_OPENVPN,
-         // The level is said behind the configuration's own words, so it is the last word.
-         {"--config", pathOf(copy), "--script-security", "0", "--auth-user-pass", pathOf(credentials)},
-         Deadline,
-         Grace},
-        log);
+    const auto prepared = prepare(paths, configuration);
+    if (!prepared) {
+        log.finish(prepared.error());
+        return;
+    }
+    const Preparation &inputs = prepared.value();
+    const HostRoutes routes(inputs.servers);
+    const std::string end = supervise({QUORVANE_OPENVPN,
+                                       // OpenVPN uses the last value of an option: a level in the
+                                       // configuration has no effect.
+                                       {"--config", pathOf(inputs.configuration), "--script-security", "0",
+                                        "--auth-user-pass", pathOf(inputs.credentials)},
+                                       startTimeout,
+                                       endTimeout},
+                                      log);
     routes.removeNew();
     log.finish(end);
 }
 
 } // namespace
 
-int main(int count, char **words) {
+int main(int count, char **arguments) {
     Paths paths;
-    if (!readCommandLine({words, static_cast<std::size_t>(count)}, paths)) {
+    if (!readCommandLine({arguments, static_cast<std::size_t>(count)}, paths)) {
         std::fputs("usage: openvpn --config FILE --auth-user-pass FILE --log-append FILE\n", stderr);
         return 2;
     }
@@ -195,21 +220,21 @@ int main(int count, char **words) {
         std::fprintf(stderr, "openvpn: %s\n", std::strerror(errno));
         return 1;
     }
-    const OpenedFile configuration = openPlainFile(paths.configuration, O_RDONLY);
-    OpenedFile log = openPlainFile(paths.log, O_WRONLY | O_APPEND);
-    // Whose the configuration is, his the log must be: else one of them is a stranger's, and root reads or
-    // writes for him what he could not.
-    if (!log.descriptor.isOpen() || (configuration.descriptor.isOpen() && configuration.owner != log.owner)) {
+    const auto configuration = openPlainFile(paths.configuration, O_RDONLY);
+    auto log = openPlainFile(paths.log, O_WRONLY | O_APPEND);
+    // One user must own the configuration and the log. Otherwise root would read or write a file for a user
+    // who could not do so without root.
+    if (!log || (configuration && configuration.value().owner != log.value().owner)) {
         std::fprintf(stderr, "openvpn: the log cannot be used: %s\n",
-                     log.reason.empty() ? "it belongs to somebody else" : log.reason.c_str());
+                     log ? "it belongs to another user" : log.error().c_str());
         return 1;
     }
-    leaveOutput();
-    TunnelLog tunnelLog(std::move(log.descriptor));
-    if (!configuration.descriptor.isOpen()) {
-        tunnelLog.finish(Refusal{0, configuration.reason}.text());
+    detachOutput();
+    TunnelLog tunnelLog(std::move(log).value().descriptor);
+    if (!configuration) {
+        tunnelLog.finish(refusal(0, configuration.error()).message);
         return 1;
     }
-    guarded(paths, configuration, tunnelLog);
+    run(paths, configuration.value(), tunnelLog);
     return 0;
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int ExitUsage = 2;
+constexpr int exitUsage = 2;
 
 int usage() {
     std::fputs("usage: quorvane-service --config FILE [--check]\n"
@@ -18,12 +18,11 @@ int usage() {
                "  --config FILE  the JSON configuration\n"
                "  --check        read and check the configuration, then exit\n",
                stderr);
-    return ExitUsage;
+    return exitUsage;
 }
 
-/// Every connection is an open file; the usual soft limit of a shell allows a fraction of what the system
-/// does.
-void allowManyConnections() {
+/// Every connection needs a file descriptor. Raises the soft limit to the hard one.
+void raiseOpenFileLimit() {
     rlimit files{};
     if (getrlimit(RLIMIT_NOFILE, &files) == 0) {
         files.rlim_cur = files.rlim_max;
@@ -51,13 +50,13 @@ int main(int argc, char **argv) {
     const auto config = quorvane::service::loadConfig(path);
     if (!config) {
         std::fprintf(stderr, "quorvane-service: %s\n", config.error().c_str());
-        return ExitUsage;
+        return exitUsage;
     }
     if (checkOnly) {
         return 0;
     }
     std::signal(SIGPIPE, SIG_IGN);
-    allowManyConnections();
+    raiseOpenFileLimit();
     try {
         return quorvane::service::runService(config.value());
     } catch (const std::exception &error) {

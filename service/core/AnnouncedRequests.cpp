@@ -4,8 +4,8 @@
 
 namespace quorvane::service {
 
-/// A compiled expression that has to match a whole target. POSIX expressions are used because the
-/// standard library's matcher recurses once per character and a hostile target could exhaust the stack.
+/// A compiled expression that must match a whole target. POSIX expressions, because the standard library's
+/// matcher recurses once per character: a hostile target could exhaust the stack.
 class AnnouncedRequests::Pattern {
 public:
     explicit Pattern(const std::string &expression)
@@ -48,16 +48,16 @@ Result<> AnnouncedRequests::announce(const Announcement &announcement) {
 }
 
 bool AnnouncedRequests::covers(const Entry &entry, const std::string &target) {
-    if (!entry.endless && entry.announcement.count == 0) {
+    if (!entry.unlimited && entry.announcement.count == 0) {
         return false;
     }
     return entry.pattern ? entry.pattern->matches(target) : entry.announcement.target == target;
 }
 
-bool AnnouncedRequests::take(const std::string &target) {
+bool AnnouncedRequests::consume(const std::string &target) {
     for (Entry &entry : m_entries) {
         if (covers(entry, target)) {
-            entry.announcement.count -= entry.endless ? 0 : 1;
+            entry.announcement.count -= entry.unlimited ? 0 : 1;
             return true;
         }
     }
@@ -72,7 +72,7 @@ void AnnouncedRequests::clear() {
 std::vector<Announcement> AnnouncedRequests::outstanding() const {
     std::vector<Announcement> rest;
     for (const Entry &entry : m_entries) {
-        if (!entry.endless && entry.announcement.count > 0) {
+        if (!entry.unlimited && entry.announcement.count > 0) {
             rest.push_back(entry.announcement);
         }
     }

@@ -10,25 +10,25 @@
 
 namespace quorvane::service {
 
-/// The requests that a strict run expects, and the ones that came without being expected.
+/// The requests that a strict run expects, and the received ones that it did not expect.
 ///
-/// An announcement covers a number of requests, by exact target or by an expression over the whole
-/// target. Announcements are tried in the order they were made; one that is used up is passed over.
+/// An announcement covers a number of requests, by exact target or by an expression for the whole target.
+/// A request uses the first announcement, in the order they were made, that covers it and is not used up.
 class AnnouncedRequests {
 public:
     AnnouncedRequests();
     ~AnnouncedRequests();
 
-    /// Fails on an expression that cannot be read.
+    /// Fails when the expression is malformed.
     Result<> announce(const Announcement &announcement);
-    /// Uses up one announced request; false, and remembered, when none covers the target.
-    bool take(const std::string &target);
-    /// Forgets all announcements; what was unexpected stays so.
+    /// Uses up one announced request. When none covers the target, remembers the target and returns false.
+    bool consume(const std::string &target);
+    /// Forgets all announcements, but not the unexpected requests.
     void clear();
 
     [[nodiscard]] const std::vector<std::string> &unexpected() const { return m_unexpected; }
 
-    /// The announcements with a bounded count that is not used up, with `count` as what is left.
+    /// The announcements with a limited count that are not used up; `count` is the number of requests left.
     [[nodiscard]] std::vector<Announcement> outstanding() const;
 
 private:
@@ -37,7 +37,7 @@ private:
     struct Entry {
         Announcement announcement;
         std::unique_ptr<Pattern> pattern; ///< null for an exact target
-        bool endless = false;
+        bool unlimited = false;
     };
 
     [[nodiscard]] static bool covers(const Entry &entry, const std::string &target);

@@ -7,7 +7,7 @@ namespace quorvane::service {
 namespace {
 
 std::string readBytes(JsonReader &reader, const std::string &key) {
-    auto bytes = utf8ToLatin1(reader.anyText(key));
+    auto bytes = utf8ToLatin1(reader.rawText(key));
     if (!bytes || bytes->find('\0') != std::string::npos) {
         reader.fail(key, "must hold characters from U+0001 to U+00FF only, one for each byte");
     }
@@ -51,8 +51,8 @@ std::optional<std::string> utf8ToLatin1(std::string_view text) {
 Announcement readAnnouncement(JsonReader &reader) {
     Announcement announcement;
     announcement.count = reader.number("count", 0, 1000000000, 1);
-    const bool hasPattern = reader.given("pattern");
-    if (hasPattern == reader.given("target")) {
+    const bool hasPattern = reader.has("pattern");
+    if (hasPattern == reader.has("target")) {
         reader.fail("target", "exactly one of target and pattern is needed");
     }
     if (!hasPattern) {

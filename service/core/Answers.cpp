@@ -4,7 +4,7 @@ namespace quorvane::service {
 
 namespace {
 
-constexpr std::string_view LineMark = "<br />";
+constexpr std::string_view lineMark = "<br />";
 
 std::string htmlEscaped(std::string_view text) {
     std::string escaped;
@@ -48,7 +48,7 @@ std::string joinLines(const std::vector<std::string> &lines) {
     std::string joined;
     for (const std::string &line : lines) {
         if (!joined.empty()) {
-            joined += LineMark;
+            joined += lineMark;
         }
         joined += line;
     }
@@ -93,7 +93,7 @@ std::string configurationAnswer(std::string_view configuration) {
     std::string answer = "VPNConfig: ";
     for (const char character : configuration) {
         if (character == '\n') {
-            answer += LineMark;
+            answer += lineMark;
         } else {
             answer += character;
         }

@@ -11,10 +11,10 @@ namespace quorvane::service {
 
 namespace {
 
-constexpr const char *PlainText = "text/plain; charset=utf-8";
-constexpr const char *Html = "text/html; charset=utf-8";
-constexpr const char *ParsingError = "ERR: Argument parsing error";
-constexpr std::size_t LongestArgument = 256;
+constexpr const char *plainText = "text/plain; charset=utf-8";
+constexpr const char *html = "text/html; charset=utf-8";
+constexpr const char *parsingError = "ERR: Argument parsing error";
+constexpr std::size_t maximumArgumentLength = 256;
 
 bool isDigits(const std::string &text) {
     return !text.empty() &&
@@ -27,13 +27,13 @@ std::string lowerCase(std::string text) {
     return text;
 }
 
-/// The values of all keys in order; nothing when one is missing, empty or over-long.
+/// The values of all keys in order. Nothing when one is missing, empty or too long.
 std::optional<std::vector<std::string>> arguments(const Target &target,
                                                   std::initializer_list<std::string_view> keys) {
     std::vector<std::string> values;
     for (const std::string_view key : keys) {
         auto value = target.last(key);
-        if (!value || value->empty() || value->size() > LongestArgument) {
+        if (!value || value->empty() || value->size() > maximumArgumentLength) {
             return std::nullopt;
         }
         values.push_back(std::move(*value));
@@ -42,7 +42,7 @@ std::optional<std::vector<std::string>> arguments(const Target &target,
 }
 
 HttpResponse plain(int status, std::string body) {
-    return {status, PlainText, std::move(body), {}};
+    return {status, plainText, std::move(body), {}};
 }
 
 } // namespace
@@ -52,35 +52,35 @@ Api::Api(const Config &config, std::string caPem, CredentialStore &credentials)
 
 HttpResponse Api::answer(const HttpRequest &request) {
     if (request.method != "GET") {
-        HttpResponse refusal{405, Html, errorPage(405, "Method Not Allowed", "Only GET is understood."),
+        HttpResponse refusal{405, html, errorPage(405, "Method Not Allowed", "Only GET is understood."),
                              "GET"};
         return refusal;
     }
     const auto target = Target::parse(request.target);
     if (!target) {
-        // A configuration request is answered in its own form however broken its arguments are.
+        // A configuration request is answered in the form of its answers even when its target is malformed.
         if (request.target.rfind("/?cmd=VPNC", 0) == 0) {
-            return plain(200, ParsingError);
+            return plain(200, parsingError);
         }
-        return {400, Html, errorPage(400, "Bad Request", "The address is malformed."), {}};
+        return {400, html, errorPage(400, "Bad Request", "The address is malformed."), {}};
     }
     if (target->path() == "/" && target->has("cmd")) {
         return command(*target, *target->last("cmd"), request.peer);
     }
     if (target->path() == "/") {
-        return {200, Html, webPage(request.peer, m_config.countryOf(request.peer)), {}};
+        return {200, html, webPage(request.peer, m_config.countryOf(request.peer)), {}};
     }
     if (target->path() == "/ip") {
         return addressPage(request);
     }
-    return {404, Html, errorPage(404, "Not Found", "There is no such page."), {}};
+    return {404, html, errorPage(404, "Not Found", "There is no such page."), {}};
 }
 
 HttpResponse Api::addressPage(const HttpRequest &request) const {
     if (lowerCase(request.accept).find("text/html") == std::string::npos) {
         return plain(200, request.peer + '\n');
     }
-    return {200, Html, webPage(request.peer, m_config.countryOf(request.peer)), {}};
+    return {200, html, webPage(request.peer, m_config.countryOf(request.peer)), {}};
 }
 
 HttpResponse Api::command(const Target &target, const std::string &name, const std::string &peer) {
@@ -107,13 +107,13 @@ std::string Api::vpnConfiguration(const Target &target) {
     const auto values =
         arguments(target, {"ver", "device", "server", "desiredip", "sessid", "systamp", "uniqueid", "proto"});
     if (!values) {
-        return ParsingError;
+        return parsingError;
     }
     const auto desired = Ipv4Address::parse((*values)[3]);
     const std::string proto = lowerCase((*values)[7]);
     if (!isDigits((*values)[1]) || !isDigits((*values)[2]) || !desired ||
         (proto != "udp" && proto != "tcp")) {
-        return ParsingError;
+        return parsingError;
     }
     const auto &server = m_config.vpn.server(proto == "udp" ? Protocol::Udp : Protocol::Tcp);
     if (!server) {

@@ -8,11 +8,11 @@
 
 namespace quorvane::service {
 
-/// What the listener hands over of one well-formed HTTP request.
+/// The parts of a well-formed HTTP request that Api needs.
 struct HttpRequest {
     std::string peer; ///< the caller's numeric address
     std::string method;
-    std::string target; ///< as it stood in the request line
+    std::string target; ///< as in the request line, not decoded
     std::string host;
     std::string accept;
 };
@@ -21,22 +21,24 @@ struct HttpResponse {
     int status = 200;
     std::string contentType;
     std::string body;
-    std::string allow; ///< the Allow header; left out when empty
+    std::string allow; ///< the Allow header; not sent when empty
 };
 
-/// Answers requests: the commands of the application, the web pages and everything else.
-/// Knows nothing of sockets; used from one thread. Neither argument is owned.
+/// Answers requests: the commands of the application, the web pages and everything else. Has no sockets. Use
+/// it from one thread only.
 class Api {
 public:
+    /// Neither `config` nor `credentials` is owned.
     Api(const Config &config, std::string caPem, CredentialStore &credentials);
 
-    HttpResponse answer(const HttpRequest &request);
+    [[nodiscard]] HttpResponse answer(const HttpRequest &request);
 
 private:
-    HttpResponse command(const Target &target, const std::string &name, const std::string &peer);
-    std::string serverList(const Target &target, const std::string &peer);
-    std::string vpnConfiguration(const Target &target);
-    HttpResponse addressPage(const HttpRequest &request) const;
+    [[nodiscard]] HttpResponse command(const Target &target, const std::string &name,
+                                       const std::string &peer);
+    [[nodiscard]] std::string serverList(const Target &target, const std::string &peer);
+    [[nodiscard]] std::string vpnConfiguration(const Target &target);
+    [[nodiscard]] HttpResponse addressPage(const HttpRequest &request) const;
 
     const Config &m_config;
     std::string m_caPem;

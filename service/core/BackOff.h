@@ -5,29 +5,29 @@
 
 namespace quorvane::service {
 
-/// How long to wait before a program that ended is started again: twice as long each time, and short
-/// again after it ran for a while.
+/// The delay before a program that ended is started again. It doubles each time, and starts again from the
+/// first one after the program ran for `stableTime`.
 class BackOff {
 public:
     using Milliseconds = std::chrono::milliseconds;
 
-    BackOff(Milliseconds first, Milliseconds longest, Milliseconds settled)
-        : m_first(first), m_longest(longest), m_settled(settled), m_next(first) {}
+    BackOff(Milliseconds first, Milliseconds maximum, Milliseconds stableTime)
+        : m_first(first), m_maximum(maximum), m_stableTime(stableTime), m_next(first) {}
 
-    /// `ran` is how long the program lived.
-    Milliseconds next(Milliseconds ran) {
-        if (ran >= m_settled) {
+    /// `runTime` is how long the program ran.
+    [[nodiscard]] Milliseconds next(Milliseconds runTime) {
+        if (runTime >= m_stableTime) {
             m_next = m_first;
         }
-        const Milliseconds wait = m_next;
-        m_next = std::min(m_next * 2, m_longest);
-        return wait;
+        const Milliseconds delay = m_next;
+        m_next = std::min(m_next * 2, m_maximum);
+        return delay;
     }
 
 private:
     Milliseconds m_first;
-    Milliseconds m_longest;
-    Milliseconds m_settled;
+    Milliseconds m_maximum;
+    Milliseconds m_stableTime;
     Milliseconds m_next;
 };
 

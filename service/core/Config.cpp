@@ -12,10 +12,10 @@ namespace quorvane::service {
 
 namespace {
 
-/// Marks of the answer's own syntax; a text that held one would break the record it is put in.
-constexpr std::string_view RecordMarks = ",|;<>";
-/// Room for "/management-udp.sock" within the system's limit for socket paths.
-constexpr std::size_t LongestRuntimeFolder = 80;
+/// Characters of the answers' own syntax: a text that contains one would break its record.
+constexpr std::string_view recordSeparators = ",|;<>";
+/// Leaves space for "/management-udp.sock" within the system's limit for socket paths.
+constexpr std::size_t maximumRuntimeFolderLength = 80;
 
 bool isUpper(char character) {
     return character >= 'A' && character <= 'Z';
@@ -35,8 +35,8 @@ std::string readCountryCode(JsonReader &reader) {
 }
 
 std::string readField(JsonReader &reader, const std::string &key, const std::string &text) {
-    if (text.find_first_of(RecordMarks) != std::string::npos) {
-        reader.fail(key, "must not hold any of " + std::string(RecordMarks));
+    if (text.find_first_of(recordSeparators) != std::string::npos) {
+        reader.fail(key, "must not hold any of " + std::string(recordSeparators));
     }
     if (text.front() == ' ' || text.back() == ' ') {
         reader.fail(key, "must not begin or end with a blank");
@@ -44,20 +44,20 @@ std::string readField(JsonReader &reader, const std::string &key, const std::str
     return text;
 }
 
-/// A word that is safe as an interface or table name.
-std::string readName(JsonReader &reader, const std::string &key, const std::string &otherwise,
-                     std::size_t longest) {
-    const std::string name = otherwise.empty() ? reader.text(key) : reader.text(key, otherwise);
-    if (name.size() > longest || !std::all_of(name.begin(), name.end(), isNameCharacter) ||
+/// A name that is safe as the name of an interface or a table.
+std::string readName(JsonReader &reader, const std::string &key, const std::string &fallback,
+                     std::size_t maximumLength) {
+    const std::string name = fallback.empty() ? reader.text(key) : reader.text(key, fallback);
+    if (name.size() > maximumLength || !std::all_of(name.begin(), name.end(), isNameCharacter) ||
         name.front() == '-' || (name.front() >= '0' && name.front() <= '9')) {
-        reader.fail(key, "must be a name of at most " + std::to_string(longest) +
+        reader.fail(key, "must be a name of at most " + std::to_string(maximumLength) +
                              " letters, digits, \"_\" or \"-\" that begins with a letter");
     }
     return name;
 }
 
-std::string readPath(JsonReader &reader, const std::string &key, const std::string &otherwise = {}) {
-    const std::string path = otherwise.empty() ? reader.text(key) : reader.text(key, otherwise);
+std::string readPath(JsonReader &reader, const std::string &key, const std::string &fallback = {}) {
+    const std::string path = fallback.empty() ? reader.text(key) : reader.text(key, fallback);
     if (path.find('"') != std::string::npos || path.find('\\') != std::string::npos) {
         reader.fail(key, "must not hold quotation marks or backslashes");
     }
@@ -71,7 +71,7 @@ Group readGroup(JsonReader &reader) {
     group.city = readField(reader, "city", reader.text("city"));
     group.locationCode = readName(reader, "location_code", {}, 32);
     group.label = readField(reader, "label", reader.text("label", group.country + ' ' + group.city));
-    group.full = reader.truth("full", false);
+    group.full = reader.boolean("full", false);
     group.addresses = reader.addresses("addresses");
     if (group.addresses.empty()) {
         reader.fail("addresses", "must hold at least one address");
@@ -108,10 +108,10 @@ VpnServer readServer(JsonReader &reader, Protocol protocol) {
 }
 
 void readVpnServers(JsonReader &reader, Vpn &vpn) {
-    if (reader.given("udp")) {
+    if (reader.has("udp")) {
         reader.object("udp", [&](JsonReader &part) { vpn.udp = readServer(part, Protocol::Udp); });
     }
-    if (reader.given("tcp")) {
+    if (reader.has("tcp")) {
         reader.object("tcp", [&](JsonReader &part) { vpn.tcp = readServer(part, Protocol::Tcp); });
     }
     if (!vpn.udp && !vpn.tcp) {
@@ -129,12 +129,12 @@ void readVpn(JsonReader &reader, Vpn &vpn) {
     vpn.ca = readPath(reader, "ca");
     vpn.certificate = readPath(reader, "certificate");
     vpn.key = readPath(reader, "key");
-    if (reader.given("certificate_name")) {
+    if (reader.has("certificate_name")) {
         vpn.certificateName = readPath(reader, "certificate_name");
     }
     readVpnServers(reader, vpn);
     vpn.dns = reader.addresses("dns");
-    vpn.blockIpv6 = reader.truth("block_ipv6", true);
+    vpn.blockIpv6 = reader.boolean("block_ipv6", true);
     vpn.ping = std::chrono::seconds(reader.number("ping_seconds", 1, 3600, 10));
     vpn.pingExit = std::chrono::seconds(reader.number("ping_exit_seconds", 2, 86400, 60));
     if (vpn.pingExit <= vpn.ping) {
@@ -149,16 +149,16 @@ Gateway readGateway(JsonReader &reader) {
     if (gateway.openvpn.front() != '/') {
         reader.fail("openvpn", "must be an absolute path");
     }
-    if (!reader.given("nft")) {
+    if (!reader.has("nft")) {
         return gateway;
     }
     reader.object("nft", [&gateway](JsonReader &part) {
         gateway.nft = part.text("program", gateway.nft);
-        gateway.createTables = part.truth("create", true);
+        gateway.createTables = part.boolean("create", true);
         gateway.table = readName(part, "table", gateway.table, 31);
         gateway.map = readName(part, "map", gateway.map, 31);
         gateway.set = readName(part, "set", gateway.set, 31);
-        if (part.given("wan_interface")) {
+        if (part.has("wan_interface")) {
             gateway.wanInterface = readName(part, "wan_interface", {}, 15);
         }
         if (gateway.map == gateway.set) {
@@ -197,9 +197,9 @@ void readLimits(JsonReader &reader, Limits &limits) {
 void readFolders(JsonReader &reader, Config &config) {
     config.requestLog = reader.text("request_log");
     config.runtimeFolder = readPath(reader, "runtime_folder");
-    if (config.runtimeFolder.front() != '/' || config.runtimeFolder.size() > LongestRuntimeFolder) {
-        reader.fail("runtime_folder",
-                    "must be an absolute path of at most " + std::to_string(LongestRuntimeFolder) + " bytes");
+    if (config.runtimeFolder.front() != '/' || config.runtimeFolder.size() > maximumRuntimeFolderLength) {
+        reader.fail("runtime_folder", "must be an absolute path of at most " +
+                                          std::to_string(maximumRuntimeFolderLength) + " bytes");
     }
 }
 
@@ -210,7 +210,7 @@ void checkNetworks(JsonReader &reader, const Config &config) {
             for (const Ipv4Address address : group.addresses) {
                 if (server && server->network.contains(address)) {
                     reader.fail("groups",
-                                address.text() + " lies in the tunnel network " + server->network.text());
+                                address.text() + " is in the tunnel network " + server->network.text());
                 }
             }
         }
@@ -227,14 +227,14 @@ Config readConfig(JsonReader &reader) {
     config.credentialLifetime = std::chrono::seconds(reader.number("credential_seconds", 1, 31536000, 86400));
     config.grantLifetime = std::chrono::seconds(reader.number("grant_seconds", 1, 86400, 60));
     readFolders(reader, config);
-    config.strict = reader.truth("strict", false);
+    config.strict = reader.boolean("strict", false);
     reader.objects("announced",
                    [&config](JsonReader &entry) { config.announced.push_back(readAnnouncement(entry)); });
-    if (reader.given("limits")) {
+    if (reader.has("limits")) {
         reader.object("limits", [&config](JsonReader &part) { readLimits(part, config.limits); });
     }
     reader.object("vpn", [&config](JsonReader &part) { readVpn(part, config.vpn); });
-    if (reader.given("gateway")) {
+    if (reader.has("gateway")) {
         reader.object("gateway", [&config](JsonReader &part) { config.gateway = readGateway(part); });
     }
     checkNetworks(reader, config);

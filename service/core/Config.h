@@ -12,24 +12,24 @@
 
 namespace quorvane::service {
 
-/// Where the HTTPS listener binds. Port 0 lets the system choose one.
+/// An address of the HTTPS listener. With port 0 the system chooses one.
 struct ListenAddress {
     std::string address;
     std::uint16_t port = 0;
 };
 
-/// One group of lent addresses, shown to the user as one location.
+/// A group of lent addresses, which the application shows as one location.
 struct Group {
     std::string countryCode; ///< two upper-case letters
     std::string country;     ///< the country's name
     std::string locationCode;
     std::string city;
-    std::string label; ///< title in the location list; "country city" unless the file says otherwise
+    std::string label; ///< title in the location list; "country city" by default
     bool full = false;
     std::vector<Ipv4Address> addresses;
 };
 
-/// The country told to callers from one network.
+/// The country that callers from one network are in.
 struct HomeNetwork {
     Ipv4Network network;
     std::string countryCode;
@@ -38,21 +38,21 @@ struct HomeNetwork {
 /// One announced request of the strict mode; see AnnouncedRequests.
 struct Announcement {
     std::string target;  ///< exact target, unless `pattern` is set
-    std::string pattern; ///< POSIX extended expression over the whole target
+    std::string pattern; ///< POSIX extended expression for the whole target
     unsigned count = 1;  ///< how many requests it covers; 0 for any number
 };
 
 struct Limits {
     unsigned connections = 4096;
     std::chrono::seconds handshake{10};
-    std::chrono::seconds request{15}; ///< for one whole request, the idle wait before it included
+    std::chrono::seconds request{15}; ///< for one request, including the idle time before it
     unsigned headerBytes = 16384;
 };
 
 enum class Protocol { Udp, Tcp };
 
 /// "udp" or "tcp", as used in file names and log lines.
-std::string protocolName(Protocol protocol);
+[[nodiscard]] std::string protocolName(Protocol protocol);
 
 /// One OpenVPN server.
 struct VpnServer {
@@ -79,16 +79,16 @@ struct Vpn {
     }
 };
 
-/// How the service reaches its gateway. Without one no OpenVPN server is run.
+/// How the service reaches its gateway. Without a gateway no OpenVPN server is run.
 struct Gateway {
-    std::vector<std::string> command; ///< put before every command; may be empty
+    std::vector<std::string> command; ///< prefix of every command; may be empty
     std::string openvpn = "/usr/sbin/openvpn";
     std::string nft = "/usr/sbin/nft";
     bool createTables = true;
     std::string table = "quorvane";
     std::string map = "lent";
     std::string set = "allowed";
-    std::string wanInterface; ///< empty: whatever interface the packet leaves by
+    std::string wanInterface; ///< empty: any interface
 };
 
 struct Config {
@@ -109,14 +109,15 @@ struct Config {
 
     /// The group that lends the address, or null.
     [[nodiscard]] const Group *groupOf(Ipv4Address address) const;
-    /// Country code told to a caller: its home network's, the lending group's, else "XX".
+    /// The country code of a caller: that of its home network or of the group that lends its address, else
+    /// "XX".
     [[nodiscard]] std::string countryOf(std::string_view peer) const;
 };
 
 /// Reads the configuration text. The message of a failure names the key, as in "groups[2].city: ...".
 Result<Config> parseConfig(std::string_view json);
 
-/// Reads the configuration file and checks besides that the files it names can be read.
+/// Reads the configuration file, and checks that the files named in it can be read.
 Result<Config> loadConfig(const std::string &path);
 
 } // namespace quorvane::service

@@ -39,8 +39,8 @@ json statusReport(const ServiceStatus &status) {
     return {{"ok", true}, {"ready", ready}, {"credentials", status.credentials}, {"servers", entries}};
 }
 
-json failure(const std::string &what) {
-    return {{"ok", false}, {"error", what}};
+json failure(const std::string &message) {
+    return {{"ok", false}, {"error", message}};
 }
 
 } // namespace

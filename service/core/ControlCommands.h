@@ -8,7 +8,7 @@
 
 namespace quorvane::service {
 
-/// How one OpenVPN server is.
+/// The state of one OpenVPN server.
 struct ServerStatus {
     std::string name;
     bool running = false;
@@ -16,13 +16,13 @@ struct ServerStatus {
     std::size_t clients = 0;
 };
 
-/// How the service is.
+/// The state of the service.
 struct ServiceStatus {
     std::vector<ServerStatus> servers;
-    std::size_t credentials = 0; ///< VPN users that are known
+    std::size_t credentials = 0; ///< number of known VPN users
 };
 
-/// Understands the lines of the control socket.
+/// Answers the lines of the control socket.
 class ControlCommands {
 public:
     using Status = std::function<ServiceStatus()>;
@@ -30,9 +30,9 @@ public:
     /// `announced` is not owned.
     ControlCommands(AnnouncedRequests &announced, Status status);
 
-    /// One JSON object in, one JSON object out, both without a line feed. Never fails: what is not
-    /// understood is answered with an error.
-    std::string answer(std::string_view line);
+    /// One JSON object in, one JSON object out, both without a line feed. A line that is not understood is
+    /// answered with an error.
+    [[nodiscard]] std::string answer(std::string_view line);
 
 private:
     AnnouncedRequests &m_announced;

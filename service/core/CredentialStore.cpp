@@ -9,11 +9,11 @@ namespace quorvane::service {
 
 namespace {
 
-constexpr std::string_view Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
-constexpr std::size_t UserLength = 20;
-constexpr std::size_t PasswordLength = 32;
+constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+constexpr std::size_t userLength = 20;
+constexpr std::size_t passwordLength = 32;
 
-/// Compares in a time that depends on the lengths alone.
+/// Compares in a time that depends only on the lengths.
 bool sameSecret(std::string_view left, std::string_view right) {
     if (left.size() != right.size()) {
         return false;
@@ -28,17 +28,18 @@ bool sameSecret(std::string_view left, std::string_view right) {
 } // namespace
 
 std::string systemRandomText(std::size_t length) {
-    // Bytes from 248 on are thrown away: 248 is the last multiple of 62, so every character is as likely.
-    constexpr unsigned Fair = 256 / Alphabet.size() * Alphabet.size();
+    // Bytes from 248 on are discarded: 248 is the largest multiple of 62 in a byte, so all characters are
+    // equally likely.
+    constexpr unsigned fairLimit = 256 / alphabet.size() * alphabet.size();
     std::string text;
     while (text.size() < length) {
         std::array<unsigned char, 64> bytes{};
         if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
-            throw std::runtime_error("the system gives no random bytes");
+            throw std::runtime_error("the system returned no random bytes");
         }
         for (const unsigned char byte : bytes) {
-            if (byte < Fair && text.size() < length) {
-                text += Alphabet[byte % Alphabet.size()];
+            if (byte < fairLimit && text.size() < length) {
+                text += alphabet[byte % alphabet.size()];
             }
         }
     }
@@ -46,18 +47,18 @@ std::string systemRandomText(std::size_t length) {
 }
 
 CredentialStore::CredentialStore(std::chrono::seconds lifetime, std::chrono::seconds grantLifetime,
-                                 Clock clock, RandomText random, std::size_t most)
+                                 Clock clock, RandomText random, std::size_t maximumUsers)
     : m_lifetime(lifetime), m_grantLifetime(grantLifetime), m_clock(std::move(clock)),
-      m_random(std::move(random)), m_most(most) {}
+      m_random(std::move(random)), m_maximumUsers(maximumUsers) {}
 
 Credentials CredentialStore::issue() {
     dropExpired();
-    while (!m_byAge.empty() && m_byAge.size() >= m_most) {
+    while (!m_byAge.empty() && m_byAge.size() >= m_maximumUsers) {
         dropOldest();
     }
-    Credentials fresh{m_random(UserLength), m_random(PasswordLength)};
+    Credentials fresh{m_random(userLength), m_random(passwordLength)};
     while (m_users.contains(fresh.user)) {
-        fresh.user = m_random(UserLength);
+        fresh.user = m_random(userLength);
     }
     m_users.emplace(fresh.user, User{fresh.password, std::nullopt});
     m_byAge.push_back({fresh.user, m_clock() + m_lifetime});
@@ -100,7 +101,7 @@ CredentialStore::Login CredentialStore::login(const std::string &user, std::stri
     return {Refusal::None, grant->address, grant->tunnel};
 }
 
-void CredentialStore::usesTunnel(const std::string &user, Ipv4Address tunnel) {
+void CredentialStore::setTunnelAddress(const std::string &user, Ipv4Address tunnel) {
     const auto found = m_users.find(user);
     if (found != m_users.end() && found->second.grant) {
         found->second.grant->tunnel = tunnel;

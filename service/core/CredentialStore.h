@@ -13,48 +13,47 @@
 namespace quorvane::service {
 
 using Clock = std::function<std::chrono::steady_clock::time_point()>;
-/// Gives `length` random letters and digits.
+/// Returns `length` random letters and digits.
 using RandomText = std::function<std::string(std::size_t length)>;
 
-/// Random letters and digits from the system's random source.
-std::string systemRandomText(std::size_t length);
+/// Random letters and digits from the system's random source. Throws std::runtime_error when it fails.
+[[nodiscard]] std::string systemRandomText(std::size_t length);
 
 struct Credentials {
     std::string user;
     std::string password;
 };
 
-/// The VPN users of all server-list answers given out.
+/// The VPN users of all server lists that were sent.
 ///
-/// Each answer issues one user. A configuration request grants that user one lent address; a later grant
-/// takes the place of the one before. The first login must come soon after the grant, and only the place
-/// that it came from may log in again, to keep its address. So a user and password seen by someone
-/// elsewhere are worth nothing without a fresh grant, and nothing at all once their life is over.
-/// Used from one thread.
+/// Each server list issues one user. A configuration request grants that user one lent address; a later grant
+/// replaces the one before. The first login must come soon after the grant. Only the address from which it
+/// came may log in again, to keep the lent address. So a stolen user name and password are useless elsewhere
+/// without a new grant, and useless everywhere once the user has expired. Use it from one thread only.
 class CredentialStore {
 public:
     enum class Refusal { None, UnknownUser, WrongPassword, NotGranted, UsedElsewhere };
 
     struct Login {
         Refusal refusal = Refusal::None;
-        Ipv4Address address;               ///< what to lend, when not refused
-        std::optional<Ipv4Address> tunnel; ///< the tunnel address of the grant's login before this one
+        Ipv4Address address;               ///< the address to lend, when not refused
+        std::optional<Ipv4Address> tunnel; ///< the tunnel address of the previous login with this grant
     };
 
-    /// `most` bounds the number of users kept; the oldest make room.
+    /// `maximumUsers`: when so many users are known, a new one replaces the oldest.
     CredentialStore(std::chrono::seconds lifetime, std::chrono::seconds grantLifetime, Clock clock,
-                    RandomText random, std::size_t most = 100000);
+                    RandomText random, std::size_t maximumUsers = 100000);
 
     Credentials issue();
     /// False for a user that was never issued or has expired.
     [[nodiscard]] bool knows(const std::string &user);
-    /// Lets the user log in with the address; false as for `knows`.
+    /// Lets the user log in with the address. False as for knows().
     bool grant(const std::string &user, Ipv4Address address);
-    /// Checks a login from `source`, the client's own address; a right one ties its grant to that place.
-    /// An unknown place ("") may use a grant, but not again.
+    /// Checks a login from `source`, the client's own address. An accepted login ties the grant to that
+    /// source. From an unknown source ("") a grant can be used once only.
     Login login(const std::string &user, std::string_view password, const std::string &source);
-    /// Notes the tunnel address that the user's grant is used with.
-    void usesTunnel(const std::string &user, Ipv4Address tunnel);
+    /// Remembers the tunnel address of a login with the user's grant.
+    void setTunnelAddress(const std::string &user, Ipv4Address tunnel);
 
     [[nodiscard]] std::size_t size() const { return m_users.size(); }
 
@@ -63,9 +62,9 @@ private:
 
     struct Grant {
         Ipv4Address address;
-        TimePoint end;                     ///< of the time for its first login
-        std::optional<std::string> source; ///< where that login came from
-        std::optional<Ipv4Address> tunnel; ///< of the last login
+        TimePoint end;                     ///< the first login must come before
+        std::optional<std::string> source; ///< of the first login; unset before it
+        std::optional<Ipv4Address> tunnel; ///< tunnel address of the last login
     };
 
     struct User {
@@ -85,12 +84,12 @@ private:
     std::chrono::seconds m_grantLifetime;
     Clock m_clock;
     RandomText m_random;
-    std::size_t m_most;
+    std::size_t m_maximumUsers;
     std::unordered_map<std::string, User> m_users;
-    std::deque<Issued> m_byAge; ///< all live equally long, so the first to expire is the first issued
+    std::deque<Issued> m_byAge; ///< oldest first; all have the same lifetime, so it expires first
 };
 
-/// One word for a log line.
-std::string_view refusalName(CredentialStore::Refusal refusal);
+/// A short text for a log line.
+[[nodiscard]] std::string_view refusalName(CredentialStore::Refusal refusal);
 
 } // namespace quorvane::service

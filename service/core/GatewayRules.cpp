@@ -4,9 +4,9 @@ namespace quorvane::service {
 
 namespace {
 
-std::string element(const std::string &verb, const Gateway &gateway, const std::string &where,
-                    const std::string &what) {
-    return verb + " element ip " + gateway.table + ' ' + where + " { " + what + " }\n";
+std::string elementCommand(const std::string &command, const Gateway &gateway, const std::string &container,
+                           const std::string &element) {
+    return command + " element ip " + gateway.table + ' ' + container + " { " + element + " }\n";
 }
 
 } // namespace
@@ -32,10 +32,10 @@ std::string GatewayRules::ruleset() const {
     rules += " chain forward {\n  type filter hook forward priority filter; policy accept;\n";
     rules += "  iifname { " + devices + " } ip saddr != @" + m_gateway.set + " counter drop\n";
     rules += "  ip saddr { " + networks + " } ip saddr != @" + m_gateway.set + " counter drop\n";
-    // No way from client to client, nor in to a client from outside.
+    // No new connections to a client, neither from another client nor from outside.
     rules += "  oifname { " + devices + " } ct state new counter drop\n";
     if (!m_gateway.wanInterface.empty()) {
-        // Past the lending rule a packet would leave with its tunnel address.
+        // By another interface a packet would leave with its tunnel address.
         rules += "  iifname { " + devices + " } oifname != \"" + m_gateway.wanInterface + "\" counter drop\n";
     }
     rules += " }\n}\n";
@@ -55,19 +55,19 @@ std::string GatewayRules::teardown() const {
         return "flush map ip " + table + ' ' + m_gateway.map + "\nflush set ip " + table + ' ' +
                m_gateway.set + '\n';
     }
-    // Adding before deleting makes the deletion work whether or not there was a table.
+    // The tables are added first so that deleting them cannot fail.
     return "add table ip " + table + "\nadd table ip6 " + table + "\ndelete table ip " + table +
            "\ndelete table ip6 " + table + '\n';
 }
 
 std::string GatewayRules::lend(Ipv4Address tunnel, Ipv4Address lent) const {
-    return element("add", m_gateway, m_gateway.map, tunnel.text() + " : " + lent.text()) +
-           element("add", m_gateway, m_gateway.set, tunnel.text());
+    return elementCommand("add", m_gateway, m_gateway.map, tunnel.text() + " : " + lent.text()) +
+           elementCommand("add", m_gateway, m_gateway.set, tunnel.text());
 }
 
-std::string GatewayRules::takeBack(Ipv4Address tunnel) const {
-    return element("delete", m_gateway, m_gateway.set, tunnel.text()) +
-           element("delete", m_gateway, m_gateway.map, tunnel.text());
+std::string GatewayRules::release(Ipv4Address tunnel) const {
+    return elementCommand("delete", m_gateway, m_gateway.set, tunnel.text()) +
+           elementCommand("delete", m_gateway, m_gateway.map, tunnel.text());
 }
 
 } // namespace quorvane::service

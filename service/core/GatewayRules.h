@@ -6,18 +6,20 @@
 
 namespace quorvane::service {
 
-/// The nftables input that the gateway is given. Each text is one transaction.
+/// Input for nft on the gateway. Each text is one transaction.
 class GatewayRules {
 public:
     /// Neither argument is owned.
     GatewayRules(const Gateway &gateway, const Vpn &vpn);
 
-    /// Makes the tables in place of any that a predecessor left, or empties the ones that are there.
+    /// Makes the tables and replaces those of an earlier run. Tables that are not our own are emptied only.
     [[nodiscard]] std::string setup() const;
-    /// Removes what setup made, or empties the map and the set.
+    /// Removes what setup() made. Of tables that are not our own the map and the set are emptied only.
     [[nodiscard]] std::string teardown() const;
+    /// Lets traffic of the tunnel address leave with the lent address.
     [[nodiscard]] std::string lend(Ipv4Address tunnel, Ipv4Address lent) const;
-    [[nodiscard]] std::string takeBack(Ipv4Address tunnel) const;
+    /// Undoes lend().
+    [[nodiscard]] std::string release(Ipv4Address tunnel) const;
 
 private:
     [[nodiscard]] std::string ruleset() const;

@@ -6,12 +6,12 @@ namespace quorvane::service {
 
 namespace {
 
-/// Reads one decimal number without sign or leading zeros and cuts it off the text.
-std::optional<std::uint32_t> takeNumber(std::string_view &text, std::uint32_t largest) {
+/// Reads one decimal number without sign or leading zeros and removes it from the text.
+std::optional<std::uint32_t> readNumber(std::string_view &text, std::uint32_t maximum) {
     std::uint32_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     const auto length = static_cast<std::size_t>(end - text.data());
-    if (error != std::errc() || number > largest || (length > 1 && text.front() == '0')) {
+    if (error != std::errc() || number > maximum || (length > 1 && text.front() == '0')) {
         return std::nullopt;
     }
     text.remove_prefix(length);
@@ -29,7 +29,7 @@ std::optional<Ipv4Address> Ipv4Address::parse(std::string_view text) {
             }
             text.remove_prefix(1);
         }
-        const auto number = takeNumber(text, 255);
+        const auto number = readNumber(text, 255);
         if (!number) {
             return std::nullopt;
         }
@@ -50,7 +50,7 @@ std::optional<Ipv4Network> Ipv4Network::parse(std::string_view text) {
     }
     const auto base = Ipv4Address::parse(text.substr(0, slash));
     std::string_view rest = text.substr(slash + 1);
-    const auto prefix = takeNumber(rest, 32);
+    const auto prefix = readNumber(rest, 32);
     if (!base || !prefix || !rest.empty()) {
         return std::nullopt;
     }

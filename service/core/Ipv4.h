@@ -7,12 +7,12 @@
 
 namespace quorvane::service {
 
-/// One IPv4 address, kept in host byte order so that networks are plain arithmetic.
+/// One IPv4 address, in host byte order so that networks are plain arithmetic.
 struct Ipv4Address {
     std::uint32_t value = 0;
 
-    /// Takes exactly four decimal numbers of 0 to 255 without leading zeros; anything else gives nothing.
-    static std::optional<Ipv4Address> parse(std::string_view text);
+    /// Accepts exactly four decimal numbers from 0 to 255 without leading zeros; nothing for any other text.
+    [[nodiscard]] static std::optional<Ipv4Address> parse(std::string_view text);
     [[nodiscard]] std::string text() const;
 
     bool operator==(const Ipv4Address &) const = default;
@@ -25,11 +25,11 @@ struct Ipv4Network {
     Ipv4Address base;
     unsigned prefix = 32;
 
-    static std::optional<Ipv4Network> parse(std::string_view text);
+    [[nodiscard]] static std::optional<Ipv4Network> parse(std::string_view text);
     [[nodiscard]] Ipv4Address mask() const;
     [[nodiscard]] bool contains(Ipv4Address address) const;
     [[nodiscard]] bool overlaps(const Ipv4Network &other) const;
-    /// Number of addresses, the network's and the broadcast address included.
+    /// Number of addresses, including those of the network itself and of broadcasts.
     [[nodiscard]] std::uint64_t size() const;
     [[nodiscard]] std::string text() const;
 };

@@ -27,20 +27,20 @@ void JsonReader::fail(const std::string &key, const std::string &what) const {
     throw ConfigError(pathOf(key), what);
 }
 
-bool JsonReader::given(const std::string &key) {
-    m_asked.insert(key);
+bool JsonReader::has(const std::string &key) {
+    m_readKeys.insert(key);
     const auto found = m_object.find(key);
     return found != m_object.end() && !found->is_null();
 }
 
 const nlohmann::json &JsonReader::required(const std::string &key) {
-    if (!given(key)) {
+    if (!has(key)) {
         fail(key, "is missing");
     }
     return m_object.at(key);
 }
 
-std::string JsonReader::anyText(const std::string &key) {
+std::string JsonReader::rawText(const std::string &key) {
     const nlohmann::json &value = required(key);
     if (!value.is_string()) {
         fail(key, "must be a text");
@@ -49,7 +49,7 @@ std::string JsonReader::anyText(const std::string &key) {
 }
 
 std::string JsonReader::text(const std::string &key) {
-    std::string text = anyText(key);
+    std::string text = rawText(key);
     if (text.empty()) {
         fail(key, "must not be empty");
     }
@@ -59,13 +59,13 @@ std::string JsonReader::text(const std::string &key) {
     return text;
 }
 
-std::string JsonReader::text(const std::string &key, const std::string &otherwise) {
-    return given(key) ? text(key) : otherwise;
+std::string JsonReader::text(const std::string &key, const std::string &fallback) {
+    return has(key) ? text(key) : fallback;
 }
 
-bool JsonReader::truth(const std::string &key, bool otherwise) {
-    if (!given(key)) {
-        return otherwise;
+bool JsonReader::boolean(const std::string &key, bool fallback) {
+    if (!has(key)) {
+        return fallback;
     }
     const nlohmann::json &value = m_object.at(key);
     if (!value.is_boolean()) {
@@ -74,20 +74,20 @@ bool JsonReader::truth(const std::string &key, bool otherwise) {
     return value.get<bool>();
 }
 
-std::uint32_t JsonReader::number(const std::string &key, std::uint32_t smallest, std::uint32_t largest) {
+std::uint32_t JsonReader::number(const std::string &key, std::uint32_t minimum, std::uint32_t maximum) {
     const nlohmann::json &value = required(key);
-    const bool fits = value.is_number_unsigned() && value.get<std::uint64_t>() >= smallest &&
-                      value.get<std::uint64_t>() <= largest;
+    const bool fits = value.is_number_unsigned() && value.get<std::uint64_t>() >= minimum &&
+                      value.get<std::uint64_t>() <= maximum;
     if (!fits) {
         fail(key,
-             "must be a whole number from " + std::to_string(smallest) + " to " + std::to_string(largest));
+             "must be a whole number from " + std::to_string(minimum) + " to " + std::to_string(maximum));
     }
     return static_cast<std::uint32_t>(value.get<std::uint64_t>());
 }
 
-std::uint32_t JsonReader::number(const std::string &key, std::uint32_t smallest, std::uint32_t largest,
-                                 std::uint32_t otherwise) {
-    return given(key) ? number(key, smallest, largest) : otherwise;
+std::uint32_t JsonReader::number(const std::string &key, std::uint32_t minimum, std::uint32_t maximum,
+                                 std::uint32_t fallback) {
+    return has(key) ? number(key, minimum, maximum) : fallback;
 }
 
 Ipv4Network JsonReader::network(const std::string &key) {
@@ -99,7 +99,7 @@ Ipv4Network JsonReader::network(const std::string &key) {
 }
 
 const nlohmann::json *JsonReader::list(const std::string &key) {
-    if (!given(key)) {
+    if (!has(key)) {
         return nullptr;
     }
     const nlohmann::json &value = m_object.at(key);
@@ -151,7 +151,7 @@ void JsonReader::objects(const std::string &key, const std::function<void(JsonRe
 
 void JsonReader::finish() const {
     for (const auto &item : m_object.items()) {
-        if (!m_asked.contains(item.key())) {
+        if (!m_readKeys.contains(item.key())) {
             fail(item.key(), "is not a known key");
         }
     }

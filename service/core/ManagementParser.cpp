@@ -10,10 +10,10 @@ namespace {
 
 using Kind = ManagementEvent::Kind;
 
-constexpr std::array<std::string_view, 4> WantedFields = {"username", "password", "untrusted_ip",
+constexpr std::array<std::string_view, 4> neededFields = {"username", "password", "untrusted_ip",
                                                           "untrusted_ip6"};
 
-bool takePrefix(std::string_view &text, std::string_view prefix) {
+bool removePrefix(std::string_view &text, std::string_view prefix) {
     if (text.substr(0, prefix.size()) != prefix) {
         return false;
     }
@@ -21,8 +21,8 @@ bool takePrefix(std::string_view &text, std::string_view prefix) {
     return true;
 }
 
-/// Cuts the text up to the next comma, or all of it, off the front.
-std::string_view takeField(std::string_view &text) {
+/// Removes the text up to the next comma, or all of it, from the front and returns it.
+std::string_view nextField(std::string_view &text) {
     const auto end = std::min(text.find(','), text.size());
     const std::string_view field = text.substr(0, end);
     text.remove_prefix(std::min(end + 1, text.size()));
@@ -58,42 +58,42 @@ std::string ManagementEvent::field(std::string_view name) const {
 }
 
 bool ManagementParser::feed(std::string_view bytes) {
-    while (!m_broken && !bytes.empty()) {
+    while (!m_failed && !bytes.empty()) {
         const auto end = bytes.find('\n');
-        m_rest += bytes.substr(0, end);
-        if (m_rest.size() > LongestLine) {
-            m_broken = true;
-            m_rest.clear();
+        m_incompleteLine += bytes.substr(0, end);
+        if (m_incompleteLine.size() > maximumLineLength) {
+            m_failed = true;
+            m_incompleteLine.clear();
         } else if (end == std::string_view::npos) {
             break;
         } else {
-            if (!m_rest.empty() && m_rest.back() == '\r') {
-                m_rest.pop_back();
+            if (!m_incompleteLine.empty() && m_incompleteLine.back() == '\r') {
+                m_incompleteLine.pop_back();
             }
-            line(m_rest);
-            m_rest.clear();
+            line(m_incompleteLine);
+            m_incompleteLine.clear();
             bytes.remove_prefix(end + 1);
         }
     }
-    return !m_broken;
+    return !m_failed;
 }
 
 void ManagementParser::line(std::string_view line) {
     ManagementEvent event;
-    if (takePrefix(line, ">CLIENT:")) {
+    if (removePrefix(line, ">CLIENT:")) {
         clientLine(line);
-    } else if (takePrefix(line, ">HOLD:")) {
+    } else if (removePrefix(line, ">HOLD:")) {
         m_sink(event);
-    } else if (takePrefix(line, ">STATE:")) {
-        takeField(line); // the time
+    } else if (removePrefix(line, ">STATE:")) {
+        nextField(line); // the time
         event.kind = Kind::State;
-        event.text = takeField(line);
+        event.text = nextField(line);
         m_sink(event);
-    } else if (takePrefix(line, ">FATAL:")) {
+    } else if (removePrefix(line, ">FATAL:")) {
         event.kind = Kind::Fatal;
         event.text = line;
         m_sink(event);
-    } else if (takePrefix(line, "ERROR:")) {
+    } else if (removePrefix(line, "ERROR:")) {
         event.kind = Kind::Error;
         event.text = line;
         m_sink(event);
@@ -101,38 +101,38 @@ void ManagementParser::line(std::string_view line) {
 }
 
 void ManagementParser::clientLine(std::string_view line) {
-    if (takePrefix(line, "ENV,")) {
+    if (removePrefix(line, "ENV,")) {
         environment(line);
         return;
     }
-    m_open.reset();
-    const auto kind = clientKind(takeField(line));
+    m_pending.reset();
+    const auto kind = clientKind(nextField(line));
     if (!kind) {
         return;
     }
     ManagementEvent event;
     event.kind = *kind;
     const bool hasKey = *kind == Kind::Connect || *kind == Kind::Reauth;
-    if (readNumber(takeField(line), event.client) && (!hasKey || readNumber(takeField(line), event.key))) {
-        m_open = std::move(event);
+    if (readNumber(nextField(line), event.client) && (!hasKey || readNumber(nextField(line), event.key))) {
+        m_pending = std::move(event);
     }
 }
 
 void ManagementParser::environment(std::string_view assignment) {
-    if (!m_open) {
+    if (!m_pending) {
         return;
     }
     if (assignment == "END") {
-        const ManagementEvent event = std::move(*m_open);
-        m_open.reset();
+        const ManagementEvent event = std::move(*m_pending);
+        m_pending.reset();
         m_sink(event);
         return;
     }
     const auto equals = assignment.find('=');
     const std::string_view name = assignment.substr(0, equals);
     if (equals != std::string_view::npos &&
-        std::find(WantedFields.begin(), WantedFields.end(), name) != WantedFields.end()) {
-        m_open->fields.insert_or_assign(std::string(name), std::string(assignment.substr(equals + 1)));
+        std::find(neededFields.begin(), neededFields.end(), name) != neededFields.end()) {
+        m_pending->fields.insert_or_assign(std::string(name), std::string(assignment.substr(equals + 1)));
     }
 }
 

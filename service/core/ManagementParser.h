@@ -12,14 +12,14 @@ namespace quorvane::service {
 /// One notification of an OpenVPN server.
 struct ManagementEvent {
     enum class Kind {
-        Hold,        ///< the server waits to be released
-        State,       ///< `text` is the state's name, as in CONNECTED
-        Fatal,       ///< `text` says why the server ends
-        Error,       ///< a command was refused; `text` says why
+        Hold,        ///< the server waits for "hold release"
+        State,       ///< `text` is the name of the new state, such as CONNECTED
+        Fatal,       ///< the server ends; `text` is the reason
+        Error,       ///< a command was refused; `text` is the reason
         Connect,     ///< a client logs in: `client`, `key`, `fields`
         Reauth,      ///< a client renews its keys: `client`, `key`, `fields`
         Established, ///< a client's session is up: `client`
-        Disconnect   ///< a client is gone: `client`
+        Disconnect   ///< a client has disconnected: `client`
     };
 
     Kind kind = Kind::Hold;
@@ -28,23 +28,24 @@ struct ManagementEvent {
     std::map<std::string, std::string, std::less<>> fields; ///< user, password and peer address only
     std::string text;
 
+    /// The field's value, "" when it is absent.
     [[nodiscard]] std::string field(std::string_view name) const;
 };
 
-/// Cuts the management stream into lines and lines into events.
+/// Splits the stream of an OpenVPN management connection into lines and parses these to events.
 ///
-/// Nothing is taken on trust: lines have a length limit, numbers must be numbers, a notification that
-/// never ends is dropped by the next one, and what is not known is passed over.
+/// The stream is not trusted: lines have a length limit, numbers must be numbers, a notification that never
+/// ends is dropped when the next one begins, and unknown lines are ignored.
 class ManagementParser {
 public:
     using Sink = std::function<void(const ManagementEvent &)>;
 
-    static constexpr std::size_t LongestLine = 16384;
+    static constexpr std::size_t maximumLineLength = 16384;
 
     explicit ManagementParser(Sink sink) : m_sink(std::move(sink)) {}
 
-    /// Takes the next bytes, however they were cut. False once a line was over-long: the stream cannot be
-    /// trusted any more and the connection is to be closed.
+    /// Parses the next bytes, which may end anywhere in a line. False once a line was too long: the caller
+    /// must then close the connection.
     bool feed(std::string_view bytes);
 
 private:
@@ -53,9 +54,10 @@ private:
     void environment(std::string_view assignment);
 
     Sink m_sink;
-    std::string m_rest;
-    bool m_broken = false;
-    std::optional<ManagementEvent> m_open; ///< a client notification whose fields are still coming
+    std::string m_incompleteLine;
+    bool m_failed = false;
+    std::optional<ManagementEvent>
+        m_pending; ///< a client notification whose fields have not all been received
 };
 
 } // namespace quorvane::service

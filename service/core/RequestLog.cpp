@@ -11,7 +11,7 @@
 namespace quorvane::service {
 
 std::string jsonText(std::string_view bytes) {
-    constexpr std::string_view Digits = "0123456789abcdef";
+    constexpr std::string_view digits = "0123456789abcdef";
     std::string text = "\"";
     for (const char character : bytes) {
         const auto byte = static_cast<unsigned char>(character);
@@ -20,8 +20,8 @@ std::string jsonText(std::string_view bytes) {
             text += character;
         } else if (byte < 0x20 || byte > 0x7e) {
             text += "\\u00";
-            text += Digits[byte >> 4];
-            text += Digits[byte & 15];
+            text += digits[byte >> 4];
+            text += digits[byte & 15];
         } else {
             text += character;
         }
@@ -42,14 +42,15 @@ std::string isoTime(std::chrono::system_clock::time_point time) {
     return {text.data(), static_cast<std::size_t>(length)};
 }
 
-std::string logLine(const Traffic &traffic, std::chrono::system_clock::time_point time, bool unexpected) {
-    std::string line = "{\"time\":\"" + isoTime(time) + "\",\"event\":" + jsonText(traffic.event) +
-                       ",\"peer\":" + jsonText(traffic.peer) + ",\"host\":" + jsonText(traffic.host) +
-                       ",\"method\":" + jsonText(traffic.method) + ",\"target\":" + jsonText(traffic.target) +
-                       ",\"status\":" + std::to_string(traffic.status) +
-                       ",\"bytes\":" + std::to_string(traffic.bytes);
-    if (!traffic.detail.empty()) {
-        line += ",\"detail\":" + jsonText(traffic.detail);
+std::string logLine(const RequestLogEntry &entry, std::chrono::system_clock::time_point time,
+                    bool unexpected) {
+    std::string line = "{\"time\":\"" + isoTime(time) + "\",\"event\":" + jsonText(entry.event) +
+                       ",\"peer\":" + jsonText(entry.peer) + ",\"host\":" + jsonText(entry.host) +
+                       ",\"method\":" + jsonText(entry.method) + ",\"target\":" + jsonText(entry.target) +
+                       ",\"status\":" + std::to_string(entry.status) +
+                       ",\"bytes\":" + std::to_string(entry.bytes);
+    if (!entry.detail.empty()) {
+        line += ",\"detail\":" + jsonText(entry.detail);
     }
     if (unexpected) {
         line += ",\"unexpected\":true";
@@ -60,26 +61,20 @@ std::string logLine(const Traffic &traffic, std::chrono::system_clock::time_poin
 RequestLog::RequestLog(AnnouncedRequests *announced, WallClock clock)
     : m_announced(announced), m_clock(std::move(clock)) {}
 
-RequestLog::~RequestLog() {
-    if (m_file >= 0) {
-        close(m_file);
-    }
-}
-
 Result<> RequestLog::open(const std::string &path) {
-    m_file = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
-    if (m_file < 0) {
+    m_file.reset(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
+    if (!m_file.isOpen()) {
         return Failure{"request_log: cannot write " + path + ": " + std::strerror(errno)};
     }
     return {};
 }
 
-void RequestLog::record(const Traffic &traffic) {
-    const bool isRequest = traffic.event == "request" || traffic.event == "bad_request";
-    const bool unexpected = isRequest && m_announced != nullptr && !m_announced->take(traffic.target);
-    const std::string line = logLine(traffic, m_clock(), unexpected) + '\n';
-    // A full disk must not stop the service; the loss is told once per line on standard error.
-    if (write(m_file, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
+void RequestLog::record(const RequestLogEntry &entry) {
+    const bool isRequest = entry.event == "request" || entry.event == "bad_request";
+    const bool unexpected = isRequest && m_announced != nullptr && !m_announced->consume(entry.target);
+    const std::string line = logLine(entry, m_clock(), unexpected) + '\n';
+    // A full disk must not stop the service; each lost line is reported on standard error.
+    if (write(m_file.get(), line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
         std::fprintf(stderr, "quorvane-service: the request log cannot be written: %s\n",
                      std::strerror(errno));
     }

@@ -19,7 +19,7 @@ int hexDigit(char character) {
     return -1;
 }
 
-bool standsInTarget(char character) {
+bool isAllowedInTarget(char character) {
     const auto byte = static_cast<unsigned char>(character);
     return byte > 0x20 && byte != 0x7f && byte != '#';
 }
@@ -46,7 +46,7 @@ std::optional<std::string> percentDecoded(std::string_view text) {
 }
 
 std::optional<Target> Target::parse(std::string_view raw) {
-    if (raw.empty() || raw.front() != '/' || !std::all_of(raw.begin(), raw.end(), standsInTarget)) {
+    if (raw.empty() || raw.front() != '/' || !std::all_of(raw.begin(), raw.end(), isAllowedInTarget)) {
         return std::nullopt;
     }
     const auto mark = raw.find('?');
@@ -59,14 +59,14 @@ std::optional<Target> Target::parse(std::string_view raw) {
     std::string_view query = mark == std::string_view::npos ? std::string_view() : raw.substr(mark + 1);
     while (!query.empty()) {
         const auto end = std::min(query.find('&'), query.size());
-        const std::string_view piece = query.substr(0, end);
+        const std::string_view parameter = query.substr(0, end);
         query.remove_prefix(std::min(end + 1, query.size()));
-        if (piece.empty()) {
+        if (parameter.empty()) {
             continue;
         }
-        const auto equals = std::min(piece.find('='), piece.size());
-        auto key = percentDecoded(piece.substr(0, equals));
-        auto value = percentDecoded(piece.substr(std::min(equals + 1, piece.size())));
+        const auto equals = std::min(parameter.find('='), parameter.size());
+        auto key = percentDecoded(parameter.substr(0, equals));
+        auto value = percentDecoded(parameter.substr(std::min(equals + 1, parameter.size())));
         if (!key || !value) {
             return std::nullopt;
         }

@@ -8,15 +8,15 @@
 
 namespace quorvane::service {
 
-/// A request target taken apart: the path and the query's parameters in the order they came.
+/// A parsed request target: the path and the parameters of the query in their order.
 ///
 /// Keys may repeat and parameters may be empty ("a=1&&b=2" has an empty one in the middle, which is
 /// dropped). Percent escapes are decoded; a plus sign stays a plus sign.
 class Target {
 public:
-    /// Nothing for a target that does not begin with "/", holds a "#", a control character or a blank,
-    /// or has an escape that is not "%" and two hexadecimal digits.
-    static std::optional<Target> parse(std::string_view raw);
+    /// Nothing for a target that does not begin with "/", contains a "#", a control character or a blank, or
+    /// has an escape that is not "%" and two hexadecimal digits.
+    [[nodiscard]] static std::optional<Target> parse(std::string_view raw);
 
     [[nodiscard]] const std::string &path() const { return m_path; }
 
@@ -33,7 +33,7 @@ private:
     std::vector<std::pair<std::string, std::string>> m_parameters;
 };
 
-/// Decodes percent escapes; nothing when one is malformed.
-std::optional<std::string> percentDecoded(std::string_view text);
+/// Decodes percent escapes. Nothing when one is malformed.
+[[nodiscard]] std::optional<std::string> percentDecoded(std::string_view text);
 
 } // namespace quorvane::service

@@ -8,31 +8,31 @@
 
 namespace quorvane::service {
 
-/// The free client addresses of one tunnel network.
+/// The client addresses of one tunnel network, free or allocated.
 ///
-/// They are given out in a circle, not lowest first: an address that was just returned rests as long as
-/// possible, so that connections which the gateway still tracks for it do not meet a new owner.
+/// They are allocated in a circle, not lowest first: a released address stays unused as long as possible, so
+/// that connections which the gateway still tracks for it do not reach a new owner.
 class TunnelAddresses {
 public:
-    /// The network's own, the server's (the first) and the broadcast address are never given out.
-    /// `start` picks where the circle begins.
+    /// The addresses of the network itself, of the server (the first) and of broadcasts are never allocated.
+    /// `start` selects where the circle begins.
     TunnelAddresses(Ipv4Network network, std::uint32_t start);
 
-    /// A free address, or nothing when all are taken.
-    std::optional<Ipv4Address> take();
-    /// This address if it is one of the network's for clients and free, else as `take`.
-    std::optional<Ipv4Address> takeAgain(Ipv4Address address);
-    void giveBack(Ipv4Address address);
+    /// A free address, or nothing when all are allocated.
+    [[nodiscard]] std::optional<Ipv4Address> allocate();
+    /// This address if it is a free client address of the network, else as allocate().
+    [[nodiscard]] std::optional<Ipv4Address> allocatePreferred(Ipv4Address address);
+    void release(Ipv4Address address);
 
-    [[nodiscard]] std::size_t taken() const { return m_taken.size(); }
+    [[nodiscard]] std::size_t allocatedCount() const { return m_allocated.size(); }
 
     [[nodiscard]] const Ipv4Network &network() const { return m_network; }
 
 private:
     Ipv4Network m_network;
-    std::uint32_t m_count;
-    std::uint32_t m_next;
-    std::set<Ipv4Address> m_taken;
+    std::uint32_t m_count; ///< of client addresses
+    std::uint32_t m_next;  ///< counted from the first client address
+    std::set<Ipv4Address> m_allocated;
 };
 
 } // namespace quorvane::service

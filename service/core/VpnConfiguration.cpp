@@ -4,34 +4,35 @@ namespace quorvane::service {
 
 namespace {
 
-constexpr std::string_view Begin = "-----BEGIN CERTIFICATE-----";
-constexpr std::string_view End = "-----END CERTIFICATE-----";
+constexpr std::string_view beginMark = "-----BEGIN CERTIFICATE-----";
+constexpr std::string_view endMark = "-----END CERTIFICATE-----";
 
-/// An address inside the tunnel that exists only so that IPv6 has a route there, where it is answered
-/// with "unreachable" instead of leaving beside the tunnel.
-constexpr std::string_view BlockIpv6 = "redirect-gateway def1 ipv6\n"
+/// An address in the tunnel that only makes a route for IPv6: the client answers its IPv6 traffic with
+/// "unreachable" instead of sending it past the tunnel.
+constexpr std::string_view blockIpv6 = "redirect-gateway def1 ipv6\n"
                                        "ifconfig-ipv6 fd71:7276:6e00::2/64 fd71:7276:6e00::1\n"
                                        "block-ipv6\n";
 
-constexpr std::string_view Ciphers = "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
+constexpr std::string_view ciphers = "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
                                      "tls-version-min 1.2\n";
 
 } // namespace
 
 std::string pemCertificates(std::string_view pem) {
     std::string blocks;
-    for (auto begin = pem.find(Begin); begin != std::string_view::npos; begin = pem.find(Begin, begin)) {
-        const auto end = pem.find(End, begin);
+    for (auto begin = pem.find(beginMark); begin != std::string_view::npos;
+         begin = pem.find(beginMark, begin)) {
+        const auto end = pem.find(endMark, begin);
         if (end == std::string_view::npos) {
             break;
         }
-        for (const char character : pem.substr(begin, end + End.size() - begin)) {
+        for (const char character : pem.substr(begin, end + endMark.size() - begin)) {
             if (character != '\r') {
                 blocks += character;
             }
         }
         blocks += '\n';
-        begin = end + End.size();
+        begin = end + endMark.size();
     }
     return blocks;
 }
@@ -43,7 +44,7 @@ std::string clientConfiguration(const Vpn &vpn, const VpnServer &server, Ipv4Add
                        "dev tun\n";
     text += udp ? "proto udp\n" : "proto tcp-client\n";
     text += "remote " + remote.text() + ' ' + std::to_string(server.port) + '\n';
-    // A tunnel that has to be made anew keeps its device and routes meanwhile: nothing leaves beside it.
+    // A tunnel that reconnects keeps its device and routes meanwhile: nothing leaves past it.
     text += "nobind\n"
             "persist-tun\n"
             "auth-user-pass\n"
@@ -52,7 +53,7 @@ std::string clientConfiguration(const Vpn &vpn, const VpnServer &server, Ipv4Add
     if (!vpn.certificateName.empty()) {
         text += "verify-x509-name \"" + vpn.certificateName + "\" name\n";
     }
-    text += Ciphers;
+    text += ciphers;
     text += "resolv-retry 0\n"
             "connect-retry-max 1\n"
             "connect-timeout 5\n"
@@ -60,7 +61,7 @@ std::string clientConfiguration(const Vpn &vpn, const VpnServer &server, Ipv4Add
     if (udp) {
         text += "explicit-exit-notify 1\n";
     }
-    text += vpn.blockIpv6 ? BlockIpv6 : std::string_view("redirect-gateway def1\n");
+    text += vpn.blockIpv6 ? blockIpv6 : std::string_view("redirect-gateway def1\n");
     text += "verb 3\n"
             "<ca>\n";
     return text + pemCertificates(caPem) + "</ca>\n";
@@ -69,7 +70,7 @@ std::string clientConfiguration(const Vpn &vpn, const VpnServer &server, Ipv4Add
 std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
                                 const std::string &managementSocket) {
     const bool udp = server.protocol == Protocol::Udp;
-    // A server that owns many addresses must answer from the one it was asked on.
+    // A server with many addresses must answer from the address that received the packet.
     std::string text =
         udp ? "proto udp\nmultihome\nexplicit-exit-notify 1\n" : "proto tcp-server\ntcp-nodelay\n";
     text += "port " + std::to_string(server.port) + '\n';
@@ -80,13 +81,13 @@ std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
             "username-as-common-name\n"
             "duplicate-cn\n"
             "persist-key\n";
-    text += Ciphers;
+    text += ciphers;
     text += "management \"" + managementSocket + "\" unix\n";
     text += "management-client\n"
             "management-client-auth\n"
             "management-hold\n";
-    // Written out instead of "keepalive", which would have clients restart where they are to end. Clients
-    // learn it only here: before the tunnel is up their hand-window is what ends them.
+    // Not "keepalive", with which clients would restart instead of ending. Clients receive these values only
+    // when the tunnel is up; before, hand-window ends them.
     text += "ping " + std::to_string(vpn.ping.count()) + '\n';
     text += "ping-restart " + std::to_string(2 * vpn.pingExit.count()) + '\n';
     text += "push \"ping " + std::to_string(vpn.ping.count()) + "\"\n";

@@ -24,7 +24,7 @@ struct ChildProcess::Watch : std::enable_shared_from_this<ChildProcess::Watch> {
 
     void waitForEnd();
 
-    pid_t pid; ///< 0 once it was waited for: the number may then be another program's
+    pid_t pid; ///< 0 after waiting for it: another process may then have the number
     asio::posix::stream_descriptor handle;
     Ended ended;
 };
@@ -43,16 +43,16 @@ public:
         }
         posix_spawn_file_actions_adddup2(&m_actions, output, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&m_actions, output, STDERR_FILENO);
-        // An inherited listener would outlive a killed service and keep its port taken.
+        // An inherited listener would outlive a killed service and keep its port in use.
         posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
         posix_spawnattr_init(&m_attributes);
-        sigset_t none;
-        sigemptyset(&none);
-        sigset_t usual;
-        sigemptyset(&usual);
-        sigaddset(&usual, SIGPIPE);
-        posix_spawnattr_setsigmask(&m_attributes, &none);
-        posix_spawnattr_setsigdefault(&m_attributes, &usual);
+        sigset_t blocked;
+        sigemptyset(&blocked);
+        sigset_t reset;
+        sigemptyset(&reset);
+        sigaddset(&reset, SIGPIPE);
+        posix_spawnattr_setsigmask(&m_attributes, &blocked);
+        posix_spawnattr_setsigdefault(&m_attributes, &reset);
         posix_spawnattr_setpgroup(&m_attributes, 0);
         posix_spawnattr_setflags(&m_attributes,
                                  POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
@@ -67,11 +67,11 @@ public:
     SpawnSettings &operator=(const SpawnSettings &) = delete;
 
     int spawn(const std::vector<std::string> &arguments, pid_t &pid) {
-        std::vector<std::string> words = arguments;
+        std::vector<std::string> copies = arguments;
         std::vector<char *> argv;
-        argv.reserve(words.size() + 1);
-        for (std::string &word : words) {
-            argv.push_back(word.data());
+        argv.reserve(copies.size() + 1);
+        for (std::string &copy : copies) {
+            argv.push_back(copy.data());
         }
         argv.push_back(nullptr);
         std::string path = "PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin";
@@ -85,7 +85,7 @@ private:
     posix_spawnattr_t m_attributes{};
 };
 
-/// The status of a process that has ended, -1 where there is none to be had; nothing while it runs.
+/// The status of a process that has ended, -1 when it cannot be read; nothing while the process runs.
 std::optional<int> exitStatusOf(pid_t pid, int options) {
     int status = 0;
     const pid_t found = waitpid(pid, &status, options);
@@ -106,8 +106,8 @@ void ChildProcess::Watch::waitForEnd() {
                           if (failed) {
                               return;
                           }
-                          // A descriptor takes the place of one that was just closed, and with it an event of
-                          // that one which is still on its way: being woken does not mean that it has ended.
+                          // A new descriptor can have the number of one that was just closed and receive a
+                          // pending event of that one: this event does not prove that the process has ended.
                           const auto status = exitStatusOf(self->pid, WNOHANG);
                           if (!status) {
                               self->waitForEnd();

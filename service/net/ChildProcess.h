@@ -17,15 +17,15 @@ namespace quorvane::service {
 
 /// One program that was started, watched through its process descriptor.
 ///
-/// It runs in a process group of its own with a bare environment and no descriptor but the three
-/// standard ones. Its end is told once. Destroying the object neither ends the program nor waits for it.
+/// It runs in a process group of its own with a minimal environment and only the three standard descriptors.
+/// Its end is reported once. Destroying the object neither ends the program nor waits for it.
 class ChildProcess {
 public:
     /// `status` is the exit status, or 128 plus the signal's number.
     using Ended = std::function<void(int status)>;
 
-    /// Starts argv[0], looked up in the path, with `input` as standard input (closed: -1) and `output`
-    /// as standard output and error. Both stay the caller's.
+    /// Starts the program arguments[0], which is searched for in the path. `input` is its standard input (-1:
+    /// /dev/null), `output` its standard output and error. Both descriptors still belong to the caller.
     static Result<std::unique_ptr<ChildProcess>> start(boost::asio::io_context &context,
                                                        const std::vector<std::string> &arguments, int input,
                                                        int output, Ended ended);
@@ -33,7 +33,7 @@ public:
     ChildProcess(const ChildProcess &) = delete;
     ChildProcess &operator=(const ChildProcess &) = delete;
 
-    /// Sends a signal to the program's process group, unless it has ended.
+    /// Sends a signal to the program's process group, unless the program has ended.
     void signal(int number);
 
 private:

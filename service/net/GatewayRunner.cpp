@@ -7,6 +7,7 @@
 #include "GatewayRunner.h"
 
 #include "ChildProcess.h"
+#include "common/FileDescriptor.h"
 
 #include <array>
 #include <cerrno>
@@ -21,38 +22,23 @@ namespace asio = boost::asio;
 
 namespace {
 
-constexpr std::chrono::seconds TimeLimit{5};
+constexpr std::chrono::seconds timeLimit{5};
 
-/// A file in memory: no pipe that could fill up, nothing on disk.
-class MemoryFile {
-public:
-    explicit MemoryFile(const char *name) : m_descriptor(memfd_create(name, MFD_CLOEXEC)) {}
+/// Files in memory instead of pipes: they cannot block a writer, and nothing is written to a disk.
+FileDescriptor memoryFile(const char *name) {
+    return FileDescriptor(memfd_create(name, MFD_CLOEXEC));
+}
 
-    ~MemoryFile() {
-        if (m_descriptor >= 0) {
-            close(m_descriptor);
-        }
-    }
+bool fill(const FileDescriptor &file, const std::string &text) {
+    return file.isOpen() &&
+           pwrite(file.get(), text.data(), text.size(), 0) == static_cast<ssize_t>(text.size());
+}
 
-    MemoryFile(const MemoryFile &) = delete;
-    MemoryFile &operator=(const MemoryFile &) = delete;
-
-    [[nodiscard]] bool fill(const std::string &text) const {
-        return m_descriptor >= 0 &&
-               pwrite(m_descriptor, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size());
-    }
-
-    [[nodiscard]] std::string beginning() const {
-        std::array<char, 1024> text{};
-        const ssize_t length = pread(m_descriptor, text.data(), text.size(), 0);
-        return {text.data(), length > 0 ? static_cast<std::size_t>(length) : 0};
-    }
-
-    [[nodiscard]] int descriptor() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
+std::string beginningOf(const FileDescriptor &file) {
+    std::array<char, 1024> text{};
+    const ssize_t length = pread(file.get(), text.data(), text.size(), 0);
+    return {text.data(), length > 0 ? static_cast<std::size_t>(length) : 0};
+}
 
 } // namespace
 
@@ -62,8 +48,8 @@ struct GatewayRunner::Job {
 
     std::string input;
     Done done;
-    MemoryFile inputFile{"input"};
-    MemoryFile outputFile{"output"};
+    FileDescriptor inputFile = memoryFile("input");
+    FileDescriptor outputFile = memoryFile("output");
     asio::steady_timer limit;
     std::shared_ptr<ChildProcess> process;
     std::string error; ///< why it could not be started
@@ -83,18 +69,18 @@ void GatewayRunner::run(std::string input, Done done) {
 
 void GatewayRunner::startNext() {
     Job &job = *m_jobs.front();
-    if (!job.inputFile.fill(job.input) || job.outputFile.descriptor() < 0) {
-        fail(std::string("no memory file: ") + std::strerror(errno));
+    if (!fill(job.inputFile, job.input) || !job.outputFile.isOpen()) {
+        fail(std::string("cannot make a file in memory: ") + std::strerror(errno));
         return;
     }
-    auto process = ChildProcess::start(m_context, m_command, job.inputFile.descriptor(),
-                                       job.outputFile.descriptor(), [this](int status) { finished(status); });
+    auto process = ChildProcess::start(m_context, m_command, job.inputFile.get(), job.outputFile.get(),
+                                       [this](int status) { finished(status); });
     if (!process) {
         fail(process.error());
         return;
     }
     job.process = std::move(process).value();
-    job.limit.expires_after(TimeLimit);
+    job.limit.expires_after(timeLimit);
     job.limit.async_wait(
         [weak = std::weak_ptr<ChildProcess>(job.process)](const boost::system::error_code &cancelled) {
             const auto running = weak.lock();
@@ -104,7 +90,7 @@ void GatewayRunner::startNext() {
         });
 }
 
-/// Told like any other end, and never from within run().
+/// Reports the error like any other end, and not from within run().
 void GatewayRunner::fail(const std::string &error) {
     m_jobs.front()->error = error;
     asio::post(m_context, [this] { finished(-1); });
@@ -119,7 +105,7 @@ void GatewayRunner::finished(int status) {
     if (status == 0) {
         job->done(true, {});
     } else {
-        job->done(false, job->error.empty() ? job->outputFile.beginning() : job->error);
+        job->done(false, job->error.empty() ? beginningOf(job->outputFile) : job->error);
     }
 }
 

@@ -1,4 +1,4 @@
-// The only file that includes Beast and the TLS streams: it takes most of the build's time.
+// The only file that includes Beast and the TLS streams, which are slow to compile.
 #include <utility>
 
 #include <boost/asio/ssl.hpp>
@@ -20,15 +20,15 @@ namespace asio = boost::asio;
 namespace beast = boost::beast;
 namespace http = boost::beast::http;
 namespace ssl = boost::asio::ssl;
-using tcp = boost::asio::ip::tcp;
+using Tcp = boost::asio::ip::tcp;
 using boost::system::error_code;
 
 namespace {
 
-/// How long a refused client's leftover is read away, so that the refusal itself reaches it.
-constexpr std::chrono::seconds LingerTime{2};
-constexpr std::size_t LingerBytes = 1 << 20;
-constexpr std::chrono::milliseconds AcceptPause{100};
+/// How long the input of a closed connection is still read, so that the last answer reaches the client.
+constexpr std::chrono::seconds lingerTime{2};
+constexpr std::size_t maximumLingerBytes = 1 << 20;
+constexpr std::chrono::milliseconds acceptDelay{100};
 
 std::string httpDate() {
     const std::time_t now = std::time(nullptr);
@@ -39,7 +39,7 @@ std::string httpDate() {
     return {text.data(), length};
 }
 
-std::string peerText(const tcp::socket &socket) {
+std::string peerText(const Tcp::socket &socket) {
     error_code error;
     const auto endpoint = socket.remote_endpoint(error);
     if (error) {
@@ -52,7 +52,7 @@ std::string peerText(const tcp::socket &socket) {
     return address.to_string();
 }
 
-std::string text(beast::string_view view) {
+std::string toString(beast::string_view view) {
     return {view.data(), view.size()};
 }
 
@@ -61,23 +61,24 @@ std::string text(beast::string_view view) {
 class Connection;
 
 struct HttpsServer::Shared {
-    Shared(asio::io_context &io, const Config &configuration, Handler handle, TrafficSink &traffic)
-        : context(io), config(configuration), handler(std::move(handle)), sink(traffic) {}
+    Shared(asio::io_context &io, const Config &configuration, Handler handle,
+           RequestRecorder &requestRecorder)
+        : context(io), config(configuration), handler(std::move(handle)), recorder(requestRecorder) {}
 
     asio::io_context &context;
     const Config &config;
     Handler handler;
-    TrafficSink &sink;
+    RequestRecorder &recorder;
     ssl::context tls{ssl::context::tls_server};
     std::list<std::weak_ptr<Connection>> connections;
 };
 
-/// One client from its TLS handshake to its end. Keeps itself alive through the operations under way.
+/// One connection from its TLS handshake to its end. The pending operations own it.
 class Connection : public std::enable_shared_from_this<Connection> {
 public:
-    Connection(tcp::socket socket, ssl::context &tls, const Limits &limits,
-               const HttpsServer::Handler &handler, TrafficSink &sink)
-        : m_stream(std::move(socket), tls), m_limits(limits), m_handler(handler), m_sink(sink),
+    Connection(Tcp::socket socket, ssl::context &tls, const Limits &limits,
+               const HttpsServer::Handler &handler, RequestRecorder &recorder)
+        : m_stream(std::move(socket), tls), m_limits(limits), m_handler(handler), m_recorder(recorder),
           m_peer(peerText(beast::get_lowest_layer(m_stream).socket())) {}
 
     void start() {
@@ -97,11 +98,11 @@ private:
     void expireAfter(std::chrono::seconds time) { beast::get_lowest_layer(m_stream).expires_after(time); }
 
     void report(const char *event, const error_code &error) {
-        Traffic traffic;
-        traffic.event = error == beast::error::timeout ? "timeout" : event;
-        traffic.peer = m_peer;
-        traffic.detail = error.message();
-        m_sink.record(traffic);
+        RequestLogEntry entry;
+        entry.event = error == beast::error::timeout ? "timeout" : event;
+        entry.peer = m_peer;
+        entry.detail = error.message();
+        m_recorder.record(entry);
     }
 
     void onHandshake(error_code error) {
@@ -139,7 +140,7 @@ private:
         }
     }
 
-    /// Answers something that is no request this listener can read, then ends the connection.
+    /// Answers a malformed request, then ends the connection.
     void refuse(const error_code &error) {
         HttpResponse response{400, "text/plain; charset=utf-8", "Bad Request\n", {}};
         if (error == http::error::header_limit || error == http::error::buffer_overflow) {
@@ -147,23 +148,23 @@ private:
             response.status = targetRead ? 431 : 414;
             response.body = targetRead ? "Request Header Fields Too Large\n" : "URI Too Long\n";
         }
-        Traffic traffic = describe(response);
-        traffic.event = "bad_request";
-        traffic.detail = error.message();
-        m_sink.record(traffic);
+        RequestLogEntry entry = describe(response);
+        entry.event = "bad_request";
+        entry.detail = error.message();
+        m_recorder.record(entry);
         send(response, false);
     }
 
-    [[nodiscard]] Traffic describe(const HttpResponse &response) const {
+    [[nodiscard]] RequestLogEntry describe(const HttpResponse &response) const {
         const auto &request = m_parser->get();
-        Traffic traffic;
-        traffic.peer = m_peer;
-        traffic.host = text(request[http::field::host]);
-        traffic.method = text(request.method_string());
-        traffic.target = text(request.target());
-        traffic.status = response.status;
-        traffic.bytes = response.body.size();
-        return traffic;
+        RequestLogEntry entry;
+        entry.peer = m_peer;
+        entry.host = toString(request[http::field::host]);
+        entry.method = toString(request.method_string());
+        entry.target = toString(request.target());
+        entry.status = response.status;
+        entry.bytes = response.body.size();
+        return entry;
     }
 
     void answerRequest() {
@@ -174,14 +175,15 @@ private:
         if (hostMissing || (hasBody && request.method() == http::verb::get)) {
             response = {400, "text/plain; charset=utf-8", "Bad Request\n", {}};
         } else {
-            response = m_handler({m_peer, text(request.method_string()), text(request.target()),
-                                  text(request[http::field::host]), text(request[http::field::accept])});
+            response =
+                m_handler({m_peer, toString(request.method_string()), toString(request.target()),
+                           toString(request[http::field::host]), toString(request[http::field::accept])});
         }
-        m_sink.record(describe(response));
-        // A body is never read, so whatever follows it cannot be told from a next request.
-        const bool goOn =
+        m_recorder.record(describe(response));
+        // Bodies are not read, so the bytes after the header cannot be distinguished from a next request.
+        const bool keepAlive =
             request.version() >= 11 && request.keep_alive() && !hasBody && response.status != 400;
-        send(response, goOn);
+        send(response, keepAlive);
     }
 
     void send(const HttpResponse &answer, bool keepAlive) {
@@ -198,7 +200,7 @@ private:
         m_response->body() = answer.body;
         m_response->prepare_payload();
         if (m_parser->get().method() == http::verb::head) {
-            m_response->body().clear(); // the length stays, the body must not be sent
+            m_response->body().clear(); // the header keeps the length, the body must not be sent
         }
         ++m_answered;
         expireAfter(m_limits.request);
@@ -214,24 +216,24 @@ private:
                           });
     }
 
-    /// Says goodbye in TLS and TCP, then reads away what is still on its way: closing with unread bytes
-    /// would reset the connection and could take the answer with it.
+    /// Closes in TLS and TCP, then reads and discards the input that still arrives: closing a socket with
+    /// unread bytes resets the connection, and the client could lose the answer.
     void finish() {
-        expireAfter(LingerTime);
+        expireAfter(lingerTime);
         m_stream.async_shutdown([self = shared_from_this()](error_code) {
             error_code ignored;
             auto &lowest = beast::get_lowest_layer(self->m_stream);
-            lowest.socket().shutdown(tcp::socket::shutdown_send, ignored);
-            lowest.expires_after(LingerTime);
+            lowest.socket().shutdown(Tcp::socket::shutdown_send, ignored);
+            lowest.expires_after(lingerTime);
             self->discard();
         });
     }
 
     void discard() {
         beast::get_lowest_layer(m_stream).async_read_some(
-            asio::buffer(m_leftover), [self = shared_from_this()](error_code error, std::size_t bytes) {
+            asio::buffer(m_discardBuffer), [self = shared_from_this()](error_code error, std::size_t bytes) {
                 self->m_discarded += bytes;
-                if (error || self->m_discarded > LingerBytes) {
+                if (error || self->m_discarded > maximumLingerBytes) {
                     self->close();
                 } else {
                     self->discard();
@@ -242,25 +244,25 @@ private:
     beast::ssl_stream<beast::tcp_stream> m_stream;
     const Limits &m_limits;
     const HttpsServer::Handler &m_handler;
-    TrafficSink &m_sink;
+    RequestRecorder &m_recorder;
     std::string m_peer;
     beast::flat_buffer m_buffer;
     std::optional<Parser> m_parser;
     std::optional<http::response<http::string_body>> m_response;
     std::size_t m_answered = 0;
     std::size_t m_discarded = 0;
-    std::array<char, 16384> m_leftover{};
+    std::array<char, 16384> m_discardBuffer{};
 };
 
 class HttpsServer::Listener : public std::enable_shared_from_this<HttpsServer::Listener> {
 public:
     explicit Listener(Shared &shared)
-        : m_shared(shared), m_acceptor(shared.context), m_pause(shared.context) {}
+        : m_shared(shared), m_acceptor(shared.context), m_acceptTimer(shared.context) {}
 
     error_code bind(const ListenAddress &address) {
         error_code error;
         const auto numeric = asio::ip::make_address(address.address, error);
-        const tcp::endpoint endpoint(numeric, address.port);
+        const Tcp::endpoint endpoint(numeric, address.port);
         if (!error) {
             m_acceptor.open(endpoint.protocol(), error);
         }
@@ -277,7 +279,7 @@ public:
     }
 
     void accept() {
-        m_acceptor.async_accept([self = shared_from_this()](error_code error, tcp::socket socket) {
+        m_acceptor.async_accept([self = shared_from_this()](error_code error, Tcp::socket socket) {
             self->onAccept(error, std::move(socket));
         });
     }
@@ -285,7 +287,7 @@ public:
     void stop() {
         error_code ignored;
         m_acceptor.close(ignored);
-        m_pause.cancel();
+        m_acceptTimer.cancel();
     }
 
     [[nodiscard]] std::string bound() const {
@@ -295,14 +297,14 @@ public:
     }
 
 private:
-    void onAccept(error_code error, tcp::socket socket) {
+    void onAccept(error_code error, Tcp::socket socket) {
         if (!m_acceptor.is_open()) {
             return;
         }
         if (error) {
-            // Most likely out of file descriptors: trying again at once would only spin.
-            m_pause.expires_after(AcceptPause);
-            m_pause.async_wait([self = shared_from_this()](error_code cancelled) {
+            // Most likely no file descriptor is free: an immediate retry would only use the processor.
+            m_acceptTimer.expires_after(acceptDelay);
+            m_acceptTimer.async_wait([self = shared_from_this()](error_code cancelled) {
                 if (!cancelled && self->m_acceptor.is_open()) {
                     self->accept();
                 }
@@ -313,32 +315,33 @@ private:
         accept();
     }
 
-    void serve(tcp::socket socket) {
+    void serve(Tcp::socket socket) {
         auto &connections = m_shared.connections;
         connections.remove_if([](const auto &connection) { return connection.expired(); });
         if (connections.size() >= m_shared.config.limits.connections) {
-            Traffic traffic;
-            traffic.event = "refused";
-            traffic.peer = peerText(socket);
-            traffic.detail = "too many connections";
-            m_shared.sink.record(traffic);
+            RequestLogEntry entry;
+            entry.event = "refused";
+            entry.peer = peerText(socket);
+            entry.detail = "too many connections";
+            m_shared.recorder.record(entry);
             return;
         }
         error_code ignored;
-        socket.set_option(tcp::no_delay(true), ignored);
+        socket.set_option(Tcp::no_delay(true), ignored);
         const auto connection = std::make_shared<Connection>(
-            std::move(socket), m_shared.tls, m_shared.config.limits, m_shared.handler, m_shared.sink);
+            std::move(socket), m_shared.tls, m_shared.config.limits, m_shared.handler, m_shared.recorder);
         connections.push_back(connection);
         connection->start();
     }
 
     Shared &m_shared;
-    tcp::acceptor m_acceptor;
-    asio::steady_timer m_pause;
+    Tcp::acceptor m_acceptor;
+    asio::steady_timer m_acceptTimer;
 };
 
-HttpsServer::HttpsServer(asio::io_context &context, const Config &config, Handler handler, TrafficSink &sink)
-    : m_shared(std::make_unique<Shared>(context, config, std::move(handler), sink)) {}
+HttpsServer::HttpsServer(asio::io_context &context, const Config &config, Handler handler,
+                         RequestRecorder &recorder)
+    : m_shared(std::make_unique<Shared>(context, config, std::move(handler), recorder)) {}
 
 HttpsServer::~HttpsServer() = default;
 
@@ -347,9 +350,9 @@ Result<> HttpsServer::start() {
     auto &tls = m_shared->tls;
     const Config &config = m_shared->config;
     SSL_CTX_set_min_proto_version(tls.native_handle(), TLS1_2_VERSION);
-    // A connection that waits for its next request keeps no buffers.
+    // Saves the buffers of connections that wait for their next request.
     SSL_CTX_set_mode(tls.native_handle(), SSL_MODE_RELEASE_BUFFERS);
-    // Nothing of a client's outlives its connection; tickets that clients keep themselves go on working.
+    // The server stores no sessions; session tickets, which clients store, still work.
     SSL_CTX_set_session_cache_mode(tls.native_handle(), SSL_SESS_CACHE_OFF);
     tls.use_certificate_chain_file(config.tlsCertificate, error);
     if (error) {

@@ -15,23 +15,23 @@ class io_context;
 
 namespace quorvane::service {
 
-/// The HTTPS listener. Everything runs on the one thread of the io_context; no client has a thread of its
-/// own and every step of a connection has a deadline, so stalled clients cost memory only, and that is
-/// bounded by the connection limit.
+/// The HTTPS listener. Everything runs on the one thread of the io_context. Every step of a connection has a
+/// deadline, so stalled clients only use memory, which the connection limit bounds.
 class HttpsServer {
 public:
     using Handler = std::function<HttpResponse(const HttpRequest &)>;
 
     /// None of the references is owned; all must outlive the server.
-    HttpsServer(boost::asio::io_context &context, const Config &config, Handler handler, TrafficSink &sink);
+    HttpsServer(boost::asio::io_context &context, const Config &config, Handler handler,
+                RequestRecorder &recorder);
     ~HttpsServer();
     HttpsServer(const HttpsServer &) = delete;
     HttpsServer &operator=(const HttpsServer &) = delete;
 
     /// Loads the certificate and binds all addresses.
     Result<> start();
-    /// Stops accepting and closes every connection. Destroying the object without it is for
-    /// a context that runs no more.
+    /// Stops accepting and closes every connection. An object that was not stopped may be destroyed
+    /// only when the io_context has stopped.
     void stop();
 
     /// "address port" of every bound address, with the port that the system chose.

@@ -22,21 +22,21 @@ using boost::system::error_code;
 
 namespace {
 
-/// A peer that asks without ever reading is cut off here.
-constexpr std::size_t MostUnsent = 1 << 20;
-constexpr std::chrono::milliseconds AcceptPause{100};
+/// A peer that sends requests but never reads is disconnected at this limit.
+constexpr std::size_t maximumUnsentBytes = 1 << 20;
+constexpr std::chrono::milliseconds acceptDelay{100};
 
 } // namespace
 
 struct LineServer::State : std::enable_shared_from_this<LineServer::State> {
     State(asio::io_context &context, MakeClient make)
-        : acceptor(context), pause(context), makeClient(std::move(make)) {}
+        : acceptor(context), acceptTimer(context), makeClient(std::move(make)) {}
 
     void accept();
-    void acceptAfterPause();
+    void acceptLater();
 
     Stream::acceptor acceptor;
-    asio::steady_timer pause;
+    asio::steady_timer acceptTimer;
     MakeClient makeClient;
     std::string path;
     std::list<std::weak_ptr<Connection>> connections;
@@ -61,7 +61,7 @@ public:
         }
         error_code ignored;
         m_socket.close(ignored);
-        // The client may be the one who asks for the end: it lives on until its call is over.
+        // The client itself may have caused this call: it must exist until its own function has returned.
         const std::shared_ptr<Client> client = std::move(m_client);
         client->closed();
         asio::post(m_socket.get_executor(), [client] {});
@@ -87,7 +87,7 @@ private:
             return;
         }
         m_unsent += text;
-        if (m_unsent.size() > MostUnsent) {
+        if (m_unsent.size() > maximumUnsentBytes) {
             close();
         } else if (m_sending.empty()) {
             write();
@@ -120,7 +120,7 @@ void LineServer::State::accept() {
             return;
         }
         if (error) {
-            self->acceptAfterPause();
+            self->acceptLater();
             return;
         }
         self->connections.remove_if([](const auto &connection) { return connection.expired(); });
@@ -131,10 +131,10 @@ void LineServer::State::accept() {
     });
 }
 
-/// Most likely out of file descriptors: trying again at once would only spin.
-void LineServer::State::acceptAfterPause() {
-    pause.expires_after(AcceptPause);
-    pause.async_wait([self = shared_from_this()](error_code cancelled) {
+/// Most likely no file descriptor is free: an immediate retry would only use the processor.
+void LineServer::State::acceptLater() {
+    acceptTimer.expires_after(acceptDelay);
+    acceptTimer.async_wait([self = shared_from_this()](error_code cancelled) {
         if (!cancelled && self->acceptor.is_open()) {
             self->accept();
         }
@@ -172,7 +172,7 @@ void LineServer::stop() {
     }
     error_code ignored;
     m_state->acceptor.close(ignored);
-    m_state->pause.cancel();
+    m_state->acceptTimer.cancel();
     for (const auto &weak : m_state->connections) {
         if (const auto connection = weak.lock()) {
             connection->close();

@@ -13,22 +13,22 @@ class io_context;
 
 namespace quorvane::service {
 
-/// A socket in the file system whose connections exchange text. What the text means is up to the client
-/// objects that the owner makes, one per connection.
+/// A socket in the file system whose connections exchange text. The owner makes one Client object per
+/// connection, which handles the text.
 class LineServer {
 public:
-    /// One connection's owner-side half.
+    /// Handles the text of one connection.
     class Client {
     public:
         virtual ~Client() = default;
-        /// The next bytes; false ends the connection.
-        virtual bool received(std::string_view bytes) = 0;
+        /// Handles the next bytes. The connection is closed when it returns false.
+        [[nodiscard]] virtual bool received(std::string_view bytes) = 0;
 
-        /// The connection has ended, for whatever reason; nothing is called after this.
+        /// The connection has ended, for any reason. No other function is called after this.
         virtual void closed() {}
     };
 
-    /// Writes to the connection; harmless once it has ended.
+    /// Writes to the connection. Does nothing once it has ended.
     using Send = std::function<void(const std::string &text)>;
     using MakeClient = std::function<std::unique_ptr<Client>(Send)>;
 
@@ -37,10 +37,10 @@ public:
     LineServer(const LineServer &) = delete;
     LineServer &operator=(const LineServer &) = delete;
 
-    /// Binds the path, taking the place of a socket that a predecessor left there.
+    /// Binds the path. Replaces a socket that an earlier run left there.
     Result<> start(const std::string &path);
-    /// Ends all connections and removes the socket. Destroying the object without it is for
-    /// a context that runs no more.
+    /// Ends all connections and removes the socket. An object that was not stopped may be destroyed
+    /// only when the io_context has stopped.
     void stop();
 
 private:

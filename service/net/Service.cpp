@@ -7,7 +7,7 @@
 
 #include "HttpsServer.h"
 #include "LineServer.h"
-#include "Note.h"
+#include "ServiceLog.h"
 #include "VpnGateway.h"
 #include "core/AnnouncedRequests.h"
 #include "core/Api.h"
@@ -49,34 +49,23 @@ Result<> prepareRuntimeFolder(const std::string &folder) {
     return {};
 }
 
-/// Keeps a second service out of the runtime folder, whose sockets it would steal. The lock goes with the
-/// process, however that ends.
+/// Keeps a second service out of the runtime folder, where it would replace the sockets. The system releases
+/// the lock when the process ends, in any way.
 class FolderLock {
 public:
-    FolderLock() = default;
-
-    ~FolderLock() {
-        if (m_file >= 0) {
-            close(m_file);
-        }
-    }
-
-    FolderLock(const FolderLock &) = delete;
-    FolderLock &operator=(const FolderLock &) = delete;
-
-    Result<> take(const std::string &path) {
-        m_file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-        if (m_file < 0) {
+    Result<> acquire(const std::string &path) {
+        m_file.reset(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+        if (!m_file.isOpen()) {
             return Failure{"runtime_folder: cannot open " + path + ": " + std::strerror(errno)};
         }
-        if (flock(m_file, LOCK_EX | LOCK_NB) != 0) {
+        if (flock(m_file.get(), LOCK_EX | LOCK_NB) != 0) {
             return Failure{"runtime_folder: another service uses it"};
         }
         return {};
     }
 
 private:
-    int m_file = -1;
+    FileDescriptor m_file;
 };
 
 /// One connection of the control socket.
@@ -86,23 +75,24 @@ public:
         : m_commands(commands), m_send(std::move(send)) {}
 
     bool received(std::string_view bytes) override {
-        m_rest += bytes;
-        for (auto end = m_rest.find('\n'); end != std::string::npos; end = m_rest.find('\n')) {
-            m_send(m_commands.answer(std::string_view(m_rest).substr(0, end)) + '\n');
-            m_rest.erase(0, end + 1);
+        m_incompleteLine += bytes;
+        for (auto end = m_incompleteLine.find('\n'); end != std::string::npos;
+             end = m_incompleteLine.find('\n')) {
+            m_send(m_commands.answer(std::string_view(m_incompleteLine).substr(0, end)) + '\n');
+            m_incompleteLine.erase(0, end + 1);
         }
-        return m_rest.size() <= LongestCommand;
+        return m_incompleteLine.size() <= maximumCommandLength;
     }
 
 private:
-    static constexpr std::size_t LongestCommand = 1 << 20;
+    static constexpr std::size_t maximumCommandLength = 1 << 20;
 
     ControlCommands &m_commands;
     LineServer::Send m_send;
-    std::string m_rest;
+    std::string m_incompleteLine;
 };
 
-/// Everything that runs, put together. Members are destroyed from the last to the first.
+/// Owns and connects all parts of the service. Members are destroyed from the last to the first.
 class Service {
 public:
     explicit Service(const Config &config)
@@ -127,10 +117,10 @@ public:
         if (auto folder = prepareRuntimeFolder(m_config.runtimeFolder); !folder) {
             return folder;
         }
-        if (auto locked = m_lock.take(m_config.runtimeFolder + "/lock"); !locked) {
+        if (auto locked = m_lock.acquire(m_config.runtimeFolder + "/lock"); !locked) {
             return locked;
         }
-        removeAddresses(); // a killed predecessor's would be taken for ours
+        removeAddresses(); // a killed service may have left the file
         if (auto opened = m_log.open(m_config.requestLog); !opened) {
             return opened;
         }
@@ -153,7 +143,7 @@ public:
         auto written = writeAddresses();
         if (written && m_gateway) {
             m_gateway->start([this](const std::string &reason) {
-                note(reason);
+                writeLog(reason);
                 m_failed = true;
                 stop();
             });
@@ -163,19 +153,19 @@ public:
 
     void run() { m_context.run(); }
 
-    /// Tells on standard error what was not expected.
+    /// Also reports the unexpected requests on standard error.
     [[nodiscard]] int exitStatus() const {
         for (const std::string &target : m_announced.unexpected()) {
             std::fprintf(stderr, "quorvane-service: unexpected request: %s\n", jsonText(target).c_str());
         }
         if (m_failed) {
-            return ExitFailed;
+            return exitFailed;
         }
-        return m_announced.unexpected().empty() ? ExitClean : ExitUnexpectedRequests;
+        return m_announced.unexpected().empty() ? exitClean : exitUnexpectedRequests;
     }
 
 private:
-    /// One line "address port" per listener; the file appears only when all of them are bound.
+    /// One line "address port" per listener. The file is made only when all of them are bound.
     Result<> writeAddresses() {
         const std::string path = m_config.runtimeFolder + "/listening";
         std::ofstream file(path + ".new", std::ios::trunc);
@@ -221,7 +211,7 @@ private:
     AnnouncedRequests m_announced;
     RequestLog m_log;
     HttpsServer m_https;
-    std::unique_ptr<VpnGateway> m_gateway; ///< null without a gateway
+    std::unique_ptr<VpnGateway> m_gateway; ///< null when none is configured
     ControlCommands m_commands;
     LineServer m_control;
     asio::signal_set m_signals;
@@ -235,7 +225,7 @@ int runService(const Config &config) {
     Service service(config);
     if (const auto started = service.start(); !started) {
         std::fprintf(stderr, "quorvane-service: %s\n", started.error().c_str());
-        return ExitFailed;
+        return exitFailed;
     }
     service.run();
     return service.exitStatus();

@@ -2,7 +2,7 @@
 
 #include "VpnGateway.h"
 
-#include "Note.h"
+#include "ServiceLog.h"
 #include "core/RequestLog.h"
 
 #include <filesystem>
@@ -27,11 +27,11 @@ VpnGateway::~VpnGateway() = default;
 
 void VpnGateway::start(std::function<void(const std::string &)> failed) {
     m_failed = std::move(failed);
-    m_nft.run(m_rules.setup(), [this](bool worked, const std::string &error) {
+    m_nft.run(m_rules.setup(), [this](bool succeeded, const std::string &error) {
         if (m_stopped) {
             return;
         }
-        if (!worked) {
+        if (!succeeded) {
             m_failed("gateway: the tables cannot be set up: " + error);
         } else if (const auto started = startServers(); !started) {
             m_failed(started.error());
@@ -47,7 +47,7 @@ Result<> VpnGateway::startServers() {
     if (error) {
         return Failure{"runtime_folder: cannot make " + link + ": " + error.message()};
     }
-    LendingTable &table = *this;
+    AddressLeaseTable &table = *this;
     for (const auto *server : {&m_config.vpn.udp, &m_config.vpn.tcp}) {
         if (*server) {
             m_servers.push_back(
@@ -75,9 +75,9 @@ void VpnGateway::serverStopped() {
     if (--m_stopping > 0) {
         return;
     }
-    m_nft.run(m_rules.teardown(), [this](bool worked, const std::string &error) {
-        if (!worked) {
-            note("gateway: the tables cannot be removed: " + jsonText(error));
+    m_nft.run(m_rules.teardown(), [this](bool succeeded, const std::string &error) {
+        if (!succeeded) {
+            writeLog("gateway: the tables cannot be removed: " + jsonText(error));
         }
         m_stopped();
     });
@@ -96,18 +96,18 @@ std::vector<ServerStatus> VpnGateway::status() const {
 
 void VpnGateway::lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) {
     m_nft.run(m_rules.lend(tunnel, lent),
-              [tunnel, done = std::move(done)](bool worked, const std::string &error) {
-                  if (!worked) {
-                      note("gateway: cannot lend to " + tunnel.text() + ": " + jsonText(error));
+              [tunnel, done = std::move(done)](bool succeeded, const std::string &error) {
+                  if (!succeeded) {
+                      writeLog("gateway: cannot lend to " + tunnel.text() + ": " + jsonText(error));
                   }
-                  done(worked);
+                  done(succeeded);
               });
 }
 
-void VpnGateway::takeBack(Ipv4Address tunnel) {
-    m_nft.run(m_rules.takeBack(tunnel), [tunnel](bool worked, const std::string &error) {
-        if (!worked) {
-            note("gateway: cannot take back from " + tunnel.text() + ": " + jsonText(error));
+void VpnGateway::release(Ipv4Address tunnel) {
+    m_nft.run(m_rules.release(tunnel), [tunnel](bool succeeded, const std::string &error) {
+        if (!succeeded) {
+            writeLog("gateway: cannot end the lease of " + tunnel.text() + ": " + jsonText(error));
         }
     });
 }

@@ -5,7 +5,7 @@
 #include "core/Config.h"
 #include "core/ControlCommands.h"
 #include "core/GatewayRules.h"
-#include "core/LoginDesk.h"
+#include "core/LoginHandler.h"
 
 #include <functional>
 #include <memory>
@@ -13,24 +13,24 @@
 
 namespace quorvane::service {
 
-/// Everything on the gateway: the tables first, then the OpenVPN servers that depend on them, and both
-/// taken down in the opposite order.
-class VpnGateway : private LendingTable {
+/// Everything on the gateway: sets up the tables, then the OpenVPN servers that depend on them, and removes
+/// both in the opposite order.
+class VpnGateway : private AddressLeaseTable {
 public:
-    /// None of the references is owned; the configuration must have a gateway.
+    /// None of the references is owned. The configuration must have a gateway.
     VpnGateway(boost::asio::io_context &context, const Config &config, CredentialStore &credentials);
     ~VpnGateway() override;
 
-    /// `failed` is called, once, when the gateway cannot be prepared.
+    /// `failed` is called once when the gateway cannot be set up.
     void start(std::function<void(const std::string &reason)> failed);
-    /// `stopped` is called when nothing of ours is left on the gateway.
+    /// `stopped` is called when the servers have ended and the tables are removed.
     void stop(std::function<void()> stopped);
 
     [[nodiscard]] std::vector<ServerStatus> status() const;
 
 private:
     void lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) override;
-    void takeBack(Ipv4Address tunnel) override;
+    void release(Ipv4Address tunnel) override;
     Result<> startServers();
     void serverStopped();
 
@@ -42,7 +42,7 @@ private:
     std::vector<std::unique_ptr<VpnProcess>> m_servers;
     std::function<void(const std::string &)> m_failed;
     std::function<void()> m_stopped;
-    std::size_t m_stopping = 0; ///< servers that have not ended yet
+    std::size_t m_stopping = 0; ///< servers that have not ended yet, and one for stop() itself
 };
 
 } // namespace quorvane::service

@@ -6,7 +6,8 @@
 
 #include "VpnProcess.h"
 
-#include "Note.h"
+#include "ServiceLog.h"
+#include "common/FileDescriptor.h"
 #include "core/ManagementParser.h"
 #include "core/VpnConfiguration.h"
 
@@ -16,7 +17,6 @@
 #include <fcntl.h>
 #include <fstream>
 #include <random>
-#include <unistd.h>
 
 namespace quorvane::service {
 
@@ -25,50 +25,51 @@ using std::chrono::milliseconds;
 
 namespace {
 
-constexpr milliseconds FirstPause{200};
-constexpr milliseconds LongestPause{5000};
-constexpr milliseconds Settled{10000};
-/// What a server gets to say goodbye to its clients.
-constexpr std::chrono::seconds StopTime{3};
+constexpr milliseconds firstRestartDelay{200};
+constexpr milliseconds maximumRestartDelay{5000};
+constexpr milliseconds stableRunTime{10000};
+/// The time for a server to notify its clients and end.
+constexpr std::chrono::seconds stopTimeout{3};
 
 } // namespace
 
 struct VpnProcess::Timers {
-    explicit Timers(asio::io_context &context) : relaunch(context), stop(context) {}
+    explicit Timers(asio::io_context &context) : restart(context), stop(context) {}
 
-    asio::steady_timer relaunch;
+    asio::steady_timer restart;
     asio::steady_timer stop;
 };
 
 /// One management connection.
 class VpnProcess::Management : public LineServer::Client {
 public:
-    explicit Management(std::shared_ptr<LoginDesk> desk)
-        : m_desk(std::move(desk)), m_parser([this](const ManagementEvent &event) { m_desk->handle(event); }) {
-    }
+    explicit Management(std::shared_ptr<LoginHandler> handler)
+        : m_handler(std::move(handler)),
+          m_parser([this](const ManagementEvent &event) { m_handler->handle(event); }) {}
 
     bool received(std::string_view bytes) override { return m_parser.feed(bytes); }
 
-    void closed() override { m_desk->connectionLost(); }
+    void closed() override { m_handler->connectionLost(); }
 
 private:
-    std::shared_ptr<LoginDesk> m_desk;
+    std::shared_ptr<LoginHandler> m_handler;
     ManagementParser m_parser;
 };
 
 VpnProcess::VpnProcess(asio::io_context &context, const Config &config, const VpnServer &server,
-                       CredentialStore &credentials, LendingTable &table)
+                       CredentialStore &credentials, AddressLeaseTable &table)
     : m_context(context), m_config(config), m_server(server), m_name(protocolName(server.protocol)),
       m_credentials(credentials), m_table(table), m_addresses(server.network, std::random_device()()),
       m_management(context,
                    [this](LineServer::Send send) -> std::unique_ptr<LineServer::Client> {
-                       auto desk = std::make_shared<LoginDesk>(
+                       auto handler = std::make_shared<LoginHandler>(
                            m_credentials, m_addresses, m_table, std::move(send),
-                           [name = m_name](const std::string &line) { note(name + ": " + line); });
-                       m_desk = desk;
-                       return std::make_unique<Management>(std::move(desk));
+                           [name = m_name](const std::string &line) { writeLog(name + ": " + line); });
+                       m_loginHandler = handler;
+                       return std::make_unique<Management>(std::move(handler));
                    }),
-      m_backOff(FirstPause, LongestPause, Settled), m_timers(std::make_unique<Timers>(context)) {}
+      m_backOff(firstRestartDelay, maximumRestartDelay, stableRunTime),
+      m_timers(std::make_unique<Timers>(context)) {}
 
 VpnProcess::~VpnProcess() = default;
 
@@ -86,65 +87,65 @@ Result<> VpnProcess::start() {
     }
     auto bound = m_management.start(socket);
     if (bound) {
-        launch();
+        startProcess();
     }
     return bound;
 }
 
-void VpnProcess::launch() {
-    const int log = open(path(".log").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
-    if (log < 0) {
-        note(m_name + ": cannot write " + path(".log") + ": " + std::strerror(errno));
-        launchLater();
+void VpnProcess::startProcess() {
+    const FileDescriptor log(open(path(".log").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
+    if (!log.isOpen()) {
+        writeLog(m_name + ": cannot write " + path(".log") + ": " + std::strerror(errno));
+        restartLater();
         return;
     }
     std::vector<std::string> command = m_config.gateway->command;
     command.insert(command.end(), {m_config.runtimeFolder + "/vpnsrv", "--config", path(".conf")});
-    m_launched = std::chrono::steady_clock::now();
-    auto process = ChildProcess::start(m_context, command, -1, log, [this](int status) { ended(status); });
-    close(log);
+    m_startTime = std::chrono::steady_clock::now();
+    auto process =
+        ChildProcess::start(m_context, command, -1, log.get(), [this](int status) { processEnded(status); });
     if (!process) {
-        note(m_name + ": " + process.error());
-        launchLater();
+        writeLog(m_name + ": " + process.error());
+        restartLater();
         return;
     }
     m_process = std::move(process).value();
     m_running = true;
 }
 
-void VpnProcess::ended(int status) {
+void VpnProcess::processEnded(int status) {
     m_running = false;
     if (m_stopped) {
         finishStop();
         return;
     }
-    note(m_name + ": the OpenVPN server ended with status " + std::to_string(status) + ", see " +
-         path(".log"));
-    launchLater();
+    writeLog(m_name + ": the OpenVPN server ended with status " + std::to_string(status) + ", see " +
+             path(".log"));
+    restartLater();
 }
 
-void VpnProcess::launchLater() {
-    const auto ran = std::chrono::steady_clock::now() - m_launched;
-    m_timers->relaunch.expires_after(m_backOff.next(std::chrono::duration_cast<milliseconds>(ran)));
-    m_timers->relaunch.async_wait([this](const boost::system::error_code &cancelled) {
+void VpnProcess::restartLater() {
+    const auto ran = std::chrono::steady_clock::now() - m_startTime;
+    m_timers->restart.expires_after(m_backOff.next(std::chrono::duration_cast<milliseconds>(ran)));
+    m_timers->restart.async_wait([this](const boost::system::error_code &cancelled) {
         if (!cancelled && !m_stopped) {
-            launch();
+            startProcess();
         }
     });
 }
 
 void VpnProcess::stop(std::function<void()> stopped) {
     m_stopped = std::move(stopped);
-    m_timers->relaunch.cancel();
+    m_timers->restart.cancel();
     if (!m_running) {
         asio::post(m_context, [this] { finishStop(); });
         return;
     }
     m_process->signal(SIGTERM);
-    m_timers->stop.expires_after(StopTime);
+    m_timers->stop.expires_after(stopTimeout);
     m_timers->stop.async_wait([this](const boost::system::error_code &cancelled) {
         if (!cancelled && m_running) {
-            note(m_name + ": the OpenVPN server does not end, killing it");
+            writeLog(m_name + ": the OpenVPN server does not end, killing it");
             m_process->signal(SIGKILL);
         }
     });
@@ -157,8 +158,9 @@ void VpnProcess::finishStop() {
 }
 
 ServerStatus VpnProcess::status() const {
-    const auto desk = m_desk.lock();
-    return {m_name, m_running, m_running && desk && desk->ready(), desk ? desk->sessions() : 0};
+    const auto handler = m_loginHandler.lock();
+    return {m_name, m_running, m_running && handler && handler->ready(),
+            handler ? handler->sessionCount() : 0};
 }
 
 } // namespace quorvane::service

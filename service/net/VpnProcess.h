@@ -5,7 +5,7 @@
 #include "core/BackOff.h"
 #include "core/Config.h"
 #include "core/ControlCommands.h"
-#include "core/LoginDesk.h"
+#include "core/LoginHandler.h"
 #include "core/TunnelAddresses.h"
 
 #include <functional>
@@ -14,21 +14,21 @@
 
 namespace quorvane::service {
 
-/// One OpenVPN server: its files in the runtime folder, its process, and the desk it asks for logins.
-/// A server that ends is started again, more slowly each time. A server whose service is gone ends by
-/// itself, because its management connection breaks.
+/// One OpenVPN server: its files in the runtime folder, its process and the handler of its logins. A server
+/// that ends is started again, after a longer delay each time. When the service itself is killed, the server
+/// ends because its management connection breaks.
 class VpnProcess {
 public:
     /// None of the references is owned.
     VpnProcess(boost::asio::io_context &context, const Config &config, const VpnServer &server,
-               CredentialStore &credentials, LendingTable &table);
+               CredentialStore &credentials, AddressLeaseTable &table);
     ~VpnProcess();
     VpnProcess(const VpnProcess &) = delete;
     VpnProcess &operator=(const VpnProcess &) = delete;
 
     /// Writes the files, binds the management socket and starts the server.
     Result<> start();
-    /// Ends the server, by force after a while; `stopped` is called when it is gone.
+    /// Ends the server, and kills it when it does not end in time. `stopped` is called when it has ended.
     void stop(std::function<void()> stopped);
 
     [[nodiscard]] ServerStatus status() const;
@@ -38,9 +38,9 @@ private:
     struct Timers;
 
     [[nodiscard]] std::string path(const std::string &suffix) const;
-    void launch();
-    void ended(int status);
-    void launchLater();
+    void startProcess();
+    void processEnded(int status);
+    void restartLater();
     void finishStop();
 
     boost::asio::io_context &m_context;
@@ -48,16 +48,16 @@ private:
     const VpnServer &m_server;
     std::string m_name;
     CredentialStore &m_credentials;
-    LendingTable &m_table;
+    AddressLeaseTable &m_table;
     TunnelAddresses m_addresses;
     LineServer m_management;
     BackOff m_backOff;
     std::unique_ptr<Timers> m_timers;
     std::unique_ptr<ChildProcess> m_process;
-    std::chrono::steady_clock::time_point m_launched;
-    std::weak_ptr<LoginDesk> m_desk; ///< of the newest management connection
+    std::chrono::steady_clock::time_point m_startTime;
+    std::weak_ptr<LoginHandler> m_loginHandler; ///< of the newest management connection
     bool m_running = false;
-    std::function<void()> m_stopped; ///< set once the server is to end
+    std::function<void()> m_stopped; ///< set by stop()
 };
 
 } // namespace quorvane::service

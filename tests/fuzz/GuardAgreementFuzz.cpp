@@ -1,6 +1,6 @@
-// What the guard lets through, the real OpenVPN must read as the guard did: OpenVPN is started with what came
-// and with the guard's copy, prints all its settings, and ends at a management socket that cannot be made,
-// before it opens anything. Both prints must be the same, and say nothing that the guard did not read.
+// The real OpenVPN must read an allowed configuration as the guard did. OpenVPN is started with the original
+// and with the guard's copy. It prints all its settings and ends at a management socket that cannot be made,
+// before it opens anything. Both outputs must be the same and contain no setting that the guard did not read.
 
 #include "Fuzz.h"
 #include "guard/AllowList.h"
@@ -15,70 +15,70 @@
 #include <unistd.h>
 
 using namespace quorvane::guard;
+using quorvane::FileDescriptor;
 
 namespace {
 
-constexpr int Place = 200; ///< the same descriptor number for both, so that both prints name the same path
+constexpr int inheritedNumber = 200; ///< of both descriptors, so that both outputs contain the same path
 
-constexpr std::string_view Base =
+constexpr std::string_view base =
     "client\ndev tun\nremote 192.0.2.1 1194\nauth-user-pass\n"
     "<ca>\n-----BEGIN CERTIFICATE-----\nTUlJQg==\n-----END CERTIFICATE-----\n</ca>\n";
 
-/// OpenVPN under a name of its own: whoever looks for processes called openvpn is not to meet these.
+/// OpenVPN under a name of its own, so that a search for processes named openvpn does not find these.
 const char *renamedOpenVpn() {
     static const std::string link = [] {
         const char *folder = getenv("TMPDIR");
         std::string made = std::string(folder != nullptr ? folder : "/tmp") + "/reads-as-guard-XXXXXX";
-        must(mkdtemp(made.data()) != nullptr, "the system gives a folder");
+        must(mkdtemp(made.data()) != nullptr, "a folder can be made");
         made += "/vpnread";
-        must(symlink("/usr/sbin/openvpn", made.c_str()) == 0, "the system gives a link");
+        must(symlink("/usr/sbin/openvpn", made.c_str()) == 0, "a link can be made");
         return made;
     }();
     return link.c_str();
 }
 
-struct Print {
+struct Output {
     int status = 0;
     std::string settings;
 };
 
-Print printOf(std::string_view configuration) {
-    const FileDescriptor copy = sealedCopy("configuration", configuration);
-    const FileDescriptor credentials = sealedCopy("credentials", "user\npassword\n");
+Output outputFor(std::string_view configuration) {
+    const auto copy = sealedCopy("configuration", configuration);
+    const auto credentials = sealedCopy("credentials", "user\npassword\n");
     std::array<int, 2> pipe{};
-    must(copy.isOpen() && credentials.isOpen() && pipe2(pipe.data(), O_CLOEXEC) == 0,
-         "the system gives descriptors");
+    must(copy.ok() && credentials.ok() && pipe2(pipe.data(), O_CLOEXEC) == 0, "descriptors can be made");
     FileDescriptor output(pipe[0]);
-    FileDescriptor written(pipe[1]);
+    FileDescriptor childOutput(pipe[1]);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, written.get(), 1);
-    posix_spawn_file_actions_adddup2(&actions, written.get(), 2);
-    posix_spawn_file_actions_adddup2(&actions, copy.get(), Place);
-    posix_spawn_file_actions_adddup2(&actions, credentials.get(), Place + 1);
-    std::array<const char *, 13> words{
+    posix_spawn_file_actions_adddup2(&actions, childOutput.get(), 1);
+    posix_spawn_file_actions_adddup2(&actions, childOutput.get(), 2);
+    posix_spawn_file_actions_adddup2(&actions, copy.value().get(), inheritedNumber);
+    posix_spawn_file_actions_adddup2(&actions, credentials.value().get(), inheritedNumber + 1);
+    std::array<const char *, 13> arguments{
         "openvpn", "--config",         "/proc/self/fd/200", "--verb",
         "4",       "--auth-user-pass", "/proc/self/fd/201", "--script-security",
         "0",       "--management",     "/nonexistent/none", "unix",
         nullptr};
     std::array<char *, 1> environment{nullptr};
     pid_t pid = 0;
-    must(posix_spawn(&pid, renamedOpenVpn(), &actions, nullptr, const_cast<char **>(words.data()),
+    must(posix_spawn(&pid, renamedOpenVpn(), &actions, nullptr, const_cast<char **>(arguments.data()),
                      environment.data()) == 0,
          "OpenVPN can be started");
     posix_spawn_file_actions_destroy(&actions);
-    written.reset();
-    Print print;
-    std::array<char, 4096> piece{};
-    for (ssize_t count = 0; (count = read(output.get(), piece.data(), piece.size())) > 0;) {
-        print.settings.append(piece.data(), static_cast<std::size_t>(count));
+    childOutput.reset();
+    Output result;
+    std::array<char, 4096> buffer{};
+    for (ssize_t count = 0; (count = read(output.get(), buffer.data(), buffer.size())) > 0;) {
+        result.settings.append(buffer.data(), static_cast<std::size_t>(count));
     }
-    waitpid(pid, &print.status, 0);
+    waitpid(pid, &result.status, 0);
     // The time of each line, and where in the configuration an error was found.
     static const std::regex varying("(^|\n)[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8} (us=[0-9]+ )?|fd/200:[0-9]+");
-    print.settings = std::regex_replace(print.settings, varying, "$1");
-    return print;
+    result.settings = std::regex_replace(result.settings, varying, "$1");
+    return result;
 }
 
 void checkNothingElseIsSet(const std::string &settings) {
@@ -135,34 +135,33 @@ void checkServers(const std::string &settings, const std::vector<Directive> &dir
     std::set<std::string> hosts;
     for (const Directive &directive : directives) {
         if (directive.name() == "remote") {
-            hosts.insert(directive.words[1]);
+            hosts.insert(directive.tokens[1]);
         }
     }
     if (settings.find("Current Parameter Settings:") != std::string::npos) {
         must(valuesOf(settings, "remote") == hosts,
-             "OpenVPN would ask the servers that the guard read, and no others");
+             "OpenVPN would contact the servers that the guard read, and no others");
     }
 }
 
 } // namespace
 
 void fuzzOne(std::string_view bytes) {
-    const std::string text = std::string(Base).append(bytes);
+    const std::string text = std::string(base).append(bytes);
     const auto parsed = parse(text);
-    const auto *directives = std::get_if<std::vector<Directive>>(&parsed);
-    if (directives == nullptr || check(*directives)) {
+    if (!parsed || !check(parsed.value())) {
         return;
     }
-    const Print original = printOf(text);
-    const Print copied = printOf(privateCopy(*directives));
+    const Output original = outputFor(text);
+    const Output copied = outputFor(privateCopy(parsed.value()));
     if (original.settings != copied.settings) {
-        std::fprintf(stderr, "--- what came\n%s\n--- the copy\n%s\n", original.settings.c_str(),
+        std::fprintf(stderr, "--- the original\n%s\n--- the copy\n%s\n", original.settings.c_str(),
                      copied.settings.c_str());
     }
-    must(original.status == copied.status, "OpenVPN ends alike with what came and with the copy");
-    must(original.settings == copied.settings, "OpenVPN reads what came as the guard did");
+    must(original.status == copied.status, "OpenVPN ends with the same status for the original and the copy");
+    must(original.settings == copied.settings, "OpenVPN reads the original as the guard did");
     must(original.settings.find("Options error: Unrecognized option") == std::string::npos,
-         "OpenVPN knows every directive that may pass");
+         "OpenVPN knows every allowed directive");
     checkNothingElseIsSet(original.settings);
-    checkServers(original.settings, *directives);
+    checkServers(original.settings, parsed.value());
 }

@@ -9,13 +9,12 @@
 #include <unistd.h>
 
 using namespace quorvane;
-
 using quorvane::guard::TunnelLog;
 
-// What the guard makes of anything that OpenVPN prints, as the application's monitor reads it.
+// The guard copies arbitrary output of OpenVPN to the log, and the application's monitor reads that log.
 void fuzzOne(std::string_view bytes) {
     const int memory = memfd_create("log", MFD_CLOEXEC);
-    must(memory >= 0, "the system gives memory");
+    must(memory >= 0, "a file in memory can be made");
     const FileDescriptor kept(dup(memory));
     TunnelLog log{FileDescriptor(memory)};
     const std::size_t half = bytes.size() / 2;

@@ -7,8 +7,6 @@
 #include <tuple>
 #include <vector>
 
-using namespace quorvane;
-
 namespace {
 
 using quorvane::service::ManagementEvent;
@@ -17,17 +15,17 @@ using Kind = ManagementEvent::Kind;
 
 struct Reading {
     std::vector<ManagementEvent> events;
-    bool trusted = true;
+    bool accepted = true;
 };
 
-/// Feeds the stream in pieces of the given size.
-Reading readInPieces(std::string_view stream, std::size_t piece) {
+/// Feeds the stream in parts of the given size.
+Reading readInParts(std::string_view stream, std::size_t part) {
     Reading reading;
     ManagementParser parser([&reading](const ManagementEvent &event) { reading.events.push_back(event); });
-    for (std::size_t at = 0; at < stream.size(); at += piece) {
-        const bool trusted = parser.feed(stream.substr(at, piece));
-        must(reading.trusted || !trusted, "a stream that was given up stays so");
-        reading.trusted = trusted;
+    for (std::size_t at = 0; at < stream.size(); at += part) {
+        const bool accepted = parser.feed(stream.substr(at, part));
+        must(reading.accepted || !accepted, "a stream that was refused stays refused");
+        reading.accepted = accepted;
     }
     return reading;
 }
@@ -42,7 +40,7 @@ void checkEvent(const ManagementEvent &event) {
     for (const auto &[name, value] : event.fields) {
         must(wanted.count(name) == 1, "only the fields that are needed are kept");
         must(value.find('\n') == std::string::npos, "a field is one line");
-        must(event.field(name) == value, "a field gives its value");
+        must(event.field(name) == value, "field() returns the value");
     }
     must(event.text.find('\n') == std::string::npos, "an event's text is one line");
     const bool login = event.kind == Kind::Connect || event.kind == Kind::Reauth;
@@ -56,7 +54,7 @@ void checkEvent(const ManagementEvent &event) {
 bool hasLongLine(std::string_view stream) {
     while (!stream.empty()) {
         const auto end = std::min(stream.find('\n'), stream.size());
-        if (end > ManagementParser::LongestLine) {
+        if (end > ManagementParser::maximumLineLength) {
             return true;
         }
         stream.remove_prefix(std::min(end + 1, stream.size()));
@@ -67,15 +65,18 @@ bool hasLongLine(std::string_view stream) {
 } // namespace
 
 void fuzzOne(std::string_view bytes) {
-    const Reading whole = readInPieces(bytes, bytes.size() + 1);
+    const Reading whole = readInParts(bytes, bytes.size() + 1);
     std::for_each(whole.events.begin(), whole.events.end(), checkEvent);
-    must(whole.trusted != hasLongLine(bytes), "a line beyond the limit, and nothing else, ends the trust");
+    must(whole.accepted != hasLongLine(bytes),
+         "a line beyond the limit, and nothing else, refuses the stream");
     const auto lines = static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
-    must(whole.events.size() <= lines, "an event takes a line of its own");
-    for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, std::size_t{4096}}) {
-        const Reading cut = readInPieces(bytes, piece);
-        must(cut.trusted == whole.trusted, "how the stream is cut does not change whether it is trusted");
-        must(std::equal(cut.events.begin(), cut.events.end(), whole.events.begin(), whole.events.end(), same),
-             "how the stream is cut does not change the events");
+    must(whole.events.size() <= lines, "an event has a line of its own");
+    for (const std::size_t part : {std::size_t{1}, std::size_t{7}, std::size_t{4096}}) {
+        const Reading divided = readInParts(bytes, part);
+        must(divided.accepted == whole.accepted,
+             "the division of the stream does not change whether it is accepted");
+        must(std::equal(divided.events.begin(), divided.events.end(), whole.events.begin(),
+                        whole.events.end(), same),
+             "the division of the stream does not change the events");
     }
 }

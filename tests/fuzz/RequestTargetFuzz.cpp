@@ -4,13 +4,11 @@
 #include <algorithm>
 #include <string>
 
-using namespace quorvane;
-
 namespace {
 
 using quorvane::service::Target;
 
-/// Every byte as an escape, so that nothing in it is a mark of the target's own.
+/// Every byte as an escape, so that none is part of the syntax of a target.
 std::string escaped(std::string_view text) {
     static constexpr char digits[] = "0123456789abcdef";
     std::string result;
@@ -23,12 +21,12 @@ std::string escaped(std::string_view text) {
 
 void checkParameters(std::string_view raw, const Target &target) {
     const auto mark = std::min(raw.find('?'), raw.size());
-    const auto bars = std::count(raw.begin() + static_cast<std::ptrdiff_t>(mark), raw.end(), '&');
-    must(static_cast<std::ptrdiff_t>(target.parameters().size()) <= bars + 1,
-         "a parameter stands for a piece");
+    const auto separators = std::count(raw.begin() + static_cast<std::ptrdiff_t>(mark), raw.end(), '&');
+    must(static_cast<std::ptrdiff_t>(target.parameters().size()) <= separators + 1,
+         "every parameter is a part of the query");
     must(mark != raw.size() || target.parameters().empty(), "without a query there are no parameters");
     for (const auto &[key, value] : target.parameters()) {
-        must(target.has(key), "a parameter that was read is there");
+        must(target.has(key), "a parsed parameter is present");
         const auto last = std::find_if(target.parameters().rbegin(), target.parameters().rend(),
                                        [&key = key](const auto &other) { return other.first == key; });
         must(target.last(key) == last->second, "the last occurrence of a key counts");
@@ -42,7 +40,7 @@ void checkRoundTrip(const Target &target) {
     }
     const auto again = Target::parse(rewritten);
     must(again && again->path() == target.path() && again->parameters() == target.parameters(),
-         "a target that is written out is read back");
+         "a target that is written again is parsed to the same");
 }
 
 } // namespace
@@ -52,12 +50,12 @@ void fuzzOne(std::string_view bytes) {
     if (target) {
         must(target->path().front() == '/', "a path begins with a slash");
         must(bytes.find_first_of(std::string_view(" #\r\n\t\0\x7f", 7)) == std::string_view::npos,
-             "a target holds no blanks, marks of a fragment or control characters");
+             "a target contains no blanks, fragments or control characters");
         checkParameters(bytes, *target);
         checkRoundTrip(*target);
     }
     const auto decoded = quorvane::service::percentDecoded(escaped(bytes));
-    must(decoded && *decoded == bytes, "any bytes can be escaped and come back");
+    must(decoded && *decoded == bytes, "any bytes can be escaped and decoded");
     const auto value = Target::parse("/?v=" + escaped(bytes));
     must(value && value->last("v") == std::string(bytes), "any bytes can be a value");
 }

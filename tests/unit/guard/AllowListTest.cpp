@@ -3,16 +3,16 @@
 
 #include <gtest/gtest.h>
 
-using namespace quorvane::guard;
+namespace quorvane::guard {
 
 namespace {
 
 std::vector<Directive> parsed(const std::string &text) {
-    return std::get<std::vector<Directive>>(parse(text));
+    return parse(text).value();
 }
 
 bool passes(const std::string &text) {
-    return !check(parsed(text)).has_value();
+    return check(parsed(text)).ok();
 }
 
 } // namespace
@@ -72,3 +72,5 @@ TEST(AllowList, TheCopyOfACopyIsTheCopy) {
     EXPECT_EQ(privateCopy(parsed(once)), once);
     EXPECT_TRUE(passes(once));
 }
+
+} // namespace quorvane::guard

@@ -2,66 +2,68 @@
 
 #include <gmock/gmock.h>
 
-using namespace quorvane::guard;
-using testing::ElementsAre;
+namespace quorvane::guard {
 
 namespace {
 
+using testing::ElementsAre;
+
 std::vector<Directive> parsed(const std::string &text) {
     auto result = parse(text);
-    if (const auto *refusal = std::get_if<Refusal>(&result)) {
-        ADD_FAILURE() << refusal->text();
+    if (!result) {
+        ADD_FAILURE() << result.error();
         return {};
     }
-    return std::get<std::vector<Directive>>(result);
+    return std::move(result).value();
 }
 
-std::vector<std::string> words(const std::string &line) {
+std::vector<std::string> tokens(const std::string &line) {
     const auto directives = parsed(line);
-    return directives.empty() ? std::vector<std::string>() : directives.front().words;
+    return directives.empty() ? std::vector<std::string>() : directives.front().tokens;
 }
 
-std::string refusal(const std::string &text) {
+/// The whole text of the refusal; empty when the text is accepted.
+std::string refusalOf(const std::string &text) {
     const auto result = parse(text);
-    const auto *refusal = std::get_if<Refusal>(&result);
-    return refusal == nullptr ? "" : refusal->reason;
+    return result ? "" : result.error();
 }
 
 } // namespace
 
-TEST(GuardConfiguration, WordsAreSeparatedByBlanksTabsAndCarriageReturns) {
-    EXPECT_THAT(words("  remote\t1.2.3.4  1194 \r\n"), ElementsAre("remote", "1.2.3.4", "1194"));
+TEST(GuardConfiguration, TokensAreSeparatedByBlanksTabsAndCarriageReturns) {
+    EXPECT_THAT(tokens("  remote\t1.2.3.4  1194 \r\n"), ElementsAre("remote", "1.2.3.4", "1194"));
 }
 
-TEST(GuardConfiguration, CommentsBeginAtAHashOrSemicolonBeforeAWord) {
+TEST(GuardConfiguration, CommentsBeginAtAHashOrSemicolonBeforeAToken) {
     EXPECT_TRUE(parsed("# a\n ; b\n\n   \n").empty());
-    EXPECT_THAT(words("port 1 # two"), ElementsAre("port", "1"));
-    EXPECT_THAT(words("port 1;2"), ElementsAre("port", "1;2"));
-    EXPECT_THAT(words("\"port\"#2"), ElementsAre("port"));
+    EXPECT_THAT(tokens("port 1 # two"), ElementsAre("port", "1"));
+    EXPECT_THAT(tokens("port 1;2"), ElementsAre("port", "1;2"));
+    EXPECT_THAT(tokens("\"port\"#2"), ElementsAre("port"));
 }
 
-TEST(GuardConfiguration, CommentsMayHoldAnyByteButZero) {
+TEST(GuardConfiguration, CommentsMayContainAnyByteButZero) {
     EXPECT_TRUE(parsed("# \x01 \xFF \\ \" '\n").empty());
-    EXPECT_EQ(refusal(std::string("# a\0b\n", 6)), "the line holds a zero byte");
+    EXPECT_EQ(refusalOf(std::string("# a\0b\n", 6)),
+              "the configuration is refused: line 1: the line contains a zero byte");
 }
 
-TEST(GuardConfiguration, BothQuotesKeepBlanksAndEndTheWord) {
-    EXPECT_THAT(words("a \"b c\" 'd \"e'"), ElementsAre("a", "b c", "d \"e"));
-    EXPECT_THAT(words("\"a\"'b'c"), ElementsAre("a", "b", "c"));
-    EXPECT_THAT(words("a \"\""), ElementsAre("a", ""));
-    EXPECT_THAT(words("a b\"c"), ElementsAre("a", "b\"c"));
+TEST(GuardConfiguration, BothQuotesKeepBlanksAndEndTheToken) {
+    EXPECT_THAT(tokens("a \"b c\" 'd \"e'"), ElementsAre("a", "b c", "d \"e"));
+    EXPECT_THAT(tokens("\"a\"'b'c"), ElementsAre("a", "b", "c"));
+    EXPECT_THAT(tokens("a \"\""), ElementsAre("a", ""));
+    EXPECT_THAT(tokens("a b\"c"), ElementsAre("a", "b\"c"));
 }
 
 TEST(GuardConfiguration, TwoDashesBeforeANameAreSkippedOnce) {
-    EXPECT_THAT(words("--port 1"), ElementsAre("port", "1"));
-    EXPECT_THAT(words("----port 1"), ElementsAre("--port", "1"));
-    EXPECT_THAT(words("--"), ElementsAre("--"));
-    EXPECT_THAT(words("port --1"), ElementsAre("port", "--1"));
+    EXPECT_THAT(tokens("--port 1"), ElementsAre("port", "1"));
+    EXPECT_THAT(tokens("----port 1"), ElementsAre("--port", "1"));
+    EXPECT_THAT(tokens("--"), ElementsAre("--"));
+    EXPECT_THAT(tokens("port --1"), ElementsAre("port", "--1"));
 }
 
 TEST(GuardConfiguration, AByteOrderMarkIsSkippedAtTheStartOnly) {
-    EXPECT_THAT(words("\xEF\xBB\xBFport 1"), ElementsAre("port", "1"));
-    EXPECT_NE(refusal("\n\xEF\xBB\xBFport 1"), "");
+    EXPECT_THAT(tokens("\xEF\xBB\xBFport 1"), ElementsAre("port", "1"));
+    EXPECT_NE(refusalOf("\n\xEF\xBB\xBFport 1"), "");
 }
 
 TEST(GuardConfiguration, InlineBlocksEndAtTheirTag) {
@@ -75,34 +77,37 @@ TEST(GuardConfiguration, InlineBlocksEndAtTheirTag) {
 }
 
 TEST(GuardConfiguration, ATagWithParametersIsNoBlock) {
-    EXPECT_THAT(words("<ca> x"), ElementsAre("<ca>", "x"));
-    EXPECT_THAT(words("<ca"), ElementsAre("<ca"));
-    EXPECT_THAT(words("<"), ElementsAre("<"));
+    EXPECT_THAT(tokens("<ca> x"), ElementsAre("<ca>", "x"));
+    EXPECT_THAT(tokens("<ca"), ElementsAre("<ca"));
+    EXPECT_THAT(tokens("<"), ElementsAre("<"));
 }
 
 TEST(GuardConfiguration, LinesUpToOpenVpnsBufferAreRead) {
     const std::string longest(254, '#');
     EXPECT_TRUE(parsed(longest + "\n" + longest).empty());
-    EXPECT_EQ(refusal(longest + "#\n"), "the line is too long");
-    EXPECT_EQ(refusal("<ca>\n" + longest + "#\n</ca>\n"), "the line is too long");
+    EXPECT_EQ(refusalOf(longest + "#\n"), "the configuration is refused: line 1: the line is too long");
+    EXPECT_EQ(refusalOf("<ca>\n" + longest + "#\n</ca>\n"),
+              "the configuration is refused: line 2: the line is too long");
 }
 
 TEST(GuardConfiguration, SizeIsBounded) {
     std::string text;
-    while (text.size() + 4 <= LargestConfiguration) {
+    while (text.size() + 4 <= maximumConfigurationSize) {
         text += "#12\n";
     }
-    ASSERT_EQ(text.size(), LargestConfiguration);
-    EXPECT_EQ(refusal(text), "");
-    EXPECT_EQ(refusal(text + "\n"), "it is too large");
+    ASSERT_EQ(text.size(), maximumConfigurationSize);
+    EXPECT_EQ(refusalOf(text), "");
+    EXPECT_EQ(refusalOf(text + "\n"), "the configuration is refused: it is too large");
 }
 
-TEST(GuardConfiguration, NothingIsRefusedForBeingEmpty) {
+TEST(GuardConfiguration, AnEmptyConfigurationIsAccepted) {
     EXPECT_TRUE(parsed("").empty());
     EXPECT_TRUE(parsed("\n\n").empty());
 }
 
-TEST(GuardConfiguration, WhatIsShownIsShortAndPrintable) {
-    EXPECT_EQ(shown("a\x1b\"\n\xFF"), "\"a????\"");
-    EXPECT_EQ(shown(std::string(100, 'x')), "\"" + std::string(40, 'x') + "...\"");
+TEST(GuardConfiguration, QuotedTextsAreShortAndPrintable) {
+    EXPECT_EQ(quotedForLog("a\x1b\"\n\xFF"), "\"a????\"");
+    EXPECT_EQ(quotedForLog(std::string(100, 'x')), "\"" + std::string(40, 'x') + "...\"");
 }
+
+} // namespace quorvane::guard

@@ -7,70 +7,72 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using namespace quorvane::guard;
+namespace quorvane::guard {
 
 namespace {
 
 class GuardFiles : public testing::Test {
 protected:
     GuardFiles() {
-        EXPECT_NE(mkdtemp(folder.data()), nullptr);
-        std::ofstream(folder + "/plain") << "text";
+        EXPECT_NE(mkdtemp(m_folder.data()), nullptr);
+        std::ofstream(m_folder + "/plain") << "text";
     }
 
     ~GuardFiles() override {
         for (const char *name : {"/plain", "/link", "/second", "/pipe"}) {
-            unlink((folder + name).c_str());
+            unlink((m_folder + name).c_str());
         }
-        rmdir(folder.c_str());
+        rmdir(m_folder.c_str());
     }
 
-    std::string reasonFor(const std::string &name) const {
-        return openPlainFile(folder + name, O_RDONLY).reason;
+    [[nodiscard]] std::string reasonFor(const std::string &name) const {
+        const auto opened = openPlainFile(m_folder + name, O_RDONLY);
+        return opened ? "" : opened.error();
     }
 
-    std::string folder = testing::TempDir() + "guard-files-XXXXXX";
+    std::string m_folder = testing::TempDir() + "guard-files-XXXXXX";
 };
 
 } // namespace
 
 TEST_F(GuardFiles, APlainFileIsOpenedWithItsOwner) {
-    const OpenedFile file = openPlainFile(folder + "/plain", O_RDONLY);
-    ASSERT_TRUE(file.descriptor.isOpen()) << file.reason;
-    EXPECT_EQ(file.owner, getuid());
-    std::string bytes;
-    EXPECT_TRUE(readAll(file.descriptor, 4, bytes));
-    EXPECT_EQ(bytes, "text");
+    const auto file = openPlainFile(m_folder + "/plain", O_RDONLY);
+    ASSERT_TRUE(file) << file.error();
+    EXPECT_EQ(file.value().owner, getuid());
+    const auto bytes = readAll(file.value().descriptor, 4);
+    ASSERT_TRUE(bytes) << bytes.error();
+    EXPECT_EQ(bytes.value(), "text");
 }
 
 TEST_F(GuardFiles, LinksAreNotFollowed) {
-    ASSERT_EQ(symlink("plain", (folder + "/link").c_str()), 0);
+    ASSERT_EQ(symlink("plain", (m_folder + "/link").c_str()), 0);
     EXPECT_EQ(reasonFor("/link"), "it is not a plain file");
-    ASSERT_EQ(link((folder + "/plain").c_str(), (folder + "/second").c_str()), 0);
+    ASSERT_EQ(link((m_folder + "/plain").c_str(), (m_folder + "/second").c_str()), 0);
     EXPECT_EQ(reasonFor("/plain"), "it has more than one name");
 }
 
-TEST_F(GuardFiles, PipesFoldersAndDevicesAreLeftAlone) {
-    ASSERT_EQ(mkfifo((folder + "/pipe").c_str(), 0600), 0);
+TEST_F(GuardFiles, PipesFoldersAndDevicesAreNotOpened) {
+    ASSERT_EQ(mkfifo((m_folder + "/pipe").c_str(), 0600), 0);
     EXPECT_EQ(reasonFor("/pipe"), "it is not a plain file") << "and it does not wait for a writer";
     EXPECT_EQ(reasonFor(""), "it is not a plain file");
-    EXPECT_EQ(openPlainFile("/dev/zero", O_RDONLY).reason, "it is not a plain file");
+    EXPECT_EQ(openPlainFile("/dev/zero", O_RDONLY).error(), "it is not a plain file");
 }
 
-TEST_F(GuardFiles, WhatIsNotThereOrHasARelativePathIsRefused) {
+TEST_F(GuardFiles, MissingFilesAndRelativePathsAreRefused) {
     EXPECT_EQ(reasonFor("/nothing"), "No such file or directory");
-    EXPECT_EQ(openPlainFile("stdin", O_RDONLY).reason, "the path does not begin at the root");
+    EXPECT_EQ(openPlainFile("stdin", O_RDONLY).error(), "the path is not absolute");
 }
 
 TEST_F(GuardFiles, ReadingIsBounded) {
-    const OpenedFile file = openPlainFile(folder + "/plain", O_RDONLY);
-    std::string bytes;
-    EXPECT_FALSE(readAll(file.descriptor, 3, bytes));
+    const auto file = openPlainFile(m_folder + "/plain", O_RDONLY);
+    ASSERT_TRUE(file) << file.error();
+    EXPECT_FALSE(readAll(file.value().descriptor, 3));
 }
 
-TEST_F(GuardFiles, TheCopyCanBeOpenedAgainAndNotBeChanged) {
-    const auto copy = sealedCopy("x", "secret");
-    ASSERT_TRUE(copy.isOpen());
+TEST_F(GuardFiles, TheCopyCanBeOpenedAgainButNotChanged) {
+    const auto sealed = sealedCopy("x", "secret");
+    ASSERT_TRUE(sealed) << sealed.error();
+    const auto &copy = sealed.value();
     std::ifstream again(pathOf(copy));
     std::string text;
     EXPECT_TRUE(again >> text);
@@ -83,3 +85,5 @@ TEST_F(GuardFiles, TheCopyCanBeOpenedAgainAndNotBeChanged) {
     ASSERT_EQ(fstat(copy.get(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777U, 0400U);
 }
+
+} // namespace quorvane::guard

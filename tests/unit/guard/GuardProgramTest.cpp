@@ -1,4 +1,4 @@
-// The guard program itself, with a stand-in for OpenVPN and a short deadline, run as whoever runs the tests.
+// The guard program itself, with a fake OpenVPN and a short deadline, run by the user who runs the tests.
 
 #include "HostileConfigurations.h"
 
@@ -13,6 +13,8 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+
+namespace quorvane::guard {
 
 namespace {
 
@@ -38,50 +40,52 @@ bool within(std::chrono::milliseconds time, const std::function<bool()> &conditi
 class GuardProgram : public testing::Test {
 protected:
     GuardProgram() {
-        EXPECT_NE(mkdtemp(folder.data()), nullptr);
+        EXPECT_NE(mkdtemp(m_folder.data()), nullptr);
         write("creds", "user\npass word");
         write("log", "");
     }
 
     ~GuardProgram() override {
-        if (pid > 0) {
-            kill(pid, SIGKILL);
-            waitpid(pid, nullptr, 0);
+        if (m_pid > 0) {
+            kill(m_pid, SIGKILL);
+            waitpid(m_pid, nullptr, 0);
         }
         for (const char *name : {"config", "creds", "log", "canary", "target", "out"}) {
             unlink(at(name).c_str());
         }
-        rmdir(folder.c_str());
+        rmdir(m_folder.c_str());
     }
 
-    std::string at(const std::string &name) const { return folder + "/" + name; }
+    [[nodiscard]] std::string at(const std::string &name) const { return m_folder + "/" + name; }
 
     void write(const std::string &name, const std::string &text) const { std::ofstream(at(name)) << text; }
 
-    std::string log() const { return contentOf(at("log")); }
+    [[nodiscard]] std::string log() const { return contentOf(at("log")); }
 
-    bool logHolds(const std::string &text) const { return log().find(text) != std::string::npos; }
+    [[nodiscard]] bool logContains(const std::string &text) const {
+        return log().find(text) != std::string::npos;
+    }
 
-    void start(std::vector<std::string> words) {
-        words.insert(words.begin(), GUARD_PROGRAM);
+    void start(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), GUARD_PROGRAM);
         std::vector<char *> raw;
-        for (std::string &word : words) {
-            raw.push_back(word.data());
+        for (std::string &argument : arguments) {
+            raw.push_back(argument.data());
         }
         raw.push_back(nullptr);
         const std::string out = at("out");
-        pid = fork();
-        if (pid == 0) {
+        m_pid = fork();
+        if (m_pid == 0) {
             const int file = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
             dup2(file, STDOUT_FILENO);
             dup2(file, STDERR_FILENO);
-            if (closesOutput) {
+            if (m_closesOutput) {
                 close(STDIN_FILENO);
                 close(STDOUT_FILENO);
                 close(STDERR_FILENO);
             }
             setenv("LD_BIND_NOW", "1", 1);
-            // It is not to be traced by anybody, which is how the leak checker would work.
+            // The guard forbids tracing, which the leak checker needs.
             setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
             signal(SIGPIPE, SIG_IGN);
             execv(GUARD_PROGRAM, raw.data());
@@ -95,29 +99,29 @@ protected:
 
     int wait() {
         int status = 0;
-        waitpid(pid, &status, 0);
-        pid = -1;
+        waitpid(m_pid, &status, 0);
+        m_pid = -1;
         return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     }
 
-    /// With an allowed configuration whose remote host is `host`.
+    /// Starts the guard with an allowed configuration whose remote host is `host`.
     void startFor(const std::string &host) {
         write("config", "client\nremote " + host + " 1194 # a comment\n");
         start();
     }
 
     /// The guard's only child, or 0.
-    pid_t child() const {
-        const std::string number = std::to_string(pid);
+    [[nodiscard]] pid_t child() const {
+        const std::string number = std::to_string(m_pid);
         std::istringstream children(contentOf("/proc/" + number + "/task/" + number + "/children"));
         pid_t found = 0;
         children >> found;
         return found;
     }
 
-    std::string folder = testing::TempDir() + "guard-program-XXXXXX";
-    pid_t pid = -1;
-    bool closesOutput = false;
+    std::string m_folder = testing::TempDir() + "guard-program-XXXXXX";
+    pid_t m_pid = -1;
+    bool m_closesOutput = false;
 };
 
 } // namespace
@@ -130,118 +134,118 @@ TEST_F(GuardProgram, EveryHostileConfigurationEndsInTheLogAndNothingRuns) {
         write("log", "");
         start();
         wait();
-        EXPECT_TRUE(logHolds("the configuration is refused: ")) << hostile.name << ": " << log();
-        EXPECT_TRUE(logHolds(hostile.refusal)) << hostile.name << ": " << log();
-        EXPECT_TRUE(logHolds("Exiting due to fatal error\n")) << hostile.name;
-        EXPECT_FALSE(logHolds("ended with status")) << hostile.name << ": OpenVPN was started";
+        EXPECT_TRUE(logContains("the configuration is refused: ")) << hostile.name << ": " << log();
+        EXPECT_TRUE(logContains(hostile.refusal)) << hostile.name << ": " << log();
+        EXPECT_TRUE(logContains("Exiting due to fatal error\n")) << hostile.name;
+        EXPECT_FALSE(logContains("ended with status")) << hostile.name << ": OpenVPN was started";
     }
     EXPECT_NE(access(at("target").c_str(), F_OK), 0) << "the canary ran";
 }
 
-TEST_F(GuardProgram, TheCanaryWouldBeSeen) {
+TEST_F(GuardProgram, ACanaryThatRunsIsNoticed) {
     write("canary", "#!/bin/sh\ntouch '" + at("target") + "'\n");
     ASSERT_EQ(chmod(at("canary").c_str(), 0700), 0);
     ASSERT_EQ(std::system(at("canary").c_str()), 0);
     EXPECT_EQ(access(at("target").c_str(), F_OK), 0);
 }
 
-TEST_F(GuardProgram, OpenVpnGetsAPrivateCopyAndNothingOfTheCallers) {
+TEST_F(GuardProgram, OpenVpnReceivesAPrivateCopyAndNothingOfTheCallers) {
     write("target", "");
-    // As a careless caller would: open in every program that is started.
+    // Like a careless caller: open in every program that is started.
     const int open = ::open(at("target").c_str(), O_RDONLY); // NOLINT(android-cloexec-open)
     startFor("reports");
     EXPECT_EQ(wait(), 0);
     close(open);
     const std::string text = log();
-    EXPECT_TRUE(logHolds("files: /dev/null pipe:")) << text;
-    EXPECT_FALSE(logHolds(at("target"))) << text;
-    EXPECT_TRUE(logHolds("--script-security 0 --auth-user-pass /proc/self/fd/")) << text;
-    EXPECT_FALSE(logHolds(at("config"))) << text;
-    EXPECT_TRUE(logHolds("variables: PATH \n")) << text;
-    EXPECT_TRUE(logHolds("no new privileges: 1\n")) << text;
-    EXPECT_TRUE(logHolds("ignored: 0000000000000000\n")) << text;
-    EXPECT_TRUE(logHolds("blocked: 0000000000000000\n")) << text;
-    EXPECT_TRUE(logHolds("folder: /\n")) << text;
-    EXPECT_TRUE(logHolds("credentials: user|pass word\n")) << text;
-    EXPECT_TRUE(logHolds("configuration: client|remote reports 1194|\n")) << text;
+    EXPECT_TRUE(logContains("files: /dev/null pipe:")) << text;
+    EXPECT_FALSE(logContains(at("target"))) << text;
+    EXPECT_TRUE(logContains("--script-security 0 --auth-user-pass /proc/self/fd/")) << text;
+    EXPECT_FALSE(logContains(at("config"))) << text;
+    EXPECT_TRUE(logContains("variables: PATH \n")) << text;
+    EXPECT_TRUE(logContains("no new privileges: 1\n")) << text;
+    EXPECT_TRUE(logContains("ignored: 0000000000000000\n")) << text;
+    EXPECT_TRUE(logContains("blocked: 0000000000000000\n")) << text;
+    EXPECT_TRUE(logContains("folder: /\n")) << text;
+    EXPECT_TRUE(logContains("credentials: user|pass word\n")) << text;
+    EXPECT_TRUE(logContains("configuration: client|remote reports 1194|\n")) << text;
 }
 
-TEST_F(GuardProgram, AnEarlyDeathIsTold) {
+TEST_F(GuardProgram, AnEarlyEndIsReported) {
     startFor("early");
     wait();
-    EXPECT_TRUE(logHolds("Options error: something\n"));
-    EXPECT_TRUE(logHolds("OpenVPN ended with status 1\n"));
-    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+    EXPECT_TRUE(logContains("Options error: something\n"));
+    EXPECT_TRUE(logContains("OpenVPN ended with status 1\n"));
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
 }
 
-TEST_F(GuardProgram, AnEndWithoutAWordIsTold) {
+TEST_F(GuardProgram, AnEndWithoutOutputIsReported) {
     startFor("quiet");
     wait();
-    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
 }
 
 TEST_F(GuardProgram, BytesThatAreNoTextDoNotMakeTheLogUnreadable) {
     startFor("binary");
     wait();
-    EXPECT_TRUE(logHolds("a??b\n"));
+    EXPECT_TRUE(logContains("a??b\n"));
 }
 
-TEST_F(GuardProgram, ASearchEnds) {
+TEST_F(GuardProgram, AnAttemptEnds) {
     startFor("hangs");
     wait();
-    EXPECT_TRUE(logHolds("the tunnel did not come up in time\n"));
-    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+    EXPECT_TRUE(logContains("the tunnel did not come up in time\n"));
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
 }
 
-TEST_F(GuardProgram, ASearchEndsEvenIfOpenVpnWouldNot) {
+TEST_F(GuardProgram, AnAttemptEndsEvenIfOpenVpnIgnoresTheSignal) {
     startFor("stubborn");
     wait();
-    EXPECT_TRUE(logHolds("the tunnel did not come up in time\n"));
+    EXPECT_TRUE(logContains("the tunnel did not come up in time\n"));
 }
 
-TEST_F(GuardProgram, ATunnelThatComesUpWhileItIsGivenUpIsNotTakenForOne) {
+TEST_F(GuardProgram, ATunnelThatComesUpAfterTheDeadlineDoesNotCount) {
     startFor("late");
     wait();
-    EXPECT_FALSE(logHolds("Initialization Sequence Completed"));
-    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+    EXPECT_FALSE(logContains("Initialization Sequence Completed"));
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
 }
 
 TEST_F(GuardProgram, ACallerWithoutOutputLosesNoLog) {
     write("config", "client\nremote early 1194\n");
-    closesOutput = true;
+    m_closesOutput = true;
     start();
     wait();
-    EXPECT_TRUE(logHolds("Options error: something\n"));
-    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+    EXPECT_TRUE(logContains("Options error: something\n"));
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
 }
 
 TEST_F(GuardProgram, ATunnelThatIsUpHasNoDeadline) {
     startFor("up");
-    ASSERT_TRUE(within(10s, [this] { return logHolds("Initialization Sequence Completed"); }));
+    ASSERT_TRUE(within(10s, [this] { return logContains("Initialization Sequence Completed"); }));
     // Longer than the deadline of this build.
     EXPECT_FALSE(within(1500ms, [this] { return child() == 0; }));
-    kill(pid, SIGTERM);
+    kill(m_pid, SIGTERM);
     wait();
-    EXPECT_TRUE(logHolds("OpenVPN was ended by signal 15\n"));
-    EXPECT_FALSE(logHolds("Exiting due to fatal error"));
+    EXPECT_TRUE(logContains("OpenVPN was ended by signal 15\n"));
+    EXPECT_FALSE(logContains("Exiting due to fatal error"));
 }
 
-TEST_F(GuardProgram, OpenVpnKilledByNameIsTold) {
+TEST_F(GuardProgram, OpenVpnKilledByNameIsReported) {
     startFor("hangs");
-    ASSERT_TRUE(within(10s, [this] { return logHolds("waiting"); }));
-    EXPECT_EQ(contentOf("/proc/" + std::to_string(pid) + "/comm"), "openvpn-guard\n");
+    ASSERT_TRUE(within(10s, [this] { return logContains("waiting"); }));
+    EXPECT_EQ(contentOf("/proc/" + std::to_string(m_pid) + "/comm"), "openvpn-guard\n");
     kill(child(), SIGKILL);
     wait();
-    EXPECT_TRUE(logHolds("OpenVPN was ended by signal 9\n"));
-    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+    EXPECT_TRUE(logContains("OpenVPN was ended by signal 9\n"));
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
 }
 
 TEST_F(GuardProgram, OpenVpnDiesWithTheGuard) {
     startFor("up");
-    ASSERT_TRUE(within(10s, [this] { return logHolds("Completed"); }));
+    ASSERT_TRUE(within(10s, [this] { return logContains("Completed"); }));
     const pid_t openVpn = child();
     ASSERT_GT(openVpn, 0);
-    kill(pid, SIGKILL);
+    kill(m_pid, SIGKILL);
     EXPECT_EQ(wait(), -SIGKILL);
     EXPECT_TRUE(within(10s, [openVpn] {
         const std::string state = contentOf("/proc/" + std::to_string(openVpn) + "/stat");
@@ -249,34 +253,35 @@ TEST_F(GuardProgram, OpenVpnDiesWithTheGuard) {
     }));
 }
 
-TEST_F(GuardProgram, MissingCredentialsAreToldInOpenVpnsWords) {
+TEST_F(GuardProgram, MissingCredentialsAreReportedInOpenVpnsOwnText) {
     unlink(at("creds").c_str());
     startFor("up");
     wait();
-    EXPECT_TRUE(logHolds("--auth-user-pass fails with '" + at("creds") + "': No such file or directory\n"));
-    EXPECT_FALSE(logHolds("Exiting due to fatal error")) << "the words above are enough";
+    EXPECT_TRUE(
+        logContains("--auth-user-pass fails with '" + at("creds") + "': No such file or directory\n"));
+    EXPECT_FALSE(logContains("Exiting due to fatal error")) << "the line above is enough";
 }
 
-TEST_F(GuardProgram, AMissingConfigurationIsTold) {
+TEST_F(GuardProgram, AMissingConfigurationIsReported) {
     start();
     EXPECT_EQ(wait(), 1);
-    EXPECT_TRUE(logHolds("the configuration is refused: No such file or directory\n"));
-    EXPECT_TRUE(logHolds("Exiting due to fatal error\n"));
+    EXPECT_TRUE(logContains("the configuration is refused: No such file or directory\n"));
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
 }
 
-TEST_F(GuardProgram, LinksInTheThreePlacesAreNotFollowed) {
+TEST_F(GuardProgram, LinksAsAnyOfTheThreeFilesAreNotFollowed) {
     write("target", "client\nremote up\n");
     ASSERT_EQ(symlink(at("target").c_str(), at("config").c_str()), 0);
     start();
     EXPECT_EQ(wait(), 1);
-    EXPECT_TRUE(logHolds("it is not a plain file"));
+    EXPECT_TRUE(logContains("it is not a plain file"));
 
     unlink(at("config").c_str());
     unlink(at("creds").c_str());
     ASSERT_EQ(symlink(at("target").c_str(), at("creds").c_str()), 0);
     startFor("up");
     wait();
-    EXPECT_TRUE(logHolds("auth-user-pass fails"));
+    EXPECT_TRUE(logContains("auth-user-pass fails"));
 
     unlink(at("log").c_str());
     ASSERT_EQ(symlink(at("target").c_str(), at("log").c_str()), 0);
@@ -286,22 +291,22 @@ TEST_F(GuardProgram, LinksInTheThreePlacesAreNotFollowed) {
     EXPECT_NE(contentOf(at("out")).find("the log cannot be used: it is not a plain file"), std::string::npos);
 }
 
-TEST_F(GuardProgram, AStrangersConfigurationIsNotRead) {
+TEST_F(GuardProgram, AnotherUsersConfigurationIsNotRead) {
     if (getuid() != 0) {
-        GTEST_SKIP() << "only root can give files away";
+        GTEST_SKIP() << "only root can change the owner of a file";
     }
     write("config", "secret line\n");
     ASSERT_EQ(chown(at("config").c_str(), 65534, 65534), 0);
     start();
     EXPECT_EQ(wait(), 1);
     EXPECT_EQ(log(), "");
-    EXPECT_NE(contentOf(at("out")).find("it belongs to somebody else"), std::string::npos);
+    EXPECT_NE(contentOf(at("out")).find("it belongs to another user"), std::string::npos);
 
     ASSERT_EQ(chown(at("config").c_str(), 0, 0), 0);
     ASSERT_EQ(chown(at("creds").c_str(), 65534, 65534), 0);
     startFor("up");
     wait();
-    EXPECT_TRUE(logHolds("auth-user-pass fails with '" + at("creds") + "': it belongs to somebody else"));
+    EXPECT_TRUE(logContains("auth-user-pass fails with '" + at("creds") + "': it belongs to another user"));
 }
 
 TEST_F(GuardProgram, AnyOtherCommandLineIsRefused) {
@@ -315,3 +320,5 @@ TEST_F(GuardProgram, AnyOtherCommandLineIsRefused) {
     EXPECT_EQ(wait(), 2);
     EXPECT_EQ(log(), "");
 }
+
+} // namespace quorvane::guard

@@ -4,11 +4,14 @@
 #include <sstream>
 #include <stdexcept>
 
+namespace quorvane::guard {
+
 namespace {
 
 std::string replaced(std::string text, const std::string &from, const std::string &to) {
-    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
-        text.replace(at, from.size(), to);
+    for (auto found = text.find(from); found != std::string::npos;
+         found = text.find(from, found + to.size())) {
+        text.replace(found, from.size(), to);
     }
     return text;
 }
@@ -27,18 +30,18 @@ std::string withBytes(const std::string &line) {
 }
 
 std::string expanded(const std::string &line) {
-    std::istringstream words(line);
+    std::istringstream tokens(line);
     std::string command;
     std::size_t count = 0;
     if (!line.starts_with('%')) {
         return withBytes(line) + '\n';
     }
-    if (!(words >> command >> count) || (command != "%repeat" && command != "%lines")) {
-        throw std::runtime_error("not understood: " + line);
+    if (!(tokens >> command >> count) || (command != "%repeat" && command != "%lines")) {
+        throw std::runtime_error("malformed: " + line);
     }
-    words.get();
+    tokens.get();
     std::string text;
-    std::getline(words, text);
+    std::getline(tokens, text);
     std::string result;
     for (; count > 0; --count) {
         result += withBytes(text) + (command == "%lines" ? "\n" : "");
@@ -88,3 +91,5 @@ std::vector<HostileConfiguration> hostileConfigurations(const std::string &canar
     }
     return all;
 }
+
+} // namespace quorvane::guard

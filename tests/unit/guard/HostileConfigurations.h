@@ -1,24 +1,23 @@
 #pragma once
 
-#include <ostream>
 #include <string>
 #include <vector>
+
+namespace quorvane::guard {
 
 /// One record of tests/hostile/configurations.txt.
 struct HostileConfiguration {
     std::string name;
-    std::string refusal; ///< a part of what the refusal says
-    std::string text;    ///< the whole configuration: the allowed one, then what was added
+    std::string refusal; ///< a part of the refusal's text
+    std::string text;    ///< the whole configuration: the allowed one, then the record's lines
 };
 
-inline void PrintTo(const HostileConfiguration &configuration, std::ostream *stream) {
-    *stream << configuration.name;
-}
+/// An allowed configuration: byte for byte what the service generates, which a test of the service checks.
+/// Throws when it cannot be read.
+[[nodiscard]] std::string allowedConfiguration();
 
-/// A configuration that may pass: byte for byte what the service makes, see its own test. Throws when it
-/// cannot be read.
-std::string allowedConfiguration();
+/// All records. `canary` is the program that must never run; it replaces the word CANARY. Throws when the
+/// file is malformed.
+[[nodiscard]] std::vector<HostileConfiguration> hostileConfigurations(const std::string &canary);
 
-/// All records, with `canary` in the place of the program that must never run. Throws when the file is not
-/// understood.
-std::vector<HostileConfiguration> hostileConfigurations(const std::string &canary);
+} // namespace quorvane::guard

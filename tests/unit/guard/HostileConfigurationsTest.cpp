@@ -3,23 +3,23 @@
 
 #include <gtest/gtest.h>
 
-using namespace quorvane::guard;
+namespace quorvane::guard {
 
 namespace {
 
-/// What is said of a configuration; empty when it may pass.
+/// The refusal of a configuration; empty when it is allowed.
 std::string refusalOf(const std::string &text) {
     const auto parsed = parse(text);
-    if (const auto *refusal = std::get_if<Refusal>(&parsed)) {
-        return refusal->text();
+    if (!parsed) {
+        return parsed.error();
     }
-    const auto refusal = check(std::get<std::vector<Directive>>(parsed));
-    return refusal ? refusal->text() : "";
+    const auto checked = check(parsed.value());
+    return checked ? "" : checked.error();
 }
 
 } // namespace
 
-TEST(HostileConfigurations, WhatTheyAreAddedToMayPass) {
+TEST(HostileConfigurations, TheConfigurationThatTheyExtendIsAllowed) {
     EXPECT_EQ(refusalOf(allowedConfiguration()), "");
 }
 
@@ -27,9 +27,10 @@ TEST(HostileConfigurations, EachIsRefusedForItsOwnReason) {
     const auto all = hostileConfigurations("/bin/true");
     ASSERT_GT(all.size(), 200U);
     for (const auto &hostile : all) {
-        const std::string said = refusalOf(hostile.text);
-        EXPECT_NE(said.find(hostile.refusal), std::string::npos) << hostile.name << ": \"" << said << "\"";
-        EXPECT_EQ(said.find('\n'), std::string::npos) << hostile.name;
+        const std::string reason = refusalOf(hostile.text);
+        EXPECT_NE(reason.find(hostile.refusal), std::string::npos)
+            << hostile.name << ": \"" << reason << "\"";
+        EXPECT_EQ(reason.find('\n'), std::string::npos) << hostile.name;
     }
 }
 
@@ -37,3 +38,5 @@ TEST(HostileConfigurations, TheRefusalNamesTheLine) {
     EXPECT_EQ(refusalOf("client\n\n# x\nup /bin/true\n"),
               "the configuration is refused: line 4: the directive \"up\" is not allowed");
 }
+
+} // namespace quorvane::guard

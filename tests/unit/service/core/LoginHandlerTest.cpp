@@ -1,37 +1,38 @@
-#include "core/LoginDesk.h"
+#include "core/LoginHandler.h"
 
 #include <gtest/gtest.h>
 
 namespace quorvane::service {
+
 namespace {
 
 using std::chrono::seconds;
 using Kind = ManagementEvent::Kind;
 
-const Ipv4Address Berlin = *Ipv4Address::parse("203.0.113.5");
-const Ipv4Address Boston = *Ipv4Address::parse("203.0.113.42");
+const Ipv4Address berlin = *Ipv4Address::parse("203.0.113.5");
+const Ipv4Address boston = *Ipv4Address::parse("203.0.113.42");
 
-/// Writes down what it was asked, and answers when the test says so.
-class RecordingTable : public LendingTable {
+/// Records the calls, and answers when the test calls answer().
+class FakeLeaseTable : public AddressLeaseTable {
 public:
     void lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) override {
         calls.push_back("lend " + tunnel.text() + ' ' + lent.text());
         waiting.push_back(std::move(done));
     }
 
-    void takeBack(Ipv4Address tunnel) override { calls.push_back("take back " + tunnel.text()); }
+    void release(Ipv4Address tunnel) override { calls.push_back("release " + tunnel.text()); }
 
-    void answer(bool worked) {
+    void answer(bool succeeded) {
         const auto done = std::move(waiting.front());
         waiting.erase(waiting.begin());
-        done(worked);
+        done(succeeded);
     }
 
     std::vector<std::string> calls;
     std::vector<std::function<void(bool)>> waiting;
 };
 
-class LoginDeskTest : public testing::Test {
+class LoginHandlerTest : public testing::Test {
 protected:
     void handle(Kind kind, std::uint64_t client, std::uint64_t key = 0, const Credentials &credentials = {}) {
         ManagementEvent event;
@@ -39,10 +40,10 @@ protected:
         event.client = client;
         event.key = key;
         event.fields = {{"username", credentials.user}, {"password", credentials.password}, m_source};
-        m_desk->handle(event);
+        m_handler->handle(event);
     }
 
-    /// A user that may log in with the address.
+    /// A new user with a grant of the address.
     Credentials granted(Ipv4Address address) {
         auto credentials = m_store.issue();
         m_store.grant(credentials.user, address);
@@ -55,45 +56,45 @@ protected:
     std::chrono::steady_clock::time_point m_now;
     CredentialStore m_store{seconds(100), seconds(10), [this] { return m_now; }, systemRandomText};
     TunnelAddresses m_addresses{*Ipv4Network::parse("10.8.0.0/29"), 0};
-    RecordingTable m_table;
+    FakeLeaseTable m_table;
     std::string m_sent;
-    std::vector<std::string> m_notes;
-    std::shared_ptr<LoginDesk> m_desk = std::make_shared<LoginDesk>(
+    std::vector<std::string> m_logLines;
+    std::shared_ptr<LoginHandler> m_handler = std::make_shared<LoginHandler>(
         m_store, m_addresses, m_table, [this](const std::string &text) { m_sent += text; },
-        [this](const std::string &line) { m_notes.push_back(line); });
+        [this](const std::string &line) { m_logLines.push_back(line); });
 };
 
-TEST_F(LoginDeskTest, ReleasesTheServerAndSeesItReady) {
+TEST_F(LoginHandlerTest, ReleasesTheServerAndReportsItReady) {
     handle(Kind::Hold, 0);
     EXPECT_EQ(sent(), "state on\nhold release\n");
-    EXPECT_FALSE(m_desk->ready());
+    EXPECT_FALSE(m_handler->ready());
     ManagementEvent state;
     state.kind = Kind::State;
     state.text = "CONNECTED";
-    m_desk->handle(state);
-    EXPECT_TRUE(m_desk->ready());
+    m_handler->handle(state);
+    EXPECT_TRUE(m_handler->ready());
     state.text = "EXITING";
-    m_desk->handle(state);
-    EXPECT_FALSE(m_desk->ready());
+    m_handler->handle(state);
+    EXPECT_FALSE(m_handler->ready());
 }
 
-TEST_F(LoginDeskTest, ALoginIsAnsweredOnceItsAddressIsLent) {
-    handle(Kind::Connect, 4, 1, granted(Berlin));
+TEST_F(LoginHandlerTest, ALoginIsAnsweredOnceItsAddressIsLent) {
+    handle(Kind::Connect, 4, 1, granted(berlin));
     EXPECT_EQ(m_table.calls, std::vector<std::string>{"lend 10.8.0.2 203.0.113.5"});
     EXPECT_EQ(sent(), "");
     m_table.answer(true);
     EXPECT_EQ(sent(), "client-auth 4 1\nifconfig-push 10.8.0.2 255.255.255.248\nEND\n");
-    EXPECT_EQ(m_desk->sessions(), 1U);
+    EXPECT_EQ(m_handler->sessionCount(), 1U);
     handle(Kind::Established, 4);
     handle(Kind::Disconnect, 4);
-    EXPECT_EQ(m_table.calls.back(), "take back 10.8.0.2");
-    EXPECT_EQ(m_addresses.taken(), 0U);
-    EXPECT_EQ(m_desk->sessions(), 0U);
+    EXPECT_EQ(m_table.calls.back(), "release 10.8.0.2");
+    EXPECT_EQ(m_addresses.allocatedCount(), 0U);
+    EXPECT_EQ(m_handler->sessionCount(), 0U);
 }
 
-TEST_F(LoginDeskTest, RefusalsOfEveryKind) {
-    const auto credentials = granted(Berlin);
-    handle(Kind::Connect, 1, 0, {"nobody", "x"});
+TEST_F(LoginHandlerTest, EveryRefusalHasItsReason) {
+    const auto credentials = granted(berlin);
+    handle(Kind::Connect, 1, 0, {"unknown", "x"});
     EXPECT_EQ(sent(), "client-deny 1 0 \"unknown or expired user\" \"login refused\"\n");
     handle(Kind::Connect, 2, 0, {credentials.user, "x"});
     EXPECT_EQ(sent(), "client-deny 2 0 \"wrong password\" \"login refused\"\n");
@@ -110,8 +111,8 @@ TEST_F(LoginDeskTest, RefusalsOfEveryKind) {
     EXPECT_EQ(m_table.calls.size(), 1U);
 }
 
-TEST_F(LoginDeskTest, ALoginFromTheSamePlaceTakesTheAddressOver) {
-    const auto credentials = granted(Berlin);
+TEST_F(LoginHandlerTest, ALoginFromTheSameSourceReplacesTheSession) {
+    const auto credentials = granted(berlin);
     handle(Kind::Connect, 1, 0, credentials);
     m_table.answer(true);
     sent();
@@ -120,60 +121,48 @@ TEST_F(LoginDeskTest, ALoginFromTheSamePlaceTakesTheAddressOver) {
     m_table.answer(true);
     EXPECT_EQ(sent(), "client-auth 2 0\nifconfig-push 10.8.0.2 255.255.255.248\nEND\n");
     handle(Kind::Disconnect, 1);
-    EXPECT_EQ(m_desk->sessions(), 1U);
-    const std::vector<std::string> expected = {"lend 10.8.0.2 203.0.113.5", "take back 10.8.0.2",
+    EXPECT_EQ(m_handler->sessionCount(), 1U);
+    const std::vector<std::string> expected = {"lend 10.8.0.2 203.0.113.5", "release 10.8.0.2",
                                                "lend 10.8.0.2 203.0.113.5"};
     EXPECT_EQ(m_table.calls, expected);
 }
 
-TEST_F(LoginDeskTest, ATunnelThatIsMadeAnewKeepsItsAddress) {
-    const auto credentials = granted(Berlin);
+TEST_F(LoginHandlerTest, ATunnelThatReconnectsKeepsItsAddress) {
+    const auto credentials = granted(berlin);
     handle(Kind::Connect, 1, 0, credentials);
-    handle(Kind::Connect, 2, 0, granted(Boston));
-    m_desk->connectionLost(); // the server ended; the next one has a desk of its own
-    m_desk = std::make_shared<LoginDesk>(
+    handle(Kind::Connect, 2, 0, granted(boston));
+    m_handler->connectionLost(); // the server ended; the next one has a handler of its own
+    m_handler = std::make_shared<LoginHandler>(
         m_store, m_addresses, m_table, [this](const std::string &text) { m_sent += text; },
         [](const std::string &) {});
     m_table.calls.clear();
-    handle(Kind::Connect, 1, 0, granted(Boston));
+    handle(Kind::Connect, 1, 0, granted(boston));
     handle(Kind::Connect, 2, 0, credentials);
     EXPECT_EQ(m_table.calls,
               (std::vector<std::string>{"lend 10.8.0.4 203.0.113.42", "lend 10.8.0.2 203.0.113.5"}));
 }
 
-TEST_F(LoginDeskTest, ATunnelAddressThatIsTakenMeanwhileIsNotKept) {
-    const auto credentials = granted(Berlin);
+TEST_F(LoginHandlerTest, ATunnelAddressThatIsAllocatedMeanwhileIsNotKept) {
+    const auto credentials = granted(berlin);
     handle(Kind::Connect, 1, 0, credentials);
     handle(Kind::Disconnect, 1);
-    ASSERT_EQ(m_addresses.takeAgain(*Ipv4Address::parse("10.8.0.2")), Ipv4Address::parse("10.8.0.2"));
+    ASSERT_EQ(m_addresses.allocatePreferred(*Ipv4Address::parse("10.8.0.2")), Ipv4Address::parse("10.8.0.2"));
     handle(Kind::Connect, 2, 0, credentials);
     EXPECT_EQ(m_table.calls.back(), "lend 10.8.0.3 203.0.113.5");
 }
 
-TEST_F(LoginDeskTest, AnotherGrantMeansAnotherTunnelAddress) {
-    const auto credentials = granted(Berlin);
+TEST_F(LoginHandlerTest, AnotherGrantMeansAnotherTunnelAddress) {
+    const auto credentials = granted(berlin);
     handle(Kind::Connect, 1, 0, credentials);
     handle(Kind::Disconnect, 1);
-    m_store.grant(credentials.user, Boston);
+    m_store.grant(credentials.user, boston);
     handle(Kind::Connect, 2, 0, credentials);
     EXPECT_EQ(m_table.calls.back(), "lend 10.8.0.3 203.0.113.42");
 }
 
-TEST(TunnelAddresses, TakenAgainOnlyWhatIsForClients) {
-    TunnelAddresses addresses(*Ipv4Network::parse("10.8.0.0/29"), 0);
-    for (const char *other : {"10.8.0.0", "10.8.0.1", "10.8.0.7", "10.9.0.3", "10.7.255.255", "0.0.0.0"}) {
-        const auto taken = addresses.takeAgain(*Ipv4Address::parse(other));
-        ASSERT_TRUE(taken.has_value()) << other;
-        EXPECT_NE(taken, Ipv4Address::parse(other));
-        addresses.giveBack(*taken);
-    }
-    EXPECT_EQ(addresses.takeAgain(*Ipv4Address::parse("10.8.0.6")), Ipv4Address::parse("10.8.0.6"));
-    EXPECT_EQ(addresses.taken(), 1U);
-}
-
-TEST_F(LoginDeskTest, ClientsOverIpv6AreToldApartToo) {
+TEST_F(LoginHandlerTest, ClientsOverIpv6AreDistinguishedToo) {
     m_source = {"untrusted_ip6", "2001:db8::1"};
-    const auto credentials = granted(Berlin);
+    const auto credentials = granted(berlin);
     handle(Kind::Connect, 1, 0, credentials);
     m_table.answer(true);
     handle(Kind::Disconnect, 1);
@@ -187,55 +176,55 @@ TEST_F(LoginDeskTest, ClientsOverIpv6AreToldApartToo) {
     EXPECT_EQ(sent(), "client-auth 3 0\nifconfig-push 10.8.0.2 255.255.255.248\nEND\n");
 }
 
-TEST_F(LoginDeskTest, LoginsMayInterleave) {
-    handle(Kind::Connect, 1, 0, granted(Berlin));
-    handle(Kind::Connect, 2, 0, granted(Boston));
+TEST_F(LoginHandlerTest, LoginsMayInterleave) {
+    handle(Kind::Connect, 1, 0, granted(berlin));
+    handle(Kind::Connect, 2, 0, granted(boston));
     m_table.answer(true);
     EXPECT_EQ(sent(), "client-auth 1 0\nifconfig-push 10.8.0.2 255.255.255.248\nEND\n");
     m_table.answer(true);
     EXPECT_EQ(sent(), "client-auth 2 0\nifconfig-push 10.8.0.3 255.255.255.248\nEND\n");
 }
 
-TEST_F(LoginDeskTest, AClientThatLeavesBeforeItsAnswerGetsNone) {
-    handle(Kind::Connect, 1, 0, granted(Berlin));
+TEST_F(LoginHandlerTest, AClientThatLeavesBeforeItsAnswerReceivesNone) {
+    handle(Kind::Connect, 1, 0, granted(berlin));
     handle(Kind::Disconnect, 1);
     m_table.answer(true);
     EXPECT_EQ(sent(), "");
-    const std::vector<std::string> expected = {"lend 10.8.0.2 203.0.113.5", "take back 10.8.0.2"};
+    const std::vector<std::string> expected = {"lend 10.8.0.2 203.0.113.5", "release 10.8.0.2"};
     EXPECT_EQ(m_table.calls, expected);
 }
 
-TEST_F(LoginDeskTest, AReusedClientNumberIsANewClient) {
-    handle(Kind::Connect, 1, 0, granted(Berlin));
-    handle(Kind::Connect, 1, 1, granted(Boston));
-    m_table.answer(true); // the first client's row; that client is gone
+TEST_F(LoginHandlerTest, AReusedClientNumberIsANewClient) {
+    handle(Kind::Connect, 1, 0, granted(berlin));
+    handle(Kind::Connect, 1, 1, granted(boston));
+    m_table.answer(true); // the lease of the first client, which has disconnected
     EXPECT_EQ(sent(), "");
     m_table.answer(true);
     EXPECT_EQ(sent(), "client-auth 1 1\nifconfig-push 10.8.0.3 255.255.255.248\nEND\n");
-    EXPECT_EQ(m_addresses.taken(), 1U);
+    EXPECT_EQ(m_addresses.allocatedCount(), 1U);
 }
 
-TEST_F(LoginDeskTest, AGatewayThatCannotLendMeansARefusal) {
-    handle(Kind::Connect, 1, 2, granted(Berlin));
+TEST_F(LoginHandlerTest, ALoginIsRefusedWhenTheGatewayCannotLend) {
+    handle(Kind::Connect, 1, 2, granted(berlin));
     m_table.answer(false);
     EXPECT_EQ(sent(), "client-deny 1 2 \"the gateway cannot lend the address\" \"login refused\"\n");
-    EXPECT_EQ(m_addresses.taken(), 0U);
-    EXPECT_EQ(m_desk->sessions(), 0U);
+    EXPECT_EQ(m_addresses.allocatedCount(), 0U);
+    EXPECT_EQ(m_handler->sessionCount(), 0U);
 }
 
-TEST_F(LoginDeskTest, NoLoginWithoutATunnelAddress) {
+TEST_F(LoginHandlerTest, NoLoginWithoutATunnelAddress) {
     for (std::uint64_t client = 0; client < 5; ++client) {
-        handle(Kind::Connect, client, 0, granted(Berlin));
+        handle(Kind::Connect, client, 0, granted(berlin));
     }
-    handle(Kind::Connect, 5, 0, granted(Berlin));
+    handle(Kind::Connect, 5, 0, granted(berlin));
     EXPECT_EQ(sent(), "client-deny 5 0 \"no tunnel address is free\" \"login refused\"\n");
     handle(Kind::Disconnect, 3);
-    handle(Kind::Connect, 6, 0, granted(Berlin));
+    handle(Kind::Connect, 6, 0, granted(berlin));
     EXPECT_EQ(m_table.calls.back(), "lend 10.8.0.5 203.0.113.5");
 }
 
-TEST_F(LoginDeskTest, KeysAreRenewedWithTheSessionsOwnCredentialsOnly) {
-    const auto credentials = granted(Berlin);
+TEST_F(LoginHandlerTest, KeysAreRenewedWithTheSessionsOwnCredentialsOnly) {
+    const auto credentials = granted(berlin);
     handle(Kind::Connect, 1, 0, credentials);
     m_table.answer(true);
     sent();
@@ -246,46 +235,46 @@ TEST_F(LoginDeskTest, KeysAreRenewedWithTheSessionsOwnCredentialsOnly) {
     EXPECT_EQ(sent(), "client-deny 1 2 \"not the session's credentials\" \"login refused\"\n");
     handle(Kind::Reauth, 9, 3, credentials);
     EXPECT_EQ(sent(), "client-deny 9 3 \"not the session's credentials\" \"login refused\"\n");
-    EXPECT_EQ(m_desk->sessions(), 1U);
+    EXPECT_EQ(m_handler->sessionCount(), 1U);
 }
 
-TEST_F(LoginDeskTest, TheEndOfTheServerEndsItsSessions) {
-    handle(Kind::Connect, 1, 0, granted(Berlin));
-    handle(Kind::Connect, 2, 0, granted(Boston));
+TEST_F(LoginHandlerTest, TheEndOfTheServerEndsItsSessions) {
+    handle(Kind::Connect, 1, 0, granted(berlin));
+    handle(Kind::Connect, 2, 0, granted(boston));
     m_table.answer(true);
     sent();
-    m_desk->connectionLost();
+    m_handler->connectionLost();
     m_table.answer(true);
     EXPECT_EQ(sent(), "");
-    EXPECT_EQ(m_addresses.taken(), 0U);
+    EXPECT_EQ(m_addresses.allocatedCount(), 0U);
     const std::vector<std::string> expected = {"lend 10.8.0.2 203.0.113.5", "lend 10.8.0.3 203.0.113.42",
-                                               "take back 10.8.0.2", "take back 10.8.0.3"};
+                                               "release 10.8.0.2", "release 10.8.0.3"};
     EXPECT_EQ(m_table.calls, expected);
 }
 
-TEST_F(LoginDeskTest, AnAnswerOfTheTableMayComeAfterTheDeskIsGone) {
-    handle(Kind::Connect, 1, 0, granted(Berlin));
-    m_desk->connectionLost();
-    m_desk.reset();
+TEST_F(LoginHandlerTest, TheTableMayAnswerAfterTheHandlerIsDestroyed) {
+    handle(Kind::Connect, 1, 0, granted(berlin));
+    m_handler->connectionLost();
+    m_handler.reset();
     m_table.answer(true);
     EXPECT_EQ(m_sent, "");
 }
 
-TEST_F(LoginDeskTest, AnUnknownClientMayDisconnect) {
+TEST_F(LoginHandlerTest, AnUnknownClientMayDisconnect) {
     handle(Kind::Disconnect, 77);
     EXPECT_TRUE(m_table.calls.empty());
 }
 
-TEST_F(LoginDeskTest, NotesNeverHoldAPasswordOrRawBytes) {
-    auto credentials = granted(Berlin);
+TEST_F(LoginHandlerTest, LogLinesNeverContainAPasswordOrRawBytes) {
+    auto credentials = granted(berlin);
     handle(Kind::Connect, 1, 0, credentials);
     handle(Kind::Connect, 2, 0, {"evil\nuser", "secret"});
     ManagementEvent error;
     error.kind = Kind::Error;
     error.text = "bad\x1b[2J";
-    m_desk->handle(error);
-    ASSERT_FALSE(m_notes.empty());
-    for (const std::string &line : m_notes) {
+    m_handler->handle(error);
+    ASSERT_FALSE(m_logLines.empty());
+    for (const std::string &line : m_logLines) {
         EXPECT_EQ(line.find(credentials.password), std::string::npos);
         EXPECT_EQ(line.find("secret"), std::string::npos);
         EXPECT_EQ(line.find_first_of("\n\x1b"), std::string::npos);
@@ -293,4 +282,5 @@ TEST_F(LoginDeskTest, NotesNeverHoldAPasswordOrRawBytes) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

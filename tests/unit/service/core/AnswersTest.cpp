@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 namespace quorvane::service {
+
 namespace {
 
 using test::sampleConfig;
@@ -51,4 +52,5 @@ TEST(Answers, PagesEscapeWhatTheyShow) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

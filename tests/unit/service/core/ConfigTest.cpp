@@ -7,6 +7,7 @@
 #include <fstream>
 
 namespace quorvane::service {
+
 namespace {
 
 using nlohmann::json;
@@ -31,7 +32,7 @@ json sample() {
     })");
 }
 
-TEST(Config, ReadsWhatIsThereAndFillsInTheRest) {
+TEST(Config, ReadsTheKeysAndUsesDefaults) {
     const auto result = parseConfig(sample().dump());
     ASSERT_TRUE(result) << result.error();
     const Config &config = result.value();
@@ -55,7 +56,7 @@ TEST(Config, ReadsWhatIsThereAndFillsInTheRest) {
     EXPECT_EQ(config.groupOf(*Ipv4Address::parse("203.0.113.8")), nullptr);
 }
 
-TEST(Config, EverythingCanBeSaid) {
+TEST(Config, EveryKeyCanBeSet) {
     json document = sample();
     document["credential_seconds"] = 5;
     document["grant_seconds"] = 6;
@@ -186,7 +187,7 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"/groups/0/addresses", "[1]", "groups[0].addresses[0]: must be a text"},
         Wrong{"/groups/0/addresses", "[\"203.0.113.6\"]", "groups[1].addresses: 203.0.113.6 is listed twice"},
         Wrong{"/groups/0/addresses", "[\"10.8.0.9\"]",
-              "groups: 10.8.0.9 lies in the tunnel network 10.8.0.0/16"},
+              "groups: 10.8.0.9 is in the tunnel network 10.8.0.0/16"},
         Wrong{"/home/0/network", "\"1.2.3.4\"", "home[0].network: must be a network"},
         Wrong{"/credential_seconds", "0", "credential_seconds: must be a whole number"},
         Wrong{"/runtime_folder", "\"run\"", "runtime_folder: must be an absolute path"},
@@ -235,4 +236,5 @@ TEST(Config, TheFilesItNamesMustBeReadable) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

@@ -7,11 +7,12 @@
 #include <algorithm>
 
 namespace quorvane::service {
+
 namespace {
 
 using std::chrono::seconds;
 
-constexpr const char *ParsingError = "ERR: Argument parsing error";
+constexpr const char *parsingError = "ERR: Argument parsing error";
 
 class ApiTest : public testing::Test {
 protected:
@@ -19,7 +20,7 @@ protected:
         return m_api.answer({"198.51.100.10", "GET", target, "api.quorvane.test", accept});
     }
 
-    /// Asks for a server list and returns its user.
+    /// Requests a server list and returns its user.
     std::string newUser() {
         const std::string body =
             get("/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1").body;
@@ -39,7 +40,7 @@ protected:
                                   [this](std::size_t) {
                                       return "text" + std::to_string(++m_texts);
                                   }};
-    Api m_api{m_config, test::SamplePem, m_credentials};
+    Api m_api{m_config, test::samplePem, m_credentials};
 };
 
 TEST_F(ApiTest, AServerListIssuesAUser) {
@@ -56,7 +57,7 @@ TEST_F(ApiTest, AnIncompleteServerListRequestIsNotAccepted) {
     EXPECT_EQ(m_credentials.size(), 0U);
 }
 
-TEST_F(ApiTest, ALaterCommandTakesTheRequestOver) {
+TEST_F(ApiTest, ALaterCommandReplacesTheFirst) {
     const std::string base = "/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1";
     EXPECT_EQ(get(base + "&cmd=phs").body, "STATUS: 0<br />ClientIP: 198.51.100.10");
     EXPECT_EQ(get(base + "&cmd=phsa%2Bb&x=1").body, "STATUS: 0<br />ClientIP: 198.51.100.10");
@@ -68,7 +69,7 @@ TEST_F(ApiTest, AConfigurationIsGrantedForTheAddress) {
     const auto response = get(vpnc(user, "203.0.113.6", "TCP"));
     EXPECT_EQ(response.status, 200);
     const std::string text = clientConfiguration(m_config.vpn, *m_config.vpn.tcp,
-                                                 *Ipv4Address::parse("203.0.113.6"), test::SamplePem);
+                                                 *Ipv4Address::parse("203.0.113.6"), test::samplePem);
     EXPECT_EQ(response.body.rfind("VPNConfig: client<br />", 0), 0U);
     EXPECT_NE(response.body.find("<br />remote 203.0.113.6 443<br />"), std::string::npos);
     EXPECT_EQ(response.body.find('\n'), std::string::npos);
@@ -79,14 +80,14 @@ TEST_F(ApiTest, AConfigurationIsGrantedForTheAddress) {
     EXPECT_EQ(login.address.text(), "203.0.113.6");
 }
 
-TEST_F(ApiTest, TheProtocolsNameIsReadInAnyCase) {
+TEST_F(ApiTest, TheProtocolsNameIsCaseInsensitive) {
     const std::string user = newUser();
     EXPECT_NE(get(vpnc(user, "203.0.113.5", "udp")).body.find("proto udp<br />"), std::string::npos);
     EXPECT_NE(get(vpnc(user, "203.0.113.5", "Tcp")).body.find("proto tcp-client<br />"), std::string::npos);
-    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "SCTP")).body, ParsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "SCTP")).body, parsingError);
 }
 
-TEST_F(ApiTest, AMissingOrEmptyOrOverlongArgumentIsAParsingError) {
+TEST_F(ApiTest, AMissingEmptyOrTooLongArgumentIsAParsingError) {
     const std::string user = newUser();
     const std::string good = vpnc(user, "203.0.113.5", "UDP");
     for (const std::string key :
@@ -94,9 +95,9 @@ TEST_F(ApiTest, AMissingOrEmptyOrOverlongArgumentIsAParsingError) {
         const auto begin = good.find(key + '=');
         const auto value = begin + key.size() + 1;
         const auto end = std::min(good.find('&', value), good.size());
-        EXPECT_EQ(get(good.substr(0, value) + good.substr(end)).body, ParsingError) << key << " empty";
-        EXPECT_EQ(get(good.substr(0, begin) + good.substr(end)).body, ParsingError) << key << " missing";
-        EXPECT_EQ(get(good.substr(0, value) + std::string(300, '1') + good.substr(end)).body, ParsingError)
+        EXPECT_EQ(get(good.substr(0, value) + good.substr(end)).body, parsingError) << key << " empty";
+        EXPECT_EQ(get(good.substr(0, begin) + good.substr(end)).body, parsingError) << key << " missing";
+        EXPECT_EQ(get(good.substr(0, value) + std::string(300, '1') + good.substr(end)).body, parsingError)
             << key;
     }
     EXPECT_EQ(m_credentials.login(user, "text2", "198.51.100.10").refusal,
@@ -105,18 +106,18 @@ TEST_F(ApiTest, AMissingOrEmptyOrOverlongArgumentIsAParsingError) {
 
 TEST_F(ApiTest, MalformedArgumentsAreAParsingError) {
     const std::string user = newUser();
-    EXPECT_EQ(get(vpnc(user, "203.0.113", "UDP")).body, ParsingError);
-    EXPECT_EQ(get(vpnc(user, "203.0.113.05", "UDP")).body, ParsingError);
-    EXPECT_EQ(get(vpnc(user, "host.example", "UDP")).body, ParsingError);
-    EXPECT_EQ(get(vpnc(user, "203.0.113.5%zz", "UDP")).body, ParsingError);
-    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP") + "&server=x").body, ParsingError);
-    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP") + "&device=-1").body, ParsingError);
-    EXPECT_EQ(get("/?cmd=VPNC").body, ParsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113", "UDP")).body, parsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.05", "UDP")).body, parsingError);
+    EXPECT_EQ(get(vpnc(user, "host.example", "UDP")).body, parsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5%zz", "UDP")).body, parsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP") + "&server=x").body, parsingError);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP") + "&device=-1").body, parsingError);
+    EXPECT_EQ(get("/?cmd=VPNC").body, parsingError);
 }
 
-TEST_F(ApiTest, RefusalsOfAWellFormedRequestSayWhy) {
+TEST_F(ApiTest, RefusalsOfAWellFormedRequestHaveAReason) {
     const std::string user = newUser();
-    EXPECT_EQ(get(vpnc("nobody", "203.0.113.5", "UDP")).body, "ERR: Unknown or expired session");
+    EXPECT_EQ(get(vpnc("unknown", "203.0.113.5", "UDP")).body, "ERR: Unknown or expired session");
     EXPECT_EQ(get(vpnc(user, "203.0.113.7", "UDP")).body, "ERR: Address not available");
     m_config.vpn.tcp.reset();
     EXPECT_EQ(get(vpnc(user, "203.0.113.5", "TCP")).body, "ERR: Protocol not offered");
@@ -124,7 +125,7 @@ TEST_F(ApiTest, RefusalsOfAWellFormedRequestSayWhy) {
     EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP")).body, "ERR: Unknown or expired session");
 }
 
-TEST_F(ApiTest, TheAddressPageDependsOnWhoAsks) {
+TEST_F(ApiTest, TheAddressPageDependsOnTheCaller) {
     const auto script = get("/ip");
     EXPECT_EQ(script.body, "198.51.100.10\n");
     EXPECT_EQ(script.contentType, "text/plain; charset=utf-8");
@@ -144,7 +145,7 @@ TEST_F(ApiTest, TheRestOfTheSite) {
     EXPECT_EQ(get("*").status, 400);
 }
 
-TEST_F(ApiTest, OnlyGetIsUnderstood) {
+TEST_F(ApiTest, OnlyGetIsAccepted) {
     for (const std::string method : {"POST", "HEAD", "PUT", "DELETE", "OPTIONS", "get", "QUUX"}) {
         const auto response = m_api.answer({"198.51.100.10", method, "/?cmd=MRTSL", "h", ""});
         EXPECT_EQ(response.status, 405) << method;
@@ -153,4 +154,5 @@ TEST_F(ApiTest, OnlyGetIsUnderstood) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

@@ -1,4 +1,4 @@
-#include "LoginDesk.h"
+#include "LoginHandler.h"
 
 #include "RequestLog.h"
 
@@ -6,12 +6,12 @@
 
 namespace quorvane::service {
 
-LoginDesk::LoginDesk(CredentialStore &credentials, TunnelAddresses &addresses, LendingTable &table, Send send,
-                     Note note)
+LoginHandler::LoginHandler(CredentialStore &credentials, TunnelAddresses &addresses, AddressLeaseTable &table,
+                           Send send, Log log)
     : m_credentials(credentials), m_addresses(addresses), m_table(table), m_send(std::move(send)),
-      m_note(std::move(note)) {}
+      m_log(std::move(log)) {}
 
-void LoginDesk::handle(const ManagementEvent &event) {
+void LoginHandler::handle(const ManagementEvent &event) {
     switch (event.kind) {
     case ManagementEvent::Kind::Hold:
         m_send("state on\nhold release\n");
@@ -21,7 +21,7 @@ void LoginDesk::handle(const ManagementEvent &event) {
         break;
     case ManagementEvent::Kind::Fatal:
     case ManagementEvent::Kind::Error:
-        m_note("the server says " + jsonText(event.text));
+        m_log("the server reports " + jsonText(event.text));
         break;
     case ManagementEvent::Kind::Connect:
         connect(event);
@@ -37,8 +37,8 @@ void LoginDesk::handle(const ManagementEvent &event) {
     }
 }
 
-void LoginDesk::connect(const ManagementEvent &event) {
-    endSession(event.client); // a number that comes again belongs to a new client
+void LoginHandler::connect(const ManagementEvent &event) {
+    endSession(event.client); // a number that is used again belongs to a new client
     const std::string user = event.field("username");
     const std::string password = event.field("password");
     const std::string source =
@@ -49,31 +49,31 @@ void LoginDesk::connect(const ManagementEvent &event) {
         return;
     }
     endEarlierSession(user);
-    // A tunnel that is made anew keeps its address, so the client need not give up its device and routes.
-    const auto tunnel = login.tunnel ? m_addresses.takeAgain(*login.tunnel) : m_addresses.take();
+    // A tunnel that reconnects keeps its address, so that the client can keep its device and routes.
+    const auto tunnel = login.tunnel ? m_addresses.allocatePreferred(*login.tunnel) : m_addresses.allocate();
     if (!tunnel) {
         deny(event.client, event.key, "no tunnel address is free");
         return;
     }
-    m_credentials.usesTunnel(user, *tunnel);
-    m_sessions[event.client] = {user, password, *tunnel, login.address, event.key};
-    m_note("login of " + jsonText(user) + " from " + jsonText(source) + ": " + tunnel->text() + " lends " +
-           login.address.text());
+    m_credentials.setTunnelAddress(user, *tunnel);
+    m_sessions[event.client] = {user, password, *tunnel, event.key};
+    m_log("login of " + jsonText(user) + " from " + jsonText(source) + ": " + tunnel->text() + " lends " +
+          login.address.text());
     m_table.lend(*tunnel, login.address,
-                 [weak = weak_from_this(), client = event.client, tunnel = *tunnel](bool worked) {
+                 [weak = weak_from_this(), client = event.client, tunnel = *tunnel](bool succeeded) {
                      if (const auto self = weak.lock()) {
-                         self->lent(client, tunnel, worked);
+                         self->leaseDone(client, tunnel, succeeded);
                      }
                  });
 }
 
-void LoginDesk::lent(std::uint64_t client, Ipv4Address tunnel, bool worked) {
+void LoginHandler::leaseDone(std::uint64_t client, Ipv4Address tunnel, bool succeeded) {
     const auto found = m_sessions.find(client);
     if (found == m_sessions.end() || found->second.tunnel != tunnel) {
-        return; // the client left while the table was being changed
+        return; // the client disconnected while the table was changed
     }
     const std::uint64_t key = found->second.key;
-    if (!worked) {
+    if (!succeeded) {
         endSession(client);
         deny(client, key, "the gateway cannot lend the address");
         return;
@@ -83,8 +83,8 @@ void LoginDesk::lent(std::uint64_t client, Ipv4Address tunnel, bool worked) {
            m_addresses.network().mask().text() + "\nEND\n");
 }
 
-void LoginDesk::reauthenticate(const ManagementEvent &event) {
-    // The session was let in with these credentials; their own life does not matter to it any more.
+void LoginHandler::reauthenticate(const ManagementEvent &event) {
+    // The session was accepted with these credentials. It may continue when they have expired.
     const auto found = m_sessions.find(event.client);
     const bool same = found != m_sessions.end() && found->second.user == event.field("username") &&
                       found->second.password == event.field("password");
@@ -95,8 +95,8 @@ void LoginDesk::reauthenticate(const ManagementEvent &event) {
     }
 }
 
-void LoginDesk::endEarlierSession(const std::string &user) {
-    // A client that was killed comes back before the server has missed it.
+void LoginHandler::endEarlierSession(const std::string &user) {
+    // A client that was killed may log in again before the server has noticed its end.
     const auto found = std::find_if(m_sessions.begin(), m_sessions.end(),
                                     [&](const auto &entry) { return entry.second.user == user; });
     if (found != m_sessions.end()) {
@@ -106,23 +106,23 @@ void LoginDesk::endEarlierSession(const std::string &user) {
     }
 }
 
-void LoginDesk::endSession(std::uint64_t client) {
+void LoginHandler::endSession(std::uint64_t client) {
     const auto found = m_sessions.find(client);
     if (found == m_sessions.end()) {
         return;
     }
-    m_table.takeBack(found->second.tunnel);
-    m_addresses.giveBack(found->second.tunnel);
+    m_table.release(found->second.tunnel);
+    m_addresses.release(found->second.tunnel);
     m_sessions.erase(found);
 }
 
-void LoginDesk::deny(std::uint64_t client, std::uint64_t key, const std::string &reason) {
-    m_note("login refused: " + reason);
+void LoginHandler::deny(std::uint64_t client, std::uint64_t key, const std::string &reason) {
+    m_log("login refused: " + reason);
     m_send("client-deny " + std::to_string(client) + ' ' + std::to_string(key) + " \"" + reason +
            "\" \"login refused\"\n");
 }
 
-void LoginDesk::connectionLost() {
+void LoginHandler::connectionLost() {
     m_ready = false;
     m_send = [](const std::string &) {
     };

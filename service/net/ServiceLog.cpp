@@ -1,4 +1,4 @@
-#include "Note.h"
+#include "ServiceLog.h"
 
 #include "core/RequestLog.h"
 
@@ -6,7 +6,7 @@
 
 namespace quorvane::service {
 
-void note(const std::string &line) {
+void writeLog(const std::string &line) {
     std::fprintf(stderr, "%s quorvane-service: %s\n", isoTime(std::chrono::system_clock::now()).c_str(),
                  line.c_str());
 }

@@ -8,6 +8,7 @@
 #include <sstream>
 
 namespace quorvane::service {
+
 namespace {
 
 using testing::Contains;
@@ -31,33 +32,33 @@ std::string fileText(const char *path) {
     return text.str();
 }
 
-const Ipv4Address Remote = *Ipv4Address::parse("203.0.113.5");
+const Ipv4Address remote = *Ipv4Address::parse("203.0.113.5");
 
 TEST(ClientConfiguration, ByteForByteOverUdp) {
     const Config config = test::sampleConfig();
-    EXPECT_EQ(clientConfiguration(config.vpn, *config.vpn.udp, Remote, test::SamplePem),
+    EXPECT_EQ(clientConfiguration(config.vpn, *config.vpn.udp, remote, test::samplePem),
               fileText(CLIENT_CONFIGURATION));
 }
 
 TEST(ClientConfiguration, OverTcp) {
     const Config config = test::sampleConfig();
-    const auto lines = linesOf(clientConfiguration(config.vpn, *config.vpn.tcp, Remote, test::SamplePem));
+    const auto lines = linesOf(clientConfiguration(config.vpn, *config.vpn.tcp, remote, test::samplePem));
     EXPECT_THAT(lines, Contains("proto tcp-client"));
     EXPECT_THAT(lines, Contains("remote 203.0.113.5 443"));
     EXPECT_THAT(lines, Not(Contains(StartsWith("explicit-exit-notify"))));
 }
 
-TEST(ClientConfiguration, OptionsThatCanBeLeftOut) {
+TEST(ClientConfiguration, OptionalSettings) {
     Config config = test::sampleConfig();
     config.vpn.blockIpv6 = false;
     config.vpn.certificateName.clear();
-    const auto lines = linesOf(clientConfiguration(config.vpn, *config.vpn.udp, Remote, test::SamplePem));
+    const auto lines = linesOf(clientConfiguration(config.vpn, *config.vpn.udp, remote, test::samplePem));
     EXPECT_THAT(lines, Contains("redirect-gateway def1"));
     EXPECT_THAT(lines, Not(Contains(HasSubstr("ipv6"))));
     EXPECT_THAT(lines, Not(Contains(StartsWith("verify-x509-name"))));
 }
 
-TEST(PemCertificates, TakesTheBlocksAlone) {
+TEST(PemCertificates, ReturnsTheBlocksOnly) {
     const std::string block = "-----BEGIN CERTIFICATE-----\nAAAA\n-----END CERTIFICATE-----";
     EXPECT_EQ(pemCertificates("Subject: CN=x\n" + block + "\njunk\n" + block), block + '\n' + block + '\n');
     EXPECT_EQ(pemCertificates("-----BEGIN CERTIFICATE-----\r\nAAAA\r\n-----END CERTIFICATE-----\r\n"),
@@ -114,4 +115,5 @@ TEST(ServerConfiguration, OverTcp) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

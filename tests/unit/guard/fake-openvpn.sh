@@ -1,5 +1,5 @@
 #!/bin/sh
-# Stands in for OpenVPN: what it does is said by the host of the configuration's "remote" line.
+# A fake OpenVPN. The host in the configuration's "remote" line selects what it does.
 host=$(sed -n 's/^remote \([^ ]*\).*/\1/p' "$2")
 case $host in
 up) echo "2026-11-21 10:00:00 Initialization Sequence Completed"; exec sleep 600 ;;
@@ -10,7 +10,7 @@ late) trap 'echo "2026-11-21 10:00:00 Initialization Sequence Completed"; exit 0
 stubborn) trap '' TERM; echo "2026-11-21 10:00:00 waiting"; while :; do sleep 600 & wait; done ;;
 binary) printf 'a\377\001b\n'; exit 1 ;;
 reports)
-    echo "words: $*"
+    echo "arguments: $*"
     echo "variables: $(env | cut -d= -f1 | grep -vE '^(PWD|_|SHLVL|OLDPWD)$' | sort | tr '\n' ' ')"
     echo "files: $(ls -l /proc/self/fd | sed -n 's/.* -> //p' | tr '\n' ' ')"
     sed -n 's/^NoNewPrivs:[[:space:]]*/no new privileges: /p; s/^SigIgn:[[:space:]]*/ignored: /p; s/^SigBlk:[[:space:]]*/blocked: /p' /proc/self/status

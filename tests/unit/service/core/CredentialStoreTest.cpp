@@ -5,14 +5,15 @@
 #include <set>
 
 namespace quorvane::service {
+
 namespace {
 
 using std::chrono::seconds;
 using Refusal = CredentialStore::Refusal;
 
-const Ipv4Address Berlin = *Ipv4Address::parse("203.0.113.5");
-const Ipv4Address Boston = *Ipv4Address::parse("203.0.113.42");
-const std::string Home = "198.51.100.10";
+const Ipv4Address berlin = *Ipv4Address::parse("203.0.113.5");
+const Ipv4Address boston = *Ipv4Address::parse("203.0.113.42");
+const std::string home = "198.51.100.10";
 
 class CredentialStoreTest : public testing::Test {
 protected:
@@ -34,106 +35,106 @@ TEST_F(CredentialStoreTest, IssuesDifferentUrlSafeCredentials) {
 
 TEST_F(CredentialStoreTest, AGrantAllowsALoginWithItsAddress) {
     const auto credentials = m_store.issue();
-    ASSERT_TRUE(m_store.grant(credentials.user, Berlin));
-    const auto login = m_store.login(credentials.user, credentials.password, Home);
+    ASSERT_TRUE(m_store.grant(credentials.user, berlin));
+    const auto login = m_store.login(credentials.user, credentials.password, home);
     EXPECT_EQ(login.refusal, Refusal::None);
-    EXPECT_EQ(login.address, Berlin);
+    EXPECT_EQ(login.address, berlin);
 }
 
-TEST_F(CredentialStoreTest, TheSamePlaceMayLogInAgainWithItsAddressUntilTheUserExpires) {
+TEST_F(CredentialStoreTest, TheSameSourceMayLogInAgainWithItsAddressUntilTheUserExpires) {
     const auto credentials = m_store.issue();
-    m_store.grant(credentials.user, Berlin);
-    m_store.login(credentials.user, credentials.password, Home);
-    m_now += seconds(99); // long after the time for the first login
-    const auto again = m_store.login(credentials.user, credentials.password, Home);
+    m_store.grant(credentials.user, berlin);
+    m_store.login(credentials.user, credentials.password, home);
+    m_now += seconds(99); // long after the limit for the first login
+    const auto again = m_store.login(credentials.user, credentials.password, home);
     EXPECT_EQ(again.refusal, Refusal::None);
-    EXPECT_EQ(again.address, Berlin);
+    EXPECT_EQ(again.address, berlin);
     m_now += seconds(1);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::UnknownUser);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::UnknownUser);
 }
 
-TEST_F(CredentialStoreTest, AnotherPlaceMayNotUseAUsedGrant) {
+TEST_F(CredentialStoreTest, AnotherSourceMayNotUseAUsedGrant) {
     const auto credentials = m_store.issue();
-    m_store.grant(credentials.user, Berlin);
-    m_store.login(credentials.user, credentials.password, Home);
+    m_store.grant(credentials.user, berlin);
+    m_store.login(credentials.user, credentials.password, home);
     for (const char *elsewhere : {"198.51.100.11", "198.51.100.1", "198.51.100.100", ""}) {
         EXPECT_EQ(m_store.login(credentials.user, credentials.password, elsewhere).refusal,
                   Refusal::UsedElsewhere);
     }
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::None);
-    m_store.grant(credentials.user, Boston);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, "198.51.100.11").address, Boston);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::UsedElsewhere);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::None);
+    m_store.grant(credentials.user, boston);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, "198.51.100.11").address, boston);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::UsedElsewhere);
 }
 
-TEST_F(CredentialStoreTest, AnUnknownPlaceLogsInOnce) {
+TEST_F(CredentialStoreTest, AnUnknownSourceLogsInOnce) {
     const auto credentials = m_store.issue();
-    m_store.grant(credentials.user, Berlin);
+    m_store.grant(credentials.user, berlin);
     EXPECT_EQ(m_store.login(credentials.user, credentials.password, "").refusal, Refusal::None);
     EXPECT_EQ(m_store.login(credentials.user, credentials.password, "").refusal, Refusal::UsedElsewhere);
 }
 
 TEST_F(CredentialStoreTest, EveryGrantAllowsAnotherLogin) {
     const auto credentials = m_store.issue();
-    for (const Ipv4Address address : {Berlin, Boston, Berlin}) {
+    for (const Ipv4Address address : {berlin, boston, berlin}) {
         ASSERT_TRUE(m_store.grant(credentials.user, address));
-        EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).address, address);
+        EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).address, address);
     }
 }
 
 TEST_F(CredentialStoreTest, GrantsReplaceEachOtherAndDoNotAddUp) {
     const auto credentials = m_store.issue();
-    m_store.grant(credentials.user, Berlin);
-    m_store.grant(credentials.user, Boston);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).address, Boston);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).address, Boston);
+    m_store.grant(credentials.user, berlin);
+    m_store.grant(credentials.user, boston);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).address, boston);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).address, boston);
 }
 
 TEST_F(CredentialStoreTest, ALoginWithoutAGrantIsRefused) {
     const auto credentials = m_store.issue();
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::NotGranted);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::NotGranted);
 }
 
-TEST_F(CredentialStoreTest, AWrongPasswordIsRefusedAndUsesNothingUp) {
+TEST_F(CredentialStoreTest, AWrongPasswordIsRefusedAndKeepsTheGrant) {
     const auto credentials = m_store.issue();
-    m_store.grant(credentials.user, Berlin);
+    m_store.grant(credentials.user, berlin);
     for (const std::string &wrong :
          {std::string(), credentials.password + 'x', credentials.password.substr(1),
           std::string(credentials.password.size(), 'x')}) {
-        EXPECT_EQ(m_store.login(credentials.user, wrong, Home).refusal, Refusal::WrongPassword);
+        EXPECT_EQ(m_store.login(credentials.user, wrong, home).refusal, Refusal::WrongPassword);
     }
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::None);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::None);
 }
 
 TEST_F(CredentialStoreTest, UnknownUsersAreRefused) {
-    EXPECT_FALSE(m_store.knows("nobody"));
-    EXPECT_FALSE(m_store.grant("nobody", Berlin));
-    EXPECT_EQ(m_store.login("nobody", "x", Home).refusal, Refusal::UnknownUser);
-    EXPECT_EQ(m_store.login("", "", Home).refusal, Refusal::UnknownUser);
+    EXPECT_FALSE(m_store.knows("unknown"));
+    EXPECT_FALSE(m_store.grant("unknown", berlin));
+    EXPECT_EQ(m_store.login("unknown", "x", home).refusal, Refusal::UnknownUser);
+    EXPECT_EQ(m_store.login("", "", home).refusal, Refusal::UnknownUser);
 }
 
 TEST_F(CredentialStoreTest, AUserExpires) {
     const auto credentials = m_store.issue();
     m_now += seconds(99);
-    EXPECT_TRUE(m_store.grant(credentials.user, Berlin));
+    EXPECT_TRUE(m_store.grant(credentials.user, berlin));
     m_now += seconds(1);
     EXPECT_FALSE(m_store.knows(credentials.user));
-    EXPECT_FALSE(m_store.grant(credentials.user, Berlin));
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::UnknownUser);
+    EXPECT_FALSE(m_store.grant(credentials.user, berlin));
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::UnknownUser);
     EXPECT_EQ(m_store.size(), 0U);
 }
 
 TEST_F(CredentialStoreTest, AGrantExpires) {
     const auto credentials = m_store.issue();
-    m_store.grant(credentials.user, Berlin);
+    m_store.grant(credentials.user, berlin);
     m_now += seconds(10);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::NotGranted);
-    m_store.grant(credentials.user, Berlin);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::NotGranted);
+    m_store.grant(credentials.user, berlin);
     m_now += seconds(9);
-    EXPECT_EQ(m_store.login(credentials.user, credentials.password, Home).refusal, Refusal::None);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::None);
 }
 
-TEST_F(CredentialStoreTest, TheOldestMakeRoom) {
+TEST_F(CredentialStoreTest, TheOldestUserIsReplaced) {
     const auto oldest = m_store.issue();
     const auto second = m_store.issue();
     m_store.issue();
@@ -159,4 +160,5 @@ TEST(SystemRandomText, HasTheLengthAndDoesNotRepeat) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

@@ -31,8 +31,8 @@ inline Config sampleConfig() {
     return config;
 }
 
-/// A certificate block that only has to look like one.
-inline constexpr const char *SamplePem =
+/// Has the form of a certificate block; its content is no certificate.
+inline constexpr const char *samplePem =
     "-----BEGIN CERTIFICATE-----\nAAAA\nBBBB\n-----END CERTIFICATE-----\n";
 
 } // namespace quorvane::service::test

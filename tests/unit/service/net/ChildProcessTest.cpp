@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 namespace quorvane::service {
+
 namespace {
 
 namespace asio = boost::asio;
@@ -33,13 +34,13 @@ protected:
     std::optional<int> m_status;
 };
 
-TEST_F(ChildProcesses, TheExitStatusIsTold) {
+TEST_F(ChildProcesses, TheExitStatusIsReported) {
     ASSERT_TRUE(start({"sh", "-c", "exit 7"}));
     m_context.run();
     EXPECT_EQ(m_status, 7);
 }
 
-TEST_F(ChildProcesses, TheSignalThatEndedItIsTold) {
+TEST_F(ChildProcesses, TheSignalThatEndedItIsReported) {
     const auto process = start({"sleep", "60"});
     ASSERT_TRUE(process);
     process->signal(SIGTERM);
@@ -47,15 +48,15 @@ TEST_F(ChildProcesses, TheSignalThatEndedItIsTold) {
     EXPECT_EQ(m_status, 128 + SIGTERM);
 }
 
-TEST_F(ChildProcesses, WhatDoesNotExistIsNotStarted) {
+TEST_F(ChildProcesses, AMissingProgramIsNotStarted) {
     EXPECT_FALSE(start({"/no/such/program"}));
     m_context.run();
     EXPECT_EQ(m_status, std::nullopt);
 }
 
 // Two descriptors become ready at once. The handler of the first closes the second and starts a program,
-// which inherits the second one's place in the reactor and with it the event that is still on its way.
-TEST_F(ChildProcesses, AnothersEventIsNotTakenForItsEnd) {
+// whose process descriptor receives the number of the second and its pending event in the reactor.
+TEST_F(ChildProcesses, APendingEventOfAnotherDescriptorIsNoEnd) {
     Socket first(m_context);
     Socket firstPeer(m_context);
     Socket second(m_context);
@@ -63,18 +64,19 @@ TEST_F(ChildProcesses, AnothersEventIsNotTakenForItsEnd) {
     asio::local::connect_pair(first, firstPeer);
     asio::local::connect_pair(second, secondPeer);
     std::unique_ptr<ChildProcess> process;
-    asio::steady_timer meanwhile(m_context);
+    asio::steady_timer timer(m_context);
     first.async_wait(Socket::wait_read, [&](const boost::system::error_code &) {
         second.close();
         process = start({"sleep", "5"});
-        meanwhile.expires_after(std::chrono::milliseconds(50));
-        meanwhile.async_wait([&](const boost::system::error_code &) { process->signal(SIGKILL); });
+        timer.expires_after(std::chrono::milliseconds(50));
+        timer.async_wait([&](const boost::system::error_code &) { process->signal(SIGKILL); });
     });
     asio::write(firstPeer, asio::buffer("x", 1));
     asio::write(secondPeer, asio::buffer("x", 1));
     m_context.run();
-    EXPECT_EQ(m_status, 128 + SIGKILL) << "the loop stood still until the program ended by itself";
+    EXPECT_EQ(m_status, 128 + SIGKILL) << "the loop was blocked until the program ended by itself";
 }
 
 } // namespace
+
 } // namespace quorvane::service

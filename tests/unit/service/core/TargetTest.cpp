@@ -3,9 +3,10 @@
 #include <gtest/gtest.h>
 
 namespace quorvane::service {
+
 namespace {
 
-TEST(Target, TakesTheQueryApartInOrder) {
+TEST(Target, ParsesTheQueryInOrder) {
     const auto target = Target::parse("/?cmd=VPNC&ver=1.0&&systamp=MacOS,user,mobilebox&empty=&flag");
     ASSERT_TRUE(target);
     EXPECT_EQ(target->path(), "/");
@@ -43,7 +44,7 @@ TEST(Target, QuestionMarksAfterTheFirstBelongToTheQuery) {
 
 class MalformedTarget : public testing::TestWithParam<std::string> {};
 
-TEST_P(MalformedTarget, GivesNothing) {
+TEST_P(MalformedTarget, IsRefused) {
     EXPECT_FALSE(Target::parse(GetParam()));
 }
 
@@ -56,7 +57,7 @@ TEST(Target, BytesAboveAsciiPassThrough) {
     EXPECT_EQ(Target::parse("/?a=\xc3\xa9\xff")->last("a"), "\xc3\xa9\xff");
 }
 
-TEST(Target, SurvivesALongQuery) {
+TEST(Target, ALongQueryIsParsed) {
     std::string raw = "/?";
     for (int i = 0; i < 50000; ++i) {
         raw += "a=1&";
@@ -67,4 +68,5 @@ TEST(Target, SurvivesALongQuery) {
 }
 
 } // namespace
+
 } // namespace quorvane::service

@@ -5,6 +5,7 @@
 #include <vector>
 
 namespace quorvane::service {
+
 namespace {
 
 using Kind = ManagementEvent::Kind;
@@ -17,15 +18,15 @@ protected:
     }};
 };
 
-constexpr std::string_view Login = ">CLIENT:CONNECT,7,2\r\n"
-                                   ">CLIENT:ENV,n_clients=0\r\n"
-                                   ">CLIENT:ENV,password=pa=ss,word\r\n"
-                                   ">CLIENT:ENV,untrusted_ip=198.51.100.10\r\n"
-                                   ">CLIENT:ENV,username=user1\r\n"
-                                   ">CLIENT:ENV,END\r\n";
+constexpr std::string_view loginLines = ">CLIENT:CONNECT,7,2\r\n"
+                                        ">CLIENT:ENV,n_clients=0\r\n"
+                                        ">CLIENT:ENV,password=pa=ss,word\r\n"
+                                        ">CLIENT:ENV,untrusted_ip=198.51.100.10\r\n"
+                                        ">CLIENT:ENV,username=user1\r\n"
+                                        ">CLIENT:ENV,END\r\n";
 
 TEST_F(ManagementParserTest, ReadsALogin) {
-    EXPECT_TRUE(m_parser.feed(Login));
+    EXPECT_TRUE(m_parser.feed(loginLines));
     ASSERT_EQ(m_events.size(), 1U);
     EXPECT_EQ(m_events[0].kind, Kind::Connect);
     EXPECT_EQ(m_events[0].client, 7U);
@@ -36,8 +37,8 @@ TEST_F(ManagementParserTest, ReadsALogin) {
     EXPECT_EQ(m_events[0].field("n_clients"), "");
 }
 
-TEST_F(ManagementParserTest, DoesNotCareHowTheBytesAreCut) {
-    for (const char byte : Login) {
+TEST_F(ManagementParserTest, AcceptsAnyDivisionOfTheBytes) {
+    for (const char byte : loginLines) {
         EXPECT_TRUE(m_parser.feed({&byte, 1}));
     }
     ASSERT_EQ(m_events.size(), 1U);
@@ -70,16 +71,16 @@ TEST_F(ManagementParserTest, ReadsTheOtherNotifications) {
     EXPECT_EQ(m_events[7].key, 1U);
 }
 
-TEST_F(ManagementParserTest, PassesOverWhatItDoesNotKnow) {
+TEST_F(ManagementParserTest, IgnoresUnknownLines) {
     EXPECT_TRUE(m_parser.feed("\n\r\n>\n>CLIENT\n>CLIENT:\n>CLIENT:ADDRESS,1,10.8.0.2,1\n>CLIENT:ENV,END\n"
                               ">CLIENT:CR_RESPONSE,1,2,abcd\n>CLIENT:ENV,username=x\n>CLIENT:ENV,END\n"
                               ">BYTECOUNT:1,2\nnonsense\n>CLIENT:ENV\n>CLIENT:ENV,\n"));
     EXPECT_TRUE(m_events.empty());
 }
 
-TEST_F(ManagementParserTest, AnAddressNoteHasNoFieldsToSwallow) {
+TEST_F(ManagementParserTest, AnAddressNotificationHasNoFields) {
     m_parser.feed(">CLIENT:ADDRESS,7,10.8.0.2,1\n");
-    m_parser.feed(Login);
+    m_parser.feed(loginLines);
     EXPECT_EQ(m_events.size(), 1U);
 }
 
@@ -100,23 +101,23 @@ TEST_F(ManagementParserTest, AnUnfinishedNotificationIsDroppedByTheNext) {
     EXPECT_EQ(m_events[0].field("password"), "");
 }
 
-TEST_F(ManagementParserTest, OtherNotificationsMayStandBetweenTheFields) {
+TEST_F(ManagementParserTest, OtherNotificationsMayComeBetweenTheFields) {
     m_parser.feed(">CLIENT:CONNECT,1,1\n>CLIENT:ENV,username=u\n>STATE:1,CONNECTED\n>CLIENT:ENV,END\n");
     ASSERT_EQ(m_events.size(), 2U);
     EXPECT_EQ(m_events[0].kind, Kind::State);
     EXPECT_EQ(m_events[1].field("username"), "u");
 }
 
-TEST_F(ManagementParserTest, AnOverlongLineEndsIt) {
-    EXPECT_TRUE(m_parser.feed(std::string(ManagementParser::LongestLine, 'x')));
+TEST_F(ManagementParserTest, ATooLongLineEndsTheParsing) {
+    EXPECT_TRUE(m_parser.feed(std::string(ManagementParser::maximumLineLength, 'x')));
     EXPECT_FALSE(m_parser.feed("x"));
     EXPECT_FALSE(m_parser.feed("\n>HOLD:\n"));
     EXPECT_TRUE(m_events.empty());
 }
 
-TEST_F(ManagementParserTest, TheLimitIsForOneLineNotForTheStream) {
+TEST_F(ManagementParserTest, TheLimitAppliesToOneLineNotToTheStream) {
     for (int i = 0; i < 100; ++i) {
-        EXPECT_TRUE(m_parser.feed(std::string(ManagementParser::LongestLine, 'x') + '\n'));
+        EXPECT_TRUE(m_parser.feed(std::string(ManagementParser::maximumLineLength, 'x') + '\n'));
     }
     EXPECT_TRUE(m_parser.feed(">HOLD:\n"));
     EXPECT_EQ(m_events.size(), 1U);
@@ -134,4 +135,5 @@ TEST_F(ManagementParserTest, BinaryBytesDoNoHarm) {
 }
 
 } // namespace
+
 } // namespace quorvane::service
