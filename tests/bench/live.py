@@ -29,11 +29,13 @@ from world.service import BERLIN  # noqa: E402 # pylint: disable=wrong-import-po
 STALL = 0.05
 SHARE_OVER = 10
 # The child processes that the main thread waits for. The launch of OpenVPN is waited for elsewhere.
-STEPS = {"networksetup -getdnsservers": "look at the name servers",
-         "networksetup -setdnsservers": "setting of the name servers",
-         "/test_credentials.sh": "test of the administrator",
-         "/extractip.sh": "extractip",
-         "killall -9 openvpn": "end of OpenVPN"}
+STEPS = {
+    "networksetup -getdnsservers": "look at the name servers",
+    "networksetup -setdnsservers": "setting of the name servers",
+    "/test_credentials.sh": "test of the administrator",
+    "/extractip.sh": "extractip",
+    "killall -9 openvpn": "end of OpenVPN",
+}
 
 
 @contextlib.contextmanager
@@ -82,7 +84,9 @@ def session(world, client, phases):
     children.start()
     client.ask("probe_begin", key="first")
     client.wait_ready()
-    world.home.wait_for(lambda: client.output().count("getSystemDns") >= 2, 15, "the name servers were looked at")
+    world.home.wait_for(
+        lambda: client.output().count("getSystemDns") >= 2, 15, "the name servers were looked at"
+    )
     rest(1)
     phases.begin("hide")
     client.hide()
@@ -132,7 +136,9 @@ def bench_loop():
             found[where].append({"seconds": end - begin, "phase": phases.at(begin), "steps": names})
     ran = {name for child in children for name in steps_during(child["begin"], child["end"], [child])[0]}
     if not {"look at the name servers", "test of the administrator", "extractip", "end of OpenVPN"} <= ran:
-        raise RuntimeError(f"not all blocking steps were seen: {ran} of {[child['name'] for child in children]}")
+        raise RuntimeError(
+            f"not all blocking steps were seen: {ran} of {[child['name'] for child in children]}"
+        )
     return found
 
 
@@ -152,7 +158,9 @@ def bench_tray():
         tray.appear()
         client.start()
         client.wait_ready()
-        world.home.wait_for(lambda: client.output().count("getSystemDns") >= 2, 15, "the name servers were looked at")
+        world.home.wait_for(
+            lambda: client.output().count("getSystemDns") >= 2, 15, "the name servers were looked at"
+        )
         still = tray.wait_item()["icon"]
         pid = process_of(world)
         rest(2)

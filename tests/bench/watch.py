@@ -63,5 +63,10 @@ def command_of(pid):
 
 def processor_seconds(pid):
     """What the threads of a process that live now have used so far."""
-    return sum(int(numbers.read_text("ascii").split()[0])
-               for numbers in Path(f"/proc/{pid}/task").glob("*/schedstat")) / 1e9
+    return (
+        sum(
+            int(numbers.read_text("ascii").split()[0])
+            for numbers in Path(f"/proc/{pid}/task").glob("*/schedstat")
+        )
+        / 1e9
+    )

@@ -24,8 +24,9 @@ class Photographer:
 
     def _geometry(self, title):
         """Left, top, width and height of a window without its frame."""
-        found = self.client.display.run("xdotool", "search", "--onlyvisible", "--name", title, "getwindowgeometry",
-                                        "--shell", timeout=20).stdout
+        found = self.client.display.run(
+            "xdotool", "search", "--onlyvisible", "--name", title, "getwindowgeometry", "--shell", timeout=20
+        ).stdout
         values = dict(line.split("=") for line in found.splitlines() if "=" in line)
         return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
 
@@ -33,8 +34,18 @@ class Photographer:
         path = self.out / f"{name}-{self.scale}x.png"
         whole = self.out / "whole.png"
         self.client.display.screenshot(whole)
-        subprocess.run(["convert", str(whole), "-crop", f"{width}x{height}+{max(left, 0)}+{max(top, 0)}", "+repage",
-                        str(path)], check=True, timeout=60)
+        subprocess.run(
+            [
+                "convert",
+                str(whole),
+                "-crop",
+                f"{width}x{height}+{max(left, 0)}+{max(top, 0)}",
+                "+repage",
+                str(path),
+            ],
+            check=True,
+            timeout=60,
+        )
         whole.unlink()
         self.taken.append(path.name)
 
@@ -42,8 +53,13 @@ class Photographer:
         """A window with its frame, and `below` usual pixels of what is under it."""
         left, top, width, height = self._geometry(title)
         margin = MARGIN
-        self._save(name, left - margin, top - margin - FRAME, width + 2 * margin,
-                   height + 2 * margin + FRAME + below * self.scale)
+        self._save(
+            name,
+            left - margin,
+            top - margin - FRAME,
+            width + 2 * margin,
+            height + 2 * margin + FRAME + below * self.scale,
+        )
 
     def corner(self, name, width, height):
         """The upper right corner of the screen, in usual pixels."""
@@ -54,7 +70,9 @@ class Photographer:
         self.client.display.press_keys(title, keys)
 
     def wait_window(self, title, shown=True):
-        self.client.home.wait_for(lambda: self.client.display.on_screen(title) == shown, 10, f"{title} shows: {shown}")
+        self.client.home.wait_for(
+            lambda: self.client.display.on_screen(title) == shown, 10, f"{title} shows: {shown}"
+        )
 
     def still(self):
         """Waits until the screen stays as it is, so that nothing is caught half drawn."""

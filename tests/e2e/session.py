@@ -53,17 +53,22 @@ def give_to_owner(folder):
 
 
 def by_hand(world, client):
-    print(f"""
+    print(
+        f"""
 The client is on your screen, as {JOE.full_name}, who is no administrator. When it asks for one, give
     user name   {ADA.name}   (or: {ADA.full_name})
     password    {ADA.password}
 The real address of this home is {network.REAL_ADDRESS}. Quit the client to end.
-""", flush=True)
+""",
+        flush=True,
+    )
     client.start()
     status = client.wait_exit(timeout=DEFERRED_END)
     client.wait_no_openvpn()
     check(status == 0, f"the client ended with {status}")
-    check(world.home.public_address() == network.REAL_ADDRESS, "the home does not have its real address again")
+    check(
+        world.home.public_address() == network.REAL_ADDRESS, "the home does not have its real address again"
+    )
     line("after the end", f"real IP {network.REAL_ADDRESS} again, no OpenVPN process left")
 
 
@@ -89,9 +94,13 @@ def check_shown(world, client):
     check(service.is_lent_address(shown), f"the window shows {shown!r}, which is no lent address")
     check(shown == asked, f"the window shows {shown}, but {asked} was asked for")
     check(seen == asked, f"inet saw {seen}, but {asked} was asked for")
-    check(world.service.requests()[-1].peer == seen, "the service did not write down the address that it told")
+    check(
+        world.service.requests()[-1].peer == seen, "the service did not write down the address that it told"
+    )
     place = service.location_of(asked)
-    check(client.text("Location") == place.title, f"the window shows the location {client.text('Location')!r}")
+    check(
+        client.text("Location") == place.title, f"the window shows the location {client.text('Location')!r}"
+    )
     return asked, place
 
 

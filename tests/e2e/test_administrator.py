@@ -54,11 +54,15 @@ def test_own_account_that_may_not_become_administrator(world, client):
     check_no_session(world, client)
 
 
-@pytest.mark.parametrize("user, entered, account", [
-    (JOE.name, ADA.full_name, ADA),
-    (NORM.name, SUE.name, SUE),
-    (SUE.name, SUE.full_name, SUE),
-], ids=["other-by-full-name", "other-by-login", "self-by-full-name"])
+@pytest.mark.parametrize(
+    "user, entered, account",
+    [
+        (JOE.name, ADA.full_name, ADA),
+        (NORM.name, SUE.name, SUE),
+        (SUE.name, SUE.full_name, SUE),
+    ],
+    ids=["other-by-full-name", "other-by-login", "self-by-full-name"],
+)
 def test_administrators_that_are_accepted(world, make_client, user, entered, account):
     client = make_client(world, user)
     client.start()

@@ -7,7 +7,9 @@ from harness.resolvers import NetworkManager
 from world.accounts import ADA
 
 RIGHT, WRONG = "8.8.8.8 8.8.4.4", "8.8.8.8"
-SET_LINES = [f"networksetup -setdnsservers {service} 8.8.8.8 8.8.4.4" for service in ("Ethernet", "Wi-Fi", "AirPort")]
+SET_LINES = [
+    f"networksetup -setdnsservers {service} 8.8.8.8 8.8.4.4" for service in ("Ethernet", "Wi-Fi", "AirPort")
+]
 
 
 def set_lines(world):
@@ -73,7 +75,10 @@ def test_wrong_in_resolv_conf(make_world, make_client):
     client.remember_administrator(ADA)
     client.start()
     file = world.home.path("/etc/resolv.conf")
-    world.home.wait_for(lambda: file.read_text(encoding="utf-8").startswith("nameserver 8.8.8.8\nnameserver 8.8.4.4\n"),
-                        ui.PASSWORD, "both servers in the file")
+    world.home.wait_for(
+        lambda: file.read_text(encoding="utf-8").startswith("nameserver 8.8.8.8\nnameserver 8.8.4.4\n"),
+        ui.PASSWORD,
+        "both servers in the file",
+    )
     world.home.wait_for(lambda: len(set_lines(world)) >= 3, ui.PASSWORD, "three lines")
     assert set_lines(world) == SET_LINES

@@ -50,7 +50,9 @@ def hidden(make_home):
 
 def run(world, configuration=CONFIGURATION, environment=None):
     begun = time.monotonic()
-    done = world.home.run("/bin/bash", SCRIPT, configuration, user="joe", environment=environment, check=False)
+    done = world.home.run(
+        "/bin/bash", SCRIPT, configuration, user="joe", environment=environment, check=False
+    )
     assert time.monotonic() - begun < LONGEST
     assert done.stderr == ""
     return done.returncode, done.stdout
@@ -112,7 +114,9 @@ def test_tunnel_up_other_name_sources(hidden):
 
 def test_tunnel_up_users_own_settings_do_not_matter(hidden):
     """Neither a proxy nor a .curlrc of the user's turns the question aside; the authority is checked."""
-    hidden.home.write("/home/joe/.curlrc", "url = https://192.0.2.99/\ninsecure\ninterface = eth0\n", owner="joe")
+    hidden.home.write(
+        "/home/joe/.curlrc", "url = https://192.0.2.99/\ninsecure\ninterface = eth0\n", owner="joe"
+    )
     proxy = "http://192.0.2.99:1"
     environment = {"https_proxy": proxy, "ALL_PROXY": proxy, "CURL_CA_BUNDLE": "/nowhere"}
     assert run(hidden, environment=environment) == (0, LENT + "\n")
@@ -125,8 +129,14 @@ def test_tunnel_up_users_own_settings_do_not_matter(hidden):
 def hole(rule):
     """Drops or refuses at the gateway what matches, for a while."""
     if "reject" in rule:
-        network.inside(network.GATEWAY, "nft", "-f", "-", input="table ip hole {\n chain passing {\n"
-                       f"  type filter hook forward priority 0;\n  {rule}\n }}\n}}\n")
+        network.inside(
+            network.GATEWAY,
+            "nft",
+            "-f",
+            "-",
+            input="table ip hole {\n chain passing {\n"
+            f"  type filter hook forward priority 0;\n  {rule}\n }}\n}}\n",
+        )
     else:
         network.swallow(rule)
     yield
@@ -164,9 +174,15 @@ def test_tunnel_up_routes_beside_it(hidden):
 @pytest.mark.parametrize("when", ["the name is asked for", "the service is asked"])
 def test_tunnel_lost_meanwhile(hidden, when):
     """OpenVPN is killed while the question waits for its answer; afterwards every way is open again."""
-    with hole("udp dport 53" if "name" in when else "ip saddr 10.8.0.0/16 tcp dport 443"), \
-            hidden.home.popen("/bin/bash", SCRIPT, CONFIGURATION, user="joe", stdout=subprocess.PIPE,
-                              stderr=subprocess.PIPE, text=True) as script:
+    with hole("udp dport 53" if "name" in when else "ip saddr 10.8.0.0/16 tcp dport 443"), hidden.home.popen(
+        "/bin/bash",
+        SCRIPT,
+        CONFIGURATION,
+        user="joe",
+        stdout=subprocess.PIPE,
+        stderr=subprocess.PIPE,
+        text=True,
+    ) as script:
         waiting = "dd" if "name" in when else "curl"
         hidden.home.wait_for(lambda: hidden.home.processes(waiting), 5, f"{waiting} waits")
         hidden.tunnel.kill()
@@ -216,8 +232,12 @@ def test_tunnel_that_carries_a_part(make_home):
     """Half of the addresses, only the service's, or the halves on two devices: not ours."""
     world = make_home()
     make_tun(world)
-    for part in ({"0.0.0.0/1": DEVICE}, {"128.0.0.0/1": DEVICE}, {"192.0.2.0/24": DEVICE, "8.8.0.0/16": DEVICE},
-                 {"0.0.0.0/1": DEVICE, "128.0.0.0/1": "eth0"}):
+    for part in (
+        {"0.0.0.0/1": DEVICE},
+        {"128.0.0.0/1": DEVICE},
+        {"192.0.2.0/24": DEVICE, "8.8.0.0/16": DEVICE},
+        {"0.0.0.0/1": DEVICE, "128.0.0.0/1": "eth0"},
+    ):
         for target, device in part.items():
             route(world, "add", target, "dev", device)
         assert run(world) == NOTHING, part
@@ -256,7 +276,9 @@ def test_whose_tunnel_it_is(hidden):
     route(hidden, "replace", "default", "dev", DEVICE)
     assert run(hidden) == (0, LENT + "\n"), "the other way to carry everything"
     for configuration in ("/nowhere", "", "/var/tmp"):
-        assert run(hidden, configuration=configuration) == NOTHING, "without a configuration it cannot be told"
+        assert (
+            run(hidden, configuration=configuration) == NOTHING
+        ), "without a configuration it cannot be told"
 
 
 # --- the client

@@ -8,24 +8,39 @@ from world.service import BERLIN
 
 
 def ask_as_a_script(world, target):
-    return world.home.run("curl", "-q", "-fsS", "--cacert", "/etc/quorvane/ca.crt",
-                          f"https://{network.API_HOST}{target}", user="joe").stdout
+    return world.home.run(
+        "curl",
+        "-q",
+        "-fsS",
+        "--cacert",
+        "/etc/quorvane/ca.crt",
+        f"https://{network.API_HOST}{target}",
+        user="joe",
+    ).stdout
 
 
 def test_wrong_vpn_credentials(world, client):
     """A stored configuration whose password the service does not know: AUTH_FAILED, then the alert."""
     answer = ask_as_a_script(world, "/?cmd=MRTSL&ver=1&device=1&systamp=MacOS,user,mobilebox&uniqueid=x")
     user = dict(line.split(":", 1) for line in answer.split("<br />") if ":" in line)["VPNUser"].strip()
-    answer = ask_as_a_script(world, f"/?cmd=VPNC&ver=1&device=1&server=571&desiredip={BERLIN.addresses[0]}"
-                                    f"&sessid={user}&&systamp=MacOS,user,mobilebox&uniqueid=x&proto=UDP")
+    answer = ask_as_a_script(
+        world,
+        f"/?cmd=VPNC&ver=1&device=1&server=571&desiredip={BERLIN.addresses[0]}"
+        f"&sessid={user}&&systamp=MacOS,user,mobilebox&uniqueid=x&proto=UDP",
+    )
     path = f"{client.folder}/Documents/Quorvane/qrvp.ovpn"
-    world.home.write(path, answer.partition("VPNConfig: ")[2].replace("<br />", "\n"), owner="joe", mode=0o600)
-    client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path, vpnUsername=user,
-                                  vpnPassword="wrong")
+    world.home.write(
+        path, answer.partition("VPNConfig: ")[2].replace("<br />", "\n"), owner="joe", mode=0o600
+    )
+    client.remember_administrator(
+        ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path, vpnUsername=user, vpnPassword="wrong"
+    )
     asked = len(world.service.requests_of("VPNC"))
     client.start()
     client.hide()
-    world.home.wait_for(lambda: "AUTH_FAILED" in client.openvpn_log(), ui.SESSION, "the refusal in OpenVPN's log")
+    world.home.wait_for(
+        lambda: "AUTH_FAILED" in client.openvpn_log(), ui.SESSION, "the refusal in OpenVPN's log"
+    )
     assert world.service.lent() == {}
     outcomes.check_given_up(client)
     assert world.service.lent() == {}
@@ -74,7 +89,9 @@ def test_network_is_gone_at_the_press(world, client):
     assert not client.button_state()["checked"]
     assert client.text("Status line") == ui.NOT_HIDING
     world.network.reconnect_home()
-    world.home.wait_for(lambda: client.output().count("inet YES") >= 2, 10, "the client notices the cable again")
+    world.home.wait_for(
+        lambda: client.output().count("inet YES") >= 2, 10, "the client notices the cable again"
+    )
     assert world.service.requests_of("VPNC") == []
     client.hide()
     client.wait_hidden()
@@ -102,9 +119,10 @@ def test_service_down_at_the_start(make_world, make_client):
     client.start()
     alert = client.wait_alert(ui.ANSWER)
     assert alert["title"] == "Error" and alert["buttons"] == ["OK"]
-    assert alert["texts"] == \
-        ["There was a problem connecting to the Quorvane server, please check your Internet connection or firewall "
-         "settings."]
+    assert alert["texts"] == [
+        "There was a problem connecting to the Quorvane server, please check your Internet connection or firewall "
+        "settings."
+    ]
     assert client.current_address() == "0.0.0.0"
     client.dismiss_alert()
     client.wait({"role": "alert"}, 10, absent=True)

@@ -31,14 +31,26 @@ LIMIT = 60
 
 def ask(world, target):
     """What the real service answers to somebody at home."""
-    return world.home.run("curl", "-q", "-fsS", "--cacert", "/etc/quorvane/ca.crt",
-                          f"https://{network.API_HOST}{target}", user="joe").stdout.encode()
+    return world.home.run(
+        "curl",
+        "-q",
+        "-fsS",
+        "--cacert",
+        "/etc/quorvane/ca.crt",
+        f"https://{network.API_HOST}{target}",
+        user="joe",
+    ).stdout.encode()
 
 
 def a_configuration(world):
-    listed = dict(line.split(":", 1) for line in ask(world, LIST_REQUEST).decode().split("<br />") if ":" in line)
-    return ask(world, f"/?cmd=VPNC&ver=1&device=1&server=571&desiredip={BERLIN.addresses[0]}"
-                      f"&sessid={listed['VPNUser'].strip()}&&systamp=MacOS,user,mobilebox&uniqueid=x&proto=UDP")
+    listed = dict(
+        line.split(":", 1) for line in ask(world, LIST_REQUEST).decode().split("<br />") if ":" in line
+    )
+    return ask(
+        world,
+        f"/?cmd=VPNC&ver=1&device=1&server=571&desiredip={BERLIN.addresses[0]}"
+        f"&sessid={listed['VPNUser'].strip()}&&systamp=MacOS,user,mobilebox&uniqueid=x&proto=UDP",
+    )
 
 
 def other_host(world):
@@ -66,7 +78,11 @@ ANSWERS = {
     "huge_header": lambda right: api.huge_header(FLOOD),
     "redirect_to_http": lambda right: api.redirect(f"http://{network.API_HOST}/"),
 }
-CERTIFICATES = {"of_another_host": other_host, "of_an_unknown_authority": unknown_authority, "expired": expired}
+CERTIFICATES = {
+    "of_another_host": other_host,
+    "of_an_unknown_authority": unknown_authority,
+    "expired": expired,
+}
 SLOW = {"silence": lambda right: api.silent, "a_byte_at_a_time": api.dripping}
 # Left out of the quick part: their likes are in it.
 LIKE_OTHERS = ("no_http", "truncated_in_chunks", "100_megabytes", "empty", "of_another_host", "expired")
@@ -237,15 +253,18 @@ def hostile_list(world, texts, times=1):
     """The service's own answer with other "Server" lines; the texts come back as titles, in order."""
     right = ask(world, LIST_REQUEST).decode()
     kept = [line for line in right.split("<br />") if not line.startswith("Server")]
-    lines = [f"Server: {number},{text},BER,DE,Hostile,0|{BERLIN.addresses[number % len(BERLIN.addresses)]}"
-             for number, text in enumerate(list(texts) * times)]
+    lines = [
+        f"Server: {number},{text},BER,DE,Hostile,0|{BERLIN.addresses[number % len(BERLIN.addresses)]}"
+        for number, text in enumerate(list(texts) * times)
+    ]
     return "<br />".join([*kept, *lines]).encode()
 
 
 def geometry(client):
     """Width and height of the main window on the screen."""
-    shown = client.display.run("xdotool", "search", "--onlyvisible", "--name", "^Quorvane .ver", "getwindowgeometry",
-                               "--shell").stdout
+    shown = client.display.run(
+        "xdotool", "search", "--onlyvisible", "--name", "^Quorvane .ver", "getwindowgeometry", "--shell"
+    ).stdout
     fields = dict(line.split("=") for line in shown.split())
     return int(fields["WIDTH"]), int(fields["HEIGHT"])
 
@@ -277,7 +296,9 @@ def test_hostile_texts(shared):
     for name in CHOSEN:
         title = next(entry for entry in entries if entry.startswith(f"Hostile {HOSTILE_TEXTS[name][:3]}"))
         shared.ask("choose", key="first", query=ui.label("Location choice"), entry=title, timeout=10)
-        shared.home.wait_for(lambda: shared.shows("Location") and shared.text("Location") == title, ui.SESSION, name)
+        shared.home.wait_for(
+            lambda: shared.shows("Location") and shared.text("Location") == title, ui.SESSION, name
+        )
         outcomes.check_hidden(shared)
         assert geometry(shared) == usual_hidden
         check_alive(shared)
@@ -289,8 +310,13 @@ def test_hostile_texts(shared):
     outcomes.check_shown_not_hidden(shared)
 
 
-@pytest.mark.parametrize("address", [pytest.param("<b>1.2.3.4</b>%n%s%1", id="markup", marks=pytest.mark.slow),
-                                     pytest.param("9" * 20000, id="very_long")])
+@pytest.mark.parametrize(
+    "address",
+    [
+        pytest.param("<b>1.2.3.4</b>%n%s%1", id="markup", marks=pytest.mark.slow),
+        pytest.param("9" * 20000, id="very_long"),
+    ],
+)
 def test_hostile_client_address(shared, address):
     """The address that the service says it sees is a text like any other, and may not burst the window."""
     before = outcomes.HomeState(shared.home)
@@ -373,7 +399,9 @@ def test_configuration_certificate(listed, row):
     before = outcomes.HomeState(listed.home)
     with HostileApi(listed.world, {}, CERTIFICATES[row](listed.world)) as hostile:
         press_in_vain(listed, row, before)
-        assert hostile.requests == [] and hostile.refused_handshakes == 1, "the sessid is not told to a stranger"
+        assert (
+            hostile.requests == [] and hostile.refused_handshakes == 1
+        ), "the sessid is not told to a stranger"
     outcomes.check_session(listed, before)
 
 
@@ -387,7 +415,9 @@ def test_configuration_slow(listed, row):
     outcomes.check_session(listed, before)
 
 
-@pytest.mark.parametrize("cut", [pytest.param("before_the_authority", marks=pytest.mark.slow), "in_the_middle_of_it"])
+@pytest.mark.parametrize(
+    "cut", [pytest.param("before_the_authority", marks=pytest.mark.slow), "in_the_middle_of_it"]
+)
 def test_half_a_configuration(listed, cut):
     """A whole answer that holds a part of the configuration: it is stored and started, and comes to nothing."""
     before, noted = outcomes.HomeState(listed.home), outcomes.failures_noted(listed)

@@ -48,15 +48,19 @@ def test_jump_while_searching(world, client, before, after):
     network.swallow(TUNNEL)
     clock = started(client, before)
     client.hide()
-    world.home.wait_for(lambda: "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries")
+    world.home.wait_for(
+        lambda: "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries"
+    )
     clock.set(after)
     network.stop_swallowing()
     check_hidden(client)
     check_stop_and_next_session(client, clock)
 
 
-@pytest.mark.parametrize("before, after", [pytest.param(*FORWARD, id="forward", marks=pytest.mark.slow),
-                                           pytest.param(*BACK, id="back")])
+@pytest.mark.parametrize(
+    "before, after",
+    [pytest.param(*FORWARD, id="forward", marks=pytest.mark.slow), pytest.param(*BACK, id="back")],
+)
 def test_jump_while_hidden(world, client, before, after):
     clock = started(client, before)
     client.hide()
@@ -86,8 +90,10 @@ def test_jump_while_the_automatic_change_waits(world, client, before, after):
         check_not_hidden(client)
 
 
-@pytest.mark.parametrize("hours", [pytest.param(-20, id="too-early"),
-                                   pytest.param(24 * 400, id="too-late", marks=pytest.mark.slow)])
+@pytest.mark.parametrize(
+    "hours",
+    [pytest.param(-20, id="too-early"), pytest.param(24 * 400, id="too-late", marks=pytest.mark.slow)],
+)
 def test_jump_out_of_the_certificates_time(world, client, hours):
     """A service that cannot be trusted by this clock is not used: the alert. With the right time all is well."""
     clock = started(client, 0)

@@ -45,10 +45,13 @@ def check_settings_whole(client):
     assert stored["un"] == ui.scrambled(ADA.name)
 
 
-@pytest.mark.parametrize("spare_pages", [
-    pytest.param(0, id="nothing-fits", marks=pytest.mark.slow),
-    pytest.param(3, id="only-the-log-does-not-fit"),
-])
+@pytest.mark.parametrize(
+    "spare_pages",
+    [
+        pytest.param(0, id="nothing-fits", marks=pytest.mark.slow),
+        pytest.param(3, id="only-the-log-does-not-fit"),
+    ],
+)
 def test_full_disk_below_the_sessions_files(world, remembering, spare_pages):
     """qrvp.ovpn, qrvp.log, .vpnCreds.txt, openvpn.log: the attempt ends in the alert; OpenVPN is never started."""
     client = remembering
@@ -89,8 +92,9 @@ def test_disk_that_fills_up_while_the_tunnel_comes_up(world, remembering):
     client.hide()
     check_given_up(client)
     now = contents(world.home, f"{client.folder}/{FOLDER}")
-    assert {name: now[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")} == \
-        {name: kept[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")}
+    assert {name: now[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")} == {
+        name: kept[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")
+    }
     disk.free()
     check_session(client)
 
@@ -120,7 +124,9 @@ def test_read_only_home(world, remembering):
     """Nothing can be written at home: the start says so once, an attempt ends in the alert, nothing is lost."""
     client = remembering
     disk = SmallDisk(world.home, client.folder, client.user, size="16m")
-    logs = SmallDisk(world.home, f"{client.folder}/logs", client.user)  # the test's own, for the client's output
+    logs = SmallDisk(
+        world.home, f"{client.folder}/logs", client.user
+    )  # the test's own, for the client's output
     before = contents(world.home, client.folder)
     disk.make_read_only()
     check_full(world.home, client.folder, client.user)
@@ -136,7 +142,9 @@ def test_read_only_home(world, remembering):
     disk.make_writable()
     check_session(client)
     check_settings_whole(client)
-    assert client.preferences()["countryCode"] == BERLIN.country_code, "what waited in memory has reached the disk"
+    assert (
+        client.preferences()["countryCode"] == BERLIN.country_code
+    ), "what waited in memory has reached the disk"
 
 
 def test_full_disk_below_the_preferences(world, remembering):
@@ -194,9 +202,10 @@ def test_full_disk_below_temporary_files(world, remembering):
     check_full(world.home, "/tmp", client.user)
     client.start()
     alert = client.wait_alert(ui.ANSWER)
-    assert alert["title"] == "Error" and alert["texts"] == \
-        ["There was a problem connecting to the Quorvane server, please check your Internet connection or firewall "
-         "settings."]
+    assert alert["title"] == "Error" and alert["texts"] == [
+        "There was a problem connecting to the Quorvane server, please check your Internet connection or firewall "
+        "settings."
+    ]
     client.dismiss_alert()
     client.wait({"role": "alert"}, 10, absent=True)
     assert client.current_address() == "0.0.0.0" and not client.button_state()["enabled"]

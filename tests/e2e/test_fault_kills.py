@@ -49,7 +49,9 @@ def fetching(world, client):
     network.swallow(API)
     client.hide()
     client.wait(ui.label("Status line"), 10, name=ui.SEARCHING)
-    world.home.wait_for(lambda: "downloadCertificateForSelectedItem url" in client.output(), 10, "the request")
+    world.home.wait_for(
+        lambda: "downloadCertificateForSelectedItem url" in client.output(), 10, "the request"
+    )
     assert client.openvpn() == []
 
 
@@ -58,7 +60,9 @@ def searching(world, client):
     client.start()
     client.choose_protocol("TCP")
     client.hide()
-    world.home.wait_for(lambda: "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries")
+    world.home.wait_for(
+        lambda: "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries"
+    )
 
 
 def hidden(_world, client):
@@ -72,8 +76,12 @@ def changing(world, client):
     hidden(world, client)
     network.swallow(TUNNEL)
     client.press(CHANGE)
-    world.home.wait_for(lambda: len(world.service.requests_of("VPNC")) == 2 and
-                        "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries anew")
+    world.home.wait_for(
+        lambda: len(world.service.requests_of("VPNC")) == 2
+        and "Attempting to establish TCP" in client.openvpn_log(),
+        ui.SESSION,
+        "OpenVPN tries anew",
+    )
 
 
 def quitting(world, client):
@@ -99,21 +107,30 @@ def check_whole(client):
     assert not configuration.exists() or configuration.read_text(encoding="utf-8").endswith("</ca>\n")
     folders = [client.file("Library/Preferences"), client.file("Documents/Quorvane")]
     names = {path.name for folder in folders if folder.exists() for path in folder.iterdir()}
-    assert names <= {"com.tallowind.Quorvane.plist", "com.tallowind.Quorvane.plist.lock", "qrvp.ovpn", "qrvp.log",
-                     ".vpnCreds.txt", "openvpn.log"}, "nothing half-written lies about"
+    assert names <= {
+        "com.tallowind.Quorvane.plist",
+        "com.tallowind.Quorvane.plist.lock",
+        "qrvp.ovpn",
+        "qrvp.log",
+        ".vpnCreds.txt",
+        "openvpn.log",
+    }, "nothing half-written lies about"
 
 
-@pytest.mark.parametrize("state", [
-    pytest.param(State(start_up, tunnel=False), id="before-the-first-answer", marks=pytest.mark.slow),
-    pytest.param(State(ready, tunnel=False), id="ready", marks=pytest.mark.slow),
-    pytest.param(State(dialog_open, tunnel=False), id="dialog-open", marks=pytest.mark.slow),
-    pytest.param(State(fetching, tunnel=False), id="fetching", marks=pytest.mark.slow),
-    pytest.param(State(searching, tunnel=True), id="searching"),
-    pytest.param(State(hidden, tunnel=True), id="hidden"),
-    pytest.param(State(changing, tunnel=True), id="changing-the-address", marks=pytest.mark.slow),
-    pytest.param(State(quitting, tunnel=True), id="quitting", marks=pytest.mark.slow),
-    pytest.param(State(editing_settings, tunnel=False), id="unsaved-settings", marks=pytest.mark.slow),
-])
+@pytest.mark.parametrize(
+    "state",
+    [
+        pytest.param(State(start_up, tunnel=False), id="before-the-first-answer", marks=pytest.mark.slow),
+        pytest.param(State(ready, tunnel=False), id="ready", marks=pytest.mark.slow),
+        pytest.param(State(dialog_open, tunnel=False), id="dialog-open", marks=pytest.mark.slow),
+        pytest.param(State(fetching, tunnel=False), id="fetching", marks=pytest.mark.slow),
+        pytest.param(State(searching, tunnel=True), id="searching"),
+        pytest.param(State(hidden, tunnel=True), id="hidden"),
+        pytest.param(State(changing, tunnel=True), id="changing-the-address", marks=pytest.mark.slow),
+        pytest.param(State(quitting, tunnel=True), id="quitting", marks=pytest.mark.slow),
+        pytest.param(State(editing_settings, tunnel=False), id="unsaved-settings", marks=pytest.mark.slow),
+    ],
+)
 def test_client_is_killed(world, client, state):
     """OpenVPN stays if it ran, and the next start ends it; no lock holds that start; nothing stored is harmed."""
     resolver = world.home.path("/etc/resolv.conf").read_bytes()
@@ -134,7 +151,9 @@ def test_client_is_killed(world, client, state):
     if state.enter is dialog_open:
         client.wait({"window": ui.DIALOG, "description": "Password"}, ui.PASSWORD, key="next", showing=True)
         for description, text in (("User name", ADA.name), ("Password", ADA.password)):
-            client.ask("set_text", key="next", query={"window": ui.DIALOG, "description": description}, text=text)
+            client.ask(
+                "set_text", key="next", query={"window": ui.DIALOG, "description": description}, text=text
+            )
         client.press(ui.button("Start", ui.DIALOG), key="next")
         check_hidden(client, key="next")
         client.stop(key="next")
@@ -174,7 +193,9 @@ def test_openvpn_is_killed_while_hidden(world, client, tunnel):
     hidden(world, client)
     tunnel()
     client.wait_no_openvpn()
-    world.home.wait_for(lambda: world.home.public_address() == network.REAL_ADDRESS, 10, "the address is real again")
+    world.home.wait_for(
+        lambda: world.home.public_address() == network.REAL_ADDRESS, 10, "the address is real again"
+    )
     assert client.text("Status line") == ui.HIDING + network.REAL_ADDRESS
     assert client.text("State picture") == "IP hidden"
     assert client.alerts() == []

@@ -54,7 +54,10 @@ def test_two_users_at_once(world, make_client):
         for name in (ui.PREFERENCES, "Documents/Quorvane/qrvp.ovpn", "Documents/Quorvane/openvpn.log"):
             assert client.file(name).stat().st_uid == uid, name
     assert joe.preferences()["vpnConfigPath"] != sue.preferences()["vpnConfigPath"]
-    assert (joe.preferences()["un"], sue.preferences()["un"]) == (ui.scrambled(ADA.name), ui.scrambled(SUE.name))
+    assert (joe.preferences()["un"], sue.preferences()["un"]) == (
+        ui.scrambled(ADA.name),
+        ui.scrambled(SUE.name),
+    )
 
 
 @pytest.mark.slow
@@ -78,11 +81,14 @@ def at(folder):
     return Account("odd", "Odd Home", "odd-pw", home=folder)
 
 
-@pytest.mark.parametrize("folder", [
-    pytest.param("/home/two  blanks and end ", id="blanks", marks=pytest.mark.slow),
-    pytest.param('/home/"quoted" $HOME `id` \\n *', id="quotes-and-signs"),
-    pytest.param("/home/José Ñandú 家 🙂", id="non-ascii", marks=pytest.mark.slow),
-])
+@pytest.mark.parametrize(
+    "folder",
+    [
+        pytest.param("/home/two  blanks and end ", id="blanks", marks=pytest.mark.slow),
+        pytest.param('/home/"quoted" $HOME `id` \\n *', id="quotes-and-signs"),
+        pytest.param("/home/José Ñandú 家 🙂", id="non-ascii", marks=pytest.mark.slow),
+    ],
+)
 def test_odd_home_folder(make_world, make_client, folder):
     """A path between single quotes is taken as it is."""
     world = make_world(people=[at(folder)])
@@ -109,11 +115,16 @@ def check_refused(world, client, path):
     assert not world.home.path(RAN).exists()
 
 
-@pytest.mark.parametrize("folder", [
-    pytest.param("/home/o'brien", id="one", marks=pytest.mark.slow),  # alone, the shell would only complain
-    pytest.param("/home/o'b'rien", id="two", marks=pytest.mark.slow),  # another path would be meant
-    pytest.param(f"/home/{COMMAND}", id="command", marks=pytest.mark.slow),  # and this would be run
-])
+@pytest.mark.parametrize(
+    "folder",
+    [
+        pytest.param(
+            "/home/o'brien", id="one", marks=pytest.mark.slow
+        ),  # alone, the shell would only complain
+        pytest.param("/home/o'b'rien", id="two", marks=pytest.mark.slow),  # another path would be meant
+        pytest.param(f"/home/{COMMAND}", id="command", marks=pytest.mark.slow),  # and this would be run
+    ],
+)
 def test_apostrophe_in_the_home_folder(make_world, make_client, folder):
     """The shell would end the quotes there: the attempt fails instead, and nothing of the path runs."""
     world = make_world(people=[at(folder)])
@@ -173,13 +184,17 @@ def test_odd_vpn_pair(world, client, text):
     path = f"{client.folder}/Documents/Quorvane/own.ovpn"
     world.home.write(path, verifier.configuration(), owner="joe", mode=0o600)
     user, password = "u" + text.strip(), text
-    client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path, vpnUsername=user,
-                                  vpnPassword=password)
+    client.remember_administrator(
+        ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path, vpnUsername=user, vpnPassword=password
+    )
     client.start()
     client.hide()
     try:
         assert verifier.wait_pair() == (user, password)
-        assert client.file("Documents/Quorvane/.vpnCreds.txt").read_text(encoding="utf-8") == f"{user}\n{password}"
+        assert (
+            client.file("Documents/Quorvane/.vpnCreds.txt").read_text(encoding="utf-8")
+            == f"{user}\n{password}"
+        )
         client.wait_alert(ui.FAILURE)
         assert "AUTH_FAILED" in client.openvpn_log()
         client.dismiss_alert()

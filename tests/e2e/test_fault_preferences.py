@@ -44,19 +44,26 @@ def set_aside(client):
 
 
 def nested(depth):
-    return (b'<?xml version="1.0"?><plist version="1.0"><dict><key>a</key>' + b"<array>" * depth + b"</array>" * depth +
-            b"</dict></plist>")
+    return (
+        b'<?xml version="1.0"?><plist version="1.0"><dict><key>a</key>'
+        + b"<array>" * depth
+        + b"</array>" * depth
+        + b"</dict></plist>"
+    )
 
 
-@pytest.mark.parametrize("content", [
-    pytest.param(b"what is this\n", id="garbage"),
-    pytest.param(USUAL[:len(USUAL) // 2], id="truncated", marks=pytest.mark.slow),
-    pytest.param(b"", id="empty", marks=pytest.mark.slow),
-    pytest.param(b"bplist00" + bytes(range(256)) * 64, id="binary-junk", marks=pytest.mark.slow),
-    pytest.param(b"<plist>" + b"x" * 50_000_000, id="fifty-megabytes", marks=pytest.mark.slow),
-    pytest.param(nested(100_000), id="deep-nesting", marks=pytest.mark.slow),
-    pytest.param(plistlib.dumps(["a", "list"]), id="no-dictionary", marks=pytest.mark.slow),
-])
+@pytest.mark.parametrize(
+    "content",
+    [
+        pytest.param(b"what is this\n", id="garbage"),
+        pytest.param(USUAL[: len(USUAL) // 2], id="truncated", marks=pytest.mark.slow),
+        pytest.param(b"", id="empty", marks=pytest.mark.slow),
+        pytest.param(b"bplist00" + bytes(range(256)) * 64, id="binary-junk", marks=pytest.mark.slow),
+        pytest.param(b"<plist>" + b"x" * 50_000_000, id="fifty-megabytes", marks=pytest.mark.slow),
+        pytest.param(nested(100_000), id="deep-nesting", marks=pytest.mark.slow),
+        pytest.param(plistlib.dumps(["a", "list"]), id="no-dictionary", marks=pytest.mark.slow),
+    ],
+)
 def test_file_that_is_no_property_list(world, client, content):
     """It is kept beside the new one, byte for byte; the diagnostics name it; the client starts as at first."""
     put(client, content)
@@ -73,23 +80,49 @@ def test_file_that_is_no_property_list(world, client, content):
 
 
 # Every key that the client reads, beside the administrator's pair. "useSameIP" has a row of its own.
-KEYS = ("vpnUsername", "vpnPassword", "vpnConfigPath", "showLogs", "countryCode", "location", "lastIP",
-        "changeIpInterval", "changeIpEvery", "hide", "quorvane", "tcpUdp", "requireUS", "ipNonRepeat", "discardedIPs",
-        "hideIpHotKey", "changeIpHotKey", "stopHideIpHotKey", "discardIpHotKey", "bringUpWindowHotKey", "userAgent",
-        "modeUserAgent", "hideMyReferrerHeader", "hideMyCookiesHeaders", "cookieSites")
+KEYS = (
+    "vpnUsername",
+    "vpnPassword",
+    "vpnConfigPath",
+    "showLogs",
+    "countryCode",
+    "location",
+    "lastIP",
+    "changeIpInterval",
+    "changeIpEvery",
+    "hide",
+    "quorvane",
+    "tcpUdp",
+    "requireUS",
+    "ipNonRepeat",
+    "discardedIPs",
+    "hideIpHotKey",
+    "changeIpHotKey",
+    "stopHideIpHotKey",
+    "discardIpHotKey",
+    "bringUpWindowHotKey",
+    "userAgent",
+    "modeUserAgent",
+    "hideMyReferrerHeader",
+    "hideMyCookiesHeaders",
+    "cookieSites",
+)
 
 
-@pytest.mark.parametrize("value, means_yes", [
-    pytest.param({"a": [1, {"b": 2}]}, False, id="dictionary"),
-    pytest.param([1, "two"], False, id="list", marks=pytest.mark.slow),
-    pytest.param(b"\xff\xfe\0\1", False, id="bytes", marks=pytest.mark.slow),
-    pytest.param(datetime.datetime(2001, 1, 1), False, id="date", marks=pytest.mark.slow),
-    pytest.param(2 ** 63 - 1, True, id="greatest-number", marks=pytest.mark.slow),
-    pytest.param(-2 ** 63, True, id="least-number", marks=pytest.mark.slow),
-    pytest.param(float("nan"), True, id="no-number", marks=pytest.mark.slow),
-    pytest.param("x" * 100_000, False, id="long-text", marks=pytest.mark.slow),
-    pytest.param("\U0001f600 %s %n '\"; \\ \n", False, id="odd-text", marks=pytest.mark.slow),
-])
+@pytest.mark.parametrize(
+    "value, means_yes",
+    [
+        pytest.param({"a": [1, {"b": 2}]}, False, id="dictionary"),
+        pytest.param([1, "two"], False, id="list", marks=pytest.mark.slow),
+        pytest.param(b"\xff\xfe\0\1", False, id="bytes", marks=pytest.mark.slow),
+        pytest.param(datetime.datetime(2001, 1, 1), False, id="date", marks=pytest.mark.slow),
+        pytest.param(2**63 - 1, True, id="greatest-number", marks=pytest.mark.slow),
+        pytest.param(-(2**63), True, id="least-number", marks=pytest.mark.slow),
+        pytest.param(float("nan"), True, id="no-number", marks=pytest.mark.slow),
+        pytest.param("x" * 100_000, False, id="long-text", marks=pytest.mark.slow),
+        pytest.param("\U0001f600 %s %n '\"; \\ \n", False, id="odd-text", marks=pytest.mark.slow),
+    ],
+)
 def test_every_key_of_a_wrong_type(client, value, means_yes):
     """No value of another type stops the client or a session; what reads as yes hides the IP by itself."""
     client.seed_preferences(**PAIR, **dict.fromkeys(KEYS, value))
@@ -108,12 +141,15 @@ def test_every_key_of_a_wrong_type(client, value, means_yes):
     assert client.preferences()["vpnUsername"]
 
 
-@pytest.mark.parametrize("pair", [
-    pytest.param({"un": 7, "up": 7}, id="numbers", marks=pytest.mark.slow),
-    pytest.param({"un": ["x"], "up": {"y": 1}}, id="list-and-dictionary", marks=pytest.mark.slow),
-    pytest.param({"un": "x", "up": ""}, id="too-short", marks=pytest.mark.slow),
-    pytest.param({"un": b"\xff\xfe\x51\x53odd", "up": b"\0\1\2"}, id="bytes", marks=pytest.mark.slow),
-])
+@pytest.mark.parametrize(
+    "pair",
+    [
+        pytest.param({"un": 7, "up": 7}, id="numbers", marks=pytest.mark.slow),
+        pytest.param({"un": ["x"], "up": {"y": 1}}, id="list-and-dictionary", marks=pytest.mark.slow),
+        pytest.param({"un": "x", "up": ""}, id="too-short", marks=pytest.mark.slow),
+        pytest.param({"un": b"\xff\xfe\x51\x53odd", "up": b"\0\1\2"}, id="bytes", marks=pytest.mark.slow),
+    ],
+)
 def test_stored_administrator_of_a_wrong_type(world, client, pair):
     """The dialog asks again, and its answer takes the place of what was there."""
     client.seed_preferences(**pair, location=BERLIN.title)
@@ -122,19 +158,26 @@ def test_stored_administrator_of_a_wrong_type(world, client, pair):
     assert isinstance(client.preferences()["un"], (str, bytes)) and client.preferences()["un"] != pair["un"]
 
 
-@pytest.mark.parametrize("path", [
-    pytest.param("/no/such/file", id="missing"),
-    pytest.param("", id="empty", marks=pytest.mark.slow),
-    pytest.param(5, id="number", marks=pytest.mark.slow),
-    pytest.param(["a"], id="list", marks=pytest.mark.slow),
-])
+@pytest.mark.parametrize(
+    "path",
+    [
+        pytest.param("/no/such/file", id="missing"),
+        pytest.param("", id="empty", marks=pytest.mark.slow),
+        pytest.param(5, id="number", marks=pytest.mark.slow),
+        pytest.param(["a"], id="list", marks=pytest.mark.slow),
+    ],
+)
 def test_same_address_wanted_but_no_configuration(world, client, path):
     """The attempt says so and can be stopped; choosing a location gets a new configuration."""
     client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path)
     client.start()
     client.hide()
-    client.wait(ui.label("Notice"), 10, showing=True,
-                name="There is no VPN configuration to connect with. Choose a location to get a new one.")
+    client.wait(
+        ui.label("Notice"),
+        10,
+        showing=True,
+        name="There is no VPN configuration to connect with. Choose a location to get a new one.",
+    )
     assert client.text("Status line") == ui.SEARCHING
     client.stop()
     check_not_hidden(client)
@@ -147,7 +190,9 @@ def test_same_address_wanted_but_no_configuration(world, client, path):
     assert not client.shows("Notice")
 
 
-@pytest.mark.parametrize("mode", [pytest.param(0o600, id="600", marks=pytest.mark.slow), pytest.param(0o644, id="644")])
+@pytest.mark.parametrize(
+    "mode", [pytest.param(0o600, id="600", marks=pytest.mark.slow), pytest.param(0o644, id="644")]
+)
 def test_file_of_roots(world, client, mode):
     """600: left alone, settings live in memory. 644: the permissions cannot be repaired, so it is removed."""
     put(client, USUAL, owner="root", mode=mode)
@@ -177,8 +222,11 @@ def make_pipe(client, path):
 
 
 @pytest.mark.slow
-@pytest.mark.parametrize("make, word", [(make_folder, "directory"), (make_link, "symbolic link"), (make_pipe, "fifo")],
-                         ids=["folder", "link", "pipe"])
+@pytest.mark.parametrize(
+    "make, word",
+    [(make_folder, "directory"), (make_link, "symbolic link"), (make_pipe, "fifo")],
+    ids=["folder", "link", "pipe"],
+)
 def test_something_else_in_its_place(world, client, make, word):
     """Left where it is, with what it holds or points to; settings live in memory."""
     world.home.run("mkdir", "-p", f"{client.folder}/{FOLDER}", user=client.user)

@@ -83,7 +83,9 @@ def test_refused(shared, logins, protocol):
     """An ICMP message for UDP, a reset for TCP: what a server that is not running gives."""
     before, let_in = start(shared, protocol), logins()
     kind = {"udp": "icmp type port-unreachable", "tcp": "tcp reset"}[protocol]
-    chain = f"chain closed {{ type filter hook input priority 0;\n {to_servers(protocol)} reject with {kind}\n }}"
+    chain = (
+        f"chain closed {{ type filter hook input priority 0;\n {to_servers(protocol)} reject with {kind}\n }}"
+    )
     with network.ruled(network.GATEWAY, chain):
         check_tried_once(shared.world, shared, before)
     assert logins() == let_in
@@ -103,8 +105,9 @@ def babble(connection, _closing):
 @pytest.mark.parametrize("behave", [be_silent, babble], ids=["is-silent", "talks-garbage"])
 def test_server_that_accepts_and(shared, behave):
     before = start(shared, "tcp")
-    with Listener(network.GATEWAY, FAKE_PORT, behave) as fake, \
-            network.ruled(network.GATEWAY, network.redirected(to_servers("tcp"), FAKE_PORT)):
+    with Listener(network.GATEWAY, FAKE_PORT, behave) as fake, network.ruled(
+        network.GATEWAY, network.redirected(to_servers("tcp"), FAKE_PORT)
+    ):
         check_tried_once(shared.world, shared, before)
         assert fake.connections > 0
     outcomes.check_session(shared, before)
@@ -113,8 +116,9 @@ def test_server_that_accepts_and(shared, behave):
 @pytest.mark.slow
 def test_server_that_talks_garbage_udp(shared):
     before = start(shared, "udp")
-    with Datagrams(network.GATEWAY, FAKE_PORT, lambda datagram: os.urandom(len(datagram))) as fake, \
-            network.ruled(network.GATEWAY, network.redirected(to_servers("udp"), FAKE_PORT)):
+    with Datagrams(
+        network.GATEWAY, FAKE_PORT, lambda datagram: os.urandom(len(datagram))
+    ) as fake, network.ruled(network.GATEWAY, network.redirected(to_servers("udp"), FAKE_PORT)):
         check_tried_once(shared.world, shared, before)
         assert fake.received > 0
     outcomes.check_session(shared, before)
@@ -138,7 +142,9 @@ def test_server_of_another_authority(shared, logins, protocol):
     world.service.stop()
     world.service.start()
     TrayIcon(shared).click("Refresh Locations")
-    world.home.wait_for(lambda: len(world.service.requests_of("MRTSL")) >= 2, ui.ANSWER, "the list is asked for")
+    world.home.wait_for(
+        lambda: len(world.service.requests_of("MRTSL")) >= 2, ui.ANSWER, "the list is asked for"
+    )
     shared.wait_ready()
     outcomes.check_session(shared, before)
 
@@ -148,13 +154,20 @@ def test_server_of_another_authority(shared, logins, protocol):
 
 def servers(protocol):
     """The service's OpenVPN servers for a protocol."""
-    return [pid for pid, name in machine.processes() if name == "vpnsrv" and
-            f"{protocol}.conf" in Path(f"/proc/{pid}/cmdline").read_text(encoding="utf-8", errors="replace")]
+    return [
+        pid
+        for pid, name in machine.processes()
+        if name == "vpnsrv"
+        and f"{protocol}.conf" in Path(f"/proc/{pid}/cmdline").read_text(encoding="utf-8", errors="replace")
+    ]
 
 
-ENDS = [pytest.param("udp", signal.SIGKILL, id="udp-SIGKILL"), pytest.param("tcp", signal.SIGTERM, id="tcp-SIGTERM"),
-        pytest.param("udp", signal.SIGTERM, id="udp-SIGTERM", marks=pytest.mark.slow),
-        pytest.param("tcp", signal.SIGKILL, id="tcp-SIGKILL", marks=pytest.mark.slow)]
+ENDS = [
+    pytest.param("udp", signal.SIGKILL, id="udp-SIGKILL"),
+    pytest.param("tcp", signal.SIGTERM, id="tcp-SIGTERM"),
+    pytest.param("udp", signal.SIGTERM, id="udp-SIGTERM", marks=pytest.mark.slow),
+    pytest.param("tcp", signal.SIGKILL, id="tcp-SIGKILL", marks=pytest.mark.slow),
+]
 
 
 @pytest.mark.parametrize("protocol, number", ENDS)
@@ -167,8 +180,11 @@ def test_server_ends_in_mid_session(shared, protocol, number):
     outcomes.check_hidden(shared)
     (server,) = servers(protocol)
     os.kill(server, number)
-    world.home.wait_for(lambda: servers(protocol) not in ([], [server]) and world.service.control("status")["ready"],
-                        30, "the service starts another server by itself")
+    world.home.wait_for(
+        lambda: servers(protocol) not in ([], [server]) and world.service.control("status")["ready"],
+        30,
+        "the service starts another server by itself",
+    )
     seen = world.home.public_address(shared.user, timeout=3)
     figures.record(f"address seen after the {protocol} server got {signal.Signals(number).name}", seen)
     assert shared.text("Status line").startswith(ui.HIDING)
@@ -197,15 +213,21 @@ def test_three_of_ten_packets_are_lost(shared, protocol):
     world = shared.world
     before = start(shared, protocol)
     lossy = "{} numgen random mod 100 < 30 drop"
-    rules = network.arriving(lossy.format(to_servers(protocol))) + "\n" + \
-        network.leaving(lossy.format(from_servers(protocol)))
+    rules = (
+        network.arriving(lossy.format(to_servers(protocol)))
+        + "\n"
+        + network.leaving(lossy.format(from_servers(protocol)))
+    )
     tries = []
     with network.ruled(network.GATEWAY, rules):
         while "session" not in tries and len(tries) < TRIES:
             noted = outcomes.failures_noted(shared)
             shared.hide()
-            world.home.wait_for(lambda: shared.alerts() or shared.text("State picture") == "IP hidden",
-                                GIVEN_UP + 45, "the try ends")
+            world.home.wait_for(
+                lambda: shared.alerts() or shared.text("State picture") == "IP hidden",
+                GIVEN_UP + 45,
+                "the try ends",
+            )
             if shared.alerts():
                 tries.append("alert")
                 outcomes.check_given_up(shared, before, noted=noted)
@@ -355,9 +377,13 @@ def noticed(client, loss):
     """The client says that the network went, and came back."""
     lost, found = (client.output().count(f"inet {word}") for word in ("NO", "YES"))
     with loss(client.world):
-        client.home.wait_for(lambda: client.output().count("inet NO") > lost, 10, "the client notices the loss")
+        client.home.wait_for(
+            lambda: client.output().count("inet NO") > lost, 10, "the client notices the loss"
+        )
         yield
-    client.home.wait_for(lambda: client.output().count("inet YES") > found, 20, "the client notices the way out")
+    client.home.wait_for(
+        lambda: client.output().count("inet YES") > found, 20, "the client notices the way out"
+    )
 
 
 SLOW_ROUTE = ["pulled_cable", pytest.param("lost_route", marks=pytest.mark.slow)]
@@ -383,8 +409,11 @@ def test_the_way_out_is_lost_while_searching(shared, loss):
     with network.swallowing(to_servers("udp")):
         noted, launched = outcomes.failures_noted(shared), outcomes.launches(shared)
         shared.hide()
-        shared.home.wait_for(lambda: outcomes.launches(shared) != launched and "link remote" in shared.openvpn_log(),
-                             ui.SESSION, "OpenVPN asks the server")
+        shared.home.wait_for(
+            lambda: outcomes.launches(shared) != launched and "link remote" in shared.openvpn_log(),
+            ui.SESSION,
+            "OpenVPN asks the server",
+        )
         with noticed(shared, LOSSES[loss]):
             outcomes.take_not_available(shared, GIVEN_UP, noted)
             outcomes.check_shown_not_hidden(shared)

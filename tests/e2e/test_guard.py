@@ -69,28 +69,47 @@ def test_the_whole_line_and_what_it_starts(world, client):
     client.hide()
     client.wait_hidden()
     folder = f"{client.folder}/Documents/Quorvane"
-    line = [f"{homes.CONTENTS}/Resources/openvpn", "--config", f"{folder}/qrvp.ovpn", "--auth-user-pass",
-            f"{folder}/.vpnCreds.txt", "--log-append", f"{folder}/openvpn.log"]
+    line = [
+        f"{homes.CONTENTS}/Resources/openvpn",
+        "--config",
+        f"{folder}/qrvp.ovpn",
+        "--auth-user-pass",
+        f"{folder}/.vpnCreds.txt",
+        "--log-append",
+        f"{folder}/openvpn.log",
+    ]
     assert [guard.command for guard in guards(world)] == [line]
-    tunnel, = client.openvpn()
+    (tunnel,) = client.openvpn()
     assert tunnel.command[0] == OPENVPN and tunnel.uid == 0
     assert not [word for word in tunnel.command if client.folder in word], "no path of the user's"
-    opened = [os.readlink(f"/proc/{tunnel.pid}/fd/{number}") for number in os.listdir(f"/proc/{tunnel.pid}/fd")]
+    opened = [
+        os.readlink(f"/proc/{tunnel.pid}/fd/{number}") for number in os.listdir(f"/proc/{tunnel.pid}/fd")
+    ]
     assert not [path for path in opened if path.startswith(client.folder)], opened
     address = client.current_address()
-    assert any(route.startswith(address) for route in routes(world)), "a route to the server, while it is needed"
+    assert any(
+        route.startswith(address) for route in routes(world)
+    ), "a route to the server, while it is needed"
     client.stop()
     world.home.wait_for(lambda: not guards(world), 10, "no guard left")
     assert routes(world) == before, "the kill leaves no route behind"
 
 
-@pytest.mark.parametrize("added", ["script-security 2\nup /var/tmp/canary\n", "\"--up\" /var/tmp/canary\n",
-                                   "<ca>\n</ca> \nroute-up /var/tmp/canary\n"],
-                         ids=["program", "quoted name", "behind a block"])
+@pytest.mark.parametrize(
+    "added",
+    [
+        "script-security 2\nup /var/tmp/canary\n",
+        '"--up" /var/tmp/canary\n',
+        "<ca>\n</ca> \nroute-up /var/tmp/canary\n",
+    ],
+    ids=["program", "quoted name", "behind a block"],
+)
 def test_stored_configuration_that_runs_something(world, client, added):
     world.home.write("/var/tmp/canary", "#!/bin/sh\ntouch /var/tmp/it-ran\n", mode=0o755)
     kept_configuration(world, client, lambda text: text + added.encode())
-    world.home.wait_for(lambda: "is not allowed" in client.openvpn_log(), ui.SESSION, "the refusal in the log")
+    world.home.wait_for(
+        lambda: "is not allowed" in client.openvpn_log(), ui.SESSION, "the refusal in the log"
+    )
     assert client.openvpn_log().splitlines()[-1].endswith("Exiting due to fatal error")
     given_up(world, client)
     assert not world.home.path("/var/tmp/it-ran").exists()
@@ -104,9 +123,14 @@ def test_most_talkative_configuration(world, client):
     assert client.current_address() == world.home.public_address()
 
 
-@pytest.mark.parametrize("text, mode, word", [("", 0o644, "cannot be started: Permission denied"),
-                                              ("#!/bin/sh\nexit 0\n", 0o755, "OpenVPN ended with status 0")],
-                         ids=["is no program", "ends without a word"])
+@pytest.mark.parametrize(
+    "text, mode, word",
+    [
+        ("", 0o644, "cannot be started: Permission denied"),
+        ("#!/bin/sh\nexit 0\n", 0o755, "OpenVPN ended with status 0"),
+    ],
+    ids=["is no program", "ends without a word"],
+)
 def test_openvpn_itself(world, client, covered, text, mode, word):
     covered(OPENVPN, text, mode)
     client.remember_administrator(ADA, location=BERLIN.title)
@@ -160,8 +184,16 @@ def test_links_in_the_places_of_the_files(world, client):
     folder = f"{client.folder}/Documents/Quorvane"
     world.home.run("rm", "-f", f"{folder}/openvpn.log")
     world.home.run("ln", "-s", target, f"{folder}/openvpn.log")
-    done = world.home.run(guard, "--config", f"{folder}/qrvp.ovpn", "--auth-user-pass", f"{folder}/.vpnCreds.txt",
-                          "--log-append", f"{folder}/openvpn.log", check=False)
+    done = world.home.run(
+        guard,
+        "--config",
+        f"{folder}/qrvp.ovpn",
+        "--auth-user-pass",
+        f"{folder}/.vpnCreds.txt",
+        "--log-append",
+        f"{folder}/openvpn.log",
+        check=False,
+    )
     assert done.returncode == 1 and "it is not a plain file" in done.stderr
     assert world.home.path(target).read_text(encoding="utf-8") == "precious\n"
     assert client.openvpn() == []

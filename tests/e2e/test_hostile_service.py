@@ -18,11 +18,18 @@ from world.service import BERLIN
 
 LIST = Path(__file__).resolve().parent.parent / "hostile" / "configurations.txt"
 CANARY, TRACE = "/var/tmp/canary", "/var/tmp/it-ran"
-FEW = ("up CANARY", "plugin CANARY", "double quotes round the name", "text behind an end tag",
-       "config /etc/openvpn/other.conf")
+FEW = (
+    "up CANARY",
+    "plugin CANARY",
+    "double quotes round the name",
+    "text behind an end tag",
+    "config /etc/openvpn/other.conf",
+)
 PARTS = 6
-ALLOWED = ("client\ndev tun\nproto udp\nremote 203.0.113.40 1194\nnobind\nauth-user-pass\nresolv-retry 0\n"
-           "connect-retry-max 1\nhand-window 5\nverb 3\n")
+ALLOWED = (
+    "client\ndev tun\nproto udp\nremote 203.0.113.40 1194\nnobind\nauth-user-pass\nresolv-retry 0\n"
+    "connect-retry-max 1\nhand-window 5\nverb 3\n"
+)
 
 
 def expanded(line):
@@ -44,7 +51,9 @@ def records():
     for part in LIST.read_text(encoding="utf-8").split("\n== ")[1:]:
         name, _why, says, *lines = part.rstrip("\n").split("\n")
         added = b"".join(expanded(line) for line in lines if line)
-        found.append((name, says.removeprefix("says: "), ALLOWED.encode() + added.replace(b"CANARY", CANARY.encode())))
+        found.append(
+            (name, says.removeprefix("says: "), ALLOWED.encode() + added.replace(b"CANARY", CANARY.encode()))
+        )
     return found
 
 
@@ -109,8 +118,15 @@ def test_all_by_the_guard_with_the_administrators_rights(world):
     for name, says, configuration in [("allowed", None, ALLOWED.encode()), *records()]:
         world.home.write(f"{folder}/x.ovpn", configuration, owner="joe", mode=0o600)
         world.home.write(f"{folder}/x.log", "", owner="joe", mode=0o600)
-        world.home.run(f"{homes.CONTENTS}/Resources/openvpn", "--config", f"{folder}/x.ovpn", "--auth-user-pass",
-                       f"{folder}/pair", "--log-append", f"{folder}/x.log")
+        world.home.run(
+            f"{homes.CONTENTS}/Resources/openvpn",
+            "--config",
+            f"{folder}/x.ovpn",
+            "--auth-user-pass",
+            f"{folder}/pair",
+            "--log-append",
+            f"{folder}/x.log",
+        )
         log = world.home.path(f"{folder}/x.log").read_text(encoding="ascii")
         assert log.endswith("Exiting due to fatal error\n"), name
         if says is None:

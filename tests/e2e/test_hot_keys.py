@@ -7,21 +7,49 @@ import time
 
 import pytest
 from harness import client as ui
-from harness.keyboard import (A, B, CAPS_LOCK, CONTROL, DOWN, F1, F2, FIVE, HOME, NUM_LOCK, ONE, RETURN, SHIFT, SPACE,
-                              SUPER, UP, Keyboard, OtherWindow, active_window)
+from harness.keyboard import (
+    A,
+    B,
+    CAPS_LOCK,
+    CONTROL,
+    DOWN,
+    F1,
+    F2,
+    FIVE,
+    HOME,
+    NUM_LOCK,
+    ONE,
+    RETURN,
+    SHIFT,
+    SPACE,
+    SUPER,
+    UP,
+    Keyboard,
+    OtherWindow,
+    active_window,
+)
 from world import home, network, service
 from world.accounts import ADA
 from world.service import BERLIN
 
 # Preferences hold tags: "Cmd + 1", "Ctrl + F1", "Shift + F1", "Cmd + Up arrow"; 18 is Command with the A key.
-KEYS = {"hideIpHotKey": 2, "changeIpHotKey": 41, "stopHideIpHotKey": 57, "discardIpHotKey": 30,
-        "bringUpWindowHotKey": 18}
+KEYS = {
+    "hideIpHotKey": 2,
+    "changeIpHotKey": 41,
+    "stopHideIpHotKey": 57,
+    "discardIpHotKey": 30,
+    "bringUpWindowHotKey": 18,
+}
 HIDE, CHANGE, STOP, DISCARD, BRING_UP = (SUPER, ONE), (CONTROL, F1), (SHIFT, F1), (SUPER, UP), (SUPER, A)
 SETTINGS = "Quorvane Settings"
 MAIN = re.escape(ui.MAIN)  # xdotool looks for patterns
 ENTRIES = ["None", *(f"Cmd + {digit}" for digit in range(10))]  # how the pane's lists begin
-LOCK_STATES = {"no lock": ((), 0), "Num Lock": ((NUM_LOCK,), 16), "Caps Lock": ((CAPS_LOCK,), 2),
-               "both": ((NUM_LOCK, CAPS_LOCK), 18)}
+LOCK_STATES = {
+    "no lock": ((), 0),
+    "Num Lock": ((NUM_LOCK,), 16),
+    "Caps Lock": ((CAPS_LOCK,), 2),
+    "both": ((NUM_LOCK, CAPS_LOCK), 18),
+}
 
 
 class Desk:
@@ -83,7 +111,9 @@ def test_every_action(world, client, locks):
     client.display.run("xdotool", "search", "--onlyvisible", "--name", MAIN, "windowminimize", timeout=20)
     world.home.wait_for(lambda: not client.display.on_screen(MAIN), 10, "the minimised window")
     desk.press(BRING_UP)
-    world.home.wait_for(lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front")
+    world.home.wait_for(
+        lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front"
+    )
     assert client.display.on_screen(MAIN)
 
     assert len(desk.asked()) == 3
@@ -95,7 +125,9 @@ def test_held_key_acts_once(world, client):
     """Each press of this action asks for another address, so repeats would show."""
     desk = Desk(world, client, **KEYS)
     desk.keyboard.hold(2, B)
-    world.home.wait_for(lambda: len(desk.other.presses()) >= 10, 10, "the server repeating a key that is held")
+    world.home.wait_for(
+        lambda: len(desk.other.presses()) >= 10, 10, "the server repeating a key that is held"
+    )
     desk.press(HIDE)
     desk.wait_lent(1)
     desk.other.focus()
@@ -115,7 +147,9 @@ def test_layout_changes_nothing(world, client):
         desk.press(STOP)
         desk.wait_returned()
     desk.press(BRING_UP)
-    world.home.wait_for(lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front")
+    world.home.wait_for(
+        lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front"
+    )
 
 
 def open_hot_keys(client):
@@ -160,11 +194,15 @@ def test_combination_of_another_program(world, client):
     press_for_desktop(desk, (SUPER, F2), "1")
     press_for_desktop(desk, (SUPER, F1), "0")
     desk.press(BRING_UP)
-    world.home.wait_for(lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front")
+    world.home.wait_for(
+        lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front"
+    )
     assert desk.asked() == []
     open_hot_keys(client)
-    assert client.ask("read", key="first", query={"window": SETTINGS, "description": "Hide IP, problem"})["name"] == \
-        "Another program uses this combination."
+    assert (
+        client.ask("read", key="first", query={"window": SETTINGS, "description": "Hide IP, problem"})["name"]
+        == "Another program uses this combination."
+    )
     assert client.preferences()["hideIpHotKey"] == 11, "the stored choice stays"
 
 
@@ -182,8 +220,11 @@ def test_old_combination_acts_until_the_end(world, client):
     choose_first(desk, "None")
     world.home.wait_for(lambda: client.preferences()["hideIpHotKey"] == -1, 10, "the stored choice")
     desk.press((SUPER, FIVE))
-    world.home.wait_for(lambda: FIVE in [key for key, _state in desk.other.presses()], 10,
-                        "the released combination in the other window")
+    world.home.wait_for(
+        lambda: FIVE in [key for key, _state in desk.other.presses()],
+        10,
+        "the released combination in the other window",
+    )
     assert len(desk.asked()) == 2
     desk.press(HIDE)
     desk.wait_lent(3)
@@ -192,8 +233,13 @@ def test_old_combination_acts_until_the_end(world, client):
 def test_wayland_session_uses_the_portal(world, client):
     log = f"{client.folder}/portal.log"
     portal = f"{home.HARNESS}/stand-ins/portal.py"
-    client.ask("start", key="portal", arguments=["/usr/bin/python3", portal, log], environment={},
-               output=f"{client.folder}/portal.out")
+    client.ask(
+        "start",
+        key="portal",
+        arguments=["/usr/bin/python3", portal, log],
+        environment={},
+        output=f"{client.folder}/portal.out",
+    )
     world.home.wait_for(lambda: world.home.path(log).exists(), 10, "the portal")
     client.remember_administrator(ADA, location=BERLIN.title, **KEYS)
     client.start(environment={"XDG_SESSION_TYPE": "wayland"})
@@ -202,13 +248,19 @@ def test_wayland_session_uses_the_portal(world, client):
     lines = world.home.path(log).read_text(encoding="utf-8").splitlines()
     assert len(lines) == 1, "one list for all five"
     assert {(shortcut["description"], shortcut["trigger"]) for shortcut in json.loads(lines[0])} == {
-        ("Hide IP", "LOGO+1"), ("Change IP", "CTRL+F1"), ("Stop hiding IP", "SHIFT+F1"), ("Discard IP", "LOGO+Up"),
-        ("Bring up window", "LOGO+a")}
+        ("Hide IP", "LOGO+1"),
+        ("Change IP", "CTRL+F1"),
+        ("Stop hiding IP", "SHIFT+F1"),
+        ("Discard IP", "LOGO+Up"),
+        ("Bring up window", "LOGO+a"),
+    }
 
     other = OtherWindow(client.display)
     other.focus()
     Keyboard(client.display).strike(*HIDE)
-    world.home.wait_for(lambda: ONE in [key for key, _state in other.presses()], 10, "the keys of another program")
+    world.home.wait_for(
+        lambda: ONE in [key for key, _state in other.presses()], 10, "the keys of another program"
+    )
     assert world.service.requests_of("VPNC") == [], "no key is grabbed from X here"
     client.signal(signal.SIGUSR1, key="portal")
     client.wait_hidden()

@@ -26,8 +26,12 @@ PROBE_PORT = 9999
 PLAIN, NAMES, SIX = network.SERVICE_ADDRESS, network.NAME_SERVERS[0], network.INTERNET_ADDRESS_6
 CHANGE = ui.button("Change IP")
 # Every address of the pool is a VPN server's, for both protocols.
-SERVERS = {(address, port, protocol) for place in service.LOCATIONS for address in place.addresses
-           for port, protocol in ((service.UDP_PORT, captures.UDP), (service.TCP_PORT, captures.TCP))}
+SERVERS = {
+    (address, port, protocol)
+    for place in service.LOCATIONS
+    for address in place.addresses
+    for port, protocol in ((service.UDP_PORT, captures.UDP), (service.TCP_PORT, captures.TCP))
+}
 
 
 def is_probe(packet):
@@ -47,8 +51,17 @@ class Probe:
 
     def __init__(self, world):
         self._process = world.home.popen(
-            "/usr/bin/python3", f"{homes.HARNESS}/probe.py", str(RATE), f"udp={PLAIN}", f"dns={NAMES}", f"udp={SIX}",
-            user="joe", stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+            "/usr/bin/python3",
+            f"{homes.HARNESS}/probe.py",
+            str(RATE),
+            f"udp={PLAIN}",
+            f"dns={NAMES}",
+            f"udp={SIX}",
+            user="joe",
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            text=True,
+        )
         assert self._process.stdout.readline() == "sending\n"
 
     def end(self):
@@ -68,13 +81,17 @@ class Watched:
         self.resolver = world.home.path("/etc/resolv.conf").read_text(encoding="utf-8")
 
     def all_routes(self):
-        return set(network.inside(network.HOME, "ip", "-4", "route").stdout.splitlines()
-                   + network.inside(network.HOME, "ip", "-6", "route").stdout.splitlines())
+        return set(
+            network.inside(network.HOME, "ip", "-4", "route").stdout.splitlines()
+            + network.inside(network.HOME, "ip", "-6", "route").stdout.splitlines()
+        )
 
     def wait_seen(self, kind, more=1):
         """Waits until the capture has that many more probe packets of the kind than now."""
         wanted = len(kinds(self.capture.packets())[kind]) + more
-        self.world.home.wait_for(lambda: len(kinds(self.capture.packets())[kind]) >= wanted, 30, f"{kind} captured")
+        self.world.home.wait_for(
+            lambda: len(kinds(self.capture.packets())[kind]) >= wanted, 30, f"{kind} captured"
+        )
 
     def check_seen_in_the_open(self):
         """The control: not hidden, all kinds of packets are caught, and a TCP connection."""
@@ -84,14 +101,19 @@ class Watched:
             assert self.world.home.public_address() == network.REAL_ADDRESS
         found = kinds(phase.beside(SERVERS))
         assert found["IPv4"] and found["DNS"] and found["IPv6"], captures.counted(phase.packets)
-        assert any((packet.destination, packet.port, packet.protocol) == (network.SERVICE_ADDRESS, 443, captures.TCP)
-                   for packet in phase.beside(SERVERS))
+        assert any(
+            (packet.destination, packet.port, packet.protocol) == (network.SERVICE_ADDRESS, 443, captures.TCP)
+            for packet in phase.beside(SERVERS)
+        )
         assert phase.to(SERVERS) == []
 
     def check_routes_beside_are_seen(self):
         """The control while hidden: with routes round the tunnel the capture sees every kind."""
-        beside = [("-4", PLAIN, network.ROUTER_ADDRESS), ("-4", NAMES, network.ROUTER_ADDRESS),
-                  ("-6", SIX, network.ROUTER_ADDRESS_6)]
+        beside = [
+            ("-4", PLAIN, network.ROUTER_ADDRESS),
+            ("-4", NAMES, network.ROUTER_ADDRESS),
+            ("-6", SIX, network.ROUTER_ADDRESS_6),
+        ]
         with self.capture.phase("control while hidden") as phase:
             for family, target, router in beside:
                 network.run("ip", "-n", network.HOME, family, "route", "add", target, "via", router)
@@ -117,8 +139,11 @@ class Watched:
         log = self.world.folder / "dnsmasq.log"
 
         def questions():
-            return sum(1 for line in log.read_text(encoding="utf-8").splitlines()
-                       if "query[A] probe" in line and line.endswith(f" from {source}"))
+            return sum(
+                1
+                for line in log.read_text(encoding="utf-8").splitlines()
+                if "query[A] probe" in line and line.endswith(f" from {source}")
+            )
 
         wanted = questions() + count
         self.world.home.wait_for(lambda: questions() >= wanted, 20, f"questions from {source}")
@@ -144,7 +169,9 @@ def record(what, packets, sent=None):
     for kind, of_kind in found.items():
         figures.record(f"{what}: {kind} packets beside the tunnel, of {RATE}/s", len(of_kind))
     times = [packet.time for of_kind in found.values() for packet in of_kind]
-    figures.record(f"{what}: seconds from the first to the last", round(max(times) - min(times), 2) if times else 0)
+    figures.record(
+        f"{what}: seconds from the first to the last", round(max(times) - min(times), 2) if times else 0
+    )
     others = captures.counted(packet for packet in packets if not is_probe(packet))
     figures.record(f"{what}: other packets beside the tunnel", others)
     if sent is not None:
@@ -180,7 +207,9 @@ def test_hidden_ipv4_ipv6_and_dns(watch, protocol):
     with watched.capture.phase("hidden, the client was killed") as orphaned:
         watched.wait_reaches(address)
     assert captures.counted(orphaned.beside(SERVERS)) == {}
-    figures.record(f"hidden, {protocol}: packets into the tunnel", len(phase.to(SERVERS)) + len(orphaned.to(SERVERS)))
+    figures.record(
+        f"hidden, {protocol}: packets into the tunnel", len(phase.to(SERVERS)) + len(orphaned.to(SERVERS))
+    )
     record(f"hidden, {protocol}", phase.beside(SERVERS) + orphaned.beside(SERVERS), watched.probe.end())
 
 
@@ -192,7 +221,9 @@ def test_hidden_the_own_network_is_reached_directly(watch):
     home.write("/etc/resolv.conf", f"nameserver {network.ROUTER_ADDRESS}\noptions timeout:1 attempts:1\n")
     with watched.capture.phase("own network") as phase:
         assert home.run("getent", "ahostsv4", network.WEB_HOST, user="joe", check=False).returncode != 0
-        home.run("curl", "-q", "-sS", "-m", "2", f"http://[{network.ROUTER_ADDRESS_6}]/", user="joe", check=False)
+        home.run(
+            "curl", "-q", "-sS", "-m", "2", f"http://[{network.ROUTER_ADDRESS_6}]/", user="joe", check=False
+        )
     beside = phase.beside(SERVERS)
     assert {packet.destination for packet in beside} == {network.ROUTER_ADDRESS, network.ROUTER_ADDRESS_6}
     record("hidden, to the router", beside)
@@ -214,8 +245,9 @@ def test_hidden_ipv6_is_left_alone_when_the_service_says_so(watch):
 
 
 # What the client itself sends beside the tunnel while it gets a configuration, and names that anyone asks for.
-OF_THE_CLIENT = {f"UDP {server} port 53" for server in network.NAME_SERVERS} | \
-    {f"TCP {network.SERVICE_ADDRESS} port 443"}
+OF_THE_CLIENT = {f"UDP {server} port 53" for server in network.NAME_SERVERS} | {
+    f"TCP {network.SERVICE_ADDRESS} port 443"
+}
 
 
 def tells_the_server(packet):
@@ -240,8 +272,14 @@ def test_change_of_ip(watch):
         watched.wait_reaches(second)
     assert captures.counted(before.beside(SERVERS)) == captures.counted(after.beside(SERVERS)) == {}
     beside = change.beside(SERVERS)
-    assert set(captures.counted(packet for packet in beside if not is_probe(packet) and not tells_the_server(packet))) \
+    assert (
+        set(
+            captures.counted(
+                packet for packet in beside if not is_probe(packet) and not tells_the_server(packet)
+            )
+        )
         <= OF_THE_CLIENT
+    )
     record("change of IP", beside, watched.probe.end())
     client.stop()
 
@@ -256,7 +294,9 @@ def command_of(pid):
 
 def server_processes(protocol):
     """The gateway's OpenVPN server for a protocol."""
-    return [pid for pid, name in machine.processes() if name == "vpnsrv" and f"{protocol}." in command_of(pid)]
+    return [
+        pid for pid, name in machine.processes() if name == "vpnsrv" and f"{protocol}." in command_of(pid)
+    ]
 
 
 def kill_all(pids):
@@ -282,7 +322,9 @@ def test_tunnel_lost_server_killed(watch):
     with watched.capture.phase("dead tunnel") as dead:
         killed = kill_all(server_processes("udp"))
         end = len(watched.capture.packets()) + RATE
-        watched.world.home.wait_for(lambda: len(watched.capture.packets()) > end, 10, "traffic into the dead tunnel")
+        watched.world.home.wait_for(
+            lambda: len(watched.capture.packets()) > end, 10, "traffic into the dead tunnel"
+        )
     assert [process.pid for process in watched.client.openvpn()] == tunnels, "OpenVPN lived all the time"
     assert captures.counted(dead.beside(SERVERS)) == {}
     with watched.capture.phase("after OpenVPN") as after:
@@ -319,7 +361,9 @@ def test_tunnel_lost_connection_reset(watch):
     address = watched.hide("TCP")
     with watched.capture.phase("reset") as phase:
         kill_all(server_processes("tcp"))
-        watched.world.home.wait_for(lambda: watched.client.openvpn_log().count(ui.OpenVpnWatch.UP) == 2, 30, "up again")
+        watched.world.home.wait_for(
+            lambda: watched.client.openvpn_log().count(ui.OpenVpnWatch.UP) == 2, 30, "up again"
+        )
         watched.wait_reaches(address)
     record("TCP server killed, tunnel made anew", phase.beside(SERVERS))
     assert captures.counted(phase.beside(SERVERS)) == {}
@@ -362,4 +406,6 @@ def test_after_stop(watch):
     links = network.inside(network.HOME, "ip", "-o", "link").stdout
     assert DEVICE not in links
     assert watched.world.home.path("/etc/resolv.conf").read_text(encoding="utf-8") == watched.resolver
-    assert network.firewall(network.HOME) == [entry for entry in network.firewall(network.HOME) if "metainfo" in entry]
+    assert network.firewall(network.HOME) == [
+        entry for entry in network.firewall(network.HOME) if "metainfo" in entry
+    ]

@@ -47,7 +47,9 @@ def test_links_and_routes():
 
 def test_firewall():
     try:
-        assert differences_after(lambda: network.run("nft", "add", "table", "ip", "seen")) == ["firewall changed"]
+        assert differences_after(lambda: network.run("nft", "add", "table", "ip", "seen")) == [
+            "firewall changed"
+        ]
     finally:
         network.run("nft", "delete", "table", "ip", "seen")
 
@@ -59,8 +61,15 @@ def test_named_namespaces():
         network.run("ip", "netns", "delete", "seen")
 
 
-@pytest.mark.parametrize("file, aspect", [("/etc/passwd", "users"), ("/etc/shadow", "users"),
-                                          ("/etc/resolv.conf", "resolver"), ("/etc/hosts", "resolver")])
+@pytest.mark.parametrize(
+    "file, aspect",
+    [
+        ("/etc/passwd", "users"),
+        ("/etc/shadow", "users"),
+        ("/etc/resolv.conf", "resolver"),
+        ("/etc/hosts", "resolver"),
+    ],
+)
 def test_files(own_etc, file, aspect):  # pylint: disable=unused-argument
     def change():
         with open(file, "a", encoding="utf-8") as opened:

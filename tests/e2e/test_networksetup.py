@@ -58,13 +58,31 @@ def test_file_that_can_only_be_written(home):
 
 def test_file_needs_root(home):
     before = resolv_conf(home)
-    assert run(home, "-setdnsservers", "Ethernet", "8.8.8.8", user="joe") == \
-        (14, "", "** Error: Command requires admin privileges.\n")
+    assert run(home, "-setdnsservers", "Ethernet", "8.8.8.8", user="joe") == (
+        14,
+        "",
+        "** Error: Command requires admin privileges.\n",
+    )
     assert resolv_conf(home) == before
 
 
-@pytest.mark.parametrize("address", ["8.8.8", "8.8.8.256", "8.8.8.8.8", "dns.example", "1::2::3", ":", "", "$(id)",
-                                     "8.8.8.8\nnameserver 6.6.6.6", "8.8.8.8 6.6.6.6", "-1.2.3.4", "8.8.8.8;id"])
+@pytest.mark.parametrize(
+    "address",
+    [
+        "8.8.8",
+        "8.8.8.256",
+        "8.8.8.8.8",
+        "dns.example",
+        "1::2::3",
+        ":",
+        "",
+        "$(id)",
+        "8.8.8.8\nnameserver 6.6.6.6",
+        "8.8.8.8 6.6.6.6",
+        "-1.2.3.4",
+        "8.8.8.8;id",
+    ],
+)
 def test_addresses_that_are_none(home, address):
     before = resolv_conf(home)
     status, output, error = run(home, "-setdnsservers", "Ethernet", "8.8.8.8", address)
@@ -81,8 +99,16 @@ def test_unknown_service(home, service):
     assert resolv_conf(home) == before
 
 
-@pytest.mark.parametrize("arguments", [(), ("-getdnsservers",), ("-getdnsservers", "Ethernet", "x"),
-                                       ("-setdnsservers", "Ethernet"), ("-listallnetworkservices", "x")])
+@pytest.mark.parametrize(
+    "arguments",
+    [
+        (),
+        ("-getdnsservers",),
+        ("-getdnsservers", "Ethernet", "x"),
+        ("-setdnsservers", "Ethernet"),
+        ("-listallnetworkservices", "x"),
+    ],
+)
 def test_other_uses(home, arguments):
     status, output, error = run(home, *arguments)
     assert (status, output) == (2, "") and error.startswith("usage: networksetup")
@@ -92,9 +118,18 @@ def test_environment_is_not_believed(home):
     """Neither the search path nor anything else of the caller's environment decides what root runs."""
     home.write("/var/tmp/evil/awk", "#!/bin/sh\ntouch /var/tmp/evil/ran\n", mode=0o755)
     home.write("/var/tmp/evil/start", "touch /var/tmp/evil/ran\n")
-    done = home.run(TOOL, "-getdnsservers", "Ethernet",
-                    environment={"PATH": "/var/tmp/evil:/usr/bin:/bin", "ENV": "/var/tmp/evil/start",
-                                 "BASH_ENV": "/var/tmp/evil/start", "IFS": "8", "NETWORKSETUP_BACKEND": "nm"})
+    done = home.run(
+        TOOL,
+        "-getdnsservers",
+        "Ethernet",
+        environment={
+            "PATH": "/var/tmp/evil:/usr/bin:/bin",
+            "ENV": "/var/tmp/evil/start",
+            "BASH_ENV": "/var/tmp/evil/start",
+            "IFS": "8",
+            "NETWORKSETUP_BACKEND": "nm",
+        },
+    )
     assert done.stdout == "8.8.8.8\n8.8.4.4\n"
     assert not home.path("/var/tmp/evil/ran").exists()
 

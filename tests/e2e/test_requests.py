@@ -23,8 +23,9 @@ def test_targets_of_a_session(world, client):
     client.start()
     client.wait_ready()
     requests = world.service.requests()
-    assert [request.target for request in requests] == \
-        [f"/?cmd=MRTSL&ver={version}&device=1&systamp=MacOS,user,mobilebox&uniqueid={device}"]
+    assert [request.target for request in requests] == [
+        f"/?cmd=MRTSL&ver={version}&device=1&systamp=MacOS,user,mobilebox&uniqueid={device}"
+    ]
     assert requests[0].peer == network.REAL_ADDRESS
 
     client.choose_protocol("TCP")
@@ -52,7 +53,9 @@ def test_one_server_list_request_per_run(world, client):
     world.network.cut_home()
     world.home.wait_for(lambda: "inet NO" in client.output(), 10, "the client notices the pulled cable")
     world.network.reconnect_home()
-    world.home.wait_for(lambda: client.output().count("inet YES") >= 2, 10, "the client notices the cable again")
+    world.home.wait_for(
+        lambda: client.output().count("inet YES") >= 2, 10, "the client notices the cable again"
+    )
     client.hide()
     client.wait_hidden()
     assert len(world.service.requests_of("MRTSL")) == 1

@@ -38,7 +38,9 @@ def lent_addresses(world):
 
 def wait_lent(world, client, count, text=None):
     """Waits for the `count`-th request's address to be up; that address, on which everybody agrees."""
-    client.home.wait_for(lambda: len(world.service.requests_of("VPNC")) >= count, ui.SESSION, f"request {count}")
+    client.home.wait_for(
+        lambda: len(world.service.requests_of("VPNC")) >= count, ui.SESSION, f"request {count}"
+    )
     client.wait_hidden()
     asked = world.service.requests_of("VPNC")
     assert len(asked) == count, [request.target for request in asked]
@@ -104,18 +106,24 @@ def test_random_locations_until_every_one_was_used_and_again(world, client):
         choose(client, RANDOM)
     assert sorted(places) == sorted(place.title for place in service.LOCATIONS)
 
-    client.wait(ui.label("Notice"), 10, showing=True, matches="^Every location has been used in this rotation")
+    client.wait(
+        ui.label("Notice"), 10, showing=True, matches="^Every location has been used in this rotation"
+    )
     assert client.text("Status line") == ui.SEARCHING
     pid = client_process(world)
     begun, used = time.monotonic(), processor_seconds(pid)
     time.sleep(5)  # the length of the measurement
     share = (processor_seconds(pid) - used) / (time.monotonic() - begun)
     answers = client.ask("round_trips", key="first", count=50)
-    print(f"waiting: {share:.1%} of a core, answers in {statistics.median(answers) * 1000:.1f} ms, "
-          f"at most {max(answers) * 1000:.1f} ms")
+    print(
+        f"waiting: {share:.1%} of a core, answers in {statistics.median(answers) * 1000:.1f} ms, "
+        f"at most {max(answers) * 1000:.1f} ms"
+    )
     assert share < 0.02
     assert statistics.median(answers) < 0.1
-    assert len(world.service.requests_of("VPNC")) == len(service.LOCATIONS), "nothing is asked for while it waits"
+    assert len(world.service.requests_of("VPNC")) == len(
+        service.LOCATIONS
+    ), "nothing is asked for while it waits"
     assert lent_addresses(world) == []
 
     client.press(US_ONLY)
@@ -248,8 +256,9 @@ def test_the_same_address_cannot_be_kept_before_there_is_one(client):
     client.press(SAME_IP)
     alert = client.wait_alert(10)
     assert alert["title"] == "Quorvane"
-    assert alert["texts"] == ['Please check "Always Use Same IP Address" when you have found a fake IP you would '
-                              'like to reuse']
+    assert alert["texts"] == [
+        'Please check "Always Use Same IP Address" when you have found a fake IP you would ' "like to reuse"
+    ]
     client.dismiss_alert()
     assert client.button_state(SAME_IP)["checked"] is False
     assert "useSameIP" not in client.preferences()

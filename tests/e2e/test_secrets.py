@@ -24,7 +24,12 @@ VPN_USER, VPN_PASSWORD = "VPN user", "VPN password"
 PAIR_FILE = "Documents/Quorvane/.vpnCreds.txt"
 # place below the user's folder -> secret -> the form in which it may stand there, for its owner's eyes only.
 MAY_HOLD = {
-    ui.PREFERENCES: {ADMINISTRATOR: "scrambled", REFUSED: "scrambled", VPN_USER: "plain", VPN_PASSWORD: "plain"},
+    ui.PREFERENCES: {
+        ADMINISTRATOR: "scrambled",
+        REFUSED: "scrambled",
+        VPN_USER: "plain",
+        VPN_PASSWORD: "plain",
+    },
     PAIR_FILE: {VPN_USER: "plain", VPN_PASSWORD: "plain"},
 }
 
@@ -32,8 +37,13 @@ MAY_HOLD = {
 def private_copy(found):
     """The VPN pair as the guard hands it to OpenVPN: a file in memory that only root can open."""
     holders = [f"open in {name}: /memfd:credentials (deleted)" for name in ("openvpn-guard", "openvpn")]
-    return found.place in holders and found.secret in (VPN_USER, VPN_PASSWORD) and found.form == "plain" \
-        and found.mode == 0o400 and found.owner == 0
+    return (
+        found.place in holders
+        and found.secret in (VPN_USER, VPN_PASSWORD)
+        and found.form == "plain"
+        and found.mode == 0o400
+        and found.owner == 0
+    )
 
 
 class Guarded:
@@ -59,12 +69,22 @@ class Guarded:
 
     def misplaced(self, findings):
         """The findings that are not allowed: another place or form, or one that others may read."""
-        allowed = {(f"{self.client.folder}/{file}", secret, form) for file, secrets in MAY_HOLD.items()
-                   for secret, form in secrets.items()}
+        allowed = {
+            (f"{self.client.folder}/{file}", secret, form)
+            for file, secrets in MAY_HOLD.items()
+            for secret, form in secrets.items()
+        }
         allowed |= {(place, secret, f"base64 of {form}") for place, secret, form in allowed}
-        return {found for found in findings if not private_copy(found)
-                and ((found.place, found.secret, found.form) not in allowed
-                     or found.mode != 0o600 or found.owner != self.uid)}
+        return {
+            found
+            for found in findings
+            if not private_copy(found)
+            and (
+                (found.place, found.secret, found.form) not in allowed
+                or found.mode != 0o600
+                or found.owner != self.uid
+            )
+        }
 
     def note(self, state, *expected):
         """Checks a state that lasts and writes down which places hold what."""
@@ -77,7 +97,9 @@ class Guarded:
         assert self.misplaced(findings) == set(), state
         assert set(expected) <= {found.secret for found in findings}, f"{state}: the search is blind"
         assert self.search.processes() == set(), state
-        return sorted(f"{found.secret} ({found.form}) in {found.place}, mode {found.mode:o}" for found in findings)
+        return sorted(
+            f"{found.secret} ({found.form}) in {found.place}, mode {found.mode:o}" for found in findings
+        )
 
     def check_until_hidden(self, state, requests):
         """Looks again and again while the attempt is under way."""
@@ -85,8 +107,9 @@ class Guarded:
         while True:
             self.check(f"{state}, look {looks}", ADMINISTRATOR)
             looks += 1
-            if len(self.world.service.requests_of("VPNC")) >= requests and \
-                    self.client.text("Status line").startswith(ui.HIDING):
+            if len(self.world.service.requests_of("VPNC")) >= requests and self.client.text(
+                "Status line"
+            ).startswith(ui.HIDING):
                 break
         figures.record(f"{state}: looks at all files", looks)
 
@@ -100,7 +123,9 @@ class Guarded:
         for program in (b"sudo", b"su\0", b"openvpn", b"extractip.sh"):
             assert program in seen, f"{program} was not seen: the watch is too slow"
         log = self.search.system_log()
-        assert "credentials Is Valid" in log and "COMMAND=" in log, "the client and sudo write to the system log"
+        assert (
+            "credentials Is Valid" in log and "COMMAND=" in log
+        ), "the client and sudo write to the system log"
 
 
 @pytest.fixture(name="guarded")
@@ -116,7 +141,9 @@ def test_first_run_dialog_wrong_password_and_session(guarded):
     client.start()
     client.wait_dialog()
     for description, text in (("User name", ADA.name), ("Password", WRONG)):
-        client.ask("set_text", key="first", query={"window": ui.DIALOG, "description": description}, text=text)
+        client.ask(
+            "set_text", key="first", query={"window": ui.DIALOG, "description": description}, text=text
+        )
     assert client.dialog_text("User name") == ADA.name
     assert not set(client.dialog_text("Password")) & set(WRONG), "programs that help reading get none of it"
     guarded.note("dialog open, pair typed")
@@ -171,9 +198,19 @@ def start_with_cores(guarded, key, *command):
     folder = guarded.client.file(f"dumped-{key}")
     folder.mkdir()
     os.chown(folder, guarded.uid, guarded.uid)
-    guarded.client.ask("start", key=key, environment={}, output=f"{guarded.client.folder}/{key}.log", arguments=[
-        "/bin/sh", "-c", 'cd "$0" && ulimit -c unlimited && exec "$@"', f"{guarded.client.folder}/dumped-{key}",
-        *command])
+    guarded.client.ask(
+        "start",
+        key=key,
+        environment={},
+        output=f"{guarded.client.folder}/{key}.log",
+        arguments=[
+            "/bin/sh",
+            "-c",
+            'cd "$0" && ulimit -c unlimited && exec "$@"',
+            f"{guarded.client.folder}/dumped-{key}",
+            *command,
+        ],
+    )
 
 
 def process_called(guarded, name):
@@ -196,8 +233,9 @@ def what_the_user_can_read(guarded, pid):
     """The files of a process in /proc that another program of the same user may open."""
     readable = []
     for name in ("environ", "mem", "maps", "auxv"):
-        done = guarded.home.run("sh", "-c", f"exec 3</proc/{number_at_home(pid)}/{name}", user=guarded.client.user,
-                                check=False)
+        done = guarded.home.run(
+            "sh", "-c", f"exec 3</proc/{number_at_home(pid)}/{name}", user=guarded.client.user, check=False
+        )
         if done.returncode == 0:
             readable.append(name)
     return readable
@@ -219,7 +257,11 @@ def test_control_a_core_is_found_with_what_it_holds(guarded):
     guarded.home.write("/home/joe/held", PASSWORD, owner="joe", mode=0o600)
     start_with_cores(guarded, "holder", "/usr/bin/python3", "/home/joe/holder.py")
     guarded.home.wait_for(lambda: "held" in guarded.client.output("holder"), 10, "the stand-in holds it")
-    pid = next(process.pid for process in guarded.home.processes("python3") if "holder.py" in " ".join(process.command))
+    pid = next(
+        process.pid
+        for process in guarded.home.processes("python3")
+        if "holder.py" in " ".join(process.command)
+    )
     assert limit_of_cores(pid)[0] == "unlimited"
     assert os.stat(f"/proc/{pid}/environ").st_uid == guarded.uid
     assert what_the_user_can_read(guarded, pid) == ["environ", "mem", "maps", "auxv"]
@@ -229,8 +271,13 @@ def test_control_a_core_is_found_with_what_it_holds(guarded):
     assert (ADMINISTRATOR, cores[0]) in {(found.secret, found.place) for found in guarded.search.files()}
 
 
-@pytest.mark.parametrize("number", [pytest.param(signal.SIGSEGV, id="SIGSEGV", marks=pytest.mark.slow),
-                                    pytest.param(signal.SIGABRT, id="SIGABRT")])
+@pytest.mark.parametrize(
+    "number",
+    [
+        pytest.param(signal.SIGSEGV, id="SIGSEGV", marks=pytest.mark.slow),
+        pytest.param(signal.SIGABRT, id="SIGABRT"),
+    ],
+)
 def test_no_core_and_closed_memory(guarded, number):
     """While hidden, all secrets in memory: no core of the client, and no look into it for other programs."""
     client = guarded.client
@@ -288,9 +335,16 @@ def test_control_a_planted_secret_is_found(guarded):
     assert {found.mode for found in search.files() if found.place == "/tmp/a"} == {0o644}
     assert len(guarded.misplaced(search.files())) == len(expected), "none of these is allowed"
 
-    with home.popen("/usr/bin/python3", "-c", "import sys, tempfile\nfile = tempfile.TemporaryFile()\n"
-                    "file.write(sys.stdin.buffer.readline())\nfile.flush()\nprint(flush=True)\nsys.stdin.read()",
-                    user="joe", stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as holder:
+    with home.popen(
+        "/usr/bin/python3",
+        "-c",
+        "import sys, tempfile\nfile = tempfile.TemporaryFile()\n"
+        "file.write(sys.stdin.buffer.readline())\nfile.flush()\nprint(flush=True)\nsys.stdin.read()",
+        user="joe",
+        stdin=subprocess.PIPE,
+        stdout=subprocess.PIPE,
+        text=True,
+    ) as holder:
         holder.stdin.write(PASSWORD + "\n")
         holder.stdin.flush()
         holder.stdout.readline()

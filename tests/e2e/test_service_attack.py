@@ -24,8 +24,15 @@ HARMLESS = ["--dev", "null", "--route-noexec", "--ifconfig-noexec", "--verb", "3
 
 
 def ask(world, target):
-    return world.home.run("curl", "-q", "-fsS", "--cacert", "/etc/quorvane/ca.crt",
-                          f"https://{network.API_HOST}{target}", user="joe").stdout
+    return world.home.run(
+        "curl",
+        "-q",
+        "-fsS",
+        "--cacert",
+        "/etc/quorvane/ca.crt",
+        f"https://{network.API_HOST}{target}",
+        user="joe",
+    ).stdout
 
 
 def servers(world):
@@ -36,8 +43,11 @@ def servers(world):
 
 
 def configuration(world, user, address):
-    return ask(world, f"/?cmd=VPNC&ver=1&device=1&server=571&desiredip={address}&sessid={user}"
-                      "&&systamp=MacOS,user,mobilebox&uniqueid=x&proto=UDP")
+    return ask(
+        world,
+        f"/?cmd=VPNC&ver=1&device=1&server=571&desiredip={address}&sessid={user}"
+        "&&systamp=MacOS,user,mobilebox&uniqueid=x&proto=UDP",
+    )
 
 
 def log_in(world, user, password, answer, namespace=network.HOME, seconds=20):
@@ -48,13 +58,28 @@ def log_in(world, user, password, answer, namespace=network.HOME, seconds=20):
     if not program.exists():
         program.symlink_to("/usr/sbin/openvpn")
     text = answer.partition("VPNConfig: ")[2].replace("<br />", "\n")
-    (folder / "x.ovpn").write_text(re.sub(r"(?m)^(dev|redirect-gateway|block-ipv6|ifconfig-ipv6).*\n", "", text),
-                                   encoding="ascii")
+    (folder / "x.ovpn").write_text(
+        re.sub(r"(?m)^(dev|redirect-gateway|block-ipv6|ifconfig-ipv6).*\n", "", text), encoding="ascii"
+    )
     (folder / "pair").write_text(f"{user}\n{password}\n", encoding="ascii")
     (folder / "pair").chmod(0o600)
-    with subprocess.Popen(["ip", "netns", "exec", namespace, str(program), "--config", str(folder / "x.ovpn"),
-                           "--auth-user-pass", str(folder / "pair"), *HARMLESS],
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True) as process:
+    with subprocess.Popen(
+        [
+            "ip",
+            "netns",
+            "exec",
+            namespace,
+            str(program),
+            "--config",
+            str(folder / "x.ovpn"),
+            "--auth-user-pass",
+            str(folder / "pair"),
+            *HARMLESS,
+        ],
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+        text=True,
+    ) as process:
         lines = []
         end = time.monotonic() + seconds
         try:
@@ -99,8 +124,18 @@ def test_a_thousand_sessions_at_once(make_world, make_client):
 
 def test_stalled_and_dripping_clients(world, client):
     """400 connections that say nothing or a letter only: a session goes on beside them as ever."""
-    stalling = world.home.popen("prlimit", "--nofile=8192", "/usr/bin/python3", "-B", CROWD, "--stall", "200",
-                                stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+    stalling = world.home.popen(
+        "prlimit",
+        "--nofile=8192",
+        "/usr/bin/python3",
+        "-B",
+        CROWD,
+        "--stall",
+        "200",
+        stdin=subprocess.PIPE,
+        stdout=subprocess.PIPE,
+        text=True,
+    )
     try:
         assert json.loads(stalling.stdout.readline()) == {"silent": 200, "dripping": 200}
         check_session(world, client)
@@ -114,8 +149,11 @@ def test_expired_user(make_world):
     user, password = servers(world)
     answer = configuration(world, user, BERLIN.addresses[0])
     assert answer.startswith("VPNConfig: ")
-    world.home.wait_for(lambda: not configuration(world, user, BERLIN.addresses[0]).startswith("VPNConfig: "), 10,
-                        "the user expires")
+    world.home.wait_for(
+        lambda: not configuration(world, user, BERLIN.addresses[0]).startswith("VPNConfig: "),
+        10,
+        "the user expires",
+    )
     assert configuration(world, user, BERLIN.addresses[0]) == "ERR: Unknown or expired session"
     assert log_in(world, user, password, answer) == "refused"
     assert world.service.lent() == {}
@@ -155,15 +193,37 @@ def test_pairs_that_open_nothing(world):
 def raw_request(world, target):
     """The answer to a target that curl would not send as it is."""
     request = f"GET {target} HTTP/1.1\r\nHost: {network.API_HOST}\r\nConnection: close\r\n\r\n"
-    return world.home.run("openssl", "s_client", "-quiet", "-connect", f"{network.API_HOST}:443", "-CAfile",
-                          "/etc/quorvane/ca.crt", input=request).stdout
+    return world.home.run(
+        "openssl",
+        "s_client",
+        "-quiet",
+        "-connect",
+        f"{network.API_HOST}:443",
+        "-CAfile",
+        "/etc/quorvane/ca.crt",
+        input=request,
+    ).stdout
 
 
 def test_wrong_sessions(world):
     world.service.control("announce", pattern=".*", count=0)
-    for sessid in ("x", "", "A" * 300, "%00", "..%2F..", "' OR 1=1", "$(id)", "<script>", "\x7f", "a&sessid=b"):
-        answer = raw_request(world, f"/?cmd=VPNC&ver=1&device=1&server=571&desiredip={BERLIN.addresses[0]}"
-                                    f"&sessid={sessid}&&systamp=MacOS,user,mobilebox&uniqueid=x&proto=UDP")
+    for sessid in (
+        "x",
+        "",
+        "A" * 300,
+        "%00",
+        "..%2F..",
+        "' OR 1=1",
+        "$(id)",
+        "<script>",
+        "\x7f",
+        "a&sessid=b",
+    ):
+        answer = raw_request(
+            world,
+            f"/?cmd=VPNC&ver=1&device=1&server=571&desiredip={BERLIN.addresses[0]}"
+            f"&sessid={sessid}&&systamp=MacOS,user,mobilebox&uniqueid=x&proto=UDP",
+        )
         assert answer.startswith("HTTP/1.1 ") and "VPNConfig" not in answer, sessid
         assert "ERR: " in answer or " 400 " in answer.splitlines()[0], (sessid, answer)
     assert ask(world, "/ip").strip() == network.REAL_ADDRESS, "and it goes on"
@@ -171,8 +231,19 @@ def test_wrong_sessions(world):
 
 def test_addresses_that_the_service_does_not_own(world):
     user, _password = servers(world)
-    for address in ("192.0.2.10", "198.51.100.10", "203.0.113.250", "127.0.0.1", "0.0.0.0", "255.255.255.255",
-                    "203.0.113.040", "203.0.113.40,203.0.113.41", "::1", "203.0.113.40%0aup", "10.8.0.1"):
+    for address in (
+        "192.0.2.10",
+        "198.51.100.10",
+        "203.0.113.250",
+        "127.0.0.1",
+        "0.0.0.0",
+        "255.255.255.255",
+        "203.0.113.040",
+        "203.0.113.40,203.0.113.41",
+        "::1",
+        "203.0.113.40%0aup",
+        "10.8.0.1",
+    ):
         answer = configuration(world, user, address)
         assert answer in ("ERR: Address not available", "ERR: Argument parsing error"), address
     assert configuration(world, user, BERLIN.addresses[0]).startswith("VPNConfig: ")
@@ -187,16 +258,19 @@ def test_kill_of_the_service(world, client):
     os.kill(world.service.pid, signal.SIGKILL)
     world.service.process.wait()
     # Its OpenVPN servers end with it; what it had made on the gateway is replaced at the next start.
-    world.home.wait_for(lambda: "vpnsrv" not in network.inside(network.GATEWAY, "ss", "-Hltunp").stdout, 20,
-                        "its servers end")
+    world.home.wait_for(
+        lambda: "vpnsrv" not in network.inside(network.GATEWAY, "ss", "-Hltunp").stdout, 20, "its servers end"
+    )
     (world.service.runtime / "listening").unlink()
     world.service.start()
     assert world.service.lent() == {}
     client.stop()
     client.hide()
     # The user of the list is not known any more: the attempt ends, the next list brings a new one.
-    assert client.wait_alert(ui.FAILURE)["texts"] == ["Location is not available.",
-                                                      "Please try a different location."]
+    assert client.wait_alert(ui.FAILURE)["texts"] == [
+        "Location is not available.",
+        "Please try a different location.",
+    ]
     client.dismiss_alert()
     client.wait({"role": "alert"}, 10, absent=True)
     client.signal(signal.SIGTERM)

@@ -9,7 +9,6 @@ from world.accounts import ADA, SUE
 from world.service import BERLIN
 
 
-
 def remembered(client, account=ADA, place=BERLIN):
     """A user who has given an administrator and chosen a location in an earlier run."""
     client.remember_administrator(account, location=place.title)
@@ -33,7 +32,11 @@ def check_not_hidden(world, client):
     assert client.current_address() == network.REAL_ADDRESS
     assert client.text("State picture") == "IP not hidden"
     assert client.button_state()["name"] == "Quorvane"
-    assert not client.shows("Location label") and not client.shows("Location") and not client.shows("Country flag")
+    assert (
+        not client.shows("Location label")
+        and not client.shows("Location")
+        and not client.shows("Country flag")
+    )
     client.wait_no_openvpn()
     assert world.home.public_address(client.user) == network.REAL_ADDRESS
 
@@ -55,7 +58,9 @@ def test_fixed_location(world, client, protocol):
 
     tunnel = client.openvpn()
     assert len(tunnel) == 1 and tunnel[0].uid == 0, "OpenVPN runs once, as root"
-    server = f"{asked[0].parameter('desiredip')}:{service.UDP_PORT if protocol == 'UDP' else service.TCP_PORT}"
+    server = (
+        f"{asked[0].parameter('desiredip')}:{service.UDP_PORT if protocol == 'UDP' else service.TCP_PORT}"
+    )
     link = {"UDP": "UDPv4", "TCP": "TCPv4_CLIENT"}[protocol]
     assert f"{link} link remote: [AF_INET]{server}\n" in client.openvpn_log()
 
@@ -129,10 +134,14 @@ def test_files_of_a_session(world, client):
     client.wait_hidden()
     folder = "Documents/Quorvane/"
     preferences = client.preferences()
-    assert client.file(folder + "qrvp.log").read_text(encoding="utf-8") == \
-        f"trying to connect {BERLIN.title}\nconnection success {BERLIN.title}\n"
-    assert client.file(folder + ".vpnCreds.txt").read_text(encoding="utf-8") == \
-        f"{preferences['vpnUsername']}\n{preferences['vpnPassword']}"
+    assert (
+        client.file(folder + "qrvp.log").read_text(encoding="utf-8")
+        == f"trying to connect {BERLIN.title}\nconnection success {BERLIN.title}\n"
+    )
+    assert (
+        client.file(folder + ".vpnCreds.txt").read_text(encoding="utf-8")
+        == f"{preferences['vpnUsername']}\n{preferences['vpnPassword']}"
+    )
     assert preferences["vpnConfigPath"] == f"{client.folder}/{folder}qrvp.ovpn"
     assert preferences["countryCode"] == BERLIN.country_code
     address = world.service.requests_of("VPNC")[0].parameter("desiredip")

@@ -12,9 +12,16 @@ from world import machine, network, service
 from world.accounts import ADA
 
 # Twelve American places with four addresses each: with "US only" every one comes once before any comes again.
-PLACES = tuple(service.Location("US", "United States", f"C{number:02}", f"City {number:02}",
-                                tuple(f"203.0.113.{4 * number + part}" for part in range(1, 5)))
-               for number in range(12))
+PLACES = tuple(
+    service.Location(
+        "US",
+        "United States",
+        f"C{number:02}",
+        f"City {number:02}",
+        tuple(f"203.0.113.{4 * number + part}" for part in range(1, 5)),
+    )
+    for number in range(12)
+)
 
 EVERY = 10  # changes between two samples
 # Caches fill in the first changes: fonts, pictures of both states, the pools of the allocator, OpenVPN's own.
@@ -22,7 +29,9 @@ SETTLED = 20
 # One leak of 25 KiB a change would be 5 MiB in 200; what the allocator keeps moves by less than half of it.
 CLIENT_GROWTH_KIB = 5 * 1024
 SERVICE_GROWTH_KIB = 1024  # smaller, and without pictures
-SERVERS_GROWTH_KIB = 2 * 1024  # two OpenVPN servers, which keep some memory of each client until it is renewed
+SERVERS_GROWTH_KIB = (
+    2 * 1024
+)  # two OpenVPN servers, which keep some memory of each client until it is renewed
 DESCRIPTORS = 2  # a connection to the screen or the bus that is just being used
 THREADS = 3  # of the pool of background tasks: two of a fetch and a launch, one of the resolver
 # By design the session log has a line for the attempt and one for the success; nothing else may grow at home.
@@ -38,10 +47,13 @@ def details(pid):
     "own" is what belongs to it alone. "pss" follows whatever else runs on the machine: it is noted, not judged.
     """
     rollup = Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="ascii")
-    return {"rss": outcomes.memory(pid), "own": outcomes.memory(pid, "RssAnon"),
-            "pss": int(re.search(r"^Pss:\s+(\d+)", rollup, re.MULTILINE).group(1)),
-            "descriptors": len(list(Path(f"/proc/{pid}/fd").iterdir())),
-            "threads": len(list(Path(f"/proc/{pid}/task").iterdir()))}
+    return {
+        "rss": outcomes.memory(pid),
+        "own": outcomes.memory(pid, "RssAnon"),
+        "pss": int(re.search(r"^Pss:\s+(\d+)", rollup, re.MULTILINE).group(1)),
+        "descriptors": len(list(Path(f"/proc/{pid}/fd").iterdir())),
+        "threads": len(list(Path(f"/proc/{pid}/task").iterdir())),
+    }
 
 
 def files_of(folder, left_out=()):
@@ -52,9 +64,12 @@ def files_of(folder, left_out=()):
 
 def rows_of_gateway():
     """The elements of the tables by which addresses are lent."""
-    return {name: len(entry[kind].get("elem", [])) for entry in network.firewall(network.GATEWAY)
-            for kind, name in (("map", service.LENT_MAP), ("set", "allowed"))
-            if entry.get(kind, {}).get("name") == name}
+    return {
+        name: len(entry[kind].get("elem", []))
+        for entry in network.firewall(network.GATEWAY)
+        for kind, name in (("map", service.LENT_MAP), ("set", "allowed"))
+        if entry.get(kind, {}).get("name") == name
+    }
 
 
 class Sample:
@@ -68,23 +83,33 @@ class Sample:
             "processes of the user": sum(process.uid == uid for process in home.processes()),
             "OpenVPN processes": len(client.openvpn()),
             "OpenVPN's guards": len(home.processes("openvpn-guard")),
-            "routes": len(state["routes"]), "links": len(state["links"]),
+            "routes": len(state["routes"]),
+            "links": len(state["links"]),
             "firewall rows": len(network.firewall(network.HOME)),
             # What the client says to the test's own file is no file of the client's.
             **files_of(client.file("."), left_out=("first.log", "qrvp.log", "openvpn.log")),
-            "temporary files": sum(files_of(home.path(folder), left_out=("driver.log",))["files"]
-                                   for folder in ("/tmp", "/var/tmp", "/run", "/root")),
+            "temporary files": sum(
+                files_of(home.path(folder), left_out=("driver.log",))["files"]
+                for folder in ("/tmp", "/var/tmp", "/run", "/root")
+            ),
             "bytes of the session log": (documents / "qrvp.log").stat().st_size,
-            "bytes of OpenVPN's log": (documents / "openvpn.log").stat().st_size}
+            "bytes of OpenVPN's log": (documents / "openvpn.log").stat().st_size,
+        }
         status = world.service.control("status")
         runtime = world.service.runtime
-        self.service = {**details(world.service.pid), "credentials": status["credentials"],
-                        "clients": sum(server["clients"] for server in status["servers"].values()),
-                        **rows_of_gateway(),
-                        "files in the runtime folder": len(list(runtime.iterdir())),
-                        "bytes of the servers' logs": sum(path.stat().st_size for path in runtime.glob("*.log"))}
+        self.service = {
+            **details(world.service.pid),
+            "credentials": status["credentials"],
+            "clients": sum(server["clients"] for server in status["servers"].values()),
+            **rows_of_gateway(),
+            "files in the runtime folder": len(list(runtime.iterdir())),
+            "bytes of the servers' logs": sum(path.stat().st_size for path in runtime.glob("*.log")),
+        }
         servers = [details(pid) for pid, name in machine.processes() if name == "vpnsrv"]
-        self.servers = {"number": len(servers), **{key: sum(one[key] for one in servers) for key in servers[0]}}
+        self.servers = {
+            "number": len(servers),
+            **{key: sum(one[key] for one in servers) for key in servers[0]},
+        }
 
     def __str__(self):
         return json.dumps(vars(self))
@@ -108,8 +133,9 @@ class Soak:
 
     def _arrived(self, count):
         """The `count`-th address is up, everybody agrees on it, and no earlier one is lent any more."""
-        self.world.home.wait_for(lambda: len(self.world.service.requests_of("VPNC")) >= count, ui.SESSION,
-                                 f"request {count}")
+        self.world.home.wait_for(
+            lambda: len(self.world.service.requests_of("VPNC")) >= count, ui.SESSION, f"request {count}"
+        )
         self.client.wait_hidden()
         asked = self.world.service.requests_of("VPNC")
         assert len(asked) == count, "one change, one request"
@@ -151,17 +177,29 @@ class Soak:
             assert now["threads"] - was["threads"] <= THREADS, side
         self._check_counts()
         assert last.home["bytes"] - first.home["bytes"] < HOME_GROWTH
-        assert last.home["bytes of the session log"] - first.home["bytes of the session log"] <= \
-            SESSION_LOG_PER_CHANGE * changes
-        assert last.service["bytes of the servers' logs"] - first.service["bytes of the servers' logs"] <= \
-            SERVER_LOG_PER_CHANGE * changes
+        assert (
+            last.home["bytes of the session log"] - first.home["bytes of the session log"]
+            <= SESSION_LOG_PER_CHANGE * changes
+        )
+        assert (
+            last.service["bytes of the servers' logs"] - first.service["bytes of the servers' logs"]
+            <= SERVER_LOG_PER_CHANGE * changes
+        )
 
     def _check_counts(self):
         """What must be the same however often the address changed."""
         samples = [self.samples[count] for count in sorted(self.samples)]
         # The way to the gateway in use is among the routes; a killed OpenVPN's is taken back.
-        for key in ("processes of the user", "OpenVPN processes", "OpenVPN's guards", "routes", "links",
-                    "firewall rows", "files", "temporary files"):
+        for key in (
+            "processes of the user",
+            "OpenVPN processes",
+            "OpenVPN's guards",
+            "routes",
+            "links",
+            "firewall rows",
+            "files",
+            "temporary files",
+        ):
             assert {sample.home[key] for sample in samples[1:]} == {samples[1].home[key]}, key
         for key in ("credentials", "files in the runtime folder"):
             assert {sample.service[key] for sample in samples} == {samples[0].service[key]}, key

@@ -17,9 +17,11 @@ def test_second_copy(world, client):
 
     client.start(key="second")
     alert = client.wait_alert(10, key="second")
-    assert alert["texts"] == ["Quorvane is already running.",
-                              "There is already a copy of Quorvane running. This copy cannot be opened until that "
-                              "instance is quit."]
+    assert alert["texts"] == [
+        "Quorvane is already running.",
+        "There is already a copy of Quorvane running. This copy cannot be opened until that "
+        "instance is quit.",
+    ]
     assert alert["buttons"] == ["OK"]
     client.dismiss_alert(key="second")
     assert client.wait_exit(key="second") == 0
@@ -83,8 +85,14 @@ def test_german_user(world, client):
     """The catalogue of the contents folder is found, and the service still understands the program."""
     client.remember_administrator(ADA)
     client.start(environment={"LC_ALL": "de_DE.UTF-8"})
-    client.wait(ui.label("Statuszeile"), ui.ANSWER, name="WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!")
+    client.wait(
+        ui.label("Statuszeile"), ui.ANSWER, name="WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!"
+    )
     client.wait({"window": ui.MAIN, "description": "Schaltfläche zum Verbergen"}, ui.ANSWER, enabled=True)
     client.press({"window": ui.MAIN, "description": "Schaltfläche zum Verbergen"})
-    client.wait(ui.label("Statuszeile"), ui.SESSION, name=f"Ihre echte IP {network.REAL_ADDRESS} ist derzeit verborgen")
+    client.wait(
+        ui.label("Statuszeile"),
+        ui.SESSION,
+        name=f"Ihre echte IP {network.REAL_ADDRESS} ist derzeit verborgen",
+    )
     assert world.home.public_address() in world.service.lent().values()

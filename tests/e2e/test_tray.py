@@ -6,8 +6,20 @@ from harness.tray import EmbeddingTray, TrayIcon
 from world.accounts import ADA
 
 NOT_HIDDEN = "Quorvane: your IP is not hidden"
-MENU = ["Quorvane", "Change IP", "-", "Copy IP", "Check IP in Browser", "-", "Show Quorvane", "Refresh Locations",
-        "Settings...", "About Quorvane", "-", "Quit Quorvane"]
+MENU = [
+    "Quorvane",
+    "Change IP",
+    "-",
+    "Copy IP",
+    "Check IP in Browser",
+    "-",
+    "Show Quorvane",
+    "Refresh Locations",
+    "Settings...",
+    "About Quorvane",
+    "-",
+    "Quit Quorvane",
+]
 
 
 @pytest.fixture
@@ -81,7 +93,9 @@ def test_refresh_asks_again(world, client, tray):
     client.wait_ready()
     tray.wait_item()
     tray.click("Refresh Locations")
-    world.home.wait_for(lambda: len(world.service.requests_of("MRTSL")) == 2, 10, "the list was asked for again")
+    world.home.wait_for(
+        lambda: len(world.service.requests_of("MRTSL")) == 2, 10, "the list was asked for again"
+    )
 
 
 def test_about_item(client, tray):
@@ -106,7 +120,7 @@ def test_activation_and_show_item_bring_up_the_same_window(world, client, tray):
     close_window(world, client)
     tray.click("Show Quorvane")
     wait_shown(world, client)
-    window, = client.display.listed("Quorvane .ver")
+    (window,) = client.display.listed("Quorvane .ver")
     world.home.wait_for(lambda: client.display.active() == window, 10, "it has the focus")
 
 
@@ -131,7 +145,9 @@ def test_host_that_dies_and_comes_back(world, client, tray):
     tray.wait_item()
     close_window(world, client)
     tray.vanish()
-    world.home.wait_for(lambda: client.display.listed("Quorvane .ver"), 10, "the window waits in the task bar")
+    world.home.wait_for(
+        lambda: client.display.listed("Quorvane .ver"), 10, "the window waits in the task bar"
+    )
     assert not shown(client)
     tray.appear()
     tray.wait_item(tooltip=NOT_HIDDEN)
@@ -155,7 +171,7 @@ def test_without_any_tray(world, client):
     client.start()
     client.wait_ready()
     close_window(world, client)
-    window, = client.display.listed("Quorvane .ver")
+    (window,) = client.display.listed("Quorvane .ver")
     assert client.running()
     client.display.run("xdotool", "windowactivate", "--sync", window)
     wait_shown(world, client)
@@ -173,10 +189,13 @@ def test_background_start_without_any_tray(world, client):
     client.start("-hide")
     world.home.wait_for(lambda: client.display.listed("Quorvane .ver"), 15, "the task bar leads to it")
     wait_shown(world, client, False)
-    window, = client.display.listed("Quorvane .ver")
+    (window,) = client.display.listed("Quorvane .ver")
     world.home.wait_for(lambda: world.service.requests_of("MRTSL"), 15, "the list was asked for")
-    world.home.wait_for(lambda: "_NET_WM_STATE_ABOVE" not in client.display.property(window, "_NET_WM_STATE"), 10,
-                        "two seconds are over")
+    world.home.wait_for(
+        lambda: "_NET_WM_STATE_ABOVE" not in client.display.property(window, "_NET_WM_STATE"),
+        10,
+        "two seconds are over",
+    )
     assert not shown(client), "neither the answer nor the normal level brings it forward"
 
 
@@ -208,7 +227,9 @@ def test_late_embedding_tray(world, client):
     tray.wait_icon()
     world.home.wait_for(lambda: not client.display.listed("Quorvane .ver"), 10, "the tray takes over")
     tray.close()
-    world.home.wait_for(lambda: client.display.listed("Quorvane .ver"), 10, "the window waits in the task bar")
+    world.home.wait_for(
+        lambda: client.display.listed("Quorvane .ver"), 10, "the window waits in the task bar"
+    )
     tray = EmbeddingTray(client)
     tray.wait_icon()
     world.home.wait_for(lambda: not client.display.listed("Quorvane .ver"), 10, "the tray has it again")
@@ -222,12 +243,15 @@ def test_window_floats_for_two_seconds_and_then_stays_where_it_is(world, client)
     client.start()
     display = client.display
     world.home.wait_for(lambda: display.listed("Quorvane .ver"), 15, "the window is there")
-    window, = display.listed("Quorvane .ver")
+    (window,) = display.listed("Quorvane .ver")
     world.home.wait_for(lambda: display.active() == window, 10, "the window has the focus")
     assert "_NET_WM_STATE_ABOVE" in display.property(window, "_NET_WM_STATE")
     with display.watched(window) as changes:
-        world.home.wait_for(lambda: "_NET_WM_STATE_ABOVE" not in display.property(window, "_NET_WM_STATE"), 10,
-                            "the window floats no longer")
+        world.home.wait_for(
+            lambda: "_NET_WM_STATE_ABOVE" not in display.property(window, "_NET_WM_STATE"),
+            10,
+            "the window floats no longer",
+        )
     assert display.active() == window and display.listed("Quorvane .ver") == [window]
     states = [line for line in changes() if "window state:" in line]
     assert states and all("Normal" in line for line in states), "it was on the screen all the while"
@@ -243,7 +267,7 @@ def test_window_that_was_away_meanwhile_does_not_float_later(world, client, tray
     world.home.wait_for(lambda: "getSystemDns" in client.output(), 15, "two seconds are over")
     tray.activate()
     wait_shown(world, client)
-    window, = client.display.listed("Quorvane .ver")
+    (window,) = client.display.listed("Quorvane .ver")
     world.home.wait_for(lambda: client.display.active() == window, 10, "the window has the focus")
     assert "_NET_WM_STATE_ABOVE" not in client.display.property(window, "_NET_WM_STATE")
 
@@ -260,12 +284,31 @@ def test_screen_reader_finds_no_unnamed_control(client, tray):
     check_names(client.nodes(), {"dialog", "push button", "label"})
 
 
-CONTROLS = {"push button", "toggle button", "check box", "radio button", "combo box", "text", "password text",
-            "spin button", "progress bar", "slider", "menu item", "dialog", "table", "link", "label", "image", "icon"}
+CONTROLS = {
+    "push button",
+    "toggle button",
+    "check box",
+    "radio button",
+    "combo box",
+    "text",
+    "password text",
+    "spin button",
+    "progress bar",
+    "slider",
+    "menu item",
+    "dialog",
+    "table",
+    "link",
+    "label",
+    "image",
+    "icon",
+}
 
 
 def check_names(nodes, expected):
     showing = [node for node in nodes if node["showing"]]
     assert expected <= {node["role"] for node in showing}, "the tree holds the window's controls"
-    unnamed = [node for node in showing if node["role"] in CONTROLS and not node["name"] and not node["description"]]
+    unnamed = [
+        node for node in showing if node["role"] in CONTROLS and not node["name"] and not node["description"]
+    ]
     assert not unnamed

@@ -57,8 +57,8 @@ def _ip(moment, data, six):
         first = struct.unpack(">H", data[6:8])[0] & 0x1FFF == 0
     port, payload = 0, b""
     if protocol in (TCP, UDP) and first and len(data) >= start + 8:
-        port = struct.unpack(">H", data[start + 2:start + 4])[0]
-        payload = data[start + 8:] if protocol == UDP else b""
+        port = struct.unpack(">H", data[start + 2 : start + 4])[0]
+        payload = data[start + 8 :] if protocol == UDP else b""
     return Packet(moment, protocol, str(source), str(destination), port, payload)
 
 
@@ -67,8 +67,8 @@ def _packets(raw):
     order = "<" if raw[:4] == b"\xd4\xc3\xb2\xa1" else ">"
     at, found = 24, []
     while at + 16 <= len(raw):
-        seconds, micros, kept, _whole = struct.unpack(f"{order}IIII", raw[at:at + 16])
-        frame = raw[at + 16:at + 16 + kept]
+        seconds, micros, kept, _whole = struct.unpack(f"{order}IIII", raw[at : at + 16])
+        frame = raw[at + 16 : at + 16 + kept]
         if len(frame) < kept:
             break
         at += 16 + kept
@@ -76,7 +76,9 @@ def _packets(raw):
         if kind in (_IPV4, _IPV6):
             found.append(_ip(seconds + micros / 1e6, frame[_ETHERNET:], kind == _IPV6))
         elif kind != _ARP:
-            raise AssertionError(f"a frame of kind {kind:#06x} left the home: the capture cannot tell what it is")
+            raise AssertionError(
+                f"a frame of kind {kind:#06x} left the home: the capture cannot tell what it is"
+            )
     return found
 
 
@@ -89,12 +91,16 @@ class Phase:
 
     def beside(self, servers):
         """What went neither to the VPN servers (address, port, protocol) nor stayed on the cable."""
-        return [packet for packet in self.packets
-                if not packet.stays and (packet.destination, packet.port, packet.protocol) not in servers]
+        return [
+            packet
+            for packet in self.packets
+            if not packet.stays and (packet.destination, packet.port, packet.protocol) not in servers
+        ]
 
     def to(self, servers):
-        return [packet for packet in self.packets
-                if (packet.destination, packet.port, packet.protocol) in servers]
+        return [
+            packet for packet in self.packets if (packet.destination, packet.port, packet.protocol) in servers
+        ]
 
 
 def is_dns(packet):
@@ -118,9 +124,31 @@ class Capture:
         self._file = world.folder / "home.pcap"
         self._marks = 0
         self._process = subprocess.Popen(
-            ["ip", "netns", "exec", network.GATEWAY, "tcpdump", "-i", "lan", "-Q", "in", "-n", "-s", "160", "-U",
-             "--immediate-mode", "-Z", "root", "-w", str(self._file)],
-            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+            [
+                "ip",
+                "netns",
+                "exec",
+                network.GATEWAY,
+                "tcpdump",
+                "-i",
+                "lan",
+                "-Q",
+                "in",
+                "-n",
+                "-s",
+                "160",
+                "-U",
+                "--immediate-mode",
+                "-Z",
+                "root",
+                "-w",
+                str(self._file),
+            ],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.PIPE,
+            text=True,
+        )
         said = self._process.stderr.readline()
         if "listening on lan" not in said:
             raise RuntimeError(f"tcpdump did not start: {said}")
@@ -148,7 +176,7 @@ class Capture:
         begin = self._mark()
         yield phase
         end = self._mark()
-        phase.packets = self.packets()[begin + 1:end]
+        phase.packets = self.packets()[begin + 1 : end]
 
     def close(self):
         self._process.terminate()

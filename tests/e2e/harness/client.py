@@ -52,7 +52,7 @@ def unscrambled(stored):
     units = stored[4:] if isinstance(stored, bytes) else stored.encode("utf-16-le")
     length = len(units) // 4
     assert len(units) == 4 * length + 2 and units[-2:] == b"\0\0", "two units for each and U+0000 at the end"
-    return b"".join(units[at:at + 2] for at in range(0, 4 * length, 4)).decode("utf-16-le")
+    return b"".join(units[at : at + 2] for at in range(0, 4 * length, 4)).decode("utf-16-le")
 
 
 class Client:
@@ -63,14 +63,26 @@ class Client:
         self.folder = self.home.folder(user)
         self.log_folder = self.folder
         self.display = display or PrivateDisplay(self.home, user)
-        environment = {**self.display.environment, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-                       "QT_QPA_PLATFORM": "xcb", "NO_AT_BRIDGE": "0"}
+        environment = {
+            **self.display.environment,
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+            "QT_QPA_PLATFORM": "xcb",
+            "NO_AT_BRIDGE": "0",
+        }
         self._errors = self.home.path("/tmp/driver.log").open("ab")
         self._driver = self.home.popen(
             # The bus writes to its standard output now and then, so the driver answers on a descriptor of its own.
-            "sh", "-c", 'exec 3>&1 1>&2; exec dbus-run-session -- /usr/bin/python3 "$0"',
-            f"{homes.HARNESS}/driver.py", user=user,
-            environment=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=self._errors, text=True)
+            "sh",
+            "-c",
+            'exec 3>&1 1>&2; exec dbus-run-session -- /usr/bin/python3 "$0"',
+            f"{homes.HARNESS}/driver.py",
+            user=user,
+            environment=environment,
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            stderr=self._errors,
+            text=True,
+        )
         self._lock = threading.Lock()
         if self._read() != "ready":
             raise DriverError("the driver did not start")
@@ -97,8 +109,13 @@ class Client:
 
     def start(self, *arguments, key="first", environment=None):
         """Starts a copy of the client; `key` tells several copies apart."""
-        return self.ask("start", key=key, arguments=[PROGRAM, *arguments], environment=environment or {},
-                        output=f"{self.log_folder}/{key}.log")
+        return self.ask(
+            "start",
+            key=key,
+            arguments=[PROGRAM, *arguments],
+            environment=environment or {},
+            output=f"{self.log_folder}/{key}.log",
+        )
 
     def output(self, key="first"):
         """What the copy wrote to its standard output and error."""
@@ -204,8 +221,10 @@ class Client:
 
     def alerts(self, key="first"):
         """Every message box that shows: title, texts without blank lines at their ends, buttons."""
-        return [{**alert, "texts": [text.strip() for text in alert["texts"] if text.strip()]}
-                for alert in self.ask("alerts", key=key)]
+        return [
+            {**alert, "texts": [text.strip() for text in alert["texts"] if text.strip()]}
+            for alert in self.ask("alerts", key=key)
+        ]
 
     def wait_alert(self, timeout, key="first"):
         """Waits for a message box; its title, texts and buttons."""
@@ -218,7 +237,9 @@ class Client:
         assert shown, "there is no alert to dismiss"
         self.press({"window": shown[0]["title"], "role": "push button", "name": "OK"}, key=key)
         # The button looks pressed for a moment before it does what it is for.
-        self.home.wait_for(lambda: identities[0] not in self.ask("alert_ids", key=key), 10, "the message box is closed")
+        self.home.wait_for(
+            lambda: identities[0] not in self.ask("alert_ids", key=key), 10, "the message box is closed"
+        )
 
     # --- its files
 

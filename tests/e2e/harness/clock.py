@@ -20,8 +20,13 @@ class Clock:
     @property
     def environment(self):
         """What the client is to be started with."""
-        return {"LD_PRELOAD": LIBRARY, "FAKETIME_TIMESTAMP_FILE": FILE, "FAKETIME_NO_CACHE": "1",
-                "FAKETIME_DONT_FAKE_MONOTONIC": "1", "DONT_FAKE_MONOTONIC": "1"}
+        return {
+            "LD_PRELOAD": LIBRARY,
+            "FAKETIME_TIMESTAMP_FILE": FILE,
+            "FAKETIME_NO_CACHE": "1",
+            "FAKETIME_DONT_FAKE_MONOTONIC": "1",
+            "DONT_FAKE_MONOTONIC": "1",
+        }
 
     def set(self, hours):
         """Sets the clock that many hours before or after the real one. The file is never seen half written."""

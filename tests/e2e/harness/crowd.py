@@ -18,7 +18,9 @@ import time
 HOST, PORT = "api.quorvane.test", 443
 COMMON = "ver=1.0.0&device=1"
 TAIL = "systamp=MacOS,user,mobilebox&uniqueid=crowd"
-TOGETHER = 64  # handshakes under way at once; connections stay open, so all sessions are there together in the end
+TOGETHER = (
+    64  # handshakes under way at once; connections stay open, so all sessions are there together in the end
+)
 
 
 class Start:
@@ -45,7 +47,9 @@ async def ask(reader, writer, target):
     writer.write(f"GET {target} HTTP/1.1\r\nHost: {HOST}\r\n\r\n".encode())
     await writer.drain()
     head = await reader.readuntil(b"\r\n\r\n")
-    length = next(int(line.split(b":")[1]) for line in head.split(b"\r\n") if line.lower().startswith(b"content-length"))
+    length = next(
+        int(line.split(b":")[1]) for line in head.split(b"\r\n") if line.lower().startswith(b"content-length")
+    )
     return (await reader.readexactly(length)).decode()
 
 
@@ -56,7 +60,9 @@ async def session(number, addresses, gate, start):
     servers = await ask(reader, writer, f"/?cmd=MRTSL&{COMMON}&{TAIL}")
     user = dict(line.partition(":")[::2] for line in servers.split("<br />"))["VPNUser"].strip()
     address = addresses[number % len(addresses)]
-    answer = await ask(reader, writer, f"/?cmd=VPNC&{COMMON}&server=571&desiredip={address}&sessid={user}&&{TAIL}&proto=UDP")
+    answer = await ask(
+        reader, writer, f"/?cmd=VPNC&{COMMON}&server=571&desiredip={address}&sessid={user}&&{TAIL}&proto=UDP"
+    )
     writer.close()
     return user, f"remote {address} " in answer and answer.startswith("VPNConfig: ")
 
@@ -68,9 +74,15 @@ async def crowd(count, addresses):
     results = await asyncio.gather(*tasks, return_exceptions=True)
     failed = [str(result) for result in results if isinstance(result, BaseException)]
     good = [result for result in results if not isinstance(result, BaseException)]
-    return {"sessions": len(good), "users": len({user for user, _ in good}),
-            "configurations": sum(right for _, right in good), "failed": len(failed), "first failure": failed[:1],
-            "connecting": round(start.time - begun, 2), "asking": round(time.monotonic() - start.time, 2)}
+    return {
+        "sessions": len(good),
+        "users": len({user for user, _ in good}),
+        "configurations": sum(right for _, right in good),
+        "failed": len(failed),
+        "first failure": failed[:1],
+        "connecting": round(start.time - begun, 2),
+        "asking": round(time.monotonic() - start.time, 2),
+    }
 
 
 async def stall(count):

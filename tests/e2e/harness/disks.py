@@ -87,5 +87,8 @@ def check_full(home, folder, owner):
 def contents(home, folder):
     """Every file below a folder at home: its path from there -> its bytes."""
     root = home.path(folder)
-    return {str(path.relative_to(root)): path.read_bytes() for path in root.rglob("*")
-            if path.is_file() and not path.is_symlink() and not path.name.startswith(BALLAST)}
+    return {
+        str(path.relative_to(root)): path.read_bytes()
+        for path in root.rglob("*")
+        if path.is_file() and not path.is_symlink() and not path.name.startswith(BALLAST)
+    }

@@ -21,8 +21,13 @@ def authority(number, cookie):
     def counted(text):
         return struct.pack(">H", len(text)) + text
 
-    return struct.pack(">H", FAMILY_WILD) + counted(b"") + counted(number.encode()) + \
-        counted(b"MIT-MAGIC-COOKIE-1") + counted(cookie)
+    return (
+        struct.pack(">H", FAMILY_WILD)
+        + counted(b"")
+        + counted(number.encode())
+        + counted(b"MIT-MAGIC-COOKIE-1")
+        + counted(cookie)
+    )
 
 
 def _is_held(pid):
@@ -66,8 +71,12 @@ class Display:
         return self._whole("rgb:-")
 
     def _whole(self, form):
-        return subprocess.run(self.home.command(["import", "-window", "root", form], self.user, self.environment),
-                              capture_output=True, check=True, timeout=20).stdout
+        return subprocess.run(
+            self.home.command(["import", "-window", "root", form], self.user, self.environment),
+            capture_output=True,
+            check=True,
+            timeout=20,
+        ).stdout
 
     def close(self):
         """The caller's screen stays as it is."""
@@ -84,14 +93,35 @@ class PrivateDisplay(Display):
         super().__init__(home, user, str(number), cookie)
         home.write(f"/run/xvfb{number}.auth", authority(str(number), cookie), mode=0o600)
         # Without -noreset the server starts over whenever its last client leaves, under whoever is just coming.
-        self._server = home.popen("Xvfb", self.name, "-screen", "0", f"{size[0]}x{size[1]}x24", "-noreset",
-                                  "-nolisten", "tcp", "-auth", f"/run/xvfb{number}.auth", "-displayfd", "1",
-                                  stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self._server = home.popen(
+            "Xvfb",
+            self.name,
+            "-screen",
+            "0",
+            f"{size[0]}x{size[1]}x24",
+            "-noreset",
+            "-nolisten",
+            "tcp",
+            "-auth",
+            f"/run/xvfb{number}.auth",
+            "-displayfd",
+            "1",
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+        )
         ready, _, _ = select.select([self._server.stdout], [], [], 20)
         if not ready or os.read(self._server.stdout.fileno(), 64).strip() != str(number).encode():
             raise RuntimeError("Xvfb did not start")
-        self._manager = home.popen("openbox", "--sm-disable", user=user, environment=self.environment,
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self._manager = home.popen(
+            "openbox",
+            "--sm-disable",
+            user=user,
+            environment=self.environment,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
         end = time.monotonic() + 10
         while "window id" not in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout:
             if time.monotonic() > end:
@@ -111,8 +141,17 @@ class PrivateDisplay(Display):
 
     def press_keys(self, title, keys):
         """Brings a window to the front and presses keys in it, the way a user does."""
-        self.run("xdotool", "search", "--sync", "--onlyvisible", "--name", title, "windowactivate", "--sync",
-                 timeout=20)
+        self.run(
+            "xdotool",
+            "search",
+            "--sync",
+            "--onlyvisible",
+            "--name",
+            title,
+            "windowactivate",
+            "--sync",
+            timeout=20,
+        )
         self.run("xdotool", "key", "--clearmodifiers", keys, timeout=20)
 
     def on_screen(self, title):
@@ -133,14 +172,28 @@ class PrivateDisplay(Display):
     def listed(self, title):
         """The windows of this title in the window manager's list, minimised ones too, as numbers in decimal."""
         numbers = re.findall(r"0x[0-9a-f]+", self.property("root", "_NET_CLIENT_LIST").partition("#")[2])
-        return [str(int(number, 16)) for number in numbers
-                if re.search(title, self.property(str(int(number, 16)), "WM_NAME"))]
+        return [
+            str(int(number, 16))
+            for number in numbers
+            if re.search(title, self.property(str(int(number, 16)), "WM_NAME"))
+        ]
 
     @contextlib.contextmanager
     def watched(self, window):
         """Notes every change of the window's states meanwhile; gives a function that tells them afterwards."""
-        spy = self.home.popen("xprop", "-id", window, "-spy", "WM_STATE", "_NET_WM_STATE", user=self.user,
-                              environment=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
+        spy = self.home.popen(
+            "xprop",
+            "-id",
+            window,
+            "-spy",
+            "WM_STATE",
+            "_NET_WM_STATE",
+            user=self.user,
+            environment=self.environment,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            text=True,
+        )
         lines = []
         try:
             yield lambda: lines
@@ -166,7 +219,9 @@ def caller_cookie(display):
         return None
     if not os.path.exists(f"/tmp/.X11-unix/X{number}"):
         return None
-    listed = subprocess.run(["xauth", "-q", "nlist", display], capture_output=True, text=True, check=False).stdout
+    listed = subprocess.run(
+        ["xauth", "-q", "nlist", display], capture_output=True, text=True, check=False
+    ).stdout
     for line in listed.splitlines():
         fields = line.split()
         # Counted from the end: an empty host name leaves no field.

@@ -46,8 +46,17 @@ def start_accessibility():
     end = time.monotonic() + 10
     while True:
         try:
-            bus.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
-                          Gio.DBusCallFlags.NONE, 1000, None)
+            bus.call_sync(
+                "org.a11y.Bus",
+                "/org/a11y/bus",
+                "org.a11y.Bus",
+                "GetAddress",
+                None,
+                None,
+                Gio.DBusCallFlags.NONE,
+                1000,
+                None,
+            )
             break
         except GLib.Error:
             if time.monotonic() > end or launcher.poll() is not None:
@@ -60,8 +69,13 @@ def start_accessibility():
 
 def states_of(node):
     states = node.get_state_set()
-    names = {"showing": Atspi.StateType.SHOWING, "enabled": Atspi.StateType.ENABLED,
-             "checked": Atspi.StateType.CHECKED, "modal": Atspi.StateType.MODAL, "active": Atspi.StateType.ACTIVE}
+    names = {
+        "showing": Atspi.StateType.SHOWING,
+        "enabled": Atspi.StateType.ENABLED,
+        "checked": Atspi.StateType.CHECKED,
+        "modal": Atspi.StateType.MODAL,
+        "active": Atspi.StateType.ACTIVE,
+    }
     return {name: states.contains(kind) for name, kind in names.items()}
 
 
@@ -94,8 +108,14 @@ class Client:
     def __init__(self, arguments, environment, output):
         self.started = time.monotonic()
         with open(output, "ab") as log:
-            self.process = subprocess.Popen(arguments, stdin=subprocess.DEVNULL, stdout=log, stderr=log,
-                                            env={**os.environ, **environment}, start_new_session=True)
+            self.process = subprocess.Popen(
+                arguments,
+                stdin=subprocess.DEVNULL,
+                stdout=log,
+                stderr=log,
+                env={**os.environ, **environment},
+                start_new_session=True,
+            )
 
     def application(self):
         desktop = Atspi.get_desktop(0)
@@ -237,8 +257,12 @@ class Driver(TrayOperations):
 
     def op_probe_begin(self, key):
         """Has the client's event loop asked all the time from now on; see loop_probe.py."""
-        self.probe = subprocess.Popen([sys.executable, str(PROBE), str(self.clients[key].process.pid)],
-                                      stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.probe = subprocess.Popen(
+            [sys.executable, str(PROBE), str(self.clients[key].process.pid)],
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            text=True,
+        )
 
     def op_probe_end(self):
         """What the probe noted; also after the client's end."""
@@ -248,8 +272,11 @@ class Driver(TrayOperations):
     @looking_again
     def op_alert_ids(self, key):
         """What tells the message boxes that show from later ones with the same texts."""
-        return [window.path for window in self.clients[key].windows()
-                if window.get_role_name() == "alert" and states_of(window)["showing"]]
+        return [
+            window.path
+            for window in self.clients[key].windows()
+            if window.get_role_name() == "alert" and states_of(window)["showing"]
+        ]
 
     @looking_again
     def op_alerts(self, key):
@@ -259,9 +286,13 @@ class Driver(TrayOperations):
             if window.get_role_name() != "alert" or not states_of(window)["showing"]:
                 continue
             parts = [describe(node) for node in walk(window)]
-            found.append({"title": window.get_name(),
-                          "texts": [part["name"] for part in parts if part["role"] == "label" and part["name"]],
-                          "buttons": [part["name"] for part in parts if part["role"] == "push button"]})
+            found.append(
+                {
+                    "title": window.get_name(),
+                    "texts": [part["name"] for part in parts if part["role"] == "label" and part["name"]],
+                    "buttons": [part["name"] for part in parts if part["role"] == "push button"],
+                }
+            )
         return found
 
     # --- acting
@@ -298,7 +329,9 @@ class Driver(TrayOperations):
         clicked, again = None, 0
         while time.monotonic() < end:
             # The entries of a closed list say that they show; the list itself knows better.
-            lists = [part for part in walk(node) if part.get_role_name() == "list" and states_of(part)["showing"]]
+            lists = [
+                part for part in walk(node) if part.get_role_name() == "list" and states_of(part)["showing"]
+            ]
             if clicked is not None and not lists:
                 return clicked
             for part, item in [(part, item) for part in lists for item in children(part)]:
@@ -328,15 +361,23 @@ def window_of(node):
 
 def output_of(*arguments):
     """What a program prints, empty when it fails."""
-    return subprocess.run(arguments, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                          text=True, check=False).stdout
+    return subprocess.run(
+        arguments,
+        stdin=subprocess.DEVNULL,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.DEVNULL,
+        text=True,
+        check=False,
+    ).stdout
 
 
 def shown_places(pid):
     """Where the X server shows windows of the process: [x, y, width, height] of each."""
     windows = output_of("xdotool", "search", "--onlyvisible", "--pid", str(pid)).split()
     of_place = re.compile(r"^ +(?:Absolute upper-left [XY]|Width|Height): +(-?\d+)$", re.MULTILINE)
-    return [[int(value) for value in of_place.findall(output_of("xwininfo", "-id", window))] for window in windows]
+    return [
+        [int(value) for value in of_place.findall(output_of("xwininfo", "-id", window))] for window in windows
+    ]
 
 
 def wait_in_place(node):

@@ -18,7 +18,9 @@ def of_client(client, node):
             (folder / name).write_text(text, encoding="utf-8")
         if picture is not None:
             (folder / f"{client.user}.png").write_bytes(picture)
-    shown = "\n".join(f"{part['role']}: {part['name']}" for part in windows if part.get("showing") and part["name"])
+    shown = "\n".join(
+        f"{part['role']}: {part['name']}" for part in windows if part.get("showing") and part["name"]
+    )
     for name, text in {"windows": shown, **logs}.items():
         _report(node, f"{client.user}, {name}", text)
 
@@ -28,7 +30,11 @@ def of_world(world, node):
     folder = _folder(node)
     if folder is not None:
         world.save_logs(folder)
-    for log in (world.service.output, world.service.request_log, *sorted(world.service.runtime.glob("*.log"))):
+    for log in (
+        world.service.output,
+        world.service.request_log,
+        *sorted(world.service.runtime.glob("*.log")),
+    ):
         if log.exists():
             _report(node, f"service, {log.name}", log.read_text(encoding="utf-8", errors="replace"))
 

@@ -28,21 +28,25 @@ def head(status="200 OK", length=None, headers=()):
 
 def page(body, status="200 OK", headers=(), length=None):
     """Answers with a whole page; `length` is told instead of the body's own."""
+
     def answer(connection, _closing):
         connection.sendall(head(status, len(body) if length is None else length, headers) + body)
+
     return answer
 
 
 def truncated(body):
     """Tells the length of the whole and sends the half."""
-    return page(body[:len(body) // 2], length=len(body))
+    return page(body[: len(body) // 2], length=len(body))
 
 
 def truncated_in_chunks(body):
     """Sends one chunk with the half, and ends the connection where the next one should come."""
+
     def answer(connection, _closing):
-        half = body[:len(body) // 2]
+        half = body[: len(body) // 2]
         connection.sendall(head(headers=["Transfer-Encoding: chunked"]) + b"%x\r\n%s\r\n" % (len(half), half))
+
     return answer
 
 
@@ -57,32 +61,38 @@ def silent(_connection, closing):
 
 def dripping(body, pause=0.3):
     """Sends the right answer, one byte at a time."""
+
     def answer(connection, closing):
         connection.sendall(head(length=len(body)))
         for index in range(len(body)):
             if closing.wait(pause):
                 return
-            connection.sendall(body[index:index + 1])
+            connection.sendall(body[index : index + 1])
+
     return answer
 
 
 def flood(size, told):
     """Sends a body of `size` bytes, which is told in the head or not."""
+
     def answer(connection, _closing):
         connection.sendall(head(length=size if told else None))
         piece = b"Server: 1,a,b,DE,c,0|203.0.113.40<br />".ljust(MEGABYTE, b"x")
         for _ in range(size // MEGABYTE):
             connection.sendall(piece)
+
     return answer
 
 
 def huge_header(size):
     """Sends a head with one field of `size` bytes, and a page after it."""
+
     def answer(connection, _closing):
         connection.sendall(b"HTTP/1.1 200 OK\r\nX-Filler: ")
         for _ in range(size // MEGABYTE):
             connection.sendall(b"a" * MEGABYTE)
         connection.sendall(b"\r\nConnection: close\r\nContent-Length: 0\r\n\r\n")
+
     return answer
 
 

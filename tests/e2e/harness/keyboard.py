@@ -52,20 +52,44 @@ class OtherWindow:
         self._log = f"/home/{display.user}/other-window.log"
         display.home.write(self._log, "", owner=display.user)
         with display.home.path(self._log).open("wb") as log:
-            self._process = display.home.popen("stdbuf", "-oL", "xev", "-event", "keyboard", user=display.user,
-                                               environment=display.environment, stdin=subprocess.DEVNULL, stdout=log)
+            self._process = display.home.popen(
+                "stdbuf",
+                "-oL",
+                "xev",
+                "-event",
+                "keyboard",
+                user=display.user,
+                environment=display.environment,
+                stdin=subprocess.DEVNULL,
+                stdout=log,
+            )
         self.focus()
 
     def focus(self):
-        self._display.run("xdotool", "search", "--sync", "--onlyvisible", "--name", self.TITLE, "windowactivate",
-                          "--sync", timeout=20)
-        self._display.home.wait_for(lambda: active_window(self._display) == self.TITLE, 10, "the focus elsewhere")
+        self._display.run(
+            "xdotool",
+            "search",
+            "--sync",
+            "--onlyvisible",
+            "--name",
+            self.TITLE,
+            "windowactivate",
+            "--sync",
+            timeout=20,
+        )
+        self._display.home.wait_for(
+            lambda: active_window(self._display) == self.TITLE, 10, "the focus elsewhere"
+        )
 
     def presses(self):
         """(key code, state) of every press that this window has got."""
         text = self._display.home.path(self._log).read_text(encoding="utf-8", errors="replace")
-        return [(int(key), int(state, 16)) for state, key in
-                re.findall(r"^KeyPress event.*?state (0x[0-9a-f]+), keycode (\d+)", text, re.M | re.S)]
+        return [
+            (int(key), int(state, 16))
+            for state, key in re.findall(
+                r"^KeyPress event.*?state (0x[0-9a-f]+), keycode (\d+)", text, re.M | re.S
+            )
+        ]
 
     def close(self):
         self._process.terminate()

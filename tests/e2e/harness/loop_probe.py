@@ -30,17 +30,36 @@ class Ended(Exception):
 
 def accessibility_bus():
     session = Gio.bus_get_sync(Gio.BusType.SESSION, None)
-    address, = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
-                                 Gio.DBusCallFlags.NONE, LONGEST_MS, None).unpack()
+    (address,) = session.call_sync(
+        "org.a11y.Bus",
+        "/org/a11y/bus",
+        "org.a11y.Bus",
+        "GetAddress",
+        None,
+        None,
+        Gio.DBusCallFlags.NONE,
+        LONGEST_MS,
+        None,
+    ).unpack()
     kind = Gio.DBusConnectionFlags
     return Gio.DBusConnection.new_for_address_sync(
-        address, kind.AUTHENTICATION_CLIENT | kind.MESSAGE_BUS_CONNECTION, None, None)
+        address, kind.AUTHENTICATION_CLIENT | kind.MESSAGE_BUS_CONNECTION, None, None
+    )
 
 
 def ask_bus(bus, method, *arguments):
     signature = GLib.Variant(f"({'s' * len(arguments)})", arguments)
-    return bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method, signature,
-                         None, Gio.DBusCallFlags.NONE, LONGEST_MS, None).unpack()[0]
+    return bus.call_sync(
+        "org.freedesktop.DBus",
+        "/org/freedesktop/DBus",
+        "org.freedesktop.DBus",
+        method,
+        signature,
+        None,
+        Gio.DBusCallFlags.NONE,
+        LONGEST_MS,
+        None,
+    ).unpack()[0]
 
 
 class Probe:
@@ -67,7 +86,10 @@ class Probe:
         while True:
             for name in set(ask_bus(self._bus, "ListNames")) - others:
                 try:
-                    if name.startswith(":") and ask_bus(self._bus, "GetConnectionUnixProcessID", name) == self._client:
+                    if (
+                        name.startswith(":")
+                        and ask_bus(self._bus, "GetConnectionUnixProcessID", name) == self._client
+                    ):
                         return name
                 except GLib.Error:
                     pass
@@ -77,8 +99,17 @@ class Probe:
     def _ask(self, name):
         begun = time.monotonic()
         try:
-            self._bus.call_sync(name, "/org/a11y/atspi/accessible/root", "org.freedesktop.DBus.Properties", "Get",
-                                QUESTION, None, Gio.DBusCallFlags.NO_AUTO_START, LONGEST_MS, None)
+            self._bus.call_sync(
+                name,
+                "/org/a11y/atspi/accessible/root",
+                "org.freedesktop.DBus.Properties",
+                "Get",
+                QUESTION,
+                None,
+                Gio.DBusCallFlags.NO_AUTO_START,
+                LONGEST_MS,
+                None,
+            )
         except GLib.Error:
             if self.first is None:
                 return  # not ready to answer

@@ -8,14 +8,25 @@ from world import network
 from . import client as ui
 
 OK = ["OK"]
-NOT_AVAILABLE = {"title": "Quorvane", "buttons": OK,
-                 "texts": ["Location is not available.", "Please try a different location."]}
-SERVICE_TROUBLE = {"title": "Error", "buttons": OK,
-                   "texts": ["There was a problem connecting to the Quorvane server, please check your Internet "
-                             "connection or firewall settings."]}
+NOT_AVAILABLE = {
+    "title": "Quorvane",
+    "buttons": OK,
+    "texts": ["Location is not available.", "Please try a different location."],
+}
+SERVICE_TROUBLE = {
+    "title": "Error",
+    "buttons": OK,
+    "texts": [
+        "There was a problem connecting to the Quorvane server, please check your Internet "
+        "connection or firewall settings."
+    ],
+}
 NO_SERVERS = {"title": "Quorvane", "buttons": OK, "texts": ["No available server detected."]}
-NO_INTERNET = {"title": "Quorvane", "buttons": OK,
-               "texts": ["No Internet connection detected, please check your Internet settings."]}
+NO_INTERNET = {
+    "title": "Quorvane",
+    "buttons": OK,
+    "texts": ["No Internet connection detected, please check your Internet settings."],
+}
 
 
 def take_alert(client, wanted, timeout):
@@ -36,12 +47,16 @@ class HomeState:
 
     def _now(self):
         run = self._home.run
-        routes = [line for family in ("-4", "-6") for line in run("ip", family, "route", "show").stdout.splitlines()]
+        routes = [
+            line for family in ("-4", "-6") for line in run("ip", family, "route", "show").stdout.splitlines()
+        ]
         links = re.findall(r"^\d+: ([^:@]+)", run("ip", "-o", "link", "show").stdout, re.MULTILINE)
-        return {"routes": sorted(line.strip() for line in routes),
-                "links": [name for name in links if name != "wlan0"],
-                "firewall": network.run("ip", "netns", "exec", network.HOME, "nft", "list", "ruleset").stdout,
-                "name servers": self._home.path("/etc/resolv.conf").read_text(encoding="utf-8")}
+        return {
+            "routes": sorted(line.strip() for line in routes),
+            "links": [name for name in links if name != "wlan0"],
+            "firewall": network.run("ip", "netns", "exec", network.HOME, "nft", "list", "ruleset").stdout,
+            "name servers": self._home.path("/etc/resolv.conf").read_text(encoding="utf-8"),
+        }
 
     def check(self, timeout=10):
         """Waits until all is as it was. An ended OpenVPN's device takes a moment to go."""
@@ -65,7 +80,9 @@ def check_not_hidden(client, before=None, key="first"):
     check_shown_not_hidden(client, key=key)
     client.wait_no_openvpn()
     home = client.home
-    home.wait_for(lambda: home.public_address(client.user) == network.REAL_ADDRESS, 10, "the real address again")
+    home.wait_for(
+        lambda: home.public_address(client.user) == network.REAL_ADDRESS, 10, "the real address again"
+    )
     if before:
         before.check()
 
@@ -86,8 +103,11 @@ def take_not_available(client, timeout, noted=None):
     taken = []
     while not taken or (noted is not None and len(taken) < failures_noted(client) - noted):
         # The next one, where there is one, shows as soon as this one is closed.
-        client.home.wait_for(lambda: set(client.ask("alert_ids", key="first")) - set(taken),
-                             10 if taken else timeout, "an alert")
+        client.home.wait_for(
+            lambda: set(client.ask("alert_ids", key="first")) - set(taken),
+            10 if taken else timeout,
+            "an alert",
+        )
         (fresh,) = set(client.ask("alert_ids", key="first")) - set(taken)
         assert NOT_AVAILABLE in client.alerts()
         client.dismiss_alert()

@@ -19,7 +19,12 @@ PORT = 9999
 
 def question(number):
     labels = b"".join(bytes([len(label)]) + label for label in (b"probe%d" % number, b"quorvane", b"test"))
-    return struct.pack(">HHHHHH", number & 0xFFFF, 0x0100, 1, 0, 0, 0) + labels + b"\0" + struct.pack(">HH", 1, 1)
+    return (
+        struct.pack(">HHHHHH", number & 0xFFFF, 0x0100, 1, 0, 0, 0)
+        + labels
+        + b"\0"
+        + struct.pack(">HH", 1, 1)
+    )
 
 
 class Sender:
@@ -50,8 +55,15 @@ def main():
         wait = max(0.0, begun + number / rate - time.monotonic())
         if select.select([sys.stdin], [], [], wait)[0]:
             break
-    print(json.dumps({f"{sender.kind} {sender.address}": {"sent": sender.sent, "errors": sender.errors}
-                      for sender in senders}), flush=True)
+    print(
+        json.dumps(
+            {
+                f"{sender.kind} {sender.address}": {"sent": sender.sent, "errors": sender.errors}
+                for sender in senders
+            }
+        ),
+        flush=True,
+    )
 
 
 if __name__ == "__main__":

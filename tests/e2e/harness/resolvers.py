@@ -30,8 +30,14 @@ class NetworkManager:
     def _profile(self, name, kind, device, servers):
         if servers is None:
             return
-        files = {"uuid": f"uuid-of-{device}", "type": kind, "active": "yes", "device": device, "ipv4.dns": servers,
-                 "ipv6.dns": ""}
+        files = {
+            "uuid": f"uuid-of-{device}",
+            "type": kind,
+            "active": "yes",
+            "device": device,
+            "ipv4.dns": servers,
+            "ipv6.dns": "",
+        }
         for file, text in files.items():
             self._home.write(f"{self.STATE}/{name}/{file}", text + "\n")
 
@@ -41,7 +47,6 @@ class NetworkManager:
     def changes(self):
         path = self._home.path(f"{self.STATE}/changes")
         return path.read_text(encoding="utf-8").splitlines() if path.exists() else []
-
 
 
 class Resolved:

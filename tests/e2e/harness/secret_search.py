@@ -48,11 +48,16 @@ def forms(text):
         "plain": re.escape(plain),
         "UTF-16": re.escape(text.encode("utf-16-le")) + b"|" + re.escape(text.encode("utf-16-be")),
         "backwards": re.escape(text[::-1].encode("utf-8")),
-        "percent": re.escape(urllib.parse.quote(text, safe="").encode()) + b"|"
-                   + re.escape(urllib.parse.quote_plus(text).encode()),
-        "quoted": re.escape(text.replace("\\", "\\\\").replace('"', '\\"').replace(" ", "\\ ").encode("utf-8")),
+        "percent": re.escape(urllib.parse.quote(text, safe="").encode())
+        + b"|"
+        + re.escape(urllib.parse.quote_plus(text).encode()),
+        "quoted": re.escape(
+            text.replace("\\", "\\\\").replace('"', '\\"').replace(" ", "\\ ").encode("utf-8")
+        ),
         "hexadecimal": b"(?i:" + plain.hex().encode() + b")",
-        "scrambled": b"|".join(_scrambled(text, encoding) for encoding in ("utf-8", "utf-16-le", "utf-16-be")),
+        "scrambled": b"|".join(
+            _scrambled(text, encoding) for encoding in ("utf-8", "utf-16-le", "utf-16-be")
+        ),
     }
 
 
@@ -80,13 +85,18 @@ class Patterns:
         """Secret -> form, for every secret in the bytes, also as XML has it and inside of base64."""
         found = self._direct(data)
         if b"&amp;" in data:
-            for name, form in self._direct(data.replace(b"&lt;", b"<").replace(b"&gt;", b">").replace(
-                    b"&quot;", b'"').replace(b"&apos;", b"'").replace(b"&amp;", b"&")).items():
+            for name, form in self._direct(
+                data.replace(b"&lt;", b"<")
+                .replace(b"&gt;", b">")
+                .replace(b"&quot;", b'"')
+                .replace(b"&apos;", b"'")
+                .replace(b"&amp;", b"&")
+            ).items():
                 found.setdefault(name, form)
         for run in _ENCODED.findall(data):
             packed = b"".join(run.split()).rstrip(b"=")
             for offset in range(4):
-                part = packed[offset:offset + (len(packed) - offset) // 4 * 4] if offset else packed
+                part = packed[offset : offset + (len(packed) - offset) // 4 * 4] if offset else packed
                 try:
                     plain = base64.b64decode(part + b"=" * (-len(part) % 4))
                 except binascii.Error:
@@ -133,8 +143,11 @@ class ProcessWatch:
         return {data for kind, _pid, data in self._seen.copy() if kind == "argument list"}
 
     def findings(self, patterns):
-        return {Finding(name, form, kind) for kind, _pid, data in self._seen.copy()
-                for name, form in patterns.found_in(data).items()}
+        return {
+            Finding(name, form, kind)
+            for kind, _pid, data in self._seen.copy()
+            for name, form in patterns.found_in(data).items()
+        }
 
 
 class Search:
@@ -150,15 +163,24 @@ class Search:
 
     def _give_system_log(self):
         # The machine's /dev must not get a socket of ours, so the home gets a /dev of its own.
-        self.home.run("sh", "-ec", """
+        self.home.run(
+            "sh",
+            "-ec",
+            """
             mkdir /run/dev && mount --rbind /dev /run/dev
             mount -t tmpfs -o mode=755 tmpfs /dev
             cd /run/dev
             cp -a null zero full random urandom tty ptmx fd stdin stdout stderr /dev
             for folder in shm pts net; do mkdir /dev/$folder && mount --rbind $folder /dev/$folder; done
-            cd / && umount -l /run/dev && rmdir /run/dev""")
-        self._log = self.home.popen("/usr/bin/python3", f"{homes.HARNESS}/system_log.py", stdin=subprocess.PIPE,
-                                    stdout=subprocess.PIPE, text=True)
+            cd / && umount -l /run/dev && rmdir /run/dev""",
+        )
+        self._log = self.home.popen(
+            "/usr/bin/python3",
+            f"{homes.HARNESS}/system_log.py",
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            text=True,
+        )
         if self._log.stdout.readline() != "ready\n":
             raise RuntimeError("the home's system log did not start")
 
@@ -173,8 +195,11 @@ class Search:
                 for name in names:
                     try:
                         status = os.lstat(f"{folder}/{name}")
-                        if stat.S_ISREG(status.st_mode) and status.st_ctime >= self._begun \
-                                and status.st_size <= _LARGEST:
+                        if (
+                            stat.S_ISREG(status.st_mode)
+                            and status.st_ctime >= self._begun
+                            and status.st_size <= _LARGEST
+                        ):
                             inside = "/" + os.path.relpath(f"{folder}/{name}", self.home.path("/"))
                             yield inside, status, Path(folder, name).read_bytes()
                     except FileNotFoundError:
@@ -196,27 +221,39 @@ class Search:
                 try:
                     target = os.readlink(path)
                     status = os.stat(path)
-                    if target.endswith("(deleted)") and stat.S_ISREG(status.st_mode) and status.st_size <= _LARGEST:
+                    if (
+                        target.endswith("(deleted)")
+                        and stat.S_ISREG(status.st_mode)
+                        and status.st_size <= _LARGEST
+                    ):
                         yield f"open in {process.name}: {target}", status, Path(path).read_bytes()
                 except OSError:
                     continue
 
     def files(self):
         """What is now in the files where a home writes, and in files without a name."""
-        return {Finding(name, form, place, stat.S_IMODE(status.st_mode), status.st_uid)
-                for source in (self._files(OWN), self._nameless()) for place, status, data in source
-                for name, form in self.patterns.found_in(data).items()}
+        return {
+            Finding(name, form, place, stat.S_IMODE(status.st_mode), status.st_uid)
+            for source in (self._files(OWN), self._nameless())
+            for place, status, data in source
+            for name, form in self.patterns.found_in(data).items()
+        }
 
     def new_files(self):
         """The same for every file of the whole file system that is new or was changed."""
-        return {Finding(name, form, place, stat.S_IMODE(status.st_mode), status.st_uid)
-                for place, status, data in self._files(("/",))
-                for name, form in self.patterns.found_in(data).items()}
+        return {
+            Finding(name, form, place, stat.S_IMODE(status.st_mode), status.st_uid)
+            for place, status, data in self._files(("/",))
+            for name, form in self.patterns.found_in(data).items()
+        }
 
     def cores(self):
         """The core files anywhere among the new files."""
-        return [place for place, _status, data in self._files(("/",))
-                if data[:4] == b"\x7fELF" and data[16] == _CORE]
+        return [
+            place
+            for place, _status, data in self._files(("/",))
+            if data[:4] == b"\x7fELF" and data[16] == _CORE
+        ]
 
     def processes(self):
         """What argument lists and environments held at any time so far."""

@@ -21,8 +21,9 @@ class TrayError(Exception):
 
 def call(name, path, interface, method, arguments):
     bus = Gio.bus_get_sync(Gio.BusType.SESSION, None)
-    return bus.call_sync(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START, CALL_MS,
-                         None).unpack()
+    return bus.call_sync(
+        name, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START, CALL_MS, None
+    ).unpack()
 
 
 def properties(name, path, interface):
@@ -30,8 +31,13 @@ def properties(name, path, interface):
 
 
 def watcher_owned():
-    return call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
-                GLib.Variant("(s)", (WATCHER,)))[0]
+    return call(
+        "org.freedesktop.DBus",
+        "/org/freedesktop/DBus",
+        "org.freedesktop.DBus",
+        "NameHasOwner",
+        GLib.Variant("(s)", (WATCHER,)),
+    )[0]
 
 
 def wait_watcher(owned, timeout=10):
@@ -67,10 +73,15 @@ class TrayOperations:
         if place is None:
             return None
         found = properties(*place, ITEM)
-        return {"title": found["Title"], "tooltip": found["ToolTip"][2], "status": found["Status"],
-                "item_is_menu": found["ItemIsMenu"], "menu": found["Menu"],
-                "sizes": sorted((width, height) for width, height, _ in found["IconPixmap"]),
-                "icon": [hash(bytes(pixels)) for _, _, pixels in found["IconPixmap"]]}
+        return {
+            "title": found["Title"],
+            "tooltip": found["ToolTip"][2],
+            "status": found["Status"],
+            "item_is_menu": found["ItemIsMenu"],
+            "menu": found["Menu"],
+            "sizes": sorted((width, height) for width, height, _ in found["IconPixmap"]),
+            "icon": [hash(bytes(pixels)) for _, _, pixels in found["IconPixmap"]],
+        }
 
     def _item(self):
         if not watcher_owned():
@@ -101,8 +112,10 @@ class TrayOperations:
     def op_tray_menu(self):
         """The menu's entries: [label, enabled], null for a separator."""
         _, _, entries = self._menu()
-        return [None if about.get("type") == "separator" else [about["label"], about.get("enabled", True)]
-                for _, about, _ in entries]
+        return [
+            None if about.get("type") == "separator" else [about["label"], about.get("enabled", True)]
+            for _, about, _ in entries
+        ]
 
     def op_tray_click(self, label):
         name, menu, entries = self._menu()
@@ -110,7 +123,12 @@ class TrayOperations:
             if about.get("label") == label:
                 if not about.get("enabled", True):
                     raise TrayError(f"the item {label} is disabled")
-                call(name, menu, MENU, "Event",
-                     GLib.Variant("(isvu)", (number, "clicked", GLib.Variant("i", 0), 0)))
+                call(
+                    name,
+                    menu,
+                    MENU,
+                    "Event",
+                    GLib.Variant("(isvu)", (number, "clicked", GLib.Variant("i", 0), 0)),
+                )
                 return
         raise TrayError(f"there is no item {label}")

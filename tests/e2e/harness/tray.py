@@ -55,8 +55,23 @@ class EmbeddingTray:
 
     def __init__(self, client):
         self._client = client
-        client.ask("start", key="trayer", environment={}, output=f"{client.folder}/trayer.log",
-                   arguments=["trayer", "--edge", "top", "--align", "right", "--widthtype", "request", "--height", "24"])
+        client.ask(
+            "start",
+            key="trayer",
+            environment={},
+            output=f"{client.folder}/trayer.log",
+            arguments=[
+                "trayer",
+                "--edge",
+                "top",
+                "--align",
+                "right",
+                "--widthtype",
+                "request",
+                "--height",
+                "24",
+            ],
+        )
 
     def wait_icon(self, timeout=15):
         """Waits until an icon is embedded; where its middle is."""
@@ -64,7 +79,9 @@ class EmbeddingTray:
         while True:
             found = self._client.display.run("xwininfo", "-root", "-tree", check=False).stdout
             # Name and class of an embedded icon are the client's; its place is the last pair of the line.
-            match = re.search(r'\("quorvane" "[Qq]uorvane"\) +(\d+)x(\d+)\+-?\d+\+-?\d+ +\+(\d+)\+(\d+)', icons(found))
+            match = re.search(
+                r'\("quorvane" "[Qq]uorvane"\) +(\d+)x(\d+)\+-?\d+\+-?\d+ +\+(\d+)\+(\d+)', icons(found)
+            )
             if match:
                 width, height, left, top = (int(part) for part in match.groups())
                 return left + width // 2, top + height // 2
@@ -73,8 +90,18 @@ class EmbeddingTray:
 
     def click(self, button=1, times=1):
         left, top = self.wait_icon()
-        self._client.display.run("xdotool", "mousemove", str(left), str(top), "click", "--repeat", str(times), "--delay",
-                                 "50", str(button))
+        self._client.display.run(
+            "xdotool",
+            "mousemove",
+            str(left),
+            str(top),
+            "click",
+            "--repeat",
+            str(times),
+            "--delay",
+            "50",
+            str(button),
+        )
 
     def menu_open(self):
         """Whether a window of the client's without a frame, taller than an icon, is on the screen: its menu."""
@@ -96,7 +123,7 @@ def icons(tree):
         if '("trayer" "trayer")' in line or '("panel" "trayer")' in line:
             depth = len(line) - len(line.lstrip())
             inside = []
-            for following in lines[number + 1:]:
+            for following in lines[number + 1 :]:
                 if following.strip() and len(following) - len(following.lstrip()) <= depth:
                     break
                 inside.append(following)

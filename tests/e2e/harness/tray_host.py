@@ -43,14 +43,29 @@ class Watcher:
             if item not in self._items:
                 self._items.append(item)
                 self._tell("StatusNotifierItemRegistered", item)
-                Gio.bus_watch_name_on_connection(self._bus, item.partition("/")[0], Gio.BusNameWatcherFlags.NONE,
-                                                 None, lambda *_: self._drop(item))
+                Gio.bus_watch_name_on_connection(
+                    self._bus,
+                    item.partition("/")[0],
+                    Gio.BusNameWatcherFlags.NONE,
+                    None,
+                    lambda *_: self._drop(item),
+                )
         invocation.return_value(None)
 
     def _fetch(self, _bus, sender, path, *_about):
         wanted = GLib.Variant("(ss)", (ITEM, "IconPixmap"))
-        self._bus.call(sender, path, "org.freedesktop.DBus.Properties", "Get", wanted, None,
-                       Gio.DBusCallFlags.NO_AUTO_START, -1, None, None)
+        self._bus.call(
+            sender,
+            path,
+            "org.freedesktop.DBus.Properties",
+            "Get",
+            wanted,
+            None,
+            Gio.DBusCallFlags.NO_AUTO_START,
+            -1,
+            None,
+            None,
+        )
 
     def _drop(self, item):
         if item in self._items:
@@ -61,9 +76,11 @@ class Watcher:
         self._bus.emit_signal(None, PATH, NAME, signal_name, GLib.Variant("(s)", (item,)))
 
     def _asked(self, _bus, _sender, _path, _interface, key):
-        return {"RegisteredStatusNotifierItems": GLib.Variant("as", self._items),
-                "IsStatusNotifierHostRegistered": GLib.Variant("b", True),
-                "ProtocolVersion": GLib.Variant("i", 0)}[key]
+        return {
+            "RegisteredStatusNotifierItems": GLib.Variant("as", self._items),
+            "IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+            "ProtocolVersion": GLib.Variant("i", 0),
+        }[key]
 
 
 def main():

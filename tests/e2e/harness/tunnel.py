@@ -23,7 +23,9 @@ def fetch(home, address, protocol="UDP"):
     """Asks for one address; the configuration and its one-time user and password."""
     listed = ask(home, f"MRTSL{_CALLED_BY}{_CALLER}")
     user, password = (re.search(rf"^{key}:\s*(\S+)", listed, re.M).group(1) for key in ("VPNUser", "VPNPass"))
-    answer = ask(home, f"VPNC{_CALLED_BY}&server=571&desiredip={address}&sessid={user}&proto={protocol}{_CALLER}")
+    answer = ask(
+        home, f"VPNC{_CALLED_BY}&server=571&desiredip={address}&sessid={user}&proto={protocol}{_CALLER}"
+    )
     return answer.partition("VPNConfig: ")[2], user, password
 
 
@@ -35,8 +37,15 @@ class Tunnel:
         configuration, user, password = fetch(home, address, protocol)
         home.write(path, configuration, owner="joe", mode=0o600)
         home.write("/run/tunnel.pair", f"{user}\n{password}\n", mode=0o600)
-        self._process = home.popen("/usr/sbin/openvpn", "--config", path, "--auth-user-pass", "/run/tunnel.pair",
-                                   "--log", "/run/tunnel.log")
+        self._process = home.popen(
+            "/usr/sbin/openvpn",
+            "--config",
+            path,
+            "--auth-user-pass",
+            "/run/tunnel.pair",
+            "--log",
+            "/run/tunnel.log",
+        )
         home.wait_for(lambda: _UP in self.log(), 20, "the tunnel is up")
 
     def log(self):

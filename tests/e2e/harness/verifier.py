@@ -28,18 +28,48 @@ class Verifier:
         # Under a name of its own, so that nobody takes it for a client's.
         program = self._folder / "vpnverify"
         program.symlink_to("/usr/sbin/openvpn")
-        settings = {"dev": "tun", "proto": "udp", "local": ADDRESS, "port": PORT, "server": "10.77.0.0 255.255.255.0",
-                    "topology": "subnet", "ca": self._keys / "ca.crt", "cert": self._keys / "vpn.crt",
-                    "key": self._keys / "vpn.key", "dh": "none", "verify-client-cert": "none", "script-security": 2,
-                    "auth-user-pass-verify": f"{script} via-file", "tmp-dir": self._folder}
+        settings = {
+            "dev": "tun",
+            "proto": "udp",
+            "local": ADDRESS,
+            "port": PORT,
+            "server": "10.77.0.0 255.255.255.0",
+            "topology": "subnet",
+            "ca": self._keys / "ca.crt",
+            "cert": self._keys / "vpn.crt",
+            "key": self._keys / "vpn.key",
+            "dh": "none",
+            "verify-client-cert": "none",
+            "script-security": 2,
+            "auth-user-pass-verify": f"{script} via-file",
+            "tmp-dir": self._folder,
+        }
         configuration = self._folder / "server.ovpn"
-        configuration.write_text("".join(f"{key} {value}\n" for key, value in settings.items()), encoding="utf-8")
+        configuration.write_text(
+            "".join(f"{key} {value}\n" for key, value in settings.items()), encoding="utf-8"
+        )
         self._log = self._folder / "server.log"
         self._process = subprocess.Popen(
-            ["ip", "netns", "exec", network.GATEWAY, str(program), "--config", str(configuration), "--log",
-             str(self._log)], stdin=subprocess.DEVNULL)
-        self._wait(lambda: self._log.exists() and "Initialization Sequence Completed" in
-                   self._log.read_text(encoding="utf-8", errors="replace"), 10, "the server is up")
+            [
+                "ip",
+                "netns",
+                "exec",
+                network.GATEWAY,
+                str(program),
+                "--config",
+                str(configuration),
+                "--log",
+                str(self._log),
+            ],
+            stdin=subprocess.DEVNULL,
+        )
+        self._wait(
+            lambda: self._log.exists()
+            and "Initialization Sequence Completed"
+            in self._log.read_text(encoding="utf-8", errors="replace"),
+            10,
+            "the server is up",
+        )
 
     def _wait(self, condition, timeout, what):
         end = time.monotonic() + timeout
@@ -51,8 +81,10 @@ class Verifier:
     def configuration(self):
         """What a client needs to come to it."""
         authority = (self._keys / "ca.crt").read_text(encoding="utf-8")
-        return (f"client\ndev tun\nproto udp\nremote {ADDRESS} {PORT}\nnobind\nauth-user-pass\nauth-nocache\n"
-                f"remote-cert-tls server\nconnect-retry-max 1\n<ca>\n{authority}</ca>\n")
+        return (
+            f"client\ndev tun\nproto udp\nremote {ADDRESS} {PORT}\nnobind\nauth-user-pass\nauth-nocache\n"
+            f"remote-cert-tls server\nconnect-retry-max 1\n<ca>\n{authority}</ca>\n"
+        )
 
     def wait_pair(self, timeout=30):
         """The user name and password that a client gave."""

@@ -27,8 +27,10 @@ class Process:
 
 def service_configuration():
     """The client's /etc/quorvane/service.conf for the small world."""
-    return (f"api_host = {network.API_HOST}\nweb_host = {network.WEB_HOST}\n"
-            f"reachability_host = {network.WEB_HOST}\nca_file = /etc/quorvane/ca.crt\n")
+    return (
+        f"api_host = {network.API_HOST}\nweb_host = {network.WEB_HOST}\n"
+        f"reachability_host = {network.WEB_HOST}\nca_file = /etc/quorvane/ca.crt\n"
+    )
 
 
 class Home:
@@ -41,17 +43,35 @@ class Home:
             "x11": x11,
             "visible": {CONTENTS: str(Path(contents).resolve()), HARNESS: str(_HARNESS_SOURCE)},
             "resolv_conf": name_servers + "options timeout:1 attempts:2\n",
-            "etc_quorvane": {"service.conf": service_configuration(), "ca.crt": Path(ca).read_text(encoding="utf-8")},
-            "accounts": [{**dataclasses.asdict(account), "folder": account.folder}
-                         for account in (*accounts.ALL, *people)],
+            "etc_quorvane": {
+                "service.conf": service_configuration(),
+                "ca.crt": Path(ca).read_text(encoding="utf-8"),
+            },
+            "accounts": [
+                {**dataclasses.asdict(account), "folder": account.folder}
+                for account in (*accounts.ALL, *people)
+            ],
         }
         # In a file, because command lines can be read by everybody at home and this holds passwords.
         given = Path(folder) / "home.json"
         given.touch(mode=0o600)
         given.write_text(json.dumps(settings), encoding="utf-8")
-        command = ["nsenter", f"--net=/run/netns/{network.HOME}", "unshare", "--mount", "--pid", "--fork", "--ipc",
-                   "--uts", "--kill-child=SIGKILL", "--propagation", "private",
-                   "/usr/bin/python3", str(_INIT), str(given)]
+        command = [
+            "nsenter",
+            f"--net=/run/netns/{network.HOME}",
+            "unshare",
+            "--mount",
+            "--pid",
+            "--fork",
+            "--ipc",
+            "--uts",
+            "--kill-child=SIGKILL",
+            "--propagation",
+            "private",
+            "/usr/bin/python3",
+            str(_INIT),
+            str(given),
+        ]
         self._unshare = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         if self._unshare.stdout.readline() != "ready\n":
             raise RuntimeError("the home could not be made")
@@ -86,16 +106,26 @@ class Home:
     def command(self, arguments, user="root", environment=None):
         """The command line that runs something at home as the user with exactly this environment."""
         enter = ["nsenter", "--target", str(self.pid), "--mount", "--pid", "--ipc", "--uts", "--net", "--"]
-        variables = {"PATH": "/usr/local/bin:/usr/bin:/bin", "LC_ALL": "C.UTF-8", "USER": user, "LOGNAME": user,
-                     "HOME": "/root", "SHELL": "/bin/bash"}
+        variables = {
+            "PATH": "/usr/local/bin:/usr/bin:/bin",
+            "LC_ALL": "C.UTF-8",
+            "USER": user,
+            "LOGNAME": user,
+            "HOME": "/root",
+            "SHELL": "/bin/bash",
+        }
         if user == "root":
             variables["PATH"] = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"
         else:
             enter += ["setpriv", f"--reuid={user}", f"--regid={user}", "--init-groups", "--"]
             variables.update(HOME=self.folder(user), XDG_RUNTIME_DIR=f"/run/user/{self.uid(user)[0]}")
         variables.update(environment or {})
-        return enter + ["env", "-i", "-C", variables["HOME"]] + [f"{key}={value}" for key, value in variables.items()] \
+        return (
+            enter
+            + ["env", "-i", "-C", variables["HOME"]]
+            + [f"{key}={value}" for key, value in variables.items()]
             + list(arguments)
+        )
 
     def run(self, *arguments, user="root", environment=None, check=True, **options):
         """Runs a command at home to its end; text in and out."""
@@ -108,7 +138,9 @@ class Home:
         """Writes a file of the home, its folders made as needed, all owned by `owner`."""
         folder = str(Path(inside).parent)
         identity = (0, 0) if owner == "root" else self.uid(owner)
-        missing = [parent for parent in [Path(folder), *Path(folder).parents] if not self.path(str(parent)).exists()]
+        missing = [
+            parent for parent in [Path(folder), *Path(folder).parents] if not self.path(str(parent)).exists()
+        ]
         for parent in reversed(missing):
             self.path(str(parent)).mkdir()
             os.chown(self.path(str(parent)), *identity)
@@ -143,8 +175,21 @@ class Home:
 
     def public_address(self, user="joe", timeout=5):
         """The address from which the service sees a request made at home; None when none gets through."""
-        done = self.run("curl", "-q", "-sS", "-4", "--noproxy", "*", "-m", str(timeout), "--cacert",
-                        "/etc/quorvane/ca.crt", f"https://{network.WEB_HOST}/ip", user=user, check=False)
+        done = self.run(
+            "curl",
+            "-q",
+            "-sS",
+            "-4",
+            "--noproxy",
+            "*",
+            "-m",
+            str(timeout),
+            "--cacert",
+            "/etc/quorvane/ca.crt",
+            f"https://{network.WEB_HOST}/ip",
+            user=user,
+            check=False,
+        )
         return done.stdout.strip() if done.returncode == 0 else None
 
     def wait_for(self, condition, timeout, what):
@@ -163,5 +208,3 @@ class Home:
         except subprocess.TimeoutExpired:
             self._unshare.kill()
             self._unshare.wait()
-
-

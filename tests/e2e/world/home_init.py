@@ -41,7 +41,15 @@ def cover_etc(work):
     upper.mkdir()
     scratch.mkdir()
     try:
-        run("mount", "-t", "overlay", "overlay", "-o", f"lowerdir=/etc,upperdir={upper},workdir={scratch}", "/etc")
+        run(
+            "mount",
+            "-t",
+            "overlay",
+            "overlay",
+            "-o",
+            f"lowerdir=/etc,upperdir={upper},workdir={scratch}",
+            "/etc",
+        )
     except RuntimeError:
         # An /etc that is an overlay itself cannot always lie below another one.
         shutil.copytree("/etc", upper, symlinks=True, dirs_exist_ok=True)
@@ -78,8 +86,12 @@ def cover_private_folders(settings, work):
 
 def fill_etc(settings):
     Path("/etc/resolv.conf").unlink(missing_ok=True)
-    for name, text in {"resolv.conf": settings["resolv_conf"], "hostname": "home\n",
-                       "hosts": "127.0.0.1 localhost home\n", "sudoers": SUDOERS}.items():
+    for name, text in {
+        "resolv.conf": settings["resolv_conf"],
+        "hostname": "home\n",
+        "hosts": "127.0.0.1 localhost home\n",
+        "sudoers": SUDOERS,
+    }.items():
         Path("/etc", name).write_text(text, encoding="utf-8")
         os.chmod(f"/etc/{name}", 0o440 if name == "sudoers" else 0o644)
     shutil.rmtree("/etc/sudoers.d", ignore_errors=True)
@@ -97,7 +109,18 @@ def make_accounts(accounts):
         if subprocess.run(["getent", "passwd", name], capture_output=True, check=False).returncode == 0:
             run("userdel", "--force", name)
         groups = ["-G", "sudo"] if account["administrator"] else []
-        run("useradd", "-m", "-s", "/bin/bash", "-d", account["folder"], "-c", account["full_name"], *groups, name)
+        run(
+            "useradd",
+            "-m",
+            "-s",
+            "/bin/bash",
+            "-d",
+            account["folder"],
+            "-c",
+            account["full_name"],
+            *groups,
+            name,
+        )
         os.chmod(account["folder"], 0o700)
     run("chpasswd", "-c", "SHA512", input="".join(f"{one['name']}:{one['password']}\n" for one in accounts))
 

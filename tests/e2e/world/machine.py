@@ -44,7 +44,9 @@ def _routes():
 
 
 def _links():
-    lines = _output("ip", "-o", "link", "show").splitlines() + _output("ip", "-o", "address", "show").splitlines()
+    lines = (
+        _output("ip", "-o", "link", "show").splitlines() + _output("ip", "-o", "address", "show").splitlines()
+    )
     return "\n".join(re.sub(r"(valid_lft|preferred_lft) \S+", "", line) for line in lines)
 
 
@@ -53,7 +55,9 @@ def processes():
     for entry in Path("/proc").iterdir():
         if entry.name.isdigit():
             try:
-                yield int(entry.name), (entry / "comm").read_text(encoding="utf-8", errors="replace").rstrip("\n")
+                yield int(entry.name), (entry / "comm").read_text(encoding="utf-8", errors="replace").rstrip(
+                    "\n"
+                )
             except OSError:
                 continue
 

@@ -147,7 +147,21 @@ class Network:
             raise
 
     def _connect_home(self):
-        run("ip", "link", "add", "eth0", "netns", HOME, "type", "veth", "peer", "name", "lan", "netns", GATEWAY)
+        run(
+            "ip",
+            "link",
+            "add",
+            "eth0",
+            "netns",
+            HOME,
+            "type",
+            "veth",
+            "peer",
+            "name",
+            "lan",
+            "netns",
+            GATEWAY,
+        )
         _address(HOME, "eth0", f"{HOME_ADDRESS}/24")
         _address(GATEWAY, "lan", f"{ROUTER_ADDRESS}/24")
         _up(HOME, "eth0")
@@ -155,7 +169,21 @@ class Network:
         run("ip", "-n", HOME, "route", "add", "default", "via", ROUTER_ADDRESS)
 
     def _connect_internet(self):
-        run("ip", "link", "add", "wan", "netns", GATEWAY, "type", "veth", "peer", "name", "net0", "netns", INTERNET)
+        run(
+            "ip",
+            "link",
+            "add",
+            "wan",
+            "netns",
+            GATEWAY,
+            "type",
+            "veth",
+            "peer",
+            "name",
+            "net0",
+            "netns",
+            INTERNET,
+        )
         _address(GATEWAY, "wan", f"{REAL_ADDRESS}/24")
         _address(INTERNET, "net0", "198.51.100.1/24")
         for address in (SERVICE_ADDRESS, *NAME_SERVERS):
@@ -165,15 +193,25 @@ class Network:
         run("ip", "-n", GATEWAY, "route", "add", "default", "via", "198.51.100.1")
         run("ip", "-n", INTERNET, "route", "add", LENT_POOL, "via", REAL_ADDRESS)
         run("ip", "-n", GATEWAY, "route", "add", "local", LENT_POOL, "dev", "lo")
-        inside(GATEWAY, "sysctl", "-qw", "net.ipv4.ip_forward=1", "net.ipv4.conf.all.rp_filter=0",
-               "net.ipv4.conf.default.rp_filter=0")
+        inside(
+            GATEWAY,
+            "sysctl",
+            "-qw",
+            "net.ipv4.ip_forward=1",
+            "net.ipv4.conf.all.rp_filter=0",
+            "net.ipv4.conf.default.rp_filter=0",
+        )
         inside(GATEWAY, "nft", "-f", "-", input=_NAT)
 
     def _connect_ipv6(self):
         """Global addresses and a default route for the home, as a router's announcement would give."""
-        for place in (f"{HOME} eth0 {HOME_ADDRESS_6}/64", f"{GATEWAY} lan {ROUTER_ADDRESS_6}/64",
-                      f"{GATEWAY} wan 2001:db8:198::10/64", f"{INTERNET} net0 2001:db8:198::1/64",
-                      f"{INTERNET} lo {INTERNET_ADDRESS_6}/128"):
+        for place in (
+            f"{HOME} eth0 {HOME_ADDRESS_6}/64",
+            f"{GATEWAY} lan {ROUTER_ADDRESS_6}/64",
+            f"{GATEWAY} wan 2001:db8:198::10/64",
+            f"{INTERNET} net0 2001:db8:198::1/64",
+            f"{INTERNET} lo {INTERNET_ADDRESS_6}/128",
+        ):
             namespace, device, address = place.split()
             run("ip", "-n", namespace, "-6", "address", "add", address, "dev", device, "nodad")
         run("ip", "-n", HOME, "-6", "route", "add", "default", "via", ROUTER_ADDRESS_6)
@@ -183,10 +221,24 @@ class Network:
 
     def start_name_server(self):
         """Starts the name server that answers at NAME_SERVERS and knows the service's hosts only."""
-        command = ["ip", "netns", "exec", INTERNET, "dnsmasq", "--keep-in-foreground", "--conf-file=/dev/null",
-                   "--no-resolv", "--no-hosts", "--user=root", "--group=root", "--bind-interfaces",
-                   f"--listen-address={','.join(NAME_SERVERS)}", f"--pid-file={self.folder}/dnsmasq.pid",
-                   "--log-queries", f"--log-facility={self.folder}/dnsmasq.log"]
+        command = [
+            "ip",
+            "netns",
+            "exec",
+            INTERNET,
+            "dnsmasq",
+            "--keep-in-foreground",
+            "--conf-file=/dev/null",
+            "--no-resolv",
+            "--no-hosts",
+            "--user=root",
+            "--group=root",
+            "--bind-interfaces",
+            f"--listen-address={','.join(NAME_SERVERS)}",
+            f"--pid-file={self.folder}/dnsmasq.pid",
+            "--log-queries",
+            f"--log-facility={self.folder}/dnsmasq.log",
+        ]
         command += [f"--host-record={host},{SERVICE_ADDRESS}" for host in (API_HOST, WEB_HOST)]
         # Nothing is forwarded: any other name does not exist.
         command += ["--local=//", "--address=/#/"]

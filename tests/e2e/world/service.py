@@ -61,8 +61,16 @@ def location_of(address):
 
 def groups(places):
     """The setting "groups" of a service that has these locations."""
-    return [{"country_code": place.country_code, "country": place.country, "location_code": place.code,
-             "city": place.city, "addresses": list(place.addresses)} for place in places]
+    return [
+        {
+            "country_code": place.country_code,
+            "country": place.country,
+            "location_code": place.code,
+            "city": place.city,
+            "addresses": list(place.addresses),
+        }
+        for place in places
+    ]
 
 
 @dataclass(frozen=True)
@@ -121,12 +129,18 @@ class Service:
             "runtime_folder": str(self.runtime),
             "strict": True,
             "announced": [{"pattern": pattern, "count": 0} for pattern in ANNOUNCED],
-            "vpn": {"ca": str(authority.certificate), "certificate": vpn_certificate, "key": vpn_key,
-                    "udp": {"port": UDP_PORT, "network": "10.8.0.0/16"},
-                    "tcp": {"port": TCP_PORT, "network": "10.9.0.0/16"},
-                    "dns": list(network.NAME_SERVERS)},
-            "gateway": {"command": ["ip", "netns", "exec", network.GATEWAY],
-                        "nft": {"table": TABLE, "map": LENT_MAP, "wan_interface": "wan"}},
+            "vpn": {
+                "ca": str(authority.certificate),
+                "certificate": vpn_certificate,
+                "key": vpn_key,
+                "udp": {"port": UDP_PORT, "network": "10.8.0.0/16"},
+                "tcp": {"port": TCP_PORT, "network": "10.9.0.0/16"},
+                "dns": list(network.NAME_SERVERS),
+            },
+            "gateway": {
+                "command": ["ip", "netns", "exec", network.GATEWAY],
+                "nft": {"table": TABLE, "map": LENT_MAP, "wan_interface": "wan"},
+            },
         }
 
     @property
@@ -138,8 +152,19 @@ class Service:
         """Starts the service and waits until its web server and both OpenVPN servers listen."""
         with self.output.open("ab") as output:
             self._process = subprocess.Popen(
-                ["ip", "netns", "exec", network.INTERNET, str(self.program), "--config", str(self._configuration)],
-                stdin=subprocess.DEVNULL, stdout=output, stderr=output)
+                [
+                    "ip",
+                    "netns",
+                    "exec",
+                    network.INTERNET,
+                    str(self.program),
+                    "--config",
+                    str(self._configuration),
+                ],
+                stdin=subprocess.DEVNULL,
+                stdout=output,
+                stderr=output,
+            )
         end = time.monotonic() + deadline
         while not self._ready():
             if self._process.poll() is not None or time.monotonic() > end:

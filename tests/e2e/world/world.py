@@ -19,8 +19,18 @@ def contents_from_environment():
 class World:
     """The network, the service and one home. Only inside of enter.py's namespaces, one at a time."""
 
-    def __init__(self, *, contents=None, program=None, serve=True, name_servers=home.RIGHT_NAME_SERVERS, x11=None,
-                 ipv6=False, people=(), **service_settings):
+    def __init__(
+        self,
+        *,
+        contents=None,
+        program=None,
+        serve=True,
+        name_servers=home.RIGHT_NAME_SERVERS,
+        x11=None,
+        ipv6=False,
+        people=(),
+        **service_settings,
+    ):
         if not enter.inside():
             raise RuntimeError("the small world is made inside of tests/e2e/world/enter.py only")
         self.folder = enter.BASE / "world"
@@ -31,13 +41,23 @@ class World:
             self.network = network.Network(self.folder, ipv6=ipv6)
             made.callback(self.network.close)
             authority = self.authority = pki.Authority(self.folder / "pki")
-            self.service = service.Service(program or service.program_from_environment(), self.folder / "service",
-                                           authority, **service_settings)
+            self.service = service.Service(
+                program or service.program_from_environment(),
+                self.folder / "service",
+                authority,
+                **service_settings,
+            )
             made.callback(self._stop_service)
             if serve:
                 self.service.start()
-            self.home = home.Home(self.folder, contents or contents_from_environment(), authority.certificate,
-                                  name_servers=name_servers, x11=x11, people=people)
+            self.home = home.Home(
+                self.folder,
+                contents or contents_from_environment(),
+                authority.certificate,
+                name_servers=name_servers,
+                x11=x11,
+                people=people,
+            )
             made.callback(self.home.close)
             self._made = made.pop_all()
 
@@ -47,8 +67,12 @@ class World:
     def save_logs(self, folder):
         """Copies what the service, its OpenVPN servers and the name server wrote."""
         folder.mkdir(parents=True, exist_ok=True)
-        for log in (self.service.request_log, self.service.output, self.folder / "dnsmasq.log",
-                    *self.service.runtime.glob("*.log")):
+        for log in (
+            self.service.request_log,
+            self.service.output,
+            self.folder / "dnsmasq.log",
+            *self.service.runtime.glob("*.log"),
+        ):
             if log.exists():
                 shutil.copy(log, folder)
 

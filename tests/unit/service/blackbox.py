@@ -32,7 +32,8 @@ class Answers(WithService):
             body.decode(),
             r"\ASTATUS: 0<br />ClientIP: 127\.0\.0\.1<br />CC: AT<br />LOCATIONS: DE;BER;Germany Berlin;1"
             r"<br />VPNUser: [A-Za-z0-9]{20}<br />VPNPass: [A-Za-z0-9]{32}"
-            r"<br />Server: 1,Berlin,BER,DE,Germany,1\|203\.0\.113\.5,203\.0\.113\.6\Z")
+            r"<br />Server: 1,Berlin,BER,DE,Germany,1\|203\.0\.113\.5,203\.0\.113\.6\Z",
+        )
 
     def test_parameters(self):
         self.assertEqual(self.service.get(LIST + "&cmd=phsa%2Bb")[2], b"STATUS: 0<br />ClientIP: 127.0.0.1")
@@ -67,15 +68,17 @@ class Answers(WithService):
                 self.assertIn(b"\r\nAllow: GET\r\n", head)
 
     def test_the_log_holds_the_raw_target(self):
-        targets = [LIST, "/?a=1&&b=%2B+,%41", "/?x=\xe9\xff", "/\"quoted\\"]
+        targets = [LIST, "/?a=1&&b=%2B+,%41", "/?x=\xe9\xff", '/"quoted\\']
         for target in targets:
             self.service.get(target)
         lines = self.service.lines()
         self.assertEqual([line["target"] for line in lines], targets)
         for line in lines:
             self.assertRegex(line["time"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z$")
-            self.assertEqual((line["event"], line["peer"], line["host"], line["method"]),
-                             ("request", "127.0.0.1", "api.quorvane.test", "GET"))
+            self.assertEqual(
+                (line["event"], line["peer"], line["host"], line["method"]),
+                ("request", "127.0.0.1", "api.quorvane.test", "GET"),
+            )
         self.assertEqual(lines[0]["status"], 200)
         self.assertEqual(lines[2]["status"], 200)
         self.assertGreater(lines[0]["bytes"], 100)
@@ -123,17 +126,26 @@ class HostileClients(WithService):
         return self.service.lines()[-1]
 
     def test_garbage_inside_tls(self):
-        for data in (b"\x00\xff\x13garbage\r\n\r\n", b"GET\r\n\r\n", b"GET /ip\r\n\r\n", b"GET / HTTP/9.9\r\n\r\n",
-                     b"GET /a b HTTP/1.1\r\nHost: x\r\n\r\n", b"GET / HTTP/1.1\r\nno colon\r\n\r\n"):
+        for data in (
+            b"\x00\xff\x13garbage\r\n\r\n",
+            b"GET\r\n\r\n",
+            b"GET /ip\r\n\r\n",
+            b"GET / HTTP/9.9\r\n\r\n",
+            b"GET /a b HTTP/1.1\r\nHost: x\r\n\r\n",
+            b"GET / HTTP/1.1\r\nno colon\r\n\r\n",
+        ):
             answer = self.service.raw(data)
             self.assertTrue(answer.startswith(b"HTTP/1.1 400 "), (data, answer))
             self.assertEqual(self.last_event()["event"], "bad_request")
         self.assert_alive()
 
     def test_requests_that_are_refused(self):
-        for data in (b"GET /ip HTTP/1.1\r\n\r\n", b"GET /ip HTTP/1.1\r\nHost: a\r\nHost: b\r\n\r\n",
-                     b"GET /ip HTTP/1.1\r\nHost: a\r\nContent-Length: 5\r\n\r\nhello",
-                     b"GET /ip HTTP/1.1\r\nHost: a\r\nTransfer-Encoding: chunked\r\n\r\n0\r\n\r\n"):
+        for data in (
+            b"GET /ip HTTP/1.1\r\n\r\n",
+            b"GET /ip HTTP/1.1\r\nHost: a\r\nHost: b\r\n\r\n",
+            b"GET /ip HTTP/1.1\r\nHost: a\r\nContent-Length: 5\r\n\r\nhello",
+            b"GET /ip HTTP/1.1\r\nHost: a\r\nTransfer-Encoding: chunked\r\n\r\n0\r\n\r\n",
+        ):
             answer = self.service.raw(data)
             self.assertTrue(answer.startswith(b"HTTP/1.1 400 "), (data, answer))
             self.assertEqual(answer.count(b"HTTP/1.1 "), 1)
@@ -183,7 +195,9 @@ class HostileClients(WithService):
             link.settimeout(10)
             self.assertEqual(link.recv(1), b"")  # each is ended at its deadline
             link.close()
-        until(lambda: [line["event"] for line in self.service.lines()].count("timeout") == 80, 5, "80 timeouts")
+        until(
+            lambda: [line["event"] for line in self.service.lines()].count("timeout") == 80, 5, "80 timeouts"
+        )
 
     def test_a_dripping_client_is_ended_too(self):
         begin = time.monotonic()
@@ -226,17 +240,23 @@ class StrictRuns(WithService):
     changes = {"strict": True, "announced": [{"target": "/ip", "count": 1}]}
 
     def test_announced_requests_end_well(self):
-        self.assertEqual(self.service.control(command="announce", pattern=r"/\?cmd=MRTSL&.*", count=2), {"ok": True})
+        self.assertEqual(
+            self.service.control(command="announce", pattern=r"/\?cmd=MRTSL&.*", count=2), {"ok": True}
+        )
         for target in (LIST, "/ip", LIST):
             self.service.get(target)
-        self.assertEqual(self.service.control(command="report"), {"ok": True, "unexpected": [], "outstanding": []})
+        self.assertEqual(
+            self.service.control(command="report"), {"ok": True, "unexpected": [], "outstanding": []}
+        )
         self.assertEqual(self.service.stop(), 0)
 
     def test_an_unexpected_request_is_answered_logged_and_told(self):
         self.assertEqual(self.service.get("/ip")[0], 200)
         self.assertEqual(self.service.get("/ip")[0], 200)
         self.service.raw(b"garbage\r\n\r\n")
-        self.assertEqual([line.get("unexpected", False) for line in self.service.lines()], [False, True, True])
+        self.assertEqual(
+            [line.get("unexpected", False) for line in self.service.lines()], [False, True, True]
+        )
         self.assertEqual(self.service.control(command="report")["unexpected"], ["/ip", ""])
         self.assertEqual(self.service.stop(), 3)
         self.assertIn('unexpected request: "/ip"', self.service.stderr())
@@ -245,10 +265,10 @@ class StrictRuns(WithService):
         with socket.socket(socket.AF_UNIX) as link:
             link.settimeout(5)
             link.connect(self.service.runtime + "/control.sock")
-            link.sendall(b"\xff\x00nonsense\n{\"command\":")
+            link.sendall(b'\xff\x00nonsense\n{"command":')
             stream = link.makefile()
             self.assertFalse(json.loads(stream.readline())["ok"])
-            link.sendall(b"\"clear\"}\n")
+            link.sendall(b'"clear"}\n')
             self.assertTrue(json.loads(stream.readline())["ok"])
         self.assertTrue(self.service.control(command="status")["ready"])
 
@@ -278,12 +298,16 @@ class CommandLine(unittest.TestCase):
         first = Service(PROGRAM)
         self.addCleanup(first.close)
         first.start()
-        cases = [({"listen": [{"address": "127.0.0.1", "port": first.port}]}, "listen: 127.0.0.1 port"),
-                 ({"request_log": "/nonexistent/x"}, "request_log: cannot write"),
-                 ({"runtime_folder": first.runtime}, "runtime_folder: another service uses it"),
-                 ({"runtime_folder": "/dev/null/x"}, "runtime_folder: cannot use"),
-                 ({"tls": {"certificate": first.folder + "/key.pem", "key": first.folder + "/key.pem"}},
-                  "tls.certificate: ")]
+        cases = [
+            ({"listen": [{"address": "127.0.0.1", "port": first.port}]}, "listen: 127.0.0.1 port"),
+            ({"request_log": "/nonexistent/x"}, "request_log: cannot write"),
+            ({"runtime_folder": first.runtime}, "runtime_folder: another service uses it"),
+            ({"runtime_folder": "/dev/null/x"}, "runtime_folder: cannot use"),
+            (
+                {"tls": {"certificate": first.folder + "/key.pem", "key": first.folder + "/key.pem"}},
+                "tls.certificate: ",
+            ),
+        ]
         for changes, message in cases:
             service = Service(PROGRAM, **changes)
             self.addCleanup(service.close)

@@ -56,8 +56,13 @@ class Puppet:
         return self
 
     def login(self, client, user, password, source="198.51.100.10"):
-        self.say(f">CLIENT:CONNECT,{client},0", f">CLIENT:ENV,username={user}", f">CLIENT:ENV,password={password}",
-                 f">CLIENT:ENV,untrusted_ip={source}", ">CLIENT:ENV,END")
+        self.say(
+            f">CLIENT:CONNECT,{client},0",
+            f">CLIENT:ENV,username={user}",
+            f">CLIENT:ENV,password={password}",
+            f">CLIENT:ENV,untrusted_ip={source}",
+            ">CLIENT:ENV,END",
+        )
 
     def logout(self, client):
         self.say(f">CLIENT:DISCONNECT,{client}", ">CLIENT:ENV,END")
@@ -74,8 +79,11 @@ class GatewayTest(unittest.TestCase):
         shutil.copy(HERE + "/puppet.py", folder + "/openvpn")
         for name in ("nft", "openvpn"):
             os.chmod(f"{folder}/{name}", 0o755)
-        self.service.config["gateway"] = {"command": ["env", "VIA=gateway"], "openvpn": folder + "/openvpn",
-                                          "nft": {"program": folder + "/nft"}}
+        self.service.config["gateway"] = {
+            "command": ["env", "VIA=gateway"],
+            "openvpn": folder + "/openvpn",
+            "nft": {"program": folder + "/nft"},
+        }
         self.door = socket.socket(socket.AF_UNIX)
         self.addCleanup(self.door.close)
         self.door.bind(folder + "/puppets.sock")
@@ -119,7 +127,9 @@ class GatewayTest(unittest.TestCase):
         self.assertEqual({first.name, second.name}, {"udp", "tcp"})
         self.assertFalse(self.service.control(command="status")["ready"])
         first.come_up()
-        until(lambda: self.service.control(command="status")["servers"][first.name]["ready"], what="one server")
+        until(
+            lambda: self.service.control(command="status")["servers"][first.name]["ready"], what="one server"
+        )
         self.assertFalse(self.service.control(command="status")["ready"])
 
     def test_servers_run_under_another_name_with_nothing_inherited(self):
@@ -141,7 +151,9 @@ class GatewayTest(unittest.TestCase):
         self.assertIn(f"add element ip quorvane lent {{ {address} : 203.0.113.5 }}\n", self.nft())
         self.assertEqual(self.service.control(command="status")["servers"]["udp"]["clients"], 1)
         udp.logout(5)
-        until(lambda: f"delete element ip quorvane lent {{ {address} }}" in self.nft(), what="the row's removal")
+        until(
+            lambda: f"delete element ip quorvane lent {{ {address} }}" in self.nft(), what="the row's removal"
+        )
 
     def test_a_grant_is_for_one_place_on_either_server(self):
         udp, tcp = self.start()

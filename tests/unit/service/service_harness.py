@@ -31,10 +31,29 @@ def until(condition, seconds=10.0, what="a condition"):
 def make_certificate(folder):
     """A throw-away certificate for 127.0.0.1 that is its own authority."""
     subprocess.run(
-        ["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
-         "-keyout", f"{folder}/key.pem", "-out", f"{folder}/cert.pem", "-days", "2", "-subj", "/CN=trial",
-         "-addext", "subjectAltName=IP:127.0.0.1"],
-        check=True, capture_output=True)
+        [
+            "openssl",
+            "req",
+            "-x509",
+            "-newkey",
+            "ec",
+            "-pkeyopt",
+            "ec_paramgen_curve:prime256v1",
+            "-nodes",
+            "-keyout",
+            f"{folder}/key.pem",
+            "-out",
+            f"{folder}/cert.pem",
+            "-days",
+            "2",
+            "-subj",
+            "/CN=trial",
+            "-addext",
+            "subjectAltName=IP:127.0.0.1",
+        ],
+        check=True,
+        capture_output=True,
+    )
 
 
 class Service:
@@ -50,14 +69,26 @@ class Service:
         self.config = {
             "listen": [{"address": "127.0.0.1", "port": 0}],
             "tls": {"certificate": cert, "key": key},
-            "groups": [{"country_code": "DE", "country": "Germany", "city": "Berlin", "location_code": "BER",
-                        "full": True, "addresses": ["203.0.113.5", "203.0.113.6"]}],
+            "groups": [
+                {
+                    "country_code": "DE",
+                    "country": "Germany",
+                    "city": "Berlin",
+                    "location_code": "BER",
+                    "full": True,
+                    "addresses": ["203.0.113.5", "203.0.113.6"],
+                }
+            ],
             "home": [{"network": "127.0.0.0/8", "country_code": "AT"}],
             "request_log": self.log_path,
             "runtime_folder": self.runtime,
-            "vpn": {"ca": cert, "certificate": cert, "key": key,
-                    "udp": {"port": 1194, "network": "10.8.0.0/16"},
-                    "tcp": {"port": 443, "network": "10.9.0.0/16"}},
+            "vpn": {
+                "ca": cert,
+                "certificate": cert,
+                "key": key,
+                "udp": {"port": 1194, "network": "10.8.0.0/16"},
+                "tcp": {"port": 443, "network": "10.9.0.0/16"},
+            },
         }
         self.config.update(changes)
         self.process = None
@@ -146,7 +177,7 @@ def read_answer(stream):
     """Status, header fields and body of the next answer."""
     status = int(re.match(rb"HTTP/1\.1 (\d{3}) ", stream.readline()).group(1))
     fields = {}
-    while (line := stream.readline().rstrip(b"\r\n")):
+    while line := stream.readline().rstrip(b"\r\n"):
         name, value = line.decode().split(": ", 1)
         fields[name.lower()] = value
     return status, fields, stream.read(int(fields["content-length"]))

@@ -58,16 +58,33 @@ class Portal(dbus.service.Object):
         Session(self.connection, self.session)
         return self._answer(sender, options, {"session_handle": self.session})
 
-    @dbus.service.method(SHORTCUTS, in_signature="oa(sa{sv})sa{sv}", out_signature="o", sender_keyword="sender")
+    @dbus.service.method(
+        SHORTCUTS, in_signature="oa(sa{sv})sa{sv}", out_signature="o", sender_keyword="sender"
+    )
     def BindShortcuts(self, session, shortcuts, _parent, options, sender=None):
         assert session == self.session
         self.shortcuts = [str(shortcut[0]) for shortcut in shortcuts]
         with open(self.log, "a", encoding="utf-8") as log:
-            log.write(json.dumps([{"id": str(name), "description": str(properties["description"]),
-                                   "trigger": str(properties["preferred_trigger"])}
-                                  for name, properties in shortcuts]) + "\n")
-        granted = dbus.Array([(name, dbus.Dictionary({"trigger_description": "by the user"}, signature="sv"))
-                              for name in self.shortcuts], signature="(sa{sv})")
+            log.write(
+                json.dumps(
+                    [
+                        {
+                            "id": str(name),
+                            "description": str(properties["description"]),
+                            "trigger": str(properties["preferred_trigger"]),
+                        }
+                        for name, properties in shortcuts
+                    ]
+                )
+                + "\n"
+            )
+        granted = dbus.Array(
+            [
+                (name, dbus.Dictionary({"trigger_description": "by the user"}, signature="sv"))
+                for name in self.shortcuts
+            ],
+            signature="(sa{sv})",
+        )
         return self._answer(sender, options, {"shortcuts": granted})
 
     @dbus.service.method(dbus.PROPERTIES_IFACE, in_signature="ss", out_signature="v")
