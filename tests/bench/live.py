@@ -18,13 +18,13 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "e2e"))
 
-from harness import client as ui  # noqa: E402 # pylint: disable=wrong-import-position
-from harness.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
+from harness.drive import client as ui  # noqa: E402 # pylint: disable=wrong-import-position
+from harness.drive.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
 from watch import Children, processor_seconds  # noqa: E402 # pylint: disable=wrong-import-position
 from world import network  # noqa: E402 # pylint: disable=wrong-import-position
 from world.accounts import ADA, JOE  # noqa: E402 # pylint: disable=wrong-import-position
-from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
 from world.service import BERLIN  # noqa: E402 # pylint: disable=wrong-import-position
+from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
 
 STALL = 0.05
 SHARE_OVER = 10

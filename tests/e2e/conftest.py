@@ -6,14 +6,12 @@ from pathlib import Path
 
 import pytest
 
-sys.path.insert(0, str(Path(__file__).resolve().parent))
-
-from harness import evidence  # noqa: E402 # pylint: disable=wrong-import-position
-from harness.client import Client  # noqa: E402 # pylint: disable=wrong-import-position
-from harness.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
-from world import enter  # noqa: E402 # pylint: disable=wrong-import-position
-from world.service import Service  # noqa: E402 # pylint: disable=wrong-import-position
-from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
+from harness.drive.client import Client
+from harness.drive.tray import TrayIcon
+from harness.observe import evidence
+from world import enter
+from world.service import Service
+from world.world import World
 
 
 def pytest_configure(config):

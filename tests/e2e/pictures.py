@@ -2,9 +2,9 @@
 
 import subprocess
 
-from harness import client as ui
-from harness.display import PrivateDisplay
-from harness.tray import EmbeddingTray
+from harness.drive import client as ui
+from harness.drive.display import PrivateDisplay
+from harness.drive.tray import EmbeddingTray
 from world.accounts import ADA, JOE
 
 MAIN_TITLE, ABOUT_TITLE, SETTINGS_TITLE = "Quorvane .ver", "About Quorvane", "Settings"

@@ -12,14 +12,12 @@ import sys
 import time
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent))
-
-import pictures  # noqa: E402 # pylint: disable=wrong-import-position
-from harness import client as ui  # noqa: E402 # pylint: disable=wrong-import-position
-from harness.display import Display, caller_cookie  # noqa: E402 # pylint: disable=wrong-import-position
-from world import network, service  # noqa: E402 # pylint: disable=wrong-import-position
-from world.accounts import ADA, JOE  # noqa: E402 # pylint: disable=wrong-import-position
-from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
+import pictures
+from harness.drive import client as ui
+from harness.drive.display import Display, caller_cookie
+from world import network, service
+from world.accounts import ADA, JOE
+from world.world import World
 
 DEFERRED_END = 86400
 

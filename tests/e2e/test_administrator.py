@@ -1,7 +1,8 @@
 """The administrator's name and password: the dialog, wrong pairs, other people's accounts."""
 
 import pytest
-from harness import client as ui
+
+from harness.drive import client as ui
 from world.accounts import ADA, JOE, NORM, SUE
 
 WRONG = {"title": "Quorvane", "texts": ["You input wrong user name or password."], "buttons": ["OK"]}

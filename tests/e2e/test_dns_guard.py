@@ -2,8 +2,8 @@
 
 import re
 
-from harness import client as ui
-from harness.resolvers import NetworkManager
+from harness.conditions.resolvers import NetworkManager
+from harness.drive import client as ui
 from world.accounts import ADA
 
 RIGHT, WRONG = "8.8.8.8 8.8.4.4", "8.8.8.8"

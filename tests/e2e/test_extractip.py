@@ -7,9 +7,10 @@ import tempfile
 import time
 
 import pytest
-from harness import client as ui
-from harness import scripts
-from harness.tunnel import DEVICE, Tunnel
+
+from harness.conditions import scripts
+from harness.conditions.tunnel import DEVICE, Tunnel
+from harness.drive import client as ui
 from world import home as homes
 from world import network
 from world.accounts import ADA

@@ -1,7 +1,7 @@
 """What can go wrong outside of the client."""
 
-from harness import client as ui
-from harness import outcomes
+from harness.drive import client as ui
+from harness.observe import outcomes
 from world import network
 from world.accounts import ADA
 from world.service import BERLIN

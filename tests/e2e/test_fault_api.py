@@ -10,11 +10,13 @@ import tempfile
 from pathlib import Path
 
 import pytest
-from harness import client as ui
-from harness import figures, hostile_api as api, outcomes
-from harness.hostile_api import HostileApi
-from harness.listener import Listener
-from harness.tray import TrayIcon
+
+from harness.conditions import hostile_api as api
+from harness.conditions.hostile_api import HostileApi
+from harness.conditions.listener import Listener
+from harness.drive import client as ui
+from harness.drive.tray import TrayIcon
+from harness.observe import figures, outcomes
 from world import network, pki, service
 from world.accounts import ADA
 from world.service import BERLIN

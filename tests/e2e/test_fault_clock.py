@@ -3,9 +3,10 @@
 import time
 
 import pytest
-from harness import client as ui
-from harness.clock import Clock
-from harness.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
+
+from harness.conditions.clock import Clock
+from harness.drive import client as ui
+from harness.observe.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
 from world import network, service
 from world.accounts import ADA
 from world.service import BERLIN

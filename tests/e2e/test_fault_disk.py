@@ -4,10 +4,11 @@ import plistlib
 import signal
 
 import pytest
-from harness import client as ui
-from harness import settings
-from harness.disks import ShrunkDisk, SmallDisk, check_full, contents
-from harness.outcomes import check_given_up, check_hidden, check_session
+
+from harness.conditions.disks import ShrunkDisk, SmallDisk, check_full, contents
+from harness.drive import client as ui
+from harness.drive import settings
+from harness.observe.outcomes import check_given_up, check_hidden, check_session
 from world import network
 from world.accounts import ADA
 from world.service import BERLIN

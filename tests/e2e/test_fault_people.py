@@ -3,9 +3,10 @@
 import signal
 
 import pytest
-from harness import client as ui
-from harness.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
-from harness.verifier import Verifier
+
+from harness.conditions.verifier import Verifier
+from harness.drive import client as ui
+from harness.observe.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
 from world import network
 from world.accounts import ADA, SUE, Account
 from world.service import BERLIN

@@ -5,9 +5,10 @@ import plistlib
 import signal
 
 import pytest
-from harness import client as ui
-from harness import settings
-from harness.outcomes import check_hidden, check_not_hidden, check_session
+
+from harness.drive import client as ui
+from harness.drive import settings
+from harness.observe.outcomes import check_hidden, check_not_hidden, check_session
 from world.accounts import ADA
 from world.service import BERLIN
 

@@ -11,10 +11,11 @@ import time
 from pathlib import Path
 
 import pytest
-from harness import client as ui
-from harness import figures, outcomes
-from harness.listener import Datagrams, Listener
-from harness.tray import TrayIcon
+
+from harness.conditions.listener import Datagrams, Listener
+from harness.drive import client as ui
+from harness.drive.tray import TrayIcon
+from harness.observe import figures, outcomes
 from world import machine, network, pki, service
 from world.accounts import ADA
 from world.service import BERLIN

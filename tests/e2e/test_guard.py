@@ -5,8 +5,9 @@ import signal
 import time
 
 import pytest
-from harness import client as ui
-from harness import outcomes
+
+from harness.drive import client as ui
+from harness.observe import outcomes
 from world import home as homes
 from world import network, service
 from world.accounts import ADA

@@ -9,9 +9,10 @@ import re
 from pathlib import Path
 
 import pytest
-from harness import client as ui
-from harness import outcomes
-from harness.hostile_api import HostileApi, page
+
+from harness.conditions.hostile_api import HostileApi, page
+from harness.drive import client as ui
+from harness.observe import outcomes
 from world import home as homes
 from world.accounts import ADA
 from world.service import BERLIN

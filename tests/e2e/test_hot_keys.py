@@ -6,10 +6,9 @@ import signal
 import time
 
 import pytest
-from harness import client as ui
-from harness.keyboard import (
-    A,
-    B,
+
+from harness.drive import client as ui
+from harness.drive.keyboard import (
     CAPS_LOCK,
     CONTROL,
     DOWN,
@@ -24,6 +23,8 @@ from harness.keyboard import (
     SPACE,
     SUPER,
     UP,
+    A,
+    B,
     Keyboard,
     OtherWindow,
     active_window,
@@ -232,7 +233,7 @@ def test_old_combination_acts_until_the_end(world, client):
 
 def test_wayland_session_uses_the_portal(world, client):
     log = f"{client.folder}/portal.log"
-    portal = f"{home.HARNESS}/stand-ins/portal.py"
+    portal = f"{home.HARNESS}/fakes/portal.py"
     client.ask(
         "start",
         key="portal",

@@ -12,10 +12,11 @@ import subprocess
 import time
 
 import pytest
-from harness import capture as captures
-from harness import client as ui
-from harness import figures
-from harness.tunnel import DEVICE
+
+from harness.conditions.tunnel import DEVICE
+from harness.drive import client as ui
+from harness.observe import capture as captures
+from harness.observe import figures
 from world import home as homes
 from world import machine, network, service
 from world.accounts import ADA

@@ -7,6 +7,7 @@ import time
 from pathlib import Path
 
 import pytest
+
 from world import enter, machine, network
 
 NOWHERE = 0  # no PID namespace has this inode

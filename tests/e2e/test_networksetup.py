@@ -4,8 +4,9 @@ import shutil
 import tempfile
 
 import pytest
-from harness import scripts
-from harness.resolvers import NetworkManager, Resolved
+
+from harness.conditions import scripts
+from harness.conditions.resolvers import NetworkManager, Resolved
 from world import home as homes
 
 TOOL = f"{homes.CONTENTS}/Resources/networksetup"

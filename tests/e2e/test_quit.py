@@ -3,7 +3,8 @@
 import signal
 
 import pytest
-from harness import client as ui
+
+from harness.drive import client as ui
 from world import network
 from world.accounts import ADA
 

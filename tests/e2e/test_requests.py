@@ -2,7 +2,7 @@
 
 import plistlib
 
-from harness import client as ui
+from harness.drive import client as ui
 from world import home, network, service
 from world.accounts import ADA
 

@@ -5,8 +5,9 @@ import statistics
 import time
 
 import pytest
-from harness import client as ui
-from harness.tray import TrayIcon
+
+from harness.drive import client as ui
+from harness.drive.tray import TrayIcon
 from world import network, service
 from world.accounts import ADA
 

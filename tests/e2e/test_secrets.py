@@ -9,9 +9,10 @@ import urllib.parse
 from pathlib import Path
 
 import pytest
-from harness import client as ui
-from harness import figures
-from harness.secret_search import Search
+
+from harness.drive import client as ui
+from harness.observe import figures
+from harness.observe.secret_search import Search
 from world.accounts import ADA
 from world.service import BERLIN
 

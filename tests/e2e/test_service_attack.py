@@ -8,8 +8,9 @@ import subprocess
 import time
 
 import pytest
-from harness import client as ui
-from harness import figures, outcomes
+
+from harness.drive import client as ui
+from harness.observe import figures, outcomes
 from world import home as homes
 from world import network, service
 from world.accounts import ADA

@@ -3,7 +3,8 @@
 import plistlib
 
 import pytest
-from harness import client as ui
+
+from harness.drive import client as ui
 from world import network, service
 from world.accounts import ADA, SUE
 from world.service import BERLIN

@@ -5,9 +5,10 @@ import re
 from pathlib import Path
 
 import pytest
-from harness import client as ui
-from harness import figures, outcomes
-from harness.tray import TrayIcon
+
+from harness.drive import client as ui
+from harness.drive.tray import TrayIcon
+from harness.observe import figures, outcomes
 from world import machine, network, service
 from world.accounts import ADA
 

@@ -3,7 +3,7 @@
 import plistlib
 import threading
 
-from harness import client as ui
+from harness.drive import client as ui
 from world import home, network
 from world.accounts import ADA
 

@@ -1,8 +1,9 @@
 """The tray icon in real trays: status notifier hosts, an embedding tray, none at all, and their coming and going."""
 
 import pytest
-from harness import client as ui
-from harness.tray import EmbeddingTray, TrayIcon
+
+from harness.drive import client as ui
+from harness.drive.tray import EmbeddingTray, TrayIcon
 from world.accounts import ADA
 
 NOT_HIDDEN = "Quorvane: your IP is not hidden"

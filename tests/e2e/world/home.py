@@ -14,7 +14,7 @@ CONTENTS = "/opt/quorvane"
 HARNESS = "/opt/harness"
 RIGHT_NAME_SERVERS = "".join(f"nameserver {address}\n" for address in network.NAME_SERVERS)
 _INIT = Path(__file__).with_name("home_init.py")
-_HARNESS_SOURCE = Path(__file__).resolve().parent.parent / "harness"
+_HARNESS_SOURCE = Path(__file__).resolve().parent.parent / "harness" / "home"
 
 
 @dataclasses.dataclass(frozen=True)

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The real program with a gateway that the test plays itself. Usage: gatewaybox.py PROGRAM
+"""The real program with a gateway that the test plays itself. Usage: test_gateway.py PROGRAM
 
 `nft` is a script that writes down what it is given; the OpenVPN servers are puppets whose management
 connections the test holds.
@@ -76,7 +76,7 @@ class GatewayTest(unittest.TestCase):
         self.nft_log = folder + "/nft.log"
         with open(folder + "/nft", "w", encoding="ascii") as script:
             script.write(NFT.replace("FOLDER", folder))
-        shutil.copy(HERE + "/puppet.py", folder + "/openvpn")
+        shutil.copy(HERE + "/fake_openvpn.py", folder + "/openvpn")
         for name in ("nft", "openvpn"):
             os.chmod(f"{folder}/{name}", 0o755)
         self.service.config["gateway"] = {

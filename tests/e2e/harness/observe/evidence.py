@@ -2,7 +2,7 @@
 
 import json
 
-from .client import picture_folder
+from harness.drive.client import picture_folder
 
 # Enough to tell what was last done; the whole is in the folder, which not everybody who reads the report has.
 LINES = 30

@@ -3,7 +3,7 @@
 import shutil
 from pathlib import Path
 
-RESOURCES = Path(__file__).resolve().parents[3] / "resources"
+RESOURCES = Path(__file__).resolve().parents[4] / "resources"
 
 
 def contents(folder, **defaults):

@@ -3,9 +3,8 @@
 import contextlib
 import re
 
+from harness.drive import client as ui
 from world import network
-
-from . import client as ui
 
 OK = ["OK"]
 NOT_AVAILABLE = {

@@ -11,7 +11,7 @@ def _cover_programs(home, *names):
     folder = "/run/stand-ins"
     home.run("mkdir", "-p", folder)
     for name in names:
-        home.run("cp", "-p", f"{homes.HARNESS}/stand-ins/{name}", folder)
+        home.run("cp", "-p", f"{homes.HARNESS}/fakes/{name}", folder)
     home.run("mount", "-t", "overlay", "overlay", "-o", f"lowerdir={folder}:/usr/bin", "/usr/bin")
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Raw requests against the real program, without OpenVPN. Usage: blackbox.py PROGRAM"""
+"""Raw requests against the real program, without OpenVPN. Usage: test_program.py PROGRAM"""
 
 import json
 import os
