@@ -9,12 +9,16 @@ import sys
 import time
 import unittest
 
-from service_harness import LIST, Service, read_answer, request, until, vpnc
+from service_harness import EVENTUALLY, LIST, Service, read_answer, request, until, vpnc
 
 PROGRAM = sys.argv.pop(1)
+# Seconds after which the service ends a connection that makes no progress, in the tests about that.
+LIMIT = 6
 
 
 class WithService(unittest.TestCase):
+    """Starts the service with the configuration `changes` for each test."""
+
     changes = {}
 
     def setUp(self):
@@ -24,6 +28,8 @@ class WithService(unittest.TestCase):
 
 
 class Answers(WithService):
+    """Right requests and their answers."""
+
     def test_server_list(self):
         status, fields, body = self.service.get(LIST)
         self.assertEqual(status, 200)
@@ -47,8 +53,8 @@ class Answers(WithService):
         self.assertNotIn(b"\n", body)
 
     def test_configuration_refused(self):
-        self.assertEqual(self.service.get(vpnc("nobody"))[2], b"ERR: Unknown or expired session")
-        self.assertEqual(self.service.get(vpnc("nobody", "x"))[2], b"ERR: Argument parsing error")
+        self.assertEqual(self.service.get(vpnc("unknown"))[2], b"ERR: Unknown or expired session")
+        self.assertEqual(self.service.get(vpnc("unknown", "x"))[2], b"ERR: Argument parsing error")
         self.assertEqual(self.service.get("/?cmd=VPNC&sessid=%zz")[2], b"ERR: Argument parsing error")
 
     def test_web_pages(self):
@@ -115,15 +121,23 @@ class Answers(WithService):
 
 
 class HostileClients(WithService):
-    changes = {"limits": {"connections": 200, "handshake_seconds": 2, "request_seconds": 2}}
+    """Wrong, stalled and too many connections; honest clients are served meanwhile."""
+
+    changes = {"limits": {"connections": 200, "handshake_seconds": LIMIT, "request_seconds": LIMIT}}
 
     def assert_alive(self):
         begin = time.monotonic()
         self.assertEqual(self.service.get("/ip")[2], b"127.0.0.1\n")
-        self.assertLess(time.monotonic() - begin, 1.0)
+        self.assertLess(
+            time.monotonic() - begin, LIMIT / 2, "it waited for the limit of a stalled connection"
+        )
 
-    def last_event(self):
-        return self.service.lines()[-1]
+    def wait_last_line(self, **fields):
+        """Waits until the last line of the request log has these values."""
+        until(
+            lambda: fields.items() <= self.service.lines()[-1].items(),
+            f"a line with {fields} in the request log",
+        )
 
     def test_garbage_inside_tls(self):
         for data in (
@@ -136,7 +150,7 @@ class HostileClients(WithService):
         ):
             answer = self.service.raw(data)
             self.assertTrue(answer.startswith(b"HTTP/1.1 400 "), (data, answer))
-            self.assertEqual(self.last_event()["event"], "bad_request")
+            self.wait_last_line(event="bad_request")
         self.assert_alive()
 
     def test_requests_that_are_refused(self):
@@ -151,7 +165,7 @@ class HostileClients(WithService):
             self.assertEqual(answer.count(b"HTTP/1.1 "), 1)
         self.assert_alive()
 
-    def test_a_body_is_not_taken_for_a_request(self):
+    def test_a_body_is_not_read_as_a_request(self):
         body = request("/?cmd=smuggled")
         data = b"POST /ip HTTP/1.1\r\nHost: a\r\nContent-Length: %d\r\n\r\n" % len(body)
         answer = self.service.raw(data + body)
@@ -160,76 +174,72 @@ class HostileClients(WithService):
 
     def test_garbage_instead_of_tls(self):
         for data in (b"GET / HTTP/1.1\r\n\r\n", b"\x16\x03\x01\xff\xff" + b"\x00" * 300, os.urandom(2000)):
-            with socket.create_connection(("127.0.0.1", self.service.port), 5) as link:
+            with socket.create_connection(("127.0.0.1", self.service.port), EVENTUALLY) as link:
                 link.sendall(data)
                 try:
                     while link.recv(65536):
                         pass
                 except ConnectionResetError:
                     pass
+        until(lambda: len(self.service.lines()) == 3, "three lines in the request log")
         events = [line["event"] for line in self.service.lines()]
-        self.assertEqual(len(events), 3)
         self.assertLessEqual(set(events), {"handshake_failed", "timeout"})
         self.assert_alive()
 
     def test_an_overlong_target(self):
         answer = self.service.raw(request("/?a=" + "x" * 100000))
         self.assertTrue(answer.startswith(b"HTTP/1.1 414 "), answer[:100])
-        self.assertEqual(self.last_event()["status"], 414)
+        self.wait_last_line(status=414)
         self.assert_alive()
 
     def test_overlong_header_fields(self):
         answer = self.service.raw(request("/ip", "".join(f"X-{i}: {'y' * 1000}\r\n" for i in range(100))))
         self.assertTrue(answer.startswith(b"HTTP/1.1 431 "), answer[:100])
-        self.assertEqual((self.last_event()["status"], self.last_event()["target"]), (431, "/ip"))
+        self.wait_last_line(status=431, target="/ip")
         self.assert_alive()
 
     def test_stalled_clients_do_not_stall_the_others(self):
         address = ("127.0.0.1", self.service.port)
-        silent = [socket.create_connection(address, 10) for _ in range(60)]
+        silent = [socket.create_connection(address, EVENTUALLY) for _ in range(60)]
         half = [self.service.connect() for _ in range(20)]
         for link in half:
             link.sendall(b"GET /ip HTTP/1.1\r\nHo")
         self.assert_alive()
         for link in silent + half:
-            link.settimeout(10)
-            self.assertEqual(link.recv(1), b"")  # each is ended at its deadline
+            link.settimeout(EVENTUALLY)
+            self.assertEqual(link.recv(1), b"")  # each is ended at its limit
             link.close()
-        until(
-            lambda: [line["event"] for line in self.service.lines()].count("timeout") == 80, 5, "80 timeouts"
-        )
+        until(lambda: [line["event"] for line in self.service.lines()].count("timeout") == 80, "80 timeouts")
 
     def test_a_dripping_client_is_ended_too(self):
         begin = time.monotonic()
         with self.service.connect() as link, self.assertRaises(OSError):
-            while time.monotonic() - begin < 10:
+            while time.monotonic() - begin < EVENTUALLY:
                 link.sendall(b"X")
-                time.sleep(0.1)
-        self.assertLess(time.monotonic() - begin, 5)
+                time.sleep(0.1)  # the client's slowness
 
     def test_a_client_that_does_not_read_is_ended(self):
         with self.service.connect() as link:
             link.settimeout(0.5)
             begin = time.monotonic()
             with self.assertRaises(OSError):
-                while time.monotonic() - begin < 20:
+                while time.monotonic() - begin < EVENTUALLY:
                     try:
                         link.sendall(request("/") * 100)
                     except TimeoutError:
-                        link.settimeout(10)  # both directions are full; the deadline has to come
-            self.assertLess(time.monotonic() - begin, 15)
+                        link.settimeout(EVENTUALLY)  # both directions are full; the limit must end it
         self.assert_alive()
 
     def test_the_connection_limit(self):
-        links = [socket.create_connection(("127.0.0.1", self.service.port), 5) for _ in range(200)]
-        with socket.create_connection(("127.0.0.1", self.service.port), 5) as one_too_many:
+        links = [socket.create_connection(("127.0.0.1", self.service.port), EVENTUALLY) for _ in range(200)]
+        with socket.create_connection(("127.0.0.1", self.service.port), EVENTUALLY) as one_too_many:
             self.assertEqual(one_too_many.recv(1), b"")
-        self.assertEqual(self.last_event()["event"], "refused")
+        self.wait_last_line(event="refused")
         for link in links:
             link.close()
-        until(lambda: self.alive_again(), 5, "room for new connections")
+        until(self.answers, "a free connection")
 
-    def alive_again(self):
+    def answers(self):
         try:
             return self.service.get("/ip")[2] == b"127.0.0.1\n"
         except OSError:
@@ -237,6 +247,8 @@ class HostileClients(WithService):
 
 
 class StrictRuns(WithService):
+    """The mode in which requests must be announced, and the control socket."""
+
     changes = {"strict": True, "announced": [{"target": "/ip", "count": 1}]}
 
     def test_announced_requests_end_well(self):
@@ -250,7 +262,7 @@ class StrictRuns(WithService):
         )
         self.assertEqual(self.service.stop(), 0)
 
-    def test_an_unexpected_request_is_answered_logged_and_told(self):
+    def test_an_unexpected_request_is_answered_logged_and_reported(self):
         self.assertEqual(self.service.get("/ip")[0], 200)
         self.assertEqual(self.service.get("/ip")[0], 200)
         self.service.raw(b"garbage\r\n\r\n")
@@ -263,7 +275,7 @@ class StrictRuns(WithService):
 
     def test_the_control_socket_survives_nonsense(self):
         with socket.socket(socket.AF_UNIX) as link:
-            link.settimeout(5)
+            link.settimeout(EVENTUALLY)
             link.connect(self.service.runtime + "/control.sock")
             link.sendall(b'\xff\x00nonsense\n{"command":')
             stream = link.makefile()
@@ -274,8 +286,12 @@ class StrictRuns(WithService):
 
 
 class CommandLine(unittest.TestCase):
+    """Arguments, wrong configurations, failed starts and restarts."""
+
     def run_program(self, *arguments):
-        return subprocess.run([PROGRAM, *arguments], capture_output=True, text=True, timeout=10, check=False)
+        return subprocess.run(
+            [PROGRAM, *arguments], capture_output=True, text=True, timeout=EVENTUALLY, check=False
+        )
 
     def test_usage(self):
         for arguments in ((), ("--config",), ("--other",), ("file",)):
