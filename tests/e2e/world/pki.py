@@ -1,4 +1,4 @@
-"""A certificate authority made afresh for every run, and what it signs."""
+"""A certificate authority, made anew for every run, and the certificates that it signs."""
 
 import subprocess
 from pathlib import Path
@@ -32,7 +32,7 @@ class Authority:
             "-days",
             DAYS,
             "-subj",
-            "/CN=Small World CA",
+            "/CN=Test Network CA",
             "-addext",
             "basicConstraints=critical,CA:TRUE",
             "-addext",

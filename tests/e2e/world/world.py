@@ -1,4 +1,4 @@
-"""All of the small world together."""
+"""The whole test network: its namespaces, the service and one home."""
 
 import contextlib
 import os
@@ -17,7 +17,7 @@ def contents_from_environment():
 
 
 class World:
-    """The network, the service and one home. Only inside of enter.py's namespaces, one at a time."""
+    """The networks, the service and one home. Only inside of enter.py's namespaces, one at a time."""
 
     def __init__(
         self,
@@ -32,7 +32,7 @@ class World:
         **service_settings,
     ):
         if not enter.inside():
-            raise RuntimeError("the small world is made inside of tests/e2e/world/enter.py only")
+            raise RuntimeError("the test network can only be made inside of tests/e2e/world/enter.py")
         self.folder = enter.BASE / "world"
         self._status = 0
         with contextlib.ExitStack() as made:
@@ -64,8 +64,12 @@ class World:
     def _stop_service(self):
         self._status = self.service.stop()
 
+    def wait_nothing_lent(self):
+        """Waits until the gateway has no lent address any more."""
+        self.home.wait_for(lambda: not self.service.lent(), "no address is lent any more")
+
     def save_logs(self, folder):
-        """Copies what the service, its OpenVPN servers and the name server wrote."""
+        """Copies the logs of the service, its OpenVPN servers and the name server."""
         folder.mkdir(parents=True, exist_ok=True)
         for log in (
             self.service.request_log,
@@ -77,6 +81,6 @@ class World:
                 shutil.copy(log, folder)
 
     def close(self):
-        """Takes it all down, the home first; the service's exit status."""
+        """Removes everything, the home first; returns the service's exit status."""
         self._made.close()
         return self._status

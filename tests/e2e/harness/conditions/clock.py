@@ -1,4 +1,4 @@
-"""A wall clock of the client's own that a test can set, by a preloaded library. The machine's clock stays as it is."""
+"""A wall clock for the client only, which a test can set, by a preloaded library."""
 
 import datetime
 import re
@@ -9,7 +9,7 @@ STAMP = re.compile(r"\.corrupt-(\d{8}T\d{6}Z)$")
 
 
 class Clock:
-    """The client's clock, so many hours off. Time that only ever goes forward (timers) is not touched."""
+    """The client's clock, some hours before or after the real one; monotonic time (timers) is not changed."""
 
     def __init__(self, client, hours=0):
         self._client = client
@@ -19,7 +19,7 @@ class Clock:
 
     @property
     def environment(self):
-        """What the client is to be started with."""
+        """The environment that the client must be started with."""
         return {
             "LD_PRELOAD": LIBRARY,
             "FAKETIME_TIMESTAMP_FILE": FILE,
@@ -29,20 +29,25 @@ class Clock:
         }
 
     def set(self, hours):
-        """Sets the clock that many hours before or after the real one. The file is never seen half written."""
+        """Sets the clock this number of hours after the real one; the file is replaced as a whole."""
         self._hours = hours
         self._client.home.write(f"{FILE}.new", f"{hours:+d}h\n")
         self._client.home.run("mv", f"{FILE}.new", FILE)
 
     def check(self):
-        """That the client lives by this clock: it stamps what it sets aside. Call it where the preferences are stored
-        next by `store`, and get them back as they were."""
+        """A context that proves that the client uses this clock; in it the client must store its preferences.
+
+        The file holds garbage then, which the client keeps in a file with the time of its clock in the name.
+        """
         preferences = self._client.file("Library/Preferences/com.tallowind.Quorvane.plist")
         return _Stamped(preferences, self._hours)
 
 
 class _Stamped:
-    """While this is entered the preferences are garbage; at the end the garbage was set aside at the clock's time."""
+    """Writes garbage over the preferences.
+
+    At the end the garbage must have been kept with the clock's time.
+    """
 
     def __init__(self, preferences, hours):
         self._preferences, self._hours = preferences, hours

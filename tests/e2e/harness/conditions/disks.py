@@ -1,4 +1,4 @@
-"""Small, full and read-only disks at home, and how to see what they hold."""
+"""Small, full and read-only disks in the home, and their content."""
 
 import contextlib
 import errno
@@ -10,7 +10,7 @@ BALLAST = ".ballast"
 
 
 class Disk:
-    """A small tmpfs at home."""
+    """A small tmpfs in the home."""
 
     def __init__(self, home, folder):
         self.home, self.folder = home, folder
@@ -19,17 +19,17 @@ class Disk:
         return self.home.path(str(PurePosixPath(self.folder) / name))
 
     def fill(self, spare_pages=0):
-        """Leaves room for so many pages and not one more."""
+        """Fills the disk up to this number of free pages."""
         with self._path(BALLAST).open("ab", buffering=0) as ballast:
             with contextlib.suppress(OSError):
                 while True:
                     ballast.write(b"\0" * PAGE)
-            size = ballast.tell() // PAGE * PAGE
+            size = ballast.seek(0, os.SEEK_END) // PAGE * PAGE
             ballast.truncate(max(0, size - spare_pages * PAGE))
         assert self.free_pages() == spare_pages
 
     def fill_with_files(self):
-        """Leaves room for no further file, though there is room for bytes."""
+        """Uses up all inodes, while bytes remain free."""
         made = 0
         with contextlib.suppress(OSError):
             while True:
@@ -42,7 +42,7 @@ class Disk:
         return state.f_bavail * state.f_frsize // PAGE
 
     def free(self):
-        """Takes away whatever fills it."""
+        """Removes the files that fill the disk."""
         for ballast in self._path(".").glob(f"{BALLAST}*"):
             ballast.unlink()
 
@@ -54,7 +54,7 @@ class Disk:
 
 
 class SmallDisk(Disk):
-    """A disk of its own below one folder of a user's, which is made if need be. What was in it is on the disk too."""
+    """A disk mounted over one folder of a user, with the folder's content; a missing folder is made."""
 
     def __init__(self, home, folder, owner, *, size="512k", files=None):
         super().__init__(home, folder)
@@ -69,7 +69,7 @@ class SmallDisk(Disk):
 
 
 class ShrunkDisk(Disk):
-    """A tmpfs that is there already, made small."""
+    """An existing tmpfs, made smaller."""
 
     def __init__(self, home, folder, size):
         super().__init__(home, folder)
@@ -77,7 +77,7 @@ class ShrunkDisk(Disk):
 
 
 def check_full(home, folder, owner):
-    """That the user really cannot write there: the fault is what it says it is."""
+    """Checks that the user really cannot write there."""
     done = home.run("tee", f"{folder}/probe", user=owner, check=False, input="x")
     home.run("rm", "-f", f"{folder}/probe", check=False)
     text = done.stderr
@@ -85,7 +85,7 @@ def check_full(home, folder, owner):
 
 
 def contents(home, folder):
-    """Every file below a folder at home: its path from there -> its bytes."""
+    """Every file below a folder of the home: relative path -> bytes."""
     root = home.path(folder)
     return {
         str(path.relative_to(root)): path.read_bytes()

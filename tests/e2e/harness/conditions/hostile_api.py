@@ -1,9 +1,9 @@
-"""An HTTPS server that answers in the service's place, and badly: one answer for each of the client's commands.
+"""An HTTPS server in the place of the service, with a wrong answer for each of the client's commands.
 
     with HostileApi(world, {"MRTSL": page(b"garbage")}) as api: ...
 
-While it stands, whatever comes to the service's port from outside is turned to it; the real service keeps running
-with all that it knows, and has its port back afterwards.
+While it is entered, connections from outside to the service's port are redirected to it. The real service
+keeps running with its state and receives connections again afterwards.
 """
 
 import contextlib
@@ -19,7 +19,7 @@ MEGABYTE = 1024 * 1024
 
 
 def head(status="200 OK", length=None, headers=()):
-    """The head of an answer; without a length its body goes on until the connection ends."""
+    """The head of an answer; without a length the body ends with the connection."""
     lines = [f"HTTP/1.1 {status}", "Content-Type: text/html", "Connection: close", *headers]
     if length is not None:
         lines.append(f"Content-Length: {length}")
@@ -27,7 +27,7 @@ def head(status="200 OK", length=None, headers=()):
 
 
 def page(body, status="200 OK", headers=(), length=None):
-    """Answers with a whole page; `length` is told instead of the body's own."""
+    """Answers with a whole page; `length` replaces the real length in its head."""
 
     def answer(connection, _closing):
         connection.sendall(head(status, len(body) if length is None else length, headers) + body)
@@ -36,12 +36,12 @@ def page(body, status="200 OK", headers=(), length=None):
 
 
 def truncated(body):
-    """Tells the length of the whole and sends the half."""
+    """Announces the whole length and sends half of the body."""
     return page(body[: len(body) // 2], length=len(body))
 
 
 def truncated_in_chunks(body):
-    """Sends one chunk with the half, and ends the connection where the next one should come."""
+    """Sends one chunk with half of the body and ends the connection instead of sending the next one."""
 
     def answer(connection, _closing):
         half = body[: len(body) // 2]
@@ -55,7 +55,7 @@ def no_http(connection, _closing):
 
 
 def silent(_connection, closing):
-    """Takes the request and never says a word."""
+    """Accepts the request and never answers."""
     closing.wait()
 
 
@@ -72,11 +72,11 @@ def dripping(body, pause=0.3):
     return answer
 
 
-def flood(size, told):
-    """Sends a body of `size` bytes, which is told in the head or not."""
+def flood(size, announced):
+    """Sends a body of `size` bytes, with or without its length in the head."""
 
     def answer(connection, _closing):
-        connection.sendall(head(length=size if told else None))
+        connection.sendall(head(length=size if announced else None))
         piece = b"Server: 1,a,b,DE,c,0|203.0.113.40<br />".ljust(MEGABYTE, b"x")
         for _ in range(size // MEGABYTE):
             connection.sendall(piece)
@@ -85,7 +85,7 @@ def flood(size, told):
 
 
 def huge_header(size):
-    """Sends a head with one field of `size` bytes, and a page after it."""
+    """Sends a head with one field of `size` bytes."""
 
     def answer(connection, _closing):
         connection.sendall(b"HTTP/1.1 200 OK\r\nX-Filler: ")
@@ -101,9 +101,10 @@ def redirect(address):
 
 
 class HostileApi:
-    """`answers`: command ("MRTSL", "VPNC") to what writes the answer; another request fails the row.
+    """`answers`: command ("MRTSL", "VPNC") -> function that sends the answer. Another request fails the test.
 
-    `certificate` is (certificate, key); the right one when left out. What came is in `requests`: (command, target).
+    `certificate` is (certificate, key), by default the service's own. `requests` holds (command, target) of
+    each received request.
     """
 
     def __init__(self, world, answers, certificate=None):
@@ -135,7 +136,7 @@ class HostileApi:
                 self._answers[command](secured, closing)
 
     def requests_of(self, command):
-        return [target for asked, target in self.requests if asked == command]
+        return [target for received, target in self.requests if received == command]
 
     def __enter__(self):
         with contextlib.ExitStack() as made:

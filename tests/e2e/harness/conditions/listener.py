@@ -1,19 +1,20 @@
-"""Servers of the tests' own in the namespaces of the small world."""
+"""Servers that run in the test process and listen in a namespace of the test network."""
 
 import contextlib
 import socket
 import threading
 
+from harness.home.deadlines import EVENTUALLY
 from world import network
 
-# What hangs on purpose ends when the listener is closed, so this bounds mistakes only.
-STUCK = 180
+# Seconds. Connections that hang on purpose end when the listener is closed; this limit is for mistakes.
+STUCK = 600
 
 
 class Listener:
-    """A TCP server of this process in a namespace; each connection is handled by `serve(connection, closing)`.
+    """A TCP server in a namespace; a thread for each connection calls `serve(connection, closing)`.
 
-    `closing` is an event that is set when the listener goes: what waits on purpose waits for it.
+    `closing` is an event that is set when the listener closes; a handler that hangs on purpose waits for it.
     """
 
     def __init__(self, namespace, port, serve):
@@ -44,7 +45,7 @@ class Listener:
             thread.start()
 
     def _handle(self, connection):
-        # A client that leaves in the middle is what many a fault is about.
+        # Many tests make the client close the connection in the middle.
         with contextlib.suppress(OSError, ValueError), connection:
             self._serve(connection, self.closing)
         with self._lock:
@@ -60,7 +61,7 @@ class Listener:
                 with contextlib.suppress(OSError):
                     connection.shutdown(socket.SHUT_RDWR)
         for thread in self._threads:
-            thread.join(5)
+            thread.join(EVENTUALLY)
 
     def __enter__(self):
         return self
@@ -70,7 +71,7 @@ class Listener:
 
 
 class Datagrams:
-    """A UDP server of this process in a namespace: `answer(datagram)` gives what goes back, or None."""
+    """A UDP server in a namespace; `answer(datagram)` returns the reply, or None for no reply."""
 
     def __init__(self, namespace, port, answer):
         self.received = 0
@@ -98,11 +99,11 @@ class Datagrams:
                 self._socket.sendto(back, sender)
 
     def close(self):
-        # Wakes the reader, which a plain close would leave waiting.
+        # Wakes the reader; after a plain close it would keep waiting.
         with contextlib.suppress(OSError):
             self._socket.shutdown(socket.SHUT_RDWR)
         self._socket.close()
-        self._thread.join(5)
+        self._thread.join(EVENTUALLY)
 
     def __enter__(self):
         return self

@@ -1,14 +1,14 @@
-"""Puts stand-ins for the machine's resolver tools into a home.
+"""Puts fakes of the machine's resolver tools into a home.
 
-They take the place of the real programs in the home's own /usr/bin, because networksetup looks nowhere else.
+They replace the real programs in the home's /usr/bin, because networksetup uses no other folder.
 """
 
 from world import home as homes
 
 
 def _cover_programs(home, *names):
-    """Lays the named stand-ins over /usr/bin; the rest of it stays visible."""
-    folder = "/run/stand-ins"
+    """Covers the named programs in /usr/bin by fakes; the others stay visible."""
+    folder = "/run/fakes"
     home.run("mkdir", "-p", folder)
     for name in names:
         home.run("cp", "-p", f"{homes.HARNESS}/fakes/{name}", folder)

@@ -1,4 +1,4 @@
-"""A contents folder with nothing in it but the shell resources, for their own tests."""
+"""A contents folder that holds only the shell resources, for their tests."""
 
 import shutil
 from pathlib import Path

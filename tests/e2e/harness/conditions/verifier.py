@@ -1,9 +1,10 @@
-"""An OpenVPN server on the gateway that writes down every user name and password, and lets nobody in."""
+"""An OpenVPN server on the gateway that records the user name and password of each login and refuses it."""
 
 import os
 import subprocess
 import time
 
+from harness.home.deadlines import EVENTUALLY, POLL
 from world import network
 
 ADDRESS, PORT = "203.0.113.250", 1300
@@ -15,7 +16,7 @@ exit 1
 
 
 class Verifier:
-    """Listens once it is made. `close` ends it."""
+    """The server, which listens when the constructor returns. `close` ends it."""
 
     def __init__(self, world):
         self._folder = world.folder / "verifier"
@@ -25,7 +26,7 @@ class Verifier:
         script = self._folder / "verify"
         script.write_text(SCRIPT.format(seen=self._seen), encoding="utf-8")
         script.chmod(0o700)
-        # Under a name of its own, so that nobody takes it for a client's.
+        # Under another name, so that it is not counted among the OpenVPN processes of a client.
         program = self._folder / "vpnverify"
         program.symlink_to("/usr/sbin/openvpn")
         settings = {
@@ -67,32 +68,31 @@ class Verifier:
             lambda: self._log.exists()
             and "Initialization Sequence Completed"
             in self._log.read_text(encoding="utf-8", errors="replace"),
-            10,
             "the server is up",
         )
 
-    def _wait(self, condition, timeout, what):
-        end = time.monotonic() + timeout
+    def _wait(self, condition, what):
+        end = time.monotonic() + EVENTUALLY
         while not condition():
             if time.monotonic() > end or self._process.poll() is not None:
-                raise TimeoutError(f"{what}: not within {timeout} s")
-            time.sleep(0.02)
+                raise TimeoutError(f"{what}: not within {EVENTUALLY} s")
+            time.sleep(POLL)
 
     def configuration(self):
-        """What a client needs to come to it."""
+        """A configuration with which a client connects to this server."""
         authority = (self._keys / "ca.crt").read_text(encoding="utf-8")
         return (
             f"client\ndev tun\nproto udp\nremote {ADDRESS} {PORT}\nnobind\nauth-user-pass\nauth-nocache\n"
             f"remote-cert-tls server\nconnect-retry-max 1\n<ca>\n{authority}</ca>\n"
         )
 
-    def wait_pair(self, timeout=30):
-        """The user name and password that a client gave."""
-        self._wait(self._seen.exists, timeout, "a client's user name and password")
+    def wait_pair(self):
+        """Waits for a login; returns its user name and password."""
+        self._wait(self._seen.exists, "a client's user name and password")
         user, password = self._seen.read_text(encoding="utf-8").split("\n")[:2]
         return user, password
 
     def close(self):
         self._process.terminate()
-        self._process.wait(10)
+        self._process.wait(EVENTUALLY)
         assert not os.path.exists(f"/proc/{self._process.pid}")

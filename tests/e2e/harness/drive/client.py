@@ -11,15 +11,13 @@ import threading
 import time
 from pathlib import Path
 
+from harness.home.deadlines import EVENTUALLY
 from world import home as homes
 
 from .display import PrivateDisplay
 
 PROGRAM = f"{homes.CONTENTS}/bin/quorvane"
 PREFERENCES = "Library/Preferences/com.tallowind.Quorvane.plist"
-# A first answer of the service and a session through sudo and OpenVPN take some seconds; a failure marker is
-# followed by 5 s of waiting on purpose; wrong passwords take up to 4 s each.
-ANSWER, SESSION, FAILURE, PASSWORD = 15, 40, 40, 30
 
 NOT_HIDING = "WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!"
 SEARCHING = "Searching for an available IP..."
@@ -28,7 +26,7 @@ MAIN, DIALOG = "Quorvane (ver.", "Quorvane - Administrator"
 
 
 class DriverError(Exception):
-    """What the driver at home could not do, in its words."""
+    """An operation that the driver in the home could not carry out; the text is the driver's."""
 
 
 def label(description):
@@ -43,20 +41,22 @@ HIDE = {"window": MAIN, "description": "Hide button"}
 
 
 def scrambled(text):
-    """A text as the stored administrator pair has it, with fillers of its own."""
+    """A text in the form in which the administrator's name and password are stored."""
     return "".join(unit + "x" for unit in text)
 
 
 def unscrambled(stored):
-    """What was entered, from the stored form: a text, or its marked UTF-16 bytes."""
+    """The text that was entered, from its stored form: a string, or UTF-16 bytes behind a marker."""
     units = stored[4:] if isinstance(stored, bytes) else stored.encode("utf-16-le")
     length = len(units) // 4
-    assert len(units) == 4 * length + 2 and units[-2:] == b"\0\0", "two units for each and U+0000 at the end"
+    assert (
+        len(units) == 4 * length + 2 and units[-2:] == b"\0\0"
+    ), "two units for each character, and U+0000 at the end"
     return b"".join(units[at : at + 2] for at in range(0, 4 * length, 4)).decode("utf-16-le")
 
 
 class Client:
-    """A user's session bus, driver and screen. `start` starts a copy of the client in it."""
+    """A user's session in the home: bus, driver and screen. `start` starts a copy of the client in it."""
 
     def __init__(self, world, user, *, display=None):
         self.world, self.home, self.user = world, world.home, user
@@ -71,7 +71,8 @@ class Client:
         }
         self._errors = self.home.path("/tmp/driver.log").open("ab")
         self._driver = self.home.popen(
-            # The bus writes to its standard output now and then, so the driver answers on a descriptor of its own.
+            # The bus writes to standard output now and then, so the driver answers on a descriptor of its
+            # own.
             "sh",
             "-c",
             'exec 3>&1 1>&2; exec dbus-run-session -- /usr/bin/python3 "$0"',
@@ -87,7 +88,7 @@ class Client:
         if self._read() != "ready":
             raise DriverError("the driver did not start")
 
-    # --- talking to the driver
+    # --- requests to the driver
 
     def _read(self):
         line = self._driver.stdout.readline()
@@ -99,7 +100,7 @@ class Client:
             raise DriverError(answer["error"])
         return answer["value"]
 
-    def ask(self, operation, **arguments):
+    def request(self, operation, **arguments):
         with self._lock:
             self._driver.stdin.write(json.dumps({"op": operation, **arguments}) + "\n")
             self._driver.stdin.flush()
@@ -108,8 +109,8 @@ class Client:
     # --- the process
 
     def start(self, *arguments, key="first", environment=None):
-        """Starts a copy of the client; `key` tells several copies apart."""
-        return self.ask(
+        """Starts a copy of the client; `key` names it, so that several copies can run."""
+        return self.request(
             "start",
             key=key,
             arguments=[PROGRAM, *arguments],
@@ -117,23 +118,46 @@ class Client:
             output=f"{self.log_folder}/{key}.log",
         )
 
+    def start_ready(self, account, **preferences):
+        """Stores an administrator, starts a copy and waits until it is ready to hide the IP."""
+        self.remember_administrator(account, **preferences)
+        self.start()
+        self.wait_ready()
+
+    def start_hidden(self, account, **preferences):
+        """The same, and hides the IP."""
+        self.start_ready(account, **preferences)
+        self.hide()
+        self.wait_hidden()
+
     def output(self, key="first"):
         """What the copy wrote to its standard output and error."""
         path = self.home.path(f"{self.log_folder}/{key}.log")
         return path.read_text(encoding="utf-8", errors="replace") if path.exists() else ""
 
     def running(self, key="first"):
-        return self.ask("status", key=key) is None
+        return self.request("status", key=key) is None
 
-    def wait_exit(self, key="first", timeout=20):
-        """Waits for the copy's end; its exit status, negative for a signal."""
-        return self.ask("wait_exit", key=key, timeout=timeout)
+    def wait_exit(self, key="first", timeout=EVENTUALLY):
+        """Waits until the copy has ended; returns its exit status, negative for a signal."""
+        return self.request("wait_exit", key=key, timeout=timeout)
 
     def signal(self, number, key="first"):
-        self.ask("signal", key=key, number=int(number))
+        self.request("signal", key=key, number=int(number))
+
+    def terminate(self, key="first"):
+        """Ends the copy as the desktop does, by SIGTERM, which it must obey with exit status 0."""
+        self.signal(signal.SIGTERM, key)
+        status = self.wait_exit(key)
+        assert status == 0, f"the client ended with status {status} after SIGTERM"
+
+    def kill(self, key="first"):
+        """Ends the copy by SIGKILL."""
+        self.signal(signal.SIGKILL, key)
+        assert self.wait_exit(key) == -signal.SIGKILL
 
     def end(self, key="first"):
-        """Ends the copy, if it runs, and what it started; its files stay."""
+        """Ends the copy if it runs, and the OpenVPN processes; its files stay."""
         if self.home.processes("quorvane") and self.running(key):
             self.signal(signal.SIGTERM, key)
             self.wait_exit(key)
@@ -143,102 +167,105 @@ class Client:
 
     # --- looking at and acting on its windows
 
-    def wait(self, query, timeout, key="first", **until):
-        """Waits until an element is as wanted; see the driver's op_wait."""
-        return self.ask("wait", key=key, query=query, until=until, timeout=timeout)
+    def wait(self, query, key="first", timeout=EVENTUALLY, **until):
+        """Waits until an element has the wanted properties; see the driver's op_wait."""
+        return self.request("wait", key=key, query=query, until=until, timeout=timeout)
 
     def text(self, description, key="first"):
         """The text of a label of the main window."""
-        found = self.ask("read", key=key, query=label(description))
+        found = self.request("read", key=key, query=label(description))
         if found is None:
-            raise DriverError(f"there is no {description}")
+            raise DriverError(f"there is no label {description!r}")
         return found["name"]
 
     def shows(self, description, key="first"):
-        found = self.ask("read", key=key, query=label(description))
+        found = self.request("read", key=key, query=label(description))
         return bool(found and found["showing"])
 
     def button_state(self, query=None, key="first"):
         """The description of the hide button, or of another element."""
-        return self.ask("read", key=key, query=query or HIDE)
+        return self.request("read", key=key, query=query or HIDE)
 
     def press(self, query, key="first"):
-        return self.ask("press", key=key, query=query)
+        return self.request("press", key=key, query=query)
 
     def nodes(self, key="first"):
-        return self.ask("nodes", key=key)
+        return self.request("nodes", key=key)
 
     def wait_ready(self, key="first"):
-        """Waits for the service's first answer: the hide button can be pressed."""
-        return self.wait(HIDE, ANSWER, key=key, showing=True, enabled=True)
+        """Waits until the hide button can be pressed, which it can after the service's first answer."""
+        return self.wait(HIDE, key=key, showing=True, enabled=True)
 
-    def wait_hidden(self, timeout=SESSION, key="first"):
-        return self.wait(label("Status line"), timeout, key=key, matches="^" + re.escape(HIDING))
+    def wait_hidden(self, key="first"):
+        return self.wait(label("Status line"), key=key, matches="^" + re.escape(HIDING))
 
-    def wait_not_hidden(self, timeout=SESSION, key="first"):
-        return self.wait(label("Status line"), timeout, key=key, name=NOT_HIDING)
+    def wait_not_hidden(self, key="first"):
+        return self.wait(label("Status line"), key=key, name=NOT_HIDING)
 
     def hide(self, key="first"):
-        """Presses the hide button; the time of the press."""
+        """Presses the hide button; returns the time of the press."""
         self.wait_ready(key)
         return self.press(HIDE, key=key)
 
     def stop(self, key="first"):
-        self.wait(HIDE, ANSWER, key=key, name="Stop Hiding IP", enabled=True)
+        self.wait(HIDE, key=key, name="Stop Hiding IP", enabled=True)
         self.press(HIDE, key=key)
         return self.wait_not_hidden(key=key)
 
     def choose_protocol(self, name):
         self.wait_ready()
         self.press({"window": MAIN, "role": "radio button", "name": name})
-        self.wait({"window": MAIN, "role": "radio button", "name": name}, 5, checked=True)
+        self.wait({"window": MAIN, "role": "radio button", "name": name}, checked=True)
 
     def current_address(self, key="first"):
         return self.text("Current IP address", key=key).strip()
 
     # --- the administrator dialog and the alerts
 
-    def wait_dialog(self, timeout=PASSWORD):
-        return self.wait({"window": DIALOG, "role": "push button", "name": "Start"}, timeout, showing=True)
+    def wait_dialog(self, key="first"):
+        return self.wait({"window": DIALOG, "role": "push button", "name": "Start"}, key=key, showing=True)
 
     def dialog_open(self):
-        found = self.ask("read", key="first", query={"window": DIALOG, "description": "Password"})
+        found = self.request("read", key="first", query={"window": DIALOG, "description": "Password"})
         return bool(found and found["showing"])
 
     def dialog_text(self, description):
-        found = self.ask("read", key="first", query={"window": DIALOG, "description": description})
+        found = self.request("read", key="first", query={"window": DIALOG, "description": description})
         return found["text"]
 
-    def enter_administrator(self, name, password):
-        """Fills the dialog and presses Start, without waiting for what comes of it."""
-        self.wait_dialog()
+    def fill_dialog(self, name, password, key="first"):
+        self.wait_dialog(key)
         for description, text in (("User name", name), ("Password", password)):
-            self.ask("set_text", key="first", query={"window": DIALOG, "description": description}, text=text)
-        return self.press(button("Start", DIALOG))
+            self.request("set_text", key=key, query={"window": DIALOG, "description": description}, text=text)
 
-    def wait_dialog_closed(self, timeout=PASSWORD):
-        return self.wait({"window": DIALOG, "role": "push button", "name": "Start"}, timeout, absent=True)
+    def enter_administrator(self, name, password, key="first"):
+        """Fills the dialog and presses Start; does not wait for the result."""
+        self.fill_dialog(name, password, key)
+        return self.press(button("Start", DIALOG), key=key)
+
+    def wait_dialog_closed(self):
+        return self.wait({"window": DIALOG, "role": "push button", "name": "Start"}, absent=True)
 
     def alerts(self, key="first"):
-        """Every message box that shows: title, texts without blank lines at their ends, buttons."""
+        """Every message box that shows: its title, its texts without surrounding white space, its buttons."""
         return [
             {**alert, "texts": [text.strip() for text in alert["texts"] if text.strip()]}
-            for alert in self.ask("alerts", key=key)
+            for alert in self.request("alerts", key=key)
         ]
 
-    def wait_alert(self, timeout, key="first"):
-        """Waits for a message box; its title, texts and buttons."""
-        self.wait({"role": "alert"}, timeout, key=key, showing=True)
+    def wait_alert(self, key="first"):
+        """Waits for a message box; returns its title, texts and buttons."""
+        self.wait({"role": "alert"}, key=key, showing=True)
         return self.alerts(key)[0]
 
     def dismiss_alert(self, key="first"):
         """Presses OK in the message box that shows and waits until it is gone."""
-        shown, identities = self.alerts(key), self.ask("alert_ids", key=key)
+        shown, identities = self.alerts(key), self.request("alert_ids", key=key)
         assert shown, "there is no alert to dismiss"
         self.press({"window": shown[0]["title"], "role": "push button", "name": "OK"}, key=key)
-        # The button looks pressed for a moment before it does what it is for.
+        # A press through accessibility first shows the button as pressed; the box closes a moment later.
         self.home.wait_for(
-            lambda: identities[0] not in self.ask("alert_ids", key=key), 10, "the message box is closed"
+            lambda: identities[0] not in self.request("alert_ids", key=key), "the message box is closed"
         )
 
     # --- its files
@@ -251,7 +278,7 @@ class Client:
         return plistlib.loads(self.file(PREFERENCES).read_bytes())
 
     def stored_pair(self):
-        """The administrator's name and password that are remembered."""
+        """The stored name and password of the administrator."""
         preferences = self.preferences()
         return unscrambled(preferences["un"]), unscrambled(preferences["up"])
 
@@ -260,7 +287,7 @@ class Client:
         self.home.write(f"{self.folder}/{PREFERENCES}", plistlib.dumps(values), owner=self.user, mode=0o600)
 
     def remember_administrator(self, account, **others):
-        """Stores an administrator's pair as an earlier run would have, with further preferences."""
+        """Stores an administrator's name and password as an earlier run does, with further preferences."""
         self.seed_preferences(un=scrambled(account.name), up=scrambled(account.password), **others)
 
     def openvpn_log(self):
@@ -268,20 +295,38 @@ class Client:
         return path.read_text(encoding="utf-8", errors="replace") if path.exists() else ""
 
     def openvpn(self):
-        """The OpenVPN processes at home."""
+        """The OpenVPN processes in the home."""
         return self.home.processes("openvpn")
 
-    def wait_no_openvpn(self, timeout=10):
-        self.home.wait_for(lambda: not self.openvpn(), timeout, "no OpenVPN process left")
+    def wait_no_openvpn(self):
+        self.home.wait_for(lambda: not self.openvpn(), "no OpenVPN process is left")
+
+    # --- its log
+
+    def wait_output(self, text, what, *, count=1, key="first"):
+        """Waits until the copy has written the text `count` times; a failure's message contains `what`."""
+        self.home.wait_for(lambda: self.output(key).count(text) >= count, what)
+
+    @contextlib.contextmanager
+    def noticed_loss(self, loss):
+        """Runs the block while `loss`, a context manager, has taken the network away.
+
+        The client has logged the loss before the block starts, and the return of the network when this ends.
+        """
+        lost, found = (self.output().count(f"inet {state}") for state in ("NO", "YES"))
+        with loss:
+            self.wait_output("inet NO", "the client notices the loss of the network", count=lost + 1)
+            yield
+        self.wait_output("inet YES", "the client notices the network again", count=found + 1)
 
     # --- the end
 
     def log_out(self):
-        """Ends the user's session: every process of the user is told to end."""
+        """Ends the user's session: every process of the user receives SIGTERM."""
         uid = self.home.uid(self.user)[0]
         for process in self.home.processes():
             if process.uid == uid:
-                # One that has just ended by itself is what is wanted, too.
+                # A process that has just ended by itself is fine as well.
                 with contextlib.suppress(ProcessLookupError):
                     os.kill(process.pid, signal.SIGTERM)
 
@@ -289,7 +334,7 @@ class Client:
         with contextlib.suppress(BrokenPipeError):
             self._driver.stdin.close()
         try:
-            self._driver.wait(5)
+            self._driver.wait(EVENTUALLY)
         except subprocess.TimeoutExpired:
             self._driver.kill()
             self._driver.wait()
@@ -299,7 +344,7 @@ class Client:
 
 
 class OpenVpnWatch:
-    """Notes when OpenVPN appears at home and when its log says that the tunnel is up."""
+    """Records when OpenVPN appears in the home and when its log reports that the tunnel is up."""
 
     UP = "Initialization Sequence Completed"
 
@@ -325,6 +370,6 @@ class OpenVpnWatch:
 
 
 def picture_folder():
-    """Where failures leave pictures and logs: QUORVANE_E2E_OUT, or nowhere."""
+    """The folder for pictures and logs of failed tests, QUORVANE_E2E_OUT; None when it is not set."""
     path = os.environ.get("QUORVANE_E2E_OUT")
     return Path(path) if path else None

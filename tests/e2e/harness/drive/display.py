@@ -1,4 +1,4 @@
-"""The screen of a client: an X server of its own with a window manager, or the caller's."""
+"""The screen of a client: a private X server with a window manager, or the caller's screen."""
 
 import contextlib
 import os
@@ -8,15 +8,29 @@ import select
 import signal
 import struct
 import subprocess
-import time
+import threading
+
+from harness.home.deadlines import EVENTUALLY
 
 FAMILY_WILD = 0xFFFF
 FIRST_NUMBER = 7
 SIZE = (1280, 1024)
+# One shell, started before the window appears: a new process for each look could miss its first states.
+_SPY = r"""
+echo watching
+while :; do
+    for window in $(xprop -root _NET_CLIENT_LIST | grep -o '0x[0-9a-f]*'); do
+        case $(xprop -id "$window" WM_NAME 2>/dev/null) in
+        *"\"$1"*) exec stdbuf -oL xprop -id "$window" -spy _NET_WM_STATE WM_STATE ;;
+        esac
+    done
+    sleep 0.01
+done
+"""
 
 
 def authority(number, cookie):
-    """An X authority file with one cookie that holds for any host name."""
+    """The bytes of an X authority file with one cookie that is valid for any host name."""
 
     def counted(text):
         return struct.pack(">H", len(text)) + text
@@ -30,13 +44,13 @@ def authority(number, cookie):
     )
 
 
-def _is_held(pid):
+def _is_stopped(pid):
     with open(f"/proc/{pid}/stat", encoding="utf-8", errors="replace") as stat:
         return stat.read().rpartition(")")[2].split()[0] == "T"
 
 
 class Display:
-    """What a client needs to know of its screen."""
+    """An X screen that a user of the home can connect to."""
 
     def __init__(self, home, user, number, cookie):
         self.home = home
@@ -50,15 +64,16 @@ class Display:
         return {"DISPLAY": self.name, "XAUTHORITY": self._authority}
 
     def usable(self):
-        """Whether the user can connect."""
+        """True when the user can connect to the X server."""
         return self.run("xdpyinfo", check=False).returncode == 0
 
     def run(self, *arguments, **options):
         """Runs an X program as the user, on this screen."""
+        options.setdefault("timeout", EVENTUALLY)
         return self.home.run(*arguments, user=self.user, environment=self.environment, **options)
 
     def picture(self):
-        """What is on the whole screen, as the bytes of a PNG file."""
+        """The whole screen as the bytes of a PNG file."""
         return self._whole("png:-")
 
     def screenshot(self, path):
@@ -67,7 +82,7 @@ class Display:
         path.write_bytes(self.picture())
 
     def pixels(self):
-        """What is on the whole screen, as bytes that are the same for the same picture."""
+        """The whole screen as raw pixels: equal screens give equal bytes."""
         return self._whole("rgb:-")
 
     def _whole(self, form):
@@ -75,7 +90,7 @@ class Display:
             self.home.command(["import", "-window", "root", form], self.user, self.environment),
             capture_output=True,
             check=True,
-            timeout=20,
+            timeout=EVENTUALLY,
         ).stdout
 
     def close(self):
@@ -92,7 +107,8 @@ class PrivateDisplay(Display):
             number += 1
         super().__init__(home, user, str(number), cookie)
         home.write(f"/run/xvfb{number}.auth", authority(str(number), cookie), mode=0o600)
-        # Without -noreset the server starts over whenever its last client leaves, under whoever is just coming.
+        # Without -noreset the server restarts when its last client leaves, even while another one is
+        # connecting.
         self._server = home.popen(
             "Xvfb",
             self.name,
@@ -110,7 +126,7 @@ class PrivateDisplay(Display):
             stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL,
         )
-        ready, _, _ = select.select([self._server.stdout], [], [], 20)
+        ready, _, _ = select.select([self._server.stdout], [], [], EVENTUALLY)
         if not ready or os.read(self._server.stdout.fileno(), 64).strip() != str(number).encode():
             raise RuntimeError("Xvfb did not start")
         self._manager = home.popen(
@@ -122,25 +138,25 @@ class PrivateDisplay(Display):
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
         )
-        end = time.monotonic() + 10
-        while "window id" not in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout:
-            if time.monotonic() > end:
-                raise RuntimeError("openbox did not start")
-            time.sleep(0.02)
+        home.wait_for(
+            lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout,
+            "openbox has started",
+        )
 
-    def hold_manager(self):
-        """Holds the window manager, as on a machine that has no time for it."""
+    def pause_manager(self):
+        """Stops the window manager, as on a machine that does not schedule it."""
         uid = self.home.uid(self.user)[0]
         (manager,) = [process for process in self.home.processes("openbox") if process.uid == uid]
         os.kill(manager.pid, signal.SIGSTOP)
-        # Who waits for it outside of the home holds itself then, and takes it along when it goes on.
-        self.home.wait_for(lambda: _is_held(self._manager.pid), 5, "the window manager is held")
+        # nsenter, outside of the home, waits for the window manager and stops itself as well; it continues
+        # both.
+        self.home.wait_for(lambda: _is_stopped(self._manager.pid), "the window manager is stopped")
 
-    def let_manager_go_on(self):
+    def continue_manager(self):
         self._manager.send_signal(signal.SIGCONT)
 
     def press_keys(self, title, keys):
-        """Brings a window to the front and presses keys in it, the way a user does."""
+        """Brings a window to the front and presses keys in it."""
         self.run(
             "xdotool",
             "search",
@@ -150,27 +166,26 @@ class PrivateDisplay(Display):
             title,
             "windowactivate",
             "--sync",
-            timeout=20,
         )
-        self.run("xdotool", "key", "--clearmodifiers", keys, timeout=20)
+        self.run("xdotool", "key", "--clearmodifiers", keys)
 
     def on_screen(self, title):
-        """Whether a window of this title is neither closed nor minimised."""
-        found = self.run("xdotool", "search", "--onlyvisible", "--name", title, check=False, timeout=20)
+        """True when a window with this title is neither closed nor minimised."""
+        found = self.run("xdotool", "search", "--onlyvisible", "--name", title, check=False)
         return bool(found.stdout.strip())
 
     def property(self, window, name):
-        """The value of a window's property as xprop writes it; the root window's for "root"."""
+        """The value of a window's property as xprop prints it; "root" is the root window."""
         which = ["-root"] if window == "root" else ["-id", window]
         return self.run("xprop", *which, name, check=False).stdout.partition(name)[2].strip()
 
     def active(self):
-        """The number of the window that has the focus, in decimal; "0" for none."""
+        """The decimal number of the window that has the focus; "0" for none."""
         found = re.search(r"0x[0-9a-f]+", self.property("root", "_NET_ACTIVE_WINDOW"))
         return str(int(found[0], 16)) if found else "0"
 
     def listed(self, title):
-        """The windows of this title in the window manager's list, minimised ones too, as numbers in decimal."""
+        """Decimal numbers of the windows with this title that the window manager lists, minimised or not."""
         numbers = re.findall(r"0x[0-9a-f]+", self.property("root", "_NET_CLIENT_LIST").partition("#")[2])
         return [
             str(int(number, 16))
@@ -179,15 +194,18 @@ class PrivateDisplay(Display):
         ]
 
     @contextlib.contextmanager
-    def watched(self, window):
-        """Notes every change of the window's states meanwhile; gives a function that tells them afterwards."""
+    def watched_window(self, title):
+        """Records the states of the next window with this title, from its appearance to the end of the block.
+
+        Yields a function that returns the lines of xprop so far: the states that the window appeared with
+        come first, then one line for each change.
+        """
         spy = self.home.popen(
-            "xprop",
-            "-id",
-            window,
-            "-spy",
-            "WM_STATE",
-            "_NET_WM_STATE",
+            "sh",
+            "-c",
+            _SPY,
+            "sh",
+            title,
             user=self.user,
             environment=self.environment,
             stdin=subprocess.DEVNULL,
@@ -195,25 +213,33 @@ class PrivateDisplay(Display):
             text=True,
         )
         lines = []
+        reader = threading.Thread(target=lambda: lines.extend(spy.stdout), daemon=True)
         try:
-            yield lambda: lines
+            if spy.stdout.readline() != "watching\n":
+                raise RuntimeError("the window watcher did not start")
+            reader.start()
+            yield lambda: list(lines)
         finally:
+            spy.terminate()
             for process in self.home.processes("xprop"):
-                os.kill(process.pid, 15)
-            lines += spy.communicate()[0].splitlines()
+                os.kill(process.pid, signal.SIGTERM)
+            spy.wait(EVENTUALLY)
+            if reader.ident is not None:
+                reader.join()
+            spy.stdout.close()
 
     def close(self):
-        """Takes the X server away from whoever still uses it."""
+        """Ends the X server and the window manager, whatever still uses them."""
         for process in self.home.processes("Xvfb"):
             if process.command[1] == self.name:
-                os.kill(process.pid, 15)
-        self._server.wait(10)
+                os.kill(process.pid, signal.SIGTERM)
+        self._server.wait(EVENTUALLY)
         self._server.stdout.close()
-        self._manager.wait(10)
+        self._manager.wait(EVENTUALLY)
 
 
 def caller_cookie(display):
-    """(number, cookie) of a display of the caller's that has a path socket, or None."""
+    """(number, cookie) of a display of the caller, if it has a socket in /tmp/.X11-unix; else None."""
     number = display.removeprefix("unix").removeprefix(":").split(".")[0]
     if not display.removeprefix("unix").startswith(":") or not number.isdigit():
         return None

@@ -4,7 +4,9 @@ import re
 import subprocess
 import time
 
-# X key codes: positions on the keyboard, whatever is written on them.
+from harness.home.deadlines import EVENTUALLY
+
+# X key codes: positions on the keyboard, in any layout.
 SUPER, SHIFT, CONTROL, CAPS_LOCK, NUM_LOCK = 133, 50, 37, 66, 77
 A, B = 38, 56
 HOME, UP, DOWN, RETURN, SPACE = 110, 111, 116, 36, 65
@@ -18,32 +20,32 @@ class Keyboard:
     def __init__(self, display):
         self._display = display
 
-    def _send(self, words):
-        self._display.run("xdotool", *words, timeout=20)
+    def _send(self, event, keys):
+        self._display.run("xdotool", *(part for key in keys for part in (event, str(key))))
 
     def down(self, *keys):
-        self._send([word for key in keys for word in ("keydown", str(key))])
+        self._send("keydown", keys)
 
     def up(self, *keys):
-        self._send([word for key in keys for word in ("keyup", str(key))])
+        self._send("keyup", keys)
 
     def strike(self, *keys):
-        """Presses the keys in turn and releases them in reverse."""
+        """Presses the keys one after the other and releases them in reverse order."""
         self.down(*keys)
         self.up(*reversed(keys))
 
     def hold(self, seconds, *keys):
-        """Keeps the last of the keys down for that long, the others around it."""
+        """Presses the keys one after the other and keeps all of them down for that long."""
         self.down(*keys)
-        time.sleep(seconds)
+        time.sleep(seconds)  # the length of the press is what the test is about
         self.up(*reversed(keys))
 
     def set_layout(self, layout):
-        self._display.run("setxkbmap", layout, timeout=20)
+        self._display.run("setxkbmap", layout)
 
 
 class OtherWindow:
-    """Another program in front, which writes down every key that reaches it."""
+    """A window of another program that has the focus and records every key that reaches it."""
 
     TITLE = "Event Tester"
 
@@ -75,14 +77,13 @@ class OtherWindow:
             self.TITLE,
             "windowactivate",
             "--sync",
-            timeout=20,
         )
         self._display.home.wait_for(
-            lambda: active_window(self._display) == self.TITLE, 10, "the focus elsewhere"
+            lambda: active_window(self._display) == self.TITLE, "the other window has the focus"
         )
 
     def presses(self):
-        """(key code, state) of every press that this window has got."""
+        """(key code, modifier state) of every press that this window has received."""
         text = self._display.home.path(self._log).read_text(encoding="utf-8", errors="replace")
         return [
             (int(key), int(state, 16))
@@ -93,10 +94,10 @@ class OtherWindow:
 
     def close(self):
         self._process.terminate()
-        self._process.wait(10)
+        self._process.wait(EVENTUALLY)
 
 
 def active_window(display):
-    """The title of the window in front, by the window manager."""
-    found = display.run("xdotool", "getactivewindow", "getwindowname", check=False, timeout=20)
+    """The title of the window that has the focus, as the window manager reports it."""
+    found = display.run("xdotool", "getactivewindow", "getwindowname", check=False)
     return found.stdout.strip()

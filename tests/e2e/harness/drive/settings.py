@@ -1,4 +1,4 @@
-"""The settings window of a client, as a test drives it."""
+"""Operations on the settings window of a client."""
 
 from . import client as ui
 
@@ -7,7 +7,7 @@ TITLE = "Quorvane Settings"
 
 def open_window(client, key="first"):
     client.press(ui.button("Settings", ui.MAIN), key=key)
-    client.wait({"window": TITLE, "role": "push button", "name": "Apply"}, 10, key=key, showing=True)
+    client.wait({"window": TITLE, "role": "push button", "name": "Apply"}, key=key, showing=True)
 
 
 def open_pane(client, name, key="first"):
@@ -19,13 +19,13 @@ def box(name):
 
 
 def switch(client, name, *, to, key="first"):
-    """Presses a box that is the other way round so far."""
-    client.wait(box(name), 10, key=key, showing=True, checked=not to)
+    """Presses a check box that has the opposite state so far."""
+    client.wait(box(name), key=key, showing=True, checked=not to)
     client.press(box(name), key=key)
-    client.wait(box(name), 10, key=key, checked=to)
+    client.wait(box(name), key=key, checked=to)
 
 
 def close_window(client, answer="Cancel", key="first"):
-    """Presses Cancel or OK; the main window comes back."""
+    """Presses Cancel or OK and waits until the settings window is closed."""
     client.press(ui.button(answer, TITLE), key=key)
-    client.wait({"window": TITLE, "role": "push button", "name": answer}, 10, key=key, absent=True)
+    client.wait({"window": TITLE, "role": "push button", "name": answer}, key=key, absent=True)

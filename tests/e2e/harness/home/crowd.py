@@ -1,12 +1,12 @@
 #!/usr/bin/python3
-"""Many clients of the service at once, from one program: runs at home as a plain user.
+"""Many clients of the service at once, from one program; runs in the home as a plain user.
 
-    crowd.py COUNT ADDRESS...   COUNT sessions, all connected before the first one asks; each asks for the servers
-                                and then, with the user that it was given, for one of the addresses
-    crowd.py --stall COUNT      COUNT connections that say nothing and as many that drip a header, until standard
-                                input is closed
+    crowd.py COUNT ADDRESS...   COUNT sessions, all connected before the first request; each one requests
+                                the server list and then, with its user, the configuration of one address
+    crowd.py --stall COUNT      COUNT connections that send nothing and as many that send a part of a header,
+                                until standard input is closed
 
-Prints one line of JSON with what came of it.
+Prints its results as one line of JSON.
 """
 
 import asyncio
@@ -18,13 +18,12 @@ import time
 HOST, PORT = "api.quorvane.test", 443
 COMMON = "ver=1.0.0&device=1"
 TAIL = "systamp=MacOS,user,mobilebox&uniqueid=crowd"
-TOGETHER = (
-    64  # handshakes under way at once; connections stay open, so all sessions are there together in the end
-)
+# Handshakes at the same time. Connections stay open, so in the end all sessions are connected together.
+TOGETHER = 64
 
 
 class Start:
-    """Opens when all are connected."""
+    """A barrier that opens when all sessions are connected."""
 
     def __init__(self, count):
         self._missing = count
@@ -43,7 +42,7 @@ def context():
     return ssl.create_default_context(cafile="/etc/quorvane/ca.crt")
 
 
-async def ask(reader, writer, target):
+async def get(reader, writer, target):
     writer.write(f"GET {target} HTTP/1.1\r\nHost: {HOST}\r\n\r\n".encode())
     await writer.drain()
     head = await reader.readuntil(b"\r\n\r\n")
@@ -57,10 +56,10 @@ async def session(number, addresses, gate, start):
     async with gate:
         reader, writer = await asyncio.open_connection(HOST, PORT, ssl=context())
     await start.connected()
-    servers = await ask(reader, writer, f"/?cmd=MRTSL&{COMMON}&{TAIL}")
+    servers = await get(reader, writer, f"/?cmd=MRTSL&{COMMON}&{TAIL}")
     user = dict(line.partition(":")[::2] for line in servers.split("<br />"))["VPNUser"].strip()
     address = addresses[number % len(addresses)]
-    answer = await ask(
+    answer = await get(
         reader, writer, f"/?cmd=VPNC&{COMMON}&server=571&desiredip={address}&sessid={user}&&{TAIL}&proto=UDP"
     )
     writer.close()
@@ -81,7 +80,7 @@ async def crowd(count, addresses):
         "failed": len(failed),
         "first failure": failed[:1],
         "connecting": round(start.time - begun, 2),
-        "asking": round(time.monotonic() - start.time, 2),
+        "answering": round(time.monotonic() - start.time, 2),
     }
 
 

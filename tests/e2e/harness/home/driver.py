@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""Runs at home as the user, inside the session bus: starts the client and drives it through accessibility.
+"""Runs in the home as the user, on the session bus: starts the client and drives it through accessibility.
 
-One JSON object a line comes in at standard input, {"op": name, ...arguments}, and one goes out at descriptor 3:
-{"value": ...} or {"error": text}. Ends, with what it started, when its input is closed. Times are seconds of
-CLOCK_MONOTONIC.
+Reads one JSON object a line from standard input, {"op": name, ...arguments}, and writes one to descriptor 3
+for each: {"value": ...} or {"error": text}. When its input is closed it ends what it started, and itself.
+Times are seconds of CLOCK_MONOTONIC.
 """
 
 import functools
@@ -19,31 +19,31 @@ from pathlib import Path
 import gi
 
 gi.require_version("Atspi", "2.0")
+from deadlines import EVENTUALLY, POLL  # noqa: E402 # pylint: disable=wrong-import-position
 from gi.repository import Atspi, Gio, GLib  # noqa: E402 # pylint: disable=wrong-import-position
 
 from status_items import TrayError, TrayOperations  # noqa: E402 # pylint: disable=wrong-import-position
 
-POLL = 0.01
-# The client's main thread stands still while an administrator's password is checked, up to some 4 s a time.
-PATIENCE_MS = 15000
-# How long a window manager may take to place a window, on a busy machine.
-PLACE = 10
-# How long things may go on to vanish while they are looked at.
-AGAIN = 5
-# What is said of a window, and of a client, that is gone by now.
+# The client's main thread does not answer while an administrator's password is checked, for up to some 4 s.
+ANSWER_MS = EVENTUALLY * 1000
+# A list ignores a click that comes within the time of a double click after the one that opened it.
+LIST_READY = 0.5
+# Seconds after which a click on an entry that had no effect is repeated.
+REPEAT = 10
+# The errors for a window, and for a client, that has been closed meanwhile.
 VANISHED = re.compile("No such object path|application no longer exists")
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 PROBE = Path(__file__).with_name("loop_probe.py")
 
 
 class DriverError(Exception):
-    """Told to the other side; the driver goes on."""
+    """Reported to the test; the driver keeps running."""
 
 
 def start_accessibility():
     launcher = subprocess.Popen([LAUNCHER, "--launch-immediately"], stdin=subprocess.DEVNULL)
     bus = Gio.bus_get_sync(Gio.BusType.SESSION, None)
-    end = time.monotonic() + 10
+    end = time.monotonic() + EVENTUALLY
     while True:
         try:
             bus.call_sync(
@@ -63,7 +63,7 @@ def start_accessibility():
                 raise
             time.sleep(POLL)
     Atspi.init()
-    Atspi.set_timeout(PATIENCE_MS, PATIENCE_MS)
+    Atspi.set_timeout(ANSWER_MS, ANSWER_MS)
     return launcher
 
 
@@ -155,17 +155,17 @@ def window_fits(window, query):
     return "window" not in query or window.get_name().startswith(query["window"])
 
 
-def looking_again(look):
-    """Looks once more when something went away while it was looked at, as a closing window does."""
+def repeated(look):
+    """Repeats a look at the windows when a part of them vanished meanwhile, as a closing window does."""
 
     @functools.wraps(look)
     def wrapped(*arguments, **keywords):
-        end = time.monotonic() + AGAIN
+        end = time.monotonic() + EVENTUALLY
         while True:
             try:
                 return look(*arguments, **keywords)
             except GLib.Error as error:
-                if not VANISHED.search(error.message) or time.monotonic() > end:
+                if not VANISHED.search(str(error)) or time.monotonic() > end:
                     raise
                 time.sleep(POLL)
 
@@ -173,6 +173,8 @@ def looking_again(look):
 
 
 class Driver(TrayOperations):
+    """The operations that a test can request: each method op_NAME, with the request's other fields."""
+
     def __init__(self):
         self.clients = {}
         self.probe = None
@@ -195,11 +197,11 @@ class Driver(TrayOperations):
     def op_signal(self, key, number):
         self.clients[key].process.send_signal(number)
 
-    # --- looking
+    # --- reading the windows
 
-    @looking_again
+    @repeated
     def find(self, key, query):
-        """The first node that fits and shows, else the first that fits, else None."""
+        """The first matching node that shows, else the first matching one, else None."""
         hidden = None
         for window in self.clients[key].windows():
             if not window_fits(window, query):
@@ -211,23 +213,23 @@ class Driver(TrayOperations):
                     hidden = hidden or node
         return hidden
 
-    @looking_again
+    @repeated
     def op_nodes(self, key):
-        """Everything there is, for a failure's message."""
+        """Every element of every window."""
         found = []
         for window in self.clients[key].windows():
             found += [describe(node) for node in [window, *walk(window)]]
         return found
 
-    @looking_again
+    @repeated
     def op_read(self, key, query):
         node = self.find(key, query)
         return None if node is None else describe(node)
 
     def op_wait(self, key, query, until, timeout):
-        """Waits until the node is as wanted: keys of its description to values, "matches" for its name.
+        """Waits until the node has the properties in `until`; "matches" in it is a pattern for the name.
 
-        until {"absent": true} waits until nothing that fits shows.
+        until {"absent": true} waits until no matching node shows.
         """
         end = time.monotonic() + timeout
         node, seen = None, None
@@ -242,21 +244,21 @@ class Driver(TrayOperations):
             except GLib.Error as error:
                 node, seen = None, str(error)
             if time.monotonic() > end:
-                raise DriverError(f"{query} did not become {until} within {timeout} s; last seen: {seen}")
+                raise DriverError(f"{query} did not become {until} within {timeout} s; last state: {seen}")
             time.sleep(POLL)
 
     def op_round_trips(self, key, count):
-        """Asks the client's event loop for one thing after the other; the seconds that each answer took."""
+        """Sends requests to the client's event loop in turn; returns the seconds for each answer."""
         application = self.clients[key].application()
-        taken = []
+        durations = []
         for _ in range(count):
             begun = time.monotonic()
             application.get_child_count()
-            taken.append(time.monotonic() - begun)
-        return taken
+            durations.append(time.monotonic() - begun)
+        return durations
 
     def op_probe_begin(self, key):
-        """Has the client's event loop asked all the time from now on; see loop_probe.py."""
+        """Starts loop_probe.py, which sends requests to the client's event loop all the time."""
         self.probe = subprocess.Popen(
             [sys.executable, str(PROBE), str(self.clients[key].process.pid)],
             stdin=subprocess.PIPE,
@@ -265,20 +267,20 @@ class Driver(TrayOperations):
         )
 
     def op_probe_end(self):
-        """What the probe noted; also after the client's end."""
-        noted, _ = self.probe.communicate(timeout=60)
+        """Ends the probe and returns its figures; also after the client's end."""
+        noted, _ = self.probe.communicate(timeout=EVENTUALLY)
         return json.loads(noted)
 
-    @looking_again
+    @repeated
     def op_alert_ids(self, key):
-        """What tells the message boxes that show from later ones with the same texts."""
+        """One identity for each message box that shows; a later box with the same texts has another."""
         return [
             window.path
             for window in self.clients[key].windows()
             if window.get_role_name() == "alert" and states_of(window)["showing"]
         ]
 
-    @looking_again
+    @repeated
     def op_alerts(self, key):
         """Title, texts and buttons of every message box that shows."""
         found = []
@@ -298,10 +300,13 @@ class Driver(TrayOperations):
     # --- acting
 
     def op_press(self, key, query):
-        """Presses a button; one whose only action toggles it without a click gets a real click."""
+        """Presses a button.
+
+        One without the action "press", which can only be toggled, is clicked with the mouse.
+        """
         node = self.find(key, query)
         if node is None:
-            raise DriverError(f"there is no {query}")
+            raise DriverError(f"no element matches {query}")
         if not states_of(node)["enabled"]:
             raise DriverError(f"{query} is disabled")
         pressed = time.monotonic()
@@ -315,44 +320,45 @@ class Driver(TrayOperations):
     def op_set_text(self, key, query, text):
         node = self.find(key, query)
         if node is None:
-            raise DriverError(f"there is no {query}")
+            raise DriverError(f"no element matches {query}")
         if not Atspi.EditableText.set_text_contents(node, text):
             raise DriverError(f"{query} cannot be edited")
 
-    def op_choose(self, key, query, entry, timeout):
+    def op_choose(self, key, query, entry):
         """Opens a combo box and clicks on one of its entries."""
         node = self.find(key, query)
         if node is None:
-            raise DriverError(f"there is no {query}")
+            raise DriverError(f"no element matches {query}")
         click(node)
-        end = time.monotonic() + timeout
-        clicked, again = None, 0
+        end = time.monotonic() + EVENTUALLY
+        clicked, next_click = None, None
         while time.monotonic() < end:
-            # The entries of a closed list say that they show; the list itself knows better.
+            # Entries of a closed list are reported as showing; the list itself is not.
             lists = [
                 part for part in walk(node) if part.get_role_name() == "list" and states_of(part)["showing"]
             ]
             if clicked is not None and not lists:
                 return clicked
+            if lists and next_click is None:
+                next_click = time.monotonic() + LIST_READY
             for part, item in [(part, item) for part in lists for item in children(part)]:
-                # A list takes a click at the place that opened it for a part of that one, if it comes at once.
-                if item.get_name() == entry and states_of(item)["showing"] and time.monotonic() > again:
-                    clicked, again = time.monotonic(), time.monotonic() + 1
+                if item.get_name() == entry and states_of(item)["showing"] and time.monotonic() > next_click:
+                    clicked, next_click = time.monotonic(), time.monotonic() + REPEAT
                     click(item, within=part)
             time.sleep(POLL)
-        raise DriverError(f"{query} shows no entry {entry!r}")
+        raise DriverError(f"the entry {entry!r} of {query} could not be chosen")
 
-    @looking_again
+    @repeated
     def op_entries(self, key, query):
         """The entries of a combo box, in order."""
         node = self.find(key, query)
         if node is None:
-            raise DriverError(f"there is no {query}")
+            raise DriverError(f"no element matches {query}")
         return [item.get_name() for item in walk(node) if item.get_role_name() == "list item"]
 
 
 def window_of(node):
-    """The top-level window that the element is in."""
+    """The top-level window of the element."""
     parent = node.get_parent()
     while parent.get_role() != Atspi.Role.APPLICATION:
         node, parent = parent, parent.get_parent()
@@ -360,7 +366,7 @@ def window_of(node):
 
 
 def output_of(*arguments):
-    """What a program prints, empty when it fails."""
+    """What a program prints; empty when it fails."""
     return subprocess.run(
         arguments,
         stdin=subprocess.DEVNULL,
@@ -372,7 +378,7 @@ def output_of(*arguments):
 
 
 def shown_places(pid):
-    """Where the X server shows windows of the process: [x, y, width, height] of each."""
+    """[x, y, width, height] of each window of the process, as the X server shows it."""
     windows = output_of("xdotool", "search", "--onlyvisible", "--pid", str(pid)).split()
     of_place = re.compile(r"^ +(?:Absolute upper-left [XY]|Width|Height): +(-?\d+)$", re.MULTILINE)
     return [
@@ -381,13 +387,13 @@ def shown_places(pid):
 
 
 def wait_in_place(node):
-    """Waits until the element's window is on the screen, where the client takes it to be.
+    """Waits until the element's window is on the screen, at the position that the client reports for it.
 
-    The window manager decides on both, and may be slower than the client, which is ready before: until then a click
-    would hit what is below.
+    The window manager decides on both, and the client can be ready before: a click would hit another window
+    then.
     """
     window = window_of(node)
-    end = time.monotonic() + PLACE
+    end = time.monotonic() + EVENTUALLY
     while True:
         where = Atspi.Component.get_extents(window, Atspi.CoordType.SCREEN)
         shown = shown_places(window.get_process_id())
@@ -395,16 +401,16 @@ def wait_in_place(node):
         if wanted in shown:
             return
         if time.monotonic() > end:
-            raise DriverError(f"the client takes its window to be at {wanted}, the screen shows {shown}")
+            raise DriverError(f"the client reports its window at {wanted}, the screen shows {shown}")
         time.sleep(POLL)
 
 
 def click(node, within=None):
-    """Clicks on the middle of an element; across, on that of `within`, which may be narrower than what it holds."""
+    """Clicks on the middle of an element; horizontally on the middle of `within`, which can be narrower."""
     wait_in_place(node)
     where = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
     if where.width <= 0 or where.height <= 0:
-        raise DriverError("the element has no place on the screen")
+        raise DriverError("the element has no size on the screen")
     across = Atspi.Component.get_extents(within, Atspi.CoordType.SCREEN) if within else where
     Atspi.generate_mouse_event(across.x + across.width // 2, where.y + where.height // 2, "b1c")
 

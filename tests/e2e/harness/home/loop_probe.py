@@ -1,11 +1,11 @@
 #!/usr/bin/python3
-"""loop_probe.py PID: asks a client's event loop for one small thing again and again, at home, as its user.
+"""loop_probe.py PID: sends one small request to a client's event loop all the time, as its user.
 
 Ends when its input is closed or the client is gone, and then writes one JSON object to standard output:
 
-    asked  how many questions were answered by the event loop
-    first  when the first answer was there
-    slow   [begin, end] of every answer that took more than SLOW
+    answered  how many requests the event loop answered
+    first     the time of the first answer
+    slow      [begin, end] of every request that was answered after more than SLOW
 
 Times are seconds of CLOCK_MONOTONIC.
 """
@@ -20,12 +20,12 @@ from gi.repository import Gio, GLib
 SLOW = 0.02
 PAUSE = 0.003
 LONGEST_MS = 60000
-# Answered by the main thread; what the bus's own interfaces are asked is answered by another one.
-QUESTION = GLib.Variant("(ss)", ("org.a11y.atspi.Accessible", "ChildCount"))
+# The main thread answers this one; requests to the bus's own interfaces are answered by another thread.
+REQUEST = GLib.Variant("(ss)", ("org.a11y.atspi.Accessible", "ChildCount"))
 
 
 class Ended(Exception):
-    """The client is gone, or nobody wants to know any more."""
+    """The client is gone, or the input of this program is closed."""
 
 
 def accessibility_bus():
@@ -47,7 +47,7 @@ def accessibility_bus():
     )
 
 
-def ask_bus(bus, method, *arguments):
+def call_bus(bus, method, *arguments):
     signature = GLib.Variant(f"({'s' * len(arguments)})", arguments)
     return bus.call_sync(
         "org.freedesktop.DBus",
@@ -63,11 +63,13 @@ def ask_bus(bus, method, *arguments):
 
 
 class Probe:
+    """Sends the requests and collects the figures; `run` returns when one side has ended."""
+
     def __init__(self, client):
         self._client = client
         self._bus = accessibility_bus()
         self._over = threading.Event()
-        self.asked = 0
+        self.answered = 0
         self.first = None
         self.slow = []
         threading.Thread(target=self._wait_for_end, daemon=True).start()
@@ -81,14 +83,14 @@ class Probe:
             raise Ended
 
     def _name(self):
-        """The client's name on the bus, as soon as it has one."""
+        """Waits for the client's name on the bus and returns it."""
         others = set()
         while True:
-            for name in set(ask_bus(self._bus, "ListNames")) - others:
+            for name in set(call_bus(self._bus, "ListNames")) - others:
                 try:
                     if (
                         name.startswith(":")
-                        and ask_bus(self._bus, "GetConnectionUnixProcessID", name) == self._client
+                        and call_bus(self._bus, "GetConnectionUnixProcessID", name) == self._client
                     ):
                         return name
                 except GLib.Error:
@@ -96,7 +98,7 @@ class Probe:
                 others.add(name)
             self._pause()
 
-    def _ask(self, name):
+    def _request(self, name):
         begun = time.monotonic()
         try:
             self._bus.call_sync(
@@ -104,7 +106,7 @@ class Probe:
                 "/org/a11y/atspi/accessible/root",
                 "org.freedesktop.DBus.Properties",
                 "Get",
-                QUESTION,
+                REQUEST,
                 None,
                 Gio.DBusCallFlags.NO_AUTO_START,
                 LONGEST_MS,
@@ -112,11 +114,11 @@ class Probe:
             )
         except GLib.Error:
             if self.first is None:
-                return  # not ready to answer
+                return  # the client does not answer yet
             raise
         ended = time.monotonic()
         self.first = self.first or ended
-        self.asked += 1
+        self.answered += 1
         if ended - begun > SLOW:
             self.slow.append([begun, ended])
 
@@ -124,7 +126,7 @@ class Probe:
         try:
             name = self._name()
             while True:
-                self._ask(name)
+                self._request(name)
                 self._pause()
         except (Ended, GLib.Error):
             return
@@ -133,7 +135,7 @@ class Probe:
 def main():
     probe = Probe(int(sys.argv[1]))
     probe.run()
-    json.dump({"asked": probe.asked, "first": probe.first, "slow": probe.slow}, sys.stdout)
+    json.dump({"answered": probe.answered, "first": probe.first, "slow": probe.slow}, sys.stdout)
 
 
 if __name__ == "__main__":

@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""probe.py RATE KIND=ADDRESS...: a program at home that goes on sending whatever becomes of the tunnel.
+"""probe.py RATE KIND=ADDRESS...: a program in the home that sends all the time, with and without a tunnel.
 
-KIND is udp (a numbered datagram to port 9999) or dns (a question for a numbered name). RATE of each leave a second,
-on sockets without a fixed source, as any program's traffic does. Ends when its standard input is closed and prints as
-JSON how many of each were sent and which errors the system answered with.
+KIND is udp (a numbered datagram to port 9999) or dns (a query for a numbered name). It sends RATE of each per
+second, on sockets without a fixed source address, like most programs. Ends when its standard input is closed,
+and prints as JSON how many of each it sent and which errors the system returned.
 """
 
 import errno
@@ -17,7 +17,7 @@ import time
 PORT = 9999
 
 
-def question(number):
+def query(number):
     labels = b"".join(bytes([len(label)]) + label for label in (b"probe%d" % number, b"quorvane", b"test"))
     return (
         struct.pack(">HHHHHH", number & 0xFFFF, 0x0100, 1, 0, 0, 0)
@@ -28,13 +28,15 @@ def question(number):
 
 
 class Sender:
+    """Sends one kind of datagram to one address and counts what the system returned."""
+
     def __init__(self, kind, address):
         self.kind, self.address = kind, address
         self.socket = socket.socket(socket.AF_INET6 if ":" in address else socket.AF_INET, socket.SOCK_DGRAM)
         self.sent, self.errors = 0, {}
 
     def send(self, number):
-        data, port = (question(number), 53) if self.kind == "dns" else (b"probe %d" % number, PORT)
+        data, port = (query(number), 53) if self.kind == "dns" else (b"probe %d" % number, PORT)
         try:
             self.socket.sendto(data, (self.address, port))
             self.sent += 1

@@ -1,22 +1,22 @@
-"""What the driver does with status notifier items: the part of a panel, and of the user before it."""
+"""Operations of the driver on status notifier items, as a panel and its user perform them."""
 
 import subprocess
 import sys
 import time
 from pathlib import Path
 
+from deadlines import EVENTUALLY, POLL
 from gi.repository import Gio, GLib
 
 HOST = Path(__file__).with_name("tray_host.py")
 WATCHER, WATCHER_PATH = "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher"
 ITEM, MENU = "org.kde.StatusNotifierItem", "com.canonical.dbusmenu"
 PROPERTIES = "org.freedesktop.DBus.Properties"
-CALL_MS = 5000
-POLL = 0.01
+CALL_MS = EVENTUALLY * 1000
 
 
 class TrayError(Exception):
-    """Told to the other side; the driver goes on."""
+    """Reported to the test; the driver keeps running."""
 
 
 def call(name, path, interface, method, arguments):
@@ -40,16 +40,18 @@ def watcher_owned():
     )[0]
 
 
-def wait_watcher(owned, timeout=10):
-    end = time.monotonic() + timeout
+def wait_watcher(owned):
+    end = time.monotonic() + EVENTUALLY
     while watcher_owned() != owned:
         if time.monotonic() > end:
-            raise TrayError(f"the watcher's name did not become owned: {owned}")
+            raise TrayError(
+                f"the name of the watcher on the bus did not become {'owned' if owned else 'free'}"
+            )
         time.sleep(POLL)
 
 
 class TrayOperations:
-    """Mixed into the driver. One host and one item at a time."""
+    """Operations that the driver inherits. One host and one item at a time."""
 
     _host = None
 
@@ -68,7 +70,7 @@ class TrayOperations:
             self._host = None
 
     def op_tray_item(self):
-        """The registered item: title, words of its tooltip, sizes of its icon; None without one."""
+        """Title, tooltip, state and icon of the registered item; None when no item is registered."""
         place = self._item()
         if place is None:
             return None
@@ -122,7 +124,7 @@ class TrayOperations:
         for number, about, _ in entries:
             if about.get("label") == label:
                 if not about.get("enabled", True):
-                    raise TrayError(f"the item {label} is disabled")
+                    raise TrayError(f"the entry {label} is disabled")
                 call(
                     name,
                     menu,
@@ -131,4 +133,4 @@ class TrayOperations:
                     GLib.Variant("(isvu)", (number, "clicked", GLib.Variant("i", 0), 0)),
                 )
                 return
-        raise TrayError(f"there is no item {label}")
+        raise TrayError(f"there is no entry {label}")

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""system_log.py: the home's system log. Everything that programs send to /dev/log goes to /var/log/syslog.
+"""system_log.py: the home's system log. Writes everything that programs send to /dev/log to /var/log/syslog.
 
-Runs at home as root, in a /dev of the home's own; ends when its standard input is closed.
+Runs in the home as root, with a private /dev; ends when its standard input is closed.
 """
 
 import os

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""A status notifier watcher with a host, as a desktop's panel is one: takes the items that register.
+"""A status notifier watcher with a host, like a desktop's panel: accepts the items that register.
 
-Fetches an item's pictures whenever it says that they are new. Runs until it is told to end; what it holds is read
+Fetches an item's pictures whenever the item signals new ones. Runs until SIGTERM; the list of items is read
 over the bus.
 """
 
@@ -28,11 +28,13 @@ INTERFACE = """
 
 
 class Watcher:
+    """The watcher's object on the session bus, which holds the list of registered items."""
+
     def __init__(self, bus):
         self._bus = bus
         self._items = []
         interface = Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0]
-        bus.register_object(PATH, interface, self._called, self._asked, None)
+        bus.register_object(PATH, interface, self._called, self._read, None)
         bus.signal_subscribe(None, ITEM, "NewIcon", None, None, Gio.DBusSignalFlags.NONE, self._fetch)
         Gio.bus_own_name_on_connection(bus, NAME, Gio.BusNameOwnerFlags.NONE, None, None)
 
@@ -42,7 +44,7 @@ class Watcher:
             item = sender + service if service.startswith("/") else service + "/StatusNotifierItem"
             if item not in self._items:
                 self._items.append(item)
-                self._tell("StatusNotifierItemRegistered", item)
+                self._emit("StatusNotifierItemRegistered", item)
                 Gio.bus_watch_name_on_connection(
                     self._bus,
                     item.partition("/")[0],
@@ -70,12 +72,12 @@ class Watcher:
     def _drop(self, item):
         if item in self._items:
             self._items.remove(item)
-            self._tell("StatusNotifierItemUnregistered", item)
+            self._emit("StatusNotifierItemUnregistered", item)
 
-    def _tell(self, signal_name, item):
+    def _emit(self, signal_name, item):
         self._bus.emit_signal(None, PATH, NAME, signal_name, GLib.Variant("(s)", (item,)))
 
-    def _asked(self, _bus, _sender, _path, _interface, key):
+    def _read(self, _bus, _sender, _path, _interface, key):
         return {
             "RegisteredStatusNotifierItems": GLib.Variant("as", self._items),
             "IsStatusNotifierHostRegistered": GLib.Variant("b", True),

@@ -1,7 +1,7 @@
-"""What leaves the home: a packet capture at its router, cut into phases by packets of the capture's own.
+"""What leaves the home: a packet capture at its router, divided into phases by marker packets.
 
-A phase begins and ends with a mark, a packet from the home to its router that the capture must have seen before the
-phase counts. So a capture that sees nothing, or not yet, cannot pass for a home that sends nothing.
+A phase begins and ends with a mark, a packet from the home to its router that must appear in the capture. A
+capture that sees nothing, or is late, can therefore not be mistaken for a home that sends nothing.
 """
 
 import contextlib
@@ -11,6 +11,7 @@ import subprocess
 import time
 from dataclasses import dataclass
 
+from harness.home.deadlines import EVENTUALLY, POLL
 from world import network
 
 ICMP, TCP, UDP, ICMP6 = 1, 6, 17, 58
@@ -21,13 +22,13 @@ _ETHERNET, _IPV4, _IPV6, _ARP = 14, 0x0800, 0x86DD, 0x0806
 
 @dataclass(frozen=True)
 class Packet:
-    """One IP packet that came out of the home."""
+    """One IP packet that left the home."""
 
     time: float
     protocol: int
     source: str
     destination: str
-    port: int  # of the destination; 0 where there is none
+    port: int  # of the destination; 0 when the protocol has none
     payload: bytes
 
     @property
@@ -36,7 +37,7 @@ class Packet:
 
     @property
     def stays(self):
-        """What IPv6 says to its neighbours on the cable; it goes no farther."""
+        """True for IPv6 messages to neighbours on the cable, which no router forwards."""
         address = ipaddress.ip_address(self.destination)
         return self.six and self.protocol in (0, ICMP6) and (address.is_link_local or address.is_multicast)
 
@@ -65,19 +66,19 @@ def _ip(moment, data, six):
 def _packets(raw):
     """The whole packets of a capture file that is still being written."""
     order = "<" if raw[:4] == b"\xd4\xc3\xb2\xa1" else ">"
-    at, found = 24, []
-    while at + 16 <= len(raw):
-        seconds, micros, kept, _whole = struct.unpack(f"{order}IIII", raw[at : at + 16])
-        frame = raw[at + 16 : at + 16 + kept]
+    start, found = 24, []
+    while start + 16 <= len(raw):
+        seconds, micros, kept, _whole = struct.unpack(f"{order}IIII", raw[start : start + 16])
+        frame = raw[start + 16 : start + 16 + kept]
         if len(frame) < kept:
             break
-        at += 16 + kept
+        start += 16 + kept
         kind = struct.unpack(">H", frame[12:14])[0]
         if kind in (_IPV4, _IPV6):
             found.append(_ip(seconds + micros / 1e6, frame[_ETHERNET:], kind == _IPV6))
         elif kind != _ARP:
             raise AssertionError(
-                f"a frame of kind {kind:#06x} left the home: the capture cannot tell what it is"
+                f"a frame of kind {kind:#06x} left the home: the capture does not know this kind"
             )
     return found
 
@@ -90,14 +91,14 @@ class Phase:
         self.packets = []
 
     def beside(self, servers):
-        """What went neither to the VPN servers (address, port, protocol) nor stayed on the cable."""
+        """The packets that leave the cable and do not go to the VPN servers, (address, port, protocol)."""
         return [
             packet
             for packet in self.packets
             if not packet.stays and (packet.destination, packet.port, packet.protocol) not in servers
         ]
 
-    def to(self, servers):
+    def towards(self, servers):
         return [
             packet for packet in self.packets if (packet.destination, packet.port, packet.protocol) in servers
         ]
@@ -108,7 +109,7 @@ def is_dns(packet):
 
 
 def counted(packets):
-    """How many of each kind, for messages and figures."""
+    """The number of packets of each kind, for messages and figures."""
     kinds = {}
     for packet in packets:
         kind = f"{_NAMES.get(packet.protocol, packet.protocol)} {packet.destination} port {packet.port}"
@@ -149,29 +150,29 @@ class Capture:
             stderr=subprocess.PIPE,
             text=True,
         )
-        said = self._process.stderr.readline()
-        if "listening on lan" not in said:
-            raise RuntimeError(f"tcpdump did not start: {said}")
+        first = self._process.stderr.readline()
+        if "listening on lan" not in first:
+            raise RuntimeError(f"tcpdump did not start: {first}")
 
     def packets(self):
         return _packets(self._file.read_bytes())
 
     def _mark(self):
-        """Sends a packet that the capture must see; its number in the capture."""
+        """Sends a marker packet and waits until it is captured; returns its number in the capture."""
         self._marks += 1
         port = _MARK_PORT + self._marks
         self._home.run("bash", "-c", f"echo mark >/dev/udp/{network.ROUTER_ADDRESS}/{port}")
-        end = time.monotonic() + 10
+        end = time.monotonic() + EVENTUALLY
         while time.monotonic() < end:
             for number, packet in enumerate(self.packets()):
                 if (packet.destination, packet.port) == (network.ROUTER_ADDRESS, port):
                     return number
-            time.sleep(0.02)
-        raise AssertionError(f"the capture has not seen mark {self._marks}: it is blind")
+            time.sleep(POLL)
+        raise AssertionError(f"mark {self._marks} is missing in the capture: it does not work")
 
     @contextlib.contextmanager
     def phase(self, name):
-        """Collects what leaves the home meanwhile; complete after the block."""
+        """Collects what leaves the home during the block; complete after the block."""
         phase = Phase(name)
         begin = self._mark()
         yield phase
@@ -180,5 +181,5 @@ class Capture:
 
     def close(self):
         self._process.terminate()
-        self._process.wait(10)
+        self._process.wait(EVENTUALLY)
         self._process.stderr.close()

@@ -1,10 +1,11 @@
-"""What a row that failed leaves to find the cause: pictures and logs in a folder, their last lines in the report."""
+"""What a failed test leaves to find the cause: pictures and logs in a folder, their last lines in the report.
+"""
 
 import json
 
 from harness.drive.client import picture_folder
 
-# Enough to tell what was last done; the whole is in the folder, which not everybody who reads the report has.
+# Enough to see the last steps. Whoever reads the report may not have the folder with the whole logs.
 LINES = 30
 
 
@@ -26,7 +27,7 @@ def of_client(client, node):
 
 
 def of_world(world, node):
-    """What the service, its OpenVPN servers and the name server wrote."""
+    """Logs of the service, its OpenVPN servers and the name server."""
     folder = _folder(node)
     if folder is not None:
         world.save_logs(folder)
@@ -40,7 +41,7 @@ def of_world(world, node):
 
 
 def _windows(client):
-    """Every element that there is, and the screen as a PNG file's bytes or None."""
+    """Every element of the windows, and the screen as the bytes of a PNG file or None."""
     try:
         return client.nodes(), client.display.picture()
     except Exception as error:  # pylint: disable=broad-except # the client may be gone: that is a finding too
@@ -48,7 +49,7 @@ def _windows(client):
 
 
 def _folder(node):
-    """The row's folder, made, or None when pictures are not wanted."""
+    """The test's folder, which is made; None when no pictures are wanted."""
     folder = picture_folder()
     if folder is None:
         return None

@@ -1,4 +1,4 @@
-"""Measured figures: printed, and appended to the file that QUORVANE_E2E_FIGURES names, one JSON object a line.
+"""Measured figures: printed, and appended to the file QUORVANE_E2E_FIGURES, one JSON object a line.
 
     QUORVANE_E2E_FIGURES=/tmp/figures.jsonl /usr/bin/python3 -m pytest tests/e2e/test_leaks.py
 """
@@ -11,10 +11,10 @@ VARIABLE = "QUORVANE_E2E_FIGURES"
 
 
 def record(name, value):
-    """Notes one figure of the running test; `value` is what json can write, its unit belongs into the name."""
-    # pytest says "file.py::test (call)"; outside of pytest there is no row.
-    row = os.environ.get("PYTEST_CURRENT_TEST", "").rpartition(" ")[0].rpartition("/")[2]
-    line = json.dumps({"row": row, "name": name, "value": value}, ensure_ascii=False)
+    """Records one figure of the running test; `value` is of a type for JSON, `name` contains the unit."""
+    # pytest sets it to "file.py::test (call)"; outside of pytest the name is empty.
+    test = os.environ.get("PYTEST_CURRENT_TEST", "").rpartition(" ")[0].rpartition("/")[2]
+    line = json.dumps({"test": test, "name": name, "value": value}, ensure_ascii=False)
     print(f"figure: {line}")
     path = os.environ.get(VARIABLE)
     if path:

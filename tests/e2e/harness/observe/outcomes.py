@@ -1,4 +1,4 @@
-"""What is to be seen after a fault, and that the next session works."""
+"""What must be seen after a fault, in the window and in the home, and that the next session works."""
 
 import contextlib
 import re
@@ -12,7 +12,7 @@ NOT_AVAILABLE = {
     "buttons": OK,
     "texts": ["Location is not available.", "Please try a different location."],
 }
-SERVICE_TROUBLE = {
+NO_SERVICE = {
     "title": "Error",
     "buttons": OK,
     "texts": [
@@ -28,17 +28,17 @@ NO_INTERNET = {
 }
 
 
-def take_alert(client, wanted, timeout):
-    """Waits for this alert, alone, and presses its OK."""
-    client.wait_alert(timeout)
+def accept_alert(client, wanted):
+    """Waits for this message box, which must be the only one, and presses its OK."""
+    client.wait_alert()
     shown = client.alerts()
     assert shown == [wanted], shown
     client.dismiss_alert()
-    client.wait({"role": "alert"}, 10, absent=True)
+    client.wait({"role": "alert"}, absent=True)
 
 
 class HomeState:
-    """What a session changes at home and must give back: routes, links, firewall, name servers."""
+    """What a session changes in the home and must restore: routes, links, firewall, name servers."""
 
     def __init__(self, home):
         self._home = home
@@ -57,10 +57,10 @@ class HomeState:
             "name servers": self._home.path("/etc/resolv.conf").read_text(encoding="utf-8"),
         }
 
-    def check(self, timeout=10):
-        """Waits until all is as it was. An ended OpenVPN's device takes a moment to go."""
+    def check(self):
+        """Waits until everything is as before. The device of an ended OpenVPN exists for a moment longer."""
         with contextlib.suppress(TimeoutError):
-            self._home.wait_for(lambda: self._now() == self.value, timeout, "the home is as before")
+            self._home.wait_for(lambda: self._now() == self.value, "the home is as before")
         assert self._now() == self.value
 
 
@@ -75,52 +75,53 @@ def check_shown_not_hidden(client, address=network.REAL_ADDRESS, key="first"):
 
 
 def check_not_hidden(client, before=None, key="first"):
-    """Shown, and so it is: no OpenVPN, the real address to the outside, and the home as before."""
+    """Nothing is hidden, in the window and really: no OpenVPN, the real address, the home as before."""
     check_shown_not_hidden(client, key=key)
     client.wait_no_openvpn()
     home = client.home
-    home.wait_for(
-        lambda: home.public_address(client.user) == network.REAL_ADDRESS, 10, "the real address again"
-    )
+    home.wait_for(lambda: home.public_address(client.user) == network.REAL_ADDRESS, "the real address again")
     if before:
         before.check()
 
 
 def launches(client):
-    """What is another with every start of OpenVPN, None before the first: its log is made anew."""
+    """A value that changes with every start of OpenVPN, which has a new log file; None before the first."""
     path = client.file("Documents/Quorvane/openvpn.log")
     return path.stat().st_ino if path.exists() else None
 
 
-def failures_noted(client):
-    """How often the client has read in OpenVPN's log that an attempt failed."""
+def failures_logged(client):
+    """How often the client has found a failed attempt in OpenVPN's log."""
     return len(re.findall(r"stopVpn by |auth-user-pass fails", client.output()))
 
 
-def take_not_available(client, timeout, noted=None):
-    """Presses OK in the alert of a failed attempt, or in as many as there are signs of failure."""
-    taken = []
-    while not taken or (noted is not None and len(taken) < failures_noted(client) - noted):
-        # The next one, where there is one, shows as soon as this one is closed.
+def accept_not_available(client, logged=None):
+    """Presses OK in the message box of a failed attempt.
+
+    By design each sign of failure in OpenVPN's log has a message box of its own. With `logged`,
+    failures_logged from before the attempt, as many boxes are accepted as there have been signs since.
+    """
+    accepted = []
+    while not accepted or (logged is not None and len(accepted) < failures_logged(client) - logged):
+        # If there is another box, it shows as soon as this one is closed.
         client.home.wait_for(
-            lambda: set(client.ask("alert_ids", key="first")) - set(taken),
-            10 if taken else timeout,
-            "an alert",
+            lambda: set(client.request("alert_ids", key="first")) - set(accepted),
+            "the message box of the failure",
         )
-        (fresh,) = set(client.ask("alert_ids", key="first")) - set(taken)
+        (new,) = set(client.request("alert_ids", key="first")) - set(accepted)
         assert NOT_AVAILABLE in client.alerts()
         client.dismiss_alert()
-        taken.append(fresh)
-    client.wait({"role": "alert"}, 10, absent=True)
+        accepted.append(new)
+    client.wait({"role": "alert"}, absent=True)
 
 
-def check_given_up(client, before=None, timeout=ui.FAILURE, noted=None):
-    """The attempt ended: the alert, then window and home as they are when nothing is hidden.
+def check_given_up(client, before=None, logged=None):
+    """The attempt has ended: the message box shows; then nothing is hidden, in the window and in the home.
 
-    `before`: the home before the press, which need not reach the outside; without it the outside is asked instead.
-    By design each sign of failure in OpenVPN's log has an alert of its own; `noted`: failures_noted before the press.
+    `before` is the home before the press, which need not reach the Internet; without it the address that the
+    service sees is checked. For `logged` see accept_not_available.
     """
-    take_not_available(client, timeout, noted)
+    accept_not_available(client, logged)
     if before:
         check_shown_not_hidden(client)
         client.wait_no_openvpn()
@@ -130,7 +131,7 @@ def check_given_up(client, before=None, timeout=ui.FAILURE, noted=None):
 
 
 def check_hidden(client, key="first"):
-    """Hidden behind the address that was asked for last: service, gateway and window agree on it. That address."""
+    """Service, gateway and window agree that the address of the last request is lent; returns it."""
     client.wait_hidden(key=key)
     served = client.world.service
     address = served.requests_of("VPNC")[-1].parameter("desiredip")
@@ -144,23 +145,23 @@ def check_hidden(client, key="first"):
 
 
 def check_session(client, before=None, key="first"):
-    """A press of the button: hidden, and back; so the next session works. The address that was lent."""
-    asked = len(client.world.service.requests_of("VPNC"))
+    """A press hides the IP, another one stops: the next session works. Returns the lent address."""
+    requests = len(client.world.service.requests_of("VPNC"))
     client.hide(key)
     address = check_hidden(client, key)
-    assert len(client.world.service.requests_of("VPNC")) == asked + 1, "one press, one request"
+    assert len(client.world.service.requests_of("VPNC")) == requests + 1, "one press, one request"
     client.stop(key)
     check_not_hidden(client, before, key)
     return address
 
 
 def client_pid(home):
-    """The client's process, as seen from outside of the home."""
+    """The client's process number, as seen from outside of the home."""
     (process,) = home.processes("quorvane")
     return process.pid
 
 
 def memory(pid, field="VmRSS"):
-    """A figure of /proc/PID/status in KiB."""
+    """A field of /proc/PID/status in KiB."""
     with open(f"/proc/{pid}/status", encoding="utf-8", errors="replace") as status:
         return int(re.search(rf"^{field}:\s+(\d+) kB", status.read(), re.MULTILINE).group(1))

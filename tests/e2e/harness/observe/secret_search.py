@@ -1,7 +1,7 @@
-"""Looks for passwords in everything at home that others could read later or meanwhile.
+"""Searches for passwords in everything in the home that other programs can read, at once or later.
 
-Places: the argument lists and environments of processes, all the time; by content the files of the home, those that
-are open and have no name any more, and the system log.
+It searches the argument lists and environments of processes, all the time; the content of files, also of open
+files that have no name any more; and the system log.
 """
 
 import base64
@@ -15,9 +15,10 @@ import urllib.parse
 from dataclasses import dataclass
 from pathlib import Path
 
+from harness.home.deadlines import EVENTUALLY
 from world import home as homes
 
-# Where a home writes; the rest of the file system is looked at in the end.
+# The folders in which a home writes. The rest of the file system is searched at the end of a test.
 OWN = ("/etc", "/home", "/root", "/run", "/tmp", "/dev", "/var/log", "/var/tmp", "/var/mail", "/var/lib/sudo")
 _LARGEST = 256 << 20
 _ENCODED = re.compile(rb"[A-Za-z0-9+/][A-Za-z0-9+/\s]{14,}=*")
@@ -36,13 +37,13 @@ class Finding:
 
 
 def _scrambled(text, encoding):
-    """The stored form: after each unit a letter or digit of no meaning."""
+    """A pattern for the stored form: each unit is followed by a meaningless letter or digit."""
     filler = rb"[A-Za-z0-9]".join("a".encode(encoding).split(b"a"))
     return filler.join(re.escape(unit.encode(encoding)) for unit in text)
 
 
 def forms(text):
-    """The simple forms in which a text may stand somewhere."""
+    """Patterns for the simple forms in which a text can be stored."""
     plain = text.encode("utf-8")
     return {
         "plain": re.escape(plain),
@@ -62,7 +63,7 @@ def forms(text):
 
 
 class Patterns:
-    """The secrets, ready to be looked for."""
+    """The patterns of all secrets."""
 
     def __init__(self):
         self._patterns = []
@@ -74,7 +75,7 @@ class Patterns:
                 self._patterns.append((name, form, compiled))
 
     def _direct(self, data):
-        # The plain form comes first; one that only looks the same in another form is not named twice.
+        # The plain form comes first. A secret that matches in several forms is reported once.
         found = {}
         for name, form, pattern in self._patterns:
             if name not in found and pattern.search(data):
@@ -82,7 +83,7 @@ class Patterns:
         return found
 
     def found_in(self, data):
-        """Secret -> form, for every secret in the bytes, also as XML has it and inside of base64."""
+        """Secret -> form, for every secret in the bytes, also with XML entities and inside of base64."""
         found = self._direct(data)
         if b"&amp;" in data:
             for name, form in self._direct(
@@ -127,7 +128,7 @@ class ProcessWatch:
             self._seen.add(("argument list", pid, command))
             self._seen.add(("environment", pid, Path(f"/proc/{pid}/environ").read_bytes()))
         except OSError:
-            pass  # it ended meanwhile
+            pass  # the process has ended
 
     def _watch(self):
         while not self._end.wait(0.002):
@@ -151,7 +152,7 @@ class ProcessWatch:
 
 
 class Search:
-    """Everything at home. Made before what is to be watched starts; the home gets a system log for it."""
+    """The search of one home, with a system log in it. Make it before the programs to be searched start."""
 
     def __init__(self, world):
         self.home = world.home
@@ -162,7 +163,7 @@ class Search:
         self.watch = ProcessWatch(self.home)
 
     def _give_system_log(self):
-        # The machine's /dev must not get a socket of ours, so the home gets a /dev of its own.
+        # The socket must not appear in the machine's /dev, so the home receives a private /dev.
         self.home.run(
             "sh",
             "-ec",
@@ -203,7 +204,7 @@ class Search:
                             inside = "/" + os.path.relpath(f"{folder}/{name}", self.home.path("/"))
                             yield inside, status, Path(folder, name).read_bytes()
                     except FileNotFoundError:
-                        continue  # removed while we looked
+                        continue  # removed meanwhile
 
     def _elsewhere(self, folder):
         inside = "/" + os.path.relpath(folder, self.home.path("/"))
@@ -231,7 +232,7 @@ class Search:
                     continue
 
     def files(self):
-        """What is now in the files where a home writes, and in files without a name."""
+        """The findings in the folders in which a home writes, and in open files without a name."""
         return {
             Finding(name, form, place, stat.S_IMODE(status.st_mode), status.st_uid)
             for source in (self._files(OWN), self._nameless())
@@ -240,7 +241,7 @@ class Search:
         }
 
     def new_files(self):
-        """The same for every file of the whole file system that is new or was changed."""
+        """The findings in every file of the whole file system that is new or was changed."""
         return {
             Finding(name, form, place, stat.S_IMODE(status.st_mode), status.st_uid)
             for place, status, data in self._files(("/",))
@@ -248,7 +249,7 @@ class Search:
         }
 
     def cores(self):
-        """The core files anywhere among the new files."""
+        """The places of the core files among all new files."""
         return [
             place
             for place, _status, data in self._files(("/",))
@@ -256,11 +257,11 @@ class Search:
         ]
 
     def processes(self):
-        """What argument lists and environments held at any time so far."""
+        """The findings in argument lists and environments since the start of the search."""
         return self.watch.findings(self.patterns)
 
     def close(self):
         self.watch.stop()
         self._log.stdin.close()
-        self._log.wait(5)
+        self._log.wait(EVENTUALLY)
         self._log.stdout.close()

@@ -1,9 +1,12 @@
 #!/usr/bin/python3
-"""A desktop portal with global shortcuts and nothing else: portal.py LOG.
+"""A desktop portal that offers global shortcuts only: portal.py LOG.
 
-Grants whatever it is asked and writes a JSON line to LOG for each list that it is given. SIGUSR1 presses the keys of
-the first shortcut of the list.
+Grants every request and writes a JSON line to LOG for each list of shortcuts. SIGUSR1 activates the first
+shortcut of the list.
 """
+
+# The names of D-Bus methods and signals are given by the interfaces.
+# pylint: disable=invalid-name
 
 import json
 import signal
@@ -20,18 +23,24 @@ SESSION = "org.freedesktop.portal.Session"
 
 
 class Session(dbus.service.Object):
+    """A session of a client of the portal."""
+
     @dbus.service.method(SESSION, in_signature="", out_signature="")
     def Close(self):
         self.remove_from_connection()
 
 
 class Request(dbus.service.Object):
+    """A request of a client, which the portal answers by a signal."""
+
     @dbus.service.signal(REQUEST, signature="ua{sv}")
     def Response(self, response, results):
         pass
 
 
 class Portal(dbus.service.Object):
+    """The portal itself, with the shortcuts of its last client."""
+
     def __init__(self, bus, log):
         super().__init__(bus, PATH)
         self.log = log
