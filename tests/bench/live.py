@@ -30,7 +30,7 @@ from world.world import World  # noqa: E402 # pylint: disable=wrong-import-posit
 
 STALL = 0.05
 SHARE_OVER = 10
-# The child processes that the main thread waits for. The launch of OpenVPN is waited for elsewhere.
+# The child processes that the main thread waits for. Another thread waits for the start of OpenVPN.
 STEPS = {
     "networksetup -getdnsservers": "check of the name servers",
     "networksetup -setdnsservers": "setting of the name servers",

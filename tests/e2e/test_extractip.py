@@ -21,8 +21,7 @@ CONFIGURATION = "/var/tmp/qrvp.ovpn"
 OVERRIDES = "/etc/quorvane/service.conf"
 SETTINGS = f"web_host = {network.WEB_HOST}\nca_file = /etc/quorvane/ca.crt\n"
 LENT = "203.0.113.40"
-# Seconds. The script's own limit is four and a half; the rest is for starting programs on a machine under
-# full load.
+# Seconds. The script's own limit is four and a half; a machine under full load starts programs slowly.
 LONGEST = 20
 NOTHING = (1, "")
 

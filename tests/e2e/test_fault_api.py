@@ -27,8 +27,7 @@ CONFIGURATION = "Documents/Quorvane/qrvp.ovpn"
 FLOOD = 100 * api.MEGABYTE
 # KiB: the largest answer that the client accepts, 16 MiB, and a margin.
 MOST_GROWTH = 24 * 1024
-# Seconds within which the client ends while a request is unanswered; less than the minute that it waits for
-# an answer.
+# Seconds within which the client must end while it waits for an answer, which it does for a minute.
 QUITTING = 30
 
 
@@ -56,8 +55,7 @@ def unknown_authority(world):
     return pki.Authority(Path(tempfile.mkdtemp(dir=world.folder)) / "pki").leaf("api", service.API_NAMES)
 
 
-# Name -> function from the right answer to the sender of a wrong one; certificates that must prevent any
-# request.
+# Name -> function from the right answer to the sender of a wrong one.
 ANSWERS = {
     "garbage": lambda right: api.page(bytes(range(256)) * 16),
     "no_http": lambda right: api.no_http,
@@ -368,9 +366,8 @@ def check_failed_press(listed, fault, before):
         listed.hide()
         outcomes.check_given_up(listed, before)
     assert stored(listed) == kept and outcomes.launches(listed) == launched
-    # Before the first session there is no such file, and nothing is logged. The choice is read after the
-    # press, because a list that arrives before it changes the choice: by design a stored location is found
-    # only once.
+    # Before the first session there is no such file, and nothing is logged. The choice is read afterwards:
+    # a list that arrives before it changes the choice, as by design a stored location is found only once.
     choice = listed.button_state(ui.label("Location choice"))["name"]
     assert session_log(listed) == (None if log is None else [*log, f"connection error {choice}"])
 
@@ -409,7 +406,7 @@ def test_configuration_slow(listed, fault):
 @pytest.mark.parametrize(
     "cut", [pytest.param("before_the_authority", marks=pytest.mark.slow), "in_the_middle_of_it"]
 )
-def test_half_right_configuration(listed, cut):
+def test_half_a_configuration(listed, cut):
     """A complete answer with a part of the configuration: it is stored and started, and the attempt fails."""
     before, logged = outcomes.HomeState(listed.home), outcomes.failures_logged(listed)
     whole = right_configuration(listed.world)

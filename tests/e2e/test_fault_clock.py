@@ -79,8 +79,7 @@ def test_jump_while_the_automatic_change_waits(world, client, before, after):
     check_hidden(client)
     clock.set(after)
     world.home.wait_for(lambda: len(world.service.requests_of("VPNC")) == 2, "the change", timeout=180)
-    # This test sees the hidden state some moments after the client, which counts the minute from its own
-    # moment.
+    # This test sees the hidden state later than the client, which counts the minute from its own time.
     assert time.monotonic() - hidden_at > 45
     client.wait({"description": "State picture"}, name="IP hidden")
     check_hidden(client)

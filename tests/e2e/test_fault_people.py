@@ -33,8 +33,7 @@ def test_two_users_at_once(world, make_client):
     check_not_hidden(sue)
     assert shown(joe) == joes and joe.alerts() == []
 
-    # Sue's tunnel is that of the whole machine: Joe's traffic uses it as well, which Joe's window does not
-    # show.
+    # Sue's tunnel is that of the whole machine: Joe uses it as well, but Joe's window does not show it.
     sue.hide()
     sues = check_hidden(sue)
     assert world.home.public_address("joe") == sues

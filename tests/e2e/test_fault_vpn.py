@@ -194,7 +194,7 @@ def test_server_ends_in_mid_session(shared, protocol, number):
     outcomes.check_session(shared, before)
 
 
-# --- a bad line
+# --- a line that loses packets
 
 
 # Over UDP about one attempt in seven becomes a session: an attempt without a first answer after two seconds

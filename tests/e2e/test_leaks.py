@@ -217,7 +217,7 @@ def test_hidden_ipv4_ipv6_and_dns(watch, protocol):
 
 
 def test_hidden_the_own_network_is_reached_directly(watch):
-    """By design traffic leaves openly between the old tunnel and the new one; before and after not."""
+    """By design traffic within the home's network is direct, also queries of a resolver there."""
     watched = watch()
     home = watched.world.home
     watched.hide()
@@ -247,8 +247,7 @@ def test_hidden_ipv6_is_not_stopped_when_the_service_allows_it(watch):
     watched.client.stop()
 
 
-# What the client itself sends outside of the tunnel while it fetches a configuration, and name queries of any
-# program.
+# What the client sends outside of the tunnel to fetch a configuration, and name queries of any program.
 OF_THE_CLIENT = {f"UDP {server} port 53" for server in network.NAME_SERVERS} | {
     f"TCP {network.SERVICE_ADDRESS} port 443"
 }
@@ -260,10 +259,7 @@ def answers_old_server(packet):
 
 
 def test_change_of_ip(watch):
-    """By design traffic leaves in the open between the old tunnel and the new one.
-
-    Before and after it does not.
-    """
+    """By design traffic leaves openly between the old tunnel and the new one; before and after not."""
     watched = watch()
     client, service_ = watched.client, watched.world.service
     first = watched.hide()

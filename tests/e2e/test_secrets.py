@@ -23,8 +23,7 @@ CHANGE = ui.button("Change IP")
 ADMINISTRATOR, REFUSED = "administrator's password", "wrong password"
 VPN_USER, VPN_PASSWORD = "VPN user", "VPN password"
 PAIR_FILE = "Documents/Quorvane/.vpnCreds.txt"
-# Place below the user's folder -> secret -> the form in which it may be stored there, readable by its owner
-# only.
+# Place below the user's folder -> secret -> the form in which it may be stored there, for its owner only.
 MAY_HOLD = {
     ui.PREFERENCES: {
         ADMINISTRATOR: "scrambled",

@@ -143,8 +143,7 @@ def test_expired_grant(make_world):
     world = make_world(grant_seconds=GRANT)
     user, password = service_api.credentials(world.home)
     answer = configuration(world, user, BERLIN.addresses[0])
-    # A successful login would bind the grant to this place, so nothing but the time can show that it has
-    # expired.
+    # A successful login would bind the grant to this place, so the test can only wait for its end.
     time.sleep(GRANT + 0.5)
     assert log_in(world, user, password, answer) == "refused"
     assert log_in(world, user, password, configuration(world, user, BERLIN.addresses[0])) == "up"

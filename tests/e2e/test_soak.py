@@ -13,8 +13,7 @@ from harness.observe import figures, outcomes
 from world import machine, network, service
 from world.accounts import ADA
 
-# Twelve American locations with four addresses each: with "US only" each is used once before one is used
-# again.
+# Twelve American locations with four addresses each: with "US only" none is used twice before all are used.
 PLACES = tuple(
     service.Location(
         "US",
@@ -27,8 +26,7 @@ PLACES = tuple(
 )
 
 EVERY = 10  # changes between two samples
-# Caches grow during the first changes: fonts, pictures of both states, pools of the allocator, those of
-# OpenVPN.
+# Caches grow during the first changes: fonts, pictures of both states, memory pools, those of OpenVPN.
 SETTLED = 20
 # A leak of 25 KiB per change is 5 MiB in 200; the allocator's reserve varies by less than half of that.
 CLIENT_GROWTH_KIB = 5 * 1024
@@ -38,8 +36,7 @@ SERVERS_GROWTH_KIB = (
 )  # two OpenVPN servers, which keep some memory of each client until it is renewed
 DESCRIPTORS = 2  # a connection to the screen or the bus that is just being used
 THREADS = 3  # of the pool of background tasks: two of a fetch and a launch, one of the resolver
-# By design the session log has a line for the attempt and one for the success; nothing else may grow in the
-# home.
+# By design the session log has a line for the attempt and one for the success; no other file may grow.
 SESSION_LOG_PER_CHANGE = 100
 HOME_GROWTH = 1024  # bytes of all other files: preferences and the like, which hold texts of other lengths
 # The log of an OpenVPN server for one session, from the first packet to the last.

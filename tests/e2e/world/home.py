@@ -59,8 +59,7 @@ class Home:
                 for account in (*accounts.ALL, *people)
             ],
         }
-        # In a file, because every process in the home can read command lines and these settings hold
-        # passwords.
+        # In a file, because every process in the home can read command lines, and these are passwords.
         given = Path(folder) / "home.json"
         given.touch(mode=0o600)
         given.write_text(json.dumps(settings), encoding="utf-8")

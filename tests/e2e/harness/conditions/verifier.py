@@ -8,7 +8,7 @@ from harness.home.deadlines import EVENTUALLY, POLL
 from world import network
 
 ADDRESS, PORT = "203.0.113.250", 1300
-# OpenVPN runs it with the name of a file: the user name on the first line, the password on the second.
+# OpenVPN runs it with the name of a file: its first line is the user name, its second the password.
 SCRIPT = """#!/bin/sh
 cp "$1" "{seen}.new" && mv "{seen}.new" "{seen}"
 exit 1

@@ -71,8 +71,7 @@ class Client:
         }
         self._errors = self.home.path("/tmp/driver.log").open("ab")
         self._driver = self.home.popen(
-            # The bus writes to standard output now and then, so the driver answers on a descriptor of its
-            # own.
+            # The bus can write to standard output as well, so the driver answers on another descriptor.
             "sh",
             "-c",
             'exec 3>&1 1>&2; exec dbus-run-session -- /usr/bin/python3 "$0"',
@@ -165,7 +164,7 @@ class Client:
             os.kill(process.pid, signal.SIGKILL)
         self.wait_no_openvpn()
 
-    # --- looking at and acting on its windows
+    # --- its windows
 
     def wait(self, query, key="first", timeout=EVENTUALLY, **until):
         """Waits until an element has the wanted properties; see the driver's op_wait."""
@@ -220,7 +219,7 @@ class Client:
     def current_address(self, key="first"):
         return self.text("Current IP address", key=key).strip()
 
-    # --- the administrator dialog and the alerts
+    # --- the administrator dialog and the message boxes
 
     def wait_dialog(self, key="first"):
         return self.wait({"window": DIALOG, "role": "push button", "name": "Start"}, key=key, showing=True)
@@ -261,7 +260,7 @@ class Client:
     def dismiss_alert(self, key="first"):
         """Presses OK in the message box that shows and waits until it is gone."""
         shown, identities = self.alerts(key), self.request("alert_ids", key=key)
-        assert shown, "there is no alert to dismiss"
+        assert shown, "there is no message box to dismiss"
         self.press({"window": shown[0]["title"], "role": "push button", "name": "OK"}, key=key)
         # A press through accessibility first shows the button as pressed; the box closes a moment later.
         self.home.wait_for(

@@ -107,8 +107,7 @@ class PrivateDisplay(Display):
             number += 1
         super().__init__(home, user, str(number), cookie)
         home.write(f"/run/xvfb{number}.auth", authority(str(number), cookie), mode=0o600)
-        # Without -noreset the server restarts when its last client leaves, even while another one is
-        # connecting.
+        # Without -noreset the server restarts when its last client leaves, even if another one connects.
         self._server = home.popen(
             "Xvfb",
             self.name,
@@ -148,8 +147,7 @@ class PrivateDisplay(Display):
         uid = self.home.uid(self.user)[0]
         (manager,) = [process for process in self.home.processes("openbox") if process.uid == uid]
         os.kill(manager.pid, signal.SIGSTOP)
-        # nsenter, outside of the home, waits for the window manager and stops itself as well; it continues
-        # both.
+        # nsenter, outside of the home, waits for the window manager and stops with it; it continues both.
         self.home.wait_for(lambda: _is_stopped(self._manager.pid), "the window manager is stopped")
 
     def continue_manager(self):

@@ -16,8 +16,7 @@ TAIL = "systamp=MacOS,user,mobilebox&uniqueid=SERIAL-1.0"
 LIST = f"/?cmd=MRTSL&{ID}&{TAIL}"
 
 
-# Seconds for whatever must happen in the end. It only decides when a test gives up: a machine under full load
-# is slow.
+# Seconds for whatever must happen in the end. It only decides when a test gives up.
 EVENTUALLY = 60
 
 
