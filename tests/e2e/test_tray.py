@@ -4,6 +4,7 @@ import pytest
 
 from harness.drive import client as ui
 from harness.drive.tray import EmbeddingTray, TrayIcon
+from harness.observe import figures
 from world.accounts import ADA
 
 TITLE = "Quorvane .ver"  # a pattern for the title of the main window
@@ -41,9 +42,8 @@ def wait_shown(world, client, wanted=True):
     world.home.wait_for(lambda: shown(client) == wanted, f"the window shows: {wanted}")
 
 
-def close_window(world, client):
-    client.display.press_keys(TITLE, "alt+F4")
-    wait_shown(world, client, False)
+def close_window(client):
+    figures.record("presses of Alt+F4 until the window was closed", client.display.close_window(TITLE))
 
 
 def test_item_and_menu(tray, client):
@@ -115,12 +115,12 @@ def test_activation_and_show_item_bring_up_the_same_window(world, client, tray):
     client.start()
     client.wait_ready()
     tray.wait_item()
-    close_window(world, client)
+    close_window(client)
     assert client.display.listed(TITLE) == [], "hidden, not minimised"
     tray.activate()
     wait_shown(world, client)
     assert len(client.display.listed(TITLE)) == 1
-    close_window(world, client)
+    close_window(client)
     tray.click("Show Quorvane")
     wait_shown(world, client)
     (window,) = client.display.listed(TITLE)
@@ -131,7 +131,7 @@ def test_late_host(world, client, tray):
     """The panel starts long after the client, which is minimised until then."""
     client.start()
     client.wait_ready()
-    close_window(world, client)
+    close_window(client)
     assert len(client.display.listed(TITLE)) == 1, "without a tray the window is in the task bar"
     tray.appear()
     tray.wait_item(tooltip=NOT_HIDDEN)
@@ -146,7 +146,7 @@ def test_host_that_ends_and_starts_again(world, client, tray):
     client.start()
     client.wait_ready()
     tray.wait_item()
-    close_window(world, client)
+    close_window(client)
     tray.vanish()
     world.home.wait_for(lambda: client.display.listed(TITLE), "the window is in the task bar")
     assert not shown(client)
@@ -169,7 +169,7 @@ def test_background_start(world, client, tray):
 
 def test_without_any_tray(world, client):
     client.start_ready(ADA, location="Netherlands Amsterdam")
-    close_window(world, client)
+    close_window(client)
     (window,) = client.display.listed(TITLE)
     assert client.running()
     client.display.run("xdotool", "windowactivate", "--sync", window)
@@ -204,7 +204,7 @@ def test_embedding_tray(world, client):
     client.start()
     client.wait_ready()
     tray.wait_icon()
-    close_window(world, client)
+    close_window(client)
     assert not client.display.listed(TITLE)
     tray.click()
     # The event loop answers after it has handled the click.
@@ -219,7 +219,7 @@ def test_embedding_tray(world, client):
 
 def test_late_embedding_tray(world, client):
     client.start_ready(ADA)
-    close_window(world, client)
+    close_window(client)
     tray = EmbeddingTray(client)
     tray.wait_icon()
     world.home.wait_for(lambda: not client.display.listed(TITLE), "the window moves to the tray")
@@ -255,15 +255,16 @@ def test_window_floats_for_two_seconds_and_then_stays_where_it_is(world, client)
     ), "it was on the screen all the time"
 
 
-def close_while_floating(world, client):
+def close_while_floating(world, client, tray):
     """Starts the client and closes its window before the two seconds of floating are over.
 
     A machine under full load can be too slow for that; then it is tried again.
     """
     for _ in range(ATTEMPTS):
         client.start()
+        tray.wait_item()
         wait_shown(world, client)
-        close_window(world, client)
+        close_window(client)
         # The checks of the start begin when the floating ends, and are logged.
         if START_CHECKS not in client.output():
             return
@@ -274,7 +275,7 @@ def close_while_floating(world, client):
 
 def test_window_that_was_hidden_meanwhile_does_not_float_later(world, client, tray):
     tray.appear()
-    close_while_floating(world, client)
+    close_while_floating(world, client, tray)
     client.wait_output(START_CHECKS, "the two seconds are over")
     tray.activate()
     wait_shown(world, client)

@@ -9,12 +9,15 @@ import signal
 import struct
 import subprocess
 import threading
+import time
 
-from harness.home.deadlines import EVENTUALLY
+from harness.home.deadlines import EVENTUALLY, POLL
 
 FAMILY_WILD = 0xFFFF
 FIRST_NUMBER = 7
 SIZE = (1280, 1024)
+# Seconds after which a press that had no effect is repeated.
+REPEAT = 5
 # One shell, started before the window appears: a new process for each look could miss its first states.
 _SPY = r"""
 echo watching
@@ -141,6 +144,8 @@ class PrivateDisplay(Display):
             lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout,
             "openbox has started",
         )
+        # At the first key the X server announces the keyboard; programs register their combinations again.
+        self.run("xdotool", "key", "Shift_L")
 
     def pause_manager(self):
         """Stops the window manager, as on a machine that does not schedule it."""
@@ -166,6 +171,22 @@ class PrivateDisplay(Display):
             "--sync",
         )
         self.run("xdotool", "key", "--clearmodifiers", keys)
+
+    def close_window(self, title):
+        """Presses Alt+F4, a combination of the window manager, until the window is closed; returns how often.
+
+        A press is lost while the window manager registers its combinations again.
+        """
+        self.press_keys(title, "alt+F4")
+        presses, again, end = 1, time.monotonic() + REPEAT, time.monotonic() + EVENTUALLY
+        while self.on_screen(title):
+            if time.monotonic() > end:
+                raise TimeoutError(f"{title} was not closed by {presses} presses within {EVENTUALLY} s")
+            if time.monotonic() > again:
+                self.run("xdotool", "key", "--clearmodifiers", "alt+F4")
+                presses, again = presses + 1, time.monotonic() + REPEAT
+            time.sleep(POLL)
+        return presses
 
     def on_screen(self, title):
         """True when a window with this title is neither closed nor minimised."""
