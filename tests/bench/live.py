@@ -1,11 +1,13 @@
 #!/usr/bin/python3
-"""live.py loop|tray: measurements of a running client in the small world. Runs inside of tests/e2e/world/enter.py.
+"""live.py loop|tray: measurements of a running client in the test network.
 
-loop    a whole session, the event loop asked all the time: which answers were slow, and what ran meanwhile
-tray    the share of a core that the client takes at rest, and while the tray icon is animated
+Runs inside of tests/e2e/world/enter.py:
 
-Everything runs with a real-time priority, so that other work on the machine does not get into the figures. Prints
-one line of JSON for run-bench.
+loop    a whole session with constant requests to the event loop: which answers were slow, and what ran then
+tray    the share of a core that the client uses at rest, and while the tray icon is animated
+
+Everything runs with a real-time priority, so that other work on the machine does not change the figures.
+Prints one line of JSON for run-bench.
 """
 
 import argparse
@@ -18,27 +20,29 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "e2e"))
 
-from harness import client as ui  # noqa: E402 # pylint: disable=wrong-import-position
-from harness.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
+from harness.drive import client as ui  # noqa: E402 # pylint: disable=wrong-import-position
+from harness.drive.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
 from watch import Children, processor_seconds  # noqa: E402 # pylint: disable=wrong-import-position
 from world import network  # noqa: E402 # pylint: disable=wrong-import-position
 from world.accounts import ADA, JOE  # noqa: E402 # pylint: disable=wrong-import-position
-from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
 from world.service import BERLIN  # noqa: E402 # pylint: disable=wrong-import-position
+from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
 
 STALL = 0.05
 SHARE_OVER = 10
-# The child processes that the main thread waits for. The launch of OpenVPN is waited for elsewhere.
-STEPS = {"networksetup -getdnsservers": "look at the name servers",
-         "networksetup -setdnsservers": "setting of the name servers",
-         "/test_credentials.sh": "test of the administrator",
-         "/extractip.sh": "extractip",
-         "killall -9 openvpn": "end of OpenVPN"}
+# The child processes that the main thread waits for. Another thread waits for the start of OpenVPN.
+STEPS = {
+    "networksetup -getdnsservers": "check of the name servers",
+    "networksetup -setdnsservers": "setting of the name servers",
+    "/test_credentials.sh": "test of the administrator",
+    "/extractip.sh": "extractip",
+    "killall -9 openvpn": "end of OpenVPN",
+}
 
 
 @contextlib.contextmanager
 def made():
-    """A world, and a client that knows an administrator and a location; it is not started yet."""
+    """A test network, and a client with a stored administrator and location; it is not started yet."""
     world = World()
     client = ui.Client(world, JOE.name)
     try:
@@ -54,7 +58,7 @@ def process_of(world):
 
 
 def rest(seconds):
-    """Lets time pass with nobody asking the client for anything."""
+    """Lets time pass without any request to the client."""
     time.sleep(seconds)
 
 
@@ -62,7 +66,7 @@ def rest(seconds):
 
 
 class Phases:
-    """What the user was at, and when."""
+    """What the user was doing, and since when."""
 
     def __init__(self):
         self._begun = []
@@ -70,19 +74,22 @@ class Phases:
     def begin(self, name):
         self._begun.append((time.monotonic(), name))
 
-    def at(self, moment):
+    def current(self, moment):
         return [name for begun, name in self._begun if begun <= moment][-1]
 
 
 def session(world, client, phases):
-    """Start, hide, hidden, another address, stop, quit: what the probe noted, and the child processes."""
+    """Start, hide, hidden, another address, stop, quit.
+
+    Returns the probe's figures and the child processes.
+    """
     phases.begin("start")
     started = client.start()["at"]
     children = Children(process_of(world))
     children.start()
-    client.ask("probe_begin", key="first")
+    client.request("probe_begin", key="first")
     client.wait_ready()
-    world.home.wait_for(lambda: client.output().count("getSystemDns") >= 2, 15, "the name servers were looked at")
+    client.wait_output("getSystemDns", "the name servers are checked", count=2)
     rest(1)
     phases.begin("hide")
     client.hide()
@@ -91,7 +98,7 @@ def session(world, client, phases):
     rest(3)
     phases.begin("change of IP")
     client.press(ui.button("Change IP"))
-    world.home.wait_for(lambda: len(world.service.requests_of("VPNC")) == 2, ui.SESSION, "the second request")
+    world.home.wait_for(lambda: len(world.service.requests_of("VPNC")) == 2, "the second request")
     client.wait_hidden()
     phases.begin("stop")
     client.stop()
@@ -99,11 +106,9 @@ def session(world, client, phases):
     phases.begin("not hidden")
     rest(1)
     phases.begin("quit")
-    client.signal(15)
-    if client.wait_exit() != 0:
-        raise RuntimeError("the client did not end well")
+    client.terminate()
     children.stop()
-    noted = client.ask("probe_end")
+    noted = client.request("probe_end")
     return {**noted, "first": noted["first"] - started}, children.ended
 
 
@@ -123,16 +128,18 @@ def bench_loop():
     phases = Phases()
     with made() as (world, client):
         noted, children = session(world, client, phases)
-    found = {"asked": noted["asked"], "first": noted["first"], "inside": [], "outside": []}
+    found = {"answered": noted["answered"], "first": noted["first"], "inside": [], "outside": []}
     for begin, end in noted["slow"]:
         names, seconds = steps_during(begin, end, children)
         if end - begin > STALL:
-            # What is left when the steps are taken away has to be short as well.
+            # Without the steps, the rest of the time must be short as well.
             where = "inside" if end - begin - seconds <= STALL else "outside"
-            found[where].append({"seconds": end - begin, "phase": phases.at(begin), "steps": names})
+            found[where].append({"seconds": end - begin, "phase": phases.current(begin), "steps": names})
     ran = {name for child in children for name in steps_during(child["begin"], child["end"], [child])[0]}
-    if not {"look at the name servers", "test of the administrator", "extractip", "end of OpenVPN"} <= ran:
-        raise RuntimeError(f"not all blocking steps were seen: {ran} of {[child['name'] for child in children]}")
+    if not {"check of the name servers", "test of the administrator", "extractip", "end of OpenVPN"} <= ran:
+        raise RuntimeError(
+            f"not all blocking steps were seen: {ran} of {[child['name'] for child in children]}"
+        )
     return found
 
 
@@ -140,7 +147,7 @@ def bench_loop():
 
 
 def share(pid):
-    """The part of one core that a process takes, over some seconds."""
+    """The share of one core that a process uses during some seconds."""
     begun, used = time.monotonic(), processor_seconds(pid)
     rest(SHARE_OVER)
     return (processor_seconds(pid) - used) / (time.monotonic() - begun)
@@ -152,7 +159,7 @@ def bench_tray():
         tray.appear()
         client.start()
         client.wait_ready()
-        world.home.wait_for(lambda: client.output().count("getSystemDns") >= 2, 15, "the name servers were looked at")
+        client.wait_output("getSystemDns", "the name servers are checked", count=2)
         still = tray.wait_item()["icon"]
         pid = process_of(world)
         rest(2)
@@ -161,7 +168,7 @@ def bench_tray():
             raise RuntimeError("the icon changed at rest")
         network.swallow(f"ip daddr {network.SERVICE_ADDRESS} tcp dport 443")
         client.hide()
-        client.wait(ui.label("Status line"), 10, name=ui.SEARCHING)
+        client.wait(ui.label("Status line"), name=ui.SEARCHING)
         rest(1)
         found["icon animated"] = share(pid)
         seen = set()
@@ -169,9 +176,8 @@ def bench_tray():
             seen.add(str(tray.item()["icon"]))
             rest(0.1)
         if len(seen) < 3 or client.text("Status line") != ui.SEARCHING:
-            raise RuntimeError(f"the icon was not animated all the while: {len(seen)} pictures in a second")
-        client.signal(15)
-        client.wait_exit()
+            raise RuntimeError(f"the icon was not animated all the time: {len(seen)} pictures in a second")
+        client.terminate()
     return found
 
 

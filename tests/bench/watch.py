@@ -1,15 +1,15 @@
-"""What a running client does, seen from outside through /proc."""
+"""What a running client does, observed from outside through /proc."""
 
 import os
 import threading
 import time
 from pathlib import Path
 
-GLANCE = 0.002
+INTERVAL = 0.002
 
 
 class Children(threading.Thread):
-    """Looks every 2 ms at the child processes of a client. `ended` may be read after `stop`."""
+    """Reads the child processes of a client every 2 ms. `ended` may be read after `stop`."""
 
     def __init__(self, client):
         super().__init__(daemon=True)
@@ -21,33 +21,33 @@ class Children(threading.Thread):
         self.ended = []  # {"name", "begin", "end"}
 
     def run(self):
-        while not self._done.wait(GLANCE):
-            self._glance()
+        while not self._done.wait(INTERVAL):
+            self._read_all()
 
     def stop(self):
         self._done.set()
         self.join()
         self.ended += self._running.values()
 
-    def _glance(self):
-        at = time.monotonic()
+    def _read_all(self):
+        now = time.monotonic()
         present = {int(name) for name in os.listdir("/proc") if name.isdigit()}
         for pid in set(self._running) - present:
-            self.ended.append({**self._running.pop(pid), "end": at})
+            self.ended.append({**self._running.pop(pid), "end": now})
         self._others &= present
         for pid in present - self._others:
             try:
-                self._look(pid, at)
+                self._read_one(pid, now)
             except OSError:
                 continue
 
-    def _look(self, pid, at):
+    def _read_one(self, pid, now):
         if pid not in self._running and parent_of(pid) != self._client:
             self._others.add(pid)
             return
-        child = self._running.setdefault(pid, {"name": "", "begin": at, "end": at})
-        child["end"] = at
-        # Until it runs its program it is a copy of the client; a dead one has no command any more.
+        child = self._running.setdefault(pid, {"name": "", "begin": now, "end": now})
+        child["end"] = now
+        # Before it runs its program, a child is a copy of the client; a dead one has no command any more.
         command = command_of(pid)
         if command and command != self._own:
             child["name"] = command
@@ -62,6 +62,11 @@ def command_of(pid):
 
 
 def processor_seconds(pid):
-    """What the threads of a process that live now have used so far."""
-    return sum(int(numbers.read_text("ascii").split()[0])
-               for numbers in Path(f"/proc/{pid}/task").glob("*/schedstat")) / 1e9
+    """The processor time that the present threads of a process have used so far."""
+    return (
+        sum(
+            int(numbers.read_text("ascii").split()[0])
+            for numbers in Path(f"/proc/{pid}/task").glob("*/schedstat")
+        )
+        / 1e9
+    )

@@ -1,4 +1,7 @@
-"""Runs pytest inside the small world's outer namespace and gives the tests their worlds and clients."""
+"""Runs pytest inside the test network's outer namespace.
+
+Fixtures for the networks and clients of the tests.
+"""
 
 import os
 import sys
@@ -6,18 +9,16 @@ from pathlib import Path
 
 import pytest
 
-sys.path.insert(0, str(Path(__file__).resolve().parent))
-
-from harness import evidence  # noqa: E402 # pylint: disable=wrong-import-position
-from harness.client import Client  # noqa: E402 # pylint: disable=wrong-import-position
-from harness.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
-from world import enter  # noqa: E402 # pylint: disable=wrong-import-position
-from world.service import Service  # noqa: E402 # pylint: disable=wrong-import-position
-from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
+from harness.drive.client import Client
+from harness.drive.tray import TrayIcon
+from harness.observe import evidence
+from world import enter
+from world.service import Service
+from world.world import World
 
 
 def pytest_configure(config):
-    config.addinivalue_line("markers", "slow: left out unless QUORVANE_FULL is set (./check --full)")
+    config.addinivalue_line("markers", "slow: skipped unless QUORVANE_FULL is set (./check --full)")
     if enter.inside():
         return
     # pytest has redirected the output already; the run inside needs the real one.
@@ -37,15 +38,15 @@ def pytest_collection_modifyitems(items):
 
 
 def pytest_runtest_logreport(report):
-    """One line a row, for ./check to show: QUORVANE_E2E_ROWS names the file they are appended to."""
-    rows = os.environ.get("QUORVANE_E2E_ROWS")
-    if not rows or (report.when != "call" and report.passed):
+    """Appends one line for each test to the file QUORVANE_E2E_RESULTS, which ./check shows."""
+    results = os.environ.get("QUORVANE_E2E_RESULTS")
+    if not results or (report.when != "call" and report.passed):
         return
     left_out = report.skipped and "slow:" in str(report.longrepr)
     outcome = "left out (slow)" if left_out else f"{report.outcome}, {report.duration:.1f} s"
-    with Path(rows).open("a", encoding="utf-8") as file:
-        program, _, row = report.nodeid.partition("::")
-        file.write(f"{Path(program).name}::{row}: {outcome}\n")
+    with Path(results).open("a", encoding="utf-8") as file:
+        program, _, test = report.nodeid.partition("::")
+        file.write(f"{Path(program).name}::{test}: {outcome}\n")
 
 
 @pytest.hookimpl(hookwrapper=True)
@@ -61,7 +62,7 @@ def _failed(request):
 
 @pytest.fixture
 def make_world(request):
-    """Makes the test's world, with other settings than the usual ones. One per test."""
+    """Makes the test's network with other settings than the usual ones. One per test."""
     made = []
 
     def make(**settings):
@@ -83,7 +84,7 @@ def world(make_world):  # pylint: disable=redefined-outer-name
 
 @pytest.fixture
 def make_client(request):
-    """Gives a user of a world a session, with a screen and a driver of its own."""
+    """Starts a session of a user, with a screen and a driver of its own."""
     made = []
 
     def make(world, user="joe"):  # pylint: disable=redefined-outer-name
@@ -99,7 +100,7 @@ def make_client(request):
 
 @pytest.fixture(scope="module")
 def shared_client():
-    """A world and a user's session with a tray for all rows of a file, for what leaves both as they were."""
+    """A network and a session with a tray for all tests of a file which leave both as they were."""
     one = World()
     user = Client(one, "joe")
     TrayIcon(user).appear()
@@ -111,7 +112,7 @@ def shared_client():
 
 @pytest.fixture
 def shared(request, shared_client):  # pylint: disable=redefined-outer-name
-    """The file's client for one row. A row that fails takes the running copy with it."""
+    """The file's client for one test. After a failed test the running copy is ended."""
     yield shared_client
     if _failed(request):
         evidence.of_client(shared_client, request.node)
@@ -121,5 +122,5 @@ def shared(request, shared_client):  # pylint: disable=redefined-outer-name
 
 @pytest.fixture
 def client(world, make_client):  # pylint: disable=redefined-outer-name
-    """The session of the plain user, nothing started in it yet."""
+    """The session of the plain user, without a started client."""
     return make_client(world)

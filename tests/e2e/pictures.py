@@ -2,9 +2,10 @@
 
 import subprocess
 
-from harness import client as ui
-from harness.display import PrivateDisplay
-from harness.tray import EmbeddingTray
+from harness.drive import client as ui
+from harness.drive.display import PrivateDisplay
+from harness.drive.tray import EmbeddingTray
+from harness.home.deadlines import EVENTUALLY
 from world.accounts import ADA, JOE
 
 MAIN_TITLE, ABOUT_TITLE, SETTINGS_TITLE = "Quorvane .ver", "About Quorvane", "Settings"
@@ -14,7 +15,7 @@ DISCARDED = ("203.0.113.60", "203.0.113.43", "203.0.113.12")
 
 
 class Photographer:
-    """Takes pictures of one started client, whose windows are drawn `scale` times as large."""
+    """Saves pictures of one started client, whose windows are drawn `scale` times as large."""
 
     def __init__(self, client, out, scale):
         self.client = client
@@ -24,8 +25,9 @@ class Photographer:
 
     def _geometry(self, title):
         """Left, top, width and height of a window without its frame."""
-        found = self.client.display.run("xdotool", "search", "--onlyvisible", "--name", title, "getwindowgeometry",
-                                        "--shell", timeout=20).stdout
+        found = self.client.display.run(
+            "xdotool", "search", "--onlyvisible", "--name", title, "getwindowgeometry", "--shell"
+        ).stdout
         values = dict(line.split("=") for line in found.splitlines() if "=" in line)
         return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
 
@@ -33,20 +35,35 @@ class Photographer:
         path = self.out / f"{name}-{self.scale}x.png"
         whole = self.out / "whole.png"
         self.client.display.screenshot(whole)
-        subprocess.run(["convert", str(whole), "-crop", f"{width}x{height}+{max(left, 0)}+{max(top, 0)}", "+repage",
-                        str(path)], check=True, timeout=60)
+        subprocess.run(
+            [
+                "convert",
+                str(whole),
+                "-crop",
+                f"{width}x{height}+{max(left, 0)}+{max(top, 0)}",
+                "+repage",
+                str(path),
+            ],
+            check=True,
+            timeout=EVENTUALLY,
+        )
         whole.unlink()
         self.taken.append(path.name)
 
     def window(self, name, title=MAIN_TITLE, below=0):
-        """A window with its frame, and `below` usual pixels of what is under it."""
+        """A window with its frame, and `below` unscaled pixels of the screen under it."""
         left, top, width, height = self._geometry(title)
         margin = MARGIN
-        self._save(name, left - margin, top - margin - FRAME, width + 2 * margin,
-                   height + 2 * margin + FRAME + below * self.scale)
+        self._save(
+            name,
+            left - margin,
+            top - margin - FRAME,
+            width + 2 * margin,
+            height + 2 * margin + FRAME + below * self.scale,
+        )
 
     def corner(self, name, width, height):
-        """The upper right corner of the screen, in usual pixels."""
+        """The upper right corner of the screen, in unscaled pixels."""
         width, height = width * self.scale, height * self.scale
         self._save(name, SCREEN[0] * self.scale - width, 0, width, height)
 
@@ -54,17 +71,19 @@ class Photographer:
         self.client.display.press_keys(title, keys)
 
     def wait_window(self, title, shown=True):
-        self.client.home.wait_for(lambda: self.client.display.on_screen(title) == shown, 10, f"{title} shows: {shown}")
+        self.client.home.wait_for(
+            lambda: self.client.display.on_screen(title) == shown, f"{title} shows: {shown}"
+        )
 
     def still(self):
-        """Waits until the screen stays as it is, so that nothing is caught half drawn."""
+        """Waits until the screen does not change any more, so that no window is half drawn."""
         seen = []
 
         def same_twice():
             seen.append(self.client.display.pixels())
             return len(seen) > 1 and seen[-1] == seen[-2]
 
-        self.client.home.wait_for(same_twice, 10, "a screen that stays as it is")
+        self.client.home.wait_for(same_twice, "a screen that does not change any more")
 
 
 def take_states(photographer):
@@ -74,13 +93,13 @@ def take_states(photographer):
     photographer.still()
     photographer.window("not-hidden")
     client.press(ui.label("Location choice"))
-    client.wait({"window": ui.MAIN, "role": "list"}, 10, showing=True)
+    client.wait({"window": ui.MAIN, "role": "list"}, showing=True)
     photographer.still()
     photographer.window("locations", below=120)
     client.display.run("xdotool", "key", "Escape")
     photographer.still()
     photographer.keys("Return")
-    client.wait(ui.label("Status line"), 10, name=ui.SEARCHING)
+    client.wait(ui.label("Status line"), name=ui.SEARCHING)
     photographer.window("searching")
     client.wait_hidden()
     photographer.still()
@@ -88,8 +107,7 @@ def take_states(photographer):
 
 
 def take_tray_menu(photographer, tray):
-    tray.click(button=3)
-    photographer.client.home.wait_for(tray.menu_open, 10, "the tray's menu is open")
+    tray.open_menu()
     photographer.still()
     photographer.corner("tray-menu", 320, 380)
     photographer.client.display.run("xdotool", "key", "Escape")
@@ -111,7 +129,7 @@ def take_other_windows(photographer):
 
 
 def take(world, out, scale):
-    """Starts a client of its own for the pictures and ends it; the names of the files."""
+    """Starts a client for the pictures and ends it; returns the names of the files."""
     display = PrivateDisplay(world.home, JOE.name, size=tuple(side * scale for side in SCREEN))
     client = ui.Client(world, JOE.name, display=display)
     tray = EmbeddingTray(client)
@@ -121,9 +139,7 @@ def take(world, out, scale):
     take_states(photographer)
     take_tray_menu(photographer, tray)
     take_other_windows(photographer)
-    client.signal(15)
-    if client.wait_exit() != 0:
-        raise RuntimeError("the client did not end well after its pictures")
+    client.terminate()
     client.wait_no_openvpn()
     tray.close()
     client.close()

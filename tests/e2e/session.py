@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""session.py [--headless] --out FOLDER: a session in the small world, for ./run. Runs inside of world/enter.py.
+"""session.py [--headless] --out FOLDER: a session in the test network, for ./run.
 
-On the caller's screen the client is the user's to use, and this ends with it. Without a screen, or with
---headless, the session is driven through accessibility; pictures go to FOLDER and a summary is printed. The exit
-status is 0 only if everything held that the summary says.
+Runs inside of world/enter.py. On the caller's screen the user operates the client, and this program ends with
+it. Without a screen, or with --headless, the session is driven through accessibility, pictures are saved in
+FOLDER and a summary is printed. The exit status is 0 only if everything in the summary is true.
 """
 
 import argparse
@@ -12,20 +12,18 @@ import sys
 import time
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent))
-
-import pictures  # noqa: E402 # pylint: disable=wrong-import-position
-from harness import client as ui  # noqa: E402 # pylint: disable=wrong-import-position
-from harness.display import Display, caller_cookie  # noqa: E402 # pylint: disable=wrong-import-position
-from world import network, service  # noqa: E402 # pylint: disable=wrong-import-position
-from world.accounts import ADA, JOE  # noqa: E402 # pylint: disable=wrong-import-position
-from world.world import World  # noqa: E402 # pylint: disable=wrong-import-position
+import pictures
+from harness.drive import client as ui
+from harness.drive.display import Display, caller_cookie
+from world import network, service
+from world.accounts import ADA, JOE
+from world.world import World
 
 DEFERRED_END = 86400
 
 
 class Broken(Exception):
-    """Something that must hold does not."""
+    """A check of the session failed."""
 
 
 def check(holds, what):
@@ -42,7 +40,7 @@ def milliseconds(begin, end):
 
 
 def give_to_owner(folder):
-    """The pictures belong to whoever called sudo."""
+    """Makes the user who called sudo the owner of the pictures."""
     if "SUDO_UID" in os.environ:
         identity = int(os.environ["SUDO_UID"]), int(os.environ["SUDO_GID"])
         for path in (folder, *folder.iterdir()):
@@ -53,28 +51,33 @@ def give_to_owner(folder):
 
 
 def by_hand(world, client):
-    print(f"""
-The client is on your screen, as {JOE.full_name}, who is no administrator. When it asks for one, give
+    print(
+        f"""
+The client is on your screen, as {JOE.full_name}, who is no administrator. When it requests one, enter
     user name   {ADA.name}   (or: {ADA.full_name})
     password    {ADA.password}
 The real address of this home is {network.REAL_ADDRESS}. Quit the client to end.
-""", flush=True)
+""",
+        flush=True,
+    )
     client.start()
     status = client.wait_exit(timeout=DEFERRED_END)
     client.wait_no_openvpn()
     check(status == 0, f"the client ended with {status}")
-    check(world.home.public_address() == network.REAL_ADDRESS, "the home does not have its real address again")
+    check(
+        world.home.public_address() == network.REAL_ADDRESS, "the home does not have its real address again"
+    )
     line("after the end", f"real IP {network.REAL_ADDRESS} again, no OpenVPN process left")
 
 
 def screen_of_the_caller():
-    """(number, cookie) of a usable screen, or None; says why there is none."""
+    """(number, cookie) of a usable screen; None, with a message, when there is none."""
     name = os.environ.get("DISPLAY", "")
     if not name:
         return None
     found = caller_cookie(name)
     if found is None:
-        print(f"the display {name} cannot be reached from inside; going on without", flush=True)
+        print(f"the display {name} cannot be reached from inside; continuing without it", flush=True)
     return found
 
 
@@ -82,17 +85,21 @@ def screen_of_the_caller():
 
 
 def check_shown(world, client):
-    """The window, the request and the service agree on the lent address; returns it."""
+    """The window, the request and the service agree on the lent address; returns it and its location."""
     shown = client.current_address()
-    asked = world.service.requests_of("VPNC")[-1].parameter("desiredip")
+    requested = world.service.requests_of("VPNC")[-1].parameter("desiredip")
     seen = world.home.public_address()
     check(service.is_lent_address(shown), f"the window shows {shown!r}, which is no lent address")
-    check(shown == asked, f"the window shows {shown}, but {asked} was asked for")
-    check(seen == asked, f"inet saw {seen}, but {asked} was asked for")
-    check(world.service.requests()[-1].peer == seen, "the service did not write down the address that it told")
-    place = service.location_of(asked)
-    check(client.text("Location") == place.title, f"the window shows the location {client.text('Location')!r}")
-    return asked, place
+    check(shown == requested, f"the window shows {shown}, but {requested} was requested")
+    check(seen == requested, f"inet saw {seen}, but {requested} was requested")
+    check(
+        world.service.requests()[-1].peer == seen, "the service did not log the address that it answered with"
+    )
+    place = service.location_of(requested)
+    check(
+        client.text("Location") == place.title, f"the window shows the location {client.text('Location')!r}"
+    )
+    return requested, place
 
 
 def check_stopped(world, client):
@@ -106,7 +113,7 @@ def by_itself(world, client):
     client.start()
     client.enter_administrator(ADA.name, ADA.password)
     client.wait_dialog_closed()
-    # With a valid pair and the right name servers the dialog starts the first session itself.
+    # After a valid name and password, with the right name servers, the first session starts by itself.
     client.wait_hidden()
     check_shown(world, client)
     client.stop()
@@ -114,11 +121,11 @@ def by_itself(world, client):
     line("real IP", network.REAL_ADDRESS)
     watch = ui.OpenVpnWatch(client)
     pressed = client.hide()
-    client.wait(ui.label("Status line"), 10, name=ui.SEARCHING)
+    client.wait(ui.label("Status line"), name=ui.SEARCHING)
     shown = client.wait_hidden()["at"]
     watch.stop()
     address, place = check_shown(world, client)
-    check(watch.up is not None, "OpenVPN's log did not say that the tunnel is up")
+    check(watch.up is not None, "OpenVPN's log does not report that the tunnel is up")
     line("location", place.title)
     line("lent IP, window, request and inet", address)
     line("from press to shown", milliseconds(pressed, shown))
@@ -127,8 +134,7 @@ def by_itself(world, client):
     client.stop()
     check_stopped(world, client)
     line("after the stop", f"real IP {network.REAL_ADDRESS} again, no OpenVPN process left")
-    client.signal(15)
-    check(client.wait_exit() == 0, "the client did not end well")
+    client.terminate()
 
 
 def run(headless, out):
@@ -137,11 +143,11 @@ def run(headless, out):
     world = World(x11="/tmp/.X11-unix" if screen else None)
     display = Display(world.home, JOE.name, *screen) if screen else None
     if display is not None and not display.usable():
-        print("the caller's display lets nobody in; going on without", flush=True)
+        print("the caller's display refuses connections; continuing without it", flush=True)
         world.close()
         return run(True, out)
     client = ui.Client(world, JOE.name, display=display)
-    line("small world made in", milliseconds(begun, time.monotonic()))
+    line("test network made in", milliseconds(begun, time.monotonic()))
     try:
         if screen:
             by_hand(world, client)
@@ -163,7 +169,7 @@ def run(headless, out):
 
 
 def keep_evidence(world, client, out):
-    """What is needed to understand a failure; none of it is certain to be there any more."""
+    """Saves logs and a picture of a failure; any of them can be missing by then."""
     try:
         out.mkdir(parents=True, exist_ok=True)
         (out / "client.log").write_text(client.output(), encoding="utf-8")
@@ -181,7 +187,7 @@ def main():
     arguments = parser.parse_args()
     try:
         return run(arguments.headless, arguments.out)
-    except (Broken, TimeoutError, RuntimeError, ui.DriverError) as error:
+    except (AssertionError, Broken, TimeoutError, RuntimeError, ui.DriverError) as error:
         print(f"FAILED: {error}", file=sys.stderr)
         return 1
     except KeyboardInterrupt:

@@ -1,19 +1,20 @@
-"""The administrator's name and password: the dialog, wrong pairs, other people's accounts."""
+"""The administrator's name and password: the dialog, wrong pairs, accounts of other users."""
 
 import pytest
-from harness import client as ui
+
+from harness.drive import client as ui
 from world.accounts import ADA, JOE, NORM, SUE
 
 WRONG = {"title": "Quorvane", "texts": ["You input wrong user name or password."], "buttons": ["OK"]}
 
 
-def refuse(client, name, password):
-    """Enters a pair that is refused; checks the alert and that the dialog is still there."""
+def check_refused(client, name, password):
+    """Enters a pair that is refused; checks the message box and that the dialog is still open."""
     client.enter_administrator(name, password)
-    alert = client.wait_alert(ui.PASSWORD)
+    alert = client.wait_alert()
     assert alert == WRONG
     client.dismiss_alert()
-    client.wait({"role": "alert"}, ui.PASSWORD, absent=True)
+    client.wait({"role": "alert"}, absent=True)
     assert client.dialog_open()
     assert client.stored_pair() == (name, password), "the pair is stored before it is tested"
 
@@ -26,7 +27,7 @@ def check_no_session(world, client):
 
 def test_wrong_password_then_the_right_one(world, client):
     client.start()
-    refuse(client, ADA.name, "not " + ADA.password)
+    check_refused(client, ADA.name, "not " + ADA.password)
     check_no_session(world, client)
     client.enter_administrator(ADA.name, ADA.password)
     client.wait_dialog_closed()
@@ -38,27 +39,31 @@ def test_wrong_password_then_the_right_one(world, client):
 
 def test_unknown_name(world, client):
     client.start()
-    refuse(client, "nobody-of-that-name", "whatever")
+    check_refused(client, "no-such-account", "whatever")
     check_no_session(world, client)
 
 
-def test_another_user_who_may_not_become_administrator(world, client):
+def test_other_user_without_administrator_rights(world, client):
     client.start()
-    refuse(client, NORM.name, NORM.password)
+    check_refused(client, NORM.name, NORM.password)
     check_no_session(world, client)
 
 
-def test_own_account_that_may_not_become_administrator(world, client):
+def test_own_account_without_administrator_rights(world, client):
     client.start()
-    refuse(client, JOE.full_name, JOE.password)
+    check_refused(client, JOE.full_name, JOE.password)
     check_no_session(world, client)
 
 
-@pytest.mark.parametrize("user, entered, account", [
-    (JOE.name, ADA.full_name, ADA),
-    (NORM.name, SUE.name, SUE),
-    (SUE.name, SUE.full_name, SUE),
-], ids=["other-by-full-name", "other-by-login", "self-by-full-name"])
+@pytest.mark.parametrize(
+    "user, entered, account",
+    [
+        (JOE.name, ADA.full_name, ADA),
+        (NORM.name, SUE.name, SUE),
+        (SUE.name, SUE.full_name, SUE),
+    ],
+    ids=["other-by-full-name", "other-by-login", "self-by-full-name"],
+)
 def test_administrators_that_are_accepted(world, make_client, user, entered, account):
     client = make_client(world, user)
     client.start()
@@ -90,8 +95,8 @@ def test_cancel_leaves_the_client_running(world, client):
     check_no_session(world, client)
 
 
-def test_stored_pair_that_no_longer_holds(world, client):
-    """The password was changed since: the dialog comes instead of a session."""
+def test_stored_pair_that_is_no_longer_valid(world, client):
+    """The password was changed since then: the dialog opens instead of a session."""
     client.remember_administrator(ADA)
     world.home.run("chpasswd", input=f"{ADA.name}:changed\n")
     client.start()

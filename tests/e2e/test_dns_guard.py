@@ -1,17 +1,19 @@
-"""The check of the name servers and its rules in the dialog."""
+"""The check of the name servers, at the start and after the dialog."""
 
 import re
 
-from harness import client as ui
-from harness.resolvers import NetworkManager
+from harness.conditions.resolvers import NetworkManager
+from harness.drive import client as ui
 from world.accounts import ADA
 
 RIGHT, WRONG = "8.8.8.8 8.8.4.4", "8.8.8.8"
-SET_LINES = [f"networksetup -setdnsservers {service} 8.8.8.8 8.8.4.4" for service in ("Ethernet", "Wi-Fi", "AirPort")]
+SET_LINES = [
+    f"networksetup -setdnsservers {service} 8.8.8.8 8.8.4.4" for service in ("Ethernet", "Wi-Fi", "AirPort")
+]
 
 
 def set_lines(world):
-    """The lines that set name servers, in the order in which root ran them."""
+    """The commands that set name servers, in the order in which root ran them."""
     found = []
     for line in world.home.privileged_lines():
         found += re.findall(r"networksetup -setdnsservers \S+ [0-9.]+ [0-9.]+", line)
@@ -19,7 +21,7 @@ def set_lines(world):
 
 
 def test_wrong_on_the_wireless_service(world, client):
-    """After a valid pair the servers are set, all three, and nothing is started."""
+    """After a valid pair the servers of all three services are set, and no session starts."""
     manager = NetworkManager(world.home, wired=RIGHT, wireless=WRONG)
     client.start()
     client.wait_dialog()
@@ -28,8 +30,8 @@ def test_wrong_on_the_wireless_service(world, client):
     client.wait_dialog_closed()
     client.wait_ready()
     assert set_lines(world)[:3] == SET_LINES
-    # The check that opened the dialog sets them once more, by its own rule.
-    world.home.wait_for(lambda: len(set_lines(world)) >= 6, ui.PASSWORD, "the check's own setting")
+    # The check that opened the dialog then sets them once more itself.
+    world.home.wait_for(lambda: len(set_lines(world)) >= 6, "the check has set the servers")
     assert set_lines(world) == SET_LINES * 2
     assert manager.servers("Ethernet") == RIGHT and manager.servers("Wi-Fi") == RIGHT
     assert manager.changes()[0].startswith("modify Ethernet") and "modify Wi-Fi" in manager.changes()[2]
@@ -43,11 +45,11 @@ def test_wrong_on_the_wireless_service(world, client):
 
 
 def test_wrong_with_a_stored_pair(world, client):
-    """No dialog is needed: the servers are set by themselves, and nothing is started."""
+    """The servers are set without a dialog, and no session starts."""
     manager = NetworkManager(world.home, wired=WRONG, wireless=RIGHT)
     client.remember_administrator(ADA)
     client.start()
-    world.home.wait_for(lambda: len(set_lines(world)) >= 3, ui.PASSWORD, "three lines")
+    world.home.wait_for(lambda: len(set_lines(world)) >= 3, "the servers of three services are set")
     assert set_lines(world) == SET_LINES
     assert manager.servers("Ethernet") == RIGHT
     client.wait_ready()
@@ -56,7 +58,7 @@ def test_wrong_with_a_stored_pair(world, client):
 
 
 def test_right_on_both(world, client):
-    """With the right servers nothing is set and the session starts after the dialog."""
+    """With the right servers nothing is set, and the session starts after the dialog."""
     manager = NetworkManager(world.home, wired=RIGHT, wireless="8.8.4.4 8.8.8.8 9.9.9.9")
     client.start()
     client.enter_administrator(ADA.name, ADA.password)
@@ -67,13 +69,15 @@ def test_right_on_both(world, client):
 
 
 def test_wrong_in_resolv_conf(make_world, make_client):
-    """Without any manager the file itself is set."""
+    """Without a resolver service the file itself is changed."""
     world = make_world(name_servers="nameserver 8.8.4.4\n")
     client = make_client(world)
     client.remember_administrator(ADA)
     client.start()
     file = world.home.path("/etc/resolv.conf")
-    world.home.wait_for(lambda: file.read_text(encoding="utf-8").startswith("nameserver 8.8.8.8\nnameserver 8.8.4.4\n"),
-                        ui.PASSWORD, "both servers in the file")
-    world.home.wait_for(lambda: len(set_lines(world)) >= 3, ui.PASSWORD, "three lines")
+    world.home.wait_for(
+        lambda: file.read_text(encoding="utf-8").startswith("nameserver 8.8.8.8\nnameserver 8.8.4.4\n"),
+        "both servers in the file",
+    )
+    world.home.wait_for(lambda: len(set_lines(world)) >= 3, "the servers of three services are set")
     assert set_lines(world) == SET_LINES

@@ -1,13 +1,13 @@
-"""Full, read-only and file-less disks: one row for every file that the client writes."""
+"""Disks that are full, read-only or without free inodes, for every file that the client writes."""
 
 import plistlib
-import signal
 
 import pytest
-from harness import client as ui
-from harness import settings
-from harness.disks import ShrunkDisk, SmallDisk, check_full, contents
-from harness.outcomes import check_given_up, check_hidden, check_session
+
+from harness.conditions.disks import ShrunkDisk, SmallDisk, check_full, contents
+from harness.drive import client as ui
+from harness.drive import settings
+from harness.observe.outcomes import NO_SERVICE, accept_alert, check_given_up, check_hidden, check_session
 from world import network
 from world.accounts import ADA
 from world.service import BERLIN
@@ -20,7 +20,7 @@ ENTRY = ".config/autostart/com.tallowind.Quorvane.desktop"
 
 @pytest.fixture
 def remembering(client):
-    """A user whose settings are stored; nothing started yet."""
+    """A user with stored settings; the client is not started yet."""
     client.remember_administrator(ADA, location=BERLIN.title, **SETTINGS)
     return client
 
@@ -33,8 +33,8 @@ def log_lines(client):
     return client.output().splitlines()
 
 
-def said_once(client, text):
-    """That the diagnostics name the trouble, and do not go on about it."""
+def check_logged_once(client, text):
+    """The log names the problem, once."""
     lines = [line for line in log_lines(client) if text in line]
     assert len(lines) == 1, lines
 
@@ -45,12 +45,15 @@ def check_settings_whole(client):
     assert stored["un"] == ui.scrambled(ADA.name)
 
 
-@pytest.mark.parametrize("spare_pages", [
-    pytest.param(0, id="nothing-fits", marks=pytest.mark.slow),
-    pytest.param(3, id="only-the-log-does-not-fit"),
-])
+@pytest.mark.parametrize(
+    "spare_pages",
+    [
+        pytest.param(0, id="nothing-fits", marks=pytest.mark.slow),
+        pytest.param(3, id="only-the-log-does-not-fit"),
+    ],
+)
 def test_full_disk_below_the_sessions_files(world, remembering, spare_pages):
-    """qrvp.ovpn, qrvp.log, .vpnCreds.txt, openvpn.log: the attempt ends in the alert; OpenVPN is never started."""
+    """qrvp.ovpn, qrvp.log, .vpnCreds.txt, openvpn.log: the message box shows, and OpenVPN is not started."""
     client = remembering
     disk = disk_over(client, FOLDER)
     client.start()
@@ -59,7 +62,9 @@ def test_full_disk_below_the_sessions_files(world, remembering, spare_pages):
     client.hide()
     check_given_up(client)
     assert "no room for the files of a session" in client.output()
-    assert not [line for line in world.home.privileged_lines() if "--config" in line], "nothing was launched"
+    assert not [
+        line for line in world.home.privileged_lines() if "--config" in line
+    ], "OpenVPN was not started"
     assert len(world.service.requests_of("VPNC")) == 1 and world.service.lent() == {}
     check_settings_whole(client)
     disk.free()
@@ -69,35 +74,36 @@ def test_full_disk_below_the_sessions_files(world, remembering, spare_pages):
 
 
 def test_disk_that_fills_up_while_the_tunnel_comes_up(world, remembering):
-    """The room for OpenVPN's log was set aside: the tunnel is seen to come up on a disk that is full meanwhile."""
+    """Space for OpenVPN's log is reserved: the client notices a tunnel also while the disk is full."""
     client = remembering
     disk = disk_over(client, FOLDER)
     network.swallow(f"ip daddr {network.LENT_POOL} tcp dport 443")
     client.start()
     client.choose_protocol("TCP")
     client.hide()
-    world.home.wait_for(client.openvpn, ui.SESSION, "OpenVPN runs")
+    world.home.wait_for(client.openvpn, "OpenVPN runs")
     disk.fill()
     check_full(world.home, f"{client.folder}/{FOLDER}", client.user)
     network.stop_swallowing()
     check_hidden(client)
     assert "Initialization Sequence Completed" in client.openvpn_log()
     client.stop()
-    # The old files are still whole, each of them.
+    # Each of the old files is still complete.
     kept = contents(world.home, f"{client.folder}/{FOLDER}")
     assert kept["qrvp.ovpn"].startswith(b"client\n") and kept["qrvp.log"].startswith(b"trying to connect ")
     client.hide()
     check_given_up(client)
     now = contents(world.home, f"{client.folder}/{FOLDER}")
-    assert {name: now[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")} == \
-        {name: kept[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")}
+    assert {name: now[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")} == {
+        name: kept[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")
+    }
     disk.free()
     check_session(client)
 
 
 @pytest.mark.slow
 def test_no_room_for_one_more_file_below_the_sessions_files(world, remembering):
-    """No inode is left: nothing can be replaced, so the attempt ends in the alert and what was there stays."""
+    """Without a free inode no file can be replaced: the message box shows, and the old files remain."""
     client = remembering
     disk = disk_over(client, FOLDER, files=20)
     client.start()
@@ -109,7 +115,7 @@ def test_no_room_for_one_more_file_below_the_sessions_files(world, remembering):
     client.hide()
     check_given_up(client)
     after = contents(world.home, f"{client.folder}/{FOLDER}")
-    # The session's own log grows in place: it needs no further file.
+    # The session's own log is appended to and needs no further file.
     assert after.pop("qrvp.log").startswith(before.pop("qrvp.log"))
     assert after == before
     disk.free()
@@ -117,10 +123,10 @@ def test_no_room_for_one_more_file_below_the_sessions_files(world, remembering):
 
 
 def test_read_only_home(world, remembering):
-    """Nothing can be written at home: the start says so once, an attempt ends in the alert, nothing is lost."""
+    """Nothing can be written: logged once at the start, an attempt fails with the message box, no loss."""
     client = remembering
     disk = SmallDisk(world.home, client.folder, client.user, size="16m")
-    logs = SmallDisk(world.home, f"{client.folder}/logs", client.user)  # the test's own, for the client's output
+    logs = SmallDisk(world.home, f"{client.folder}/logs", client.user)  # for the client's output
     before = contents(world.home, client.folder)
     disk.make_read_only()
     check_full(world.home, client.folder, client.user)
@@ -129,18 +135,20 @@ def test_read_only_home(world, remembering):
     client.wait_ready()
     client.hide()
     check_given_up(client)
-    said_once(client, "com.tallowind.Quorvane.plist cannot be written: Read-only file system")
+    check_logged_once(client, "com.tallowind.Quorvane.plist cannot be written: Read-only file system")
     after = contents(world.home, client.folder)
     assert {name: after[name] for name in before} == before
     assert set(after) - set(before) == {"logs/first.log"}
     disk.make_writable()
     check_session(client)
     check_settings_whole(client)
-    assert client.preferences()["countryCode"] == BERLIN.country_code, "what waited in memory has reached the disk"
+    assert (
+        client.preferences()["countryCode"] == BERLIN.country_code
+    ), "the changes that were kept in memory are on the disk"
 
 
 def test_full_disk_below_the_preferences(world, remembering):
-    """The settings keep their old, whole content; the session runs on what is in memory."""
+    """The file keeps its old content, and the session uses the settings in memory."""
     client = remembering
     disk = disk_over(client, "Library/Preferences", size="64k")
     before = client.file(ui.PREFERENCES).read_bytes()
@@ -149,18 +157,21 @@ def test_full_disk_below_the_preferences(world, remembering):
     client.start()
     check_session(client)
     assert client.file(ui.PREFERENCES).read_bytes() == before
-    said_once(client, "com.tallowind.Quorvane.plist cannot be written: No space left on device")
+    check_logged_once(client, "com.tallowind.Quorvane.plist cannot be written: No space left on device")
     disk.free()
     check_session(client)
     check_settings_whole(client)
-    assert client.preferences()["vpnUsername"], "what waited in memory has reached the disk"
+    assert client.preferences()["vpnUsername"], "the changes that were kept in memory are on the disk"
     names = set(contents(world.home, f"{client.folder}/Library/Preferences"))
-    assert names <= {"com.tallowind.Quorvane.plist", "com.tallowind.Quorvane.plist.lock"}, "no left-overs"
+    assert names <= {
+        "com.tallowind.Quorvane.plist",
+        "com.tallowind.Quorvane.plist.lock",
+    }, "no temporary file is left"
 
 
 @pytest.mark.slow
 def test_full_disk_below_what_the_settings_window_writes(world, remembering):
-    """Launch agent and desktop entry: the old ones stay whole, and the window goes on."""
+    """Launch agent and desktop entry: the old files remain complete, and the window keeps working."""
     client = remembering
     disks = [disk_over(client, name) for name in ("Library/LaunchAgents", ".config/autostart")]
     agent, entry = client.file(AGENT), client.file(ENTRY)
@@ -187,23 +198,17 @@ def test_full_disk_below_what_the_settings_window_writes(world, remembering):
 
 @pytest.mark.slow
 def test_full_disk_below_temporary_files(world, remembering):
-    """The answer with the server list has nowhere to go: the usual alert, and the next start works."""
+    """The answer with the server list cannot be stored: the usual message box, and the next start works."""
     client = remembering
     disk = ShrunkDisk(world.home, "/tmp", "1m")
     disk.fill()
     check_full(world.home, "/tmp", client.user)
     client.start()
-    alert = client.wait_alert(ui.ANSWER)
-    assert alert["title"] == "Error" and alert["texts"] == \
-        ["There was a problem connecting to the Quorvane server, please check your Internet connection or firewall "
-         "settings."]
-    client.dismiss_alert()
-    client.wait({"role": "alert"}, 10, absent=True)
+    accept_alert(client, NO_SERVICE)
     assert client.current_address() == "0.0.0.0" and not client.button_state()["enabled"]
     assert client.text("Status line") == ui.NOT_HIDING
-    assert not list(world.home.path("/tmp").glob("*MRTSL*")), "no piece of an answer stays"
-    client.signal(signal.SIGTERM)
-    assert client.wait_exit() == 0
+    assert not list(world.home.path("/tmp").glob("*MRTSL*")), "no part of an answer is left"
+    client.terminate()
     disk.free()
     client.start(key="next")
     check_session(client, key="next")
@@ -212,7 +217,7 @@ def test_full_disk_below_temporary_files(world, remembering):
 
 @pytest.mark.slow
 def test_full_disk_below_the_run_time_folder(world, make_client):
-    """Where no lock file can be made the cache's folder takes it: still one copy at a time."""
+    """Without space for a lock file, the lock is in the cache folder: still one copy at a time."""
     disk = SmallDisk(world.home, f"/run/user/{world.home.uid('joe')[0]}", "joe", files=30)
     client = make_client(world)
     client.remember_administrator(ADA, location=BERLIN.title)
@@ -221,7 +226,7 @@ def test_full_disk_below_the_run_time_folder(world, make_client):
     client.start()
     client.wait_ready()
     client.start(key="second")
-    assert client.wait_alert(10, key="second")["texts"][0] == "Quorvane is already running."
+    assert client.wait_alert(key="second")["texts"][0] == "Quorvane is already running."
     client.dismiss_alert(key="second")
     assert client.wait_exit(key="second") == 0
     check_session(client)

@@ -1,13 +1,14 @@
-"""kill -9 of the client and of OpenVPN in every state: what is left, and that the next session works."""
+"""SIGKILL of the client and of OpenVPN in every state: what remains, and that the next session works."""
 
 import os
 import plistlib
 import signal
 
 import pytest
-from harness import client as ui
-from harness import settings
-from harness.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
+
+from harness.drive import client as ui
+from harness.drive import settings
+from harness.observe.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
 from world import network, service
 from world.accounts import ADA
 from world.service import BERLIN
@@ -19,112 +20,127 @@ CHANGE = ui.button("Change IP")
 
 
 class State:
-    """A way into a state of the client, and what its sudden end leaves running."""
+    """How to get the client into a state, and whether a tunnel remains when it is killed there."""
 
     def __init__(self, enter, *, tunnel):
         self.enter, self.tunnel = enter, tunnel
 
 
-def start_up(world, client):
-    """The server list has been asked for, nothing has answered."""
+def start_up(client):
+    """The server list has been requested; there is no answer."""
     network.swallow(API)
     client.start()
-    client.wait(ui.HIDE, ui.ANSWER, showing=True, enabled=False)
-    world.home.wait_for(lambda: "inet YES" in client.output(), ui.ANSWER, "the network is seen")
+    client.wait(ui.HIDE, showing=True, enabled=False)
+    client.wait_output("inet YES", "the client notices the network")
 
 
-def ready(_world, client):
+def ready(client):
     client.start()
     client.wait_ready()
 
 
-def dialog_open(_world, client):
+def dialog_open(client):
     client.seed_preferences(**SETTINGS)
     client.start()
     client.wait_dialog()
 
 
-def fetching(world, client):
-    ready(world, client)
+def fetching(client):
+    ready(client)
     network.swallow(API)
     client.hide()
-    client.wait(ui.label("Status line"), 10, name=ui.SEARCHING)
-    world.home.wait_for(lambda: "downloadCertificateForSelectedItem url" in client.output(), 10, "the request")
+    client.wait(ui.label("Status line"), name=ui.SEARCHING)
+    client.world.home.wait_for(
+        lambda: "downloadCertificateForSelectedItem url" in client.output(), "the request"
+    )
     assert client.openvpn() == []
 
 
-def searching(world, client):
+def searching(client):
     network.swallow(TUNNEL)
     client.start()
     client.choose_protocol("TCP")
     client.hide()
-    world.home.wait_for(lambda: "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries")
+    client.world.home.wait_for(lambda: "Attempting to establish TCP" in client.openvpn_log(), "OpenVPN tries")
 
 
-def hidden(_world, client):
+def hidden(client):
     client.start()
     client.choose_protocol("TCP")
     client.hide()
     check_hidden(client)
 
 
-def changing(world, client):
-    hidden(world, client)
+def changing(client):
+    hidden(client)
     network.swallow(TUNNEL)
     client.press(CHANGE)
-    world.home.wait_for(lambda: len(world.service.requests_of("VPNC")) == 2 and
-                        "Attempting to establish TCP" in client.openvpn_log(), ui.SESSION, "OpenVPN tries anew")
+    client.world.home.wait_for(
+        lambda: len(client.world.service.requests_of("VPNC")) == 2
+        and "Attempting to establish TCP" in client.openvpn_log(),
+        "OpenVPN tries anew",
+    )
 
 
-def quitting(world, client):
-    """The end of the tunnel hangs in the check of a password that no longer holds."""
-    hidden(world, client)
-    world.home.run("chpasswd", "-c", "SHA512", input=f"{ADA.name}:another\n")
+def quitting(client):
+    """The end of the tunnel waits for the check of a password that is no longer valid."""
+    hidden(client)
+    client.world.home.run("chpasswd", "-c", "SHA512", input=f"{ADA.name}:another\n")
     client.signal(signal.SIGTERM)
-    world.home.wait_for(lambda: world.home.processes("su"), 10, "the administrator's shell is asked for")
+    client.world.home.wait_for(
+        lambda: client.world.home.processes("su"), "the administrator's password is checked"
+    )
 
 
-def editing_settings(_world, client):
-    ready(_world, client)
+def editing_settings(client):
+    ready(client)
     settings.open_window(client)
     settings.switch(client, "Hide my IP when Quorvane starts", to=True)
 
 
 def check_whole(client):
-    """Preferences and configuration can be read, and the user's settings are what they were."""
+    """Preferences and configuration are complete, and the user's settings are unchanged."""
     stored = client.preferences()
     assert {key: stored[key] for key in SETTINGS} == SETTINGS
-    assert "hide" not in stored, "what was not confirmed is not stored"
+    assert "hide" not in stored, "settings that were not confirmed are not stored"
     configuration = client.file("Documents/Quorvane/qrvp.ovpn")
     assert not configuration.exists() or configuration.read_text(encoding="utf-8").endswith("</ca>\n")
     folders = [client.file("Library/Preferences"), client.file("Documents/Quorvane")]
     names = {path.name for folder in folders if folder.exists() for path in folder.iterdir()}
-    assert names <= {"com.tallowind.Quorvane.plist", "com.tallowind.Quorvane.plist.lock", "qrvp.ovpn", "qrvp.log",
-                     ".vpnCreds.txt", "openvpn.log"}, "nothing half-written lies about"
+    assert names <= {
+        "com.tallowind.Quorvane.plist",
+        "com.tallowind.Quorvane.plist.lock",
+        "qrvp.ovpn",
+        "qrvp.log",
+        ".vpnCreds.txt",
+        "openvpn.log",
+    }, "no incomplete file is left"
 
 
-@pytest.mark.parametrize("state", [
-    pytest.param(State(start_up, tunnel=False), id="before-the-first-answer", marks=pytest.mark.slow),
-    pytest.param(State(ready, tunnel=False), id="ready", marks=pytest.mark.slow),
-    pytest.param(State(dialog_open, tunnel=False), id="dialog-open", marks=pytest.mark.slow),
-    pytest.param(State(fetching, tunnel=False), id="fetching", marks=pytest.mark.slow),
-    pytest.param(State(searching, tunnel=True), id="searching"),
-    pytest.param(State(hidden, tunnel=True), id="hidden"),
-    pytest.param(State(changing, tunnel=True), id="changing-the-address", marks=pytest.mark.slow),
-    pytest.param(State(quitting, tunnel=True), id="quitting", marks=pytest.mark.slow),
-    pytest.param(State(editing_settings, tunnel=False), id="unsaved-settings", marks=pytest.mark.slow),
-])
+@pytest.mark.parametrize(
+    "state",
+    [
+        pytest.param(State(start_up, tunnel=False), id="before-the-first-answer", marks=pytest.mark.slow),
+        pytest.param(State(ready, tunnel=False), id="ready", marks=pytest.mark.slow),
+        pytest.param(State(dialog_open, tunnel=False), id="dialog-open", marks=pytest.mark.slow),
+        pytest.param(State(fetching, tunnel=False), id="fetching", marks=pytest.mark.slow),
+        pytest.param(State(searching, tunnel=True), id="searching"),
+        pytest.param(State(hidden, tunnel=True), id="hidden"),
+        pytest.param(State(changing, tunnel=True), id="changing-the-address", marks=pytest.mark.slow),
+        pytest.param(State(quitting, tunnel=True), id="quitting", marks=pytest.mark.slow),
+        pytest.param(State(editing_settings, tunnel=False), id="unsaved-settings", marks=pytest.mark.slow),
+    ],
+)
 def test_client_is_killed(world, client, state):
-    """OpenVPN stays if it ran, and the next start ends it; no lock holds that start; nothing stored is harmed."""
+    """OpenVPN remains if it ran; the next start ends it and is not prevented by a lock; files are intact."""
     resolver = world.home.path("/etc/resolv.conf").read_bytes()
     client.remember_administrator(ADA, location=BERLIN.title, **SETTINGS)
-    state.enter(world, client)
+    state.enter(client)
     address = client.current_address() if state.enter is hidden else None
-    client.signal(signal.SIGKILL)
-    assert client.wait_exit() == -signal.SIGKILL
+    client.kill()
     assert bool(client.openvpn()) == state.tunnel
     if address:
-        assert world.home.public_address() == address, "the tunnel outlives the client"
+        assert world.home.public_address() == address, "the tunnel works without the client"
     check_whole(client)
     assert world.home.path("/etc/resolv.conf").read_bytes() == resolver
 
@@ -132,23 +148,20 @@ def test_client_is_killed(world, client, state):
     world.home.run("chpasswd", "-c", "SHA512", input=f"{ADA.name}:{ADA.password}\n")
     client.start(key="next")
     if state.enter is dialog_open:
-        client.wait({"window": ui.DIALOG, "description": "Password"}, ui.PASSWORD, key="next", showing=True)
-        for description, text in (("User name", ADA.name), ("Password", ADA.password)):
-            client.ask("set_text", key="next", query={"window": ui.DIALOG, "description": description}, text=text)
-        client.press(ui.button("Start", ui.DIALOG), key="next")
+        client.enter_administrator(ADA.name, ADA.password, key="next")
         check_hidden(client, key="next")
         client.stop(key="next")
     client.wait_ready(key="next")
     check_not_hidden(client, key="next")
     check_session(client, key="next")
-    world.home.wait_for(lambda: not world.service.lent(), 15, "no address stays lent")
+    world.wait_nothing_lent()
     check_whole(client)
     assert world.home.path("/etc/resolv.conf").read_bytes() == resolver
 
 
 @pytest.fixture
 def tunnel(client):
-    """Kills the OpenVPN process at home, the way that nobody can catch."""
+    """A function that ends the OpenVPN process in the home by SIGKILL."""
 
     def kill():
         processes = client.openvpn()
@@ -158,27 +171,29 @@ def tunnel(client):
     return kill
 
 
-def test_openvpn_is_killed_while_the_client_searches(world, client, tunnel):
-    """The attempt ends in the alert, though OpenVPN could not say anything."""
+def test_openvpn_is_killed_while_the_client_searches(client, tunnel):
+    """The attempt ends with the message box, although OpenVPN could not log anything."""
     client.remember_administrator(ADA, location=BERLIN.title)
-    searching(world, client)
+    searching(client)
     tunnel()
-    check_given_up(client, timeout=75)
+    check_given_up(client)
     network.stop_swallowing()
     check_session(client)
 
 
 def test_openvpn_is_killed_while_hidden(world, client, tunnel):
-    """Nobody watches a tunnel that is up: the window still says hidden until the user stops it; then all is well."""
+    """The client does not watch a tunnel that is up: the window shows hidden until the user stops."""
     client.remember_administrator(ADA, location=BERLIN.title)
-    hidden(world, client)
+    hidden(client)
     tunnel()
     client.wait_no_openvpn()
-    world.home.wait_for(lambda: world.home.public_address() == network.REAL_ADDRESS, 10, "the address is real again")
+    world.home.wait_for(
+        lambda: world.home.public_address() == network.REAL_ADDRESS, "the real address is used again"
+    )
     assert client.text("Status line") == ui.HIDING + network.REAL_ADDRESS
     assert client.text("State picture") == "IP hidden"
     assert client.alerts() == []
-    world.home.wait_for(lambda: not world.service.lent(), 15, "the lent address is given back")
+    world.wait_nothing_lent()
     client.stop()
     check_not_hidden(client)
     check_session(client)

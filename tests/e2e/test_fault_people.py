@@ -1,11 +1,10 @@
-"""Several people at one machine; homes, names and passwords that are anything but plain."""
-
-import signal
+"""Several users of one machine; unusual home folders, names and passwords."""
 
 import pytest
-from harness import client as ui
-from harness.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
-from harness.verifier import Verifier
+
+from harness.conditions.verifier import Verifier
+from harness.drive import client as ui
+from harness.observe.outcomes import check_given_up, check_hidden, check_not_hidden, check_session
 from world import network
 from world.accounts import ADA, SUE, Account
 from world.service import BERLIN
@@ -18,7 +17,7 @@ def shown(client):
 
 
 def test_two_users_at_once(world, make_client):
-    """Each start and stop ends every tunnel of the machine; nobody crashes, and both can go on in turn."""
+    """Each start and stop ends every tunnel of the machine; no client crashes, both can be used in turn."""
     joe, sue = make_client(world, "joe"), make_client(world, "sue")
     joe.remember_administrator(ADA, location=BERLIN.title)
     sue.remember_administrator(SUE, location=BERLIN.title)
@@ -27,20 +26,20 @@ def test_two_users_at_once(world, make_client):
     check_hidden(joe)
     joes = shown(joe)
 
-    # Sue's start ends Joe's tunnel. His window is not told; hers is right.
+    # Sue's start ends Joe's tunnel. Joe's window does not show that; Sue's is right.
     sue.start()
     sue.wait_ready()
     sue.wait_no_openvpn()
     check_not_hidden(sue)
     assert shown(joe) == joes and joe.alerts() == []
 
-    # Sue's tunnel is the machine's: Joe goes through it as well, whatever his window says.
+    # Sue's tunnel is that of the whole machine: Joe uses it as well, but Joe's window does not show it.
     sue.hide()
     sues = check_hidden(sue)
     assert world.home.public_address("joe") == sues
     assert shown(joe) == joes
 
-    # Joe's stop ends hers.
+    # Joe's stop ends Sue's tunnel.
     joe.stop()
     check_not_hidden(joe)
     assert sue.text("State picture") == "IP hidden" and sue.alerts() == []
@@ -54,12 +53,15 @@ def test_two_users_at_once(world, make_client):
         for name in (ui.PREFERENCES, "Documents/Quorvane/qrvp.ovpn", "Documents/Quorvane/openvpn.log"):
             assert client.file(name).stat().st_uid == uid, name
     assert joe.preferences()["vpnConfigPath"] != sue.preferences()["vpnConfigPath"]
-    assert (joe.preferences()["un"], sue.preferences()["un"]) == (ui.scrambled(ADA.name), ui.scrambled(SUE.name))
+    assert (joe.preferences()["un"], sue.preferences()["un"]) == (
+        ui.scrambled(ADA.name),
+        ui.scrambled(SUE.name),
+    )
 
 
 @pytest.mark.slow
-def test_two_users_run_the_client_each_in_his_own_instance(world, make_client):
-    """The lock is each user's own: a second copy of the same user's is refused, another user's starts."""
+def test_each_user_runs_one_instance(world, make_client):
+    """The lock is per user: a second copy of the same user is refused, one of another user starts."""
     joe, sue = make_client(world, "joe"), make_client(world, "sue")
     joe.remember_administrator(ADA)
     sue.remember_administrator(SUE)
@@ -68,32 +70,33 @@ def test_two_users_run_the_client_each_in_his_own_instance(world, make_client):
     sue.start()
     sue.wait_ready()
     sue.start(key="second")
-    assert sue.wait_alert(10, key="second")["texts"][0] == "Quorvane is already running."
+    assert sue.wait_alert(key="second")["texts"][0] == "Quorvane is already running."
     sue.dismiss_alert(key="second")
     assert sue.wait_exit(key="second") == 0
     assert joe.running() and sue.running()
 
 
-def at(folder):
+def account_with(folder):
     return Account("odd", "Odd Home", "odd-pw", home=folder)
 
 
-@pytest.mark.parametrize("folder", [
-    pytest.param("/home/two  blanks and end ", id="blanks", marks=pytest.mark.slow),
-    pytest.param('/home/"quoted" $HOME `id` \\n *', id="quotes-and-signs"),
-    pytest.param("/home/José Ñandú 家 🙂", id="non-ascii", marks=pytest.mark.slow),
-])
+@pytest.mark.parametrize(
+    "folder",
+    [
+        pytest.param("/home/two  blanks and end ", id="blanks", marks=pytest.mark.slow),
+        pytest.param('/home/"quoted" $HOME `id` \\n *', id="quotes-and-signs"),
+        pytest.param("/home/José Ñandú 家 🙂", id="non-ascii", marks=pytest.mark.slow),
+    ],
+)
 def test_odd_home_folder(make_world, make_client, folder):
-    """A path between single quotes is taken as it is."""
-    world = make_world(people=[at(folder)])
+    """A path in single quotes reaches the shell unchanged."""
+    world = make_world(people=[account_with(folder)])
     client = make_client(world, "odd")
-    client.remember_administrator(ADA, location=BERLIN.title)
-    client.start()
+    client.start_ready(ADA, location=BERLIN.title)
     check_session(client)
     assert client.preferences()["vpnConfigPath"] == f"{folder}/Documents/Quorvane/qrvp.ovpn"
     assert client.file("Documents/Quorvane/openvpn.log").stat().st_size > 0
-    client.signal(signal.SIGTERM)
-    assert client.wait_exit() == 0
+    client.terminate()
 
 
 RAN = "/var/tmp/ran"
@@ -101,7 +104,7 @@ COMMAND = f"x' ; id -u > {RAN} ; '"
 
 
 def check_refused(world, client, path):
-    """The attempt ends in the alert and no line with the path went to root's shell."""
+    """The attempt ends with the message box, and root's shell received no line with the path."""
     client.hide()
     check_given_up(client)
     assert f"not started: there is an apostrophe in {path}" in client.output()
@@ -109,30 +112,37 @@ def check_refused(world, client, path):
     assert not world.home.path(RAN).exists()
 
 
-@pytest.mark.parametrize("folder", [
-    pytest.param("/home/o'brien", id="one", marks=pytest.mark.slow),  # alone, the shell would only complain
-    pytest.param("/home/o'b'rien", id="two", marks=pytest.mark.slow),  # another path would be meant
-    pytest.param(f"/home/{COMMAND}", id="command", marks=pytest.mark.slow),  # and this would be run
-])
+@pytest.mark.parametrize(
+    "folder",
+    [
+        pytest.param(
+            "/home/o'brien", id="one", marks=pytest.mark.slow
+        ),  # alone, the shell would only complain
+        pytest.param("/home/o'b'rien", id="two", marks=pytest.mark.slow),  # another path would be meant
+        pytest.param(f"/home/{COMMAND}", id="command", marks=pytest.mark.slow),  # and this would be run
+    ],
+)
 def test_apostrophe_in_the_home_folder(make_world, make_client, folder):
-    """The shell would end the quotes there: the attempt fails instead, and nothing of the path runs."""
-    world = make_world(people=[at(folder)])
+    """The apostrophe would end the shell's quotes: the attempt fails instead, and nothing is run."""
+    world = make_world(people=[account_with(folder)])
     client = make_client(world, "odd")
     client.remember_administrator(ADA, location=BERLIN.title)
     client.start()
     check_refused(world, client, f"{folder}/Documents/Quorvane/")
-    assert client.file("Documents/Quorvane/qrvp.ovpn").exists(), "all but the launch went its way"
+    assert client.file(
+        "Documents/Quorvane/qrvp.ovpn"
+    ).exists(), "everything before the start of OpenVPN was done"
     check_refused(world, client, f"{folder}/Documents/Quorvane/")
 
 
 def test_apostrophe_in_the_name_of_a_chosen_configuration(world, client):
-    """A file that somebody sent, under a name that is a command: it does not run, and other files do."""
+    """A file whose name contains a command: the command is not run, and other configurations work."""
     path = f"{client.folder}/{COMMAND}.ovpn"
     world.home.write(path, "client\n", owner="joe")
     client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path)
     client.start()
     check_refused(world, client, path)
-    client.ask("choose", key="first", query=ui.label("Location choice"), entry="Japan Tokyo", timeout=10)
+    client.request("choose", key="first", query=ui.label("Location choice"), entry="Japan Tokyo")
     check_hidden(client)
     client.stop()
     check_session(client)
@@ -148,8 +158,8 @@ ODD_TEXTS = [
 
 @pytest.mark.parametrize("text", ODD_TEXTS)
 def test_odd_name_and_password_of_the_administrator(make_world, make_client, text):
-    """Typed into the dialog, stored, and given to sudo as they are; also by the next run."""
-    # A colon ends the field of the account's file, and a comma the name within it.
+    """They are typed into the dialog, stored and passed to sudo unchanged; also by the next run."""
+    # A colon ends a field of /etc/passwd, and a comma ends the name in its field.
     boss = Account("boss", text.replace(":", "").replace(",", ""), text, administrator=True)
     world = make_world(people=[boss])
     client = make_client(world)
@@ -159,8 +169,7 @@ def test_odd_name_and_password_of_the_administrator(make_world, make_client, tex
     check_hidden(client)
     assert client.stored_pair() == (boss.full_name, boss.password)
     assert boss.password not in client.output()
-    client.signal(signal.SIGTERM)
-    assert client.wait_exit() == 0
+    client.terminate()
     client.start(key="next")
     check_session(client, key="next")
 
@@ -173,14 +182,17 @@ def test_odd_vpn_pair(world, client, text):
     path = f"{client.folder}/Documents/Quorvane/own.ovpn"
     world.home.write(path, verifier.configuration(), owner="joe", mode=0o600)
     user, password = "u" + text.strip(), text
-    client.remember_administrator(ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path, vpnUsername=user,
-                                  vpnPassword=password)
-    client.start()
+    client.start_ready(
+        ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path, vpnUsername=user, vpnPassword=password
+    )
     client.hide()
     try:
         assert verifier.wait_pair() == (user, password)
-        assert client.file("Documents/Quorvane/.vpnCreds.txt").read_text(encoding="utf-8") == f"{user}\n{password}"
-        client.wait_alert(ui.FAILURE)
+        assert (
+            client.file("Documents/Quorvane/.vpnCreds.txt").read_text(encoding="utf-8")
+            == f"{user}\n{password}"
+        )
+        client.wait_alert()
         assert "AUTH_FAILED" in client.openvpn_log()
         client.dismiss_alert()
         check_not_hidden(client)

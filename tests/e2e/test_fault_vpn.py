@@ -1,6 +1,6 @@
-"""What can go wrong on the way to the VPN servers, and with them; the resolver and the route home.
+"""Faults of the VPN servers and on the way to them, of the resolver and of the home's route.
 
-Every row shows what the user sees and what is left, and goes on to a session that works.
+Every test checks what the user sees and what remains, and goes on to a session that works.
 """
 
 import contextlib
@@ -11,10 +11,12 @@ import time
 from pathlib import Path
 
 import pytest
-from harness import client as ui
-from harness import figures, outcomes
-from harness.listener import Datagrams, Listener
-from harness.tray import TrayIcon
+
+from harness.conditions.listener import Datagrams, Listener
+from harness.drive import client as ui
+from harness.drive.tray import TrayIcon
+from harness.home.deadlines import EVENTUALLY
+from harness.observe import figures, outcomes
 from world import machine, network, pki, service
 from world.accounts import ADA
 from world.service import BERLIN
@@ -23,12 +25,10 @@ PROTOCOLS = {"udp": service.UDP_PORT, "tcp": service.TCP_PORT}
 SLOW_TCP = ["udp", pytest.param("tcp", marks=pytest.mark.slow)]
 SLOW_UDP = ["tcp", pytest.param("udp", marks=pytest.mark.slow)]
 FAKE_PORT, NAME_PORT = 4443, 5353
-# OpenVPN gives up after 5 s without an answer and writes it down; the alert follows some seconds later.
-GIVEN_UP = 75
 
 
 def to_servers(protocol):
-    """Packets on their way to the VPN server, in nft's language."""
+    """Packets to the VPN server, in nft's language."""
     return f"ip daddr {network.LENT_POOL} {protocol} dport {PROTOCOLS[protocol]}"
 
 
@@ -37,35 +37,34 @@ def from_servers(protocol):
 
 
 def start(client, protocol="udp"):
-    """The client with Berlin and the protocol chosen, ready; how the home looks then.
+    """The client is ready, with Berlin and the protocol chosen; returns the state of the home.
 
-    A list that was got again forgets what was chosen, by design: then the client is started anew. At random each
-    session would use up a place, and with all of them used a search waits instead of ending.
+    By design a list that is fetched again resets the chosen location; the client is started again then. With
+    a random location each session would use up a location, and with all of them used an attempt waits instead
+    of ending.
     """
     if client.home.processes("quorvane"):
         client.wait_ready()
         if client.button_state(ui.label("Location choice"))["name"] != BERLIN.title:
             client.end()
     if not client.home.processes("quorvane"):
-        client.remember_administrator(ADA, location=BERLIN.title)
-        client.start()
-    client.wait_ready()
+        client.start_ready(ADA, location=BERLIN.title)
     client.choose_protocol(protocol.upper())
     return outcomes.HomeState(client.home)
 
 
-def check_tried_once(world, client, before, timeout=GIVEN_UP):
-    """A press that comes to nothing: the alert; one request, no session at the service."""
-    asked, noted = len(world.service.requests_of("VPNC")), outcomes.failures_noted(client)
+def check_tried_once(world, client, before):
+    """A press that fails: the message box, one request, and no session at the service."""
+    asked, logged = len(world.service.requests_of("VPNC")), outcomes.failures_logged(client)
     client.hide()
-    outcomes.check_given_up(client, before, timeout, noted)
+    outcomes.check_given_up(client, before, logged)
     assert len(world.service.requests_of("VPNC")) == asked + 1, "a fixed location is tried once"
     assert world.home.public_address(client.user) == network.REAL_ADDRESS
 
 
 @pytest.fixture(name="logins")
 def fixture_logins(shared):
-    """The number of logins that the VPN servers let in so far."""
+    """The number of logins that the VPN servers have accepted so far."""
     return lambda: shared.world.service.output.read_text(encoding="utf-8").count(": login of ")
 
 
@@ -80,41 +79,45 @@ def test_black_hole(shared, logins, protocol):
 
 @pytest.mark.parametrize("protocol", SLOW_UDP)
 def test_refused(shared, logins, protocol):
-    """An ICMP message for UDP, a reset for TCP: what a server that is not running gives."""
+    """An ICMP message for UDP, a reset for TCP, as without a running server."""
     before, let_in = start(shared, protocol), logins()
     kind = {"udp": "icmp type port-unreachable", "tcp": "tcp reset"}[protocol]
-    chain = f"chain closed {{ type filter hook input priority 0;\n {to_servers(protocol)} reject with {kind}\n }}"
+    chain = (
+        f"chain closed {{ type filter hook input priority 0;\n {to_servers(protocol)} reject with {kind}\n }}"
+    )
     with network.ruled(network.GATEWAY, chain):
         check_tried_once(shared.world, shared, before)
     assert logins() == let_in
     outcomes.check_session(shared, before)
 
 
-def be_silent(_connection, closing):
+def never_answer(_connection, closing):
     closing.wait()
 
 
-def babble(connection, _closing):
+def answer_garbage(connection, _closing):
     while connection.recv(65536):
         connection.sendall(os.urandom(4096))
 
 
 @pytest.mark.slow
-@pytest.mark.parametrize("behave", [be_silent, babble], ids=["is-silent", "talks-garbage"])
+@pytest.mark.parametrize("behave", [never_answer, answer_garbage], ids=["is-silent", "sends-garbage"])
 def test_server_that_accepts_and(shared, behave):
     before = start(shared, "tcp")
-    with Listener(network.GATEWAY, FAKE_PORT, behave) as fake, \
-            network.ruled(network.GATEWAY, network.redirected(to_servers("tcp"), FAKE_PORT)):
+    with Listener(network.GATEWAY, FAKE_PORT, behave) as fake, network.ruled(
+        network.GATEWAY, network.redirected(to_servers("tcp"), FAKE_PORT)
+    ):
         check_tried_once(shared.world, shared, before)
         assert fake.connections > 0
     outcomes.check_session(shared, before)
 
 
 @pytest.mark.slow
-def test_server_that_talks_garbage_udp(shared):
+def test_server_that_sends_garbage_udp(shared):
     before = start(shared, "udp")
-    with Datagrams(network.GATEWAY, FAKE_PORT, lambda datagram: os.urandom(len(datagram))) as fake, \
-            network.ruled(network.GATEWAY, network.redirected(to_servers("udp"), FAKE_PORT)):
+    with Datagrams(
+        network.GATEWAY, FAKE_PORT, lambda datagram: os.urandom(len(datagram))
+    ) as fake, network.ruled(network.GATEWAY, network.redirected(to_servers("udp"), FAKE_PORT)):
         check_tried_once(shared.world, shared, before)
         assert fake.received > 0
     outcomes.check_session(shared, before)
@@ -122,7 +125,7 @@ def test_server_that_talks_garbage_udp(shared):
 
 @pytest.mark.parametrize("protocol", SLOW_TCP)
 def test_server_of_another_authority(shared, logins, protocol):
-    """The server cannot prove to be the service's: nobody logs in to it."""
+    """The server cannot prove to belong to the service: the client does not log in."""
     world = shared.world
     folder = world.folder / f"other-pki-{protocol}"
     other = pki.Authority(folder)
@@ -138,7 +141,7 @@ def test_server_of_another_authority(shared, logins, protocol):
     world.service.stop()
     world.service.start()
     TrayIcon(shared).click("Refresh Locations")
-    world.home.wait_for(lambda: len(world.service.requests_of("MRTSL")) >= 2, ui.ANSWER, "the list is asked for")
+    world.home.wait_for(lambda: len(world.service.requests_of("MRTSL")) >= 2, "the list is requested")
     shared.wait_ready()
     outcomes.check_session(shared, before)
 
@@ -148,18 +151,25 @@ def test_server_of_another_authority(shared, logins, protocol):
 
 def servers(protocol):
     """The service's OpenVPN servers for a protocol."""
-    return [pid for pid, name in machine.processes() if name == "vpnsrv" and
-            f"{protocol}.conf" in Path(f"/proc/{pid}/cmdline").read_text(encoding="utf-8", errors="replace")]
+    return [
+        pid
+        for pid, name in machine.processes()
+        if name == "vpnsrv"
+        and f"{protocol}.conf" in Path(f"/proc/{pid}/cmdline").read_text(encoding="utf-8", errors="replace")
+    ]
 
 
-ENDS = [pytest.param("udp", signal.SIGKILL, id="udp-SIGKILL"), pytest.param("tcp", signal.SIGTERM, id="tcp-SIGTERM"),
-        pytest.param("udp", signal.SIGTERM, id="udp-SIGTERM", marks=pytest.mark.slow),
-        pytest.param("tcp", signal.SIGKILL, id="tcp-SIGKILL", marks=pytest.mark.slow)]
+ENDS = [
+    pytest.param("udp", signal.SIGKILL, id="udp-SIGKILL"),
+    pytest.param("tcp", signal.SIGTERM, id="tcp-SIGTERM"),
+    pytest.param("udp", signal.SIGTERM, id="udp-SIGTERM", marks=pytest.mark.slow),
+    pytest.param("tcp", signal.SIGKILL, id="tcp-SIGKILL", marks=pytest.mark.slow),
+]
 
 
 @pytest.mark.parametrize("protocol, number", ENDS)
 def test_server_ends_in_mid_session(shared, protocol, number):
-    """By design the client does not watch a tunnel that is up: it goes on to say so until the user stops."""
+    """By design the client does not watch a tunnel that is up: it shows hidden until the user stops."""
     world = shared.world
     before = start(shared, protocol)
     shared.hide()
@@ -167,8 +177,10 @@ def test_server_ends_in_mid_session(shared, protocol, number):
     outcomes.check_hidden(shared)
     (server,) = servers(protocol)
     os.kill(server, number)
-    world.home.wait_for(lambda: servers(protocol) not in ([], [server]) and world.service.control("status")["ready"],
-                        30, "the service starts another server by itself")
+    world.home.wait_for(
+        lambda: servers(protocol) not in ([], [server]) and world.service.control("status")["ready"],
+        "the service starts another server by itself",
+    )
     seen = world.home.public_address(shared.user, timeout=3)
     figures.record(f"address seen after the {protocol} server got {signal.Signals(number).name}", seen)
     assert shared.text("Status line").startswith(ui.HIDING)
@@ -182,33 +194,37 @@ def test_server_ends_in_mid_session(shared, protocol, number):
     outcomes.check_session(shared, before)
 
 
-# --- a bad line
+# --- a line that loses packets
 
 
-# Over UDP about one try in seven is a session: an attempt that still waits for its first answer after two seconds
-# is given up. That not one of so many is one has a chance below one in a thousand.
+# Over UDP about one attempt in seven becomes a session: an attempt without a first answer after two seconds
+# is given up. The probability that all of these fail is below one in a thousand.
 TRIES = 60
 
 
 @pytest.mark.slow
 @pytest.mark.parametrize("protocol", PROTOCOLS)
 def test_three_of_ten_packets_are_lost(shared, protocol):
-    """Every try ends, in a session or in the alert; some try is a session."""
+    """Every attempt ends, in a session or with the message box; at least one is a session."""
     world = shared.world
     before = start(shared, protocol)
     lossy = "{} numgen random mod 100 < 30 drop"
-    rules = network.arriving(lossy.format(to_servers(protocol))) + "\n" + \
-        network.leaving(lossy.format(from_servers(protocol)))
+    rules = (
+        network.arriving(lossy.format(to_servers(protocol)))
+        + "\n"
+        + network.leaving(lossy.format(from_servers(protocol)))
+    )
     tries = []
     with network.ruled(network.GATEWAY, rules):
         while "session" not in tries and len(tries) < TRIES:
-            noted = outcomes.failures_noted(shared)
+            logged = outcomes.failures_logged(shared)
             shared.hide()
-            world.home.wait_for(lambda: shared.alerts() or shared.text("State picture") == "IP hidden",
-                                GIVEN_UP + 45, "the try ends")
+            world.home.wait_for(
+                lambda: shared.alerts() or shared.text("State picture") == "IP hidden", "the attempt ends"
+            )
             if shared.alerts():
                 tries.append("alert")
-                outcomes.check_given_up(shared, before, noted=noted)
+                outcomes.check_given_up(shared, before, logged=logged)
             else:
                 tries.append("session")
                 address = world.service.requests_of("VPNC")[-1].parameter("desiredip")
@@ -227,13 +243,13 @@ def dead_resolver():
 
 
 def test_names_cannot_be_resolved_at_the_start(shared):
-    """Nothing answers on the name servers' port: the alert, no request; refreshed, everything works."""
+    """The name servers do not answer: the message box and no request; after a refresh everything works."""
     shared.end()
     asked = len(shared.world.service.requests())
     with dead_resolver():
         shared.remember_administrator(ADA, location=BERLIN.title)
         shared.start()
-        outcomes.take_alert(shared, outcomes.SERVICE_TROUBLE, 40)
+        outcomes.accept_alert(shared, outcomes.NO_SERVICE)
         assert shared.current_address() == "0.0.0.0"
         assert not shared.button_state()["enabled"]
     assert len(shared.world.service.requests()) == asked
@@ -242,40 +258,40 @@ def test_names_cannot_be_resolved_at_the_start(shared):
 
 def check_refreshed(shared):
     TrayIcon(shared).click("Refresh Locations")
-    shared.wait(ui.label("Current IP address"), ui.ANSWER, name=network.REAL_ADDRESS)
+    shared.wait(ui.label("Current IP address"), name=network.REAL_ADDRESS)
     shared.wait_ready()
     outcomes.check_session(shared)
 
 
 @pytest.mark.slow
 def test_names_do_not_exist_at_the_start(shared):
-    """The name server says at once that there is no such name."""
+    """The name server answers at once that the name does not exist."""
     shared.end()
     with unknowing_name_server():
         shared.remember_administrator(ADA, location=BERLIN.title)
         shared.start()
-        outcomes.take_alert(shared, outcomes.SERVICE_TROUBLE, ui.ANSWER)
+        outcomes.accept_alert(shared, outcomes.NO_SERVICE)
         assert shared.current_address() == "0.0.0.0"
     check_refreshed(shared)
 
 
 @pytest.mark.slow
 def test_resolver_dies_right_before_the_press(shared):
-    """The service's name is known from just before, so the session comes up. Nobody can be asked for the address."""
+    """The service's name is still cached, so a session starts; its address cannot be requested."""
     shared.end()
     before = start(shared)
     with dead_resolver():
         shared.hide()
         shared.wait_hidden()
         address = shared.world.service.requests_of("VPNC")[-1].parameter("desiredip")
-        assert shared.current_address() == "", "no address is better than one that nobody told"
+        assert shared.current_address() == "", "an address that was not confirmed is not shown"
         assert address in shared.world.service.lent().values()
         shared.stop()
         outcomes.check_shown_not_hidden(shared)
     outcomes.check_session(shared, before)
 
 
-# How long Qt keeps a name's address.
+# Seconds for which Qt caches the address of a name.
 NAMES_KEPT = 60
 
 
@@ -284,7 +300,7 @@ def test_names_cannot_be_resolved_at_the_press(shared):
     before = start(shared)
     asked = len(shared.world.service.requests())
     with dead_resolver():
-        time.sleep(NAMES_KEPT + 1)  # nothing tells from outside that the name was forgotten
+        time.sleep(NAMES_KEPT + 1)  # the end of the caching cannot be observed from outside
         shared.hide()
         outcomes.check_given_up(shared, before)
     assert len(shared.world.service.requests()) == asked
@@ -293,7 +309,7 @@ def test_names_cannot_be_resolved_at_the_press(shared):
 
 @pytest.mark.slow
 def test_a_slow_resolver(shared):
-    """Each look-up takes most of what is waited for one: it only takes longer."""
+    """Each look-up lasts almost as long as the client waits for one: everything works, only later."""
     shared.end()
     with slow_name_server(0.5):
         shared.remember_administrator(ADA, location=BERLIN.title)
@@ -304,7 +320,7 @@ def test_a_slow_resolver(shared):
 
 
 def name_server(answer):
-    """Turns what the name servers are asked to a server of the tests' own."""
+    """Redirects queries for the name servers to a server in the test."""
     stack = contextlib.ExitStack()
     stack.enter_context(Datagrams(network.INTERNET, NAME_PORT, answer))
     match = f"ip daddr {{ {', '.join(network.NAME_SERVERS)} }} udp dport 53"
@@ -313,16 +329,16 @@ def name_server(answer):
 
 
 def unknowing_name_server():
-    # The question comes back as an answer: name error.
-    return name_server(lambda question: question[:2] + b"\x81\x83" + question[4:])
+    # The query comes back as an answer: the name does not exist.
+    return name_server(lambda query: query[:2] + b"\x81\x83" + query[4:])
 
 
 def slow_name_server(pause):
-    def answer(question):
+    def answer(query):
         time.sleep(pause)  # the fault itself
         with network.socket_in(network.INTERNET, socket.SOCK_DGRAM) as real:
-            real.settimeout(5)
-            real.sendto(question, (network.NAME_SERVERS[0], 53))
+            real.settimeout(EVENTUALLY)
+            real.sendto(query, (network.NAME_SERVERS[0], 53))
             return real.recv(65536)
 
     return name_server(answer)
@@ -331,36 +347,13 @@ def slow_name_server(pause):
 # --- the way out
 
 
-@contextlib.contextmanager
-def pulled_cable(world):
-    """The home has neither link nor route meanwhile."""
-    world.network.cut_home()
-    yield
-    world.network.reconnect_home()
+LOSSES = ("unplugged_cable", "lost_route")
+SLOW_ROUTE = ["unplugged_cable", pytest.param("lost_route", marks=pytest.mark.slow)]
 
 
-@contextlib.contextmanager
-def lost_route(world):
-    """The link stays, the way out of the house is gone."""
-    world.network.lose_route()
-    yield
-    world.network.find_route()
-
-
-LOSSES = {"pulled_cable": pulled_cable, "lost_route": lost_route}
-
-
-@contextlib.contextmanager
-def noticed(client, loss):
-    """The client says that the network went, and came back."""
-    lost, found = (client.output().count(f"inet {word}") for word in ("NO", "YES"))
-    with loss(client.world):
-        client.home.wait_for(lambda: client.output().count("inet NO") > lost, 10, "the client notices the loss")
-        yield
-    client.home.wait_for(lambda: client.output().count("inet YES") > found, 20, "the client notices the way out")
-
-
-SLOW_ROUTE = ["pulled_cable", pytest.param("lost_route", marks=pytest.mark.slow)]
+def loss_of(world, name):
+    """The context in which the network is lost in the named way."""
+    return getattr(world.network, name)()
 
 
 @pytest.mark.slow
@@ -368,9 +361,9 @@ SLOW_ROUTE = ["pulled_cable", pytest.param("lost_route", marks=pytest.mark.slow)
 def test_the_way_out_is_lost_while_not_hidden(shared, loss):
     before = start(shared)
     asked = len(shared.world.service.requests())
-    with noticed(shared, LOSSES[loss]):
+    with shared.noticed_loss(loss_of(shared.world, loss)):
         shared.press(ui.HIDE)
-        outcomes.take_alert(shared, outcomes.NO_INTERNET, 10)
+        outcomes.accept_alert(shared, outcomes.NO_INTERNET)
         outcomes.check_shown_not_hidden(shared)
     assert len(shared.world.service.requests()) == asked
     outcomes.check_session(shared, before)
@@ -378,15 +371,17 @@ def test_the_way_out_is_lost_while_not_hidden(shared, loss):
 
 @pytest.mark.parametrize("loss", SLOW_ROUTE)
 def test_the_way_out_is_lost_while_searching(shared, loss):
-    """The packets to the VPN server vanish first, so that it happens in the middle of the attempt."""
+    """Packets to the VPN server are dropped first, so that the loss happens in the middle of the attempt."""
     before = start(shared)
     with network.swallowing(to_servers("udp")):
-        noted, launched = outcomes.failures_noted(shared), outcomes.launches(shared)
+        logged, launched = outcomes.failures_logged(shared), outcomes.launches(shared)
         shared.hide()
-        shared.home.wait_for(lambda: outcomes.launches(shared) != launched and "link remote" in shared.openvpn_log(),
-                             ui.SESSION, "OpenVPN asks the server")
-        with noticed(shared, LOSSES[loss]):
-            outcomes.take_not_available(shared, GIVEN_UP, noted)
+        shared.home.wait_for(
+            lambda: outcomes.launches(shared) != launched and "link remote" in shared.openvpn_log(),
+            "OpenVPN tries the server",
+        )
+        with shared.noticed_loss(loss_of(shared.world, loss)):
+            outcomes.accept_not_available(shared, logged)
             outcomes.check_shown_not_hidden(shared)
             shared.wait_no_openvpn()
     before.check()
@@ -395,14 +390,16 @@ def test_the_way_out_is_lost_while_searching(shared, loss):
 
 @pytest.mark.parametrize("loss", SLOW_ROUTE)
 def test_the_way_out_is_lost_while_hidden(shared, loss):
-    """The tunnel's routes stay, so that nothing gets out beside it; the window goes on to say hidden."""
+    """The tunnel's routes remain, so that nothing leaves outside of it; the window still shows hidden."""
     world, before = shared.world, start(shared)
     shared.hide()
     shared.wait_hidden()
     address = outcomes.check_hidden(shared)
-    allowed = {"pulled_cable": (None,), "lost_route": (address,)}[loss]
-    with LOSSES[loss](world):
-        assert world.home.public_address(shared.user, timeout=2) in allowed
+    with loss_of(world, loss):
+        if loss == "unplugged_cable":
+            assert world.home.public_address(shared.user, timeout=2) is None
+        else:
+            assert world.home.public_address(shared.user) == address
         assert shared.text("State picture") == "IP hidden"
     assert world.home.public_address(shared.user, timeout=2) in (None, address)
     assert shared.text("State picture") == "IP hidden" and shared.alerts() == []

@@ -6,49 +6,90 @@ import signal
 import time
 
 import pytest
-from harness import client as ui
-from harness.keyboard import (A, B, CAPS_LOCK, CONTROL, DOWN, F1, F2, FIVE, HOME, NUM_LOCK, ONE, RETURN, SHIFT, SPACE,
-                              SUPER, UP, Keyboard, OtherWindow, active_window)
+
+from harness.drive import client as ui
+from harness.drive.keyboard import (
+    CAPS_LOCK,
+    CONTROL,
+    DOWN,
+    F1,
+    F2,
+    FIVE,
+    HOME,
+    NUM_LOCK,
+    ONE,
+    RETURN,
+    SHIFT,
+    SPACE,
+    SUPER,
+    UP,
+    A,
+    B,
+    Keyboard,
+    OtherWindow,
+    active_window,
+)
+from harness.home.deadlines import EVENTUALLY
 from world import home, network, service
 from world.accounts import ADA
 from world.service import BERLIN
 
 # Preferences hold tags: "Cmd + 1", "Ctrl + F1", "Shift + F1", "Cmd + Up arrow"; 18 is Command with the A key.
-KEYS = {"hideIpHotKey": 2, "changeIpHotKey": 41, "stopHideIpHotKey": 57, "discardIpHotKey": 30,
-        "bringUpWindowHotKey": 18}
+KEYS = {
+    "hideIpHotKey": 2,
+    "changeIpHotKey": 41,
+    "stopHideIpHotKey": 57,
+    "discardIpHotKey": 30,
+    "bringUpWindowHotKey": 18,
+}
 HIDE, CHANGE, STOP, DISCARD, BRING_UP = (SUPER, ONE), (CONTROL, F1), (SHIFT, F1), (SUPER, UP), (SUPER, A)
 SETTINGS = "Quorvane Settings"
-MAIN = re.escape(ui.MAIN)  # xdotool looks for patterns
+MAIN = re.escape(ui.MAIN)  # xdotool expects a pattern
 ENTRIES = ["None", *(f"Cmd + {digit}" for digit in range(10))]  # how the pane's lists begin
-LOCK_STATES = {"no lock": ((), 0), "Num Lock": ((NUM_LOCK,), 16), "Caps Lock": ((CAPS_LOCK,), 2),
-               "both": ((NUM_LOCK, CAPS_LOCK), 18)}
+LOCK_STATES = {
+    "no lock": ((), 0),
+    "Num Lock": ((NUM_LOCK,), 16),
+    "Caps Lock": ((CAPS_LOCK,), 2),
+    "both": ((NUM_LOCK, CAPS_LOCK), 18),
+}
 
 
-class Desk:
-    """A client with hot keys that is ready, another window in front of it, and a keyboard."""
+class HotKeys:
+    """A started client with hot keys, a window of another program that has the focus, and a keyboard."""
 
     def __init__(self, world, client, **keys):
         self.world, self.client = world, client
         self.keyboard = Keyboard(client.display)
-        client.remember_administrator(ADA, location=BERLIN.title, **keys)
-        client.start()
-        client.wait_ready()
+        client.start_ready(ADA, location=BERLIN.title, **keys)
         self.other = OtherWindow(client.display)
+        self.settle()
+
+    def settle(self):
+        """Waits until client and window manager have handled the current keyboard.
+
+        The X server announces a keyboard when its first key is pressed and when its layout changes. Programs
+        then register their combinations again, and a press in between is lost.
+        """
+        before = len(self.other.presses())
+        self.other.focus()
+        self.keyboard.strike(SPACE)
+        self.world.home.wait_for(lambda: len(self.other.presses()) > before, "a key reaches the other window")
+        self.client.request("round_trips", key="first", count=20)
 
     def press(self, keys):
-        """Strikes a combination while the other window has the focus."""
+        """Presses a combination while the other window has the focus."""
         self.other.focus()
         self.keyboard.strike(*keys)
 
-    def asked(self):
+    def requested(self):
         return [request.parameter("desiredip") for request in self.world.service.requests_of("VPNC")]
 
     def wait_lent(self, number):
-        """Waits until the service has lent the address of the client's last request, the number-th of all."""
-        self.world.home.wait_for(lambda: len(self.asked()) >= number, ui.ANSWER, f"request {number}")
+        """Waits until the address of request `number`, the last one, is lent; returns it."""
+        self.world.home.wait_for(lambda: len(self.requested()) >= number, f"request {number}")
         self.client.wait_hidden()
-        assert len(self.asked()) == number
-        address = self.asked()[-1]
+        assert len(self.requested()) == number
+        address = self.requested()[-1]
         assert list(self.world.service.lent().values()) == [address]
         assert self.world.home.public_address() == address
         return address
@@ -56,160 +97,193 @@ class Desk:
     def wait_returned(self):
         self.client.wait_not_hidden()
         self.client.wait_no_openvpn()
-        self.world.home.wait_for(lambda: self.world.service.lent() == {}, 10, "the lent address given back")
+        self.world.home.wait_for(lambda: self.world.service.lent() == {}, "no address is lent any more")
         assert self.world.home.public_address() == network.REAL_ADDRESS
 
 
 @pytest.mark.parametrize("locks", LOCK_STATES)
 def test_every_action(world, client, locks):
-    desk = Desk(world, client, **KEYS)
+    hot_keys = HotKeys(world, client, **KEYS)
     lock_keys, state = LOCK_STATES[locks]
     for key in lock_keys:
-        desk.keyboard.strike(key)
-    desk.press((B,))
-    world.home.wait_for(lambda: (B, state) in desk.other.presses(), 10, "a key in the other window")
+        hot_keys.keyboard.strike(key)
+    hot_keys.press((B,))
+    world.home.wait_for(lambda: (B, state) in hot_keys.other.presses(), "a key reaches the other window")
 
-    desk.press(HIDE)
-    assert desk.wait_lent(1) in BERLIN.addresses
-    desk.press(CHANGE)
-    place = service.location_of(desk.wait_lent(2))
-    desk.press(DISCARD)
-    address = desk.wait_lent(3)
+    hot_keys.press(HIDE)
+    assert hot_keys.wait_lent(1) in BERLIN.addresses
+    hot_keys.press(CHANGE)
+    place = service.location_of(hot_keys.wait_lent(2))
+    hot_keys.press(DISCARD)
+    address = hot_keys.wait_lent(3)
     discarded = client.preferences()["discardedIPs"]
     assert discarded in place.addresses and address != discarded
-    desk.press(STOP)
-    desk.wait_returned()
+    hot_keys.press(STOP)
+    hot_keys.wait_returned()
 
-    client.display.run("xdotool", "search", "--onlyvisible", "--name", MAIN, "windowminimize", timeout=20)
-    world.home.wait_for(lambda: not client.display.on_screen(MAIN), 10, "the minimised window")
-    desk.press(BRING_UP)
-    world.home.wait_for(lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front")
+    client.display.run("xdotool", "search", "--onlyvisible", "--name", MAIN, "windowminimize")
+    world.home.wait_for(lambda: not client.display.on_screen(MAIN), "the window is minimised")
+    hot_keys.press(BRING_UP)
+    world.home.wait_for(
+        lambda: active_window(client.display).startswith(ui.MAIN), "the main window has the focus"
+    )
     assert client.display.on_screen(MAIN)
 
-    assert len(desk.asked()) == 3
-    reached = {key for key, _state in desk.other.presses()}
+    assert len(hot_keys.requested()) == 3
+    reached = {key for key, _state in hot_keys.other.presses()}
     assert not reached & {ONE, F1, UP, A}, "the combinations do not reach the other window"
 
 
 def test_held_key_acts_once(world, client):
-    """Each press of this action asks for another address, so repeats would show."""
-    desk = Desk(world, client, **KEYS)
-    desk.keyboard.hold(2, B)
-    world.home.wait_for(lambda: len(desk.other.presses()) >= 10, 10, "the server repeating a key that is held")
-    desk.press(HIDE)
-    desk.wait_lent(1)
-    desk.other.focus()
-    desk.keyboard.hold(2, *CHANGE)
-    desk.wait_lent(2)
-    desk.press(STOP)
-    desk.wait_returned()
-    assert len(desk.asked()) == 2
+    """Each press of this action requests another address, so repeated presses would be seen."""
+    hot_keys = HotKeys(world, client, **KEYS)
+    hot_keys.keyboard.hold(2, B)
+    world.home.wait_for(
+        lambda: len(hot_keys.other.presses()) >= 10, "the X server repeats a key that is held"
+    )
+    hot_keys.press(HIDE)
+    hot_keys.wait_lent(1)
+    hot_keys.other.focus()
+    hot_keys.keyboard.hold(2, *CHANGE)
+    hot_keys.wait_lent(2)
+    hot_keys.press(STOP)
+    hot_keys.wait_returned()
+    assert len(hot_keys.requested()) == 2
 
 
 def test_layout_changes_nothing(world, client):
-    desk = Desk(world, client, **KEYS)
+    """Combinations are positions on the keyboard."""
+    hot_keys = HotKeys(world, client, **KEYS)
     for number, layout in enumerate(("fr", "ru"), start=1):
-        desk.keyboard.set_layout(layout)
-        desk.press(HIDE)
-        desk.wait_lent(number)
-        desk.press(STOP)
-        desk.wait_returned()
-    desk.press(BRING_UP)
-    world.home.wait_for(lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front")
+        hot_keys.keyboard.set_layout(layout)
+        hot_keys.settle()
+        hot_keys.press(HIDE)
+        hot_keys.wait_lent(number)
+        hot_keys.press(STOP)
+        hot_keys.wait_returned()
+    hot_keys.press(BRING_UP)
+    world.home.wait_for(
+        lambda: active_window(client.display).startswith(ui.MAIN), "the main window has the focus"
+    )
 
 
 def open_hot_keys(client):
     client.press(ui.button("Settings", ui.MAIN))
-    client.wait({"window": SETTINGS, "role": "push button", "name": "Apply"}, 10, showing=True)
+    client.wait({"window": SETTINGS, "role": "push button", "name": "Apply"}, showing=True)
     client.press({"window": SETTINGS, "name": "Hot Keys"})
-    client.wait({"window": SETTINGS, "role": "combo box"}, 10, showing=True)
+    client.wait({"window": SETTINGS, "role": "combo box"}, showing=True)
 
 
-def choose_first(desk, entry):
-    """Chooses a combination for the first action of the pane, hide IP, and applies it. By keys: the list scrolls."""
-    pop_up = {"window": SETTINGS, "role": "combo box"}
-    desk.client.display.press_keys(SETTINGS, "alt+h")
-    desk.keyboard.strike(SPACE)
-    desk.client.wait({**pop_up, "role": "list"}, 10, showing=True)
-    desk.keyboard.strike(HOME)
-    for _ in range(ENTRIES.index(entry)):
-        desk.keyboard.strike(DOWN)
-    desk.keyboard.strike(RETURN)
-    desk.client.wait(pop_up, 10, name=entry)
-    desk.client.press(ui.button("Apply", SETTINGS))
+def choose_first(hot_keys, entry):
+    """Chooses a combination for the first action of the pane, hide IP, and applies it.
 
-
-def press_for_desktop(desk, keys, wanted):
-    """Presses until the window manager has gone to that desktop, which it does each time.
-
-    A first press was seen to be lost: probably it takes its combinations anew when a keyboard's first key tells of it.
+    With the keyboard, because the list scrolls.
     """
-    until = time.monotonic() + 20
-    while desk.client.display.run("xdotool", "get_desktop", timeout=20).stdout.strip() != wanted:
-        assert time.monotonic() < until, f"the window manager's desktop {wanted}"
-        desk.keyboard.strike(*keys)
-        time.sleep(0.2)
+    pop_up = {"window": SETTINGS, "role": "combo box"}
+    hot_keys.client.display.press_keys(SETTINGS, "alt+h")
+    hot_keys.keyboard.strike(SPACE)
+    hot_keys.client.wait({**pop_up, "role": "list"}, showing=True)
+    hot_keys.keyboard.strike(HOME)
+    for _ in range(ENTRIES.index(entry)):
+        hot_keys.keyboard.strike(DOWN)
+    hot_keys.keyboard.strike(RETURN)
+    hot_keys.client.wait(pop_up, name=entry)
+    hot_keys.client.press(ui.button("Apply", SETTINGS))
+
+
+def press_for_desktop(hot_keys, keys, wanted):
+    """Presses a combination of the window manager until it shows that desktop, which each press leads to.
+
+    A single press can be lost while the window manager registers its combinations again.
+    """
+    end = time.monotonic() + EVENTUALLY
+    while hot_keys.client.display.run("xdotool", "get_desktop").stdout.strip() != wanted:
+        assert time.monotonic() < end, f"the window manager does not show desktop {wanted}"
+        hot_keys.keyboard.strike(*keys)
+        time.sleep(0.2)  # the time of the window manager to change the desktop before the next press
 
 
 def test_combination_of_another_program(world, client):
-    """The window manager holds Super+F1: it keeps it, the pane says so, and the other combinations act."""
-    desk = Desk(world, client, **{**KEYS, "hideIpHotKey": 11})
-    desktops = client.display.run("xdotool", "get_num_desktops", timeout=20).stdout.strip()
+    """The window manager keeps its combination, the pane reports that, other combinations work."""
+    hot_keys = HotKeys(world, client, **{**KEYS, "hideIpHotKey": 11})
+    desktops = client.display.run("xdotool", "get_num_desktops").stdout.strip()
     assert desktops == "4", "this window manager has four desktops"
-    desk.other.focus()
-    press_for_desktop(desk, (SUPER, F2), "1")
-    press_for_desktop(desk, (SUPER, F1), "0")
-    desk.press(BRING_UP)
-    world.home.wait_for(lambda: active_window(client.display).startswith(ui.MAIN), 10, "the main window in front")
-    assert desk.asked() == []
+    hot_keys.other.focus()
+    press_for_desktop(hot_keys, (SUPER, F2), "1")
+    press_for_desktop(hot_keys, (SUPER, F1), "0")
+    hot_keys.press(BRING_UP)
+    world.home.wait_for(
+        lambda: active_window(client.display).startswith(ui.MAIN), "the main window has the focus"
+    )
+    assert hot_keys.requested() == []
     open_hot_keys(client)
-    assert client.ask("read", key="first", query={"window": SETTINGS, "description": "Hide IP, problem"})["name"] == \
-        "Another program uses this combination."
-    assert client.preferences()["hideIpHotKey"] == 11, "the stored choice stays"
+    assert (
+        client.request("read", key="first", query={"window": SETTINGS, "description": "Hide IP, problem"})[
+            "name"
+        ]
+        == "Another program uses this combination."
+    )
+    assert client.preferences()["hideIpHotKey"] == 11, "the stored choice is unchanged"
 
 
 def test_old_combination_acts_until_the_end(world, client):
-    desk = Desk(world, client, **KEYS)
+    hot_keys = HotKeys(world, client, **KEYS)
     open_hot_keys(client)
-    choose_first(desk, "Cmd + 5")
-    world.home.wait_for(lambda: client.preferences()["hideIpHotKey"] == 6, 10, "the stored choice")
+    choose_first(hot_keys, "Cmd + 5")
+    world.home.wait_for(lambda: client.preferences()["hideIpHotKey"] == 6, "the choice is stored")
     for number, keys in enumerate(((SUPER, FIVE), HIDE), start=1):
-        desk.press(keys)
-        desk.wait_lent(number)
-        desk.press(STOP)
-        desk.wait_returned()
+        hot_keys.press(keys)
+        hot_keys.wait_lent(number)
+        hot_keys.press(STOP)
+        hot_keys.wait_returned()
 
-    choose_first(desk, "None")
-    world.home.wait_for(lambda: client.preferences()["hideIpHotKey"] == -1, 10, "the stored choice")
-    desk.press((SUPER, FIVE))
-    world.home.wait_for(lambda: FIVE in [key for key, _state in desk.other.presses()], 10,
-                        "the released combination in the other window")
-    assert len(desk.asked()) == 2
-    desk.press(HIDE)
-    desk.wait_lent(3)
+    choose_first(hot_keys, "None")
+    world.home.wait_for(lambda: client.preferences()["hideIpHotKey"] == -1, "the choice is stored")
+    hot_keys.press((SUPER, FIVE))
+    world.home.wait_for(
+        lambda: FIVE in [key for key, _state in hot_keys.other.presses()],
+        "the released combination reaches the other window",
+    )
+    assert len(hot_keys.requested()) == 2
+    hot_keys.press(HIDE)
+    hot_keys.wait_lent(3)
 
 
 def test_wayland_session_uses_the_portal(world, client):
     log = f"{client.folder}/portal.log"
-    portal = f"{home.HARNESS}/stand-ins/portal.py"
-    client.ask("start", key="portal", arguments=["/usr/bin/python3", portal, log], environment={},
-               output=f"{client.folder}/portal.out")
-    world.home.wait_for(lambda: world.home.path(log).exists(), 10, "the portal")
+    portal = f"{home.HARNESS}/fakes/portal.py"
+    client.request(
+        "start",
+        key="portal",
+        arguments=["/usr/bin/python3", portal, log],
+        environment={},
+        output=f"{client.folder}/portal.out",
+    )
+    world.home.wait_for(lambda: world.home.path(log).exists(), "the portal has started")
     client.remember_administrator(ADA, location=BERLIN.title, **KEYS)
     client.start(environment={"XDG_SESSION_TYPE": "wayland"})
     client.wait_ready()
-    world.home.wait_for(lambda: world.home.path(log).read_text(encoding="utf-8"), 10, "the list of shortcuts")
+    world.home.wait_for(
+        lambda: world.home.path(log).read_text(encoding="utf-8"),
+        "the portal has received a list of shortcuts",
+    )
     lines = world.home.path(log).read_text(encoding="utf-8").splitlines()
     assert len(lines) == 1, "one list for all five"
     assert {(shortcut["description"], shortcut["trigger"]) for shortcut in json.loads(lines[0])} == {
-        ("Hide IP", "LOGO+1"), ("Change IP", "CTRL+F1"), ("Stop hiding IP", "SHIFT+F1"), ("Discard IP", "LOGO+Up"),
-        ("Bring up window", "LOGO+a")}
+        ("Hide IP", "LOGO+1"),
+        ("Change IP", "CTRL+F1"),
+        ("Stop hiding IP", "SHIFT+F1"),
+        ("Discard IP", "LOGO+Up"),
+        ("Bring up window", "LOGO+a"),
+    }
 
     other = OtherWindow(client.display)
     other.focus()
     Keyboard(client.display).strike(*HIDE)
-    world.home.wait_for(lambda: ONE in [key for key, _state in other.presses()], 10, "the keys of another program")
-    assert world.service.requests_of("VPNC") == [], "no key is grabbed from X here"
+    world.home.wait_for(
+        lambda: ONE in [key for key, _state in other.presses()], "a key reaches the other window"
+    )
+    assert world.service.requests_of("VPNC") == [], "the client registers no key at the X server"
     client.signal(signal.SIGUSR1, key="portal")
     client.wait_hidden()
     asked = world.service.requests_of("VPNC")

@@ -1,4 +1,4 @@
-"""The comparison of the machine before and after: it must see what it is there to see."""
+"""The comparison of the machine before and after: it must report every kind of change."""
 
 import os
 import signal
@@ -7,20 +7,22 @@ import time
 from pathlib import Path
 
 import pytest
+
+from harness.home.deadlines import EVENTUALLY, POLL
 from world import enter, machine, network
 
-NOWHERE = 0  # no PID namespace has this inode
+NO_NAMESPACE = 0  # no PID namespace has this inode
 
 
 def differences_after(change):
     before = machine.Snapshot()
     change()
-    return [line.split(":")[0] for line in before.differences(machine.Snapshot(), NOWHERE)]
+    return [line.split(":")[0] for line in before.differences(machine.Snapshot(), NO_NAMESPACE)]
 
 
 @pytest.fixture
 def own_etc():
-    """A writable copy of /etc for as long as the test runs; the test runs in namespaces of its own already."""
+    """A writable copy of /etc during the test, in the mount namespace in which the test runs."""
     folder = enter.BASE / "etc"
     subprocess.run(["cp", "-a", "/etc", str(folder)], check=True)
     subprocess.run(["mount", "--bind", str(folder), "/etc"], check=True)
@@ -47,7 +49,9 @@ def test_links_and_routes():
 
 def test_firewall():
     try:
-        assert differences_after(lambda: network.run("nft", "add", "table", "ip", "seen")) == ["firewall changed"]
+        assert differences_after(lambda: network.run("nft", "add", "table", "ip", "seen")) == [
+            "firewall changed"
+        ]
     finally:
         network.run("nft", "delete", "table", "ip", "seen")
 
@@ -59,9 +63,17 @@ def test_named_namespaces():
         network.run("ip", "netns", "delete", "seen")
 
 
-@pytest.mark.parametrize("file, aspect", [("/etc/passwd", "users"), ("/etc/shadow", "users"),
-                                          ("/etc/resolv.conf", "resolver"), ("/etc/hosts", "resolver")])
-def test_files(own_etc, file, aspect):  # pylint: disable=unused-argument
+@pytest.mark.parametrize(
+    "file, aspect",
+    [
+        ("/etc/passwd", "users"),
+        ("/etc/shadow", "users"),
+        ("/etc/resolv.conf", "resolver"),
+        ("/etc/hosts", "resolver"),
+    ],
+)
+@pytest.mark.usefixtures("own_etc")
+def test_files(file, aspect):
     def change():
         with open(file, "a", encoding="utf-8") as opened:
             opened.write("# seen\n")
@@ -69,7 +81,8 @@ def test_files(own_etc, file, aspect):  # pylint: disable=unused-argument
     assert differences_after(change) == [f"{aspect} changed"]
 
 
-def test_file_mode(own_etc):  # pylint: disable=unused-argument
+@pytest.mark.usefixtures("own_etc")
+def test_file_mode():
     assert differences_after(lambda: os.chmod("/etc/shadow", 0o604)) == ["users changed"]
 
 
@@ -78,9 +91,9 @@ def test_killed_openvpn():
     program.write_bytes(Path("/usr/bin/sleep").read_bytes())
     program.chmod(0o755)
     with subprocess.Popen([program, "100"]) as process:
-        end = time.monotonic() + 5
+        end = time.monotonic() + EVENTUALLY
         while ("openvpn" not in dict(machine.processes()).values()) and time.monotonic() < end:
-            time.sleep(0.01)
+            time.sleep(POLL)
 
         def change():
             process.kill()
@@ -91,26 +104,26 @@ def test_killed_openvpn():
 
 @pytest.fixture
 def nested():
-    """A small world in this one, with a process that would run for ever in a namespace below it."""
+    """A test network inside this one, with a process that does not end in a namespace below it."""
     command = ["unshare", "--pid", "--fork", "sleep", "86400"]
     program = str(Path(enter.__file__).resolve())
     with subprocess.Popen([enter.PYTHON, program, "--", *command], stdout=subprocess.DEVNULL) as process:
         try:
-            end = time.monotonic() + 10
+            end = time.monotonic() + EVENTUALLY
             while time.monotonic() < end:
                 namespace = namespace_of_first(process)
                 if namespace is not None and "sleep" in " ".join(machine.left_behind(namespace)):
                     break
-                time.sleep(0.01)
+                time.sleep(POLL)
             else:
-                pytest.fail("the nested world did not come up")
+                pytest.fail("the nested test network was not made")
             yield process, namespace
         finally:
             process.kill()
 
 
 def namespace_of_first(process):
-    """The PID namespace that the nested enter.py made: the one that its unshare gives its children."""
+    """The PID namespace that the nested enter.py made, which is that of its unshare's children."""
     for pid, _name in machine.processes():
         try:
             if machine.parent_of(pid) == process.pid:
@@ -127,11 +140,11 @@ def test_processes_left_behind_are_seen(nested):
 
 
 @pytest.mark.parametrize("number", [signal.SIGKILL, signal.SIGTERM])
-def test_nothing_outlives_the_one_who_entered(nested, number):
+def test_no_process_outlives_enter(nested, number):
     process, namespace = nested
     process.send_signal(number)
-    process.wait(10)
-    end = time.monotonic() + 10
+    process.wait(EVENTUALLY)
+    end = time.monotonic() + EVENTUALLY
     while machine.left_behind(namespace) and time.monotonic() < end:
-        time.sleep(0.01)
+        time.sleep(POLL)
     assert machine.left_behind(namespace) == []

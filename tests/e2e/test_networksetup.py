@@ -1,11 +1,12 @@
-"""Resources/networksetup, in a home of its own for every test."""
+"""Resources/networksetup, in a new home for every test."""
 
 import shutil
 import tempfile
 
 import pytest
-from harness import scripts
-from harness.resolvers import NetworkManager, Resolved
+
+from harness.conditions import scripts
+from harness.conditions.resolvers import NetworkManager, Resolved
 from world import home as homes
 
 TOOL = f"{homes.CONTENTS}/Resources/networksetup"
@@ -19,12 +20,12 @@ def home(make_world):
     shutil.rmtree(folder)
 
 
-def run(home, *arguments, user="root"):  # pylint: disable=redefined-outer-name
+def run(home, *arguments, user="root"):
     done = home.run(TOOL, *arguments, user=user, check=False)
     return done.returncode, done.stdout, done.stderr
 
 
-def resolv_conf(home):  # pylint: disable=redefined-outer-name
+def resolv_conf(home):
     return home.path("/etc/resolv.conf").read_text(encoding="utf-8")
 
 
@@ -39,7 +40,7 @@ def test_file_set(home, service):
     assert resolv_conf(home) == "nameserver 9.9.9.9\nnameserver 2620:fe::fe\noptions timeout:1 attempts:2\n"
     assert home.path("/etc/resolv.conf").stat().st_mode & 0o7777 == 0o644
     assert run(home, "-getdnsservers", "Ethernet", user="joe")[1] == "9.9.9.9\n2620:fe::fe\n"
-    assert not list(home.path("/etc").glob(".resolv.conf*")), "no file is left behind"
+    assert not list(home.path("/etc").glob(".resolv.conf*")), "no temporary file is left"
 
 
 def test_file_empty(home):
@@ -49,7 +50,7 @@ def test_file_empty(home):
 
 
 def test_file_that_can_only_be_written(home):
-    """Containers bind a file over /etc/resolv.conf; it cannot be replaced."""
+    """In containers a file is bound over /etc/resolv.conf: it can be written, but not replaced."""
     home.write("/var/tmp/resolv.conf", "nameserver 1.1.1.1\nsearch lan\n")
     home.run("mount", "--bind", "/var/tmp/resolv.conf", "/etc/resolv.conf")
     assert run(home, "-setdnsservers", "Ethernet", "8.8.8.8")[0] == 0
@@ -58,14 +59,32 @@ def test_file_that_can_only_be_written(home):
 
 def test_file_needs_root(home):
     before = resolv_conf(home)
-    assert run(home, "-setdnsservers", "Ethernet", "8.8.8.8", user="joe") == \
-        (14, "", "** Error: Command requires admin privileges.\n")
+    assert run(home, "-setdnsservers", "Ethernet", "8.8.8.8", user="joe") == (
+        14,
+        "",
+        "** Error: Command requires admin privileges.\n",
+    )
     assert resolv_conf(home) == before
 
 
-@pytest.mark.parametrize("address", ["8.8.8", "8.8.8.256", "8.8.8.8.8", "dns.example", "1::2::3", ":", "", "$(id)",
-                                     "8.8.8.8\nnameserver 6.6.6.6", "8.8.8.8 6.6.6.6", "-1.2.3.4", "8.8.8.8;id"])
-def test_addresses_that_are_none(home, address):
+@pytest.mark.parametrize(
+    "address",
+    [
+        "8.8.8",
+        "8.8.8.256",
+        "8.8.8.8.8",
+        "dns.example",
+        "1::2::3",
+        ":",
+        "",
+        "$(id)",
+        "8.8.8.8\nnameserver 6.6.6.6",
+        "8.8.8.8 6.6.6.6",
+        "-1.2.3.4",
+        "8.8.8.8;id",
+    ],
+)
+def test_invalid_addresses(home, address):
     before = resolv_conf(home)
     status, output, error = run(home, "-setdnsservers", "Ethernet", "8.8.8.8", address)
     assert (status, output) == (5, "") and "is not a valid IP address" in error
@@ -81,20 +100,37 @@ def test_unknown_service(home, service):
     assert resolv_conf(home) == before
 
 
-@pytest.mark.parametrize("arguments", [(), ("-getdnsservers",), ("-getdnsservers", "Ethernet", "x"),
-                                       ("-setdnsservers", "Ethernet"), ("-listallnetworkservices", "x")])
+@pytest.mark.parametrize(
+    "arguments",
+    [
+        (),
+        ("-getdnsservers",),
+        ("-getdnsservers", "Ethernet", "x"),
+        ("-setdnsservers", "Ethernet"),
+        ("-listallnetworkservices", "x"),
+    ],
+)
 def test_other_uses(home, arguments):
     status, output, error = run(home, *arguments)
     assert (status, output) == (2, "") and error.startswith("usage: networksetup")
 
 
-def test_environment_is_not_believed(home):
-    """Neither the search path nor anything else of the caller's environment decides what root runs."""
+def test_environment_is_not_trusted(home):
+    """Neither PATH nor another variable of the caller decides what root runs."""
     home.write("/var/tmp/evil/awk", "#!/bin/sh\ntouch /var/tmp/evil/ran\n", mode=0o755)
     home.write("/var/tmp/evil/start", "touch /var/tmp/evil/ran\n")
-    done = home.run(TOOL, "-getdnsservers", "Ethernet",
-                    environment={"PATH": "/var/tmp/evil:/usr/bin:/bin", "ENV": "/var/tmp/evil/start",
-                                 "BASH_ENV": "/var/tmp/evil/start", "IFS": "8", "NETWORKSETUP_BACKEND": "nm"})
+    done = home.run(
+        TOOL,
+        "-getdnsservers",
+        "Ethernet",
+        environment={
+            "PATH": "/var/tmp/evil:/usr/bin:/bin",
+            "ENV": "/var/tmp/evil/start",
+            "BASH_ENV": "/var/tmp/evil/start",
+            "IFS": "8",
+            "NETWORKSETUP_BACKEND": "nm",
+        },
+    )
     assert done.stdout == "8.8.8.8\n8.8.4.4\n"
     assert not home.path("/var/tmp/evil/ran").exists()
 
@@ -134,7 +170,7 @@ def test_networkmanager_refuses(home):
 
 
 def test_networkmanager_without_profiles(home):
-    """It may run and look after nothing; then the file decides."""
+    """NetworkManager runs without profiles: the file is used."""
     NetworkManager(home)
     assert run(home, "-getdnsservers", "Ethernet")[1] == "8.8.8.8\n8.8.4.4\n"
 
@@ -151,8 +187,8 @@ def test_resolved(home):
     assert run(home, "-getdnsservers", "Ethernet")[1] == "There aren't any DNS Servers set on Ethernet.\n"
 
 
-def test_resolved_that_nobody_asks(home):
-    """A resolv.conf that does not lead to it: the file decides."""
+def test_resolved_that_is_not_used(home):
+    """resolv.conf does not lead to systemd-resolved: the file is used."""
     Resolved(home, "9.9.9.9")
     home.write("/etc/resolv.conf", "nameserver 1.1.1.1\n")
     assert run(home, "-getdnsservers", "Ethernet")[1] == "1.1.1.1\n"

@@ -1,9 +1,10 @@
-"""Ending the client while the IP is hidden takes the tunnel down."""
+"""Ending the client while the IP is hidden ends the tunnel as well."""
 
 import signal
 
 import pytest
-from harness import client as ui
+
+from harness.drive import client as ui
 from world import network
 from world.accounts import ADA
 
@@ -12,7 +13,7 @@ from world.accounts import ADA
 def hidden(world, client):
     client.remember_administrator(ADA, location="Netherlands Amsterdam")
     client.start()
-    # Over TCP the server learns of the end at once, so that its side can be looked at as well.
+    # Over TCP the server notices the end at once, so that its side can be checked as well.
     client.choose_protocol("TCP")
     client.hide()
     client.wait_hidden()
@@ -23,7 +24,7 @@ def hidden(world, client):
 def check_gone(world, client):
     client.wait_no_openvpn()
     assert world.home.public_address() == network.REAL_ADDRESS
-    world.home.wait_for(lambda: not world.service.lent(), 15, "the lent address is given back")
+    world.wait_nothing_lent()
 
 
 def test_the_quit_key(world, hidden):
@@ -32,11 +33,10 @@ def test_the_quit_key(world, hidden):
     check_gone(world, hidden)
 
 
-def test_closing_the_window_is_no_quitting(world, hidden):
-    """The window goes out of the way; the session goes on."""
+def test_closing_the_window_does_not_quit(world, hidden):
+    """The window is hidden; the session goes on."""
     address = hidden.current_address()
-    hidden.display.press_keys("Quorvane", "alt+F4")
-    world.home.wait_for(lambda: not hidden.display.on_screen("Quorvane"), 10, "the window is out of the way")
+    hidden.display.close_window("Quorvane")
     assert hidden.running()
     assert len(hidden.openvpn()) == 1
     assert world.home.public_address() == address
@@ -50,18 +50,17 @@ def test_signals(world, hidden, number):
 
 
 def test_end_of_the_desktop_session(world, hidden):
-    """Logging out tells every process of the user to end, the session bus among them."""
+    """At a logout every process of the user receives SIGTERM, the session bus included."""
     hidden.log_out()
-    world.home.wait_for(lambda: not world.home.processes("quorvane"), 20, "the client has ended")
+    world.home.wait_for(lambda: not world.home.processes("quorvane"), "the client has ended")
     check_gone(world, hidden)
 
 
 def test_preferences_survive(world, hidden):
-    hidden.signal(signal.SIGTERM)
-    hidden.wait_exit()
+    hidden.terminate()
     check_gone(world, hidden)
     stored = hidden.preferences()
     assert stored["countryCode"] == "NL"
     hidden.start(key="again")
-    hidden.wait(ui.HIDE, ui.ANSWER, key="again", showing=True, enabled=True)
-    assert hidden.ask("read", key="again", query=ui.label("Status line"))["name"] == ui.NOT_HIDING
+    hidden.wait_ready(key="again")
+    assert hidden.text("Status line", key="again") == ui.NOT_HIDING

@@ -1,8 +1,8 @@
-"""What the client sends to the service, byte for byte."""
+"""The requests that the client sends to the service, byte for byte."""
 
 import plistlib
 
-from harness import client as ui
+from harness.drive import client as ui
 from world import home, network, service
 from world.accounts import ADA
 
@@ -23,8 +23,9 @@ def test_targets_of_a_session(world, client):
     client.start()
     client.wait_ready()
     requests = world.service.requests()
-    assert [request.target for request in requests] == \
-        [f"/?cmd=MRTSL&ver={version}&device=1&systamp=MacOS,user,mobilebox&uniqueid={device}"]
+    assert [request.target for request in requests] == [
+        f"/?cmd=MRTSL&ver={version}&device=1&systamp=MacOS,user,mobilebox&uniqueid={device}"
+    ]
     assert requests[0].peer == network.REAL_ADDRESS
 
     client.choose_protocol("TCP")
@@ -39,20 +40,16 @@ def test_targets_of_a_session(world, client):
         "/ip",
     ]
     assert requests[1].peer == network.REAL_ADDRESS
-    assert requests[2].peer == address, "the script asks through the tunnel"
+    assert requests[2].peer == address, "the script's request goes through the tunnel"
 
     client.stop()
-    assert len(world.service.requests()) == 3, "stopping asks for nothing"
+    assert len(world.service.requests()) == 3, "stopping sends no request"
 
 
 def test_one_server_list_request_per_run(world, client):
-    client.remember_administrator(ADA)
-    client.start()
-    client.wait_ready()
-    world.network.cut_home()
-    world.home.wait_for(lambda: "inet NO" in client.output(), 10, "the client notices the pulled cable")
-    world.network.reconnect_home()
-    world.home.wait_for(lambda: client.output().count("inet YES") >= 2, 10, "the client notices the cable again")
+    client.start_ready(ADA)
+    with client.noticed_loss(world.network.unplugged_cable()):
+        pass
     client.hide()
     client.wait_hidden()
     assert len(world.service.requests_of("MRTSL")) == 1

@@ -3,16 +3,11 @@
 import plistlib
 
 import pytest
-from harness import client as ui
+
+from harness.drive import client as ui
 from world import network, service
 from world.accounts import ADA, SUE
 from world.service import BERLIN
-
-
-
-def remembered(client, account=ADA, place=BERLIN):
-    """A user who has given an administrator and chosen a location in an earlier run."""
-    client.remember_administrator(account, location=place.title)
 
 
 def check_hidden(world, client, address, place):
@@ -33,29 +28,34 @@ def check_not_hidden(world, client):
     assert client.current_address() == network.REAL_ADDRESS
     assert client.text("State picture") == "IP not hidden"
     assert client.button_state()["name"] == "Quorvane"
-    assert not client.shows("Location label") and not client.shows("Location") and not client.shows("Country flag")
+    assert (
+        not client.shows("Location label")
+        and not client.shows("Location")
+        and not client.shows("Country flag")
+    )
     client.wait_no_openvpn()
     assert world.home.public_address(client.user) == network.REAL_ADDRESS
 
 
 @pytest.mark.parametrize("protocol", ["UDP", "TCP"])
 def test_fixed_location(world, client, protocol):
-    remembered(client)
-    client.start()
+    client.start_ready(ADA, location=BERLIN.title)
     client.choose_protocol(protocol)
     client.hide()
-    client.wait({"description": "State picture"}, 10, name="Searching")
+    client.wait({"description": "State picture"}, name="Searching")
     client.wait_hidden()
 
-    asked = world.service.requests_of("VPNC")
-    assert len(asked) == 1
-    assert asked[0].parameter("proto") == protocol
-    assert asked[0].parameter("desiredip") in BERLIN.addresses
-    check_hidden(world, client, asked[0].parameter("desiredip"), BERLIN)
+    requests = world.service.requests_of("VPNC")
+    assert len(requests) == 1
+    assert requests[0].parameter("proto") == protocol
+    assert requests[0].parameter("desiredip") in BERLIN.addresses
+    check_hidden(world, client, requests[0].parameter("desiredip"), BERLIN)
 
     tunnel = client.openvpn()
     assert len(tunnel) == 1 and tunnel[0].uid == 0, "OpenVPN runs once, as root"
-    server = f"{asked[0].parameter('desiredip')}:{service.UDP_PORT if protocol == 'UDP' else service.TCP_PORT}"
+    server = (
+        f"{requests[0].parameter('desiredip')}:{service.UDP_PORT if protocol == 'UDP' else service.TCP_PORT}"
+    )
     link = {"UDP": "UDPv4", "TCP": "TCPv4_CLIENT"}[protocol]
     assert f"{link} link remote: [AF_INET]{server}\n" in client.openvpn_log()
 
@@ -64,8 +64,8 @@ def test_fixed_location(world, client, protocol):
     assert len(world.service.requests_of("VPNC")) == 1
 
 
-def test_first_run_asks_for_the_administrator_and_starts(world, client):
-    """Nothing is stored: the dialog comes by itself, and after it the first session starts by itself."""
+def test_first_run_requests_the_administrator_and_starts(world, client):
+    """Nothing is stored: the dialog opens by itself, and after it the first session starts by itself."""
     client.start()
     client.wait_dialog()
     assert client.dialog_text("User name") == "Joe Plain"
@@ -74,9 +74,9 @@ def test_first_run_asks_for_the_administrator_and_starts(world, client):
     client.wait_dialog_closed()
     client.wait_hidden()
 
-    asked = world.service.requests_of("VPNC")
-    assert len(asked) == 1, "one attempt, one request"
-    address = asked[0].parameter("desiredip")
+    requests = world.service.requests_of("VPNC")
+    assert len(requests) == 1, "one attempt, one request"
+    address = requests[0].parameter("desiredip")
     check_hidden(world, client, address, service.location_of(address))
     client.stop()
     check_not_hidden(world, client)
@@ -84,8 +84,7 @@ def test_first_run_asks_for_the_administrator_and_starts(world, client):
 
 def test_the_user_is_the_administrator(world, make_client):
     client = make_client(world, SUE.name)
-    remembered(client, SUE)
-    client.start()
+    client.start_ready(SUE, location=BERLIN.title)
     client.hide()
     client.wait_hidden()
     address = world.service.requests_of("VPNC")[0].parameter("desiredip")
@@ -95,44 +94,44 @@ def test_the_user_is_the_administrator(world, make_client):
 
 
 def test_a_second_session_gets_an_address_of_its_own_request(world, client):
-    remembered(client)
-    client.start()
+    client.start_ready(ADA, location=BERLIN.title)
     for count in (1, 2):
         client.hide()
         client.wait_hidden()
-        asked = world.service.requests_of("VPNC")
-        assert len(asked) == count
-        check_hidden(world, client, asked[-1].parameter("desiredip"), BERLIN)
+        requests = world.service.requests_of("VPNC")
+        assert len(requests) == count
+        check_hidden(world, client, requests[-1].parameter("desiredip"), BERLIN)
         client.stop()
         check_not_hidden(world, client)
 
 
 def test_choosing_a_location_starts_a_session_there(world, client):
-    client.remember_administrator(ADA)
-    client.start()
-    client.wait_ready()
-    entries = client.ask("entries", key="first", query=ui.label("Location choice"))
+    client.start_ready(ADA)
+    entries = client.request("entries", key="first", query=ui.label("Location choice"))
     assert entries == ["Random Location", *sorted(place.title for place in service.LOCATIONS)]
     place = next(place for place in service.LOCATIONS if place.city == "Tokyo")
-    client.ask("choose", key="first", query=ui.label("Location choice"), entry=place.title, timeout=10)
+    client.request("choose", key="first", query=ui.label("Location choice"), entry=place.title)
     client.wait_hidden()
-    asked = world.service.requests_of("VPNC")
-    assert len(asked) == 1 and asked[0].parameter("desiredip") in place.addresses
-    check_hidden(world, client, asked[0].parameter("desiredip"), place)
+    requests = world.service.requests_of("VPNC")
+    assert len(requests) == 1 and requests[0].parameter("desiredip") in place.addresses
+    check_hidden(world, client, requests[0].parameter("desiredip"), place)
 
 
 def test_files_of_a_session(world, client):
-    """The session's files are where they belong, and what holds a secret is private."""
-    remembered(client)
-    client.start()
+    """The session's files are in their places, and those that hold a secret are private."""
+    client.start_ready(ADA, location=BERLIN.title)
     client.hide()
     client.wait_hidden()
     folder = "Documents/Quorvane/"
     preferences = client.preferences()
-    assert client.file(folder + "qrvp.log").read_text(encoding="utf-8") == \
-        f"trying to connect {BERLIN.title}\nconnection success {BERLIN.title}\n"
-    assert client.file(folder + ".vpnCreds.txt").read_text(encoding="utf-8") == \
-        f"{preferences['vpnUsername']}\n{preferences['vpnPassword']}"
+    assert (
+        client.file(folder + "qrvp.log").read_text(encoding="utf-8")
+        == f"trying to connect {BERLIN.title}\nconnection success {BERLIN.title}\n"
+    )
+    assert (
+        client.file(folder + ".vpnCreds.txt").read_text(encoding="utf-8")
+        == f"{preferences['vpnUsername']}\n{preferences['vpnPassword']}"
+    )
     assert preferences["vpnConfigPath"] == f"{client.folder}/{folder}qrvp.ovpn"
     assert preferences["countryCode"] == BERLIN.country_code
     address = world.service.requests_of("VPNC")[0].parameter("desiredip")
@@ -144,19 +143,19 @@ def test_files_of_a_session(world, client):
 
 def test_no_secret_on_a_command_line(world, client):
     """While privileged lines run, the administrator's password is on no command line and in no log."""
-    remembered(client)
+    client.remember_administrator(ADA, location=BERLIN.title)
     seen = []
     client.start()
     client.hide()
-    watched = 0
+    checks = 0
 
     def hidden_yet():
-        nonlocal watched
-        watched += 1
+        nonlocal checks
+        checks += 1
         seen.extend(" ".join(process.command) for process in world.home.processes())
         return client.text("Status line").startswith(ui.HIDING)
 
-    world.home.wait_for(hidden_yet, ui.SESSION, "hidden")
-    assert watched > 10 and any("openvpn" in line for line in seen)
+    world.home.wait_for(hidden_yet, "the IP is hidden")
+    assert checks > 10 and any("openvpn" in line for line in seen)
     assert not [line for line in seen if ADA.password in line]
     assert ADA.password not in client.output()

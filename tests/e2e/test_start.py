@@ -3,7 +3,7 @@
 import plistlib
 import threading
 
-from harness import client as ui
+from harness.drive import client as ui
 from world import home, network
 from world.accounts import ADA
 
@@ -16,29 +16,31 @@ def test_second_copy(world, client):
     before = world.service.requests()
 
     client.start(key="second")
-    alert = client.wait_alert(10, key="second")
-    assert alert["texts"] == ["Quorvane is already running.",
-                              "There is already a copy of Quorvane running. This copy cannot be opened until that "
-                              "instance is quit."]
+    alert = client.wait_alert(key="second")
+    assert alert["texts"] == [
+        "Quorvane is already running.",
+        "There is already a copy of Quorvane running. This copy cannot be opened until that "
+        "instance is quit.",
+    ]
     assert alert["buttons"] == ["OK"]
     client.dismiss_alert(key="second")
     assert client.wait_exit(key="second") == 0
 
     assert client.running() and client.text("Status line").startswith(ui.HIDING)
     assert len(client.openvpn()) == 1
-    assert world.service.requests() == before, "the second copy asked for nothing"
+    assert world.service.requests() == before, "the second copy sends no request"
     assert world.home.public_address() != network.REAL_ADDRESS
     assert [process.name for process in world.home.processes("quorvane")] == ["quorvane"]
     assert first["pid"] > 0
 
 
 def test_press_waits_for_the_window_manager(world, client):
-    """The client can be ready before its window is on the screen: a test's click is no quicker than a user's."""
+    """A test clicks on a window only when it is on the screen, although the client can be ready before."""
     client.remember_administrator(ADA, location="Netherlands Amsterdam")
-    client.display.hold_manager()
+    client.display.pause_manager()
     client.start()
     client.wait_ready()
-    later = threading.Timer(1, client.display.let_manager_go_on)
+    later = threading.Timer(1, client.display.continue_manager)
     later.start()
     client.hide()
     later.join()
@@ -55,9 +57,7 @@ def test_version_without_a_display(world):
 
 
 def test_version_beside_a_running_copy(world, client):
-    client.remember_administrator(ADA)
-    client.start()
-    client.wait_ready()
+    client.start_ready(ADA)
     done = world.home.run(ui.PROGRAM, "--version", user="joe")
     assert done.returncode == 0 and client.running()
 
@@ -65,13 +65,13 @@ def test_version_beside_a_running_copy(world, client):
 def test_version_counts_as_first_argument_only(world, client):
     client.remember_administrator(ADA)
     client.start("-hide", "--version")
-    world.home.wait_for(lambda: world.service.requests_of("MRTSL"), ui.ANSWER, "the list was asked for")
+    world.home.wait_for(lambda: world.service.requests_of("MRTSL"), "the list is requested")
     assert client.running()
     assert len(world.service.requests_of("MRTSL")) == 1
 
 
 def test_hidden_flag_at_the_start(world, client):
-    """The preference "hide" starts a session by itself."""
+    """With the preference "hide" a session starts by itself."""
     client.remember_administrator(ADA, location="Netherlands Amsterdam", hide=True)
     client.start()
     client.wait_hidden()
@@ -80,11 +80,14 @@ def test_hidden_flag_at_the_start(world, client):
 
 
 def test_german_user(world, client):
-    """The catalogue of the contents folder is found, and the service still understands the program."""
+    """The translation in the contents folder is used, and the requests to the service do not depend on it."""
     client.remember_administrator(ADA)
     client.start(environment={"LC_ALL": "de_DE.UTF-8"})
-    client.wait(ui.label("Statuszeile"), ui.ANSWER, name="WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!")
-    client.wait({"window": ui.MAIN, "description": "Schaltfläche zum Verbergen"}, ui.ANSWER, enabled=True)
+    client.wait(ui.label("Statuszeile"), name="WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!")
+    client.wait({"window": ui.MAIN, "description": "Schaltfläche zum Verbergen"}, enabled=True)
     client.press({"window": ui.MAIN, "description": "Schaltfläche zum Verbergen"})
-    client.wait(ui.label("Statuszeile"), ui.SESSION, name=f"Ihre echte IP {network.REAL_ADDRESS} ist derzeit verborgen")
+    client.wait(
+        ui.label("Statuszeile"),
+        name=f"Ihre echte IP {network.REAL_ADDRESS} ist derzeit verborgen",
+    )
     assert world.home.public_address() in world.service.lent().values()

@@ -1,1 +1,1 @@
-"""Starts the client in the home of the small world and drives it as a user would."""
+"""What the end-to-end tests are made of: driving the client, creating conditions, observing results."""

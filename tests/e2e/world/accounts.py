@@ -1,15 +1,17 @@
-"""The people who have an account at home."""
+"""The users who have an account in the home."""
 
 from dataclasses import dataclass
 
 
 @dataclass(frozen=True)
 class Account:
+    """One account of the home, as useradd needs it."""
+
     name: str
     full_name: str
     password: str
     administrator: bool = False
-    # The home folder where it is not the usual one below /home.
+    # The home folder, if it is not the usual one below /home.
     home: str = ""
 
     @property

@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""enter.py [--] COMMAND...: runs a command as root in a mount, network, PID, IPC and UTS namespace of its own.
+"""enter.py [--] COMMAND...: runs a command as root in new mount, network, PID, IPC and UTS namespaces.
 
-/run is private there, so that named network namespaces exist inside only. When the command ends everything
-that it started is gone. The machine is looked at before and after: a difference is printed, and the exit
-status is then 70 instead of the command's.
+/run is private there, so that named network namespaces exist inside only. When the command ends, everything
+that it started is ended. The state of the machine before and after is compared: differences are printed, and
+the exit status is 70 then instead of the command's.
 """
 
 import contextlib
@@ -22,14 +22,24 @@ PYTHON = "/usr/bin/python3"
 BASE = Path("/run/quorvane-world")
 MARKER = BASE / "inside"
 CHANGED = 70
+# Seconds that the processes inside have to end by themselves after a signal.
 GRACE = 5
 PR_SET_PDEATHSIG = 1
-PASSED_THROUGH_SUDO = ("DISPLAY", "XAUTHORITY", "QUORVANE_CONTENTS", "QUORVANE_SERVICE", "QUORVANE_E2E_OUT",
-                       "QUORVANE_E2E_ROWS", "QUORVANE_E2E_FIGURES", "QUORVANE_FULL", "PYTHONDONTWRITEBYTECODE")
+PASSED_THROUGH_SUDO = (
+    "DISPLAY",
+    "XAUTHORITY",
+    "QUORVANE_CONTENTS",
+    "QUORVANE_SERVICE",
+    "QUORVANE_E2E_OUT",
+    "QUORVANE_E2E_RESULTS",
+    "QUORVANE_E2E_FIGURES",
+    "QUORVANE_FULL",
+    "PYTHONDONTWRITEBYTECODE",
+)
 
 
 def inside():
-    """True in the small world's outer namespace."""
+    """True in the test network's outer namespace."""
     return MARKER.exists()
 
 
@@ -45,16 +55,16 @@ def _become_root():
 
 
 def _pid_namespace_below(child):
-    """The PID namespace that a process gives its children, held open; None when it ends without one.
+    """An open descriptor of the PID namespace of a process's children; None when it ends without one.
 
-    As long as it is held no other namespace gets its number, not even one of a run beside this one.
+    While it is open no other namespace has its number, not even one of a concurrent run.
     """
     own = os.stat("/proc/self/ns/pid").st_ino
     while child.poll() is None:
         try:
             found = os.open(f"/proc/{child.pid}/ns/pid_for_children", os.O_RDONLY | os.O_CLOEXEC)
         except FileNotFoundError:
-            pass  # made already, but no process lives in it yet
+            pass  # the namespace exists, but no process is in it yet
         else:
             if os.fstat(found).st_ino != own:
                 return found
@@ -64,10 +74,10 @@ def _pid_namespace_below(child):
 
 
 def _end_on_signals(child):
-    """Passes a request to end on to the first process inside; what is not gone after GRACE seconds is killed."""
+    """Forwards signals to end to the first process inside, and kills it after GRACE seconds."""
 
     def end(_number, _frame):
-        # unshare itself does not listen to signals while it waits.
+        # unshare itself ignores signals while it waits.
         for pid, _name in machine.processes():
             if machine.parent_of(pid) == child.pid:
                 with contextlib.suppress(ProcessLookupError):
@@ -80,16 +90,18 @@ def _end_on_signals(child):
 
 
 def run(command):
-    """Runs the command inside; returns its exit status, or CHANGED when the machine is not as before."""
+    """Runs the command inside; returns its exit status, or CHANGED when the machine differs."""
     before = machine.Snapshot()
     unshare = ["unshare", "--mount", "--net", "--pid", "--ipc", "--uts", "--fork", "--kill-child"]
     unshare += ["--propagation", "private", "--", PYTHON, str(Path(__file__).resolve()), "--init", *command]
+    # No other thread is running here, so that a function in the new process is safe.
+    # pylint: disable-next=subprocess-popen-preexec-fn
     with subprocess.Popen(unshare, preexec_fn=_die_with_parent) as child:
         namespace = _pid_namespace_below(child)
         _end_on_signals(child)
         status = child.wait()
     if namespace is None:
-        print("the small world could not be made", file=sys.stderr)
+        print("the test network could not be made", file=sys.stderr)
         return CHANGED
     differences = before.differences(machine.Snapshot(), os.fstat(namespace).st_ino)
     os.close(namespace)
@@ -102,14 +114,14 @@ def run(command):
 
 
 def _init(command):
-    """The first process inside: prepares the mounts, runs the command, reaps whatever is orphaned."""
+    """The first process inside: prepares the mounts, runs the command, reaps orphaned processes."""
     subprocess.run(["mount", "-t", "proc", "proc", "/proc"], check=True)
     subprocess.run(["mount", "-t", "sysfs", "-o", "ro", "sysfs", "/sys"], check=True)
     subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run"], check=True)
     subprocess.run(["ip", "link", "set", "lo", "up"], check=True)
     BASE.mkdir()
     MARKER.touch()
-    # As PID 1 a signal without a handler would be ignored; what reaches us ends the command instead.
+    # The kernel ignores a signal to PID 1 without a handler; these handlers end the command.
     child = os.fork()
     if child == 0:
         os.execvp(command[0], command)
@@ -132,7 +144,7 @@ def main():
         print(__doc__, file=sys.stderr)
         return 2
     _become_root()
-    # A root shell got by plain su keeps the user's path, which lacks the administrator's programs.
+    # A root shell started by plain su keeps the user's PATH, which lacks the administrator's programs.
     os.environ["PATH"] = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"
     return run(arguments)
 

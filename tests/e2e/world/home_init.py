@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""First process of the home: makes its mounts and accounts, then reaps whatever is orphaned there.
+"""First process of the home: makes its mounts and accounts, then reaps orphaned processes.
 
-Started by home.py in new mount, PID, IPC and UTS namespaces with one argument, the file that holds
-the settings as JSON. Writes "ready" when all is made; ends, and with it everything in the home, when its
-standard input is closed.
+Started by home.py in new mount, PID, IPC and UTS namespaces with one argument, the file that holds the
+settings as JSON. Prints "ready" when everything is made. It ends, and with it everything in the home, when
+its standard input is closed.
 """
 
 import json
@@ -36,14 +36,22 @@ def tmpfs(path, mode="755"):
 
 
 def cover_etc(work):
-    """Puts a private, writable copy over /etc; what is changed in it touches nothing of the machine."""
+    """Covers /etc by a private, writable copy, so that changes do not reach the machine."""
     upper, scratch = work / "etc", work / "etc-work"
     upper.mkdir()
     scratch.mkdir()
     try:
-        run("mount", "-t", "overlay", "overlay", "-o", f"lowerdir=/etc,upperdir={upper},workdir={scratch}", "/etc")
+        run(
+            "mount",
+            "-t",
+            "overlay",
+            "overlay",
+            "-o",
+            f"lowerdir=/etc,upperdir={upper},workdir={scratch}",
+            "/etc",
+        )
     except RuntimeError:
-        # An /etc that is an overlay itself cannot always lie below another one.
+        # An /etc that is an overlay itself cannot always be the lower folder of another one.
         shutil.copytree("/etc", upper, symlinks=True, dirs_exist_ok=True)
         run("mount", "--bind", str(upper), "/etc")
 
@@ -55,7 +63,7 @@ def bind_read_only(source, target):
 
 
 def cover_private_folders(settings, work):
-    # What is let through is bound first: its place may lie below a folder that is about to be covered.
+    # The visible folders are bound elsewhere first: they can be below a folder that is about to be covered.
     staged = {}
     for index, (target, source) in enumerate(settings["visible"].items()):
         staged[target] = str(work / f"visible-{index}")
@@ -78,8 +86,12 @@ def cover_private_folders(settings, work):
 
 def fill_etc(settings):
     Path("/etc/resolv.conf").unlink(missing_ok=True)
-    for name, text in {"resolv.conf": settings["resolv_conf"], "hostname": "home\n",
-                       "hosts": "127.0.0.1 localhost home\n", "sudoers": SUDOERS}.items():
+    for name, text in {
+        "resolv.conf": settings["resolv_conf"],
+        "hostname": "home\n",
+        "hosts": "127.0.0.1 localhost home\n",
+        "sudoers": SUDOERS,
+    }.items():
         Path("/etc", name).write_text(text, encoding="utf-8")
         os.chmod(f"/etc/{name}", 0o440 if name == "sudoers" else 0o644)
     shutil.rmtree("/etc/sudoers.d", ignore_errors=True)
@@ -93,11 +105,22 @@ def fill_etc(settings):
 def make_accounts(accounts):
     for account in accounts:
         name = account["name"]
-        # An account of the machine may have the same name; the copy of /etc is ours to change.
+        # The machine can have an account with the same name; it is removed from the copy of /etc only.
         if subprocess.run(["getent", "passwd", name], capture_output=True, check=False).returncode == 0:
             run("userdel", "--force", name)
         groups = ["-G", "sudo"] if account["administrator"] else []
-        run("useradd", "-m", "-s", "/bin/bash", "-d", account["folder"], "-c", account["full_name"], *groups, name)
+        run(
+            "useradd",
+            "-m",
+            "-s",
+            "/bin/bash",
+            "-d",
+            account["folder"],
+            "-c",
+            account["full_name"],
+            *groups,
+            name,
+        )
         os.chmod(account["folder"], 0o700)
     run("chpasswd", "-c", "SHA512", input="".join(f"{one['name']}:{one['password']}\n" for one in accounts))
 

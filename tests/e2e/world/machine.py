@@ -1,4 +1,4 @@
-"""What a run must leave as it was: the machine's users, routes, links, resolver, firewall and processes."""
+"""What a run must not change: the machine's users, routes, links, resolver, firewall and processes."""
 
 import fcntl
 import hashlib
@@ -39,12 +39,14 @@ def _file_state(name):
 
 def _routes():
     families = [_output("ip", family, "route", "show") for family in ("-4", "-6")]
-    # The life time of a route that a router announced runs down by itself.
+    # The remaining life time of a route that a router announced changes by itself.
     return re.sub(r"\s*expires \S+", "", "".join(families)) + _output("ip", "rule", "show")
 
 
 def _links():
-    lines = _output("ip", "-o", "link", "show").splitlines() + _output("ip", "-o", "address", "show").splitlines()
+    lines = (
+        _output("ip", "-o", "link", "show").splitlines() + _output("ip", "-o", "address", "show").splitlines()
+    )
     return "\n".join(re.sub(r"(valid_lft|preferred_lft) \S+", "", line) for line in lines)
 
 
@@ -53,7 +55,9 @@ def processes():
     for entry in Path("/proc").iterdir():
         if entry.name.isdigit():
             try:
-                yield int(entry.name), (entry / "comm").read_text(encoding="utf-8", errors="replace").rstrip("\n")
+                yield int(entry.name), (entry / "comm").read_text(encoding="utf-8", errors="replace").rstrip(
+                    "\n"
+                )
             except OSError:
                 continue
 
@@ -64,7 +68,7 @@ def _status_fields(pid):
 
 
 def parent_of(pid):
-    """The parent of a process, or None when there is no such process any more."""
+    """The parent of a process; None when the process does not exist any more."""
     try:
         return int(_status_fields(pid)[1])
     except OSError:
@@ -72,7 +76,7 @@ def parent_of(pid):
 
 
 def _own_openvpn():
-    """What a kill by name that got out would hit: the OpenVPN processes of the machine's own network."""
+    """The OpenVPN processes in the machine's own network, which a kill by name from inside must not reach."""
     own_network = os.readlink("/proc/self/ns/net")
     found = set()
     for pid, name in processes():
@@ -86,31 +90,31 @@ def _own_openvpn():
 
 
 def _inside_of(pid, namespace):
-    """True when the process lives in the PID namespace (an inode number) or in one below it."""
+    """True when the process is in the PID namespace (an inode number) or in one below it."""
     try:
-        fd = os.open(f"/proc/{pid}/ns/pid", os.O_RDONLY)
+        descriptor = os.open(f"/proc/{pid}/ns/pid", os.O_RDONLY)
     except OSError:
         return False
     while True:
-        if os.fstat(fd).st_ino == namespace:
-            os.close(fd)
+        if os.fstat(descriptor).st_ino == namespace:
+            os.close(descriptor)
             return True
         try:
-            parent = fcntl.ioctl(fd, NS_GET_PARENT)
+            parent = fcntl.ioctl(descriptor, NS_GET_PARENT)
         except OSError:
             return False
         finally:
-            os.close(fd)
-        fd = parent
+            os.close(descriptor)
+        descriptor = parent
 
 
 def left_behind(namespace):
-    """The processes that still live in a PID namespace that should be gone."""
+    """The processes that are still in a PID namespace that should be gone."""
     return [f"{name} ({pid})" for pid, name in processes() if _inside_of(pid, namespace)]
 
 
 class Snapshot:
-    """The state of the machine at one moment. Taken and compared outside of the small world."""
+    """The state of the machine at one moment, recorded outside of the test network."""
 
     def __init__(self):
         self.aspects = {
@@ -124,7 +128,7 @@ class Snapshot:
         self.openvpn = _own_openvpn()
 
     def differences(self, later, namespace):
-        """What is not as before, one plain line each; an empty list when all is."""
+        """One line for each aspect that differs; an empty list when nothing does."""
         lines = []
         for name, before in self.aspects.items():
             if later.aspects[name] != before:
@@ -134,5 +138,5 @@ class Snapshot:
             lines.append(f"OpenVPN processes of the machine are gone: {sorted(gone)}")
         left = left_behind(namespace)
         if left:
-            lines.append(f"processes of the small world are left: {', '.join(left)}")
+            lines.append(f"processes of the test network are left: {', '.join(left)}")
         return lines

@@ -1,4 +1,4 @@
-"""The three network namespaces and what is between them.
+"""The three network namespaces and the links between them.
 
     home 192.168.77.2 --- 192.168.77.1 gw 198.51.100.10 --- 198.51.100.1 inet (192.0.2.10, 8.8.8.8, 8.8.4.4)
 
@@ -15,6 +15,8 @@ import threading
 import time
 from pathlib import Path
 
+from harness.home.deadlines import EVENTUALLY
+
 HOME, GATEWAY, INTERNET = "home", "gw", "inet"
 HOME_ADDRESS = "192.168.77.2"
 ROUTER_ADDRESS = "192.168.77.1"
@@ -24,7 +26,7 @@ LENT_POOL = "203.0.113.0/24"
 API_HOST = "api.quorvane.test"
 WEB_HOST = "www.quorvane.test"
 NAME_SERVERS = ("8.8.8.8", "8.8.4.4")
-# Only in a world with IPv6: the home, its router and a host of the Internet, all reached without translation.
+# Only in a world with IPv6: the home, its router and a host of the Internet, without address translation.
 HOME_ADDRESS_6, ROUTER_ADDRESS_6, INTERNET_ADDRESS_6 = "2001:db8:77::2", "2001:db8:77::1", "2001:db8:2::10"
 
 _NAT = f"""
@@ -38,7 +40,10 @@ table ip home_nat {{
 
 
 def run(*command, check=True, **options):
-    """Runs a command, captured as text; with `check`, a failure raises with what it said."""
+    """Runs a command and captures its output as text.
+
+    With `check`, a failure raises with its error output.
+    """
     done = subprocess.run(command, capture_output=True, text=True, check=False, **options)
     if check and done.returncode != 0:
         raise RuntimeError(f"{' '.join(command)}: exit status {done.returncode}: {done.stderr.strip()}")
@@ -64,13 +69,13 @@ def firewall(namespace):
 
 
 def swallow(match):
-    """Makes the gateway drop, without a word, every packet that arrives and matches (in nft's language)."""
+    """Makes the gateway silently drop every arriving packet that matches (in nft's language)."""
     inside(GATEWAY, "nft", "-f", "-", input=f"table ip hole {{\n{arriving(f'{match} drop')}\n}}\n")
 
 
 @contextlib.contextmanager
 def ruled(namespace, rules, table="fault"):
-    """While the block runs, a namespace has these nft chains, in a table of their own."""
+    """While the block runs, a namespace has these nft chains, in a separate table."""
     inside(namespace, "nft", "-f", "-", input=f"table ip {table} {{\n{rules}\n}}\n")
     try:
         yield
@@ -79,22 +84,22 @@ def ruled(namespace, rules, table="fault"):
 
 
 def arriving(rule):
-    """A chain that does this with what arrives, before anything else is done with it."""
+    """A chain that applies the rule to arriving packets before everything else."""
     return f"chain arriving {{ type filter hook prerouting priority -300;\n {rule}\n }}"
 
 
 def leaving(rule):
-    """A chain that does this with what leaves, whether it was made here or passed on."""
+    """A chain that applies the rule to leaving packets, both own and forwarded ones."""
     return f"chain leaving {{ type filter hook postrouting priority 300;\n {rule}\n }}"
 
 
 def redirected(match, port):
-    """A chain that has matching connections of others answered by a port of this namespace."""
+    """A chain that redirects matching connections from outside to a port of this namespace."""
     return f"chain turned {{ type nat hook prerouting priority -150;\n {match} redirect to :{port}\n }}"
 
 
 def swallowing(match):
-    """While the block runs, the gateway drops every packet that arrives and matches, without a word."""
+    """While the block runs, the gateway silently drops every arriving packet that matches."""
     return ruled(GATEWAY, arriving(f"{match} drop"))
 
 
@@ -102,11 +107,11 @@ _CLONE_NEWNET = 0x40000000
 
 
 def socket_in(namespace, kind=socket.SOCK_STREAM):
-    """A socket of this process that lives in a namespace."""
+    """A socket of this process in another namespace."""
     made = []
 
     def make():
-        # Only the calling thread moves; the socket stays where it was made.
+        # Only the calling thread changes its namespace; a socket stays in the one where it was made.
         library = ctypes.CDLL(None, use_errno=True)
         with open(f"/run/netns/{namespace}", "rb") as file:
             if library.setns(file.fileno(), _CLONE_NEWNET) != 0:
@@ -123,12 +128,12 @@ def socket_in(namespace, kind=socket.SOCK_STREAM):
 
 
 def stop_swallowing():
-    """Takes back what `swallow` did, if anything."""
+    """Removes the rule of `swallow`, if there is one."""
     inside(GATEWAY, "nft", "-f", "-", input="table ip hole\ndelete table ip hole\n")
 
 
 class Network:
-    """The namespaces with their name server. Everything ends with `close`, or with the outer namespace."""
+    """The namespaces with their name server. All of it ends with `close`, or with the outer namespace."""
 
     def __init__(self, folder, *, ipv6=False):
         self.folder = Path(folder)
@@ -147,7 +152,21 @@ class Network:
             raise
 
     def _connect_home(self):
-        run("ip", "link", "add", "eth0", "netns", HOME, "type", "veth", "peer", "name", "lan", "netns", GATEWAY)
+        run(
+            "ip",
+            "link",
+            "add",
+            "eth0",
+            "netns",
+            HOME,
+            "type",
+            "veth",
+            "peer",
+            "name",
+            "lan",
+            "netns",
+            GATEWAY,
+        )
         _address(HOME, "eth0", f"{HOME_ADDRESS}/24")
         _address(GATEWAY, "lan", f"{ROUTER_ADDRESS}/24")
         _up(HOME, "eth0")
@@ -155,7 +174,21 @@ class Network:
         run("ip", "-n", HOME, "route", "add", "default", "via", ROUTER_ADDRESS)
 
     def _connect_internet(self):
-        run("ip", "link", "add", "wan", "netns", GATEWAY, "type", "veth", "peer", "name", "net0", "netns", INTERNET)
+        run(
+            "ip",
+            "link",
+            "add",
+            "wan",
+            "netns",
+            GATEWAY,
+            "type",
+            "veth",
+            "peer",
+            "name",
+            "net0",
+            "netns",
+            INTERNET,
+        )
         _address(GATEWAY, "wan", f"{REAL_ADDRESS}/24")
         _address(INTERNET, "net0", "198.51.100.1/24")
         for address in (SERVICE_ADDRESS, *NAME_SERVERS):
@@ -165,15 +198,25 @@ class Network:
         run("ip", "-n", GATEWAY, "route", "add", "default", "via", "198.51.100.1")
         run("ip", "-n", INTERNET, "route", "add", LENT_POOL, "via", REAL_ADDRESS)
         run("ip", "-n", GATEWAY, "route", "add", "local", LENT_POOL, "dev", "lo")
-        inside(GATEWAY, "sysctl", "-qw", "net.ipv4.ip_forward=1", "net.ipv4.conf.all.rp_filter=0",
-               "net.ipv4.conf.default.rp_filter=0")
+        inside(
+            GATEWAY,
+            "sysctl",
+            "-qw",
+            "net.ipv4.ip_forward=1",
+            "net.ipv4.conf.all.rp_filter=0",
+            "net.ipv4.conf.default.rp_filter=0",
+        )
         inside(GATEWAY, "nft", "-f", "-", input=_NAT)
 
     def _connect_ipv6(self):
-        """Global addresses and a default route for the home, as a router's announcement would give."""
-        for place in (f"{HOME} eth0 {HOME_ADDRESS_6}/64", f"{GATEWAY} lan {ROUTER_ADDRESS_6}/64",
-                      f"{GATEWAY} wan 2001:db8:198::10/64", f"{INTERNET} net0 2001:db8:198::1/64",
-                      f"{INTERNET} lo {INTERNET_ADDRESS_6}/128"):
+        """Global addresses and a default route for the home, as a router's announcement would set them."""
+        for place in (
+            f"{HOME} eth0 {HOME_ADDRESS_6}/64",
+            f"{GATEWAY} lan {ROUTER_ADDRESS_6}/64",
+            f"{GATEWAY} wan 2001:db8:198::10/64",
+            f"{INTERNET} net0 2001:db8:198::1/64",
+            f"{INTERNET} lo {INTERNET_ADDRESS_6}/128",
+        ):
             namespace, device, address = place.split()
             run("ip", "-n", namespace, "-6", "address", "add", address, "dev", device, "nodad")
         run("ip", "-n", HOME, "-6", "route", "add", "default", "via", ROUTER_ADDRESS_6)
@@ -183,10 +226,24 @@ class Network:
 
     def start_name_server(self):
         """Starts the name server that answers at NAME_SERVERS and knows the service's hosts only."""
-        command = ["ip", "netns", "exec", INTERNET, "dnsmasq", "--keep-in-foreground", "--conf-file=/dev/null",
-                   "--no-resolv", "--no-hosts", "--user=root", "--group=root", "--bind-interfaces",
-                   f"--listen-address={','.join(NAME_SERVERS)}", f"--pid-file={self.folder}/dnsmasq.pid",
-                   "--log-queries", f"--log-facility={self.folder}/dnsmasq.log"]
+        command = [
+            "ip",
+            "netns",
+            "exec",
+            INTERNET,
+            "dnsmasq",
+            "--keep-in-foreground",
+            "--conf-file=/dev/null",
+            "--no-resolv",
+            "--no-hosts",
+            "--user=root",
+            "--group=root",
+            "--bind-interfaces",
+            f"--listen-address={','.join(NAME_SERVERS)}",
+            f"--pid-file={self.folder}/dnsmasq.pid",
+            "--log-queries",
+            f"--log-facility={self.folder}/dnsmasq.log",
+        ]
         command += [f"--host-record={host},{SERVICE_ADDRESS}" for host in (API_HOST, WEB_HOST)]
         # Nothing is forwarded: any other name does not exist.
         command += ["--local=//", "--address=/#/"]
@@ -194,7 +251,7 @@ class Network:
         self._await_name_server()
 
     def _await_name_server(self):
-        deadline = time.monotonic() + 5
+        deadline = time.monotonic() + EVENTUALLY
         while time.monotonic() < deadline:
             sockets = inside(INTERNET, "ss", "-Hlun", "sport = :53").stdout
             if all(f"{address}:53" in sockets for address in NAME_SERVERS):
@@ -204,21 +261,29 @@ class Network:
             time.sleep(0.005)
         raise RuntimeError("the name server did not start")
 
-    def cut_home(self):
-        """Pulls the home's cable: no link, no route."""
+    @staticmethod
+    def cut_home():
+        """Unplugs the home's cable: no link, no route."""
         run("ip", "-n", HOME, "link", "set", "eth0", "down")
 
-    def reconnect_home(self):
+    @staticmethod
+    def reconnect_home():
         _up(HOME, "eth0")
         run("ip", "-n", HOME, "route", "replace", "default", "via", ROUTER_ADDRESS)
 
-    @staticmethod
-    def lose_route():
-        """The home's way out is gone, its link stays."""
-        run("ip", "-n", HOME, "route", "del", "default")
+    @contextlib.contextmanager
+    def unplugged_cable(self):
+        """While the block runs, the home has neither link nor route."""
+        self.cut_home()
+        yield
+        self.reconnect_home()
 
     @staticmethod
-    def find_route():
+    @contextlib.contextmanager
+    def lost_route():
+        """While the block runs, the home has its link, but no default route."""
+        run("ip", "-n", HOME, "route", "del", "default")
+        yield
         run("ip", "-n", HOME, "route", "replace", "default", "via", ROUTER_ADDRESS)
 
     def close(self):

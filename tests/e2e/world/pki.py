@@ -1,4 +1,4 @@
-"""A certificate authority made afresh for every run, and what it signs."""
+"""A certificate authority, made anew for every run, and the certificates that it signs."""
 
 import subprocess
 from pathlib import Path
@@ -21,9 +21,23 @@ class Authority:
         self.folder.mkdir(mode=0o700, parents=True)
         self.certificate = self.folder / "ca.crt"
         self._key = self.folder / "ca.key"
-        _openssl("req", "-x509", *CURVE, "-keyout", str(self._key), "-out", str(self.certificate), "-days", DAYS,
-                 "-subj", "/CN=Small World CA", "-addext", "basicConstraints=critical,CA:TRUE",
-                 "-addext", "keyUsage=critical,keyCertSign,cRLSign")
+        _openssl(
+            "req",
+            "-x509",
+            *CURVE,
+            "-keyout",
+            str(self._key),
+            "-out",
+            str(self.certificate),
+            "-days",
+            DAYS,
+            "-subj",
+            "/CN=Test Network CA",
+            "-addext",
+            "basicConstraints=critical,CA:TRUE",
+            "-addext",
+            "keyUsage=critical,keyCertSign,cRLSign",
+        )
 
     def leaf(self, name, subject_names, days=DAYS):
         """Makes a server certificate; returns (certificate, key). subject_names: as in subjectAltName.
@@ -32,9 +46,27 @@ class Authority:
         """
         certificate, key = self.folder / f"{name}.crt", self.folder / f"{name}.key"
         request, extensions = self.folder / f"{name}.csr", self.folder / f"{name}.ext"
-        extensions.write_text("basicConstraints=CA:FALSE\nkeyUsage=digitalSignature\nextendedKeyUsage=serverAuth\n"
-                              f"subjectAltName={subject_names}\n", encoding="utf-8")
+        extensions.write_text(
+            "basicConstraints=CA:FALSE\nkeyUsage=digitalSignature\nextendedKeyUsage=serverAuth\n"
+            f"subjectAltName={subject_names}\n",
+            encoding="utf-8",
+        )
         _openssl("req", *CURVE, "-keyout", str(key), "-out", str(request), "-subj", f"/CN={name}")
-        _openssl("x509", "-req", "-in", str(request), "-CA", str(self.certificate), "-CAkey", str(self._key),
-                 "-CAcreateserial", "-out", str(certificate), "-days", days, "-extfile", str(extensions))
+        _openssl(
+            "x509",
+            "-req",
+            "-in",
+            str(request),
+            "-CA",
+            str(self.certificate),
+            "-CAkey",
+            str(self._key),
+            "-CAcreateserial",
+            "-out",
+            str(certificate),
+            "-days",
+            days,
+            "-extfile",
+            str(extensions),
+        )
         return certificate, key

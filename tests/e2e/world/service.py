@@ -1,6 +1,7 @@
-"""quorvane-service in the Internet of the small world, with its OpenVPN servers on the gateway."""
+"""quorvane-service in the Internet of the test network, with its OpenVPN servers on the gateway."""
 
 import contextlib
+import datetime
 import ipaddress
 import json
 import os
@@ -12,11 +13,13 @@ import time
 from dataclasses import dataclass
 from pathlib import Path
 
+from harness.home.deadlines import EVENTUALLY, POLL
+
 from . import network
 
 UDP_PORT, TCP_PORT = 1194, 443
 TABLE, LENT_MAP = "quorvane", "lent"
-# The client's requests and the web page that scripts ask. Anything else shows in the service's exit status.
+# The requests of the client and of its scripts. After any other one the service ends with exit status 3.
 ANNOUNCED = (r"/\?cmd=(MRTSL|VPNC)&ver=[^&]*&device=1&.*", r"/ip")
 API_NAMES = f"DNS:{network.API_HOST},DNS:{network.WEB_HOST},IP:{network.SERVICE_ADDRESS}"
 
@@ -61,16 +64,25 @@ def location_of(address):
 
 def groups(places):
     """The setting "groups" of a service that has these locations."""
-    return [{"country_code": place.country_code, "country": place.country, "location_code": place.code,
-             "city": place.city, "addresses": list(place.addresses)} for place in places]
+    return [
+        {
+            "country_code": place.country_code,
+            "country": place.country,
+            "location_code": place.code,
+            "city": place.city,
+            "addresses": list(place.addresses),
+        }
+        for place in places
+    ]
 
 
 @dataclass(frozen=True)
 class Request:
-    """One request as the service wrote it down: the target is what came over the wire."""
+    """One request from the service's log; the target is in the form in which it was received."""
 
     peer: str
     target: str
+    time: float  # seconds since 1970, by the machine's clock
 
     def parameter(self, key):
         """The raw value of the first occurrence of a query key, or None."""
@@ -79,9 +91,9 @@ class Request:
 
 
 class Service:
-    """One quorvane-service process. Certificates are made by the caller's authority."""
+    """One quorvane-service process, with certificates from `authority`."""
 
-    STATUS = "3 says that requests came that no test announced, -9 that it had to be killed"
+    STATUS = "3 means that it received requests that no test announced, -9 that it had to be killed"
 
     def __init__(self, program, folder, authority, **overrides):
         self.program = Path(program)
@@ -93,13 +105,13 @@ class Service:
         self.certificate = authority.leaf("api", API_NAMES)
         self._configuration = self.folder / "service.json"
         self._settings = self._usual_settings(authority)
-        # Single settings of the tunnels go beside the usual ones; whatever else is given replaces them.
+        # Settings of the tunnels are added to the usual ones; other settings replace them.
         self._settings["vpn"].update(overrides.pop("vpn_settings", {}))
         self.configure(**overrides)
         self._process = None
 
     def configure(self, **changes):
-        """Changes settings: they hold from the next start on. Gives back what stood there before."""
+        """Changes settings, which are valid from the next start on; returns their previous values."""
         before = {key: self._settings.get(key) for key in changes}
         self._settings.update(changes)
         self._configuration.write_text(json.dumps(self._settings, indent=1), encoding="utf-8")
@@ -121,33 +133,50 @@ class Service:
             "runtime_folder": str(self.runtime),
             "strict": True,
             "announced": [{"pattern": pattern, "count": 0} for pattern in ANNOUNCED],
-            "vpn": {"ca": str(authority.certificate), "certificate": vpn_certificate, "key": vpn_key,
-                    "udp": {"port": UDP_PORT, "network": "10.8.0.0/16"},
-                    "tcp": {"port": TCP_PORT, "network": "10.9.0.0/16"},
-                    "dns": list(network.NAME_SERVERS)},
-            "gateway": {"command": ["ip", "netns", "exec", network.GATEWAY],
-                        "nft": {"table": TABLE, "map": LENT_MAP, "wan_interface": "wan"}},
+            "vpn": {
+                "ca": str(authority.certificate),
+                "certificate": vpn_certificate,
+                "key": vpn_key,
+                "udp": {"port": UDP_PORT, "network": "10.8.0.0/16"},
+                "tcp": {"port": TCP_PORT, "network": "10.9.0.0/16"},
+                "dns": list(network.NAME_SERVERS),
+            },
+            "gateway": {
+                "command": ["ip", "netns", "exec", network.GATEWAY],
+                "nft": {"table": TABLE, "map": LENT_MAP, "wan_interface": "wan"},
+            },
         }
 
     @property
     def pid(self):
-        """Of the service itself; only while it runs."""
+        """The process number of the service; only while it runs."""
         return self._process.pid
 
-    def start(self, deadline=20):
+    def start(self):
         """Starts the service and waits until its web server and both OpenVPN servers listen."""
         with self.output.open("ab") as output:
             self._process = subprocess.Popen(
-                ["ip", "netns", "exec", network.INTERNET, str(self.program), "--config", str(self._configuration)],
-                stdin=subprocess.DEVNULL, stdout=output, stderr=output)
-        end = time.monotonic() + deadline
+                [
+                    "ip",
+                    "netns",
+                    "exec",
+                    network.INTERNET,
+                    str(self.program),
+                    "--config",
+                    str(self._configuration),
+                ],
+                stdin=subprocess.DEVNULL,
+                stdout=output,
+                stderr=output,
+            )
+        end = time.monotonic() + EVENTUALLY
         while not self._ready():
             if self._process.poll() is not None or time.monotonic() > end:
                 raise RuntimeError(f"quorvane-service did not start:\n{self._account()}")
-            time.sleep(0.02)
+            time.sleep(POLL)
 
     def _account(self):
-        """How far it came: its exit status or None, what it says of itself, what it and its servers wrote."""
+        """The state after a failed start: exit status or None, the answer to "status", the logs."""
         parts = [f"ended with {self._process.poll()}"]
         with contextlib.suppress(OSError, ValueError):
             parts.append(json.dumps(self.control("status")))
@@ -156,9 +185,9 @@ class Service:
         return "\n".join(parts)
 
     def control(self, command, **arguments):
-        """Sends one command to the control socket; the answer."""
+        """Sends one command to the control socket and returns the answer."""
         with socket.socket(socket.AF_UNIX) as connection:
-            connection.settimeout(5)
+            connection.settimeout(EVENTUALLY)
             connection.connect(str(self.runtime / "control.sock"))
             connection.sendall(json.dumps({"command": command, **arguments}).encode() + b"\n")
             return json.loads(connection.makefile("rb").readline())
@@ -179,13 +208,13 @@ class Service:
         return self._process is not None and self._process.poll() is None
 
     def stop(self):
-        """Ends the service; its exit status (see STATUS)."""
+        """Ends the service; returns its exit status (see STATUS)."""
         if self._process is None:
             return 0
         if self._process.poll() is None:
             self._process.send_signal(signal.SIGTERM)
             try:
-                self._process.wait(10)
+                self._process.wait(EVENTUALLY)
             except subprocess.TimeoutExpired:
                 self._process.kill()
         return self._process.wait()
@@ -196,14 +225,20 @@ class Service:
             return []
         lines = self.request_log.read_text(encoding="utf-8").splitlines()
         entries = [json.loads(line) for line in lines]
-        return [Request(entry["peer"], entry["target"]) for entry in entries if entry["event"] == "request"]
+        return [
+            Request(
+                entry["peer"], entry["target"], datetime.datetime.fromisoformat(entry["time"]).timestamp()
+            )
+            for entry in entries
+            if entry["event"] == "request"
+        ]
 
     def requests_of(self, command):
         """The API requests with this cmd, in order."""
         return [request for request in self.requests() if request.parameter("cmd") == command]
 
     def server_log(self, protocol):
-        """What the OpenVPN server for "udp" or "tcp" wrote."""
+        """The log of the OpenVPN server for "udp" or "tcp"."""
         return (self.runtime / f"{protocol}.log").read_text(encoding="utf-8", errors="replace")
 
     def lent(self):

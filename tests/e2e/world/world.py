@@ -1,4 +1,4 @@
-"""All of the small world together."""
+"""The whole test network: its namespaces, the service and one home."""
 
 import contextlib
 import os
@@ -17,12 +17,22 @@ def contents_from_environment():
 
 
 class World:
-    """The network, the service and one home. Only inside of enter.py's namespaces, one at a time."""
+    """The networks, the service and one home. Only inside of enter.py's namespaces, one at a time."""
 
-    def __init__(self, *, contents=None, program=None, serve=True, name_servers=home.RIGHT_NAME_SERVERS, x11=None,
-                 ipv6=False, people=(), **service_settings):
+    def __init__(
+        self,
+        *,
+        contents=None,
+        program=None,
+        serve=True,
+        name_servers=home.RIGHT_NAME_SERVERS,
+        x11=None,
+        ipv6=False,
+        people=(),
+        **service_settings,
+    ):
         if not enter.inside():
-            raise RuntimeError("the small world is made inside of tests/e2e/world/enter.py only")
+            raise RuntimeError("the test network can only be made inside of tests/e2e/world/enter.py")
         self.folder = enter.BASE / "world"
         self._status = 0
         with contextlib.ExitStack() as made:
@@ -31,28 +41,46 @@ class World:
             self.network = network.Network(self.folder, ipv6=ipv6)
             made.callback(self.network.close)
             authority = self.authority = pki.Authority(self.folder / "pki")
-            self.service = service.Service(program or service.program_from_environment(), self.folder / "service",
-                                           authority, **service_settings)
+            self.service = service.Service(
+                program or service.program_from_environment(),
+                self.folder / "service",
+                authority,
+                **service_settings,
+            )
             made.callback(self._stop_service)
             if serve:
                 self.service.start()
-            self.home = home.Home(self.folder, contents or contents_from_environment(), authority.certificate,
-                                  name_servers=name_servers, x11=x11, people=people)
+            self.home = home.Home(
+                self.folder,
+                contents or contents_from_environment(),
+                authority.certificate,
+                name_servers=name_servers,
+                x11=x11,
+                people=people,
+            )
             made.callback(self.home.close)
             self._made = made.pop_all()
 
     def _stop_service(self):
         self._status = self.service.stop()
 
+    def wait_nothing_lent(self):
+        """Waits until the gateway has no lent address any more."""
+        self.home.wait_for(lambda: not self.service.lent(), "no address is lent any more")
+
     def save_logs(self, folder):
-        """Copies what the service, its OpenVPN servers and the name server wrote."""
+        """Copies the logs of the service, its OpenVPN servers and the name server."""
         folder.mkdir(parents=True, exist_ok=True)
-        for log in (self.service.request_log, self.service.output, self.folder / "dnsmasq.log",
-                    *self.service.runtime.glob("*.log")):
+        for log in (
+            self.service.request_log,
+            self.service.output,
+            self.folder / "dnsmasq.log",
+            *self.service.runtime.glob("*.log"),
+        ):
             if log.exists():
                 shutil.copy(log, folder)
 
     def close(self):
-        """Takes it all down, the home first; the service's exit status."""
+        """Removes everything, the home first; returns the service's exit status."""
         self._made.close()
         return self._status

@@ -1,0 +1,1 @@
+"""Conditions that a test creates around the client: servers, disks, clocks, resolvers, tunnels."""

@@ -1,0 +1,1 @@
+"""Drives the client from outside: its windows, keyboard, screen and trays."""

@@ -1,0 +1,249 @@
+#!/usr/bin/python3
+"""The real program with a fake gateway. Usage: test_gateway.py PROGRAM
+
+`nft` is a script that logs its input; the OpenVPN servers are fakes whose management connections the test
+operates.
+"""
+
+import os
+import shutil
+import signal
+import socket
+import sys
+import unittest
+
+from service_harness import EVENTUALLY, Service, until, vpnc
+
+PROGRAM = sys.argv.pop(1)
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+NFT = """#!/bin/sh
+{ echo "[$VIA]"; cat; } >> FOLDER/nft.log
+[ ! -e FOLDER/nft-fails ] || { echo "no such table"; exit 1; }
+"""
+
+
+def process_state(pid):
+    """The kernel's letter for the state of a process; T is stopped."""
+    with open(f"/proc/{pid}/stat", encoding="ascii") as stat:
+        return stat.read().rsplit(")", 1)[1].split()[0]
+
+
+class FakeServer:
+    """The test's side of one fake OpenVPN server."""
+
+    def __init__(self, link):
+        link.settimeout(EVENTUALLY)
+        self.link = link
+        self.stream = link.makefile()
+        self.name, pid = self.stream.readline().split()
+        self.pid = int(pid)
+
+    def close(self):
+        self.stream.close()
+        self.link.close()
+
+    def send(self, *lines):
+        self.link.sendall("".join(line + "\r\n" for line in lines).encode())
+
+    def receive(self):
+        return self.stream.readline().rstrip("\n")
+
+    def come_up(self):
+        self.send(">INFO:OpenVPN Management Interface Version 5", ">HOLD:Waiting for hold release:0")
+        assert [self.receive(), self.receive()] == ["state on", "hold release"]
+        self.send(">STATE:1700000000,CONNECTED,SUCCESS,10.8.0.1,,,,")
+        return self
+
+    def login(self, client, user, password, source="198.51.100.10"):
+        self.send(
+            f">CLIENT:CONNECT,{client},0",
+            f">CLIENT:ENV,username={user}",
+            f">CLIENT:ENV,password={password}",
+            f">CLIENT:ENV,untrusted_ip={source}",
+            ">CLIENT:ENV,END",
+        )
+
+    def logout(self, client):
+        self.send(f">CLIENT:DISCONNECT,{client}", ">CLIENT:ENV,END")
+
+
+class GatewayTest(unittest.TestCase):
+    """Lent addresses, logins and restarts of the OpenVPN servers."""
+
+    def setUp(self):
+        self.service = Service(PROGRAM)
+        self.addCleanup(self.service.close)
+        folder = self.service.folder
+        self.nft_log = folder + "/nft.log"
+        with open(folder + "/nft", "w", encoding="ascii") as script:
+            script.write(NFT.replace("FOLDER", folder))
+        shutil.copy(HERE + "/fake_openvpn.py", folder + "/openvpn")
+        for name in ("nft", "openvpn"):
+            os.chmod(f"{folder}/{name}", 0o755)
+        self.service.config["gateway"] = {
+            "command": ["env", "VIA=gateway"],
+            "openvpn": folder + "/openvpn",
+            "nft": {"program": folder + "/nft"},
+        }
+        self.listener = socket.socket(socket.AF_UNIX)
+        self.addCleanup(self.listener.close)
+        self.listener.bind(folder + "/servers.sock")
+        self.listener.listen()
+        self.listener.settimeout(EVENTUALLY)
+
+    def next_server(self):
+        server = FakeServer(self.listener.accept()[0])
+        self.addCleanup(server.close)
+        return server
+
+    def start(self):
+        """Starts the service and returns its UDP and its TCP server, both up."""
+        self.service.start()
+        servers = {server.name: server.come_up() for server in (self.next_server(), self.next_server())}
+        until(lambda: self.service.control(command="status")["ready"], what="ready")
+        return servers["udp"], servers["tcp"]
+
+    def nft(self):
+        with open(self.nft_log, encoding="ascii") as log:
+            return log.read()
+
+    def credentials(self):
+        answer = self.service.new_user()
+        return answer["VPNUser"], answer["VPNPass"]
+
+    def granted_login(self, server, client):
+        """Logs a client in and returns its tunnel address."""
+        user, password = self.credentials()
+        self.service.get(vpnc(user))
+        server.login(client, user, password)
+        self.assertEqual(server.receive(), f"client-auth {client} 0")
+        push, address, mask = server.receive().split()
+        self.assertEqual((push, mask, server.receive()), ("ifconfig-push", "255.255.0.0", "END"))
+        return address
+
+    def test_the_tables_come_before_the_servers(self):
+        self.service.start()
+        first, second = self.next_server(), self.next_server()
+        self.assertIn("[gateway]\nadd table ip quorvane\n", self.nft())
+        self.assertEqual({first.name, second.name}, {"udp", "tcp"})
+        self.assertFalse(self.service.control(command="status")["ready"])
+        first.come_up()
+        until(
+            lambda: self.service.control(command="status")["servers"][first.name]["ready"], what="one server"
+        )
+        self.assertFalse(self.service.control(command="status")["ready"])
+
+    def test_servers_run_under_another_name_with_nothing_inherited(self):
+        udp, _ = self.start()
+        with open(f"/proc/{udp.pid}/comm", encoding="ascii") as comm:
+            self.assertEqual(comm.read(), "vpnsrv\n")
+        with open(f"/proc/{udp.pid}/environ", "rb") as environment:
+            names = {entry.split(b"=")[0] for entry in environment.read().split(b"\0") if entry}
+        self.assertEqual(names - {b"LC_CTYPE"}, {b"PATH", b"LC_ALL", b"VIA"})
+        files = {os.readlink(f"/proc/{udp.pid}/fd/{number}") for number in os.listdir(f"/proc/{udp.pid}/fd")}
+        sockets = [file for file in files if file.startswith("socket:")]
+        self.assertEqual(len(sockets), 2, files)  # the two connections of the fake
+        self.assertIn("/dev/null", files)
+
+    def test_a_login_lends_the_address_and_a_logout_releases_it(self):
+        udp, _ = self.start()
+        address = self.granted_login(udp, 5)
+        self.assertTrue(address.startswith("10.8."))
+        self.assertIn(f"add element ip quorvane lent {{ {address} : 203.0.113.5 }}\n", self.nft())
+        self.assertEqual(self.service.control(command="status")["servers"]["udp"]["clients"], 1)
+        udp.logout(5)
+        until(
+            lambda: f"delete element ip quorvane lent {{ {address} }}" in self.nft(),
+            what="the removal of the entry",
+        )
+
+    def test_a_grant_is_for_one_place_on_either_server(self):
+        udp, tcp = self.start()
+        user, password = self.credentials()
+        udp.login(1, user, password)
+        self.assertTrue(udp.receive().startswith('client-deny 1 0 "no fresh grant"'))
+        self.service.get(vpnc(user, proto="TCP"))
+        tcp.login(1, user, password)
+        self.assertEqual(tcp.receive(), "client-auth 1 0")
+        self.assertEqual([tcp.receive().split()[0], tcp.receive()], ["ifconfig-push", "END"])
+        udp.login(2, user, password, source="198.51.100.11")
+        self.assertTrue(udp.receive().startswith('client-deny 2 0 "the grant was used elsewhere"'))
+        tcp.logout(1)
+        tcp.login(3, user, password)
+        self.assertEqual(tcp.receive(), "client-auth 3 0")
+
+    def test_a_gateway_that_cannot_lend_refuses(self):
+        udp, _ = self.start()
+        user, password = self.credentials()
+        self.service.get(vpnc(user))
+        with open(self.service.folder + "/nft-fails", "w", encoding="ascii"):
+            udp.login(1, user, password)
+            self.assertTrue(udp.receive().startswith('client-deny 1 0 "the gateway cannot lend'))
+        self.assertIn("no such table", self.service.stderr())
+
+    def test_a_dead_server_is_started_again_and_its_entries_removed(self):
+        udp, _ = self.start()
+        address = self.granted_login(udp, 1)
+        os.kill(udp.pid, signal.SIGKILL)
+        again = self.next_server().come_up()
+        self.assertEqual(again.name, "udp")
+        until(lambda: self.service.control(command="status")["ready"], what="ready again")
+        self.assertIn(f"delete element ip quorvane lent {{ {address} }}", self.nft())
+        self.assertIn("the OpenVPN server ended with status 137", self.service.stderr())
+        self.granted_login(again, 1)
+
+    def test_an_overlong_management_line_ends_the_connection(self):
+        udp, _ = self.start()
+        udp.link.sendall(b"x" * 20000)
+        self.assertEqual(udp.receive(), "")
+        self.assertEqual(self.next_server().name, "udp")
+
+    def test_ends_servers_and_tables(self):
+        udp, tcp = self.start()
+        self.granted_login(udp, 1)
+        self.assertEqual(self.service.stop(), 0)
+        for server in (udp, tcp):
+            self.assertFalse(os.path.exists(f"/proc/{server.pid}"))
+        self.assertTrue(self.nft().endswith("delete table ip quorvane\ndelete table ip6 quorvane\n"))
+        self.assertEqual([name for name in os.listdir(self.service.runtime) if name.endswith(".sock")], [])
+
+    def test_a_server_that_does_not_end_is_killed(self):
+        udp, _ = self.start()
+        os.kill(udp.pid, signal.SIGSTOP)
+        until(lambda: process_state(udp.pid) == "T", what="the server's stop")
+        self.assertEqual(self.service.stop(), 0)
+        self.assertFalse(os.path.exists(f"/proc/{udp.pid}"))
+        self.assertIn("does not end, killing it", self.service.stderr())
+
+    def test_recovers_from_its_own_kill(self):
+        udp, tcp = self.start()
+        self.granted_login(udp, 1)
+        self.service.kill()
+        self.assertEqual((udp.receive(), tcp.receive()), ("", ""))  # the servers notice it and end
+        os.remove(self.service.runtime + "/listening")
+        udp, _ = self.start()
+        self.assertEqual(self.nft().count("table ip quorvane {\n map lent"), 2)
+        self.granted_login(udp, 1)
+        self.assertEqual(self.service.stop(), 0)
+
+    def test_a_gateway_that_cannot_be_prepared_ends_the_service(self):
+        with open(self.service.folder + "/nft-fails", "w", encoding="ascii"):
+            self.service.launch()
+        self.assertEqual(self.service.process.wait(EVENTUALLY), 1)
+        self.assertIn("gateway: the tables cannot be set up: no such table", self.service.stderr())
+
+    def test_a_missing_program_is_tried_again(self):
+        path = self.service.config["gateway"]["openvpn"]
+        os.rename(path, path + "-away")
+        self.service.start()
+        until(lambda: "ended with status 127" in self.service.stderr(), what="a failed start")
+        self.assertFalse(self.service.control(command="status")["ready"])
+        os.rename(path + "-away", path)
+        self.next_server()
+        self.next_server()
+        self.assertEqual(self.service.stop(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
