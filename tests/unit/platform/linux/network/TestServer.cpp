@@ -12,7 +12,8 @@ sockaddr *plain(sockaddr_in &address) {
 
 } // namespace
 
-TestServer::TestServer(Answer connectionAnswer) : answer(std::move(connectionAnswer)) {
+TestServer::TestServer(Answer connectionAnswer, Start answerStart)
+    : answer(std::move(connectionAnswer)), start(answerStart) {
     listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -75,6 +76,12 @@ void TestServer::serve() {
 }
 
 void TestServer::handle(int descriptor) {
+    if (start == Start::AtOnce) {
+        answer(descriptor);
+        shutdown(descriptor, SHUT_WR);
+        close(descriptor);
+        return;
+    }
     QByteArray head;
     while (!head.contains("\r\n\r\n") && !ending) {
         pollfd waiting{descriptor, POLLIN, 0};

@@ -17,7 +17,12 @@ public:
     /// Runs on a thread of the connection; the descriptor is closed afterwards.
     using Answer = std::function<void(int descriptor)>;
 
-    explicit TestServer(Answer connectionAnswer);
+    enum class Start {
+        AfterRequest, ///< when the head of a request has come
+        AtOnce        ///< without reading anything
+    };
+
+    explicit TestServer(Answer connectionAnswer, Start start = Start::AfterRequest);
     ~TestServer();
     TestServer(const TestServer &) = delete;
     TestServer &operator=(const TestServer &) = delete;
@@ -43,6 +48,7 @@ private:
     void handle(int descriptor);
 
     Answer answer;
+    Start start;
     int listener = -1;
     int number = 0;
     std::atomic<bool> ending = false;

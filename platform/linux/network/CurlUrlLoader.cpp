@@ -1,0 +1,108 @@
+#include "CurlUrlLoader.h"
+
+#include "CurlLibrary.h"
+#include "CurlTransfer.h"
+#include "platform/StrictUrl.h"
+#include "platform/linux/files/AtomicFile.h"
+
+#include <QEventLoop>
+#include <QFile>
+
+namespace platform {
+
+namespace {
+
+UrlError fileError(int number) {
+    return {UrlError::Kind::File, qt_error_string(number)};
+}
+
+/// The file that a download goes into; it is made at the first byte.
+struct DownloadFile {
+    UrlLoader::Destination destination;
+    std::optional<PendingFile> file;
+
+    [[nodiscard]] std::optional<UrlError> write(const QByteArray &piece) {
+        int outcome = file ? 0 : file.emplace().open(destination());
+        if (outcome == 0) {
+            outcome = file->write(piece);
+        }
+        return outcome == 0 ? std::nullopt : std::optional(fileError(outcome));
+    }
+};
+
+} // namespace
+
+CurlUrlLoader::CurlUrlLoader(const QString &version, const QString &authorityFile, const UrlLimits &limits,
+                             const QString &authorityFolder)
+    : m_version(version), m_authorityFile(authorityFile), m_authorityFolder(authorityFolder),
+      m_limits(limits) {}
+
+CurlUrlLoader::~CurlUrlLoader() = default;
+
+bool CurlUrlLoader::download(const QByteArray &url, QObject *context, Destination destination,
+                             Finished finished, Failed failed) {
+    const auto request = requestFor(url);
+    if (!request) {
+        return false;
+    }
+    auto target = std::make_shared<DownloadFile>();
+    target->destination = std::move(destination);
+    const auto ended = [target, finished = std::move(finished),
+                        failed = std::move(failed)](const std::optional<UrlError> &error) {
+        const int outcome = error ? 0 : target->file->commit(false);
+        // A file without its name is removed before the report.
+        target->file.reset();
+        if (error) {
+            failed(*error);
+        } else if (outcome != 0) {
+            failed(fileError(outcome));
+        } else {
+            finished();
+        }
+    };
+    // The transfer belongs to the context and goes with it.
+    auto *transfer = new CurlTransfer(
+        CurlLibrary::shared(), *request, m_limits, context,
+        [target](const QByteArray &piece) { return target->write(piece); }, ended);
+    QObject::connect(&m_lifetime, &QObject::destroyed, transfer, &CurlTransfer::cancel);
+    return true;
+}
+
+std::optional<QByteArray> CurlUrlLoader::fetch(const QByteArray &url) {
+    const auto request = requestFor(url);
+    if (!request) {
+        return std::nullopt;
+    }
+    // First of all: it gives a thread that Qt did not start what timers and sockets need.
+    QEventLoop loop;
+    QByteArray body("");
+    // Growing by copying would need three times the largest body; room that is not used costs nothing.
+    body.reserve(m_limits.largestBody);
+    std::optional<UrlError> failure;
+    bool hasEnded = false;
+    QObject context;
+    new CurlTransfer(
+        CurlLibrary::shared(), *request, m_limits, &context,
+        [&body](const QByteArray &piece) {
+            body += piece;
+            return std::optional<UrlError>();
+        },
+        [&](const std::optional<UrlError> &error) {
+            failure = error;
+            hasEnded = true;
+            loop.quit();
+        });
+    loop.exec();
+    return failure || !hasEnded ? std::nullopt : std::optional(body);
+}
+
+std::optional<UrlRequest> CurlUrlLoader::requestFor(const QByteArray &url) const {
+    const auto strict = strictUrl(url);
+    if (!strict) {
+        return std::nullopt;
+    }
+    return UrlRequest{*strict, "Quorvane/" + m_version.toUtf8(), QFile::encodeName(m_authorityFolder),
+                      QFile::encodeName(m_authorityFile)};
+}
+
+} // namespace platform
