@@ -7,7 +7,7 @@ namespace platform {
 namespace {
 
 std::optional<CurlLibrary> loadInitialised() {
-    auto curl = CurlLibrary::load("libcurl.so.4");
+    auto curl = CurlLibrary::load(QStringLiteral("libcurl.so.4"));
     return curl && curl->globalInit(CURL_GLOBAL_DEFAULT) == CURLE_OK ? curl : std::nullopt;
 }
 
@@ -18,7 +18,7 @@ const CurlLibrary *CurlLibrary::shared() {
     return library ? &*library : nullptr;
 }
 
-std::optional<CurlLibrary> CurlLibrary::load(const char *file) {
+std::optional<CurlLibrary> CurlLibrary::load(const QString &file) {
     LateLibrary library(file);
     CurlLibrary curl;
     library.find("curl_global_init", curl.globalInit);

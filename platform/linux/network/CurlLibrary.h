@@ -2,6 +2,7 @@
 
 #include <curl/curl.h>
 
+#include <QString>
 #include <optional>
 
 namespace platform {
@@ -12,7 +13,7 @@ struct CurlLibrary {
     /// The library of this process, initialised; null when it cannot be loaded. Any thread.
     [[nodiscard]] static const CurlLibrary *shared();
     /// Absent when the file, or a function in it, is missing.
-    [[nodiscard]] static std::optional<CurlLibrary> load(const char *file);
+    [[nodiscard]] static std::optional<CurlLibrary> load(const QString &file);
 
     decltype(&::curl_global_init) globalInit = nullptr;
     decltype(&::curl_easy_init) easyInit = nullptr;

@@ -5,11 +5,11 @@
 namespace platform {
 
 const SecretLibrary *SecretLibrary::shared() {
-    static const std::optional<SecretLibrary> library = load("libsecret-1.so.0");
+    static const std::optional<SecretLibrary> library = load(QStringLiteral("libsecret-1.so.0"));
     return library ? &*library : nullptr;
 }
 
-std::optional<SecretLibrary> SecretLibrary::load(const char *file) {
+std::optional<SecretLibrary> SecretLibrary::load(const QString &file) {
     LateLibrary library(file);
     SecretLibrary secret;
     library.find("secret_service_get_sync", secret.serviceGetSync);

@@ -2,6 +2,7 @@
 
 #include <libsecret/secret.h>
 
+#include <QString>
 #include <optional>
 
 namespace platform {
@@ -12,7 +13,7 @@ struct SecretLibrary {
     /// The library of this process; null when it cannot be loaded. Any thread.
     [[nodiscard]] static const SecretLibrary *shared();
     /// Absent when the file, or a function in it, is missing.
-    [[nodiscard]] static std::optional<SecretLibrary> load(const char *file);
+    [[nodiscard]] static std::optional<SecretLibrary> load(const QString &file);
 
     decltype(&::secret_service_get_sync) serviceGetSync = nullptr;
     decltype(&::secret_service_search_sync) serviceSearchSync = nullptr;

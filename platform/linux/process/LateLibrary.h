@@ -1,6 +1,6 @@
 #pragma once
 
-#include <dlfcn.h>
+#include <QLibrary>
 
 namespace platform {
 
@@ -8,19 +8,19 @@ namespace platform {
 /// memory. It stays loaded until the process ends, because its threads may run that long.
 class LateLibrary {
 public:
-    explicit LateLibrary(const char *file) : m_library(::dlopen(file, RTLD_NOW | RTLD_LOCAL)) {}
+    explicit LateLibrary(const QString &file) : m_library(file) {}
 
     /// Looks a function up; without it, or without the library, the library is not complete.
     template <typename Function>
     void find(const char *name, Function &function) {
-        function = m_library == nullptr ? nullptr : reinterpret_cast<Function>(::dlsym(m_library, name));
+        function = reinterpret_cast<Function>(m_library.resolve(name));
         m_isComplete = m_isComplete && function != nullptr;
     }
 
     [[nodiscard]] bool isComplete() const { return m_isComplete; }
 
 private:
-    void *m_library;
+    QLibrary m_library;
     bool m_isComplete = true;
 };
 

@@ -390,8 +390,8 @@ TEST_F(CurlUrlLoaderTest, SocketsAreNotPassedToOtherPrograms) {
 }
 
 TEST_F(CurlUrlLoaderTest, WithoutTheLibraryDownloadsFail) {
-    EXPECT_FALSE(CurlLibrary::load("no-such-library.so"));
-    EXPECT_FALSE(CurlLibrary::load("libc.so.6")) << "without the functions";
+    EXPECT_FALSE(CurlLibrary::load(QStringLiteral("no-such-library.so")));
+    EXPECT_FALSE(CurlLibrary::load(QStringLiteral("libc.so.6"))) << "without the functions";
     ASSERT_NE(CurlLibrary::shared(), nullptr);
     std::optional<UrlError> failure;
     QObject context;
