@@ -8,8 +8,8 @@
 #include "platform/linux/desktop/QtDelayedCalls.h"
 #include "platform/linux/desktop/StandardLogSink.h"
 #include "platform/linux/hotkeys/LinuxHotKeys.h"
+#include "platform/linux/network/CurlUrlLoader.h"
 #include "platform/linux/network/NetlinkReachability.h"
-#include "platform/linux/network/QtUrlLoader.h"
 #include "platform/linux/preferences/PlistPreferences.h"
 #include "platform/linux/privileges/PkexecAuthorizationService.h"
 #include "platform/linux/privileges/SecretServiceKeyStore.h"
@@ -62,7 +62,7 @@ std::unique_ptr<Platform> makeLinuxPlatform() {
     platform->processes = std::make_unique<ProcProcessTable>();
     platform->trayHosts =
         std::make_unique<LinuxTrayHosts>(QGuiApplication::platformName() == QLatin1String("xcb"));
-    platform->urls = std::make_unique<QtUrlLoader>(platform->bundle->version(), platform->service.caFile);
+    platform->urls = std::make_unique<CurlUrlLoader>(platform->bundle->version(), platform->service.caFile);
     platform->workspace = std::make_unique<LinuxWorkspace>(WorkspaceFolders::ofUser(platform->account.home));
     return platform;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Config.h"
+#include "Announcement.h"
 #include "common/Result.h"
 
 #include <memory>

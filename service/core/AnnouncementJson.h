@@ -1,8 +1,9 @@
 #pragma once
 
-#include "Config.h"
+#include "Announcement.h"
 #include "JsonReader.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 

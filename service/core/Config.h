@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Announcement.h"
 #include "Ipv4.h"
 #include "common/Result.h"
 
@@ -33,13 +34,6 @@ struct Group {
 struct HomeNetwork {
     Ipv4Network network;
     std::string countryCode;
-};
-
-/// One announced request of the strict mode; see AnnouncedRequests.
-struct Announcement {
-    std::string target;  ///< exact target, unless `pattern` is set
-    std::string pattern; ///< POSIX extended expression for the whole target
-    unsigned count = 1;  ///< how many requests it covers; 0 for any number
 };
 
 struct Limits {

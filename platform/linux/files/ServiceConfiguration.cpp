@@ -3,9 +3,9 @@
 #include "AtomicFile.h"
 #include "platform/StrictUrl.h"
 
-#include <QRegularExpression>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace quorvane::platform {
@@ -14,18 +14,51 @@ namespace {
 
 constexpr qint64 largestFile = 64 * 1024;
 
-/// A host name or IPv4 address, or an IPv6 address in brackets, with an optional port.
+bool isSmallAlphanumeric(QChar c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9');
+}
+
+/// A part of a host name between dots.
+bool isLabel(QStringView text) {
+    return !text.isEmpty() && text.size() <= 63 && isSmallAlphanumeric(text.front()) &&
+           isSmallAlphanumeric(text.back()) &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return isSmallAlphanumeric(c) || c == u'-'; });
+}
+
+bool isHostName(QStringView text) {
+    const auto labels = text.split(u'.');
+    return text.size() <= 253 && std::all_of(labels.begin(), labels.end(), isLabel);
+}
+
+/// What may be between the brackets of an IPv6 address.
+bool isIPv6Text(QStringView text) {
+    return text.size() >= 2 && text.size() <= 45 && std::all_of(text.begin(), text.end(), [](QChar c) {
+               return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || c == u':' || c == u'.';
+           });
+}
+
+/// A colon and a port.
+bool isPort(QStringView text) {
+    const QStringView number = text.mid(1);
+    const bool isNumber =
+        text.startsWith(u':') && !number.isEmpty() && number.size() <= 5 &&
+        std::all_of(number.begin(), number.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    return isNumber && number.toInt() >= 1 && number.toInt() <= 65535;
+}
+
+/// A host name or IPv4 address, or an IPv6 address in brackets, with an optional port. Without regular
+/// expressions: this runs at every start, and their library would be loaded into memory for this alone.
 bool isHost(const QString &text, bool portAllowed) {
-    static const QRegularExpression form(QStringLiteral(
-        R"(\A(?:(?=[^:]{1,253}(?::|\z))[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?(?:\.[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?)*|\[[0-9a-f:.]{2,45}\])(?::([0-9]{1,5}))?\z)"));
-    const auto match = form.match(text);
-    if (!match.hasMatch()) {
-        return false;
-    }
-    const QString port = match.captured(1);
-    const bool portFits = port.isNull() || (portAllowed && port.toInt() >= 1 && port.toInt() <= 65535);
-    // Numbers that an URL would write as another address cannot be asked for.
-    return portFits && strictUrl("https://" + text.toLatin1() + "/").has_value();
+    const QStringView all(text);
+    const bool isBracketed = all.startsWith(u'[');
+    const qsizetype end = isBracketed ? all.indexOf(u']') + 1 : all.indexOf(u':');
+    const QStringView host = end < 0 ? all : all.left(end);
+    const QStringView port = all.mid(host.size());
+    const bool hostFits =
+        isBracketed ? isIPv6Text(host.mid(1).chopped(host.isEmpty() ? 0 : 1)) : isHostName(host);
+    const bool portFits = port.isEmpty() || (portAllowed && isPort(port));
+    // Numbers that an URL would write as another address cannot be requested.
+    return hostFits && portFits && strictUrl("https://" + text.toLatin1() + "/").has_value();
 }
 
 /// Takes one key's value; the complaint when it will not do.

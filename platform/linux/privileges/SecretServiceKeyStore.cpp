@@ -1,6 +1,7 @@
 #include "SecretServiceKeyStore.h"
 
-#include <libsecret/secret.h>
+#include "SecretLibrary.h"
+
 #include <memory>
 
 namespace quorvane::platform {
@@ -24,6 +25,15 @@ const SecretSchema *schema() {
     return &instance;
 }
 
+/// Only called when the library is there, which every function of the key store checks first.
+const SecretLibrary &secret() {
+    return *SecretLibrary::shared();
+}
+
+void unrefObject(void *object) {
+    secret().objectUnref(object);
+}
+
 struct ErrorHolder {
     ErrorHolder() = default;
 
@@ -38,7 +48,7 @@ struct ErrorHolder {
 struct ObjectList {
     explicit ObjectList(GList *items) : first(items) {}
 
-    ~ObjectList() { g_list_free_full(first, g_object_unref); }
+    ~ObjectList() { g_list_free_full(first, &unrefObject); }
 
     ObjectList(const ObjectList &) = delete;
     ObjectList &operator=(const ObjectList &) = delete;
@@ -49,31 +59,33 @@ struct ObjectList {
 using Attributes = std::unique_ptr<GHashTable, decltype(&g_hash_table_unref)>;
 using Value = std::unique_ptr<SecretValue, void (*)(SecretValue *)>;
 
-using Service = std::unique_ptr<SecretService, decltype(&g_object_unref)>;
+using Service = std::unique_ptr<SecretService, decltype(&unrefObject)>;
 
 /// Null when there is none.
 Service openService() {
+    if (SecretLibrary::shared() == nullptr) {
+        return {nullptr, &unrefObject};
+    }
     ErrorHolder holder;
-    return {secret_service_get_sync(SECRET_SERVICE_LOAD_COLLECTIONS, nullptr, &holder.error),
-            &g_object_unref};
+    return {secret().serviceGetSync(SECRET_SERVICE_LOAD_COLLECTIONS, nullptr, &holder.error), &unrefObject};
 }
 
 void dropValue(SecretValue *value) {
     if (value != nullptr) {
-        secret_value_unref(value);
+        secret().valueUnref(value);
     }
 }
 
 Attributes attributesOf(const KeyStore::Item &item) {
     const QByteArray identifier = item.identifier.toUtf8();
-    return {secret_attributes_build(schema(), identifierKey, identifier.constData(), accountKey,
-                                    item.account.toUtf8().constData(), labelKey, identifier.constData(),
-                                    nullptr),
+    return {secret().attributesBuild(schema(), identifierKey, identifier.constData(), accountKey,
+                                     item.account.toUtf8().constData(), labelKey, identifier.constData(),
+                                     nullptr),
             &g_hash_table_unref};
 }
 
 Value valueOf(const KeyStore::Item &item) {
-    return {secret_value_new(item.password.constData(), item.password.size(), "text/plain"), &dropValue};
+    return {secret().valueNew(item.password.constData(), item.password.size(), "text/plain"), &dropValue};
 }
 
 /// Changes secret, attributes and label of an item that exists. The account is one of the attributes that
@@ -82,32 +94,38 @@ bool change(SecretItem *item, const KeyStore::Item &wanted) {
     ErrorHolder holder;
     const Value value = valueOf(wanted);
     const Attributes attributes = attributesOf(wanted);
-    return secret_item_set_secret_sync(item, value.get(), nullptr, &holder.error) != FALSE &&
-           secret_item_set_attributes_sync(item, schema(), attributes.get(), nullptr, &holder.error) != FALSE;
+    return secret().itemSetSecretSync(item, value.get(), nullptr, &holder.error) != FALSE &&
+           secret().itemSetAttributesSync(item, schema(), attributes.get(), nullptr, &holder.error) != FALSE;
 }
 
 } // namespace
 
 std::optional<QByteArray> SecretServiceKeyStore::password(const QString &identifier) {
+    if (SecretLibrary::shared() == nullptr) {
+        return std::nullopt;
+    }
     ErrorHolder holder;
-    const Value value(secret_password_lookup_binary_sync(schema(), nullptr, &holder.error, identifierKey,
-                                                         identifier.toUtf8().constData(), nullptr),
+    const Value value(secret().passwordLookupBinarySync(schema(), nullptr, &holder.error, identifierKey,
+                                                        identifier.toUtf8().constData(), nullptr),
                       &dropValue);
     if (value == nullptr) {
         return std::nullopt;
     }
     gsize size = 0;
-    const gchar *bytes = secret_value_get(value.get(), &size);
+    const gchar *bytes = secret().valueGet(value.get(), &size);
     return QByteArray(bytes, static_cast<qsizetype>(size));
 }
 
 bool SecretServiceKeyStore::add(const Item &item) {
+    if (SecretLibrary::shared() == nullptr) {
+        return false;
+    }
     ErrorHolder holder;
     const Value value = valueOf(item);
     const Attributes attributes = attributesOf(item);
-    return secret_password_storev_binary_sync(schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
-                                              item.identifier.toUtf8().constData(), value.get(), nullptr,
-                                              &holder.error) != FALSE;
+    return secret().passwordStorevBinarySync(schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
+                                             item.identifier.toUtf8().constData(), value.get(), nullptr,
+                                             &holder.error) != FALSE;
 }
 
 bool SecretServiceKeyStore::update(const Item &item) {
@@ -117,19 +135,22 @@ bool SecretServiceKeyStore::update(const Item &item) {
     }
     ErrorHolder holder;
     const Attributes wanted(
-        secret_attributes_build(schema(), identifierKey, item.identifier.toUtf8().constData(), nullptr),
+        secret().attributesBuild(schema(), identifierKey, item.identifier.toUtf8().constData(), nullptr),
         &g_hash_table_unref);
-    const ObjectList found(secret_service_search_sync(service.get(), schema(), wanted.get(),
+    const ObjectList found(secret().serviceSearchSync(service.get(), schema(), wanted.get(),
                                                       SECRET_SEARCH_UNLOCK, nullptr, &holder.error));
     if (found.first == nullptr) {
         return false;
     }
-    return change(SECRET_ITEM(found.first->data), item);
+    return change(static_cast<SecretItem *>(found.first->data), item);
 }
 
 void SecretServiceKeyStore::remove(const QString &identifier) {
+    if (SecretLibrary::shared() == nullptr) {
+        return;
+    }
     ErrorHolder holder;
-    secret_password_clear_sync(schema(), nullptr, &holder.error, identifierKey,
+    secret().passwordClearSync(schema(), nullptr, &holder.error, identifierKey,
                                identifier.toUtf8().constData(), nullptr);
 }
 
@@ -139,16 +160,16 @@ std::optional<QStringList> SecretServiceKeyStore::accounts(const QString &label)
         return std::nullopt;
     }
     ErrorHolder holder;
-    const Attributes wanted(secret_attributes_build(schema(), labelKey, label.toUtf8().constData(), nullptr),
+    const Attributes wanted(secret().attributesBuild(schema(), labelKey, label.toUtf8().constData(), nullptr),
                             &g_hash_table_unref);
-    const ObjectList found(secret_service_search_sync(service.get(), schema(), wanted.get(),
+    const ObjectList found(secret().serviceSearchSync(service.get(), schema(), wanted.get(),
                                                       SECRET_SEARCH_ALL, nullptr, &holder.error));
     if (holder.error != nullptr) {
         return std::nullopt;
     }
     QStringList names;
     for (const GList *entry = found.first; entry != nullptr; entry = entry->next) {
-        const Attributes attributes(secret_item_get_attributes(SECRET_ITEM(entry->data)),
+        const Attributes attributes(secret().itemGetAttributes(static_cast<SecretItem *>(entry->data)),
                                     &g_hash_table_unref);
         const auto *account = static_cast<const char *>(g_hash_table_lookup(attributes.get(), accountKey));
         names.append(QString::fromUtf8(account != nullptr ? account : ""));

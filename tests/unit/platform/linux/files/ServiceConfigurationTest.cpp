@@ -62,6 +62,21 @@ TEST_F(ServiceConfigurationTest, ReportsAndIgnoresWhatIsWrong) {
                                   "api_host = a.test:70000",
                                   "api_host = -a.test",
                                   "api_host = a..test",
+                                  "api_host = a-.test",
+                                  "api_host = a.test.",
+                                  "api_host = a_b.test",
+                                  "api_host = a.test:",
+                                  "api_host = a.test:000443",
+                                  "api_host = a.test:44a",
+                                  "api_host = a.test:443:443",
+                                  "api_host = [",
+                                  "api_host = []",
+                                  "api_host = [::1",
+                                  "api_host = [::1]443",
+                                  "api_host = [::1]:",
+                                  "api_host = [::g]",
+                                  "api_host = ::1",
+                                  "api_host = " + QByteArray(64, 'a') + ".test",
                                   "web_host = user@host",
                                   "reachability_host = a.test:1",
                                   "ca_file = relative",
@@ -75,6 +90,14 @@ TEST_F(ServiceConfigurationTest, ReportsAndIgnoresWhatIsWrong) {
         const QString expected = line.contains('\xC3') ? QString() : QStringLiteral("good.test");
         EXPECT_EQ(read.apiHost, expected) << line.constData();
     }
+}
+
+TEST_F(ServiceConfigurationTest, NamesHaveTheLengthsOfTheNameSystem) {
+    const QByteArray label(63, 'a');
+    const QByteArray longest = label + '.' + label + '.' + label + '.' + QByteArray(61, 'a');
+    EXPECT_EQ(of("api_host = " + longest + "\n").apiHost, QString::fromLatin1(longest));
+    EXPECT_EQ(of("api_host = " + longest + ":1\n").apiHost, QString::fromLatin1(longest + ":1"));
+    EXPECT_EQ(of("api_host = " + longest + "a\n").problems.size(), 1);
 }
 
 TEST_F(ServiceConfigurationTest, AcceptsAddressesInBrackets) {

@@ -14,7 +14,8 @@ sockaddr *plain(sockaddr_in &address) {
 
 } // namespace
 
-TestServer::TestServer(Answer connectionAnswer) : m_answer(std::move(connectionAnswer)) {
+TestServer::TestServer(Answer connectionAnswer, Start answerStart)
+    : m_answer(std::move(connectionAnswer)), m_start(answerStart) {
     m_listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -82,6 +83,12 @@ void TestServer::serve() {
 }
 
 void TestServer::handle(int descriptor) {
+    if (m_start == Start::AtOnce) {
+        m_answer(descriptor);
+        shutdown(descriptor, SHUT_WR);
+        close(descriptor);
+        return;
+    }
     QByteArray head;
     while (!head.contains("\r\n\r\n") && !m_ending) {
         pollfd waiting{descriptor, POLLIN, 0};

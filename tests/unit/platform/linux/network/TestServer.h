@@ -19,7 +19,12 @@ public:
     /// Runs on a thread of the connection; the descriptor is closed afterwards.
     using Answer = std::function<void(int descriptor)>;
 
-    explicit TestServer(Answer connectionAnswer);
+    enum class Start {
+        AfterRequest, ///< when the head of a request has come
+        AtOnce        ///< without reading anything
+    };
+
+    explicit TestServer(Answer connectionAnswer, Start m_start = Start::AfterRequest);
     ~TestServer();
     TestServer(const TestServer &) = delete;
     TestServer &operator=(const TestServer &) = delete;
@@ -45,6 +50,7 @@ private:
     void handle(int descriptor);
 
     Answer m_answer;
+    Start m_start;
     int m_listener = -1;
     int m_number = 0;
     std::atomic<bool> m_ending = false;

@@ -9,6 +9,7 @@
 #include <QSslServer>
 #include <QSslSocket>
 #include <QTimer>
+#include <sys/socket.h>
 
 namespace quorvane::platform {
 
@@ -19,7 +20,7 @@ constexpr char script[] = R"(
 set -e
 cd "$1"
 new="-newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes"
-openssl req -x509 $new -keyout ca.key -out ca.crt -days 2 -subj "/CN=Test authority" \
+openssl req -x509 $new -keyout ca.key -out ca.crt -days 2 -subj "/CN=Test authority $$" \
     -addext basicConstraints=critical,CA:TRUE -addext keyUsage=critical,keyCertSign
 make() {
     openssl req $new -keyout "$1.key" -out "$1.csr" -subj "/CN=$1"
@@ -28,6 +29,9 @@ make() {
 }
 make good IP:127.0.0.1
 make wrong DNS:other.test
+mkdir authorities
+cp ca.crt authorities
+openssl rehash authorities
 )";
 
 } // namespace
@@ -42,7 +46,7 @@ TestCertificates::TestCertificates() {
 }
 
 TlsServer::TlsServer(const TestCertificates &certificates, const QString &certificate,
-                     const QByteArray &answer) {
+                     const QByteArray &answer, End end) {
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
     configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
     configuration.setLocalCertificateChain(
@@ -52,7 +56,7 @@ TlsServer::TlsServer(const TestCertificates &certificates, const QString &certif
         qFatal("no key for the test server");
     }
     configuration.setPrivateKey(QSslKey(&key, QSsl::Ec));
-    m_thread = std::thread([this, configuration, answer] { serve(configuration, answer); });
+    m_thread = std::thread([this, configuration, answer, end] { serve(configuration, answer, end); });
     m_port = m_listening.get_future().get();
 }
 
@@ -65,19 +69,24 @@ QByteArray TlsServer::url() const {
     return "https://127.0.0.1:" + QByteArray::number(m_port) + "/";
 }
 
-void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &answer) {
+void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &answer, End end) {
     // Sockets of this thread need its loop.
     QEventLoop loop;
     QSslServer server;
     server.setSslConfiguration(configuration);
-    QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server, [&server, answer] {
+    QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server, [&server, answer, end] {
         while (QTcpSocket *socket = server.nextPendingConnection()) {
-            const auto reply = [socket, answer] {
+            const auto reply = [socket, answer, end] {
                 if (!socket->peek(65536).contains("\r\n\r\n")) {
                     return;
                 }
                 socket->readAll();
                 socket->write(answer);
+                if (end == End::Abrupt) {
+                    socket->flush();
+                    ::shutdown(static_cast<int>(socket->socketDescriptor()), SHUT_WR);
+                    return;
+                }
                 socket->disconnectFromHost();
             };
             QObject::connect(socket, &QTcpSocket::readyRead, socket, reply);
@@ -88,11 +97,11 @@ void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &
         qFatal("the test server cannot listen");
     }
     m_listening.set_value(server.serverPort());
-    const auto end = m_ending.get_future();
+    const auto ended = m_ending.get_future();
     // Wakes the loop to look for the end.
     QTimer beat;
     beat.start(10);
-    while (end.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+    while (ended.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
         loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }
 }

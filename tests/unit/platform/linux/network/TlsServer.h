@@ -18,6 +18,9 @@ public:
 
     [[nodiscard]] bool areMade() const { return m_made; }
 
+    /// A folder with the authority under the hash of its subject.
+    [[nodiscard]] QString authorityFolder() const { return path(QStringLiteral("authorities")); }
+
     [[nodiscard]] QString authority() const { return path(QStringLiteral("ca.crt")); }
 
     [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
@@ -30,8 +33,15 @@ private:
 /// An HTTPS server on 127.0.0.1 that gives every request the same answer.
 class TlsServer {
 public:
+    /// How the connection ends after the answer.
+    enum class End {
+        Announced, ///< with the message of TLS that says so
+        Abrupt     ///< without it, as after a cut
+    };
+
     /// The certificate's name is "good" or "wrong".
-    TlsServer(const TestCertificates &certificates, const QString &certificate, const QByteArray &answer);
+    TlsServer(const TestCertificates &certificates, const QString &certificate, const QByteArray &answer,
+              End end = End::Announced);
     ~TlsServer();
     TlsServer(const TlsServer &) = delete;
     TlsServer &operator=(const TlsServer &) = delete;
@@ -39,7 +49,7 @@ public:
     [[nodiscard]] QByteArray url() const;
 
 private:
-    void serve(const QSslConfiguration &configuration, const QByteArray &answer);
+    void serve(const QSslConfiguration &configuration, const QByteArray &answer, End end);
 
     std::promise<quint16> m_listening;
     std::promise<void> m_ending;

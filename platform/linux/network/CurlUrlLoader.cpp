@@ -1,11 +1,12 @@
-#include "QtUrlLoader.h"
+#include "CurlUrlLoader.h"
 
-#include "UrlTransfer.h"
+#include "CurlLibrary.h"
+#include "CurlTransfer.h"
 #include "platform/StrictUrl.h"
 #include "platform/linux/files/AtomicFile.h"
 
 #include <QEventLoop>
-#include <QSslCertificate>
+#include <QFile>
 
 namespace quorvane::platform {
 
@@ -20,7 +21,7 @@ struct DownloadFile {
     UrlLoader::Destination destination;
     std::optional<PendingFile> file;
 
-    [[nodiscard]] std::optional<UrlError> take(const QByteArray &piece) {
+    [[nodiscard]] std::optional<UrlError> write(const QByteArray &piece) {
         int outcome = file ? 0 : file.emplace().open(destination());
         if (outcome == 0) {
             outcome = file->write(piece);
@@ -31,13 +32,15 @@ struct DownloadFile {
 
 } // namespace
 
-QtUrlLoader::QtUrlLoader(const QString &clientVersion, const QString &authorities, const UrlLimits &bounds)
-    : m_version(clientVersion), m_authorityFile(authorities), m_limits(bounds) {}
+CurlUrlLoader::CurlUrlLoader(const QString &version, const QString &authorityFile, const UrlLimits &limits,
+                             const QString &authorityFolder)
+    : m_version(version), m_authorityFile(authorityFile), m_authorityFolder(authorityFolder),
+      m_limits(limits) {}
 
-QtUrlLoader::~QtUrlLoader() = default;
+CurlUrlLoader::~CurlUrlLoader() = default;
 
-bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination destination,
-                           Finished finished, Failed failed) {
+bool CurlUrlLoader::download(const QByteArray &url, QObject *context, Destination destination,
+                             Finished finished, Failed failed) {
     const auto request = requestFor(url);
     if (!request) {
         return false;
@@ -47,7 +50,7 @@ bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination 
     const auto ended = [target, finished = std::move(finished),
                         failed = std::move(failed)](const std::optional<UrlError> &error) {
         const int outcome = error ? 0 : target->file->commit(false);
-        // What did not get its name is gone before anybody is told.
+        // A file without its name is removed before the report.
         target->file.reset();
         if (error) {
             failed(*error);
@@ -58,14 +61,14 @@ bool QtUrlLoader::download(const QByteArray &url, QObject *context, Destination 
         }
     };
     // The transfer belongs to the context and goes with it.
-    auto *transfer = new UrlTransfer(
-        *request, m_limits, context, [target](const QByteArray &piece) { return target->take(piece); },
-        ended);
-    QObject::connect(&m_lifetime, &QObject::destroyed, transfer, &UrlTransfer::cancel);
+    auto *transfer = new CurlTransfer(
+        CurlLibrary::shared(), *request, m_limits, context,
+        [target](const QByteArray &piece) { return target->write(piece); }, ended);
+    QObject::connect(&m_lifetime, &QObject::destroyed, transfer, &CurlTransfer::cancel);
     return true;
 }
 
-std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
+std::optional<QByteArray> CurlUrlLoader::fetch(const QByteArray &url) {
     const auto request = requestFor(url);
     if (!request) {
         return std::nullopt;
@@ -73,40 +76,33 @@ std::optional<QByteArray> QtUrlLoader::fetch(const QByteArray &url) {
     // First of all: it gives a thread that Qt did not start what timers and sockets need.
     QEventLoop loop;
     QByteArray body("");
-    // Growing by copying would take three times the largest body; room that is not used costs nothing.
+    // Growing by copying would need three times the largest body; room that is not used costs nothing.
     body.reserve(m_limits.largestBody);
     std::optional<UrlError> failure;
-    bool over = false;
+    bool hasEnded = false;
     QObject context;
-    new UrlTransfer(
-        *request, m_limits, &context,
+    new CurlTransfer(
+        CurlLibrary::shared(), *request, m_limits, &context,
         [&body](const QByteArray &piece) {
             body += piece;
             return std::optional<UrlError>();
         },
         [&](const std::optional<UrlError> &error) {
             failure = error;
-            over = true;
+            hasEnded = true;
             loop.quit();
         });
-    if (!over) {
-        loop.exec();
-    }
-    return failure || !over ? std::nullopt : std::optional(body);
+    loop.exec();
+    return failure || !hasEnded ? std::nullopt : std::optional(body);
 }
 
-std::optional<UrlRequest> QtUrlLoader::requestFor(const QByteArray &url) {
+std::optional<UrlRequest> CurlUrlLoader::requestFor(const QByteArray &url) const {
     const auto strict = strictUrl(url);
     if (!strict) {
         return std::nullopt;
     }
-    std::call_once(m_tlsIsSet, [this] {
-        m_tls = QSslConfiguration::defaultConfiguration();
-        if (!m_authorityFile.isEmpty()) {
-            m_tls->addCaCertificates(m_authorityFile);
-        }
-    });
-    return UrlRequest{*strict, "Quorvane/" + m_version.toUtf8(), *m_tls};
+    return UrlRequest{*strict, "Quorvane/" + m_version.toUtf8(), QFile::encodeName(m_authorityFolder),
+                      QFile::encodeName(m_authorityFile)};
 }
 
 } // namespace quorvane::platform

@@ -1,93 +1,21 @@
-#include "platform/linux/network/QtUrlLoader.h"
 #include "TestServer.h"
-#include "TlsServer.h"
+#include "UrlLoaderFixture.h"
 #include "platform/StrictUrl.h"
+#include "platform/linux/network/CurlLibrary.h"
+#include "platform/linux/network/CurlTransfer.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <sys/stat.h>
 
 namespace quorvane::platform {
 
 namespace {
 
-using platform::QtUrlLoader;
-using platform::UrlError;
-using platform::UrlLimits;
-using namespace std::chrono_literals;
+class CurlUrlLoaderTest : public UrlLoaderFixture {};
 
-UrlLimits shortLimits() {
-    return {400ms, 1200ms, qint64{16} * 1024 * 1024};
-}
-
-/// What came of one download.
-struct Outcome {
-    bool accepted = false;
-    int finished = 0;
-    std::optional<UrlError> error;
-
-    [[nodiscard]] bool isOver() const { return finished > 0 || error; }
-};
-
-class QtUrlLoaderTest : public ::testing::Test {
-protected:
-    /// Runs the event loop until the condition holds.
-    template <typename Condition>
-    static bool spin(Condition condition, int milliseconds = 20000) {
-        QElapsedTimer clock;
-        clock.start();
-        while (!condition() && clock.elapsed() < milliseconds) {
-            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
-        }
-        return condition();
-    }
-
-    Outcome download(QtUrlLoader &by, const QByteArray &url) {
-        Outcome outcome;
-        QObject context;
-        outcome.accepted = by.download(
-            url, &context,
-            [this] {
-                ++m_destinationsAsked;
-                return m_path;
-            },
-            [&] { ++outcome.finished; }, [&](const UrlError &error) { outcome.error = error; });
-        EXPECT_FALSE(outcome.isOver()) << "told from within the request";
-        EXPECT_TRUE(!outcome.accepted || spin([&] { return outcome.isOver(); }));
-        return outcome;
-    }
-
-    [[nodiscard]] QByteArray saved() const {
-        QFile file(m_path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
-
-    /// Nothing but the destination may be in its folder.
-    [[nodiscard]] QStringList filesLeft() const {
-        return QDir(QFileInfo(m_path).path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    }
-
-    /// fetch() on a thread of its own, as it is meant.
-    static std::optional<QByteArray> fetch(QtUrlLoader &by, const QByteArray &url) {
-        std::optional<QByteArray> result;
-        std::thread([&] { result = by.fetch(url); }).join();
-        return result;
-    }
-
-    QTemporaryDir m_folder;
-    const QString m_path = m_folder.filePath(QStringLiteral("answer"));
-    int m_destinationsAsked = 0;
-    QtUrlLoader m_loader{QStringLiteral("1.0.0"), QString(), shortLimits()};
-};
-
-TEST_F(QtUrlLoaderTest, SendsTargetsByteForByte) {
+TEST_F(CurlUrlLoaderTest, SendsTargetsByteForByte) {
     TestServer server(TestServer::reply("200 OK", "x"));
     const QByteArrayList targets{
         "/?cmd=MRTSL&ver=1.0.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=AB-1.0.0",
@@ -106,7 +34,7 @@ TEST_F(QtUrlLoaderTest, SendsTargetsByteForByte) {
     }
 }
 
-TEST_F(QtUrlLoaderTest, RefusesTextsThatCannotBeSentAsTheyStand) {
+TEST_F(CurlUrlLoaderTest, RefusesTextsThatCannotBeSentAsTheyAre) {
     const TestServer server(TestServer::reply("200 OK", "x"));
     const QByteArrayList targets{"/a b",   "/#x",   "/?a#",       "/%zz",    "/%",
                                  "/?\"",   "/?<a>", "/?a|b",      "/?{}",    "/?a^b",
@@ -119,12 +47,12 @@ TEST_F(QtUrlLoaderTest, RefusesTextsThatCannotBeSentAsTheyStand) {
     }
     for (const char *url : {"", "/", "ftp://127.0.0.1/", "file:///etc/passwd", "https://", "https:///x",
                             "http://u:p@127.0.0.1/", "127.0.0.1", "HTTP://127.0.0.1/"}) {
-        EXPECT_FALSE(platform::strictUrl(url)) << url;
+        EXPECT_FALSE(strictUrl(url)) << url;
     }
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
-TEST_F(QtUrlLoaderTest, SendsPlainHeaders) {
+TEST_F(CurlUrlLoaderTest, SendsPlainHeaders) {
     TestServer server(TestServer::reply("200 OK", "x", "Set-Cookie: a=b\r\n"));
     download(m_loader, server.url());
     download(m_loader, server.url());
@@ -135,7 +63,7 @@ TEST_F(QtUrlLoaderTest, SendsPlainHeaders) {
     EXPECT_FALSE(head.contains("upgrade"));
 }
 
-TEST_F(QtUrlLoaderTest, SavesTheBodyPrivately) {
+TEST_F(CurlUrlLoaderTest, SavesTheBodyPrivately) {
     const QByteArray body = QByteArray("body\0\xFF", 6).repeated(10000);
     TestServer server(TestServer::reply("200 OK", body));
     const mode_t before = umask(0);
@@ -152,7 +80,7 @@ TEST_F(QtUrlLoaderTest, SavesTheBodyPrivately) {
     EXPECT_EQ(filesLeft(), QStringList{QStringLiteral("answer")});
 }
 
-TEST_F(QtUrlLoaderTest, ErrorStatusWithABodyIsAFinishedDownload) {
+TEST_F(CurlUrlLoaderTest, ErrorStatusWithABodyIsAFinishedDownload) {
     for (const char *status : {"500 Internal Server Error", "404 Not Found", "401 Unauthorized",
                                "403 Forbidden", "503 Service Unavailable", "418 Teapot", "599 Odd"}) {
         TestServer server(TestServer::reply(status, "reason"));
@@ -163,14 +91,14 @@ TEST_F(QtUrlLoaderTest, ErrorStatusWithABodyIsAFinishedDownload) {
     }
 }
 
-TEST_F(QtUrlLoaderTest, EmptyBodyIsAnEmptyFile) {
+TEST_F(CurlUrlLoaderTest, EmptyBodyIsAnEmptyFile) {
     TestServer server(TestServer::reply("200 OK", ""));
     EXPECT_EQ(download(m_loader, server.url()).finished, 1);
     EXPECT_EQ(saved(), "");
     EXPECT_EQ(fetch(m_loader, server.url()), QByteArray(""));
 }
 
-TEST_F(QtUrlLoaderTest, TruncatedBodyFails) {
+TEST_F(CurlUrlLoaderTest, TruncatedBodyFails) {
     const QByteArrayList answers{"HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nonly this",
                                  "HTTP/1.1 500 Error\r\nContent-Length: 100\r\n\r\nonly this"};
     for (const QByteArray &answer : answers) {
@@ -185,7 +113,7 @@ TEST_F(QtUrlLoaderTest, TruncatedBodyFails) {
     }
 }
 
-TEST_F(QtUrlLoaderTest, ChunksAreJoinedAndAMissingOneFails) {
+TEST_F(CurlUrlLoaderTest, ChunksAreJoinedAndAMissingOneFails) {
     const QByteArray chunks = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\nhalf\r\n";
     TestServer whole([chunks](int descriptor) { TestServer::send(descriptor, chunks + "0\r\n\r\n"); });
     EXPECT_EQ(download(m_loader, whole.url()).finished, 1);
@@ -199,7 +127,7 @@ TEST_F(QtUrlLoaderTest, ChunksAreJoinedAndAMissingOneFails) {
     EXPECT_TRUE(filesLeft().isEmpty());
 }
 
-TEST_F(QtUrlLoaderTest, AHugeHeadIsCutOff) {
+TEST_F(CurlUrlLoaderTest, AHugeHeadIsCutOff) {
     std::atomic<qint64> sent = 0;
     TestServer server([&sent](int descriptor) {
         TestServer::send(descriptor, "HTTP/1.1 200 OK\r\nX: ");
@@ -214,16 +142,16 @@ TEST_F(QtUrlLoaderTest, AHugeHeadIsCutOff) {
     EXPECT_LT(sent, 2 * 20000000) << "what the kernel keeps, not all of it";
 }
 
-TEST_F(QtUrlLoaderTest, WhatIsNotHttpFails) {
+TEST_F(CurlUrlLoaderTest, WhatIsNotHttpFails) {
     TestServer server([](int descriptor) { TestServer::send(descriptor, "SSH-2.0-x\r\n"); });
     EXPECT_TRUE(download(m_loader, server.url()).error);
-    EXPECT_EQ(server.requests().size(), 1) << "asked once";
+    EXPECT_EQ(server.requests().size(), 1) << "one request";
     TestServer mute([](int) {});
     EXPECT_TRUE(download(m_loader, mute.url()).error);
     EXPECT_TRUE(filesLeft().isEmpty());
 }
 
-TEST_F(QtUrlLoaderTest, SilenceTimesOut) {
+TEST_F(CurlUrlLoaderTest, SilenceTimesOut) {
     TestServer server([&server](int) {
         while (server.isRunning()) {
             usleep(5000);
@@ -239,7 +167,7 @@ TEST_F(QtUrlLoaderTest, SilenceTimesOut) {
     EXPECT_FALSE(fetch(m_loader, server.url()));
 }
 
-TEST_F(QtUrlLoaderTest, DripTimesOutOverall) {
+TEST_F(CurlUrlLoaderTest, DripTimesOutOverall) {
     TestServer server([&server](int descriptor) {
         bool live = TestServer::send(descriptor, "HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n");
         while (live && server.isRunning()) {
@@ -257,9 +185,9 @@ TEST_F(QtUrlLoaderTest, DripTimesOutOverall) {
     EXPECT_TRUE(filesLeft().isEmpty());
 }
 
-TEST_F(QtUrlLoaderTest, LargeBodiesAreCutOff) {
-    QtUrlLoader small(QStringLiteral("1"), QString(), {5s, 5s, 100000});
-    // Told in the head, and found out on the way.
+TEST_F(CurlUrlLoaderTest, LargeBodiesAreCutOff) {
+    CurlUrlLoader small(QStringLiteral("1"), QString(), {5s, 5s, 100000});
+    // Known from the head, and found while the body comes.
     const QByteArrayList heads{"Content-Length: 1000000\r\n", ""};
     for (const QByteArray &head : heads) {
         TestServer server([head](int descriptor) {
@@ -276,7 +204,7 @@ TEST_F(QtUrlLoaderTest, LargeBodiesAreCutOff) {
     EXPECT_EQ(download(small, exact.url()).finished, 1);
 }
 
-TEST_F(QtUrlLoaderTest, FailuresOfTheNetworkAreTold) {
+TEST_F(CurlUrlLoaderTest, FailuresOfTheNetworkAreReported) {
     int port = 0;
     {
         const TestServer gone(TestServer::reply("200 OK", ""));
@@ -288,7 +216,7 @@ TEST_F(QtUrlLoaderTest, FailuresOfTheNetworkAreTold) {
     EXPECT_FALSE(refused.error->description.isEmpty());
 }
 
-TEST_F(QtUrlLoaderTest, FollowsRedirects) {
+TEST_F(CurlUrlLoaderTest, FollowsRedirects) {
     TestServer target(TestServer::reply("200 OK", "there"));
     TestServer server(TestServer::reply("302 Found", "moved", "Location: " + target.url("/x") + "\r\n"));
     EXPECT_EQ(download(m_loader, server.url()).finished, 1);
@@ -299,15 +227,19 @@ TEST_F(QtUrlLoaderTest, FollowsRedirects) {
     EXPECT_TRUE(download(m_loader, relative.url("/x")).error) << "in a circle";
     EXPECT_EQ(relative.requests().value(1).split('\r').first(), "GET /y?a=1 HTTP/1.1");
     EXPECT_EQ(relative.requests().size(), 11);
-    for (const char *astray :
+    TestServer raw(TestServer::reply("302 Found", "", "Location: /x?a=1&&b=%0D%0AX:%20y&c=[0]\r\n"));
+    EXPECT_TRUE(download(m_loader, raw.url("/?first=1&&2")).error);
+    EXPECT_EQ(raw.requests().value(0).split('\r').first(), "GET /?first=1&&2 HTTP/1.1");
+    EXPECT_EQ(raw.requests().value(1).split('\r').first(), "GET /x?a=1&&b=%0D%0AX:%20y&c=[0] HTTP/1.1");
+    for (const char *wanted :
          {"ftp://127.0.0.1/", "file:///etc/passwd", "http://u:p@127.0.0.1/", "//", "/a b"}) {
-        TestServer wrong(TestServer::reply("302 Found", "x", QByteArray("Location: ") + astray + "\r\n"));
-        EXPECT_TRUE(download(m_loader, wrong.url()).error) << astray;
-        EXPECT_EQ(wrong.requests().size(), 1) << astray;
+        TestServer wrong(TestServer::reply("302 Found", "x", QByteArray("Location: ") + wanted + "\r\n"));
+        EXPECT_TRUE(download(m_loader, wrong.url()).error) << wanted;
+        EXPECT_EQ(wrong.requests().size(), 1) << wanted;
     }
 }
 
-TEST_F(QtUrlLoaderTest, PlantedLinkIsReplacedNotFollowed) {
+TEST_F(CurlUrlLoaderTest, PlantedLinkIsReplacedNotFollowed) {
     TestServer server(TestServer::reply("200 OK", "body"));
     const QString victim = m_folder.filePath(QStringLiteral("victim"));
     QFile file(victim);
@@ -322,7 +254,7 @@ TEST_F(QtUrlLoaderTest, PlantedLinkIsReplacedNotFollowed) {
     EXPECT_EQ(file.readAll(), "precious");
 }
 
-TEST_F(QtUrlLoaderTest, FolderThatIsMissingOrFullFailsWithFile) {
+TEST_F(CurlUrlLoaderTest, FolderThatIsMissingOrFullFailsWithFile) {
     TestServer server(TestServer::reply("200 OK", "body"));
     QObject context;
     for (const QString &target :
@@ -337,7 +269,7 @@ TEST_F(QtUrlLoaderTest, FolderThatIsMissingOrFullFailsWithFile) {
     }
 }
 
-TEST_F(QtUrlLoaderTest, ContextThatGoesTakesTheDownloadAlong) {
+TEST_F(CurlUrlLoaderTest, ContextThatGoesTakesTheDownloadAlong) {
     TestServer server([&server](int descriptor) {
         TestServer::send(descriptor, "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf ");
         while (server.isRunning()) {
@@ -359,7 +291,7 @@ TEST_F(QtUrlLoaderTest, ContextThatGoesTakesTheDownloadAlong) {
     EXPECT_TRUE(filesLeft().isEmpty());
 }
 
-TEST_F(QtUrlLoaderTest, LoaderThatGoesEndsDownloadsSilently) {
+TEST_F(CurlUrlLoaderTest, LoaderThatGoesEndsDownloadsSilently) {
     TestServer server([&server](int) {
         while (server.isRunning()) {
             usleep(5000);
@@ -368,7 +300,7 @@ TEST_F(QtUrlLoaderTest, LoaderThatGoesEndsDownloadsSilently) {
     Outcome outcome;
     QObject context;
     {
-        QtUrlLoader shortLived(QStringLiteral("1"), QString(), shortLimits());
+        CurlUrlLoader shortLived(QStringLiteral("1"), QString(), shortLimits());
         ASSERT_TRUE(shortLived.download(
             server.url(), &context, [this] { return m_path; }, [&] { ++outcome.finished; },
             [&](const UrlError &error) { outcome.error = error; }));
@@ -376,7 +308,7 @@ TEST_F(QtUrlLoaderTest, LoaderThatGoesEndsDownloadsSilently) {
     EXPECT_FALSE(spin([&] { return outcome.isOver(); }, 800));
 }
 
-TEST_F(QtUrlLoaderTest, ACallbackMayDestroyItsContext) {
+TEST_F(CurlUrlLoaderTest, ACallbackMayDestroyItsContext) {
     TestServer server(TestServer::reply("200 OK", "x"));
     auto context = std::make_unique<QObject>();
     bool called = false;
@@ -390,80 +322,92 @@ TEST_F(QtUrlLoaderTest, ACallbackMayDestroyItsContext) {
     EXPECT_TRUE(spin([&] { return called; }));
 }
 
-TEST_F(QtUrlLoaderTest, ProxiesOfTheEnvironmentAreNotUsed) {
-    TestServer server(TestServer::reply("200 OK", "x"));
-    ASSERT_TRUE(qputenv("http_proxy", "http://127.0.0.1:9/"));
-    EXPECT_EQ(download(m_loader, server.url()).finished, 1);
-    qunsetenv("http_proxy");
-}
-
-class QtUrlLoaderTls : public QtUrlLoaderTest {
-protected:
-    static void SetUpTestSuite() { m_certificates = std::make_unique<TestCertificates>(); }
-
-    static void TearDownTestSuite() { m_certificates.reset(); }
-
-    void SetUp() override {
-        ASSERT_TRUE(m_certificates->areMade()) << "the openssl tool made no certificates";
-        m_trusting = std::make_unique<QtUrlLoader>(QStringLiteral("1"), m_certificates->authority(),
-                                                   UrlLimits{5s, 10s, 1000});
+/// Sets variables of the environment until the end of the test.
+class Environment {
+public:
+    void set(const char *name, const QByteArray &value) {
+        m_former.push_back({name, qEnvironmentVariableIsSet(name), qgetenv(name)});
+        qputenv(name, value);
     }
 
-    static QByteArray answer(const QByteArray &body) {
-        return "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " + QByteArray::number(body.size()) +
-               "\r\n\r\n" + body;
+    Environment() = default;
+
+    ~Environment() {
+        for (const Variable &variable : m_former) {
+            variable.wasSet ? qputenv(variable.name, variable.value) : qunsetenv(variable.name);
+        }
     }
 
-    inline static std::unique_ptr<TestCertificates> m_certificates;
-    std::unique_ptr<QtUrlLoader> m_trusting;
+    Environment(const Environment &) = delete;
+    Environment &operator=(const Environment &) = delete;
+
+private:
+    struct Variable {
+        const char *name;
+        bool wasSet;
+        QByteArray value;
+    };
+
+    std::vector<Variable> m_former;
 };
 
-TEST_F(QtUrlLoaderTls, ExtraAuthorityIsTrusted) {
-    const TlsServer server(*m_certificates, QStringLiteral("good"), answer("secret"));
-    EXPECT_EQ(download(*m_trusting, server.url()).finished, 1);
-    EXPECT_EQ(saved(), "secret");
-    EXPECT_EQ(fetch(*m_trusting, server.url()), "secret");
-}
-
-TEST_F(QtUrlLoaderTls, LargeBodiesComeThroughWhole) {
-    const QByteArray body = QByteArray("0123456789abcdef").repeated(500000);
-    const TlsServer server(*m_certificates, QStringLiteral("good"), answer(body));
-    QtUrlLoader patient(QStringLiteral("1"), m_certificates->authority(), {5s, 20s, body.size()});
-    EXPECT_EQ(download(patient, server.url()).finished, 1);
-    EXPECT_TRUE(saved() == body);
-    EXPECT_TRUE(fetch(patient, server.url()) == body);
-}
-
-TEST_F(QtUrlLoaderTls, UnknownAuthorityFails) {
-    const TlsServer server(*m_certificates, QStringLiteral("good"), answer("secret"));
-    const Outcome outcome = download(m_loader, server.url());
-    ASSERT_TRUE(outcome.error);
-    EXPECT_EQ(outcome.error->kind, UrlError::Kind::Tls) << outcome.error->description.toStdString();
-    EXPECT_FALSE(fetch(m_loader, server.url()));
-}
-
-TEST_F(QtUrlLoaderTls, CertificateOfAnotherHostFails) {
-    const TlsServer server(*m_certificates, QStringLiteral("wrong"), answer("secret"));
-    const Outcome outcome = download(*m_trusting, server.url());
-    ASSERT_TRUE(outcome.error);
-    EXPECT_EQ(outcome.error->kind, UrlError::Kind::Tls);
-}
-
-TEST_F(QtUrlLoaderTls, RedirectToPlainHttpIsNotFollowed) {
-    const TestServer plain(TestServer::reply("200 OK", "plain"));
-    const TlsServer server(*m_certificates, QStringLiteral("good"),
-                           "HTTP/1.1 302 Found\r\nConnection: close\r\nContent-Length: 0\r\nLocation: " +
-                               plain.url() + "\r\n\r\n");
-    EXPECT_TRUE(download(*m_trusting, server.url()).error);
-    EXPECT_FALSE(fetch(*m_trusting, server.url()));
-    EXPECT_TRUE(plain.requests().isEmpty());
-    EXPECT_TRUE(filesLeft().isEmpty());
-}
-
-TEST_F(QtUrlLoaderTls, AuthorityFileThatIsMissingLeavesTheOthersAlone) {
-    QtUrlLoader other(QStringLiteral("1"), QStringLiteral("/no/such/ca.crt"), shortLimits());
+TEST_F(CurlUrlLoaderTest, ProxiesOfTheEnvironmentAreNotUsed) {
     TestServer server(TestServer::reply("200 OK", "x"));
-    EXPECT_EQ(download(other, server.url()).finished, 1);
+    Environment environment;
+    for (const char *name : {"http_proxy", "https_proxy", "all_proxy", "HTTPS_PROXY", "ALL_PROXY"}) {
+        environment.set(name, "http://127.0.0.1:9/");
+    }
+    environment.set("no_proxy", "");
+    EXPECT_EQ(download(m_loader, server.url()).finished, 1);
+    EXPECT_EQ(fetch(m_loader, server.url()), "x");
+}
+
+TEST_F(CurlUrlLoaderTest, PasswordsOfTheHomeFolderAreNotSent) {
+    TestServer server(TestServer::reply("200 OK", "x"));
+    QFile file(m_folder.filePath(QStringLiteral(".netrc")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("default login user password secret\n");
+    file.close();
+    Environment environment;
+    environment.set("HOME", m_folder.path().toUtf8());
+    EXPECT_EQ(fetch(m_loader, server.url()), "x");
+    EXPECT_FALSE(server.requests().value(0).toLower().contains("authorization"));
+}
+
+TEST_F(CurlUrlLoaderTest, SocketsAreNotPassedToOtherPrograms) {
+    int sockets = 0;
+    int passedOn = 0;
+    TestServer server([&](int descriptor) {
+        for (int other = 0; other < 1024; ++other) {
+            sockaddr_in peer{};
+            socklen_t size = sizeof peer;
+            const bool isClient =
+                getpeername(other, static_cast<sockaddr *>(static_cast<void *>(&peer)), &size) == 0 &&
+                peer.sin_family == AF_INET && ntohs(peer.sin_port) == server.port();
+            sockets += isClient ? 1 : 0;
+            passedOn += isClient && (fcntl(other, F_GETFD) & FD_CLOEXEC) == 0 ? 1 : 0;
+        }
+        TestServer::send(descriptor, "HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx");
+    });
+    EXPECT_EQ(fetch(m_loader, server.url()), "x");
+    EXPECT_EQ(sockets, 1);
+    EXPECT_EQ(passedOn, 0);
+}
+
+TEST_F(CurlUrlLoaderTest, WithoutTheLibraryDownloadsFail) {
+    EXPECT_FALSE(CurlLibrary::load(QStringLiteral("no-such-library.so")));
+    EXPECT_FALSE(CurlLibrary::load(QStringLiteral("libc.so.6"))) << "without the functions";
+    ASSERT_NE(CurlLibrary::shared(), nullptr);
+    std::optional<UrlError> failure;
+    QObject context;
+    new CurlTransfer(
+        nullptr, {QUrl(QStringLiteral("http://127.0.0.1/")), {}, {}, {}}, {}, &context,
+        [](const QByteArray &) { return std::optional<UrlError>(); },
+        [&failure](const std::optional<UrlError> &error) { failure = error; });
+    EXPECT_FALSE(failure) << "reported from within the request";
+    ASSERT_TRUE(spin([&] { return failure.has_value(); }));
+    EXPECT_EQ(failure->kind, UrlError::Kind::Other);
+    EXPECT_FALSE(failure->description.isEmpty());
 }
 
 } // namespace
