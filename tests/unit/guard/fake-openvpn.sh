@@ -12,6 +12,7 @@ binary) printf 'a\377\001b\n'; exit 1 ;;
 reports)
     echo "arguments: $*"
     echo "variables: $(env | cut -d= -f1 | grep -vE '^(PWD|_|SHLVL|OLDPWD)$' | sort | tr '\n' ' ')"
+    # shellcheck disable=SC2012 # the links of descriptors, whose names are numbers
     echo "files: $(ls -l /proc/self/fd | sed -n 's/.* -> //p' | tr '\n' ' ')"
     sed -n 's/^NoNewPrivs:[[:space:]]*/no new privileges: /p; s/^SigIgn:[[:space:]]*/ignored: /p; s/^SigBlk:[[:space:]]*/blocked: /p' /proc/self/status
     echo "folder: $(pwd)"

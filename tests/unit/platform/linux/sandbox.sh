@@ -5,7 +5,7 @@ set -eu
 mount -t proc proc /proc
 ip link set lo up
 mount -t tmpfs -o mode=755 tests /mnt
-if [ "$(cat /proc/self/uid_map | tr -s ' ')" = " 0 0 4294967295" ]; then
+if [ "$(tr -s ' ' </proc/self/uid_map)" = " 0 0 4294967295" ]; then
     mkdir /mnt/upper /mnt/work
     mount -t overlay -o lowerdir=/etc,upperdir=/mnt/upper,workdir=/mnt/work overlay /etc
     for folder in /home /run /var/lib/sudo /var/log; do

@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Finds words that the glossary of CONTRIBUTING.md rules out.
 
-scripts/words.txt lists them with what to write instead. They are looked for as whole words in every tracked text:
-comments, documents, file names, and inside names (in toldQuiet the word "told" is found).
+scripts/words.txt lists them with what to write instead. They are looked for as whole words in every tracked
+text: comments, documents, file names, and inside names (in toldQuiet the word "told" is found).
 """
 
 import re
@@ -60,9 +60,7 @@ class WordList:
 def main():
     """Checks the tracked files; exit status 1 when a word was found."""
     words = WordList((ROOT / LIST).read_text(encoding="utf-8"))
-    listing = subprocess.run(
-        ["git", "ls-files", "-z"], cwd=ROOT, check=True, capture_output=True, text=True
-    )
+    listing = subprocess.run(["git", "ls-files", "-z"], cwd=ROOT, check=True, capture_output=True, text=True)
     found = False
     for path in filter(None, listing.stdout.split("\0")):
         if words.is_skipped(path) or not (ROOT / path).is_file():
