@@ -32,7 +32,7 @@ struct Task {
     std::shared_ptr<const std::atomic<quint64>> lastRequest;
     quint64 number;
 
-    [[nodiscard]] bool overtaken() const { return number != *lastRequest; }
+    [[nodiscard]] bool superseded() const { return number != *lastRequest; }
 };
 
 QString textOf(const std::optional<QByteArray> &body) {
@@ -66,7 +66,7 @@ void storeAnswer(const Task &task, const QString &configuration) {
 /// True when a configuration was stored.
 bool runTask(const Task &task) {
     const QString text = textOf(platform::Platform::current().urls->fetch(task.url));
-    if (task.overtaken()) {
+    if (task.superseded()) {
         return false;
     }
     if (ConfigurationAnswer::isArgumentError(text)) {
@@ -103,7 +103,7 @@ void ConfigurationFetch::start(const QString &title, const QrvVpnDataPointer &da
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
             [task, self, success] {
-                if (!self || task.overtaken()) {
+                if (!self || task.superseded()) {
                     return;
                 }
                 if (success) {

@@ -16,7 +16,7 @@ class QrvAPI;
 ///
 /// start() and the signals belong to the main thread; the request and the writing run as one task on the
 /// global background queue. There is no lock: the caller keeps its buttons disabled meanwhile. Where a
-/// request is sent all the same, the last one counts: of one that was overtaken nothing is stored or told.
+/// request is sent all the same, the last one counts: of one that was superseded nothing is stored or told.
 class ConfigurationFetch final : public QObject {
     Q_OBJECT
 

@@ -99,7 +99,7 @@ public:
     static void forgetProcessWideValues();
 
 private:
-    void takeAnswer(const AnswerTable &table);
+    void recordAnswer(const AnswerTable &table);
 
     QrvApiProtocol *m_delegate = nullptr;
     QString m_serial;

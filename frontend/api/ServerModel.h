@@ -47,8 +47,8 @@ public:
     [[nodiscard]] QString getCodeByIP(const QString &address) const;
 
 private:
-    [[nodiscard]] const QrvLocation *locationTitled(const QString &title) const;
-    [[nodiscard]] const QrvVpnData *groupLabelling(const QString &label) const;
+    [[nodiscard]] const QrvLocation *locationWithTitle(const QString &title) const;
+    [[nodiscard]] const QrvVpnData *groupForLabel(const QString &label) const;
     [[nodiscard]] QStringList serverFieldsWith(const QString &address) const;
 
     QStringList m_serverList;

@@ -162,9 +162,9 @@ void HideIpSession::showIp() {
 void HideIpSession::connectionError() {
     noteOutcome(QStringLiteral("error"));
     Diagnostics::log(QStringLiteral("rndLocationCounter= %1").arg(m_failures));
-    const bool maySearchOn = m_environment.selectedTitle() == LocationChoice::randomTitle() ||
-                             m_environment.changesAutomatically();
-    if (m_failures < retries && maySearchOn) {
+    const bool mayRetry = m_environment.selectedTitle() == LocationChoice::randomTitle() ||
+                          m_environment.changesAutomatically();
+    if (m_failures < retries && mayRetry) {
         ++m_failures;
         getNewIP();
         return;

@@ -24,13 +24,13 @@ public:
                                            Action::DiscardIp, Action::BringUpWindow};
 
     /// Why an action's last registration does not act.
-    struct Trouble {
+    struct Problem {
         enum class Kind { None, TakenElsewhere, HeldByAction, UnknownKey, Declined };
         Kind kind = Kind::None;
         /// For HeldByAction: whose combination it still is.
         Action holder = Action::HideIp;
 
-        bool operator==(const Trouble &) const = default;
+        bool operator==(const Problem &) const = default;
     };
 
     using PressHandler = std::function<void(quint32 id)>;
@@ -60,7 +60,7 @@ public:
     /// stands for a combination registers it; the place changes only if the desktop accepts.
     void registerHotKey(qint32 tag, platform::HotKeyIdentifier htkID, platform::HotKeyReference &htkEvent);
 
-    [[nodiscard]] Trouble trouble(Action action) const { return m_troubles[indexOf(action)]; }
+    [[nodiscard]] Problem problem(Action action) const { return m_problems[indexOf(action)]; }
 
     /// The action's current registration, perhaps none or one that was given back.
     [[nodiscard]] platform::HotKeyReference reference(Action action) const {
@@ -77,14 +77,14 @@ private:
     static constexpr std::size_t indexOf(Action action) { return static_cast<std::size_t>(action) - 1; }
 
     [[nodiscard]] static bool isAction(quint32 id);
-    [[nodiscard]] Trouble troubleAfter(platform::HotKeyError error,
+    [[nodiscard]] Problem problemAfter(platform::HotKeyError error,
                                        const HotKeyTable::Combination &combination, quint32 id) const;
-    void setTrouble(quint32 id, const Trouble &trouble);
+    void setProblem(quint32 id, const Problem &problem);
     void forget(platform::HotKeyReference reference);
-    void takenBack(platform::HotKeyReference reference, platform::HotKeyError error);
+    void registrationWithdrawn(platform::HotKeyReference reference, platform::HotKeyError error);
 
     std::array<platform::HotKeyReference, actions.size()> m_references{};
-    std::array<Trouble, actions.size()> m_troubles{};
+    std::array<Problem, actions.size()> m_problems{};
     std::vector<Held> m_heldKeys;
     ChangeHandler m_changed;
 };

@@ -10,9 +10,9 @@ QString LocationChoice::randomTitle() {
     return QStringLiteral("Random Location");
 }
 
-std::optional<LocationChoice::Entry> LocationChoice::unusedOf(const QList<Entry> &candidates,
-                                                              qsizetype sizeThatEmpties) {
-    if (m_used.size() == sizeThatEmpties) {
+std::optional<LocationChoice::Entry> LocationChoice::pickUnused(const QList<Entry> &candidates,
+                                                                qsizetype resetSize) {
+    if (m_used.size() == resetSize) {
         m_used.clear();
     }
     const bool anyLeft = std::any_of(candidates.begin(), candidates.end(),
@@ -56,13 +56,13 @@ LocationChoice::Outcome LocationChoice::choose(const Request &request) {
             outcome.result = Result::NoUnitedStates;
             return outcome;
         }
-        pick = unusedOf(american, american.size());
+        pick = pickUnused(american, american.size());
         outcome.updatesLocationText = pick.has_value();
     } else if (candidate && candidate->title != randomTitle()) {
         pick = candidate;
     } else {
         // The used set is compared with the whole list, entry 0 included, a size that picks never reach.
-        pick = unusedOf(request.list.sliced(1), request.list.size());
+        pick = pickUnused(request.list.sliced(1), request.list.size());
         if (pick) {
             outcome.selection = pick->id;
             outcome.updatesLocationText = true;

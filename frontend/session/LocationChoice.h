@@ -59,7 +59,7 @@ public:
     [[nodiscard]] static QString randomTitle();
 
 private:
-    [[nodiscard]] std::optional<Entry> unusedOf(const QList<Entry> &candidates, qsizetype sizeThatEmpties);
+    [[nodiscard]] std::optional<Entry> pickUnused(const QList<Entry> &candidates, qsizetype resetSize);
 
     Random m_random;
     QSet<quint64> m_used;

@@ -88,7 +88,7 @@ void LocationRotation::fetchPick(const LocationChoice::Outcome &outcome) {
     m_parts.fetch.start(outcome.pick.title, outcome.pick.data, m_parts.controls.transportLabel());
 }
 
-void LocationRotation::goOnIfWaiting() {
+void LocationRotation::resumeIfWaiting() {
     if (m_waiting) {
         m_parts.display.waitingEnded();
         downloadCertificateForSelectedItem();
@@ -98,7 +98,7 @@ void LocationRotation::goOnIfWaiting() {
 void LocationRotation::setUsedItems(const QSet<quint64> &items) {
     m_choice.setUsedItems(items);
     // Later: choosing a location empties the set and then begins an attempt of its own.
-    QMetaObject::invokeMethod(this, &LocationRotation::goOnIfWaiting, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &LocationRotation::resumeIfWaiting, Qt::QueuedConnection);
 }
 
 void LocationRotation::changeIpMenuItemPressed() {

@@ -42,7 +42,7 @@ public:
     void intervalEntered(int minutes);
 
     /// An attempt that waits for a free location picks again; otherwise nothing.
-    void goOnIfWaiting();
+    void resumeIfWaiting();
 
     void forgetWaitingPick() { m_waiting = false; }
 

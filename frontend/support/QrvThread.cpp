@@ -133,20 +133,20 @@ void *QrvThread::entry(void *argument) {
     int previous = 0;
     pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous);
     const std::unique_ptr<std::shared_ptr<Record>> owner(static_cast<std::shared_ptr<Record> *>(argument));
-    const std::shared_ptr<Record> m_record = *owner;
+    const std::shared_ptr<Record> record = *owner;
 
     struct AliveGuard {
-        Record &m_record;
+        Record &record;
 
         ~AliveGuard() {
-            const std::lock_guard lock(m_record.statusMutex);
-            m_record.alive = false;
+            const std::lock_guard lock(record.statusMutex);
+            record.alive = false;
         }
-    } guard{*m_record};
+    } guard{*record};
 
-    m_record->set(running);
-    void *result = m_record->execute();
-    m_record->set(finished);
+    record->set(running);
+    void *result = record->execute();
+    record->set(finished);
     return result;
 }
 

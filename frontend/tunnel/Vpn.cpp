@@ -111,12 +111,12 @@ bool Vpn::emptyLog(const QString &path) {
     return TextFile::replace(path, {}) && platform::reserveSpace(path, logSpace) == 0;
 }
 
-void Vpn::launchInBackground(const QStringList &words, const QString &credentialsPath) {
-    QThreadPool::globalInstance()->start([words, credentialsPath] {
+void Vpn::launchInBackground(const QStringList &command, const QString &credentialsPath) {
+    QThreadPool::globalInstance()->start([command, credentialsPath] {
         QString output;
         QString error;
         const bool launched =
-            ScriptUtil().runProcessAsAdministrator(words.first(), words.sliced(1), output, error);
+            ScriptUtil().runProcessAsAdministrator(command.first(), command.sliced(1), output, error);
         Diagnostics::logAlways(QStringLiteral("> %1").arg(launched ? 1 : 0));
         // The name carries its quotes here, so the credentials file stays until the next start rewrites
         // it: OpenVPN, running in the background by now, may not have read it yet.

@@ -62,7 +62,7 @@ private:
     void terminatevpn();
     /// True when the log is there, empty, and there is room for what OpenVPN will write.
     [[nodiscard]] bool emptyLog(const QString &path);
-    void launchInBackground(const QStringList &words, const QString &credentialsPath);
+    void launchInBackground(const QStringList &command, const QString &credentialsPath);
     void fail(const QString &line);
 
     RunningProcesses &m_processes;

@@ -107,12 +107,12 @@ void QrvAuthenticationWindowController::okButton() {
         m_alerts.critical({QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}});
         return;
     }
-    seeToDnsAndStart();
+    ensureDnsAndStart();
     Diagnostics::log(QStringLiteral("QrvAuthenticationWindowController closed"));
     closeWindow();
 }
 
-void QrvAuthenticationWindowController::seeToDnsAndStart() {
+void QrvAuthenticationWindowController::ensureDnsAndStart() {
     const BusyPointer busy;
     ScriptUtil script;
     // After a successful rewrite nothing is started; after a failed one the session starts all the same.

@@ -54,7 +54,7 @@ protected:
     void reject() override;
 
 private:
-    void seeToDnsAndStart();
+    void ensureDnsAndStart();
 
     AlertPresenter &m_alerts;
     std::unique_ptr<Ui::AuthenticaionView> m_ui;

@@ -126,10 +126,10 @@ void QrvMainWindowController::awakeFromNib() {
     m_hideIpSession->clearFailedConnections();
     scheduleStartupChecks();
     if (!startedHidden()) {
-        FirstPaint::then(*m_mainWindow, [this] { settings(); });
+        FirstPaint::callAfter(*m_mainWindow, [this] { settings(); });
         m_mainWindow->bringForward();
     } else {
-        m_mainWindow->putAway();
+        m_mainWindow->sendToBackground();
         settings();
     }
 }
@@ -158,7 +158,7 @@ void QrvMainWindowController::connectWindow() {
         m_hideIpSession->quorvaneButtonPressed();
     });
     connect(&m_mainWindow->locationPane(), &QrvLocationPaneController::rebuilt, m_rotation.get(),
-            &LocationRotation::goOnIfWaiting);
+            &LocationRotation::resumeIfWaiting);
     connect(m_mainWindow.get(), &MainWindow::changeIpPressed, m_rotation.get(),
             &LocationRotation::changeIpButtonPressed);
     connect(m_mainWindow.get(), &MainWindow::discardIpPressed, m_rotation.get(),

@@ -33,7 +33,7 @@ QString randomTitle() {
     return QStringLiteral("Random Location");
 }
 
-QString present(const QString &text) {
+QString nonNull(const QString &text) {
     return text.isNull() ? QStringLiteral("") : text;
 }
 
@@ -220,7 +220,7 @@ void QrvLocationPaneController::checkPopupCountry() {
     if (preferences().boolean(sameIpKey) && !lastIp.isEmpty()) {
         code = m_api->model().getLocationByIP(lastIp);
     }
-    preferences().setValues({{countryKey, present(country)}, {locationKey, present(code)}});
+    preferences().setValues({{countryKey, nonNull(country)}, {locationKey, nonNull(code)}});
 }
 
 void QrvLocationPaneController::popupCountrySelected() {
@@ -244,7 +244,7 @@ void QrvLocationPaneController::checkSameIP() {
     const bool lent = keeps && SessionState::shared().hidden;
     preferences().setValues(
         {{sameIpKey, keeps},
-         {lastIpKey, lent ? present(SessionState::shared().currentIp) : QStringLiteral("")}});
+         {lastIpKey, lent ? nonNull(SessionState::shared().currentIp) : QStringLiteral("")}});
     platform::Platform::current().userDefaults->save();
 }
 

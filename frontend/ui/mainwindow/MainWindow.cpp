@@ -17,7 +17,7 @@ namespace {
 constexpr QSize stateImageSize(112, 112);
 constexpr QSize flagSize(28, 21);
 constexpr QSize windowIconSize(64, 64);
-constexpr int longestInterval = 2;
+constexpr int maximumIntervalDigits = 2;
 
 QString styleOf(Tone tone) {
     switch (tone) {
@@ -95,7 +95,7 @@ void MainWindow::connectControls() {
 
 void MainWindow::intervalTyped() {
     QString typed = m_ui->fieldChangeIpInterval->text();
-    if (!pureInteger(typed, longestInterval)) {
+    if (!pureInteger(typed, maximumIntervalDigits)) {
         // The cleaned text is another edit, and goes on from there.
         m_ui->fieldChangeIpInterval->setText(typed);
         intervalTyped();
@@ -174,7 +174,7 @@ void MainWindow::draw(const DisplayState &state) {
 void MainWindow::drawImages(const DisplayState &state) {
     if (state.stateImage != m_shown.stateImage) {
         m_ui->imageAppState->setPixmap(Images::pixmap(state.stateImage, stateImageSize, devicePixelRatioF()));
-        m_ui->imageAppState->setAccessibleName(stateInWords(state.stateImage));
+        m_ui->imageAppState->setAccessibleName(stateDescription(state.stateImage));
     }
     if (state.flagImage != m_shown.flagImage) {
         m_ui->imageCountry->setPixmap(Images::pixmap(state.flagImage, flagSize, devicePixelRatioF()));
@@ -183,7 +183,7 @@ void MainWindow::drawImages(const DisplayState &state) {
     m_ui->imageCountry->setVisible(state.flagVisible);
 }
 
-QString MainWindow::stateInWords(const QString &image) {
+QString MainWindow::stateDescription(const QString &image) {
     if (image == QLatin1String("applock")) {
         return tr("IP hidden");
     }
@@ -275,17 +275,17 @@ void MainWindow::setReachableByTray(bool reachable) {
         return;
     }
     m_reachableByTray = reachable;
-    if (m_away) {
-        leaveSight();
+    if (m_inBackground) {
+        hideOrMinimise();
     }
 }
 
-void MainWindow::putAway() {
-    m_away = true;
-    leaveSight();
+void MainWindow::sendToBackground() {
+    m_inBackground = true;
+    hideOrMinimise();
 }
 
-void MainWindow::leaveSight() {
+void MainWindow::hideOrMinimise() {
     if (m_reachableByTray) {
         hide();
     } else {
@@ -299,7 +299,7 @@ void MainWindow::leaveSight() {
 }
 
 void MainWindow::bringForward() {
-    m_away = false;
+    m_inBackground = false;
     if (isMinimized()) {
         showNormal();
     } else {
@@ -311,12 +311,12 @@ void MainWindow::bringForward() {
 
 void MainWindow::closeEvent(QCloseEvent *event) {
     event->ignore();
-    putAway();
+    sendToBackground();
 }
 
 void MainWindow::changeEvent(QEvent *event) {
     if (event->type() == QEvent::WindowStateChange && isVisible() && !isMinimized()) {
-        m_away = false; // the user took it from the task bar
+        m_inBackground = false; // the user took it from the task bar
     }
     QMainWindow::changeEvent(event);
 }

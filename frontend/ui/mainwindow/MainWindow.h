@@ -51,7 +51,7 @@ public:
     /// there is a tray, else it waits minimised in the task bar.
     void setReachableByTray(bool reachable);
     /// Out of the user's way until bringForward(), or until he takes it from the task bar; what closing does.
-    void putAway();
+    void sendToBackground();
     void bringForward();
 
 Q_SIGNALS:
@@ -81,14 +81,14 @@ private:
     void intervalStepped(int minutes);
     void mousePressEvent(QMouseEvent *event) override;
     void endEditing();
-    void leaveSight();
-    [[nodiscard]] static QString stateInWords(const QString &image);
+    void hideOrMinimise();
+    [[nodiscard]] static QString stateDescription(const QString &image);
     void drawImages(const DisplayState &state);
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     DisplayState m_shown;
     bool m_reachableByTray = false;
-    bool m_away = false;
+    bool m_inBackground = false;
 };
 
 } // namespace quorvane

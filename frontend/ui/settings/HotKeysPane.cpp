@@ -138,17 +138,17 @@ void HotKeysPane::selectHotKeyDropbownPressed(HotKeys::Action sender) {
     }
 }
 
-QString HotKeysPane::textOf(const HotKeys::Trouble &trouble) const {
-    switch (trouble.kind) {
-    case HotKeys::Trouble::Kind::None:
+QString HotKeysPane::textOf(const HotKeys::Problem &problem) const {
+    switch (problem.kind) {
+    case HotKeys::Problem::Kind::None:
         return {};
-    case HotKeys::Trouble::Kind::TakenElsewhere:
+    case HotKeys::Problem::Kind::TakenElsewhere:
         return tr("Another program uses this combination.");
-    case HotKeys::Trouble::Kind::HeldByAction:
-        return tr("Belongs to \"%1\" until Quorvane quits.").arg(nameOf(trouble.holder));
-    case HotKeys::Trouble::Kind::UnknownKey:
+    case HotKeys::Problem::Kind::HeldByAction:
+        return tr("Belongs to \"%1\" until Quorvane quits.").arg(nameOf(problem.holder));
+    case HotKeys::Problem::Kind::UnknownKey:
         return tr("This keyboard has no such key.");
-    case HotKeys::Trouble::Kind::Declined:
+    case HotKeys::Problem::Kind::Declined:
         return tr("The desktop declined this combination.");
     }
     return {};
@@ -158,9 +158,9 @@ QString HotKeysPane::nameOf(HotKeys::Action action) const {
     return plainName(*row(action).label);
 }
 
-void HotKeysPane::showTroubles(const HotKeys &hotKeys) {
+void HotKeysPane::showProblems(const HotKeys &hotKeys) {
     for (const HotKeys::Action action : HotKeys::actions) {
-        const QString text = textOf(hotKeys.trouble(action));
+        const QString text = textOf(hotKeys.problem(action));
         row(action).note->setText(text);
         row(action).dropdown->setAccessibleDescription(text);
     }

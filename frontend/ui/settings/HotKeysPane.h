@@ -32,7 +32,7 @@ public:
     /// What the action is called.
     [[nodiscard]] QString nameOf(HotKeys::Action action) const;
     /// Says beside each pop-up what is wrong with its registration, and whether hot keys work at all here.
-    void showTroubles(const HotKeys &hotKeys);
+    void showProblems(const HotKeys &hotKeys);
 
     /// Puts every combination that can be chosen into the pop-up, in place of what it held.
     static void fillDropdownWithHotKeys(QComboBox &dropdown);
@@ -44,7 +44,7 @@ protected:
 private:
     /// One combination is for one action: a choice that another pop-up shows is put back.
     void selectHotKeyDropbownPressed(HotKeys::Action sender);
-    [[nodiscard]] QString textOf(const HotKeys::Trouble &trouble) const;
+    [[nodiscard]] QString textOf(const HotKeys::Problem &problem) const;
 
     struct Row {
         QComboBox *dropdown;

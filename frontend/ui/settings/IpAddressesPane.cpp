@@ -15,7 +15,7 @@ namespace quorvane {
 
 namespace {
 
-constexpr int longestInterval = 2;
+constexpr int maximumIntervalDigits = 2;
 
 void postUpdateServerList() {
     platform::Platform::current().notifications->post(QStringLiteral("updateServerList"));
@@ -90,7 +90,7 @@ void IpAddressesPane::changeIpEveryButtonPressed(bool on) {
 
 void IpAddressesPane::intervalTyped() {
     QString typed = m_ui->fieldChangeIpInterval->text();
-    if (!pureInteger(typed, longestInterval)) {
+    if (!pureInteger(typed, maximumIntervalDigits)) {
         // The cleaned text is another edit, and goes on from there.
         m_ui->fieldChangeIpInterval->setText(typed);
         intervalTyped();

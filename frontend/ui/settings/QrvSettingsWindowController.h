@@ -72,7 +72,7 @@ public:
 private:
     void connectWindow();
     void refreshControls();
-    void showMainInstead();
+    void closeAndShowMainWindow();
 
     SettingsDelegate &m_delegate;
     QrvAPI &m_api;

@@ -11,7 +11,7 @@ FirstPaint::FirstPaint(QWidget &widget, std::function<void()> wanted)
     widget.installEventFilter(this);
 }
 
-void FirstPaint::then(QWidget &widget, std::function<void()> call) {
+void FirstPaint::callAfter(QWidget &widget, std::function<void()> call) {
     new FirstPaint(widget, std::move(call)); // the widget's
 }
 

@@ -14,7 +14,7 @@ class FirstPaint final : public QObject {
 
 public:
     /// What the call uses must live as long as the widget.
-    static void then(QWidget &widget, std::function<void()> call);
+    static void callAfter(QWidget &widget, std::function<void()> call);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

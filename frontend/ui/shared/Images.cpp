@@ -24,7 +24,7 @@ bool isName(const QString &name) {
 /// What is known of one folder of images. Images come with the program: one that was there stays there.
 struct Folder {
     QString resources;
-    QSet<QString> present;
+    QSet<QString> existing;
     QHash<QString, QIcon> icons;
 
     [[nodiscard]] QString pathOf(const QString &name, const QString &variant = {}) const {
@@ -45,13 +45,13 @@ Folder &folder() {
 
 bool Images::exists(const QString &name) {
     Folder &images = folder();
-    if (images.present.contains(name)) {
+    if (images.existing.contains(name)) {
         return true;
     }
     if (!isName(name) || !QFile::exists(images.pathOf(name))) {
         return false;
     }
-    images.present.insert(name);
+    images.existing.insert(name);
     return true;
 }
 

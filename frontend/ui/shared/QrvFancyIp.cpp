@@ -13,7 +13,7 @@ namespace {
 constexpr QSize digitSize(22, 34);
 constexpr QSize dotSize(11, 34);
 /// More than any address has. What a service may send instead of one is cut off far beyond the window's edge.
-constexpr qsizetype mostGlyphs = 64;
+constexpr qsizetype maximumGlyphs = 64;
 
 struct Glyph {
     QString image;
@@ -62,7 +62,7 @@ void QrvFancyIp::setStringValue(const QString &text) {
     m_shown = text;
     setAccessibleName(text);
     int x = 0;
-    for (const QChar character : QStringView(text).first(std::min(text.size(), mostGlyphs))) {
+    for (const QChar character : QStringView(text).first(std::min(text.size(), maximumGlyphs))) {
         const Glyph glyph = glyphOf(character);
         auto *view = new QLabel(this);
         view->setObjectName(glyph.image);

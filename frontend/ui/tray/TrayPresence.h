@@ -27,7 +27,7 @@ public:
 
     /// For so long an embedding tray waits for a status notifier host: at login the two start together, and
     /// the first icon decides for the whole run.
-    static constexpr double embeddingGraceSeconds = 2.0;
+    static constexpr double notifierWaitSeconds = 2.0;
 
     explicit TrayPresence(QObject *parent = nullptr);
     ~TrayPresence() override;
@@ -39,7 +39,7 @@ public:
     /// Tells the state in words; the address is the lent one.
     void setStatus(Status status, const QString &address);
 
-    [[nodiscard]] QString toolTip() const { return m_words; }
+    [[nodiscard]] QString toolTip() const { return m_toolTip; }
 
     [[nodiscard]] QAction *hideIpMenuItem() const { return m_hideItem; }
 
@@ -71,7 +71,7 @@ private:
     enum class Kind { Notifier, Embedded };
 
     void fillMenu();
-    void followHosts();
+    void updateForHosts();
     void makeIcon(Kind kind);
 
     std::unique_ptr<QMenu> m_trayMenu;
@@ -87,9 +87,9 @@ private:
     QSystemTrayIcon *m_appStatusIcon = nullptr;
     Kind m_iconKind = Kind::Notifier;
     bool m_waitingForNotifier = false;
-    bool m_told = false;
+    bool m_reportedAvailable = false;
     QString m_shownImage;
-    QString m_words;
+    QString m_toolTip;
 };
 
 } // namespace quorvane

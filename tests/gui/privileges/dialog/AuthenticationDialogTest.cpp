@@ -121,7 +121,7 @@ private Q_SLOTS:
         QVERIFY(!m_dialog->isVisible());
     }
 
-    void wrongPairAlertsStaysStoredAndKeepsTheDialog() {
+    void wrongPairAlertsAndStaysStoredAndKeepsTheDialogOpen() {
         m_pairAccepted = false;
         fillAndStart();
         QCOMPARE(m_fixture->alerts.size(), 1);

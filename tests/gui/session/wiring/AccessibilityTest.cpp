@@ -115,7 +115,7 @@ private Q_SLOTS:
         QVERIFY(found.roles.contains(QAccessible::Button));
     }
 
-    void statePictureAndFlagAreToldInWords() {
+    void statePictureAndFlagHaveAccessibleNames() {
         MainWindow window;
         SessionDisplay display;
         connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);

@@ -85,7 +85,7 @@ private Q_SLOTS:
         QCOMPARE(back, stops);
     }
 
-    void controlsThatAreOutOfUseAreLeftOut() {
+    void disabledControlsAreSkipped() {
         m_display->searching();
         m_display->interval(42, false);
         find<QComboBox>("popupCountry")->setFocus();

@@ -241,7 +241,7 @@ private Q_SLOTS:
         QCOMPARE(services().urls().fetches().size(), 1U);
     }
 
-    void randomLocationWithoutRotationGivesUpAfterTheFirstFailure() {
+    void randomLocationWithoutRotationStopsAfterTheFirstFailure() {
         services().urls().setFetchHandler([](const QByteArray &) { return std::optional<QByteArray>(); });
         startAndAnswer();
         find<QComboBox>("popupCountry")->setCurrentIndex(0);
@@ -350,7 +350,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->usedLocations().size(), 1);
     }
 
-    void automaticChangeAsksAgainWhenItsTimeHasCome() {
+    void automaticChangeRequestsAgainAfterTheInterval() {
         services().preferences().setValue(text("changeIpInterval"), 1);
         startAndAnswer();
         find<QCheckBox>("checkboxChangeIpInterval")->click();

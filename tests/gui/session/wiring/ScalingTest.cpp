@@ -79,7 +79,7 @@ private Q_SLOTS:
 
     void cleanup() { m_fixture.reset(); }
 
-    void screenHasTheDensityAskedFor() {
+    void screenHasTheRequestedDensity() {
         QWidget window;
         window.show();
         const double factor = qEnvironmentVariable("QT_SCALE_FACTOR", text("1")).toDouble();
@@ -121,7 +121,7 @@ private Q_SLOTS:
         }
     }
 
-    void hotKeysPaneHasRoomForEveryTrouble() {
+    void hotKeysPaneHasRoomForEveryProblem() {
         SettingsFixture &settings = *m_fixture;
         settings.store("bringUpWindowHotKey", 35);
         settings.store("hideIpHotKey", 31);
@@ -137,7 +137,7 @@ private Q_SLOTS:
         check(settings.window());
     }
 
-    void hotKeysPaneHasRoomForTroublesThatComeWhileItIsShown() {
+    void hotKeysPaneHasRoomForProblemsThatComeWhileItIsShown() {
         SettingsFixture &settings = *m_fixture;
         settings.startAndShow();
         settings.window().toolbarItemPressed(text("tbiHotKeys"));

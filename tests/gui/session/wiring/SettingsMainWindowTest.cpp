@@ -149,7 +149,7 @@ private Q_SLOTS:
         QVERIFY(inMain<QLineEdit>("fieldChangeIpInterval")->isEnabled());
     }
 
-    void mainWindowsBoxIsFollowedAndOverridesAnOlderPendingEdit() {
+    void mainWindowsBoxIsShownAndOverridesAnOlderPendingEdit() {
         start();
         m_controller->showSettings();
         inSettings<QCheckBox>("checkboxChangeIpInterval")->click(); // pending: on
@@ -208,7 +208,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->getDiscardList(), QStringList{text("203.0.113.7")});
     }
 
-    void discardedListIsThereBeforeTheSettingsWindow() {
+    void discardedListIsReadBeforeTheSettingsWindowExists() {
         services().preferences().setValue(text("discardedIPs"), text("203.0.113.7|203.0.113.9"));
         start();
         QVERIFY(findSettings() == nullptr);

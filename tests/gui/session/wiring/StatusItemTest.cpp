@@ -139,7 +139,7 @@ private Q_SLOTS:
         QVERIFY(!frames.contains(text("A15")));
     }
 
-    void menuWaitsForTheFirstAnswerWithWhatHides() {
+    void hidingMenuItemsAreDisabledUntilTheFirstAnswer() {
         services().trayHosts().setNotifierHost(true);
         start();
         QCOMPARE(icon()->contextMenu(), &tray().menu());
@@ -155,7 +155,7 @@ private Q_SLOTS:
         QVERIFY(tray().changeIpMenuItem()->isEnabled());
     }
 
-    void copyItemIsTakenByTheFirstResetForTheRestOfTheRun() {
+    void copyItemIsDisabledByTheFirstResetForTheRestOfTheRun() {
         start();
         QVERIFY(tray().copyIpMenuItem()->isEnabled());
         answer();
@@ -214,7 +214,7 @@ private Q_SLOTS:
         QCOMPARE(tray().toolTip(), text("Quorvane: your IP is not hidden"));
     }
 
-    void closedWindowFollowsTheTrayThatComesAndGoes() {
+    void closedWindowIsHiddenOrMinimisedAsTheTrayComesAndGoes() {
         start();
         window().close();
         QVERIFY(window().isMinimized());
@@ -234,7 +234,7 @@ private Q_SLOTS:
         QVERIFY(!window().isMinimized());
     }
 
-    void windowThatTheUserTookFromTheTaskBarStays() {
+    void windowThatTheUserRestoredFromTheTaskBarStays() {
         start();
         window().close();
         QVERIFY(window().isMinimized());

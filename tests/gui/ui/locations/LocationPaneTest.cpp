@@ -82,14 +82,14 @@ private Q_SLOTS:
         m_fixture.reset();
     }
 
-    void beforeTheFirstListRandomLocationStandsAlone() {
+    void beforeTheFirstListThereIsOnlyRandomLocation() {
         QCOMPARE(titles(), QStringList{text("Random Location")});
         QVERIFY(m_pane->currentItem()->vpnData() == nullptr);
         QCOMPARE(m_pane->currentItem()->imageName(), text("xx"));
         QVERIFY(m_pane->selectedItem() == nullptr);
     }
 
-    void fullLocationsCarryTheGoldMarkAndSayIt() {
+    void fullLocationsHaveTheGoldMarkAndAnAccessibleText() {
         m_api->model().setLocations(text("DE;BER;Berlin;1|US;DEN;Denver;0|QQ;BER;Elsewhere;1"));
         m_pane->fillCountries(m_servers);
         QCOMPARE(titles().at(1), text("Germany Berlin"));

@@ -66,7 +66,7 @@ private Q_SLOTS:
         QVERIFY(!alone.gold());
     }
 
-    void controllerGivesTheRowItsItemAndLabel() {
+    void controllerSetsTheRowsItemAndLabel() {
         QCOMPARE(m_controller->menuItem(), m_item);
         QCOMPARE(row().menuItem(), m_item);
         QCOMPARE(row().labelText(), label("labelText"));
@@ -101,7 +101,7 @@ private Q_SLOTS:
         QVERIFY(label("imageGold")->pixmap().isNull());
     }
 
-    void flagIsShownAndTakenAway() {
+    void flagIsShownAndRemoved() {
         QPixmap flag(28, 21);
         flag.fill(Qt::blue);
         m_controller->setFlagImage(flag);
@@ -161,7 +161,7 @@ private Q_SLOTS:
         QCOMPARE(chosen.size(), 2);
     }
 
-    void clickInASubmenuClosesThemAll() {
+    void clickInASubmenuClosesAllMenus() {
         QMenu outer;
         outer.addMenu(m_menu.get());
         m_menu->setTitle(text("Locations"));

@@ -119,7 +119,7 @@ private Q_SLOTS:
         }
     }
 
-    void pressesAreTold() {
+    void pressesAreEmitted() {
         m_display->answerHandled();
         QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
         QTest::mouseClick(button("buttonQuorvane"), Qt::LeftButton);
@@ -191,7 +191,7 @@ private Q_SLOTS:
         QVERIFY(!field->hasFocus());
     }
 
-    void transportLabelsAreSentAsTheyStand() {
+    void transportLabelsAreSentUnchanged() {
         QCOMPARE(m_window->transportLabel(), text("TCP"));
         QSignalSpy chosen(m_window.get(), &MainWindow::transportChosen);
         m_window->findChild<QRadioButton *>(text("segmentUdp"))->click();
@@ -201,7 +201,7 @@ private Q_SLOTS:
         QCOMPARE(m_window->transportIndex(), 0);
     }
 
-    void closingHidesOnlyWhereTheTrayLeadsBack() {
+    void closingHidesOnlyWhenATrayCanShowTheWindowAgain() {
         m_window->setReachableByTray(true);
         m_window->close();
         QVERIFY(!m_window->isVisible());
@@ -227,7 +227,7 @@ private Q_SLOTS:
         QVERIFY(!floating.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     }
 
-    void quitKeyAsksToQuit() {
+    void quitKeyRequestsQuitting() {
         QSignalSpy quit(m_window.get(), &MainWindow::quitRequested);
         m_window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));

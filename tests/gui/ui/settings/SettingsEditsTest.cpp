@@ -188,7 +188,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->stored("hideMyCookiesHeaders"), integer(0));
     }
 
-    void browserBoxesAreNobodysBusiness() {
+    void browserBoxesHaveNoEffect() {
         const QVariantMap before = m_fixture->services.preferences().all();
         for (const char *name : {"checkboxSafari", "checkboxFirefox", "checkboxOpera", "checkboxChrome"}) {
             m_fixture->click(name);
@@ -275,7 +275,7 @@ private Q_SLOTS:
         QCOMPARE(field->text(), text("38"));
     }
 
-    void intervalIsStoredAsTheFieldReadsAndAZeroIsMendedAtTheNextStart() {
+    void intervalIsStoredAsTheFieldReadsAndAZeroIsReplacedAtTheNextStart() {
         m_fixture->click("checkboxChangeIpInterval");
         auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
         field->selectAll();

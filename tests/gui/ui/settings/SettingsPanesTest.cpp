@@ -72,7 +72,7 @@ private Q_SLOTS:
 
     void cleanup() { m_fixture.reset(); }
 
-    void discardedAddressesAreAddedAskedForAndListed() {
+    void discardedAddressesAreAddedFoundAndListed() {
         m_fixture->store("discardedIPs", text("1.1.1.1|2.2.2.2"));
         m_fixture->start();
         m_fixture->controller->addDiscardedIp(text("3.3.3.3"));
@@ -126,7 +126,7 @@ private Q_SLOTS:
         QVERIFY(m_fixture->window().isVisible());
     }
 
-    void discardedTableShowsSeveralRowsAndSaysWhenItIsEmpty() {
+    void discardedTableShowsSeveralRowsAndAHintWhenItIsEmpty() {
         showPane(text("tbiIpAddresses"));
         auto *addresses = table("tableDiscardIp");
         QVERIFY(addresses->emptyHint().contains(text("Discard IP")));
@@ -247,7 +247,7 @@ private Q_SLOTS:
         QVERIFY(!m_fixture->stored("vpnConfigPath").isValid());
     }
 
-    void filePanelIsModelessAndTakesOneConfigurationFile() {
+    void filePanelIsModelessAndAcceptsOneConfigurationFile() {
         const QString path = m_fixture->services.home() + text("/my tunnel 100%.ovpn");
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));

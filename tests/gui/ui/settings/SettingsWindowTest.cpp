@@ -36,8 +36,8 @@ private:
         return nullptr;
     }
 
-    void focusAndCollect(QStringList &names, int most) const {
-        for (int i = 0; i < most; ++i) {
+    void focusAndCollect(QStringList &names, int maximumCount) const {
+        for (int i = 0; i < maximumCount; ++i) {
             const QWidget *focus = window().focusWidget();
             names.append(focus->objectName().isEmpty() ? focus->accessibleName() : focus->objectName());
             QTest::keyClick(&window(), Qt::Key_Tab);
@@ -264,8 +264,8 @@ private Q_SLOTS:
             window().toolbarItemPressed(identifier);
             QStringList letters = mnemonics();
             QVERIFY2(letters.size() >= 6, qPrintable(identifier));
-            const QString present = letters.join(u' ');
-            QVERIFY2(letters.removeDuplicates() == 0, qPrintable(identifier + QChar(u' ') + present));
+            const QString allLetters = letters.join(u' ');
+            QVERIFY2(letters.removeDuplicates() == 0, qPrintable(identifier + QChar(u' ') + allLetters));
         }
     }
 

@@ -93,7 +93,7 @@ private Q_SLOTS:
         QVERIFY(!main.isVisible());
     }
 
-    void aboutPutAwayByTheDesktopIsNotClosed() {
+    void aboutHiddenByTheDesktopIsNotClosed() {
         QrvAPI api;
         QWidget main;
         QrvAboutWindowController about(main, api);

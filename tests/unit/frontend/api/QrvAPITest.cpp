@@ -73,7 +73,7 @@ TEST_F(QrvAPITest, ServerListIsRequestedOnceWhenTheNetworkComes) {
     EXPECT_TRUE(m_api.inetConnect());
 }
 
-TEST_F(QrvAPITest, RequestThatFailedToStartIsTriedAgain) {
+TEST_F(QrvAPITest, RequestThatFailedToStartIsRetried) {
     m_api.initWithDelegate(&m_delegate);
     m_services.urls().setRefusing(true);
     postInternet(1);
@@ -171,7 +171,7 @@ TEST_F(QrvAPITest, NetworkCardIsReadOncePerProcess) {
     EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
 }
 
-TEST_F(QrvAPITest, MissingNetworkCardIsAskedForAgain) {
+TEST_F(QrvAPITest, MissingNetworkCardIsQueriedAgain) {
     EXPECT_TRUE(QrvAPI::alternativePlatformSerialNumber().isNull());
     m_services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
     EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
@@ -245,7 +245,7 @@ TEST_F(QrvAPITest, AnswerWithoutAFieldKeepsTheOldValue) {
     EXPECT_TRUE(m_api.model().isServerListValid());
 }
 
-TEST_F(QrvAPITest, ServersOfAnyKindAreTaken) {
+TEST_F(QrvAPITest, ServersOfAnyKindAreRecorded) {
     m_api.setInetConnect(true);
     m_api.setParameters(QString(), text("=x"));
     ASSERT_TRUE(m_services.urls().finishNext("ClientIP: 9.9.9.9<br />Server: a,b,c,d,e,f|1.1.1.1"));

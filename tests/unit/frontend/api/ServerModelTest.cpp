@@ -200,7 +200,7 @@ TEST_F(LookUps, BeforeAnyAnswerNothingIsFound) {
     EXPECT_TRUE(fresh.getCodeByIP(text("10.0.0.1")).isNull());
 }
 
-TEST_F(LookUps, TitleUnderTwoCodesGivesTheFirstInSortedOrder) {
+TEST_F(LookUps, TitleUnderTwoCodesReturnsTheFirstInSortedOrder) {
     EXPECT_EQ(m_model.getCountryByLocation(text("Berlin")), text("AT"));
     EXPECT_EQ(m_model.getCodeByLocation(text("Berlin")), text("BER2"));
 }
@@ -221,7 +221,7 @@ TEST_F(LookUps, LocationValidNeedsTitleAndCode) {
     EXPECT_FALSE(m_model.locationValid(QrvLocation::location(text("Rome"), text("FR"), QString(), false)));
 }
 
-TEST_F(LookUps, GroupLabelMayGoOn) {
+TEST_F(LookUps, GroupLabelMayHaveASuffix) {
     EXPECT_EQ(m_model.getCountryByLocationForVPN(text("Germany Berlin (full)")), text("DE"));
     EXPECT_EQ(m_model.getCodeByLocationForVPN(text("Germany Berlin (full)")), text("BER DE"));
     EXPECT_EQ(m_model.getCountryByLocationForVPN(text("Germany Ber")), text("xx"));

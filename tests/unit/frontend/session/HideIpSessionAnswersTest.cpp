@@ -75,7 +75,7 @@ TEST_F(HideIpSessionTest, HiddenAtStartWithAnotherStatusPressesOnce) {
     EXPECT_EQ(m_environment.count("download"), 1);
 }
 
-TEST_F(HideIpSessionTest, ContinuingWithYesDoesNothing) {
+TEST_F(HideIpSessionTest, ContinuingWithTrueDoesNothing) {
     m_session.continueWork(true);
     EXPECT_FALSE(shown().hideButton.enabled);
 }

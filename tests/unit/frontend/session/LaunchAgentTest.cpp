@@ -43,7 +43,7 @@ TEST_F(LaunchAgentTest, TurningOffWithoutAnAgentStillWritesOne) {
     EXPECT_EQ(agent().value(text("RunAtLoad")), QVariant(false));
 }
 
-TEST_F(LaunchAgentTest, TellsWhatTheAgentSays) {
+TEST_F(LaunchAgentTest, ReturnsWhatTheAgentContains) {
     EXPECT_FALSE(LaunchAgent::launchesOnStartup()); // the template alone starts nothing
     LaunchAgent::launchOnStartup(true);
     EXPECT_TRUE(LaunchAgent::launchesOnStartup());

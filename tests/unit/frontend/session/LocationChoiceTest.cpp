@@ -49,14 +49,14 @@ protected:
     QStringList m_discarded;
 };
 
-TEST_F(LocationChoiceTest, ListWithRandomLocationAloneGivesNothing) {
+TEST_F(LocationChoiceTest, ListWithRandomLocationAloneHasNothingToPick) {
     m_request.list.resize(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::NothingToPick);
     EXPECT_FALSE(outcome.selection.has_value());
 }
 
-TEST_F(LocationChoiceTest, FixedLocationIsTakenAsItIs) {
+TEST_F(LocationChoiceTest, FixedLocationIsPickedAsItIs) {
     m_request.candidate = m_request.list.at(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::Picked);
@@ -80,7 +80,7 @@ TEST_F(LocationChoiceTest, NoCandidateIsARandomRequestToo) {
     EXPECT_EQ(choose().result, Result::Picked);
 }
 
-TEST_F(LocationChoiceTest, ThreeLocationsGiveThreeDifferentPicksThenNone) {
+TEST_F(LocationChoiceTest, ThreeLocationsProduceThreeDifferentPicksThenNone) {
     QSet<quint64> picks;
     for (int i = 0; i < 3; ++i) {
         picks.insert(choose().pick.id);
@@ -158,7 +158,7 @@ TEST_F(LocationChoiceTest, AutomaticChangeShowsRandomLocation) {
     EXPECT_EQ(choose().selection, 1U);
 }
 
-TEST_F(LocationChoiceTest, PickWithoutAUsableAddressGivesNothing) {
+TEST_F(LocationChoiceTest, PickWithoutAUsableAddressIsNoPick) {
     m_request.list[1] = location(2, "DE", {});
     m_request.candidate = m_request.list.at(1);
     EXPECT_EQ(choose().result, Result::NothingToPick);

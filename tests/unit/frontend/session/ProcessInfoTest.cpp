@@ -69,7 +69,7 @@ TEST_F(ProcessInfoTest, FailureDropsThePreviousSnapshot) {
     EXPECT_FALSE(m_processes.findProcessWithName(text("openvpn")));
 }
 
-TEST_F(ProcessInfoTest, ErrorNumbersAreHandedOn) {
+TEST_F(ProcessInfoTest, ErrorNumbersArePassedOn) {
     std::unique_ptr<platform::ProcessRecord[]> rows;
     std::size_t count = 99;
     m_services.processes().failWith(EPERM);

@@ -119,7 +119,7 @@ TEST(SessionDisplay, ResetFieldByField) {
     EXPECT_EQ(display.state(), expected);
 }
 
-TEST(SessionDisplay, EveryChangeIsTold) {
+TEST(SessionDisplay, EveryChangeIsEmitted) {
     SessionDisplay display;
     int changes = 0;
     QObject::connect(&display, &SessionDisplay::changed, [&](const DisplayState &state) {

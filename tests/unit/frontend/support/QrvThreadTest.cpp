@@ -60,7 +60,7 @@ TEST(QrvThread, StartsInStateZeroAndNeedsAFunction) {
     EXPECT_EQ(thread.getState(), 0);
 }
 
-TEST(QrvThread, JoinGivesTheFunctionsResult) {
+TEST(QrvThread, JoinReturnsTheFunctionsResult) {
     std::atomic<bool> release = false;
     QrvThread thread;
     ASSERT_EQ(thread.run(waitForRelease, &release, nullptr, nullptr), 0);
@@ -76,7 +76,7 @@ TEST(QrvThread, JoinGivesTheFunctionsResult) {
     }
 }
 
-TEST(QrvThread, FunctionGetsItsArguments) {
+TEST(QrvThread, FunctionReceivesItsArguments) {
     std::atomic<int> number = 0;
     QrvThread thread;
     thread.setThreadFunction(addOne, &number, nullptr, nullptr);
@@ -184,7 +184,7 @@ TEST(QrvThread, StateCanBeSet) {
     EXPECT_EQ(thread.getState(), 5);
 }
 
-TEST(QrvThread, ManyShortLivesLeaveNothingBehind) {
+TEST(QrvThread, ManyShortThreadsLeakNothing) {
     for (int i = 0; i < 100; ++i) {
         auto loop = std::make_unique<Loop>();
         {

@@ -37,7 +37,7 @@ TEST(ReachabilityFlags, ReachableUnlessTransientAndConnectionRequired) {
     EXPECT_TRUE(Reachability::isReachableWithFlags(6));
 }
 
-TEST_F(ReachabilityTest, TargetsThatCannotBeMadeGiveNothing) {
+TEST_F(ReachabilityTest, TargetsThatCannotBeMadeAreNull) {
     EXPECT_EQ(Reachability::reachabilityWithHostname(text("")), nullptr);
     m_services.reachability().setTargetsFail(true);
     EXPECT_EQ(Reachability::reachabilityWithHostName(host), nullptr);
@@ -81,7 +81,7 @@ TEST_F(ReachabilityTest, OnDemandNeedsItsBitsTogether) {
     }
 }
 
-TEST_F(ReachabilityTest, UnreadableFlagsAnswerNothing) {
+TEST_F(ReachabilityTest, UnreadableFlagsMeanNotReachable) {
     m_services.reachability().setUnreadable(host);
     EXPECT_FALSE(m_monitor->isReachable());
     EXPECT_FALSE(m_monitor->isReachableViaWiFi());

@@ -55,7 +55,7 @@ TEST_F(TranslationsTest, LanguageIsFoundWithAndWithoutItsCountry) {
     }
 }
 
-TEST_F(TranslationsTest, QtsOwnTextsFollow) {
+TEST_F(TranslationsTest, QtsOwnTextsAreTranslatedToo) {
     writeCatalogue(QStringLiteral("de"), germanCatalogue());
     install({QStringLiteral("de")});
     EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Abbrechen"));

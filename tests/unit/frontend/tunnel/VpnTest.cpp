@@ -119,7 +119,7 @@ TEST_F(VpnTest, ApostropheInAPathFailsTheAttempt) {
     EXPECT_TRUE(logged(text("not started: there is an apostrophe in ") + odd));
 }
 
-TEST_F(VpnTest, OtherSignsInAPathAreTakenAsTheyAre) {
+TEST_F(VpnTest, OtherCharactersInAPathAreAccepted) {
     writeConfiguration();
     const QString odd = m_folder + text("/a \"b\" $HOME `id` \\ * \xC3\xBC.ovpn");
     ASSERT_TRUE(QFile::rename(m_folder + text("/qrvp.ovpn"), odd));
@@ -260,7 +260,7 @@ TEST_F(VpnTest, SuccessIsPostedOnceAndEndsThePolling) {
     EXPECT_EQ(m_delegate.errors, 0);
 }
 
-TEST_F(VpnTest, PollingGoesOnEveryTwoSecondsUntilSomethingIsSaid) {
+TEST_F(VpnTest, PollingContinuesEveryTwoSecondsUntilThereIsAVerdict) {
     launch();
     for (int i = 0; i < 50; ++i) {
         m_services.delayedCalls().advance(2.0);
@@ -296,7 +296,7 @@ TEST_F(VpnTest, TwoMarkersStopTwiceAndReportTwice) {
     EXPECT_EQ(m_delegate.errors, 2);
 }
 
-TEST_F(VpnTest, StopDoesNotTakeBackAReportedFailure) {
+TEST_F(VpnTest, StopDoesNotCancelAReportedFailure) {
     launch();
     writeLog("a\nAUTH_FAILED\n");
     m_services.delayedCalls().advance(2.0);
