@@ -22,7 +22,7 @@ namespace quorvane {
 
 namespace {
 
-/// What the task needs of the group, copied: the group's lists may change on the main thread meanwhile.
+/// A copy of the group's fields that the task needs: the main thread may change the group's lists meanwhile.
 struct Task {
     QByteArray url;
     QString title;
@@ -97,7 +97,8 @@ void ConfigurationFetch::start(const QString &title, const QrvVpnDataPointer &da
     Q_EMIT prepared();
     const Task task{url.toUtf8(),      title,         data->user,      data->pass,
                     data->countryCode, m_lastRequest, ++*m_lastRequest};
-    // The context lives on the main thread: a result that arrives after this object went is dropped there.
+    // The context lives on the main thread: a result that arrives after this object was destroyed is dropped
+    // there.
     QThreadPool::globalInstance()->start([task, self = QPointer(this)] {
         const bool success = runTask(task);
         QMetaObject::invokeMethod(

@@ -18,7 +18,7 @@ QString unknownCode() {
     return QStringLiteral("xx");
 }
 
-/// Texts of an answer are there, even when empty.
+/// Texts of an answer are never null, even when empty.
 QString nonNull(QStringView text) {
     return text.isEmpty() ? QStringLiteral("") : text.toString();
 }
@@ -28,7 +28,7 @@ QrvVpnDataPointer parseServer(const QString &line) {
     if (bar < 0) {
         return nullptr;
     }
-    // The whole line is split, the addresses behind the bar included.
+    // The whole line is split, including the addresses behind the bar.
     const QStringList fields = line.split(u',');
     if (fields.size() < fieldsNeeded) {
         return nullptr;
@@ -89,7 +89,7 @@ void ServerModel::clearLocations() {
 }
 
 void ServerModel::fillCountries() {
-    // One row on purpose: every country entry is titled alike.
+    // One entry on purpose: every country has the same title.
     m_countries.insert(QStringLiteral("XX"), unknownCountry());
 }
 

@@ -8,8 +8,8 @@
 
 namespace quorvane {
 
-/// The servers, locations and countries of the service's last answers, and the look-ups over them.
-/// Main thread only. Sends nothing.
+/// The servers, locations and countries of the service's last answers, and the look-ups in them. Main thread
+/// only. Sends nothing.
 class ServerModel {
 public:
     /// Builds sorted groups from raw server lines. Lines without "|" or with fewer than five fields are

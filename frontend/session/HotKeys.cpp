@@ -28,7 +28,7 @@ constexpr quint32 signatureOf(quint32 id) {
 HotKeys::HotKeys() = default;
 
 HotKeys::~HotKeys() {
-    // The registrations live as long as the process; only nobody listens any more.
+    // The registrations live as long as the process; only the handlers are removed.
     if (platform::HotKeyService *desktop = service()) {
         desktop->installEventHandler({});
         desktop->installRefusalHandler({});
@@ -129,10 +129,10 @@ HotKeys::Problem HotKeys::problemAfter(HotKeyError error, const HotKeyTable::Com
         if (holder != m_heldKeys.end() && holder->id != id && isAction(holder->id)) {
             return {Problem::Kind::HeldByAction, static_cast<Action>(holder->id)};
         }
-        return {}; // its own, from before: it acts
+        return {}; // registered earlier for the same action: it acts
     }
     case HotKeyError::None:
-    case HotKeyError::NotAvailable: // told for the whole desktop, not for one combination
+    case HotKeyError::NotAvailable: // reported for the whole desktop, not for one combination
     case HotKeyError::UnknownReference:
         break;
     }
@@ -161,7 +161,7 @@ void HotKeys::registrationWithdrawn(HotKeyReference reference, HotKeyError error
     }
     const Held lost = *held;
     m_heldKeys.erase(held);
-    // An older combination of the action says nothing of the one that is chosen now.
+    // Losing an older combination of the action is no problem of the one that is chosen now.
     if (isAction(lost.id) && m_references[lost.id - 1] == reference) {
         setProblem(lost.id, problemAfter(error, lost.combination, lost.id));
     }

@@ -10,11 +10,11 @@
 
 namespace quorvane {
 
-/// The five actions' global hot keys: registers the stored choices with the desktop and passes presses on.
-/// Main thread.
+/// The five actions' global hot keys: registers the stored choices with the desktop and reports presses. Main
+/// thread.
 ///
 /// A registration lives until the program ends or "None" is registered for its action. Registering another
-/// combination for an action leaves the one before alive, and both act.
+/// combination for an action leaves the previous one registered, and both act.
 class HotKeys {
 public:
     enum class Action : quint32 { HideIp = 1, ChangeIp, StopHidingIp, DiscardIp, BringUpWindow };
@@ -27,7 +27,7 @@ public:
     struct Problem {
         enum class Kind { None, TakenElsewhere, HeldByAction, UnknownKey, Declined };
         Kind kind = Kind::None;
-        /// For HeldByAction: whose combination it still is.
+        /// For HeldByAction: the action for which the combination is still registered.
         Action holder = Action::HideIp;
 
         bool operator==(const Problem &) const = default;
@@ -41,7 +41,7 @@ public:
     HotKeys(const HotKeys &) = delete;
     HotKeys &operator=(const HotKeys &) = delete;
 
-    /// The preference that keeps the action's tag.
+    /// The preference that stores the action's tag.
     [[nodiscard]] static QString preferenceKey(Action action);
     [[nodiscard]] static platform::HotKeyIdentifier identifier(Action action);
     /// The tag stored for the action.
@@ -49,20 +49,21 @@ public:
     /// Whether the desktop has a service for global hot keys.
     [[nodiscard]] static bool isAvailable();
 
-    /// Has presses told to `pressed`, whatever registered them. `changed` is called when the desktop takes a
-    /// registration back. Once, before the first registration.
+    /// Calls `pressed` for every press of a hot key of this process, and `changed` when the desktop withdraws
+    /// a registration. Once, before the first registration.
     void install(PressHandler pressed, ChangeHandler changed);
-    /// Tells the desktop what the action's hot keys do, in the user's words. Before they are registered.
+    /// Sets the description of the action that the desktop shows to the user. Call it before the action's hot
+    /// keys are registered.
     static void describe(Action action, const QString &text);
     /// Registers the five stored tags, in the order of the actions.
     void registerStored();
-    /// Tag -1 gives the reference at the place back to the desktop, without clearing it. Another tag that
-    /// stands for a combination registers it; the place changes only if the desktop accepts.
+    /// Tag -1 unregisters htkEvent with the desktop, without clearing it. Any other tag with a combination is
+    /// registered; htkEvent changes only if the desktop accepts.
     void registerHotKey(qint32 tag, platform::HotKeyIdentifier htkID, platform::HotKeyReference &htkEvent);
 
     [[nodiscard]] Problem problem(Action action) const { return m_problems[indexOf(action)]; }
 
-    /// The action's current registration, perhaps none or one that was given back.
+    /// The action's current registration; it may be none or one that was unregistered.
     [[nodiscard]] platform::HotKeyReference reference(Action action) const {
         return m_references[indexOf(action)];
     }

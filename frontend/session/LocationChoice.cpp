@@ -41,7 +41,8 @@ LocationChoice::Outcome LocationChoice::choose(const Request &request) {
         candidate.reset();
         outcome.selection = randomEntry;
     }
-    // Compared with the country code, not with an address: a row that names a country discards it.
+    // Compared with the country code, not with an address: a discarded row with a country code discards the
+    // country.
     if (candidate && candidate->data && request.isDiscarded(candidate->data->countryCode)) {
         candidate.reset();
         outcome.selection = randomEntry;
@@ -61,7 +62,8 @@ LocationChoice::Outcome LocationChoice::choose(const Request &request) {
     } else if (candidate && candidate->title != randomTitle()) {
         pick = candidate;
     } else {
-        // The used set is compared with the whole list, entry 0 included, a size that picks never reach.
+        // The used set is compared with the size of the whole list including entry 0, which picks never
+        // reach.
         pick = pickUnused(request.list.sliced(1), request.list.size());
         if (pick) {
             outcome.selection = pick->id;

@@ -32,7 +32,7 @@ int ProcessInfo::getBSDProcessList(std::unique_ptr<platform::ProcessRecord[]> *p
             *procCount = size;
             return 0;
         }
-        if (error != ENOMEM) { // ENOMEM: the table grew in between
+        if (error != ENOMEM) { // ENOMEM: the table grew between the two queries
             return error;
         }
     }

@@ -189,7 +189,7 @@ TEST_F(VpnTest, LogThatCannotBeEmptiedFailsTheAttempt) {
     writeConfiguration();
     ASSERT_TRUE(QDir(m_folder).mkpath(text("openvpn.log/in the way")));
     expectFailedAttempt();
-    EXPECT_TRUE(logged(text("log file %1 cannot be had").arg(m_log)));
+    EXPECT_TRUE(logged(text("log file %1 cannot be created").arg(m_log)));
 }
 
 TEST_F(VpnTest, LogIsEmptiedAndPolled) {
