@@ -72,7 +72,7 @@ void QrvLocationPaneController::connectTo(QrvAPI *client, LocationPaneDelegate *
 
 void QrvLocationPaneController::append(std::unique_ptr<QrvMenuItem> item) {
     const QSignalBlocker quiet(m_popupCountry);
-    // The entry keeps its English title, which it is known by; only what is shown is translated.
+    // The entry keeps its English title, which identifies it; only the shown text is translated.
     const QString shown = item->text() == randomTitle() ? tr("Random Location") : item->text();
     m_popupCountry->addItem(Images::icon(item->imageName()), shown);
     if (item->isMarkedFull()) {
@@ -150,7 +150,8 @@ QSet<QString> QrvLocationPaneController::locationsMarkedFull() const {
     if (m_api != nullptr) {
         for (const QrvLocation &location : m_api->model().locations()) {
             if (location.full) {
-                codes.insert(location.codeName + u' ' + location.countryCode); // as a group names its place
+                codes.insert(location.codeName + u' ' +
+                             location.countryCode); // in the form of a group's codeName
             }
         }
     }

@@ -63,7 +63,7 @@ HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), m_ui(std::make_uniq
     for (const HotKeys::Action action : HotKeys::actions) {
         fillDropdownWithHotKeys(*row(action).dropdown);
         row(action).dropdown->installEventFilter(this);
-        row(action).dropdown->setItemDelegate(new QStyledItemDelegate(this)); // it keeps to the theme
+        row(action).dropdown->setItemDelegate(new QStyledItemDelegate(this)); // it follows the theme
         connect(row(action).dropdown, &QComboBox::activated, this,
                 [this, action] { selectHotKeyDropbownPressed(action); });
     }
@@ -87,8 +87,9 @@ void HotKeysPane::addItem(const QString &title, qint32 tag, QComboBox &dropdown)
 }
 
 bool HotKeysPane::eventFilter(QObject *watched, QEvent *event) {
-    // A closed pop-up does not walk through its entries: on the way it would choose, and refuse, others'
-    // combinations. Keys open the list; only an entry taken there is a choice.
+    // Keys and the wheel do not step through the entries of a closed pop-up, because every step would be a
+    // choice, and combinations of other actions would be refused. Keys open the list; only an entry chosen
+    // there is a choice.
     auto *dropdown = qobject_cast<QComboBox *>(watched);
     if (dropdown == nullptr) {
         return QWidget::eventFilter(watched, event);

@@ -12,7 +12,7 @@ FirstPaint::FirstPaint(QWidget &widget, std::function<void()> wanted)
 }
 
 void FirstPaint::callAfter(QWidget &widget, std::function<void()> call) {
-    new FirstPaint(widget, std::move(call)); // the widget's
+    new FirstPaint(widget, std::move(call)); // owned by the widget
 }
 
 bool FirstPaint::eventFilter(QObject *watched, QEvent *event) {

@@ -12,7 +12,7 @@ namespace quorvane {
 
 namespace {
 
-/// Sizes beside the first, for images that a desktop shows at a size of its own.
+/// Further sizes, for images whose size the desktop chooses.
 constexpr int otherSizes[] = {16, 24, 32, 48};
 
 bool isName(const QString &name) {
@@ -21,7 +21,7 @@ bool isName(const QString &name) {
     });
 }
 
-/// What is known of one folder of images. Images come with the program: one that was there stays there.
+/// The images of one folder. They belong to the program, so an image that was found once stays available.
 struct Folder {
     QString resources;
     QSet<QString> existing;

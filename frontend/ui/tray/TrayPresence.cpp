@@ -80,7 +80,8 @@ void TrayPresence::makeIcon(Kind kind) {
     m_appStatusIcon = new QSystemTrayIcon(this);
     connect(m_appStatusIcon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
-                // A status notifier host tells one activation, an embedding tray clicks and double-clicks.
+                // A status notifier host reports one kind of activation, an embedding tray clicks and
+                // double-clicks.
                 if (reason == QSystemTrayIcon::DoubleClick ||
                     (reason == QSystemTrayIcon::Trigger && m_iconKind == Kind::Notifier)) {
                     Q_EMIT doubleClicked();
@@ -88,7 +89,8 @@ void TrayPresence::makeIcon(Kind kind) {
             });
     m_appStatusIcon->setIcon(Images::icon(m_shownImage));
     m_appStatusIcon->setToolTip(m_toolTip);
-    m_appStatusIcon->setContextMenu(m_trayMenu.get()); // before it is shown: some hosts ask for it once only
+    m_appStatusIcon->setContextMenu(
+        m_trayMenu.get()); // before the icon is shown, because some hosts request the menu only once
     m_appStatusIcon->show();
 }
 
