@@ -27,7 +27,7 @@ public:
     explicit AdvancedPane(DefaultsBinding &binding, QWidget *parent = nullptr);
     ~AdvancedPane() override;
 
-    /// Enables the list of user agents if the mode is to use it, else disables it.
+    /// Enables the list of user agents if the mode is to use the chosen one, else disables it.
     void reassignControls();
     [[nodiscard]] bool isUserAgentComboEnabled() const;
     void matrixModeUserAgentPressed();

@@ -13,15 +13,15 @@ namespace quorvane {
 namespace {
 
 /// The widgets of the part that accept the keyboard focus, in the order of the layout.
-QList<QWidget *> keyboardStops(const QWidget &part) {
-    QList<QWidget *> stops;
+QList<QWidget *> focusableWidgets(const QWidget &part) {
+    QList<QWidget *> widgets;
     for (QWidget *next = part.nextInFocusChain(); next != nullptr && next != &part;
          next = next->nextInFocusChain()) {
         if (part.isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) != 0) {
-            stops.append(next);
+            widgets.append(next);
         }
     }
-    return stops;
+    return widgets;
 }
 
 } // namespace
@@ -124,11 +124,11 @@ bool SettingsWindow::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void SettingsWindow::orderFocus() {
-    QList<QWidget *> order = keyboardStops(*m_ui->settingsToolbar);
+    QList<QWidget *> order = focusableWidgets(*m_ui->settingsToolbar);
     for (const QWidget *pane : std::as_const(m_panes)) {
-        order += keyboardStops(*pane);
+        order += focusableWidgets(*pane);
     }
-    order += keyboardStops(*m_ui->buttonBand);
+    order += focusableWidgets(*m_ui->buttonBand);
     for (qsizetype i = 1; i < order.size(); ++i) {
         setTabOrder(order[i - 1], order[i]);
     }

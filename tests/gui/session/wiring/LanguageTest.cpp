@@ -18,7 +18,7 @@ namespace quorvane {
 
 namespace {
 
-/// The letters that act with the Alt key on what shows.
+/// The letters that trigger the visible controls with the Alt key.
 QString mnemonics(const QWidget &window) {
     QString letters;
     const auto add = [&letters](const QString &label) {
@@ -41,7 +41,8 @@ QString mnemonics(const QWidget &window) {
 
 } // namespace
 
-/// What the windows say to an English and to a German user: the locale decides which of them runs the test.
+/// The windows' texts for an English and for a German user; the locale of the test run decides which of them
+/// it is.
 class LanguageTest : public QObject {
     Q_OBJECT
 

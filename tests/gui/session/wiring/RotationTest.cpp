@@ -30,7 +30,7 @@ constexpr char answerText[] =
 
 } // namespace
 
-/// Which address is requestedAddresses for, in the real window over recording services.
+/// The requested addresses, in the real window with fake services.
 class RotationTest : public QObject {
     Q_OBJECT
 
@@ -57,7 +57,7 @@ private:
 
     void waitForFetches(int count) { QTRY_COMPARE(requestedAddresses().size(), count); }
 
-    /// The tunnel of the attempt under way comes up.
+    /// Makes the tunnel of the current attempt come up.
     void tunnelUp() {
         QThreadPool::globalInstance()->waitForDone();
         QTRY_VERIFY(QFile::exists(services().home() + text("/Documents/Quorvane/openvpn.log")));
@@ -84,7 +84,7 @@ private:
         tunnelUp();
     }
 
-    /// One attempt after the other, each at a location of its own.
+    /// Makes one attempt after the other, each at another location.
     void useEveryLocation() {
         for (int i = 1; i <= 3; ++i) {
             m_controller->hotKeyPressed(2);
@@ -131,7 +131,8 @@ private Q_SLOTS:
         m_controller->statusItem().changeIpMenuItem()->trigger();
         waitForFetches(2);
         QCOMPARE(m_controller->usedLocations().size(), 1);
-        QVERIFY(SessionState::shared().hidden); // a change while hidden keeps the flag until the outcome
+        QVERIFY(SessionState::shared()
+                    .hidden); // a change while hidden keeps the flag until the attempt has ended
     }
 
     void discardingTheLastAddressRemovesTheLocation() {
@@ -226,7 +227,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->display().state().stateImage, text("appmain"));
         services().platform().notifications->post(text("updateServerList"));
         QCoreApplication::processEvents();
-        QCOMPARE(requestedAddresses().size(), 3); // nothing goes on by itself any more
+        QCOMPARE(requestedAddresses().size(), 3); // the stopped attempt does not continue by itself
     }
 
     void intervalIsStoredAndDoesNotTouchARunningTimer() {

@@ -18,7 +18,7 @@
 
 namespace quorvane {
 
-/// The settings window in the whole program, over recording services.
+/// The settings window in the whole program, with fake services.
 class SettingsMainWindowTest : public QObject {
     Q_OBJECT
 
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QVERIFY(m_controller->window().isVisible());
     }
 
-    void everyWayOutShowsTheMainWindow() {
+    void everyWayOfClosingShowsTheMainWindow() {
         for (const char *way : {"buttonOk", "buttonCancel", "close box"}) {
             openSettings();
             if (auto *button = inSettings<QPushButton>(way)) {
@@ -202,7 +202,7 @@ private Q_SLOTS:
         QVERIFY(!m_controller->window().isVisible());
     }
 
-    void discardedListIsTheSettingsWindows() {
+    void discardedListIsHeldByTheSettingsWindow() {
         start();
         m_controller->settings().addDiscardedIp(text("203.0.113.7"));
         QCOMPARE(m_controller->getDiscardList(), QStringList{text("203.0.113.7")});

@@ -101,7 +101,7 @@ private Q_SLOTS:
         QVERIFY(!button("changeIpButton")->isVisible());
     }
 
-    void nothingJumpsBetweenTheStates() {
+    void noControlMovesBetweenTheStates() {
         const QPoint before = button("buttonQuorvane")->pos();
         m_display->answerHandled();
         m_display->searching();
@@ -134,7 +134,7 @@ private Q_SLOTS:
         QCOMPARE(discard.size(), 1);
     }
 
-    void drawingIsNoEdit() {
+    void drawingEmitsNoEdit() {
         QSignalSpy edits(m_window.get(), &MainWindow::intervalEntered);
         m_display->interval(42, true);
         QCOMPARE(m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), 42);
@@ -176,7 +176,7 @@ private Q_SLOTS:
         auto *field = m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
         field->setFocus();
         field->selectAll();
-        field->insert(typed); // as a paste does: one edit
+        field->insert(typed); // one edit, as a paste
         QCOMPARE(field->text(), left);
         QVERIFY(!edits.isEmpty());
         QCOMPARE(edits.last().first().toInt(), left.toInt());
@@ -237,7 +237,7 @@ private Q_SLOTS:
 
     void everyControlHasAName() {
         for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
-            const bool innerPart = widget->objectName().startsWith(text("qt_")); // spoken for by its owner
+            const bool innerPart = widget->objectName().startsWith(text("qt_")); // its owner has the name
             if (innerPart || widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) {
                 continue;
             }

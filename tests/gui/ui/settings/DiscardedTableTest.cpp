@@ -124,7 +124,7 @@ private Q_SLOTS:
         QCOMPARE(deleteRequests.size(), 1);
         m_table->deleteSelectedRow();
         QCOMPARE(m_table->getRowData(), QStringList{text("1.1.1.1")});
-        QCOMPARE(m_table->currentIndex().row(), 0); // the next Delete needs no new selection
+        QCOMPARE(m_table->currentIndex().row(), 0); // the next Delete needs no other selection
         m_table->deleteSelectedRow();
         QCOMPARE(m_table->getRowData(), QStringList());
     }

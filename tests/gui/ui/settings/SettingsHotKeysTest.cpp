@@ -19,7 +19,7 @@ constexpr std::array dropdowns = {"dropdownHideIP", "dropdownChangeIP", "dropdow
 
 } // namespace
 
-/// The pane "Hot Keys": what can be chosen, what is refused, and what the desktop is told.
+/// The pane "Hot Keys": the choices, the refused ones, and the registrations with the desktop.
 class SettingsHotKeysTest : public QObject {
     Q_OBJECT
 
@@ -153,7 +153,7 @@ private Q_SLOTS:
         m_fixture->store("hideIpHotKey", 2);
         showPane();
         m_fixture->choose(dropdown("dropdownHideIP"), text("None"));
-        m_fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 1")); // free in the pane
+        m_fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 1")); // not shown in the pane
         QVERIFY(m_fixture->alerts.isEmpty());
         QCOMPARE(dropdown("dropdownDiscardIP")->currentText(), text("Cmd + 1"));
     }

@@ -33,7 +33,7 @@ private Q_SLOTS:
 
     void cleanup() { m_fixture.reset(); }
 
-    void onePictureACharacterPackedLeftToRight() {
+    void onePicturePerCharacterFromLeftToRight() {
         QrvFancyIp ip;
         ip.setStringValue(text("10.0.0.1"));
         QCOMPARE(images(ip), (QStringList{text("1"), text("0"), text("dot"), text("0"), text("dot"),

@@ -8,7 +8,7 @@
 
 namespace quorvane {
 
-/// The program's named images and the icons made of them.
+/// The program's named images and their icons.
 class ImagesTest : public QObject {
     Q_OBJECT
 

@@ -54,7 +54,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->services.workspace().openedUrls, QStringList{text("https://a.test/")});
     }
 
-    void linkButtonHasTheHand() {
+    void linkButtonHasTheHandPointer() {
         const QrvUrlButton button;
         QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
     }

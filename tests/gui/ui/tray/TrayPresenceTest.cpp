@@ -9,7 +9,7 @@
 
 namespace quorvane {
 
-/// The status item over trays that come and go. What real trays make of it is for the end-to-end tests.
+/// The status item with fake trays that appear and disappear. The end-to-end tests use real trays.
 class TrayPresenceTest : public QObject {
     Q_OBJECT
 
@@ -74,7 +74,7 @@ private Q_SLOTS:
     void embeddingTrayReceivesTheIconWhenNoNotifierHostCame() {
         hosts().setEmbeddingTray(true);
         make();
-        QVERIFY(m_tray->isAvailable()); // the icon is as good as there
+        QVERIFY(m_tray->isAvailable()); // the icon is about to be shown
         wait(TrayPresence::notifierWaitSeconds - 0.1);
         QVERIFY(icon() == nullptr);
         wait(0.1);
@@ -93,7 +93,7 @@ private Q_SLOTS:
         QCOMPARE(icon(), first);
         QSignalSpy pressed(m_tray.get(), &TrayPresence::doubleClicked);
         Q_EMIT icon()->activated(QSystemTrayIcon::Trigger);
-        QCOMPARE(pressed.size(), 1); // it is a notifier's icon
+        QCOMPARE(pressed.size(), 1); // the icon is of the notifier kind
     }
 
     void embeddingTrayThatLeavesWithinTheWaitReceivesNothing() {

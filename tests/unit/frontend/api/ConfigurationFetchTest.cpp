@@ -150,7 +150,7 @@ TEST_P(Refused, EndsInFailureAndStoresNothing) {
     EXPECT_EQ(m_services.logSink().lines().contains(text("Certificate nil")), !argumentError);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Refused,
+INSTANTIATE_TEST_SUITE_P(Cases, Refused,
                          testing::Values(std::optional<QByteArray>(), QByteArray(""),
                                          QByteArray("ERR: Argument parsing error"), QByteArray("ERR: other"),
                                          QByteArray("VPNConfig: \xff"), QByteArray("<html></html>")));

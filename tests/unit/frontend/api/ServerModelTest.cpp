@@ -55,7 +55,7 @@ TEST(ServerRecord, LineWithTooFewFieldsIsSkipped) {
     EXPECT_TRUE(parse({text("a,b,c|1.1.1.1"), text("|"), text("")}).isEmpty());
 }
 
-TEST(ServerRecord, WholeLineIsSplitSoFiveFieldsCarryTheBar) {
+TEST(ServerRecord, WholeLineIsSplitSoFiveFieldsContainTheBar) {
     const auto groups = parse({text("a,b,c,d,e|1.1.1.1")});
     ASSERT_EQ(groups.size(), 1);
     EXPECT_EQ(groups.first()->cityCountry, text("e|1.1.1.1 b"));
@@ -76,7 +76,7 @@ TEST(ServerRecord, EveryAddressIsPickedSometimes) {
     for (int i = 0; i < 200; ++i) {
         seen.insert(parse({text("7,Berlin,BER,DE,Germany,x|1.1.1.1,2.2.2.2,3.3.3.3")}).first()->ipAdress);
     }
-    EXPECT_EQ(seen.size(), 3); // 200 draws miss one of three with odds below 1e-34
+    EXPECT_EQ(seen.size(), 3); // 200 draws miss one of three with a probability below 1e-34
 }
 
 TEST(ServerRecord, AbsentCredentialsStayAbsent) {

@@ -32,7 +32,7 @@ protected:
         return m_script.runProcessAsAdministrator(path, arguments, m_output, m_error);
     }
 
-    /// Answers the two checks; a null text fails the check.
+    /// Sets the results of the two checks; a null text makes a check fail.
     void resolvers(const QString &ethernet, const QString &wifi) {
         m_services.scripting().setHandler([ethernet, wifi](const FakeScriptingService::Call &call) {
             const QString answer = call.line.endsWith(text("Ethernet")) ? ethernet : wifi;
@@ -75,7 +75,7 @@ TEST_F(ScriptUtilTest, RefusalHasItsOwnMessageAndResetsTheSession) {
     EXPECT_FALSE(run(text("x"), {}));
     EXPECT_EQ(m_error, text("The administrator password is required to do this."));
     EXPECT_EQ(m_output, text("untouched"));
-    EXPECT_EQ(m_resets, 0); // sent to the main loop, not waited for
+    EXPECT_EQ(m_resets, 0); // queued on the main loop, not waited for
     deliverQueued();
     EXPECT_EQ(m_resets, 1);
 }
@@ -99,7 +99,7 @@ TEST_F(ScriptUtilTest, AbsentNameOrPasswordIsPassedOn) {
         m_services.scripting().clear();
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
         m_services.preferences().remove(text(key));
-        EXPECT_TRUE(run(text("x"), {})); // absent is not empty: it goes on
+        EXPECT_TRUE(run(text("x"), {})); // an absent value is not empty, so the command is run
         EXPECT_EQ(m_services.scripting().calls().size(), 1U);
     }
 }

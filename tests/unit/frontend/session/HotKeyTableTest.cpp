@@ -25,7 +25,7 @@ constexpr quint32 cmd = 256;
 constexpr quint32 shift = 512;
 constexpr quint32 ctrl = 4096;
 
-// Written out in full: what the program computes from families must come out as this list.
+// Written out in full: the list that the program computes from families must equal this one.
 const QList<Line> table = {{1, "Cmd + 0", cmd, 29},
                            {2, "Cmd + 1", cmd, 18},
                            {3, "Cmd + 2", cmd, 19},
@@ -84,7 +84,7 @@ const QList<Line> table = {{1, "Cmd + 0", cmd, 29},
                            {67, "Shift + F11", shift, 103},
                            {68, "Shift + F12", shift, 111}};
 
-TEST(HotKeyTableTest, ModifierMasksAreTheDesktops) {
+TEST(HotKeyTableTest, ModifierMasksEqualTheDesktops) {
     EXPECT_EQ(HotKeyService::command, cmd);
     EXPECT_EQ(HotKeyService::shift, shift);
     EXPECT_EQ(HotKeyService::control, ctrl);

@@ -138,8 +138,8 @@ TEST_F(HotKeysTest, ReferenceStaysAfterNoneAndIsStaleThen) {
     const HotKeyReference reference = m_keys->reference(Action::HideIp);
     chooseAndRegister(Action::HideIp, -1);
     EXPECT_EQ(m_keys->reference(Action::HideIp), reference);
-    chooseAndRegister(Action::ChangeIp, 2); // another action takes the combination over
-    chooseAndRegister(Action::HideIp, -1);  // the stale reference releases nobody's
+    chooseAndRegister(Action::ChangeIp, 2); // another action registers the combination
+    chooseAndRegister(Action::HideIp, -1);  // the stale reference releases no registration
     ASSERT_EQ(desktop().held().size(), 1);
     EXPECT_EQ(desktop().held().first().identifier.id, 2U);
 }

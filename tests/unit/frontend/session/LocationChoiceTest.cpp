@@ -117,7 +117,7 @@ TEST_F(LocationChoiceTest, DiscardRowIsComparedWithTheCountryCode) {
     m_discarded = {text("DE")};
     choice.setUsedItems({3, 4});
     const Outcome outcome = choose();
-    EXPECT_EQ(outcome.pick.id, 2U); // turned into a random request, which may pick it all the same
+    EXPECT_EQ(outcome.pick.id, 2U); // turned into a random request, which may still pick it
     EXPECT_TRUE(outcome.updatesLocationText);
 }
 
@@ -232,7 +232,7 @@ TEST(LocationChoiceProperty, FirstPickIsUniform) {
     for (quint64 id = 2; id < 2 + locations; ++id) {
         chiSquare += (hits[id] - expected) * (hits[id] - expected) / expected;
     }
-    EXPECT_LT(chiSquare, 27.9); // four degrees of freedom, one in 10^5
+    EXPECT_LT(chiSquare, 27.9); // four degrees of freedom, probability of an error 10^-5
 }
 
 } // namespace

@@ -75,7 +75,7 @@ protected:
 
     [[nodiscard]] bool logged(const QString &line) { return m_services.logSink().lines().contains(line); }
 
-    /// The attempt ends like any other that fails, and nothing is launched or watched.
+    /// Checks that the attempt ends like any other failed one, and that nothing is launched or watched.
     void expectFailedAttempt() {
         m_services.processes().setNames({"openvpn"});
         EXPECT_FALSE(m_vpn.configVpn());
@@ -179,8 +179,8 @@ TEST_F(VpnTest, CredentialsThatCannotBeWrittenFailTheAttempt) {
 
 TEST_F(VpnTest, FolderThatCannotBeMadeFailsTheAttemptEvenWithoutAConfiguration) {
     ASSERT_TRUE(QDir(m_folder).removeRecursively());
-    QFile inTheWay(m_folder);
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    QFile obstacle(m_folder);
+    ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
     expectFailedAttempt();
     EXPECT_FALSE(logged("no config file"));
 }
