@@ -30,7 +30,7 @@ struct QrvApiRequest {
     enum Kind : quint32 { None = 0, Auth = 5, Locations = 6, Browser = 7, Programs = 8, Parameters = 10 };
 
     quint32 kind = None;
-    QString clientIP; ///< public address that the service sees for this machine; null before the first answer
+    QString clientIP;          ///< public address that the service sees for this machine; null at first
     QString clientCountry;     ///< the service's country code for that address
     bool hasLocations = false; ///< the record refers to the client's location list
     QrvVpnDataList servers;

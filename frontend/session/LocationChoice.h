@@ -39,9 +39,8 @@ public:
 
     struct Outcome {
         Result result = Result::NothingToPick;
-        Entry pick; ///< meaningful when Picked
-        std::optional<quint64>
-            selection; ///< the entry that the list shall select; absent to leave the selection
+        Entry pick;                       ///< meaningful when Picked
+        std::optional<quint64> selection; ///< the entry to select; absent to keep the selection
         bool updatesLocationText = false; ///< the current location text becomes the pick's title
     };
 

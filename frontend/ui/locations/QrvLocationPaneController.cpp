@@ -150,8 +150,7 @@ QSet<QString> QrvLocationPaneController::locationsMarkedFull() const {
     if (m_api != nullptr) {
         for (const QrvLocation &location : m_api->model().locations()) {
             if (location.full) {
-                codes.insert(location.codeName + u' ' +
-                             location.countryCode); // in the form of a group's codeName
+                codes.insert(location.codeName + u' ' + location.countryCode); // a group's codeName
             }
         }
     }

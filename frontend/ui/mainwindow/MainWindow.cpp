@@ -263,8 +263,8 @@ void MainWindow::dropFloatingLevel() {
     // Set on the window handle: the widget's own setter would create a new window and lose the focus.
     if (QWindow *handle = windowHandle()) {
         handle->setFlag(Qt::WindowStaysOnTopHint, false);
-        overrideWindowFlags(windowFlags() &
-                            ~Qt::WindowStaysOnTopHint); // so that a window created later does not float
+        // The widget's flags too, so that a window created later does not float.
+        overrideWindowFlags(windowFlags() & ~Qt::WindowStaysOnTopHint);
     } else {
         setWindowFlag(Qt::WindowStaysOnTopHint, false);
     }

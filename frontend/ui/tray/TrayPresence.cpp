@@ -89,8 +89,8 @@ void TrayPresence::makeIcon(Kind kind) {
             });
     m_appStatusIcon->setIcon(Images::icon(m_shownImage));
     m_appStatusIcon->setToolTip(m_toolTip);
-    m_appStatusIcon->setContextMenu(
-        m_trayMenu.get()); // before the icon is shown, because some hosts request the menu only once
+    // Set before the icon is shown, because some hosts request the menu only once.
+    m_appStatusIcon->setContextMenu(m_trayMenu.get());
     m_appStatusIcon->show();
 }
 
