@@ -36,7 +36,7 @@ std::optional<AnswerTable> AnswerTable::read(const QString &text) {
             continue;
         }
         const QStringView key = trimmedOfBlanks(line.first(colon));
-        // A value that is there but empty stays apart from one that is absent.
+        // An empty value is not null, so that it differs from an absent one.
         const QStringView rest = trimmedOfBlanks(line.sliced(colon + 1));
         const QString value = rest.isEmpty() ? QStringLiteral("") : rest.toString();
         if (key == QLatin1String("Server")) {

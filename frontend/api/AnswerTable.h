@@ -12,11 +12,11 @@ struct AnswerTable {
     QHash<QString, QString> values; ///< a later line with the same key replaced the earlier value
     QStringList servers;            ///< the values of all "Server" lines, in order
 
-    /// The value under the key; a null text when the answer had no such line.
+    /// The value of the key; a null text when the answer had no such line.
     [[nodiscard]] QString value(const QString &key) const;
 
-    /// Reads "key: value" lines that are separated by "<br />" and by nothing else. Absent for a null text
-    /// and for the bare success message, which is no answer.
+    /// Reads "key: value" lines, which only "<br />" separates. Absent for a null text and for the bare
+    /// success message, which is no answer.
     [[nodiscard]] static std::optional<AnswerTable> read(const QString &text);
 };
 

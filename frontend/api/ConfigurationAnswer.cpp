@@ -6,7 +6,7 @@ namespace {
 
 constexpr QLatin1String lineEnd("<br />");
 
-QString present(const QString &text) {
+QString nonNull(const QString &text) {
     return text.isEmpty() ? QStringLiteral("") : text;
 }
 
@@ -24,7 +24,7 @@ QString ConfigurationAnswer::getCertificate(const QString &text) {
     }
     QString configuration = text.sliced(at + marker.size());
     configuration.replace(lineEnd, QLatin1String("\n"));
-    return present(configuration);
+    return nonNull(configuration);
 }
 
 QString ConfigurationAnswer::getIPAdress(const QString &text) {
@@ -38,7 +38,7 @@ QString ConfigurationAnswer::getIPAdress(const QString &text) {
         return {};
     }
     const qsizetype start = at + marker.size();
-    return present(text.sliced(start, end - start));
+    return nonNull(text.sliced(start, end - start));
 }
 
 } // namespace quorvane

@@ -9,10 +9,10 @@ namespace ConfigurationAnswer {
 
 /// The service did not understand the request.
 [[nodiscard]] bool isArgumentError(const QString &text);
-/// Everything after the first "VPNConfig: ", "<br />" turned into line feeds; null when there is none.
-/// Nothing is trimmed or checked here.
+/// Everything after the first "VPNConfig: ", "<br />" turned into line feeds; null when there is none. The
+/// text is neither trimmed nor checked here.
 [[nodiscard]] QString getCertificate(const QString &text);
-/// What stands between the first "remote " and the next "<br />"; null when either is missing.
+/// The text between the first "remote " and the next "<br />"; null when either is missing.
 [[nodiscard]] QString getIPAdress(const QString &text);
 
 } // namespace ConfigurationAnswer

@@ -22,7 +22,7 @@ namespace quorvane {
 
 namespace {
 
-/// What the task needs of the group, copied: the group's lists may change on the main thread meanwhile.
+/// A copy of the group's fields that the task needs: the main thread may change the group's lists meanwhile.
 struct Task {
     QByteArray url;
     QString title;
@@ -32,7 +32,7 @@ struct Task {
     std::shared_ptr<const std::atomic<quint64>> lastRequest;
     quint64 number;
 
-    [[nodiscard]] bool overtaken() const { return number != *lastRequest; }
+    [[nodiscard]] bool superseded() const { return number != *lastRequest; }
 };
 
 QString textOf(const std::optional<QByteArray> &body) {
@@ -66,7 +66,7 @@ void storeAnswer(const Task &task, const QString &configuration) {
 /// True when a configuration was stored.
 bool runTask(const Task &task) {
     const QString text = textOf(platform::Platform::current().urls->fetch(task.url));
-    if (task.overtaken()) {
+    if (task.superseded()) {
         return false;
     }
     if (ConfigurationAnswer::isArgumentError(text)) {
@@ -97,13 +97,14 @@ void ConfigurationFetch::start(const QString &title, const QrvVpnDataPointer &da
     Q_EMIT prepared();
     const Task task{url.toUtf8(),      title,         data->user,      data->pass,
                     data->countryCode, m_lastRequest, ++*m_lastRequest};
-    // The context lives on the main thread: a result that arrives after this object went is dropped there.
+    // The context lives on the main thread: a result that arrives after this object was destroyed is dropped
+    // there.
     QThreadPool::globalInstance()->start([task, self = QPointer(this)] {
         const bool success = runTask(task);
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
             [task, self, success] {
-                if (!self || task.overtaken()) {
+                if (!self || task.superseded()) {
                     return;
                 }
                 if (success) {

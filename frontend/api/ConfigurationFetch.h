@@ -11,12 +11,13 @@ namespace quorvane {
 
 class QrvAPI;
 
-/// Asks the service for the OpenVPN configuration of one server group and stores it: the configuration
-/// file, a line in the session log, the path and the one-time pair in the preferences.
+/// Requests the OpenVPN configuration of one server group from the service and stores the configuration file,
+/// a line in the session log, and in the preferences the path and the one-time pair.
 ///
 /// start() and the signals belong to the main thread; the request and the writing run as one task on the
-/// global background queue. There is no lock: the caller keeps its buttons disabled meanwhile. Where a
-/// request is sent all the same, the last one counts: of one that was overtaken nothing is stored or told.
+/// global background queue. There is no lock: the caller keeps its buttons disabled meanwhile. If another
+/// request is started nevertheless, only the last one counts: the superseded one stores nothing and emits
+/// nothing.
 class ConfigurationFetch final : public QObject {
     Q_OBJECT
 
@@ -24,9 +25,9 @@ public:
     /// The API client is not owned and must outlive this.
     explicit ConfigurationFetch(QrvAPI &api, QObject *parent = nullptr);
 
-    /// Sends the request for one address of the group, picked at random among those still usable (there
-    /// must be one). The title names the location in the session log; the transport is the label of the
-    /// chosen segment. prepared() is sent before the task is handed over.
+    /// Sends the request for one address of the group, picked at random among those still usable (there must
+    /// be one). The title names the location in the session log; the transport is the label of the chosen
+    /// segment. prepared() is emitted before the task is queued.
     void start(const QString &title, const QrvVpnDataPointer &data, const QString &transport);
 
 Q_SIGNALS:
@@ -34,14 +35,14 @@ Q_SIGNALS:
     void prepared();
     /// Everything is stored; the tunnel can start.
     void stored();
-    /// The task is through after stored().
+    /// Follows stored() when its receivers have returned.
     void finished();
-    /// The service refused, did not answer, or its answer held no configuration.
+    /// The service refused, did not answer, or its answer contained no configuration.
     void failed();
 
 private:
     QrvAPI &m_api;
-    /// The number of the last request, shared with the tasks that are on their way.
+    /// The number of the last request, shared with the tasks that are queued or running.
     std::shared_ptr<std::atomic<quint64>> m_lastRequest = std::make_shared<std::atomic<quint64>>(0);
 };
 

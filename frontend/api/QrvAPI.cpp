@@ -176,7 +176,7 @@ void QrvAPI::downloadDidFinish() {
         return;
     }
     m_attemptCount = 0;
-    takeAnswer(*table);
+    recordAnswer(*table);
     QFile::remove(m_destinationFile);
     m_destinationFile = QString();
     if (m_delegate != nullptr) {
@@ -185,7 +185,7 @@ void QrvAPI::downloadDidFinish() {
     }
 }
 
-void QrvAPI::takeAnswer(const AnswerTable &table) {
+void QrvAPI::recordAnswer(const AnswerTable &table) {
     if (const QString status = table.value(QStringLiteral("STATUS")); !status.isNull()) {
         m_record.status = static_cast<qint8>(integerValue(status));
     }

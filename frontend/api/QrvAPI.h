@@ -14,23 +14,23 @@ struct UrlError;
 
 class QrvAPI;
 
-/// What the API client tells its owner; both operations are optional. Main thread.
+/// Receives the API client's notifications; both operations are optional. Main thread.
 class QrvApiProtocol {
 public:
     virtual ~QrvApiProtocol() = default;
-    /// An answer is in the client's request record. Called under the client's lock.
+    /// An answer was stored in the client's request record. Called while the client's lock is held.
     virtual void qrvAnswer(QrvAPI &api);
     /// A download failed; the record keeps its old fields.
     virtual void qrvFailed(const platform::UrlError &error);
 };
 
-/// The request in flight and what its answer said. Fields that an answer does not carry keep the values
-/// of the answer before.
+/// The current request and the fields of its answer. Fields that an answer does not contain keep the values
+/// of the previous answer.
 struct QrvApiRequest {
     enum Kind : quint32 { None = 0, Auth = 5, Locations = 6, Browser = 7, Programs = 8, Parameters = 10 };
 
     quint32 kind = None;
-    QString clientIP;          ///< public address that the service sees for this machine; null until told
+    QString clientIP;          ///< public address that the service sees for this machine; null at first
     QString clientCountry;     ///< the service's country code for that address
     bool hasLocations = false; ///< the record refers to the client's location list
     QrvVpnDataList servers;
@@ -53,8 +53,8 @@ public:
 
     [[nodiscard]] static QrvAPI &sharedApi();
 
-    /// Takes the delegate (not owned, must outlive its use here), computes the device identifier, forgets
-    /// the locations and listens to "inetStatus"; a second call listens a second time.
+    /// Sets the delegate (not owned, must outlive its use here), computes the device identifier, clears the
+    /// locations and observes "inetStatus"; a second call adds a second observer.
     QrvAPI &initWithDelegate(QrvApiProtocol *newDelegate);
 
     void setDelegate(QrvApiProtocol *delegate) { m_delegate = delegate; }
@@ -88,18 +88,18 @@ public:
 
     [[nodiscard]] quint32 attempts() const { return m_attemptCount; }
 
-    /// Chooses and remembers the temporary file of the download in flight.
+    /// Chooses and remembers the temporary file of the current download.
     QString decideDestination();
     void downloadDidFinish();
     void downloadDidFail(const platform::UrlError &error);
     void showNotification(const QString &title);
 
-    /// Forgets what the process keeps beyond one client: the network-card serial and that the server list
-    /// was requested. For tests, which run many processes' worth in one.
+    /// Clears the values that outlive one client: the network-card serial and whether the server list was
+    /// requested. For tests, where one process runs many clients.
     static void forgetProcessWideValues();
 
 private:
-    void takeAnswer(const AnswerTable &table);
+    void recordAnswer(const AnswerTable &table);
 
     QrvApiProtocol *m_delegate = nullptr;
     QString m_serial;

@@ -15,12 +15,12 @@ struct QrvVpnData {
     QString pass;        ///< one-time VPN password; a null text when the answer had none
     QString countryCode;
     QString codeName;                  ///< location code sent to the service
-    QStringList ipAdressArray;         ///< every address, in the order given
-    QStringList filteredIpAdressArray; ///< the addresses still usable: discarded ones are taken out here only
+    QStringList ipAdressArray;         ///< every address, in the order of the line
+    QStringList filteredIpAdressArray; ///< the usable addresses, without the discarded ones
     QString key;                       ///< text stored beside the credentials
 };
 
-/// Groups are shared by the server list and the location entries that stand for them.
+/// Groups are shared by the server list and their entries in the location list.
 using QrvVpnDataPointer = std::shared_ptr<QrvVpnData>;
 using QrvVpnDataList = QList<QrvVpnDataPointer>;
 

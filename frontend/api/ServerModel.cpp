@@ -18,8 +18,8 @@ QString unknownCode() {
     return QStringLiteral("xx");
 }
 
-/// Texts of an answer are there, even when empty.
-QString present(QStringView text) {
+/// Texts of an answer are never null, even when empty.
+QString nonNull(QStringView text) {
     return text.isEmpty() ? QStringLiteral("") : text.toString();
 }
 
@@ -28,7 +28,7 @@ QrvVpnDataPointer parseServer(const QString &line) {
     if (bar < 0) {
         return nullptr;
     }
-    // The whole line is split, the addresses behind the bar included.
+    // The whole line is split, including the addresses behind the bar.
     const QStringList fields = line.split(u',');
     if (fields.size() < fieldsNeeded) {
         return nullptr;
@@ -37,10 +37,10 @@ QrvVpnDataPointer parseServer(const QString &line) {
     data->ipAdressArray = line.sliced(bar + 1).split(u',');
     data->filteredIpAdressArray = data->ipAdressArray;
     data->ipAdress =
-        present(data->ipAdressArray.at(QRandomGenerator::global()->bounded(data->ipAdressArray.size())));
+        nonNull(data->ipAdressArray.at(QRandomGenerator::global()->bounded(data->ipAdressArray.size())));
     data->cityCountry = fields.at(4) + QChar(u' ') + fields.at(1);
     data->codeName = fields.at(2) + QChar(u' ') + fields.at(3);
-    data->countryCode = present(fields.at(3));
+    data->countryCode = nonNull(fields.at(3));
     return data;
 }
 
@@ -73,8 +73,8 @@ void ServerModel::setLocations(const QString &value) {
             continue;
         }
         addCountry(fields.at(0));
-        m_arrayLocations.append(QrvLocation::location(present(fields.at(2)), present(fields.at(0)),
-                                                      present(fields.at(1)),
+        m_arrayLocations.append(QrvLocation::location(nonNull(fields.at(2)), nonNull(fields.at(0)),
+                                                      nonNull(fields.at(1)),
                                                       fields.at(3) == QLatin1String("1")));
     }
     std::stable_sort(
@@ -89,7 +89,7 @@ void ServerModel::clearLocations() {
 }
 
 void ServerModel::fillCountries() {
-    // One row on purpose: every country entry is titled alike.
+    // One entry on purpose: every country has the same title.
     m_countries.insert(QStringLiteral("XX"), unknownCountry());
 }
 
@@ -105,7 +105,7 @@ void ServerModel::addCountry(const QString &code) {
         return;
     }
     m_countryCodesListed.insert(code);
-    m_arrayLocations.append(QrvLocation::location(countryByCode(code), present(code), QString(), false));
+    m_arrayLocations.append(QrvLocation::location(countryByCode(code), nonNull(code), QString(), false));
 }
 
 bool ServerModel::locationValid(const QrvLocation &location) const {
@@ -115,23 +115,23 @@ bool ServerModel::locationValid(const QrvLocation &location) const {
                        });
 }
 
-const QrvLocation *ServerModel::locationTitled(const QString &title) const {
+const QrvLocation *ServerModel::locationWithTitle(const QString &title) const {
     const auto found = std::find_if(m_arrayLocations.begin(), m_arrayLocations.end(),
                                     [&title](const QrvLocation &entry) { return entry.title == title; });
     return found == m_arrayLocations.end() ? nullptr : &*found;
 }
 
 QString ServerModel::getCountryByLocation(const QString &title) const {
-    const QrvLocation *entry = locationTitled(title);
+    const QrvLocation *entry = locationWithTitle(title);
     return entry != nullptr ? entry->countryCode : unknownCode();
 }
 
 QString ServerModel::getCodeByLocation(const QString &title) const {
-    const QrvLocation *entry = locationTitled(title);
+    const QrvLocation *entry = locationWithTitle(title);
     return entry != nullptr ? entry->codeName : QString();
 }
 
-const QrvVpnData *ServerModel::groupLabelling(const QString &label) const {
+const QrvVpnData *ServerModel::groupForLabel(const QString &label) const {
     const auto found =
         std::find_if(m_servers.begin(), m_servers.end(), [&label](const QrvVpnDataPointer &group) {
             return label.startsWith(group->cityCountry);
@@ -140,12 +140,12 @@ const QrvVpnData *ServerModel::groupLabelling(const QString &label) const {
 }
 
 QString ServerModel::getCountryByLocationForVPN(const QString &label) const {
-    const QrvVpnData *group = groupLabelling(label);
+    const QrvVpnData *group = groupForLabel(label);
     return group != nullptr ? group->countryCode : unknownCode();
 }
 
 QString ServerModel::getCodeByLocationForVPN(const QString &label) const {
-    const QrvVpnData *group = groupLabelling(label);
+    const QrvVpnData *group = groupForLabel(label);
     return group != nullptr ? group->codeName : QString();
 }
 
@@ -173,7 +173,7 @@ QString ServerModel::getLocationByIP(const QString &address) const {
 
 QString ServerModel::getCodeByIP(const QString &address) const {
     const QStringList fields = serverFieldsWith(address);
-    return fields.isEmpty() ? QString() : present(fields.at(3));
+    return fields.isEmpty() ? QString() : nonNull(fields.at(3));
 }
 
 } // namespace quorvane

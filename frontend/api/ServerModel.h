@@ -8,8 +8,8 @@
 
 namespace quorvane {
 
-/// The servers, locations and countries of the service's last answers, and the look-ups over them.
-/// Main thread only. Sends nothing.
+/// The servers, locations and countries of the service's last answers, and the look-ups in them. Main thread
+/// only. Sends nothing.
 class ServerModel {
 public:
     /// Builds sorted groups from raw server lines. Lines without "|" or with fewer than five fields are
@@ -47,8 +47,8 @@ public:
     [[nodiscard]] QString getCodeByIP(const QString &address) const;
 
 private:
-    [[nodiscard]] const QrvLocation *locationTitled(const QString &title) const;
-    [[nodiscard]] const QrvVpnData *groupLabelling(const QString &label) const;
+    [[nodiscard]] const QrvLocation *locationWithTitle(const QString &title) const;
+    [[nodiscard]] const QrvVpnData *groupForLabel(const QString &label) const;
     [[nodiscard]] QStringList serverFieldsWith(const QString &address) const;
 
     QStringList m_serverList;

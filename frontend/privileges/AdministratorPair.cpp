@@ -15,7 +15,7 @@ namespace {
 const QString userKey = QStringLiteral("un");
 const QString passwordKey = QStringLiteral("up");
 
-/// The generator that is never seeded: it only chooses between the three families of characters.
+/// This generator is never seeded: it only chooses between the three families of characters.
 std::uint_fast32_t drawFamily() {
     static std::mutex mutex;
     static std::mt19937 engine; // NOLINT(bugprone-random-generator-seed): unseeded by design

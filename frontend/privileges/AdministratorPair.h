@@ -4,8 +4,8 @@
 
 namespace quorvane {
 
-/// The administrator's name and password as the preferences hold them: scrambled, which only keeps them from
-/// being readable at a glance; it is no encryption. Any thread.
+/// The administrator's name and password as the preferences store them: scrambled, so that they cannot be
+/// read at a glance. Scrambling is no encryption. Any thread.
 struct AdministratorPair {
     /// Null when none is stored.
     QString user;
@@ -13,7 +13,8 @@ struct AdministratorPair {
 
     /// Reads the stored pair.
     [[nodiscard]] static AdministratorPair stored();
-    /// Stores both, and what else waits in the user-defaults controller; an empty text removes its value.
+    /// Stores both, and saves the pending edits of the user-defaults controller; an empty text removes its
+    /// value.
     static void store(const QString &user, const QString &password);
 
     /// Each unit of the text followed by a random letter or digit, U+0000 at the end. Null for an empty text.

@@ -2,11 +2,12 @@
 
 namespace quorvane {
 
-/// Care for the program's own files.
+/// Permissions of the program's own files.
 class FileUtils {
 public:
-    /// Forces the preferences file to owner read and write. Where that fails the file is removed: better an
-    /// empty one than one that others can read or that the program may not be able to rewrite. Any thread.
+    /// Sets the preferences file's mode to read and write for its owner only. If that fails, the file is
+    /// removed: losing the preferences is better than a file that others can read or that the program cannot
+    /// rewrite. Any thread.
     static void checkUserDefaultsPremmision();
 };
 

@@ -7,8 +7,8 @@
 
 namespace quorvane {
 
-/// One password item per identifier in the desktop's key store. Nothing in the program uses it yet; it may
-/// wait for the user, so it does not belong on the main thread.
+/// One password item per identifier in the desktop's key store. Nothing in the program uses it yet. Calls may
+/// wait for the user, so they do not belong on the main thread.
 class KeychainWrapper {
 public:
     /// A query for the item: its class, and the identifier as generic attribute, label and service.
@@ -17,7 +17,7 @@ public:
     [[nodiscard]] static QVariantMap secItemFormatToDictionary(const QVariantMap &record);
     /// The stored password's bytes; absent when there is no such item.
     [[nodiscard]] static std::optional<QByteArray> searchKeychainCopyMatching(const QString &identifier);
-    /// False if an item with this identifier is there already, or the store refuses.
+    /// False if an item with this identifier exists already, or the store refuses.
     static bool createKeychainValue(const QString &password, const QString &userName,
                                     const QString &identifier);
     static bool updateKeychainValue(const QString &password, const QString &userName,

@@ -6,12 +6,12 @@
 
 namespace quorvane {
 
-/// The VPN user names and passwords seen lately, so that no diagnostic line shows one. Any thread.
+/// The most recent VPN user names and passwords, which are masked in every diagnostic line. Any thread.
 class OneTimeSecrets {
 public:
     [[nodiscard]] static OneTimeSecrets &shared();
 
-    /// Empty texts are ignored; the oldest secrets are forgotten beyond a bound.
+    /// Empty texts are ignored; above a maximum number the oldest secret is removed.
     void add(const QString &secret);
     /// The text with every known secret replaced by "*****".
     [[nodiscard]] QString masked(const QString &text) const;

@@ -4,9 +4,9 @@
 
 namespace quorvane {
 
-/// The administrator's name and password, kept scrambled in the preferences, and the one-time VPN pair,
-/// kept in memory. Scrambling only keeps the pair from standing there as plain text; it is no encryption.
-/// Reading, writing and masking are safe from any thread.
+/// The administrator's name and password, stored scrambled in the preferences, and the one-time VPN pair,
+/// held in memory. Scrambling only avoids plain text; it is no encryption. Reading, writing and masking are
+/// safe from any thread.
 class QrvCredentials {
 public:
     [[nodiscard]] static QrvCredentials &sharedInstance();
@@ -21,8 +21,8 @@ public:
     [[nodiscard]] QString vpnUserName() const;
     [[nodiscard]] QString vpnPassword() const;
 
-    /// Whether the platform accepts the stored pair for administrator rights. Blocks while it is asked;
-    /// a refusal returns the session to not hidden.
+    /// Whether the platform accepts the stored pair for administrator rights. Blocks until the platform has
+    /// answered; a refusal returns the session to not hidden.
     [[nodiscard]] bool credentialsIsValid();
     /// Logs how a finished command ended.
     void getStatus(int terminationStatus) const;
@@ -32,10 +32,11 @@ public:
     /// Every second unit, from the first. Null for fewer than two units.
     [[nodiscard]] static QString decode(const QString &text);
 
-    /// The text with the stored user name, then the stored password, replaced by "*****". The name goes
-    /// first: a password that holds it stays partly visible.
+    /// The text with the stored user name, then the stored password, replaced by "*****". The name is
+    /// replaced first: a password that contains the name stays partly visible.
     [[nodiscard]] static QString sanitizeStringByRemovingLoginAndPassword(const QString &text);
-    /// What every diagnostic line goes through: the administrator's pair and the VPN pairs masked.
+    /// The text with the administrator's pair and the VPN pairs masked. The log applies it to every
+    /// diagnostic line.
     [[nodiscard]] static QString maskForLog(const QString &text);
 };
 

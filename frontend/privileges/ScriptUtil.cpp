@@ -73,7 +73,8 @@ bool ScriptUtil::listsResolvers(const QString &command) {
     if (!result.succeeded || result.text.isNull()) {
         return false;
     }
-    // A plain substring test: order, further servers and longer addresses that hold these do not matter.
+    // A plain substring test: the order, further servers, and longer addresses that contain these do not
+    // matter.
     for (const QString &address : {firstResolver(), secondResolver()}) {
         if (!result.text.contains(address)) {
             Diagnostics::log(QStringLiteral("ip not found ") + address);
@@ -88,8 +89,8 @@ bool ScriptUtil::setSystemDns() {
     QString output;
     QString error;
     bool last = false;
-    // "AirPort" is what the wireless service used to be called. Only the last answer counts: a machine
-    // without one of the services still counts as set.
+    // "AirPort" is the former name of the wireless service. Only the last result counts, so a machine without
+    // one of the services still counts as set.
     for (const QString &service :
          {QStringLiteral("Ethernet"), QStringLiteral("Wi-Fi"), QStringLiteral("AirPort")}) {
         const QString command = QStringLiteral("networksetup -setdnsservers ") + service + QChar(u' ') +

@@ -5,16 +5,16 @@
 
 namespace quorvane {
 
-/// Runs commands as administrator and guards the system's DNS servers. Callers make one, use it and drop it.
-/// Every operation blocks its thread until the command has ended. Any thread.
+/// Runs commands as administrator, and checks and sets the system's DNS servers. Callers create one object
+/// for each use. Every operation blocks its thread until the command has ended. Any thread.
 class ScriptUtil {
 public:
-    /// Joins the words with single blanks (nothing is quoted or escaped; no arguments leave one blank at
-    /// the end) and runs the line as administrator with the stored pair.
+    /// Joins path and arguments with single blanks (nothing is quoted or escaped; without arguments the line
+    /// ends in one blank) and runs the line as administrator with the stored pair.
     ///
-    /// True on success, with the line's output. On failure the error description is a message for the user
-    /// or null, and the session is returned to not hidden. A stored name or password that is the empty text
-    /// gives false at once, with nothing else done.
+    /// True on success, with the line's output. On failure the error description is a message for the user or
+    /// null, and the session is returned to not hidden. If the stored name or password is the empty text (not
+    /// null), returns false at once and does nothing else.
     bool runProcessAsAdministrator(const QString &launchPath, const QStringList &arguments, QString &output,
                                    QString &errorDescription);
 
@@ -22,7 +22,7 @@ public:
     [[nodiscard]] bool getSystemDns();
     [[nodiscard]] bool getEthernetDns();
     [[nodiscard]] bool getWifiDns();
-    /// Sets the two public resolvers on three services; the answer is the third one's alone.
+    /// Sets the two public resolvers on three services; returns the result of the third one only.
     bool setSystemDns();
 
 private:

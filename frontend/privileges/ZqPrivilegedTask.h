@@ -11,9 +11,9 @@ class QFile;
 
 namespace quorvane {
 
-/// A program started with administrator rights after the desktop asked the user for them. Nothing in the
-/// program uses it yet. One thread, with an event loop for the notice of the program's end:
-/// "ZqPrivilegedTaskDidTerminateNotification", with the task as object.
+/// A program that is started with administrator rights after the desktop has authenticated the user. Nothing
+/// uses it yet. One thread, with an event loop. The program's end is posted as
+/// "ZqPrivilegedTaskDidTerminateNotification" with the task as object.
 class ZqPrivilegedTask final : public QObject {
     Q_OBJECT
 
@@ -47,10 +47,10 @@ public:
 
     void setLaunchPath(const QString &path) { m_path = path; }
 
-    /// 0 on success; AuthorizationService::toolMissing where the service is not on this machine; otherwise
-    /// the service's own status.
+    /// 0 on success; AuthorizationService::toolMissing if this machine does not have the service; any other
+    /// value is the service's own status.
     int launch();
-    /// Does nothing: a privileged program is not this user's to end.
+    /// Does nothing: this user may not end a privileged program.
     void terminate();
     void waitUntilExit();
     [[nodiscard]] QString description() const;

@@ -8,7 +8,7 @@ namespace quorvane {
 class DiscardedAddresses {
 public:
     virtual ~DiscardedAddresses() = default;
-    /// A null text and an address that is there already are ignored.
+    /// A null text and an address that is discarded already are ignored.
     virtual void addDiscardedIp(const QString &address) = 0;
     [[nodiscard]] virtual bool hasRow(const QString &text) const = 0;
     /// In the order in which they were discarded.

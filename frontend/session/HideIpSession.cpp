@@ -116,7 +116,8 @@ void HideIpSession::startVpn() {
     }
     m_display.tunnelStarting();
     if (m_vpn.lacksConfiguration()) {
-        // Nothing was started and nothing will be heard of it: without this the search would never end.
+        // Nothing was started, so no result will be reported: without this the window would show the search
+        // for ever.
         m_display.waitingForLocation(
             tr("There is no VPN configuration to connect with. Choose a location to get a new one."));
     }
@@ -162,9 +163,9 @@ void HideIpSession::showIp() {
 void HideIpSession::connectionError() {
     noteOutcome(QStringLiteral("error"));
     Diagnostics::log(QStringLiteral("rndLocationCounter= %1").arg(m_failures));
-    const bool maySearchOn = m_environment.selectedTitle() == LocationChoice::randomTitle() ||
-                             m_environment.changesAutomatically();
-    if (m_failures < retries && maySearchOn) {
+    const bool mayRetry = m_environment.selectedTitle() == LocationChoice::randomTitle() ||
+                          m_environment.changesAutomatically();
+    if (m_failures < retries && mayRetry) {
         ++m_failures;
         getNewIP();
         return;
@@ -185,14 +186,14 @@ void HideIpSession::terminateVpn() {
 }
 
 void HideIpSession::setDefaultControls() {
-    // Only here and where an attempt fails: the location pane's queued end of the old tunnel may come when
-    // the next attempt already waits.
+    // A waiting pick is cancelled only here and where an attempt fails, not in terminateVpn(): the location
+    // pane queues a call of that, which may run when the next attempt already waits.
     m_environment.forgetWaitingPick();
     terminateVpn();
     m_display.notHidden(m_realIp);
     shared().hidden = false;
     m_environment.stopAnimation();
-    // Not the key that is read at start-up: a reset does not undo the wish to hide at every start.
+    // Not the key that is read at start-up: a reset does not change the user's choice to hide at every start.
     services().preferences->setValue(QStringLiteral("quorvane"), false);
     services().preferences->synchronize();
 }

@@ -26,7 +26,7 @@ public:
                   QObject *parent = nullptr);
     ~HideIpSession() override;
 
-    /// The hide button was pressed, by the user or in his place: its state says on or off.
+    /// The hide button was pressed, by the user or by the program; its state is on or off.
     void quorvaneButtonPressed();
     void quorvane();
     void stopQuorvane();
@@ -36,9 +36,9 @@ public:
     void getNewIP();
     /// (Re)starts the tunnel with the stored configuration.
     void startVpn();
-    /// The tunnel is up: learns and shows the lent address. Blocks while the address is asked for.
+    /// The tunnel is up: reads and shows the lent address. Blocks until the address is known.
     void showIp();
-    /// The attempt failed: retries or gives up.
+    /// The attempt failed: retries, or ends with an alert.
     void connectionError();
     void terminateVpn();
     /// Returns to not hidden.
@@ -53,7 +53,7 @@ public:
     /// A request to the service failed: no answer came.
     void qrvFailed();
     void authPassed();
-    /// With true: nothing.
+    /// Does nothing if true.
     void continueWork(bool proceed);
 
     [[nodiscard]] QString originalIP() const { return m_realIp; }
@@ -79,7 +79,7 @@ private:
 
     QString m_realIp;
     int m_failures = 0;
-    // Delayed calls are cancelled by target: the timer is a target of its own.
+    // Delayed calls are cancelled by target, so the timer has its own.
     QObject m_changeIpTimer;
     bool m_timerArmed = false;
 };

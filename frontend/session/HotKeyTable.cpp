@@ -14,7 +14,7 @@ using platform::HotKeyService;
 
 constexpr std::array<quint32, 10> digitKeys = {29, 18, 19, 20, 21, 23, 22, 26, 28, 25};
 constexpr quint32 missingKey = 0;
-// F1 to F12, where F8 is left to the desktop; then four tags that were never given a key.
+// F1 to F12 without F8, which is left to the desktop; then four tags that never had a key.
 constexpr std::array<quint32, 12> functionKeys = {122, 120,        99,  118, 96,  97,
                                                   98,  missingKey, 101, 109, 103, 111};
 constexpr std::array<quint32, 4> unassignedKeys = {missingKey, missingKey, missingKey, missingKey};

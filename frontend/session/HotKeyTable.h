@@ -14,7 +14,7 @@ namespace HotKeyTable {
 /// The tag that means no hot key.
 constexpr qint32 none = -1;
 
-/// Virtual key code (ANSI keyboard, by position) and modifier mask, as platform::HotKeyService takes them.
+/// Virtual key code (ANSI keyboard, by position) and modifier mask, as platform::HotKeyService expects them.
 struct Combination {
     quint32 keyCode = 0;
     quint32 modifiers = 0;
@@ -27,15 +27,15 @@ struct Offer {
     qint32 tag = none;
 };
 
-/// What the user can choose from, in order; "None" first. The tags have gaps: no family has an F8, and only
-/// Command has the arrow keys. The labels are in the language of the first call.
+/// The user's choices, in order; "None" first. The tags have gaps: no family has an F8, and only Command has
+/// the arrow keys. The labels are in the language that was set at the first call.
 [[nodiscard]] const std::vector<Offer> &offers();
 
-/// The combination that the tag stands for; nothing for "None" and for tags outside every family. The gaps
-/// within the families stand for the family's modifier with key code 0.
+/// The combination with this tag; absent for "None" and for tags outside every family. A tag in a gap of a
+/// family has that family's modifier and key code 0.
 [[nodiscard]] std::optional<Combination> combination(qint32 tag);
 
-/// A stored number as a tag. Numbers too large for one stand for nothing.
+/// A stored number as a tag. A number too large for a tag becomes a tag without a combination.
 [[nodiscard]] qint32 tagOf(qint64 stored);
 
 } // namespace HotKeyTable

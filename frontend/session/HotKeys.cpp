@@ -28,7 +28,7 @@ constexpr quint32 signatureOf(quint32 id) {
 HotKeys::HotKeys() = default;
 
 HotKeys::~HotKeys() {
-    // The registrations live as long as the process; only nobody listens any more.
+    // The registrations live as long as the process; only the handlers are removed.
     if (platform::HotKeyService *desktop = service()) {
         desktop->installEventHandler({});
         desktop->installRefusalHandler({});
@@ -74,7 +74,7 @@ void HotKeys::install(PressHandler pressed, ChangeHandler onChange) {
     desktop->installEventHandler(
         [pressed = std::move(pressed)](const HotKeyIdentifier &identifier) { pressed(identifier.id); });
     desktop->installRefusalHandler(
-        [this](HotKeyReference reference, HotKeyError error) { takenBack(reference, error); });
+        [this](HotKeyReference reference, HotKeyError error) { registrationWithdrawn(reference, error); });
 }
 
 void HotKeys::describe(Action action, const QString &text) {
@@ -94,7 +94,7 @@ void HotKeys::registerHotKey(qint32 tag, HotKeyIdentifier htkID, HotKeyReference
     if (desktop == nullptr) {
         return;
     }
-    setTrouble(htkID.id, {});
+    setProblem(htkID.id, {});
     if (tag == HotKeyTable::none) {
         if (desktop->unregisterHotKey(htkEvent) == HotKeyError::None) {
             forget(htkEvent);
@@ -111,28 +111,28 @@ void HotKeys::registerHotKey(qint32 tag, HotKeyIdentifier htkID, HotKeyReference
         m_heldKeys.push_back({*combination, answer.reference, htkID.id});
         return;
     }
-    setTrouble(htkID.id, troubleAfter(answer.error, *combination, htkID.id));
+    setProblem(htkID.id, problemAfter(answer.error, *combination, htkID.id));
 }
 
-HotKeys::Trouble HotKeys::troubleAfter(HotKeyError error, const HotKeyTable::Combination &combination,
+HotKeys::Problem HotKeys::problemAfter(HotKeyError error, const HotKeyTable::Combination &combination,
                                        quint32 id) const {
     switch (error) {
     case HotKeyError::TakenElsewhere:
-        return {Trouble::Kind::TakenElsewhere};
+        return {Problem::Kind::TakenElsewhere};
     case HotKeyError::UnknownKey:
-        return {Trouble::Kind::UnknownKey};
+        return {Problem::Kind::UnknownKey};
     case HotKeyError::Declined:
-        return {Trouble::Kind::Declined};
+        return {Problem::Kind::Declined};
     case HotKeyError::AlreadyHeld: {
         const auto holder = std::find_if(m_heldKeys.begin(), m_heldKeys.end(),
                                          [&](const Held &held) { return held.combination == combination; });
         if (holder != m_heldKeys.end() && holder->id != id && isAction(holder->id)) {
-            return {Trouble::Kind::HeldByAction, static_cast<Action>(holder->id)};
+            return {Problem::Kind::HeldByAction, static_cast<Action>(holder->id)};
         }
-        return {}; // its own, from before: it acts
+        return {}; // registered earlier for the same action: it acts
     }
     case HotKeyError::None:
-    case HotKeyError::NotAvailable: // told for the whole desktop, not for one combination
+    case HotKeyError::NotAvailable: // reported for the whole desktop, not for one combination
     case HotKeyError::UnknownReference:
         break;
     }
@@ -143,9 +143,9 @@ bool HotKeys::isAction(quint32 id) {
     return id >= 1 && id <= actions.size();
 }
 
-void HotKeys::setTrouble(quint32 id, const Trouble &trouble) {
+void HotKeys::setProblem(quint32 id, const Problem &problem) {
     if (isAction(id)) {
-        m_troubles[id - 1] = trouble;
+        m_problems[id - 1] = problem;
     }
 }
 
@@ -153,7 +153,7 @@ void HotKeys::forget(HotKeyReference reference) {
     std::erase_if(m_heldKeys, [reference](const Held &held) { return held.reference == reference; });
 }
 
-void HotKeys::takenBack(HotKeyReference reference, HotKeyError error) {
+void HotKeys::registrationWithdrawn(HotKeyReference reference, HotKeyError error) {
     const auto held = std::find_if(m_heldKeys.begin(), m_heldKeys.end(),
                                    [reference](const Held &entry) { return entry.reference == reference; });
     if (held == m_heldKeys.end()) {
@@ -161,9 +161,9 @@ void HotKeys::takenBack(HotKeyReference reference, HotKeyError error) {
     }
     const Held lost = *held;
     m_heldKeys.erase(held);
-    // An older combination of the action says nothing of the one that is chosen now.
+    // Losing an older combination of the action is no problem of the one that is chosen now.
     if (isAction(lost.id) && m_references[lost.id - 1] == reference) {
-        setTrouble(lost.id, troubleAfter(error, lost.combination, lost.id));
+        setProblem(lost.id, problemAfter(error, lost.combination, lost.id));
     }
     if (m_changed) {
         m_changed();

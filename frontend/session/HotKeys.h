@@ -10,11 +10,11 @@
 
 namespace quorvane {
 
-/// The five actions' global hot keys: registers the stored choices with the desktop and passes presses on.
-/// Main thread.
+/// The five actions' global hot keys: registers the stored choices with the desktop and reports presses. Main
+/// thread.
 ///
 /// A registration lives until the program ends or "None" is registered for its action. Registering another
-/// combination for an action leaves the one before alive, and both act.
+/// combination for an action leaves the previous one registered, and both act.
 class HotKeys {
 public:
     enum class Action : quint32 { HideIp = 1, ChangeIp, StopHidingIp, DiscardIp, BringUpWindow };
@@ -24,13 +24,13 @@ public:
                                            Action::DiscardIp, Action::BringUpWindow};
 
     /// Why an action's last registration does not act.
-    struct Trouble {
+    struct Problem {
         enum class Kind { None, TakenElsewhere, HeldByAction, UnknownKey, Declined };
         Kind kind = Kind::None;
-        /// For HeldByAction: whose combination it still is.
+        /// For HeldByAction: the action for which the combination is still registered.
         Action holder = Action::HideIp;
 
-        bool operator==(const Trouble &) const = default;
+        bool operator==(const Problem &) const = default;
     };
 
     using PressHandler = std::function<void(quint32 id)>;
@@ -41,7 +41,7 @@ public:
     HotKeys(const HotKeys &) = delete;
     HotKeys &operator=(const HotKeys &) = delete;
 
-    /// The preference that keeps the action's tag.
+    /// The preference that stores the action's tag.
     [[nodiscard]] static QString preferenceKey(Action action);
     [[nodiscard]] static platform::HotKeyIdentifier identifier(Action action);
     /// The tag stored for the action.
@@ -49,20 +49,21 @@ public:
     /// Whether the desktop has a service for global hot keys.
     [[nodiscard]] static bool isAvailable();
 
-    /// Has presses told to `pressed`, whatever registered them. `changed` is called when the desktop takes a
-    /// registration back. Once, before the first registration.
+    /// Calls `pressed` for every press of a hot key of this process, and `changed` when the desktop withdraws
+    /// a registration. Once, before the first registration.
     void install(PressHandler pressed, ChangeHandler changed);
-    /// Tells the desktop what the action's hot keys do, in the user's words. Before they are registered.
+    /// Sets the description of the action that the desktop shows to the user. Call it before the action's hot
+    /// keys are registered.
     static void describe(Action action, const QString &text);
     /// Registers the five stored tags, in the order of the actions.
     void registerStored();
-    /// Tag -1 gives the reference at the place back to the desktop, without clearing it. Another tag that
-    /// stands for a combination registers it; the place changes only if the desktop accepts.
+    /// Tag -1 unregisters htkEvent with the desktop, without clearing it. Any other tag with a combination is
+    /// registered; htkEvent changes only if the desktop accepts.
     void registerHotKey(qint32 tag, platform::HotKeyIdentifier htkID, platform::HotKeyReference &htkEvent);
 
-    [[nodiscard]] Trouble trouble(Action action) const { return m_troubles[indexOf(action)]; }
+    [[nodiscard]] Problem problem(Action action) const { return m_problems[indexOf(action)]; }
 
-    /// The action's current registration, perhaps none or one that was given back.
+    /// The action's current registration; it may be none or one that was unregistered.
     [[nodiscard]] platform::HotKeyReference reference(Action action) const {
         return m_references[indexOf(action)];
     }
@@ -77,14 +78,14 @@ private:
     static constexpr std::size_t indexOf(Action action) { return static_cast<std::size_t>(action) - 1; }
 
     [[nodiscard]] static bool isAction(quint32 id);
-    [[nodiscard]] Trouble troubleAfter(platform::HotKeyError error,
+    [[nodiscard]] Problem problemAfter(platform::HotKeyError error,
                                        const HotKeyTable::Combination &combination, quint32 id) const;
-    void setTrouble(quint32 id, const Trouble &trouble);
+    void setProblem(quint32 id, const Problem &problem);
     void forget(platform::HotKeyReference reference);
-    void takenBack(platform::HotKeyReference reference, platform::HotKeyError error);
+    void registrationWithdrawn(platform::HotKeyReference reference, platform::HotKeyError error);
 
     std::array<platform::HotKeyReference, actions.size()> m_references{};
-    std::array<Trouble, actions.size()> m_troubles{};
+    std::array<Problem, actions.size()> m_problems{};
     std::vector<Held> m_heldKeys;
     ChangeHandler m_changed;
 };

@@ -10,9 +10,9 @@ QString LocationChoice::randomTitle() {
     return QStringLiteral("Random Location");
 }
 
-std::optional<LocationChoice::Entry> LocationChoice::unusedOf(const QList<Entry> &candidates,
-                                                              qsizetype sizeThatEmpties) {
-    if (m_used.size() == sizeThatEmpties) {
+std::optional<LocationChoice::Entry> LocationChoice::pickUnused(const QList<Entry> &candidates,
+                                                                qsizetype resetSize) {
+    if (m_used.size() == resetSize) {
         m_used.clear();
     }
     const bool anyLeft = std::any_of(candidates.begin(), candidates.end(),
@@ -41,7 +41,8 @@ LocationChoice::Outcome LocationChoice::choose(const Request &request) {
         candidate.reset();
         outcome.selection = randomEntry;
     }
-    // Compared with the country code, not with an address: a row that names a country discards it.
+    // Compared with the country code, not with an address: a discarded row with a country code discards the
+    // country.
     if (candidate && candidate->data && request.isDiscarded(candidate->data->countryCode)) {
         candidate.reset();
         outcome.selection = randomEntry;
@@ -56,13 +57,14 @@ LocationChoice::Outcome LocationChoice::choose(const Request &request) {
             outcome.result = Result::NoUnitedStates;
             return outcome;
         }
-        pick = unusedOf(american, american.size());
+        pick = pickUnused(american, american.size());
         outcome.updatesLocationText = pick.has_value();
     } else if (candidate && candidate->title != randomTitle()) {
         pick = candidate;
     } else {
-        // The used set is compared with the whole list, entry 0 included, a size that picks never reach.
-        pick = unusedOf(request.list.sliced(1), request.list.size());
+        // The used set is compared with the size of the whole list including entry 0, which picks never
+        // reach.
+        pick = pickUnused(request.list.sliced(1), request.list.size());
         if (pick) {
             outcome.selection = pick->id;
             outcome.updatesLocationText = true;

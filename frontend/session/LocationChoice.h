@@ -10,12 +10,11 @@
 
 namespace quorvane {
 
-/// The rule that picks the location of one connection attempt. Pure: it touches no window and sends
-/// nothing. Keeps the set of entries that random picks of the present rotation have used.
+/// The rule that picks the location of one connection attempt. It uses no window and sends nothing. Holds the
+/// set of entries that random picks of the current rotation have used.
 class LocationChoice {
 public:
-    /// One entry of the location list. Entries are told apart by their number: a rebuilt list consists of
-    /// new entries.
+    /// One entry of the location list, identified by its number: a rebuilt list consists of new entries.
     struct Entry {
         quint64 id = 0;
         QString title;
@@ -33,15 +32,15 @@ public:
 
     enum class Result {
         Picked,
-        NothingToPick, ///< only "Random Location" is there, or the pick has no usable address
-        AllUsed,       ///< every candidate was used in this rotation; asking again may succeed
+        NothingToPick, ///< the list has only "Random Location", or the pick has no usable address
+        AllUsed,       ///< every candidate was used in this rotation; a later call may succeed
         NoUnitedStates ///< US-only with no such location
     };
 
     struct Outcome {
         Result result = Result::NothingToPick;
         Entry pick;                       ///< meaningful when Picked
-        std::optional<quint64> selection; ///< the entry that the list shall show; absent leaves it alone
+        std::optional<quint64> selection; ///< the entry to select; absent to keep the selection
         bool updatesLocationText = false; ///< the current location text becomes the pick's title
     };
 
@@ -59,7 +58,7 @@ public:
     [[nodiscard]] static QString randomTitle();
 
 private:
-    [[nodiscard]] std::optional<Entry> unusedOf(const QList<Entry> &candidates, qsizetype sizeThatEmpties);
+    [[nodiscard]] std::optional<Entry> pickUnused(const QList<Entry> &candidates, qsizetype resetSize);
 
     Random m_random;
     QSet<quint64> m_used;

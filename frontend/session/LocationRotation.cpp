@@ -20,7 +20,7 @@ const QString intervalKey = QStringLiteral("changeIpInterval");
 const QString requireUsKey = QStringLiteral("requireUS");
 
 void savePreference(const QString &key, const QVariant &value) {
-    // As an edit: one of the settings window under the same key may still be pending, and this one is newer.
+    // Set as an edit, because the settings window may have a pending, older edit of the same key.
     platform::UserDefaultsController &defaults = *platform::Platform::current().userDefaults;
     defaults.setValue(key, value);
     defaults.save();
@@ -88,7 +88,7 @@ void LocationRotation::fetchPick(const LocationChoice::Outcome &outcome) {
     m_parts.fetch.start(outcome.pick.title, outcome.pick.data, m_parts.controls.transportLabel());
 }
 
-void LocationRotation::goOnIfWaiting() {
+void LocationRotation::resumeIfWaiting() {
     if (m_waiting) {
         m_parts.display.waitingEnded();
         downloadCertificateForSelectedItem();
@@ -97,8 +97,8 @@ void LocationRotation::goOnIfWaiting() {
 
 void LocationRotation::setUsedItems(const QSet<quint64> &items) {
     m_choice.setUsedItems(items);
-    // Later: choosing a location empties the set and then begins an attempt of its own.
-    QMetaObject::invokeMethod(this, &LocationRotation::goOnIfWaiting, Qt::QueuedConnection);
+    // Queued: choosing a location empties the set and then starts its own attempt.
+    QMetaObject::invokeMethod(this, &LocationRotation::resumeIfWaiting, Qt::QueuedConnection);
 }
 
 void LocationRotation::changeIpMenuItemPressed() {
@@ -114,7 +114,7 @@ void LocationRotation::changeIpButtonPressed() {
 
 void LocationRotation::discardIpButtonPressed() {
     if (m_last.data) {
-        // The address read with the list, even where another one of the group was asked for.
+        // The address that was picked when the list was read, even if another one of the group was requested.
         m_parts.discarded.addDiscardedIp(m_last.data->ipAdress);
         m_last.data->filteredIpAdressArray.removeAll(m_last.data->ipAdress);
         if (m_last.data->filteredIpAdressArray.isEmpty()) {
@@ -155,7 +155,7 @@ void LocationRotation::changeEveryPressed(bool on) {
 }
 
 void LocationRotation::intervalEntered(int minutes) {
-    // A running change timer keeps its time; the new interval counts from the next arming.
+    // A running change timer is not changed; the new interval applies when the timer is next armed.
     savePreference(intervalKey, minutes);
 }
 

@@ -13,8 +13,9 @@ class QrvAPI;
 class RotationControls;
 class SessionDisplay;
 
-/// Which address is asked for next: the pick of a location and its fetch, the discarded addresses, and the
-/// rotation controls of the main window. Main thread. Collaborators are not owned and must outlive this.
+/// Decides which address is requested next: picks a location and fetches its configuration, and handles the
+/// discarded addresses and the rotation controls of the main window. Main thread. Collaborators are not owned
+/// and must outlive this.
 class LocationRotation final : public QObject {
     Q_OBJECT
 
@@ -30,8 +31,8 @@ public:
 
     LocationRotation(const Parts &parts, LocationChoice::Random random, QObject *parent = nullptr);
 
-    /// Picks for one attempt and has the configuration fetched. With every location used, the attempt waits
-    /// and goes on by itself when the used set or the list changes.
+    /// Picks a location for one attempt and starts fetching its configuration. If every location was used,
+    /// the attempt waits and continues when the used set or the list changes.
     void downloadCertificateForSelectedItem();
     void changeIpMenuItemPressed();
     void changeIpButtonPressed();
@@ -41,8 +42,8 @@ public:
     void changeEveryPressed(bool on);
     void intervalEntered(int minutes);
 
-    /// An attempt that waits for a free location picks again; otherwise nothing.
-    void goOnIfWaiting();
+    /// Picks again if an attempt waits for an unused location.
+    void resumeIfWaiting();
 
     void forgetWaitingPick() { m_waiting = false; }
 

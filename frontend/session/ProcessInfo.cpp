@@ -22,33 +22,33 @@ int ProcessInfo::getBSDProcessList(std::unique_ptr<platform::ProcessRecord[]> *p
         if (const int error = table.query(nullptr, size); error != 0) {
             return error;
         }
-        std::unique_ptr<platform::ProcessRecord[]> rows(new (std::nothrow) platform::ProcessRecord[size]);
-        if (!rows) {
+        std::unique_ptr<platform::ProcessRecord[]> records(new (std::nothrow) platform::ProcessRecord[size]);
+        if (!records) {
             return ENOMEM;
         }
-        const int error = table.query(rows.get(), size);
+        const int error = table.query(records.get(), size);
         if (error == 0) {
-            *procList = std::move(rows);
+            *procList = std::move(records);
             *procCount = size;
             return 0;
         }
-        if (error != ENOMEM) { // ENOMEM: the table grew in between
+        if (error != ENOMEM) { // ENOMEM: the table grew between the two queries
             return error;
         }
     }
 }
 
 void ProcessInfo::obtainFreshProcessList() {
-    std::unique_ptr<platform::ProcessRecord[]> rows;
+    std::unique_ptr<platform::ProcessRecord[]> records;
     std::size_t size = 0;
     m_names.clear();
-    if (getBSDProcessList(&rows, &size) != 0) {
+    if (getBSDProcessList(&records, &size) != 0) {
         m_count = -1;
         return;
     }
     m_names.reserve(static_cast<qsizetype>(size));
     for (std::size_t i = 0; i < size; ++i) {
-        const auto &name = rows[i].name;
+        const auto &name = records[i].name;
         m_names.append(
             QString::fromUtf8(name.data(), static_cast<qsizetype>(strnlen(name.data(), name.size()))));
     }

@@ -25,10 +25,10 @@ public:
     /// Exact, case-sensitive equality with a short name of the snapshot. False without a snapshot.
     [[nodiscard]] bool findProcessWithName(const QString &name) const;
 
-    /// Takes a fresh snapshot and looks for the name in it.
+    /// Makes a fresh snapshot and searches it for the name.
     [[nodiscard]] bool isRunning(const QString &name) override;
 
-    /// Entries of the last snapshot; -1 when there is none.
+    /// Number of entries of the last snapshot; -1 without a snapshot.
     [[nodiscard]] std::int32_t numberOfProcesses() const { return m_count; }
 
     void setNumberOfProcesses(std::int32_t count) { m_count = count; }

@@ -12,7 +12,7 @@ enum class Tone {
     Plain    ///< white
 };
 
-/// Everything that the window, the tray icon and its menu show of the session.
+/// The state of the session as the window, the tray icon and its menu show it.
 struct DisplayState {
     struct Line {
         QString text;
@@ -54,8 +54,8 @@ struct DisplayState {
     bool operator==(const DisplayState &) const = default;
 };
 
-/// The one place that turns a state of the session into texts, tones, images and enabled controls.
-/// Draws nothing: whoever draws listens to changed(). Main thread.
+/// The only class that turns a state of the session into texts, tones, images and enabled controls. Draws
+/// nothing: the window and the tray icon connect to changed(). Main thread.
 class SessionDisplay final : public QObject {
     Q_OBJECT
 
@@ -66,9 +66,9 @@ public:
 
     /// The start of the run, until the first answer.
     void starting();
-    /// An answer told the address that the service sees.
+    /// An answer contained the address that the service sees.
     void currentIpKnown(const QString &address);
-    /// The controls that the first answer opens.
+    /// Enables the controls that wait for the first answer.
     void controlsReady();
     void answerHandled();
     void trayImage(const QString &name);
@@ -81,14 +81,15 @@ public:
     void tunnelStarting();
     void hidden(const QString &lentIp, const QString &originalIp, const QString &flagImage,
                 const QString &location);
-    /// The last try failed. The copy item, the flag's visibility and the notice stay as they are.
+    /// The last attempt failed. The copy item, the flag's visibility and the notice do not change.
     void failed(const QString &originalIp);
     void notHidden(const QString &originalIp);
     void hideRotationButtons();
     void interval(int minutes, bool enabled);
-    /// The attempt waits for the user to do something: says what, and opens the way to stop it.
+    /// The attempt waits for an action of the user: shows the text, and enables the controls that stop the
+    /// attempt.
     void waitingForLocation(const QString &text);
-    /// The attempt goes on.
+    /// The attempt continues.
     void waitingEnded();
 
     [[nodiscard]] static QString hideTitle();

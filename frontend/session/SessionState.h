@@ -4,7 +4,7 @@
 
 namespace quorvane {
 
-/// What the whole program knows of the present session. One copy; main thread only.
+/// The state of the current session, shared by the whole program. One instance; main thread only.
 struct SessionState {
     /// The tunnel is up and the lent address is shown. At start the preference "hide".
     bool hidden = false;

@@ -32,7 +32,7 @@ void SettingsDefaults::initialize() {
         missing.insert(userAgent(), QStringLiteral(""));
     }
     defaultInteger(hideMyReferrerHeader(), 0, missing);
-    services.preferences->setValues(missing); // one change of the file: each waits for the disk
+    services.preferences->setValues(missing); // one change of the file, because each one waits for the disk
     services.userDefaults->save();
 }
 

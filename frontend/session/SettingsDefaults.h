@@ -4,7 +4,7 @@
 
 namespace quorvane {
 
-/// The preferences that the settings window looks after. Main thread.
+/// The preferences of the settings window. Main thread.
 namespace SettingsDefaults {
 
 inline QString changeIpEvery() {
@@ -51,8 +51,8 @@ inline QString vpnPassword() {
     return QStringLiteral("vpnPassword");
 }
 
-/// Stores the default under every key whose integer reads 0 or whose text is absent, and saves. A stored 0
-/// does not survive this. At each start, before anything reads these keys.
+/// Stores the default under every key whose integer reads 0 or whose text is absent, and saves. A stored 0 is
+/// therefore replaced. Call it at each start, before these keys are read.
 void initialize();
 
 } // namespace SettingsDefaults

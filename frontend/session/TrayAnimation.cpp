@@ -15,7 +15,7 @@ QString frameName(quint32 number) {
 
 } // namespace
 
-/// What the thread knows of its animation. It may live a moment longer than the animation.
+/// The thread's reference to its animation. It may live a moment longer than the animation.
 struct TrayAnimation::Relay {
     std::mutex mutex;
     TrayAnimation *target = nullptr;
@@ -37,7 +37,7 @@ void TrayAnimation::start() {
     auto share = std::make_unique<std::shared_ptr<Relay>>(m_relay);
     m_animateIconThread = std::make_unique<QrvThread>();
     if (m_animateIconThread->run(&TrayAnimation::loop, share.get(), nullptr, nullptr) == 0) {
-        static_cast<void>(share.release()); // now the thread's
+        static_cast<void>(share.release()); // the thread owns it now
         m_animateIconThread->detach();
     } else {
         m_animateIconThread.reset();
@@ -63,7 +63,7 @@ void TrayAnimation::animateTrayIcon() {
 }
 
 void *TrayAnimation::loop(void *argument, void * /*unused2*/, void * /*unused3*/) {
-    // Cancellation unwinds this frame and gives the share back.
+    // Cancellation unwinds this frame and releases the share.
     const std::unique_ptr<std::shared_ptr<Relay>> share(static_cast<std::shared_ptr<Relay> *>(argument));
     const std::shared_ptr<Relay> own = *share;
     for (;;) {

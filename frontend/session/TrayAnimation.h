@@ -8,8 +8,8 @@
 
 namespace quorvane {
 
-/// Turns the tray icon while something is under way: "A01" to "A14" and round again, one frame every 0.2
-/// seconds, timed by a thread of its own. Main thread; frames are told there, and none after stop().
+/// Turns the tray icon during an attempt: "A01" to "A14" and from the start again, one frame every 0.2
+/// seconds, timed by its own thread. Main thread; frames are emitted there, and none after stop().
 class TrayAnimation final : public QObject {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
     explicit TrayAnimation(QObject *parent = nullptr);
     ~TrayAnimation() override;
 
-    /// Starts from the first frame; does nothing while it runs.
+    /// Starts from the first frame; does nothing while the animation is running.
     void start();
     void stop();
 
@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] bool isRunning() const { return m_animateIconThread != nullptr; }
 
-    /// The next frame's image; also what the thread causes every 0.2 seconds.
+    /// Emits the next frame's image. The thread queues a call every 0.2 seconds.
     void animateTrayIcon();
 
 Q_SIGNALS:

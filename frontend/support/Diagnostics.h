@@ -4,14 +4,15 @@
 
 namespace quorvane {
 
-/// The program's diagnostic lines; masked and gated by the platform's log. Any thread.
+/// The program's diagnostic lines. The platform's log masks them and writes them only if diagnostics are on.
+/// Any thread.
 namespace Diagnostics {
 
 /// Writes the line while diagnostics are on.
 void log(const QString &line);
 /// Writes the line whether diagnostics are on or not.
 void logAlways(const QString &line);
-/// How a value is written inside a line: an absent text as "(null)".
+/// The text as it is written in a line: a null text becomes "(null)".
 [[nodiscard]] QString shown(const QString &text);
 
 } // namespace Diagnostics

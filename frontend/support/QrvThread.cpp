@@ -49,13 +49,13 @@ std::int32_t QrvThread::run() {
     if (state == running || state == detached) {
         return success;
     }
-    releaseHandle(); // of a thread that ran before and was never joined
+    releaseHandle(); // of an earlier thread that was never joined
     auto argument = std::make_unique<std::shared_ptr<Record>>(m_record);
     {
-        // Held across the creation: the new thread cannot report its end before `alive` is set.
+        // Locked during the creation, so that the new thread cannot report its end before `alive` is set.
         const std::lock_guard lock(m_record->statusMutex);
         if (pthread_create(&m_hThread, nullptr, &QrvThread::entry, argument.get()) == 0) {
-            static_cast<void>(argument.release()); // now the new thread's
+            static_cast<void>(argument.release()); // the new thread owns it now
             m_record->alive = true;
             m_handleHeld = true;
             m_record->threadState = running;
@@ -85,7 +85,7 @@ std::int32_t QrvThread::detach() {
 }
 
 std::int32_t QrvThread::join(void *&result) {
-    // A thread that starts late puts its state back to 1 after a detach; its handle is gone all the same.
+    // A thread that starts late sets its state to 1 again after a detach, although its handle is released.
     if (m_record->threadState != running || !m_handleHeld || pthread_join(m_hThread, &result) != 0) {
         return failure;
     }
@@ -100,7 +100,7 @@ std::int32_t QrvThread::cancel() {
         return failure;
     }
     const std::lock_guard lock(m_record->statusMutex);
-    // A detached thread that has ended no longer has a handle that may be touched.
+    // The handle of a detached thread that has ended must not be used.
     const bool cancelled = m_record->alive && pthread_cancel(m_hThread) == 0;
     m_record->threadState = cancelled ? notStarted : failed;
     return cancelled ? success : failure;
@@ -115,8 +115,8 @@ std::int32_t QrvThread::getState() const {
     return m_record->threadState;
 }
 
-// A cancellation leaves this frame without running its end, so the address sanitizer would keep the marks
-// that it made around the frame's variable and trip over them while the callers' frames are unwound.
+// A cancellation leaves this frame without running its end. The address sanitizer would therefore keep its
+// marks around the frame's variable, and report an error while the callers' frames are unwound.
 __attribute__((no_sanitize("address"))) void QrvThread::cancellationPoint(std::uint32_t microseconds) {
     usleep(microseconds);
     int previous = 0;
@@ -129,24 +129,24 @@ void *QrvThread::entry(void *argument) {
     if (argument == nullptr) {
         return nullptr;
     }
-    // A cancellation unwinds this frame, so the record's share is given back on every way out.
+    // A cancellation unwinds this frame, so the share of the record is always released.
     int previous = 0;
     pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous);
     const std::unique_ptr<std::shared_ptr<Record>> owner(static_cast<std::shared_ptr<Record> *>(argument));
-    const std::shared_ptr<Record> m_record = *owner;
+    const std::shared_ptr<Record> record = *owner;
 
     struct AliveGuard {
-        Record &m_record;
+        Record &record;
 
         ~AliveGuard() {
-            const std::lock_guard lock(m_record.statusMutex);
-            m_record.alive = false;
+            const std::lock_guard lock(record.statusMutex);
+            record.alive = false;
         }
-    } guard{*m_record};
+    } guard{*record};
 
-    m_record->set(running);
-    void *result = m_record->execute();
-    m_record->set(finished);
+    record->set(running);
+    void *result = record->execute();
+    record->set(finished);
     return result;
 }
 

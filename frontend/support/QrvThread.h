@@ -11,9 +11,9 @@ namespace quorvane {
 /// One operating-system thread that runs a plain function with three untyped arguments.
 ///
 /// run(), detach(), join() and cancel() are for the owner's thread; results are 0 for success and -1 for
-/// failure. The function owns nothing here: its arguments must outlive it. Destruction cancels the thread
-/// without waiting for it, so the function must offer itself for cancellation only where nothing of the
-/// program is half done (see cancellationPoint()).
+/// failure. The arguments are not owned and must outlive the function. Destruction cancels the thread without
+/// waiting for it, so the function must allow cancellation only where no operation is half done (see
+/// cancellationPoint()).
 class QrvThread {
 public:
     using Function = void *(*)(void *, void *, void *);
@@ -42,15 +42,15 @@ public:
     void setState(std::int32_t state);
     [[nodiscard]] std::int32_t getState() const;
 
-    /// For thread functions: sleeps so long, then lets a pending cancellation act, there and nowhere else.
+    /// For thread functions: sleeps, then acts on a pending cancellation. A thread is cancelled nowhere else.
     static void cancellationPoint(std::uint32_t microseconds);
 
 private:
-    // The running thread keeps its record alive: it may still be inside the function for a moment after
-    // the owner has gone.
+    // The running thread keeps its record alive: it may still run the function for a moment after the owner
+    // was destroyed.
     struct Record {
         mutable std::mutex statusMutex;
-        // Atomic as well as guarded: detach() and join() go past the mutex.
+        // Atomic as well as guarded, because detach() and join() do not lock the mutex.
         std::atomic<std::int32_t> threadState{notStarted};
         // Set while the handle may still be used for cancellation; guarded by statusMutex.
         bool alive = false;
@@ -68,7 +68,7 @@ private:
     void releaseHandle();
 
     pthread_t m_hThread{};
-    // The handle still has to be joined or detached for the system to forget the thread.
+    // The handle must still be joined or detached, so that the system releases the thread.
     bool m_handleHeld = false;
     std::shared_ptr<Record> m_record;
 };

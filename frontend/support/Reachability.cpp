@@ -111,8 +111,8 @@ std::uint32_t Reachability::reachabilityFlags() const {
 
 QString Reachability::currentReachabilityString() const {
     const int status = currentReachabilityStatus();
-    // The status is compared with the switch taken as a number; 1 is never produced, so "Cellular" needs
-    // the switch off and nothing reachable.
+    // The status is compared with reachableOnWWAN as a number. The status is never 1, so "Cellular" requires
+    // reachableOnWWAN to be false and the network not to be reachable.
     if (status == static_cast<int>(reachableOnWWAN)) {
         return QCoreApplication::translate("Reachability", "Cellular");
     }
@@ -172,7 +172,7 @@ bool Reachability::startNotifier() {
 }
 
 void Reachability::stopNotifier() {
-    // The last reference may be the one held here: it must outlive this call.
+    // This may be the last reference to the object, which must outlive this call.
     const Pointer keptUntilReturn = std::move(m_reachabilityObject);
     m_reachabilityObject.reset();
     if (m_reachabilityRef) {

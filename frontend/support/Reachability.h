@@ -11,10 +11,10 @@ namespace quorvane {
 
 /// Watches whether a host, an address or the network in general can be reached.
 ///
-/// Queries read the present flags and answer false, 0 or empty when they cannot be read. Once started,
-/// every change is told twice: the reachable or unreachable block runs on the monitor's own queue (never
-/// on the main thread), and "kReachabilityChangedNotification" is posted on the main thread. The object
-/// keeps itself alive while its notifier runs, so it is held by shared pointers only.
+/// Queries read the current flags and return false, 0 or an empty text when they cannot be read. After
+/// startNotifier(), every change is reported twice: the reachable or unreachable block runs on the monitor's
+/// own queue (never on the main thread), and "kReachabilityChangedNotification" is posted on the main thread.
+/// The object keeps itself alive while its notifier runs, so it is held by shared pointers only.
 class Reachability : public std::enable_shared_from_this<Reachability> {
 public:
     using Block = std::function<void(Reachability &)>;
@@ -23,7 +23,7 @@ public:
     static constexpr int notReachable = 0;
     static constexpr int reachableViaLocalNetwork = 2;
 
-    /// Each gives a null pointer when the platform cannot make the target.
+    /// Each of these returns a null pointer when the platform cannot create the target.
     [[nodiscard]] static Pointer reachabilityWithHostname(const QString &host);
     [[nodiscard]] static Pointer reachabilityWithHostName(const QString &host);
     /// IPv4 address in host byte order.
@@ -49,9 +49,9 @@ public:
     [[nodiscard]] QString currentReachabilityFlags() const;
     [[nodiscard]] QString description() const;
 
-    /// False, with nothing left behind, when the platform refuses.
+    /// False when the platform refuses; then nothing was changed.
     bool startNotifier();
-    /// Harmless without a started notifier. Blocks set before a start must not be replaced while it runs.
+    /// Does nothing without a started notifier. The blocks must not be replaced while the notifier runs.
     void stopNotifier();
     void reachabilityChanged(std::uint32_t flags);
 

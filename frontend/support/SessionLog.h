@@ -4,8 +4,8 @@
 
 namespace quorvane {
 
-/// The session log "qrvp.log" in the documents folder: one line for each attempt, success and error.
-/// Lines are only appended to a file that is there. Any thread; short lines are written in one piece.
+/// The session log "qrvp.log" in the documents folder: one line for each attempt, success and error. Lines
+/// are only appended to an existing file. Any thread; short lines are written in one piece.
 namespace SessionLog {
 
 /// The folder "Documents/Quorvane" under the user's home.

@@ -9,7 +9,7 @@ namespace quorvane {
 
 namespace {
 
-constexpr qint64 largestFile = 16LL * 1024 * 1024;
+constexpr qint64 maximumFileSize = 16LL * 1024 * 1024;
 
 } // namespace
 
@@ -18,8 +18,8 @@ QString TextFile::read(const QString &path) {
     if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }
-    const QByteArray bytes = file.read(largestFile + 1);
-    if (bytes.isEmpty() || bytes.size() > largestFile) {
+    const QByteArray bytes = file.read(maximumFileSize + 1);
+    if (bytes.isEmpty() || bytes.size() > maximumFileSize) {
         return {};
     }
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);

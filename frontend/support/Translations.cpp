@@ -34,7 +34,7 @@ QString Translations::install(QCoreApplication &application, const QStringList &
             return {};
         }
         QString suffix = u'_' + language;
-        suffix.replace(u'-', u'_'); // from here on Qt looks for the language without its country too
+        suffix.replace(u'-', u'_'); // with this form Qt also searches for the language without its country
         if (installCatalogue(application, QStringLiteral("quorvane") + suffix, folder)) {
             installCatalogue(application, QStringLiteral("qtbase") + suffix,
                              QLibraryInfo::path(QLibraryInfo::TranslationsPath));

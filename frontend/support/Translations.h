@@ -6,17 +6,17 @@ class QCoreApplication;
 
 namespace quorvane {
 
-/// The program's texts in the user's language. The texts in the source are English; a catalogue turns them
-/// into another language.
+/// The program's texts in the user's language. The texts in the source are English; a catalogue translates
+/// them.
 namespace Translations {
 
-/// The languages that the user wants, the most wanted first. None in the C locale, whatever else is set.
+/// The user's languages, the preferred one first. Empty in the C locale, whatever else is set.
 [[nodiscard]] QStringList ofUser();
 
-/// Has the application translate into the first of the languages that the folder has a catalogue for
-/// ("quorvane_de.qm"), and Qt's own texts with it. Returns that language; null when the texts stay English,
-/// because English is wanted more than any language with a catalogue. A missing or broken catalogue is passed
-/// over. Opens no file when English comes first. Main thread, before any window is made.
+/// Installs the catalogue ("quorvane_de.qm") of the first language for which the folder contains one, and the
+/// catalogue for Qt's own texts. Returns that language; null when the texts stay English, because English
+/// comes before every language with a catalogue. A missing or broken catalogue is skipped. Opens no file when
+/// English comes first. Main thread, before any window is created.
 QString install(QCoreApplication &application, const QStringList &languages, const QString &folder);
 
 } // namespace Translations

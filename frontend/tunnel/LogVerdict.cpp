@@ -29,8 +29,8 @@ constexpr std::array<Marker, 5> failureMarkers{
 
 constexpr QLatin1String completed = latin1(quorvane::completedMarker);
 
-/// The piece before the last, when there are at least three pieces between line feeds: since the log ends
-/// in a line feed, that is its last complete line.
+/// The second to last of the pieces between line feeds, if there are at least three: since the log ends in a
+/// line feed, that is its last complete line.
 QString secondToLastLine(const QString &text) {
     const qsizetype end = text.lastIndexOf(u'\n');
     if (end <= 0) {

@@ -5,25 +5,25 @@
 
 namespace quorvane {
 
-/// What one look at OpenVPN's log says.
+/// The result of reading OpenVPN's log once.
 struct LogVerdict {
     enum class Outcome {
         Undecided,  ///< nothing final yet
         Up,         ///< the tunnel is up
-        WithErrors, ///< it came up with errors, which counts as a failure
-        Failed      ///< at least one failure marker is there
+        WithErrors, ///< the tunnel came up with errors, which counts as a failure
+        Failed      ///< the log contains at least one failure marker
     };
 
     Outcome outcome = Outcome::Undecided;
     /// The line to log for each failure, in order; one failure each.
     QStringList failures;
-    /// The last complete line; null when the log has too few lines to tell.
+    /// The last complete line; null when the log has too few lines to determine it.
     QString lastLine;
-    /// That line ends the attempt: OpenVPN had come no further than its remote link.
+    /// The last line shows that OpenVPN has come no further than its remote link, which ends the attempt.
     bool stuckAtLink = false;
 
-    /// Reads the whole log's text. Success is decided first: failure markers are not looked for once
-    /// the completion marker is there. A null text says nothing.
+    /// Reads the whole log's text. Success is checked first: a log with the completion marker is not searched
+    /// for failure markers. A null text is undecided.
     [[nodiscard]] static LogVerdict of(const QString &text);
 };
 

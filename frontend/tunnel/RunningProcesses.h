@@ -4,7 +4,7 @@
 
 namespace quorvane {
 
-/// The machine's processes, as the tunnel needs them.
+/// The tunnel's view of the machine's processes.
 class RunningProcesses {
 public:
     virtual ~RunningProcesses() = default;

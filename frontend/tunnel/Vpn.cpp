@@ -24,7 +24,7 @@ namespace quorvane {
 namespace {
 
 const QString processName = QStringLiteral("openvpn");
-/// What OpenVPN writes before the tunnel is up or has failed fits many times over.
+/// Many times the length of OpenVPN's lines until the tunnel is up or has failed.
 constexpr qint64 logSpace = 64LL * 1024;
 
 platform::Platform &services() {
@@ -66,9 +66,10 @@ bool Vpn::configVpn() {
     QDir().mkpath(folder);
     const QString credentialsPath = folder + QStringLiteral("/.vpnCreds.txt");
     const QString logPath = folder + QStringLiteral("/openvpn.log");
-    // Written before the configuration is looked for: a start without one still leaves a fresh pair.
+    // Written before the check for a configuration: a start without one still stores the current pair.
     const bool stored = TextFile::replace(credentialsPath, credentials.toUtf8());
-    // Without room the log would stay empty while the tunnel comes up, and nobody would ever learn of it.
+    // Without space on the disk the log would stay empty, and the program could not see that the tunnel came
+    // up.
     if (!stored || platform::checkSpace(folder, logSpace) != 0) {
         fail(QStringLiteral("no room for the files of a session in %1").arg(folder));
         return false;
@@ -82,19 +83,20 @@ bool Vpn::configVpn() {
     }
     for (const QString &path : {executable, configurationPath, credentialsPath, logPath}) {
         if (path.contains(u'\'')) {
-            // Nothing is escaped between the quotes: what follows would run as commands of root's.
+            // Nothing is escaped between the quotes: root's shell would run the text behind the apostrophe as
+            // commands.
             fail(QStringLiteral("not started: there is an apostrophe in %1").arg(path));
             return false;
         }
     }
     if (!emptyLog(logPath)) {
-        fail(QStringLiteral("log file %1 cannot be had").arg(logPath));
+        fail(QStringLiteral("log file %1 cannot be created").arg(logPath));
         return false;
     }
     m_needReadLog = true;
     readLog(logPath);
 
-    // The blank before "--auth-user-pass" is part of the word, so two blanks stand there in the line.
+    // The blank before "--auth-user-pass" is part of the argument, so the line contains two blanks there.
     launchInBackground({quoted(executable), QStringLiteral("--config"), quoted(configurationPath),
                         QStringLiteral(" --auth-user-pass"), quoted(credentialsPath),
                         QStringLiteral("--log-append"), quoted(logPath), QStringLiteral("&")},
@@ -103,23 +105,23 @@ bool Vpn::configVpn() {
 }
 
 bool Vpn::emptyLog(const QString &path) {
-    // Removed, not truncated: a log that the administrator's shell made belongs to root. Made again here,
-    // so that it belongs to the user and OpenVPN appends to it.
+    // Removed, not truncated: a log that the administrator's shell created belongs to root. It is created
+    // again here, so that it belongs to the user and OpenVPN appends to it.
     if (!QFile::remove(path)) {
         Diagnostics::log(QStringLiteral("log file %1 wasn't removed").arg(path));
     }
     return TextFile::replace(path, {}) && platform::reserveSpace(path, logSpace) == 0;
 }
 
-void Vpn::launchInBackground(const QStringList &words, const QString &credentialsPath) {
-    QThreadPool::globalInstance()->start([words, credentialsPath] {
+void Vpn::launchInBackground(const QStringList &command, const QString &credentialsPath) {
+    QThreadPool::globalInstance()->start([command, credentialsPath] {
         QString output;
         QString error;
         const bool launched =
-            ScriptUtil().runProcessAsAdministrator(words.first(), words.sliced(1), output, error);
+            ScriptUtil().runProcessAsAdministrator(command.first(), command.sliced(1), output, error);
         Diagnostics::logAlways(QStringLiteral("> %1").arg(launched ? 1 : 0));
-        // The name carries its quotes here, so the credentials file stays until the next start rewrites
-        // it: OpenVPN, running in the background by now, may not have read it yet.
+        // The path includes its quotes here, so nothing is removed and the credentials file stays until the
+        // next start rewrites it: OpenVPN runs in the background and may not have read it yet.
         QFile::remove(credentialsPath);
     });
 }
@@ -174,7 +176,7 @@ void Vpn::fail(const QString &line) {
     }
     stopVpn();
     if (m_delegate != nullptr) {
-        // The call belongs to the delegate: stopVpn() does not take it back.
+        // The delegate is the call's target, so stopVpn() does not cancel it.
         services().delayedCalls->callAfter(failureSeconds, m_delegate,
                                            [target = m_delegate] { target->connectionError(); });
     }

@@ -8,8 +8,8 @@ namespace quorvane {
 
 class RunningProcesses;
 
-/// Told by Vpn that a connection attempt failed. The operation is optional in spirit and has an empty body;
-/// it is called on the main thread, some seconds after the failure was seen.
+/// Receives Vpn's report that a connection attempt failed. Called on the main thread, some seconds after the
+/// failure was seen.
 class VpnProtocol : public QObject {
     Q_OBJECT
 
@@ -19,12 +19,12 @@ public:
 };
 
 /// Starts OpenVPN with administrator rights, watches its log, and kills it. One per process; main thread.
-/// Starting expects the configuration's path and the VPN pair in the preferences.
+/// Before a start, the preferences must contain the configuration's path and the VPN pair.
 class Vpn final : public QObject {
     Q_OBJECT
 
 public:
-    /// Seconds between two looks at OpenVPN's log, and from a failure seen to the delegate's call.
+    /// Seconds between two readings of OpenVPN's log, and from a failure in it to the delegate's call.
     static constexpr double pollSeconds = 2.0;
     static constexpr double failureSeconds = 5.0;
 
@@ -38,21 +38,22 @@ public:
 
     [[nodiscard]] bool readsLog() const { return m_needReadLog; }
 
-    /// Whether the last launch ended because there was no configuration file. Nothing else tells of it.
+    /// Whether the last launch ended because there was no configuration file. It is not reported otherwise.
     [[nodiscard]] bool lacksConfiguration() const { return m_noConfiguration; }
 
-    /// Kills what runs, then launches.
+    /// Kills a running OpenVPN, then launches a new one.
     void startVpn();
-    /// Ends the watching and kills OpenVPN. Blocks while the administrator's shell runs.
+    /// Stops watching the log and kills OpenVPN. Blocks while the administrator's shell runs.
     void stopVpn();
-    /// True when the launch was handed to the background; false without a configuration file, and when the
-    /// attempt failed because the session's files cannot be written or the shell would misread their paths.
+    /// True when the launch was queued on a background thread; false without a configuration file, and when
+    /// the attempt failed because the session's files cannot be written or the shell would misread their
+    /// paths.
     bool configVpn();
-    /// One look at the log, and the appointment for the next.
+    /// Reads the log once, acts on it, and schedules the next reading unless the outcome is known.
     void readLog(const QString &path);
     /// Pipes the password into the command through the shell. Nothing uses it, and nothing should: the
-    /// password stands in the shell's argument list while it runs. The result is true whatever the command
-    /// did, and the session is returned to not hidden every time.
+    /// shell's argument list contains the password while the shell runs. Returns true whatever the command's
+    /// result was, and always returns the session to not hidden.
     bool runProcessAsAdministrator(const QString &launchPath, const QStringList &arguments, QString &output,
                                    QString &errorDescription);
     /// Removes the file; nothing calls it.
@@ -60,9 +61,9 @@ public:
 
 private:
     void terminatevpn();
-    /// True when the log is there, empty, and there is room for what OpenVPN will write.
+    /// True when the log exists, is empty, and has space reserved for the lines of OpenVPN.
     [[nodiscard]] bool emptyLog(const QString &path);
-    void launchInBackground(const QStringList &words, const QString &credentialsPath);
+    void launchInBackground(const QStringList &command, const QString &credentialsPath);
     void fail(const QString &line);
 
     RunningProcesses &m_processes;

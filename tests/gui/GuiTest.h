@@ -16,7 +16,7 @@ inline QString text(const char *utf8) {
     return QString::fromUtf8(utf8);
 }
 
-/// A fresh platform, empty session values, and alerts recorded instead of shown.
+/// A new platform of fakes, empty session values, and alerts that are recorded instead of shown.
 class GuiFixture {
 public:
     GuiFixture() {

@@ -10,7 +10,8 @@ inline bool isGerman() {
     return qEnvironmentVariable("LC_ALL").startsWith(text("de"));
 }
 
-/// Has the windows made from now on speak the locale's language, as the program's start does.
+/// Translates the windows that are created from now on into the locale's language, as the program's start
+/// does.
 inline void installLanguage() {
     const QString language =
         Translations::install(*qApp, Translations::ofUser(), text(QUORVANE_TRANSLATIONS));

@@ -4,7 +4,7 @@
 #include <QDeadlineTimer>
 #include <QEventLoop>
 
-/// Spins the main loop until the condition holds; false when the deadline passed first.
+/// Runs the main loop until the condition is true; false when the time is over first.
 template <typename Condition>
 bool spinUntil(Condition condition, int milliseconds = 10000) {
     const QDeadlineTimer deadline(milliseconds);

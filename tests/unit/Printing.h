@@ -14,7 +14,7 @@ inline void PrintTo(const QByteArray &bytes, std::ostream *out) {
     *out << '"' << bytes.toStdString() << '"';
 }
 
-/// Equality that tells an absent text from an empty one.
+/// Equality that distinguishes an absent text from an empty one.
 inline bool sameText(const QString &a, const QString &b) {
     return a == b && a.isNull() == b.isNull();
 }

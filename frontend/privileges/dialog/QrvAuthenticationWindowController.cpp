@@ -14,7 +14,7 @@ namespace quorvane {
 
 namespace {
 
-/// The privileged test takes seconds when the pair is wrong: say so with the pointer.
+/// Shows the wait pointer during its lifetime: the privileged test lasts seconds when the pair is wrong.
 class BusyPointer {
 public:
     BusyPointer() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
@@ -60,7 +60,7 @@ bool QrvAuthenticationWindowController::runUnlessValid(AlertPresenter &alerts, Q
         return false;
     }
     if (m_running) {
-        return true; // it is in front of the user already
+        return true; // the user sees the dialog already
     }
     auto *dialog =
         window.findChild<QrvAuthenticationWindowController *>(QString(), Qt::FindDirectChildrenOnly);
@@ -107,15 +107,15 @@ void QrvAuthenticationWindowController::okButton() {
         m_alerts.critical({QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}});
         return;
     }
-    seeToDnsAndStart();
+    ensureDnsAndStart();
     Diagnostics::log(QStringLiteral("QrvAuthenticationWindowController closed"));
     closeWindow();
 }
 
-void QrvAuthenticationWindowController::seeToDnsAndStart() {
+void QrvAuthenticationWindowController::ensureDnsAndStart() {
     const BusyPointer busy;
     ScriptUtil script;
-    // After a successful rewrite nothing is started; after a failed one the session starts all the same.
+    // After a successful rewrite nothing is started; after a failed one the session starts nevertheless.
     if (script.getSystemDns() || !script.setSystemDns()) {
         platform::Platform::current().notifications->post(
             QStringLiteral("startVpn"), QVariant::fromValue(static_cast<QObject *>(m_ui->startButton)));
@@ -131,7 +131,7 @@ void QrvAuthenticationWindowController::reject() {
 }
 
 void QrvAuthenticationWindowController::closeWindow() {
-    m_ui->passwordTextField->clear(); // the next person at this window must not find it filled in
+    m_ui->passwordTextField->clear(); // a person who opens the dialog later must not find it filled in
     done(QDialog::Accepted);
 }
 

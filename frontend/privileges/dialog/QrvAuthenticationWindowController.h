@@ -15,20 +15,20 @@ namespace Ui {
 class AuthenticaionView;
 }
 
-/// The modal dialog for the administrator's name and password. Stores the pair, tests it, sees to the DNS
-/// servers, and asks the session to start by the notification "startVpn". Main thread; the test and the DNS
-/// work block it.
+/// The modal dialog for the administrator's name and password. Stores the pair, tests it, checks and sets the
+/// DNS servers, and posts "startVpn" to start the session. Main thread; the test and the DNS commands block
+/// it.
 class QrvAuthenticationWindowController final : public QDialog {
     Q_OBJECT
 
 public:
-    /// The presenter shows what is wrong with a pair; it is not owned and must outlive the dialog.
+    /// The presenter shows an alert for a wrong pair; it is not owned and must outlive the dialog.
     explicit QrvAuthenticationWindowController(AlertPresenter &alerts, QWidget *parent = nullptr);
     ~QrvAuthenticationWindowController() override;
 
-    /// Tests the stored pair; when it is not valid, runs the window's dialog, which is made once per window,
-    /// unless such a dialog is open already. Returns whether the pair was not valid. Blocks for the test and
-    /// until the dialog is closed.
+    /// Tests the stored pair. If it is not valid and no such dialog is open, runs the window's dialog, which
+    /// is created once per window. Returns whether the pair was not valid. Blocks for the test and until the
+    /// dialog is closed.
     static bool runUnlessValid(AlertPresenter &alerts, QWidget &window);
 
     /// Fills in the current user's full name and puts the focus into the password field.
@@ -36,7 +36,7 @@ public:
     /// Shows the dialog and returns when it has closed.
     void runModal();
 
-    /// Whether such a dialog is open, whoever opened it.
+    /// Whether any such dialog is open.
     [[nodiscard]] static bool isRunning() { return m_running; }
 
     [[nodiscard]] QLineEdit *userNameTextField() const;
@@ -45,7 +45,7 @@ public:
 
     void okButton();
     void cancelButton();
-    /// The Return key's way to okButton().
+    /// The Return key calls this; it calls okButton().
     void performClick();
     /// Ends the modal loop and closes the window.
     void closeWindow();
@@ -54,7 +54,7 @@ protected:
     void reject() override;
 
 private:
-    void seeToDnsAndStart();
+    void ensureDnsAndStart();
 
     AlertPresenter &m_alerts;
     std::unique_ptr<Ui::AuthenticaionView> m_ui;

@@ -6,8 +6,8 @@ namespace quorvane {
 
 class QrvMainWindowController;
 
-/// The application's delegate: one copy per user, the hand-over to the main window, re-opening and quitting.
-/// Main thread.
+/// The application's delegate: allows one copy per user, connects the main window, and handles re-opening and
+/// quitting. Main thread.
 class QrvApplicationController final : public QObject {
     Q_OBJECT
 
@@ -15,16 +15,16 @@ public:
     /// The main window controller is not owned.
     explicit QrvApplicationController(QrvMainWindowController &mainWindow, QObject *parent = nullptr);
 
-    /// Before anything else of the delegate. False when another copy runs: the user was told, and the
-    /// process shall end with status 0.
+    /// Call it before all other functions of the delegate. False when another copy is running: the user has
+    /// seen an alert, and the process shall end with status 0.
     [[nodiscard]] static bool initialize();
 
     void applicationDidFinishLaunching();
     /// False while no public address is known yet.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
-    /// Writes the preferences; quitting may always proceed.
+    /// Writes the preferences; always true.
     bool applicationShouldTerminate();
-    /// Tells the session that the process is about to end.
+    /// Notifies the session that the process is about to end.
     void applicationWillTerminate();
 
 private:

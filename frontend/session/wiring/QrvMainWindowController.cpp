@@ -50,7 +50,7 @@ QPointer<QrvMainWindowController> &shared() {
 }
 
 void endApplication() {
-    // Not quit(): that asks every window to close first, and the main window only hides.
+    // Not quit(): that closes every window first, and the main window only hides itself.
     QCoreApplication::exit();
 }
 
@@ -63,7 +63,7 @@ TrayPresence::Status statusOf(const DisplayState &state) {
 }
 
 void postInternetStatus(int status) {
-    // Reachability calls on its own queue; the rest of the program lives on the main thread.
+    // Reachability calls on its own queue, while "inetStatus" belongs to the main thread.
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
         [status] {
@@ -116,7 +116,7 @@ void QrvMainWindowController::awakeFromNib() {
     SessionState::shared().hidden = services().preferences->boolean(QStringLiteral("hide"));
     m_sessionDisplay.starting();
     SettingsDefaults::initialize();
-    m_api.cmdAuth(QString()); // sends nothing before the network is known; then it is sent on its own
+    m_api.cmdAuth(QString()); // sends nothing before the network is known; inetStatus() sends it then
     startAnimation();
     m_hideIpSession->settingsDidChange();
     m_mainWindow->raiseFloatingLevel();
@@ -126,10 +126,10 @@ void QrvMainWindowController::awakeFromNib() {
     m_hideIpSession->clearFailedConnections();
     scheduleStartupChecks();
     if (!startedHidden()) {
-        FirstPaint::then(*m_mainWindow, [this] { settings(); });
+        FirstPaint::callAfter(*m_mainWindow, [this] { settings(); });
         m_mainWindow->bringForward();
     } else {
-        m_mainWindow->putAway();
+        m_mainWindow->sendToBackground();
         settings();
     }
 }
@@ -158,7 +158,7 @@ void QrvMainWindowController::connectWindow() {
         m_hideIpSession->quorvaneButtonPressed();
     });
     connect(&m_mainWindow->locationPane(), &QrvLocationPaneController::rebuilt, m_rotation.get(),
-            &LocationRotation::goOnIfWaiting);
+            &LocationRotation::resumeIfWaiting);
     connect(m_mainWindow.get(), &MainWindow::changeIpPressed, m_rotation.get(),
             &LocationRotation::changeIpButtonPressed);
     connect(m_mainWindow.get(), &MainWindow::discardIpPressed, m_rotation.get(),
@@ -239,13 +239,13 @@ void QrvMainWindowController::observeNotifications() {
     observe("setDefaultControls", [this] { m_hideIpSession->setDefaultControls(); });
     observe("checkCredential", [this] {
         if (m_settingsWindow && m_settingsWindow->window().isVisible()) {
-            m_settingsWindow->authWindow(); // in front of the window that the user looks at
+            m_settingsWindow->authWindow(); // in front of the window that the user sees
         } else {
             authWindow();
         }
     });
     observe("showSettings", [this] { showSettings(); });
-    // Nobody posts this one here: the controller has no such operation, and never had.
+    // No part of the program posts this notification: the controller has no such operation.
     observe("getSystemDns", [] { Q_ASSERT_X(false, "QrvMainWindowController", "getSystemDns"); });
 }
 
@@ -288,7 +288,7 @@ void QrvMainWindowController::checkCredentials() {
 
 void QrvMainWindowController::refreshFrontWindow() {
     m_mainWindow->dropFloatingLevel();
-    settings(); // not loaded yet where nothing was drawn
+    settings(); // loads the settings window if the main window was never drawn
 }
 
 bool QrvMainWindowController::authWindow() {
@@ -308,7 +308,7 @@ void QrvMainWindowController::checkIpMenuItemPressed() {
 }
 
 void QrvMainWindowController::copyIpMenuItemPressed() {
-    // Takes the clipboard over and puts nothing there; the address is not copied.
+    // Clears the clipboard; the address is not copied.
     QGuiApplication::clipboard()->clear();
 }
 
@@ -407,7 +407,7 @@ void QrvMainWindowController::settingsDidChange() {
 }
 
 void QrvMainWindowController::hotKeyFired(quint32 identifier) {
-    // There is none while the program is still launching.
+    // Null while the program is still launching.
     if (QrvMainWindowController *launched = sharedMainWindow()) {
         launched->hotKeyPressed(identifier);
     }

@@ -23,10 +23,9 @@ class QrvSettingsWindowController;
 class Reachability;
 class TrayPresence;
 
-/// The main window's controller: builds the window, the tray icon and the session, and passes between them.
-/// The session's rules are in HideIpSession, the pick and its controls in LocationRotation, the display in
-/// SessionDisplay.
-/// Main thread.
+/// The main window's controller: builds the window, the tray icon and the session, and connects them. The
+/// session's rules are in HideIpSession, the pick and its controls in LocationRotation, the display in
+/// SessionDisplay. Main thread.
 class QrvMainWindowController final : public VpnProtocol,
                                       public QrvApiProtocol,
                                       public LocationPaneDelegate,
@@ -36,7 +35,7 @@ class QrvMainWindowController final : public VpnProtocol,
     Q_OBJECT
 
 public:
-    /// Seconds from the window's loading to the start-up checks.
+    /// Seconds from loading the window to the start-up checks.
     static constexpr double checkDelaySeconds = 2.0;
 
     /// The API client is not owned and must outlive this.
@@ -47,20 +46,20 @@ public:
     [[nodiscard]] static QrvMainWindowController *sharedMainWindow();
     static void setSharedMainWindow(QrvMainWindowController *controller);
 
-    /// Builds everything and sends the first request. Once.
+    /// Builds the program's parts and sends the first request. Call it once.
     void awakeFromNib();
 
     void showSelfMenuItemPressed();
     void checkIpMenuItemPressed();
     void copyIpMenuItemPressed();
     void aboutMenuItemPressed();
-    /// Asks the service for its list again; only while the IP is not hidden, for the service tells the
-    /// address that it sees.
+    /// Requests the server list again. Only while the IP is not hidden, because the answer contains the
+    /// address that the service sees, which is shown as the real one.
     void refreshLocationsPressed();
-    /// One global hot key was pressed: 1 hide, 2 change, 3 stop, 4 discard, 5 bring the window up. Others
-    /// do nothing.
+    /// A global hot key was pressed: 1 hide, 2 change, 3 stop, 4 discard, 5 bring the window up. Other
+    /// numbers do nothing.
     void hotKeyPressed(quint32 identifier);
-    /// The main window makes room for the settings window.
+    /// Hides the main window and shows the settings window.
     void advancedSettingsButtonPressed();
     void advancedSettingsMenuItemPressed();
     void showSettings();
@@ -73,7 +72,7 @@ public:
 
     [[nodiscard]] MainWindow &window() { return *m_mainWindow; }
 
-    /// Loads the settings window unless it is loaded; the main window is on the screen without it.
+    /// Loads the settings window unless it is loaded. It is not needed to show the main window.
     QrvSettingsWindowController &settings();
 
     [[nodiscard]] TrayPresence &statusItem() { return *m_tray; }
@@ -119,7 +118,7 @@ private:
     void hotKeyFired(quint32 identifier) override;
     [[nodiscard]] bool launchesOnStartup() const override;
     void startupLaunchButtonPressed(bool on) override;
-    // DiscardedAddresses, kept by the settings window
+    // DiscardedAddresses, which the settings window holds
     void addDiscardedIp(const QString &address) override;
     [[nodiscard]] bool hasRow(const QString &text) const override;
     [[nodiscard]] QStringList getRowData() const override;

@@ -56,7 +56,7 @@ int main(int argc, char *argv[]) {
     Translations::install(application, Translations::ofUser(),
                           services->bundle->resourcesPath() + QStringLiteral("/translations"));
     const int status = runApplication(application);
-    // A request may still wait for the service on the background queue; quitting does not wait for it.
+    // A request on the background queue may still wait for the service; quitting does not wait for it.
     QThreadPool::globalInstance()->clear();
     if (!QThreadPool::globalInstance()->waitForDone(0)) {
         std::fflush(nullptr);

@@ -19,7 +19,7 @@ public:
                const QModelIndex &index) const override;
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
-    /// Where the mark goes, in a row with this text.
+    /// The position of the mark in a row with this text.
     [[nodiscard]] static QRect goldRect(const QStyleOptionViewItem &option, const QModelIndex &index);
 };
 

@@ -33,7 +33,7 @@ QString randomTitle() {
     return QStringLiteral("Random Location");
 }
 
-QString present(const QString &text) {
+QString nonNull(const QString &text) {
     return text.isNull() ? QStringLiteral("") : text;
 }
 
@@ -72,7 +72,7 @@ void QrvLocationPaneController::connectTo(QrvAPI *client, LocationPaneDelegate *
 
 void QrvLocationPaneController::append(std::unique_ptr<QrvMenuItem> item) {
     const QSignalBlocker quiet(m_popupCountry);
-    // The entry keeps its English title, which it is known by; only what is shown is translated.
+    // The entry keeps its English title, which identifies it; only the shown text is translated.
     const QString shown = item->text() == randomTitle() ? tr("Random Location") : item->text();
     m_popupCountry->addItem(Images::icon(item->imageName()), shown);
     if (item->isMarkedFull()) {
@@ -150,7 +150,7 @@ QSet<QString> QrvLocationPaneController::locationsMarkedFull() const {
     if (m_api != nullptr) {
         for (const QrvLocation &location : m_api->model().locations()) {
             if (location.full) {
-                codes.insert(location.codeName + u' ' + location.countryCode); // as a group names its place
+                codes.insert(location.codeName + u' ' + location.countryCode); // a group's codeName
             }
         }
     }
@@ -220,7 +220,7 @@ void QrvLocationPaneController::checkPopupCountry() {
     if (preferences().boolean(sameIpKey) && !lastIp.isEmpty()) {
         code = m_api->model().getLocationByIP(lastIp);
     }
-    preferences().setValues({{countryKey, present(country)}, {locationKey, present(code)}});
+    preferences().setValues({{countryKey, nonNull(country)}, {locationKey, nonNull(code)}});
 }
 
 void QrvLocationPaneController::popupCountrySelected() {
@@ -244,7 +244,7 @@ void QrvLocationPaneController::checkSameIP() {
     const bool lent = keeps && SessionState::shared().hidden;
     preferences().setValues(
         {{sameIpKey, keeps},
-         {lastIpKey, lent ? present(SessionState::shared().currentIp) : QStringLiteral("")}});
+         {lastIpKey, lent ? nonNull(SessionState::shared().currentIp) : QStringLiteral("")}});
     platform::Platform::current().userDefaults->save();
 }
 

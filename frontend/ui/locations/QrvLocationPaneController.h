@@ -16,7 +16,7 @@ namespace quorvane {
 
 class QrvAPI;
 
-/// What the location pane tells the session, and asks of it. Main thread.
+/// The operations of the session that the location pane uses. Main thread.
 class LocationPaneDelegate {
 public:
     virtual ~LocationPaneDelegate() = default;
@@ -26,7 +26,7 @@ public:
     virtual void stopQuorvane() = 0;
 };
 
-/// The pane where the user chooses the location: a pop-up made from the service's server list less the
+/// The pane where the user chooses the location: a pop-up with the service's server list without the
 /// discarded addresses, and the box that keeps the same address. Main thread.
 class QrvLocationPaneController final : public QWidget {
     Q_OBJECT
@@ -35,8 +35,8 @@ public:
     explicit QrvLocationPaneController(QWidget *parent = nullptr);
     ~QrvLocationPaneController() override;
 
-    /// Neither is owned; both must outlive the pane's use. Without an API client the pop-up is disabled.
-    /// The pane comes into view with them.
+    /// Neither is owned; both must outlive the pane's use. Without an API client the pop-up is disabled. Also
+    /// calls refresh().
     void connectTo(QrvAPI *api, LocationPaneDelegate *delegate);
 
     void updateServerList();
@@ -51,13 +51,13 @@ public:
     void popupCountrySelected();
     void checkSameIPSelected();
     void removeItemWithTitle(const QString &title);
-    /// Selects the stored country's flag and sets the box. Not at every showing of the window: the first
-    /// entry with a flag is not always the chosen one.
+    /// Selects the first entry with the stored country's flag and sets the box. It must not be called each
+    /// time the window is shown, because that entry is not always the chosen one.
     void refresh();
 
     [[nodiscard]] const std::vector<std::unique_ptr<QrvMenuItem>> &items() const { return m_entries; }
 
-    /// The pop-up's selected entry; there always is one.
+    /// The pop-up's selected entry, never null.
     [[nodiscard]] QrvMenuItem *currentItem() const;
 
     /// The entry last selected by title or by the user; null after a rebuild.

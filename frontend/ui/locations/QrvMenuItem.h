@@ -18,17 +18,17 @@ public:
     /// Identifies the entry for the whole run: no two ever have the same id.
     [[nodiscard]] quint64 id() const { return m_entryId; }
 
-    /// The group that the entry stands for; null for pseudo-locations.
+    /// The entry's server group; null for pseudo-locations.
     [[nodiscard]] QrvVpnDataPointer vpnData() const { return m_data; }
 
     void setVpnData(const QrvVpnDataPointer &data) { m_data = data; }
 
-    /// Records the mark and passes it on to the item view.
+    /// Stores the mark and passes it on to the item view.
     void setFull(bool mark);
     /// The item view's mark: false without an item view, whatever was set.
     [[nodiscard]] bool full() const;
 
-    /// What setFull() recorded.
+    /// The mark that setFull() stored.
     [[nodiscard]] bool isMarkedFull() const { return m_fullMark; }
 
     void setItemView(std::unique_ptr<QrvMenuItemViewController> view);

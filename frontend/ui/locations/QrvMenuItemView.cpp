@@ -16,7 +16,7 @@ void cancelTracking() {
     while (QWidget *popup = QApplication::activePopupWidget()) {
         popup->close();
         if (QApplication::activePopupWidget() == popup) {
-            return; // it will not close
+            return; // the menu refuses to close
         }
     }
 }

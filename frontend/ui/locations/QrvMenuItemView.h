@@ -9,8 +9,8 @@ class QMenu;
 
 namespace quorvane {
 
-/// A location's row in a menu: highlights itself under the mouse and fires its item on a click. Neither the
-/// item nor the label is owned. Main thread.
+/// A location's row in a menu: highlights itself under the mouse and triggers its item on a click. Neither
+/// the item nor the label is owned. Main thread.
 class QrvMenuItemView final : public QWidget {
     Q_OBJECT
 
@@ -25,9 +25,10 @@ public:
     [[nodiscard]] QLabel *labelText() const { return m_label; }
 
     void mouseEntered();
-    /// The next drawing is unhighlighted, whatever the menu says; the one after it follows the menu again.
+    /// The next drawing is not highlighted, whatever the menu's active item is; later ones depend on the menu
+    /// again.
     void mouseExited();
-    /// Closes the menu and does what choosing the item with the keyboard does.
+    /// Closes the menu and triggers the item, as choosing it with the keyboard does.
     void mouseDown();
 
 protected:

@@ -25,7 +25,7 @@ public:
     QrvMenuItemViewController &operator=(const QrvMenuItemViewController &) = delete;
 
     [[nodiscard]] QString title() const;
-    /// The row becomes as wide as the title needs, with room for the gold mark.
+    /// Sets the row's width to that of the title and the gold mark.
     void setTitle(const QString &title);
 
     [[nodiscard]] bool gold() const { return m_goldMark; }

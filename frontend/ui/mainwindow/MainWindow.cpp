@@ -17,7 +17,7 @@ namespace {
 constexpr QSize stateImageSize(112, 112);
 constexpr QSize flagSize(28, 21);
 constexpr QSize windowIconSize(64, 64);
-constexpr int longestInterval = 2;
+constexpr int maximumIntervalDigits = 2;
 
 QString styleOf(Tone tone) {
     switch (tone) {
@@ -53,7 +53,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_ui(std::make_un
     m_ui->setupUi(this);
     m_ui->viewSpinWeel->setRange(0, 100);
     setFixedWidth(400);
-    // One size: the window system is handed every one that the icon has.
+    // Only one size, because the window system receives every size of the icon.
     setWindowIcon(QIcon(Images::pixmap(QStringLiteral("quorvane"), windowIconSize, devicePixelRatioF())));
     m_ui->segmentTcp->setChecked(true);
     auto *quit = new QAction(tr("Quit Quorvane"), this);
@@ -64,11 +64,11 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_ui(std::make_un
     for (QLabel *line : {m_ui->fieldLine3, m_ui->fieldLine4, m_ui->fieldLine22, m_ui->fieldLine21}) {
         line->setVisible(false);
     }
-    // The field beside it shows the number; of the stepper only its two buttons are wanted.
+    // The field beside the stepper shows the number, so only the stepper's two buttons are shown.
     if (auto *number = m_ui->stepperChangeIpInterval->findChild<QLineEdit *>()) {
         number->hide();
     }
-    // Controls that come and go keep their place, so that nothing jumps under the pointer.
+    // Controls keep their place while they are hidden, so that the others do not move.
     for (QWidget *widget :
          std::initializer_list<QWidget *>{m_ui->changeIpButton, m_ui->discardIpButton, m_ui->viewSpinWeel}) {
         keepPlaceWhenHidden(widget);
@@ -95,8 +95,8 @@ void MainWindow::connectControls() {
 
 void MainWindow::intervalTyped() {
     QString typed = m_ui->fieldChangeIpInterval->text();
-    if (!pureInteger(typed, longestInterval)) {
-        // The cleaned text is another edit, and goes on from there.
+    if (!pureInteger(typed, maximumIntervalDigits)) {
+        // The cleaned text is handled as another edit.
         m_ui->fieldChangeIpInterval->setText(typed);
         intervalTyped();
         return;
@@ -174,7 +174,7 @@ void MainWindow::draw(const DisplayState &state) {
 void MainWindow::drawImages(const DisplayState &state) {
     if (state.stateImage != m_shown.stateImage) {
         m_ui->imageAppState->setPixmap(Images::pixmap(state.stateImage, stateImageSize, devicePixelRatioF()));
-        m_ui->imageAppState->setAccessibleName(stateInWords(state.stateImage));
+        m_ui->imageAppState->setAccessibleName(stateDescription(state.stateImage));
     }
     if (state.flagImage != m_shown.flagImage) {
         m_ui->imageCountry->setPixmap(Images::pixmap(state.flagImage, flagSize, devicePixelRatioF()));
@@ -183,7 +183,7 @@ void MainWindow::drawImages(const DisplayState &state) {
     m_ui->imageCountry->setVisible(state.flagVisible);
 }
 
-QString MainWindow::stateInWords(const QString &image) {
+QString MainWindow::stateDescription(const QString &image) {
     if (image == QLatin1String("applock")) {
         return tr("IP hidden");
     }
@@ -260,11 +260,11 @@ void MainWindow::raiseFloatingLevel() {
 }
 
 void MainWindow::dropFloatingLevel() {
-    // Through the window handle: the widget's own setter would make the window anew and lose the focus.
+    // Set on the window handle: the widget's own setter would create a new window and lose the focus.
     if (QWindow *handle = windowHandle()) {
         handle->setFlag(Qt::WindowStaysOnTopHint, false);
-        overrideWindowFlags(windowFlags() &
-                            ~Qt::WindowStaysOnTopHint); // so that no later window floats again
+        // The widget's flags too, so that a window created later does not float.
+        overrideWindowFlags(windowFlags() & ~Qt::WindowStaysOnTopHint);
     } else {
         setWindowFlag(Qt::WindowStaysOnTopHint, false);
     }
@@ -275,22 +275,22 @@ void MainWindow::setReachableByTray(bool reachable) {
         return;
     }
     m_reachableByTray = reachable;
-    if (m_away) {
-        leaveSight();
+    if (m_inBackground) {
+        hideOrMinimise();
     }
 }
 
-void MainWindow::putAway() {
-    m_away = true;
-    leaveSight();
+void MainWindow::sendToBackground() {
+    m_inBackground = true;
+    hideOrMinimise();
 }
 
-void MainWindow::leaveSight() {
+void MainWindow::hideOrMinimise() {
     if (m_reachableByTray) {
         hide();
     } else {
         if (!testAttribute(Qt::WA_Resized)) {
-            // A window that finds its size only while it is shown forgets that it shall be minimised.
+            // A window that computes its size while it is being shown would not be minimised.
             ensurePolished();
             resize(sizeHint());
         }
@@ -299,7 +299,7 @@ void MainWindow::leaveSight() {
 }
 
 void MainWindow::bringForward() {
-    m_away = false;
+    m_inBackground = false;
     if (isMinimized()) {
         showNormal();
     } else {
@@ -311,12 +311,12 @@ void MainWindow::bringForward() {
 
 void MainWindow::closeEvent(QCloseEvent *event) {
     event->ignore();
-    putAway();
+    sendToBackground();
 }
 
 void MainWindow::changeEvent(QEvent *event) {
     if (event->type() == QEvent::WindowStateChange && isVisible() && !isMinimized()) {
-        m_away = false; // the user took it from the task bar
+        m_inBackground = false; // the user restored it from the task bar
     }
     QMainWindow::changeEvent(event);
 }

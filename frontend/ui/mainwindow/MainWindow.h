@@ -14,7 +14,8 @@ namespace Ui {
 class MainWindow;
 }
 
-/// The main window: draws the display state and tells what the user pressed. Decides nothing. Main thread.
+/// The main window: draws the display state and emits a signal for each control that the user operates. It
+/// contains no rules of the session. Main thread.
 class MainWindow final : public QMainWindow, public RotationControls {
     Q_OBJECT
 
@@ -42,16 +43,17 @@ public:
     [[nodiscard]] int transportIndex() const;
     void setTransportIndex(int index);
 
-    /// Puts the window above others from its first showing, until dropFloatingLevel().
+    /// Keeps the window above others from its first showing until dropFloatingLevel().
     void raiseFloatingLevel();
-    /// Back to the normal level, without hiding, flashing or unfocusing the window.
+    /// Returns the window to the normal level without hiding, flashing or unfocusing it.
     void dropFloatingLevel();
 
-    /// Whether the tray can bring the window back. A window that was put away follows: it is hidden while
-    /// there is a tray, else it waits minimised in the task bar.
+    /// Whether the tray can show the window again. A window in the background is hidden while there is a
+    /// tray, else minimised to the task bar.
     void setReachableByTray(bool reachable);
-    /// Out of the user's way until bringForward(), or until he takes it from the task bar; what closing does.
-    void putAway();
+    /// Hides or minimises the window until bringForward(), or until the user restores it from the task bar.
+    /// Closing the window does the same.
+    void sendToBackground();
     void bringForward();
 
 Q_SIGNALS:
@@ -71,8 +73,8 @@ Q_SIGNALS:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
-    /// Return presses the button that has the focus, else the hide button; in the interval's field it ends
-    /// the editing, as Escape does.
+    /// Return presses the focused button, or the hide button if no button has the focus; in the interval
+    /// field Return and Escape end the editing.
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
@@ -81,14 +83,14 @@ private:
     void intervalStepped(int minutes);
     void mousePressEvent(QMouseEvent *event) override;
     void endEditing();
-    void leaveSight();
-    [[nodiscard]] static QString stateInWords(const QString &image);
+    void hideOrMinimise();
+    [[nodiscard]] static QString stateDescription(const QString &image);
     void drawImages(const DisplayState &state);
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     DisplayState m_shown;
     bool m_reachableByTray = false;
-    bool m_away = false;
+    bool m_inBackground = false;
 };
 
 } // namespace quorvane

@@ -20,7 +20,7 @@ constexpr QSize pictureSize(96, 96);
 QrvAboutWindowController::QrvAboutWindowController(QWidget &window, QrvAPI &client)
     : m_mainWindow(window), m_api(client), m_ui(std::make_unique<Ui::About>()) {
     m_ui->setupUi(this);
-    setWindowFlag(Qt::WindowStaysOnTopHint, true); // it floats above the other windows
+    setWindowFlag(Qt::WindowStaysOnTopHint, true); // above the other windows
     m_ui->labelVersion->setText(
         tr("%1 built %2").arg(platform::Platform::current().bundle->version(), buildDate()));
     m_ui->picture->setPixmap(Images::pixmap(QStringLiteral("quorvane"), pictureSize, devicePixelRatioF()));
@@ -56,7 +56,7 @@ void QrvAboutWindowController::urlButtonPressed() {
 
 void QrvAboutWindowController::hideEvent(QHideEvent *event) {
     QDialog::hideEvent(event);
-    // A window that the desktop merely put away is not closed.
+    // A window that the desktop only hid is not closed.
     if (m_showMain && !event->spontaneous()) {
         m_showMain = false;
         m_mainWindow.show();

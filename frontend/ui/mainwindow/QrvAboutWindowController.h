@@ -11,8 +11,8 @@ namespace Ui {
 class About;
 }
 
-/// The About window. While it is open the main window makes room for it, and comes back afterwards if it was
-/// visible before. Main thread.
+/// The About window. A visible main window is hidden while the About window is open, and shown again
+/// afterwards. Main thread.
 class QrvAboutWindowController final : public QDialog {
     Q_OBJECT
 

@@ -27,14 +27,14 @@ public:
     explicit AdvancedPane(DefaultsBinding &binding, QWidget *parent = nullptr);
     ~AdvancedPane() override;
 
-    /// The list of user agents can be used exactly while the known mode is to use it.
+    /// Enables the list of user agents if the mode is to use the chosen one, else disables it.
     void reassignControls();
     [[nodiscard]] bool isUserAgentComboEnabled() const;
     void matrixModeUserAgentPressed();
 
-    /// Nothing while no mode is selected.
+    /// Absent while no mode is selected.
     [[nodiscard]] std::optional<int> selectedMode() const;
-    /// Empty while none is selected.
+    /// Empty while no user agent is selected.
     [[nodiscard]] QString selectedUserAgent() const;
     [[nodiscard]] bool hidesReferrer() const;
 

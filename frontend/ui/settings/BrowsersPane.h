@@ -9,7 +9,7 @@ namespace Ui {
 class SettingsBrowsers;
 }
 
-/// The pane of browsers. No toolbar item leads to it and nothing reads its boxes. Main thread.
+/// The pane of browsers. No toolbar item shows it, and its boxes have no effect. Main thread.
 class BrowsersPane final : public QWidget {
     Q_OBJECT
 

@@ -26,7 +26,7 @@ CookieCrumblePane::CookieCrumblePane(DefaultsBinding &binding, QWidget *parent)
 }
 
 CookieCrumblePane::~CookieCrumblePane() {
-    m_ui->tableCookieSites->setDataSource(nullptr); // the table outlives its rows by a moment
+    m_ui->tableCookieSites->setDataSource(nullptr); // the table is destroyed after its rows
 }
 
 void CookieCrumblePane::addCookieSiteIpButtonPressed() {

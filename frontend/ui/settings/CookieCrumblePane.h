@@ -23,16 +23,16 @@ public:
     explicit CookieCrumblePane(DefaultsBinding &binding, QWidget *parent = nullptr);
     ~CookieCrumblePane() override;
 
-    /// Takes the typed site into the table, without its "https://" or "http://". Beeps instead at an empty or
-    /// unusable text.
+    /// Adds the typed site to the table, without its "https://" or "http://". If the text is empty or
+    /// unusable, only beeps.
     void addCookieSiteIpButtonPressed();
     void deleteCookieSiteIpButtonPressed();
-    /// Whether a URL can be made of the text.
+    /// Whether the text is a valid URL.
     [[nodiscard]] static bool validateUrl(const QString &text);
     [[nodiscard]] bool hidesCookies() const;
 
 Q_SIGNALS:
-    /// What was typed is no site.
+    /// The typed text is no site.
     void refused();
 
 private:

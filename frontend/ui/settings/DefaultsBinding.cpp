@@ -17,7 +17,7 @@ platform::UserDefaultsController &defaults() {
 
 void checkOnly(QButtonGroup &group, qint64 tag) {
     const QList<QAbstractButton *> buttons = group.buttons();
-    group.setExclusive(false); // an exclusive group would not let the last one go off
+    group.setExclusive(false); // an exclusive group always keeps one button on
     for (QAbstractButton *button : buttons) {
         button->setChecked(group.id(button) == tag);
     }

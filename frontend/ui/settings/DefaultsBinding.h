@@ -10,9 +10,9 @@ class QComboBox;
 
 namespace quorvane {
 
-/// Binds controls to preferences: what the user does to a bound control becomes an edit of the shared
-/// user-defaults controller, and refresh() has every control show what that controller knows. Controls are
-/// not owned. Main thread.
+/// Binds controls to preferences: a change of a bound control by the user becomes an edit of the shared
+/// user-defaults controller, and refresh() shows that controller's values in all controls. Controls are not
+/// owned. Main thread.
 class DefaultsBinding final : public QObject {
     Q_OBJECT
 
@@ -23,9 +23,9 @@ public:
     void bindBoolean(QAbstractButton &box, const QString &key);
     /// The box's state as the integer 1 or 0.
     void bindInteger(QAbstractButton &box, const QString &key);
-    /// The checked button's number. A stored number that no button has leaves every button off.
+    /// The checked button's number. If no button has the stored number, all buttons are off.
     void bindTag(QButtonGroup &group, const QString &key);
-    /// The chosen entry's text. A stored text that is not among the entries becomes one.
+    /// The chosen entry's text. A stored text that is not among the entries is added to them.
     void bindText(QComboBox &box, const QString &key);
 
     void refresh();

@@ -63,7 +63,7 @@ HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), m_ui(std::make_uniq
     for (const HotKeys::Action action : HotKeys::actions) {
         fillDropdownWithHotKeys(*row(action).dropdown);
         row(action).dropdown->installEventFilter(this);
-        row(action).dropdown->setItemDelegate(new QStyledItemDelegate(this)); // it keeps to the theme
+        row(action).dropdown->setItemDelegate(new QStyledItemDelegate(this)); // it follows the theme
         connect(row(action).dropdown, &QComboBox::activated, this,
                 [this, action] { selectHotKeyDropbownPressed(action); });
     }
@@ -87,8 +87,9 @@ void HotKeysPane::addItem(const QString &title, qint32 tag, QComboBox &dropdown)
 }
 
 bool HotKeysPane::eventFilter(QObject *watched, QEvent *event) {
-    // A closed pop-up does not walk through its entries: on the way it would choose, and refuse, others'
-    // combinations. Keys open the list; only an entry taken there is a choice.
+    // Keys and the wheel do not step through the entries of a closed pop-up, because every step would be a
+    // choice, and combinations of other actions would be refused. Keys open the list; only an entry chosen
+    // there is a choice.
     auto *dropdown = qobject_cast<QComboBox *>(watched);
     if (dropdown == nullptr) {
         return QWidget::eventFilter(watched, event);
@@ -138,17 +139,17 @@ void HotKeysPane::selectHotKeyDropbownPressed(HotKeys::Action sender) {
     }
 }
 
-QString HotKeysPane::textOf(const HotKeys::Trouble &trouble) const {
-    switch (trouble.kind) {
-    case HotKeys::Trouble::Kind::None:
+QString HotKeysPane::textOf(const HotKeys::Problem &problem) const {
+    switch (problem.kind) {
+    case HotKeys::Problem::Kind::None:
         return {};
-    case HotKeys::Trouble::Kind::TakenElsewhere:
+    case HotKeys::Problem::Kind::TakenElsewhere:
         return tr("Another program uses this combination.");
-    case HotKeys::Trouble::Kind::HeldByAction:
-        return tr("Belongs to \"%1\" until Quorvane quits.").arg(nameOf(trouble.holder));
-    case HotKeys::Trouble::Kind::UnknownKey:
+    case HotKeys::Problem::Kind::HeldByAction:
+        return tr("Belongs to \"%1\" until Quorvane quits.").arg(nameOf(problem.holder));
+    case HotKeys::Problem::Kind::UnknownKey:
         return tr("This keyboard has no such key.");
-    case HotKeys::Trouble::Kind::Declined:
+    case HotKeys::Problem::Kind::Declined:
         return tr("The desktop declined this combination.");
     }
     return {};
@@ -158,9 +159,9 @@ QString HotKeysPane::nameOf(HotKeys::Action action) const {
     return plainName(*row(action).label);
 }
 
-void HotKeysPane::showTroubles(const HotKeys &hotKeys) {
+void HotKeysPane::showProblems(const HotKeys &hotKeys) {
     for (const HotKeys::Action action : HotKeys::actions) {
-        const QString text = textOf(hotKeys.trouble(action));
+        const QString text = textOf(hotKeys.problem(action));
         row(action).note->setText(text);
         row(action).dropdown->setAccessibleDescription(text);
     }

@@ -15,8 +15,8 @@ namespace Ui {
 class SettingsHotkeys;
 }
 
-/// The pane "Hot Keys": a pop-up of combinations for each action, and what the desktop says to it. Choices
-/// are taken up when the settings are applied. Main thread.
+/// The pane "Hot Keys": for each action a pop-up of combinations and a note about a failed registration.
+/// Choices are registered when the settings are applied. Main thread.
 class HotKeysPane final : public QWidget {
     Q_OBJECT
 
@@ -24,17 +24,17 @@ public:
     explicit HotKeysPane(QWidget *parent = nullptr);
     ~HotKeysPane() override;
 
-    /// Every pop-up shows its stored choice; one that is not offered shows as "None".
+    /// Shows the stored choice in every pop-up; a stored tag that is not offered shows as "None".
     void refresh();
     void selectStored(HotKeys::Action action);
     /// The tag of the selected entry.
     [[nodiscard]] qint32 selectedTag(HotKeys::Action action) const;
-    /// What the action is called.
+    /// The action's name as the pane shows it.
     [[nodiscard]] QString nameOf(HotKeys::Action action) const;
-    /// Says beside each pop-up what is wrong with its registration, and whether hot keys work at all here.
-    void showTroubles(const HotKeys &hotKeys);
+    /// Shows beside each pop-up the problem of its registration, and whether this desktop has hot keys.
+    void showProblems(const HotKeys &hotKeys);
 
-    /// Puts every combination that can be chosen into the pop-up, in place of what it held.
+    /// Replaces the pop-up's entries by all combinations that can be chosen.
     static void fillDropdownWithHotKeys(QComboBox &dropdown);
     static void addItem(const QString &title, qint32 tag, QComboBox &dropdown);
 
@@ -42,9 +42,10 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /// One combination is for one action: a choice that another pop-up shows is put back.
+    /// A combination can belong to one action only: if another pop-up shows the same choice, this one is
+    /// reset.
     void selectHotKeyDropbownPressed(HotKeys::Action sender);
-    [[nodiscard]] QString textOf(const HotKeys::Trouble &trouble) const;
+    [[nodiscard]] QString textOf(const HotKeys::Problem &problem) const;
 
     struct Row {
         QComboBox *dropdown;

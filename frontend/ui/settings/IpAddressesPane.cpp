@@ -15,7 +15,7 @@ namespace quorvane {
 
 namespace {
 
-constexpr int longestInterval = 2;
+constexpr int maximumIntervalDigits = 2;
 
 void postUpdateServerList() {
     platform::Platform::current().notifications->post(QStringLiteral("updateServerList"));
@@ -30,7 +30,7 @@ IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
     m_ui->tableDiscardIp->setDataSource(&m_discarded);
     binding.bindBoolean(*m_ui->checkboxChangeIpInterval, SettingsDefaults::changeIpEvery());
     binding.bindBoolean(*m_ui->checkboxHide, SettingsDefaults::hide());
-    // The field beside it shows the number; of the stepper only its two buttons are wanted.
+    // The field beside the stepper shows the number, so only the stepper's two buttons are shown.
     if (auto *number = m_ui->stepperChangeIpInterval->findChild<QLineEdit *>()) {
         number->hide();
     }
@@ -47,7 +47,7 @@ IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
 }
 
 IpAddressesPane::~IpAddressesPane() {
-    m_ui->tableDiscardIp->setDataSource(nullptr); // the table outlives its rows by a moment
+    m_ui->tableDiscardIp->setDataSource(nullptr); // the table is destroyed after its rows
 }
 
 void IpAddressesPane::refresh() {
@@ -90,8 +90,8 @@ void IpAddressesPane::changeIpEveryButtonPressed(bool on) {
 
 void IpAddressesPane::intervalTyped() {
     QString typed = m_ui->fieldChangeIpInterval->text();
-    if (!pureInteger(typed, longestInterval)) {
-        // The cleaned text is another edit, and goes on from there.
+    if (!pureInteger(typed, maximumIntervalDigits)) {
+        // The cleaned text is handled as another edit.
         m_ui->fieldChangeIpInterval->setText(typed);
         intervalTyped();
         return;

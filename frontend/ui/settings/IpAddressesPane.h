@@ -14,8 +14,8 @@ namespace Ui {
 class SettingsIpAddresses;
 }
 
-/// The pane "IP Addresses": the discarded addresses, the automatic change, and how the program starts.
-/// The interval is taken up when the settings are applied; the boxes are held edits. Main thread.
+/// The pane "IP Addresses": the discarded addresses, the automatic change, and how the program starts. The
+/// interval is stored when the settings are applied; the boxes are held edits. Main thread.
 class IpAddressesPane final : public QWidget {
     Q_OBJECT
 
@@ -24,10 +24,10 @@ public:
     explicit IpAddressesPane(DefaultsBinding &binding, QWidget *parent = nullptr);
     ~IpAddressesPane() override;
 
-    /// The interval as stored, and the controls beside it enabled as the box says.
+    /// Shows the stored interval, and enables its controls if the box is on.
     void refresh();
     void setLaunchesOnStart(bool on);
-    /// The interval field's number, as it is.
+    /// The interval field's number, without a check.
     [[nodiscard]] int interval() const;
 
     [[nodiscard]] QrvDiscardIpTableViewController &tableDiscardIp() const;

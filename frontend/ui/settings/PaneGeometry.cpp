@@ -4,10 +4,10 @@ namespace quorvane {
 
 namespace {
 
-/// How far the pane reaches into the button band.
+/// Pixels by which the pane overlaps the button band.
 constexpr int overlap = 10;
 
-/// Distance of the rectangle's lower edge from the content's; 0 for an empty rectangle.
+/// Distance of the rectangle's lower edge from the content's lower edge; 0 for an empty rectangle.
 int heightAbove(const QRect &rectangle, int contentHeight) {
     return rectangle.isEmpty() ? 0 : contentHeight - (rectangle.y() + rectangle.height());
 }

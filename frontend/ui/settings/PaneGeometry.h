@@ -6,14 +6,14 @@
 
 namespace quorvane {
 
-/// Where a pane of the settings window goes and how high the window becomes for it.
+/// Computes the position of a pane of the settings window and the window's height for it.
 ///
-/// Reckoned upwards from the content's lower edge, as the button band at the bottom sets the measure; the
-/// results are in Qt's direction, downwards from the upper edge. Pixels.
+/// The computation counts upwards from the content's lower edge, because it starts from the button band
+/// there; the results are in Qt's direction, downwards from the upper edge. Pixels.
 namespace PaneGeometry {
 
 struct Measures {
-    /// The window with its frame above and below; as wide as its content.
+    /// The window including its frame above and below, with the width of its content.
     QRect window;
     /// Height of the content below frame and toolbar.
     int contentHeight = 0;
@@ -23,7 +23,7 @@ struct Measures {
 };
 
 struct Placement {
-    /// In the same measure; the upper edge stays where it was.
+    /// Like Measures::window; the upper edge has not moved.
     QRect window;
     int contentHeight = 0;
     /// The pane's upper left corner in the content.

@@ -6,21 +6,21 @@
 
 namespace quorvane {
 
-/// The table in which the user looks after a list of rows. Ctrl+C copies the selected row; Delete asks to
-/// have it removed. Main thread.
+/// The table in which the user edits a list of rows. Ctrl+C copies the selected row; Delete requests its
+/// removal. Main thread.
 class QrvDiscardIpTableViewController final : public QTableView {
     Q_OBJECT
-    /// What an empty table says.
+    /// The text of an empty table.
     Q_PROPERTY(QString emptyHint READ emptyHint WRITE setEmptyHint)
 
 public:
     explicit QrvDiscardIpTableViewController(QWidget *parent = nullptr);
 
-    /// Not owned; must outlive the table's use. Null takes the present one away.
+    /// Not owned; must outlive the table's use. Null removes the current one.
     void setDataSource(QrvTableDataSource *source);
 
     void addRow(const QString &row);
-    /// Nothing happens while no row is selected.
+    /// Does nothing without a selected row.
     void deleteSelectedRow();
     void clearAll();
     [[nodiscard]] bool hasRow(const QString &row) const;
@@ -31,7 +31,7 @@ public:
     void setEmptyHint(const QString &text);
 
 Q_SIGNALS:
-    /// The Delete key, with or without a selected row.
+    /// The Delete key was pressed, with or without a selected row.
     void deletePressed();
 
 protected:

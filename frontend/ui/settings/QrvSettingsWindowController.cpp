@@ -56,7 +56,7 @@ void QrvSettingsWindowController::awakeFromNib() {
     m_settings->finish();
     connectWindow();
     m_keys.install([this](quint32 id) { m_delegate.hotKeyFired(id); },
-                   [this] { m_viewHotKeys->showTroubles(m_keys); });
+                   [this] { m_viewHotKeys->showProblems(m_keys); });
     for (const HotKeys::Action action : HotKeys::actions) {
         HotKeys::describe(action, m_viewHotKeys->nameOf(action));
     }
@@ -88,7 +88,7 @@ void QrvSettingsWindowController::refreshControls() {
     m_viewIpAddresses->refresh();
     m_viewIpAddresses->setLaunchesOnStart(m_delegate.launchesOnStartup());
     m_viewHotKeys->refresh();
-    m_viewHotKeys->showTroubles(m_keys);
+    m_viewHotKeys->showProblems(m_keys);
     m_viewVpn->refresh();
     reassignControls();
 }
@@ -100,12 +100,12 @@ void QrvSettingsWindowController::showWindow() {
 
 void QrvSettingsWindowController::okButtonPressed() {
     setAllSettings();
-    showMainInstead();
+    closeAndShowMainWindow();
 }
 
 void QrvSettingsWindowController::cancelButtonPressed() {
     defaults().revert();
-    showMainInstead();
+    closeAndShowMainWindow();
 }
 
 void QrvSettingsWindowController::applyButtonPressed() {
@@ -117,7 +117,7 @@ bool QrvSettingsWindowController::windowShouldClose() {
     return true;
 }
 
-void QrvSettingsWindowController::showMainInstead() {
+void QrvSettingsWindowController::closeAndShowMainWindow() {
     m_settings->closeWindow();
     m_delegate.showMainWindow();
 }
@@ -138,7 +138,7 @@ void QrvSettingsWindowController::setAllSettings() {
                         m_viewCookieCrumble->hidesCookies() ? 1 : 0);
     defaults().save();
     m_keys.registerStored();
-    m_viewHotKeys->showTroubles(m_keys);
+    m_viewHotKeys->showProblems(m_keys);
     m_delegate.settingsDidChange();
     reassignControls();
 }

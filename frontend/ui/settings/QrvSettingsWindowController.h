@@ -22,22 +22,22 @@ class VpnPane;
 /// The settings window's controller: OK, Apply, Cancel and the close box over the six panes, the global hot
 /// keys, and the discarded addresses. The panes and HotKeys do the work. Main thread.
 ///
-/// What the user changes is held until OK or Apply stores it or Cancel drops it; the close box does neither.
-/// Tables, the launch at login and the VPN pane act at once.
+/// The user's changes are held until OK or Apply stores them or Cancel drops them; the close box does
+/// neither. Tables, the launch at login and the VPN pane store their changes at once.
 class QrvSettingsWindowController final : public QObject, public DiscardedAddresses {
     Q_OBJECT
 
 public:
-    /// Stores missing defaults, loads the panes and has the shared user-defaults controller hold edits from
-    /// now on. The delegate and the API client are not owned and must outlive this.
+    /// Stores missing defaults, loads the panes, and sets the shared user-defaults controller to hold edits.
+    /// The delegate and the API client are not owned and must outlive this.
     QrvSettingsWindowController(SettingsDelegate &delegate, QrvAPI &api);
     ~QrvSettingsWindowController() override;
 
     /// Loads the window and registers the stored hot keys. Once; further calls do nothing.
     void awakeFromNib();
-    /// Shows what is stored, and pending edits where there are any.
+    /// Shows the window with the stored values and the pending edits.
     void showWindow();
-    /// The bound controls take up what was stored elsewhere.
+    /// Updates the bound controls after another part of the program has stored values.
     void refreshBoundControls();
 
     void okButtonPressed();
@@ -72,7 +72,7 @@ public:
 private:
     void connectWindow();
     void refreshControls();
-    void showMainInstead();
+    void closeAndShowMainWindow();
 
     SettingsDelegate &m_delegate;
     QrvAPI &m_api;

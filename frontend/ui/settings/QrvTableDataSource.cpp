@@ -66,8 +66,8 @@ int QrvTableDataSource::columnCount(const QModelIndex &parent) const {
 }
 
 QVariant QrvTableDataSource::data(const QModelIndex &index, int role) const {
-    const bool asked = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
-    if (!asked || !index.isValid() || index.row() >= m_rows.size()) {
+    const bool isTextRole = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
+    if (!isTextRole || !index.isValid() || index.row() >= m_rows.size()) {
         return {};
     }
     return m_rows.at(index.row());

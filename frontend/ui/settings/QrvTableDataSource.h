@@ -5,7 +5,7 @@
 
 namespace quorvane {
 
-/// The rows of a list that the user keeps, in the order in which they were added and without duplicates,
+/// The rows of a list of the user, in the order in which they were added and without duplicates. They are
 /// stored as one text joined by "|". Main thread.
 class QrvTableDataSource final : public QAbstractTableModel {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
 
     /// Reads the stored rows. A stored empty text is one empty row.
     void awakeFromNib();
-    /// A null text and a row that is there already are ignored.
+    /// A null text and a row that the list contains already are ignored.
     void addRow(const QString &row);
     /// An index outside the list is ignored.
     void deleteRow(int index);

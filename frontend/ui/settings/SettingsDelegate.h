@@ -4,7 +4,7 @@
 
 namespace quorvane {
 
-/// What the settings window tells the main window's controller, and asks of it. Main thread.
+/// The operations of the main window's controller that the settings window uses. Main thread.
 class SettingsDelegate {
 public:
     virtual ~SettingsDelegate() = default;

@@ -34,10 +34,10 @@ public:
     [[nodiscard]] QAction *itemForItemIdentifier(const QString &identifier);
     /// Shows the item of each default identifier.
     void showDefaultItems();
-    /// Marks the shown item as pressed without pressing it.
+    /// Shows the item as pressed, without emitting toolbarItemPressed().
     void select(const QString &identifier);
 
-    /// The item whose pane comes first; null before it was made.
+    /// The item whose pane is shown first; null before it was created.
     [[nodiscard]] QAction *firstToolbarItem() const { return m_first; }
 
 Q_SIGNALS:

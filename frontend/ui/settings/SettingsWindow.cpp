@@ -12,16 +12,16 @@ namespace quorvane {
 
 namespace {
 
-/// The part of the window that takes the keyboard, in the order of its layout.
-QList<QWidget *> keyboardStops(const QWidget &part) {
-    QList<QWidget *> stops;
+/// The widgets of the part that accept the keyboard focus, in the order of the layout.
+QList<QWidget *> focusableWidgets(const QWidget &part) {
+    QList<QWidget *> widgets;
     for (QWidget *next = part.nextInFocusChain(); next != nullptr && next != &part;
          next = next->nextInFocusChain()) {
         if (part.isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) != 0) {
-            stops.append(next);
+            widgets.append(next);
         }
     }
-    return stops;
+    return widgets;
 }
 
 } // namespace
@@ -98,7 +98,7 @@ void SettingsWindow::fitCurrent() {
     const PaneGeometry::Placement placement = PaneGeometry::place(
         {QRect(frame.x(), frame.y(), width(), frame.height()), m_ui->contentView->height(),
          QRect(okCorner, m_ui->buttonOk->size()), m_current->size()});
-    // The frame above and below stays, so the upper edge does too.
+    // The frame's heights do not change, so the upper edge does not move.
     setFixedSize(width(), height() + placement.window.height() - frame.height());
     layout()->activate();
     layOutBand();
@@ -114,21 +114,21 @@ void SettingsWindow::layOutBand() {
 
 bool SettingsWindow::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_ui->contentView && event->type() == QEvent::Resize) {
-        layOutBand(); // a window that was sized while hidden lays its content out only when it is shown
+        layOutBand(); // a window that was resized while hidden lays out its content only when it is shown
     }
     if (watched == m_current && event->type() == QEvent::LayoutRequest &&
         sizeOf(*m_current) != m_current->size()) {
-        fitCurrent(); // a longer or shorter text has come into the pane
+        fitCurrent(); // a text of the pane became longer or shorter
     }
     return QDialog::eventFilter(watched, event);
 }
 
 void SettingsWindow::orderFocus() {
-    QList<QWidget *> order = keyboardStops(*m_ui->settingsToolbar);
+    QList<QWidget *> order = focusableWidgets(*m_ui->settingsToolbar);
     for (const QWidget *pane : std::as_const(m_panes)) {
-        order += keyboardStops(*pane);
+        order += focusableWidgets(*pane);
     }
-    order += keyboardStops(*m_ui->buttonBand);
+    order += focusableWidgets(*m_ui->buttonBand);
     for (qsizetype i = 1; i < order.size(); ++i) {
         setTabOrder(order[i - 1], order[i]);
     }

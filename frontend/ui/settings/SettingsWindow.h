@@ -12,8 +12,8 @@ namespace Ui {
 class Settings;
 }
 
-/// The settings window: toolbar, the current pane, and the band of buttons below. Tells what was pressed and
-/// closes for closeWindow() and its close box only. Main thread.
+/// The settings window: toolbar, the current pane, and the band of buttons below. Emits a signal for each
+/// button; only closeWindow() and the close box close it. Main thread.
 class SettingsWindow final : public QDialog {
     Q_OBJECT
 
@@ -21,20 +21,20 @@ public:
     explicit SettingsWindow(QWidget *parent = nullptr);
     ~SettingsWindow() override;
 
-    /// Takes the pane over. A pane without an identifier is shown by no item.
+    /// Becomes the pane's owner. A pane without an identifier is shown by no item.
     void addPane(QWidget *pane, const QString &identifier = {});
-    /// Call after the last addPane(): settles the width and the order of the keyboard, fills the toolbar and
-    /// shows the first item's pane.
+    /// Call after the last addPane(): sets the width and the tab order, fills the toolbar and shows the first
+    /// item's pane.
     void finish();
 
-    /// Shows the pane of the toolbar item. Another identifier keeps the present pane.
+    /// Shows the pane of the toolbar item. An unknown identifier keeps the current pane.
     void toolbarItemPressed(const QString &identifier);
 
-    /// The pane now shown; null before the first.
+    /// The pane that is shown; null before finish().
     [[nodiscard]] QWidget *currentSettings() const { return m_current; }
 
     [[nodiscard]] SettingsToolbar &toolbar() const;
-    /// Closes without the close box having been pressed.
+    /// Closes the window without emitting closeBoxPressed().
     void closeWindow();
     void bringForward();
 
@@ -51,7 +51,7 @@ protected:
     void reject() override;
 
 private:
-    /// Gives the current pane the size that it wants now, and the window the height for it.
+    /// Sets the current pane to its preferred size, and the window to the height for it.
     void fitCurrent();
     void layOutBand();
     void orderFocus();

@@ -19,7 +19,7 @@ platform::PreferencesStore &preferences() {
     return *platform::Platform::current().preferences;
 }
 
-/// The path in a file's address: what follows the scheme's slashes.
+/// The path in a file's address: the part behind the scheme's slashes.
 QString pathOf(const QUrl &file) {
     const QString address = QStringLiteral("file://") + file.toLocalFile();
     return address.split(QStringLiteral("//")).value(1);
@@ -51,7 +51,7 @@ void VpnPane::setVpnSettings() {
     preferences().setValues({{SettingsDefaults::vpnConfigPath(), m_ui->pathTextField->text()},
                              {SettingsDefaults::vpnUsername(), user},
                              {SettingsDefaults::vpnPassword(), password}});
-    // Not the hidden file that the tunnel's launch reads; whether it could be written changes nothing.
+    // This is not the hidden file that the tunnel's launch reads; a failed write has no consequence.
     const QString content = user + QChar(u'\n') + password;
     TextFile::replace(platform::Platform::current().account.home +
                           QStringLiteral("/Documents/Quorvane/vpnCreds.txt"),
@@ -75,7 +75,7 @@ void VpnPane::pushBrowse() {
 
 void VpnPane::panelConfirmed() {
     const QList<QUrl> chosen = m_panel->selectedUrls();
-    // A name can be typed past the filter.
+    // The user can type a name that the filter would not list.
     if (!chosen.isEmpty() && chosen.first().fileName().endsWith(fileType)) {
         m_ui->pathTextField->setText(pathOf(chosen.first()));
     }

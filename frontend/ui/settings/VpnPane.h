@@ -12,8 +12,8 @@ namespace Ui {
 class SettingsVpn;
 }
 
-/// The pane "Test VPN": a configuration file and a login of the user's own. Stored by its own button, not
-/// with the other settings. Main thread.
+/// The pane "Test VPN": the user's own configuration file and login. Stored by its own button, not with the
+/// other settings. Main thread.
 class VpnPane final : public QWidget {
     Q_OBJECT
 
@@ -21,11 +21,11 @@ public:
     explicit VpnPane(QWidget *parent = nullptr);
     ~VpnPane() override;
 
-    /// Shows what is stored, if a path is.
+    /// Shows the stored values, if a path is stored.
     void refresh();
-    /// Stores the three fields, and the login in a file for the user's eyes only.
+    /// Stores the three fields, and the login also in a file that only the user can read.
     void setVpnSettings();
-    /// Opens the file panel beside the window; the file chosen there goes into the path field.
+    /// Opens the file panel, which does not block the window; the chosen file is shown in the path field.
     void pushBrowse();
 
 private:

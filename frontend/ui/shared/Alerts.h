@@ -8,13 +8,12 @@
 
 namespace quorvane {
 
-/// Every alert of the program goes through here. Main thread. Alerts have one "OK" button; no two are
-/// open at once.
+/// Shows every alert of the program. Main thread. Alerts have one "OK" button; no two are open at once.
 class Alerts final : public QObject, public AlertPresenter {
     Q_OBJECT
 
 public:
-    /// Stands in for the window, for tests: called in place of showing the alert.
+    /// For tests: called instead of showing the alert's window.
     using Presenter = std::function<void(const Alert &)>;
 
     [[nodiscard]] static Alerts &shared();

@@ -11,8 +11,8 @@ FirstPaint::FirstPaint(QWidget &widget, std::function<void()> wanted)
     widget.installEventFilter(this);
 }
 
-void FirstPaint::then(QWidget &widget, std::function<void()> call) {
-    new FirstPaint(widget, std::move(call)); // the widget's
+void FirstPaint::callAfter(QWidget &widget, std::function<void()> call) {
+    new FirstPaint(widget, std::move(call)); // owned by the widget
 }
 
 bool FirstPaint::eventFilter(QObject *watched, QEvent *event) {

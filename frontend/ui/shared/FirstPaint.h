@@ -7,14 +7,14 @@ class QWidget;
 
 namespace quorvane {
 
-/// Calls once, from the event loop, after a widget was drawn for the first time from now on; never when it is
-/// not. Belongs to the widget and goes after the call. Main thread.
+/// Calls a function once, from the event loop, after the next painting of a widget; never if the widget is
+/// not painted. Owned by the widget, and deleted after the call. Main thread.
 class FirstPaint final : public QObject {
     Q_OBJECT
 
 public:
-    /// What the call uses must live as long as the widget.
-    static void then(QWidget &widget, std::function<void()> call);
+    /// Objects that the function uses must live as long as the widget.
+    static void callAfter(QWidget &widget, std::function<void()> call);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -12,7 +12,7 @@ namespace quorvane {
 
 namespace {
 
-/// Sizes beside the first, for images that a desktop shows at a size of its own.
+/// Further sizes, for images whose size the desktop chooses.
 constexpr int otherSizes[] = {16, 24, 32, 48};
 
 bool isName(const QString &name) {
@@ -21,10 +21,10 @@ bool isName(const QString &name) {
     });
 }
 
-/// What is known of one folder of images. Images come with the program: one that was there stays there.
+/// The images of one folder. They belong to the program, so an image that was found once stays available.
 struct Folder {
     QString resources;
-    QSet<QString> present;
+    QSet<QString> existing;
     QHash<QString, QIcon> icons;
 
     [[nodiscard]] QString pathOf(const QString &name, const QString &variant = {}) const {
@@ -45,13 +45,13 @@ Folder &folder() {
 
 bool Images::exists(const QString &name) {
     Folder &images = folder();
-    if (images.present.contains(name)) {
+    if (images.existing.contains(name)) {
         return true;
     }
     if (!isName(name) || !QFile::exists(images.pathOf(name))) {
         return false;
     }
-    images.present.insert(name);
+    images.existing.insert(name);
     return true;
 }
 

@@ -9,7 +9,8 @@ namespace quorvane {
 /// The program's named images, from Resources/images. Loaded once each and kept. Main thread.
 namespace Images {
 
-/// Names come from the service too: anything but letters, digits and hyphens names no image.
+/// Whether there is an image of this name. Names can come from the service: only those that consist of
+/// letters, digits and hyphens are looked up.
 [[nodiscard]] bool exists(const QString &name);
 /// A null image when there is none of this name.
 [[nodiscard]] QIcon icon(const QString &name);

@@ -12,8 +12,8 @@ namespace quorvane {
 
 namespace {
 
-/// A reader of one of the program's own pictures. They are all of one kind: finding out would load the
-/// plugins of every other kind first.
+/// Opens one of the program's own pictures. The format is set because detecting it would load the plugins of
+/// all other formats.
 void open(QImageReader &reader, const QString &path) {
     reader.setAutoDetectImageFormat(false);
     reader.setFormat(QByteArrayLiteral("png"));
@@ -24,7 +24,7 @@ void open(QImageReader &reader, const QString &path) {
 
 PictureEngine::PictureEngine(const QStringList &paths) {
     for (const QString &path : paths) {
-        // Not every picture has every size. The reader would complain aloud of one that is not there.
+        // Not every picture has every size, and the reader would print a warning for a missing file.
         if (!QFile::exists(path)) {
             continue;
         }
@@ -64,14 +64,14 @@ QPixmap PictureEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State 
         QImageReader reader;
         open(reader, picture.path);
         QImage image = reader.read();
-        image.setDevicePixelRatio(1.0); // the name's "@2x" is the icon's affair, not the picture's
+        image.setDevicePixelRatio(1.0); // the "@2x" in the name is handled by the icon, not by the picture
         picture.read = QPixmap::fromImage(std::move(image));
     }
     const QSize wanted = actualSize(size, mode, state);
     const QPixmap scaled = picture.read.size() == wanted
                                ? picture.read
                                : picture.read.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    // A flag keeps its colours in the chosen row of a list.
+    // A flag keeps its colours in the selected row of a list.
     if (mode != QIcon::Disabled) {
         return scaled;
     }

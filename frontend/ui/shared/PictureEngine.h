@@ -28,7 +28,7 @@ private:
         QPixmap read;
     };
 
-    /// There must be one.
+    /// The picture to use for this size. There must be at least one picture.
     [[nodiscard]] Picture &fitting(const QSize &size);
 
     std::vector<Picture> m_pictures; ///< the smallest first

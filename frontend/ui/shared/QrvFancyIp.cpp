@@ -12,8 +12,8 @@ namespace {
 
 constexpr QSize digitSize(22, 34);
 constexpr QSize dotSize(11, 34);
-/// More than any address has. What a service may send instead of one is cut off far beyond the window's edge.
-constexpr qsizetype mostGlyphs = 64;
+/// More than any address has. A longer text from the service is cut off far beyond the window's edge.
+constexpr qsizetype maximumGlyphs = 64;
 
 struct Glyph {
     QString image;
@@ -28,7 +28,7 @@ Glyph glyphOf(QChar character) {
     return Images::exists(name) ? Glyph{name, digitSize} : Glyph{QString(), QSize(0, digitSize.height())};
 }
 
-/// One text: the pictures of its digits are no parts of their own.
+/// Presents the strip as one text, so that the pictures of its digits are no separate parts.
 class StripInterface final : public QAccessibleWidget {
 public:
     explicit StripInterface(QrvFancyIp *strip) : QAccessibleWidget(strip, QAccessible::StaticText) {}
@@ -62,7 +62,7 @@ void QrvFancyIp::setStringValue(const QString &text) {
     m_shown = text;
     setAccessibleName(text);
     int x = 0;
-    for (const QChar character : QStringView(text).first(std::min(text.size(), mostGlyphs))) {
+    for (const QChar character : QStringView(text).first(std::min(text.size(), maximumGlyphs))) {
         const Glyph glyph = glyphOf(character);
         auto *view = new QLabel(this);
         view->setObjectName(glyph.image);
@@ -73,7 +73,7 @@ void QrvFancyIp::setStringValue(const QString &text) {
         view->show();
         x += glyph.size.width();
     }
-    if (!text.isEmpty()) { // an empty text keeps the room that the last one took
+    if (!text.isEmpty()) { // an empty text keeps the size of the last one
         m_strip = QSize(x, digitSize.height());
         setFixedSize(m_strip);
     }

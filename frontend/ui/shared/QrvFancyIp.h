@@ -5,8 +5,8 @@
 
 namespace quorvane {
 
-/// An IP address as a strip of digit pictures. A character without a picture takes no room; from a
-/// length on that no address has the rest is not drawn. The accessible name is the exact text. Main thread.
+/// An IP address as a strip of digit pictures. A character without a picture has no width; characters beyond
+/// the length of any address are not drawn. The accessible name is the exact text. Main thread.
 class QrvFancyIp final : public QWidget {
     Q_OBJECT
 

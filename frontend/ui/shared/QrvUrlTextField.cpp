@@ -7,7 +7,7 @@ namespace quorvane {
 
 namespace {
 
-// The platform's pure blue cannot be read on a dark window; this one can on both.
+// Pure blue is unreadable on a dark window; this blue is readable on light and dark ones.
 const QString linkColour = QStringLiteral("#5aa9e6");
 
 } // namespace

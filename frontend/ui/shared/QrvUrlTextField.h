@@ -11,9 +11,9 @@ class QrvUrlTextField final : public QLabel {
 public:
     explicit QrvUrlTextField(QWidget *parent = nullptr);
 
-    /// The text as a link to the address, in link blue and underlined. Both are taken literally.
+    /// The text as a link to the address, in link blue and underlined. Markup in either of them is escaped.
     [[nodiscard]] static QString hyperlinkFromString(const QString &text, const QString &url);
-    /// Turns a label into that link; it can be selected and reached by keyboard.
+    /// Turns a label into such a link, which can be selected and reached by keyboard.
     static void hyperlinkWithTextField(QLabel &field, const QString &text, const QString &url);
 };
 

@@ -10,7 +10,7 @@ namespace quorvane {
 
 namespace {
 
-// 64 of 255 is the window's grey; everything else is a step lighter or darker.
+// 64 of 255 is the grey of the window; the other greys are lighter or darker.
 const QColor window(64, 64, 64);
 const QColor field(46, 46, 46);
 const QColor raised(84, 84, 84);

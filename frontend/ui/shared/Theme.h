@@ -4,7 +4,7 @@ class QApplication;
 
 namespace quorvane {
 
-/// The program's look: a calm dark one, the same on every desktop.
+/// The program's dark theme, the same on every desktop.
 namespace Theme {
 
 void apply(QApplication &application);

@@ -12,7 +12,7 @@ class TransparentWindow final : public QWidget {
     Q_OBJECT
 
 public:
-    /// Whatever style is asked for, the window is borderless.
+    /// The window is borderless whatever style is requested.
     explicit TransparentWindow(Qt::WindowFlags style = {}, QWidget *parent = nullptr);
 
     /// The side of the square content, in points; 500 at first.

@@ -23,8 +23,8 @@ TrayPresence::TrayPresence(QObject *parent) : QObject(parent), m_trayMenu(std::m
     fillMenu();
     setStatus(Status::NotHidden, {});
     setImage(QStringLiteral("Tray"));
-    hosts().installChangeHandler([this] { followHosts(); });
-    followHosts();
+    hosts().installChangeHandler([this] { updateForHosts(); });
+    updateForHosts();
 }
 
 TrayPresence::~TrayPresence() {
@@ -57,20 +57,20 @@ bool TrayPresence::isAvailable() const {
     return m_iconKind == Kind::Notifier ? hosts().notifierHost() : hosts().embeddingTray();
 }
 
-void TrayPresence::followHosts() {
+void TrayPresence::updateForHosts() {
     if (m_appStatusIcon == nullptr && hosts().notifierHost()) {
         makeIcon(Kind::Notifier);
     } else if (m_appStatusIcon == nullptr && hosts().embeddingTray() && !m_waitingForNotifier) {
         m_waitingForNotifier = true;
-        platform::Platform::current().delayedCalls->callAfter(embeddingGraceSeconds, this, [this] {
+        platform::Platform::current().delayedCalls->callAfter(notifierWaitSeconds, this, [this] {
             m_waitingForNotifier = false;
             if (m_appStatusIcon == nullptr && hosts().embeddingTray()) {
                 makeIcon(Kind::Embedded);
             }
         });
     }
-    if (const bool available = isAvailable(); available != m_told) {
-        m_told = available;
+    if (const bool available = isAvailable(); available != m_reportedAvailable) {
+        m_reportedAvailable = available;
         Q_EMIT availabilityChanged(available);
     }
 }
@@ -80,15 +80,17 @@ void TrayPresence::makeIcon(Kind kind) {
     m_appStatusIcon = new QSystemTrayIcon(this);
     connect(m_appStatusIcon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
-                // A status notifier host tells one activation, an embedding tray clicks and double-clicks.
+                // A status notifier host reports one kind of activation, an embedding tray clicks and
+                // double-clicks.
                 if (reason == QSystemTrayIcon::DoubleClick ||
                     (reason == QSystemTrayIcon::Trigger && m_iconKind == Kind::Notifier)) {
                     Q_EMIT doubleClicked();
                 }
             });
     m_appStatusIcon->setIcon(Images::icon(m_shownImage));
-    m_appStatusIcon->setToolTip(m_words);
-    m_appStatusIcon->setContextMenu(m_trayMenu.get()); // before it is shown: some hosts ask for it once only
+    m_appStatusIcon->setToolTip(m_toolTip);
+    // Set before the icon is shown, because some hosts request the menu only once.
+    m_appStatusIcon->setContextMenu(m_trayMenu.get());
     m_appStatusIcon->show();
 }
 
@@ -115,12 +117,12 @@ void TrayPresence::setStatus(Status status, const QString &address) {
         text = tr("Quorvane: your IP is hidden behind %1").arg(address.trimmed());
         break;
     }
-    if (text == m_words) {
+    if (text == m_toolTip) {
         return;
     }
-    m_words = text;
+    m_toolTip = text;
     if (m_appStatusIcon != nullptr) {
-        m_appStatusIcon->setToolTip(m_words);
+        m_appStatusIcon->setToolTip(m_toolTip);
     }
 }
 

@@ -10,24 +10,24 @@ class QSystemTrayIcon;
 
 namespace quorvane {
 
-/// The status item: the tray icon and its menu, in whichever tray the desktop has. Main thread.
+/// The status item: the tray icon and its menu, in any kind of tray. Main thread.
 ///
-/// The icon is made when the first tray is there, be that long after the start: a status notifier host where
-/// there is one, an embedding tray otherwise. Without a tray the menu is still there, but nothing shows it.
+/// The icon is created when the first tray appears, which may be long after the start. A status notifier host
+/// is preferred to an embedding tray. Without a tray the menu exists, but nothing shows it.
 class TrayPresence final : public QObject {
     Q_OBJECT
 
 public:
-    /// What the tooltip says of the session.
+    /// The session's state in the tooltip.
     enum class Status {
         NotHidden, ///< the real address is seen
         Searching, ///< an attempt runs
         Hidden     ///< a lent address is seen
     };
 
-    /// For so long an embedding tray waits for a status notifier host: at login the two start together, and
-    /// the first icon decides for the whole run.
-    static constexpr double embeddingGraceSeconds = 2.0;
+    /// With only an embedding tray, the icon waits this long for a status notifier host: at login both start
+    /// together, and the kind of the icon cannot change during the run.
+    static constexpr double notifierWaitSeconds = 2.0;
 
     explicit TrayPresence(QObject *parent = nullptr);
     ~TrayPresence() override;
@@ -36,10 +36,10 @@ public:
     [[nodiscard]] bool isAvailable() const;
     /// Shows the image of this name, if there is one.
     void setImage(const QString &name);
-    /// Tells the state in words; the address is the lent one.
+    /// Sets the tooltip to the text of the state; the address is the lent one.
     void setStatus(Status status, const QString &address);
 
-    [[nodiscard]] QString toolTip() const { return m_words; }
+    [[nodiscard]] QString toolTip() const { return m_toolTip; }
 
     [[nodiscard]] QAction *hideIpMenuItem() const { return m_hideItem; }
 
@@ -62,16 +62,16 @@ public:
     [[nodiscard]] QMenu &menu() const { return *m_trayMenu; }
 
 Q_SIGNALS:
-    /// A double-click; where the tray offers none, its single activation.
+    /// The icon was double-clicked, or activated in a tray that reports no double-clicks.
     void doubleClicked();
-    /// A tray came or went.
+    /// A tray appeared or disappeared.
     void availabilityChanged(bool available);
 
 private:
     enum class Kind { Notifier, Embedded };
 
     void fillMenu();
-    void followHosts();
+    void updateForHosts();
     void makeIcon(Kind kind);
 
     std::unique_ptr<QMenu> m_trayMenu;
@@ -87,9 +87,9 @@ private:
     QSystemTrayIcon *m_appStatusIcon = nullptr;
     Kind m_iconKind = Kind::Notifier;
     bool m_waitingForNotifier = false;
-    bool m_told = false;
+    bool m_reportedAvailable = false;
     QString m_shownImage;
-    QString m_words;
+    QString m_toolTip;
 };
 
 } // namespace quorvane

@@ -70,7 +70,7 @@ private Q_SLOTS:
         m_fixture.reset();
     }
 
-    void beginsWithTheFullNameAndTheFocusOnThePassword() {
+    void startsWithTheFullNameAndTheFocusOnThePassword() {
         QCOMPARE(m_dialog->userNameTextField()->text(), text("Joe Tester"));
         QVERIFY(m_dialog->passwordTextField()->hasFocus());
         QCOMPARE(m_dialog->passwordTextField()->echoMode(), QLineEdit::Password);
@@ -113,7 +113,7 @@ private Q_SLOTS:
                               text("networksetup -setdnsservers AirPort 8.8.8.8 8.8.4.4 ")}));
     }
 
-    void validPairAfterAFailedRewriteStartsAllTheSame() {
+    void validPairAfterAFailedRewriteStartsNevertheless() {
         m_dnsRight = false;
         m_rewriteWorks = false;
         fillAndStart();
@@ -121,7 +121,7 @@ private Q_SLOTS:
         QVERIFY(!m_dialog->isVisible());
     }
 
-    void wrongPairAlertsStaysStoredAndKeepsTheDialog() {
+    void wrongPairAlertsAndStaysStoredAndKeepsTheDialogOpen() {
         m_pairAccepted = false;
         fillAndStart();
         QCOMPARE(m_fixture->alerts.size(), 1);

@@ -10,7 +10,7 @@ namespace quorvane {
 
 namespace {
 
-/// Roles that only hold others, or that decorate.
+/// Roles of containers and decorations.
 bool isContainer(QAccessible::Role role) {
     switch (role) {
     case QAccessible::Client:
@@ -31,39 +31,38 @@ bool isNamed(const QAccessibleInterface &part) {
     return !part.text(QAccessible::Name).isEmpty() || !part.text(QAccessible::Description).isEmpty();
 }
 
-struct Walk {
+struct Parts {
     QStringList unnamed;
     QList<QAccessible::Role> roles;
 };
 
-/// Every part that shows, as a screen reader comes upon it.
-void walk(const QAccessibleInterface *part, Walk &found, int depth = 0) {
+/// Every visible part, as a screen reader finds it.
+void collectParts(const QAccessibleInterface *part, Parts &found, int depth = 0) {
     if (part == nullptr || depth > 20 || part->state().invisible) {
         return;
     }
     found.roles.append(part->role());
-    // What lies inside of a combo or spin box is spoken for by it.
-    const bool speaksForItsParts =
-        part->role() == QAccessible::ComboBox || part->role() == QAccessible::SpinBox;
+    // A combo or spin box has the name for its inner parts.
+    const bool namesItsParts = part->role() == QAccessible::ComboBox || part->role() == QAccessible::SpinBox;
     if (!isContainer(part->role()) && !isNamed(*part)) {
         const QObject *object = part->object();
         found.unnamed.append(
             text("%1 (role %2)").arg(object != nullptr ? object->objectName() : QString()).arg(part->role()));
     }
-    for (int i = 0; !speaksForItsParts && i < part->childCount(); ++i) {
-        walk(part->child(i), found, depth + 1);
+    for (int i = 0; !namesItsParts && i < part->childCount(); ++i) {
+        collectParts(part->child(i), found, depth + 1);
     }
 }
 
-Walk walkOf(QWidget &window) {
-    Walk found;
-    walk(QAccessible::queryAccessibleInterface(&window), found);
+Parts partsOf(QWidget &window) {
+    Parts found;
+    collectParts(QAccessible::queryAccessibleInterface(&window), found);
     return found;
 }
 
 } // namespace
 
-/// What a screen reader finds. The running program on a real screen is for the end-to-end tests.
+/// The interface for screen readers. The end-to-end tests examine the running program on a real screen.
 class AccessibilityTest : public QObject {
     Q_OBJECT
 
@@ -84,7 +83,7 @@ private Q_SLOTS:
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         const auto check = [&window] {
-            const Walk found = walkOf(window);
+            const Parts found = partsOf(window);
             QVERIFY2(found.unnamed.isEmpty(), qPrintable(found.unnamed.join(text(", "))));
             for (const auto role :
                  {QAccessible::Button, QAccessible::CheckBox, QAccessible::ComboBox, QAccessible::RadioButton,
@@ -110,12 +109,12 @@ private Q_SLOTS:
         QrvAboutWindowController about(main, api);
         about.showWindow();
         QVERIFY(QTest::qWaitForWindowExposed(&about));
-        const Walk found = walkOf(about);
+        const Parts found = partsOf(about);
         QVERIFY2(found.unnamed.isEmpty(), qPrintable(found.unnamed.join(text(", "))));
         QVERIFY(found.roles.contains(QAccessible::Button));
     }
 
-    void statePictureAndFlagAreToldInWords() {
+    void statePictureAndFlagHaveAccessibleNames() {
         MainWindow window;
         SessionDisplay display;
         connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);

@@ -21,7 +21,7 @@ private Q_SLOTS:
 
     void cleanup() { m_fixture.reset(); }
 
-    void firstCopyGoesOn() {
+    void firstCopyContinues() {
         QVERIFY(QrvApplicationController::initialize());
         QCOMPARE(m_fixture->services.workspace().instanceIdentifiers,
                  QStringList{text("com.tallowind.Quorvane")});

@@ -11,7 +11,7 @@
 
 namespace quorvane {
 
-/// The main window with the keyboard alone.
+/// The main window, used only by keyboard.
 class KeyboardTest : public QObject {
     Q_OBJECT
 
@@ -35,16 +35,16 @@ private:
         return focus == nullptr ? QString() : focus->objectName();
     }
 
-    /// Where the key leads, one round through.
-    [[nodiscard]] QStringList round(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    /// The names of the controls that the key reaches, in one round.
+    [[nodiscard]] QStringList focusNames(Qt::Key key, Qt::KeyboardModifiers modifiers) {
         find<QPushButton>("buttonQuorvane")->setFocus(Qt::TabFocusReason);
-        QStringList stops{focused()};
+        QStringList names{focused()};
         for (int i = 0; i < 50; ++i) {
             press(key, modifiers);
-            if (focused() == stops.first()) {
-                return stops;
+            if (focused() == names.first()) {
+                return names;
             }
-            stops.append(focused());
+            names.append(focused());
         }
         return {};
     }
@@ -72,20 +72,20 @@ private Q_SLOTS:
 
     void tabGoesThroughEveryControlFromTopToBottom() {
         m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        const QStringList stops = round(Qt::Key_Tab, Qt::NoModifier);
-        QCOMPARE(stops,
+        const QStringList forward = focusNames(Qt::Key_Tab, Qt::NoModifier);
+        QCOMPARE(forward,
                  (QStringList{text("buttonQuorvane"), text("changeIpButton"), text("discardIpButton"),
                               text("popupCountry"), text("checkSameIP"), text("checkboxChangeIpInterval"),
                               text("fieldChangeIpInterval"), text("stepperChangeIpInterval"),
                               text("checkboxRequireUS"), text("IPNonRepeat"), text("segmentTcp"),
                               text("advancedSettingsButton"), text("websiteButton"), text("aboutButton")}));
-        QStringList back = round(Qt::Key_Tab, Qt::ShiftModifier);
+        QStringList back = focusNames(Qt::Key_Tab, Qt::ShiftModifier);
         back.append(back.takeFirst());
         std::reverse(back.begin(), back.end());
-        QCOMPARE(back, stops);
+        QCOMPARE(back, forward);
     }
 
-    void controlsThatAreOutOfUseAreLeftOut() {
+    void disabledControlsAreSkipped() {
         m_display->searching();
         m_display->interval(42, false);
         find<QComboBox>("popupCountry")->setFocus();
@@ -117,7 +117,7 @@ private Q_SLOTS:
         press(Qt::Key_Return);
         QCOMPARE(hide.size(), 1);
         QCOMPARE(hide.first().first().toBool(), true);
-        m_display->searching(); // the button is out of use
+        m_display->searching(); // the button is disabled
         press(Qt::Key_Enter);
         QCOMPARE(hide.size(), 1);
     }
@@ -167,7 +167,7 @@ private Q_SLOTS:
         auto *button = m_window->findChild<QAbstractButton *>(control);
         QSignalSpy clicked(button, &QAbstractButton::clicked);
         QTest::keyClick(m_window.get(), static_cast<Qt::Key>(key), Qt::AltModifier);
-        QTRY_COMPARE(clicked.size(), 1); // the button is seen to go down first
+        QTRY_COMPARE(clicked.size(), 1); // the button is shown pressed first
     }
 
     void noTwoControlsShareAMnemonic() {

@@ -18,12 +18,12 @@ namespace quorvane {
 
 namespace {
 
-/// The letters that act with the Alt key on what shows.
+/// The letters that trigger the visible controls with the Alt key.
 QString mnemonics(const QWidget &window) {
     QString letters;
-    const auto add = [&letters](const QString &words) {
-        if (const qsizetype at = words.indexOf(u'&'); at >= 0) {
-            letters += words.at(at + 1).toLower();
+    const auto add = [&letters](const QString &label) {
+        if (const qsizetype at = label.indexOf(u'&'); at >= 0) {
+            letters += label.at(at + 1).toLower();
         }
     };
     for (const auto *button : window.findChildren<QAbstractButton *>()) {
@@ -41,7 +41,8 @@ QString mnemonics(const QWidget &window) {
 
 } // namespace
 
-/// What the windows say to an English and to a German user: the locale decides which of them runs the test.
+/// The windows' texts for an English and for a German user; the locale of the test run decides which of them
+/// it is.
 class LanguageTest : public QObject {
     Q_OBJECT
 
@@ -52,11 +53,11 @@ private:
         return text(isGerman() ? german : english);
     }
 
-    static void checkMnemonics(const QWidget &window, qsizetype least) {
+    static void checkMnemonics(const QWidget &window, qsizetype minimumCount) {
         const QString letters = mnemonics(window);
         const QSet<QChar> different(letters.begin(), letters.end());
         QVERIFY2(different.size() == letters.size(), qPrintable(letters));
-        QVERIFY2(letters.size() >= least, qPrintable(letters));
+        QVERIFY2(letters.size() >= minimumCount, qPrintable(letters));
     }
 
 private Q_SLOTS:
@@ -67,7 +68,7 @@ private Q_SLOTS:
 
     void cleanup() { m_fixture.reset(); }
 
-    void mainWindowSpeaksIt() {
+    void mainWindowIsTranslated() {
         MainWindow window;
         SessionDisplay display;
         connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
@@ -96,7 +97,7 @@ private Q_SLOTS:
         QCOMPARE(said("buttonQuorvane"), either("Stop Hiding IP", "IP nicht mehr verbergen"));
     }
 
-    void whatTheServiceReadsStaysAsItIs() {
+    void textsForTheServiceAreNotTranslated() {
         MainWindow window;
         QCOMPARE(window.transportLabel(), text("TCP"));
         window.findChild<QAbstractButton *>(text("segmentUdp"))->click();
@@ -111,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(LocationChoice::randomTitle(), text("Random Location"));
     }
 
-    void settingsSpeakIt() {
+    void settingsAreTranslated() {
         m_fixture->start();
         QCOMPARE(m_fixture->window().windowTitle(), either("Quorvane Settings", "Quorvane-Einstellungen"));
         QCOMPARE(m_fixture->find<QAbstractButton>("buttonApply")->text(), either("&Apply", "Über&nehmen"));
@@ -122,7 +123,7 @@ private Q_SLOTS:
         QVERIFY(hotKeys->findText(either("Ctrl + F12", "Strg + F12")) > 0);
     }
 
-    void aboutAndTraySpeakIt() {
+    void aboutAndTrayAreTranslated() {
         QrvAPI api;
         QWidget main;
         const QrvAboutWindowController about(main, api);
@@ -138,7 +139,7 @@ private Q_SLOTS:
         QVERIFY(entries.contains(either("Quit Quorvane", "Quorvane beenden")));
     }
 
-    void qtsOwnButtonsSpeakIt() {
+    void qtsOwnButtonsAreTranslated() {
         const QDialogButtonBox box(QDialogButtonBox::Cancel);
         QCOMPARE(box.button(QDialogButtonBox::Cancel)->text().remove(u'&'), either("Cancel", "Abbrechen"));
     }

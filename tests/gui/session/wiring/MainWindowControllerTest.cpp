@@ -35,7 +35,7 @@ const char *const logPath = "/Documents/Quorvane/openvpn.log";
 
 } // namespace
 
-/// The whole window over recording services: from the start to the lent address and back.
+/// The whole window with fake services: from the start to the lent address and back.
 class MainWindowControllerTest : public QObject {
     Q_OBJECT
 
@@ -197,7 +197,7 @@ private Q_SLOTS:
         QCOMPARE(dialogs, 1);
     }
 
-    void answerFillsTheListAndOpensTheControls() {
+    void answerFillsTheListAndEnablesTheControls() {
         startAndAnswer();
         auto *popup = find<QComboBox>("popupCountry");
         QCOMPARE(popup->count(), 3);
@@ -241,7 +241,7 @@ private Q_SLOTS:
         QCOMPARE(services().urls().fetches().size(), 1U);
     }
 
-    void randomLocationWithoutRotationGivesUpAfterTheFirstFailure() {
+    void randomLocationWithoutRotationStopsAfterTheFirstFailure() {
         services().urls().setFetchHandler([](const QByteArray &) { return std::optional<QByteArray>(); });
         startAndAnswer();
         find<QComboBox>("popupCountry")->setCurrentIndex(0);
@@ -350,7 +350,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->usedLocations().size(), 1);
     }
 
-    void automaticChangeAsksAgainWhenItsTimeHasCome() {
+    void automaticChangeRequestsAgainAfterTheInterval() {
         services().preferences().setValue(text("changeIpInterval"), 1);
         startAndAnswer();
         find<QCheckBox>("checkboxChangeIpInterval")->click();
@@ -363,7 +363,8 @@ private Q_SLOTS:
         QVERIFY(m_controller->session().changeTimerArmed());
         services().delayedCalls().advance(60.0);
         QTRY_COMPARE(services().urls().fetches().size(), 2U);
-        QVERIFY(services().urls().fetches()[0] != services().urls().fetches()[1]); // never the same twice
+        QVERIFY(services().urls().fetches()[0] !=
+                services().urls().fetches()[1]); // the two attempts request different locations
     }
 };
 

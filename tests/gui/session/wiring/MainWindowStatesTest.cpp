@@ -11,7 +11,7 @@
 
 namespace quorvane {
 
-/// What the window shows against the display state, field by field, in every state of a session.
+/// Compares the window with the display state, field by field, in every state of a session.
 class MainWindowStatesTest : public QObject {
     Q_OBJECT
 

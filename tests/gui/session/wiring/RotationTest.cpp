@@ -30,7 +30,7 @@ constexpr char answerText[] =
 
 } // namespace
 
-/// Which address is asked for, in the real window over recording services.
+/// The requested addresses, in the real window with fake services.
 class RotationTest : public QObject {
     Q_OBJECT
 
@@ -46,7 +46,7 @@ private:
 
     [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
-    [[nodiscard]] QStringList asked() const {
+    [[nodiscard]] QStringList requestedAddresses() const {
         QStringList addresses;
         for (const QByteArray &url : services().urls().fetches()) {
             const qsizetype at = url.indexOf("desiredip=") + 10;
@@ -55,9 +55,9 @@ private:
         return addresses;
     }
 
-    void waitForFetches(int count) { QTRY_COMPARE(asked().size(), count); }
+    void waitForFetches(int count) { QTRY_COMPARE(requestedAddresses().size(), count); }
 
-    /// The tunnel of the attempt under way comes up.
+    /// Makes the tunnel of the current attempt come up.
     void tunnelUp() {
         QThreadPool::globalInstance()->waitForDone();
         QTRY_VERIFY(QFile::exists(services().home() + text("/Documents/Quorvane/openvpn.log")));
@@ -78,13 +78,13 @@ private:
 
     void hideAt(const char *title) {
         find<QComboBox>("popupCountry")->setCurrentIndex(indexOf(title));
-        const int before = static_cast<int>(asked().size());
+        const int before = static_cast<int>(requestedAddresses().size());
         press();
         waitForFetches(before + 1);
         tunnelUp();
     }
 
-    /// One attempt after the other, each at a location of its own.
+    /// Makes one attempt after the other, each at another location.
     void useEveryLocation() {
         for (int i = 1; i <= 3; ++i) {
             m_controller->hotKeyPressed(2);
@@ -122,16 +122,17 @@ private Q_SLOTS:
         hideAt("Germany Berlin");
         QTest::mouseClick(find<QPushButton>("changeIpButton"), Qt::LeftButton);
         waitForFetches(2);
-        QCOMPARE(asked(), (QStringList{text("203.0.113.1"), text("203.0.113.1")}));
+        QCOMPARE(requestedAddresses(), (QStringList{text("203.0.113.1"), text("203.0.113.1")}));
         QCOMPARE(find<QComboBox>("popupCountry")->currentText(), text("Germany Berlin"));
     }
 
-    void changeItemTakesARandomLocation() {
+    void changeItemPicksARandomLocation() {
         hideAt("Germany Berlin");
         m_controller->statusItem().changeIpMenuItem()->trigger();
         waitForFetches(2);
         QCOMPARE(m_controller->usedLocations().size(), 1);
-        QVERIFY(SessionState::shared().hidden); // a change while hidden keeps the flag until the outcome
+        QVERIFY(SessionState::shared()
+                    .hidden); // a change while hidden keeps the flag until the attempt has ended
     }
 
     void discardingTheLastAddressRemovesTheLocation() {
@@ -140,7 +141,7 @@ private Q_SLOTS:
         waitForFetches(2);
         QCOMPARE(services().preferences().string(text("discardedIPs")), text("203.0.113.1"));
         QCOMPARE(indexOf("Germany Berlin"), -1);
-        QVERIFY(asked().last() != text("203.0.113.1"));
+        QVERIFY(requestedAddresses().last() != text("203.0.113.1"));
     }
 
     void discardedAddressStaysDiscardedWhenTheListIsReadAgain() {
@@ -162,7 +163,8 @@ private Q_SLOTS:
         find<QCheckBox>("checkboxRequireUS")->click();
         QVERIFY(services().preferences().boolean(text("requireUS")));
         waitForFetches(2);
-        QVERIFY(asked().last() == text("203.0.113.2") || asked().last() == text("203.0.113.3"));
+        QVERIFY(requestedAddresses().last() == text("203.0.113.2") ||
+                requestedAddresses().last() == text("203.0.113.3"));
         QCOMPARE(find<QComboBox>("popupCountry")->currentIndex(), 0);
     }
 
@@ -175,16 +177,16 @@ private Q_SLOTS:
         QVERIFY(!services().preferences().boolean(text("requireUS")));
     }
 
-    void rotationUsesEveryLocationThenWaitsAliveAndGoesOnWhenTheListIsNew() {
+    void rotationUsesEveryLocationThenWaitsAndContinuesWithANewList() {
         useEveryLocation();
-        QStringList sorted = asked();
+        QStringList sorted = requestedAddresses();
         sorted.sort();
         QCOMPARE(sorted, (QStringList{text("203.0.113.1"), text("203.0.113.2"), text("203.0.113.3")}));
         m_controller->hotKeyPressed(2);
         QVERIFY(find<QLabel>("fieldLine3")->isVisible());
         QVERIFY(find<QLabel>("fieldLine3")->text().startsWith(text("Every location has been used")));
         QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
-        QCOMPARE(asked().size(), 3);
+        QCOMPARE(requestedAddresses().size(), 3);
         services().platform().notifications->post(text("updateServerList"));
         waitForFetches(4);
         QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
@@ -213,8 +215,8 @@ private Q_SLOTS:
         waitForFetches(4);
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::processEvents();
-        QCOMPARE(asked().size(), 4);
-        QCOMPARE(asked().last(), text("203.0.113.1"));
+        QCOMPARE(requestedAddresses().size(), 4);
+        QCOMPARE(requestedAddresses().last(), text("203.0.113.1"));
     }
 
     void waitingAttemptCanBeStopped() {
@@ -225,7 +227,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->display().state().stateImage, text("appmain"));
         services().platform().notifications->post(text("updateServerList"));
         QCoreApplication::processEvents();
-        QCOMPARE(asked().size(), 3); // nothing goes on by itself any more
+        QCOMPARE(requestedAddresses().size(), 3); // the stopped attempt does not continue by itself
     }
 
     void intervalIsStoredAndDoesNotTouchARunningTimer() {
@@ -240,7 +242,7 @@ private Q_SLOTS:
         QCOMPARE(services().delayedCalls().pending().back().due, pending.back().due);
     }
 
-    void refreshAsksAgainOnlyWhileNotHidden() {
+    void refreshRequestsOnlyWhileNotHidden() {
         m_controller->statusItem().refreshMenuItem()->trigger();
         QCOMPARE(services().urls().downloads().size(), 2U);
         QVERIFY(services().urls().finishNext(answerText));

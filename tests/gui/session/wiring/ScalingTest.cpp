@@ -26,7 +26,7 @@ bool fits(const QWidget &widget) {
     return needed.width() <= size.width() && needed.height() <= size.height();
 }
 
-/// Everything with a text that does not have the room for it, or lies outside of its parent.
+/// Every widget that is too small for its text, or is outside of its parent.
 QStringList clipped(const QWidget &window) {
     QStringList found;
     for (const QWidget *widget : window.findChildren<QWidget *>()) {
@@ -53,8 +53,8 @@ QStringList clipped(const QWidget &window) {
 
 } // namespace
 
-/// Whether every text has its room, on a screen of the density that QT_SCALE_FACTOR says (1 without it) and
-/// in the locale's language.
+/// Checks that every text fits, on a screen of the density in QT_SCALE_FACTOR (1 without it) and in the
+/// locale's language.
 class ScalingTest : public QObject {
     Q_OBJECT
 
@@ -79,7 +79,7 @@ private Q_SLOTS:
 
     void cleanup() { m_fixture.reset(); }
 
-    void screenHasTheDensityAskedFor() {
+    void screenHasTheRequestedDensity() {
         QWidget window;
         window.show();
         const double factor = qEnvironmentVariable("QT_SCALE_FACTOR", text("1")).toDouble();
@@ -121,7 +121,7 @@ private Q_SLOTS:
         }
     }
 
-    void hotKeysPaneHasRoomForEveryTrouble() {
+    void hotKeysPaneHasRoomForEveryProblem() {
         SettingsFixture &settings = *m_fixture;
         settings.store("bringUpWindowHotKey", 35);
         settings.store("hideIpHotKey", 31);
@@ -137,7 +137,7 @@ private Q_SLOTS:
         check(settings.window());
     }
 
-    void hotKeysPaneHasRoomForTroublesThatComeWhileItIsShown() {
+    void hotKeysPaneHasRoomForProblemsThatComeWhileItIsShown() {
         SettingsFixture &settings = *m_fixture;
         settings.startAndShow();
         settings.window().toolbarItemPressed(text("tbiHotKeys"));
@@ -147,7 +147,7 @@ private Q_SLOTS:
             settings.click("buttonApply");
         };
         for (const char *digit : {"0", "1", "2", "3", "4"}) {
-            apply("dropdownBringUpWindow", digit); // and it keeps the ones before
+            apply("dropdownBringUpWindow", digit); // the earlier combinations stay registered
         }
         apply("dropdownHideIP", "0");
         apply("dropdownChangeIP", "1");

@@ -18,7 +18,7 @@
 
 namespace quorvane {
 
-/// The settings window in the whole program, over recording services.
+/// The settings window in the whole program, with fake services.
 class SettingsMainWindowTest : public QObject {
     Q_OBJECT
 
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QVERIFY(m_controller->window().isVisible());
     }
 
-    void everyWayOutShowsTheMainWindow() {
+    void everyWayOfClosingShowsTheMainWindow() {
         for (const char *way : {"buttonOk", "buttonCancel", "close box"}) {
             openSettings();
             if (auto *button = inSettings<QPushButton>(way)) {
@@ -149,7 +149,7 @@ private Q_SLOTS:
         QVERIFY(inMain<QLineEdit>("fieldChangeIpInterval")->isEnabled());
     }
 
-    void mainWindowsBoxIsFollowedAndOverridesAnOlderPendingEdit() {
+    void mainWindowsBoxIsShownAndOverridesAnOlderPendingEdit() {
         start();
         m_controller->showSettings();
         inSettings<QCheckBox>("checkboxChangeIpInterval")->click(); // pending: on
@@ -202,13 +202,13 @@ private Q_SLOTS:
         QVERIFY(!m_controller->window().isVisible());
     }
 
-    void discardedListIsTheSettingsWindows() {
+    void discardedListIsHeldByTheSettingsWindow() {
         start();
         m_controller->settings().addDiscardedIp(text("203.0.113.7"));
         QCOMPARE(m_controller->getDiscardList(), QStringList{text("203.0.113.7")});
     }
 
-    void discardedListIsThereBeforeTheSettingsWindow() {
+    void discardedListIsReadBeforeTheSettingsWindowExists() {
         services().preferences().setValue(text("discardedIPs"), text("203.0.113.7|203.0.113.9"));
         start();
         QVERIFY(findSettings() == nullptr);

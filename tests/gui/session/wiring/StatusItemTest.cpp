@@ -24,7 +24,7 @@ constexpr char answerText[] = "STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCAT
 
 } // namespace
 
-/// The main window's controller and its status item over recording services.
+/// The main window's controller and its status item with fake services.
 class StatusItemTest : public QObject {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ private:
     std::unique_ptr<GuiFixture> m_fixture;
     std::unique_ptr<QrvAPI> m_api;
     std::unique_ptr<QrvMainWindowController> m_controller;
-    QStringList m_images; ///< every image that the icon was given, in order
+    QStringList m_images; ///< every image that was set for the icon, in order
 
     [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
@@ -139,7 +139,7 @@ private Q_SLOTS:
         QVERIFY(!frames.contains(text("A15")));
     }
 
-    void menuWaitsForTheFirstAnswerWithWhatHides() {
+    void hidingMenuItemsAreDisabledUntilTheFirstAnswer() {
         services().trayHosts().setNotifierHost(true);
         start();
         QCOMPARE(icon()->contextMenu(), &tray().menu());
@@ -155,7 +155,7 @@ private Q_SLOTS:
         QVERIFY(tray().changeIpMenuItem()->isEnabled());
     }
 
-    void copyItemIsTakenByTheFirstResetForTheRestOfTheRun() {
+    void copyItemIsDisabledByTheFirstResetForTheRestOfTheRun() {
         start();
         QVERIFY(tray().copyIpMenuItem()->isEnabled());
         answer();
@@ -214,7 +214,7 @@ private Q_SLOTS:
         QCOMPARE(tray().toolTip(), text("Quorvane: your IP is not hidden"));
     }
 
-    void closedWindowFollowsTheTrayThatComesAndGoes() {
+    void closedWindowIsHiddenOrMinimisedAsTheTrayComesAndGoes() {
         start();
         window().close();
         QVERIFY(window().isMinimized());
@@ -234,7 +234,7 @@ private Q_SLOTS:
         QVERIFY(!window().isMinimized());
     }
 
-    void windowThatTheUserTookFromTheTaskBarStays() {
+    void windowThatTheUserRestoredFromTheTaskBarStays() {
         start();
         window().close();
         QVERIFY(window().isMinimized());

@@ -82,14 +82,14 @@ private Q_SLOTS:
         m_fixture.reset();
     }
 
-    void beforeTheFirstListRandomLocationStandsAlone() {
+    void beforeTheFirstListThereIsOnlyRandomLocation() {
         QCOMPARE(titles(), QStringList{text("Random Location")});
         QVERIFY(m_pane->currentItem()->vpnData() == nullptr);
         QCOMPARE(m_pane->currentItem()->imageName(), text("xx"));
         QVERIFY(m_pane->selectedItem() == nullptr);
     }
 
-    void fullLocationsCarryTheGoldMarkAndSayIt() {
+    void fullLocationsHaveTheGoldMarkAndAnAccessibleText() {
         m_api->model().setLocations(text("DE;BER;Berlin;1|US;DEN;Denver;0|QQ;BER;Elsewhere;1"));
         m_pane->fillCountries(m_servers);
         QCOMPARE(titles().at(1), text("Germany Berlin"));
@@ -97,7 +97,9 @@ private Q_SLOTS:
             const bool full = row == 1;
             QCOMPARE(popup()->itemData(row, LocationRowDelegate::fullRole).toBool(), full);
             QCOMPARE(m_pane->items().at(static_cast<std::size_t>(row))->isMarkedFull(), full);
-            QVERIFY(!m_pane->items().at(static_cast<std::size_t>(row))->full()); // it has no item view
+            QVERIFY(!m_pane->items()
+                         .at(static_cast<std::size_t>(row))
+                         ->full()); // without an item view it is false
         }
         QCOMPARE(popup()->itemData(1, Qt::AccessibleTextRole).toString(), text("Germany Berlin, full"));
         QCOMPARE(popup()->itemText(1), text("Germany Berlin"));
@@ -196,7 +198,7 @@ private Q_SLOTS:
         m_pane->checkPopupCountry();
         QCOMPARE(preferences().string(text("countryCode")), text("xx"));
         QCOMPARE(preferences().value(text("location")), QVariant(text("")));
-        QCOMPARE(m_delegate.events.size(), 1); // random choice leaves the US-only box alone
+        QCOMPARE(m_delegate.events.size(), 1); // the random choice does not change the US-only box
     }
 
     void keptAddressDecidesTheStoredLocation() {
@@ -226,7 +228,7 @@ private Q_SLOTS:
         choose(1);
         QCOMPARE(m_delegate.events, (QStringList{text("US off"), text("stop"), text("start")}));
         QCoreApplication::processEvents();
-        QCOMPARE(m_delegate.events.last(), text("terminate")); // asked for without waiting
+        QCOMPARE(m_delegate.events.last(), text("terminate")); // queued, not waited for
         QCOMPARE(preferences().string(text("location")), text("BER DE"));
     }
 
@@ -283,7 +285,7 @@ private Q_SLOTS:
         QCOMPARE(m_pane->currentItem()->text(), popup()->currentText());
     }
 
-    void comingIntoViewSelectsTheStoredFlag() {
+    void refreshSelectsTheStoredFlag() {
         m_pane->fillCountries(m_servers);
         preferences().setValues({{text("countryCode"), text("US")}, {text("useSameIP"), true}});
         m_pane->refresh();
@@ -291,7 +293,7 @@ private Q_SLOTS:
         QVERIFY(sameIp()->isChecked());
     }
 
-    void keptAddressShowsFromTheStart() {
+    void keptAddressIsShownAfterConnecting() {
         preferences().setValue(text("useSameIP"), true);
         QrvLocationPaneController another;
         another.connectTo(m_api.get(), &m_delegate);

@@ -23,7 +23,7 @@ private:
 
     [[nodiscard]] QLabel *label(const char *name) const { return row().findChild<QLabel *>(text(name)); }
 
-    /// One drawing of the row alone: its fill, seen at a corner without text or picture.
+    /// Draws only the row once; the colour of a corner without text or picture.
     [[nodiscard]] QColor fillOfOneDrawing() const {
         QImage image(row().size(), QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
@@ -56,7 +56,7 @@ private Q_SLOTS:
         m_fixture.reset();
     }
 
-    void controllerBeginsWithoutPictures() {
+    void controllerStartsWithoutPictures() {
         const QrvMenuItemViewController alone;
         QVERIFY(alone.view() != nullptr);
         QVERIFY(alone.menuItem() == nullptr);
@@ -66,7 +66,7 @@ private Q_SLOTS:
         QVERIFY(!alone.gold());
     }
 
-    void controllerGivesTheRowItsItemAndLabel() {
+    void controllerSetsTheRowsItemAndLabel() {
         QCOMPARE(m_controller->menuItem(), m_item);
         QCOMPARE(row().menuItem(), m_item);
         QCOMPARE(row().labelText(), label("labelText"));
@@ -101,7 +101,7 @@ private Q_SLOTS:
         QVERIFY(label("imageGold")->pixmap().isNull());
     }
 
-    void flagIsShownAndTakenAway() {
+    void flagIsShownAndRemoved() {
         QPixmap flag(28, 21);
         flag.fill(Qt::blue);
         m_controller->setFlagImage(flag);
@@ -130,10 +130,11 @@ private Q_SLOTS:
         row().mouseExited();
         QCOMPARE(fillOfOneDrawing().alpha(), 0);
         QCOMPARE(textColour(), QColor(Qt::black));
-        QCOMPARE(fillOfOneDrawing(), selected(QPalette::Highlight)); // the menu still says so
+        QCOMPARE(fillOfOneDrawing(),
+                 selected(QPalette::Highlight)); // the item is still the menu's active one
     }
 
-    void enteringAndLeavingDrawsAnew() {
+    void enteringAndLeavingRedraws() {
         row().show();
         QVERIFY(QTest::qWaitForWindowExposed(&row()));
         m_menu->setActiveAction(m_item);
@@ -153,7 +154,7 @@ private Q_SLOTS:
         QTest::mouseClick(&row(), Qt::LeftButton, {}, QPoint(3, 3));
         QVERIFY(!m_menu->isVisible());
         QCOMPARE(chosen.size(), 1);
-        // With the keyboard it is the same.
+        // The keyboard has the same effect.
         m_menu->popup(QPoint(10, 10));
         m_menu->setActiveAction(m_item);
         QTest::keyClick(m_menu.get(), Qt::Key_Return);
@@ -161,7 +162,7 @@ private Q_SLOTS:
         QCOMPARE(chosen.size(), 2);
     }
 
-    void clickInASubmenuClosesThemAll() {
+    void clickInASubmenuClosesAllMenus() {
         QMenu outer;
         outer.addMenu(m_menu.get());
         m_menu->setTitle(text("Locations"));
@@ -186,7 +187,7 @@ private Q_SLOTS:
     }
 
     void rowOutlivesItsItem() {
-        m_menu.reset(); // takes the item along
+        m_menu.reset(); // destroys the item too
         row().mouseDown();
         QCOMPARE(fillOfOneDrawing().alpha(), 0);
         QVERIFY(m_controller->menuItem() == nullptr);

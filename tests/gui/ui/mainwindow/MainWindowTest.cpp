@@ -101,7 +101,7 @@ private Q_SLOTS:
         QVERIFY(!button("changeIpButton")->isVisible());
     }
 
-    void nothingJumpsBetweenTheStates() {
+    void noControlMovesBetweenTheStates() {
         const QPoint before = button("buttonQuorvane")->pos();
         m_display->answerHandled();
         m_display->searching();
@@ -119,7 +119,7 @@ private Q_SLOTS:
         }
     }
 
-    void pressesAreTold() {
+    void pressesAreEmitted() {
         m_display->answerHandled();
         QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
         QTest::mouseClick(button("buttonQuorvane"), Qt::LeftButton);
@@ -134,7 +134,7 @@ private Q_SLOTS:
         QCOMPARE(discard.size(), 1);
     }
 
-    void drawingIsNoEdit() {
+    void drawingEmitsNoEdit() {
         QSignalSpy edits(m_window.get(), &MainWindow::intervalEntered);
         m_display->interval(42, true);
         QCOMPARE(m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), 42);
@@ -176,7 +176,7 @@ private Q_SLOTS:
         auto *field = m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
         field->setFocus();
         field->selectAll();
-        field->insert(typed); // as a paste does: one edit
+        field->insert(typed); // one edit, as a paste
         QCOMPARE(field->text(), left);
         QVERIFY(!edits.isEmpty());
         QCOMPARE(edits.last().first().toInt(), left.toInt());
@@ -191,7 +191,7 @@ private Q_SLOTS:
         QVERIFY(!field->hasFocus());
     }
 
-    void transportLabelsAreSentAsTheyStand() {
+    void transportLabelsAreSentUnchanged() {
         QCOMPARE(m_window->transportLabel(), text("TCP"));
         QSignalSpy chosen(m_window.get(), &MainWindow::transportChosen);
         m_window->findChild<QRadioButton *>(text("segmentUdp"))->click();
@@ -201,7 +201,7 @@ private Q_SLOTS:
         QCOMPARE(m_window->transportIndex(), 0);
     }
 
-    void closingHidesOnlyWhereTheTrayLeadsBack() {
+    void closingHidesOnlyWhenATrayCanShowTheWindowAgain() {
         m_window->setReachableByTray(true);
         m_window->close();
         QVERIFY(!m_window->isVisible());
@@ -227,7 +227,7 @@ private Q_SLOTS:
         QVERIFY(!floating.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     }
 
-    void quitKeyAsksToQuit() {
+    void quitKeyRequestsQuitting() {
         QSignalSpy quit(m_window.get(), &MainWindow::quitRequested);
         m_window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
@@ -237,7 +237,7 @@ private Q_SLOTS:
 
     void everyControlHasAName() {
         for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
-            const bool innerPart = widget->objectName().startsWith(text("qt_")); // spoken for by its owner
+            const bool innerPart = widget->objectName().startsWith(text("qt_")); // its owner has the name
             if (innerPart || widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) {
                 continue;
             }

@@ -112,8 +112,8 @@ private Q_SLOTS:
         QVERIFY(m_source->flags(m_source->index(0, 0)).testFlag(Qt::ItemIsSelectable));
     }
 
-    void keysCopyAndAskForDeletion() {
-        QSignalSpy asked(m_table.get(), &QrvDiscardIpTableViewController::deletePressed);
+    void keysCopyAndRequestDeletion() {
+        QSignalSpy deleteRequests(m_table.get(), &QrvDiscardIpTableViewController::deletePressed);
         m_table->addRow(text("1.1.1.1"));
         m_table->addRow(text("2.2.2.2"));
         m_table->show();
@@ -121,10 +121,10 @@ private Q_SLOTS:
         QTest::keyClick(m_table.get(), Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QGuiApplication::clipboard()->text(), text("2.2.2.2"));
         QTest::keyClick(m_table.get(), Qt::Key_Delete);
-        QCOMPARE(asked.size(), 1);
+        QCOMPARE(deleteRequests.size(), 1);
         m_table->deleteSelectedRow();
         QCOMPARE(m_table->getRowData(), QStringList{text("1.1.1.1")});
-        QCOMPARE(m_table->currentIndex().row(), 0); // the next Delete needs no new selection
+        QCOMPARE(m_table->currentIndex().row(), 0); // the next Delete needs no other selection
         m_table->deleteSelectedRow();
         QCOMPARE(m_table->getRowData(), QStringList());
     }

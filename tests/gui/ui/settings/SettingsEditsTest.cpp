@@ -21,7 +21,7 @@ QVariant integer(qint64 value) {
 
 } // namespace
 
-/// What becomes of edits: every control with its preference, and each way out of the window.
+/// The handling of edits: every control with its preference, and each way of closing the window.
 class SettingsEditsTest : public QObject {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ private:
         QFAIL("no pane shows this control");
     }
 
-    /// Does to the control what a user does to it.
+    /// Operates the control as the user does.
     void edit(const QString &name) const {
         auto *control = m_fixture->window().findChild<QWidget *>(name);
         QVERIFY(control != nullptr);
@@ -60,7 +60,7 @@ private:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QVariant>("before");
         QTest::addColumn<QVariant>("after");
-        /// Held by the user-defaults controller, or only in the control until it is applied.
+        /// Whether the user-defaults controller holds the edit, or only the control until it is applied.
         QTest::addColumn<bool>("bound");
         const auto row = [](const char *control, const char *key, const QVariant &before,
                             const QVariant &after, bool bound) {
@@ -140,7 +140,7 @@ private Q_SLOTS:
         QVERIFY(!defaults().hasPendingEdits());
         QVERIFY(!m_fixture->window().isVisible());
         QCOMPARE(m_fixture->delegate.calls, QStringList{text("show")});
-        m_fixture->controller->showWindow(); // and the controls show what is stored
+        m_fixture->controller->showWindow(); // and the controls show the stored values
         m_fixture->click("buttonApply");
         QVariantMap after = m_fixture->services.preferences().all();
         for (const char *key : {"modeUserAgent", "hideMyCookiesHeaders"}) {
@@ -165,7 +165,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->delegate.calls, QStringList{text("show")});
         m_fixture->controller->showWindow();
         m_fixture->click("buttonApply");
-        // A pending edit was still there; what stood in a control alone was read anew.
+        // A pending edit is still held; a value that only the control contained is read again.
         QCOMPARE(stored(key), bound ? after : before.value(key));
     }
 
@@ -188,7 +188,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->stored("hideMyCookiesHeaders"), integer(0));
     }
 
-    void browserBoxesAreNobodysBusiness() {
+    void browserBoxesHaveNoEffect() {
         const QVariantMap before = m_fixture->services.preferences().all();
         for (const char *name : {"checkboxSafari", "checkboxFirefox", "checkboxOpera", "checkboxChrome"}) {
             m_fixture->click(name);
@@ -220,7 +220,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->find<QComboBox>("comboboxUserAgent")->currentText(), text("an agent of my own"));
         QVERIFY(m_fixture->find<QComboBox>("comboboxUserAgent")->isEnabled());
         const QVariantMap before = m_fixture->services.preferences().all();
-        m_fixture->click("buttonApply"); // nothing was edited: everything stays, with its value
+        m_fixture->click("buttonApply"); // nothing was edited, so every value stays
         for (auto entry = before.begin(); entry != before.end(); ++entry) {
             QCOMPARE(stored(entry.key()), entry.value());
         }
@@ -275,7 +275,7 @@ private Q_SLOTS:
         QCOMPARE(field->text(), text("38"));
     }
 
-    void intervalIsStoredAsTheFieldReadsAndAZeroIsMendedAtTheNextStart() {
+    void intervalIsStoredAsTheFieldReadsAndAZeroIsReplacedAtTheNextStart() {
         m_fixture->click("checkboxChangeIpInterval");
         auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
         field->selectAll();
@@ -308,7 +308,7 @@ private Q_SLOTS:
         QVERIFY(!m_fixture->find<QCheckBox>("launchOnStart")->isChecked());
         m_fixture->click("launchOnStart");
         QCOMPARE(m_fixture->delegate.calls, QStringList{text("launch on")});
-        m_fixture->click("buttonCancel"); // it has been done: nothing to take back
+        m_fixture->click("buttonCancel"); // the change was stored at once, so nothing is reverted
         m_fixture->controller->showWindow();
         QVERIFY(m_fixture->find<QCheckBox>("launchOnStart")->isChecked());
         m_fixture->click("launchOnStart");
@@ -325,7 +325,7 @@ private Q_SLOTS:
     }
 
     void operationsWithoutEffectHaveNone() {
-        m_fixture->click("checkboxHide"); // pending, and stays so
+        m_fixture->click("checkboxHide"); // pending, and stays pending
         const QVariantMap before = m_fixture->services.preferences().all();
         const auto calls = m_fixture->services.hotKeys().calls();
         QrvSettingsWindowController::setBrowsers();

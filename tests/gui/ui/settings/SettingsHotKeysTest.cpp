@@ -19,7 +19,7 @@ constexpr std::array dropdowns = {"dropdownHideIP", "dropdownChangeIP", "dropdow
 
 } // namespace
 
-/// The pane "Hot Keys": what can be chosen, what is refused, and what the desktop is told.
+/// The pane "Hot Keys": the choices, the refused ones, and the registrations with the desktop.
 class SettingsHotKeysTest : public QObject {
     Q_OBJECT
 
@@ -77,7 +77,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->delegate.fired, QList<quint32>{1});
     }
 
-    void conflictIsToldAndTheSecondPopUpPutBack() {
+    void conflictIsReportedAndTheSecondPopUpReset() {
         m_fixture->store("changeIpHotKey", 33);
         showPane();
         m_fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 1"));
@@ -95,7 +95,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->stored("changeIpHotKey").toLongLong(), 33);
     }
 
-    void everyPopUpMindsEveryOther_data() {
+    void everyPopUpConflictsWithEveryOther_data() {
         QTest::addColumn<QString>("sender");
         QTest::addColumn<QString>("other");
         for (const char *sender : dropdowns) {
@@ -107,7 +107,7 @@ private Q_SLOTS:
         }
     }
 
-    void everyPopUpMindsEveryOther() {
+    void everyPopUpConflictsWithEveryOther() {
         QFETCH(QString, sender);
         QFETCH(QString, other);
         m_fixture->store("hideIpHotKey", 31);
@@ -153,7 +153,7 @@ private Q_SLOTS:
         m_fixture->store("hideIpHotKey", 2);
         showPane();
         m_fixture->choose(dropdown("dropdownHideIP"), text("None"));
-        m_fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 1")); // free in the pane
+        m_fixture->choose(dropdown("dropdownDiscardIP"), text("Cmd + 1")); // not shown in the pane
         QVERIFY(m_fixture->alerts.isEmpty());
         QCOMPARE(dropdown("dropdownDiscardIP")->currentText(), text("Cmd + 1"));
     }
@@ -175,7 +175,7 @@ private Q_SLOTS:
         QCOMPARE(dropdown("dropdownChangeIP")->currentText(), text("None"));
     }
 
-    void closedPopUpDoesNotWalkThroughOthersCombinations() {
+    void closedPopUpDoesNotChangeItsChoiceByKeys() {
         m_fixture->store("hideIpHotKey", 1);
         showPane();
         QComboBox *box = dropdown("dropdownChangeIP");
@@ -212,7 +212,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->services.hotKeys().press(digit1, cmd), 1);
     }
 
-    void refusedCombinationIsToldBesideItsPopUpAndStaysChosen() {
+    void refusedCombinationIsReportedBesideItsPopUpAndStaysChosen() {
         m_fixture->services.hotKeys().takeElsewhere(digit2, cmd);
         showPane();
         QCOMPARE(note("noteDiscardIP"), text(""));
@@ -229,7 +229,7 @@ private Q_SLOTS:
         QCOMPARE(note("noteDiscardIP"), text(""));
     }
 
-    void combinationStillHeldByAnotherActionIsToldWithItsName() {
+    void combinationStillHeldByAnotherActionIsReportedWithItsName() {
         m_fixture->store("hideIpHotKey", 2);
         showPane();
         m_fixture->choose(dropdown("dropdownHideIP"), text("Cmd + 2"));
@@ -254,7 +254,7 @@ private Q_SLOTS:
         QCOMPARE(note("noteStopHidingIP"), text("The desktop declined this combination."));
     }
 
-    void desktopIsToldWhatTheHotKeysDo() {
+    void desktopReceivesTheDescriptionsOfTheHotKeys() {
         m_fixture->start();
         const QStringList names = {text("Hide IP"), text("Change IP"), text("Stop hiding IP"),
                                    text("Discard IP"), text("Bring up window")};
@@ -263,7 +263,7 @@ private Q_SLOTS:
         }
     }
 
-    void desktopWithoutHotKeysIsToldInOneSentenceAndAllElseWorks() {
+    void desktopWithoutHotKeysIsReportedInOneSentenceAndAllElseWorks() {
         const QString sentence =
             text("This desktop offers no global hot keys: these combinations have no effect.");
         m_fixture->services.hotKeys().setAvailable(false);

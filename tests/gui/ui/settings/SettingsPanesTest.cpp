@@ -19,7 +19,7 @@
 
 namespace quorvane {
 
-/// What each pane does of its own.
+/// The functions of the single panes.
 class SettingsPanesTest : public QObject {
     Q_OBJECT
 
@@ -28,7 +28,7 @@ private:
     QObject m_observer;
     int m_updates = 0;
 
-    void startOver() {
+    void restart() {
         m_fixture = std::make_unique<SettingsFixture>();
         m_updates = 0;
         m_fixture->services.platform().notifications->addObserver(text("updateServerList"), &m_observer,
@@ -68,11 +68,11 @@ private:
 
 private Q_SLOTS:
 
-    void init() { startOver(); }
+    void init() { restart(); }
 
     void cleanup() { m_fixture.reset(); }
 
-    void discardedAddressesAreAddedAskedForAndListed() {
+    void discardedAddressesAreAddedFoundAndListed() {
         m_fixture->store("discardedIPs", text("1.1.1.1|2.2.2.2"));
         m_fixture->start();
         m_fixture->controller->addDiscardedIp(text("3.3.3.3"));
@@ -126,7 +126,7 @@ private Q_SLOTS:
         QVERIFY(m_fixture->window().isVisible());
     }
 
-    void discardedTableShowsSeveralRowsAndSaysWhenItIsEmpty() {
+    void discardedTableShowsSeveralRowsAndAHintWhenItIsEmpty() {
         showPane(text("tbiIpAddresses"));
         auto *addresses = table("tableDiscardIp");
         QVERIFY(addresses->emptyHint().contains(text("Discard IP")));
@@ -148,14 +148,14 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->controller->getRowData(), QStringList{text("1.1.1.1")});
     }
 
-    void cookieSitesLoseTheirSchemeAndHaveAListOfTheirOwn() {
+    void cookieSitesLoseTheirSchemeAndHaveTheirOwnList() {
         m_fixture->store("discardedIPs", text("1.1.1.1"));
         showPane(text("tbiCookieCrumble"));
         addSite("https://www.example.com/a");
         addSite("http://example.org");
         addSite("example.net/x");
         addSite("https://http://twice.example");
-        addSite("hthttps://tp://inner.example"); // the one is taken out before the other is looked for
+        addSite("hthttps://tp://inner.example"); // one is removed before the other is searched
         addSite("https://example.org");          // listed already
         QCOMPARE(m_fixture->stored("cookieSites"),
                  QVariant(text("www.example.com/a|example.org|example.net/x|twice.example|inner.example")));
@@ -232,7 +232,7 @@ private Q_SLOTS:
     }
 
     void failedWriteOfTheVpnFileIsSilent() {
-        showPane(text("tbiVpn")); // there is no folder to write into
+        showPane(text("tbiVpn")); // the folder for the file does not exist
         fillVpn();
         m_fixture->click("saveButton");
         QVERIFY(!QFile::exists(credentialsFile()));
@@ -247,7 +247,7 @@ private Q_SLOTS:
         QVERIFY(!m_fixture->stored("vpnConfigPath").isValid());
     }
 
-    void filePanelIsModelessAndTakesOneConfigurationFile() {
+    void filePanelIsModelessAndAcceptsOneConfigurationFile() {
         const QString path = m_fixture->services.home() + text("/my tunnel 100%.ovpn");
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
@@ -303,7 +303,7 @@ private Q_SLOTS:
         connect(&closer, &QTimer::timeout, this, [&] {
             if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
                 dialogs.append(dialog);
-                m_fixture->controller->authWindow(); // one at a time
+                m_fixture->controller->authWindow(); // only one dialog is open
                 dialog->reject();
             }
         });

@@ -13,7 +13,7 @@
 
 namespace quorvane {
 
-/// Stands for the main window's controller.
+/// A fake of the main window's controller.
 class RecordingSettingsDelegate final : public SettingsDelegate {
 public:
     void showMainWindow() override { calls.append(text("show")); }
@@ -34,7 +34,7 @@ public:
     bool launches = false;
 };
 
-/// The settings window over recording services. Preferences are set before start().
+/// The settings window with fake services. Preferences are set before start().
 class SettingsFixture : public GuiFixture {
 public:
     void start() {
@@ -64,7 +64,7 @@ public:
 
     void click(const char *button) const { find<QAbstractButton>(button)->click(); }
 
-    /// Takes an entry from the open list, as the user does.
+    /// Chooses an entry in the open list, as the user does.
     static void choose(QComboBox *box, const QString &entry) {
         box->showPopup();
         const int row = box->findText(entry);

@@ -16,7 +16,7 @@
 
 namespace quorvane {
 
-/// The window itself: toolbar, panes and their places, keyboard, names for assistive tools.
+/// The window: toolbar, panes and their places, keyboard, names for assistive tools.
 class SettingsWindowTest : public QObject {
     Q_OBJECT
 
@@ -36,15 +36,15 @@ private:
         return nullptr;
     }
 
-    void focusAndCollect(QStringList &names, int most) const {
-        for (int i = 0; i < most; ++i) {
+    void focusAndCollect(QStringList &names, int maximumCount) const {
+        for (int i = 0; i < maximumCount; ++i) {
             const QWidget *focus = window().focusWidget();
             names.append(focus->objectName().isEmpty() ? focus->accessibleName() : focus->objectName());
             QTest::keyClick(&window(), Qt::Key_Tab);
         }
     }
 
-    /// Letters behind which the shown controls of the window lie.
+    /// The mnemonic letters of the window's visible controls.
     [[nodiscard]] QStringList mnemonics() const {
         QStringList letters;
         const QList<QWidget *> all = window().findChildren<QWidget *>();
@@ -67,7 +67,7 @@ private Q_SLOTS:
 
     void init() {
         m_fixture = std::make_unique<SettingsFixture>();
-        int width = 8; // tells the images apart
+        int width = 8; // distinguishes the images
         for (const char *name : {"NSPreferencesGeneral", "NSBonjour", "NSNetwork", "cookies", "advanced"}) {
             m_fixture->addImage(text(name), QSize(width++, 6));
         }
@@ -112,7 +112,7 @@ private Q_SLOTS:
         row("tbiHotKeys", "Hot Keys", "NSBonjour");
         row("tbiAdvanced", "Advanced", "advanced");
         row("tbiVpn", "Test VPN", "NSNetwork");
-        row("tbiBrowsers", "", ""); // there is none
+        row("tbiBrowsers", "", ""); // no such item
     }
 
     void everyAllowedItemHasItsLabelAndImage() {
@@ -127,7 +127,7 @@ private Q_SLOTS:
             QCOMPARE(item->text(), label);
             QVERIFY(!item->icon().isNull());
             QCOMPARE(item->icon().availableSizes(), Images::icon(image).availableSizes());
-            QVERIFY(toolbar.actions().isEmpty()); // made, but not shown
+            QVERIFY(toolbar.actions().isEmpty()); // created, but not shown
         }
     }
 
@@ -195,7 +195,7 @@ private Q_SLOTS:
                 heights.insert(window().height());
             }
         }
-        QVERIFY(heights.size() >= 3); // tall and short panes have been met
+        QVERIFY(heights.size() >= 3); // there were tall and short panes
     }
 
     void paneThatGrowsKeepsTheUpperEdgeItsPlaceAndTheFocus() {
@@ -233,7 +233,7 @@ private Q_SLOTS:
 
     void tabGoesThroughToolbarPaneAndButtons() {
         window().toolbar().findChildren<QToolButton *>().last()->setFocus();
-        m_fixture->click("checkboxChangeIpInterval"); // opens the field and the stepper
+        m_fixture->click("checkboxChangeIpInterval"); // enables the field and the stepper
         const auto buttons = window().toolbar().findChildren<QToolButton *>();
         for (QToolButton *button : buttons) {
             if (button->text() == text("IP Addresses")) {
@@ -248,7 +248,7 @@ private Q_SLOTS:
                               text("fieldChangeIpInterval"), text("stepperChangeIpInterval"),
                               text("checkboxHide"), text("launchOnStart"), text("buttonOurWebsite"),
                               text("buttonCancel"), text("buttonApply"), text("buttonOk")}));
-        QCOMPARE(window().focusWidget()->accessibleName(), text("IP Addresses")); // round again
+        QCOMPARE(window().focusWidget()->accessibleName(), text("IP Addresses")); // back at the first
     }
 
     void shortcutsSwitchThePanes() {
@@ -264,8 +264,8 @@ private Q_SLOTS:
             window().toolbarItemPressed(identifier);
             QStringList letters = mnemonics();
             QVERIFY2(letters.size() >= 6, qPrintable(identifier));
-            const QString present = letters.join(u' ');
-            QVERIFY2(letters.removeDuplicates() == 0, qPrintable(identifier + QChar(u' ') + present));
+            const QString allLetters = letters.join(u' ');
+            QVERIFY2(letters.removeDuplicates() == 0, qPrintable(identifier + QChar(u' ') + allLetters));
         }
     }
 
@@ -300,7 +300,7 @@ private Q_SLOTS:
             const bool control = qobject_cast<QAbstractButton *>(widget) ||
                                  qobject_cast<QLineEdit *>(widget) || qobject_cast<QComboBox *>(widget) ||
                                  qobject_cast<QSpinBox *>(widget) || qobject_cast<QTableView *>(widget);
-            const bool shown = !widget->inherits("QTableCornerButton"); // there are no headers
+            const bool shown = !widget->inherits("QTableCornerButton"); // the headers are hidden
             if (!control || !shown || widget->objectName().startsWith(text("qt_")) ||
                 widget->focusProxy() != nullptr) {
                 continue;

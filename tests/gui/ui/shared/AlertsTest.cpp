@@ -68,7 +68,7 @@ private Q_SLOTS:
             if (alert.text == text("outer")) {
                 Alerts::shared().critical({text("t"), text("inner"), {}});
                 Alerts::shared().criticalLater({text("t"), text("later"), {}});
-                QCoreApplication::processEvents(); // what a modal loop does
+                QCoreApplication::processEvents(); // as a modal loop does
             }
             --depth;
         });

@@ -33,7 +33,7 @@ private Q_SLOTS:
 
     void cleanup() { m_fixture.reset(); }
 
-    void onePictureACharacterPackedLeftToRight() {
+    void onePicturePerCharacterFromLeftToRight() {
         QrvFancyIp ip;
         ip.setStringValue(text("10.0.0.1"));
         QCOMPARE(images(ip), (QStringList{text("1"), text("0"), text("dot"), text("0"), text("dot"),
@@ -57,7 +57,7 @@ private Q_SLOTS:
         QVERIFY(ip.width() < before);
     }
 
-    void charactersWithoutAPictureCloseUp() {
+    void charactersWithoutAPictureLeaveNoGap() {
         QrvFancyIp with;
         with.setStringValue(text("1:x1\n"));
         QrvFancyIp without;
@@ -75,7 +75,7 @@ private Q_SLOTS:
         QCOMPARE(ip.stringValue().size(), 1'000'000);
     }
 
-    void emptyTextKeepsTheRoom() {
+    void emptyTextKeepsTheSize() {
         QrvFancyIp ip;
         ip.setStringValue(text("10.0.0.1"));
         const QSize before = ip.size();
@@ -101,7 +101,7 @@ private Q_SLOTS:
         QCOMPARE(picture.pixelColor(19, 19), QColor(64, 64, 64));
     }
 
-    void transparentWindowIsBorderlessWhateverIsAskedFor() {
+    void transparentWindowIsBorderlessWhateverStyleIsRequested() {
         const TransparentWindow window(Qt::WindowTitleHint);
         QVERIFY(window.windowFlags().testFlag(Qt::FramelessWindowHint));
         QVERIFY(window.testAttribute(Qt::WA_TranslucentBackground));
@@ -111,7 +111,7 @@ private Q_SLOTS:
         QVERIFY(TransparentWindow::canBecomeMainWindow());
     }
 
-    void transparentWindowTakesAnImageOfItsSize() {
+    void transparentWindowLoadsAnImageOfItsSize() {
         TransparentWindow window;
         window.setWindowSize(100);
         QVERIFY(window.backgroundImage().isNull()); // before any image the background stays clear

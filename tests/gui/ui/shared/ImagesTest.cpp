@@ -8,7 +8,7 @@
 
 namespace quorvane {
 
-/// The program's named images and the icons made of them.
+/// The program's named images and their icons.
 class ImagesTest : public QObject {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ private Q_SLOTS:
 
     void cleanup() { m_fixture.reset(); }
 
-    void theSmallestLargeEnoughPictureIsTaken() {
+    void theSmallestLargeEnoughPictureIsUsed() {
         PictureEngine engine({save("one", 22, 22, Qt::red), save("one@2x", 44, 44, Qt::blue)});
         const auto colourAt = [&engine](int side) {
             return engine.pixmap(QSize(side, side), QIcon::Normal, QIcon::Off).toImage().pixelColor(1, 1);
@@ -49,7 +49,7 @@ private Q_SLOTS:
         QCOMPARE(engine.actualSize(QSize(16, 16), QIcon::Normal, QIcon::Off), QSize(16, 12));
     }
 
-    void aHighResolutionPictureHasItsWholeSize() {
+    void aHighResolutionPictureHasItsFullSize() {
         PictureEngine engine({save("sharp@2x", 44, 44, Qt::blue)});
         const QPixmap drawn = engine.pixmap(QSize(44, 44), QIcon::Normal, QIcon::Off);
         QCOMPARE(drawn.size(), QSize(44, 44));
@@ -78,7 +78,7 @@ private Q_SLOTS:
         QCOMPARE(selected.pixelColor(4, 4), QColor(Qt::red));
     }
 
-    void aSizeThatIsNotThereIsNoWordWorth() {
+    void aMissingSizeIsNotReported() {
         QTest::failOnWarning(QRegularExpression(text(".*")));
         PictureEngine engine({save("only", 8, 8, Qt::red), text("/does/not/exist.png")});
         QCOMPARE(engine.availableSizes(QIcon::Normal, QIcon::Off), QList<QSize>{QSize(8, 8)});

@@ -54,7 +54,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->services.workspace().openedUrls, QStringList{text("https://a.test/")});
     }
 
-    void linkButtonHasTheHand() {
+    void linkButtonHasTheHandPointer() {
         const QrvUrlButton button;
         QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
     }
@@ -93,7 +93,7 @@ private Q_SLOTS:
         QVERIFY(!main.isVisible());
     }
 
-    void aboutPutAwayByTheDesktopIsNotClosed() {
+    void aboutHiddenByTheDesktopIsNotClosed() {
         QrvAPI api;
         QWidget main;
         QrvAboutWindowController about(main, api);

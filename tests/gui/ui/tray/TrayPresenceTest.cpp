@@ -9,7 +9,7 @@
 
 namespace quorvane {
 
-/// The status item over trays that come and go. What real trays make of it is for the end-to-end tests.
+/// The status item with fake trays that appear and disappear. The end-to-end tests use real trays.
 class TrayPresenceTest : public QObject {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ private Q_SLOTS:
         m_fixture.reset();
     }
 
-    void itemsStandInTheDesktopsOrder() {
+    void itemsAreInTheDesktopsOrder() {
         make();
         QStringList titles;
         for (const QAction *item : m_tray->menu().actions()) {
@@ -61,7 +61,7 @@ private Q_SLOTS:
         QVERIFY(m_fixture->services.delayedCalls().pending().empty());
     }
 
-    void notifierHostGetsTheIconAtOnceWithItsMenu() {
+    void notifierHostReceivesTheIconAtOnceWithItsMenu() {
         hosts().setNotifierHost(true);
         make();
         QVERIFY(m_tray->isAvailable());
@@ -71,17 +71,17 @@ private Q_SLOTS:
         QVERIFY(!icon()->icon().isNull());
     }
 
-    void embeddingTrayGetsTheIconWhenNoNotifierHostCame() {
+    void embeddingTrayReceivesTheIconWhenNoNotifierHostCame() {
         hosts().setEmbeddingTray(true);
         make();
-        QVERIFY(m_tray->isAvailable()); // the icon is as good as there
-        wait(TrayPresence::embeddingGraceSeconds - 0.1);
+        QVERIFY(m_tray->isAvailable()); // the icon is about to be shown
+        wait(TrayPresence::notifierWaitSeconds - 0.1);
         QVERIFY(icon() == nullptr);
         wait(0.1);
         QVERIFY(icon() != nullptr);
     }
 
-    void notifierHostThatComesWithinTheGraceIsPreferred() {
+    void notifierHostThatComesWithinTheWaitIsPreferred() {
         hosts().setEmbeddingTray(true);
         make();
         wait(1.0);
@@ -93,10 +93,10 @@ private Q_SLOTS:
         QCOMPARE(icon(), first);
         QSignalSpy pressed(m_tray.get(), &TrayPresence::doubleClicked);
         Q_EMIT icon()->activated(QSystemTrayIcon::Trigger);
-        QCOMPARE(pressed.size(), 1); // it is a notifier's icon
+        QCOMPARE(pressed.size(), 1); // the icon is of the notifier kind
     }
 
-    void embeddingTrayThatLeavesWithinTheGraceGetsNothing() {
+    void embeddingTrayThatLeavesWithinTheWaitReceivesNothing() {
         hosts().setEmbeddingTray(true);
         make();
         hosts().setEmbeddingTray(false);
@@ -107,7 +107,7 @@ private Q_SLOTS:
         QVERIFY(icon() != nullptr);
     }
 
-    void lateTrayGetsWhatIsShownByThen() {
+    void lateTrayReceivesTheCurrentImage() {
         make();
         m_tray->setImage(text("TrayLock"));
         m_tray->setStatus(TrayPresence::Status::Hidden, text("203.0.113.7\n"));
@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
     }
 
-    void comingAndGoingIsToldOnceEach() {
+    void comingAndGoingIsReportedOnceEach() {
         hosts().setNotifierHost(true);
         make();
         QSignalSpy changes(m_tray.get(), &TrayPresence::availabilityChanged);
@@ -160,13 +160,13 @@ private Q_SLOTS:
         hosts().setNotifierHost(notifier);
         hosts().setEmbeddingTray(!notifier);
         make();
-        wait(TrayPresence::embeddingGraceSeconds);
+        wait(TrayPresence::notifierWaitSeconds);
         QSignalSpy pressed(m_tray.get(), &TrayPresence::doubleClicked);
         Q_EMIT icon()->activated(static_cast<QSystemTrayIcon::ActivationReason>(reason));
         QCOMPARE(pressed.size(), shows);
     }
 
-    void tooltipTellsTheState() {
+    void tooltipShowsTheState() {
         hosts().setNotifierHost(true);
         make();
         QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is not hidden"));
@@ -200,7 +200,7 @@ private Q_SLOTS:
         }
     }
 
-    void goingAwayTakesTheHandlerAlong() {
+    void destructionRemovesTheHandler() {
         make();
         QVERIFY(hosts().hasChangeHandler());
         m_tray.reset();

@@ -11,12 +11,12 @@ QString text(const char *utf8) {
     return QString::fromUtf8(utf8);
 }
 
-TEST(Certificate, MarkerWordLineAndFinalBreakGiveThreeLines) {
+TEST(Certificate, MarkerLineAndFinalBreakReturnThreeLines) {
     EXPECT_EQ(ConfigurationAnswer::getCertificate(text("VPNConfig: client<br />remote 1.2.3.4 443<br />")),
               text("client\nremote 1.2.3.4 443\n"));
 }
 
-TEST(Certificate, NoTextOrNoMarkerGivesNone) {
+TEST(Certificate, NoTextOrNoMarkerReturnsNone) {
     EXPECT_TRUE(ConfigurationAnswer::getCertificate(QString()).isNull());
     EXPECT_TRUE(ConfigurationAnswer::getCertificate(text("")).isNull());
     EXPECT_TRUE(ConfigurationAnswer::getCertificate(text("VPNConfig:client")).isNull());
@@ -43,7 +43,7 @@ TEST(RemoteAddress, NeedsItsMarkerAndABreakBehindIt) {
     EXPECT_TRUE(ConfigurationAnswer::getIPAdress(QString()).isNull());
 }
 
-TEST(RemoteAddress, AnEmptyOneIsThere) {
+TEST(RemoteAddress, EmptyAddressIsNotNull) {
     EXPECT_TRUE(sameText(ConfigurationAnswer::getIPAdress(text("remote <br />")), text("")));
 }
 

@@ -74,7 +74,7 @@ TEST_F(ConfigurationFetchTest, RequestByteForByte) {
                    "&sessid=user1&&systamp=MacOS,user,mobilebox&uniqueid=SER-1.0.0&proto=UDP"));
 }
 
-TEST_F(ConfigurationFetchTest, OfAnOvertakenRequestNothingIsStoredOrTold) {
+TEST_F(ConfigurationFetchTest, SupersededRequestStoresAndReportsNothing) {
     QSemaphore firstMayAnswer;
     m_services.urls().setFetchHandler([&](const QByteArray &url) -> std::optional<QByteArray> {
         if (url.contains("sessid=user1")) {
@@ -97,7 +97,7 @@ TEST_F(ConfigurationFetchTest, OfAnOvertakenRequestNothingIsStoredOrTold) {
     EXPECT_EQ(m_services.preferences().string(text("vpnUsername")), text("user2"));
 }
 
-TEST_F(ConfigurationFetchTest, AResultThatWaitsForDeliveryIsOvertakenToo) {
+TEST_F(ConfigurationFetchTest, ResultThatWaitsForDeliveryIsSupersededToo) {
     m_services.urls().setFetchHandler([](const QByteArray &) { return std::nullopt; });
     m_fetch.start(text("Germany Berlin"), m_group, text("UDP"));
     QThreadPool::globalInstance()->waitForDone();
@@ -107,7 +107,7 @@ TEST_F(ConfigurationFetchTest, AResultThatWaitsForDeliveryIsOvertakenToo) {
     EXPECT_EQ(m_events.count(text("failed")), 1);
 }
 
-TEST_F(ConfigurationFetchTest, SuccessStoresEverythingThenTells) {
+TEST_F(ConfigurationFetchTest, SuccessStoresEverythingThenReports) {
     run("VPNConfig: client<br />remote 1.2.3.4 443<br />");
     EXPECT_EQ(m_events, (QStringList{text("prepared"), text("stored"), text("finished")}));
     EXPECT_EQ(contentsOf(folder() + text("/qrvp.ovpn")), QByteArray("client\nremote 1.2.3.4 443\n"));
@@ -150,7 +150,7 @@ TEST_P(Refused, EndsInFailureAndStoresNothing) {
     EXPECT_EQ(m_services.logSink().lines().contains(text("Certificate nil")), !argumentError);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Refused,
+INSTANTIATE_TEST_SUITE_P(Cases, Refused,
                          testing::Values(std::optional<QByteArray>(), QByteArray(""),
                                          QByteArray("ERR: Argument parsing error"), QByteArray("ERR: other"),
                                          QByteArray("VPNConfig: \xff"), QByteArray("<html></html>")));
@@ -177,7 +177,7 @@ TEST_F(ConfigurationFetchTest, AbsentUserIsWrittenAsNullAndStoredAsAbsent) {
     EXPECT_FALSE(m_services.preferences().value(text("vpnUsername")).isValid());
 }
 
-TEST_F(ConfigurationFetchTest, EveryUsableAddressIsAskedForSometimes) {
+TEST_F(ConfigurationFetchTest, EveryUsableAddressIsRequestedSometimes) {
     m_group->filteredIpAdressArray = QStringList{text("203.0.113.5"), text("203.0.113.6")};
     for (int i = 0; i < 60; ++i) {
         m_events.clear();
@@ -215,7 +215,7 @@ TEST_F(ConfigurationFetchTest, UnwritableFolderIsIgnoredAndTheTunnelIsStillStart
     EXPECT_TRUE(m_events.contains(text("stored")));
 }
 
-TEST_F(ConfigurationFetchTest, ResultAfterTheFetchWentIsDropped) {
+TEST_F(ConfigurationFetchTest, ResultAfterTheFetchWasDestroyedIsDropped) {
     std::atomic<bool> release = false;
     m_services.urls().setFetchHandler([&release](const QByteArray &) {
         while (!release) {
@@ -223,16 +223,16 @@ TEST_F(ConfigurationFetchTest, ResultAfterTheFetchWentIsDropped) {
         }
         return std::optional<QByteArray>("VPNConfig: x");
     });
-    int told = 0;
+    int storedSignals = 0;
     {
         ConfigurationFetch shortLived(m_api);
-        QObject::connect(&shortLived, &ConfigurationFetch::stored, [&told] { ++told; });
+        QObject::connect(&shortLived, &ConfigurationFetch::stored, [&storedSignals] { ++storedSignals; });
         shortLived.start(text("t"), m_group, text("TCP"));
     }
     release = true;
     QThreadPool::globalInstance()->waitForDone();
     deliverQueued();
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(storedSignals, 0);
 }
 
 } // namespace

@@ -73,7 +73,7 @@ TEST_F(QrvAPITest, ServerListIsRequestedOnceWhenTheNetworkComes) {
     EXPECT_TRUE(m_api.inetConnect());
 }
 
-TEST_F(QrvAPITest, RequestThatFailedToStartIsTriedAgain) {
+TEST_F(QrvAPITest, RequestThatFailedToStartIsRetried) {
     m_api.initWithDelegate(&m_delegate);
     m_services.urls().setRefusing(true);
     postInternet(1);
@@ -113,7 +113,7 @@ TEST_F(QrvAPITest, DiagnosticsAreSilentWhileShowLogsReadsOtherThanZero) {
     EXPECT_TRUE(m_services.logSink().lines().isEmpty());
 }
 
-TEST_F(QrvAPITest, ParametersRequestOnTheWire) {
+TEST_F(QrvAPITest, ParametersRequestUrl) {
     m_api.setInetConnect(true);
     EXPECT_TRUE(m_api.setParameters(text("ignored"), text("=a b+c")));
     EXPECT_EQ(m_services.urls().downloads().front(), QByteArray(baseOnWire) + "&cmd=phs=a%20b%2Bc");
@@ -133,7 +133,7 @@ TEST_F(QrvAPITest, SecondRequestOverwritesTheKind) {
     m_api.setParameters(QString(), text("=x"));
     ASSERT_TRUE(m_services.urls().finishNext("STATUS: 0<br />ClientIP: 1.2.3.4"));
     EXPECT_EQ(m_delegate.lastKind, QrvApiRequest::Parameters);
-    EXPECT_TRUE(m_api.request().clientIP.isNull()); // only the server-list kind carries it
+    EXPECT_TRUE(m_api.request().clientIP.isNull()); // only the server-list kind has it
 }
 
 struct SerialCase {
@@ -150,7 +150,7 @@ TEST_P(Serial, PlaceholdersAreReplacedByTheNetworkCard) {
     EXPECT_EQ(m_api.platformSerialNumber(), expected + text("-1.0.0"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Serial,
+INSTANTIATE_TEST_SUITE_P(Cases, Serial,
                          testing::Values(SerialCase{"unknown", true}, SerialCase{"Unknown", false},
                                          SerialCase{"System", true}, SerialCase{"System Serial", true},
                                          SerialCase{"SystemX", true}, SerialCase{"xSystem", false},
@@ -171,7 +171,7 @@ TEST_F(QrvAPITest, NetworkCardIsReadOncePerProcess) {
     EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
 }
 
-TEST_F(QrvAPITest, MissingNetworkCardIsAskedForAgain) {
+TEST_F(QrvAPITest, MissingNetworkCardIsQueriedAgain) {
     EXPECT_TRUE(QrvAPI::alternativePlatformSerialNumber().isNull());
     m_services.hardware().address = QByteArray::fromHex("0a1b2c3d4e5f");
     EXPECT_EQ(QrvAPI::alternativePlatformSerialNumber(), text("0A1B2C3D4E5F"));
@@ -193,10 +193,10 @@ TEST_F(QrvAPITest, TemporaryFileIsNamedByKindAndTime) {
 }
 
 TEST(RequestKinds, Names) {
-    const QList<QPair<quint32, const char *>> rows{
+    const QList<QPair<quint32, const char *>> cases{
         {0, "none"},        {5, "auth"},    {6, "locations"}, {7, "browser"},  {8, "programs"},
         {10, "parameters"}, {1, "unknown"}, {9, "unknown"},   {11, "unknown"}, {4294967295U, "unknown"}};
-    for (const auto &[kind, name] : rows) {
+    for (const auto &[kind, name] : cases) {
         EXPECT_EQ(QrvApiRequest::kindName(kind), text(name)) << kind;
     }
 }
@@ -227,9 +227,9 @@ TEST_F(QrvAPITest, AnswerWithLineFeedsIsOneLine) {
 }
 
 TEST_F(QrvAPITest, StatusIsKeptInEightBits) {
-    const QList<QPair<QByteArray, int>> rows{{"5", 5},    {"-1", -1}, {"128", -128}, {"256", 0},
-                                             {"300", 44}, {"x", 0},   {"7up", 7},    {"", 0}};
-    for (const auto &[value, status] : rows) {
+    const QList<QPair<QByteArray, int>> cases{{"5", 5},    {"-1", -1}, {"128", -128}, {"256", 0},
+                                              {"300", 44}, {"x", 0},   {"7up", 7},    {"", 0}};
+    for (const auto &[value, status] : cases) {
         answer("STATUS: " + value);
         EXPECT_EQ(m_api.request().status, status) << value.constData();
     }
@@ -245,7 +245,7 @@ TEST_F(QrvAPITest, AnswerWithoutAFieldKeepsTheOldValue) {
     EXPECT_TRUE(m_api.model().isServerListValid());
 }
 
-TEST_F(QrvAPITest, ServersOfAnyKindAreTaken) {
+TEST_F(QrvAPITest, ServersOfAnyKindAreRecorded) {
     m_api.setInetConnect(true);
     m_api.setParameters(QString(), text("=x"));
     ASSERT_TRUE(m_services.urls().finishNext("ClientIP: 9.9.9.9<br />Server: a,b,c,d,e,f|1.1.1.1"));
@@ -264,7 +264,7 @@ TEST_P(NoAnswer, IsDroppedSilentlyAndTheFileStays) {
     EXPECT_EQ(QDir(m_services.platform().temporaryFolder).entryList({text("auth-*")}).size(), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, NoAnswer,
+INSTANTIATE_TEST_SUITE_P(Cases, NoAnswer,
                          testing::Values(QByteArray(),
                                          QByteArray("Connection to the Quorvane API successful."),
                                          QByteArray("STATUS: 0<br />ClientIP: \xff\xfe"),

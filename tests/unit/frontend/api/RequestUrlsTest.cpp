@@ -43,7 +43,7 @@ TEST_P(Escaping, WholeText) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, Escaping,
+    Cases, Escaping,
     testing::Values(EscapeCase{"https://h:8/?a=b&c=d,e", "https://h:8/?a=b&c=d,e"},
                     EscapeCase{"a b", "a%20b"}, EscapeCase{"a+b", "a%2Bb"}, EscapeCase{"100%", "100%25"},
                     EscapeCase{"%2B", "%252B"}, EscapeCase{"\xC3\xBC", "%C3%BC"},

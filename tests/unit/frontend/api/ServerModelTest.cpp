@@ -55,7 +55,7 @@ TEST(ServerRecord, LineWithTooFewFieldsIsSkipped) {
     EXPECT_TRUE(parse({text("a,b,c|1.1.1.1"), text("|"), text("")}).isEmpty());
 }
 
-TEST(ServerRecord, WholeLineIsSplitSoFiveFieldsCarryTheBar) {
+TEST(ServerRecord, WholeLineIsSplitSoFiveFieldsContainTheBar) {
     const auto groups = parse({text("a,b,c,d,e|1.1.1.1")});
     ASSERT_EQ(groups.size(), 1);
     EXPECT_EQ(groups.first()->cityCountry, text("e|1.1.1.1 b"));
@@ -76,7 +76,7 @@ TEST(ServerRecord, EveryAddressIsPickedSometimes) {
     for (int i = 0; i < 200; ++i) {
         seen.insert(parse({text("7,Berlin,BER,DE,Germany,x|1.1.1.1,2.2.2.2,3.3.3.3")}).first()->ipAdress);
     }
-    EXPECT_EQ(seen.size(), 3); // 200 draws miss one of three with odds below 1e-34
+    EXPECT_EQ(seen.size(), 3); // 200 draws miss one of three with a probability below 1e-34
 }
 
 TEST(ServerRecord, AbsentCredentialsStayAbsent) {
@@ -200,7 +200,7 @@ TEST_F(LookUps, BeforeAnyAnswerNothingIsFound) {
     EXPECT_TRUE(fresh.getCodeByIP(text("10.0.0.1")).isNull());
 }
 
-TEST_F(LookUps, TitleUnderTwoCodesGivesTheFirstInSortedOrder) {
+TEST_F(LookUps, TitleUnderTwoCodesReturnsTheFirstInSortedOrder) {
     EXPECT_EQ(m_model.getCountryByLocation(text("Berlin")), text("AT"));
     EXPECT_EQ(m_model.getCodeByLocation(text("Berlin")), text("BER2"));
 }
@@ -221,7 +221,7 @@ TEST_F(LookUps, LocationValidNeedsTitleAndCode) {
     EXPECT_FALSE(m_model.locationValid(QrvLocation::location(text("Rome"), text("FR"), QString(), false)));
 }
 
-TEST_F(LookUps, GroupLabelMayGoOn) {
+TEST_F(LookUps, GroupLabelMayHaveASuffix) {
     EXPECT_EQ(m_model.getCountryByLocationForVPN(text("Germany Berlin (full)")), text("DE"));
     EXPECT_EQ(m_model.getCodeByLocationForVPN(text("Germany Berlin (full)")), text("BER DE"));
     EXPECT_EQ(m_model.getCountryByLocationForVPN(text("Germany Ber")), text("xx"));

@@ -71,16 +71,16 @@ TEST_F(FileUtilsTest, FileThatCannotBeRepairedIsRemoved) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "needs root to make a file that belongs to another user";
     }
-    // Seen by a user who owns the folder but not the file.
+    // The check runs as a user who owns the folder but not the file.
     setMode(0644);
-    constexpr uid_t nobody = 65534;
+    constexpr uid_t unprivilegedUser = 65534;
     for (QString up = m_folder; up.size() > 4; up = up.left(up.lastIndexOf(u'/'))) {
-        ASSERT_EQ(chown(up.toUtf8().constData(), nobody, nobody), 0);
+        ASSERT_EQ(chown(up.toUtf8().constData(), unprivilegedUser, unprivilegedUser), 0);
     }
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        if (setuid(nobody) != 0) {
+        if (setuid(unprivilegedUser) != 0) {
             _exit(2);
         }
         FileUtils::checkUserDefaultsPremmision();

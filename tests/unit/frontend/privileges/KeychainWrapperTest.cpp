@@ -26,7 +26,7 @@ TEST_F(KeychainWrapperTest, SearchRecordNamesTheItemThreeTimes) {
     }
 }
 
-TEST_F(KeychainWrapperTest, FormattedRecordAsksForTheDataOfAGenericItem) {
+TEST_F(KeychainWrapperTest, FormattedRecordRequestsTheDataOfAGenericItem) {
     const QVariantMap record = KeychainWrapper::newSearchDictionary(text("id"));
     const QVariantMap formatted = KeychainWrapper::secItemFormatToDictionary(record);
     EXPECT_EQ(formatted.value(text("class")).toString(), text("generic password"));

@@ -28,7 +28,7 @@ TEST_F(OneTimeSecretsTest, EmptyOnesMaskNothing) {
     EXPECT_EQ(m_secrets.masked(text("abc")), text("abc"));
 }
 
-TEST_F(OneTimeSecretsTest, OldestAreForgottenBeyondTheBound) {
+TEST_F(OneTimeSecretsTest, OldestAreRemovedAboveTheMaximum) {
     for (int i = 0; i < 33; ++i) {
         m_secrets.add(text("<%1>").arg(i));
     }

@@ -127,7 +127,7 @@ TEST_F(QrvCredentialsTest, TestListsTheResourceAsAdministrator) {
     EXPECT_TRUE(m_services.logSink().lines().contains(text("credentials Is Valid")));
 }
 
-TEST_F(QrvCredentialsTest, MissingResourceGivesAPathThatDoesNotExist) {
+TEST_F(QrvCredentialsTest, MissingResourceProducesAPathThatDoesNotExist) {
     m_credentials.saveUserName(text("ada"), text("pw"));
     m_services.scripting().queueAnswer(fakes::FakeScriptingService::failure(2, text("no such file")));
     EXPECT_FALSE(m_credentials.credentialsIsValid());
@@ -135,7 +135,7 @@ TEST_F(QrvCredentialsTest, MissingResourceGivesAPathThatDoesNotExist) {
     EXPECT_TRUE(m_services.logSink().lines().contains(text("credentials Is Not Valid")));
 }
 
-TEST_F(QrvCredentialsTest, AbsentPairIsHandedOnAsAbsent) {
+TEST_F(QrvCredentialsTest, AbsentPairIsPassedOnAsAbsent) {
     m_services.scripting().queueAnswer(
         fakes::FakeScriptingService::failure(platform::ScriptingService::refused, text("refused")));
     EXPECT_FALSE(m_credentials.credentialsIsValid());

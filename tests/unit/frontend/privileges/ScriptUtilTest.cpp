@@ -32,7 +32,7 @@ protected:
         return m_script.runProcessAsAdministrator(path, arguments, m_output, m_error);
     }
 
-    /// Answers the two checks; a null text fails the check.
+    /// Sets the results of the two checks; a null text makes a check fail.
     void resolvers(const QString &ethernet, const QString &wifi) {
         m_services.scripting().setHandler([ethernet, wifi](const FakeScriptingService::Call &call) {
             const QString answer = call.line.endsWith(text("Ethernet")) ? ethernet : wifi;
@@ -61,7 +61,7 @@ TEST_F(ScriptUtilTest, NoArgumentsLeaveOneTrailingBlank) {
     EXPECT_EQ(m_services.scripting().calls()[0].line, text("true "));
 }
 
-TEST_F(ScriptUtilTest, SuccessGivesTheOutput) {
+TEST_F(ScriptUtilTest, SuccessReturnsTheOutput) {
     m_services.scripting().queueAnswer(FakeScriptingService::success(text("out")));
     EXPECT_TRUE(run(text("x"), {}));
     EXPECT_EQ(m_output, text("out"));
@@ -70,12 +70,12 @@ TEST_F(ScriptUtilTest, SuccessGivesTheOutput) {
     EXPECT_EQ(m_resets, 0);
 }
 
-TEST_F(ScriptUtilTest, RefusalHasAMessageOfItsOwnAndResetsTheSession) {
+TEST_F(ScriptUtilTest, RefusalHasItsOwnMessageAndResetsTheSession) {
     m_services.scripting().queueAnswer(FakeScriptingService::failure(-128, text("whatever")));
     EXPECT_FALSE(run(text("x"), {}));
     EXPECT_EQ(m_error, text("The administrator password is required to do this."));
     EXPECT_EQ(m_output, text("untouched"));
-    EXPECT_EQ(m_resets, 0); // sent to the main loop, not waited for
+    EXPECT_EQ(m_resets, 0); // queued on the main loop, not waited for
     deliverQueued();
     EXPECT_EQ(m_resets, 1);
 }
@@ -94,12 +94,12 @@ TEST_F(ScriptUtilTest, FailureWithoutAMessageLeavesNone) {
     EXPECT_TRUE(m_error.isNull());
 }
 
-TEST_F(ScriptUtilTest, AbsentNameOrPasswordIsHandedOn) {
+TEST_F(ScriptUtilTest, AbsentNameOrPasswordIsPassedOn) {
     for (const char *key : {"un", "up"}) {
         m_services.scripting().clear();
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
         m_services.preferences().remove(text(key));
-        EXPECT_TRUE(run(text("x"), {})); // absent is not empty: it goes on
+        EXPECT_TRUE(run(text("x"), {})); // an absent value is not empty, so the command is run
         EXPECT_EQ(m_services.scripting().calls().size(), 1U);
     }
 }
@@ -134,13 +134,13 @@ TEST_F(ScriptUtilTest, BothServicesWithBothResolversPass) {
     EXPECT_EQ(calls[1].line, text("networksetup -getdnsservers Wi-Fi"));
 }
 
-TEST_F(ScriptUtilTest, WirelessIsNotAskedWhenTheWiredOneFails) {
+TEST_F(ScriptUtilTest, WirelessIsNotQueriedWhenTheWiredOneFails) {
     resolvers(text("There aren't any DNS Servers set on Ethernet."), text("8.8.8.8\n8.8.4.4"));
     EXPECT_FALSE(m_script.getSystemDns());
     EXPECT_EQ(m_services.scripting().calls().size(), 1U);
 }
 
-TEST_F(ScriptUtilTest, WirelessWithOneResolverFailsAndSaysSo) {
+TEST_F(ScriptUtilTest, WirelessWithOneResolverFailsAndIsLogged) {
     resolvers(text("8.8.8.8\n8.8.4.4"), text("8.8.8.8"));
     EXPECT_FALSE(m_script.getSystemDns());
     EXPECT_EQ(m_services.logSink().lines(),

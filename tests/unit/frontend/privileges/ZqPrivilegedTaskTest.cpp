@@ -55,7 +55,7 @@ TEST_F(ZqPrivilegedTaskTest, LaunchPassesEverythingAndReadsTheOutput) {
     EXPECT_EQ(launch.folder, text("/tmp"));
 }
 
-TEST_F(ZqPrivilegedTaskTest, MissingServiceHasAStatusOfItsOwn) {
+TEST_F(ZqPrivilegedTaskTest, MissingServiceHasItsOwnStatus) {
     m_services.authorization().setPresent(false);
     ZqPrivilegedTask task(text("/bin/tool"));
     EXPECT_EQ(task.launch(), -70001);
@@ -63,7 +63,7 @@ TEST_F(ZqPrivilegedTaskTest, MissingServiceHasAStatusOfItsOwn) {
     EXPECT_TRUE(m_services.authorization().launches().empty());
 }
 
-TEST_F(ZqPrivilegedTaskTest, FailedLaunchGivesTheServicesStatus) {
+TEST_F(ZqPrivilegedTaskTest, FailedLaunchReturnsTheServicesStatus) {
     m_services.authorization().setStatus(77);
     ZqPrivilegedTask task(text("/bin/tool"));
     EXPECT_EQ(task.launch(), 77);

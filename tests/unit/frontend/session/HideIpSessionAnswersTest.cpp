@@ -1,11 +1,11 @@
-// What the answers of the service do to the session, from the first one on.
+// The effects of the service's answers on the session.
 #include "HideIpSessionFixture.h"
 
 namespace quorvane {
 
 namespace {
 
-TEST_F(HideIpSessionTest, AnswerShowsTheRealAddressAndOpensTheControls) {
+TEST_F(HideIpSessionTest, AnswerShowsTheRealAddressAndEnablesTheControls) {
     answer("STATUS: 0<br />ClientIP: 198.51.100.10<br />LOCATIONS: DE;BER;Berlin;0<br />Server: " +
            m_serverLine.toUtf8());
     EXPECT_EQ(m_session.originalIP(), text("198.51.100.10"));
@@ -25,13 +25,13 @@ TEST_F(HideIpSessionTest, BackgroundStartShowsNoWindow) {
     EXPECT_EQ(m_environment.count("show"), 0);
 }
 
-TEST_F(HideIpSessionTest, AnswerWithoutLocationsBringsNothingForward) {
+TEST_F(HideIpSessionTest, AnswerWithoutLocationsShowsNoWindow) {
     answer("STATUS: 1<br />ClientIP: 198.51.100.10");
     EXPECT_EQ(m_environment.events, QStringList{text("fill 0")});
-    EXPECT_TRUE(shown().hideButton.enabled); // every answer opens them at its end
+    EXPECT_TRUE(shown().hideButton.enabled); // every answer enables them at its end
 }
 
-TEST_F(HideIpSessionTest, AnswerWithoutAnAddressShowsZeroesAndAnAlertAndGoesOn) {
+TEST_F(HideIpSessionTest, AnswerWithoutAnAddressShowsZeroesAndAnAlertAndContinues) {
     answer("STATUS: 0<br />LOCATIONS: DE;BER;Berlin;0");
     EXPECT_EQ(
         m_environment.events.first(),
@@ -75,7 +75,7 @@ TEST_F(HideIpSessionTest, HiddenAtStartWithAnotherStatusPressesOnce) {
     EXPECT_EQ(m_environment.count("download"), 1);
 }
 
-TEST_F(HideIpSessionTest, ContinuingWithYesDoesNothing) {
+TEST_F(HideIpSessionTest, ContinuingWithTrueDoesNothing) {
     m_session.continueWork(true);
     EXPECT_FALSE(shown().hideButton.enabled);
 }

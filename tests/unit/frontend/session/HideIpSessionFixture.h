@@ -26,7 +26,7 @@ inline QString text(const char *utf8) {
 inline const QString warning = QStringLiteral("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!");
 inline const QString searchingText = QStringLiteral("Searching for an available IP...");
 
-/// The window around the session, on paper. Events come in the order in which they happened.
+/// A fake of the window around the session. It records the events in their order.
 class RecordingEnvironment final : public SessionEnvironment {
 public:
     void alert(const QString &title, const QString &message) override {
@@ -85,7 +85,7 @@ public:
     bool background = false;
 };
 
-/// A session over recording services, from before the first answer.
+/// A session with fake services, before the first answer.
 class HideIpSessionTest : public testing::Test {
 protected:
     HideIpSessionTest() {
@@ -114,7 +114,7 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
     }
 
-    /// The user's click: the button flips by itself, then the action runs.
+    /// The user's click: the button changes its state by itself, then the action runs.
     void press() {
         m_display.switchedOn(!shown().hideButton.on);
         m_session.quorvaneButtonPressed();

@@ -76,7 +76,7 @@ TEST_F(HideIpSessionTest, SameIpReusesTheStoredConfiguration) {
     EXPECT_TRUE(m_environment.animating);
 }
 
-TEST_F(HideIpSessionTest, WithoutAConfigurationTheAttemptSaysSoAndCanBeStopped) {
+TEST_F(HideIpSessionTest, WithoutAConfigurationTheAttemptReportsItAndCanBeStopped) {
     m_services.preferences().setValue(text("useSameIP"), true);
     m_services.preferences().setValue(text("vpnConfigPath"), text("/no/such/file"));
     press();
@@ -227,7 +227,7 @@ TEST_F(HideIpSessionTest, MenuItemFlipsTheButton) {
     EXPECT_FALSE(SessionState::shared().hidden);
 }
 
-TEST_F(HideIpSessionTest, FixedLocationGivesUpAtOnce) {
+TEST_F(HideIpSessionTest, FixedLocationIsNotRetried) {
     m_environment.selected = text("Germany Berlin");
     press();
     m_environment.events.clear();
@@ -254,7 +254,7 @@ TEST_F(HideIpSessionTest, GivingUpLeavesTheHiddenFlag) {
     EXPECT_FALSE(m_services.preferences().value(text("quorvane")).isValid());
 }
 
-TEST_F(HideIpSessionTest, RandomLocationIsTriedFourTimesInAll) {
+TEST_F(HideIpSessionTest, RandomLocationIsAttemptedFourTimesInAll) {
     press();
     for (int i = 0; i < 4; ++i) {
         m_session.connectionError();
@@ -267,7 +267,7 @@ TEST_F(HideIpSessionTest, RandomLocationIsTriedFourTimesInAll) {
     }
 }
 
-TEST_F(HideIpSessionTest, AutomaticChangeIsTriedFourTimesWhateverIsSelected) {
+TEST_F(HideIpSessionTest, AutomaticChangeIsAttemptedFourTimesWhateverIsSelected) {
     m_environment.selected = text("Germany Berlin");
     m_environment.automatic = true;
     press();

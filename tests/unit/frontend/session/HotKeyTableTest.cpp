@@ -25,7 +25,7 @@ constexpr quint32 cmd = 256;
 constexpr quint32 shift = 512;
 constexpr quint32 ctrl = 4096;
 
-// Written out in full: what the program computes from families must come out as this list.
+// Written out in full: the list that the program computes from families must equal this one.
 const QList<Line> table = {{1, "Cmd + 0", cmd, 29},
                            {2, "Cmd + 1", cmd, 18},
                            {3, "Cmd + 2", cmd, 19},
@@ -84,7 +84,7 @@ const QList<Line> table = {{1, "Cmd + 0", cmd, 29},
                            {67, "Shift + F11", shift, 103},
                            {68, "Shift + F12", shift, 111}};
 
-TEST(HotKeyTableTest, ModifierMasksAreTheDesktops) {
+TEST(HotKeyTableTest, ModifierMasksEqualTheDesktops) {
     EXPECT_EQ(HotKeyService::command, cmd);
     EXPECT_EQ(HotKeyService::shift, shift);
     EXPECT_EQ(HotKeyService::control, ctrl);
@@ -102,7 +102,7 @@ TEST(HotKeyTableTest, OffersAreNoneAndTheWholeTableInOrder) {
     }
 }
 
-TEST(HotKeyTableTest, TagsGiveTheirCombinations) {
+TEST(HotKeyTableTest, TagsHaveTheirCombinations) {
     for (const Line &line : table) {
         const auto combination = HotKeyTable::combination(line.tag);
         ASSERT_TRUE(combination) << line.label;
@@ -111,7 +111,7 @@ TEST(HotKeyTableTest, TagsGiveTheirCombinations) {
     }
 }
 
-TEST(HotKeyTableTest, CombinationsGiveTheirTags) {
+TEST(HotKeyTableTest, CombinationsHaveTheirTags) {
     for (const Line &line : table) {
         QList<qint32> tags;
         for (const auto &offer : HotKeyTable::offers()) {
@@ -123,11 +123,11 @@ TEST(HotKeyTableTest, CombinationsGiveTheirTags) {
     }
 }
 
-TEST(HotKeyTableTest, NoneStandsForNoCombination) {
+TEST(HotKeyTableTest, NoneMeansNoCombination) {
     EXPECT_FALSE(HotKeyTable::combination(HotKeyTable::none));
 }
 
-TEST(HotKeyTableTest, StrayTagsInsideTheFamiliesStandForKeyCodeZero) {
+TEST(HotKeyTableTest, StrayTagsInsideTheFamiliesMeanKeyCodeZero) {
     for (const qint32 tag : {18, 23, 24, 25, 26}) {
         EXPECT_EQ(HotKeyTable::combination(tag), (Combination{0, cmd})) << tag;
     }
@@ -135,14 +135,14 @@ TEST(HotKeyTableTest, StrayTagsInsideTheFamiliesStandForKeyCodeZero) {
     EXPECT_EQ(HotKeyTable::combination(64), (Combination{0, shift}));
 }
 
-TEST(HotKeyTableTest, StrayTagsOutsideTheFamiliesStandForNothing) {
+TEST(HotKeyTableTest, StrayTagsOutsideTheFamiliesMeanNothing) {
     for (const qint32 tag : {0, 53, 54, 55, 56, 69, 70, 1000, -2, std::numeric_limits<qint32>::max(),
                              std::numeric_limits<qint32>::min()}) {
         EXPECT_FALSE(HotKeyTable::combination(tag)) << tag;
     }
 }
 
-TEST(HotKeyTableTest, NumbersTooLargeForATagStandForNothing) {
+TEST(HotKeyTableTest, NumbersTooLargeForATagMeanNothing) {
     EXPECT_EQ(HotKeyTable::tagOf(68), 68);
     EXPECT_EQ(HotKeyTable::tagOf(-1), -1);
     for (const qint64 stored : {qint64{4294967297}, std::numeric_limits<qint64>::min()}) {

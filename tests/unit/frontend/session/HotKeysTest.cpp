@@ -15,7 +15,7 @@ using platform::HotKeyError;
 using platform::HotKeyReference;
 using Action = HotKeys::Action;
 using Kind = FakeHotKeyService::Call::Kind;
-using Trouble = HotKeys::Trouble;
+using Problem = HotKeys::Problem;
 
 constexpr quint32 cmd = 256;
 constexpr quint32 ctrl = 4096;
@@ -99,7 +99,7 @@ TEST_F(HotKeysTest, StoredTagsAreRegisteredInTheOrderOfTheActions) {
     EXPECT_EQ(second.identifier, HotKeys::identifier(Action::ChangeIp));
 }
 
-TEST_F(HotKeysTest, PressesTellTheNumberWhateverTheSignature) {
+TEST_F(HotKeysTest, PressesReportTheNumberWhateverTheSignature) {
     for (const quint32 id : {1U, 2U, 3U, 4U, 5U}) {
         desktop().deliver({0xdeadbeef, id});
     }
@@ -138,8 +138,8 @@ TEST_F(HotKeysTest, ReferenceStaysAfterNoneAndIsStaleThen) {
     const HotKeyReference reference = m_keys->reference(Action::HideIp);
     chooseAndRegister(Action::HideIp, -1);
     EXPECT_EQ(m_keys->reference(Action::HideIp), reference);
-    chooseAndRegister(Action::ChangeIp, 2); // another action takes the combination over
-    chooseAndRegister(Action::HideIp, -1);  // the stale reference releases nobody's
+    chooseAndRegister(Action::ChangeIp, 2); // another action registers the combination
+    chooseAndRegister(Action::HideIp, -1);  // the stale reference releases no registration
     ASSERT_EQ(desktop().held().size(), 1);
     EXPECT_EQ(desktop().held().first().identifier.id, 2U);
 }
@@ -150,7 +150,7 @@ TEST_F(HotKeysTest, ApplyingAgainRegistersUnchangedCombinationsAgainAndKeepsTheR
     m_keys->registerStored();
     EXPECT_EQ(registeredIds(), (QList<quint32>{1, 1}));
     EXPECT_EQ(m_keys->reference(Action::HideIp), reference);
-    EXPECT_EQ(m_keys->trouble(Action::HideIp), Trouble());
+    EXPECT_EQ(m_keys->problem(Action::HideIp), Problem());
     EXPECT_EQ(desktop().press(digit1, cmd), 1);
 }
 
@@ -160,27 +160,27 @@ TEST_F(HotKeysTest, RefusedRegistrationKeepsTheOldReferenceAndIsRemembered) {
     desktop().takeElsewhere(digit2, cmd);
     chooseAndRegister(Action::HideIp, 3);
     EXPECT_EQ(m_keys->reference(Action::HideIp), reference);
-    EXPECT_EQ(m_keys->trouble(Action::HideIp).kind, Trouble::Kind::TakenElsewhere);
+    EXPECT_EQ(m_keys->problem(Action::HideIp).kind, Problem::Kind::TakenElsewhere);
     EXPECT_EQ(m_services.preferences().integer(HotKeys::preferenceKey(Action::HideIp)), 3);
     chooseAndRegister(Action::HideIp, 4);
-    EXPECT_EQ(m_keys->trouble(Action::HideIp), Trouble());
+    EXPECT_EQ(m_keys->problem(Action::HideIp), Problem());
 }
 
-TEST_F(HotKeysTest, CombinationThatAnotherActionStillHoldsIsToldApart) {
+TEST_F(HotKeysTest, CombinationHeldByAnotherActionIsReportedAsSuch) {
     chooseAndRegister(Action::HideIp, 2);
     choose(Action::HideIp, 3);
     chooseAndRegister(Action::BringUpWindow, 2);
-    const Trouble expected = {Trouble::Kind::HeldByAction, Action::HideIp};
-    EXPECT_EQ(m_keys->trouble(Action::BringUpWindow), expected);
+    const Problem expected = {Problem::Kind::HeldByAction, Action::HideIp};
+    EXPECT_EQ(m_keys->problem(Action::BringUpWindow), expected);
     desktop().press(digit1, cmd);
     EXPECT_EQ(m_pressed, QList<quint32>{1}); // one press, one action
 }
 
-TEST_F(HotKeysTest, CombinationThatNoneFreedCanBeTakenByAnotherAction) {
+TEST_F(HotKeysTest, CombinationThatNoneFreedCanBeUsedByAnotherAction) {
     chooseAndRegister(Action::HideIp, 2);
     choose(Action::HideIp, -1);
     chooseAndRegister(Action::BringUpWindow, 2);
-    EXPECT_EQ(m_keys->trouble(Action::BringUpWindow), Trouble());
+    EXPECT_EQ(m_keys->problem(Action::BringUpWindow), Problem());
     desktop().press(digit1, cmd);
     EXPECT_EQ(m_pressed, QList<quint32>{5});
 }
@@ -205,27 +205,27 @@ TEST_F(HotKeysTest, StrayTagsOutsideTheFamiliesRegisterNothingAndChangeNothing) 
     EXPECT_EQ(desktop().press(digit1, cmd), 1);
 }
 
-TEST_F(HotKeysTest, LateRefusalIsRememberedAndTold) {
+TEST_F(HotKeysTest, LateRefusalIsRememberedAndReported) {
     chooseAndRegister(Action::DiscardIp, 2);
     desktop().refuse(m_keys->reference(Action::DiscardIp), HotKeyError::TakenElsewhere);
-    EXPECT_EQ(m_keys->trouble(Action::DiscardIp).kind, Trouble::Kind::TakenElsewhere);
+    EXPECT_EQ(m_keys->problem(Action::DiscardIp).kind, Problem::Kind::TakenElsewhere);
     EXPECT_EQ(m_changes, 1);
 }
 
-TEST_F(HotKeysTest, LateRefusalOfAnOlderCombinationSaysNothingOfTheChosenOne) {
+TEST_F(HotKeysTest, LateRefusalOfAnOlderCombinationDoesNotAffectTheChosenOne) {
     chooseAndRegister(Action::DiscardIp, 2);
     const HotKeyReference older = m_keys->reference(Action::DiscardIp);
     chooseAndRegister(Action::DiscardIp, 3);
     desktop().refuse(older, HotKeyError::TakenElsewhere);
-    EXPECT_EQ(m_keys->trouble(Action::DiscardIp), Trouble());
+    EXPECT_EQ(m_keys->problem(Action::DiscardIp), Problem());
 }
 
-TEST_F(HotKeysTest, DesktopWithoutTheServiceIsQuietlyWithoutHotKeys) {
+TEST_F(HotKeysTest, DesktopWithoutTheServiceHasNoHotKeysAndReportsNoError) {
     EXPECT_TRUE(HotKeys::isAvailable());
     desktop().setAvailable(false);
     EXPECT_FALSE(HotKeys::isAvailable());
     chooseAndRegister(Action::HideIp, 2);
-    EXPECT_EQ(m_keys->trouble(Action::HideIp), Trouble());
+    EXPECT_EQ(m_keys->problem(Action::HideIp), Problem());
     m_keys.reset();
     m_services.platform().hotKeys.reset();
     HotKeys alone;
@@ -235,7 +235,7 @@ TEST_F(HotKeysTest, DesktopWithoutTheServiceIsQuietlyWithoutHotKeys) {
     EXPECT_EQ(alone.reference(Action::HideIp), 0U);
 }
 
-TEST_F(HotKeysTest, RegistrationsOutliveTheirOwnerAndPressesThenReachNobody) {
+TEST_F(HotKeysTest, RegistrationsOutliveTheirOwnerAndPressesAreThenIgnored) {
     chooseAndRegister(Action::HideIp, 2);
     m_keys.reset();
     EXPECT_EQ(desktop().held().size(), 1);

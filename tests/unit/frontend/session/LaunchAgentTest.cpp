@@ -43,7 +43,7 @@ TEST_F(LaunchAgentTest, TurningOffWithoutAnAgentStillWritesOne) {
     EXPECT_EQ(agent().value(text("RunAtLoad")), QVariant(false));
 }
 
-TEST_F(LaunchAgentTest, TellsWhatTheAgentSays) {
+TEST_F(LaunchAgentTest, ReturnsWhatTheAgentContains) {
     EXPECT_FALSE(LaunchAgent::launchesOnStartup()); // the template alone starts nothing
     LaunchAgent::launchOnStartup(true);
     EXPECT_TRUE(LaunchAgent::launchesOnStartup());
@@ -61,7 +61,7 @@ TEST_F(LaunchAgentTest, ExistingAgentKeepsItsOtherKeys) {
     EXPECT_EQ(agent().value(text("RunAtLoad")), QVariant(false));
 }
 
-TEST_F(LaunchAgentTest, DesktopsOwnEntryIsKeptInStep) {
+TEST_F(LaunchAgentTest, DesktopsOwnEntryIsSwitchedToo) {
     LaunchAgent::launchOnStartup(true);
     LaunchAgent::launchOnStartup(false);
     ASSERT_EQ(m_services.workspace().autostarts.size(), 2U);

@@ -49,14 +49,14 @@ protected:
     QStringList m_discarded;
 };
 
-TEST_F(LocationChoiceTest, ListWithRandomLocationAloneGivesNothing) {
+TEST_F(LocationChoiceTest, ListWithRandomLocationAloneHasNothingToPick) {
     m_request.list.resize(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::NothingToPick);
     EXPECT_FALSE(outcome.selection.has_value());
 }
 
-TEST_F(LocationChoiceTest, FixedLocationIsTakenAsItIs) {
+TEST_F(LocationChoiceTest, FixedLocationIsPickedAsItIs) {
     m_request.candidate = m_request.list.at(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::Picked);
@@ -80,7 +80,7 @@ TEST_F(LocationChoiceTest, NoCandidateIsARandomRequestToo) {
     EXPECT_EQ(choose().result, Result::Picked);
 }
 
-TEST_F(LocationChoiceTest, ThreeLocationsGiveThreeDifferentPicksThenNone) {
+TEST_F(LocationChoiceTest, ThreeLocationsProduceThreeDifferentPicksThenNone) {
     QSet<quint64> picks;
     for (int i = 0; i < 3; ++i) {
         picks.insert(choose().pick.id);
@@ -117,7 +117,7 @@ TEST_F(LocationChoiceTest, DiscardRowIsComparedWithTheCountryCode) {
     m_discarded = {text("DE")};
     choice.setUsedItems({3, 4});
     const Outcome outcome = choose();
-    EXPECT_EQ(outcome.pick.id, 2U); // turned into a random request, which may pick it all the same
+    EXPECT_EQ(outcome.pick.id, 2U); // turned into a random request, which may still pick it
     EXPECT_TRUE(outcome.updatesLocationText);
 }
 
@@ -158,7 +158,7 @@ TEST_F(LocationChoiceTest, AutomaticChangeShowsRandomLocation) {
     EXPECT_EQ(choose().selection, 1U);
 }
 
-TEST_F(LocationChoiceTest, PickWithoutAUsableAddressGivesNothing) {
+TEST_F(LocationChoiceTest, PickWithoutAUsableAddressIsNoPick) {
     m_request.list[1] = location(2, "DE", {});
     m_request.candidate = m_request.list.at(1);
     EXPECT_EQ(choose().result, Result::NothingToPick);
@@ -232,7 +232,7 @@ TEST(LocationChoiceProperty, FirstPickIsUniform) {
     for (quint64 id = 2; id < 2 + locations; ++id) {
         chiSquare += (hits[id] - expected) * (hits[id] - expected) / expected;
     }
-    EXPECT_LT(chiSquare, 27.9); // four degrees of freedom, one in 10^5
+    EXPECT_LT(chiSquare, 27.9); // four degrees of freedom, probability of an error 10^-5
 }
 
 } // namespace

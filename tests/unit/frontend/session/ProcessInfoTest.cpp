@@ -69,17 +69,17 @@ TEST_F(ProcessInfoTest, FailureDropsThePreviousSnapshot) {
     EXPECT_FALSE(m_processes.findProcessWithName(text("openvpn")));
 }
 
-TEST_F(ProcessInfoTest, ErrorNumbersAreHandedOn) {
-    std::unique_ptr<platform::ProcessRecord[]> rows;
+TEST_F(ProcessInfoTest, ErrorNumbersArePassedOn) {
+    std::unique_ptr<platform::ProcessRecord[]> records;
     std::size_t count = 99;
     m_services.processes().failWith(EPERM);
-    EXPECT_EQ(ProcessInfo::getBSDProcessList(&rows, &count), EPERM);
-    EXPECT_EQ(rows, nullptr);
+    EXPECT_EQ(ProcessInfo::getBSDProcessList(&records, &count), EPERM);
+    EXPECT_EQ(records, nullptr);
     EXPECT_EQ(count, 0U);
     m_services.processes().failWith(0);
     m_services.processes().failSecondQueryWith(EIO);
-    EXPECT_EQ(ProcessInfo::getBSDProcessList(&rows, &count), EIO);
-    EXPECT_EQ(rows, nullptr);
+    EXPECT_EQ(ProcessInfo::getBSDProcessList(&records, &count), EIO);
+    EXPECT_EQ(records, nullptr);
 }
 
 TEST_F(ProcessInfoTest, NumberCanBeSet) {

@@ -33,8 +33,8 @@ TEST(SessionDisplay, Starting) {
     EXPECT_EQ(state.trayImage, text("Tray"));
 }
 
-/// The window before anything was asked for, with what the first answer opens.
-DisplayState atRest(const char *address) {
+/// The state before any attempt, with the controls enabled by the first answer.
+DisplayState notHiddenState(const char *address) {
     DisplayState state;
     state.line1 = {text("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!"), Tone::Warning, true};
     state.currentIp = text(address);
@@ -46,7 +46,7 @@ DisplayState atRest(const char *address) {
     return state;
 }
 
-/// A display that an answer has made ready.
+/// A display after the first answer.
 void makeReady(SessionDisplay &display) {
     display.starting();
     display.currentIpKnown(text("198.51.100.10"));
@@ -56,7 +56,7 @@ void makeReady(SessionDisplay &display) {
 TEST(SessionDisplay, NotHiddenFieldByField) {
     SessionDisplay display;
     makeReady(display);
-    EXPECT_EQ(display.state(), atRest("198.51.100.10"));
+    EXPECT_EQ(display.state(), notHiddenState("198.51.100.10"));
 }
 
 TEST(SessionDisplay, SearchingFieldByField) {
@@ -65,7 +65,7 @@ TEST(SessionDisplay, SearchingFieldByField) {
     display.switchedOn(true);
     display.switchingOn();
     display.searching();
-    DisplayState expected = atRest("198.51.100.10");
+    DisplayState expected = notHiddenState("198.51.100.10");
     expected.line1 = {text("Searching for an available IP..."), Tone::Quiet, true};
     expected.stateImage = text("appwait");
     expected.hideButton = {text("Quorvane"), false, true};
@@ -75,7 +75,7 @@ TEST(SessionDisplay, SearchingFieldByField) {
     EXPECT_EQ(display.state(), expected);
 }
 
-DisplayState whileHidden() {
+DisplayState hiddenState() {
     DisplayState state;
     state.line1 = {text("You are currently hiding your real IP 198.51.100.10"), Tone::Plain, true};
     state.line21 = {QString(), Tone::Plain, true};
@@ -106,20 +106,20 @@ void hide(SessionDisplay &display) {
 TEST(SessionDisplay, HiddenFieldByField) {
     SessionDisplay display;
     hide(display);
-    EXPECT_EQ(display.state(), whileHidden());
+    EXPECT_EQ(display.state(), hiddenState());
 }
 
 TEST(SessionDisplay, ResetFieldByField) {
     SessionDisplay display;
     hide(display);
     display.notHidden(text("198.51.100.10"));
-    DisplayState expected = atRest("198.51.100.10");
-    expected.line22.text = text("Germany Berlin"); // kept, and not shown
+    DisplayState expected = notHiddenState("198.51.100.10");
+    expected.line22.text = text("Germany Berlin"); // kept, but not shown
     expected.copyItemEnabled = false;
     EXPECT_EQ(display.state(), expected);
 }
 
-TEST(SessionDisplay, EveryChangeIsTold) {
+TEST(SessionDisplay, EveryChangeIsEmitted) {
     SessionDisplay display;
     int changes = 0;
     QObject::connect(&display, &SessionDisplay::changed, [&](const DisplayState &state) {
@@ -161,7 +161,7 @@ TEST(SessionDisplay, EmptyLocationLeavesTheLine) {
     EXPECT_EQ(display.state().line22.text, text("Germany Berlin"));
 }
 
-TEST(SessionDisplay, WaitingOpensTheWayToStop) {
+TEST(SessionDisplay, WaitingEnablesStopping) {
     SessionDisplay display;
     display.starting();
     display.searching();

@@ -33,7 +33,7 @@ TEST_F(SettingsDefaultsTest, AbsentValuesBecomeTheirDefaultsWithTheirTypes) {
     EXPECT_EQ(m_services.preferences().synchronizations(), 1);
 }
 
-TEST_F(SettingsDefaultsTest, OtherKeysGetNone) {
+TEST_F(SettingsDefaultsTest, OtherKeysReceiveNoDefault) {
     SettingsDefaults::initialize();
     for (const QString &key :
          {SettingsDefaults::hideMyCookiesHeaders(), SettingsDefaults::modeUserAgent(),

@@ -30,7 +30,7 @@ protected:
     QThread *m_thread = nullptr;
 };
 
-TEST_F(TrayAnimationTest, FourteenFramesGoRoundAndTheFifteenthIsNeverShown) {
+TEST_F(TrayAnimationTest, FourteenFramesRepeatAndTheFifteenthIsNeverShown) {
     for (int i = 0; i < 29; ++i) {
         m_animation.animateTrayIcon();
     }
@@ -39,7 +39,7 @@ TEST_F(TrayAnimationTest, FourteenFramesGoRoundAndTheFifteenthIsNeverShown) {
     }
 }
 
-TEST_F(TrayAnimationTest, ResetBeginsAnew) {
+TEST_F(TrayAnimationTest, ResetStartsWithTheFirstFrame) {
     m_animation.animateTrayIcon();
     m_animation.animateTrayIcon();
     m_animation.resetFrames();
@@ -70,7 +70,7 @@ TEST_F(TrayAnimationTest, StartWhileRunningChangesNothing) {
     EXPECT_EQ(m_frames.at(1), text("A02"));
 }
 
-/// Stops the animation when the first frame is out of the queue and has not arrived yet.
+/// Stops the animation when the first frame has left the queue and has not arrived yet.
 class StopBeforeArrival final : public QObject {
 public:
     explicit StopBeforeArrival(TrayAnimation &stopped) : m_animation(stopped) {
@@ -82,7 +82,7 @@ public:
             ++delivered;
             m_animation.stop();
         }
-        return false; // the frame goes on its way
+        return false; // the frame is delivered
     }
 
     int delivered = 0;
@@ -100,7 +100,7 @@ TEST_F(TrayAnimationTest, FrameThatArrivesAfterTheStopIsDropped) {
     EXPECT_TRUE(m_frames.isEmpty());
 }
 
-TEST_F(TrayAnimationTest, RestartBeginsWithTheFirstFrame) {
+TEST_F(TrayAnimationTest, RestartStartsWithTheFirstFrame) {
     m_animation.start();
     ASSERT_TRUE(spinUntil([this] { return m_frames.size() >= 2; }));
     m_animation.stop();

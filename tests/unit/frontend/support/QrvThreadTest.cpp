@@ -20,7 +20,7 @@ void *waitForRelease(void *flag, void *, void *) {
     return nullptr;
 }
 
-/// Counts rounds for ever; ends by cancellation only. The destructor proves the unwinding.
+/// Counts for ever; ends by cancellation only. The destructor proves that the frame was unwound.
 struct Loop {
     std::atomic<int> rounds = 0;
     std::atomic<bool> unwound = false;
@@ -60,23 +60,24 @@ TEST(QrvThread, StartsInStateZeroAndNeedsAFunction) {
     EXPECT_EQ(thread.getState(), 0);
 }
 
-TEST(QrvThread, JoinGivesTheFunctionsResult) {
+TEST(QrvThread, JoinReturnsTheFunctionsResult) {
     std::atomic<bool> release = false;
     QrvThread thread;
     ASSERT_EQ(thread.run(waitForRelease, &release, nullptr, nullptr), 0);
     EXPECT_EQ(thread.getState(), 1);
     void *result = &release;
-    std::thread releaser([&release] { release = true; });
+    std::thread releasingThread([&release] { release = true; });
     const int joined = thread.join(result);
-    releaser.join();
-    // The function may end before join() looks: then the state is 4 already and there is nothing to join.
+    releasingThread.join();
+    // The function may end before join() reads the state: then the state is 4 already and there is no thread
+    // to join.
     EXPECT_EQ(thread.getState(), 4);
     if (joined == 0) {
         EXPECT_EQ(result, nullptr);
     }
 }
 
-TEST(QrvThread, FunctionGetsItsArguments) {
+TEST(QrvThread, FunctionReceivesItsArguments) {
     std::atomic<int> number = 0;
     QrvThread thread;
     thread.setThreadFunction(addOne, &number, nullptr, nullptr);
@@ -132,7 +133,7 @@ TEST(QrvThread, JoinAfterDetachFails) {
     ASSERT_EQ(thread.detach(), 0);
     void *result = nullptr;
     EXPECT_EQ(thread.join(result), -1);
-    thread.setState(1); // what an entry that begins after the detach does
+    thread.setState(1); // as a thread does that starts after the detach
     EXPECT_EQ(thread.join(result), -1);
     EXPECT_EQ(thread.detach(), -1);
     release = true;
@@ -184,7 +185,7 @@ TEST(QrvThread, StateCanBeSet) {
     EXPECT_EQ(thread.getState(), 5);
 }
 
-TEST(QrvThread, ManyShortLivesLeaveNothingBehind) {
+TEST(QrvThread, ManyShortThreadsLeakNothing) {
     for (int i = 0; i < 100; ++i) {
         auto loop = std::make_unique<Loop>();
         {

@@ -37,7 +37,7 @@ TEST(ReachabilityFlags, ReachableUnlessTransientAndConnectionRequired) {
     EXPECT_TRUE(Reachability::isReachableWithFlags(6));
 }
 
-TEST_F(ReachabilityTest, TargetsThatCannotBeMadeGiveNothing) {
+TEST_F(ReachabilityTest, TargetsThatCannotBeMadeAreNull) {
     EXPECT_EQ(Reachability::reachabilityWithHostname(text("")), nullptr);
     m_services.reachability().setTargetsFail(true);
     EXPECT_EQ(Reachability::reachabilityWithHostName(host), nullptr);
@@ -53,7 +53,7 @@ TEST_F(ReachabilityTest, AddressTargets) {
     EXPECT_EQ(Reachability::reachabilityForLocalWiFi()->reachabilityFlags(), 131074U);
 }
 
-TEST_F(ReachabilityTest, QueriesFollowTheFlags) {
+TEST_F(ReachabilityTest, QueriesDependOnTheFlags) {
     setFlags(2);
     EXPECT_TRUE(m_monitor->isReachable());
     EXPECT_TRUE(m_monitor->isReachableViaWiFi());
@@ -61,7 +61,7 @@ TEST_F(ReachabilityTest, QueriesFollowTheFlags) {
     EXPECT_EQ(m_monitor->currentReachabilityStatus(), 2);
     EXPECT_FALSE(m_monitor->connectionRequired());
 
-    setFlags(7); // reachable by its bit, but the connection is not there yet
+    setFlags(7); // reachable by its bit, but the connection is not established yet
     EXPECT_FALSE(m_monitor->isReachable());
     EXPECT_TRUE(m_monitor->isReachableViaWiFi());
     EXPECT_EQ(m_monitor->currentReachabilityStatus(), 0);
@@ -81,7 +81,7 @@ TEST_F(ReachabilityTest, OnDemandNeedsItsBitsTogether) {
     }
 }
 
-TEST_F(ReachabilityTest, UnreadableFlagsAnswerNothing) {
+TEST_F(ReachabilityTest, UnreadableFlagsMeanNotReachable) {
     m_services.reachability().setUnreadable(host);
     EXPECT_FALSE(m_monitor->isReachable());
     EXPECT_FALSE(m_monitor->isReachableViaWiFi());
@@ -102,13 +102,13 @@ TEST_F(ReachabilityTest, Strings) {
 }
 
 TEST_F(ReachabilityTest, FlagLetters) {
-    const QList<QPair<std::uint32_t, const char *>> rows{
+    const QList<QPair<std::uint32_t, const char *>> cases{
         {0, "X- -------"},      {2, "XR -------"},
         {4, "X- c------"},      {1, "X- -t-----"},
         {16, "X- --i----"},     {8, "X- ---C---"},
         {32, "X- ----D--"},     {65536, "X- -----l-"},
         {131072, "X- ------d"}, {65536 | 131072 | 63, "XR ctiCDld"}};
-    for (const auto &[flags, letters] : rows) {
+    for (const auto &[flags, letters] : cases) {
         setFlags(flags);
         EXPECT_EQ(m_monitor->currentReachabilityFlags(), text(letters)) << flags;
     }
@@ -140,7 +140,7 @@ TEST_F(ReachabilityTest, CallbackOnItsQueueThenNotificationOnTheMainThread) {
             ++posted;
         });
     ASSERT_TRUE(m_monitor->startNotifier());
-    ASSERT_TRUE(spinUntil([&] { return posted == 1; })); // the first state is told too
+    ASSERT_TRUE(spinUntil([&] { return posted == 1; })); // the first state is reported too
     EXPECT_EQ(reached, 1);
     EXPECT_NE(blockThread.load(), QThread::currentThread());
     EXPECT_EQ(postThread, QThread::currentThread());

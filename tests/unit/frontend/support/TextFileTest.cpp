@@ -13,7 +13,7 @@ namespace quorvane {
 
 namespace {
 
-/// For its lifetime this process's files cannot grow, as if the disk were full.
+/// During its lifetime the files of this process cannot grow, as if the disk were full.
 class NoRoom {
 public:
     NoRoom() {
@@ -79,7 +79,7 @@ TEST_F(TextFileTest, FailureLeavesNothing) {
     EXPECT_FALSE(TextFile::replace(m_folder.filePath(QStringLiteral("no/such/folder")), "x"));
 }
 
-TEST_F(TextFileTest, FullDiskLeavesTheOldFileWhole) {
+TEST_F(TextFileTest, FullDiskLeavesTheOldFileUnchanged) {
     write("old");
     bool replaced = true;
     {

@@ -18,7 +18,7 @@ TEST_P(IntegerValue, ReadsTheLeadingInteger) {
     EXPECT_EQ(integerValue(QString::fromUtf8(GetParam().text)), GetParam().value);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, IntegerValue,
+INSTANTIATE_TEST_SUITE_P(Cases, IntegerValue,
                          testing::Values(Row{"", 0}, Row{"0", 0}, Row{"12", 12}, Row{" \t\n7", 7},
                                          Row{"-3", -3}, Row{"+4", 4}, Row{"--4", 0}, Row{"4x", 4},
                                          Row{"x4", 0}, Row{"1 2", 1}, Row{"2147483647", 2147483647},
@@ -42,7 +42,7 @@ TEST_P(PureInteger, KeepsDigitsOnly) {
     EXPECT_EQ(value, QString::fromUtf8(GetParam().left));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PureInteger,
+INSTANTIATE_TEST_SUITE_P(Cases, PureInteger,
                          testing::Values(PureRow{"", 2, "", true}, PureRow{"12", 2, "12", true},
                                          PureRow{"a1b2c", 2, "12", false}, PureRow{"123", 2, "12", false},
                                          PureRow{"123", 0, "123", true}, PureRow{"-1", 2, "1", false},

@@ -55,7 +55,7 @@ TEST_F(TranslationsTest, LanguageIsFoundWithAndWithoutItsCountry) {
     }
 }
 
-TEST_F(TranslationsTest, QtsOwnTextsFollow) {
+TEST_F(TranslationsTest, QtsOwnTextsAreTranslatedToo) {
     writeCatalogue(QStringLiteral("de"), germanCatalogue());
     install({QStringLiteral("de")});
     EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Abbrechen"));
@@ -71,7 +71,7 @@ TEST_F(TranslationsTest, FirstLanguageWithACatalogueWins) {
 TEST_F(TranslationsTest, EnglishNeedsNoFile) {
     writeCatalogue(QStringLiteral("de"), germanCatalogue());
     for (const QString &language : {QStringLiteral("en"), QStringLiteral("en-GB"), QStringLiteral("C")}) {
-        // Were a file looked for, this would be found.
+        // A search for a file would find this one.
         writeCatalogue(QString(language).replace(u'-', u'_'), germanCatalogue());
         EXPECT_TRUE(install({language, QStringLiteral("de")}).isNull());
         EXPECT_EQ(settings(), m_english) << language.toStdString();

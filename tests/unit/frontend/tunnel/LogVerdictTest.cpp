@@ -51,7 +51,7 @@ TEST(LogVerdict, EveryCombinationOfFailureMarkersFailsOncePerMarkerInTableOrder)
     }
 }
 
-TEST(LogVerdict, SuccessOutranksEveryFailureMarker) {
+TEST(LogVerdict, SuccessHasPriorityOverEveryFailureMarker) {
     for (const Marker &marker : markers) {
         const LogVerdict verdict =
             LogVerdict::of(text(marker.text) + text("\n") + text(completed) + text("\n") + text(marker.text));
@@ -83,7 +83,7 @@ TEST(LogVerdict, MarkersAreCaseSensitive) {
               Outcome::Undecided);
 }
 
-TEST(LogVerdict, NoTextSaysNothing) {
+TEST(LogVerdict, NoTextIsUndecided) {
     for (const QString &none : {QString(), text("")}) {
         const LogVerdict verdict = LogVerdict::of(none);
         EXPECT_EQ(verdict.outcome, Outcome::Undecided);
@@ -92,11 +92,11 @@ TEST(LogVerdict, NoTextSaysNothing) {
 }
 
 TEST(LogVerdict, LastLineNeedsThreePieces) {
-    const QList<QPair<const char *, const char *>> rows{
+    const QList<QPair<const char *, const char *>> cases{
         {"one", nullptr},          {"one\n", nullptr},    {"\n", nullptr},
         {"one\ntwo\n", "two"},     {"one\ntwo", nullptr}, {"\n\n", ""},
         {"one\ntwo\nrest", "two"}, {"a\nb\nc\n", "c"},    {"a\nb\n\n", ""}};
-    for (const auto &[log, line] : rows) {
+    for (const auto &[log, line] : cases) {
         const QString expected = line == nullptr ? QString() : text(line);
         EXPECT_TRUE(sameText(LogVerdict::of(text(log)).lastLine, expected)) << log;
     }
@@ -112,7 +112,7 @@ TEST(LogVerdict, LinkRemoteInTheLastCompleteLineFails) {
 TEST(LogVerdict, LinkRemoteElsewhereIsNoFailure) {
     EXPECT_FALSE(LogVerdict::of(text("link remote\nnext\n")).stuckAtLink);
     EXPECT_FALSE(LogVerdict::of(text("a\nb\nlink remote")).stuckAtLink);
-    EXPECT_FALSE(LogVerdict::of(text("link remote\n")).stuckAtLink); // too few lines to tell
+    EXPECT_FALSE(LogVerdict::of(text("link remote\n")).stuckAtLink); // too few lines
     EXPECT_FALSE(LogVerdict::of(text("a\nLink Remote\n")).stuckAtLink);
 }
 

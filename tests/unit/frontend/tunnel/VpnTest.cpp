@@ -75,7 +75,7 @@ protected:
 
     [[nodiscard]] bool logged(const QString &line) { return m_services.logSink().lines().contains(line); }
 
-    /// The attempt ends like any other that fails, and nothing is launched or watched.
+    /// Checks that the attempt ends like any other failed one, and that nothing is launched or watched.
     void expectFailedAttempt() {
         m_services.processes().setNames({"openvpn"});
         EXPECT_FALSE(m_vpn.configVpn());
@@ -119,7 +119,7 @@ TEST_F(VpnTest, ApostropheInAPathFailsTheAttempt) {
     EXPECT_TRUE(logged(text("not started: there is an apostrophe in ") + odd));
 }
 
-TEST_F(VpnTest, OtherSignsInAPathAreTakenAsTheyAre) {
+TEST_F(VpnTest, OtherCharactersInAPathAreAccepted) {
     writeConfiguration();
     const QString odd = m_folder + text("/a \"b\" $HOME `id` \\ * \xC3\xBC.ovpn");
     ASSERT_TRUE(QFile::rename(m_folder + text("/qrvp.ovpn"), odd));
@@ -179,8 +179,8 @@ TEST_F(VpnTest, CredentialsThatCannotBeWrittenFailTheAttempt) {
 
 TEST_F(VpnTest, FolderThatCannotBeMadeFailsTheAttemptEvenWithoutAConfiguration) {
     ASSERT_TRUE(QDir(m_folder).removeRecursively());
-    QFile inTheWay(m_folder);
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    QFile obstacle(m_folder);
+    ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
     expectFailedAttempt();
     EXPECT_FALSE(logged("no config file"));
 }
@@ -189,7 +189,7 @@ TEST_F(VpnTest, LogThatCannotBeEmptiedFailsTheAttempt) {
     writeConfiguration();
     ASSERT_TRUE(QDir(m_folder).mkpath(text("openvpn.log/in the way")));
     expectFailedAttempt();
-    EXPECT_TRUE(logged(text("log file %1 cannot be had").arg(m_log)));
+    EXPECT_TRUE(logged(text("log file %1 cannot be created").arg(m_log)));
 }
 
 TEST_F(VpnTest, LogIsEmptiedAndPolled) {
@@ -260,7 +260,7 @@ TEST_F(VpnTest, SuccessIsPostedOnceAndEndsThePolling) {
     EXPECT_EQ(m_delegate.errors, 0);
 }
 
-TEST_F(VpnTest, PollingGoesOnEveryTwoSecondsUntilSomethingIsSaid) {
+TEST_F(VpnTest, PollingContinuesEveryTwoSecondsUntilThereIsAVerdict) {
     launch();
     for (int i = 0; i < 50; ++i) {
         m_services.delayedCalls().advance(2.0);
@@ -296,7 +296,7 @@ TEST_F(VpnTest, TwoMarkersStopTwiceAndReportTwice) {
     EXPECT_EQ(m_delegate.errors, 2);
 }
 
-TEST_F(VpnTest, StopDoesNotTakeBackAReportedFailure) {
+TEST_F(VpnTest, StopDoesNotCancelAReportedFailure) {
     launch();
     writeLog("a\nAUTH_FAILED\n");
     m_services.delayedCalls().advance(2.0);

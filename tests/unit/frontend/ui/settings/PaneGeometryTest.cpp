@@ -8,8 +8,8 @@ namespace quorvane {
 
 namespace {
 
-// A window of 500 x 400 at (100, 50) whose frame and toolbar take 80: the content is 320 high, and the OK
-// button of 30 sits 20 above its lower edge.
+// A window of 500 x 400 at (100, 50) whose frame and toolbar are 80 high together: the content is 320 high,
+// and the OK button, 30 high, is 20 above its lower edge.
 PaneGeometry::Measures measures(QSize pane) {
     return {{100, 50, 500, 400}, 320, {400, 270, 80, 30}, pane};
 }
@@ -28,7 +28,7 @@ TEST(PaneGeometryTest, UpperEdgeAndWidthStay) {
     }
 }
 
-TEST(PaneGeometryTest, PaneIsCentredAndReachesTenIntoTheBand) {
+TEST(PaneGeometryTest, PaneIsCentredAndOverlapsTheBandByTen) {
     const auto placement = PaneGeometry::place(measures({400, 200}));
     EXPECT_EQ(placement.pane.x(), 50);
     const int lowerEdge = placement.pane.y() + 200;
