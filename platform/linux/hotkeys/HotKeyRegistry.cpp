@@ -1,6 +1,6 @@
 #include "HotKeyRegistry.h"
 
-#include "HotKeyKeys.h"
+#include "VirtualKeys.h"
 
 #include <algorithm>
 

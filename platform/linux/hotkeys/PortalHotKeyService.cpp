@@ -1,6 +1,6 @@
 #include "PortalHotKeyService.h"
 
-#include "HotKeyKeys.h"
+#include "VirtualKeys.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #include "X11HotKeyService.h"
 
-#include "HotKeyKeys.h"
+#include "VirtualKeys.h"
 #include "X11KeyGrabs.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-#include "HotKeyKeys.h"
+#include "VirtualKeys.h"
 
 #include <algorithm>
 #include <array>
