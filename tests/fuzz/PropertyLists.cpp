@@ -16,14 +16,14 @@ namespace PropertyLists {
 
 namespace {
 
-using platform::PropertyList::greatestDepth;
+using platform::PropertyList::maximumDepth;
 
 /// What the reader bears: containers, "<" marks and bytes. See PropertyListChecks.cpp.
 constexpr qsizetype mostContainers = 4096;
 constexpr qsizetype mostMarks = 400'000;
 
 void checkType(const QVariant &value, int depth) {
-    must(depth <= greatestDepth, "depth is bounded");
+    must(depth <= maximumDepth, "depth is bounded");
     switch (value.typeId()) {
     case QMetaType::QVariantMap: {
         const QVariantMap map = value.toMap();
@@ -122,7 +122,7 @@ void checkRoundTrip(const QVariantMap &dictionary) {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString decoded = decoder(written);
     must(!decoded.isEmpty() && !decoder.hasError(), "what is written is UTF-8");
-    if (written.size() > platform::PropertyList::largestSize || written.count('<') > mostMarks ||
+    if (written.size() > platform::PropertyList::maximumSize || written.count('<') > mostMarks ||
         written.count("<dict") + written.count("<array") > mostContainers) {
         return;
     }

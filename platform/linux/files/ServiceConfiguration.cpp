@@ -12,7 +12,7 @@ namespace quorvane::platform {
 
 namespace {
 
-constexpr qint64 largestFile = 64 * 1024;
+constexpr qint64 maximumFileSize = 64 * 1024;
 
 /// A host name or IPv4 address, or an IPv6 address in brackets, with an optional port.
 bool isHost(const QString &text, bool portAllowed) {
@@ -24,15 +24,15 @@ bool isHost(const QString &text, bool portAllowed) {
     }
     const QString port = match.captured(1);
     const bool portFits = port.isNull() || (portAllowed && port.toInt() >= 1 && port.toInt() <= 65535);
-    // Numbers that an URL would write as another address cannot be asked for.
+    // A number that a URL would turn into another address cannot be requested.
     return portFits && strictUrl("https://" + text.toLatin1() + "/").has_value();
 }
 
-/// Takes one key's value; the complaint when it will not do.
-QString take(ServiceConfiguration &configuration, const QString &key, const QString &value) {
+/// Sets the value of one key. Returns the problem if the value is not acceptable.
+QString setEntry(ServiceConfiguration &configuration, const QString &key, const QString &value) {
     if (key == QStringLiteral("ca_file")) {
         if (!value.isEmpty() && !value.startsWith(u'/')) {
-            return QStringLiteral("ca_file is no absolute path");
+            return QStringLiteral("ca_file is not an absolute path");
         }
         configuration.caFile = value;
         return {};
@@ -48,10 +48,10 @@ QString take(ServiceConfiguration &configuration, const QString &key, const QStr
     if (place == nullptr) {
         return QStringLiteral("unknown key \"%1\"").arg(key);
     }
-    // URLs are sent byte for byte, and their form has small letters in the host.
+    // URLs are sent byte for byte, and their normal form has lower-case letters in the host.
     const QString host = value.toLower();
     if (!isHost(host, place != &configuration.reachabilityHost)) {
-        return QStringLiteral("%1 is no host: \"%2\"").arg(key, value);
+        return QStringLiteral("%1 is not a host: \"%2\"").arg(key, value);
     }
     *place = host;
     return {};
@@ -65,12 +65,12 @@ void readLines(ServiceConfiguration &configuration, const QString &path, const Q
             continue;
         }
         const qsizetype equals = line.indexOf(u'=');
-        const QString complaint =
+        const QString problem =
             equals < 0 ? QStringLiteral("no \"key = value\" line")
-                       : take(configuration, line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
-        if (!complaint.isNull()) {
+                       : setEntry(configuration, line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
+        if (!problem.isNull()) {
             configuration.problems.append(
-                QStringLiteral("%1, line %2: %3").arg(path, QString::number(i + 1), complaint));
+                QStringLiteral("%1, line %2: %3").arg(path, QString::number(i + 1), problem));
         }
     }
 }
@@ -81,7 +81,7 @@ ServiceConfiguration ServiceConfiguration::read(const QStringList &paths) {
     ServiceConfiguration configuration;
     for (const QString &path : paths) {
         QByteArray bytes;
-        const int failure = readPlainFile(path, largestFile, bytes);
+        const int failure = readPlainFile(path, maximumFileSize, bytes);
         if (failure == ENOENT || failure == ENOTDIR) {
             continue;
         }
