@@ -1,6 +1,7 @@
-// What the guard lets through, the real OpenVPN must read as the guard did: OpenVPN is started with what came
-// and with the guard's copy, prints all its settings, and ends at a management socket that cannot be made,
-// before it opens anything. Both prints must be the same, and say nothing that the guard did not read.
+// The real OpenVPN must read a configuration that the guard accepts in the same way as the guard. OpenVPN is
+// started with the original and with the guard's copy, prints all its settings, and ends before it opens
+// anything, because its management socket cannot be created. Both prints must be equal, and contain nothing
+// that the guard did not read.
 
 #include "Fuzz.h"
 #include "guard/AllowList.h"
@@ -18,20 +19,21 @@ using namespace quorvane::guard;
 
 namespace {
 
-constexpr int Place = 200; ///< the same descriptor number for both, so that both prints name the same path
+constexpr int descriptorNumber =
+    200; ///< the same descriptor number for both, so that both prints name the same path
 
-constexpr std::string_view Base =
+constexpr std::string_view base =
     "client\ndev tun\nremote 192.0.2.1 1194\nauth-user-pass\n"
     "<ca>\n-----BEGIN CERTIFICATE-----\nTUlJQg==\n-----END CERTIFICATE-----\n</ca>\n";
 
-/// OpenVPN under a name of its own: whoever looks for processes called openvpn is not to meet these.
+/// OpenVPN under another name, so that programs that look for processes called openvpn do not find these.
 const char *renamedOpenVpn() {
     static const std::string link = [] {
         const char *folder = getenv("TMPDIR");
         std::string made = std::string(folder != nullptr ? folder : "/tmp") + "/reads-as-guard-XXXXXX";
-        must(mkdtemp(made.data()) != nullptr, "the system gives a folder");
+        must(mkdtemp(made.data()) != nullptr, "a folder can be created");
         made += "/vpnread";
-        must(symlink("/usr/sbin/openvpn", made.c_str()) == 0, "the system gives a link");
+        must(symlink("/usr/sbin/openvpn", made.c_str()) == 0, "a link can be created");
         return made;
     }();
     return link.c_str();
@@ -47,7 +49,7 @@ Print printOf(std::string_view configuration) {
     const FileDescriptor credentials = sealedCopy("credentials", "user\npassword\n");
     std::array<int, 2> pipe{};
     must(copy.isOpen() && credentials.isOpen() && pipe2(pipe.data(), O_CLOEXEC) == 0,
-         "the system gives descriptors");
+         "descriptors can be created");
     FileDescriptor output(pipe[0]);
     FileDescriptor written(pipe[1]);
     posix_spawn_file_actions_t actions;
@@ -55,16 +57,16 @@ Print printOf(std::string_view configuration) {
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, written.get(), 1);
     posix_spawn_file_actions_adddup2(&actions, written.get(), 2);
-    posix_spawn_file_actions_adddup2(&actions, copy.get(), Place);
-    posix_spawn_file_actions_adddup2(&actions, credentials.get(), Place + 1);
-    std::array<const char *, 13> words{
+    posix_spawn_file_actions_adddup2(&actions, copy.get(), descriptorNumber);
+    posix_spawn_file_actions_adddup2(&actions, credentials.get(), descriptorNumber + 1);
+    std::array<const char *, 13> arguments{
         "openvpn", "--config",         "/proc/self/fd/200", "--verb",
         "4",       "--auth-user-pass", "/proc/self/fd/201", "--script-security",
         "0",       "--management",     "/nonexistent/none", "unix",
         nullptr};
     std::array<char *, 1> environment{nullptr};
     pid_t pid = 0;
-    must(posix_spawn(&pid, renamedOpenVpn(), &actions, nullptr, const_cast<char **>(words.data()),
+    must(posix_spawn(&pid, renamedOpenVpn(), &actions, nullptr, const_cast<char **>(arguments.data()),
                      environment.data()) == 0,
          "OpenVPN can be started");
     posix_spawn_file_actions_destroy(&actions);
@@ -75,7 +77,7 @@ Print printOf(std::string_view configuration) {
         print.settings.append(piece.data(), static_cast<std::size_t>(count));
     }
     waitpid(pid, &print.status, 0);
-    // The time of each line, and where in the configuration an error was found.
+    // The time of each line, and the place of an error in the configuration.
     static const std::regex varying("(^|\n)[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8} (us=[0-9]+ )?|fd/200:[0-9]+");
     print.settings = std::regex_replace(print.settings, varying, "$1");
     return print;
@@ -116,7 +118,7 @@ void checkNothingElseIsSet(const std::string &settings) {
         must(at == std::string::npos || settings.compare(at + set.size(), 9, "'[UNDEF]'") == 0 ||
                  settings.compare(at + set.size(), 6, "'/tmp'") == 0 || // OpenVPN's own default of tmp_dir
                  settings.compare(at + set.size(), 7, "[UNDEF]") == 0,
-             "nothing is set that runs, reads or writes");
+             "no setting runs a program or names a file");
     }
 }
 
@@ -140,14 +142,14 @@ void checkServers(const std::string &settings, const std::vector<Directive> &dir
     }
     if (settings.find("Current Parameter Settings:") != std::string::npos) {
         must(valuesOf(settings, "remote") == hosts,
-             "OpenVPN would ask the servers that the guard read, and no others");
+             "OpenVPN would use exactly the servers that the guard read");
     }
 }
 
 } // namespace
 
 void fuzzOne(std::string_view bytes) {
-    const std::string text = std::string(Base).append(bytes);
+    const std::string text = std::string(base).append(bytes);
     const auto parsed = parse(text);
     const auto *directives = std::get_if<std::vector<Directive>>(&parsed);
     if (directives == nullptr || check(*directives)) {
@@ -156,13 +158,14 @@ void fuzzOne(std::string_view bytes) {
     const Print original = printOf(text);
     const Print copied = printOf(privateCopy(*directives));
     if (original.settings != copied.settings) {
-        std::fprintf(stderr, "--- what came\n%s\n--- the copy\n%s\n", original.settings.c_str(),
+        std::fprintf(stderr, "--- the original\n%s\n--- the copy\n%s\n", original.settings.c_str(),
                      copied.settings.c_str());
     }
-    must(original.status == copied.status, "OpenVPN ends alike with what came and with the copy");
-    must(original.settings == copied.settings, "OpenVPN reads what came as the guard did");
+    must(original.status == copied.status,
+         "OpenVPN ends in the same way with the original and with the copy");
+    must(original.settings == copied.settings, "OpenVPN reads the original as the guard did");
     must(original.settings.find("Options error: Unrecognized option") == std::string::npos,
-         "OpenVPN knows every directive that may pass");
+         "OpenVPN knows every accepted directive");
     checkNothingElseIsSet(original.settings);
     checkServers(original.settings, *directives);
 }

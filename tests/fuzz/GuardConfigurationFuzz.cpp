@@ -15,7 +15,7 @@ void checkCopy(const std::string &copy, const std::vector<Directive> &directives
     must(isPlainText(copy), "the copy is plain text");
     for (std::string_view rest = copy; !rest.empty();) {
         const auto end = rest.find('\n');
-        must(end != std::string_view::npos, "every line of the copy has its end");
+        must(end != std::string_view::npos, "every line of the copy ends with a line feed");
         must(end < 255, "every line of the copy fits OpenVPN's buffer");
         rest.remove_prefix(end + 1);
     }
@@ -27,8 +27,8 @@ void checkCopy(const std::string &copy, const std::vector<Directive> &directives
                                 return one.words == other.words && one.block == other.block;
                             }),
          "the copy says what was understood");
-    must(privateCopy(again) == copy, "the copy of the copy is the copy");
-    must(!check(again).has_value(), "the copy may pass as well");
+    must(privateCopy(again) == copy, "copying the copy changes nothing");
+    must(!check(again).has_value(), "the copy is accepted as well");
 }
 
 } // namespace
@@ -43,7 +43,7 @@ void fuzzOne(std::string_view bytes) {
     const auto &directives = std::get<std::vector<Directive>>(parsed);
     for (const Directive &directive : directives) {
         must(!directive.words.empty() && directive.words.size() <= 8, "a directive has a name and few words");
-        must(directive.line >= 1, "a directive knows its line");
+        must(directive.line >= 1, "a directive has a line number");
     }
     if (const auto refusal = check(directives)) {
         must(refusal->line >= 1 && refusal->text().find("directive \"") != std::string::npos,
@@ -51,6 +51,6 @@ void fuzzOne(std::string_view bytes) {
         must(isPlainText(refusal->text()), "a refusal is plain text");
         return;
     }
-    must(bytes.find('\0') == std::string_view::npos, "no zero byte passes");
+    must(bytes.find('\0') == std::string_view::npos, "no NUL byte is accepted");
     checkCopy(privateCopy(directives), directives);
 }

@@ -12,10 +12,10 @@ using namespace quorvane;
 
 using quorvane::guard::TunnelLog;
 
-// What the guard makes of anything that OpenVPN prints, as the application's monitor reads it.
+// The guard's log for any output of OpenVPN, as the application's monitor reads it.
 void fuzzOne(std::string_view bytes) {
     const int memory = memfd_create("log", MFD_CLOEXEC);
-    must(memory >= 0, "the system gives memory");
+    must(memory >= 0, "a memory file can be created");
     const FileDescriptor kept(dup(memory));
     TunnelLog log{FileDescriptor(memory)};
     const std::size_t half = bytes.size() / 2;
@@ -33,5 +33,5 @@ void fuzzOne(std::string_view bytes) {
     must(verdict.outcome != LogVerdict::Outcome::Undecided, "every attempt ends");
     const bool seenUp =
         verdict.outcome == LogVerdict::Outcome::Up || verdict.outcome == LogVerdict::Outcome::WithErrors;
-    must(seenUp == log.isUp(), "the monitor sees a tunnel when OpenVPN has said so itself");
+    must(seenUp == log.isUp(), "the monitor reports a tunnel only if OpenVPN itself did");
 }

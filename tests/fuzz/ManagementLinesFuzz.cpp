@@ -26,7 +26,7 @@ Reading readInPieces(std::string_view stream, std::size_t piece) {
     ManagementParser parser([&reading](const ManagementEvent &event) { reading.events.push_back(event); });
     for (std::size_t at = 0; at < stream.size(); at += piece) {
         const bool trusted = parser.feed(stream.substr(at, piece));
-        must(reading.trusted || !trusted, "a stream that was given up stays so");
+        must(reading.trusted || !trusted, "a stream that is not trusted stays so");
         reading.trusted = trusted;
     }
     return reading;
@@ -40,9 +40,9 @@ bool same(const ManagementEvent &a, const ManagementEvent &b) {
 void checkEvent(const ManagementEvent &event) {
     static const std::set<std::string> wanted{"username", "password", "untrusted_ip", "untrusted_ip6"};
     for (const auto &[name, value] : event.fields) {
-        must(wanted.count(name) == 1, "only the fields that are needed are kept");
+        must(wanted.count(name) == 1, "only the needed fields are kept");
         must(value.find('\n') == std::string::npos, "a field is one line");
-        must(event.field(name) == value, "a field gives its value");
+        must(event.field(name) == value, "a field returns its value");
     }
     must(event.text.find('\n') == std::string::npos, "an event's text is one line");
     const bool login = event.kind == Kind::Connect || event.kind == Kind::Reauth;
@@ -69,13 +69,14 @@ bool hasLongLine(std::string_view stream) {
 void fuzzOne(std::string_view bytes) {
     const Reading whole = readInPieces(bytes, bytes.size() + 1);
     std::for_each(whole.events.begin(), whole.events.end(), checkEvent);
-    must(whole.trusted != hasLongLine(bytes), "a line beyond the limit, and nothing else, ends the trust");
+    must(whole.trusted != hasLongLine(bytes), "only a line beyond the limit makes the stream untrusted");
     const auto lines = static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
-    must(whole.events.size() <= lines, "an event takes a line of its own");
+    must(whole.events.size() <= lines, "each event has its own line");
     for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, std::size_t{4096}}) {
         const Reading cut = readInPieces(bytes, piece);
-        must(cut.trusted == whole.trusted, "how the stream is cut does not change whether it is trusted");
+        must(cut.trusted == whole.trusted,
+             "the size of the pieces does not change whether the stream is trusted");
         must(std::equal(cut.events.begin(), cut.events.end(), whole.events.begin(), whole.events.end(), same),
-             "how the stream is cut does not change the events");
+             "the size of the pieces does not change the events");
     }
 }

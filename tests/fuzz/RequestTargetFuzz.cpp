@@ -10,7 +10,7 @@ namespace {
 
 using quorvane::service::Target;
 
-/// Every byte as an escape, so that nothing in it is a mark of the target's own.
+/// Every byte as an escape, so that none of them is a delimiter of the target.
 std::string escaped(std::string_view text) {
     static constexpr char digits[] = "0123456789abcdef";
     std::string result;
@@ -25,10 +25,10 @@ void checkParameters(std::string_view raw, const Target &target) {
     const auto mark = std::min(raw.find('?'), raw.size());
     const auto bars = std::count(raw.begin() + static_cast<std::ptrdiff_t>(mark), raw.end(), '&');
     must(static_cast<std::ptrdiff_t>(target.parameters().size()) <= bars + 1,
-         "a parameter stands for a piece");
+         "there is a piece for each parameter");
     must(mark != raw.size() || target.parameters().empty(), "without a query there are no parameters");
     for (const auto &[key, value] : target.parameters()) {
-        must(target.has(key), "a parameter that was read is there");
+        must(target.has(key), "a parameter that was read is present");
         const auto last = std::find_if(target.parameters().rbegin(), target.parameters().rend(),
                                        [&key = key](const auto &other) { return other.first == key; });
         must(target.last(key) == last->second, "the last occurrence of a key counts");
@@ -42,7 +42,7 @@ void checkRoundTrip(const Target &target) {
     }
     const auto again = Target::parse(rewritten);
     must(again && again->path() == target.path() && again->parameters() == target.parameters(),
-         "a target that is written out is read back");
+         "a written target is read again");
 }
 
 } // namespace
@@ -52,12 +52,12 @@ void fuzzOne(std::string_view bytes) {
     if (target) {
         must(target->path().front() == '/', "a path begins with a slash");
         must(bytes.find_first_of(std::string_view(" #\r\n\t\0\x7f", 7)) == std::string_view::npos,
-             "a target holds no blanks, marks of a fragment or control characters");
+             "a target contains no blanks, fragment marks or control characters");
         checkParameters(bytes, *target);
         checkRoundTrip(*target);
     }
     const auto decoded = quorvane::service::percentDecoded(escaped(bytes));
-    must(decoded && *decoded == bytes, "any bytes can be escaped and come back");
+    must(decoded && *decoded == bytes, "any bytes can be escaped and decoded");
     const auto value = Target::parse("/?v=" + escaped(bytes));
     must(value && value->last("v") == std::string(bytes), "any bytes can be a value");
 }
