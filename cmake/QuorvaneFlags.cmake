@@ -12,7 +12,7 @@ target_compile_features(quorvane_flags INTERFACE cxx_std_20)
 target_compile_options(quorvane_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wcast-qual -Wformat=2
     -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wundef
-    # GCC 12 sees overlapping copies in optimised std::string code that are not there.
+    # GCC 12 warns of overlapping copies in optimised std::string code where there are none.
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
     $<$<CXX_COMPILER_ID:GNU>:-Wsuggest-override -Wlogical-op -Wduplicated-cond -Wduplicated-branches>
     $<$<BOOL:${QUORVANE_WERROR}>:-Werror>)
@@ -24,9 +24,9 @@ if(QUORVANE_SANITIZE)
 endif()
 
 if(QUORVANE_FUZZ)
-    # Code under test tells the fuzzer where it has been; only the fuzz targets link its driver.
+    # The code under test reports its coverage to the fuzzer; only the fuzz targets link its driver.
     target_compile_options(quorvane_flags INTERFACE -fsanitize=fuzzer-no-link)
-    # A broken precondition of Qt's or the standard library's is a finding in an optimised build too.
+    # A broken precondition of Qt or the standard library is a finding in an optimised build too.
     target_compile_definitions(quorvane_flags INTERFACE QT_FORCE_ASSERTS _GLIBCXX_ASSERTIONS)
 endif()
 

@@ -3,11 +3,11 @@
 #
 # One executable and one ctest entry. GoogleTest programs get gtest_main unless a source named
 # *main.cpp is among SOURCES; Qt Test programs bring their own main through QTEST_MAIN.
-# The tests that the thread sanitizer fits say so with THREADED; the target threaded_tests builds them.
+# Tests for which the thread sanitizer is useful are marked THREADED; the target threaded_tests builds them.
 add_custom_target(threaded_tests)
 
-# The headers that every test of a kind includes are compiled once a build, not once a test. Those of the window
-# tests are made where these are: Qt tells each test its folder by a macro.
+# The headers that every test of a kind includes are compiled once per build, not once per test. Those of the
+# window tests are compiled in their folder: Qt passes each test its folder in a macro.
 function(quorvane_test_headers name)
     cmake_parse_arguments(PARSE_ARGV 1 H "" "" "LIBRARIES;HEADERS")
     set(source ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)

@@ -9,18 +9,18 @@ namespace quorvane::platform {
 
 /// A privileged process started by AuthorizationService.
 struct PrivilegedProcess {
-    /// 0 on success; otherwise the reason, and the other fields mean nothing.
+    /// 0 on success; otherwise the reason, and the other fields are meaningless.
     int status = 0;
     pid_t pid = -1;
     /// Reading end of the process's standard output; the receiver closes it.
     int outputDescriptor = -1;
 };
 
-/// Starts a program with administrator rights after the desktop itself asked the user for them.
-/// Any thread; the start does not wait for the answer to the question.
+/// Starts a program with administrator rights, for which the desktop itself prompts the user. Any thread; the
+/// start does not wait for the user's decision.
 class AuthorizationService {
 public:
-    /// The service is not on this machine.
+    /// The service is not installed on this machine.
     static constexpr int toolMissing = -70001;
 
     virtual ~AuthorizationService() = default;
@@ -30,7 +30,8 @@ public:
     /// Runs the program in the given folder. Arguments are passed as they are, never through a shell.
     [[nodiscard]] virtual PrivilegedProcess launch(const QString &program, const QStringList &arguments,
                                                    const QString &folder) = 0;
-    /// Waits for the process; with block false only looks. The wait status once it has ended.
+    /// Waits for the process; when block is false, only checks it. Returns the wait status once the process
+    /// has ended.
     [[nodiscard]] virtual std::optional<int> wait(pid_t pid, bool block) = 0;
 };
 

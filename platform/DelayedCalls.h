@@ -8,9 +8,9 @@ namespace quorvane::platform {
 
 /// Calls after a delay on the caller's event loop.
 ///
-/// A call belongs to a target: it is dropped when the target goes, and cancelAll() drops every call of
-/// a target that is still due. Calls of equal due time run in the order in which they were asked for.
-/// Used from the main thread.
+/// A call belongs to a target: it is dropped when the target is destroyed, and cancelAll() drops every
+/// pending call of a target. Calls that are due at the same time run in the order in which they were
+/// requested. Used from the main thread.
 class DelayedCalls {
 public:
     virtual ~DelayedCalls() = default;

@@ -5,18 +5,18 @@
 
 namespace quorvane::platform {
 
-/// Replaces the file with the bytes, whole or not at all, on the disk before it takes the name and for its
-/// owner only (mode 600); a link under that name is replaced, not followed. Any thread. 0, or an errno value;
-/// the old file is then untouched.
+/// Replaces the file with the bytes atomically: they are on the disk before the file gets its name. The file
+/// has mode 600 (owner only); a link under that name is replaced, not followed. Any thread. Returns 0 or an
+/// errno value; on an error the old file is unchanged.
 [[nodiscard]] int replaceFile(const QString &path, const QByteArray &bytes);
 
-/// Sets disk space aside for an existing file, so that another program can append that many bytes even when
-/// the disk fills up meanwhile. The file's size and contents stay. Any thread. 0, also where the file system
-/// cannot set space aside, or an errno value when there is not enough.
+/// Reserves disk space for an existing file, so that another program can append that many bytes even when the
+/// disk fills up meanwhile. The file's size and contents do not change. Any thread. Returns 0, also where the
+/// file system cannot reserve space, or an errno value when there is not enough.
 [[nodiscard]] int reserveSpace(const QString &path, qint64 bytes);
 
-/// Whether a new file of that many bytes could be made in the folder now. Leaves nothing behind. Any thread.
-/// 0, also where the file system cannot report it, or an errno value.
+/// Checks whether a new file of that many bytes could be created in the folder now. Leaves nothing behind.
+/// Any thread. Returns 0, also where the file system cannot report it, or an errno value.
 [[nodiscard]] int checkSpace(const QString &folder, qint64 bytes);
 
 } // namespace quorvane::platform

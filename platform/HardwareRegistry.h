@@ -6,7 +6,7 @@
 
 namespace quorvane::platform {
 
-/// What identifies this machine. Values may be absent on any machine; none is cached here.
+/// The properties that identify this machine. Any of them may be absent; none is cached here.
 class HardwareRegistry {
 public:
     virtual ~HardwareRegistry() = default;

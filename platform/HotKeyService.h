@@ -6,8 +6,8 @@
 
 namespace quorvane::platform {
 
-/// Names one hot key to its owner: `id` tells the action, `signature` is four characters, the first in the
-/// high byte.
+/// Identifies one hot key to its owner: `id` identifies the action, `signature` is four characters, the first
+/// in the high byte.
 struct HotKeyIdentifier {
     quint32 signature = 0;
     quint32 id = 0;
@@ -15,22 +15,22 @@ struct HotKeyIdentifier {
     bool operator==(const HotKeyIdentifier &) const = default;
 };
 
-/// Stands for one registration; never used twice in a run. 0 is none.
+/// Identifies one registration; never reused while the program runs. 0 means none.
 using HotKeyReference = quint64;
 
 enum class HotKeyError {
     None,
-    /// This program holds the combination already.
+    /// This program has already registered the combination.
     AlreadyHeld,
-    /// Another program holds the combination.
+    /// Another program uses the combination.
     TakenElsewhere,
     /// This desktop has no service for global hot keys.
     NotAvailable,
-    /// The key code or the modifiers are not known.
+    /// The key code or a modifier is not known.
     UnknownKey,
-    /// The reference stands for no registration, or no longer.
+    /// There is no registration with this reference, or it has ended.
     UnknownReference,
-    /// The desktop, or the user whom it asked, declined.
+    /// The desktop refused, or the user in its dialog.
     Declined,
 };
 
@@ -40,11 +40,11 @@ struct HotKeyRegistration {
     HotKeyReference reference = 0;
 };
 
-/// System-wide key combinations. Main thread; handlers are called from the event loop, never from within
-/// a call of theirs.
+/// System-wide key combinations. Main thread; handlers are called from the event loop, never from within a
+/// call of these functions.
 ///
-/// Key codes are virtual key codes of the ANSI keyboard, by position, not by layout; modifiers are the sum
-/// of `command` (the Super key), `shift` and `control`.
+/// Key codes are virtual key codes of the ANSI keyboard, by position, not by layout; modifiers are the sum of
+/// `command` (the Super key), `shift` and `control`.
 class HotKeyService {
 public:
     static constexpr quint32 command = 256;
@@ -58,18 +58,19 @@ public:
 
     /// Whether this desktop offers global hot keys at all.
     [[nodiscard]] virtual bool isAvailable() const = 0;
-    /// A combination that this program holds is refused, whatever its identifier: one press acts once.
+    /// Refuses a combination that this program has already registered, whatever its identifier: one press
+    /// starts one action.
     [[nodiscard]] virtual HotKeyRegistration registerHotKey(quint32 keyCode, quint32 modifiers,
                                                             HotKeyIdentifier identifier) = 0;
     virtual HotKeyError unregisterHotKey(HotKeyReference reference) = 0;
     /// Called once for each press of a registered combination, however long the key is held.
     virtual void installEventHandler(EventHandler handler) = 0;
-    /// Called when the desktop takes back a registration: one that it had not yet decided on, or one that it
-    /// no longer lets this program have. The reference is not good any more.
+    /// Called when the desktop withdraws a registration: one that it had not yet decided on, or one that it
+    /// no longer allows. The reference is then no longer valid.
     virtual void installRefusalHandler(RefusalHandler handler) = 0;
 
-    /// What the hot keys with this id do, in the user's words, for a desktop that lists them to the user;
-    /// set before they are registered. Nothing where the desktop shows no such list.
+    /// Sets the description of the hot keys with this id, for a desktop that lists them to the user; called
+    /// before they are registered. Does nothing where the desktop shows no such list.
     virtual void setDescription(quint32 id, const QString &text) {
         Q_UNUSED(id)
         Q_UNUSED(text)

@@ -7,12 +7,12 @@
 
 namespace quorvane::platform {
 
-/// One password per identifier in the desktop's key store. Calls may wait for the user to unlock the
-/// store, so they do not belong on the main thread. Failures of the store itself read as "no item".
+/// One password per identifier in the desktop's key store. Calls may wait for the user to unlock the store,
+/// so they must not run on the main thread. A failure of the store is reported as "no item".
 class KeyStore {
 public:
     struct Item {
-        /// Generic attribute, label and service are all the identifier.
+        /// Used for the generic attribute, the label and the service.
         QString identifier;
         QString account;
         QByteArray password;

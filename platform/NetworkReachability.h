@@ -20,7 +20,7 @@ inline constexpr std::uint32_t isLocalAddress = 65536;
 inline constexpr std::uint32_t isDirect = 131072;
 } // namespace ReachabilityFlag
 
-/// A serial queue with a thread of its own: work runs one after the other, in order.
+/// A serial queue with its own thread: runs one piece of work after the other, in order.
 class SerialQueue {
 public:
     virtual ~SerialQueue() = default;
@@ -34,14 +34,14 @@ public:
 
     virtual ~ReachabilityTarget() = default;
 
-    /// The present flags, absent when they cannot be read. For a host name the address last resolved
-    /// counts; resolving never blocks the caller.
+    /// The present flags; absent when they cannot be read. For a host name, the address last resolved is
+    /// used; resolving never blocks the caller.
     [[nodiscard]] virtual std::optional<std::uint32_t> flags() = 0;
-    /// The callback for changes; an empty one unregisters. False when it cannot be registered.
+    /// Sets the callback for changes; an empty one removes it. False when it cannot be registered.
     virtual bool setCallback(Callback callback) = 0;
-    /// Delivers the first state and every later change on the queue (not owned, must outlive the
-    /// delivery); null stops the delivery, and no callback runs after that call returned unless it
-    /// is made from the callback itself.
+    /// Delivers the first state and every later change on the queue (not owned, must outlive the delivery);
+    /// null stops the delivery. No callback runs after that call has returned, unless the callback itself
+    /// makes the call.
     virtual bool setQueue(SerialQueue *queue) = 0;
 };
 
@@ -52,10 +52,9 @@ public:
 
     /// Null when the target cannot be made (an empty name).
     [[nodiscard]] virtual std::unique_ptr<ReachabilityTarget> targetWithName(const QString &host) = 0;
-    /// IPv4 address in host byte order. 0.0.0.0 stands for "is there a default route", 169.254.0.0 for the
-    /// link-local network.
+    /// IPv4 address in host byte order. 0.0.0.0 means the default route, 169.254.0.0 the link-local network.
     [[nodiscard]] virtual std::unique_ptr<ReachabilityTarget> targetWithAddress(std::uint32_t address) = 0;
-    /// Null when no thread can be had.
+    /// Null when no thread can be created.
     [[nodiscard]] virtual std::unique_ptr<SerialQueue> makeQueue(const QString &name) = 0;
 };
 

@@ -11,11 +11,11 @@
 
 namespace quorvane::platform {
 
-/// Messages by name between parts that do not know each other.
+/// Passes messages by name between parts of the program that do not know each other.
 ///
-/// post() calls every observer of the name before it returns, on the poster's thread, in the order
-/// in which the observers were added. An observer ends with its context object. Observing twice means
-/// being called twice. Safe from any thread; observers may add and remove observers while being called.
+/// post() calls every observer of the name on the caller's thread, in the order in which the observers were
+/// added, and then returns. An observer is removed with its context object. An observer that was added twice
+/// is called twice. Safe from any thread; observers may add and remove observers while they are called.
 class NotificationCenter {
 public:
     using Handler = std::function<void(const QVariant &object)>;

@@ -25,12 +25,12 @@ class UrlLoader;
 class UserDefaultsController;
 class Workspace;
 
-/// Everything that the program takes from the desktop, in one place.
+/// Every service of the desktop that the program uses, in one place.
 ///
 /// One Platform is current at a time; the classes that exist once per process reach their services through
-/// it. A test installs its own with recording services in place of those that it wants to watch.
-/// Installed before and removed after everything that uses it, on the main thread; the members are used
-/// under each interface's own thread rule.
+/// it. A test installs a platform of its own, with recording fakes for the services that it checks. It is
+/// installed before and removed after everything that uses it, on the main thread; each member follows the
+/// thread rule of its interface.
 struct Platform {
     Platform();
     ~Platform();
@@ -40,7 +40,7 @@ struct Platform {
     std::unique_ptr<Bundle> bundle;
     ServiceConfiguration service;
     UserAccount account;
-    /// Folder for temporary answer files.
+    /// Folder for the service's answers, as temporary files.
     QString temporaryFolder;
 
     std::unique_ptr<PreferencesStore> preferences;
@@ -60,14 +60,13 @@ struct Platform {
     std::unique_ptr<UrlLoader> urls;
     std::unique_ptr<Workspace> workspace;
 
-    /// The platform in force; there must be one.
+    /// The installed platform; there must be one.
     [[nodiscard]] static Platform &current();
     static void setCurrent(Platform *platform);
 };
 
-/// Fills a platform with the real services of this Linux desktop.
-/// Needs a QGuiApplication for the workspace's browser opening, and to tell a Wayland session by the window
-/// platform in use.
+/// Creates a platform with the real services of this Linux desktop. Needs a QGuiApplication: the workspace
+/// opens the browser through it, and its window platform shows whether this is a Wayland session.
 [[nodiscard]] std::unique_ptr<Platform> makeLinuxPlatform();
 
 } // namespace quorvane::platform

@@ -10,7 +10,7 @@ namespace quorvane::platform {
 
 namespace {
 
-/// The integer that the text begins with; a number beyond the range reads as the nearest end of it.
+/// The integer that the text begins with; a number out of range is clamped to the range.
 qint64 leadingInteger(const QString &text) {
     qsizetype at = 0;
     while (at < text.size() && text[at].isSpace()) {

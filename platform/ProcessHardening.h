@@ -6,12 +6,12 @@ class QSocketNotifier;
 
 namespace quorvane::platform {
 
-/// Makes every file that the process creates private (umask 077) and switches its core dumps off: a core
-/// would hold the administrator's password. First thing in main().
+/// Makes every file that the process creates private (umask 077) and disables its core dumps, which would
+/// contain the administrator's password. Called first in main().
 void hardenProcess();
 
-/// Turns SIGTERM, SIGINT and SIGHUP into the quit signal of the main thread's event loop, so that the end
-/// of a desktop session still stops the tunnel. One at a time; main thread.
+/// Emits quitRequested on the main thread's event loop after SIGTERM, SIGINT or SIGHUP, so that the tunnel is
+/// also stopped when the desktop session ends. At most one object at a time; main thread.
 class QuitSignals final : public QObject {
     Q_OBJECT
 

@@ -13,13 +13,13 @@ struct ProcessRecord {
     std::array<char, 16> name{};
 };
 
-/// The kernel's process table, read in two steps: ask for the size, then for the rows.
+/// The kernel's process table, read in two steps: first the size, then the rows.
 class ProcessTable {
 public:
     virtual ~ProcessTable() = default;
 
-    /// With rows null: sets count to the number of rows a buffer needs now. Otherwise fills at most
-    /// count rows and sets count to the number filled. 0, or an errno value; ENOMEM when the table
+    /// If rows is null, sets count to the number of rows that a buffer needs now. Otherwise writes at most
+    /// count rows and sets count to the number written. Returns 0 or an errno value; ENOMEM when the table
     /// has grown beyond count.
     [[nodiscard]] virtual int query(ProcessRecord *rows, std::size_t &count) const = 0;
 };

@@ -5,7 +5,7 @@
 
 namespace quorvane::platform {
 
-/// What came of one shell line.
+/// The result of one shell line.
 struct ScriptResult {
     bool succeeded = false;
     /// The line's standard output, the last line feed removed; null when it failed.
@@ -28,8 +28,8 @@ public:
     virtual ~ScriptingService() = default;
 
     [[nodiscard]] virtual ScriptResult runAsUser(const QString &line) = 0;
-    /// Checks the administrator's name (login or full name) and password, then runs the line as root.
-    /// A null name or password is an absent one and is refused.
+    /// Checks the administrator's name (login or full name) and password, then runs the line as root. A null
+    /// name or password means that it is missing, and is refused.
     [[nodiscard]] virtual ScriptResult runAsAdministrator(const QString &line, const QString &user,
                                                           const QString &password) = 0;
 };

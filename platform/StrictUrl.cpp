@@ -8,8 +8,8 @@ namespace quorvane::platform {
 
 namespace {
 
-/// Whether a segment begins with a dot: Qt takes such ones out when it writes the request, and not
-/// only "." and "..".
+/// Whether a segment begins with a dot: Qt removes such segments when it writes the request, not only "." and
+/// "..".
 bool hasDotSegment(const QString &path) {
     return path.contains(QStringLiteral("/."));
 }
@@ -17,8 +17,8 @@ bool hasDotSegment(const QString &path) {
 } // namespace
 
 std::optional<QUrl> strictUrl(const QByteArray &text) {
-    // The parser takes '#' as the start of a fragment, which is never sent, and repairs other
-    // characters silently.
+    // The parser treats '#' as the start of a fragment, which is never sent, and silently corrects other
+    // characters.
     const bool plain = std::all_of(text.begin(), text.end(),
                                    [](char byte) { return byte > ' ' && byte < '\x7f' && byte != '#'; });
     if (!plain) {

@@ -6,9 +6,9 @@
 
 namespace quorvane::platform {
 
-/// The URL of a text that can be sent byte for byte: http or https with a host, no user, and nothing in it
-/// that would be written otherwise, cut off or refused (blanks, '#', non-ASCII characters, broken or
-/// unusual escapes, path segments that begin with a dot). Absent otherwise.
+/// Parses a URL that can be sent byte for byte: http or https with a host, without a user name, and without
+/// anything that would be encoded differently, removed or refused (blanks, '#', non-ASCII characters, broken
+/// or unusual escapes, path segments that begin with a dot). Absent for any other text.
 [[nodiscard]] std::optional<QUrl> strictUrl(const QByteArray &text);
 
 } // namespace quorvane::platform

@@ -8,7 +8,7 @@ namespace quorvane::platform {
 
 class PreferencesStore;
 
-/// Where finished diagnostic lines go.
+/// Receives the finished diagnostic lines.
 class LogSink {
 public:
     virtual ~LogSink() = default;
@@ -16,9 +16,9 @@ public:
     virtual void write(const QString &line) = 0;
 };
 
-/// The program's diagnostics. Every line passes through the mask before it leaves the process, so no
-/// call site can forget it. Line feeds and control characters inside a line are written as escapes:
-/// one call is one line. Safe from any thread.
+/// The program's diagnostics. Every line passes through the mask before it leaves the process, so no caller
+/// can omit it. Line feeds and control characters inside a line are written as escapes: one call writes one
+/// line. Safe from any thread.
 class SystemLog {
 public:
     using Mask = std::function<QString(const QString &)>;
@@ -27,12 +27,12 @@ public:
     SystemLog(LogSink &sink, const PreferencesStore &preferences);
 
     void setMask(Mask mask);
-    /// Whether diagnostics are on: while the preference "showLogs" reads 0, absent included.
-    /// The sense is the reverse of what the key's name suggests, throughout the program.
+    /// Whether diagnostics are on: while the preference "showLogs" is 0 or absent. The meaning is the reverse
+    /// of what the key's name suggests, throughout the program.
     [[nodiscard]] bool gateOpen() const;
     /// Writes the line while the gate is open.
     void write(const QString &line);
-    /// Writes the line whatever the gate says.
+    /// Writes the line even while the gate is closed.
     void writeAlways(const QString &line);
 
 private:

@@ -9,13 +9,13 @@ class Workspace {
 public:
     virtual ~Workspace() = default;
 
-    /// Opens the address in the user's browser. False when that could not be asked for.
+    /// Opens the address in the user's browser. False when the request could not be made.
     virtual bool openUrl(const QString &url) = 0;
-    /// Becomes the one running copy of this program for this user. False when another copy is.
-    /// Held until the process ends, however it ends.
+    /// Makes this process the only running copy of the program for this user. False when another copy is
+    /// running. The state lasts until the process ends in any way.
     [[nodiscard]] virtual bool acquireSingleInstance(const QString &identifier) = 0;
-    /// Keeps the desktop's own autostart entry in step: the entry is written and stays, switched by one
-    /// boolean. False when it could not be written.
+    /// Writes the desktop's own autostart entry. The entry is never removed: one boolean in it switches it on
+    /// and off. False when it could not be written.
     virtual bool setAutostart(const QString &program, bool enabled) = 0;
     /// Posts a desktop notification; without a notification service nothing happens.
     virtual void notify(const QString &title, const QString &text) = 0;

@@ -25,7 +25,7 @@ namespace {
 
 constexpr char preferencesFile[] = "/Preferences/com.tallowind.Quorvane.plist";
 
-/// Preferences and the log that tells their troubles.
+/// Preferences and the log that reports their problems.
 void addPreferencesAndLog(Platform &platform) {
     auto preferences =
         std::make_unique<PlistPreferences>(platform.account.library() + QLatin1String(preferencesFile));

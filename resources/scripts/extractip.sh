@@ -1,22 +1,22 @@
 #!/bin/bash
 # extractip.sh CONFIGURATION
 #
-# Prints the public IPv4 address that the outside sees through the tunnel of this OpenVPN configuration, with a
-# line feed. Exit status 1, and nothing printed: there is no such tunnel, or nobody told the address through it.
+# Prints the public IPv4 address under which the tunnel of this OpenVPN configuration reaches the Internet, with a
+# line feed. Exit status 1 without output: there is no such tunnel, or no address was received through it.
 # Ends within about four and a half seconds whatever the network does. Runs as the plain user; the service's web
 # host and an extra CA come from service.conf (see below).
 #
-# The real address must never come out of here, so nothing is asked but through the tunnel:
+# The real address must never be printed, so every request goes through the tunnel:
 # - The tunnel is the tun device that carries all traffic (both halves of the IPv4 address space, or the default
 #   route), while the configuration's own server is reached beside it. A tun device that carries less, or one
-#   through which the server would be reached, belongs to somebody else.
+#   through which the server would be reached, belongs to another program.
 # - The request is bound to that device, not to an address (SO_BINDTODEVICE, for plain users since Linux 5.7), so
-#   it cannot change over to another one when the tunnel goes meanwhile. It fails then.
-# - The web host's name is looked up in /etc/hosts or else asked of the two resolvers below, directly, after a
-#   look that the route to each goes through the tunnel: the machine's own resolver may send its questions
-#   elsewhere. curl is given the address and asks nobody.
-# - No other source stands in. The configuration's "remote" says where the tunnel leads to, not what the outside
-#   sees, and nothing here could tell whether that is the home's own address.
+#   it cannot change to another device when the tunnel ends meanwhile. Then it fails.
+# - The web host's name is looked up in /etc/hosts, or else queried directly from the two resolvers below, after a
+#   check that the route to each goes through the tunnel: the machine's own resolver may send its queries
+#   elsewhere. curl receives the address and queries no resolver.
+# - No other source is used. The configuration's "remote" is the tunnel's end, not the address seen from outside,
+#   and nothing here can check whether that is the user's real address.
 set -u
 export LC_ALL=C PATH=/usr/sbin:/usr/bin:/sbin:/bin
 
@@ -30,18 +30,18 @@ no_hardware=65534 # ARPHRD_NONE
 octet='(25[0-5]|2[0-4][0-9]|1[0-9][0-9]|[1-9]?[0-9])'
 address="^$octet\\.$octet\\.$octet\\.$octet\$"
 
-# Not the time of day: with the network up again, something may just now set the clock right.
+# Not the time of day: the clock may be corrected at this moment, because the network is available again.
 milliseconds() {
     local since_boot
     read -r since_boot _ </proc/uptime
     echo "$((10#${since_boot/./} * 10))"
 }
-begun=$(milliseconds)
-# For all that is asked. Somebody waits in front of the window, so not more; but four questions and answers over a
+started=$(milliseconds)
+# For all requests together. The user waits for the result, so not more; but four requests and answers over a
 # satellite (a name, a connection, its keys, the address) take three seconds.
-longest=4500
+maximum_milliseconds=4500
 
-left() { echo "$((longest - $(milliseconds) + begun))"; }
+left() { echo "$((maximum_milliseconds - $(milliseconds) + started))"; }
 
 # The last "key = value" line wins, so the override file is read after the built-in defaults.
 setting() {
@@ -69,7 +69,7 @@ setting() {
 
 device_in() { sed -n '1s/.* dev \([^ ]*\).*/\1/p'; }
 carrier_of() { ip -4 -o route show exact "$1" 2>/dev/null | device_in; }
-way_to() { ip -4 -o route get "$1" 2>/dev/null | device_in; }
+route_to() { ip -4 -o route get "$1" 2>/dev/null | device_in; }
 
 # The tun device that carries all traffic.
 carrying_tunnel() {
@@ -85,21 +85,21 @@ carrying_tunnel() {
     echo "$device"
 }
 
-# Whether one of the configuration's servers is reached beside the tunnel. A server given by name cannot be
-# checked without asking for the name, and counts.
+# Whether one of the configuration's servers is reached outside the tunnel. A server given by name cannot be
+# checked without a query for the name, and counts.
 leads_to_configured_server() {
     local remote
     while read -r remote; do
         [[ $remote =~ $address ]] || return 0
-        [ "$(way_to "$remote")" != "$tunnel" ] && return 0
+        [ "$(route_to "$remote")" != "$tunnel" ] && return 0
     done < <(awk '$1 == "remote" { sub(/\r$/, "", $2); if ($2 != "") print $2 }' "$config")
     return 1
 }
 
 # --- the web host's addresses
 
-# The DNS question for the IPv4 addresses of a name, as escapes for printf.
-question_for() {
+# The DNS query for the IPv4 addresses of a name, as escapes for printf.
+query_for() {
     local rest=$1. label
     printf '\\x%02x\\x%02x' $((id >> 8)) $((id & 255))
     printf '%s' '\x01\x00\x00\x01\x00\x00\x00\x00\x00\x00'
@@ -111,7 +111,7 @@ question_for() {
     printf '%s' '\x00\x00\x01\x00\x01'
 }
 
-# Prints the IPv4 addresses in the answer whose bytes are the arguments; fails when it is none to our question.
+# Prints the IPv4 addresses in the answer whose bytes are the arguments; fails when it is not an answer to our query.
 addresses_in() {
     local b=("$@") at=12 records
     skip_name() {
@@ -136,13 +136,13 @@ addresses_in() {
     done
 }
 
-# Asks one resolver through the tunnel. dd, because each write has to be one packet.
-ask_resolver() {
+# Queries one resolver through the tunnel. dd, because each write has to be one packet.
+query_resolver() {
     local bytes
-    [ "$(way_to "$1")" = "$tunnel" ] || return 1
+    [ "$(route_to "$1")" = "$tunnel" ] || return 1
     {
-        # shellcheck disable=SC2059 # the question is made of escapes
-        printf "$(question_for "$2")" | dd bs=512 iflag=fullblock status=none >&3 || return 1
+        # shellcheck disable=SC2059 # the query consists of escapes
+        printf "$(query_for "$2")" | dd bs=512 iflag=fullblock status=none >&3 || return 1
         read -r -d '' -a bytes < <(timeout -k 0.1 0.5 dd bs=512 count=1 status=none <&3 | od -An -v -tu1)
     } 3<>"/dev/udp/$1/53"
     addresses_in "${bytes[@]}"
@@ -158,15 +158,15 @@ addresses_of() {
     for resolver in "${resolvers[@]}"; do
         [ -n "$found" ] && break
         id=$((SRANDOM & 0xffff))
-        found=$(ask_resolver "$resolver" "$1")
+        found=$(query_resolver "$resolver" "$1")
     done
     [ -n "$found" ] && echo "$found"
 }
 
-# --- the question
+# --- the request
 
 # No user configuration (-q has to come first), no proxy, no IPv6. "timeout" covers what curl's own limit does not.
-ask() { # MILLISECONDS
+request_address() { # MILLISECONDS
     local limit
     printf -v limit '%d.%03d' "$(($1 / 1000))" "$(($1 % 1000))"
     timeout -k 0.1 "$limit" curl -q -fsS -4 --interface "if!$tunnel" --noproxy '*' --proto '=https' \
@@ -188,18 +188,18 @@ ca=$(setting ca_file)
 trusted=()
 [ -n "$ca" ] && trusted=(--cacert "$ca" --capath /etc/ssl/certs)
 
-# A question or its answer may get lost, or a busy computer may be late for it: asked again while there is time.
+# A query or its answer may get lost, or a busy computer may be late for it: repeated while there is time.
 addresses=
 while [ -z "$addresses" ] && (($(left) > 2500)); do
     addresses=$(addresses_of "$name" | paste -sd,)
     [ -n "$addresses" ] || sleep 0.1
 done
 [ -n "$addresses" ] || exit 1
-# A busy computer gets all the time that is left for its one question; a second one follows a quick refusal only.
+# On a busy computer the one request may use all the time that is left; a second one follows a quick refusal only.
 for _ in 1 2; do
     time=$(left)
     ((time > 200)) || break
-    found=$(ask "$time")
+    found=$(request_address "$time")
     if [[ $found =~ $address ]]; then
         printf '%s\n' "$found"
         exit 0

@@ -1,4 +1,4 @@
 #!/bin/sh
-# Listed, never run: that the administrator's account may list this file shows that the stored user name
-# and password are accepted. Must stay readable and may stay empty.
+# Never run, only listed: if the administrator's account can list this file, the stored user name
+# and password are accepted. Must be readable and may be empty.
 exit 0

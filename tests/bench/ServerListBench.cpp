@@ -1,5 +1,5 @@
-// server_list_bench: how long answers with many servers take, from the text to the filled pop-up. Printed
-// only.
+// server_list_bench: measures how long answers with many servers take, from the text to the filled pop-up.
+// The results are only printed.
 #include "fakes/TestPlatform.h"
 #include "frontend/api/AnswerTable.h"
 #include "frontend/api/ServerModel.h"
@@ -28,7 +28,7 @@ const QStringList countryCodes{QStringLiteral("DE"), QStringLiteral("US"), QStri
 QString answer(int servers) {
     QString text = QStringLiteral("UN: user<br />PW: password<br />");
     for (int i = 0; i < servers; ++i) {
-        // A step that shares no factor with the count visits every number once.
+        // A step without a common factor with the count visits every number once.
         const int number = static_cast<int>((qint64{i} * 7919) % servers);
         const QString &code = countryCodes.at(number % countryCodes.size());
         text += QStringLiteral("Server: %1,City %1,C%1,%2,Land %2|").arg(QString::number(number), code);
@@ -82,7 +82,7 @@ void measureSize(int servers) {
     QrvLocationPaneController pane;
     pane.show();
     measure(label + "filling the pop-up", [&] { pane.fillCountries(groups); });
-    // Figures of anything but the whole work would mislead.
+    // Measurements of incomplete work would mislead.
     const bool complete = std::all_of(groups.begin(), groups.end(), [](const QrvVpnDataPointer &group) {
         return QSet<QString>(group->ipAdressArray.begin(), group->ipAdressArray.end()).size() ==
                addressesOfGroup;

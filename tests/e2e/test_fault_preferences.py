@@ -70,7 +70,7 @@ def test_file_that_is_no_property_list(client, content):
     check_start_without_settings(client)
     kept = set_aside(client)
     assert [path.read_bytes() for path in kept] == [content]
-    assert f"was no property list; it is kept as {client.folder}/{FOLDER}/{kept[0].name}" in client.output()
+    assert f"was not a property list; it is kept as {client.folder}/{FOLDER}/{kept[0].name}" in client.output()
     check_first_session(client)
     assert client.preferences()["vpnUsername"]
     assert client.file(ui.PREFERENCES).stat().st_mode & 0o777 == 0o600
@@ -193,7 +193,7 @@ def test_file_owned_by_root(world, client, mode):
     """600: it is not changed, settings are in memory. 644: its mode cannot be repaired, so it is removed."""
     put(client, USUAL, owner="root", mode=mode)
     check_start_without_settings(client)
-    assert f"{ui.PREFERENCES} belongs to another user and is left alone" in client.output()
+    assert f"{ui.PREFERENCES} belongs to another user and is not used" in client.output()
     check_first_session(client)
     file = client.file(ui.PREFERENCES)
     if mode == 0o600:

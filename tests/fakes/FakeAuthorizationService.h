@@ -10,7 +10,7 @@
 
 namespace quorvane::fakes {
 
-/// Privileged processes that exist only on paper. Any thread.
+/// Records privileged processes without starting any. Any thread.
 class FakeAuthorizationService final : public platform::AuthorizationService {
 public:
     struct Launch {
@@ -25,7 +25,7 @@ public:
         return m_present;
     }
 
-    /// Process numbers count up from firstPid. The output descriptor reads the output set before.
+    /// Process numbers count up from firstPid. The output descriptor delivers the output that was set before.
     [[nodiscard]] platform::PrivilegedProcess launch(const QString &program, const QStringList &arguments,
                                                      const QString &folder) override {
         const std::lock_guard lock(m_mutex);
@@ -63,13 +63,13 @@ public:
         m_present = isPresent;
     }
 
-    /// What launch() answers; 0 starts.
+    /// Sets the status that launch() returns; 0 means success.
     void setStatus(int newStatus) {
         const std::lock_guard lock(m_mutex);
         m_status = newStatus;
     }
 
-    /// At most a pipe's capacity (64 KiB).
+    /// Sets the output of later processes, at most a pipe's capacity (64 KiB).
     void setOutput(const QByteArray &bytes) {
         const std::lock_guard lock(m_mutex);
         m_output = bytes;

@@ -4,7 +4,7 @@
 
 namespace quorvane::fakes {
 
-/// A machine with the identity that the test gives it; none at first.
+/// A machine whose identity the test sets; none at first.
 class FakeHardware final : public platform::HardwareRegistry {
 public:
     [[nodiscard]] std::optional<QString> platformSerialNumber() const override {

@@ -9,7 +9,7 @@
 
 namespace quorvane::fakes {
 
-/// Records registrations and plays presses. Main thread.
+/// Records registrations and simulates presses. Main thread.
 class FakeHotKeyService final : public platform::HotKeyService {
 public:
     struct Call {
@@ -34,7 +34,7 @@ public:
 
     [[nodiscard]] platform::HotKeyRegistration
     registerHotKey(quint32 keyCode, quint32 modifiers, platform::HotKeyIdentifier identifier) override {
-        const platform::HotKeyError error = verdict(keyCode, modifiers);
+        const platform::HotKeyError error = check(keyCode, modifiers);
         const platform::HotKeyReference reference =
             error == platform::HotKeyError::None ? ++m_lastReference : platform::HotKeyReference{0};
         m_recorded.append({Call::Kind::Register, keyCode, modifiers, identifier, reference});
@@ -59,26 +59,27 @@ public:
 
     void setAvailable(bool available) { m_available = available; }
 
-    /// Another program holds this combination from now on.
+    /// From now on another program uses this combination.
     void takeElsewhere(quint32 keyCode, quint32 modifiers) { m_taken.append({keyCode, modifiers}); }
 
-    /// Plays one press; every held registration of the combination is told. How many were.
+    /// Simulates one press: calls the handler for every registration of the combination. Returns the number
+    /// of calls.
     qsizetype press(quint32 keyCode, quint32 modifiers) {
-        qsizetype told = 0;
+        qsizetype calls = 0;
         const QList<Held> present = m_heldKeys;
         for (const Held &held : present) {
             if (held.keyCode == keyCode && held.modifiers == modifiers && m_pressed) {
                 m_pressed(held.identifier);
-                ++told;
+                ++calls;
             }
         }
-        return told;
+        return calls;
     }
 
-    /// The event itself, for identifiers that were never registered.
+    /// Calls the handler directly, also for identifiers that were never registered.
     void deliver(platform::HotKeyIdentifier identifier) const { m_pressed(identifier); }
 
-    /// The desktop decides late against a registration.
+    /// Withdraws a registration, as a desktop that decides late does.
     void refuse(platform::HotKeyReference reference, platform::HotKeyError error) {
         m_heldKeys.removeIf([reference](const Held &held) { return held.reference == reference; });
         m_refused(reference, error);
@@ -88,7 +89,7 @@ public:
 
     [[nodiscard]] const QList<Held> &held() const { return m_heldKeys; }
 
-    /// What the user would read about the hot keys with this id.
+    /// The description that the user would read for the hot keys with this id.
     [[nodiscard]] QString description(quint32 id) const { return m_descriptions.value(id); }
 
     [[nodiscard]] bool hasEventHandler() const { return static_cast<bool>(m_pressed); }
@@ -103,7 +104,7 @@ private:
         bool operator==(const Combination &) const = default;
     };
 
-    [[nodiscard]] platform::HotKeyError verdict(quint32 keyCode, quint32 modifiers) const {
+    [[nodiscard]] platform::HotKeyError check(quint32 keyCode, quint32 modifiers) const {
         if (!m_available) {
             return platform::HotKeyError::NotAvailable;
         }

@@ -9,7 +9,7 @@
 
 namespace quorvane::fakes {
 
-/// A process table with the names that the test gives it. Any thread.
+/// A process table whose names the test sets. Any thread.
 class FakeProcessTable final : public platform::ProcessTable {
 public:
     [[nodiscard]] int query(platform::ProcessRecord *rows, std::size_t &count) const override {
@@ -40,19 +40,19 @@ public:
         return 0;
     }
 
-    /// Names beyond 15 characters are cut, as the kernel does.
+    /// Names longer than 15 characters are truncated, as by the kernel.
     void setNames(const QByteArrayList &newNames) {
         const std::lock_guard lock(m_mutex);
         m_names = newNames;
     }
 
-    /// Adds a process "newcomer" before each of the next so many second queries.
+    /// Adds a process "newcomer" before the second query, as many times as given.
     void growBetweenQueries(int times) {
         const std::lock_guard lock(m_mutex);
         m_growthsLeft = times;
     }
 
-    /// Makes every query fail with the errno value; 0 ends that.
+    /// Makes every query fail with the errno value; 0 stops that.
     void failWith(int number) {
         const std::lock_guard lock(m_mutex);
         m_failure = number;

@@ -19,8 +19,8 @@ public:
 
 /// Reachability whose flags the test sets. Any thread.
 ///
-/// Targets know each other by key: the host name, or addressKey() of an address. A target whose flags
-/// were never set reads ReachabilityFlag::reachable.
+/// Targets are identified by key: the host name, or addressKey() of an address. A target whose flags were
+/// never set has ReachabilityFlag::reachable.
 class FakeReachability final : public platform::NetworkReachability {
 public:
     enum class Queues { Inline, Threaded };
@@ -57,7 +57,7 @@ public:
         return std::make_unique<platform::ThreadQueue>(name);
     }
 
-    /// Sets a target's flags and delivers them to every live target of that key.
+    /// Sets the flags of the key and delivers them to every existing target of that key.
     void setFlags(const QString &key, std::uint32_t flags) {
         std::vector<Target *> live;
         const std::lock_guard delivering(m_shared->delivering);
@@ -99,7 +99,7 @@ public:
         m_shared->settingQueuesFails = fail;
     }
 
-    /// Keys of the targets that are alive.
+    /// Keys of the existing targets.
     [[nodiscard]] QStringList liveTargets() const {
         const std::lock_guard lock(m_shared->mutex);
         QStringList keys;
@@ -109,7 +109,7 @@ public:
         return keys;
     }
 
-    /// Names of the queues asked for, in order.
+    /// Names of the created queues, in order.
     [[nodiscard]] QStringList queueNames() const {
         const std::lock_guard lock(m_shared->mutex);
         return m_shared->queueNames;
@@ -124,8 +124,8 @@ private:
             return std::find(targets.begin(), targets.end(), target) != targets.end();
         }
 
-        // Held while states are handed out, so that no target goes meanwhile on another thread;
-        // recursive because an inline callback may end its own target.
+        // Held while states are delivered, so that no target is destroyed meanwhile on another thread;
+        // recursive because an inline callback may destroy its own target.
         std::recursive_mutex delivering;
         std::mutex mutex;
         QHash<QString, std::optional<std::uint32_t>> flags;

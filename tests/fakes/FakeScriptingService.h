@@ -11,8 +11,8 @@ namespace quorvane::fakes {
 
 /// Records shell lines instead of running them. Any thread.
 ///
-/// The answer to a line is, in this order: the handler's if one is set, the next of the queue, a
-/// success with empty text.
+/// The result of a line comes from the handler if one is set, else from the queue, else it is a success with
+/// empty text.
 class FakeScriptingService final : public platform::ScriptingService {
 public:
     enum class Kind { User, Administrator };

@@ -6,7 +6,7 @@
 
 namespace quorvane::fakes {
 
-/// Trays that come and go as a test says; none at first. Main thread.
+/// Trays that the test sets; none at first. Main thread.
 class FakeTrayHosts final : public platform::TrayHosts {
 public:
     [[nodiscard]] bool notifierHost() const override { return m_notifier; }
@@ -17,18 +17,18 @@ public:
 
     void setNotifierHost(bool present) {
         m_notifier = present;
-        tell();
+        notifyChanged();
     }
 
     void setEmbeddingTray(bool present) {
         m_embedding = present;
-        tell();
+        notifyChanged();
     }
 
     [[nodiscard]] bool hasChangeHandler() const { return static_cast<bool>(m_changed); }
 
 private:
-    void tell() const {
+    void notifyChanged() const {
         if (m_changed) {
             m_changed();
         }

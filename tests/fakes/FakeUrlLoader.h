@@ -13,10 +13,10 @@
 
 namespace quorvane::fakes {
 
-/// Records URLs byte for byte; the test completes each download by hand.
+/// Records URLs byte for byte; the test completes each download itself.
 ///
-/// Downloads belong to the main thread; fetch() may be called from any. A URL that the real loader
-/// would refuse is refused here too, and recorded among the refused ones.
+/// Downloads belong to the main thread; fetch() may be called from any. A URL that the real loader would
+/// refuse is refused here too, and recorded among the refused ones.
 class FakeUrlLoader final : public platform::UrlLoader {
 public:
     using FetchHandler = std::function<std::optional<QByteArray>(const QByteArray &url)>;
@@ -47,8 +47,8 @@ public:
         return present ? present(url) : std::nullopt;
     }
 
-    /// Completes the oldest open download: asks for the destination, writes the body, calls finished.
-    /// False when no download is open or the file cannot be written (then failed is called).
+    /// Completes the oldest open download: requests the destination, writes the body, calls finished. False
+    /// when no download is open or the file cannot be written (then failed is called).
     bool finishNext(const QByteArray &body) {
         const auto job = takeNext();
         if (!job) {
@@ -79,13 +79,14 @@ public:
         return true;
     }
 
-    /// Answers fetch(); called on the caller's thread, outside any lock. Without one every fetch fails.
+    /// Sets the handler that fetch() calls on the caller's thread, outside any lock. Without one every fetch
+    /// fails.
     void setFetchHandler(FetchHandler newHandler) {
         const std::lock_guard lock(m_mutex);
         m_handler = std::move(newHandler);
     }
 
-    /// Makes download() refuse whatever it is given.
+    /// Makes download() refuse every URL.
     void setRefusing(bool refuses) {
         const std::lock_guard lock(m_mutex);
         m_refusing = refuses;
@@ -96,7 +97,7 @@ public:
         return m_open.size();
     }
 
-    /// URLs of the downloads started, in order.
+    /// URLs of the started downloads, in order.
     [[nodiscard]] std::vector<QByteArray> downloads() const {
         const std::lock_guard lock(m_mutex);
         return m_downloaded;

@@ -10,12 +10,12 @@
 
 namespace quorvane::fakes {
 
-/// Delayed calls whose clock the test moves by hand.
+/// Delayed calls with a clock that only the test advances.
 class ManualDelayedCalls final : public platform::DelayedCalls {
 public:
     struct Pending {
         QPointer<QObject> target;
-        /// As asked for.
+        /// As requested.
         double delay;
         /// On this object's clock.
         double due;
@@ -30,13 +30,13 @@ public:
         std::erase_if(m_calls, [target](const Pending &call) { return call.target.data() == target; });
     }
 
-    /// Calls still due, in the order in which they were asked for.
+    /// Pending calls, in the order in which they were requested.
     [[nodiscard]] std::vector<Pending> pending() {
         std::erase_if(m_calls, [](const Pending &call) { return call.target.isNull(); });
         return m_calls;
     }
 
-    /// Delays of the calls still due for one target.
+    /// Delays of the pending calls of one target.
     [[nodiscard]] std::vector<double> delaysFor(const QObject *target) {
         std::vector<double> delays;
         for (const Pending &call : pending()) {
@@ -47,7 +47,7 @@ public:
         return delays;
     }
 
-    /// Moves the clock and runs what falls due on the way, calls made by calls included.
+    /// Advances the clock and runs the calls that become due, including those that are requested by calls.
     void advance(double seconds) {
         const double end = m_clock + seconds;
         while (!pending().empty()) {

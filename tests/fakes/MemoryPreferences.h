@@ -6,7 +6,7 @@
 
 namespace quorvane::fakes {
 
-/// Preferences that live in memory. Any thread.
+/// Preferences in memory. Any thread.
 class MemoryPreferences final : public platform::PreferencesStore {
 public:
     [[nodiscard]] QVariant value(const QString &key) const override {
@@ -37,7 +37,7 @@ public:
         return m_path;
     }
 
-    /// Everything stored.
+    /// All stored values.
     [[nodiscard]] QVariantMap all() const {
         const std::lock_guard lock(m_mutex);
         return m_table;

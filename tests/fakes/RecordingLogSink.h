@@ -8,7 +8,7 @@
 
 namespace quorvane::fakes {
 
-/// Keeps every line that left the log. Any thread.
+/// Records every line that the log wrote. Any thread.
 class RecordingLogSink final : public platform::LogSink {
 public:
     void write(const QString &line) override {

@@ -8,7 +8,7 @@
 
 namespace quorvane::fakes {
 
-/// Records what the desktop is asked for. Main thread.
+/// Records the requests to the desktop. Main thread.
 class RecordingWorkspace final : public platform::Workspace {
 public:
     struct Autostart {

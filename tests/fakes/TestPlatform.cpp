@@ -8,7 +8,7 @@ namespace quorvane::fakes {
 
 namespace {
 
-/// Puts a new fake in its place and keeps its own type in view.
+/// Installs a new fake and returns it with its own type.
 template <typename Fake, typename Interface, typename... Arguments>
 Fake *install(std::unique_ptr<Interface> &place, Arguments &&...arguments) {
     auto fake = std::make_unique<Fake>(std::forward<Arguments>(arguments)...);
@@ -54,7 +54,7 @@ void TestPlatform::makeFolders() {
                       root.mkpath(QStringLiteral("contents/bin")) &&
                       root.mkpath(QStringLiteral("contents/Resources")) && root.mkpath(QStringLiteral("tmp"));
     if (!made) {
-        qFatal("the test platform's folders cannot be made");
+        qFatal("the test platform's folders cannot be created");
     }
     m_real.account = {root.filePath(QStringLiteral("home")), QStringLiteral("Joe Tester"),
                       QStringLiteral("joe")};

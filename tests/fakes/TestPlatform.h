@@ -24,9 +24,9 @@ namespace quorvane::fakes {
 
 /// A platform made of fakes, current for its lifetime.
 ///
-/// Home, contents and temporary folders are private to it and go with it. The information dictionary
-/// says version "1.0.0" and identifier "com.tallowind.Quorvane"; the user is "joe", "Joe Tester".
-/// The hosts are api.quorvane.test, www.quorvane.test and net.quorvane.test.
+/// Home, contents and temporary folders are private to it and removed with it. The information dictionary
+/// contains version "1.0.0" and identifier "com.tallowind.Quorvane"; the user is "joe", "Joe Tester". The
+/// hosts are api.quorvane.test, www.quorvane.test and net.quorvane.test.
 class TestPlatform {
 public:
     explicit TestPlatform(FakeReachability::Queues queues = FakeReachability::Queues::Threaded);
@@ -34,7 +34,7 @@ public:
     TestPlatform(const TestPlatform &) = delete;
     TestPlatform &operator=(const TestPlatform &) = delete;
 
-    /// Writes a file into the contents folder's Resources; its full path.
+    /// Writes a file into the contents folder's Resources; returns its full path.
     QString addResource(const QString &name, const QByteArray &bytes) const;
     /// Replaces the information dictionary and reads the contents folder again.
     void setInfo(const QVariantMap &dictionary);

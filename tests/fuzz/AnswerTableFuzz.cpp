@@ -17,18 +17,19 @@ bool isTrimmed(const QString &text) {
 
 void checkTable(const AnswerTable &table) {
     for (auto entry = table.values.begin(); entry != table.values.end(); ++entry) {
-        must(!entry.key().contains(u':'), "a key holds no colon");
+        must(!entry.key().contains(u':'), "a key contains no colon");
         must(isTrimmed(entry.key()), "a key has no blanks at its ends");
-        must(entry.key() != QStringLiteral("Server"), "server lines stand in their own list only");
-        must(!entry.key().contains(lineEnd), "a key does not reach over a line's end");
-        must(!entry.value().isNull(), "the value of a line that is there is not null");
+        must(entry.key() != QStringLiteral("Server"), "server lines are in their own list only");
+        must(!entry.key().contains(lineEnd), "a key does not contain a line's end");
+        must(!entry.value().isNull(), "the value of a present line is not null");
         must(isTrimmed(entry.value()), "a value has no blanks at its ends");
-        must(!entry.value().contains(lineEnd), "a value does not reach over a line's end");
-        must(table.value(entry.key()) == entry.value(), "a key gives its value");
+        must(!entry.value().contains(lineEnd), "a value does not contain a line's end");
+        must(table.value(entry.key()) == entry.value(), "a key returns its value");
     }
     for (const QString &server : table.servers) {
-        must(!server.isNull() && isTrimmed(server), "a server line is there and has no blanks at its ends");
-        must(!server.contains(lineEnd), "a server line does not reach over a line's end");
+        must(!server.isNull() && isTrimmed(server),
+             "a server line is not null and has no blanks at its ends");
+        must(!server.contains(lineEnd), "a server line does not contain a line's end");
     }
 }
 
@@ -57,10 +58,11 @@ void fuzzOne(std::string_view bytes) {
     const auto lines = text.split(lineEnd);
     const auto counted =
         std::count_if(lines.begin(), lines.end(), [](const QString &line) { return line.contains(u':'); });
-    must(table->values.size() + table->servers.size() <= counted, "an entry stands for a line with a colon");
+    must(table->values.size() + table->servers.size() <= counted,
+         "there is a line with a colon for each entry");
     must((table->values.isEmpty() && table->servers.isEmpty()) == (counted == 0),
-         "a line with a colon leaves an entry");
+         "a line with a colon makes an entry");
     const auto again = AnswerTable::read(written(*table));
     must(again && again->values == table->values && again->servers == table->servers,
-         "a table that is written out is read back");
+         "a written table is read again");
 }

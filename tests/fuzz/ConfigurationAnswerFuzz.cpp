@@ -12,8 +12,8 @@ const QString lineEnd = QStringLiteral("<br />");
 void checkCertificate(const QString &text) {
     const QString marker = QStringLiteral("VPNConfig: ");
     const QString certificate = ConfigurationAnswer::getCertificate(text);
-    must(certificate.isNull() != text.contains(marker), "a configuration is there when its marker is");
-    must(!certificate.contains(lineEnd), "every line end was turned");
+    must(certificate.isNull() != text.contains(marker), "there is a configuration if there is its marker");
+    must(!certificate.contains(lineEnd), "every line end was converted");
     if (!certificate.isNull()) {
         const QString rest = text.mid(text.indexOf(marker) + marker.size());
         must(certificate == rest.split(lineEnd).join(u'\n'), "nothing else of the configuration changes");
@@ -25,7 +25,7 @@ void checkAddress(const QString &text) {
     const QString address = ConfigurationAnswer::getIPAdress(text);
     const QString rest = text.section(marker, 1);
     must(address.isNull() != (text.contains(marker) && rest.contains(lineEnd)),
-         "an address is there when its marker and a line end behind it are");
+         "there is an address if its marker and a line end after it are present");
     must(address.isNull() || rest.startsWith(address + lineEnd), "the address reaches up to the line's end");
     must(!address.contains(lineEnd), "the address stays on its line");
 }

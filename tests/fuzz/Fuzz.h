@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <string_view>
 
-/// What every target defines: looks at one input of the fuzzer's. The bytes are gone after the call.
+/// Defined by every target: checks one input of the fuzzer. The bytes are not valid after the call.
 void fuzzOne(std::string_view bytes);
 
-/// Ends the program, which makes the input a finding, when a property does not hold.
+/// Ends the program when a property does not hold, which makes the input a finding.
 inline void must(bool holds, const char *property) {
     if (!holds) {
         std::fprintf(stderr, "PROPERTY BROKEN: %s\n", property);
@@ -17,13 +17,13 @@ inline void must(bool holds, const char *property) {
     }
 }
 
-/// The bytes read as UTF-8, as what comes over the network is. Never null.
+/// The bytes decoded as UTF-8, like all input from the network. Never null.
 inline QString textOf(std::string_view bytes) {
     const QString text = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
     return text.isNull() ? QStringLiteral("") : text;
 }
 
-/// The bytes taken in pairs as UTF-16 units, lone surrogates included. Never null.
+/// The bytes read in pairs as UTF-16 units, lone surrogates included. Never null.
 inline QString unitsOf(std::string_view bytes) {
     QString text = QStringLiteral("");
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {

@@ -12,7 +12,7 @@ bool same(const QrvLocation &a, const QrvLocation &b) {
            a.codeName.isNull() == b.codeName.isNull() && a.full == b.full;
 }
 
-/// The order's own laws, on the first entries only: the work grows with the third power.
+/// The laws of an order, on the first entries only, because the work grows with the third power.
 void checkOrder(const QrvLocationList &list) {
     const QrvLocationList few = list.first(std::min<qsizetype>(list.size(), 12));
     for (const QrvLocation &a : few) {
@@ -21,7 +21,7 @@ void checkOrder(const QrvLocationList &list) {
             const auto forth = a.compareLocations(b);
             const auto back = b.compareLocations(a);
             must(std::is_lt(forth) == std::is_gt(back) && std::is_eq(forth) == std::is_eq(back),
-                 "turning a comparison round turns its result");
+                 "swapping the operands reverses the result");
             for (const QrvLocation &c : few) {
                 if (std::is_lteq(forth) && std::is_lteq(b.compareLocations(c))) {
                     must(std::is_lteq(a.compareLocations(c)), "the order is transitive");
@@ -40,7 +40,7 @@ void checkPlaces(const QrvLocationList &list) {
         previousRank = rank;
         must(i == 0 || !std::is_gt(list[i - 1].compareLocations(list[i])), "the list is sorted");
         const bool newCountry = i == 0 || list[i - 1].countryCode != code;
-        must(newCountry == list[i].codeName.isNull(), "a country stands once, right before its cities");
+        must(newCountry == list[i].codeName.isNull(), "a country appears once, directly before its cities");
     }
 }
 
@@ -58,12 +58,12 @@ void fuzzOne(std::string_view bytes) {
                                         [](const QString &piece) { return piece.count(u';') == 3; });
     const auto cities = std::count_if(list.begin(), list.end(),
                                       [](const QrvLocation &entry) { return !entry.codeName.isNull(); });
-    must(cities == complete, "every piece with four fields gives one city");
+    must(cities == complete, "every piece with four fields becomes one city");
     checkPlaces(list);
     checkOrder(list);
     for (const QrvLocation &entry : list) {
         must(model.locationValid(entry), "a listed location is valid");
-        must(!entry.title.isNull() && !entry.countryCode.isNull(), "title and country are there");
+        must(!entry.title.isNull() && !entry.countryCode.isNull(), "title and country are present");
         const QString country = model.getCountryByLocation(entry.title);
         must(std::any_of(list.begin(), list.end(),
                          [&](const QrvLocation &other) {
@@ -73,7 +73,7 @@ void fuzzOne(std::string_view bytes) {
     }
     model.setLocations(value);
     must(std::equal(list.begin(), list.end(), model.locations().begin(), model.locations().end(), same),
-         "the same value gives the same list");
+         "the same value makes the same list");
     model.clearLocations();
-    must(!model.hasLocations() && model.locations().isEmpty(), "cleared means empty");
+    must(!model.hasLocations() && model.locations().isEmpty(), "a cleared model is empty");
 }

@@ -9,7 +9,7 @@ using namespace quorvane;
 
 namespace {
 
-constexpr int deepest = 8;
+constexpr int maximumDepth = 8;
 
 QString anyText(FuzzedDataProvider &source) {
     const bool units = source.ConsumeBool();
@@ -20,7 +20,7 @@ QString anyText(FuzzedDataProvider &source) {
 QVariantMap anyMap(FuzzedDataProvider &source, int depth);
 
 QVariant anyValue(FuzzedDataProvider &source, int depth) {
-    switch (source.ConsumeIntegralInRange(0, depth < deepest ? 7 : 5)) {
+    switch (source.ConsumeIntegralInRange(0, depth < maximumDepth ? 7 : 5)) {
     case 0:
         return anyText(source);
     case 1:
@@ -31,7 +31,7 @@ QVariant anyValue(FuzzedDataProvider &source, int depth) {
         return source.ConsumeBool();
     case 4:
         return QByteArray::fromStdString(source.ConsumeRandomLengthString(40));
-    case 5: // a date of the years that 32 bits of seconds around 2001 reach
+    case 5: // a date within 32 bits of seconds around 2001
         return QDateTime::fromSecsSinceEpoch(
             source.ConsumeIntegralInRange<qint64>(-1'100'000'000, 3'100'000'000), Qt::UTC);
     case 6: {

@@ -16,14 +16,14 @@ namespace PropertyLists {
 
 namespace {
 
-using platform::PropertyList::greatestDepth;
+using platform::PropertyList::maximumDepth;
 
-/// What the reader bears: containers, "<" marks and bytes. See PropertyListChecks.cpp.
-constexpr qsizetype mostContainers = 4096;
-constexpr qsizetype mostMarks = 400'000;
+/// The reader's limits: containers, "<" marks and bytes. See PropertyListChecks.cpp.
+constexpr qsizetype maximumContainers = 4096;
+constexpr qsizetype maximumMarks = 400'000;
 
 void checkType(const QVariant &value, int depth) {
-    must(depth <= greatestDepth, "depth is bounded");
+    must(depth <= maximumDepth, "depth is limited");
     switch (value.typeId()) {
     case QMetaType::QVariantMap: {
         const QVariantMap map = value.toMap();
@@ -38,7 +38,7 @@ void checkType(const QVariant &value, int depth) {
         return;
     }
     case QMetaType::QString:
-        must(!value.toString().isNull(), "a text that is there is not null");
+        must(!value.toString().isNull(), "a present text is not null");
         return;
     case QMetaType::QByteArray:
     case QMetaType::LongLong:
@@ -47,11 +47,11 @@ void checkType(const QVariant &value, int depth) {
     case QMetaType::QDateTime:
         return;
     default:
-        must(false, "only the promised types come out");
+        must(false, "only the documented types are returned");
     }
 }
 
-/// Whether XML can hold the key as it stands.
+/// Whether XML can contain the key unchanged.
 bool isPlainKey(const QString &key) {
     return key.isValidUtf16() && std::none_of(key.begin(), key.end(), [](QChar unit) {
                return (unit < u' ' && unit != u'\t' && unit != u'\n') || unit == QChar(0xFFFE) ||
@@ -71,7 +71,7 @@ QVariantMap expectedMap(const QVariantMap &map) {
     return result;
 }
 
-/// The value as it is to come back.
+/// The value as it should be read again.
 QVariant expected(const QVariant &value) {
     switch (value.typeId()) {
     case QMetaType::QVariantMap:
@@ -118,21 +118,21 @@ void checkTypes(const QVariantMap &dictionary) {
 
 void checkRoundTrip(const QVariantMap &dictionary) {
     const QByteArray written = platform::PropertyList::write(dictionary);
-    must(written.startsWith("<?xml") && !written.contains('\0'), "what is written is XML");
+    must(written.startsWith("<?xml") && !written.contains('\0'), "the written bytes are XML");
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString decoded = decoder(written);
-    must(!decoded.isEmpty() && !decoder.hasError(), "what is written is UTF-8");
-    if (written.size() > platform::PropertyList::largestSize || written.count('<') > mostMarks ||
-        written.count("<dict") + written.count("<array") > mostContainers) {
+    must(!decoded.isEmpty() && !decoder.hasError(), "the written bytes are UTF-8");
+    if (written.size() > platform::PropertyList::maximumSize || written.count('<') > maximumMarks ||
+        written.count("<dict") + written.count("<array") > maximumContainers) {
         return;
     }
     const auto again = platform::PropertyList::parse(written);
-    const bool comesBack = again && same(expectedMap(dictionary), *again);
-    if (!comesBack) {
+    const bool isSame = again && same(expectedMap(dictionary), *again);
+    if (!isSame) {
         std::fprintf(stderr, "%s", written.constData());
     }
-    must(again.has_value(), "what is written can be read");
-    must(comesBack, "what is written comes back");
+    must(again.has_value(), "the written bytes can be read");
+    must(isSame, "the same dictionary is read again");
 }
 
 } // namespace PropertyLists

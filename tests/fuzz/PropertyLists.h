@@ -2,14 +2,14 @@
 
 #include <QVariant>
 
-/// What the property list targets share: the checks on a dictionary that was read.
+/// Shared by the property list targets: the checks on a dictionary that was read.
 namespace PropertyLists {
 
-/// Ends the run when a value of a type that is not promised, or one nested too deep, is in it.
+/// Ends the program when it contains a value of an unexpected type, or one nested too deep.
 void checkTypes(const QVariantMap &dictionary);
 
-/// Ends the run when writing and reading does not give the same dictionary again, less the entries that
-/// writing leaves out. Dictionaries beyond what the reader bears are passed over.
+/// Ends the program when writing and reading does not return the same dictionary, except for the entries that
+/// writing omits. Dictionaries beyond the reader's limits are ignored.
 void checkRoundTrip(const QVariantMap &dictionary);
 
 } // namespace PropertyLists

@@ -15,17 +15,17 @@ void checkRoundTrip(const QString &text) {
         must(scrambled.isNull(), "an empty text has no scrambled form");
         return;
     }
-    must(scrambled.size() == 2 * text.size() + 1, "one unit is put behind each, one at the end");
+    must(scrambled.size() == 2 * text.size() + 1, "one unit follows each unit, and one is at the end");
     must(scrambled.back() == QChar(u'\0'), "the end is marked");
     for (qsizetype i = 0; i < text.size(); ++i) {
-        must(isPlainAlphaNumeric(scrambled[2 * i + 1]), "what is put between is a letter or digit");
+        must(isPlainAlphaNumeric(scrambled[2 * i + 1]), "an inserted unit is a letter or digit");
     }
-    must(QrvCredentials::decode(scrambled) == text, "what was scrambled comes back");
+    must(QrvCredentials::decode(scrambled) == text, "the scrambled text can be decoded");
 }
 
 void checkStored(const QString &stored) {
     const QString plain = QrvCredentials::decode(stored);
-    must(plain.isNull() == (stored.size() < 2), "less than two units hold no text");
+    must(plain.isNull() == (stored.size() < 2), "less than two units contain no text");
     must(plain.size() == stored.size() / 2, "every second unit counts");
     for (qsizetype i = 0; i < plain.size(); ++i) {
         must(plain[i] == stored[2 * i], "the first unit of each pair counts");

@@ -10,7 +10,7 @@ namespace {
 const QString user = QStringLiteral("user");
 const QString key = QStringLiteral("key");
 
-/// What a line says, taken apart in another way than the program does; an empty list for no record.
+/// The content of a line, parsed in another way than in the program; an empty list when it is not a record.
 QStringList expectedRecord(const QString &line) {
     const QStringList fields = line.split(u',');
     const qsizetype bar = line.indexOf(u'|');
@@ -22,10 +22,10 @@ QStringList expectedRecord(const QString &line) {
 }
 
 void checkGroup(const QrvVpnData &group) {
-    must(group.ipAdressArray.contains(group.ipAdress), "the address picked is one of the group's");
-    must(!group.ipAdress.isNull(), "the address picked is not null");
-    must(group.filteredIpAdressArray == group.ipAdressArray, "the filtered copy begins complete");
-    must(group.user == user && group.key == key, "credentials are handed on");
+    must(group.ipAdressArray.contains(group.ipAdress), "the chosen address is one of the group's");
+    must(!group.ipAdress.isNull(), "the chosen address is not null");
+    must(group.filteredIpAdressArray == group.ipAdressArray, "the filtered copy is complete at first");
+    must(group.user == user && group.key == key, "credentials are passed on");
     must(group.pass.isNull(), "a null password stays null");
 }
 
@@ -47,7 +47,7 @@ void checkRecords(const QStringList &lines, const QrvVpnDataList &groups) {
          "groups are sorted by their label");
     std::sort(expected.begin(), expected.end());
     std::sort(found.begin(), found.end());
-    must(found == expected, "every complete line gives its group and nothing else does");
+    must(found == expected, "every complete line makes its group, and no other line does");
 }
 
 void checkLabels(const ServerModel &model) {
@@ -59,7 +59,7 @@ void checkLabels(const ServerModel &model) {
             return label.startsWith(other->cityCountry) && other->countryCode == country &&
                    other->codeName == code;
         });
-        must(known, "a label that begins like a group's gives one such group's country and code");
+        must(known, "a label that begins like a group's has the country and code of such a group");
     }
     const QString strange = QStringLiteral("\uE000");
     const bool emptyLabel = std::any_of(model.groups().begin(), model.groups().end(), [&](const auto &group) {
@@ -79,7 +79,8 @@ void checkAddress(const ServerModel &model, const QStringList &lines, const QStr
         });
     const QString location = model.getLocationByIP(address);
     const QString code = model.getCodeByIP(address);
-    must(location.isNull() != listed && code.isNull() != listed, "an address is found when a line holds it");
+    must(location.isNull() != listed && code.isNull() != listed,
+         "an address is found when a line contains it");
     must(model.getLocationByIP(address + QChar(u'\n')) == location, "a line feed at the end changes nothing");
 }
 
@@ -93,7 +94,7 @@ void fuzzOne(std::string_view bytes) {
     must(!model.isServerListValid(), "a new model has no list");
     model.setServerList(lines);
     model.setServers(groups);
-    must(model.isServerListValid(), "a list of lines is one");
+    must(model.isServerListValid(), "a list of lines is a valid list");
     checkLabels(model);
     checkAddress(model, lines, QString());
     checkAddress(model, lines, lines.first().right(7));

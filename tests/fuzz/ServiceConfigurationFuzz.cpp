@@ -12,10 +12,10 @@ namespace {
 
 using platform::ServiceConfiguration;
 
-/// Two files in a folder that goes with the program.
+/// Two files in a folder that is removed with the program.
 class Files {
 public:
-    Files() { must(m_folder.isValid(), "a temporary folder can be made"); }
+    Files() { must(m_folder.isValid(), "a temporary folder can be created"); }
 
     [[nodiscard]] QString write(const QString &name, std::string_view bytes) const {
         QFile file(m_folder.filePath(name));
@@ -32,7 +32,7 @@ void checkHost(const QString &host, bool portAllowed) {
     if (host.isEmpty()) {
         return;
     }
-    must(host == host.toLower(), "a host has small letters");
+    must(host == host.toLower(), "a host has lower-case letters");
     must(std::all_of(host.begin(), host.end(),
                      [](QChar unit) {
                          return (unit >= u'a' && unit <= u'z') || (unit >= u'0' && unit <= u'9') ||
@@ -41,7 +41,7 @@ void checkHost(const QString &host, bool portAllowed) {
          "a host holds nothing that would be a mark of a URL's other parts");
     const QString port = host.mid(host.lastIndexOf(u']') + 1).section(u':', 1);
     must(portAllowed || port.isEmpty(), "no port where none is allowed");
-    must(port.isEmpty() || (port.toInt() >= 1 && port.toInt() <= 65535), "a port is one");
+    must(port.isEmpty() || (port.toInt() >= 1 && port.toInt() <= 65535), "a port is in range");
 }
 
 void check(const ServiceConfiguration &configuration, const QStringList &paths) {
@@ -58,14 +58,14 @@ void check(const ServiceConfiguration &configuration, const QStringList &paths) 
 }
 
 void checkOverride(const QString &first, const QString &second, const QString &both) {
-    must(both == (second.isEmpty() ? first : second), "the later file decides where it says something");
+    must(both == (second.isEmpty() ? first : second), "the values of the later file count");
 }
 
 } // namespace
 
 void fuzzOne(std::string_view bytes) {
     static const Files files;
-    // The first NUL byte parts the two files.
+    // The first NUL byte separates the two files.
     const auto cut = std::min(bytes.find('\0'), bytes.size());
     const QString one = files.write(QStringLiteral("one"), bytes.substr(0, cut));
     const QString two = files.write(QStringLiteral("two"), bytes.substr(std::min(cut + 1, bytes.size())));
@@ -78,5 +78,5 @@ void fuzzOne(std::string_view bytes) {
     checkOverride(first.apiHost, second.apiHost, both.apiHost);
     checkOverride(first.webHost, second.webHost, both.webHost);
     checkOverride(first.reachabilityHost, second.reachabilityHost, both.reachabilityHost);
-    must(both.problems == first.problems + second.problems, "every file's problems are told, in order");
+    must(both.problems == first.problems + second.problems, "every file's problems are reported, in order");
 }

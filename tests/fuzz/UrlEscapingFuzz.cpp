@@ -9,7 +9,7 @@ using namespace quorvane;
 
 namespace {
 
-bool mayStand(char byte) {
+bool isPlain(char byte) {
     return byte > ' ' && byte < '\x7f' && std::strchr("+\"<>\\^`{|}#[]", byte) == nullptr;
 }
 
@@ -19,14 +19,14 @@ void checkEscaped(const QString &text) {
     if (!result) {
         return;
     }
-    must(std::all_of(result->begin(), result->end(), mayStand),
+    must(std::all_of(result->begin(), result->end(), isPlain),
          "the result is plain ASCII without plus signs, blanks and delimiters");
-    must(QByteArray::fromPercentEncoding(*result) == text.toUtf8(), "the escapes stand for the text");
+    must(QByteArray::fromPercentEncoding(*result) == text.toUtf8(), "the escapes decode to the text");
     // The service reads what the client writes.
     const std::string wire = result->toStdString();
     const auto decoded = quorvane::service::percentDecoded(wire);
     must(decoded && *decoded == text.toUtf8().toStdString(), "the service decodes the same text");
-    must(quorvane::service::Target::parse('/' + wire).has_value(), "the service takes it in a target");
+    must(quorvane::service::Target::parse('/' + wire).has_value(), "the service accepts it in a target");
 }
 
 } // namespace

@@ -9,22 +9,22 @@ namespace {
 
 constexpr int ethernetType = 1;
 constexpr qsizetype addressSize = 6;
-constexpr qint64 longestEntry = 4096;
+constexpr qint64 maximumEntrySize = 4096;
 
 QByteArray entry(const QString &path) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(longestEntry).trimmed() : QByteArray();
+    return file.open(QIODevice::ReadOnly) ? file.read(maximumEntrySize).trimmed() : QByteArray();
 }
 
-/// A device that carries the Ethernet type without being a network card.
-bool isMadeUp(const QDir &device) {
+/// A device of the Ethernet type that is not a network card.
+bool isVirtual(const QDir &device) {
     return device.dirName().startsWith(QStringLiteral("ifb")) || device.exists(QStringLiteral("tun_flags")) ||
            device.exists(QStringLiteral("bridge")) || device.exists(QStringLiteral("bonding"));
 }
 
 /// The six bytes of a usable Ethernet device; empty for others.
 QByteArray ethernetAddress(const QDir &device) {
-    if (entry(device.filePath(QStringLiteral("type"))).toInt() != ethernetType || isMadeUp(device)) {
+    if (entry(device.filePath(QStringLiteral("type"))).toInt() != ethernetType || isVirtual(device)) {
         return {};
     }
     const QByteArray text = entry(device.filePath(QStringLiteral("address")));

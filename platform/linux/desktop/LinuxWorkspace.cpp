@@ -27,7 +27,7 @@ QString folderFrom(const char *variable) {
     return path.startsWith(u'/') ? path : QString();
 }
 
-/// Whether the folder is the user's own and open to nobody else.
+/// Whether the folder belongs to the user and no other user can open it.
 bool isPrivate(const QString &folder) {
     struct stat status {};
 
@@ -49,8 +49,8 @@ FileDescriptor openLockFile(const QString &folder, const QString &identifier) {
         ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
 }
 
-/// The program as one word of an Exec line: quoted for the line, then escaped as a value.
-QString execWord(const QString &program) {
+/// The program as one argument of an Exec line: quoted for the line, then escaped as a value.
+QString execArgument(const QString &program) {
     QString word;
     for (const QChar unit : program) {
         if (unit == u'\\') {
@@ -135,7 +135,7 @@ bool LinuxWorkspace::setAutostart(const QString &program, bool enabled) {
                        "Terminal=false\n"
                        "X-GNOME-Autostart-enabled=%2\n"
                        "Hidden=%3\n")
-            .arg(execWord(program), enabled ? QStringLiteral("true") : QStringLiteral("false"),
+            .arg(execArgument(program), enabled ? QStringLiteral("true") : QStringLiteral("false"),
                  enabled ? QStringLiteral("false") : QStringLiteral("true"));
     return replaceFile(folder + QStringLiteral("/com.tallowind.Quorvane.desktop"), entry.toUtf8()) == 0;
 }

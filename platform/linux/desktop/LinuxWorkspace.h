@@ -8,9 +8,9 @@
 
 namespace quorvane::platform {
 
-/// Where the desktop keeps a user's files.
+/// The folders of the user's files on this desktop.
 struct WorkspaceFolders {
-    /// Private to the user and gone with the session; may be empty.
+    /// Private to the user and removed at the end of the session; may be empty.
     QString runtime;
     /// Usually ~/.config.
     QString configuration;
@@ -21,15 +21,15 @@ struct WorkspaceFolders {
     [[nodiscard]] static WorkspaceFolders ofUser(const QString &home);
 };
 
-/// The freedesktop desktop.
+/// A desktop that follows the freedesktop standards.
 class LinuxWorkspace final : public Workspace {
 public:
     explicit LinuxWorkspace(const WorkspaceFolders &userFolders);
 
-    /// Web addresses only.
+    /// Opens http and https addresses only.
     bool openUrl(const QString &url) override;
-    /// Locks a file that the kernel unlocks with the process. True also where no lock file can be made:
-    /// a program that cannot tell is not kept from starting.
+    /// Locks a file that the kernel unlocks when the process ends. True also where no lock file can be
+    /// created: the program must still start when it cannot find out.
     [[nodiscard]] bool acquireSingleInstance(const QString &identifier) override;
     bool setAutostart(const QString &program, bool enabled) override;
     void notify(const QString &title, const QString &text) override;

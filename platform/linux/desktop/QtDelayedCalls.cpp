@@ -16,7 +16,7 @@ QtDelayedCalls::~QtDelayedCalls() {
 
 void QtDelayedCalls::callAfter(double seconds, QObject *target, std::function<void()> call) {
     dropDeadTimers();
-    // The target is the timer's parent, so the call goes with it.
+    // The target is the timer's parent, so the call is dropped with the target.
     auto *timer = new QTimer(target);
     timer->setSingleShot(true);
     timer->setTimerType(Qt::PreciseTimer);
@@ -27,8 +27,8 @@ void QtDelayedCalls::callAfter(double seconds, QObject *target, std::function<vo
         timer->deleteLater();
         work();
     });
-    constexpr double longest = 2147483647.0;
-    timer->start(static_cast<int>(std::clamp(std::ceil(seconds * 1000.0), 0.0, longest)));
+    constexpr double maximumMilliseconds = 2147483647.0;
+    timer->start(static_cast<int>(std::clamp(std::ceil(seconds * 1000.0), 0.0, maximumMilliseconds)));
 }
 
 void QtDelayedCalls::cancelAll(const QObject *target) {
@@ -37,7 +37,7 @@ void QtDelayedCalls::cancelAll(const QObject *target) {
         if (timer.isNull()) {
             continue;
         }
-        // Deleted later, since the request may come from the very call that is running.
+        // Deleted later, because the caller may be the call that is running now.
         timer->stop();
         timer->deleteLater();
     }

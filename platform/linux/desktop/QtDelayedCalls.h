@@ -9,7 +9,7 @@
 
 namespace quorvane::platform {
 
-/// DelayedCalls over the Qt event loop of the thread that asks.
+/// DelayedCalls over the Qt event loop of the calling thread.
 class QtDelayedCalls final : public DelayedCalls {
 public:
     QtDelayedCalls() = default;

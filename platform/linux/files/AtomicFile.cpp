@@ -18,7 +18,7 @@ QByteArray randomName(const QByteArray &base) {
     return '.' + base + '.' + QByteArray::number(QRandomGenerator::system()->generate64(), 36);
 }
 
-/// The way to an open file that may have no name.
+/// The path of an open file that may have no name.
 QByteArray ownPath(const FileDescriptor &file) {
     return "/proc/self/fd/" + QByteArray::number(file.get());
 }
@@ -73,7 +73,7 @@ int PendingFile::open(const QString &path) {
     }
     m_name = QFile::encodeName(target.fileName());
     m_temporary = randomName(m_name);
-    // Best without a name, so that nothing stays behind even when the process is killed.
+    // A file without a name leaves nothing behind even when the process is killed.
     m_file.reset(::openat(m_folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
     if (!m_file.isOpen() || ::access(ownPath(m_file).constData(), F_OK) != 0) {
         m_file.reset(::openat(m_folder.get(), m_temporary.constData(),
@@ -83,7 +83,7 @@ int PendingFile::open(const QString &path) {
         }
         m_named = true;
     }
-    // The process's mask may have taken bits away.
+    // The process's umask may have removed bits.
     return ::fchmod(m_file.get(), 0600) == 0 ? 0 : errno;
 }
 
@@ -106,8 +106,8 @@ int PendingFile::commit(bool durable) {
         return errno;
     }
     m_named = false;
-    // The new name survives a power cut only once the folder is written too; the file is in place
-    // whatever this says.
+    // The new name survives a power cut only after the folder is written too. An error is ignored here: the
+    // file already has its name.
     if (durable) {
         ::fsync(m_folder.get());
     }
@@ -124,7 +124,7 @@ int replaceFile(const QString &path, const QByteArray &bytes) {
 }
 
 int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes) {
-    // Not blocking: a pipe under that name must not hold the caller.
+    // Does not block: a pipe under that name must not stop the caller.
     const FileDescriptor file(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
     if (!file.isOpen()) {

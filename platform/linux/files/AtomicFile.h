@@ -7,9 +7,9 @@
 
 namespace quorvane::platform {
 
-/// A file on its way to a name: written privately beside it (mode 600 from the first byte), then moved
-/// onto the name whole. A link under that name is replaced, not followed. Going away before commit()
-/// leaves nothing behind. Every operation gives 0 or an errno value.
+/// A file that is not complete yet: written privately beside its destination (mode 600 from the first byte),
+/// then moved to the destination as a whole. A link under that name is replaced, not followed. Destruction
+/// before commit() leaves nothing behind. Every operation returns 0 or an errno value.
 class PendingFile {
 public:
     PendingFile() = default;
@@ -19,7 +19,8 @@ public:
 
     [[nodiscard]] int open(const QString &path);
     [[nodiscard]] int write(const QByteArray &bytes) const;
-    /// Durable: on the disk before it takes the name, so that a power cut leaves the old or the new file.
+    /// If durable, the file is on the disk before it gets its name, so that after a power cut there is the
+    /// old or the new file.
     [[nodiscard]] int commit(bool durable);
 
 private:
@@ -31,14 +32,14 @@ private:
     bool m_named = false;
 };
 
-/// Reads a regular file of at most limit bytes without following a link in its last component.
-/// 0, or an errno value (EFBIG when it is larger, EINVAL when it is no regular file).
+/// Reads a regular file of at most limit bytes without following a link in its last component. Returns 0 or
+/// an errno value (EFBIG when it is larger, EINVAL when it is not a regular file).
 [[nodiscard]] int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes);
 
-/// Makes the folder and what is missing above it, each open to its owner only. 0, or an errno value.
+/// Creates the folder and missing folders above it, each open to its owner only. Returns 0 or an errno value.
 [[nodiscard]] int makePrivateFolders(const QString &path);
 
-/// Writes all of the bytes to the descriptor. 0, or an errno value.
+/// Writes all of the bytes to the descriptor. Returns 0 or an errno value.
 [[nodiscard]] int writeAll(int descriptor, const char *bytes, qsizetype size);
 
 } // namespace quorvane::platform

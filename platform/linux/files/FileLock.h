@@ -6,16 +6,17 @@
 
 namespace quorvane::platform {
 
-/// An exclusive lock that the kernel drops when its holder ends, however it ends: a file that was left
-/// behind locks nothing.
+/// An exclusive lock that the kernel releases when its holder ends in any way: a file that was left behind
+/// locks nothing.
 class FileLock {
 public:
-    /// Waits at most so long for the lock on the file, which is made with mode 600 when missing.
+    /// Waits at most that many milliseconds for the lock on the file, which is created with mode 600 if
+    /// missing.
     FileLock(const QString &path, int milliseconds);
 
     [[nodiscard]] bool isHeld() const { return m_held; }
 
-    /// Another process kept the lock all the time.
+    /// Whether another process held the lock for the whole time.
     [[nodiscard]] bool hasTimedOut() const { return m_timedOut; }
 
 private:

@@ -16,7 +16,7 @@ int reserve(const FileDescriptor &file, qint64 bytes) {
     do {
         outcome = ::fallocate(file.get(), FALLOC_FL_KEEP_SIZE, 0, bytes) == 0 ? 0 : errno;
     } while (outcome == EINTR);
-    // A file system that cannot set room aside may still have it.
+    // A file system that cannot reserve space may still have enough.
     return outcome == EOPNOTSUPP ? 0 : outcome;
 }
 

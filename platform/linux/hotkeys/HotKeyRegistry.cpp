@@ -1,14 +1,14 @@
 #include "HotKeyRegistry.h"
 
-#include "HotKeyKeys.h"
+#include "VirtualKeys.h"
 
 #include <algorithm>
 
 namespace quorvane::platform {
 
-HotKeyError HotKeyRegistry::verdict(quint32 keyCode, quint32 modifiers) const {
+HotKeyError HotKeyRegistry::check(quint32 keyCode, quint32 modifiers) const {
     constexpr quint32 known = HotKeyService::command | HotKeyService::shift | HotKeyService::control;
-    if (findHotKeyKey(keyCode) == nullptr || (modifiers & ~known) != 0) {
+    if (findVirtualKey(keyCode) == nullptr || (modifiers & ~known) != 0) {
         return HotKeyError::UnknownKey;
     }
     return find(keyCode, modifiers) ? HotKeyError::AlreadyHeld : HotKeyError::None;
@@ -19,7 +19,7 @@ HotKeyReference HotKeyRegistry::add(quint32 keyCode, quint32 modifiers, HotKeyId
     return m_lastReference;
 }
 
-std::optional<HotKeyRegistry::Entry> HotKeyRegistry::take(HotKeyReference reference) {
+std::optional<HotKeyRegistry::Entry> HotKeyRegistry::remove(HotKeyReference reference) {
     const auto found = std::find_if(m_held.cbegin(), m_held.cend(),
                                     [reference](const Entry &entry) { return entry.reference == reference; });
     if (found == m_held.cend()) {

@@ -8,7 +8,7 @@
 
 namespace quorvane::platform {
 
-/// The hot keys that this program holds, each under a reference of its own. Main thread.
+/// The hot keys that this program has registered, each with its own reference. Main thread.
 class HotKeyRegistry {
 public:
     struct Entry {
@@ -18,12 +18,12 @@ public:
         HotKeyIdentifier identifier;
     };
 
-    /// What stands against a registration from our side: None, AlreadyHeld or UnknownKey.
-    [[nodiscard]] HotKeyError verdict(quint32 keyCode, quint32 modifiers) const;
-    /// Notes a combination that the verdict found free. The reference was never given out before.
+    /// Whether this program can register the combination: None, AlreadyHeld or UnknownKey.
+    [[nodiscard]] HotKeyError check(quint32 keyCode, quint32 modifiers) const;
+    /// Adds a combination for which check() returned None. The reference was never used before.
     HotKeyReference add(quint32 keyCode, quint32 modifiers, HotKeyIdentifier identifier);
-    /// The entry that the reference stood for until now.
-    std::optional<Entry> take(HotKeyReference reference);
+    /// Removes and returns the entry of the reference.
+    std::optional<Entry> remove(HotKeyReference reference);
     [[nodiscard]] std::optional<Entry> find(quint32 keyCode, quint32 modifiers) const;
 
     [[nodiscard]] const QList<Entry> &entries() const { return m_held; }

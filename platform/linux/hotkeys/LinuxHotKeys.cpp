@@ -9,7 +9,7 @@ namespace quorvane::platform {
 
 namespace {
 
-/// Stands where the desktop has no hot keys.
+/// The service on a desktop without hot keys.
 class NoHotKeyService final : public HotKeyService {
 public:
     [[nodiscard]] bool isAvailable() const override { return false; }
@@ -40,7 +40,7 @@ HotKeyDesktop hotKeyDesktop(const SessionHints &hints) {
         hints.sessionType == QLatin1String("wayland")) {
         return HotKeyDesktop::Wayland;
     }
-    // A compositor may run in a window of an X11 session.
+    // A Wayland compositor may run in a window of an X11 session.
     if (!hints.waylandDisplay.isEmpty() && hints.sessionType != QLatin1String("x11")) {
         return HotKeyDesktop::Wayland;
     }

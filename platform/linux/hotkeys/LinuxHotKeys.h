@@ -8,16 +8,16 @@
 
 namespace quorvane::platform {
 
-/// What kind of session the program runs in, as far as hot keys go.
+/// The kind of session, as far as it matters for hot keys.
 enum class HotKeyDesktop {
     X11,
-    /// Also when the program itself draws over X: there, key grabs see the keys of X windows only.
+    /// Also when the program itself draws through X: there, key grabs receive only the keys of X windows.
     Wayland,
     None,
 };
 
 struct SessionHints {
-    /// Of the GUI toolkit: "xcb", "wayland" and so on; may be empty.
+    /// The GUI toolkit's platform: "xcb", "wayland" and so on; may be empty.
     QString windowPlatform;
     /// The variables DISPLAY, WAYLAND_DISPLAY and XDG_SESSION_TYPE.
     QString display;
@@ -29,8 +29,8 @@ struct SessionHints {
 
 [[nodiscard]] HotKeyDesktop hotKeyDesktop(const SessionHints &hints);
 
-/// The hot-key service of the desktop; where there is none, a service that is not available. Connects to
-/// nothing by itself. Main thread.
+/// Creates the hot-key service of the desktop; on a desktop without hot keys, a service that is not
+/// available. Does not connect to the desktop yet. Main thread.
 [[nodiscard]] std::unique_ptr<HotKeyService> makeHotKeyService(HotKeyDesktop desktop);
 
 } // namespace quorvane::platform

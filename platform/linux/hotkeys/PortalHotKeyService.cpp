@@ -1,6 +1,6 @@
 #include "PortalHotKeyService.h"
 
-#include "HotKeyKeys.h"
+#include "VirtualKeys.h"
 
 #include <QCoreApplication>
 
@@ -25,18 +25,18 @@ QString triggerOf(const HotKeyRegistry::Entry &entry) {
     if ((entry.modifiers & HotKeyService::command) != 0) {
         trigger += QLatin1String("LOGO+");
     }
-    return trigger + QLatin1String(findHotKeyKey(entry.keyCode)->symbol);
+    return trigger + QLatin1String(findVirtualKey(entry.keyCode)->symbol);
 }
 
 } // namespace
 
 PortalHotKeyService::PortalHotKeyService(const PortalShortcuts::Settings &settings)
-    : m_shortcuts(settings, {[this](const QString &id) { tellPressed(id); },
+    : m_shortcuts(settings, {[this](const QString &id) { reportPressed(id); },
                              [this](const QStringList &ids, HotKeyError error) {
-                                 takeBack(ids, error);
+                                 withdraw(ids, error);
                              }}) {
     m_changed.setSingleShot(true);
-    QObject::connect(&m_changed, &QTimer::timeout, &m_changed, [this] { tellWanted(); });
+    QObject::connect(&m_changed, &QTimer::timeout, &m_changed, [this] { sendWanted(); });
 }
 
 bool PortalHotKeyService::isAvailable() const {
@@ -46,7 +46,7 @@ bool PortalHotKeyService::isAvailable() const {
 HotKeyRegistration PortalHotKeyService::registerHotKey(quint32 keyCode, quint32 modifiers,
                                                        HotKeyIdentifier identifier) {
     const HotKeyError error =
-        isAvailable() ? m_registry.verdict(keyCode, modifiers) : HotKeyError::NotAvailable;
+        isAvailable() ? m_registry.check(keyCode, modifiers) : HotKeyError::NotAvailable;
     if (error != HotKeyError::None) {
         return {error, 0};
     }
@@ -55,7 +55,7 @@ HotKeyRegistration PortalHotKeyService::registerHotKey(quint32 keyCode, quint32 
 }
 
 HotKeyError PortalHotKeyService::unregisterHotKey(HotKeyReference reference) {
-    if (!m_registry.take(reference)) {
+    if (!m_registry.remove(reference)) {
         return HotKeyError::UnknownReference;
     }
     m_changed.start(0);
@@ -81,8 +81,8 @@ PortalShortcuts::Shortcut PortalHotKeyService::shortcutOf(const HotKeyRegistry::
     return {idOf(entry), text, triggerOf(entry)};
 }
 
-/// In the order of the ids: what was released and registered again is no change.
-void PortalHotKeyService::tellWanted() {
+/// In the order of the ids, so that a hot key that was removed and registered again is no change.
+void PortalHotKeyService::sendWanted() {
     QList<PortalShortcuts::Shortcut> wanted;
     for (const HotKeyRegistry::Entry &entry : m_registry.entries()) {
         wanted.append(shortcutOf(entry));
@@ -93,7 +93,7 @@ void PortalHotKeyService::tellWanted() {
     m_shortcuts.setWanted(wanted);
 }
 
-void PortalHotKeyService::tellPressed(const QString &id) const {
+void PortalHotKeyService::reportPressed(const QString &id) const {
     const auto &entries = m_registry.entries();
     const auto found = std::find_if(entries.cbegin(), entries.cend(),
                                     [&id](const HotKeyRegistry::Entry &entry) { return idOf(entry) == id; });
@@ -108,7 +108,7 @@ void PortalHotKeyService::tellPressed(const QString &id) const {
     }
 }
 
-void PortalHotKeyService::takeBack(const QStringList &ids, HotKeyError error) {
+void PortalHotKeyService::withdraw(const QStringList &ids, HotKeyError error) {
     QList<HotKeyReference> lost;
     for (const HotKeyRegistry::Entry &entry : m_registry.entries()) {
         if (ids.contains(idOf(entry))) {
@@ -116,7 +116,7 @@ void PortalHotKeyService::takeBack(const QStringList &ids, HotKeyError error) {
         }
     }
     for (const HotKeyReference reference : std::as_const(lost)) {
-        m_registry.take(reference);
+        m_registry.remove(reference);
     }
     const RefusalHandler handler = m_refused;
     if (!handler) {

@@ -8,11 +8,11 @@
 
 namespace quorvane::platform {
 
-/// Global hot keys over the desktop portal, as under Wayland. The wanted combination is a hint: the user may
-/// give the action other keys in the desktop's own dialog.
+/// Global hot keys through the desktop portal, as under Wayland. The requested combination is a hint: the
+/// user may choose other keys for the action in the desktop's own dialog.
 ///
-/// A registration is answered at once and taken back later when the portal refuses. Until the portal has
-/// been heard, the service counts as available.
+/// A registration succeeds at once and is withdrawn later when the portal refuses. Until the portal has
+/// replied, the service counts as available.
 class PortalHotKeyService final : public HotKeyService {
 public:
     explicit PortalHotKeyService(const PortalShortcuts::Settings &settings);
@@ -26,16 +26,16 @@ public:
     void setDescription(quint32 id, const QString &text) override;
 
 private:
-    void tellWanted();
-    void tellPressed(const QString &id) const;
-    void takeBack(const QStringList &ids, HotKeyError error);
+    void sendWanted();
+    void reportPressed(const QString &id) const;
+    void withdraw(const QStringList &ids, HotKeyError error);
     [[nodiscard]] PortalShortcuts::Shortcut shortcutOf(const HotKeyRegistry::Entry &entry) const;
 
     HotKeyRegistry m_registry;
     QHash<quint32, QString> m_descriptions;
     EventHandler m_pressed;
     RefusalHandler m_refused;
-    /// Gathers the changes of one turn of the event loop.
+    /// Collects the changes of one turn of the event loop.
     QTimer m_changed;
     PortalShortcuts m_shortcuts;
 };

@@ -13,7 +13,7 @@
 
 namespace quorvane::platform {
 
-/// One element of the lists that go to the portal and come back.
+/// One element of the lists that are sent to the portal and received from it.
 struct PortalShortcutRecord {
     QString id;
     QVariantMap properties;
@@ -40,14 +40,15 @@ const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString shortcutsInterface = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
 const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 const QString sessionInterface = QStringLiteral("org.freedesktop.portal.Session");
-/// The same in every run: where the portal does not know the program by name, it knows it by this.
+/// The same whenever the program runs: a portal that does not know the program by name identifies it by this
+/// token.
 const QString sessionToken = QStringLiteral("quorvane");
 
 QDBusMessage methodCall(const QString &path, const QString &interface, const QString &method) {
     return QDBusMessage::createMethodCall(portalService, path, interface, method);
 }
 
-/// What a request's answer carries, when it says yes; nothing when it says no or makes no sense.
+/// The results in a request's answer if it was granted; absent if it was refused or is malformed.
 std::optional<QVariantMap> resultsOf(const QDBusMessage &answer) {
     if (answer.signature() != QLatin1String("ua{sv}") || answer.arguments().at(0).toUInt() != 0) {
         return std::nullopt;
@@ -58,7 +59,7 @@ std::optional<QVariantMap> resultsOf(const QDBusMessage &answer) {
 /// The path of a session in the answer to its creation; empty without one.
 QString sessionIn(const QVariantMap &results) {
     const QVariant handle = results.value(QStringLiteral("session_handle"));
-    // The portal's description has it as a text; a path would be as good.
+    // The portal's interface declares it as a text; a path is accepted too.
     const QString text = handle.metaType() == QMetaType::fromType<QDBusObjectPath>()
                              ? handle.value<QDBusObjectPath>().path()
                              : handle.toString();
@@ -97,8 +98,9 @@ QString nextBusName() {
 
 } // namespace
 
-PortalShortcuts::PortalShortcuts(const Settings &portalSettings, Handlers toTell)
-    : m_settings(portalSettings), m_handlers(std::move(toTell)), m_era(std::make_unique<QObject>()) {
+PortalShortcuts::PortalShortcuts(const Settings &portalSettings, Handlers newHandlers)
+    : m_settings(portalSettings), m_handlers(std::move(newHandlers)),
+      m_replyContext(std::make_unique<QObject>()) {
     m_openSoon.setSingleShot(true);
     m_overdue.setSingleShot(true);
     connect(&m_openSoon, &QTimer::timeout, this, [this] { open(); });
@@ -119,8 +121,8 @@ bool PortalShortcuts::isAvailable() const {
     return !m_absent && (!m_bus || m_bus->isConnected());
 }
 
-/// A connection of its own: the portal must hear the program's name before anything else on it, and nobody
-/// else's answers arrive here.
+/// Uses a separate connection: the portal must receive the program's name before any other message on it, and
+/// it receives no answers to other parts of the program.
 void PortalShortcuts::open() {
     qDBusRegisterMetaType<PortalShortcutRecord>();
     qDBusRegisterMetaType<QList<PortalShortcutRecord>>();
@@ -137,7 +139,7 @@ void PortalShortcuts::open() {
             [this](const QString & /*service*/, const QString &before, const QString &now) {
                 ownerChanged(before, now);
             });
-    // From any path: what a request or a session is called is the portal's choice.
+    // Accepts signals from any path: the portal chooses the names of requests and sessions.
     m_bus->connect(portalService, QString(), requestInterface, QStringLiteral("Response"), this,
                    SLOT(requestAnswered(QDBusMessage)));
     m_bus->connect(portalService, QString(), sessionInterface, QStringLiteral("Closed"), this,
@@ -145,7 +147,7 @@ void PortalShortcuts::open() {
     m_bus->connect(portalService, portalPath, shortcutsInterface, QStringLiteral("Activated"), this,
                    SLOT(shortcutActivated(QDBusMessage)));
     probe();
-    follow();
+    advance();
 }
 
 void PortalShortcuts::probe() {
@@ -153,7 +155,7 @@ void PortalShortcuts::probe() {
         QDBusMessage name = methodCall(portalPath, QStringLiteral("org.freedesktop.host.portal.Registry"),
                                        QStringLiteral("Register"));
         name << m_settings.applicationId << QVariantMap();
-        // Portals that do not offer this find the name out for themselves.
+        // Portals without this method find out the name themselves.
         m_bus->send(name);
     }
     QDBusMessage version =
@@ -165,11 +167,11 @@ void PortalShortcuts::probe() {
 
 void PortalShortcuts::setWanted(const QList<Shortcut> &shortcuts) {
     m_wanted = shortcuts;
-    follow();
+    advance();
 }
 
-/// Takes the next step towards what is wanted; a step under way comes back here when it is done.
-void PortalShortcuts::follow() {
+/// Starts the next step towards the wanted list; called again when a step is finished.
+void PortalShortcuts::advance() {
     if (!m_bus) {
         return;
     }
@@ -178,7 +180,7 @@ void PortalShortcuts::follow() {
     } else if (m_state == State::NoSession && !m_wanted.isEmpty()) {
         create();
     } else if ((m_state == State::Binding || m_state == State::Bound) &&
-               (m_wanted.isEmpty() || m_wanted != m_given)) {
+               (m_wanted.isEmpty() || m_wanted != m_bound)) {
         close();
     }
 }
@@ -186,11 +188,11 @@ void PortalShortcuts::follow() {
 void PortalShortcuts::create() {
     m_state = State::Creating;
     m_overdue.start(m_settings.answerMilliseconds);
-    ask(methodCall(portalPath, shortcutsInterface, QStringLiteral("CreateSession")),
-        {{QStringLiteral("session_handle_token"), sessionToken}}, [this] {
-            m_absent = true;
-            fail(HotKeyError::NotAvailable);
-        });
+    sendRequest(methodCall(portalPath, shortcutsInterface, QStringLiteral("CreateSession")),
+                {{QStringLiteral("session_handle_token"), sessionToken}}, [this] {
+                    m_absent = true;
+                    fail(HotKeyError::NotAvailable);
+                });
 }
 
 void PortalShortcuts::created(const QDBusMessage &message) {
@@ -210,16 +212,16 @@ void PortalShortcuts::created(const QDBusMessage &message) {
 
 void PortalShortcuts::bind() {
     m_state = State::Binding;
-    m_given = m_wanted;
+    m_bound = m_wanted;
     QList<PortalShortcutRecord> records;
-    for (const Shortcut &shortcut : std::as_const(m_given)) {
+    for (const Shortcut &shortcut : std::as_const(m_bound)) {
         records.append({shortcut.id,
                         {{QStringLiteral("description"), shortcut.description},
                          {QStringLiteral("preferred_trigger"), shortcut.trigger}}});
     }
     QDBusMessage message = methodCall(portalPath, shortcutsInterface, QStringLiteral("BindShortcuts"));
     message << QVariant::fromValue(QDBusObjectPath(m_session)) << QVariant::fromValue(records) << QString();
-    ask(message, {}, [this] { fail(HotKeyError::Declined); });
+    sendRequest(message, {}, [this] { fail(HotKeyError::Declined); });
 }
 
 void PortalShortcuts::bound(const QDBusMessage &message) {
@@ -230,38 +232,38 @@ void PortalShortcuts::bound(const QDBusMessage &message) {
         return;
     }
     m_state = State::Bound;
-    const QStringList all = idsOf(m_given);
+    const QStringList all = idsOf(m_bound);
     const auto declined = [&ids](const Shortcut &shortcut) {
         return !ids->contains(shortcut.id);
     };
-    m_given.removeIf(declined);
-    m_wanted = m_given;
+    m_bound.removeIf(declined);
+    m_wanted = m_bound;
     QStringList lost;
     std::copy_if(all.cbegin(), all.cend(), std::back_inserter(lost),
                  [&ids](const QString &id) { return !ids->contains(id); });
-    follow();
+    advance();
     if (!lost.isEmpty()) {
         m_handlers.refused(lost, HotKeyError::Declined);
     }
 }
 
-/// Gives the session back, and with it a dialog that may still be open.
+/// Ends the session, and a dialog of it that may still be open.
 void PortalShortcuts::close() {
     if (!m_request.isEmpty()) {
-        tell(m_request, requestInterface, QStringLiteral("Close"));
+        sendCall(m_request, requestInterface, QStringLiteral("Close"));
     }
     m_request.clear();
-    m_given.clear();
+    m_bound.clear();
     m_state = State::Closing;
-    // The next session has the same name: this one must be gone first.
+    // The next session has the same name, so this one must end first.
     call(methodCall(std::exchange(m_session, {}), sessionInterface, QStringLiteral("Close")),
          [this](const QDBusMessage & /*reply*/) {
              m_state = State::NoSession;
-             follow();
+             advance();
          });
 }
 
-/// Nothing that was wanted is had.
+/// Reports all wanted shortcuts as refused.
 void PortalShortcuts::fail(HotKeyError error) {
     m_overdue.stop();
     m_request.clear();
@@ -278,13 +280,13 @@ void PortalShortcuts::fail(HotKeyError error) {
 
 void PortalShortcuts::ownerChanged(const QString &before, const QString &now) {
     if (!before.isEmpty()) {
-        m_era = std::make_unique<QObject>();
+        m_replyContext = std::make_unique<QObject>();
         m_session.clear();
-        m_given.clear();
-        // A portal that went down over a request is not asked the same again.
-        const bool asked = m_state == State::Creating || m_state == State::Binding;
+        m_bound.clear();
+        // A request during which the portal ended is not sent again.
+        const bool requestPending = m_state == State::Creating || m_state == State::Binding;
         m_state = State::NoSession;
-        if (asked) {
+        if (requestPending) {
             fail(HotKeyError::NotAvailable);
         }
     }
@@ -293,7 +295,7 @@ void PortalShortcuts::ownerChanged(const QString &before, const QString &now) {
     }
     m_absent = false;
     probe();
-    follow();
+    advance();
 }
 
 void PortalShortcuts::requestAnswered(const QDBusMessage &message) {
@@ -306,11 +308,11 @@ void PortalShortcuts::requestAnswered(const QDBusMessage &message) {
         }
         return;
     }
-    // The session of a request that was given up is nobody's.
+    // A session that was created for an abandoned request is not used, so it is closed.
     const auto results = resultsOf(message);
     const QString late = results ? sessionIn(*results) : QString();
     if (!late.isEmpty() && late != m_session) {
-        tell(late, sessionInterface, QStringLiteral("Close"));
+        sendCall(late, sessionInterface, QStringLiteral("Close"));
     }
 }
 
@@ -319,7 +321,7 @@ void PortalShortcuts::sessionClosed(const QDBusMessage &message) {
         return;
     }
     m_session.clear();
-    m_given.clear();
+    m_bound.clear();
     fail(HotKeyError::Declined);
 }
 
@@ -329,42 +331,43 @@ void PortalShortcuts::shortcutActivated(const QDBusMessage &message) {
     }
     const QString id = message.arguments().at(1).toString();
     const QString path = message.arguments().at(0).value<QDBusObjectPath>().path();
-    if (path == m_session && idsOf(m_given).contains(id)) {
+    if (path == m_session && idsOf(m_bound).contains(id)) {
         m_handlers.activated(id);
     }
 }
 
-/// Makes a request, whose answer comes as a signal and may overtake the reply to the call.
-void PortalShortcuts::ask(QDBusMessage message, QVariantMap options, const std::function<void()> &failed) {
+/// Sends a request. Its answer is a signal, which may arrive before the reply to the call.
+void PortalShortcuts::sendRequest(QDBusMessage message, QVariantMap options,
+                                  const std::function<void()> &failed) {
     const QString token = QStringLiteral("quorvane_%1").arg(++m_lastToken);
     const QString sender = m_bus->baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
     m_request = portalPath + QStringLiteral("/request/") + sender + QLatin1Char('/') + token;
     options.insert(QStringLiteral("handle_token"), token);
     message << options;
-    call(message, [this, failed, asked = m_request](const QDBusMessage &reply) {
-        if (m_request != asked) {
+    call(message, [this, failed, expected = m_request](const QDBusMessage &reply) {
+        if (m_request != expected) {
             return;
         }
         if (reply.type() == QDBusMessage::ErrorMessage) {
             failed();
         } else if (reply.signature() == QLatin1String("o")) {
-            // Old portals name the request themselves.
+            // Old portals choose the request's path themselves.
             m_request = reply.arguments().at(0).value<QDBusObjectPath>().path();
         }
     });
 }
 
 void PortalShortcuts::call(QDBusMessage message, const Reply &reply) {
-    auto *const watcher =
-        new QDBusPendingCallWatcher(m_bus->asyncCall(message, m_settings.answerMilliseconds), m_era.get());
-    connect(watcher, &QDBusPendingCallWatcher::finished, m_era.get(), [watcher, reply] {
+    auto *const watcher = new QDBusPendingCallWatcher(
+        m_bus->asyncCall(message, m_settings.answerMilliseconds), m_replyContext.get());
+    connect(watcher, &QDBusPendingCallWatcher::finished, m_replyContext.get(), [watcher, reply] {
         const QDBusMessage answer = watcher->reply();
         watcher->deleteLater();
         reply(answer);
     });
 }
 
-void PortalShortcuts::tell(const QString &path, const QString &interface, const QString &method) {
+void PortalShortcuts::sendCall(const QString &path, const QString &interface, const QString &method) {
     m_bus->send(methodCall(path, interface, method));
 }
 

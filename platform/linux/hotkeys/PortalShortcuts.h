@@ -18,17 +18,17 @@ namespace quorvane::platform {
 /// The desktop portal's global shortcuts, as one list that the program wants. Main thread; handlers are
 /// called from the event loop; nothing here waits for the portal.
 ///
-/// A session of the portal takes one list only, so a changed list means a new session, and perhaps a dialog
-/// of the desktop: tell changes that belong together as one.
+/// A session of the portal accepts one list only, so a changed list means a new session, and perhaps a dialog
+/// of the desktop: changes that belong together should be set together.
 class PortalShortcuts : public QObject {
     Q_OBJECT
 
 public:
     struct Shortcut {
-        /// The portal remembers by it what the user chose.
+        /// The portal stores the user's choice under this name.
         QString id;
         QString description;
-        /// Such as "LOGO+1"; the desktop may give the user other keys.
+        /// Such as "LOGO+1"; the desktop may let the user choose other keys.
         QString trigger;
 
         bool operator==(const Shortcut &) const = default;
@@ -37,24 +37,24 @@ public:
     struct Settings {
         /// Empty means the session bus.
         QString busAddress;
-        /// Tells the portal who asks; may be empty.
+        /// Identifies this program to the portal; may be empty.
         QString applicationId;
-        /// How long the portal has for what it does without the user.
+        /// Time limit for the portal's replies that do not depend on the user.
         int answerMilliseconds = 30000;
     };
 
     struct Handlers {
         std::function<void(const QString &)> activated;
-        /// The program does not have these, or no longer.
+        /// These shortcuts were refused, or withdrawn.
         std::function<void(const QStringList &, HotKeyError)> refused;
     };
 
-    PortalShortcuts(const Settings &portalSettings, Handlers toTell);
+    PortalShortcuts(const Settings &portalSettings, Handlers newHandlers);
     ~PortalShortcuts() override;
 
     /// False once the desktop is known to have no such portal, until another portal starts.
     [[nodiscard]] bool isAvailable() const;
-    /// Those that are refused leave the list by themselves.
+    /// Refused shortcuts are removed from the list.
     void setWanted(const QList<Shortcut> &shortcuts);
 
 private Q_SLOTS:
@@ -68,7 +68,7 @@ private:
 
     void open();
     void probe();
-    void follow();
+    void advance();
     void create();
     void created(const QDBusMessage &message);
     void bind();
@@ -76,26 +76,26 @@ private:
     void close();
     void fail(HotKeyError error);
     void ownerChanged(const QString &before, const QString &now);
-    void ask(QDBusMessage message, QVariantMap options, const std::function<void()> &failed);
+    void sendRequest(QDBusMessage message, QVariantMap options, const std::function<void()> &failed);
     void call(QDBusMessage message, const Reply &reply);
-    void tell(const QString &path, const QString &interface, const QString &method);
+    void sendCall(const QString &path, const QString &interface, const QString &method);
 
     const Settings m_settings;
     const Handlers m_handlers;
     std::optional<QDBusConnection> m_bus;
-    /// Of this portal process: replies that are for an earlier one go nowhere.
-    std::unique_ptr<QObject> m_era;
+    /// Context of the calls to the present portal process: replies of an earlier one are dropped with it.
+    std::unique_ptr<QObject> m_replyContext;
     QTimer m_openSoon;
     QTimer m_overdue;
     bool m_absent = false;
     State m_state = State::NoSession;
-    /// The request whose answer is awaited, and the session; empty without one.
+    /// The pending request and the session; empty when there is none.
     QString m_request;
     QString m_session;
     unsigned m_lastToken = 0;
     QList<Shortcut> m_wanted;
-    /// What the session was given.
-    QList<Shortcut> m_given;
+    /// The shortcuts that were sent to the session.
+    QList<Shortcut> m_bound;
 };
 
 } // namespace quorvane::platform

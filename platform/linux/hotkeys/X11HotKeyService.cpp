@@ -1,6 +1,6 @@
 #include "X11HotKeyService.h"
 
-#include "HotKeyKeys.h"
+#include "VirtualKeys.h"
 #include "X11KeyGrabs.h"
 
 #include <array>
@@ -28,7 +28,7 @@ X11KeyGrabs::Combination combinationOf(const HotKeyRegistry::Entry &entry) {
             mask |= modifier.mask;
         }
     }
-    return {findHotKeyKey(entry.keyCode)->position, mask};
+    return {findVirtualKey(entry.keyCode)->position, mask};
 }
 
 } // namespace
@@ -43,7 +43,7 @@ struct X11HotKeyService::State {
         return std::nullopt;
     }
 
-    void tellPressed(X11KeyGrabs::Combination combination) const {
+    void reportPressed(X11KeyGrabs::Combination combination) const {
         const auto entry = find(combination);
         // A copy: the handler may install another.
         const EventHandler handler = pressed;
@@ -52,12 +52,12 @@ struct X11HotKeyService::State {
         }
     }
 
-    void tellLost(X11KeyGrabs::Combination combination) {
+    void reportLost(X11KeyGrabs::Combination combination) {
         const auto entry = find(combination);
         if (!entry) {
             return;
         }
-        registry.take(entry->reference);
+        registry.remove(entry->reference);
         const RefusalHandler handler = refused;
         if (handler) {
             handler(entry->reference, HotKeyError::TakenElsewhere);
@@ -80,9 +80,9 @@ X11KeyGrabs &X11HotKeyService::grabs() const {
         State *const here = m_state.get();
         m_state->grabs = std::make_unique<X11KeyGrabs>(
             m_display, X11KeyGrabs::Handlers{
-                           [here](X11KeyGrabs::Combination combination) { here->tellPressed(combination); },
+                           [here](X11KeyGrabs::Combination combination) { here->reportPressed(combination); },
                            [here](X11KeyGrabs::Combination combination) {
-                               here->tellLost(combination);
+                               here->reportLost(combination);
                            }});
     }
     return *m_state->grabs;
@@ -95,7 +95,7 @@ bool X11HotKeyService::isAvailable() const {
 HotKeyRegistration X11HotKeyService::registerHotKey(quint32 keyCode, quint32 modifiers,
                                                     HotKeyIdentifier identifier) {
     HotKeyError error =
-        isAvailable() ? m_state->registry.verdict(keyCode, modifiers) : HotKeyError::NotAvailable;
+        isAvailable() ? m_state->registry.check(keyCode, modifiers) : HotKeyError::NotAvailable;
     if (error == HotKeyError::None) {
         error = grabs().grab(combinationOf({0, keyCode, modifiers, identifier}));
     }
@@ -106,7 +106,7 @@ HotKeyRegistration X11HotKeyService::registerHotKey(quint32 keyCode, quint32 mod
 }
 
 HotKeyError X11HotKeyService::unregisterHotKey(HotKeyReference reference) {
-    const auto entry = m_state->registry.take(reference);
+    const auto entry = m_state->registry.remove(reference);
     if (!entry) {
         return HotKeyError::UnknownReference;
     }

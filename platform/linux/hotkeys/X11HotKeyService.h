@@ -10,8 +10,8 @@ namespace quorvane::platform {
 
 class X11KeyGrabs;
 
-/// Global hot keys of an X11 desktop. The connection is made when it is first needed; once lost it is not
-/// made again.
+/// Global hot keys of an X11 desktop. The connection is opened when it is first needed; after it is lost it
+/// is not opened again.
 class X11HotKeyService final : public HotKeyService {
 public:
     /// An empty name means the display of the environment.
@@ -33,7 +33,7 @@ private:
     [[nodiscard]] X11KeyGrabs &grabs() const;
 
     const QByteArray m_display;
-    /// Apart from the service, which may be asked for the first time by a const question.
+    /// Separate from the service, because its first use may be a const function.
     const std::unique_ptr<State> m_state;
 };
 

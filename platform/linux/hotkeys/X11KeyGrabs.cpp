@@ -35,7 +35,7 @@ Owned<T> own(T *memory) {
     return Owned<T>(memory);
 }
 
-HotKeyError meaningOf(quint8 error) {
+HotKeyError errorOf(quint8 error) {
     switch (error) {
     case XCB_ACCESS:
         return HotKeyError::TakenElsewhere;
@@ -52,7 +52,8 @@ void X11KeyGrabs::Disconnect::operator()(xcb_connection_t *open) const {
     xcb_disconnect(open);
 }
 
-X11KeyGrabs::X11KeyGrabs(const QByteArray &display, Handlers toTell) : m_handlers(std::move(toTell)) {
+X11KeyGrabs::X11KeyGrabs(const QByteArray &display, Handlers newHandlers)
+    : m_handlers(std::move(newHandlers)) {
     int screen = 0;
     m_connection.reset(xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screen));
     if (xcb_connection_has_error(m_connection.get()) != 0 || !prepare(screen)) {
@@ -64,9 +65,9 @@ X11KeyGrabs::X11KeyGrabs(const QByteArray &display, Handlers toTell) : m_handler
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
                      [this] { readEvents(); });
     m_readSoon.setSingleShot(true);
-    m_followSoon.setSingleShot(true);
+    m_updateSoon.setSingleShot(true);
     QObject::connect(&m_readSoon, &QTimer::timeout, &m_readSoon, [this] { readEvents(); });
-    QObject::connect(&m_followSoon, &QTimer::timeout, &m_followSoon, [this] { followKeyboard(); });
+    QObject::connect(&m_updateSoon, &QTimer::timeout, &m_updateSoon, [this] { updateNumLock(); });
     m_readSoon.start(0);
 }
 
@@ -88,7 +89,8 @@ bool X11KeyGrabs::prepare(int screen) {
     return xcb_connection_has_error(m_connection.get()) == 0;
 }
 
-/// A key that repeats must be told from a key that is pressed again; also asks for news of the keyboard.
+/// Makes repeated presses of a held key distinguishable from new presses, and subscribes to changes of the
+/// keyboard.
 bool X11KeyGrabs::detectRepeats() {
     xcb_connection_t *const c = m_connection.get();
     const auto *const extension = xcb_get_extension_data(c, &xcb_xkb_id);
@@ -99,23 +101,23 @@ bool X11KeyGrabs::detectRepeats() {
     const auto version = xcb_xkb_use_extension(c, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
     constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
     const auto flags = xcb_xkb_per_client_flags(c, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0);
-    constexpr quint16 news = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr quint16 events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr quint16 parts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
-    xcb_xkb_select_events(c, XCB_XKB_ID_USE_CORE_KBD, news, 0, news, parts, parts, nullptr);
+    xcb_xkb_select_events(c, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts, nullptr);
     const auto known = own(xcb_xkb_use_extension_reply(c, version, nullptr));
     const auto set = own(xcb_xkb_per_client_flags_reply(c, flags, nullptr));
     return known && known->supported != 0 && set && (set->value & detectable) != 0;
 }
 
-/// The mask of the modifier that the Num Lock key is, 0 when the keyboard has none.
+/// The mask of the modifier of the Num Lock key; 0 when the keyboard has none.
 quint16 X11KeyGrabs::findNumLock() const {
     xcb_connection_t *const c = m_connection.get();
     const xcb_setup_t *const setup = xcb_get_setup(c);
     const int keyCount = setup->max_keycode - setup->min_keycode + 1;
-    const auto modifiersAsked = xcb_get_modifier_mapping(c);
-    const auto symbolsAsked = xcb_get_keyboard_mapping(c, setup->min_keycode, static_cast<quint8>(keyCount));
-    const auto modifiers = own(xcb_get_modifier_mapping_reply(c, modifiersAsked, nullptr));
-    const auto symbols = own(xcb_get_keyboard_mapping_reply(c, symbolsAsked, nullptr));
+    const auto modifiersCookie = xcb_get_modifier_mapping(c);
+    const auto symbolsCookie = xcb_get_keyboard_mapping(c, setup->min_keycode, static_cast<quint8>(keyCount));
+    const auto modifiers = own(xcb_get_modifier_mapping_reply(c, modifiersCookie, nullptr));
+    const auto symbols = own(xcb_get_keyboard_mapping_reply(c, symbolsCookie, nullptr));
     if (!modifiers || !symbols) {
         return 0;
     }
@@ -149,7 +151,7 @@ HotKeyError X11KeyGrabs::grab(Combination combination) {
     }
     const HotKeyError error = grabAll(combination);
     if (error == HotKeyError::None) {
-        m_taken.append(combination);
+        m_grabbed.append(combination);
     }
     m_readSoon.start(0);
     return error;
@@ -157,19 +159,19 @@ HotKeyError X11KeyGrabs::grab(Combination combination) {
 
 HotKeyError X11KeyGrabs::grabAll(Combination combination) {
     xcb_connection_t *const c = m_connection.get();
-    QList<xcb_void_cookie_t> asked;
+    QList<xcb_void_cookie_t> cookies;
     for (const quint16 locks : lockStates()) {
-        asked.append(xcb_grab_key_checked(c, 0, m_root, combination.modifiers | locks, combination.key,
-                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+        cookies.append(xcb_grab_key_checked(c, 0, m_root, combination.modifiers | locks, combination.key,
+                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     }
     HotKeyError error = HotKeyError::None;
-    for (const xcb_void_cookie_t cookie : std::as_const(asked)) {
+    for (const xcb_void_cookie_t cookie : std::as_const(cookies)) {
         const auto refusal = own(xcb_request_check(c, cookie));
         if (refusal && error == HotKeyError::None) {
-            error = meaningOf(refusal->error_code);
+            error = errorOf(refusal->error_code);
         }
     }
-    // Without a connection there is no refusal either.
+    // After the connection is lost, no error is reported for the requests.
     if (xcb_connection_has_error(c) != 0) {
         return HotKeyError::NotAvailable;
     }
@@ -180,14 +182,14 @@ HotKeyError X11KeyGrabs::grabAll(Combination combination) {
 }
 
 void X11KeyGrabs::ungrab(Combination combination) {
-    if (!m_taken.removeOne(combination) || !isOpen()) {
+    if (!m_grabbed.removeOne(combination) || !isOpen()) {
         return;
     }
     ungrabAll(combination);
     m_readSoon.start(0);
 }
 
-/// Waits for the server: afterwards others can take the combination.
+/// Waits for the server, so that other programs can grab the combination afterwards.
 void X11KeyGrabs::ungrabAll(Combination combination) {
     xcb_connection_t *const c = m_connection.get();
     for (const quint16 locks : lockStates()) {
@@ -197,7 +199,7 @@ void X11KeyGrabs::ungrabAll(Combination combination) {
 }
 
 void X11KeyGrabs::readEvents() {
-    // A handler may run an event loop of its own, and this again in it, or lose the connection.
+    // A handler may run an event loop, in which this function is called again, or lose the connection.
     while (m_connection) {
         const auto event = own(xcb_poll_for_event(m_connection.get()));
         if (!event) {
@@ -207,7 +209,7 @@ void X11KeyGrabs::readEvents() {
         const void *const raw = event.get();
         const auto *const key = static_cast<const xcb_key_press_event_t *>(raw);
         if (type == m_keyboardEvent || type == XCB_MAPPING_NOTIFY) {
-            m_followSoon.start(0);
+            m_updateSoon.start(0);
         } else if (type == XCB_KEY_RELEASE) {
             m_keysDown.remove(key->detail);
         } else if (type == XCB_KEY_PRESS && !m_keysDown.contains(key->detail)) {
@@ -219,8 +221,8 @@ void X11KeyGrabs::readEvents() {
     closeWhenBroken();
 }
 
-/// Num Lock may have become another modifier.
-void X11KeyGrabs::followKeyboard() {
+/// Num Lock may be another modifier now.
+void X11KeyGrabs::updateNumLock() {
     if (!isOpen()) {
         return;
     }
@@ -229,14 +231,14 @@ void X11KeyGrabs::followKeyboard() {
     if (present == m_numLock || xcb_connection_has_error(m_connection.get()) != 0) {
         return;
     }
-    const QList<Combination> before = std::exchange(m_taken, {});
+    const QList<Combination> before = std::exchange(m_grabbed, {});
     for (const Combination combination : before) {
         ungrabAll(combination);
     }
     m_numLock = present;
     QList<Combination> lost;
     for (const Combination combination : before) {
-        (grabAll(combination) == HotKeyError::None ? m_taken : lost).append(combination);
+        (grabAll(combination) == HotKeyError::None ? m_grabbed : lost).append(combination);
     }
     for (const Combination combination : std::as_const(lost)) {
         m_handlers.lost(combination);
@@ -251,7 +253,7 @@ void X11KeyGrabs::closeWhenBroken() {
     m_notifier->setEnabled(false);
     m_notifier.release()->deleteLater();
     m_readSoon.stop();
-    m_followSoon.stop();
+    m_updateSoon.stop();
     m_connection.reset();
 }
 

@@ -14,12 +14,12 @@ struct xcb_connection_t;
 
 namespace quorvane::platform {
 
-/// Key combinations taken from the whole X display, whichever window has the focus, over a connection of
-/// its own. Main thread; handlers are called from the event loop.
+/// Key combinations grabbed on the whole X display, whichever window has the focus, over a separate
+/// connection. Main thread; handlers are called from the event loop.
 ///
-/// Keys are X key codes, so a change of the keyboard layout moves nothing. Modifiers are X masks without
-/// the lock keys: each combination is taken with every state of Caps Lock and Num Lock. A key that is held
-/// counts as one press.
+/// Keys are X key codes, so a change of the keyboard layout does not affect them. Modifiers are X masks
+/// without the lock keys: each combination is grabbed with every state of Caps Lock and Num Lock. A key that
+/// is held down counts as one press.
 class X11KeyGrabs {
 public:
     struct Combination {
@@ -31,12 +31,12 @@ public:
 
     struct Handlers {
         std::function<void(Combination)> pressed;
-        /// A combination could not be kept when the lock keys changed; it is no longer taken.
+        /// A combination could not be grabbed again after the lock keys changed; it is no longer grabbed.
         std::function<void(Combination)> lost;
     };
 
     /// An empty name means the display of the environment.
-    X11KeyGrabs(const QByteArray &display, Handlers toTell);
+    X11KeyGrabs(const QByteArray &display, Handlers newHandlers);
     ~X11KeyGrabs();
     X11KeyGrabs(const X11KeyGrabs &) = delete;
     X11KeyGrabs &operator=(const X11KeyGrabs &) = delete;
@@ -44,7 +44,8 @@ public:
     /// False without a display, or once the connection to it is lost.
     [[nodiscard]] bool isOpen() const { return m_connection != nullptr; }
 
-    /// None, TakenElsewhere, UnknownKey (not on this keyboard) or NotAvailable; takes all or nothing.
+    /// Returns None, TakenElsewhere, UnknownKey (not on this keyboard) or NotAvailable; after an error
+    /// nothing of the combination is grabbed.
     [[nodiscard]] HotKeyError grab(Combination combination);
     void ungrab(Combination combination);
 
@@ -60,19 +61,20 @@ private:
     [[nodiscard]] HotKeyError grabAll(Combination combination);
     void ungrabAll(Combination combination);
     void readEvents();
-    void followKeyboard();
+    void updateNumLock();
     void closeWhenBroken();
 
     const Handlers m_handlers;
     std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
     std::unique_ptr<QSocketNotifier> m_notifier;
-    /// Answers and events share the socket: what came in with an answer is read on the next turn.
+    /// Replies and events share the socket: events that were read together with a reply are handled on the
+    /// next turn of the event loop.
     QTimer m_readSoon;
-    QTimer m_followSoon;
+    QTimer m_updateSoon;
     quint32 m_root = 0;
     quint8 m_keyboardEvent = 0;
     quint16 m_numLock = 0;
-    QList<Combination> m_taken;
+    QList<Combination> m_grabbed;
     QSet<quint8> m_keysDown;
 };
 

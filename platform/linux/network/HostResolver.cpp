@@ -64,7 +64,7 @@ void HostResolver::refresh(std::function<void()> found) {
         m_state->isBusy = true;
     }
     try {
-        std::thread([shared = m_state, tell = std::move(found)] {
+        std::thread([shared = m_state, notify = std::move(found)] {
             const auto address = lookUp(shared->host);
             {
                 const std::lock_guard lock(shared->mutex);
@@ -74,11 +74,11 @@ void HostResolver::refresh(std::function<void()> found) {
                 }
             }
             if (address) {
-                tell();
+                notify();
             }
         }).detach();
     } catch (const std::system_error &) {
-        // Out of threads; a later change of the network tries again.
+        // No thread could be created; a later change of the network tries again.
         const std::lock_guard lock(m_state->mutex);
         m_state->isBusy = false;
     }

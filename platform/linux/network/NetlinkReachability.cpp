@@ -28,7 +28,7 @@ namespace {
 constexpr std::uint32_t anyAddress = 0;
 constexpr std::uint32_t linkLocalNetwork = 0xA9FE0000;
 constexpr int linkLocalPrefix = 16;
-/// How long a name that could not be resolved waits for the next look-up without news.
+/// Milliseconds until a name that could not be resolved is looked up again if the network does not change.
 constexpr int unresolvedPause = 15000;
 
 std::optional<std::uint32_t> flagsOfDefaultRoute() {
@@ -54,19 +54,19 @@ std::optional<std::uint32_t> flagsOfAddress(std::uint32_t address) {
     if (address == linkLocalNetwork) {
         return flagsOfLinkLocal();
     }
-    const auto way = RouteTable::wayTo(address);
-    if (!way) {
+    const auto route = RouteTable::routeTo(address);
+    if (!route) {
         return std::nullopt;
     }
-    if (!way->exists) {
+    if (!route->exists) {
         return 0U;
     }
-    return ReachabilityFlag::reachable | (way->isLocal ? ReachabilityFlag::isLocalAddress : 0U) |
-           (way->isDirect ? ReachabilityFlag::isDirect : 0U);
+    return ReachabilityFlag::reachable | (route->isLocal ? ReachabilityFlag::isLocalAddress : 0U) |
+           (route->isDirect ? ReachabilityFlag::isDirect : 0U);
 }
 
-/// The kernel's news about the network.
-class NetworkNews {
+/// The kernel's messages about changes of the network.
+class NetworkChanges {
 public:
     [[nodiscard]] bool open() {
         m_file.reset(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
@@ -81,10 +81,10 @@ public:
 
     [[nodiscard]] int descriptor() const { return m_file.get(); }
 
-    /// Throws the waiting news away: whatever they say, the tables are asked anew.
+    /// Discards the waiting messages: their content does not matter, since the tables are read again.
     void clear() const {
         std::array<char, 8192> buffer{};
-        // Lost news (ENOBUFS) are news, too.
+        // Lost messages (ENOBUFS) mean a change, too.
         while (::recv(m_file.get(), buffer.data(), buffer.size(), 0) >= 0 || errno == EINTR ||
                errno == ENOBUFS) {
         }
@@ -94,7 +94,7 @@ private:
     FileDescriptor m_file;
 };
 
-/// What a target shares with its threads.
+/// The data that a target shares with its threads.
 struct Watch {
     explicit Watch(const QByteArray &host) : resolver(host), wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
@@ -108,7 +108,7 @@ struct Watch {
     HostResolver resolver;
     ReachabilityDelivery delivery;
     FileDescriptor wake;
-    NetworkNews news;
+    NetworkChanges changes;
     std::atomic<bool> ending = false;
 };
 
@@ -121,7 +121,7 @@ void resolve(const std::shared_ptr<Watch> &watch) {
     });
 }
 
-/// The watching thread. Reads the state, tells it, waits for news.
+/// The watching thread: reads the state, reports it and waits for changes.
 void run(const std::shared_ptr<Watch> &watch) {
     resolve(watch);
     while (!watch->ending) {
@@ -130,7 +130,7 @@ void run(const std::shared_ptr<Watch> &watch) {
             watch->delivery.report(*flags);
         }
         std::array<pollfd, 2> watched{
-            {{watch->news.descriptor(), POLLIN, 0}, {watch->wake.get(), POLLIN, 0}}};
+            {{watch->changes.descriptor(), POLLIN, 0}, {watch->wake.get(), POLLIN, 0}}};
         const bool resolved = watch->resolver.address().has_value();
         const int ready = ::poll(watched.data(), watched.size(), resolved ? -1 : unresolvedPause);
         eventfd_t count = 0;
@@ -138,7 +138,7 @@ void run(const std::shared_ptr<Watch> &watch) {
             ::eventfd_read(watch->wake.get(), &count);
         }
         if (watched[0].revents != 0) {
-            watch->news.clear();
+            watch->changes.clear();
         }
         if (ready == 0 || watched[0].revents != 0) {
             resolve(watch);
@@ -169,10 +169,10 @@ public:
         if (queue == nullptr) {
             return true;
         }
-        // A callback may stop the delivery before this call is through.
+        // A callback may stop the delivery before this call has returned.
         const std::lock_guard lock(m_mutex);
         m_watch->ending = false;
-        if (!m_watch->wake.isOpen() || !m_watch->news.open()) {
+        if (!m_watch->wake.isOpen() || !m_watch->changes.open()) {
             return false;
         }
         m_watch->delivery.setQueue(queue);
@@ -186,9 +186,9 @@ public:
     }
 
 private:
-    /// Ends delivery, then the watching thread.
+    /// Ends the delivery, then the watching thread.
     void stop() {
-        // Waits for a running callback, which may be in here itself: not under the lock.
+        // Waits for a running callback, which may itself be in this function: therefore without the lock.
         m_watch->delivery.setQueue(nullptr);
         std::thread ended;
         {

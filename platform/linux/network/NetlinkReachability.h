@@ -4,14 +4,14 @@
 
 namespace quorvane::platform {
 
-/// Reachability by the kernel's routing tables and its news about links, addresses and routes.
+/// Reachability from the kernel's routing tables and its messages about links, addresses and routes.
 ///
-/// An address: reachable while there is a route to it; direct without a gateway, local when it is this
-/// machine's own. 0.0.0.0: reachable while there is a default route. 169.254.0.0: reachable and direct
-/// while an interface is on the link-local network. A host name counts as its IPv4 address last
-/// resolved; until one is known, and while none can be found, the rule of 0.0.0.0 holds, since a name server
-/// that fails says nothing about the network. Names are resolved on threads of their own, at the start of
-/// the delivery, after each change of the network, and again and again while that fails.
+/// An address is reachable while there is a route to it; it is direct without a gateway, and local when it
+/// belongs to this machine. 0.0.0.0 is reachable while there is a default route. 169.254.0.0 is reachable and
+/// direct while an interface is on the link-local network. For a host name, the IPv4 address last resolved is
+/// used; until there is one, and while none can be found, the rule for 0.0.0.0 applies, because the failure
+/// of a name server does not show the state of the network. Names are resolved on separate threads, when the
+/// delivery starts, after each change of the network, and repeatedly while that fails.
 class NetlinkReachability final : public NetworkReachability {
 public:
     [[nodiscard]] std::unique_ptr<ReachabilityTarget> targetWithName(const QString &host) override;

@@ -5,7 +5,7 @@
 
 namespace quorvane::platform {
 
-// Two locks, taken in the order delivering, routing by the queue's thread: a callback may stop its own
+// Two locks, acquired in the order delivering, routing by the queue's thread: a callback may stop its own
 // delivery. Both are recursive because a queue may run its work at once, on the reporting thread.
 struct ReachabilityDelivery::State {
     std::recursive_mutex delivering;
@@ -15,7 +15,7 @@ struct ReachabilityDelivery::State {
     SerialQueue *queue = nullptr;
     std::optional<std::uint32_t> last;
 
-    /// Counts the queues set so far; work made for an earlier one is void.
+    /// Counts the queues that were set; work for an earlier one is dropped.
     std::atomic<std::uint64_t> generation = 0;
 };
 

@@ -6,8 +6,8 @@
 
 namespace quorvane::platform {
 
-/// The delivering half of a reachability target: takes states from a watcher and hands the first one
-/// and every change to the callback, on the queue. Safe from any thread.
+/// The delivering half of a reachability target: receives states from a watcher and calls the callback on the
+/// queue with the first one and every change. Safe from any thread.
 class ReachabilityDelivery {
 public:
     ReachabilityDelivery();
@@ -16,9 +16,11 @@ public:
     ReachabilityDelivery &operator=(const ReachabilityDelivery &) = delete;
 
     void setCallback(ReachabilityTarget::Callback callback);
-    /// Null ends the delivery: no callback runs after the return, unless this is the callback's own call.
+    /// Null ends the delivery: no callback runs after this function has returned, unless the callback itself
+    /// calls it.
     void setQueue(SerialQueue *queue);
-    /// Takes a state; delivered when it is the first on this queue or differs from the one before.
+    /// Receives a state; it is delivered when it is the first one on this queue or differs from the one
+    /// before.
     void report(std::uint32_t flags);
 
 private:

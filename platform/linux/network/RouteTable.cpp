@@ -38,9 +38,9 @@ int visitMessage(const nlmsghdr *message, void *visitor) {
     return MNL_CB_OK;
 }
 
-/// Sends the request and hands every route of the answer to the visitor. 0, or the errno value that the
-/// kernel answered; absent when it could not be asked.
-std::optional<int> ask(nlmsghdr *request, bool isDump, const RouteVisitor &visitor) {
+/// Sends the request and calls the visitor with every route of the answer. Returns 0, or the errno value in
+/// the kernel's answer; absent when the kernel could not be queried.
+std::optional<int> sendRequest(nlmsghdr *request, bool isDump, const RouteVisitor &visitor) {
     const Socket socket = openSocket();
     if (!socket || mnl_socket_sendto(socket.get(), request, request->nlmsg_len) < 0) {
         return std::nullopt;
@@ -82,7 +82,7 @@ const rtmsg *routeOf(const nlmsghdr *message) {
     return static_cast<const rtmsg *>(mnl_nlmsg_get_payload(message));
 }
 
-int noteGateway(const nlattr *attribute, void *found) {
+int visitGateway(const nlattr *attribute, void *found) {
     const int kind = mnl_attr_get_type(attribute);
     if (kind == RTA_GATEWAY || kind == RTA_VIA) {
         *static_cast<bool *>(found) = true;
@@ -92,40 +92,41 @@ int noteGateway(const nlattr *attribute, void *found) {
 
 bool hasGateway(const nlmsghdr *message) {
     bool found = false;
-    mnl_attr_parse(message, sizeof(rtmsg), noteGateway, &found);
+    mnl_attr_parse(message, sizeof(rtmsg), visitGateway, &found);
     return found;
 }
 
-std::optional<int> askFor(std::uint32_t address, unsigned routeFlags, const RouteVisitor &visitor) {
+std::optional<int> requestRoute(std::uint32_t address, unsigned routeFlags, const RouteVisitor &visitor) {
     alignas(nlmsghdr) std::array<char, 256> buffer{};
     nlmsghdr *request = prepare(buffer.data(), 0);
     auto *route = static_cast<rtmsg *>(mnl_nlmsg_get_payload(request));
     route->rtm_dst_len = 32;
     route->rtm_flags = routeFlags;
     mnl_attr_put_u32(request, RTA_DST, htonl(address));
-    return ask(request, false, visitor);
+    return sendRequest(request, false, visitor);
 }
 
 } // namespace
 
-std::optional<Way> wayTo(std::uint32_t address) {
-    Way way;
-    const auto outcome = askFor(address, 0, [&way](const nlmsghdr *message) {
+std::optional<Route> routeTo(std::uint32_t address) {
+    Route result;
+    const auto outcome = requestRoute(address, 0, [&result](const nlmsghdr *message) {
         const unsigned char type = routeOf(message)->rtm_type;
-        way.isLocal = type == RTN_LOCAL;
-        way.isDirect = !hasGateway(message);
-        way.exists = way.isLocal || type == RTN_UNICAST || type == RTN_BROADCAST || type == RTN_MULTICAST;
+        result.isLocal = type == RTN_LOCAL;
+        result.isDirect = !hasGateway(message);
+        result.exists =
+            result.isLocal || type == RTN_UNICAST || type == RTN_BROADCAST || type == RTN_MULTICAST;
     });
     if (!outcome) {
         return std::nullopt;
     }
-    // Any error that the kernel itself answers says that there is no way.
-    return *outcome == 0 && way.exists ? way : Way();
+    // Any error in the kernel's own answer means that there is no route.
+    return *outcome == 0 && result.exists ? result : Route();
 }
 
 std::optional<bool> isOnLink(std::uint32_t address, int prefixLength) {
     bool found = false;
-    const auto outcome = askFor(address, RTM_F_FIB_MATCH, [&](const nlmsghdr *message) {
+    const auto outcome = requestRoute(address, RTM_F_FIB_MATCH, [&](const nlmsghdr *message) {
         const rtmsg *route = routeOf(message);
         const bool isNetwork = route->rtm_type == RTN_UNICAST || route->rtm_type == RTN_BROADCAST;
         found = isNetwork && route->rtm_dst_len >= prefixLength && !hasGateway(message);
@@ -136,12 +137,13 @@ std::optional<bool> isOnLink(std::uint32_t address, int prefixLength) {
 std::optional<bool> hasDefaultRoute() {
     alignas(nlmsghdr) std::array<char, 256> buffer{};
     bool found = false;
-    const auto outcome = ask(prepare(buffer.data(), NLM_F_DUMP), true, [&found](const nlmsghdr *message) {
-        const rtmsg *route = routeOf(message);
-        constexpr unsigned unusable = RTNH_F_DEAD | RTNH_F_LINKDOWN;
-        found = found || (route->rtm_dst_len == 0 && route->rtm_type == RTN_UNICAST &&
-                          (route->rtm_flags & unusable) == 0);
-    });
+    const auto outcome =
+        sendRequest(prepare(buffer.data(), NLM_F_DUMP), true, [&found](const nlmsghdr *message) {
+            const rtmsg *route = routeOf(message);
+            constexpr unsigned unusable = RTNH_F_DEAD | RTNH_F_LINKDOWN;
+            found = found || (route->rtm_dst_len == 0 && route->rtm_type == RTN_UNICAST &&
+                              (route->rtm_flags & unusable) == 0);
+        });
     if (!outcome || *outcome != 0) {
         return std::nullopt;
     }

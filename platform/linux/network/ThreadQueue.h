@@ -12,8 +12,8 @@ namespace quorvane::platform {
 
 /// A SerialQueue over one thread of its own.
 ///
-/// Going away drops work that has not begun and waits for the piece that is running, unless that
-/// piece itself destroys the queue. Throws std::system_error when no thread can be had.
+/// Destruction drops work that has not started and waits for the running piece, unless that piece itself
+/// destroys the queue. Throws std::system_error when no thread can be created.
 class ThreadQueue final : public SerialQueue {
 public:
     explicit ThreadQueue(const QString &name);

@@ -91,7 +91,7 @@ void PlistPreferences::setProblemHandler(Problem handler) {
     {
         const std::lock_guard lock(m_mutex);
         m_problemHandler = handler;
-        waiting.swap(m_undelivered);
+        waiting.swap(m_unreported);
     }
     for (const QString &text : std::as_const(waiting)) {
         handler(text);
@@ -104,17 +104,19 @@ bool PlistPreferences::exchange() {
         const std::lock_guard lock(m_mutex);
         changes = m_pending;
     }
-    // With nothing to say and nothing there, no folder is made.
+    // No folder is created while there is nothing to write and no file to read.
     const QString folder = QFileInfo(m_path).path();
     if (!changes.isEmpty()) {
         const int failure = makePrivateFolders(folder);
         if (failure != 0) {
-            report(QStringLiteral("The folder %1 cannot be made: %2").arg(folder, qt_error_string(failure)));
+            report(
+                QStringLiteral("The folder %1 cannot be created: %2").arg(folder, qt_error_string(failure)));
         }
     }
     const FileLock lock(m_path + QStringLiteral(".lock"), m_lockLimit);
     if (lock.hasTimedOut()) {
-        report(QStringLiteral("%1.lock is held too long; going on without it").arg(m_path));
+        report(QStringLiteral("%1.lock is held by another process for too long; continuing without it")
+                   .arg(m_path));
     }
     const Contents found = read();
     if (!found.usable) {
@@ -127,7 +129,7 @@ bool PlistPreferences::exchange() {
     }
     const std::lock_guard guard(m_mutex);
     m_known = wanted;
-    // Another thread may have changed a key since; those changes stay pending.
+    // Another thread may have changed a key meanwhile; such a change stays pending.
     for (auto change = changes.begin(); change != changes.end(); ++change) {
         if (m_pending.value(change.key()) == *change) {
             m_pending.remove(change.key());
@@ -154,15 +156,16 @@ PlistPreferences::Contents PlistPreferences::read() {
         return own;
     }
     if (status.st_uid != ::geteuid()) {
-        report(QStringLiteral("%1 belongs to another user and is left alone").arg(m_path));
+        report(QStringLiteral("%1 belongs to another user and is not used").arg(m_path));
         return {{}, false, false};
     }
     QByteArray bytes;
-    int failure = readPlainFile(m_path, PropertyList::largestSize, bytes);
-    // The user's own file that somebody has closed to him too is opened again; what is in it counts.
+    int failure = readPlainFile(m_path, PropertyList::maximumSize, bytes);
+    // If the file belongs to the user but lost the owner's permissions, they are restored, because its
+    // contents count.
     if (failure == EACCES && S_ISREG(status.st_mode) &&
         ::chmod(QFile::encodeName(m_path).constData(), S_IRUSR | S_IWUSR) == 0) {
-        failure = readPlainFile(m_path, PropertyList::largestSize, bytes);
+        failure = readPlainFile(m_path, PropertyList::maximumSize, bytes);
     }
     if (failure != 0 && failure != EFBIG) {
         report(QStringLiteral("%1 cannot be read: %2").arg(m_path, qt_error_string(failure)));
@@ -175,11 +178,11 @@ PlistPreferences::Contents PlistPreferences::read() {
 PlistPreferences::Contents PlistPreferences::recoverFromCorruption() {
     const QString aside = moveAside();
     if (aside.isNull()) {
-        report(QStringLiteral("%1 is no property list and cannot be moved aside: %2")
+        report(QStringLiteral("%1 is not a property list and cannot be renamed: %2")
                    .arg(m_path, qt_error_string(errno)));
         return {{}, false, false};
     }
-    report(QStringLiteral("%1 was no property list; it is kept as %2").arg(m_path, aside));
+    report(QStringLiteral("%1 was not a property list; it is kept as %2").arg(m_path, aside));
     const std::lock_guard lock(m_mutex);
     return {m_known, true, !m_known.isEmpty()};
 }
@@ -223,7 +226,7 @@ void PlistPreferences::report(const QString &text) {
         m_lastProblem = text;
         handler = m_problemHandler;
         if (!handler) {
-            m_undelivered.append(text);
+            m_unreported.append(text);
         }
     }
     if (handler) {

@@ -10,21 +10,21 @@ namespace quorvane::platform {
 
 /// Preferences in one property list file, shared by threads and by processes.
 ///
-/// Every setValues() writes the file before it returns: it takes the lock file beside it, reads what
-/// other processes wrote meanwhile, changes its own keys in that and replaces the file atomically (mode
-/// 600, folders 0700). What cannot be written stays in memory and is tried again with the next change
-/// or synchronize().
+/// Every setValues() writes the file before it returns: it locks the lock file beside it, reads what other
+/// processes wrote meanwhile, applies its own changes to that and replaces the file atomically (mode 600,
+/// folders 0700). Changes that cannot be written stay in memory and are retried with the next change or
+/// synchronize().
 ///
-/// A file that is no property list is moved aside as "<name>.corrupt-<UTC time>" and rewritten from what
-/// this process knows. A file that belongs to another user or cannot be read is left alone. A file that
-/// somebody removed counts as a reset: the next change recreates it with every value that this process
-/// has set, and the others are gone. Each trouble is reported once in plain words.
+/// A file that is not a property list is renamed to "<name>.corrupt-<UTC time>" and written again from the
+/// values that this process knows. A file that belongs to another user or cannot be read is not changed. A
+/// file that was removed counts as a reset: the next change creates it again with every value that this
+/// process has set, and without the others. Each problem is reported once.
 class PlistPreferences final : public PreferencesStore {
 public:
     using Problem = std::function<void(const QString &text)>;
 
-    /// Reads the file. A process that holds the lock is waited for at most so long; then the work goes
-    /// on without the lock, for the holder must be stopped or gone wrong.
+    /// Reads the file. While another process holds the lock, waits at most that many milliseconds; then
+    /// continues without the lock, because the holder must have been stopped or be faulty.
     explicit PlistPreferences(const QString &path, int lockMilliseconds = 2000);
 
     [[nodiscard]] QVariant value(const QString &key) const override;
@@ -32,12 +32,13 @@ public:
     bool synchronize() override;
     [[nodiscard]] QString filePath() const override;
 
-    /// Takes the troubles met from now on, and at once those met before. Called on the thread that met
-    /// one, which may be any; it may read preferences but not change them.
+    /// Sets the handler for problems from now on; it is called at once for earlier ones. Later calls come
+    /// from the thread that met the problem, which may be any; the handler may read preferences but not
+    /// change them.
     void setProblemHandler(Problem handler);
 
 private:
-    /// What the file held when it was read.
+    /// The contents of the file when it was read.
     struct Contents {
         QVariantMap values;
         bool usable = true;
@@ -54,22 +55,23 @@ private:
     const QString m_path;
     const int m_lockLimit;
 
-    /// One exchange with the file at a time; taken before `mutex`.
+    /// One exchange with the file at a time; locked before `mutex`.
     std::mutex m_exchanging;
 
-    /// Guards what follows. Never held while waiting for the disk, so that reads do not wait either.
+    /// Guards the members below. Never held while waiting for the disk, so that reads do not wait for it
+    /// either.
     mutable std::mutex m_mutex;
-    /// What value() answers.
+    /// The values that value() returns.
     QVariantMap m_view;
-    /// What the file held after the last exchange.
+    /// The contents of the file after the last exchange.
     QVariantMap m_known;
-    /// Changes that have not reached the file; an invalid variant is a removal.
+    /// Changes that are not in the file yet; an invalid variant means a removal.
     QVariantMap m_pending;
-    /// Every change of this process so far.
+    /// All changes of this process so far.
     QVariantMap m_ownChanges;
 
     Problem m_problemHandler;
-    QStringList m_undelivered;
+    QStringList m_unreported;
     QString m_lastProblem;
 };
 

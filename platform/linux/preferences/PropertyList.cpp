@@ -18,11 +18,11 @@ namespace quorvane::platform::PropertyList {
 
 namespace {
 
-// A data value that begins so is a text in UTF-16LE units that XML cannot carry.
+// A data value that begins with this is a text in UTF-16LE units that XML cannot contain.
 constexpr QByteArrayView textMarker = "\xFF\xFE\x51\x53";
-// A data value that begins so is raw bytes that begin like one of these two markers.
+// A data value that begins with this is raw bytes that begin like one of these two markers.
 constexpr QByteArrayView bytesMarker = "\xFF\xFE\x51\x44";
-// Dates count from the first moment of 2001.
+// Dates are counted from the first moment of 2001.
 constexpr qint64 epochSeconds = 978307200;
 
 struct NodeDeleter {
@@ -38,7 +38,7 @@ struct MemoryDeleter {
 template <typename T>
 using Memory = std::unique_ptr<T, MemoryDeleter>;
 
-/// The parser reads numbers by the thread's locale; a decimal comma there would cut every real.
+/// The parser reads numbers in the thread's locale; with a decimal comma it would truncate every real.
 class PlainNumbers {
 public:
     PlainNumbers() : m_plain(::newlocale(LC_ALL_MASK, "C", nullptr)), m_before(::uselocale(m_plain)) {}
@@ -62,7 +62,8 @@ QDateTime epoch() {
     return QDateTime::fromSecsSinceEpoch(epochSeconds, Qt::UTC);
 }
 
-/// Whether an XML text can hold it as it stands. A carriage return cannot: readers turn it into a line feed.
+/// Whether an XML text can contain it unchanged. It cannot contain a carriage return: readers turn it into a
+/// line feed.
 bool isCarriedByXml(const QString &text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar unit = text[i];
@@ -154,7 +155,7 @@ Node mapNode(const QVariantMap &map, int depth) {
 
 /// Null for a value of a type that property lists do not have.
 Node toNode(const QVariant &value, int depth) {
-    if (depth > greatestDepth) {
+    if (depth > maximumDepth) {
         return nullptr;
     }
     switch (value.typeId()) {
@@ -184,7 +185,7 @@ Node toNode(const QVariant &value, int depth) {
 
 std::optional<QVariant> fromNode(plist_t node, int depth);
 
-/// Keeps a byte order mark that begins the text. Never null.
+/// Keeps a byte order mark at the beginning of the text. Never null.
 QString fromUtf8(QByteArrayView bytes) {
     QStringDecoder decoder(QStringDecoder::Utf8,
                            QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
@@ -193,7 +194,7 @@ QString fromUtf8(QByteArrayView bytes) {
 }
 
 std::optional<QVariant> fromText(plist_t node) {
-    // The call that copies a text aborts on one that holds U+0000.
+    // The function that copies a text aborts on one that contains U+0000.
     std::uint64_t length = 0;
     const char *text = plist_get_string_ptr(node, &length);
     if (text == nullptr) {
@@ -279,7 +280,7 @@ std::optional<QVariantMap> fromDictionary(plist_t node, int depth) {
 }
 
 std::optional<QVariant> fromNode(plist_t node, int depth) {
-    if (node == nullptr || depth > greatestDepth) {
+    if (node == nullptr || depth > maximumDepth) {
         return std::nullopt;
     }
     switch (plist_get_node_type(node)) {
@@ -302,7 +303,7 @@ std::optional<QVariant> fromNode(plist_t node, int depth) {
 
 std::optional<QVariantMap> parse(const QByteArray &bytes) {
     const bool binary = isBinary(bytes);
-    if (binary ? !isBearableBinary(bytes) : !isBearableXml(bytes)) {
+    if (binary ? !isAcceptableBinary(bytes) : !isAcceptableXml(bytes)) {
         return std::nullopt;
     }
     const PlainNumbers plainNumbers;
@@ -332,7 +333,7 @@ QByteArray write(const QVariantMap &dictionary) {
 
 std::optional<QVariantMap> readFile(const QString &path) {
     QByteArray bytes;
-    if (readPlainFile(path, largestSize, bytes) != 0) {
+    if (readPlainFile(path, maximumSize, bytes) != 0) {
         return std::nullopt;
     }
     return parse(bytes);

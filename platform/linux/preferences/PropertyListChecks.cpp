@@ -9,9 +9,9 @@ namespace quorvane::platform::PropertyList {
 
 namespace {
 
-constexpr qsizetype mostValues = 200'000;
-// The parser and its clean-up recurse, so this bounds its stack too.
-constexpr qsizetype mostXmlContainers = 4096;
+constexpr qsizetype maximumValues = 200'000;
+// The parser and its clean-up are recursive, so this limits their stack too.
+constexpr qsizetype maximumXmlContainers = 4096;
 constexpr qsizetype magicSize = 8;
 constexpr qsizetype trailerSize = 32;
 
@@ -21,7 +21,7 @@ bool isUtf8(const QByteArray &bytes) {
     return !decoder.hasError() && !text.isNull();
 }
 
-/// A walk over the objects of a binary property list that counts what they amount to.
+/// Walks over the objects of a binary property list and counts them as often as they are used.
 class BinaryWalk {
 public:
     explicit BinaryWalk(const QByteArray &source) : m_bytes(source) {}
@@ -57,7 +57,7 @@ private:
         if (m_offsetSize < 1 || m_offsetSize > 8 || m_referenceSize < 1 || m_referenceSize > 8) {
             return false;
         }
-        if (m_objects == 0 || m_objects > static_cast<quint64>(mostValues) || m_topObject >= m_objects) {
+        if (m_objects == 0 || m_objects > static_cast<quint64>(maximumValues) || m_topObject >= m_objects) {
             return false;
         }
         if (table < static_cast<quint64>(magicSize) || table >= end ||
@@ -68,7 +68,7 @@ private:
         return true;
     }
 
-    /// Reads the count of an object's marker; at moves to the first content byte.
+    /// Reads the count of an object's marker; `at` is moved to the first content byte.
     [[nodiscard]] bool readCount(qsizetype &at, quint64 &count) const {
         count = static_cast<quint8>(m_bytes[at]) & 0x0FU;
         ++at;
@@ -104,8 +104,8 @@ private:
     }
 
     [[nodiscard]] bool visit(quint64 object, int depth) {
-        // A shared object counts each time it is met: that bounds repetition as well as loops.
-        if (object >= m_objects || depth > greatestDepth || ++m_visited > mostValues) {
+        // A shared object is counted each time it is met, which limits both repetition and loops.
+        if (object >= m_objects || depth > maximumDepth || ++m_visited > maximumValues) {
             return false;
         }
         const quint64 offset =
@@ -172,10 +172,10 @@ private:
         return true;
     }
 
-    /// Shared long values count each time they are met, too.
+    /// Shared long values are counted each time they are met, too.
     [[nodiscard]] bool spend(quint64 size) {
         m_contentBytes += size;
-        return m_contentBytes <= static_cast<quint64>(largestSize);
+        return m_contentBytes <= static_cast<quint64>(maximumSize);
     }
 
     const QByteArray &m_bytes;
@@ -194,21 +194,21 @@ bool isBinary(const QByteArray &bytes) {
     return bytes.startsWith("bplist");
 }
 
-bool isBearableXml(const QByteArray &bytes) {
-    if (bytes.isEmpty() || bytes.size() > largestSize || bytes.contains('\0')) {
+bool isAcceptableXml(const QByteArray &bytes) {
+    if (bytes.isEmpty() || bytes.size() > maximumSize || bytes.contains('\0')) {
         return false;
     }
-    if (bytes.contains("<!ENTITY") || bytes.count('<') > mostValues * 2) {
+    if (bytes.contains("<!ENTITY") || bytes.count('<') > maximumValues * 2) {
         return false;
     }
-    if (bytes.count("<dict") + bytes.count("<array") > mostXmlContainers) {
+    if (bytes.count("<dict") + bytes.count("<array") > maximumXmlContainers) {
         return false;
     }
     return isUtf8(bytes);
 }
 
-bool isBearableBinary(const QByteArray &bytes) {
-    return bytes.size() <= largestSize && bytes.startsWith("bplist00") && BinaryWalk(bytes).run();
+bool isAcceptableBinary(const QByteArray &bytes) {
+    return bytes.size() <= maximumSize && bytes.startsWith("bplist00") && BinaryWalk(bytes).run();
 }
 
 } // namespace quorvane::platform::PropertyList

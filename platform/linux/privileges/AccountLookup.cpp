@@ -11,14 +11,14 @@ namespace quorvane::platform {
 
 namespace {
 
-constexpr std::size_t largestEntry = std::size_t{1} << 20U;
+constexpr std::size_t maximumEntrySize = std::size_t{1} << 20U;
 
 std::optional<Account> byLogin(const QByteArray &name) {
     std::vector<char> buffer(4096);
     passwd entry{};
     passwd *found = nullptr;
     while (::getpwnam_r(name.constData(), &entry, buffer.data(), buffer.size(), &found) == ERANGE &&
-           buffer.size() < largestEntry) {
+           buffer.size() < maximumEntrySize) {
         buffer.resize(buffer.size() * 2);
     }
     if (found == nullptr) {
@@ -28,7 +28,7 @@ std::optional<Account> byLogin(const QByteArray &name) {
 }
 
 std::optional<Account> byFullName(const QByteArray &name) {
-    // The walk through the accounts has one position for the whole process.
+    // The iteration over the accounts has one position for the whole process.
     static std::mutex walking;
     const std::lock_guard lock(walking);
     std::vector<char> buffer(4096);
@@ -38,7 +38,7 @@ std::optional<Account> byFullName(const QByteArray &name) {
     ::setpwent();
     for (;;) {
         const int outcome = ::getpwent_r(&entry, buffer.data(), buffer.size(), &found);
-        if (outcome == ERANGE && buffer.size() < largestEntry) {
+        if (outcome == ERANGE && buffer.size() < maximumEntrySize) {
             buffer.resize(buffer.size() * 2);
             continue;
         }

@@ -43,7 +43,7 @@ PrivilegedProcess PkexecAuthorizationService::launch(const QString &program, con
         return {toolMissing, -1, -1};
     }
     const QByteArray path = QFile::encodeName(program);
-    // The tool knows no mark for the end of its options.
+    // The tool has no marker for the end of its options.
     if (path.isEmpty() || path.startsWith('-')) {
         return {EINVAL, -1, -1};
     }

@@ -6,8 +6,8 @@
 
 namespace quorvane::platform {
 
-/// AuthorizationService over polkit's pkexec, which asks the user through the desktop's own agent.
-/// Without an agent the process ends with status 127 and runs nothing.
+/// AuthorizationService over polkit's pkexec, which prompts the user through the desktop's own agent. Without
+/// an agent the process ends with status 127 and runs nothing.
 class PkexecAuthorizationService final : public AuthorizationService {
 public:
     /// An empty tool is looked up in the system's own folders.

@@ -88,8 +88,8 @@ Value valueOf(const KeyStore::Item &item) {
     return {secret().valueNew(item.password.constData(), item.password.size(), "text/plain"), &dropValue};
 }
 
-/// Changes secret, attributes and label of an item that exists. The account is one of the attributes that
-/// tell items apart, so storing anew would make a second item.
+/// Changes secret, attributes and label of an existing item. Items are distinguished by their attributes, and
+/// the account is one of them, so storing the item again would create a second one.
 bool change(SecretItem *item, const KeyStore::Item &wanted) {
     ErrorHolder holder;
     const Value value = valueOf(wanted);

@@ -4,7 +4,7 @@
 
 namespace quorvane::platform {
 
-/// KeyStore over the desktop's Secret Service, in its default collection. Without a service every call
+/// KeyStore over the desktop's Secret Service, in its default collection. Without that service every call
 /// finds nothing and stores nothing. Any thread but the main one.
 class SecretServiceKeyStore final : public KeyStore {
 public:

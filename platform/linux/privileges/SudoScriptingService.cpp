@@ -16,13 +16,14 @@ namespace quorvane::platform {
 
 namespace {
 
-/// Any failure that is neither a refusal nor the line's own.
+/// Any failure that is neither a refusal nor a failure of the line itself.
 constexpr int notRun = 1;
-/// No password is that long; more would not fit in the pipe at once.
-constexpr qsizetype longestPassword = 4096;
+/// No password is that long; a longer one would not fit in the pipe at once.
+constexpr qsizetype maximumPasswordSize = 4096;
 
-// Runs in the root shell; arguments: line, search path, marker. The marker says that the rights were
-// granted. What is left of the input may hold a password that nobody asked for.
+// Runs in the root shell; arguments: line, search path, marker. The marker means that the rights were
+// granted. The rest of the input is not read, because it may contain a password for which there was no
+// prompt.
 constexpr char rootScript[] = "printf '%s\\n' \"$3\" >&2\n"
                               "PATH=$2 LC_ALL=C\n"
                               "export PATH LC_ALL\n"
@@ -30,12 +31,12 @@ constexpr char rootScript[] = "printf '%s\\n' \"$3\" >&2\n"
 // Runs as the other administrator; arguments: line, search path, marker, prompt, sudo, root script.
 constexpr char otherScript[] = "exec \"$5\" -k -S -p \"$4\" -- /bin/sh -c \"$6\" sh \"$1\" \"$2\" \"$3\"\n";
 
-/// Bytes that are wiped when they go.
+/// Bytes that are overwritten when they are destroyed.
 class SecretBytes {
 public:
     explicit SecretBytes(const QString &text) {
         QByteArray encoded = text.toUtf8();
-        // Room for all of it at once: growing would leave a copy behind.
+        // Reserved at once, because growing would leave a copy behind.
         m_bytes.reserve(encoded.size() + 1);
         m_bytes.append(encoded);
         m_bytes.append('\n');
@@ -74,7 +75,7 @@ public:
         const qsizetype lineStart = std::max(error.lastIndexOf('\n') + 1, m_answered);
         const QByteArray tail = error.mid(lineStart);
         const bool isSudo = tail.endsWith(m_prompt);
-        // A prompt of another wording is told by the silence that follows it.
+        // A prompt with other words is recognised by the silence that follows it.
         const bool isPrompt = isSudo || tail.endsWith("assword: ") || (quiet && !tail.trimmed().isEmpty());
         if (!isPrompt || m_left == 0) {
             return;
@@ -110,7 +111,7 @@ QString withoutLastLineFeed(const QByteArray &bytes) {
     return text.isNull() ? QStringLiteral("") : text;
 }
 
-/// The result of a line that did run.
+/// The result of a line that was run.
 ScriptResult lineResult(int status, const QByteArray &output, const QByteArray &error) {
     if (status == 0) {
         return {true, withoutLastLineFeed(output), {}, {}};
@@ -121,7 +122,7 @@ ScriptResult lineResult(int status, const QByteArray &output, const QByteArray &
                                : message);
 }
 
-/// The first line that holds one of the phrases; null when none does.
+/// The first line that contains one of the phrases; null when there is none.
 template <std::size_t count>
 QString lineWith(const std::array<const char *, count> &phrases, const QByteArray &text) {
     for (const QByteArray &line : text.split('\n')) {
@@ -134,10 +135,10 @@ QString lineWith(const std::array<const char *, count> &phrases, const QByteArra
     return {};
 }
 
-/// What sudo and su said when the rights were not granted.
+/// The messages of sudo and su when the rights were not granted.
 ScriptResult refusal(const ChildOutcome &outcome, const QByteArray &prompt) {
-    // A wrong password is told first: its text goes on with "no password was provided" for the
-    // second attempt that sudo offers.
+    // A wrong password is checked first: its text continues with "no password was provided" for the second
+    // attempt that sudo offers.
     static constexpr std::array wrongPassword{"Sorry, try again", "incorrect password attempt",
                                               "Authentication failure", "incorrect password"};
     static constexpr std::array refused{"is not in the sudoers file",
@@ -165,53 +166,54 @@ ScriptResult refusal(const ChildOutcome &outcome, const QByteArray &prompt) {
     return lineResult(outcome.status == 0 ? notRun : outcome.status, outcome.output, said.trimmed());
 }
 
-/// How to become root with the account's own password. An empty program when a tool is missing.
-struct Ladder {
+/// The command that becomes root with the account's own password. The program is empty when a tool is
+/// missing.
+struct RootCommand {
     ChildCommand command;
     int prompts = 1;
 };
 
-/// The words that every form of the root script takes: line, search path, marker.
-using RootWords = QByteArrayList;
+/// The arguments of the root script in each of its forms: line, search path, marker.
+using RootArguments = QByteArrayList;
 
-Ladder ladderFor(const Account &account, const RootWords &words, const QByteArray &prompt) {
+RootCommand rootCommandFor(const Account &account, const RootArguments &arguments, const QByteArray &prompt) {
     const QByteArray sudo = systemProgram("sudo");
     const QByteArray su = systemProgram("su");
-    const bool amRoot = ::geteuid() == 0;
+    const bool isRoot = ::geteuid() == 0;
     const QByteArrayList rootShell = QByteArrayList{"-c", rootScript};
-    const QByteArrayList sudoWords = QByteArrayList{sudo, "-k", "-S", "-p", prompt, "--", "/bin/sh"} +
-                                     rootShell + QByteArrayList{"sh"} + words;
-    const QByteArrayList suWords =
-        QByteArrayList{su, "-s", "/bin/sh"} + rootShell + QByteArrayList{"--", account.login, "sh"} + words;
-    Ladder ladder;
+    const QByteArrayList sudoArguments = QByteArrayList{sudo, "-k", "-S", "-p", prompt, "--", "/bin/sh"} +
+                                         rootShell + QByteArrayList{"sh"} + arguments;
+    const QByteArrayList suArguments = QByteArrayList{su, "-s", "/bin/sh"} + rootShell +
+                                       QByteArrayList{"--", account.login, "sh"} + arguments;
+    RootCommand root;
     if (account.id == 0) {
-        // Root itself would not be asked, so somebody who may do nothing asks.
+        // Root is not prompted for a password, so an account without any rights runs su.
         const QByteArray setpriv = systemProgram("setpriv");
-        ladder.command.program = amRoot ? setpriv : su;
-        ladder.command.arguments =
-            amRoot ? QByteArrayList{setpriv, "--reuid=nobody", "--regid=nogroup", "--clear-groups", "--"} +
-                         suWords
-                   : suWords;
-        return su.isEmpty() ? Ladder() : ladder;
+        root.command.program = isRoot ? setpriv : su;
+        root.command.arguments =
+            isRoot ? QByteArrayList{setpriv, "--reuid=nobody", "--regid=nogroup", "--clear-groups", "--"} +
+                         suArguments
+                   : suArguments;
+        return su.isEmpty() ? RootCommand() : root;
     }
     if (sudo.isEmpty()) {
         return {};
     }
-    if (amRoot) {
+    if (isRoot) {
         const QByteArray runuser = systemProgram("runuser");
-        ladder.command.program = runuser;
-        ladder.command.arguments = QByteArrayList{runuser, "--user=" + account.login, "--"} + sudoWords;
+        root.command.program = runuser;
+        root.command.arguments = QByteArrayList{runuser, "--user=" + account.login, "--"} + sudoArguments;
     } else if (account.id == ::geteuid()) {
-        ladder.command.program = sudo;
-        ladder.command.arguments = sudoWords;
+        root.command.program = sudo;
+        root.command.arguments = sudoArguments;
     } else {
-        ladder.prompts = 2;
-        ladder.command.program = su;
-        ladder.command.arguments =
-            QByteArrayList{su, "-s", "/bin/sh", "-c", otherScript, "--", account.login, "sh"} + words +
+        root.prompts = 2;
+        root.command.program = su;
+        root.command.arguments =
+            QByteArrayList{su, "-s", "/bin/sh", "-c", otherScript, "--", account.login, "sh"} + arguments +
             QByteArrayList{prompt, sudo, rootScript};
     }
-    return ladder;
+    return root;
 }
 
 QByteArray nonce() {
@@ -251,20 +253,20 @@ ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const
     }
     const SecretBytes secret(password);
     const bool isOneLine = secret.line().count('\n') == 1 && !secret.line().contains('\0');
-    if (!isOneLine || secret.line().size() > longestPassword) {
+    if (!isOneLine || secret.line().size() > maximumPasswordSize) {
         return failure(notRun, QStringLiteral("Sorry, try again."));
     }
 
     const QByteArray marker = "@@granted-" + nonce() + "@@";
     const QByteArray prompt = "@@password-" + nonce() + "@@";
-    Ladder ladder = ladderFor(*account, {bytes, m_resources + ':' + systemPath, marker}, prompt);
-    if (ladder.command.program.isEmpty()) {
+    RootCommand root = rootCommandFor(*account, {bytes, m_resources + ':' + systemPath, marker}, prompt);
+    if (root.command.program.isEmpty()) {
         return failure(notRun, QStringLiteral("sudo, su or a tool beside them is not installed."));
     }
-    ladder.command.environment = environment(systemPath);
-    PromptAnswerer answerer(secret, prompt, marker, ladder.prompts);
+    root.command.environment = environment(systemPath);
+    PromptAnswerer answerer(secret, prompt, marker, root.prompts);
     const ChildOutcome outcome =
-        runChild(ladder.command, [&answerer](ChildInput &input, const QByteArray &error, bool quiet) {
+        runChild(root.command, [&answerer](ChildInput &input, const QByteArray &error, bool quiet) {
             answerer.look(input, error, quiet);
         });
     if (outcome.startFailure != 0) {

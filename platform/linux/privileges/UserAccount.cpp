@@ -16,9 +16,9 @@ UserAccount fromDatabase() {
     std::vector<char> buffer(4096);
     passwd entry{};
     passwd *found = nullptr;
-    constexpr std::size_t largest = std::size_t{1} << 20U;
+    constexpr std::size_t maximumSize = std::size_t{1} << 20U;
     while (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == ERANGE &&
-           buffer.size() < largest) {
+           buffer.size() < maximumSize) {
         buffer.resize(buffer.size() * 2);
     }
     if (found == nullptr) {

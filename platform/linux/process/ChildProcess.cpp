@@ -34,8 +34,8 @@ bool makePipe(Pipe &pipe) {
     return true;
 }
 
-/// A descriptor that becomes readable when the process ends. The C library's own header for it does not
-/// link from C++ in all its versions.
+/// A descriptor that is readable after the process has ended. The C library's own header for it does not link
+/// from C++ in all its versions.
 int openProcess(pid_t pid) {
     return static_cast<int>(::syscall(SYS_pidfd_open, pid, 0U));
 }
@@ -104,8 +104,8 @@ private:
     posix_spawnattr_t m_attributes{};
 };
 
-/// Reads what is there. False at the end of the stream.
-bool drain(const FileDescriptor &end, QByteArray &into) {
+/// Reads the bytes that are available. False at the end of the stream.
+bool readAvailable(const FileDescriptor &end, QByteArray &into) {
     std::array<char, 16384> part{};
     for (;;) {
         const ssize_t got = ::read(end.get(), part.data(), part.size());
@@ -119,8 +119,8 @@ bool drain(const FileDescriptor &end, QByteArray &into) {
     }
 }
 
-/// Reads a stream that outlives its process to its end and throws it away.
-void leaveToDrainer(FileDescriptor end) {
+/// Reads a stream that outlives its process to its end and discards it.
+void discardInBackground(FileDescriptor end) {
     const int flags = ::fcntl(end.get(), F_GETFL);
     ::fcntl(end.get(), F_SETFL, flags & ~O_NONBLOCK);
     try {
@@ -132,11 +132,11 @@ void leaveToDrainer(FileDescriptor end) {
             }
         }).detach();
     } catch (const std::system_error &) {
-        // Out of threads: the stream is closed instead, which is all that can be done.
+        // No thread could be created, so the stream is only closed.
     }
 }
 
-/// A running child with the streams that are read from it.
+/// A running child and its output streams.
 class RunningChild {
 public:
     RunningChild(pid_t pid, FileDescriptor outputEnd, FileDescriptor errorEnd, FileDescriptor inputEnd)
@@ -158,7 +158,7 @@ public:
         m_outcome.status = information.si_code == CLD_EXITED ? number : 128 + number;
         for (FileDescriptor *end : {&m_output, &m_error}) {
             if (end->isOpen()) {
-                leaveToDrainer(std::move(*end));
+                discardInBackground(std::move(*end));
             }
         }
         return std::move(m_outcome);
@@ -169,8 +169,8 @@ private:
     [[nodiscard]] bool hasEnded(const ChildWatcher &watcher) {
         std::array<pollfd, 3> watched{
             {{m_process.get(), POLLIN, 0}, {m_output.get(), POLLIN, 0}, {m_error.get(), POLLIN, 0}}};
-        const bool mustLook = !m_process.isOpen() || (watcher && !m_toldQuiet);
-        const int limit = mustLook ? quietMilliseconds : -1;
+        const bool mustPoll = !m_process.isOpen() || (watcher && !m_quietReported);
+        const int limit = mustPoll ? quietMilliseconds : -1;
         const int ready = ::poll(watched.data(), watched.size(), limit);
         if (ready < 0) {
             return errno != EINTR;
@@ -178,14 +178,14 @@ private:
         const qsizetype before = m_outcome.error.size();
         readOutputs();
         const bool grown = m_outcome.error.size() != before;
-        m_toldQuiet = ready == 0;
+        m_quietReported = ready == 0;
         if (watcher && (grown || ready == 0)) {
             watcher(m_input, m_outcome.error, ready == 0);
         }
         return m_process.isOpen() ? watched[0].revents != 0 : isWaitable();
     }
 
-    /// For want of a descriptor for the process.
+    /// Used where there is no descriptor for the process.
     [[nodiscard]] bool isWaitable() const {
         siginfo_t information{};
         const int outcomeOfWait =
@@ -194,10 +194,10 @@ private:
     }
 
     void readOutputs() {
-        if (m_output.isOpen() && !drain(m_output, m_outcome.output)) {
+        if (m_output.isOpen() && !readAvailable(m_output, m_outcome.output)) {
             m_output.reset();
         }
-        if (m_error.isOpen() && !drain(m_error, m_outcome.error)) {
+        if (m_error.isOpen() && !readAvailable(m_error, m_outcome.error)) {
             m_error.reset();
         }
     }
@@ -208,7 +208,7 @@ private:
     FileDescriptor m_error;
     ChildInput m_input;
     ChildOutcome m_outcome;
-    bool m_toldQuiet = false;
+    bool m_quietReported = false;
 };
 
 } // namespace
@@ -217,7 +217,7 @@ void ChildInput::send(const QByteArray &bytes) {
     if (!m_descriptor.isOpen()) {
         return;
     }
-    // The signal for a closed pipe would end this whole process.
+    // The signal for a closed pipe would end the whole program.
     sigset_t pipeSignal;
     sigset_t before;
     ::sigemptyset(&pipeSignal);

@@ -11,7 +11,7 @@
 
 namespace quorvane::platform {
 
-/// What to start.
+/// A program to start.
 struct ChildCommand {
     /// Full path of the program.
     QByteArray program;
@@ -22,11 +22,11 @@ struct ChildCommand {
     QByteArray folder = "/";
 };
 
-/// What came of it.
+/// How it ended.
 struct ChildOutcome {
-    /// 0, or the errno value of a start that failed; the rest then means nothing.
+    /// 0, or the errno value of a failed start; the other fields are then meaningless.
     int startFailure = 0;
-    /// The exit status, or 128 and the number of the signal that ended it.
+    /// The exit status, or 128 plus the number of the signal that ended it.
     int status = 0;
     QByteArray output;
     QByteArray error;
@@ -37,7 +37,7 @@ class ChildInput {
 public:
     explicit ChildInput(FileDescriptor end) : m_descriptor(std::move(end)) {}
 
-    /// Writes bytes that fit in a pipe (64 KiB). A child that has closed its end is no error.
+    /// Writes bytes that fit in a pipe (64 KiB). A closed reading end is not an error.
     void send(const QByteArray &bytes);
 
     void close() { m_descriptor.reset(); }
@@ -46,25 +46,27 @@ private:
     FileDescriptor m_descriptor;
 };
 
-/// Sees the standard error of a child grow. Quiet means that nothing has come for a short while.
+/// Called as the standard error of a child grows. Quiet means that nothing has arrived for a short time.
 using ChildWatcher = std::function<void(ChildInput &input, const QByteArray &errorSoFar, bool quiet)>;
 
-/// Runs the command in a session of its own and waits until that one process ends, however long it takes.
+/// Runs the command in a new session and waits until that one process ends, without a time limit.
 ///
-/// A process that it leaves behind may hold the outputs: what it writes later is read and thrown away, so
-/// that it neither blocks nor dies of a closed pipe. Without a watcher the child has no input. Signals
-/// and their mask are at their defaults in the child, and no descriptor but the three goes to it. Any thread.
+/// A process that it leaves behind may keep the outputs open: what it writes later is read and discarded, so
+/// that it neither blocks nor ends because of a closed pipe. Without a watcher the child has no input. Signal
+/// handlers and the signal mask have their defaults in the child, and it inherits only the three standard
+/// descriptors. Any thread.
 [[nodiscard]] ChildOutcome runChild(const ChildCommand &command, const ChildWatcher &watcher = {});
 
-/// Starts the command in a session of its own with no input and standard error shared, and returns at
-/// once. The process number, or absent with errno set; output gets the reading end of its standard output.
+/// Starts the command in a new session without input and with shared standard error, and returns at once.
+/// Returns the process number, or nothing with errno set; `output` is set to the reading end of its standard
+/// output.
 [[nodiscard]] std::optional<pid_t> startChild(const ChildCommand &command, FileDescriptor &output);
 
-/// Full path of a program of the system itself, looked for in the system's own folders only; empty when
-/// there is none.
+/// Full path of a program of the system itself, searched in the system's own folders only; empty when there
+/// is none.
 [[nodiscard]] QByteArray systemProgram(const QByteArray &name);
 
-/// The system's own folders, as PATH has them.
+/// The system's own folders in the form of PATH.
 inline constexpr char systemPath[] = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin";
 
 } // namespace quorvane::platform

@@ -24,7 +24,7 @@ struct FolderCloser {
     void operator()(DIR *folder) const { ::closedir(folder); }
 };
 
-/// The process number that the name is; 0 for another name.
+/// The name as a process number; 0 for another name.
 pid_t processNumber(const char *name) {
     pid_t number = 0;
     const char *end = name + std::strlen(name);
@@ -32,7 +32,7 @@ pid_t processNumber(const char *name) {
     return outcome.ec == std::errc() && outcome.ptr == end ? number : 0;
 }
 
-/// Reads a small file of the process; what there was before it was gone.
+/// Reads a small file of the process. Returns what was read before the process ended.
 std::string_view readFile(int folder, const char *process, const char *name, std::span<char> into) {
     const QByteArray path = QByteArray(process) + '/' + name;
     const FileDescriptor file(::openat(folder, path.constData(), O_RDONLY | O_CLOEXEC));
@@ -46,7 +46,7 @@ bool readName(int folder, const char *process, ProcessRecord &record) {
     if (name.empty()) {
         return false;
     }
-    // The line feed at the end is not part of the name; what is in its place must be the end.
+    // The line feed at the end is not part of the name and is replaced by the final NUL.
     record.name[name.size() - 1] = '\0';
     return true;
 }
@@ -57,8 +57,8 @@ unsigned long long numberIn(std::string_view text) {
     return number;
 }
 
-/// Whether it has ended but for its entry, is ending, or is about to for SIGKILL. It cannot be killed any
-/// more, and whoever tries may find it gone.
+/// Whether the process is only an entry in the table, is ending, or is about to end by SIGKILL. It cannot be
+/// killed any more, and an attempt may find no process.
 bool isEnding(int folder, const char *process) {
     constexpr std::size_t flagsField = 6; // counted from the state, which follows the name
     constexpr std::size_t pendingField = 28;

@@ -7,7 +7,7 @@
 namespace quorvane::platform {
 
 /// The process table as /proc shows it, in the order of the kernel. A process that is ending, or has ended
-/// and waits for its parent, is left out: it does nothing any more and cannot be killed. Any thread.
+/// and waits for its parent, is omitted: it does nothing any more and cannot be killed. Any thread.
 class ProcProcessTable final : public ProcessTable {
 public:
     explicit ProcProcessTable(const QByteArray &folder = "/proc");

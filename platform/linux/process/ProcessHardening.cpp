@@ -18,7 +18,7 @@ std::array<int, 2> pipeEnds{-1, -1};
 
 void onSignal(int /*number*/) {
     const char byte = 1;
-    // A full pipe means that the wish to quit is already waiting.
+    // A full pipe means that a request to quit is already waiting.
     static_cast<void>(!write(pipeEnds[1], &byte, 1));
 }
 

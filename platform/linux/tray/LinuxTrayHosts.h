@@ -9,8 +9,8 @@ namespace quorvane::platform {
 /// Status notifier hosts over the session bus, embedding trays over the X server.
 class LinuxTrayHosts final : public TrayHosts {
 public:
-    /// Windows can be embedded only by a tray of the X server that the program itself shows its windows on:
-    /// `embeds` tells whether it does.
+    /// A tray can embed windows only if it uses the X server on which the program shows its windows: `embeds`
+    /// says whether the program uses one.
     explicit LinuxTrayHosts(bool embeds);
 
     [[nodiscard]] bool notifierHost() const override { return m_notifier.hostRegistered(); }

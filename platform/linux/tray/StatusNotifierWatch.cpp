@@ -22,20 +22,20 @@ QDBusMessage introspection() {
                                           QStringLiteral("Introspect"));
 }
 
-QDBusMessage hostQuestion() {
+QDBusMessage hostQuery() {
     auto message = QDBusMessage::createMethodCall(
         watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     message.setArguments({watcherName, hostProperty});
     return message;
 }
 
-/// Qt reads the property only where the watcher's introspection lists it, and embeds otherwise.
+/// Qt reads the property only if the watcher's introspection lists it, and otherwise embeds the icon.
 bool listsHostProperty(const QDBusMessage &answer) {
     return answer.type() == QDBusMessage::ReplyMessage &&
            answer.arguments().value(0).toString().contains(hostProperty);
 }
 
-bool saysHost(const QDBusMessage &answer) {
+bool hasHost(const QDBusMessage &answer) {
     return answer.type() == QDBusMessage::ReplyMessage &&
            answer.arguments().value(0).value<QDBusVariant>().variant().toBool();
 }
@@ -51,7 +51,7 @@ StatusNotifierWatch::StatusNotifierWatch(QObject *parent) : QObject(parent) {
     connect(service, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) {
                 if (owner.isEmpty()) {
-                    gone();
+                    watcherGone();
                 } else {
                     look();
                 }
@@ -64,44 +64,44 @@ StatusNotifierWatch::StatusNotifierWatch(QObject *parent) : QObject(parent) {
 
 bool StatusNotifierWatch::firstLook() const {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    // A question to a name without an owner could start a service.
+    // A query to a name without an owner could start a service.
     return bus.interface()->isServiceRegistered(watcherName) &&
            listsHostProperty(bus.call(introspection(), QDBus::Block, firstLookMilliseconds)) &&
-           saysHost(bus.call(hostQuestion(), QDBus::Block, firstLookMilliseconds));
+           hasHost(bus.call(hostQuery(), QDBus::Block, firstLookMilliseconds));
 }
 
 void StatusNotifierWatch::look() {
     ++m_looks;
-    ask(introspection(), [this](const QDBusMessage &listing) {
+    sendQuery(introspection(), [this](const QDBusMessage &listing) {
         if (!listsHostProperty(listing)) {
-            become(false);
+            setRegistered(false);
             return;
         }
-        ask(hostQuestion(), [this](const QDBusMessage &answer) { become(saysHost(answer)); });
+        sendQuery(hostQuery(), [this](const QDBusMessage &answer) { setRegistered(hasHost(answer)); });
     });
 }
 
-void StatusNotifierWatch::gone() {
+void StatusNotifierWatch::watcherGone() {
     ++m_looks;
-    become(false);
+    setRegistered(false);
 }
 
-void StatusNotifierWatch::ask(const QDBusMessage &question,
-                              const std::function<void(const QDBusMessage &)> &answered) {
-    auto *pending = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, answered, asked = m_looks] {
+void StatusNotifierWatch::sendQuery(const QDBusMessage &query,
+                                    const std::function<void(const QDBusMessage &)> &answered) {
+    auto *pending = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(query), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, answered, number = m_looks] {
         pending->deleteLater();
-        if (asked == m_looks) {
+        if (number == m_looks) {
             answered(pending->reply());
         }
     });
 }
 
-void StatusNotifierWatch::become(bool host) {
-    if (host == m_registered) {
+void StatusNotifierWatch::setRegistered(bool registered) {
+    if (registered == m_registered) {
         return;
     }
-    m_registered = host;
+    m_registered = registered;
     if (m_changed) {
         m_changed();
     }

@@ -9,10 +9,10 @@ class QDBusPendingCall;
 
 namespace quorvane::platform {
 
-/// Knows whether the session's status notifier watcher has a host. Main thread.
+/// Reports whether the session's status notifier watcher has a host. Main thread.
 ///
-/// The first look waits a fraction of a second at most; from then on nothing is waited for, so a watcher
-/// that hangs harms nobody.
+/// The first query waits a fraction of a second at most; later ones do not wait, so a watcher that hangs
+/// blocks nothing.
 class StatusNotifierWatch final : public QObject {
     Q_OBJECT
 
@@ -27,13 +27,13 @@ private Q_SLOTS:
     void look();
 
 private:
-    void gone();
-    void ask(const QDBusMessage &question, const std::function<void(const QDBusMessage &)> &answered);
+    void watcherGone();
+    void sendQuery(const QDBusMessage &query, const std::function<void(const QDBusMessage &)> &answered);
     [[nodiscard]] bool firstLook() const;
-    void become(bool host);
+    void setRegistered(bool registered);
 
     bool m_registered = false;
-    /// Answers of an earlier look are void.
+    /// Number of the present look; replies to an earlier one are ignored.
     quint32 m_looks = 0;
     std::function<void()> m_changed;
 };

@@ -30,8 +30,9 @@ TraySelectionWatch::TraySelectionWatch(const QByteArray &display, QObject *paren
         return;
     }
     watchRoot(screen);
-    m_news = new QSocketNotifier(xcb_get_file_descriptor(m_connection.get()), QSocketNotifier::Read, this);
-    connect(m_news, &QSocketNotifier::activated, this, &TraySelectionWatch::readEvents);
+    m_notifier =
+        new QSocketNotifier(xcb_get_file_descriptor(m_connection.get()), QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, &TraySelectionWatch::readEvents);
     look();
     QMetaObject::invokeMethod(this, &TraySelectionWatch::readEvents, Qt::QueuedConnection);
 }
@@ -53,7 +54,7 @@ void TraySelectionWatch::watchRoot(int screen) {
     m_root = screens.data->root;
     m_selection = atom("_NET_SYSTEM_TRAY_S" + QByteArray::number(screen));
     m_manager = atom("MANAGER");
-    // A tray that begins says so to the root window.
+    // A starting tray sends a message to the root window.
     const quint32 events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(m_connection.get(), m_root, XCB_CW_EVENT_MASK, &events);
 }
@@ -63,7 +64,8 @@ void TraySelectionWatch::look() {
     const auto answer = reply(xcb_get_selection_owner_reply(m_connection.get(), cookie, nullptr));
     quint32 found = answer ? answer->owner : 0U;
     if (found != 0 && found != m_owner) {
-        // A tray that ends takes its window along. One that is gone already cannot be watched.
+        // The window of a tray is destroyed when the tray ends. A window that is already destroyed cannot be
+        // watched.
         const quint32 events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
         const auto watching =
             xcb_change_window_attributes_checked(m_connection.get(), found, XCB_CW_EVENT_MASK, &events);
@@ -71,37 +73,37 @@ void TraySelectionWatch::look() {
             found = 0;
         }
     }
-    become(found);
+    setOwner(found);
 }
 
-bool TraySelectionWatch::takeEvents() {
-    bool trayNews = false;
+bool TraySelectionWatch::handleEvents() {
+    bool concernsTray = false;
     while (const auto event = reply(xcb_poll_for_event(m_connection.get()))) {
         // The first bit says only that another client sent the event.
         const int kind = event->response_type & 0x7f;
         if (kind == XCB_CLIENT_MESSAGE) {
             const auto *message = reinterpret_cast<const xcb_client_message_event_t *>(event.get());
-            trayNews |= message->type == m_manager && message->data.data32[1] == m_selection;
+            concernsTray |= message->type == m_manager && message->data.data32[1] == m_selection;
         } else if (kind == XCB_DESTROY_NOTIFY) {
             const auto *destroyed = reinterpret_cast<const xcb_destroy_notify_event_t *>(event.get());
-            trayNews |= destroyed->window == m_owner;
+            concernsTray |= destroyed->window == m_owner;
         }
     }
-    return trayNews;
+    return concernsTray;
 }
 
 void TraySelectionWatch::readEvents() {
-    // A look may take further events off the wire: the socket would not tell of them again.
-    while (takeEvents()) {
+    // look() may read further events from the socket, for which the socket is not signalled again.
+    while (handleEvents()) {
         look();
     }
     if (xcb_connection_has_error(m_connection.get()) != 0) {
-        m_news->setEnabled(false);
-        become(0);
+        m_notifier->setEnabled(false);
+        setOwner(0);
     }
 }
 
-void TraySelectionWatch::become(quint32 newOwner) {
+void TraySelectionWatch::setOwner(quint32 newOwner) {
     const bool before = owned();
     m_owner = newOwner;
     if (owned() != before && m_changed) {

@@ -10,13 +10,13 @@ struct xcb_connection_t;
 
 namespace quorvane::platform {
 
-/// Knows whether the X screen's tray selection has an owner, over a connection of its own. Without an X
-/// server there never is one. Main thread.
+/// Reports whether the X screen's tray selection has an owner, over a separate connection. Without an X
+/// server there is no owner. Main thread.
 class TraySelectionWatch final : public QObject {
     Q_OBJECT
 
 public:
-    /// `display` as in $DISPLAY; that one when null.
+    /// `display` has the form of $DISPLAY; when null, $DISPLAY is used.
     explicit TraySelectionWatch(const QByteArray &display = {}, QObject *parent = nullptr);
     ~TraySelectionWatch() override;
 
@@ -32,13 +32,13 @@ private:
     [[nodiscard]] quint32 atom(const QByteArray &name) const;
     void watchRoot(int screen);
     void look();
-    /// Whether any of the events that have come tells of the tray.
-    bool takeEvents();
+    /// Handles the received events; returns whether any of them concerns the tray.
+    bool handleEvents();
     void readEvents();
-    void become(quint32 newOwner);
+    void setOwner(quint32 newOwner);
 
     std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
-    QSocketNotifier *m_news = nullptr;
+    QSocketNotifier *m_notifier = nullptr;
     quint32 m_root = 0;
     quint32 m_selection = 0;
     quint32 m_manager = 0;

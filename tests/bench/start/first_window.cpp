@@ -1,9 +1,9 @@
-// first_window PROGRAM [ARGUMENT...]: starts the program and prints, as "<milliseconds> <KiB> <title>", how
-// long it took from just before exec until the window manager had put its first window on the screen, and the
-// most memory it had had by three seconds after that exec. Then asks the program to end.
+// first_window PROGRAM [ARGUMENT...]: starts the program and prints "<milliseconds> <KiB> <title>": the time
+// from just before exec until the window manager has put its first window on the screen, the most memory that
+// it has used within three seconds after that exec, and the window's title. Then asks the program to end.
 //
-// Nothing is polled: the X server tells of each window that is shown and each change of the window manager's
-// list, and the list is looked through whenever it does.
+// Nothing is polled: the X server reports each window that is shown and each change of the window manager's
+// list, and the list is read after each report.
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -42,7 +42,7 @@ using Reply = std::unique_ptr<T, Freed<T>>;
     std::exit(1);
 }
 
-/// The screen as far as this program looks at it.
+/// The part of the screen's state that this program needs.
 class Screen {
 public:
     Screen() : m_connection(xcb_connect(nullptr, nullptr)) {
@@ -63,7 +63,7 @@ public:
     Screen(const Screen &) = delete;
     Screen &operator=(const Screen &) = delete;
 
-    /// Waits until something on the screen changed.
+    /// Waits until the X server reports a change.
     void waitForChange(Clock::time_point end) {
         pollfd waiting{xcb_get_file_descriptor(m_connection), POLLIN, 0};
         for (;;) {
@@ -81,7 +81,7 @@ public:
         }
     }
 
-    /// The first managed window of the process that can be seen; 0 when there is none.
+    /// The first visible managed window of the process; 0 when there is none.
     [[nodiscard]] xcb_window_t visibleWindowOf(pid_t process) {
         for (const std::uint32_t window : numbers(m_root, m_listOfWindows, XCB_ATOM_WINDOW)) {
             const auto owner = numbers(window, m_ownerOfWindow, XCB_ATOM_CARDINAL);
@@ -139,7 +139,7 @@ private:
     xcb_atom_t m_titleOfWindow = 0;
 };
 
-/// The program under measurement, without input; what it says goes to standard error.
+/// Starts the measured program without input; its output goes to standard error.
 pid_t start(char *arguments[]) {
     posix_spawn_file_actions_t streams;
     posix_spawn_file_actions_init(&streams);
@@ -153,7 +153,7 @@ pid_t start(char *arguments[]) {
     return process;
 }
 
-/// The most memory that the process has had resident, in KiB.
+/// The largest resident memory of the process so far, in KiB.
 long peakMemory(pid_t process) {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");
     for (std::string line; std::getline(status, line);) {

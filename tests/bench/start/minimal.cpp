@@ -1,4 +1,4 @@
-// The least that a program with a window and a tray icon costs: what the client's start is measured against.
+// The minimal program with a window and a tray icon, with which the client's start is compared.
 #include <QApplication>
 #include <QLabel>
 #include <QMainWindow>
