@@ -5,7 +5,7 @@ import json
 
 from harness.drive.client import picture_folder
 
-# Enough to see the last steps. Whoever reads the report may not have the folder with the whole logs.
+# Enough to see the last steps. The reader of the report may not have the folder with the whole logs.
 LINES = 30
 
 
