@@ -40,10 +40,10 @@ struct QrvApiRequest {
     [[nodiscard]] static QString kindName(quint32 kind);
 };
 
-/// The one client of the service's HTTPS API. Main thread; downloads call back there.
+/// The client of the service's HTTPS API. Main thread; downloads report their results there.
 ///
-/// There is one request record and no queue: callers start one request at a time, and an answer is read
-/// under the kind of the request started last.
+/// There is one request record and no queue: callers start one request at a time, and every answer is read as
+/// that of the request started last.
 class QrvAPI final : public QObject {
     Q_OBJECT
 

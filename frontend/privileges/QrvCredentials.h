@@ -24,7 +24,7 @@ public:
     /// Whether the platform accepts the stored pair for administrator rights. Blocks until the platform has
     /// answered; a refusal returns the session to not hidden.
     [[nodiscard]] bool credentialsIsValid();
-    /// Logs how a finished command ended.
+    /// Logs the termination status of a command.
     void getStatus(int terminationStatus) const;
 
     /// Each unit of the text followed by a random letter or digit, U+0000 at the end. Null for an empty text.

@@ -13,8 +13,8 @@ class Vpn;
 /// The hide-IP session: every transition from the user's request to the lent address and back. Main thread.
 ///
 /// Owns no window and no tunnel; all collaborators must outlive it. A started attempt ends in exactly one of
-/// showIp(), connectionError() without a retry left, setDefaultControls(), or waits in Searching for the user
-/// (a location without usable addresses, or the administrator dialog was shown).
+/// showIp(), connectionError() without a retry left, and setDefaultControls(), or it waits for the user while
+/// the window shows "Searching" (a location without usable addresses, or the administrator dialog was shown).
 class HideIpSession final : public QObject {
     Q_OBJECT
 

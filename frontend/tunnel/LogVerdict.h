@@ -19,7 +19,7 @@ struct LogVerdict {
     QStringList failures;
     /// The last complete line; null when the log has too few lines to determine it.
     QString lastLine;
-    /// The last line shows that OpenVPN has come no further than its remote link, which ends the attempt.
+    /// Whether OpenVPN's last line is the one about its remote link, which ends the attempt.
     bool stuckAtLink = false;
 
     /// Reads the whole log's text. Success is checked first: a log with the completion marker is not searched

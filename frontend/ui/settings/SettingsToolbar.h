@@ -26,7 +26,7 @@ public:
 
     /// Every identifier that has an item.
     [[nodiscard]] static QStringList toolbarAllowedItemIdentifiers();
-    /// Those that the window shows.
+    /// The identifiers of the items that the window shows.
     [[nodiscard]] static QStringList toolbarDefaultItemIdentifiers();
 
     /// A new item, owned by the toolbar but not yet shown in it; null for an unknown identifier. The action's
