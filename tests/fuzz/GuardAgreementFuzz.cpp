@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 using namespace quorvane::guard;
+using quorvane::FileDescriptor;
 
 namespace {
 
