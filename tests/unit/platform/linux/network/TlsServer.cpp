@@ -89,7 +89,7 @@ void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &
     }
     m_listening.set_value(server.serverPort());
     const auto end = m_ending.get_future();
-    // Wakes the loop to look for the end.
+    // Wakes the loop to check whether the server ends.
     QTimer beat;
     beat.start(10);
     while (end.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {

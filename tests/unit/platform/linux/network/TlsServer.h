@@ -10,7 +10,7 @@ class QSslConfiguration;
 
 namespace quorvane::platform {
 
-/// Throw-away certificates for tests, made by the openssl tool: an authority, a certificate of it for
+/// Temporary certificates for tests, created by the openssl tool: an authority, a certificate of it for
 /// 127.0.0.1 and one for another host.
 class TestCertificates {
 public:
@@ -27,7 +27,7 @@ private:
     bool m_made = false;
 };
 
-/// An HTTPS server on 127.0.0.1 that gives every request the same answer.
+/// An HTTPS server on 127.0.0.1 that sends the same answer to every request.
 class TlsServer {
 public:
     /// The certificate's name is "good" or "wrong".
