@@ -5,8 +5,6 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
-using namespace quorvane;
-
 namespace {
 
 constexpr int maximumDepth = 8;

@@ -12,7 +12,7 @@ namespace {
 
 using fakes::FakeReachability;
 
-/// Waits for a condition that another thread brings about.
+/// Waits for a condition that another thread fulfils.
 template <typename Condition>
 bool comesTrue(Condition condition) {
     for (int i = 0; i < 5000; ++i) {
@@ -42,7 +42,7 @@ TEST(TestPlatformTest, IsCurrentAndComplete) {
     EXPECT_FALSE(QFile::exists(home));
 }
 
-TEST(ManualDelayedCallsTest, RunsWhatFallsDueInOrder) {
+TEST(ManualDelayedCallsTest, RunsDueCallsInOrder) {
     fakes::ManualDelayedCalls calls;
     QObject target;
     QString order;
@@ -62,7 +62,7 @@ TEST(ManualDelayedCallsTest, RunsWhatFallsDueInOrder) {
     EXPECT_EQ(order, QStringLiteral("abc"));
 }
 
-TEST(ManualDelayedCallsTest, DropsCallsOfDeadTargets) {
+TEST(ManualDelayedCallsTest, DropsCallsOfDestroyedTargets) {
     fakes::ManualDelayedCalls calls;
     auto target = std::make_unique<QObject>();
     bool called = false;
@@ -113,7 +113,7 @@ TEST(FakeReachabilityTest, DeliversFirstStateThenChangesOnTheQueue) {
     EXPECT_EQ(seen.size(), 3U);
 }
 
-TEST(FakeReachabilityTest, ACallbackMayEndItsTargetAndQueue) {
+TEST(FakeReachabilityTest, CallbackMayDestroyItsTargetAndQueue) {
     for (const auto kind : {FakeReachability::Queues::Inline, FakeReachability::Queues::Threaded}) {
         FakeReachability reachability(kind);
         auto queue = reachability.makeQueue(QStringLiteral("q"));
@@ -148,25 +148,25 @@ TEST(FakeProcessTableTest, GrowsBetweenTheQueries) {
     EXPECT_EQ(table.query(nullptr, count), EPERM);
 }
 
-TEST(FakeUrlLoaderTest, CompletesByHand) {
+TEST(FakeUrlLoaderTest, CompletesWhenTheTestSaysSo) {
     const QTemporaryDir folder;
     fakes::FakeUrlLoader loader;
     QObject context;
     const QString path = folder.filePath(QStringLiteral("body"));
-    QString told;
+    QString events;
     const auto start = [&](const QByteArray &url) {
         return loader.download(
-            url, &context, [&] { return path; }, [&] { told += u'f'; },
-            [&](const platform::UrlError &error) { told += error.description; });
+            url, &context, [&] { return path; }, [&] { events += u'f'; },
+            [&](const platform::UrlError &error) { events += error.description; });
     };
     EXPECT_FALSE(start("https://a.test/#x"));
     EXPECT_TRUE(start("https://a.test/?a&&b"));
     EXPECT_TRUE(start("https://a.test/2"));
-    EXPECT_TRUE(told.isEmpty());
+    EXPECT_TRUE(events.isEmpty());
     EXPECT_TRUE(loader.finishNext("body"));
     EXPECT_TRUE(loader.failNext({platform::UrlError::Kind::Other, QStringLiteral("e")}));
     EXPECT_FALSE(loader.failNext({}));
-    EXPECT_EQ(told, QStringLiteral("fe"));
+    EXPECT_EQ(events, QStringLiteral("fe"));
     EXPECT_EQ(loader.downloads()[0], "https://a.test/?a&&b");
     EXPECT_EQ(loader.refusals().size(), 1U);
     QFile file(path);
@@ -174,7 +174,7 @@ TEST(FakeUrlLoaderTest, CompletesByHand) {
     EXPECT_EQ(file.readAll(), "body");
 }
 
-TEST(FakeAuthorizationServiceTest, PlaysAProcess) {
+TEST(FakeAuthorizationServiceTest, RecordsAProcess) {
     fakes::FakeAuthorizationService service;
     service.setOutput("out");
     const auto process = service.launch(QStringLiteral("/bin/x"), {QStringLiteral("a")}, QStringLiteral("/"));

@@ -35,7 +35,7 @@ TEST_F(NotificationCenterTest, CallsBeforePostReturnsInOrderWithTheObject) {
     EXPECT_EQ(m_calls.size(), 2);
 }
 
-TEST_F(NotificationCenterTest, ObservingTwiceIsBeingCalledTwice) {
+TEST_F(NotificationCenterTest, ObserverAddedTwiceIsCalledTwice) {
     observe(QStringLiteral("a"));
     observe(QStringLiteral("a"));
     m_center.post(name);
@@ -68,7 +68,7 @@ TEST_F(NotificationCenterTest, ObserversMayChangeTheList) {
     m_center.addObserver(name, &later,
                          [this](const QVariant &) { m_calls.append(QStringLiteral("removed")); });
     m_center.post(name);
-    EXPECT_TRUE(m_calls.isEmpty()) << "the removed one and the new one are not part of this post";
+    EXPECT_TRUE(m_calls.isEmpty()) << "the removed and the new observer are not called by this post";
     m_center.removeObservers(&m_context);
     m_center.post(name);
     EXPECT_TRUE(m_calls.isEmpty());

@@ -16,7 +16,7 @@ protected:
     fakes::MemoryPreferences m_preferences;
 };
 
-TEST_F(PreferencesStoreTest, AbsentReadsAsZeroFalseAndNull) {
+TEST_F(PreferencesStoreTest, AbsentValueIsZeroFalseAndNull) {
     EXPECT_EQ(m_preferences.integer(key), 0);
     EXPECT_FALSE(m_preferences.boolean(key));
     EXPECT_TRUE(m_preferences.string(key).isNull());
@@ -85,7 +85,7 @@ TEST_F(PreferencesStoreTest, StringOfEachType) {
     EXPECT_TRUE(m_preferences.string(key).isNull());
 }
 
-TEST_F(PreferencesStoreTest, EmptyTextIsNotAnAbsentOne) {
+TEST_F(PreferencesStoreTest, EmptyTextIsNotAbsent) {
     store(QStringLiteral(""));
     EXPECT_FALSE(m_preferences.string(key).isNull());
     store(QString());
@@ -95,7 +95,7 @@ TEST_F(PreferencesStoreTest, EmptyTextIsNotAnAbsentOne) {
     EXPECT_TRUE(m_preferences.string(key).isNull());
 }
 
-TEST_F(PreferencesStoreTest, IntegersAreKeptInOneType) {
+TEST_F(PreferencesStoreTest, IntegersAreStoredInOneType) {
     store(7U);
     EXPECT_EQ(m_preferences.value(key).typeId(), QMetaType::LongLong);
     store(0.5F);

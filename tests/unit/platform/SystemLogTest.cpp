@@ -18,7 +18,7 @@ protected:
     platform::SystemLog m_log{m_sink, m_preferences};
 };
 
-TEST_F(SystemLogTest, GateIsOpenWhileThePreferenceReadsZero) {
+TEST_F(SystemLogTest, GateIsOpenWhileThePreferenceIsZero) {
     EXPECT_TRUE(m_log.gateOpen());
     for (const QVariant &value : {QVariant(0), QVariant(false), QVariant(QStringLiteral("no"))}) {
         m_preferences.setValue(showLogs, value);
@@ -30,7 +30,7 @@ TEST_F(SystemLogTest, GateIsOpenWhileThePreferenceReadsZero) {
     }
 }
 
-TEST_F(SystemLogTest, ClosedGateHoldsBackOrdinaryLinesOnly) {
+TEST_F(SystemLogTest, ClosedGateDropsOrdinaryLinesOnly) {
     m_preferences.setValue(showLogs, 1);
     m_log.write(QStringLiteral("ordinary"));
     m_log.writeAlways(QStringLiteral("> 1"));
@@ -46,7 +46,7 @@ TEST_F(SystemLogTest, EveryLineIsMasked) {
     EXPECT_EQ(m_sink.lines(), (QStringList{QStringLiteral("a *****"), QStringLiteral("*****")}));
 }
 
-TEST_F(SystemLogTest, TheMaskSeesTheTextBeforeItIsEscaped) {
+TEST_F(SystemLogTest, MaskReceivesTheTextBeforeItIsEscaped) {
     m_log.setMask([](const QString &line) {
         return QString(line).replace(QStringLiteral("a\nb"), QStringLiteral("*****"));
     });
@@ -54,7 +54,7 @@ TEST_F(SystemLogTest, TheMaskSeesTheTextBeforeItIsEscaped) {
     EXPECT_EQ(m_sink.lines(), QStringList{QStringLiteral("<*****>")});
 }
 
-TEST_F(SystemLogTest, OneCallIsOneLine) {
+TEST_F(SystemLogTest, OneCallWritesOneLine) {
     m_log.write(QStringLiteral("a\nb\r\tc\x1b[31m\x7f") + QChar(0x2028) + QChar(u'\0') + QChar(0xD800) +
                 QChar(0x202E));
     EXPECT_EQ(m_sink.lines(),

@@ -15,14 +15,14 @@ protected:
     platform::UserDefaultsController m_controller{m_store};
 };
 
-TEST_F(UserDefaultsControllerTest, EditsGoStraightThroughAtFirst) {
+TEST_F(UserDefaultsControllerTest, EditsAreStoredAtOnceAtFirst) {
     EXPECT_TRUE(m_controller.appliesImmediately());
     m_controller.setValue(key, 1);
     EXPECT_EQ(m_store.integer(key), 1);
     EXPECT_FALSE(m_controller.hasPendingEdits());
 }
 
-TEST_F(UserDefaultsControllerTest, HeldEditsAreSeenHereOnly) {
+TEST_F(UserDefaultsControllerTest, HeldEditsAreReturnedOnlyByTheController) {
     m_store.setValue(key, 1);
     m_controller.setAppliesImmediately(false);
     m_controller.setValue(key, 2);
@@ -31,7 +31,7 @@ TEST_F(UserDefaultsControllerTest, HeldEditsAreSeenHereOnly) {
     EXPECT_EQ(m_store.integer(key), 1);
 }
 
-TEST_F(UserDefaultsControllerTest, HeldEditsAreReadAsTheStoreReads) {
+TEST_F(UserDefaultsControllerTest, HeldEditsAreConvertedAsInTheStore) {
     m_store.setValue(key, QStringLiteral("7 days"));
     EXPECT_EQ(m_controller.integer(key), 7);
     m_controller.setAppliesImmediately(false);

@@ -9,7 +9,7 @@
 
 namespace quorvane::platform {
 
-/// A session bus, home and runtime folder of a test's own, in the environment for its lifetime.
+/// A session bus, a home folder and a runtime folder of the test, in the environment for its lifetime.
 class DesktopBus {
 public:
     DesktopBus() {
@@ -32,7 +32,7 @@ public:
 
     [[nodiscard]] static bool isUp() { return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"); }
 
-    /// Waits until somebody on the bus owns the name.
+    /// Waits until a program on the bus owns the name.
     [[nodiscard]] static bool waitForName(const QString &name) {
         const QString connection = QStringLiteral("wait");
         bool owned = false;

@@ -50,7 +50,7 @@ TEST_F(LinuxPlatformTest, HasEveryService) {
               m_home.path() + QStringLiteral("/Library/Preferences/com.tallowind.Quorvane.plist"));
 }
 
-TEST_F(LinuxPlatformTest, TroubleWithPreferencesGoesToTheLog) {
+TEST_F(LinuxPlatformTest, ProblemWithPreferencesIsLogged) {
     const QString folder = m_home.path() + QStringLiteral("/Library/Preferences");
     ASSERT_TRUE(QDir().mkpath(folder));
     QFile file(folder + QStringLiteral("/com.tallowind.Quorvane.plist"));

@@ -39,7 +39,7 @@ std::vector<char *> pointers(std::vector<std::string> &words) {
     return result;
 }
 
-/// Whether the namespaces and their set-up can be had here.
+/// Whether the namespaces can be created and set up here.
 bool works() {
     std::vector<std::string> words = unshareWords();
     words.emplace_back("true");

@@ -4,17 +4,17 @@
 
 namespace quorvane::platform {
 
-/// Namespaces of a test program's own.
+/// Runs a test program in its own namespaces.
 namespace sandbox {
 
-/// Whether this process comes from enter().
+/// Whether enter() started this process.
 [[nodiscard]] bool wasTried();
-/// Whether it is inside: mounts, processes and network are its own.
+/// Whether it is inside: it has its own mounts, processes and network.
 [[nodiscard]] bool isInside();
-/// Whether it is inside with throw-away accounts: joe (password "joepw", an ordinary user), ada ("ada pw",
+/// Whether it is inside with temporary accounts: joe (password "joepw", an ordinary user), ada ("ada pw",
 /// full name "Ada Admin", may use sudo), norm ("normpw") and root ("rootpw"). Needs real root outside.
 [[nodiscard]] bool hasAccounts();
-/// Starts this program again, inside if that can be had. Returns only when even that fails.
+/// Starts this program again, inside if possible. Returns only when even starting it outside fails.
 void enter(char **arguments);
 
 } // namespace sandbox

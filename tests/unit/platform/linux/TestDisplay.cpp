@@ -99,7 +99,7 @@ void OtherClient::release(quint8 key) {
     fake(XCB_KEY_RELEASE, key);
 }
 
-void OtherClient::strike(const QList<quint8> &keys) {
+void OtherClient::pressTogether(const QList<quint8> &keys) {
     for (const quint8 key : keys) {
         press(key);
     }
@@ -147,26 +147,26 @@ bool OtherClient::setModifierKeys(const QList<QList<quint8>> &keysOfModifiers) {
     return reply && reply->status == XCB_MAPPING_STATUS_SUCCESS;
 }
 
-RepeatWitness::RepeatWitness(const QByteArray &display)
+PressCounter::PressCounter(const QByteArray &display)
     : m_control(xcb_connect(display.constData(), nullptr)),
       m_data(xcb_connect(display.constData(), nullptr)) {
     m_context = xcb_generate_id(m_control.get());
-    const xcb_record_client_spec_t everybody = XCB_RECORD_CS_ALL_CLIENTS;
+    const xcb_record_client_spec_t allClients = XCB_RECORD_CS_ALL_CLIENTS;
     xcb_record_range_t range{};
     range.device_events = {XCB_KEY_PRESS, XCB_KEY_PRESS};
     own(xcb_request_check(m_control.get(), xcb_record_create_context_checked(m_control.get(), m_context, 0, 1,
-                                                                             1, &everybody, &range)));
+                                                                             1, &allClients, &range)));
     m_sequence = xcb_record_enable_context(m_data.get(), m_context).sequence;
     xcb_flush(m_data.get());
-    // The first answer says that the recording has begun.
+    // The first answer means that the recording has started.
     own(xcb_wait_for_reply(m_data.get(), m_sequence, nullptr));
 }
 
-RepeatWitness::~RepeatWitness() {
+PressCounter::~PressCounter() {
     own(xcb_request_check(m_control.get(), xcb_record_disable_context_checked(m_control.get(), m_context)));
 }
 
-int RepeatWitness::pressesOf(quint8 key) {
+int PressCounter::pressesOf(quint8 key) {
     void *raw = nullptr;
     while (xcb_poll_for_reply(m_data.get(), m_sequence, &raw, nullptr) == 1 && raw != nullptr) {
         const auto reply = own(static_cast<xcb_record_enable_context_reply_t *>(raw));

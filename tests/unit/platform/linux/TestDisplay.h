@@ -11,7 +11,7 @@ struct xcb_connection_t;
 
 namespace quorvane::platform {
 
-/// An X server of a test's own, on a display number that was free. It ends with its last client.
+/// A separate X server for a test, on a free display number. It ends with its last client.
 class TestDisplay {
 public:
     TestDisplay();
@@ -22,9 +22,9 @@ public:
     /// Such as ":7"; empty when the server did not start.
     [[nodiscard]] QByteArray name() const { return m_display; }
 
-    /// Ends the server at once, its clients' connections with it.
+    /// Ends the server at once, and so its clients' connections.
     void kill();
-    /// Runs setxkbmap with these arguments; whether it went well.
+    /// Runs setxkbmap with these arguments; returns whether it succeeded.
     [[nodiscard]] bool setLayout(const QStringList &arguments) const;
 
 private:
@@ -38,8 +38,8 @@ struct CloseDisplay {
 
 using DisplayConnection = std::unique_ptr<xcb_connection_t, CloseDisplay>;
 
-/// Another client of the display: its keyboard, and what it takes for itself. Each call returns when the
-/// server is through with it.
+/// Another client of the display, which simulates the keyboard and grabs keys. Each call returns after the
+/// server has processed it.
 class OtherClient {
 public:
     explicit OtherClient(const QByteArray &display);
@@ -49,15 +49,15 @@ public:
     void press(quint8 key);
     void release(quint8 key);
     /// Presses the keys in turn and releases them in reverse.
-    void strike(const QList<quint8> &keys);
-    /// Whether the server let this client have exactly this combination.
+    void pressTogether(const QList<quint8> &keys);
+    /// Grabs exactly this combination; returns whether the server allowed it.
     [[nodiscard]] bool grab(quint8 key, int modifiers);
     void ungrab(quint8 key, int modifiers);
-    /// Which of the keyboard's layouts is in use, from 0; -1 when nobody knows.
+    /// The index of the keyboard layout in use, from 0; -1 when it is not known.
     [[nodiscard]] int layoutInUse();
     void pressButton(quint8 button);
     void releaseButton(quint8 button);
-    /// Makes the keys the only ones of the modifier, 0 being Shift and 7 Mod5.
+    /// Assigns the modifiers' keys; no others remain. 0 is Shift, 7 is Mod5.
     [[nodiscard]] bool setModifierKeys(const QList<QList<quint8>> &keysOfModifiers);
 
 private:
@@ -68,13 +68,14 @@ private:
     quint32 m_root = 0;
 };
 
-/// Counts every press of a key that the server makes, its repeats among them, whoever gets it.
-class RepeatWitness {
+/// Counts every press of a key that the server generates, including its repeats, whichever client receives
+/// it.
+class PressCounter {
 public:
-    explicit RepeatWitness(const QByteArray &display);
-    ~RepeatWitness();
-    RepeatWitness(const RepeatWitness &) = delete;
-    RepeatWitness &operator=(const RepeatWitness &) = delete;
+    explicit PressCounter(const QByteArray &display);
+    ~PressCounter();
+    PressCounter(const PressCounter &) = delete;
+    PressCounter &operator=(const PressCounter &) = delete;
 
     [[nodiscard]] int pressesOf(quint8 key);
 

@@ -1,6 +1,6 @@
-// Runs the tests inside namespaces of their own, so that they may change accounts, mounts and the
-// network as they like: the program starts itself again below unshare. Where namespaces are not to be had
-// the tests run outside and skip what needs them.
+// Runs the tests inside their own namespaces, so that they may change accounts, mounts and the network: the
+// program starts itself again under unshare. Where namespaces are not available, the tests run outside and
+// skip what needs them.
 
 #include "Sandbox.h"
 

@@ -21,7 +21,7 @@ TEST(BundleTest, ReadsTheInformationDictionary) {
     EXPECT_EQ(bundle.version(), QStringLiteral("2.5"));
     EXPECT_EQ(bundle.identifier(), QStringLiteral("com.example"));
     EXPECT_TRUE(bundle.info(QStringLiteral("Missing")).isNull());
-    EXPECT_TRUE(bundle.info(QStringLiteral("Number")).isNull()) << "no text";
+    EXPECT_TRUE(bundle.info(QStringLiteral("Number")).isNull()) << "not a text";
 }
 
 TEST(BundleTest, FindsResources) {
@@ -36,7 +36,7 @@ TEST(BundleTest, FindsResources) {
     EXPECT_EQ(bundle.resourcesPath(), bundle.contentsPath() + QStringLiteral("/Resources"));
 }
 
-TEST(BundleTest, WithoutADictionaryThereIsAnEmptyVersion) {
+TEST(BundleTest, WithoutADictionaryTheVersionIsEmpty) {
     const QTemporaryDir folder;
     const Bundle bundle(folder.path());
     EXPECT_FALSE(bundle.version().isNull());

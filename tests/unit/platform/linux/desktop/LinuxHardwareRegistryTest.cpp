@@ -32,7 +32,7 @@ protected:
                                                m_folder.filePath(QStringLiteral("net"))};
 };
 
-TEST_F(LinuxHardwareRegistryTest, NothingThere) {
+TEST_F(LinuxHardwareRegistryTest, WithoutDevicesNothingIsFound) {
     EXPECT_FALSE(m_registry.platformSerialNumber());
     EXPECT_FALSE(m_registry.firstEthernetAddress());
 }
@@ -43,7 +43,7 @@ TEST_F(LinuxHardwareRegistryTest, ProductSerialThenBoardSerial) {
     entry(QStringLiteral("dmi/product_serial"), "  \n");
     EXPECT_EQ(m_registry.platformSerialNumber(), QStringLiteral("BOARD 7"));
     entry(QStringLiteral("dmi/product_serial"), " C02 X \n");
-    EXPECT_EQ(m_registry.platformSerialNumber(), QStringLiteral("C02 X")) << "read anew each time";
+    EXPECT_EQ(m_registry.platformSerialNumber(), QStringLiteral("C02 X")) << "read again each time";
 }
 
 TEST_F(LinuxHardwareRegistryTest, EthernetOfTheLowestIndex) {
@@ -54,7 +54,7 @@ TEST_F(LinuxHardwareRegistryTest, EthernetOfTheLowestIndex) {
     EXPECT_EQ(m_registry.firstEthernetAddress(), QByteArray::fromHex("62278e2c816c"));
 }
 
-TEST_F(LinuxHardwareRegistryTest, WhatIsNoCardDoesNotCount) {
+TEST_F(LinuxHardwareRegistryTest, OnlyNetworkCardsCount) {
     device(QStringLiteral("ifb0"), 2, "02:00:00:00:00:02");
     device(QStringLiteral("tap0"), 3, "02:00:00:00:00:03");
     entry(QStringLiteral("net/tap0/tun_flags"), "0x1002\n");

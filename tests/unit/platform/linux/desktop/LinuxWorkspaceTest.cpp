@@ -37,7 +37,7 @@ protected:
         return lstat(path.toUtf8().constData(), &status) == 0 ? status.st_mode & 07777U : 0;
     }
 
-    /// What a second copy of the program would be told.
+    /// Whether a second copy of the program could start.
     [[nodiscard]] bool anotherCopyMayRun() const {
         const pid_t child = fork();
         if (child == 0) {
@@ -64,14 +64,14 @@ TEST_F(LinuxWorkspaceTest, OneCopyAtATime) {
     {
         LinuxWorkspace workspace(m_folders);
         EXPECT_TRUE(workspace.acquireSingleInstance(identifier));
-        EXPECT_TRUE(workspace.acquireSingleInstance(identifier)) << "it is this copy";
+        EXPECT_TRUE(workspace.acquireSingleInstance(identifier)) << "this copy already holds the lock";
         EXPECT_FALSE(anotherCopyMayRun());
         EXPECT_EQ(modeOf(m_folders.runtime + QStringLiteral("/com.tallowind.Quorvane.lock")), 0600U);
     }
-    EXPECT_TRUE(anotherCopyMayRun()) << "the file alone locks nothing";
+    EXPECT_TRUE(anotherCopyMayRun()) << "the file without its lock blocks nothing";
 }
 
-TEST_F(LinuxWorkspaceTest, LockEndsWithTheProcessHoweverItEnds) {
+TEST_F(LinuxWorkspaceTest, LockEndsWithTheProcess) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     const pid_t child = fork();
@@ -107,7 +107,7 @@ TEST_F(LinuxWorkspaceTest, ChildProcessesDoNotKeepTheLock) {
     child.waitForFinished();
 }
 
-TEST_F(LinuxWorkspaceTest, UnsafeRuntimeFolderGivesWayToAPrivateOne) {
+TEST_F(LinuxWorkspaceTest, UnsafeRuntimeFolderIsReplacedByAPrivateOne) {
     ASSERT_EQ(chmod(m_folders.runtime.toUtf8().constData(), 0777), 0);
     LinuxWorkspace workspace(m_folders);
     EXPECT_TRUE(workspace.acquireSingleInstance(identifier));
@@ -125,7 +125,7 @@ TEST_F(LinuxWorkspaceTest, PlantedLinkIsNotFollowed) {
     EXPECT_FALSE(anotherCopyMayRun());
 }
 
-TEST_F(LinuxWorkspaceTest, AutostartEntryStaysAndIsSwitched) {
+TEST_F(LinuxWorkspaceTest, AutostartEntryIsSwitchedAndNotRemoved) {
     LinuxWorkspace workspace(m_folders);
     ASSERT_TRUE(workspace.setAutostart(QStringLiteral("/opt/q/bin/quorvane"), true));
     EXPECT_EQ(entry(),
@@ -149,7 +149,7 @@ TEST_F(LinuxWorkspaceTest, AutostartProgramIsQuoted) {
     EXPECT_FALSE(workspace.setAutostart(QString(), true));
 }
 
-TEST_F(LinuxWorkspaceTest, AutostartFailureIsTold) {
+TEST_F(LinuxWorkspaceTest, AutostartFailureIsReported) {
     QFile inTheWay(m_folders.configuration);
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
     EXPECT_FALSE(LinuxWorkspace(m_folders).setAutostart(QStringLiteral("/x"), true));
@@ -172,7 +172,7 @@ TEST(WorkspaceFoldersTest, ComeFromTheEnvironmentWhenAbsolute) {
     EXPECT_EQ(found.cache, QStringLiteral("/home/x/.cache"));
 }
 
-/// A notification service that keeps what it is asked.
+/// A notification service that records its calls.
 class Notifications final : public QDBusVirtualObject {
 public:
     [[nodiscard]] QString introspect(const QString &) const override { return {}; }
@@ -181,15 +181,15 @@ public:
         if (message.member() != QStringLiteral("Notify")) {
             return false;
         }
-        asked.append(message);
+        calls.append(message);
         connection.send(message.createReply(1U));
         return true;
     }
 
-    QList<QDBusMessage> asked;
+    QList<QDBusMessage> calls;
 };
 
-TEST_F(LinuxWorkspaceTest, NotificationsGoToTheDesktop) {
+TEST_F(LinuxWorkspaceTest, NotificationsAreSentToTheDesktop) {
     const DesktopBus bus;
     ASSERT_TRUE(DesktopBus::isUp());
     QDBusConnection service = QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
@@ -201,12 +201,12 @@ TEST_F(LinuxWorkspaceTest, NotificationsGoToTheDesktop) {
     LinuxWorkspace(m_folders).notify(QStringLiteral("Title"), QStringLiteral("a <b> & c"));
     QElapsedTimer clock;
     clock.start();
-    while (notifications.asked.isEmpty() && clock.elapsed() < 10000) {
+    while (notifications.calls.isEmpty() && clock.elapsed() < 10000) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     }
-    ASSERT_EQ(notifications.asked.size(), 1);
-    const QVariantList arguments = notifications.asked[0].arguments();
-    EXPECT_EQ(notifications.asked[0].signature(), QStringLiteral("susssasa{sv}i"));
+    ASSERT_EQ(notifications.calls.size(), 1);
+    const QVariantList arguments = notifications.calls[0].arguments();
+    EXPECT_EQ(notifications.calls[0].signature(), QStringLiteral("susssasa{sv}i"));
     EXPECT_EQ(arguments.value(0), QVariant(QStringLiteral("Quorvane")));
     EXPECT_EQ(arguments.value(3), QVariant(QStringLiteral("Title")));
     EXPECT_EQ(arguments.value(4), QVariant(QStringLiteral("a &lt;b&gt; &amp; c")));

@@ -21,7 +21,7 @@ protected:
                             [this, label] { m_calls.append(label); });
     }
 
-    /// Runs the event loop until so many calls came, or for the given time.
+    /// Runs the event loop until that many calls have run, or for the given time.
     void spin(qsizetype count, int milliseconds = 5000) {
         QElapsedTimer clock;
         clock.start();
@@ -36,12 +36,12 @@ TEST_F(QtDelayedCallsTest, CallsByDueTimeThenByOrder) {
     ask(0, QStringLiteral("a"));
     ask(-1, QStringLiteral("b"));
     ask(0.05, QStringLiteral("d"));
-    EXPECT_TRUE(m_calls.isEmpty()) << "never from within the request";
+    EXPECT_TRUE(m_calls.isEmpty()) << "no call runs within the request";
     spin(4);
     EXPECT_EQ(m_calls.join(QString()), QStringLiteral("abcd"));
 }
 
-TEST_F(QtDelayedCallsTest, NotBeforeTheirTime) {
+TEST_F(QtDelayedCallsTest, NotEarlierThanRequested) {
     QElapsedTimer clock;
     clock.start();
     ask(0.1, QStringLiteral("a"));
@@ -71,7 +71,7 @@ TEST_F(QtDelayedCallsTest, CancelledByTarget) {
     m_delayed.cancelAll(nullptr);
 }
 
-TEST_F(QtDelayedCallsTest, ACallMayCancelAskAndDestroy) {
+TEST_F(QtDelayedCallsTest, CallMayCancelRequestAndDestroy) {
     m_delayed.callAfter(0, m_target.get(), [this] {
         m_delayed.cancelAll(m_target.get());
         ask(0, QStringLiteral("again"));
@@ -87,7 +87,7 @@ TEST_F(QtDelayedCallsTest, ACallMayCancelAskAndDestroy) {
     EXPECT_EQ(m_calls.last(), QStringLiteral("end"));
 }
 
-TEST_F(QtDelayedCallsTest, GoingAwayDropsEverything) {
+TEST_F(QtDelayedCallsTest, DestructionDropsEverything) {
     {
         platform::QtDelayedCalls shortLived;
         shortLived.callAfter(0, m_target.get(), [this] { m_calls.append(QStringLiteral("x")); });

@@ -16,7 +16,7 @@ namespace {
 
 constexpr qint64 room = 64LL * 1024;
 
-/// A folder on a small disk of its own, and a file in it.
+/// A folder on its own small disk, and a file in it.
 class FileSpaceTest : public ::testing::Test {
 protected:
     void mountDisk(const char *options) {
@@ -38,7 +38,7 @@ protected:
         ASSERT_EQ(file.write(bytes), bytes.size());
     }
 
-    /// Writes until nothing more fits.
+    /// Writes until the disk is full.
     void fill() const {
         QFile file(m_disk + QStringLiteral("/ballast"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
@@ -52,7 +52,7 @@ protected:
     bool m_mounted = false;
 };
 
-TEST_F(FileSpaceTest, SizeAndContentsStay) {
+TEST_F(FileSpaceTest, SizeAndContentsDoNotChange) {
     write(m_path, "abc");
     EXPECT_EQ(platform::reserveSpace(m_path, room), 0);
     QFile file(m_path);
@@ -76,7 +76,7 @@ TEST_F(FileSpaceTest, CheckingLeavesNothing) {
     EXPECT_TRUE(QDir(m_disk).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
-TEST_F(FileSpaceTest, ReservedSpaceOutlastsAFullDisk) {
+TEST_F(FileSpaceTest, ReservedSpaceRemainsOnAFullDisk) {
     if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     }
@@ -88,7 +88,7 @@ TEST_F(FileSpaceTest, ReservedSpaceOutlastsAFullDisk) {
     QFile log(m_path);
     ASSERT_TRUE(log.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered));
     EXPECT_EQ(log.write(QByteArray(room, 'l')), room);
-    EXPECT_EQ(log.write(QByteArray(room, 'l')), -1) << "no more than was set aside";
+    EXPECT_EQ(log.write(QByteArray(room, 'l')), -1) << "no more than was reserved";
 }
 
 TEST_F(FileSpaceTest, FullDiskIsReported) {
@@ -112,7 +112,7 @@ TEST_F(FileSpaceTest, DiskWithoutSpaceForOneMoreFileIsReported) {
     EXPECT_EQ(platform::checkSpace(m_disk, room), ENOSPC);
 }
 
-TEST_F(FileSpaceTest, FileSystemThatReservesNothingCountsAsSpacious) {
+TEST_F(FileSpaceTest, FileSystemWithoutReservationCountsAsSpacious) {
     if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     }

@@ -48,11 +48,11 @@ TEST_F(ServiceConfigurationTest, LaterFilesOverrideKeyByKey) {
     EXPECT_TRUE(read.problems.isEmpty());
 }
 
-TEST_F(ServiceConfigurationTest, HostsAreInSmallLettersAsUrlsHaveThem) {
+TEST_F(ServiceConfigurationTest, HostsAreInLowerCaseAsInUrls) {
     EXPECT_EQ(of("api_host = API.Example.Test\n").apiHost, QStringLiteral("api.example.test"));
 }
 
-TEST_F(ServiceConfigurationTest, ReportsAndIgnoresWhatIsWrong) {
+TEST_F(ServiceConfigurationTest, ReportsAndIgnoresWrongLines) {
     const QList<QByteArray> wrong{"api_host = https://a.test",
                                   "api_host = a.test/path",
                                   "api_host = a b",
@@ -86,7 +86,7 @@ TEST_F(ServiceConfigurationTest, ReportsAndIgnoresWhatIsWrong) {
     for (const QByteArray &line : wrong) {
         const auto read = of("api_host = good.test\n" + line + '\n');
         EXPECT_EQ(read.problems.size(), 1) << line.constData();
-        // A file that is not text counts for nothing at all.
+        // A file that is not text is ignored as a whole.
         const QString expected = line.contains('\xC3') ? QString() : QStringLiteral("good.test");
         EXPECT_EQ(read.apiHost, expected) << line.constData();
     }
@@ -104,7 +104,7 @@ TEST_F(ServiceConfigurationTest, AcceptsAddressesInBrackets) {
     EXPECT_EQ(of("api_host = [2001:db8::1]:443\n").apiHost, QStringLiteral("[2001:db8::1]:443"));
 }
 
-TEST_F(ServiceConfigurationTest, TellsWhereTheProblemIs) {
+TEST_F(ServiceConfigurationTest, ReportsTheLineOfTheProblem) {
     EXPECT_TRUE(of("\n\nbad = 1\n").problems.value(0).contains(QStringLiteral("one.conf, line 3")));
 }
 

@@ -14,8 +14,8 @@
 
 namespace quorvane::platform {
 
-/// A desktop portal of a test's own, with or without global shortcuts. It answers every request with yes
-/// unless told otherwise, and records what it was asked.
+/// A separate desktop portal for a test, with or without global shortcuts. By default it grants every
+/// request; it records all of them.
 class FakePortal : public QDBusVirtualObject {
 public:
     enum class Answer {
@@ -23,9 +23,9 @@ public:
         No,
         Error,
         Garbage,
-        /// The request is accepted, and that is all.
+        /// The call succeeds, but no answer follows.
         Never,
-        /// Not even that; see replyLate().
+        /// The call itself gets no reply; see replyLate().
         Silence,
     };
 
@@ -42,7 +42,7 @@ public:
         started = m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
     }
 
-    /// Goes off the bus, as a portal that ends.
+    /// Leaves the bus, like a portal that ends.
     ~FakePortal() override {
         m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
         m_bus.unregisterObject(QStringLiteral("/"));
@@ -90,7 +90,7 @@ public:
         m_bus.send(signal);
     }
 
-    /// The desktop takes the session away.
+    /// The desktop closes the session.
     void closeSession() {
         m_bus.send(QDBusMessage::createSignal(session, QStringLiteral("org.freedesktop.portal.Session"),
                                               QStringLiteral("Closed")));
@@ -104,17 +104,17 @@ public:
         m_bus.send(signal);
     }
 
-    /// Answers the last request to create a session with yes.
+    /// Grants the last request to create a session.
     void answerCreation() const {
         respond(createRequest, {0U, QVariantMap{{QStringLiteral("session_handle"), session}}});
     }
 
-    /// Answers the last request to bind: these were bound.
+    /// Answers the last request to bind: these shortcuts were bound.
     void answerBinding(const QStringList &ids) const {
         respond(bindRequest, {0U, QVariantMap{{QStringLiteral("shortcuts"), boundList(ids)}}});
     }
 
-    /// The call that met with silence fails after all.
+    /// Replies to the unanswered call with an error.
     void replyLate() const { refuse(m_unanswered); }
 
     [[nodiscard]] int count(const char *method) const {
@@ -135,7 +135,7 @@ public:
     Answer toClose = Answer::Yes;
     /// The results of a garbage answer.
     QVariantList garbage;
-    /// Only these are bound, when it is set.
+    /// If set, only these are bound.
     std::optional<QStringList> onlyThese;
     bool hasShortcuts;
     bool started = false;
@@ -146,7 +146,7 @@ public:
     QString createRequest;
     QString bindRequest;
     QStringList closed;
-    /// Of the last request to bind.
+    /// The shortcuts of the last request to bind.
     QList<Shortcut> shortcuts;
 
 private:
@@ -160,7 +160,7 @@ private:
                sender.mid(1).replace(QLatin1Char('.'), QLatin1Char('_')) + QLatin1Char('/') + token;
     }
 
-    /// As the portal sends it; with the shortcut's keys in words.
+    /// In the portal's format, which contains a description of the keys.
     static QVariant boundList(const QStringList &ids);
 
     void replyVersion(const QDBusMessage &message) const {

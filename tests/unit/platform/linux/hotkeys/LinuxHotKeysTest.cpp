@@ -26,10 +26,10 @@ TEST(LinuxHotKeysTest, X11SessionHasKeyGrabs) {
     EXPECT_EQ(hotKeyDesktop(hints("xcb", "localhost:10.0", "", "")), HotKeyDesktop::X11);
     EXPECT_EQ(hotKeyDesktop(hints("", ":0", "", "")), HotKeyDesktop::X11);
     EXPECT_EQ(hotKeyDesktop(hints("xcb", ":0", "wayland-1", "x11")), HotKeyDesktop::X11)
-        << "a compositor in a window";
+        << "a Wayland compositor in a window";
 }
 
-TEST(LinuxHotKeysTest, WaylandSessionHasThePortalEvenForProgramsThatDrawOverX) {
+TEST(LinuxHotKeysTest, WaylandSessionHasThePortalAlsoForXPrograms) {
     EXPECT_EQ(hotKeyDesktop(hints("wayland", "", "wayland-0", "wayland")), HotKeyDesktop::Wayland);
     EXPECT_EQ(hotKeyDesktop(hints("wayland-egl", "", "", "")), HotKeyDesktop::Wayland);
     EXPECT_EQ(hotKeyDesktop(hints("xcb", ":0", "wayland-0", "wayland")), HotKeyDesktop::Wayland);
@@ -37,7 +37,7 @@ TEST(LinuxHotKeysTest, WaylandSessionHasThePortalEvenForProgramsThatDrawOverX) {
     EXPECT_EQ(hotKeyDesktop(hints("xcb", ":0", "", "wayland")), HotKeyDesktop::Wayland);
 }
 
-TEST(LinuxHotKeysTest, WithoutDisplayThereIsNothing) {
+TEST(LinuxHotKeysTest, WithoutDisplayThereAreNoHotKeys) {
     EXPECT_EQ(hotKeyDesktop(hints("offscreen", "", "", "")), HotKeyDesktop::None);
     EXPECT_EQ(hotKeyDesktop(hints("", "", "", "tty")), HotKeyDesktop::None);
     const auto service = platform::makeHotKeyService(HotKeyDesktop::None);

@@ -25,8 +25,8 @@ constexpr quint32 codeOf1 = 18;
 constexpr quint32 codeOf2 = 19;
 constexpr quint32 codeOfF1 = 122;
 constexpr quint32 codeOfUp = 126;
-/// For answers that do come: long enough for a busy machine.
-constexpr int patience = 1500;
+/// For answers that do arrive: long enough for a busy machine.
+constexpr int maximumWaitMilliseconds = 1500;
 const QString idOfHide = QStringLiteral("hotkey-1-256-18");
 const QString idOfStop = QStringLiteral("hotkey-3-256-19");
 
@@ -59,7 +59,7 @@ protected:
         return spinUntil([&] { return m_portal->count("BindShortcuts") == number; });
     }
 
-    /// Held keys of two actions, bound and known to fire.
+    /// Registers keys of two actions, and waits until they are bound and work.
     void holdTwo() {
         m_hide = hold(codeOf1, HotKeyService::command, 1);
         m_stop = hold(codeOf2, HotKeyService::command, 3);
@@ -67,8 +67,8 @@ protected:
         ASSERT_TRUE(fires(idOfHide, 1));
     }
 
-    /// Whether an activation reaches the handler, and nothing else has; the order on the bus tells it for
-    /// whatever was sent before.
+    /// Whether an activation, and no other event, reaches the handler. Because messages on the bus keep their
+    /// order, everything sent before has also arrived then.
     [[nodiscard]] bool fires(const QString &id, quint32 action) {
         m_fired.clear();
         m_portal->activate(id);
@@ -97,7 +97,7 @@ TEST_F(PortalHotKeyServiceTest, OneDialogForRegistrationsCloseTogether) {
     hold(codeOfUp, HotKeyService::command, 3);
     hold(0, HotKeyService::shift, 4);
     hold(codeOf2, HotKeyService::command + HotKeyService::shift + HotKeyService::control, 5);
-    EXPECT_TRUE(m_portal->calls.isEmpty()) << "nothing happens within the call";
+    EXPECT_TRUE(m_portal->calls.isEmpty()) << "the portal is not called within the call";
     ASSERT_TRUE(waitForBinding());
     QStringList triggers;
     for (const FakePortal::Shortcut &shortcut : std::as_const(m_portal->shortcuts)) {
@@ -119,18 +119,18 @@ TEST_F(PortalHotKeyServiceTest, OneDialogForRegistrationsCloseTogether) {
     EXPECT_TRUE(m_refused.isEmpty());
 }
 
-TEST_F(PortalHotKeyServiceTest, AsksForNoSessionWhileNothingIsWanted) {
+TEST_F(PortalHotKeyServiceTest, CreatesNoSessionWhileNothingIsWanted) {
     ASSERT_TRUE(spinUntil([this] { return m_portal->count("Get") == 1; }));
     const HotKeyReference passing = hold(codeOf1, HotKeyService::command, 1);
     EXPECT_EQ(m_service->unregisterHotKey(passing), HotKeyError::None);
     deliverQueued();
-    // A later call on the same connection: nothing of the kind came before it.
+    // A later call on the same connection shows that no such call came before it.
     m_service = make();
     ASSERT_TRUE(spinUntil([this] { return m_portal->count("Get") == 2; }));
     EXPECT_EQ(m_portal->count("CreateSession"), 0);
 }
 
-TEST_F(PortalHotKeyServiceTest, OwnRegistryDecidesFirst) {
+TEST_F(PortalHotKeyServiceTest, OwnRegistryIsCheckedFirst) {
     hold(codeOf1, HotKeyService::command, 1);
     EXPECT_EQ(m_service->registerHotKey(codeOf1, HotKeyService::command, {0, 2}).error,
               HotKeyError::AlreadyHeld);
@@ -153,7 +153,7 @@ TEST_F(PortalHotKeyServiceTest, ChangedListMeansANewSessionAfterTheOldOne) {
     EXPECT_EQ(m_portal->ids(), QStringList({QStringLiteral("hotkey-2-4096-122"), idOfStop}));
     EXPECT_TRUE(fires(idOfStop, 3));
     m_portal->activate(idOfHide);
-    EXPECT_TRUE(fires(QStringLiteral("hotkey-2-4096-122"), 2)) << "the released one stays silent";
+    EXPECT_TRUE(fires(QStringLiteral("hotkey-2-4096-122"), 2)) << "the unregistered key has no effect";
 }
 
 TEST_F(PortalHotKeyServiceTest, SameListAgainIsNoChange) {
@@ -166,7 +166,7 @@ TEST_F(PortalHotKeyServiceTest, SameListAgainIsNoChange) {
     EXPECT_TRUE(m_portal->closed.isEmpty());
 }
 
-TEST_F(PortalHotKeyServiceTest, LastReleaseGivesTheSessionBack) {
+TEST_F(PortalHotKeyServiceTest, UnregisteringTheLastKeyEndsTheSession) {
     holdTwo();
     const QString before = m_portal->session;
     m_service->unregisterHotKey(m_hide);
@@ -192,7 +192,7 @@ TEST_F(PortalHotKeyServiceTest, ChangeWhileTheDialogIsOpenClosesIt) {
     EXPECT_TRUE(m_refused.isEmpty());
 }
 
-TEST_F(PortalHotKeyServiceTest, UserWhoSaysNoTakesEverythingBack) {
+TEST_F(PortalHotKeyServiceTest, RefusalByTheUserWithdrawsEverything) {
     m_portal->toBind = Answer::No;
     m_hide = hold(codeOf1, HotKeyService::command, 1);
     m_stop = hold(codeOf2, HotKeyService::command, 3);
@@ -205,26 +205,26 @@ TEST_F(PortalHotKeyServiceTest, UserWhoSaysNoTakesEverythingBack) {
     EXPECT_TRUE(fires(idOfHide, 1));
 }
 
-TEST_F(PortalHotKeyServiceTest, ShortcutsThatAreLeftOutAreTakenBackAlone) {
+TEST_F(PortalHotKeyServiceTest, OnlyOmittedShortcutsAreWithdrawn) {
     m_portal->onlyThese = QStringList{idOfStop};
     m_hide = hold(codeOf1, HotKeyService::command, 1);
     m_stop = hold(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
     m_portal->activate(idOfHide);
     EXPECT_TRUE(fires(idOfStop, 3));
-    EXPECT_EQ(m_portal->count("BindShortcuts"), 1) << "no second dialog for what is left";
+    EXPECT_EQ(m_portal->count("BindShortcuts"), 1) << "no second dialog for the remaining shortcuts";
     EXPECT_EQ(m_service->unregisterHotKey(m_stop), HotKeyError::None);
     EXPECT_TRUE(spinUntil([this] { return !m_portal->closed.isEmpty(); }));
 }
 
-TEST_F(PortalHotKeyServiceTest, SessionWithoutAnyShortcutIsGivenBack) {
+TEST_F(PortalHotKeyServiceTest, SessionWithoutShortcutsIsEnded) {
     m_portal->onlyThese = QStringList{};
     m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
     EXPECT_TRUE(spinUntil([this] { return m_portal->closed == QStringList(m_portal->session); }));
 }
 
-TEST_F(PortalHotKeyServiceTest, ReplyToAnEarlierRequestIsNotForTheNextOne) {
+TEST_F(PortalHotKeyServiceTest, ReplyToAnEarlierRequestIsIgnored) {
     m_portal->toBind = Answer::Silence;
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
@@ -237,14 +237,14 @@ TEST_F(PortalHotKeyServiceTest, ReplyToAnEarlierRequestIsNotForTheNextOne) {
     EXPECT_TRUE(m_refused.isEmpty());
 }
 
-TEST_F(PortalHotKeyServiceTest, RefusedSessionTakesEverythingBack) {
+TEST_F(PortalHotKeyServiceTest, RefusedSessionWithdrawsEverything) {
     m_portal->toCreate = Answer::No;
     m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
     EXPECT_EQ(m_portal->count("BindShortcuts"), 0);
 }
 
-TEST_F(PortalHotKeyServiceTest, FailedCallsTakeEverythingBack) {
+TEST_F(PortalHotKeyServiceTest, FailedCallsWithdrawEverything) {
     m_portal->toBind = Answer::Error;
     m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
@@ -266,7 +266,7 @@ TEST_F(PortalHotKeyServiceTest, PortalWithoutShortcutsIsNotAvailable) {
               HotKeyError::NotAvailable);
 }
 
-TEST_F(PortalHotKeyServiceTest, ProbeAloneTellsThatThereAreNoShortcuts) {
+TEST_F(PortalHotKeyServiceTest, ProbeAloneShowsThatThereAreNoShortcuts) {
     m_portal->hasShortcuts = false;
     EXPECT_TRUE(spinUntil([this] { return !m_service->isAvailable(); }));
 }
@@ -277,7 +277,7 @@ TEST_F(PortalHotKeyServiceTest, NoPortalAtAllIsNotAvailable) {
     EXPECT_TRUE(m_refused.isEmpty());
     m_portal = std::make_unique<FakePortal>(m_address);
     EXPECT_TRUE(spinUntil([this] { return m_service->isAvailable(); }))
-        << "a portal that starts later counts";
+        << "a portal that starts later is used";
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     EXPECT_TRUE(fires(idOfHide, 1));
@@ -302,11 +302,11 @@ TEST_F(PortalHotKeyServiceTest, PortalThatNeverAnswersTheProbeIsNotAvailable) {
     EXPECT_TRUE(spinUntil([this] { return !m_service->isAvailable(); }));
 }
 
-TEST_F(PortalHotKeyServiceTest, SessionThatNeverComesIsGivenUp) {
+TEST_F(PortalHotKeyServiceTest, SessionRequestTimesOut) {
     m_portal->toCreate = Answer::Never;
     m_service = make(50);
     m_hide = hold(codeOf1, HotKeyService::command, 1);
-    EXPECT_EQ(m_portal->count("CreateSession"), 0) << "nobody waits within the call";
+    EXPECT_EQ(m_portal->count("CreateSession"), 0) << "the call does not wait";
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
     EXPECT_FALSE(m_service->isAvailable());
     const QString late = m_portal->session;
@@ -316,21 +316,21 @@ TEST_F(PortalHotKeyServiceTest, SessionThatNeverComesIsGivenUp) {
     EXPECT_EQ(m_refused.size(), 1);
 }
 
-TEST_F(PortalHotKeyServiceTest, UserMayTakeTheTimeOfTheWorld) {
+TEST_F(PortalHotKeyServiceTest, UserMayDecideLate) {
     m_portal->toBind = Answer::Never;
-    m_service = make(patience);
+    m_service = make(maximumWaitMilliseconds);
     hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     QElapsedTimer thinking;
     thinking.start();
-    ASSERT_TRUE(spinUntil([&] { return thinking.elapsed() > patience + 200; }));
+    ASSERT_TRUE(spinUntil([&] { return thinking.elapsed() > maximumWaitMilliseconds + 200; }));
     EXPECT_TRUE(m_service->isAvailable());
     EXPECT_TRUE(m_refused.isEmpty());
     m_portal->answerBinding({idOfHide});
     EXPECT_TRUE(fires(idOfHide, 1));
 }
 
-TEST_F(PortalHotKeyServiceTest, AnswerAfterTheReleaseChangesNothing) {
+TEST_F(PortalHotKeyServiceTest, AnswerAfterUnregisteringChangesNothing) {
     m_portal->toBind = Answer::Never;
     m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
@@ -346,7 +346,7 @@ TEST_F(PortalHotKeyServiceTest, AnswerAfterTheReleaseChangesNothing) {
     EXPECT_TRUE(m_refused.isEmpty());
 }
 
-TEST_F(PortalHotKeyServiceTest, ReleaseWhileTheSessionIsMadeClosesIt) {
+TEST_F(PortalHotKeyServiceTest, UnregisteringWhileTheSessionIsCreatedClosesIt) {
     m_portal->toCreate = Answer::Never;
     m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(spinUntil([this] { return m_portal->count("CreateSession") == 1; }));
@@ -389,7 +389,7 @@ TEST_F(PortalHotKeyServiceTest, GarbageIsARefusal) {
     EXPECT_TRUE(m_refused.isEmpty());
 }
 
-TEST_F(PortalHotKeyServiceTest, StrangeActivationsAreIgnored) {
+TEST_F(PortalHotKeyServiceTest, UnknownActivationsAreIgnored) {
     holdTwo();
     m_portal->activate(QStringLiteral("hotkey-9-256-18"));
     m_portal->activate(QString());
@@ -409,13 +409,13 @@ TEST_F(PortalHotKeyServiceTest, OtherProgramsCannotPressOurKeys) {
     signal << QVariant::fromValue(QDBusObjectPath(m_portal->session)) << idOfHide << qulonglong{1}
            << QVariantMap();
     ASSERT_TRUE(stranger.send(signal));
-    // The bus has it before anything that is sent now.
+    // The bus has received it before any message that is sent from now on.
     ASSERT_TRUE(stranger.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.portal.Desktop")));
     EXPECT_TRUE(fires(idOfStop, 3));
     QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
 }
 
-TEST_F(PortalHotKeyServiceTest, ClosedSessionTakesEverythingBack) {
+TEST_F(PortalHotKeyServiceTest, ClosedSessionWithdrawsEverything) {
     holdTwo();
     const QString before = m_portal->session;
     m_portal->closeSession();
@@ -426,7 +426,7 @@ TEST_F(PortalHotKeyServiceTest, ClosedSessionTakesEverythingBack) {
     EXPECT_TRUE(fires(idOfStop, 3));
 }
 
-TEST_F(PortalHotKeyServiceTest, RestartedPortalIsGivenTheListAgain) {
+TEST_F(PortalHotKeyServiceTest, RestartedPortalReceivesTheListAgain) {
     holdTwo();
     m_portal.reset();
     m_portal = std::make_unique<FakePortal>(m_address);
@@ -439,7 +439,7 @@ TEST_F(PortalHotKeyServiceTest, RestartedPortalIsGivenTheListAgain) {
     EXPECT_EQ(m_portal->ids(), QStringList(idOfStop));
 }
 
-TEST_F(PortalHotKeyServiceTest, PortalThatGoesDownOverARequestIsNotAskedAgain) {
+TEST_F(PortalHotKeyServiceTest, RequestThatEndsThePortalIsNotRepeated) {
     m_portal->toBind = Answer::Never;
     m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
@@ -453,8 +453,8 @@ TEST_F(PortalHotKeyServiceTest, PortalThatGoesDownOverARequestIsNotAskedAgain) {
     EXPECT_TRUE(fires(idOfStop, 3));
 }
 
-TEST_F(PortalHotKeyServiceTest, PortalThatDoesNotCloseDelaysOnly) {
-    m_service = make(patience);
+TEST_F(PortalHotKeyServiceTest, PortalThatDoesNotCloseOnlyDelays) {
+    m_service = make(maximumWaitMilliseconds);
     m_portal->toClose = Answer::Never;
     m_hide = hold(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
@@ -463,7 +463,7 @@ TEST_F(PortalHotKeyServiceTest, PortalThatDoesNotCloseDelaysOnly) {
     EXPECT_EQ(m_portal->ids(), QStringList({idOfHide, idOfStop}));
 }
 
-TEST_F(PortalHotKeyServiceTest, HandlersMayCallBack) {
+TEST_F(PortalHotKeyServiceTest, HandlersMayCallTheService) {
     m_portal->toBind = Answer::No;
     HotKeyReference second = 0;
     m_service->installRefusalHandler([&](HotKeyReference reference, HotKeyError error) {

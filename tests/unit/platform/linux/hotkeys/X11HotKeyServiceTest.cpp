@@ -61,12 +61,12 @@ protected:
         });
     }
 
-    /// The reference, 0 when it was refused.
+    /// Registers a hot key; returns its reference, 0 when it was refused.
     HotKeyReference hold(quint32 keyCode, quint32 modifiers, quint32 id) {
         return m_service.registerHotKey(keyCode, modifiers, {0, id}).reference;
     }
 
-    /// Whether exactly these have fired, once the last of them has.
+    /// Waits for the last of the hot keys; returns whether exactly these have been pressed.
     [[nodiscard]] bool firesOnly(const QList<quint32> &ids) {
         return spinUntil([&] { return m_fired.size() >= ids.size(); }) && m_fired == ids;
     }
@@ -88,28 +88,28 @@ TEST_F(X11HotKeyServiceTest, EveryKeyFiresWithEachModifier) {
             expected += static_cast<quint32>(expected.size()) + 1;
             ASSERT_NE(hold(position.keyCode, modifier, expected.last()), 0U)
                 << position.keyCode << " with " << modifier;
-            m_other.strike({modifierKey, position.key});
+            m_other.pressTogether({modifierKey, position.key});
             ASSERT_TRUE(firesOnly(expected)) << position.keyCode << " with " << modifier;
         }
     }
 }
 
-TEST_F(X11HotKeyServiceTest, ModifiersAddUp) {
+TEST_F(X11HotKeyServiceTest, ModifiersAreCombined) {
     hold(codeOf1, HotKeyService::command + HotKeyService::shift + HotKeyService::control, 7);
-    m_other.strike({superKey, shiftKey, controlKey, key1});
+    m_other.pressTogether({superKey, shiftKey, controlKey, key1});
     EXPECT_TRUE(firesOnly({7}));
 }
 
 TEST_F(X11HotKeyServiceTest, LockKeysDoNotMatter) {
     hold(codeOf1, HotKeyService::command, 1);
-    m_other.strike({numLockKey});
-    m_other.strike({superKey, key1});
+    m_other.pressTogether({numLockKey});
+    m_other.pressTogether({superKey, key1});
     EXPECT_TRUE(firesOnly({1}));
-    m_other.strike({capsLockKey});
-    m_other.strike({superKey, key1});
+    m_other.pressTogether({capsLockKey});
+    m_other.pressTogether({superKey, key1});
     EXPECT_TRUE(firesOnly({1, 1}));
-    m_other.strike({numLockKey});
-    m_other.strike({superKey, key1});
+    m_other.pressTogether({numLockKey});
+    m_other.pressTogether({superKey, key1});
     EXPECT_TRUE(firesOnly({1, 1, 1}));
 }
 
@@ -117,34 +117,34 @@ TEST_F(X11HotKeyServiceTest, OtherModifiersMakeAnotherCombination) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
     for (const quint8 extra : {controlKey, shiftKey, altKey}) {
-        m_other.strike({extra, superKey, key1});
+        m_other.pressTogether({extra, superKey, key1});
     }
-    m_other.strike({key1});
-    m_other.strike({superKey, key2});
+    m_other.pressTogether({key1});
+    m_other.pressTogether({superKey, key2});
     EXPECT_TRUE(firesOnly({2}));
 }
 
 TEST_F(X11HotKeyServiceTest, HeldKeyFiresOnce) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    RepeatWitness witness(m_display.name());
+    PressCounter counter(m_display.name());
     QElapsedTimer held;
     held.start();
     m_other.press(superKey);
     m_other.press(key1);
-    ASSERT_TRUE(spinUntil([&] { return held.elapsed() >= 2000 && witness.pressesOf(key1) >= 20; }))
-        << "the server repeated the key " << witness.pressesOf(key1) << " times";
+    ASSERT_TRUE(spinUntil([&] { return held.elapsed() >= 2000 && counter.pressesOf(key1) >= 20; }))
+        << "the server repeated the key " << counter.pressesOf(key1) << " times";
     m_other.release(key1);
-    m_other.strike({key2});
+    m_other.pressTogether({key2});
     EXPECT_TRUE(firesOnly({1, 2}));
-    m_other.strike({key1});
+    m_other.pressTogether({key1});
     EXPECT_TRUE(firesOnly({1, 2, 1}));
 }
 
 TEST_F(X11HotKeyServiceTest, SecondKeyWhileTheFirstIsHeldFiresToo) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
-    m_other.strike({superKey, key1, key2});
+    m_other.pressTogether({superKey, key1, key2});
     EXPECT_TRUE(firesOnly({1, 2}));
 }
 
@@ -152,12 +152,12 @@ TEST_F(X11HotKeyServiceTest, CombinationOfAnotherClientIsRefused) {
     OtherClient holder(m_display.name());
     for (const int held : lockStates) {
         ASSERT_TRUE(holder.grab(key1, superMask | held));
-        const HotKeyRegistration answer = m_service.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
-        EXPECT_EQ(answer.error, HotKeyError::TakenElsewhere);
-        EXPECT_EQ(answer.reference, 0U);
+        const HotKeyRegistration result = m_service.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
+        EXPECT_EQ(result.error, HotKeyError::TakenElsewhere);
+        EXPECT_EQ(result.reference, 0U);
         for (const int locks : lockStates) {
             if (locks != held) {
-                EXPECT_TRUE(m_other.grab(key1, superMask | locks)) << locks << " was left taken";
+                EXPECT_TRUE(m_other.grab(key1, superMask | locks)) << locks << " is still grabbed";
                 m_other.ungrab(key1, superMask | locks);
             }
         }
@@ -167,7 +167,7 @@ TEST_F(X11HotKeyServiceTest, CombinationOfAnotherClientIsRefused) {
     EXPECT_TRUE(m_service.isAvailable());
 }
 
-TEST_F(X11HotKeyServiceTest, CombinationIsTakenFromEverybodyElse) {
+TEST_F(X11HotKeyServiceTest, CombinationIsRefusedToOtherClients) {
     hold(codeOf1, HotKeyService::command, 1);
     for (const int locks : lockStates) {
         EXPECT_FALSE(m_other.grab(key1, superMask | locks));
@@ -182,26 +182,26 @@ TEST_F(X11HotKeyServiceTest, SecondRegistrationIsRefused) {
     EXPECT_EQ(m_service.registerHotKey(codeOf1, HotKeyService::command, {5, 2}).error,
               HotKeyError::AlreadyHeld);
     EXPECT_NE(hold(codeOf1, HotKeyService::control, 3), 0U);
-    m_other.strike({superKey, key1});
-    m_other.strike({controlKey, key1});
+    m_other.pressTogether({superKey, key1});
+    m_other.pressTogether({controlKey, key1});
     EXPECT_TRUE(firesOnly({1, 3}));
 }
 
-TEST_F(X11HotKeyServiceTest, ReleaseLeavesTheOthers) {
+TEST_F(X11HotKeyServiceTest, UnregisteringKeepsTheOthers) {
     const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
     hold(codeOf1, HotKeyService::control, 3);
     EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::None);
-    m_other.strike({superKey, key1});
-    m_other.strike({superKey, key2});
-    m_other.strike({controlKey, key1});
+    m_other.pressTogether({superKey, key1});
+    m_other.pressTogether({superKey, key2});
+    m_other.pressTogether({controlKey, key1});
     EXPECT_TRUE(firesOnly({2, 3}));
     for (const int locks : lockStates) {
         EXPECT_TRUE(m_other.grab(key1, superMask | locks));
     }
 }
 
-TEST_F(X11HotKeyServiceTest, ReferencesAreGoodOnce) {
+TEST_F(X11HotKeyServiceTest, ReferencesAreValidOnce) {
     const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
     EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::None);
     EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::UnknownReference);
@@ -209,7 +209,7 @@ TEST_F(X11HotKeyServiceTest, ReferencesAreGoodOnce) {
     const HotKeyReference second = hold(codeOf1, HotKeyService::command, 1);
     EXPECT_NE(second, first);
     EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::UnknownReference);
-    m_other.strike({superKey, key1});
+    m_other.pressTogether({superKey, key1});
     EXPECT_TRUE(firesOnly({1}));
 }
 
@@ -229,9 +229,9 @@ TEST_F(X11HotKeyServiceTest, LayoutDoesNotMatter) {
     QList<quint32> expected;
     for (const char *layout : {"fr", "ru", "us"}) {
         ASSERT_TRUE(m_display.setLayout({QString::fromLatin1(layout)}));
-        m_other.strike({superKey, 38});
-        m_other.strike({superKey, key1});
-        m_other.strike({shiftKey, keyF1});
+        m_other.pressTogether({superKey, 38});
+        m_other.pressTogether({superKey, key1});
+        m_other.pressTogether({shiftKey, keyF1});
         expected += {1, 2, 3};
         EXPECT_TRUE(firesOnly(expected)) << layout;
     }
@@ -242,9 +242,9 @@ TEST_F(X11HotKeyServiceTest, SecondOfTwoLayoutsDoesNotMatter) {
     hold(codeOf2, HotKeyService::command, 2);
     ASSERT_TRUE(m_display.setLayout(
         {QStringLiteral("us,ru"), QStringLiteral("-option"), QStringLiteral("grp:menu_toggle")}));
-    m_other.strike({menuKey});
+    m_other.pressTogether({menuKey});
     ASSERT_EQ(m_other.layoutInUse(), 1);
-    m_other.strike({superKey, 38, key2});
+    m_other.pressTogether({superKey, 38, key2});
     EXPECT_TRUE(firesOnly({1, 2}));
 }
 
@@ -252,14 +252,14 @@ TEST_F(X11HotKeyServiceTest, MouseButtonThatIsHeldDoesNotMatter) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
     m_other.pressButton(1);
-    m_other.strike({superKey, key1, key2});
+    m_other.pressTogether({superKey, key1, key2});
     m_other.releaseButton(1);
     EXPECT_TRUE(firesOnly({1, 2}));
 }
 
-TEST_F(X11HotKeyServiceTest, NumLockMayBecomeAnotherModifier) {
+TEST_F(X11HotKeyServiceTest, NumLockMayChangeToAnotherModifier) {
     hold(codeOf1, HotKeyService::command, 1);
-    // The usual keys, but Num Lock on Mod3.
+    // The default keys, but Num Lock on Mod3.
     ASSERT_TRUE(m_other.setModifierKeys({{50, 62}, {66}, {37, 105}, {64}, {}, {77}, {133, 134}, {92}}));
     OtherClient probe(m_display.name());
     EXPECT_TRUE(spinUntil([&] {
@@ -267,14 +267,14 @@ TEST_F(X11HotKeyServiceTest, NumLockMayBecomeAnotherModifier) {
         probe.ungrab(key1, superMask | mod3Mask);
         return !free;
     }));
-    m_other.strike({numLockKey});
-    m_other.strike({superKey, key1});
+    m_other.pressTogether({numLockKey});
+    m_other.pressTogether({superKey, key1});
     EXPECT_TRUE(firesOnly({1}));
-    EXPECT_TRUE(probe.grab(key1, superMask | numLockMask)) << "the old variant was left taken";
+    EXPECT_TRUE(probe.grab(key1, superMask | numLockMask)) << "the old variant is still grabbed";
     EXPECT_TRUE(m_refused.isEmpty());
 }
 
-TEST_F(X11HotKeyServiceTest, CombinationLostWithTheLockKeysIsTakenBack) {
+TEST_F(X11HotKeyServiceTest, CombinationLostWithTheLockKeysIsWithdrawn) {
     const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
     ASSERT_TRUE(m_other.grab(key1, superMask | mod3Mask));
@@ -283,40 +283,40 @@ TEST_F(X11HotKeyServiceTest, CombinationLostWithTheLockKeysIsTakenBack) {
     EXPECT_EQ(m_refused.size(), 1);
     EXPECT_EQ(m_refused.first(), std::pair(first, HotKeyError::TakenElsewhere));
     EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::UnknownReference);
-    m_other.strike({superKey, key1});
-    m_other.strike({superKey, key2});
+    m_other.pressTogether({superKey, key1});
+    m_other.pressTogether({superKey, key2});
     EXPECT_TRUE(firesOnly({2}));
 }
 
 TEST_F(X11HotKeyServiceTest, PressesArriveFromTheEventLoopOnly) {
     hold(codeOf1, HotKeyService::command, 1);
     deliverQueued();
-    m_other.strike({superKey, key1});
-    // Its answers come after the press, over the same connection.
+    m_other.pressTogether({superKey, key1});
+    // The replies to this call follow the press on the same connection.
     const HotKeyReference second = hold(codeOf2, HotKeyService::command, 2);
     EXPECT_TRUE(m_fired.isEmpty());
-    EXPECT_TRUE(firesOnly({1})) << "what came in with the answers is not left lying";
-    m_other.strike({superKey, key1});
+    EXPECT_TRUE(firesOnly({1})) << "events that arrived with the replies are handled";
+    m_other.pressTogether({superKey, key1});
     EXPECT_EQ(m_service.unregisterHotKey(second), HotKeyError::None);
     EXPECT_EQ(m_fired.size(), 1);
     EXPECT_TRUE(firesOnly({1, 1}));
 }
 
-TEST_F(X11HotKeyServiceTest, HandlerMayRunALoopOfItsOwn) {
+TEST_F(X11HotKeyServiceTest, HandlerMayRunAnEventLoop) {
     hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
     m_service.installEventHandler([this](const HotKeyIdentifier &identifier) {
         m_fired += identifier.id;
         if (identifier.id == 1) {
-            m_other.strike({superKey, key2});
+            m_other.pressTogether({superKey, key2});
             EXPECT_TRUE(spinUntil([this] { return m_fired.size() == 2; }));
         }
     });
-    m_other.strike({superKey, key1});
+    m_other.pressTogether({superKey, key1});
     EXPECT_TRUE(firesOnly({1, 2}));
 }
 
-TEST_F(X11HotKeyServiceTest, HandlerMayReleaseItsOwnKeyAndPutAnotherHandler) {
+TEST_F(X11HotKeyServiceTest, HandlerMayUnregisterItsKeyAndInstallAnotherHandler) {
     const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
     hold(codeOf2, HotKeyService::command, 2);
     m_service.installEventHandler([this, first](const HotKeyIdentifier &identifier) {
@@ -324,10 +324,10 @@ TEST_F(X11HotKeyServiceTest, HandlerMayReleaseItsOwnKeyAndPutAnotherHandler) {
         m_service.installEventHandler([this](const HotKeyIdentifier &next) { m_fired += next.id + 100; });
         m_fired += identifier.id;
     });
-    m_other.strike({superKey, key1});
+    m_other.pressTogether({superKey, key1});
     ASSERT_TRUE(firesOnly({1}));
-    m_other.strike({superKey, key1});
-    m_other.strike({superKey, key2});
+    m_other.pressTogether({superKey, key1});
+    m_other.pressTogether({superKey, key2});
     EXPECT_TRUE(firesOnly({1, 102}));
 }
 
@@ -335,12 +335,12 @@ TEST_F(X11HotKeyServiceTest, WorksWithoutHandlers) {
     X11HotKeyService silent(m_display.name());
     ASSERT_EQ(silent.registerHotKey(codeOf1, HotKeyService::command, {0, 1}).error, HotKeyError::None);
     hold(codeOf2, HotKeyService::command, 2);
-    m_other.strike({superKey, key1});
-    m_other.strike({superKey, key2});
+    m_other.pressTogether({superKey, key1});
+    m_other.pressTogether({superKey, key2});
     EXPECT_TRUE(firesOnly({2}));
 }
 
-TEST_F(X11HotKeyServiceTest, ServiceThatEndsGivesEverythingBack) {
+TEST_F(X11HotKeyServiceTest, DestroyedServiceUngrabsEverything) {
     {
         X11HotKeyService shortLived(m_display.name());
         ASSERT_EQ(shortLived.registerHotKey(codeOf1, HotKeyService::command, {0, 1}).error,

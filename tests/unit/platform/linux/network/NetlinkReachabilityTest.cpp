@@ -25,15 +25,15 @@ constexpr std::uint32_t address(std::uint32_t a, std::uint32_t b, std::uint32_t 
 
 constexpr std::uint32_t far = address(198, 51, 100, 7);
 
-/// Runs `ip` with the words.
-void ip(const char *words) {
+/// Runs `ip` with the arguments, separated by blanks.
+void ip(const char *arguments) {
     const platform::ChildOutcome outcome = platform::runChild(
-        {platform::systemProgram("ip"), QByteArray("ip ").append(words).split(' '), {}, "/"});
+        {platform::systemProgram("ip"), QByteArray("ip ").append(arguments).split(' '), {}, "/"});
     ASSERT_EQ(outcome.startFailure, 0);
-    ASSERT_EQ(outcome.status, 0) << words << ": " << outcome.error.constData();
+    ASSERT_EQ(outcome.status, 0) << arguments << ": " << outcome.error.constData();
 }
 
-/// Collects what a target tells on a queue.
+/// Collects the states that a target reports on a queue.
 class Watcher {
 public:
     explicit Watcher(std::unique_ptr<platform::ReachabilityTarget> watched) : m_target(std::move(watched)) {
@@ -54,8 +54,8 @@ public:
         return m_states;
     }
 
-    /// Waits until exactly these states were told.
-    [[nodiscard]] bool tells(const std::vector<std::uint32_t> &expected) const {
+    /// Waits until exactly these states were reported.
+    [[nodiscard]] bool reports(const std::vector<std::uint32_t> &expected) const {
         QElapsedTimer clock;
         clock.start();
         while (seen() != expected && clock.elapsed() < 10000) {
@@ -75,7 +75,7 @@ class NetlinkReachabilityTest : public ::testing::Test {
 protected:
     void SetUp() override {
         if (!sandbox::isInside()) {
-            GTEST_SKIP() << "needs a network namespace of its own";
+            GTEST_SKIP() << "needs its own network namespace";
         }
         ip("link add eth0 type veth peer name far0");
         ip("link set far0 up");
@@ -96,7 +96,7 @@ protected:
     NetlinkReachability m_reachability;
 };
 
-TEST_F(NetlinkReachabilityTest, FlagsSayHowAnAddressIsReached) {
+TEST_F(NetlinkReachabilityTest, FlagsDescribeTheRouteToAnAddress) {
     EXPECT_EQ(flagsOf(far), 0U);
     EXPECT_EQ(flagsOf(address(192, 0, 2, 9)), Flag::reachable | Flag::isDirect);
     EXPECT_EQ(flagsOf(address(192, 0, 2, 2)), Flag::reachable | Flag::isLocalAddress | Flag::isDirect);
@@ -111,7 +111,7 @@ TEST_F(NetlinkReachabilityTest, FlagsSayHowAnAddressIsReached) {
     ip("route delete blackhole 198.51.100.0/24");
 }
 
-TEST_F(NetlinkReachabilityTest, ZeroAddressStandsForTheDefaultRoute) {
+TEST_F(NetlinkReachabilityTest, ZeroAddressMeansTheDefaultRoute) {
     EXPECT_EQ(flagsOf(0), 0U);
     ip("route add 198.51.100.0/24 via 192.0.2.1");
     EXPECT_EQ(flagsOf(0), 0U);
@@ -125,7 +125,7 @@ TEST_F(NetlinkReachabilityTest, ZeroAddressStandsForTheDefaultRoute) {
 TEST_F(NetlinkReachabilityTest, LinkLocalNetworkMustBeOnALink) {
     const std::uint32_t linkLocal = address(169, 254, 0, 0);
     ip("route add default via 192.0.2.1");
-    EXPECT_EQ(flagsOf(linkLocal), 0U) << "a default route does not lead there";
+    EXPECT_EQ(flagsOf(linkLocal), 0U) << "a default route does not reach it";
     ip("route add 169.254.0.0/16 dev eth0");
     EXPECT_EQ(flagsOf(linkLocal), Flag::reachable | Flag::isDirect);
     ip("route delete 169.254.0.0/16 dev eth0");
@@ -133,39 +133,39 @@ TEST_F(NetlinkReachabilityTest, LinkLocalNetworkMustBeOnALink) {
     EXPECT_EQ(flagsOf(linkLocal), Flag::reachable | Flag::isDirect);
 }
 
-TEST_F(NetlinkReachabilityTest, TellsTheFirstStateAndThenChangesOnly) {
+TEST_F(NetlinkReachabilityTest, ReportsTheFirstStateAndThenChangesOnly) {
     const Watcher watcher(m_reachability.targetWithAddress(far));
-    ASSERT_TRUE(watcher.tells({0}));
+    ASSERT_TRUE(watcher.reports({0}));
     ip("address add 192.0.2.3/24 dev eth0");
     ip("route add default via 192.0.2.1");
-    ASSERT_TRUE(watcher.tells({0, 2}));
+    ASSERT_TRUE(watcher.reports({0, 2}));
     ip("route add 10.0.0.0/8 via 192.0.2.1");
     ip("route delete default");
-    ASSERT_TRUE(watcher.tells({0, 2, 0}));
+    ASSERT_TRUE(watcher.reports({0, 2, 0}));
     ip("route add default via 192.0.2.1");
-    ASSERT_TRUE(watcher.tells({0, 2, 0, 2}));
+    ASSERT_TRUE(watcher.reports({0, 2, 0, 2}));
     ip("link set eth0 down");
-    EXPECT_TRUE(watcher.tells({0, 2, 0, 2, 0}));
+    EXPECT_TRUE(watcher.reports({0, 2, 0, 2, 0}));
 }
 
 TEST_F(NetlinkReachabilityTest, DefaultRouteIsWatchedToo) {
     const Watcher watcher(m_reachability.targetWithAddress(0));
-    ASSERT_TRUE(watcher.tells({0}));
+    ASSERT_TRUE(watcher.reports({0}));
     ip("route add default via 192.0.2.1");
-    EXPECT_TRUE(watcher.tells({0, 2}));
+    EXPECT_TRUE(watcher.reports({0, 2}));
 }
 
-TEST_F(NetlinkReachabilityTest, ChangeIsToldAtOnce) {
+TEST_F(NetlinkReachabilityTest, ChangeIsReportedAtOnce) {
     const Watcher watcher(m_reachability.targetWithAddress(far));
-    ASSERT_TRUE(watcher.tells({0}));
+    ASSERT_TRUE(watcher.reports({0}));
     QElapsedTimer clock;
     clock.start();
     ip("route add default via 192.0.2.1");
-    ASSERT_TRUE(watcher.tells({0, 2}));
+    ASSERT_TRUE(watcher.reports({0, 2}));
     EXPECT_LT(clock.elapsed(), 1000);
 }
 
-TEST_F(NetlinkReachabilityTest, StoppedTargetsTellNothingAndCanStartAgain) {
+TEST_F(NetlinkReachabilityTest, StoppedTargetsReportNothingAndCanStartAgain) {
     auto target = m_reachability.targetWithAddress(far);
     const auto queue = m_reachability.makeQueue(QStringLiteral("q"));
     std::atomic<int> calls = 0;
@@ -181,7 +181,7 @@ TEST_F(NetlinkReachabilityTest, StoppedTargetsTellNothingAndCanStartAgain) {
     EXPECT_EQ(calls, before);
 }
 
-TEST_F(NetlinkReachabilityTest, ACallbackMayEndItsTarget) {
+TEST_F(NetlinkReachabilityTest, CallbackMayDestroyItsTarget) {
     auto target = m_reachability.targetWithAddress(far);
     const auto queue = m_reachability.makeQueue(QStringLiteral("q"));
     std::atomic<bool> ended = false;
@@ -202,13 +202,13 @@ TEST_F(NetlinkReachabilityTest, ACallbackMayEndItsTarget) {
 TEST_F(NetlinkReachabilityTest, NameCountsAsItsAddress) {
     QFile hosts(QStringLiteral("/etc/hosts"));
     if (!sandbox::hasAccounts() || !hosts.open(QIODevice::Append)) {
-        GTEST_SKIP() << "needs a hosts file of its own";
+        GTEST_SKIP() << "needs its own hosts file";
     }
     hosts.write("198.51.100.7 far.quorvane.test\n");
     hosts.close();
     ip("route add default via 192.0.2.1");
     ip("route add unreachable 198.51.100.0/24");
-    // Until the name is resolved the default route counts, so a first 2 may come before the 0.
+    // Until the name is resolved, the default route counts, so a first 2 may be reported before the 0.
     const Watcher watcher(m_reachability.targetWithName(QStringLiteral("far.quorvane.test")));
     QElapsedTimer clock;
     clock.start();
@@ -220,12 +220,12 @@ TEST_F(NetlinkReachabilityTest, NameCountsAsItsAddress) {
     auto expected = watcher.seen();
     expected.push_back(2);
     ip("route delete unreachable 198.51.100.0/24");
-    EXPECT_TRUE(watcher.tells(expected));
+    EXPECT_TRUE(watcher.reports(expected));
 }
 
 TEST_F(NetlinkReachabilityTest, UnresolvableNameFollowsTheDefaultRouteWithoutBlocking) {
     if (!sandbox::hasAccounts()) {
-        GTEST_SKIP() << "needs a resolver file of its own";
+        GTEST_SKIP() << "needs its own resolver file";
     }
     // A name server that never answers: each look-up takes seconds.
     QFile resolver(QStringLiteral("/etc/resolv.conf"));
@@ -239,21 +239,21 @@ TEST_F(NetlinkReachabilityTest, UnresolvableNameFollowsTheDefaultRouteWithoutBlo
         const auto target = m_reachability.targetWithName(QStringLiteral("nowhere.quorvane.test"));
         EXPECT_EQ(target->flags(), Flag::reachable);
         const Watcher watcher(m_reachability.targetWithName(QStringLiteral("nowhere.quorvane.test")));
-        EXPECT_TRUE(watcher.tells({2}));
+        EXPECT_TRUE(watcher.reports({2}));
         ip("route delete default");
-        EXPECT_TRUE(watcher.tells({2, 0}));
+        EXPECT_TRUE(watcher.reports({2, 0}));
     }
-    EXPECT_LT(clock.elapsed(), 1500) << "somebody waited for the name server";
+    EXPECT_LT(clock.elapsed(), 1500) << "a call waited for the name server";
 }
 
-TEST(NetlinkReachabilityNames, EmptyNamesMakeNoTarget) {
+TEST(NetlinkReachabilityNames, EmptyNameHasNoTarget) {
     NetlinkReachability reachability;
     EXPECT_EQ(reachability.targetWithName(QString()), nullptr);
     EXPECT_EQ(reachability.targetWithName(QStringLiteral("  ")), nullptr);
     EXPECT_NE(reachability.targetWithName(QStringLiteral("127.0.0.1")), nullptr);
 }
 
-TEST(NetlinkReachabilityNames, NumericNamesAreKnownAtOnce) {
+TEST(NetlinkReachabilityNames, NumericNamesNeedNoLookUp) {
     NetlinkReachability reachability;
     EXPECT_EQ(reachability.targetWithName(QStringLiteral("127.0.0.1"))->flags(),
               Flag::reachable | Flag::isLocalAddress | Flag::isDirect);

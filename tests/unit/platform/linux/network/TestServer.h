@@ -13,10 +13,10 @@
 
 namespace quorvane::platform {
 
-/// A plain HTTP server on 127.0.0.1 for tests: one request a connection, answered byte by byte by the test.
+/// A plain HTTP server on 127.0.0.1 for tests: one request per connection, answered byte by byte by the test.
 class TestServer {
 public:
-    /// Runs on a thread of the connection; the descriptor is closed afterwards.
+    /// Runs on the connection's thread; the descriptor is closed afterwards.
     using Answer = std::function<void(int descriptor)>;
 
     enum class Start {
@@ -31,16 +31,16 @@ public:
 
     [[nodiscard]] int port() const { return m_number; }
 
-    /// "http://127.0.0.1:PORT" and the target.
+    /// "http://127.0.0.1:PORT" followed by the target.
     [[nodiscard]] QByteArray url(const QByteArray &target = "/") const;
 
-    /// The requests received so far, heads whole.
+    /// The heads of the requests received so far.
     [[nodiscard]] QByteArrayList requests() const;
 
-    /// True until the server ends; an answer that goes on for long must look at it.
+    /// True until the server ends; a long answer must check it.
     [[nodiscard]] bool isRunning() const { return !m_ending; }
 
-    /// Sends all bytes; false when the client has gone.
+    /// Sends all bytes; false when the client has closed the connection.
     static bool send(int descriptor, const QByteArray &bytes);
     /// A whole answer with its length.
     static Answer reply(const QByteArray &status, const QByteArray &body, const QByteArray &header = {});

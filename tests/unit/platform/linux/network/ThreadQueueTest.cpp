@@ -13,7 +13,7 @@ namespace {
 using platform::ReachabilityDelivery;
 using platform::ThreadQueue;
 
-TEST(ThreadQueueTest, RunsInOrderOnOneThreadOfItsOwn) {
+TEST(ThreadQueueTest, RunsInOrderOnItsOwnThread) {
     ThreadQueue queue(QStringLiteral("com.qrvp.reachability"));
     std::vector<int> order;
     std::promise<void> done;
@@ -38,7 +38,7 @@ TEST(ThreadQueueTest, RunsInOrderOnOneThreadOfItsOwn) {
     EXPECT_NE(first, std::this_thread::get_id());
 }
 
-TEST(ThreadQueueTest, GoingAwayWaitsForTheRunningPieceAndDropsTheRest) {
+TEST(ThreadQueueTest, DestructionWaitsForTheRunningPieceAndDropsTheRest) {
     std::promise<void> started;
     std::atomic<bool> ended = false;
     std::atomic<bool> dropped = true;
@@ -68,9 +68,9 @@ TEST(ThreadQueueTest, MayBeDestroyedByItsOwnWork) {
     EXPECT_EQ(queue, nullptr);
 }
 
-TEST(ThreadQueueTest, TakesWorkFromManyThreads) {
+TEST(ThreadQueueTest, AcceptsWorkFromManyThreads) {
     ThreadQueue queue(QStringLiteral("q"));
-    int count = 0; // touched by the queue's thread only
+    int count = 0; // used by the queue's thread only
     std::vector<std::thread> callers;
     callers.reserve(4);
     for (int i = 0; i < 4; ++i) {
@@ -88,7 +88,7 @@ TEST(ThreadQueueTest, TakesWorkFromManyThreads) {
     EXPECT_EQ(done.get_future().get(), 1000);
 }
 
-TEST(ReachabilityDeliveryTest, TellsTheFirstStateAndChangesOnly) {
+TEST(ReachabilityDeliveryTest, ReportsTheFirstStateAndChangesOnly) {
     ReachabilityDelivery delivery;
     ThreadQueue queue(QStringLiteral("q"));
     std::vector<std::uint32_t> seen;
@@ -108,7 +108,7 @@ TEST(ReachabilityDeliveryTest, TellsTheFirstStateAndChangesOnly) {
     std::promise<void> again;
     queue.async([&] { again.set_value(); });
     again.get_future().wait();
-    EXPECT_EQ(seen.size(), 4U) << "the first state of a new delivery is told again";
+    EXPECT_EQ(seen.size(), 4U) << "the first state of a new delivery is reported again";
 }
 
 TEST(ReachabilityDeliveryTest, NothingRunsAfterItWasStopped) {

@@ -10,7 +10,7 @@ class QSslConfiguration;
 
 namespace quorvane::platform {
 
-/// Throw-away certificates for tests, made by the openssl tool: an authority, a certificate of it for
+/// Temporary certificates for tests, created by the openssl tool: an authority, a certificate of it for
 /// 127.0.0.1 and one for another host.
 class TestCertificates {
 public:
@@ -30,7 +30,7 @@ private:
     bool m_made = false;
 };
 
-/// An HTTPS server on 127.0.0.1 that gives every request the same answer.
+/// An HTTPS server on 127.0.0.1 that sends the same answer to every request.
 class TlsServer {
 public:
     /// How the connection ends after the answer.

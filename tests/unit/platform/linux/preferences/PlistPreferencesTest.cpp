@@ -29,14 +29,15 @@ namespace PropertyList = platform::PropertyList;
 const QString one = QStringLiteral("one");
 const QString two = QStringLiteral("two");
 
-/// For its lifetime this process may not read everything: where it is root it is nobody, who owns the folder.
+/// Removes root's right to read every file for its lifetime: the process runs as the account "nobody", which
+/// owns the folder.
 class Unprivileged {
 public:
     explicit Unprivileged(const QString &folder) {
-        constexpr uid_t nobody = 65534;
+        constexpr uid_t unprivileged = 65534;
         if (m_wasRoot) {
-            EXPECT_EQ(chown(QFile::encodeName(folder).constData(), nobody, nobody), 0);
-            EXPECT_EQ(seteuid(nobody), 0);
+            EXPECT_EQ(chown(QFile::encodeName(folder).constData(), unprivileged, unprivileged), 0);
+            EXPECT_EQ(seteuid(unprivileged), 0);
         }
     }
 
@@ -71,7 +72,7 @@ protected:
         ASSERT_EQ(file.write(bytes), bytes.size());
     }
 
-    /// Collects what the store reports.
+    /// Collects the problems that the store reports.
     static void listen(PlistPreferences &store, QStringList &problems) {
         store.setProblemHandler([&problems](const QString &text) { problems.append(text); });
     }
@@ -85,14 +86,14 @@ protected:
     const QString m_path = m_folder.filePath(QStringLiteral("Library/Preferences/test.plist"));
 };
 
-TEST_F(PlistPreferencesTest, ReadingMakesNothing) {
+TEST_F(PlistPreferencesTest, ReadingCreatesNothing) {
     const PlistPreferences store(m_path);
     EXPECT_FALSE(store.value(one).isValid());
     EXPECT_EQ(store.filePath(), m_path);
     EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
 }
 
-TEST_F(PlistPreferencesTest, FirstWriteMakesPrivateFoldersAndFile) {
+TEST_F(PlistPreferencesTest, FirstWriteCreatesPrivateFoldersAndFile) {
     const mode_t before = umask(0);
     PlistPreferences store(m_path);
     store.setValue(one, 1);
@@ -135,7 +136,7 @@ TEST_F(PlistPreferencesTest, RemovingAKey) {
     EXPECT_EQ(onDisk(), (QVariantMap{{two, qint64{2}}}));
 }
 
-TEST_F(PlistPreferencesTest, WhatCannotBeStoredIsNotKeptEither) {
+TEST_F(PlistPreferencesTest, ValuesThatCannotBeStoredAreDropped) {
     PlistPreferences store(m_path);
     store.setValue(one, QPointF(1, 2));
     EXPECT_FALSE(store.value(one).isValid());
@@ -147,7 +148,7 @@ TEST_F(PlistPreferencesTest, TwoStoresMergeByKey) {
     first.setValue(one, 1);
     second.setValue(two, 2);
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, qint64{2}}}));
-    EXPECT_EQ(second.integer(one), 1) << "a write takes in what others wrote";
+    EXPECT_EQ(second.integer(one), 1) << "a write also reads what others wrote";
     EXPECT_EQ(first.integer(two), 0);
     EXPECT_TRUE(first.synchronize());
     EXPECT_EQ(first.integer(two), 2);
@@ -171,7 +172,7 @@ TEST_F(PlistPreferencesTest, UnchangedValuesDoNotRewriteTheFile) {
     EXPECT_EQ(before.st_ino, after.st_ino);
 }
 
-TEST_F(PlistPreferencesTest, CorruptFileIsSetAsideAndReported) {
+TEST_F(PlistPreferencesTest, CorruptFileIsRenamedAndReported) {
     ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
     write(m_path, "this is no property list");
     PlistPreferences store(m_path);
@@ -209,16 +210,16 @@ TEST_F(PlistPreferencesTest, RemovedFileIsAResetOfWhatThisProcessDidNotSet) {
     PlistPreferences store(m_path);
     store.setValue(one, 1);
     ASSERT_TRUE(QFile::remove(m_path));
-    EXPECT_EQ(store.integer(two), 2) << "not looked at yet";
+    EXPECT_EQ(store.integer(two), 2) << "the file was not read again yet";
     EXPECT_TRUE(store.synchronize());
-    EXPECT_FALSE(QFile::exists(m_path)) << "nothing was to be written";
+    EXPECT_FALSE(QFile::exists(m_path)) << "there was nothing to write";
     EXPECT_EQ(store.integer(one), 1);
     EXPECT_FALSE(store.value(two).isValid());
     store.setValue(QStringLiteral("three"), 3);
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {QStringLiteral("three"), qint64{3}}}));
 }
 
-TEST_F(PlistPreferencesTest, LinkIsLeftAlone) {
+TEST_F(PlistPreferencesTest, LinkIsNotUsed) {
     ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
     const QString target = m_folder.filePath(QStringLiteral("target"));
     ASSERT_TRUE(PropertyList::writeFile(target, {{one, 1}}));
@@ -230,9 +231,9 @@ TEST_F(PlistPreferencesTest, LinkIsLeftAlone) {
     EXPECT_EQ(PropertyList::readFile(target), (QVariantMap{{one, qint64{1}}}));
 }
 
-TEST_F(PlistPreferencesTest, ForeignFileIsLeftAlone) {
+TEST_F(PlistPreferencesTest, ForeignFileIsNotUsed) {
     if (geteuid() != 0 || !sandbox::hasAccounts()) {
-        GTEST_SKIP() << "needs root to give a file away";
+        GTEST_SKIP() << "needs root to change a file's owner";
     }
     PlistPreferences(m_path).setValue(one, 1);
     ASSERT_EQ(chown(m_path.toUtf8().constData(), 12345, 12345), 0);
@@ -242,14 +243,14 @@ TEST_F(PlistPreferencesTest, ForeignFileIsLeftAlone) {
     store.setValue(two, 2);
     EXPECT_FALSE(store.synchronize());
     EXPECT_EQ(store.integer(two), 2);
-    EXPECT_EQ(problems.size(), 1) << "one trouble is told once";
+    EXPECT_EQ(problems.size(), 1) << "a problem is reported once";
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}}));
     ASSERT_EQ(chown(m_path.toUtf8().constData(), 0, 0), 0);
-    EXPECT_TRUE(store.synchronize()) << "what was pending is written when that gets possible";
+    EXPECT_TRUE(store.synchronize()) << "pending changes are written when that is possible again";
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, qint64{2}}}));
 }
 
-TEST_F(PlistPreferencesTest, FileThatItsOwnerMayNotReadIsOpenedAgain) {
+TEST_F(PlistPreferencesTest, LostReadPermissionOfTheOwnerIsRestored) {
     const Unprivileged user(m_folder.path());
     PlistPreferences(m_path).setValue(one, 1);
     ASSERT_EQ(chmod(m_path.toUtf8().constData(), 0), 0);
@@ -258,7 +259,7 @@ TEST_F(PlistPreferencesTest, FileThatItsOwnerMayNotReadIsOpenedAgain) {
     EXPECT_EQ(modeOf(m_path), 0600U);
 }
 
-TEST_F(PlistPreferencesTest, FolderThatCannotBeMadeKeepsValuesInMemory) {
+TEST_F(PlistPreferencesTest, ValuesStayInMemoryWithoutAFolder) {
     write(m_folder.filePath(QStringLiteral("Library")), "a file where the folder should be");
     PlistPreferences store(m_path);
     QStringList problems;
@@ -269,7 +270,7 @@ TEST_F(PlistPreferencesTest, FolderThatCannotBeMadeKeepsValuesInMemory) {
     EXPECT_FALSE(problems.isEmpty());
 }
 
-TEST_F(PlistPreferencesTest, LockFileLeftBehindDoesNotHold) {
+TEST_F(PlistPreferencesTest, LockFileLeftBehindDoesNotBlock) {
     ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
     write(m_path + QStringLiteral(".lock"), "12345\nleft\nbehind\n");
     QElapsedTimer clock;
@@ -280,7 +281,7 @@ TEST_F(PlistPreferencesTest, LockFileLeftBehindDoesNotHold) {
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}}));
 }
 
-TEST_F(PlistPreferencesTest, LockHeldForEverHoldsOnlyForItsLimit) {
+TEST_F(PlistPreferencesTest, LockHeldForEverBlocksOnlyUntilTheLimit) {
     ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
     const int other =
         open((m_path + QStringLiteral(".lock")).toUtf8().constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
@@ -315,7 +316,7 @@ TEST_F(PlistPreferencesTest, ThreadsKeepEachOthersKeys) {
     EXPECT_EQ(onDisk().size(), threads * keys);
 }
 
-/// Runs the work in a process of its own.
+/// Runs the work in a separate process.
 template <typename Work>
 pid_t inChild(Work work) {
     const pid_t child = fork();
@@ -347,7 +348,7 @@ TEST_F(PlistPreferencesTest, ProcessesKeepEachOthersKeys) {
     EXPECT_EQ(onDisk().size(), processes * keys);
 }
 
-TEST_F(PlistPreferencesTest, FileIsWholeWheneverAWriterIsKilled) {
+TEST_F(PlistPreferencesTest, FileIsCompleteWhenAWriterIsKilled) {
     PlistPreferences(m_path).setValue(one, QString(20000, u'x'));
     for (int round = 0; round < 40; ++round) {
         const pid_t child = inChild([this] {
@@ -356,7 +357,7 @@ TEST_F(PlistPreferencesTest, FileIsWholeWheneverAWriterIsKilled) {
                 store.setValues({{two, i}, {QStringLiteral("long"), QString(20000, u'y')}});
             }
         });
-        // Somewhere within the child's writing; the moment differs from round to round.
+        // At a different moment of the child's writing in each round.
         usleep(static_cast<useconds_t>(3000 + round * 137));
         ASSERT_EQ(kill(child, SIGKILL), 0);
         ASSERT_EQ(waitpid(child, nullptr, 0), child);
@@ -370,7 +371,7 @@ TEST_F(PlistPreferencesTest, FileIsWholeWheneverAWriterIsKilled) {
     EXPECT_EQ(onDisk().value(one), QVariant(qint64{1}));
 }
 
-TEST_F(PlistPreferencesTest, FullDiskLeavesTheOldFileWhole) {
+TEST_F(PlistPreferencesTest, FullDiskKeepsTheOldFile) {
     if (!sandbox::isInside()) {
         GTEST_SKIP() << "needs mount namespaces for a small disk";
     }

@@ -25,15 +25,15 @@ QByteArray xml(const QByteArray &inside) {
            "</dict></plist>";
 }
 
-/// What comes back of one value; invalid when nothing does.
+/// One value after writing and reading; invalid when it was not read.
 QVariant roundTrip(const QVariant &value) {
     const auto result = PropertyList::parse(PropertyList::write({{key, value}}));
     return result ? result->value(key) : QVariant();
 }
 
-class Carried : public ::testing::TestWithParam<QVariant> {};
+class RoundTrip : public ::testing::TestWithParam<QVariant> {};
 
-TEST_P(Carried, ComesBackWithItsType) {
+TEST_P(RoundTrip, IsReadAgainWithItsType) {
     const QVariant back = roundTrip(GetParam());
     EXPECT_EQ(back.typeId(), GetParam().typeId());
     EXPECT_EQ(back, GetParam());
@@ -42,7 +42,7 @@ TEST_P(Carried, ComesBackWithItsType) {
 const char16_t nulInside[] = u"a\0b\0";
 
 INSTANTIATE_TEST_SUITE_P(
-    Values, Carried,
+    Values, RoundTrip,
     ::testing::Values(
         QVariant(QStringLiteral("")), QVariant(QStringLiteral("  blanks  ")), QVariant(QStringLiteral("   ")),
         QVariant(QStringLiteral("<a&b>\"'")), QVariant(QStringLiteral("tab\tline\nend\n")),
@@ -72,13 +72,13 @@ TEST(PropertyListWrite, OtherIntegerTypesBecomeIntegers) {
     EXPECT_EQ(roundTrip(7U).typeId(), QMetaType::LongLong);
 }
 
-TEST(PropertyListWrite, LeavesOutWhatItCannotCarry) {
+TEST(PropertyListWrite, OmitsUnsupportedValues) {
     const QVariantMap map{{QString(QChar(u'\x02')), 1}, {QStringLiteral("good"), 2}};
     EXPECT_EQ(PropertyList::parse(PropertyList::write(map)),
               (QVariantMap{{QStringLiteral("good"), qint64{2}}}));
 }
 
-TEST(PropertyListWrite, OtherToolsReadIt) {
+TEST(PropertyListWrite, OtherToolsCanReadIt) {
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("a.plist"));
     ASSERT_TRUE(PropertyList::writeFile(
@@ -94,7 +94,7 @@ TEST(PropertyListWrite, OtherToolsReadIt) {
     EXPECT_EQ(python.readAllStandardOutput(), "5 fffe51530000\n");
 }
 
-TEST(PropertyListParse, ReadsBinaryOnes) {
+TEST(PropertyListParse, ReadsBinaryLists) {
     QProcess python;
     python.start(
         QStringLiteral("/usr/bin/python3"),
@@ -110,14 +110,14 @@ TEST(PropertyListParse, ReadsBinaryOnes) {
     EXPECT_EQ(map->value(QStringLiteral("d")).toMap().value(key), QVariant(QStringLiteral("v")));
 }
 
-TEST(PropertyListParse, RealsDoNotHangOnTheLocale) {
+TEST(PropertyListParse, RealsDoNotDependOnTheLocale) {
     QTemporaryDir folder;
     QProcess localedef;
     localedef.start(QStringLiteral("localedef"),
                     {QStringLiteral("-i"), QStringLiteral("de_DE"), QStringLiteral("-f"),
                      QStringLiteral("UTF-8"), folder.filePath(QStringLiteral("de_DE.UTF-8"))});
     if (!localedef.waitForFinished(60000) || localedef.exitCode() != 0) {
-        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+        GTEST_SKIP() << "no locale with a decimal comma can be created here";
     }
     ASSERT_TRUE(qputenv("LOCPATH", folder.path().toUtf8()));
     const QByteArray before = setlocale(LC_ALL, nullptr);
@@ -128,7 +128,7 @@ TEST(PropertyListParse, RealsDoNotHangOnTheLocale) {
     qunsetenv("LOCPATH");
 }
 
-TEST(PropertyListParse, RefusesWhatIsNoDictionary) {
+TEST(PropertyListParse, RefusesOtherRootsThanDictionaries) {
     for (const char *text : {"", "x", "<plist/>", "<plist version=\"1.0\"><array/></plist>", "bplist00",
                              "bplist01", "<?xml version=\"1.0\"?>", "{\"json\":1}", "<dict>"}) {
         EXPECT_FALSE(PropertyList::parse(text)) << text;
@@ -147,7 +147,7 @@ TEST(PropertyListParse, RefusesEntityDeclarations) {
                                      xml("<key>k</key><string>&a;</string>")));
 }
 
-TEST(PropertyListParse, BoundsDepth) {
+TEST(PropertyListParse, LimitsDepth) {
     const auto nested = [](int depth) {
         return xml("<key>k</key>" + QByteArray("<array>").repeated(depth) +
                    QByteArray("</array>").repeated(depth));
@@ -159,14 +159,14 @@ TEST(PropertyListParse, BoundsDepth) {
     EXPECT_FALSE(PropertyList::parse(xml("<key>k</key>" + QByteArray("<array>").repeated(1'000'000))));
 }
 
-TEST(PropertyListParse, BoundsSize) {
+TEST(PropertyListParse, LimitsSize) {
     EXPECT_FALSE(
         PropertyList::parse(xml("<key>k</key><string>" + QByteArray(17 * 1024 * 1024, 'x') + "</string>")));
     EXPECT_FALSE(PropertyList::parse(
         xml("<key>k</key><array>" + QByteArray("<true/>").repeated(500'000) + "</array>")));
 }
 
-/// A binary list of arrays, each holding the next one twice: 2^levels values when written out.
+/// A binary list of arrays, each containing the next one twice: 2^levels values when expanded.
 QByteArray sharedArrays(int levels) {
     QByteArray objects("bplist00");
     QByteArray offsets;
@@ -195,7 +195,7 @@ QByteArray sharedArrays(int levels) {
     return objects;
 }
 
-TEST(PropertyListParse, BoundsWhatSharedObjectsUnfoldTo) {
+TEST(PropertyListParse, LimitsExpandedSharedObjects) {
     EXPECT_TRUE(PropertyList::parse(sharedArrays(3)));
     EXPECT_FALSE(PropertyList::parse(sharedArrays(40)));
 }
@@ -203,12 +203,12 @@ TEST(PropertyListParse, BoundsWhatSharedObjectsUnfoldTo) {
 TEST(PropertyListParse, RefusesLoops) {
     QByteArray bytes = sharedArrays(3);
     const qsizetype at = bytes.indexOf('\xA2');
-    bytes[at + 1] = '\x02'; // the array holds itself
+    bytes[at + 1] = '\x02'; // the array contains itself
     EXPECT_FALSE(PropertyList::parse(bytes));
 }
 
 TEST(PropertyListParse, SurvivesAThousandHostileInputs) {
-    // Real lists with a few bytes changed, cut or doubled: they reach deepest into the parser.
+    // Real lists with a few bytes changed, removed or repeated reach deepest into the parser.
     const QVariantMap map{{QStringLiteral("text"), QStringLiteral("value &amp; more")},
                           {QStringLiteral("list"), QVariantList{1, 2.5, true, QByteArray("data")}},
                           {QStringLiteral("date"), QDateTime::fromSecsSinceEpoch(1, Qt::UTC)}};
@@ -259,7 +259,7 @@ protected:
     const QVariantMap m_map{{key, QStringLiteral("v")}};
 };
 
-TEST_F(PropertyListFile, IsPrivateWhateverTheMaskSays) {
+TEST_F(PropertyListFile, IsPrivateWithAnyUmask) {
     for (const mode_t mask : {0000U, 0077U, 0777U}) {
         const mode_t before = umask(mask);
         EXPECT_TRUE(PropertyList::writeFile(m_path, m_map));
@@ -274,7 +274,7 @@ TEST_F(PropertyListFile, IsPrivateWhateverTheMaskSays) {
     }
 }
 
-TEST_F(PropertyListFile, LinkIsReplacedByWritingAndNotFollowedByReading) {
+TEST_F(PropertyListFile, LinkIsReplacedWhenWrittenAndNotFollowedWhenRead) {
     const QString target = m_folder.filePath(QStringLiteral("target"));
     ASSERT_TRUE(PropertyList::writeFile(target, {{key, 1}}));
     ASSERT_TRUE(QFile::link(target, m_path));
@@ -291,7 +291,7 @@ TEST_F(PropertyListFile, ReadingDoesNotHangOnAPipe) {
 
 TEST_F(PropertyListFile, FailedWriteLeavesNothing) {
     EXPECT_FALSE(PropertyList::writeFile(m_folder.filePath(QStringLiteral("no/such/file")), m_map));
-    // A folder is in the way of the name.
+    // A folder with that name prevents the write.
     ASSERT_TRUE(QDir().mkpath(m_path + QStringLiteral("/x")));
     EXPECT_FALSE(PropertyList::writeFile(m_path, m_map));
     EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),

@@ -17,7 +17,7 @@ using platform::PkexecAuthorizationService;
 
 class PkexecAuthorizationServiceTest : public ::testing::Test {
 protected:
-    /// A tool in pkexec's place.
+    /// A tool that replaces pkexec.
     QByteArray tool(const QByteArray &script) const {
         QFile file(m_folder.filePath(QStringLiteral("pkexec")));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -36,7 +36,7 @@ protected:
     QTemporaryDir m_folder;
 };
 
-TEST_F(PkexecAuthorizationServiceTest, PassesArgumentsAsTheyAreAndRunsInTheFolder) {
+TEST_F(PkexecAuthorizationServiceTest, PassesArgumentsUnchangedAndRunsInTheFolder) {
     PkexecAuthorizationService service(tool("printf '[%s]' \"$@\"; pwd; exit 3\n"));
     EXPECT_TRUE(service.lookUp());
     const auto process = service.launch(
@@ -49,10 +49,10 @@ TEST_F(PkexecAuthorizationServiceTest, PassesArgumentsAsTheyAreAndRunsInTheFolde
     const auto status = service.wait(process.pid, true);
     ASSERT_TRUE(status);
     EXPECT_EQ(WEXITSTATUS(*status), 3);
-    EXPECT_FALSE(service.wait(process.pid, false)) << "told once";
+    EXPECT_FALSE(service.wait(process.pid, false)) << "the status is returned once";
 }
 
-TEST_F(PkexecAuthorizationServiceTest, LooksWithoutWaiting) {
+TEST_F(PkexecAuthorizationServiceTest, ChecksWithoutWaiting) {
     PkexecAuthorizationService service(tool("read -r _ </proc/self/fd/0; exec sleep 60\n"));
     const auto process = service.launch(QStringLiteral("/bin/x"), {}, QStringLiteral("/"));
     ASSERT_EQ(process.status, 0);
@@ -64,7 +64,7 @@ TEST_F(PkexecAuthorizationServiceTest, LooksWithoutWaiting) {
     close(process.outputDescriptor);
 }
 
-TEST_F(PkexecAuthorizationServiceTest, MissingToolAndBadStartsAreTold) {
+TEST_F(PkexecAuthorizationServiceTest, MissingToolAndFailedStartsAreReported) {
     PkexecAuthorizationService missing("/no/such/pkexec");
     EXPECT_FALSE(missing.lookUp());
     EXPECT_EQ(missing.launch(QStringLiteral("/bin/x"), {}, QStringLiteral("/")).status,

@@ -12,7 +12,7 @@ using platform::SecretServiceKeyStore;
 const QString id = QStringLiteral("id-1");
 const QString alice = QStringLiteral("alice");
 
-// One bus for the program: the library keeps its first connection.
+// One bus for the whole program, because the library keeps its first connection.
 class SecretServiceKeyStoreTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -41,7 +41,7 @@ protected:
             GTEST_SKIP() << "gnome-keyring-daemon is not installed";
         }
         ASSERT_TRUE(DesktopBus::isUp());
-        // A call before that would have the bus start another, locked one.
+        // An earlier call would make the bus start another, locked daemon.
         ASSERT_TRUE(DesktopBus::waitForName(QStringLiteral("org.freedesktop.secrets")));
     }
 
@@ -52,7 +52,7 @@ protected:
     SecretServiceKeyStore m_store;
 };
 
-TEST_F(SecretServiceKeyStoreTest, KeepsPasswordsByIdentifier) {
+TEST_F(SecretServiceKeyStoreTest, StoresPasswordsByIdentifier) {
     EXPECT_FALSE(m_store.password(id));
     const QByteArray secret = "pässwörd \"quoted\" \\ 😀";
     ASSERT_TRUE(m_store.add({id, alice, secret}));
@@ -81,7 +81,7 @@ TEST_F(SecretServiceKeyStoreTest, ListsEveryAccountOfALabel) {
     EXPECT_EQ(names, (QStringList{alice, QStringLiteral("bob")}));
 }
 
-TEST_F(SecretServiceKeyStoreTest, StandsForNothingWhenTheServiceHasGone) {
+TEST_F(SecretServiceKeyStoreTest, IsEmptyWhenTheServiceHasEnded) {
     ASSERT_TRUE(m_store.add({id, alice, "1"}));
     TearDownTestSuite();
     EXPECT_FALSE(m_store.password(id));

@@ -26,7 +26,7 @@ protected:
     SudoScriptingService m_service{m_resources.path()};
 };
 
-TEST_F(UserLine, GivesOutputWithoutItsLastLineFeed) {
+TEST_F(UserLine, ReturnsOutputWithoutItsLastLineFeed) {
     const ScriptResult result = m_service.runAsUser(QStringLiteral("printf 'a\\n\\nb\\n\\n'"));
     EXPECT_TRUE(result.succeeded);
     EXPECT_EQ(result.text, QStringLiteral("a\n\nb\n"));
@@ -34,14 +34,14 @@ TEST_F(UserLine, GivesOutputWithoutItsLastLineFeed) {
     EXPECT_TRUE(result.errorMessage.isNull());
 }
 
-TEST_F(UserLine, SilentSuccessGivesAnEmptyTextNotAnAbsentOne) {
+TEST_F(UserLine, SilentSuccessReturnsAnEmptyTextThatIsNotNull) {
     const ScriptResult result = m_service.runAsUser(QStringLiteral("true"));
     EXPECT_TRUE(result.succeeded);
     EXPECT_FALSE(result.text.isNull());
     EXPECT_TRUE(result.text.isEmpty());
 }
 
-TEST_F(UserLine, FailureGivesStatusAndStandardError) {
+TEST_F(UserLine, FailureReturnsStatusAndStandardError) {
     const ScriptResult result =
         m_service.runAsUser(QStringLiteral("echo out; echo 'went wrong' >&2; exit 7"));
     EXPECT_FALSE(result.succeeded);
@@ -50,7 +50,7 @@ TEST_F(UserLine, FailureGivesStatusAndStandardError) {
     EXPECT_EQ(result.errorMessage, QStringLiteral("went wrong"));
 }
 
-TEST_F(UserLine, SilentFailureHasAMessageAllTheSame) {
+TEST_F(UserLine, SilentFailureHasAMessageToo) {
     const ScriptResult result = m_service.runAsUser(QStringLiteral("exit 3"));
     EXPECT_EQ(result.errorMessage, QStringLiteral("The command ended with status 3."));
 }
@@ -59,7 +59,7 @@ TEST_F(UserLine, EndBySignalIsAFailure) {
     EXPECT_EQ(m_service.runAsUser(QStringLiteral("kill -9 $$")).errorNumber, 128 + 9);
 }
 
-TEST_F(UserLine, LineIsNeitherReQuotedNorTakenForAnOption) {
+TEST_F(UserLine, LineIsNeitherReQuotedNorReadAsAnOption) {
     EXPECT_EQ(m_service.runAsUser(QStringLiteral("printf %s 'a\"b\\c$d'")).text, QStringLiteral("a\"b\\c$d"));
     EXPECT_EQ(m_service.runAsUser(QStringLiteral("-x 2>/dev/null")).errorNumber, 127);
 }
@@ -81,12 +81,12 @@ TEST_F(UserLine, EnvironmentIsClean) {
     EXPECT_TRUE(text.contains(QStringLiteral("LC_ALL=C\n")));
 }
 
-TEST_F(UserLine, HasNoInputAndNoDescriptorOfOurs) {
+TEST_F(UserLine, HasNoInputAndNoInheritedDescriptor) {
     const int leak = dup(STDERR_FILENO);
     ASSERT_GE(leak, 0);
     const QString text = m_service.runAsUser(QStringLiteral("cat; ls /proc/self/fd | tr '\\n' ' '")).text;
     close(leak);
-    // 3 is the listing's own.
+    // 3 belongs to the listing itself.
     EXPECT_EQ(text, QStringLiteral("0 1 2 3 "));
 }
 
@@ -98,10 +98,10 @@ TEST_F(UserLine, DoesNotWaitForAChildThatHoldsTheOutput) {
     ASSERT_TRUE(result.succeeded);
     const pid_t left = result.text.toInt();
     ASSERT_GT(left, 1);
-    EXPECT_EQ(kill(left, SIGKILL), 0) << "the child is gone already";
+    EXPECT_EQ(kill(left, SIGKILL), 0) << "the child has already ended";
 }
 
-TEST_F(UserLine, AChildLeftBehindCanGoOnWriting) {
+TEST_F(UserLine, ChildLeftBehindCanContinueWriting) {
     const QString proof = m_resources.filePath(QStringLiteral("proof"));
     const ScriptResult result = m_service.runAsUser(
         QStringLiteral("(sleep 0.2; yes | head -c 200000; echo done >'%1') &").arg(proof));
@@ -114,38 +114,38 @@ TEST_F(UserLine, AChildLeftBehindCanGoOnWriting) {
     EXPECT_TRUE(QFile::exists(proof));
 }
 
-TEST_F(UserLine, TakesLongOutputOnBothStreams) {
+TEST_F(UserLine, AcceptsLongOutputOnBothStreams) {
     const ScriptResult result = m_service.runAsUser(
         QStringLiteral("head -c 1000000 /dev/zero | tr '\\0' x; head -c 300000 /dev/zero | tr '\\0' y >&2"));
     EXPECT_EQ(result.text.size(), 1000000);
 }
 
-TEST_F(UserLine, ANulCannotBePassed) {
+TEST_F(UserLine, NulCannotBePassed) {
     const ScriptResult result = m_service.runAsUser(QStringLiteral("echo a") + QChar(u'\0'));
     EXPECT_FALSE(result.succeeded);
     EXPECT_TRUE(result.errorNumber.has_value());
 }
 
-/// Lines as administrator, asked for by one of the sandbox's accounts.
+/// Lines as administrator, started by one of the sandbox's accounts.
 class AdministratorLine : public ::testing::Test {
 protected:
     void SetUp() override {
         if (!sandbox::hasAccounts()) {
-            GTEST_SKIP() << "needs root and namespaces of its own for throw-away accounts";
+            GTEST_SKIP() << "needs root and its own namespaces for temporary accounts";
         }
-        // The build folder need not be open to the accounts.
+        // The accounts may have no access to the build folder.
         QDir().mkpath(QStringLiteral("/run/tests/Resources"));
         ASSERT_TRUE(QFile::exists(m_helper) || QFile::copy(QStringLiteral(SCRIPTING_HELPER), m_helper));
     }
 
     /// Starts the helper as the account.
-    void start(QProcess &process, const QString &asker, const QString &line, const QString &name,
+    void start(QProcess &process, const QString &caller, const QString &line, const QString &name,
                const QString &password) const {
-        if (asker == QStringLiteral("root")) {
+        if (caller == QStringLiteral("root")) {
             process.start(m_helper, {m_resources});
         } else {
             process.start(QStringLiteral("setpriv"),
-                          {QStringLiteral("--reuid=") + asker, QStringLiteral("--regid=") + asker,
+                          {QStringLiteral("--reuid=") + caller, QStringLiteral("--regid=") + caller,
                            QStringLiteral("--init-groups"), QStringLiteral("--"), m_helper, m_resources});
         }
         process.write(line.toUtf8() + '\0' + name.toUtf8() + '\0' + password.toUtf8() + '\0');
@@ -166,10 +166,10 @@ protected:
         return result;
     }
 
-    ScriptResult run(const QString &asker, const QString &line, const QString &name,
+    ScriptResult run(const QString &caller, const QString &line, const QString &name,
                      const QString &password) const {
         QProcess process;
-        start(process, asker, line, name, password);
+        start(process, caller, line, name, password);
         return finish(process);
     }
 
@@ -200,7 +200,7 @@ protected:
            << result.errorMessage.toStdString() << '"';
 }
 
-/// The line `id -un` ran as root.
+/// Whether the line `id -un` ran as root.
 ::testing::AssertionResult becameRoot(const ScriptResult &result) {
     return explained(result.succeeded && result.text == QStringLiteral("root"), result);
 }
@@ -213,7 +213,7 @@ protected:
     return explained(!result.succeeded && result.errorNumber == 1 && !result.errorMessage.isEmpty(), result);
 }
 
-TEST_F(AdministratorLine, TheUserHimself) {
+TEST_F(AdministratorLine, TheUsersOwnAccount) {
     EXPECT_TRUE(becameRoot(run(m_ada, m_who, m_ada, m_adaPassword)));
 }
 
@@ -225,12 +225,12 @@ TEST_F(AdministratorLine, RootByName) {
     EXPECT_TRUE(becameRoot(run(m_joe, m_who, m_root, QStringLiteral("rootpw"))));
 }
 
-TEST_F(AdministratorLine, AskedByRoot) {
+TEST_F(AdministratorLine, RequestedByRoot) {
     EXPECT_TRUE(becameRoot(run(m_root, m_who, m_ada, m_adaPassword)));
     EXPECT_TRUE(becameRoot(run(m_root, m_who, m_root, QStringLiteral("rootpw"))));
 }
 
-TEST_F(AdministratorLine, FullNameForLogin) {
+TEST_F(AdministratorLine, FullNameInsteadOfLogin) {
     EXPECT_TRUE(becameRoot(run(m_joe, m_who, QStringLiteral("Ada Admin"), m_adaPassword)));
     EXPECT_TRUE(becameRoot(run(m_ada, m_who, QStringLiteral("Ada Admin"), m_adaPassword)));
 }
@@ -243,13 +243,13 @@ TEST_F(AdministratorLine, WrongPasswordIsNotARefusal) {
     EXPECT_TRUE(hadWrongPassword(run(m_root, m_who, m_root, QStringLiteral("no"))));
 }
 
-TEST_F(AdministratorLine, WrongPasswordReadsPlainly) {
+TEST_F(AdministratorLine, WrongPasswordHasAPlainMessage) {
     EXPECT_EQ(run(m_ada, m_who, m_ada, QStringLiteral("no")).errorMessage,
               QStringLiteral("Sorry, try again."));
 }
 
 TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
-    // sudo would ask three times. Each question it asks runs the counter.
+    // sudo would prompt three times. Each of its prompts runs the counter.
     QFile counter(QStringLiteral("/run/tests/counter"));
     ASSERT_TRUE(counter.open(QIODevice::WriteOnly));
     counter.write("#!/bin/sh\necho x >>/run/tests/attempts\n");
@@ -263,7 +263,7 @@ TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
     rules.close();
     QFile log(QStringLiteral("/run/tests/attempts"));
     EXPECT_TRUE(hadWrongPassword(run(m_joe, m_who, m_ada, QStringLiteral("no"))));
-    EXPECT_FALSE(log.exists()) << "su refused the password, and sudo was asked all the same";
+    EXPECT_FALSE(log.exists()) << "su refused the password, but sudo was started";
     EXPECT_TRUE(hadWrongPassword(run(m_ada, m_who, m_ada, QStringLiteral("no"))));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
     EXPECT_LE(log.readAll().count('x'), 2) << "more than one attempt and the empty one that ends it";
@@ -271,13 +271,13 @@ TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
     rules.write(before);
 }
 
-TEST_F(AdministratorLine, AnAccountThatMayNotIsRefused) {
+TEST_F(AdministratorLine, AccountWithoutRightsIsRefused) {
     EXPECT_TRUE(wasRefused(run(m_norm, m_who, m_norm, QStringLiteral("normpw"))));
     EXPECT_TRUE(wasRefused(run(m_joe, m_who, m_norm, QStringLiteral("normpw"))));
     EXPECT_TRUE(wasRefused(run(m_root, m_who, m_norm, QStringLiteral("normpw"))));
 }
 
-TEST_F(AdministratorLine, AnAccountThatMayOnlyDoOtherThingsIsRefused) {
+TEST_F(AdministratorLine, AccountWithOtherRightsOnlyIsRefused) {
     QFile rule(QStringLiteral("/etc/sudoers.d/norm"));
     ASSERT_TRUE(rule.open(QIODevice::WriteOnly));
     rule.write("norm ALL=(ALL) /bin/ls\n");
@@ -286,12 +286,12 @@ TEST_F(AdministratorLine, AnAccountThatMayOnlyDoOtherThingsIsRefused) {
     EXPECT_TRUE(rule.remove());
 }
 
-TEST_F(AdministratorLine, AnAccountWithoutAShellIsRefused) {
+TEST_F(AdministratorLine, AccountWithoutAShellIsRefused) {
     EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("nologin"), QStringLiteral("nologinpw"))));
 }
 
 TEST_F(AdministratorLine, UnknownAndAbsentNamesAndPasswordsAreRefused) {
-    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("nobody-here"), m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("no-such-account"), m_adaPassword)));
     EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("-c"), m_adaPassword)));
     EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("--login"), m_adaPassword)));
     EXPECT_TRUE(wasRefused(run(m_joe, m_who, QString(), m_adaPassword)));
@@ -317,27 +317,27 @@ TEST_F(AdministratorLine, AnyPasswordOfOneLineWorks) {
     setPassword(QStringLiteral("ada"), m_adaPassword);
 }
 
-TEST_F(AdministratorLine, APasswordOfTwoLinesIsWrongAndNotSent) {
+TEST_F(AdministratorLine, PasswordOfTwoLinesIsWrongAndNotSent) {
     EXPECT_TRUE(hadWrongPassword(run(m_ada, m_who, m_ada, m_adaPassword + QStringLiteral("\nada pw"))));
 }
 
-TEST_F(AdministratorLine, StatusAndOutputsComeThrough) {
-    for (const QString &asker : {m_ada, m_joe, m_root}) {
+TEST_F(AdministratorLine, StatusAndOutputsAreReturned) {
+    for (const QString &caller : {m_ada, m_joe, m_root}) {
         const ScriptResult failed =
-            run(asker, QStringLiteral("echo out; echo 'a\"b' >&2; exit 7"), m_ada, m_adaPassword);
+            run(caller, QStringLiteral("echo out; echo 'a\"b' >&2; exit 7"), m_ada, m_adaPassword);
         EXPECT_FALSE(failed.succeeded);
         EXPECT_EQ(failed.errorNumber, 7);
         EXPECT_EQ(failed.errorMessage, QStringLiteral("a\"b"));
         const ScriptResult fine =
-            run(asker, QStringLiteral("printf '%s\\n' \"a'b\\\\c\" \\$x"), m_ada, m_adaPassword);
+            run(caller, QStringLiteral("printf '%s\\n' \"a'b\\\\c\" \\$x"), m_ada, m_adaPassword);
         EXPECT_EQ(fine.text, QStringLiteral("a'b\\c\n$x"));
     }
 }
 
 TEST_F(AdministratorLine, LineHasNoInputAndResourcesFirst) {
-    for (const QString &asker : {m_ada, m_joe, m_root}) {
+    for (const QString &caller : {m_ada, m_joe, m_root}) {
         const ScriptResult result =
-            run(asker, QStringLiteral("cat; printf %s \"${PATH%%:*}|$LC_ALL\""), m_ada, m_adaPassword);
+            run(caller, QStringLiteral("cat; printf %s \"${PATH%%:*}|$LC_ALL\""), m_ada, m_adaPassword);
         EXPECT_EQ(result.text, QStringLiteral("/run/tests/Resources|C"));
     }
 }
@@ -353,18 +353,18 @@ TEST_F(AdministratorLine, WithoutAPasswordRuleTheLineStillGetsNoInput) {
 }
 
 TEST_F(AdministratorLine, DoesNotWaitForABackgroundChildAndDoesNotKillIt) {
-    for (const QString &asker : {m_ada, m_joe, m_root}) {
+    for (const QString &caller : {m_ada, m_joe, m_root}) {
         QElapsedTimer clock;
         clock.start();
-        const ScriptResult result = run(asker, QStringLiteral("sleep 30 & echo $!"), m_ada, m_adaPassword);
+        const ScriptResult result = run(caller, QStringLiteral("sleep 30 & echo $!"), m_ada, m_adaPassword);
         EXPECT_LT(clock.elapsed(), 15000);
         const pid_t left = result.text.toInt();
         ASSERT_GT(left, 1) << result.errorMessage.toStdString();
-        EXPECT_EQ(kill(left, SIGKILL), 0) << "the child is gone already";
+        EXPECT_EQ(kill(left, SIGKILL), 0) << "the child has already ended";
     }
 }
 
-/// What every process of the namespace shows of itself.
+/// The data that every process of the namespace shows.
 QByteArray everythingVisible() {
     QByteArray seen;
     const QStringList processes =
@@ -383,11 +383,11 @@ QByteArray everythingVisible() {
 TEST_F(AdministratorLine, PasswordIsNeverVisible) {
     const QString secret = QStringLiteral("visible-Secret-1");
     setPassword(QStringLiteral("ada"), secret);
-    // A right one while the line runs, a wrong one during sudo's delay.
+    // The right password while the line runs, a wrong one during sudo's delay.
     for (const QString &password : QStringList{secret, secret + QStringLiteral("x")}) {
-        for (const QString &asker : {m_ada, m_joe, m_root}) {
+        for (const QString &caller : {m_ada, m_joe, m_root}) {
             QProcess process;
-            start(process, asker, QStringLiteral("sleep 0.7"), m_ada, password);
+            start(process, caller, QStringLiteral("sleep 0.7"), m_ada, password);
             QByteArray seen;
             int looks = 0;
             while (!process.waitForFinished(5)) {
@@ -395,7 +395,7 @@ TEST_F(AdministratorLine, PasswordIsNeverVisible) {
                 ++looks;
             }
             EXPECT_GT(looks, 2);
-            EXPECT_TRUE(seen.contains("sudo")) << "the look-out saw nothing";
+            EXPECT_TRUE(seen.contains("sudo")) << "no process was observed";
             EXPECT_FALSE(seen.contains(secret.toUtf8()));
         }
     }

@@ -1,4 +1,4 @@
-// Runs one administrator line for the user that started it. Takes line, name and password from standard
+// Runs one administrator line for the user that started it. Reads line, name and password from standard
 // input, each ended by NUL; a field that is a single \x01 is an absent text. Writes "1" or "0", the text, the
 // error number ("-" for none) and the message, each ended by NUL.
 

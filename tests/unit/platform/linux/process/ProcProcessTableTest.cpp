@@ -45,7 +45,7 @@ TEST(ProcProcessTableTest, HoldsThisProcessUnderItsShortName) {
     EXPECT_STREQ(own->name.data(), "a-name-beyond-f");
 }
 
-TEST(ProcProcessTableTest, SeesProcessesComeAndGo) {
+TEST(ProcProcessTableTest, ContainsStartedAndNotEndedProcesses) {
     QProcess child;
     child.start(QStringLiteral("sleep"), {QStringLiteral("60")});
     ASSERT_TRUE(child.waitForStarted());
@@ -60,7 +60,7 @@ TEST(ProcProcessTableTest, SeesProcessesComeAndGo) {
     EXPECT_FALSE(has(snapshot(ProcProcessTable())));
 }
 
-TEST(ProcProcessTableTest, LeavesOutWhatHasEndedAndWaitsForItsParent) {
+TEST(ProcProcessTableTest, OmitsEndedProcessesThatWaitForTheirParent) {
     const pid_t child = fork();
     if (child == 0) {
         pause();
@@ -73,21 +73,21 @@ TEST(ProcProcessTableTest, LeavesOutWhatHasEndedAndWaitsForItsParent) {
     };
     EXPECT_TRUE(isListed());
     kill(child, SIGKILL);
-    EXPECT_FALSE(isListed()) << "from the signal on, whether it has ended by now or not";
+    EXPECT_FALSE(isListed()) << "omitted from the signal on, whether it has ended yet or not";
     siginfo_t ended{};
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT), 0);
-    EXPECT_FALSE(isListed()) << "still there for its parent";
+    EXPECT_FALSE(isListed()) << "still in the table for its parent";
     waitpid(child, nullptr, 0);
 }
 
-class MadeUpTable : public ::testing::Test {
+class FakeProcTable : public ::testing::Test {
 protected:
     void process(const QString &pid, const QByteArray &name) const {
         ASSERT_TRUE(QDir(m_folder.path()).mkpath(pid));
         write(pid + QStringLiteral("/comm"), name);
     }
 
-    /// A process with this state, these flags and this mask of waiting signals.
+    /// Adds a process with this state, these flags and this mask of pending signals.
     void process(const QString &pid, const QByteArray &state, const QByteArray &flags,
                  const QByteArray &pending) const {
         process(pid, "a) Z 1 2\n");
@@ -114,7 +114,7 @@ protected:
     const ProcProcessTable m_table{m_folder.path().toUtf8()};
 };
 
-TEST_F(MadeUpTable, TakesProcessFoldersOnly) {
+TEST_F(FakeProcTable, ReadsProcessFoldersOnly) {
     process(QStringLiteral("1"), "init\n");
     process(QStringLiteral("77x"), "no\n");
     process(QStringLiteral("sys"), "no\n");
@@ -122,13 +122,13 @@ TEST_F(MadeUpTable, TakesProcessFoldersOnly) {
     ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("43")));
     auto rows = snapshot(m_table);
     std::sort(rows.begin(), rows.end(), [](const auto &a, const auto &b) { return a.pid < b.pid; });
-    ASSERT_EQ(rows.size(), 2U) << "one that has no name any more is gone";
+    ASSERT_EQ(rows.size(), 2U) << "a process without a name has ended";
     EXPECT_STREQ(rows[0].name.data(), "init");
     EXPECT_STREQ(rows[1].name.data(), "fifteen-letters");
     EXPECT_EQ(rows[1].pid, 42);
 }
 
-TEST_F(MadeUpTable, TellsWhenItHasGrown) {
+TEST_F(FakeProcTable, ReportsThatItHasGrown) {
     process(QStringLiteral("1"), "a\n");
     std::size_t count = 0;
     ASSERT_EQ(m_table.query(nullptr, count), 0);
@@ -138,25 +138,25 @@ TEST_F(MadeUpTable, TellsWhenItHasGrown) {
     EXPECT_EQ(m_table.query(rows.data(), count), ENOMEM);
 }
 
-TEST_F(MadeUpTable, ListsWhatLives) {
+TEST_F(FakeProcTable, ListsRunningProcesses) {
     process(QStringLiteral("1"), "S", "4194304", "0");
     process(QStringLiteral("2"), "R", "1077936384", "16384");
     EXPECT_THAT(listed(), testing::UnorderedElementsAre(1, 2));
 }
 
-TEST_F(MadeUpTable, LeavesOutTheDead) {
+TEST_F(FakeProcTable, OmitsEndedProcesses) {
     process(QStringLiteral("1"), "Z", "4194304", "0");
     process(QStringLiteral("2"), "X", "4194304", "0");
     EXPECT_THAT(listed(), testing::IsEmpty());
 }
 
-TEST_F(MadeUpTable, LeavesOutWhatIsEnding) {
+TEST_F(FakeProcTable, OmitsEndingProcesses) {
     process(QStringLiteral("1"), "D", "4194308", "0");
     process(QStringLiteral("2"), "S", "4194304", "256");
     EXPECT_THAT(listed(), testing::IsEmpty());
 }
 
-TEST_F(MadeUpTable, TakesAnUnknownFormForAlive) {
+TEST_F(FakeProcTable, TreatsAnUnknownFormatAsRunning) {
     process(QStringLiteral("1"), "a\n");
     write(QStringLiteral("1/stat"), "1 (a");
     process(QStringLiteral("2"), "b\n");
@@ -166,7 +166,7 @@ TEST_F(MadeUpTable, TakesAnUnknownFormForAlive) {
     EXPECT_THAT(listed(), testing::UnorderedElementsAre(1, 2, 3));
 }
 
-TEST(ProcProcessTableFailure, GivesTheErrno) {
+TEST(ProcProcessTableFailure, ReturnsTheErrno) {
     std::size_t count = 7;
     EXPECT_EQ(ProcProcessTable("/no/such/folder").query(nullptr, count), ENOENT);
 }

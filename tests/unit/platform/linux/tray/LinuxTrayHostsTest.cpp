@@ -24,12 +24,13 @@ using platform::TraySelectionWatch;
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 
-/// A status notifier watcher on a thread of its own, as the real ones are in processes of their own.
+/// A status notifier watcher on its own thread, as real watchers have their own processes.
 class FakeWatcher final : public QDBusVirtualObject {
 public:
-    enum class Manner { Usual, NotListed, Hanging };
+    enum class Behaviour { Usual, NotListed, Hanging };
 
-    explicit FakeWatcher(bool host, Manner behaviour = Manner::Usual) : m_hasHost(host), m_manner(behaviour) {
+    explicit FakeWatcher(bool host, Behaviour behaviour = Behaviour::Usual)
+        : m_hasHost(host), m_behaviour(behaviour) {
         moveToThread(&m_thread);
         m_thread.start();
         m_bus.registerVirtualObject(watcherPath, this);
@@ -57,7 +58,7 @@ public:
     }
 
     [[nodiscard]] QString introspect(const QString & /*path*/) const override {
-        return m_manner == Manner::NotListed
+        return m_behaviour == Behaviour::NotListed
                    ? QString()
                    : QStringLiteral(
                          "<interface name=\"%1\"><property name=\"IsStatusNotifierHostRegistered\" "
@@ -69,7 +70,7 @@ public:
         if (message.member() != QLatin1String("Get")) {
             return false;
         }
-        if (m_manner == Manner::Hanging) {
+        if (m_behaviour == Behaviour::Hanging) {
             message.setDelayedReply(true);
             return true;
         }
@@ -81,7 +82,7 @@ private:
                                                           QStringLiteral("watcher"));
     QThread m_thread;
     std::atomic_bool m_hasHost;
-    const Manner m_manner;
+    const Behaviour m_behaviour;
     bool m_owned = false;
 };
 
@@ -102,13 +103,13 @@ TEST_F(StatusNotifierWatchTest, NoWatcherIsNoHost) {
     EXPECT_FALSE(StatusNotifierWatch().hostRegistered());
 }
 
-TEST_F(StatusNotifierWatchTest, HostThatIsThereIsKnownAtOnce) {
+TEST_F(StatusNotifierWatchTest, ExistingHostIsKnownAtOnce) {
     const FakeWatcher watcher(true);
     ASSERT_TRUE(watcher.isUp());
     EXPECT_TRUE(StatusNotifierWatch().hostRegistered());
 }
 
-TEST_F(StatusNotifierWatchTest, LateWatcherIsTold) {
+TEST_F(StatusNotifierWatchTest, LateWatcherIsReported) {
     StatusNotifierWatch watch;
     int changes = 0;
     watch.setChangeHandler([&changes] { ++changes; });
@@ -118,20 +119,20 @@ TEST_F(StatusNotifierWatchTest, LateWatcherIsTold) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(StatusNotifierWatchTest, WatcherThatDiesAndComesBackIsTold) {
+TEST_F(StatusNotifierWatchTest, RestartedWatcherIsReported) {
     StatusNotifierWatch watch;
-    QList<bool> told;
-    watch.setChangeHandler([&] { told.append(watch.hostRegistered()); });
+    QList<bool> states;
+    watch.setChangeHandler([&] { states.append(watch.hostRegistered()); });
     auto watcher = std::make_unique<FakeWatcher>(true);
     ASSERT_TRUE(spinUntil([&] { return watch.hostRegistered(); }));
     watcher.reset();
     ASSERT_TRUE(spinUntil([&] { return !watch.hostRegistered(); }));
     watcher = std::make_unique<FakeWatcher>(true);
     ASSERT_TRUE(spinUntil([&] { return watch.hostRegistered(); }));
-    EXPECT_EQ(told, (QList<bool>{true, false, true}));
+    EXPECT_EQ(states, (QList<bool>{true, false, true}));
 }
 
-TEST_F(StatusNotifierWatchTest, HostThatComesAfterItsWatcherIsTold) {
+TEST_F(StatusNotifierWatchTest, HostThatStartsAfterItsWatcherIsReported) {
     FakeWatcher watcher(false);
     StatusNotifierWatch watch;
     EXPECT_FALSE(watch.hostRegistered());
@@ -141,13 +142,13 @@ TEST_F(StatusNotifierWatchTest, HostThatComesAfterItsWatcherIsTold) {
     EXPECT_TRUE(spinUntil([&] { return !watch.hostRegistered(); }));
 }
 
-TEST_F(StatusNotifierWatchTest, WatcherThatDoesNotListItsHostsIsOfNoUse) {
-    const FakeWatcher watcher(true, FakeWatcher::Manner::NotListed);
+TEST_F(StatusNotifierWatchTest, WatcherWithoutHostPropertyCountsAsNoHost) {
+    const FakeWatcher watcher(true, FakeWatcher::Behaviour::NotListed);
     EXPECT_FALSE(StatusNotifierWatch().hostRegistered());
 }
 
-TEST_F(StatusNotifierWatchTest, HangingWatcherHoldsNobodyUp) {
-    const FakeWatcher watcher(true, FakeWatcher::Manner::Hanging);
+TEST_F(StatusNotifierWatchTest, HangingWatcherDoesNotBlock) {
+    const FakeWatcher watcher(true, FakeWatcher::Behaviour::Hanging);
     QElapsedTimer timer;
     timer.start();
     const StatusNotifierWatch watch;
@@ -155,7 +156,7 @@ TEST_F(StatusNotifierWatchTest, HangingWatcherHoldsNobodyUp) {
     EXPECT_LT(timer.elapsed(), 5000); // the bus itself would wait for 25 seconds
 }
 
-/// An X server of the test's own, and a tray on it.
+/// A separate X server with a tray.
 class TraySelectionTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -183,7 +184,7 @@ protected:
 std::unique_ptr<QProcess> TraySelectionTest::m_server;
 QByteArray TraySelectionTest::m_display;
 
-/// Owns the tray selection as an embedding tray does, until it goes.
+/// Owns the tray selection like an embedding tray, until it is destroyed.
 class FakeTray {
 public:
     explicit FakeTray(const QByteArray &display) : m_connection(xcb_connect(display.constData(), nullptr)) {
@@ -220,7 +221,7 @@ private:
         return found;
     }
 
-    /// Returns when the server has done everything asked for.
+    /// Returns when the server has processed all requests.
     void finish() const {
         std::free(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
     }
@@ -232,26 +233,26 @@ TEST_F(TraySelectionTest, NoServerIsNoTray) {
     EXPECT_FALSE(TraySelectionWatch(QByteArrayLiteral(":nowhere")).owned());
 }
 
-TEST_F(TraySelectionTest, TrayThatIsThereIsKnownAtOnce) {
+TEST_F(TraySelectionTest, ExistingTrayIsKnownAtOnce) {
     EXPECT_FALSE(TraySelectionWatch(m_display).owned());
     const FakeTray tray(m_display);
     EXPECT_TRUE(TraySelectionWatch(m_display).owned());
 }
 
-TEST_F(TraySelectionTest, TrayThatComesGoesAndComesBackIsTold) {
+TEST_F(TraySelectionTest, StartedEndedAndRestartedTrayIsReported) {
     TraySelectionWatch watch(m_display);
-    QList<bool> told;
-    watch.setChangeHandler([&] { told.append(watch.owned()); });
+    QList<bool> states;
+    watch.setChangeHandler([&] { states.append(watch.owned()); });
     auto tray = std::make_unique<FakeTray>(m_display);
     ASSERT_TRUE(spinUntil([&] { return watch.owned(); }));
     tray.reset();
     ASSERT_TRUE(spinUntil([&] { return !watch.owned(); }));
     tray = std::make_unique<FakeTray>(m_display);
     ASSERT_TRUE(spinUntil([&] { return watch.owned(); }));
-    EXPECT_EQ(told, (QList<bool>{true, false, true}));
+    EXPECT_EQ(states, (QList<bool>{true, false, true}));
 }
 
-TEST_F(TraySelectionTest, TrayThatTakesOverIsFollowed) {
+TEST_F(TraySelectionTest, NewOwnerOfTheSelectionIsWatched) {
     TraySelectionWatch watch(m_display);
     auto first = std::make_unique<FakeTray>(m_display);
     ASSERT_TRUE(spinUntil([&] { return watch.owned(); }));
@@ -259,7 +260,7 @@ TEST_F(TraySelectionTest, TrayThatTakesOverIsFollowed) {
     first.reset();
     deliverQueued();
     EXPECT_TRUE(watch.owned());
-    second.reset(); // not noticed if the watch had stayed with the first
+    second.reset(); // not noticed if the first owner were still watched
     EXPECT_TRUE(spinUntil([&] { return !watch.owned(); }));
 }
 
