@@ -26,9 +26,11 @@ void onSignal(int /*number*/) {
 
 void hardenProcess() {
     umask(077);
+#ifndef QUORVANE_DEBUGGABLE
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
     prctl(PR_SET_DUMPABLE, 0);
+#endif
 }
 
 QuitSignals::QuitSignals(QObject *parent) : QObject(parent) {
