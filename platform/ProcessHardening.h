@@ -7,8 +7,8 @@ class QSocketNotifier;
 namespace quorvane::platform {
 
 /// Makes every file that the process creates private (umask 077) and disables its core dumps, which would
-/// contain the administrator's password; a debug build keeps them, so that a debugger can attach. Called first in
-/// main().
+/// contain the administrator's password; a debug build keeps them, so that a debugger can attach. Called
+/// first in main().
 void hardenProcess();
 
 /// Emits quitRequested on the main thread's event loop after SIGTERM, SIGINT or SIGHUP, so that the tunnel is
