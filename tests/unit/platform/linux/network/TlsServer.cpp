@@ -38,7 +38,7 @@ TestCertificates::TestCertificates() {
                             {"sh", "-c", script, "sh", m_folder.path().toUtf8()},
                             {QByteArray("PATH=") + platform::systemPath},
                             "/"});
-    m_made = outcome.startFailure == 0 && outcome.status == 0;
+    m_created = outcome.startFailure == 0 && outcome.status == 0;
 }
 
 TlsServer::TlsServer(const TestCertificates &certificates, const QString &certificate,
@@ -90,8 +90,8 @@ void TlsServer::serve(const QSslConfiguration &configuration, const QByteArray &
     m_listening.set_value(server.serverPort());
     const auto end = m_ending.get_future();
     // Wakes the loop to check whether the server ends.
-    QTimer beat;
-    beat.start(10);
+    QTimer wakeUpTimer;
+    wakeUpTimer.start(10);
     while (end.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
         loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }

@@ -16,7 +16,7 @@ class TestCertificates {
 public:
     TestCertificates();
 
-    [[nodiscard]] bool areMade() const { return m_made; }
+    [[nodiscard]] bool areMade() const { return m_created; }
 
     [[nodiscard]] QString authority() const { return path(QStringLiteral("ca.crt")); }
 
@@ -24,7 +24,7 @@ public:
 
 private:
     QTemporaryDir m_folder;
-    bool m_made = false;
+    bool m_created = false;
 };
 
 /// An HTTPS server on 127.0.0.1 that sends the same answer to every request.
