@@ -8,9 +8,9 @@ namespace quorvane::platform {
 
 /// The user's preferences: a flat table of typed values under text keys.
 ///
-/// Values are texts (any UTF-16, U+0000 included), integers (qint64), booleans, reals and raw bytes. A value
-/// that was set is returned by every later read in the process; it is written to the disk in the background,
-/// and synchronize() waits until that is done. All operations may be called from any thread.
+/// Values are texts (any UTF-16, U+0000 included), integers (qint64), booleans, reals and raw bytes. Every
+/// later read in the process returns a value that was set. It may not be on the disk yet; synchronize() waits
+/// until it is. All operations may be called from any thread.
 class PreferencesStore {
 public:
     virtual ~PreferencesStore() = default;

@@ -67,7 +67,7 @@ public:
             live = m_shared->targets;
         }
         for (Target *target : live) {
-            if (m_shared->isLive(target) && target->key == key) {
+            if (m_shared->exists(target) && target->key == key) {
                 target->delivery.report(flags);
             }
         }
@@ -119,7 +119,7 @@ private:
     class Target;
 
     struct Shared {
-        [[nodiscard]] bool isLive(const Target *target) {
+        [[nodiscard]] bool exists(const Target *target) {
             const std::lock_guard lock(mutex);
             return std::find(targets.begin(), targets.end(), target) != targets.end();
         }

@@ -61,14 +61,14 @@ void checkLabels(const ServerModel &model) {
         });
         must(known, "a label that begins like a group's has the country and code of such a group");
     }
-    const QString strange = QStringLiteral("\uE000");
+    const QString unknownLabel = QStringLiteral("\uE000");
     const bool emptyLabel = std::any_of(model.groups().begin(), model.groups().end(), [&](const auto &group) {
-        return strange.startsWith(group->cityCountry);
+        return unknownLabel.startsWith(group->cityCountry);
     });
     if (!emptyLabel) {
-        must(model.getCountryByLocationForVPN(strange) == QStringLiteral("xx"),
+        must(model.getCountryByLocationForVPN(unknownLabel) == QStringLiteral("xx"),
              "an unknown label has no flag");
-        must(model.getCodeByLocationForVPN(strange).isNull(), "an unknown label has no code");
+        must(model.getCodeByLocationForVPN(unknownLabel).isNull(), "an unknown label has no code");
     }
 }
 

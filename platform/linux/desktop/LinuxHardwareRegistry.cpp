@@ -29,8 +29,8 @@ QByteArray ethernetAddress(const QDir &device) {
     }
     const QByteArray text = entry(device.filePath(QStringLiteral("address")));
     const QByteArray bytes = QByteArray::fromHex(text);
-    const bool isWritten = text == bytes.toHex(':') && bytes.size() == addressSize;
-    return isWritten && bytes.count('\0') != addressSize ? bytes : QByteArray();
+    const bool isAddress = text == bytes.toHex(':') && bytes.size() == addressSize;
+    return isAddress && bytes.count('\0') != addressSize ? bytes : QByteArray();
 }
 
 } // namespace

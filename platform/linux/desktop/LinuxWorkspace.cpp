@@ -149,10 +149,10 @@ void LinuxWorkspace::notify(const QString &title, const QString &text) {
     QDBusMessage call = QDBusMessage::createMethodCall(
         service, QStringLiteral("/org/freedesktop/Notifications"), service, QStringLiteral("Notify"));
     constexpr uint replacesNone = 0;
-    constexpr int serversOwnTime = -1;
+    constexpr int serverDefaultTimeout = -1;
     // The title is plain text; the body may be read as markup.
     call << QStringLiteral("Quorvane") << replacesNone << QString() << title << text.toHtmlEscaped()
-         << QStringList() << QVariantMap() << serversOwnTime;
+         << QStringList() << QVariantMap() << serverDefaultTimeout;
     bus.asyncCall(call);
 }
 

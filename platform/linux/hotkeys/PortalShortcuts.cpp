@@ -122,7 +122,7 @@ bool PortalShortcuts::isAvailable() const {
 }
 
 /// Uses a separate connection: the portal must receive the program's name before any other message on it, and
-/// it receives no answers to other parts of the program.
+/// only this class receives the answers.
 void PortalShortcuts::open() {
     qDBusRegisterMetaType<PortalShortcutRecord>();
     qDBusRegisterMetaType<QList<PortalShortcutRecord>>();

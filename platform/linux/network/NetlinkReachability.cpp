@@ -29,7 +29,7 @@ constexpr std::uint32_t anyAddress = 0;
 constexpr std::uint32_t linkLocalNetwork = 0xA9FE0000;
 constexpr int linkLocalPrefix = 16;
 /// Milliseconds until a name that could not be resolved is looked up again if the network does not change.
-constexpr int unresolvedPause = 15000;
+constexpr int retryMilliseconds = 15000;
 
 std::optional<std::uint32_t> flagsOfDefaultRoute() {
     const auto present = RouteTable::hasDefaultRoute();
@@ -132,7 +132,7 @@ void run(const std::shared_ptr<Watch> &watch) {
         std::array<pollfd, 2> watched{
             {{watch->changes.descriptor(), POLLIN, 0}, {watch->wake.get(), POLLIN, 0}}};
         const bool resolved = watch->resolver.address().has_value();
-        const int ready = ::poll(watched.data(), watched.size(), resolved ? -1 : unresolvedPause);
+        const int ready = ::poll(watched.data(), watched.size(), resolved ? -1 : retryMilliseconds);
         eventfd_t count = 0;
         if (watched[1].revents != 0) {
             ::eventfd_read(watch->wake.get(), &count);

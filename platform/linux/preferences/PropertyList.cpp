@@ -64,7 +64,7 @@ QDateTime epoch() {
 
 /// Whether an XML text can contain it unchanged. It cannot contain a carriage return: readers turn it into a
 /// line feed.
-bool isCarriedByXml(const QString &text) {
+bool isValidInXml(const QString &text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar unit = text[i];
         if (unit.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
@@ -109,7 +109,7 @@ Node dataNode(const QByteArray &bytes) {
 }
 
 Node textNode(const QString &text) {
-    if (!isCarriedByXml(text)) {
+    if (!isValidInXml(text)) {
         return dataNode(markedText(text));
     }
     return Node(plist_new_string(text.toUtf8().constData()));
@@ -143,7 +143,7 @@ Node listNode(const QVariantList &list, int depth) {
 Node mapNode(const QVariantMap &map, int depth) {
     Node node(plist_new_dict());
     for (auto entry = map.begin(); entry != map.end(); ++entry) {
-        if (!isCarriedByXml(entry.key())) {
+        if (!isValidInXml(entry.key())) {
             continue;
         }
         if (Node child = toNode(*entry, depth + 1)) {

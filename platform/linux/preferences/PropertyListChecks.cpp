@@ -128,9 +128,9 @@ private:
             return marker == 0x33U && fits(at + 1, power, 1);
         case 0x4: // data
         case 0x5: // ASCII text
-            return readCount(at, count) && fits(at, count, 1) && spend(count);
+            return readCount(at, count) && fits(at, count, 1) && addContent(count);
         case 0x6: // UTF-16 text
-            return readCount(at, count) && fits(at, count, 2) && spend(count * 2);
+            return readCount(at, count) && fits(at, count, 2) && addContent(count * 2);
         case 0xA: // array
             return readCount(at, count) && fits(at, count, static_cast<quint64>(m_referenceSize)) &&
                    visitChildren(at, count, depth);
@@ -173,7 +173,7 @@ private:
     }
 
     /// Shared long values are counted each time they are met, too.
-    [[nodiscard]] bool spend(quint64 size) {
+    [[nodiscard]] bool addContent(quint64 size) {
         m_contentBytes += size;
         return m_contentBytes <= static_cast<quint64>(maximumSize);
     }

@@ -63,7 +63,7 @@ bool isEnding(int folder, const char *process) {
     constexpr std::size_t flagsField = 6; // counted from the state, which follows the name
     constexpr std::size_t pendingField = 28;
     constexpr unsigned long long exiting = 0x4; // PF_EXITING
-    constexpr unsigned long long killPending = 1ULL << (SIGKILL - 1);
+    constexpr unsigned long long pendingKill = 1ULL << (SIGKILL - 1);
     std::array<char, 1024> buffer{};
     std::string_view text = readFile(folder, process, "stat", buffer);
     const auto nameEnd = text.rfind(") ");
@@ -77,7 +77,7 @@ bool isEnding(int folder, const char *process) {
     for (std::size_t field = 0; !text.empty() && field <= pendingField; ++field) {
         const std::string_view value = text.substr(0, text.find(' '));
         if ((field == flagsField && (numberIn(value) & exiting) != 0) ||
-            (field == pendingField && (numberIn(value) & killPending) != 0)) {
+            (field == pendingField && (numberIn(value) & pendingKill) != 0)) {
             return true;
         }
         text.remove_prefix(std::min(value.size() + 1, text.size()));

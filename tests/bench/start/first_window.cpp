@@ -26,7 +26,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds giveUpAfter(30);
+constexpr std::chrono::seconds timeLimit(30);
 constexpr std::chrono::seconds memoryReadAfter(3);
 
 template <typename T>
@@ -175,7 +175,7 @@ int main(int argc, char *argv[]) {
     const pid_t process = start(argv + 1);
     xcb_window_t window = 0;
     while ((window = screen.visibleWindowOf(process)) == 0) {
-        screen.waitForChange(begun + giveUpAfter);
+        screen.waitForChange(begun + timeLimit);
     }
     const std::chrono::duration<double, std::milli> shown = Clock::now() - begun;
     const std::string title = screen.title(window);

@@ -14,7 +14,7 @@ using fakes::FakeReachability;
 
 /// Waits for a condition that another thread fulfils.
 template <typename Condition>
-bool comesTrue(Condition condition) {
+bool becomesTrue(Condition condition) {
     for (int i = 0; i < 5000; ++i) {
         if (condition()) {
             return true;
@@ -103,7 +103,7 @@ TEST(FakeReachabilityTest, DeliversFirstStateThenChangesOnTheQueue) {
     reachability.setFlags(QStringLiteral("host"), 2);
     reachability.setFlags(QStringLiteral("other"), 0);
     reachability.setFlags(QStringLiteral("host"), 0);
-    EXPECT_TRUE(comesTrue([&] {
+    EXPECT_TRUE(becomesTrue([&] {
         const std::lock_guard lock(mutex);
         return seen == std::vector<std::uint32_t>{0, 2, 0};
     }));
@@ -126,7 +126,7 @@ TEST(FakeReachabilityTest, CallbackMayDestroyItsTargetAndQueue) {
             ended = true;
         });
         target->setQueue(queue.get());
-        EXPECT_TRUE(comesTrue([&] { return ended.load(); }));
+        EXPECT_TRUE(becomesTrue([&] { return ended.load(); }));
         EXPECT_TRUE(reachability.liveTargets().isEmpty());
     }
 }

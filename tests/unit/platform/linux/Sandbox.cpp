@@ -19,21 +19,21 @@ std::string state() {
     return value != nullptr ? value : "";
 }
 
-std::vector<std::string> unshareWords() {
-    std::vector<std::string> words{"unshare", "--mount", "--pid", "--fork",        "--kill-child=SIGKILL",
-                                   "--net",   "--ipc",   "--uts", "--propagation", "private"};
+std::vector<std::string> unshareArguments() {
+    std::vector<std::string> arguments{"unshare", "--mount", "--pid", "--fork",        "--kill-child=SIGKILL",
+                                       "--net",   "--ipc",   "--uts", "--propagation", "private"};
     if (geteuid() != 0) {
-        words.insert(words.end(), {"--user", "--map-root-user"});
+        arguments.insert(arguments.end(), {"--user", "--map-root-user"});
     }
-    words.insert(words.end(), {"/bin/sh", SANDBOX_SCRIPT});
-    return words;
+    arguments.insert(arguments.end(), {"/bin/sh", SANDBOX_SCRIPT});
+    return arguments;
 }
 
-std::vector<char *> pointers(std::vector<std::string> &words) {
+std::vector<char *> pointers(std::vector<std::string> &arguments) {
     std::vector<char *> result;
-    result.reserve(words.size() + 1);
-    for (std::string &word : words) {
-        result.push_back(word.data());
+    result.reserve(arguments.size() + 1);
+    for (std::string &argument : arguments) {
+        result.push_back(argument.data());
     }
     result.push_back(nullptr);
     return result;
@@ -41,11 +41,11 @@ std::vector<char *> pointers(std::vector<std::string> &words) {
 
 /// Whether the namespaces can be created and set up here.
 bool works() {
-    std::vector<std::string> words = unshareWords();
-    words.emplace_back("true");
+    std::vector<std::string> arguments = unshareArguments();
+    arguments.emplace_back("true");
     const pid_t child = fork();
     if (child == 0) {
-        execvp("unshare", pointers(words).data());
+        execvp("unshare", pointers(arguments).data());
         _exit(127);
     }
     int status = 1;
@@ -66,25 +66,25 @@ bool hasAccounts() {
     return state() == "accounts";
 }
 
-void enter(char **arguments) {
+void enter(char **ownArguments) {
     char self[4096];
     const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);
     if (length <= 0) {
         return;
     }
     self[length] = '\0';
-    std::vector<std::string> words;
+    std::vector<std::string> arguments;
     const bool inside = works();
     const char *mode = !inside ? "outside" : geteuid() == 0 ? "accounts" : "inside";
     setenv(stateVariable, mode, 1);
     if (inside) {
-        words = unshareWords();
+        arguments = unshareArguments();
     }
-    words.emplace_back(self);
-    for (char **argument = arguments + 1; *argument != nullptr; ++argument) {
-        words.emplace_back(*argument);
+    arguments.emplace_back(self);
+    for (char **argument = ownArguments + 1; *argument != nullptr; ++argument) {
+        arguments.emplace_back(*argument);
     }
-    execvp(words.front().c_str(), pointers(words).data());
+    execvp(arguments.front().c_str(), pointers(arguments).data());
 }
 
 } // namespace sandbox

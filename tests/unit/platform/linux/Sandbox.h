@@ -15,7 +15,7 @@ namespace sandbox {
 /// full name "Ada Admin", may use sudo), norm ("normpw") and root ("rootpw"). Needs real root outside.
 [[nodiscard]] bool hasAccounts();
 /// Starts this program again, inside if possible. Returns only when even starting it outside fails.
-void enter(char **arguments);
+void enter(char **ownArguments);
 
 } // namespace sandbox
 

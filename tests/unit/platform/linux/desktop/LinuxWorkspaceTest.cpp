@@ -117,11 +117,11 @@ TEST_F(LinuxWorkspaceTest, UnsafeRuntimeFolderIsReplacedByAPrivateOne) {
 }
 
 TEST_F(LinuxWorkspaceTest, PlantedLinkIsNotFollowed) {
-    const QString victim = m_folder.filePath(QStringLiteral("victim"));
-    ASSERT_TRUE(QFile::link(victim, m_folders.runtime + QStringLiteral("/com.tallowind.Quorvane.lock")));
+    const QString linkTarget = m_folder.filePath(QStringLiteral("linkTarget"));
+    ASSERT_TRUE(QFile::link(linkTarget, m_folders.runtime + QStringLiteral("/com.tallowind.Quorvane.lock")));
     LinuxWorkspace workspace(m_folders);
     EXPECT_TRUE(workspace.acquireSingleInstance(identifier));
-    EXPECT_FALSE(QFile::exists(victim));
+    EXPECT_FALSE(QFile::exists(linkTarget));
     EXPECT_FALSE(anotherCopyMayRun());
 }
 
@@ -150,8 +150,8 @@ TEST_F(LinuxWorkspaceTest, AutostartProgramIsQuoted) {
 }
 
 TEST_F(LinuxWorkspaceTest, AutostartFailureIsReported) {
-    QFile inTheWay(m_folders.configuration);
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    QFile blockingFile(m_folders.configuration);
+    ASSERT_TRUE(blockingFile.open(QIODevice::WriteOnly));
     EXPECT_FALSE(LinuxWorkspace(m_folders).setAutostart(QStringLiteral("/x"), true));
 }
 

@@ -66,7 +66,7 @@ public:
         } else if (method == QLatin1String("BindShortcuts")) {
             bind(message);
         } else if (method == QLatin1String("Close")) {
-            closeAsked(message);
+            handleClose(message);
         }
         return true;
     }
@@ -136,7 +136,7 @@ public:
     /// The results of a garbage answer.
     QVariantList garbage;
     /// If set, only these are bound.
-    std::optional<QStringList> onlyThese;
+    std::optional<QStringList> onlyBound;
     bool hasShortcuts;
     bool started = false;
 
@@ -200,7 +200,7 @@ private:
             return refuse(message);
         }
         answer(message, toBind, bindRequest,
-               {{QStringLiteral("shortcuts"), boundList(onlyThese.value_or(ids()))}});
+               {{QStringLiteral("shortcuts"), boundList(onlyBound.value_or(ids()))}});
     }
 
     void readShortcuts(const QVariant &list) {
@@ -234,7 +234,7 @@ private:
         }
     }
 
-    void closeAsked(const QDBusMessage &message) {
+    void handleClose(const QDBusMessage &message) {
         closed.append(message.path());
         if (toClose == Answer::Yes && message.isReplyRequired()) {
             m_bus.send(message.createReply());

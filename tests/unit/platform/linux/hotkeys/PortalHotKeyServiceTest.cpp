@@ -49,7 +49,7 @@ protected:
         return made;
     }
 
-    HotKeyReference hold(quint32 keyCode, quint32 modifiers, quint32 id) {
+    HotKeyReference registerKey(quint32 keyCode, quint32 modifiers, quint32 id) {
         const auto answer = m_service->registerHotKey(keyCode, modifiers, {0, id});
         EXPECT_EQ(answer.error, HotKeyError::None);
         return answer.reference;
@@ -60,9 +60,9 @@ protected:
     }
 
     /// Registers keys of two actions, and waits until they are bound and work.
-    void holdTwo() {
-        m_hide = hold(codeOf1, HotKeyService::command, 1);
-        m_stop = hold(codeOf2, HotKeyService::command, 3);
+    void registerTwo() {
+        m_hide = registerKey(codeOf1, HotKeyService::command, 1);
+        m_stop = registerKey(codeOf2, HotKeyService::command, 3);
         ASSERT_TRUE(waitForBinding());
         ASSERT_TRUE(fires(idOfHide, 1));
     }
@@ -92,11 +92,11 @@ protected:
 TEST_F(PortalHotKeyServiceTest, OneDialogForRegistrationsCloseTogether) {
     m_service->setDescription(1, QStringLiteral("Hide IP"));
     EXPECT_TRUE(m_service->isAvailable());
-    hold(codeOf1, HotKeyService::command, 1);
-    hold(codeOfF1, HotKeyService::control, 2);
-    hold(codeOfUp, HotKeyService::command, 3);
-    hold(0, HotKeyService::shift, 4);
-    hold(codeOf2, HotKeyService::command + HotKeyService::shift + HotKeyService::control, 5);
+    registerKey(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOfF1, HotKeyService::control, 2);
+    registerKey(codeOfUp, HotKeyService::command, 3);
+    registerKey(0, HotKeyService::shift, 4);
+    registerKey(codeOf2, HotKeyService::command + HotKeyService::shift + HotKeyService::control, 5);
     EXPECT_TRUE(m_portal->calls.isEmpty()) << "the portal is not called within the call";
     ASSERT_TRUE(waitForBinding());
     QStringList triggers;
@@ -121,7 +121,7 @@ TEST_F(PortalHotKeyServiceTest, OneDialogForRegistrationsCloseTogether) {
 
 TEST_F(PortalHotKeyServiceTest, CreatesNoSessionWhileNothingIsWanted) {
     ASSERT_TRUE(spinUntil([this] { return m_portal->count("Get") == 1; }));
-    const HotKeyReference passing = hold(codeOf1, HotKeyService::command, 1);
+    const HotKeyReference passing = registerKey(codeOf1, HotKeyService::command, 1);
     EXPECT_EQ(m_service->unregisterHotKey(passing), HotKeyError::None);
     deliverQueued();
     // A later call on the same connection shows that no such call came before it.
@@ -131,7 +131,7 @@ TEST_F(PortalHotKeyServiceTest, CreatesNoSessionWhileNothingIsWanted) {
 }
 
 TEST_F(PortalHotKeyServiceTest, OwnRegistryIsCheckedFirst) {
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     EXPECT_EQ(m_service->registerHotKey(codeOf1, HotKeyService::command, {0, 2}).error,
               HotKeyError::AlreadyHeld);
     EXPECT_EQ(m_service->registerHotKey(1, HotKeyService::command, {}).error, HotKeyError::UnknownKey);
@@ -141,11 +141,11 @@ TEST_F(PortalHotKeyServiceTest, OwnRegistryIsCheckedFirst) {
 }
 
 TEST_F(PortalHotKeyServiceTest, ChangedListMeansANewSessionAfterTheOldOne) {
-    holdTwo();
+    registerTwo();
     const QString before = m_portal->session;
     EXPECT_EQ(m_service->unregisterHotKey(m_hide), HotKeyError::None);
     EXPECT_EQ(m_service->unregisterHotKey(m_hide), HotKeyError::UnknownReference);
-    hold(codeOfF1, HotKeyService::control, 2);
+    registerKey(codeOfF1, HotKeyService::control, 2);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_EQ(m_portal->closed, QStringList(before));
     EXPECT_LT(m_portal->calls.lastIndexOf(QStringLiteral("Close")),
@@ -157,9 +157,9 @@ TEST_F(PortalHotKeyServiceTest, ChangedListMeansANewSessionAfterTheOldOne) {
 }
 
 TEST_F(PortalHotKeyServiceTest, SameListAgainIsNoChange) {
-    holdTwo();
+    registerTwo();
     m_service->unregisterHotKey(m_hide);
-    const HotKeyReference again = hold(codeOf1, HotKeyService::command, 1);
+    const HotKeyReference again = registerKey(codeOf1, HotKeyService::command, 1);
     EXPECT_NE(again, m_hide);
     EXPECT_TRUE(fires(idOfHide, 1));
     EXPECT_EQ(m_portal->count("BindShortcuts"), 1);
@@ -167,24 +167,24 @@ TEST_F(PortalHotKeyServiceTest, SameListAgainIsNoChange) {
 }
 
 TEST_F(PortalHotKeyServiceTest, UnregisteringTheLastKeyEndsTheSession) {
-    holdTwo();
+    registerTwo();
     const QString before = m_portal->session;
     m_service->unregisterHotKey(m_hide);
     m_service->unregisterHotKey(m_stop);
     ASSERT_TRUE(spinUntil([&] { return m_portal->closed == QStringList(before); }));
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfHide, 1));
 }
 
 TEST_F(PortalHotKeyServiceTest, ChangeWhileTheDialogIsOpenClosesIt) {
     m_portal->toBind = Answer::Never;
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     const QString dialog = m_portal->bindRequest;
     const QString before = m_portal->session;
     m_portal->toBind = Answer::Yes;
-    hold(codeOf2, HotKeyService::command, 3);
+    registerKey(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_EQ(m_portal->closed, QStringList({dialog, before}));
     EXPECT_EQ(m_portal->ids(), QStringList({idOfHide, idOfStop}));
@@ -194,21 +194,21 @@ TEST_F(PortalHotKeyServiceTest, ChangeWhileTheDialogIsOpenClosesIt) {
 
 TEST_F(PortalHotKeyServiceTest, RefusalByTheUserWithdrawsEverything) {
     m_portal->toBind = Answer::No;
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
-    m_stop = hold(codeOf2, HotKeyService::command, 3);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
+    m_stop = registerKey(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}, {m_stop, HotKeyError::Declined}}));
     EXPECT_EQ(m_service->unregisterHotKey(m_hide), HotKeyError::UnknownReference);
     EXPECT_TRUE(m_service->isAvailable());
     m_portal->toBind = Answer::Yes;
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfHide, 1));
 }
 
 TEST_F(PortalHotKeyServiceTest, OnlyOmittedShortcutsAreWithdrawn) {
-    m_portal->onlyThese = QStringList{idOfStop};
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
-    m_stop = hold(codeOf2, HotKeyService::command, 3);
+    m_portal->onlyBound = QStringList{idOfStop};
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
+    m_stop = registerKey(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
     m_portal->activate(idOfHide);
     EXPECT_TRUE(fires(idOfStop, 3));
@@ -218,18 +218,18 @@ TEST_F(PortalHotKeyServiceTest, OnlyOmittedShortcutsAreWithdrawn) {
 }
 
 TEST_F(PortalHotKeyServiceTest, SessionWithoutShortcutsIsEnded) {
-    m_portal->onlyThese = QStringList{};
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_portal->onlyBound = QStringList{};
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
     EXPECT_TRUE(spinUntil([this] { return m_portal->closed == QStringList(m_portal->session); }));
 }
 
 TEST_F(PortalHotKeyServiceTest, ReplyToAnEarlierRequestIsIgnored) {
     m_portal->toBind = Answer::Silence;
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     m_portal->toBind = Answer::Never;
-    hold(codeOf2, HotKeyService::command, 3);
+    registerKey(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
     m_portal->replyLate();
     m_portal->answerBinding({idOfHide, idOfStop});
@@ -239,27 +239,27 @@ TEST_F(PortalHotKeyServiceTest, ReplyToAnEarlierRequestIsIgnored) {
 
 TEST_F(PortalHotKeyServiceTest, RefusedSessionWithdrawsEverything) {
     m_portal->toCreate = Answer::No;
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
     EXPECT_EQ(m_portal->count("BindShortcuts"), 0);
 }
 
 TEST_F(PortalHotKeyServiceTest, FailedCallsWithdrawEverything) {
     m_portal->toBind = Answer::Error;
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
     ASSERT_TRUE(spinUntil([this] { return m_portal->closed.size() == 1; }));
     EXPECT_TRUE(m_service->isAvailable());
     m_refused.clear();
     m_portal->toCreate = Answer::Error;
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
     EXPECT_FALSE(m_service->isAvailable());
 }
 
 TEST_F(PortalHotKeyServiceTest, PortalWithoutShortcutsIsNotAvailable) {
     m_portal->hasShortcuts = false;
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
     EXPECT_FALSE(m_service->isAvailable());
     EXPECT_EQ(m_service->registerHotKey(codeOf1, HotKeyService::command, {}).error,
@@ -278,22 +278,22 @@ TEST_F(PortalHotKeyServiceTest, NoPortalAtAllIsNotAvailable) {
     m_portal = std::make_unique<FakePortal>(m_address);
     EXPECT_TRUE(spinUntil([this] { return m_service->isAvailable(); }))
         << "a portal that starts later is used";
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     EXPECT_TRUE(fires(idOfHide, 1));
 }
 
 TEST_F(PortalHotKeyServiceTest, NoBusIsNotAvailable) {
-    PortalHotKeyService lonely({QStringLiteral("unix:path=/nowhere/bus"), QString()});
+    PortalHotKeyService unconnected({QStringLiteral("unix:path=/nowhere/bus"), QString()});
     QList<Refusal> answers;
-    lonely.installRefusalHandler([&answers](HotKeyReference reference, HotKeyError error) {
+    unconnected.installRefusalHandler([&answers](HotKeyReference reference, HotKeyError error) {
         answers.append({reference, error});
     });
-    const auto answer = lonely.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
+    const auto answer = unconnected.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
     ASSERT_EQ(answer.error, HotKeyError::None);
     EXPECT_TRUE(spinUntil([&] { return !answers.isEmpty(); }));
     EXPECT_EQ(answers, QList<Refusal>({{answer.reference, HotKeyError::NotAvailable}}));
-    EXPECT_FALSE(lonely.isAvailable());
+    EXPECT_FALSE(unconnected.isAvailable());
 }
 
 TEST_F(PortalHotKeyServiceTest, PortalThatNeverAnswersTheProbeIsNotAvailable) {
@@ -305,7 +305,7 @@ TEST_F(PortalHotKeyServiceTest, PortalThatNeverAnswersTheProbeIsNotAvailable) {
 TEST_F(PortalHotKeyServiceTest, SessionRequestTimesOut) {
     m_portal->toCreate = Answer::Never;
     m_service = make(50);
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     EXPECT_EQ(m_portal->count("CreateSession"), 0) << "the call does not wait";
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
     EXPECT_FALSE(m_service->isAvailable());
@@ -319,11 +319,11 @@ TEST_F(PortalHotKeyServiceTest, SessionRequestTimesOut) {
 TEST_F(PortalHotKeyServiceTest, UserMayDecideLate) {
     m_portal->toBind = Answer::Never;
     m_service = make(maximumWaitMilliseconds);
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
-    QElapsedTimer thinking;
-    thinking.start();
-    ASSERT_TRUE(spinUntil([&] { return thinking.elapsed() > maximumWaitMilliseconds + 200; }));
+    QElapsedTimer clock;
+    clock.start();
+    ASSERT_TRUE(spinUntil([&] { return clock.elapsed() > maximumWaitMilliseconds + 200; }));
     EXPECT_TRUE(m_service->isAvailable());
     EXPECT_TRUE(m_refused.isEmpty());
     m_portal->answerBinding({idOfHide});
@@ -332,7 +332,7 @@ TEST_F(PortalHotKeyServiceTest, UserMayDecideLate) {
 
 TEST_F(PortalHotKeyServiceTest, AnswerAfterUnregisteringChangesNothing) {
     m_portal->toBind = Answer::Never;
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     const QString before = m_portal->session;
     EXPECT_EQ(m_service->unregisterHotKey(m_hide), HotKeyError::None);
@@ -340,7 +340,7 @@ TEST_F(PortalHotKeyServiceTest, AnswerAfterUnregisteringChangesNothing) {
     m_portal->answerBinding({idOfHide});
     m_portal->activateIn(before, idOfHide);
     m_portal->toBind = Answer::Yes;
-    hold(codeOf2, HotKeyService::command, 3);
+    registerKey(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfStop, 3));
     EXPECT_TRUE(m_refused.isEmpty());
@@ -348,7 +348,7 @@ TEST_F(PortalHotKeyServiceTest, AnswerAfterUnregisteringChangesNothing) {
 
 TEST_F(PortalHotKeyServiceTest, UnregisteringWhileTheSessionIsCreatedClosesIt) {
     m_portal->toCreate = Answer::Never;
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(spinUntil([this] { return m_portal->count("CreateSession") == 1; }));
     m_service->unregisterHotKey(m_hide);
     deliverQueued();
@@ -358,7 +358,7 @@ TEST_F(PortalHotKeyServiceTest, UnregisteringWhileTheSessionIsCreatedClosesIt) {
 }
 
 TEST_F(PortalHotKeyServiceTest, GarbageIsARefusal) {
-    const QList<QVariantList> garbages{
+    const QList<QVariantList> garbageAnswers{
         {},
         {QStringLiteral("yes")},
         {0U},
@@ -371,26 +371,26 @@ TEST_F(PortalHotKeyServiceTest, GarbageIsARefusal) {
                          {QStringLiteral("shortcuts"), QVariantMap{{idOfHide, 1}}}}},
         {0U, QVariantMap{}, 1U},
     };
-    for (const QVariantList &garbage : garbages) {
+    for (const QVariantList &garbage : garbageAnswers) {
         m_portal->garbage = garbage;
         for (Answer *const step : {&m_portal->toCreate, &m_portal->toBind}) {
             *step = Answer::Garbage;
             m_refused.clear();
-            m_hide = hold(codeOf1, HotKeyService::command, 1);
+            m_hide = registerKey(codeOf1, HotKeyService::command, 1);
             EXPECT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}}));
             *step = Answer::Yes;
         }
     }
     m_refused.clear();
     const int before = m_portal->count("BindShortcuts");
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding(before + 1));
     EXPECT_TRUE(fires(idOfHide, 1));
     EXPECT_TRUE(m_refused.isEmpty());
 }
 
 TEST_F(PortalHotKeyServiceTest, UnknownActivationsAreIgnored) {
-    holdTwo();
+    registerTwo();
     m_portal->activate(QStringLiteral("hotkey-9-256-18"));
     m_portal->activate(QString());
     m_portal->activateIn(QStringLiteral("/org/freedesktop/portal/desktop/session/other/one"), idOfHide);
@@ -401,33 +401,34 @@ TEST_F(PortalHotKeyServiceTest, UnknownActivationsAreIgnored) {
 }
 
 TEST_F(PortalHotKeyServiceTest, OtherProgramsCannotPressOurKeys) {
-    holdTwo();
-    auto stranger = QDBusConnection::connectToBus(m_address, QStringLiteral("stranger"));
+    registerTwo();
+    auto otherProgram = QDBusConnection::connectToBus(m_address, QStringLiteral("otherProgram"));
     QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
                                                      QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
                                                      QStringLiteral("Activated"));
     signal << QVariant::fromValue(QDBusObjectPath(m_portal->session)) << idOfHide << qulonglong{1}
            << QVariantMap();
-    ASSERT_TRUE(stranger.send(signal));
+    ASSERT_TRUE(otherProgram.send(signal));
     // The bus has received it before any message that is sent from now on.
-    ASSERT_TRUE(stranger.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.portal.Desktop")));
+    ASSERT_TRUE(
+        otherProgram.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.portal.Desktop")));
     EXPECT_TRUE(fires(idOfStop, 3));
-    QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
+    QDBusConnection::disconnectFromBus(QStringLiteral("otherProgram"));
 }
 
 TEST_F(PortalHotKeyServiceTest, ClosedSessionWithdrawsEverything) {
-    holdTwo();
+    registerTwo();
     const QString before = m_portal->session;
     m_portal->closeSession();
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::Declined}, {m_stop, HotKeyError::Declined}}));
     m_portal->activateIn(before, idOfHide);
-    hold(codeOf2, HotKeyService::command, 3);
+    registerKey(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfStop, 3));
 }
 
 TEST_F(PortalHotKeyServiceTest, RestartedPortalReceivesTheListAgain) {
-    holdTwo();
+    registerTwo();
     m_portal.reset();
     m_portal = std::make_unique<FakePortal>(m_address);
     ASSERT_TRUE(waitForBinding());
@@ -441,14 +442,14 @@ TEST_F(PortalHotKeyServiceTest, RestartedPortalReceivesTheListAgain) {
 
 TEST_F(PortalHotKeyServiceTest, RequestThatEndsThePortalIsNotRepeated) {
     m_portal->toBind = Answer::Never;
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
     m_portal.reset();
     ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
     m_portal = std::make_unique<FakePortal>(m_address);
     ASSERT_TRUE(spinUntil([this] { return m_portal->count("Get") == 1; }));
     EXPECT_EQ(m_portal->count("CreateSession"), 0);
-    hold(codeOf2, HotKeyService::command, 3);
+    registerKey(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding());
     EXPECT_TRUE(fires(idOfStop, 3));
 }
@@ -456,9 +457,9 @@ TEST_F(PortalHotKeyServiceTest, RequestThatEndsThePortalIsNotRepeated) {
 TEST_F(PortalHotKeyServiceTest, PortalThatDoesNotCloseOnlyDelays) {
     m_service = make(maximumWaitMilliseconds);
     m_portal->toClose = Answer::Never;
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding());
-    hold(codeOf2, HotKeyService::command, 3);
+    registerKey(codeOf2, HotKeyService::command, 3);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_EQ(m_portal->ids(), QStringList({idOfHide, idOfStop}));
 }
@@ -470,14 +471,14 @@ TEST_F(PortalHotKeyServiceTest, HandlersMayCallTheService) {
         m_refused.append({reference, error});
         m_portal->toBind = Answer::Yes;
         m_service->installRefusalHandler({});
-        second = hold(codeOf2, HotKeyService::command, 3);
+        second = registerKey(codeOf2, HotKeyService::command, 3);
     });
     m_service->installEventHandler([&](const HotKeyIdentifier &identifier) {
         m_service->unregisterHotKey(second);
         m_service->installEventHandler({});
         m_fired += identifier.id;
     });
-    m_hide = hold(codeOf1, HotKeyService::command, 1);
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(waitForBinding(2));
     EXPECT_TRUE(fires(idOfStop, 3));
     EXPECT_TRUE(spinUntil([this] { return m_portal->closed.size() == 2; }));
@@ -487,7 +488,7 @@ TEST_F(PortalHotKeyServiceTest, ServiceMayEndAtAnyTime) {
     for (const Answer answer : {Answer::Never, Answer::Yes}) {
         m_portal->toCreate = answer;
         m_service = make();
-        hold(codeOf1, HotKeyService::command, 1);
+        registerKey(codeOf1, HotKeyService::command, 1);
         const auto before = m_portal->calls.size();
         ASSERT_TRUE(spinUntil([&] { return m_portal->calls.size() >= before + 3; }));
         m_service.reset();

@@ -62,7 +62,7 @@ protected:
     }
 
     /// Registers a hot key; returns its reference, 0 when it was refused.
-    HotKeyReference hold(quint32 keyCode, quint32 modifiers, quint32 id) {
+    HotKeyReference registerKey(quint32 keyCode, quint32 modifiers, quint32 id) {
         return m_service.registerHotKey(keyCode, modifiers, {0, id}).reference;
     }
 
@@ -86,7 +86,7 @@ TEST_F(X11HotKeyServiceTest, EveryKeyFiresWithEachModifier) {
     for (const auto &[modifier, modifierKey] : modifiers) {
         for (const Position &position : positions) {
             expected += static_cast<quint32>(expected.size()) + 1;
-            ASSERT_NE(hold(position.keyCode, modifier, expected.last()), 0U)
+            ASSERT_NE(registerKey(position.keyCode, modifier, expected.last()), 0U)
                 << position.keyCode << " with " << modifier;
             m_other.pressTogether({modifierKey, position.key});
             ASSERT_TRUE(firesOnly(expected)) << position.keyCode << " with " << modifier;
@@ -95,13 +95,13 @@ TEST_F(X11HotKeyServiceTest, EveryKeyFiresWithEachModifier) {
 }
 
 TEST_F(X11HotKeyServiceTest, ModifiersAreCombined) {
-    hold(codeOf1, HotKeyService::command + HotKeyService::shift + HotKeyService::control, 7);
+    registerKey(codeOf1, HotKeyService::command + HotKeyService::shift + HotKeyService::control, 7);
     m_other.pressTogether({superKey, shiftKey, controlKey, key1});
     EXPECT_TRUE(firesOnly({7}));
 }
 
 TEST_F(X11HotKeyServiceTest, LockKeysDoNotMatter) {
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     m_other.pressTogether({numLockKey});
     m_other.pressTogether({superKey, key1});
     EXPECT_TRUE(firesOnly({1}));
@@ -114,8 +114,8 @@ TEST_F(X11HotKeyServiceTest, LockKeysDoNotMatter) {
 }
 
 TEST_F(X11HotKeyServiceTest, OtherModifiersMakeAnotherCombination) {
-    hold(codeOf1, HotKeyService::command, 1);
-    hold(codeOf2, HotKeyService::command, 2);
+    registerKey(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf2, HotKeyService::command, 2);
     for (const quint8 extra : {controlKey, shiftKey, altKey}) {
         m_other.pressTogether({extra, superKey, key1});
     }
@@ -125,8 +125,8 @@ TEST_F(X11HotKeyServiceTest, OtherModifiersMakeAnotherCombination) {
 }
 
 TEST_F(X11HotKeyServiceTest, HeldKeyFiresOnce) {
-    hold(codeOf1, HotKeyService::command, 1);
-    hold(codeOf2, HotKeyService::command, 2);
+    registerKey(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf2, HotKeyService::command, 2);
     PressCounter counter(m_display.name());
     QElapsedTimer held;
     held.start();
@@ -142,8 +142,8 @@ TEST_F(X11HotKeyServiceTest, HeldKeyFiresOnce) {
 }
 
 TEST_F(X11HotKeyServiceTest, SecondKeyWhileTheFirstIsHeldFiresToo) {
-    hold(codeOf1, HotKeyService::command, 1);
-    hold(codeOf2, HotKeyService::command, 2);
+    registerKey(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf2, HotKeyService::command, 2);
     m_other.pressTogether({superKey, key1, key2});
     EXPECT_TRUE(firesOnly({1, 2}));
 }
@@ -163,34 +163,34 @@ TEST_F(X11HotKeyServiceTest, CombinationOfAnotherClientIsRefused) {
         }
         holder.ungrab(key1, superMask | held);
     }
-    EXPECT_NE(hold(codeOf1, HotKeyService::command, 1), 0U);
+    EXPECT_NE(registerKey(codeOf1, HotKeyService::command, 1), 0U);
     EXPECT_TRUE(m_service.isAvailable());
 }
 
 TEST_F(X11HotKeyServiceTest, CombinationIsRefusedToOtherClients) {
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     for (const int locks : lockStates) {
         EXPECT_FALSE(m_other.grab(key1, superMask | locks));
     }
 }
 
 TEST_F(X11HotKeyServiceTest, SecondRegistrationIsRefused) {
-    ASSERT_NE(hold(codeOf1, HotKeyService::command, 1), 0U);
+    ASSERT_NE(registerKey(codeOf1, HotKeyService::command, 1), 0U);
     const HotKeyRegistration again = m_service.registerHotKey(codeOf1, HotKeyService::command, {0, 1});
     EXPECT_EQ(again.error, HotKeyError::AlreadyHeld);
     EXPECT_EQ(again.reference, 0U);
     EXPECT_EQ(m_service.registerHotKey(codeOf1, HotKeyService::command, {5, 2}).error,
               HotKeyError::AlreadyHeld);
-    EXPECT_NE(hold(codeOf1, HotKeyService::control, 3), 0U);
+    EXPECT_NE(registerKey(codeOf1, HotKeyService::control, 3), 0U);
     m_other.pressTogether({superKey, key1});
     m_other.pressTogether({controlKey, key1});
     EXPECT_TRUE(firesOnly({1, 3}));
 }
 
 TEST_F(X11HotKeyServiceTest, UnregisteringKeepsTheOthers) {
-    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
-    hold(codeOf2, HotKeyService::command, 2);
-    hold(codeOf1, HotKeyService::control, 3);
+    const HotKeyReference first = registerKey(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf2, HotKeyService::command, 2);
+    registerKey(codeOf1, HotKeyService::control, 3);
     EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::None);
     m_other.pressTogether({superKey, key1});
     m_other.pressTogether({superKey, key2});
@@ -202,11 +202,11 @@ TEST_F(X11HotKeyServiceTest, UnregisteringKeepsTheOthers) {
 }
 
 TEST_F(X11HotKeyServiceTest, ReferencesAreValidOnce) {
-    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
+    const HotKeyReference first = registerKey(codeOf1, HotKeyService::command, 1);
     EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::None);
     EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::UnknownReference);
     EXPECT_EQ(m_service.unregisterHotKey(0), HotKeyError::UnknownReference);
-    const HotKeyReference second = hold(codeOf1, HotKeyService::command, 1);
+    const HotKeyReference second = registerKey(codeOf1, HotKeyService::command, 1);
     EXPECT_NE(second, first);
     EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::UnknownReference);
     m_other.pressTogether({superKey, key1});
@@ -223,9 +223,9 @@ TEST_F(X11HotKeyServiceTest, UnknownKeysAndModifiersAreRefused) {
 }
 
 TEST_F(X11HotKeyServiceTest, LayoutDoesNotMatter) {
-    hold(0, HotKeyService::command, 1);
-    hold(codeOf1, HotKeyService::command, 2);
-    hold(codeOfF1, HotKeyService::shift, 3);
+    registerKey(0, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 2);
+    registerKey(codeOfF1, HotKeyService::shift, 3);
     QList<quint32> expected;
     for (const char *layout : {"fr", "ru", "us"}) {
         ASSERT_TRUE(m_display.setLayout({QString::fromLatin1(layout)}));
@@ -238,8 +238,8 @@ TEST_F(X11HotKeyServiceTest, LayoutDoesNotMatter) {
 }
 
 TEST_F(X11HotKeyServiceTest, SecondOfTwoLayoutsDoesNotMatter) {
-    hold(0, HotKeyService::command, 1);
-    hold(codeOf2, HotKeyService::command, 2);
+    registerKey(0, HotKeyService::command, 1);
+    registerKey(codeOf2, HotKeyService::command, 2);
     ASSERT_TRUE(m_display.setLayout(
         {QStringLiteral("us,ru"), QStringLiteral("-option"), QStringLiteral("grp:menu_toggle")}));
     m_other.pressTogether({menuKey});
@@ -249,8 +249,8 @@ TEST_F(X11HotKeyServiceTest, SecondOfTwoLayoutsDoesNotMatter) {
 }
 
 TEST_F(X11HotKeyServiceTest, MouseButtonThatIsHeldDoesNotMatter) {
-    hold(codeOf1, HotKeyService::command, 1);
-    hold(codeOf2, HotKeyService::command, 2);
+    registerKey(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf2, HotKeyService::command, 2);
     m_other.pressButton(1);
     m_other.pressTogether({superKey, key1, key2});
     m_other.releaseButton(1);
@@ -258,7 +258,7 @@ TEST_F(X11HotKeyServiceTest, MouseButtonThatIsHeldDoesNotMatter) {
 }
 
 TEST_F(X11HotKeyServiceTest, NumLockMayChangeToAnotherModifier) {
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     // The default keys, but Num Lock on Mod3.
     ASSERT_TRUE(m_other.setModifierKeys({{50, 62}, {66}, {37, 105}, {64}, {}, {77}, {133, 134}, {92}}));
     OtherClient probe(m_display.name());
@@ -275,8 +275,8 @@ TEST_F(X11HotKeyServiceTest, NumLockMayChangeToAnotherModifier) {
 }
 
 TEST_F(X11HotKeyServiceTest, CombinationLostWithTheLockKeysIsWithdrawn) {
-    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
-    hold(codeOf2, HotKeyService::command, 2);
+    const HotKeyReference first = registerKey(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf2, HotKeyService::command, 2);
     ASSERT_TRUE(m_other.grab(key1, superMask | mod3Mask));
     ASSERT_TRUE(m_other.setModifierKeys({{50, 62}, {66}, {37, 105}, {64}, {}, {77}, {133, 134}, {92}}));
     ASSERT_TRUE(spinUntil([&] { return !m_refused.isEmpty(); }));
@@ -289,11 +289,11 @@ TEST_F(X11HotKeyServiceTest, CombinationLostWithTheLockKeysIsWithdrawn) {
 }
 
 TEST_F(X11HotKeyServiceTest, PressesArriveFromTheEventLoopOnly) {
-    hold(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf1, HotKeyService::command, 1);
     deliverQueued();
     m_other.pressTogether({superKey, key1});
     // The replies to this call follow the press on the same connection.
-    const HotKeyReference second = hold(codeOf2, HotKeyService::command, 2);
+    const HotKeyReference second = registerKey(codeOf2, HotKeyService::command, 2);
     EXPECT_TRUE(m_fired.isEmpty());
     EXPECT_TRUE(firesOnly({1})) << "events that arrived with the replies are handled";
     m_other.pressTogether({superKey, key1});
@@ -303,8 +303,8 @@ TEST_F(X11HotKeyServiceTest, PressesArriveFromTheEventLoopOnly) {
 }
 
 TEST_F(X11HotKeyServiceTest, HandlerMayRunAnEventLoop) {
-    hold(codeOf1, HotKeyService::command, 1);
-    hold(codeOf2, HotKeyService::command, 2);
+    registerKey(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf2, HotKeyService::command, 2);
     m_service.installEventHandler([this](const HotKeyIdentifier &identifier) {
         m_fired += identifier.id;
         if (identifier.id == 1) {
@@ -317,8 +317,8 @@ TEST_F(X11HotKeyServiceTest, HandlerMayRunAnEventLoop) {
 }
 
 TEST_F(X11HotKeyServiceTest, HandlerMayUnregisterItsKeyAndInstallAnotherHandler) {
-    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
-    hold(codeOf2, HotKeyService::command, 2);
+    const HotKeyReference first = registerKey(codeOf1, HotKeyService::command, 1);
+    registerKey(codeOf2, HotKeyService::command, 2);
     m_service.installEventHandler([this, first](const HotKeyIdentifier &identifier) {
         EXPECT_EQ(m_service.unregisterHotKey(first), HotKeyError::None);
         m_service.installEventHandler([this](const HotKeyIdentifier &next) { m_fired += next.id + 100; });
@@ -334,7 +334,7 @@ TEST_F(X11HotKeyServiceTest, HandlerMayUnregisterItsKeyAndInstallAnotherHandler)
 TEST_F(X11HotKeyServiceTest, WorksWithoutHandlers) {
     X11HotKeyService silent(m_display.name());
     ASSERT_EQ(silent.registerHotKey(codeOf1, HotKeyService::command, {0, 1}).error, HotKeyError::None);
-    hold(codeOf2, HotKeyService::command, 2);
+    registerKey(codeOf2, HotKeyService::command, 2);
     m_other.pressTogether({superKey, key1});
     m_other.pressTogether({superKey, key2});
     EXPECT_TRUE(firesOnly({2}));
@@ -351,7 +351,7 @@ TEST_F(X11HotKeyServiceTest, DestroyedServiceUngrabsEverything) {
 }
 
 TEST_F(X11HotKeyServiceTest, LostDisplayMakesItUnavailable) {
-    const HotKeyReference first = hold(codeOf1, HotKeyService::command, 1);
+    const HotKeyReference first = registerKey(codeOf1, HotKeyService::command, 1);
     ASSERT_TRUE(m_service.isAvailable());
     ::testing::internal::CaptureStderr();
     m_display.kill();
@@ -375,7 +375,7 @@ TEST_F(X11HotKeyServiceTest, LostDisplayMakesItUnavailable) {
 }
 
 TEST_F(X11HotKeyServiceTest, DisplayLostBetweenTwoCallsIsNoticed) {
-    ASSERT_NE(hold(codeOf1, HotKeyService::command, 1), 0U);
+    ASSERT_NE(registerKey(codeOf1, HotKeyService::command, 1), 0U);
     m_display.kill();
     EXPECT_EQ(m_service.registerHotKey(codeOf2, HotKeyService::command, {}).error, HotKeyError::NotAvailable);
     EXPECT_TRUE(spinUntil([this] { return !m_service.isAvailable(); }));

@@ -16,7 +16,7 @@ class TestCertificates {
 public:
     TestCertificates();
 
-    [[nodiscard]] bool areMade() const { return m_made; }
+    [[nodiscard]] bool areMade() const { return m_created; }
 
     /// A folder with the authority under the hash of its subject.
     [[nodiscard]] QString authorityFolder() const { return path(QStringLiteral("authorities")); }
@@ -27,7 +27,7 @@ public:
 
 private:
     QTemporaryDir m_folder;
-    bool m_made = false;
+    bool m_created = false;
 };
 
 /// An HTTPS server on 127.0.0.1 that sends the same answer to every request.

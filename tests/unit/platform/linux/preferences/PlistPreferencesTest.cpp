@@ -77,7 +77,7 @@ protected:
         store.setProblemHandler([&problems](const QString &text) { problems.append(text); });
     }
 
-    [[nodiscard]] QStringList setAside() const {
+    [[nodiscard]] QStringList renamedFiles() const {
         return QDir(QFileInfo(m_path).path())
             .entryList({QStringLiteral("*.corrupt-*")}, QDir::Files | QDir::Hidden);
     }
@@ -180,11 +180,11 @@ TEST_F(PlistPreferencesTest, CorruptFileIsRenamedAndReported) {
     listen(store, problems);
     ASSERT_EQ(problems.size(), 1);
     EXPECT_TRUE(problems[0].contains(QStringLiteral(".corrupt-")));
-    ASSERT_EQ(setAside().size(), 1);
-    QFile aside(QFileInfo(m_path).path() + QLatin1Char('/') + setAside()[0]);
-    ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
-    EXPECT_EQ(aside.readAll(), "this is no property list");
-    EXPECT_EQ(modeOf(aside.fileName()), 0600U);
+    ASSERT_EQ(renamedFiles().size(), 1);
+    QFile renamed(QFileInfo(m_path).path() + QLatin1Char('/') + renamedFiles()[0]);
+    ASSERT_TRUE(renamed.open(QIODevice::ReadOnly));
+    EXPECT_EQ(renamed.readAll(), "this is no property list");
+    EXPECT_EQ(modeOf(renamed.fileName()), 0600U);
     EXPECT_FALSE(QFile::exists(m_path));
     store.setValue(one, 1);
     EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}}));
@@ -201,7 +201,7 @@ TEST_F(PlistPreferencesTest, FileCorruptedMeanwhileIsRestoredFromMemory) {
         EXPECT_TRUE(store.synchronize());
         EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, qint64{2}}}));
     }
-    EXPECT_EQ(setAside().size(), 2);
+    EXPECT_EQ(renamedFiles().size(), 2);
     EXPECT_EQ(problems.size(), 2);
 }
 
@@ -318,7 +318,7 @@ TEST_F(PlistPreferencesTest, ThreadsKeepEachOthersKeys) {
 
 /// Runs the work in a separate process.
 template <typename Work>
-pid_t inChild(Work work) {
+pid_t runInChild(Work work) {
     const pid_t child = fork();
     if (child == 0) {
         work();
@@ -333,7 +333,7 @@ TEST_F(PlistPreferencesTest, ProcessesKeepEachOthersKeys) {
     std::vector<pid_t> children;
     children.reserve(processes);
     for (int process = 0; process < processes; ++process) {
-        children.push_back(inChild([this, process] {
+        children.push_back(runInChild([this, process] {
             PlistPreferences store(m_path, 30000);
             for (int i = 0; i < keys; ++i) {
                 store.setValue(QStringLiteral("%1-%2").arg(process).arg(i), i);
@@ -351,7 +351,7 @@ TEST_F(PlistPreferencesTest, ProcessesKeepEachOthersKeys) {
 TEST_F(PlistPreferencesTest, FileIsCompleteWhenAWriterIsKilled) {
     PlistPreferences(m_path).setValue(one, QString(20000, u'x'));
     for (int round = 0; round < 40; ++round) {
-        const pid_t child = inChild([this] {
+        const pid_t child = runInChild([this] {
             PlistPreferences store(m_path);
             for (int i = 0;; ++i) {
                 store.setValues({{two, i}, {QStringLiteral("long"), QString(20000, u'y')}});
@@ -365,7 +365,7 @@ TEST_F(PlistPreferencesTest, FileIsCompleteWhenAWriterIsKilled) {
         ASSERT_TRUE(found) << "round " << round;
         EXPECT_EQ(found->value(one).toString().size(), 20000);
     }
-    EXPECT_TRUE(setAside().isEmpty());
+    EXPECT_TRUE(renamedFiles().isEmpty());
     PlistPreferences store(m_path);
     store.setValue(one, 1);
     EXPECT_EQ(onDisk().value(one), QVariant(qint64{1}));

@@ -102,16 +102,16 @@ TEST_F(UserLine, DoesNotWaitForAChildThatHoldsTheOutput) {
 }
 
 TEST_F(UserLine, ChildLeftBehindCanContinueWriting) {
-    const QString proof = m_resources.filePath(QStringLiteral("proof"));
+    const QString writtenFile = m_resources.filePath(QStringLiteral("writtenFile"));
     const ScriptResult result = m_service.runAsUser(
-        QStringLiteral("(sleep 0.2; yes | head -c 200000; echo done >'%1') &").arg(proof));
+        QStringLiteral("(sleep 0.2; yes | head -c 200000; echo done >'%1') &").arg(writtenFile));
     ASSERT_TRUE(result.succeeded);
     QElapsedTimer clock;
     clock.start();
-    while (!QFile::exists(proof) && clock.elapsed() < 10000) {
+    while (!QFile::exists(writtenFile) && clock.elapsed() < 10000) {
         usleep(10000);
     }
-    EXPECT_TRUE(QFile::exists(proof));
+    EXPECT_TRUE(QFile::exists(writtenFile));
 }
 
 TEST_F(UserLine, AcceptsLongOutputOnBothStreams) {
@@ -190,10 +190,10 @@ protected:
     const QString m_joe = QStringLiteral("joe");
     const QString m_norm = QStringLiteral("norm");
     const QString m_root = QStringLiteral("root");
-    const QString m_who = QString::fromLatin1(identity);
+    const QString m_idCommand = QString::fromLatin1(identity);
 };
 
-::testing::AssertionResult explained(bool fits, const ScriptResult &result) {
+::testing::AssertionResult resultOf(bool fits, const ScriptResult &result) {
     return (fits ? ::testing::AssertionSuccess() : ::testing::AssertionFailure())
            << (result.succeeded ? "succeeded" : "failed") << ", text \"" << result.text.toStdString()
            << "\", number " << result.errorNumber.value_or(0) << ", message \""
@@ -202,49 +202,49 @@ protected:
 
 /// Whether the line `id -un` ran as root.
 ::testing::AssertionResult becameRoot(const ScriptResult &result) {
-    return explained(result.succeeded && result.text == QStringLiteral("root"), result);
+    return resultOf(result.succeeded && result.text == QStringLiteral("root"), result);
 }
 
 ::testing::AssertionResult wasRefused(const ScriptResult &result) {
-    return explained(!result.succeeded && result.errorNumber == ScriptingService::refused, result);
+    return resultOf(!result.succeeded && result.errorNumber == ScriptingService::refused, result);
 }
 
 ::testing::AssertionResult hadWrongPassword(const ScriptResult &result) {
-    return explained(!result.succeeded && result.errorNumber == 1 && !result.errorMessage.isEmpty(), result);
+    return resultOf(!result.succeeded && result.errorNumber == 1 && !result.errorMessage.isEmpty(), result);
 }
 
 TEST_F(AdministratorLine, TheUsersOwnAccount) {
-    EXPECT_TRUE(becameRoot(run(m_ada, m_who, m_ada, m_adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_ada, m_idCommand, m_ada, m_adaPassword)));
 }
 
 TEST_F(AdministratorLine, AnotherAdministrator) {
-    EXPECT_TRUE(becameRoot(run(m_joe, m_who, m_ada, m_adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_joe, m_idCommand, m_ada, m_adaPassword)));
 }
 
 TEST_F(AdministratorLine, RootByName) {
-    EXPECT_TRUE(becameRoot(run(m_joe, m_who, m_root, QStringLiteral("rootpw"))));
+    EXPECT_TRUE(becameRoot(run(m_joe, m_idCommand, m_root, QStringLiteral("rootpw"))));
 }
 
 TEST_F(AdministratorLine, RequestedByRoot) {
-    EXPECT_TRUE(becameRoot(run(m_root, m_who, m_ada, m_adaPassword)));
-    EXPECT_TRUE(becameRoot(run(m_root, m_who, m_root, QStringLiteral("rootpw"))));
+    EXPECT_TRUE(becameRoot(run(m_root, m_idCommand, m_ada, m_adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_root, m_idCommand, m_root, QStringLiteral("rootpw"))));
 }
 
 TEST_F(AdministratorLine, FullNameInsteadOfLogin) {
-    EXPECT_TRUE(becameRoot(run(m_joe, m_who, QStringLiteral("Ada Admin"), m_adaPassword)));
-    EXPECT_TRUE(becameRoot(run(m_ada, m_who, QStringLiteral("Ada Admin"), m_adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_joe, m_idCommand, QStringLiteral("Ada Admin"), m_adaPassword)));
+    EXPECT_TRUE(becameRoot(run(m_ada, m_idCommand, QStringLiteral("Ada Admin"), m_adaPassword)));
 }
 
 TEST_F(AdministratorLine, WrongPasswordIsNotARefusal) {
-    EXPECT_TRUE(hadWrongPassword(run(m_ada, m_who, m_ada, QStringLiteral("no"))));
-    EXPECT_TRUE(hadWrongPassword(run(m_joe, m_who, m_ada, QStringLiteral("no"))));
-    EXPECT_TRUE(hadWrongPassword(run(m_joe, m_who, m_root, QStringLiteral("no"))));
-    EXPECT_TRUE(hadWrongPassword(run(m_root, m_who, m_ada, QStringLiteral("no"))));
-    EXPECT_TRUE(hadWrongPassword(run(m_root, m_who, m_root, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_ada, m_idCommand, m_ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_joe, m_idCommand, m_ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_joe, m_idCommand, m_root, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_root, m_idCommand, m_ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_root, m_idCommand, m_root, QStringLiteral("no"))));
 }
 
 TEST_F(AdministratorLine, WrongPasswordHasAPlainMessage) {
-    EXPECT_EQ(run(m_ada, m_who, m_ada, QStringLiteral("no")).errorMessage,
+    EXPECT_EQ(run(m_ada, m_idCommand, m_ada, QStringLiteral("no")).errorMessage,
               QStringLiteral("Sorry, try again."));
 }
 
@@ -262,9 +262,9 @@ TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
     rules.write("auth optional pam_exec.so seteuid quiet /run/tests/counter\n" + before);
     rules.close();
     QFile log(QStringLiteral("/run/tests/attempts"));
-    EXPECT_TRUE(hadWrongPassword(run(m_joe, m_who, m_ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_joe, m_idCommand, m_ada, QStringLiteral("no"))));
     EXPECT_FALSE(log.exists()) << "su refused the password, but sudo was started";
-    EXPECT_TRUE(hadWrongPassword(run(m_ada, m_who, m_ada, QStringLiteral("no"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_ada, m_idCommand, m_ada, QStringLiteral("no"))));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
     EXPECT_LE(log.readAll().count('x'), 2) << "more than one attempt and the empty one that ends it";
     ASSERT_TRUE(rules.open(QIODevice::WriteOnly | QIODevice::Truncate));
@@ -272,9 +272,9 @@ TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
 }
 
 TEST_F(AdministratorLine, AccountWithoutRightsIsRefused) {
-    EXPECT_TRUE(wasRefused(run(m_norm, m_who, m_norm, QStringLiteral("normpw"))));
-    EXPECT_TRUE(wasRefused(run(m_joe, m_who, m_norm, QStringLiteral("normpw"))));
-    EXPECT_TRUE(wasRefused(run(m_root, m_who, m_norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(m_norm, m_idCommand, m_norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_idCommand, m_norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(m_root, m_idCommand, m_norm, QStringLiteral("normpw"))));
 }
 
 TEST_F(AdministratorLine, AccountWithOtherRightsOnlyIsRefused) {
@@ -282,26 +282,26 @@ TEST_F(AdministratorLine, AccountWithOtherRightsOnlyIsRefused) {
     ASSERT_TRUE(rule.open(QIODevice::WriteOnly));
     rule.write("norm ALL=(ALL) /bin/ls\n");
     rule.close();
-    EXPECT_TRUE(wasRefused(run(m_norm, m_who, m_norm, QStringLiteral("normpw"))));
+    EXPECT_TRUE(wasRefused(run(m_norm, m_idCommand, m_norm, QStringLiteral("normpw"))));
     EXPECT_TRUE(rule.remove());
 }
 
 TEST_F(AdministratorLine, AccountWithoutAShellIsRefused) {
-    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("nologin"), QStringLiteral("nologinpw"))));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_idCommand, QStringLiteral("nologin"), QStringLiteral("nologinpw"))));
 }
 
 TEST_F(AdministratorLine, UnknownAndAbsentNamesAndPasswordsAreRefused) {
-    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("no-such-account"), m_adaPassword)));
-    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("-c"), m_adaPassword)));
-    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QStringLiteral("--login"), m_adaPassword)));
-    EXPECT_TRUE(wasRefused(run(m_joe, m_who, QString(), m_adaPassword)));
-    EXPECT_TRUE(wasRefused(run(m_joe, m_who, absent, m_adaPassword)));
-    EXPECT_TRUE(wasRefused(run(m_joe, m_who, m_ada, absent)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_idCommand, QStringLiteral("no-such-account"), m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_idCommand, QStringLiteral("-c"), m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_idCommand, QStringLiteral("--login"), m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_idCommand, QString(), m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_idCommand, absent, m_adaPassword)));
+    EXPECT_TRUE(wasRefused(run(m_joe, m_idCommand, m_ada, absent)));
 }
 
 TEST_F(AdministratorLine, EmptyPasswordIsNotAccepted) {
-    EXPECT_FALSE(run(m_ada, m_who, m_ada, QString()).succeeded);
-    EXPECT_FALSE(run(m_joe, m_who, m_ada, QString()).succeeded);
+    EXPECT_FALSE(run(m_ada, m_idCommand, m_ada, QString()).succeeded);
+    EXPECT_FALSE(run(m_joe, m_idCommand, m_ada, QString()).succeeded);
 }
 
 TEST_F(AdministratorLine, AnyPasswordOfOneLineWorks) {
@@ -311,14 +311,14 @@ TEST_F(AdministratorLine, AnyPasswordOfOneLineWorks) {
                                 QString(250, QLatin1Char('p'))};
     for (const QString &password : passwords) {
         setPassword(QStringLiteral("ada"), password);
-        EXPECT_TRUE(becameRoot(run(m_ada, m_who, m_ada, password)) << password.toStdString());
-        EXPECT_TRUE(becameRoot(run(m_joe, m_who, m_ada, password)) << password.toStdString());
+        EXPECT_TRUE(becameRoot(run(m_ada, m_idCommand, m_ada, password)) << password.toStdString());
+        EXPECT_TRUE(becameRoot(run(m_joe, m_idCommand, m_ada, password)) << password.toStdString());
     }
     setPassword(QStringLiteral("ada"), m_adaPassword);
 }
 
 TEST_F(AdministratorLine, PasswordOfTwoLinesIsWrongAndNotSent) {
-    EXPECT_TRUE(hadWrongPassword(run(m_ada, m_who, m_ada, m_adaPassword + QStringLiteral("\nada pw"))));
+    EXPECT_TRUE(hadWrongPassword(run(m_ada, m_idCommand, m_ada, m_adaPassword + QStringLiteral("\nada pw"))));
 }
 
 TEST_F(AdministratorLine, StatusAndOutputsAreReturned) {
