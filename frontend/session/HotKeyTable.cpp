@@ -30,9 +30,9 @@ struct Family {
     qint32 count;
 };
 
-template <std::size_t count>
-constexpr Family family(qint32 firstTag, quint32 modifier, const std::array<quint32, count> &keys) {
-    return {firstTag, modifier, keys.data(), static_cast<qint32>(count)};
+template <std::size_t Count>
+constexpr Family family(qint32 firstTag, quint32 modifier, const std::array<quint32, Count> &keys) {
+    return {firstTag, modifier, keys.data(), static_cast<qint32>(Count)};
 }
 
 constexpr std::array families = {

@@ -46,7 +46,7 @@ std::int32_t QrvThread::run() {
         return failure;
     }
     const std::int32_t state = getState();
-    if (state == running || state == detached) {
+    if (state == Running || state == Detached) {
         return success;
     }
     releaseHandle(); // of an earlier thread that was never joined
@@ -58,11 +58,11 @@ std::int32_t QrvThread::run() {
             static_cast<void>(argument.release()); // the new thread owns it now
             m_record->alive = true;
             m_handleHeld = true;
-            m_record->threadState = running;
+            m_record->threadState = Running;
             return success;
         }
     }
-    setState(failed);
+    setState(Failed);
     return failure;
 }
 
@@ -76,33 +76,33 @@ void *QrvThread::executeThreadFunction() {
 }
 
 std::int32_t QrvThread::detach() {
-    if (m_record->threadState != running || !m_handleHeld || pthread_detach(m_hThread) != 0) {
+    if (m_record->threadState != Running || !m_handleHeld || pthread_detach(m_hThread) != 0) {
         return failure;
     }
     m_handleHeld = false;
-    m_record->threadState = detached;
+    m_record->threadState = Detached;
     return success;
 }
 
 std::int32_t QrvThread::join(void *&result) {
     // A thread that starts late sets its state to 1 again after a detach, although its handle is released.
-    if (m_record->threadState != running || !m_handleHeld || pthread_join(m_hThread, &result) != 0) {
+    if (m_record->threadState != Running || !m_handleHeld || pthread_join(m_hThread, &result) != 0) {
         return failure;
     }
     m_handleHeld = false;
-    m_record->threadState = finished;
+    m_record->threadState = Finished;
     return success;
 }
 
 std::int32_t QrvThread::cancel() {
     const std::int32_t state = getState();
-    if (state != running && state != detached) {
+    if (state != Running && state != Detached) {
         return failure;
     }
     const std::lock_guard lock(m_record->statusMutex);
     // The handle of a detached thread that has ended must not be used.
     const bool cancelled = m_record->alive && pthread_cancel(m_hThread) == 0;
-    m_record->threadState = cancelled ? notStarted : failed;
+    m_record->threadState = cancelled ? NotStarted : Failed;
     return cancelled ? success : failure;
 }
 
@@ -144,9 +144,9 @@ void *QrvThread::entry(void *argument) {
         }
     } guard{*record};
 
-    record->set(running);
+    record->set(Running);
     void *result = record->execute();
-    record->set(finished);
+    record->set(Finished);
     return result;
 }
 

@@ -19,11 +19,11 @@ public:
     using Function = void *(*)(void *, void *, void *);
 
     enum State : std::int32_t {
-        notStarted = 0, ///< also: cancelled
-        running = 1,
-        detached = 2,
-        finished = 4, ///< the function has returned, or the thread was joined
-        failed = 5    ///< creation or cancellation failed
+        NotStarted = 0, ///< also: cancelled
+        Running = 1,
+        Detached = 2,
+        Finished = 4, ///< the function has returned, or the thread was joined
+        Failed = 5    ///< creation or cancellation failed
     };
 
     QrvThread();
@@ -51,7 +51,7 @@ private:
     struct Record {
         mutable std::mutex statusMutex;
         // Atomic as well as guarded, because detach() and join() do not lock the mutex.
-        std::atomic<std::int32_t> threadState{notStarted};
+        std::atomic<std::int32_t> threadState{NotStarted};
         // Set while the handle may still be used for cancellation; guarded by statusMutex.
         bool alive = false;
         Function userThreadFunc = nullptr;
