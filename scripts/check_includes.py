@@ -2,8 +2,8 @@
 """Checks that every include follows an allowed arrow.
 
 scripts/include-arrows.txt lists, for each folder, the folders that its files may include from. This script
-fails on an include that follows no arrow, on an include that is not found, on arrows that form a cycle, and on
-units (a header with its source) that include each other in a circle.
+fails on an include that follows no arrow, on an include that is not found, on arrows that form a cycle, and
+on units (a header with its source) that include each other in a circle.
 """
 
 import re

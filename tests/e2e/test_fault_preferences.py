@@ -70,7 +70,9 @@ def test_file_that_is_no_property_list(client, content):
     check_start_without_settings(client)
     kept = set_aside(client)
     assert [path.read_bytes() for path in kept] == [content]
-    assert f"was not a property list; it is kept as {client.folder}/{FOLDER}/{kept[0].name}" in client.output()
+    assert (
+        f"was not a property list; it is kept as {client.folder}/{FOLDER}/{kept[0].name}" in client.output()
+    )
     check_first_session(client)
     assert client.preferences()["vpnUsername"]
     assert client.file(ui.PREFERENCES).stat().st_mode & 0o777 == 0o600

@@ -177,7 +177,7 @@ class Soak:
                 self._sample(count)
 
     def _sample(self, count):
-        """Keeps a sample when two consecutive ones have equal counts: programs of the last change can still end."""
+        """Keeps a sample when two consecutive ones are equal: programs of the last change can still end."""
         sample, end = None, time.monotonic() + EVENTUALLY
         while True:
             before, sample = sample, Sample(self.world, self.client)
