@@ -42,7 +42,7 @@ TestCertificates::TestCertificates() {
                             {"sh", "-c", script, "sh", m_folder.path().toUtf8()},
                             {QByteArray("PATH=") + platform::systemPath},
                             "/"});
-    m_made = outcome.startFailure == 0 && outcome.status == 0;
+    m_created = outcome.startFailure == 0 && outcome.status == 0;
 }
 
 TlsServer::TlsServer(const TestCertificates &certificates, const QString &certificate,
