@@ -9,7 +9,7 @@
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wkeyword-macro"
 #endif
-#define explicit explicit_
+#define explicit explicit_ // NOLINT(readability-identifier-naming)
 #include <xcb/xkb.h>
 #undef explicit
 #ifdef __clang__

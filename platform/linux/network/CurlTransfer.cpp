@@ -130,15 +130,14 @@ void CurlTransfer::handleFailure() {
     end(isUnreachable && firstSaysMore ? m_firstError : error);
 }
 
-void CurlTransfer::end(const std::optional<UrlError> &error) {
+void CurlTransfer::end(std::optional<UrlError> error) {
     if (m_hasEnded) {
         return;
     }
-    const std::optional<UrlError> reason = error;
     cancel();
     // The receiver of the report may destroy the parent of this object.
     const Ended report = std::move(m_ended);
-    report(reason);
+    report(error);
 }
 
 } // namespace quorvane::platform

@@ -38,7 +38,7 @@ private:
     void advance(bool socketMoved);
     void followRedirect();
     void handleFailure();
-    void end(const std::optional<UrlError> &error);
+    void end(std::optional<UrlError> error);
 
     const CurlLibrary *m_curl;
     UrlRequest m_request;

@@ -123,8 +123,8 @@ ScriptResult lineResult(int status, const QByteArray &output, const QByteArray &
 }
 
 /// The first line that contains one of the phrases; null when there is none.
-template <std::size_t count>
-QString lineWith(const std::array<const char *, count> &phrases, const QByteArray &text) {
+template <std::size_t Count>
+QString lineWith(const std::array<const char *, Count> &phrases, const QByteArray &text) {
     for (const QByteArray &line : text.split('\n')) {
         const bool holds = std::any_of(phrases.begin(), phrases.end(),
                                        [&line](const char *phrase) { return line.contains(phrase); });
