@@ -1,5 +1,6 @@
 #include "SystemLog.h"
 
+#include "PreferenceTable.h"
 #include "PreferencesStore.h"
 
 namespace quorvane::platform {
@@ -42,7 +43,7 @@ void SystemLog::setMask(Mask newMask) {
 }
 
 bool SystemLog::gateOpen() const {
-    return m_preferences.integer(QStringLiteral("showLogs")) == 0;
+    return m_preferences.integer(keyOf(Preference::ShowLogs)) == 0;
 }
 
 void SystemLog::write(const QString &line) {

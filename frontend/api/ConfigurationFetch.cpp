@@ -5,10 +5,10 @@
 #include "RequestUrls.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/Preferences.h"
 #include "frontend/support/SessionLog.h"
 #include "frontend/support/TextFile.h"
 #include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
 #include "platform/UrlLoader.h"
 
 #include <QCoreApplication>
@@ -55,11 +55,10 @@ void storeAnswer(const Task &task, const QString &configuration) {
     TextFile::replace(path, configuration.toUtf8());
     SessionLog::ensureExists();
     SessionLog::append(QStringLiteral("trying to connect ") + task.title + QChar(u'\n'));
-    platform::Platform::current().preferences->setValues(
-        {{QStringLiteral("vpnConfigPath"), path},
-         {QStringLiteral("vpnUsername"), storedText(task.user)},
-         {QStringLiteral("vpnPassword"), storedText(task.password)},
-         {QStringLiteral("countryCode"), storedText(task.countryCode)}});
+    Preferences::store({{Preference::VpnConfigPath, path},
+                        {Preference::VpnUsername, storedText(task.user)},
+                        {Preference::VpnPassword, storedText(task.password)},
+                        {Preference::CountryCode, storedText(task.countryCode)}});
     QrvCredentials::sharedInstance().saveVpnUserName(task.user, task.password);
 }
 

@@ -1,8 +1,6 @@
 #include "AdministratorPair.h"
 
-#include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
-#include "platform/UserDefaultsController.h"
+#include "frontend/support/Preferences.h"
 
 #include <ctime>
 #include <mutex>
@@ -11,9 +9,6 @@
 namespace quorvane {
 
 namespace {
-
-const QString userKey = QStringLiteral("un");
-const QString passwordKey = QStringLiteral("up");
 
 /// This generator is never seeded: it only chooses between the three families of characters.
 std::uint_fast32_t drawFamily() {
@@ -41,15 +36,13 @@ QVariant valueOf(const QString &scrambled) {
 } // namespace
 
 AdministratorPair AdministratorPair::stored() {
-    const platform::PreferencesStore &preferences = *platform::Platform::current().preferences;
-    return {decode(preferences.string(userKey)), decode(preferences.string(passwordKey))};
+    return {decode(Preferences::text(Preference::AdministratorName)),
+            decode(Preferences::text(Preference::AdministratorPassword))};
 }
 
 void AdministratorPair::store(const QString &user, const QString &password) {
-    auto &services = platform::Platform::current();
-    services.preferences->setValues(
-        {{userKey, valueOf(encode(user))}, {passwordKey, valueOf(encode(password))}});
-    services.userDefaults->save();
+    Preferences::choose({{Preference::AdministratorName, valueOf(encode(user))},
+                         {Preference::AdministratorPassword, valueOf(encode(password))}});
 }
 
 QString AdministratorPair::encode(const QString &text) {

@@ -5,12 +5,12 @@
 #include "frontend/api/QrvAPI.h"
 #include "frontend/privileges/FileUtils.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/Preferences.h"
 #include "frontend/support/SessionLog.h"
 #include "frontend/tunnel/LentAddress.h"
 #include "frontend/tunnel/Vpn.h"
 #include "platform/DelayedCalls.h"
 #include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
 
 #include "LocationChoice.h"
 
@@ -96,7 +96,7 @@ void HideIpSession::getNewIP() {
         return;
     }
     m_display.searching();
-    if (services().preferences->boolean(QStringLiteral("useSameIP"))) {
+    if (Preferences::boolean(Preference::UseSameIp)) {
         QMetaObject::invokeMethod(this, &HideIpSession::startVpn, Qt::QueuedConnection);
         m_display.advancedEnabled(true);
     } else {
@@ -134,7 +134,7 @@ QString HideIpSession::flagImageFor(const QString &countryCode) const {
 
 void HideIpSession::showIp() {
     noteOutcome(QStringLiteral("success"));
-    const QString lentIp = LentAddress::read(services().preferences->string(QStringLiteral("vpnConfigPath")));
+    const QString lentIp = LentAddress::read(Preferences::text(Preference::VpnConfigPath));
     QString lookedUp = lentIp;
     lookedUp.remove(u'\n');
 
@@ -194,13 +194,13 @@ void HideIpSession::setDefaultControls() {
     shared().hidden = false;
     m_environment.stopAnimation();
     // Not the key that is read at start-up: a reset does not change the user's choice to hide at every start.
-    services().preferences->setValue(QStringLiteral("quorvane"), false);
-    services().preferences->synchronize();
+    Preferences::store({{Preference::Quorvane, false}});
+    Preferences::synchronize();
 }
 
 void HideIpSession::settingsDidChange() {
     const bool on = m_environment.changesAutomatically();
-    const qint64 minutes = services().preferences->integer(QStringLiteral("changeIpInterval"));
+    const qint64 minutes = Preferences::integer(Preference::ChangeIpInterval);
     m_display.interval(static_cast<int>(minutes), on);
     cancelChangeTimer();
     if (minutes > 0 && shared().hidden && on) {
@@ -274,7 +274,7 @@ void HideIpSession::qrvAnswer() {
         break;
     }
     m_display.answerHandled();
-    services().preferences->synchronize();
+    Preferences::synchronize();
 }
 
 void HideIpSession::authPassed() {

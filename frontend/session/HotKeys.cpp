@@ -1,7 +1,6 @@
 #include "HotKeys.h"
 
 #include "platform/Platform.h"
-#include "platform/UserDefaultsController.h"
 
 #include <algorithm>
 
@@ -35,20 +34,20 @@ HotKeys::~HotKeys() {
     }
 }
 
-QString HotKeys::preferenceKey(Action action) {
+Preference HotKeys::preference(Action action) {
     switch (action) {
     case Action::HideIp:
-        return QStringLiteral("hideIpHotKey");
+        return Preference::HideIpHotKey;
     case Action::ChangeIp:
-        return QStringLiteral("changeIpHotKey");
+        return Preference::ChangeIpHotKey;
     case Action::StopHidingIp:
-        return QStringLiteral("stopHideIpHotKey");
+        return Preference::StopHideIpHotKey;
     case Action::DiscardIp:
-        return QStringLiteral("discardIpHotKey");
+        return Preference::DiscardIpHotKey;
     case Action::BringUpWindow:
-        return QStringLiteral("bringUpWindowHotKey");
+        return Preference::BringUpWindowHotKey;
     }
-    return {};
+    Q_UNREACHABLE();
 }
 
 HotKeyIdentifier HotKeys::identifier(Action action) {
@@ -57,7 +56,7 @@ HotKeyIdentifier HotKeys::identifier(Action action) {
 }
 
 qint32 HotKeys::storedTag(Action action) {
-    return HotKeyTable::tagOf(platform::Platform::current().userDefaults->integer(preferenceKey(action)));
+    return HotKeyTable::tagOf(Preferences::editedInteger(preference(action)));
 }
 
 bool HotKeys::isAvailable() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HotKeyTable.h"
+#include "frontend/support/Preferences.h"
 #include "platform/HotKeyService.h"
 
 #include <array>
@@ -42,7 +43,7 @@ public:
     HotKeys &operator=(const HotKeys &) = delete;
 
     /// The preference that stores the action's tag.
-    [[nodiscard]] static QString preferenceKey(Action action);
+    [[nodiscard]] static Preference preference(Action action);
     [[nodiscard]] static platform::HotKeyIdentifier identifier(Action action);
     /// The tag stored for the action.
     [[nodiscard]] static qint32 storedTag(Action action);

@@ -7,26 +7,9 @@
 #include "SessionState.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/support/Diagnostics.h"
-#include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
-#include "platform/UserDefaultsController.h"
+#include "frontend/support/Preferences.h"
 
 namespace quorvane {
-
-namespace {
-
-const QString changeEveryKey = QStringLiteral("changeIpEvery");
-const QString intervalKey = QStringLiteral("changeIpInterval");
-const QString requireUsKey = QStringLiteral("requireUS");
-
-void savePreference(const QString &key, const QVariant &value) {
-    // Set as an edit, because the settings window may have a pending, older edit of the same key.
-    platform::UserDefaultsController &defaults = *platform::Platform::current().userDefaults;
-    defaults.setValue(key, value);
-    defaults.save();
-}
-
-} // namespace
 
 LocationRotation::LocationRotation(const Parts &parts, LocationChoice::Random choice, QObject *parent)
     : QObject(parent), m_parts(parts), m_choice(std::move(choice)) {}
@@ -127,11 +110,10 @@ void LocationRotation::discardIpButtonPressed() {
 }
 
 void LocationRotation::requireUSBasedIPButtonPressed(bool on) {
-    savePreference(requireUsKey, on);
+    Preferences::choose({{Preference::RequireUs, on}});
     if (on) {
         m_parts.controls.selectRandomLocation();
-        const QString country =
-            platform::Platform::current().preferences->string(QStringLiteral("countryCode"));
+        const QString country = Preferences::text(Preference::CountryCode);
         if (SessionState::shared().hidden && country.toLower() != QLatin1String("us")) {
             m_parts.session.stopQuorvane();
             m_parts.session.quorvane();
@@ -142,7 +124,7 @@ void LocationRotation::requireUSBasedIPButtonPressed(bool on) {
 
 void LocationRotation::setRequiredUS(bool required) {
     m_parts.controls.setRequiresUS(required);
-    platform::Platform::current().preferences->setValue(requireUsKey, required);
+    Preferences::store({{Preference::RequireUs, required}});
     setUsedItems({});
 }
 
@@ -150,13 +132,13 @@ void LocationRotation::changeEveryPressed(bool on) {
     if (on) {
         m_parts.controls.selectRandomLocation();
     }
-    savePreference(changeEveryKey, on);
+    Preferences::choose({{Preference::ChangeIpEvery, on}});
     m_parts.session.settingsDidChange();
 }
 
 void LocationRotation::intervalEntered(int minutes) {
     // A running change timer is not changed; the new interval applies when the timer is next armed.
-    savePreference(intervalKey, minutes);
+    Preferences::choose({{Preference::ChangeIpInterval, minutes}});
 }
 
 } // namespace quorvane

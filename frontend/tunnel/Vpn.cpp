@@ -6,13 +6,13 @@
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/Preferences.h"
 #include "frontend/support/SessionLog.h"
 #include "frontend/support/TextFile.h"
 #include "platform/DelayedCalls.h"
 #include "platform/Files.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
 
 #include <QDir>
 #include <QFile>
@@ -58,10 +58,8 @@ bool Vpn::configVpn() {
     Diagnostics::log(QStringLiteral("configVpn begins"));
     m_noConfiguration = false;
     const QString executable = services().bundle->resourcesPath() + QStringLiteral("/openvpn");
-    const auto &preferences = *services().preferences;
-    const QString credentials = Diagnostics::shown(preferences.string(QStringLiteral("vpnUsername"))) +
-                                QChar(u'\n') +
-                                Diagnostics::shown(preferences.string(QStringLiteral("vpnPassword")));
+    const QString credentials = Diagnostics::shown(Preferences::text(Preference::VpnUsername)) +
+                                QChar(u'\n') + Diagnostics::shown(Preferences::text(Preference::VpnPassword));
     const QString folder = SessionLog::folder();
     QDir().mkpath(folder);
     const QString credentialsPath = folder + QStringLiteral("/.vpnCreds.txt");
@@ -75,7 +73,7 @@ bool Vpn::configVpn() {
         return false;
     }
 
-    const QString configurationPath = preferences.string(QStringLiteral("vpnConfigPath"));
+    const QString configurationPath = Preferences::text(Preference::VpnConfigPath);
     m_noConfiguration = configurationPath.isEmpty() || !QFile::exists(configurationPath);
     if (m_noConfiguration) {
         Diagnostics::log(QStringLiteral("no config file"));

@@ -4,10 +4,10 @@
 #include "frontend/privileges/FileUtils.h"
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/session/SessionState.h"
+#include "frontend/support/Preferences.h"
 #include "frontend/ui/shared/Alerts.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
 #include "platform/Workspace.h"
 
 namespace quorvane {
@@ -44,7 +44,7 @@ bool QrvApplicationController::applicationShouldHandleReopen(bool hasVisibleWind
 }
 
 bool QrvApplicationController::applicationShouldTerminate() {
-    platform::Platform::current().preferences->synchronize();
+    Preferences::synchronize();
     return true;
 }
 

@@ -4,8 +4,8 @@
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 #include "frontend/session/LaunchAgent.h"
 #include "frontend/session/SessionState.h"
-#include "frontend/session/SettingsDefaults.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/Preferences.h"
 #include "frontend/support/Reachability.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/mainwindow/QrvAboutWindowController.h"
@@ -20,8 +20,6 @@
 #include "platform/DelayedCalls.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
-#include "platform/UserDefaultsController.h"
 #include "platform/Workspace.h"
 
 #include <QAction>
@@ -34,11 +32,6 @@
 namespace quorvane {
 
 namespace {
-
-const QString transportKey = QStringLiteral("tcpUdp");
-const QString changeEveryKey = QStringLiteral("changeIpEvery");
-const QString requireUsKey = QStringLiteral("requireUS");
-const QString nonRepeatKey = QStringLiteral("ipNonRepeat");
 
 platform::Platform &services() {
     return platform::Platform::current();
@@ -113,9 +106,9 @@ void QrvMainWindowController::awakeFromNib() {
     connectFetch();
     m_api.initWithDelegate(this);
     m_mainWindow->locationPane().connectTo(&m_api, this);
-    SessionState::shared().hidden = services().preferences->boolean(QStringLiteral("hide"));
+    SessionState::shared().hidden = Preferences::boolean(Preference::Hide);
     m_sessionDisplay.starting();
-    SettingsDefaults::initialize();
+    Preferences::storeStartValues();
     m_api.cmdAuth(QString()); // sends nothing before the network is known; inetStatus() sends it then
     startAnimation();
     m_hideIpSession->settingsDidChange();
@@ -172,12 +165,10 @@ void QrvMainWindowController::connectWindow() {
     connect(m_mainWindow.get(), &MainWindow::intervalEntered, m_rotation.get(),
             &LocationRotation::intervalEntered);
     connect(m_mainWindow.get(), &MainWindow::nonRepeatSwitched, this, [](bool on) {
-        services().preferences->setValue(nonRepeatKey, on);
-        services().userDefaults->save();
+        Preferences::choose({{Preference::IpNonRepeat, on}});
     });
     connect(m_mainWindow.get(), &MainWindow::transportChosen, this, [](int index) {
-        services().preferences->setValue(transportKey, index);
-        services().userDefaults->save();
+        Preferences::choose({{Preference::TcpUdp, index}});
     });
     connect(m_mainWindow.get(), &MainWindow::websitePressed, this,
             [this] { services().workspace->openUrl(WebPages::root(m_api.macSerial())); });
@@ -189,11 +180,10 @@ void QrvMainWindowController::connectWindow() {
 }
 
 void QrvMainWindowController::loadPreferences() {
-    auto &preferences = *services().preferences;
-    m_mainWindow->setTransportIndex(static_cast<int>(preferences.integer(transportKey)));
-    m_mainWindow->setChangesAutomatically(preferences.boolean(changeEveryKey));
-    m_mainWindow->setRequiresUS(preferences.boolean(requireUsKey));
-    m_mainWindow->setNonRepeat(preferences.boolean(nonRepeatKey));
+    m_mainWindow->setTransportIndex(static_cast<int>(Preferences::integer(Preference::TcpUdp)));
+    m_mainWindow->setChangesAutomatically(Preferences::boolean(Preference::ChangeIpEvery));
+    m_mainWindow->setRequiresUS(Preferences::boolean(Preference::RequireUs));
+    m_mainWindow->setNonRepeat(Preferences::boolean(Preference::IpNonRepeat));
 }
 
 void QrvMainWindowController::connectTray() {
@@ -402,7 +392,7 @@ void QrvMainWindowController::showMainWindow() {
 }
 
 void QrvMainWindowController::settingsDidChange() {
-    m_mainWindow->setChangesAutomatically(services().preferences->boolean(changeEveryKey));
+    m_mainWindow->setChangesAutomatically(Preferences::boolean(Preference::ChangeIpEvery));
     m_hideIpSession->settingsDidChange();
 }
 
@@ -418,7 +408,7 @@ bool QrvMainWindowController::launchesOnStartup() const {
 }
 
 void QrvMainWindowController::startupLaunchButtonPressed(bool on) {
-    services().userDefaults->save();
+    Preferences::save();
     LaunchAgent::launchOnStartup(on);
 }
 

@@ -3,12 +3,11 @@
 #include "LocationRowDelegate.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/session/SessionState.h"
+#include "frontend/support/Preferences.h"
 #include "frontend/ui/shared/Alerts.h"
 #include "frontend/ui/shared/Images.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
-#include "platform/UserDefaultsController.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -19,15 +18,6 @@
 namespace quorvane {
 
 namespace {
-
-const QString countryKey = QStringLiteral("countryCode");
-const QString locationKey = QStringLiteral("location");
-const QString sameIpKey = QStringLiteral("useSameIP");
-const QString lastIpKey = QStringLiteral("lastIP");
-
-platform::PreferencesStore &preferences() {
-    return *platform::Platform::current().preferences;
-}
 
 QString randomTitle() {
     return QStringLiteral("Random Location");
@@ -137,9 +127,9 @@ void QrvLocationPaneController::fillCountries(const QrvVpnDataList &servers) {
             addVPN(server);
         }
     }
-    QString title = preferences().string(locationKey);
+    QString title = Preferences::text(Preference::Location);
     if (title.isNull() && m_api != nullptr) {
-        title = m_api->model().countryByCode(preferences().string(countryKey));
+        title = m_api->model().countryByCode(Preferences::text(Preference::CountryCode));
     }
     selectPopupItemWithTitle(title);
     Q_EMIT rebuilt();
@@ -216,11 +206,11 @@ void QrvLocationPaneController::checkPopupCountry() {
     if (title != randomTitle() && m_delegate != nullptr) {
         m_delegate->setRequiredUS(false);
     }
-    const QString lastIp = preferences().string(lastIpKey);
-    if (preferences().boolean(sameIpKey) && !lastIp.isEmpty()) {
+    const QString lastIp = Preferences::text(Preference::LastIp);
+    if (Preferences::boolean(Preference::UseSameIp) && !lastIp.isEmpty()) {
         code = m_api->model().getLocationByIP(lastIp);
     }
-    preferences().setValues({{countryKey, nonNull(country)}, {locationKey, nonNull(code)}});
+    Preferences::store({{Preference::CountryCode, nonNull(country)}, {Preference::Location, nonNull(code)}});
 }
 
 void QrvLocationPaneController::popupCountrySelected() {
@@ -242,10 +232,9 @@ void QrvLocationPaneController::popupCountrySelected() {
 void QrvLocationPaneController::checkSameIP() {
     const bool keeps = m_sameIpBox->isChecked();
     const bool lent = keeps && SessionState::shared().hidden;
-    preferences().setValues(
-        {{sameIpKey, keeps},
-         {lastIpKey, lent ? nonNull(SessionState::shared().currentIp) : QStringLiteral("")}});
-    platform::Platform::current().userDefaults->save();
+    Preferences::choose(
+        {{Preference::UseSameIp, keeps},
+         {Preference::LastIp, lent ? nonNull(SessionState::shared().currentIp) : QStringLiteral("")}});
 }
 
 void QrvLocationPaneController::checkSameIPSelected() {
@@ -261,8 +250,8 @@ void QrvLocationPaneController::checkSameIPSelected() {
 }
 
 void QrvLocationPaneController::refresh() {
-    selectPopupItemWithImageNamed(preferences().string(countryKey));
-    m_sameIpBox->setChecked(preferences().boolean(sameIpKey));
+    selectPopupItemWithImageNamed(Preferences::text(Preference::CountryCode));
+    m_sameIpBox->setChecked(Preferences::boolean(Preference::UseSameIp));
 }
 
 } // namespace quorvane

@@ -1,9 +1,6 @@
 #include "AdvancedPane.h"
 
 #include "DefaultsBinding.h"
-#include "frontend/session/SettingsDefaults.h"
-#include "platform/Platform.h"
-#include "platform/UserDefaultsController.h"
 #include "ui_SettingsAdvanced.h"
 
 #include <QButtonGroup>
@@ -23,17 +20,16 @@ AdvancedPane::AdvancedPane(DefaultsBinding &binding, QWidget *parent)
     m_matrixUserAgent->setObjectName(QStringLiteral("matrixUserAgent"));
     m_matrixUserAgent->addButton(m_ui->userAgentOwn, modeOwn);
     m_matrixUserAgent->addButton(m_ui->userAgentChosen, modeChosen);
-    binding.bindTag(*m_matrixUserAgent, SettingsDefaults::modeUserAgent());
-    binding.bindText(*m_ui->comboboxUserAgent, SettingsDefaults::userAgent());
-    binding.bindInteger(*m_ui->checkboxHideMyReferrerHeader, SettingsDefaults::hideMyReferrerHeader());
+    binding.bindTag(*m_matrixUserAgent, Preference::ModeUserAgent);
+    binding.bindText(*m_ui->comboboxUserAgent, Preference::UserAgent);
+    binding.bindInteger(*m_ui->checkboxHideMyReferrerHeader, Preference::HideMyReferrerHeader);
     connect(m_matrixUserAgent, &QButtonGroup::idClicked, this, &AdvancedPane::matrixModeUserAgentPressed);
 }
 
 AdvancedPane::~AdvancedPane() = default;
 
 void AdvancedPane::reassignControls() {
-    const qint64 mode =
-        platform::Platform::current().userDefaults->integer(SettingsDefaults::modeUserAgent());
+    const qint64 mode = Preferences::editedInteger(Preference::ModeUserAgent);
     m_ui->comboboxUserAgent->setEnabled(mode == modeChosen);
 }
 

@@ -1,7 +1,6 @@
 #include "CookieCrumblePane.h"
 
 #include "DefaultsBinding.h"
-#include "frontend/session/SettingsDefaults.h"
 #include "ui_SettingsCookieCrumble.h"
 
 #include <QApplication>
@@ -10,12 +9,11 @@
 namespace quorvane {
 
 CookieCrumblePane::CookieCrumblePane(DefaultsBinding &binding, QWidget *parent)
-    : QWidget(parent), m_sites(SettingsDefaults::cookieSites()),
-      m_ui(std::make_unique<Ui::SettingsCookieCrumble>()) {
+    : QWidget(parent), m_sites(Preference::CookieSites), m_ui(std::make_unique<Ui::SettingsCookieCrumble>()) {
     m_ui->setupUi(this);
     m_sites.awakeFromNib();
     m_ui->tableCookieSites->setDataSource(&m_sites);
-    binding.bindInteger(*m_ui->checkboxHideMyCookiesHeaders, SettingsDefaults::hideMyCookiesHeaders());
+    binding.bindInteger(*m_ui->checkboxHideMyCookiesHeaders, Preference::HideMyCookiesHeaders);
     connect(m_ui->addCookieSiteButton, &QPushButton::clicked, this,
             &CookieCrumblePane::addCookieSiteIpButtonPressed);
     connect(m_ui->deleteCookieSiteButton, &QPushButton::clicked, this,

@@ -1,8 +1,5 @@
 #include "DefaultsBinding.h"
 
-#include "platform/Platform.h"
-#include "platform/UserDefaultsController.h"
-
 #include <QAbstractButton>
 #include <QButtonGroup>
 #include <QComboBox>
@@ -10,10 +7,6 @@
 namespace quorvane {
 
 namespace {
-
-platform::UserDefaultsController &defaults() {
-    return *platform::Platform::current().userDefaults;
-}
 
 void checkOnly(QButtonGroup &group, qint64 tag) {
     const QList<QAbstractButton *> buttons = group.buttons();
@@ -37,24 +30,28 @@ void selectText(QComboBox &box, const QString &text) {
 
 DefaultsBinding::DefaultsBinding(QObject *parent) : QObject(parent) {}
 
-void DefaultsBinding::bindBoolean(QAbstractButton &box, const QString &key) {
-    m_readers.emplace_back([&box, key] { box.setChecked(defaults().boolean(key)); });
-    connect(&box, &QAbstractButton::clicked, this, [this, key](bool on) { edit(key, on); });
+void DefaultsBinding::bindBoolean(QAbstractButton &box, Preference preference) {
+    m_readers.emplace_back([&box, preference] { box.setChecked(Preferences::editedBoolean(preference)); });
+    connect(&box, &QAbstractButton::clicked, this, [this, preference](bool on) { edit(preference, on); });
 }
 
-void DefaultsBinding::bindInteger(QAbstractButton &box, const QString &key) {
-    m_readers.emplace_back([&box, key] { box.setChecked(defaults().integer(key) != 0); });
-    connect(&box, &QAbstractButton::clicked, this, [this, key](bool on) { edit(key, on ? 1 : 0); });
+void DefaultsBinding::bindInteger(QAbstractButton &box, Preference preference) {
+    m_readers.emplace_back(
+        [&box, preference] { box.setChecked(Preferences::editedInteger(preference) != 0); });
+    connect(&box, &QAbstractButton::clicked, this,
+            [this, preference](bool on) { edit(preference, on ? 1 : 0); });
 }
 
-void DefaultsBinding::bindTag(QButtonGroup &group, const QString &key) {
-    m_readers.emplace_back([&group, key] { checkOnly(group, defaults().integer(key)); });
-    connect(&group, &QButtonGroup::idClicked, this, [this, key](int tag) { edit(key, tag); });
+void DefaultsBinding::bindTag(QButtonGroup &group, Preference preference) {
+    m_readers.emplace_back(
+        [&group, preference] { checkOnly(group, Preferences::editedInteger(preference)); });
+    connect(&group, &QButtonGroup::idClicked, this, [this, preference](int tag) { edit(preference, tag); });
 }
 
-void DefaultsBinding::bindText(QComboBox &box, const QString &key) {
-    m_readers.emplace_back([&box, key] { selectText(box, defaults().string(key)); });
-    connect(&box, &QComboBox::textActivated, this, [this, key](const QString &text) { edit(key, text); });
+void DefaultsBinding::bindText(QComboBox &box, Preference preference) {
+    m_readers.emplace_back([&box, preference] { selectText(box, Preferences::editedText(preference)); });
+    connect(&box, &QComboBox::textActivated, this,
+            [this, preference](const QString &text) { edit(preference, text); });
 }
 
 void DefaultsBinding::refresh() {
@@ -63,8 +60,8 @@ void DefaultsBinding::refresh() {
     }
 }
 
-void DefaultsBinding::edit(const QString &key, const QVariant &value) {
-    defaults().setValue(key, value);
+void DefaultsBinding::edit(Preference preference, const QVariant &value) {
+    Preferences::edit(preference, value);
     Q_EMIT edited();
 }
 

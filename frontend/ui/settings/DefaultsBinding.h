@@ -1,5 +1,7 @@
 #pragma once
 
+#include "frontend/support/Preferences.h"
+
 #include <QObject>
 #include <functional>
 #include <vector>
@@ -20,13 +22,13 @@ public:
     explicit DefaultsBinding(QObject *parent = nullptr);
 
     /// The box's state as a boolean.
-    void bindBoolean(QAbstractButton &box, const QString &key);
+    void bindBoolean(QAbstractButton &box, Preference preference);
     /// The box's state as the integer 1 or 0.
-    void bindInteger(QAbstractButton &box, const QString &key);
+    void bindInteger(QAbstractButton &box, Preference preference);
     /// The checked button's number. If no button has the stored number, all buttons are off.
-    void bindTag(QButtonGroup &group, const QString &key);
+    void bindTag(QButtonGroup &group, Preference preference);
     /// The chosen entry's text. A stored text that is not among the entries is added to them.
-    void bindText(QComboBox &box, const QString &key);
+    void bindText(QComboBox &box, Preference preference);
 
     void refresh();
 
@@ -35,7 +37,7 @@ Q_SIGNALS:
     void edited();
 
 private:
-    void edit(const QString &key, const QVariant &value);
+    void edit(Preference preference, const QVariant &value);
 
     std::vector<std::function<void()>> m_readers;
 };

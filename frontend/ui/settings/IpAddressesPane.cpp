@@ -1,11 +1,9 @@
 #include "IpAddressesPane.h"
 
 #include "DefaultsBinding.h"
-#include "frontend/session/SettingsDefaults.h"
 #include "frontend/support/TextNumbers.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
-#include "platform/UserDefaultsController.h"
 #include "ui_SettingsIpAddresses.h"
 
 #include <QLineEdit>
@@ -28,8 +26,8 @@ IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
     m_ui->setupUi(this);
     m_discarded.awakeFromNib();
     m_ui->tableDiscardIp->setDataSource(&m_discarded);
-    binding.bindBoolean(*m_ui->checkboxChangeIpInterval, SettingsDefaults::changeIpEvery());
-    binding.bindBoolean(*m_ui->checkboxHide, SettingsDefaults::hide());
+    binding.bindBoolean(*m_ui->checkboxChangeIpInterval, Preference::ChangeIpEvery);
+    binding.bindBoolean(*m_ui->checkboxHide, Preference::Hide);
     // The field beside the stepper shows the number, so only the stepper's two buttons are shown.
     if (auto *number = m_ui->stepperChangeIpInterval->findChild<QLineEdit *>()) {
         number->hide();
@@ -51,8 +49,7 @@ IpAddressesPane::~IpAddressesPane() {
 }
 
 void IpAddressesPane::refresh() {
-    const qint64 minutes =
-        platform::Platform::current().userDefaults->integer(SettingsDefaults::changeIpInterval());
+    const qint64 minutes = Preferences::editedInteger(Preference::ChangeIpInterval);
     m_ui->fieldChangeIpInterval->setText(QString::number(minutes));
     {
         const QSignalBlocker quiet(m_ui->stepperChangeIpInterval);

@@ -11,33 +11,24 @@
 #include "VpnPane.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
-#include "frontend/session/SettingsDefaults.h"
+#include "frontend/support/Preferences.h"
 #include "frontend/ui/shared/Alerts.h"
 #include "frontend/ui/shared/WebPages.h"
 #include "platform/Platform.h"
-#include "platform/UserDefaultsController.h"
 #include "platform/Workspace.h"
 
 namespace quorvane {
 
-namespace {
-
-platform::UserDefaultsController &defaults() {
-    return *platform::Platform::current().userDefaults;
-}
-
-} // namespace
-
 QrvSettingsWindowController::QrvSettingsWindowController(SettingsDelegate &target, QrvAPI &client)
     : m_delegate(target), m_api(client), m_settings(std::make_unique<SettingsWindow>()) {
-    SettingsDefaults::initialize();
+    Preferences::storeStartValues();
     m_viewBrowsers = new BrowsersPane(m_settings.get());
     m_viewIpAddresses = new IpAddressesPane(m_binding, m_settings.get());
     m_viewCookieCrumble = new CookieCrumblePane(m_binding, m_settings.get());
     m_viewHotKeys = new HotKeysPane(m_settings.get());
     m_viewAdvanced = new AdvancedPane(m_binding, m_settings.get());
     m_viewVpn = new VpnPane(m_settings.get());
-    defaults().setAppliesImmediately(false);
+    Preferences::holdEdits();
 }
 
 QrvSettingsWindowController::~QrvSettingsWindowController() = default;
@@ -104,7 +95,7 @@ void QrvSettingsWindowController::okButtonPressed() {
 }
 
 void QrvSettingsWindowController::cancelButtonPressed() {
-    defaults().revert();
+    Preferences::revert();
     closeAndShowMainWindow();
 }
 
@@ -123,20 +114,19 @@ void QrvSettingsWindowController::closeAndShowMainWindow() {
 }
 
 void QrvSettingsWindowController::setAllSettings() {
-    defaults().setValue(SettingsDefaults::changeIpInterval(), m_viewIpAddresses->interval());
-    defaults().save();
+    Preferences::edit(Preference::ChangeIpInterval, m_viewIpAddresses->interval());
+    Preferences::save();
     for (const HotKeys::Action action : HotKeys::actions) {
-        defaults().setValue(HotKeys::preferenceKey(action), m_viewHotKeys->selectedTag(action));
+        Preferences::edit(HotKeys::preference(action), m_viewHotKeys->selectedTag(action));
     }
     // A stored mode that this version does not know stays.
     if (const auto mode = m_viewAdvanced->selectedMode()) {
-        defaults().setValue(SettingsDefaults::modeUserAgent(), *mode);
+        Preferences::edit(Preference::ModeUserAgent, *mode);
     }
-    defaults().setValue(SettingsDefaults::userAgent(), m_viewAdvanced->selectedUserAgent());
-    defaults().setValue(SettingsDefaults::hideMyReferrerHeader(), m_viewAdvanced->hidesReferrer() ? 1 : 0);
-    defaults().setValue(SettingsDefaults::hideMyCookiesHeaders(),
-                        m_viewCookieCrumble->hidesCookies() ? 1 : 0);
-    defaults().save();
+    Preferences::edit(Preference::UserAgent, m_viewAdvanced->selectedUserAgent());
+    Preferences::edit(Preference::HideMyReferrerHeader, m_viewAdvanced->hidesReferrer() ? 1 : 0);
+    Preferences::edit(Preference::HideMyCookiesHeaders, m_viewCookieCrumble->hidesCookies() ? 1 : 0);
+    Preferences::save();
     m_keys.registerStored();
     m_viewHotKeys->showProblems(m_keys);
     m_delegate.settingsDidChange();

@@ -1,15 +1,12 @@
 #include "QrvTableDataSource.h"
 
-#include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
-
 namespace quorvane {
 
-QrvTableDataSource::QrvTableDataSource(const QString &preferenceKey, QObject *parent)
-    : QAbstractTableModel(parent), m_key(preferenceKey) {}
+QrvTableDataSource::QrvTableDataSource(Preference preference, QObject *parent)
+    : QAbstractTableModel(parent), m_preference(preference) {}
 
 void QrvTableDataSource::awakeFromNib() {
-    const QString stored = platform::Platform::current().preferences->string(m_key);
+    const QString stored = Preferences::text(m_preference);
     beginResetModel();
     m_rows = stored.isNull() ? QStringList() : stored.split(u'|');
     endResetModel();
@@ -46,9 +43,8 @@ bool QrvTableDataSource::hasRow(const QString &row) const {
 }
 
 void QrvTableDataSource::storeListOfIPs() const {
-    auto &services = platform::Platform::current();
-    services.preferences->setValue(m_key, m_rows.isEmpty() ? QStringLiteral("") : m_rows.join(u'|'));
-    services.preferences->synchronize();
+    Preferences::store({{m_preference, m_rows.isEmpty() ? QStringLiteral("") : m_rows.join(u'|')}});
+    Preferences::synchronize();
 }
 
 void QrvTableDataSource::setRowsData(const QStringList &newRows) {

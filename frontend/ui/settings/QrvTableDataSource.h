@@ -1,5 +1,7 @@
 #pragma once
 
+#include "frontend/support/Preferences.h"
+
 #include <QAbstractTableModel>
 #include <QStringList>
 
@@ -11,9 +13,7 @@ class QrvTableDataSource final : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    static QString discardedKey() { return QStringLiteral("discardedIPs"); }
-
-    explicit QrvTableDataSource(const QString &preferenceKey = discardedKey(), QObject *parent = nullptr);
+    explicit QrvTableDataSource(Preference preference = Preference::DiscardedIps, QObject *parent = nullptr);
 
     /// Reads the stored rows. A stored empty text is one empty row.
     void awakeFromNib();
@@ -35,7 +35,7 @@ public:
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
-    QString m_key;
+    Preference m_preference;
     QStringList m_rows;
 };
 

@@ -1,9 +1,8 @@
 #include "VpnPane.h"
 
-#include "frontend/session/SettingsDefaults.h"
+#include "frontend/support/Preferences.h"
 #include "frontend/support/TextFile.h"
 #include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
 #include "ui_SettingsVpn.h"
 
 #include <QFileDialog>
@@ -14,10 +13,6 @@ namespace quorvane {
 namespace {
 
 const QLatin1String fileType(".ovpn");
-
-platform::PreferencesStore &preferences() {
-    return *platform::Platform::current().preferences;
-}
 
 /// The path in a file's address: the part behind the scheme's slashes.
 QString pathOf(const QUrl &file) {
@@ -36,21 +31,21 @@ VpnPane::VpnPane(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::S
 VpnPane::~VpnPane() = default;
 
 void VpnPane::refresh() {
-    const QString path = preferences().string(SettingsDefaults::vpnConfigPath());
+    const QString path = Preferences::text(Preference::VpnConfigPath);
     if (path.isNull()) {
         return;
     }
     m_ui->pathTextField->setText(path);
-    m_ui->usernameTextField->setText(preferences().string(SettingsDefaults::vpnUsername()));
-    m_ui->passwordTextField->setText(preferences().string(SettingsDefaults::vpnPassword()));
+    m_ui->usernameTextField->setText(Preferences::text(Preference::VpnUsername));
+    m_ui->passwordTextField->setText(Preferences::text(Preference::VpnPassword));
 }
 
 void VpnPane::setVpnSettings() {
     const QString user = m_ui->usernameTextField->text();
     const QString password = m_ui->passwordTextField->text();
-    preferences().setValues({{SettingsDefaults::vpnConfigPath(), m_ui->pathTextField->text()},
-                             {SettingsDefaults::vpnUsername(), user},
-                             {SettingsDefaults::vpnPassword(), password}});
+    Preferences::store({{Preference::VpnConfigPath, m_ui->pathTextField->text()},
+                        {Preference::VpnUsername, user},
+                        {Preference::VpnPassword, password}});
     // This is not the hidden file that the tunnel's launch reads; a failed write has no consequence.
     const QString content = user + QChar(u'\n') + password;
     TextFile::replace(platform::Platform::current().account.home +

@@ -130,7 +130,7 @@ private Q_SLOTS:
     }
 
     void anotherKeyIsAnotherList() {
-        QrvTableDataSource sites(text("cookieSites"));
+        QrvTableDataSource sites(Preference::CookieSites);
         sites.awakeFromNib();
         sites.addRow(text("example.test"));
         QVERIFY(!stored().isValid());

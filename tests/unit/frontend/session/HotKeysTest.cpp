@@ -32,7 +32,7 @@ protected:
     }
 
     void choose(Action action, int tag) const {
-        m_services.preferences().setValue(HotKeys::preferenceKey(action), tag);
+        m_services.preferences().setValue(platform::keyOf(HotKeys::preference(action)), tag);
     }
 
     void chooseAndRegister(Action action, int tag) {
@@ -70,7 +70,7 @@ TEST_F(HotKeysTest, ActionsHaveTheirKeysSignaturesAndNumbers) {
     const QList<quint32> signatures = {0x73696731, 0x73696732, 0x73696733, 0x73696734, 0x73696735};
     for (qsizetype i = 0; i < preferenceKeys.size(); ++i) {
         const Action action = HotKeys::actions[static_cast<std::size_t>(i)];
-        EXPECT_EQ(HotKeys::preferenceKey(action), preferenceKeys[i]);
+        EXPECT_EQ(platform::keyOf(HotKeys::preference(action)), preferenceKeys[i]);
         EXPECT_EQ(HotKeys::identifier(action).signature, signatures[i]);
         EXPECT_EQ(HotKeys::identifier(action).id, static_cast<quint32>(i) + 1);
     }
@@ -161,7 +161,7 @@ TEST_F(HotKeysTest, RefusedRegistrationKeepsTheOldReferenceAndIsRemembered) {
     chooseAndRegister(Action::HideIp, 3);
     EXPECT_EQ(m_keys->reference(Action::HideIp), reference);
     EXPECT_EQ(m_keys->problem(Action::HideIp).kind, Problem::Kind::TakenElsewhere);
-    EXPECT_EQ(m_services.preferences().integer(HotKeys::preferenceKey(Action::HideIp)), 3);
+    EXPECT_EQ(m_services.preferences().integer(platform::keyOf(HotKeys::preference(Action::HideIp))), 3);
     chooseAndRegister(Action::HideIp, 4);
     EXPECT_EQ(m_keys->problem(Action::HideIp), Problem());
 }
