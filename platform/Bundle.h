@@ -9,8 +9,8 @@ namespace quorvane::platform {
 /// safe from any thread.
 class Bundle {
 public:
-    /// Reads the contents folder at the path (Info.plist included).
-    explicit Bundle(const QString &contentsPath);
+    /// `contents` is the folder's path; its Info.plist is read.
+    explicit Bundle(const QString &contents);
     /// The contents folder of the running program: its real path with the last two components removed.
     [[nodiscard]] static Bundle ofExecutable();
 

@@ -35,7 +35,8 @@ QString escaped(const QString &line) {
 
 } // namespace
 
-SystemLog::SystemLog(LogSink &target, const PreferencesStore &store) : m_sink(target), m_preferences(store) {}
+SystemLog::SystemLog(LogSink &sink, const PreferencesStore &preferences)
+    : m_sink(sink), m_preferences(preferences) {}
 
 void SystemLog::setMask(Mask newMask) {
     const std::lock_guard lock(m_mutex);

@@ -11,6 +11,10 @@ struct UserAccount {
     QString login;
 
     [[nodiscard]] QString library() const;
+    /// The program's documents: configuration, credentials and logs.
+    [[nodiscard]] QString documents() const;
+    /// The property list that holds the preferences.
+    [[nodiscard]] QString preferencesFile() const;
     [[nodiscard]] static UserAccount current();
 };
 

@@ -6,7 +6,7 @@
 
 namespace quorvane::platform {
 
-UserDefaultsController::UserDefaultsController(PreferencesStore &target) : m_store(target) {}
+UserDefaultsController::UserDefaultsController(PreferencesStore &store) : m_store(store) {}
 
 void UserDefaultsController::setAppliesImmediately(bool immediate) {
     m_immediate = immediate;

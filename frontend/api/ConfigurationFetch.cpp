@@ -49,7 +49,7 @@ QVariant storedText(const QString &text) {
 }
 
 void storeAnswer(const Task &task, const QString &configuration) {
-    const QString folder = SessionLog::folder();
+    const QString folder = platform::Platform::current().account.documents();
     const QString path = folder + QStringLiteral("/qrvp.ovpn");
     QDir().mkpath(folder);
     TextFile::replace(path, configuration.toUtf8());

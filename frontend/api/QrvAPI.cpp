@@ -3,6 +3,7 @@
 #include "RequestUrls.h"
 #include "frontend/privileges/OneTimeSecrets.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/Notifications.h"
 #include "frontend/support/TextFile.h"
 #include "frontend/support/TextNumbers.h"
 #include "platform/HardwareRegistry.h"
@@ -78,7 +79,7 @@ QrvAPI &QrvAPI::initWithDelegate(QrvApiProtocol *newDelegate) {
     m_delegate = newDelegate;
     m_serial = platformSerialNumber();
     m_servers.clearLocations();
-    services().notifications->addObserver(QStringLiteral("inetStatus"), this,
+    services().notifications->addObserver(Notifications::inetStatus, this,
                                           [this](const QVariant &number) { inetStatus(number); });
     return *this;
 }

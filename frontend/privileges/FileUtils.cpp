@@ -10,9 +10,7 @@ namespace quorvane {
 namespace fs = std::filesystem;
 
 void FileUtils::checkUserDefaultsPremmision() {
-    const QString file = platform::Platform::current().account.library() +
-                         QStringLiteral("/Preferences/com.tallowind.Quorvane.plist");
-    const fs::path path = file.toStdString();
+    const fs::path path = platform::Platform::current().account.preferencesFile().toStdString();
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
     if (status.type() == fs::file_type::not_found) {

@@ -1,5 +1,6 @@
 #include "ZqPrivilegedTask.h"
 
+#include "frontend/support/Notifications.h"
 #include "platform/AuthorizationService.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
@@ -79,9 +80,8 @@ void ZqPrivilegedTask::checkTaskStatus() {
         m_running = false;
     }
     m_checkStatusTimer.stop();
-    platform::Platform::current().notifications->post(
-        QStringLiteral("ZqPrivilegedTaskDidTerminateNotification"),
-        QVariant::fromValue(static_cast<QObject *>(this)));
+    platform::Platform::current().notifications->post(Notifications::privilegedTaskDidTerminate,
+                                                      QVariant::fromValue(static_cast<QObject *>(this)));
 }
 
 QString ZqPrivilegedTask::description() const {

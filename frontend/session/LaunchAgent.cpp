@@ -16,7 +16,7 @@ const QString name = QStringLiteral("com.qrvp.LaunchAtLogin.plist");
 const QString runKey = QStringLiteral("RunAtLoad");
 
 QString agentFolder() {
-    return platform::Platform::current().account.home + QStringLiteral("/Library/LaunchAgents/");
+    return platform::Platform::current().account.library() + QStringLiteral("/LaunchAgents/");
 }
 
 } // namespace

@@ -11,8 +11,8 @@
 
 namespace quorvane {
 
-LocationRotation::LocationRotation(const Parts &parts, LocationChoice::Random choice, QObject *parent)
-    : QObject(parent), m_parts(parts), m_choice(std::move(choice)) {}
+LocationRotation::LocationRotation(const Parts &parts, LocationChoice::Random random, QObject *parent)
+    : QObject(parent), m_parts(parts), m_choice(std::move(random)) {}
 
 LocationChoice::Request LocationRotation::request() const {
     LocationChoice::Request request;

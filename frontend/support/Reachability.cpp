@@ -1,5 +1,6 @@
 #include "Reachability.h"
 
+#include "Notifications.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 
@@ -191,8 +192,8 @@ void Reachability::reachabilityChanged(std::uint32_t flags) {
         QCoreApplication::instance(),
         [self = weak_from_this()] {
             if (const Pointer monitor = self.lock()) {
-                platform::Platform::current().notifications->post(
-                    QStringLiteral("kReachabilityChangedNotification"), QVariant::fromValue(monitor));
+                platform::Platform::current().notifications->post(Notifications::reachabilityChanged,
+                                                                  QVariant::fromValue(monitor));
             }
         },
         Qt::QueuedConnection);

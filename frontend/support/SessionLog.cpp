@@ -9,14 +9,10 @@ namespace quorvane {
 namespace {
 
 QString path() {
-    return SessionLog::folder() + QStringLiteral("/qrvp.log");
+    return platform::Platform::current().account.documents() + QStringLiteral("/qrvp.log");
 }
 
 } // namespace
-
-QString SessionLog::folder() {
-    return platform::Platform::current().account.home + QStringLiteral("/Documents/Quorvane");
-}
 
 void SessionLog::ensureExists() {
     QFile file(path());

@@ -8,8 +8,6 @@ namespace quorvane {
 /// are only appended to an existing file. Any thread; short lines are written in one piece.
 namespace SessionLog {
 
-/// The folder "Documents/Quorvane" under the user's home.
-[[nodiscard]] QString folder();
 /// Creates the log empty if it is missing.
 void ensureExists();
 void append(const QString &line);

@@ -6,8 +6,8 @@
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/Notifications.h"
 #include "frontend/support/Preferences.h"
-#include "frontend/support/SessionLog.h"
 #include "frontend/support/TextFile.h"
 #include "platform/DelayedCalls.h"
 #include "platform/Files.h"
@@ -37,7 +37,7 @@ QString quoted(const QString &value) {
 
 } // namespace
 
-Vpn::Vpn(RunningProcesses &table, QObject *parent) : QObject(parent), m_processes(table) {}
+Vpn::Vpn(RunningProcesses &processes, QObject *parent) : QObject(parent), m_processes(processes) {}
 
 Vpn::~Vpn() {
     services().delayedCalls->cancelAll(this);
@@ -60,7 +60,7 @@ bool Vpn::configVpn() {
     const QString executable = services().bundle->resourcesPath() + QStringLiteral("/openvpn");
     const QString credentials = Diagnostics::shown(Preferences::text(Preference::VpnUsername)) +
                                 QChar(u'\n') + Diagnostics::shown(Preferences::text(Preference::VpnPassword));
-    const QString folder = SessionLog::folder();
+    const QString folder = services().account.documents();
     QDir().mkpath(folder);
     const QString credentialsPath = folder + QStringLiteral("/.vpnCreds.txt");
     const QString logPath = folder + QStringLiteral("/openvpn.log");
@@ -141,7 +141,7 @@ void Vpn::readLog(const QString &path) {
         const LogVerdict verdict = LogVerdict::of(TextFile::read(path));
         switch (verdict.outcome) {
         case LogVerdict::Outcome::Up:
-            services().notifications->post(QStringLiteral("showIp"));
+            services().notifications->post(Notifications::showIp);
             m_needReadLog = false;
             break;
         case LogVerdict::Outcome::WithErrors:

@@ -23,12 +23,9 @@ namespace quorvane::platform {
 
 namespace {
 
-constexpr char preferencesFile[] = "/Preferences/com.tallowind.Quorvane.plist";
-
 /// Preferences and the log that reports their problems.
 void addPreferencesAndLog(Platform &platform) {
-    auto preferences =
-        std::make_unique<PlistPreferences>(platform.account.library() + QLatin1String(preferencesFile));
+    auto preferences = std::make_unique<PlistPreferences>(platform.account.preferencesFile());
     platform.userDefaults = std::make_unique<UserDefaultsController>(*preferences);
     platform.logSink = std::make_unique<StandardLogSink>();
     platform.log = std::make_unique<SystemLog>(*platform.logSink, *preferences);

@@ -4,6 +4,7 @@
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/support/AlertPresenter.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/Notifications.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "ui_AuthenticaionView.h"
@@ -118,7 +119,7 @@ void QrvAuthenticationWindowController::ensureDnsAndStart() {
     // After a successful rewrite nothing is started; after a failed one the session starts nevertheless.
     if (script.getSystemDns() || !script.setSystemDns()) {
         platform::Platform::current().notifications->post(
-            QStringLiteral("startVpn"), QVariant::fromValue(static_cast<QObject *>(m_ui->startButton)));
+            Notifications::startVpn, QVariant::fromValue(static_cast<QObject *>(m_ui->startButton)));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "frontend/privileges/FileUtils.h"
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/session/SessionState.h"
+#include "frontend/support/Notifications.h"
 #include "frontend/support/Preferences.h"
 #include "frontend/ui/shared/Alerts.h"
 #include "platform/NotificationCenter.h"
@@ -49,7 +50,7 @@ bool QrvApplicationController::applicationShouldTerminate() {
 }
 
 void QrvApplicationController::applicationWillTerminate() {
-    platform::Platform::current().notifications->post(QStringLiteral("applicationWillTerminate"));
+    platform::Platform::current().notifications->post(Notifications::applicationWillTerminate);
 }
 
 } // namespace quorvane

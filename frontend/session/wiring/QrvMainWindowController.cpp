@@ -5,6 +5,7 @@
 #include "frontend/session/LaunchAgent.h"
 #include "frontend/session/SessionState.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/Notifications.h"
 #include "frontend/support/Preferences.h"
 #include "frontend/support/Reachability.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
@@ -62,7 +63,7 @@ void postInternetStatus(int status) {
         [status] {
             Diagnostics::log(status == 1 ? QStringLiteral("*** checkReachability: inet YES")
                                          : QStringLiteral("*** checkReachability: inet NO"));
-            services().notifications->post(QStringLiteral("inetStatus"), status);
+            services().notifications->post(Notifications::inetStatus, status);
         },
         Qt::QueuedConnection);
 }
@@ -219,24 +220,24 @@ void QrvMainWindowController::connectFetch() {
 }
 
 void QrvMainWindowController::observeNotifications() {
-    const auto observe = [this](const char *name, auto handler) {
-        services().notifications->addObserver(QString::fromLatin1(name), this,
-                                              [handler](const QVariant &) { handler(); });
+    const auto observe = [this](QLatin1String name, auto handler) {
+        services().notifications->addObserver(name, this, [handler](const QVariant &) { handler(); });
     };
-    observe("startVpn", [this] { m_hideIpSession->getNewIP(); });
-    observe("applicationWillTerminate", [this] { terminateVpn(); });
-    observe("showIp", [this] { m_hideIpSession->showIp(); });
-    observe("setDefaultControls", [this] { m_hideIpSession->setDefaultControls(); });
-    observe("checkCredential", [this] {
+    observe(Notifications::startVpn, [this] { m_hideIpSession->getNewIP(); });
+    observe(Notifications::applicationWillTerminate, [this] { terminateVpn(); });
+    observe(Notifications::showIp, [this] { m_hideIpSession->showIp(); });
+    observe(Notifications::setDefaultControls, [this] { m_hideIpSession->setDefaultControls(); });
+    observe(Notifications::checkCredential, [this] {
         if (m_settingsWindow && m_settingsWindow->window().isVisible()) {
             m_settingsWindow->authWindow(); // in front of the window that the user sees
         } else {
             authWindow();
         }
     });
-    observe("showSettings", [this] { showSettings(); });
+    observe(Notifications::showSettings, [this] { showSettings(); });
     // No part of the program posts this notification: the controller has no such operation.
-    observe("getSystemDns", [] { Q_ASSERT_X(false, "QrvMainWindowController", "getSystemDns"); });
+    observe(Notifications::getSystemDns,
+            [] { Q_ASSERT_X(false, "QrvMainWindowController", "getSystemDns"); });
 }
 
 void QrvMainWindowController::scheduleStartupChecks() {

@@ -1,13 +1,13 @@
 #include "MainWindow.h"
 
-#include "frontend/support/TextNumbers.h"
 #include "frontend/ui/shared/Images.h"
+#include "frontend/ui/shared/IntervalField.h"
+#include "frontend/ui/shared/WindowOrder.h"
 #include "ui_MainWindow.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QKeyEvent>
-#include <QSignalBlocker>
 #include <QWindow>
 
 namespace quorvane {
@@ -17,7 +17,6 @@ namespace {
 constexpr QSize stateImageSize(112, 112);
 constexpr QSize flagSize(28, 21);
 constexpr QSize windowIconSize(64, 64);
-constexpr int maximumIntervalDigits = 2;
 
 QString styleOf(Tone tone) {
     switch (tone) {
@@ -64,10 +63,6 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_ui(std::make_un
     for (QLabel *line : {m_ui->fieldLine3, m_ui->fieldLine4, m_ui->fieldLine22, m_ui->fieldLine21}) {
         line->setVisible(false);
     }
-    // The field beside the stepper shows the number, so only the stepper's two buttons are shown.
-    if (auto *number = m_ui->stepperChangeIpInterval->findChild<QLineEdit *>()) {
-        number->hide();
-    }
     // Controls keep their place while they are hidden, so that the others do not move.
     for (QWidget *widget :
          std::initializer_list<QWidget *>{m_ui->changeIpButton, m_ui->discardIpButton, m_ui->viewSpinWeel}) {
@@ -84,37 +79,14 @@ void MainWindow::connectControls() {
     connect(m_ui->checkboxChangeIpInterval, &QCheckBox::clicked, this, &MainWindow::changeEverySwitched);
     connect(m_ui->checkboxRequireUS, &QCheckBox::clicked, this, &MainWindow::requireUSSwitched);
     connect(m_ui->IPNonRepeat, &QCheckBox::clicked, this, &MainWindow::nonRepeatSwitched);
-    connect(m_ui->fieldChangeIpInterval, &QLineEdit::textEdited, this, &MainWindow::intervalTyped);
-    connect(m_ui->stepperChangeIpInterval, &QSpinBox::valueChanged, this, &MainWindow::intervalStepped);
+    m_interval = new IntervalField(*m_ui->fieldChangeIpInterval, *m_ui->stepperChangeIpInterval,
+                                   IntervalField::Zero::BecomesOne, this);
+    connect(m_interval, &IntervalField::entered, this, &MainWindow::intervalEntered);
     connect(m_ui->websiteButton, &QPushButton::clicked, this, &MainWindow::websitePressed);
     connect(m_ui->aboutButton, &QPushButton::clicked, this, &MainWindow::aboutPressed);
     connect(m_ui->advancedSettingsButton, &QPushButton::clicked, this, &MainWindow::advancedSettingsPressed);
     connect(m_ui->segmentTcp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(0); });
     connect(m_ui->segmentUdp, &QRadioButton::clicked, this, [this] { Q_EMIT transportChosen(1); });
-}
-
-void MainWindow::intervalTyped() {
-    QString typed = m_ui->fieldChangeIpInterval->text();
-    if (!pureInteger(typed, maximumIntervalDigits)) {
-        // The cleaned text is handled as another edit.
-        m_ui->fieldChangeIpInterval->setText(typed);
-        intervalTyped();
-        return;
-    }
-    if (integerValue(typed) == 0) {
-        m_ui->fieldChangeIpInterval->setText(QStringLiteral("1"));
-    }
-    const int minutes = integerValue(m_ui->fieldChangeIpInterval->text());
-    {
-        const QSignalBlocker quiet(m_ui->stepperChangeIpInterval);
-        m_ui->stepperChangeIpInterval->setValue(minutes);
-    }
-    Q_EMIT intervalEntered(minutes);
-}
-
-void MainWindow::intervalStepped(int minutes) {
-    m_ui->fieldChangeIpInterval->setText(QString::number(minutes));
-    Q_EMIT intervalEntered(minutes);
 }
 
 void MainWindow::mousePressEvent(QMouseEvent *event) {
@@ -158,15 +130,11 @@ void MainWindow::draw(const DisplayState &state) {
     m_ui->discardIpButton->setVisible(state.discardIpVisible);
     m_ui->viewSpinWeel->setRange(0, state.spinning ? 0 : 100);
     m_ui->viewSpinWeel->setVisible(state.spinning);
-    {
-        const QSignalBlocker quiet(m_ui->stepperChangeIpInterval);
-        m_ui->stepperChangeIpInterval->setValue(state.interval);
-    }
+    m_interval->setStep(state.interval);
     if (state.interval != m_shown.interval) {
-        m_ui->fieldChangeIpInterval->setText(QString::number(state.interval));
+        m_interval->show(state.interval);
     }
-    m_ui->fieldChangeIpInterval->setEnabled(state.intervalEnabled);
-    m_ui->stepperChangeIpInterval->setEnabled(state.intervalEnabled);
+    m_interval->setEnabled(state.intervalEnabled);
     drawImages(state);
     m_shown = state;
 }
@@ -300,13 +268,7 @@ void MainWindow::hideOrMinimise() {
 
 void MainWindow::bringForward() {
     m_inBackground = false;
-    if (isMinimized()) {
-        showNormal();
-    } else {
-        show();
-    }
-    raise();
-    activateWindow();
+    quorvane::bringForward(*this);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event) {

@@ -8,6 +8,7 @@
 
 namespace quorvane {
 
+class IntervalField;
 class QrvLocationPaneController;
 
 namespace Ui {
@@ -79,8 +80,6 @@ protected:
 
 private:
     void connectControls();
-    void intervalTyped();
-    void intervalStepped(int minutes);
     void mousePressEvent(QMouseEvent *event) override;
     void endEditing();
     void hideOrMinimise();
@@ -88,6 +87,7 @@ private:
     void drawImages(const DisplayState &state);
 
     std::unique_ptr<Ui::MainWindow> m_ui;
+    IntervalField *m_interval = nullptr;
     DisplayState m_shown;
     bool m_reachableByTray = false;
     bool m_inBackground = false;

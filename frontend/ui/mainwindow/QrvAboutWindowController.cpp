@@ -3,6 +3,7 @@
 #include "frontend/api/QrvAPI.h"
 #include "frontend/ui/shared/Images.h"
 #include "frontend/ui/shared/WebPages.h"
+#include "frontend/ui/shared/WindowOrder.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 #include "ui_About.h"
@@ -17,8 +18,8 @@ constexpr QSize pictureSize(96, 96);
 
 } // namespace
 
-QrvAboutWindowController::QrvAboutWindowController(QWidget &window, QrvAPI &client)
-    : m_mainWindow(window), m_api(client), m_ui(std::make_unique<Ui::About>()) {
+QrvAboutWindowController::QrvAboutWindowController(QWidget &mainWindow, QrvAPI &api)
+    : m_mainWindow(mainWindow), m_api(api), m_ui(std::make_unique<Ui::About>()) {
     m_ui->setupUi(this);
     setWindowFlag(Qt::WindowStaysOnTopHint, true); // above the other windows
     m_ui->labelVersion->setText(
@@ -41,9 +42,7 @@ void QrvAboutWindowController::showWindow() {
         m_mainWindow.hide();
     }
     m_ui->okButton->setFocus();
-    show();
-    raise();
-    activateWindow();
+    bringForward(*this);
 }
 
 void QrvAboutWindowController::okButtonPressed() {
@@ -59,9 +58,7 @@ void QrvAboutWindowController::hideEvent(QHideEvent *event) {
     // A window that the desktop only hid is not closed.
     if (m_showMain && !event->spontaneous()) {
         m_showMain = false;
-        m_mainWindow.show();
-        m_mainWindow.raise();
-        m_mainWindow.activateWindow();
+        bringForward(m_mainWindow);
     }
 }
 

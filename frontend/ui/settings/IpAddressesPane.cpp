@@ -1,22 +1,19 @@
 #include "IpAddressesPane.h"
 
 #include "DefaultsBinding.h"
+#include "frontend/support/Notifications.h"
 #include "frontend/support/TextNumbers.h"
+#include "frontend/ui/shared/IntervalField.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "ui_SettingsIpAddresses.h"
-
-#include <QLineEdit>
-#include <QSignalBlocker>
 
 namespace quorvane {
 
 namespace {
 
-constexpr int maximumIntervalDigits = 2;
-
 void postUpdateServerList() {
-    platform::Platform::current().notifications->post(QStringLiteral("updateServerList"));
+    platform::Platform::current().notifications->post(Notifications::updateServerList);
 }
 
 } // namespace
@@ -28,10 +25,8 @@ IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
     m_ui->tableDiscardIp->setDataSource(&m_discarded);
     binding.bindBoolean(*m_ui->checkboxChangeIpInterval, Preference::ChangeIpEvery);
     binding.bindBoolean(*m_ui->checkboxHide, Preference::Hide);
-    // The field beside the stepper shows the number, so only the stepper's two buttons are shown.
-    if (auto *number = m_ui->stepperChangeIpInterval->findChild<QLineEdit *>()) {
-        number->hide();
-    }
+    m_interval = new IntervalField(*m_ui->fieldChangeIpInterval, *m_ui->stepperChangeIpInterval,
+                                   IntervalField::Zero::Accepted, this);
     connect(m_ui->deleteButton, &QPushButton::clicked, this,
             &IpAddressesPane::deleteDiscardedIpButtonPressed);
     connect(m_ui->clearButton, &QPushButton::clicked, this, &IpAddressesPane::clearDiscardedIpsButtonPressed);
@@ -39,8 +34,6 @@ IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
             &IpAddressesPane::deleteDiscardedIpButtonPressed);
     connect(m_ui->checkboxChangeIpInterval, &QCheckBox::clicked, this,
             &IpAddressesPane::changeIpEveryButtonPressed);
-    connect(m_ui->fieldChangeIpInterval, &QLineEdit::textEdited, this, &IpAddressesPane::intervalTyped);
-    connect(m_ui->stepperChangeIpInterval, &QSpinBox::valueChanged, this, &IpAddressesPane::intervalStepped);
     connect(m_ui->launchOnStart, &QCheckBox::clicked, this, &IpAddressesPane::launchSwitched);
 }
 
@@ -50,11 +43,7 @@ IpAddressesPane::~IpAddressesPane() {
 
 void IpAddressesPane::refresh() {
     const qint64 minutes = Preferences::editedInteger(Preference::ChangeIpInterval);
-    m_ui->fieldChangeIpInterval->setText(QString::number(minutes));
-    {
-        const QSignalBlocker quiet(m_ui->stepperChangeIpInterval);
-        m_ui->stepperChangeIpInterval->setValue(integerValue(QString::number(minutes)));
-    }
+    m_interval->show(integerValue(QString::number(minutes)));
     changeIpEveryButtonPressed(m_ui->checkboxChangeIpInterval->isChecked());
 }
 
@@ -63,7 +52,7 @@ void IpAddressesPane::setLaunchesOnStart(bool on) {
 }
 
 int IpAddressesPane::interval() const {
-    return integerValue(m_ui->fieldChangeIpInterval->text());
+    return m_interval->minutes();
 }
 
 QrvDiscardIpTableViewController &IpAddressesPane::tableDiscardIp() const {
@@ -81,24 +70,7 @@ void IpAddressesPane::clearDiscardedIpsButtonPressed() {
 }
 
 void IpAddressesPane::changeIpEveryButtonPressed(bool on) {
-    m_ui->fieldChangeIpInterval->setEnabled(on);
-    m_ui->stepperChangeIpInterval->setEnabled(on);
-}
-
-void IpAddressesPane::intervalTyped() {
-    QString typed = m_ui->fieldChangeIpInterval->text();
-    if (!pureInteger(typed, maximumIntervalDigits)) {
-        // The cleaned text is handled as another edit.
-        m_ui->fieldChangeIpInterval->setText(typed);
-        intervalTyped();
-        return;
-    }
-    const QSignalBlocker quiet(m_ui->stepperChangeIpInterval);
-    m_ui->stepperChangeIpInterval->setValue(integerValue(typed));
-}
-
-void IpAddressesPane::intervalStepped(int minutes) {
-    m_ui->fieldChangeIpInterval->setText(QString::number(minutes));
+    m_interval->setEnabled(on);
 }
 
 } // namespace quorvane

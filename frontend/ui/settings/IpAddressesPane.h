@@ -8,6 +8,7 @@
 namespace quorvane {
 
 class DefaultsBinding;
+class IntervalField;
 class QrvDiscardIpTableViewController;
 
 namespace Ui {
@@ -40,11 +41,10 @@ Q_SIGNALS:
 
 private:
     void changeIpEveryButtonPressed(bool on);
-    void intervalTyped();
-    void intervalStepped(int minutes);
 
     QrvTableDataSource m_discarded;
     std::unique_ptr<Ui::SettingsIpAddresses> m_ui;
+    IntervalField *m_interval = nullptr;
 };
 
 } // namespace quorvane

@@ -19,8 +19,8 @@
 
 namespace quorvane {
 
-QrvSettingsWindowController::QrvSettingsWindowController(SettingsDelegate &target, QrvAPI &client)
-    : m_delegate(target), m_api(client), m_settings(std::make_unique<SettingsWindow>()) {
+QrvSettingsWindowController::QrvSettingsWindowController(SettingsDelegate &delegate, QrvAPI &api)
+    : m_delegate(delegate), m_api(api), m_settings(std::make_unique<SettingsWindow>()) {
     Preferences::storeStartValues();
     m_viewBrowsers = new BrowsersPane(m_settings.get());
     m_viewIpAddresses = new IpAddressesPane(m_binding, m_settings.get());

@@ -3,6 +3,7 @@
 #include "PaneGeometry.h"
 #include "SettingsToolbar.h"
 #include "frontend/ui/shared/Images.h"
+#include "frontend/ui/shared/WindowOrder.h"
 #include "ui_Settings.h"
 
 #include <QCloseEvent>
@@ -139,13 +140,7 @@ void SettingsWindow::closeWindow() {
 }
 
 void SettingsWindow::bringForward() {
-    if (isMinimized()) {
-        showNormal();
-    } else {
-        show();
-    }
-    raise();
-    activateWindow();
+    quorvane::bringForward(*this);
 }
 
 void SettingsWindow::closeEvent(QCloseEvent *event) {

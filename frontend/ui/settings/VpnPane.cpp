@@ -2,6 +2,7 @@
 
 #include "frontend/support/Preferences.h"
 #include "frontend/support/TextFile.h"
+#include "frontend/ui/shared/WindowOrder.h"
 #include "platform/Platform.h"
 #include "ui_SettingsVpn.h"
 
@@ -48,8 +49,7 @@ void VpnPane::setVpnSettings() {
                         {Preference::VpnPassword, password}});
     // This is not the hidden file that the tunnel's launch reads; a failed write has no consequence.
     const QString content = user + QChar(u'\n') + password;
-    TextFile::replace(platform::Platform::current().account.home +
-                          QStringLiteral("/Documents/Quorvane/vpnCreds.txt"),
+    TextFile::replace(platform::Platform::current().account.documents() + QStringLiteral("/vpnCreds.txt"),
                       content.toUtf8());
 }
 
@@ -63,9 +63,7 @@ void VpnPane::pushBrowse() {
         m_panel->setNameFilter(tr("OpenVPN configurations (%1)").arg(QStringLiteral("*.ovpn")));
         connect(m_panel, &QFileDialog::accepted, this, &VpnPane::panelConfirmed);
     }
-    m_panel->show();
-    m_panel->raise();
-    m_panel->activateWindow();
+    bringForward(*m_panel);
 }
 
 void VpnPane::panelConfirmed() {

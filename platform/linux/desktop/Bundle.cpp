@@ -6,10 +6,10 @@
 
 namespace quorvane::platform {
 
-Bundle::Bundle(const QString &contentsPath)
-    : m_contents(contentsPath),
-      m_dictionary(
-          PropertyList::readFile(contentsPath + QStringLiteral("/Info.plist")).value_or(QVariantMap())) {}
+Bundle::Bundle(const QString &contents)
+    : m_contents(contents),
+      m_dictionary(PropertyList::readFile(contents + QStringLiteral("/Info.plist")).value_or(QVariantMap())) {
+}
 
 Bundle Bundle::ofExecutable() {
     const QString executable = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();

@@ -89,7 +89,7 @@ WorkspaceFolders WorkspaceFolders::ofUser(const QString &home) {
     return found;
 }
 
-LinuxWorkspace::LinuxWorkspace(const WorkspaceFolders &userFolders) : m_folders(userFolders) {}
+LinuxWorkspace::LinuxWorkspace(const WorkspaceFolders &folders) : m_folders(folders) {}
 
 bool LinuxWorkspace::openUrl(const QString &url) {
     const QUrl address(url, QUrl::StrictMode);

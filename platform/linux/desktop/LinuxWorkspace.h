@@ -24,7 +24,7 @@ struct WorkspaceFolders {
 /// A desktop that follows the freedesktop standards.
 class LinuxWorkspace final : public Workspace {
 public:
-    explicit LinuxWorkspace(const WorkspaceFolders &userFolders);
+    explicit LinuxWorkspace(const WorkspaceFolders &folders);
 
     /// Opens http and https addresses only.
     bool openUrl(const QString &url) override;

@@ -98,9 +98,8 @@ QString nextBusName() {
 
 } // namespace
 
-PortalShortcuts::PortalShortcuts(const Settings &portalSettings, Handlers newHandlers)
-    : m_settings(portalSettings), m_handlers(std::move(newHandlers)),
-      m_replyContext(std::make_unique<QObject>()) {
+PortalShortcuts::PortalShortcuts(const Settings &settings, Handlers handlers)
+    : m_settings(settings), m_handlers(std::move(handlers)), m_replyContext(std::make_unique<QObject>()) {
     m_openSoon.setSingleShot(true);
     m_overdue.setSingleShot(true);
     connect(&m_openSoon, &QTimer::timeout, this, [this] { open(); });

@@ -49,7 +49,7 @@ public:
         std::function<void(const QStringList &, HotKeyError)> refused;
     };
 
-    PortalShortcuts(const Settings &portalSettings, Handlers newHandlers);
+    PortalShortcuts(const Settings &settings, Handlers handlers);
     ~PortalShortcuts() override;
 
     /// False once the desktop is known to have no such portal, until another portal starts.

@@ -70,8 +70,8 @@ struct X11HotKeyService::State {
     std::unique_ptr<X11KeyGrabs> grabs;
 };
 
-X11HotKeyService::X11HotKeyService(const QByteArray &displayName)
-    : m_display(displayName), m_state(std::make_unique<State>()) {}
+X11HotKeyService::X11HotKeyService(const QByteArray &display)
+    : m_display(display), m_state(std::make_unique<State>()) {}
 
 X11HotKeyService::~X11HotKeyService() = default;
 

@@ -15,7 +15,7 @@ class X11KeyGrabs;
 class X11HotKeyService final : public HotKeyService {
 public:
     /// An empty name means the display of the environment.
-    explicit X11HotKeyService(const QByteArray &displayName = {});
+    explicit X11HotKeyService(const QByteArray &display = {});
     ~X11HotKeyService() override;
     X11HotKeyService(const X11HotKeyService &) = delete;
     X11HotKeyService &operator=(const X11HotKeyService &) = delete;

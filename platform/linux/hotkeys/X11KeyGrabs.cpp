@@ -1,7 +1,8 @@
 #include "X11KeyGrabs.h"
 
+#include "platform/linux/x11/XcbMemory.h"
+
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 #include <xcb/xcb.h>
 // The header has a field of that name.
@@ -22,18 +23,6 @@ namespace {
 
 constexpr quint32 numLockSymbol = 0xFF7F;
 constexpr quint16 allModifiers = 0xFF;
-
-struct Free {
-    void operator()(void *memory) const { std::free(memory); }
-};
-
-template <typename T>
-using Owned = std::unique_ptr<T, Free>;
-
-template <typename T>
-Owned<T> own(T *memory) {
-    return Owned<T>(memory);
-}
 
 HotKeyError errorOf(quint8 error) {
     switch (error) {
@@ -104,8 +93,8 @@ bool X11KeyGrabs::detectRepeats() {
     constexpr quint16 events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr quint16 parts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
     xcb_xkb_select_events(c, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts, nullptr);
-    const auto known = own(xcb_xkb_use_extension_reply(c, version, nullptr));
-    const auto set = own(xcb_xkb_per_client_flags_reply(c, flags, nullptr));
+    const auto known = adopt(xcb_xkb_use_extension_reply(c, version, nullptr));
+    const auto set = adopt(xcb_xkb_per_client_flags_reply(c, flags, nullptr));
     return known && known->supported != 0 && set && (set->value & detectable) != 0;
 }
 
@@ -116,8 +105,8 @@ quint16 X11KeyGrabs::findNumLock() const {
     const int keyCount = setup->max_keycode - setup->min_keycode + 1;
     const auto modifiersCookie = xcb_get_modifier_mapping(c);
     const auto symbolsCookie = xcb_get_keyboard_mapping(c, setup->min_keycode, static_cast<quint8>(keyCount));
-    const auto modifiers = own(xcb_get_modifier_mapping_reply(c, modifiersCookie, nullptr));
-    const auto symbols = own(xcb_get_keyboard_mapping_reply(c, symbolsCookie, nullptr));
+    const auto modifiers = adopt(xcb_get_modifier_mapping_reply(c, modifiersCookie, nullptr));
+    const auto symbols = adopt(xcb_get_keyboard_mapping_reply(c, symbolsCookie, nullptr));
     if (!modifiers || !symbols) {
         return 0;
     }
@@ -166,7 +155,7 @@ HotKeyError X11KeyGrabs::grabAll(Combination combination) {
     }
     HotKeyError error = HotKeyError::None;
     for (const xcb_void_cookie_t cookie : std::as_const(cookies)) {
-        const auto refusal = own(xcb_request_check(c, cookie));
+        const auto refusal = adopt(xcb_request_check(c, cookie));
         if (refusal && error == HotKeyError::None) {
             error = errorOf(refusal->error_code);
         }
@@ -195,13 +184,13 @@ void X11KeyGrabs::ungrabAll(Combination combination) {
     for (const quint16 locks : lockStates()) {
         xcb_ungrab_key(c, combination.key, m_root, combination.modifiers | locks);
     }
-    own(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+    static_cast<void>(adopt(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr)));
 }
 
 void X11KeyGrabs::readEvents() {
     // A handler may run an event loop, in which this function is called again, or lose the connection.
     while (m_connection) {
-        const auto event = own(xcb_poll_for_event(m_connection.get()));
+        const auto event = adopt(xcb_poll_for_event(m_connection.get()));
         if (!event) {
             break;
         }

@@ -50,8 +50,8 @@ bool isStorable(const QVariant &value) {
 
 } // namespace
 
-PlistPreferences::PlistPreferences(const QString &file, int lockMilliseconds)
-    : m_path(file), m_lockLimit(lockMilliseconds) {
+PlistPreferences::PlistPreferences(const QString &path, int lockMilliseconds)
+    : m_path(path), m_lockLimit(lockMilliseconds) {
     synchronize();
 }
 

@@ -24,7 +24,7 @@ bool isUtf8(const QByteArray &bytes) {
 /// Walks over the objects of a binary property list and counts them as often as they are used.
 class BinaryWalk {
 public:
-    explicit BinaryWalk(const QByteArray &source) : m_bytes(source) {}
+    explicit BinaryWalk(const QByteArray &bytes) : m_bytes(bytes) {}
 
     [[nodiscard]] bool run() {
         if (!readTrailer()) {

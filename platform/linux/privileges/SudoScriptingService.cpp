@@ -62,9 +62,9 @@ private:
 /// Answers each prompt for a password with one line, so that a wrong one costs one attempt.
 class PromptAnswerer {
 public:
-    PromptAnswerer(const SecretBytes &secret, const QByteArray &sudoPrompt, const QByteArray &marker,
+    PromptAnswerer(const SecretBytes &password, const QByteArray &prompt, const QByteArray &granted,
                    int prompts)
-        : m_password(secret), m_prompt(sudoPrompt), m_granted(marker), m_left(prompts) {}
+        : m_password(password), m_prompt(prompt), m_granted(granted), m_left(prompts) {}
 
     void look(ChildInput &input, const QByteArray &error, bool quiet) {
         if (error.contains(m_granted)) {

@@ -34,6 +34,14 @@ QString UserAccount::library() const {
     return home + QStringLiteral("/Library");
 }
 
+QString UserAccount::documents() const {
+    return home + QStringLiteral("/Documents/Quorvane");
+}
+
+QString UserAccount::preferencesFile() const {
+    return library() + QStringLiteral("/Preferences/com.tallowind.Quorvane.plist");
+}
+
 UserAccount UserAccount::current() {
     UserAccount account = fromDatabase();
     if (account.fullName.isEmpty()) {

@@ -139,9 +139,9 @@ void discardInBackground(FileDescriptor end) {
 /// A running child and its output streams.
 class RunningChild {
 public:
-    RunningChild(pid_t pid, FileDescriptor outputEnd, FileDescriptor errorEnd, FileDescriptor inputEnd)
-        : m_process(openProcess(pid)), m_child(pid), m_output(std::move(outputEnd)),
-          m_error(std::move(errorEnd)), m_input(std::move(inputEnd)) {
+    RunningChild(pid_t child, FileDescriptor output, FileDescriptor error, FileDescriptor input)
+        : m_process(openProcess(child)), m_child(child), m_output(std::move(output)),
+          m_error(std::move(error)), m_input(std::move(input)) {
         for (const FileDescriptor *end : {&m_output, &m_error}) {
             ::fcntl(end->get(), F_SETFL, ::fcntl(end->get(), F_GETFL) | O_NONBLOCK);
         }

@@ -87,7 +87,7 @@ bool isEnding(int folder, const char *process) {
 
 } // namespace
 
-ProcProcessTable::ProcProcessTable(const QByteArray &path) : m_folder(path) {}
+ProcProcessTable::ProcProcessTable(const QByteArray &folder) : m_folder(folder) {}
 
 int ProcProcessTable::query(ProcessRecord *rows, std::size_t &count) const {
     const std::unique_ptr<DIR, FolderCloser> stream(::opendir(m_folder.constData()));

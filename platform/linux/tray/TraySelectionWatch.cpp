@@ -1,23 +1,12 @@
 #include "TraySelectionWatch.h"
 
+#include "platform/linux/x11/XcbMemory.h"
+
 #include <QSocketNotifier>
 
-#include <cstdlib>
 #include <xcb/xcb.h>
 
 namespace quorvane::platform {
-
-namespace {
-
-template <typename Part>
-using Reply = std::unique_ptr<Part, decltype(&std::free)>;
-
-template <typename Part>
-Reply<Part> reply(Part *part) {
-    return Reply<Part>(part, &std::free);
-}
-
-} // namespace
 
 void TraySelectionWatch::Disconnect::operator()(xcb_connection_t *open) const {
     xcb_disconnect(open);
@@ -42,7 +31,7 @@ TraySelectionWatch::~TraySelectionWatch() = default;
 quint32 TraySelectionWatch::atom(const QByteArray &name) const {
     const auto cookie =
         xcb_intern_atom(m_connection.get(), 0, static_cast<quint16>(name.size()), name.constData());
-    const auto answer = reply(xcb_intern_atom_reply(m_connection.get(), cookie, nullptr));
+    const auto answer = adopt(xcb_intern_atom_reply(m_connection.get(), cookie, nullptr));
     return answer ? answer->atom : 0U;
 }
 
@@ -61,7 +50,7 @@ void TraySelectionWatch::watchRoot(int screen) {
 
 void TraySelectionWatch::look() {
     const auto cookie = xcb_get_selection_owner(m_connection.get(), m_selection);
-    const auto answer = reply(xcb_get_selection_owner_reply(m_connection.get(), cookie, nullptr));
+    const auto answer = adopt(xcb_get_selection_owner_reply(m_connection.get(), cookie, nullptr));
     quint32 found = answer ? answer->owner : 0U;
     if (found != 0 && found != m_owner) {
         // The window of a tray is destroyed when the tray ends. A window that is already destroyed cannot be
@@ -69,7 +58,7 @@ void TraySelectionWatch::look() {
         const quint32 events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
         const auto watching =
             xcb_change_window_attributes_checked(m_connection.get(), found, XCB_CW_EVENT_MASK, &events);
-        if (reply(xcb_request_check(m_connection.get(), watching))) {
+        if (adopt(xcb_request_check(m_connection.get(), watching))) {
             found = 0;
         }
     }
@@ -78,7 +67,7 @@ void TraySelectionWatch::look() {
 
 bool TraySelectionWatch::handleEvents() {
     bool concernsTray = false;
-    while (const auto event = reply(xcb_poll_for_event(m_connection.get()))) {
+    while (const auto event = adopt(xcb_poll_for_event(m_connection.get()))) {
         // The first bit says only that another client sent the event.
         const int kind = event->response_type & 0x7f;
         if (kind == XCB_CLIENT_MESSAGE) {
