@@ -2,10 +2,13 @@
 
 #include "LocationRowDelegate.h"
 #include "frontend/api/QrvAPI.h"
+#include "frontend/session/LocationChoice.h"
 #include "frontend/session/SessionState.h"
+#include "frontend/support/Notifications.h"
 #include "frontend/support/Preferences.h"
 #include "frontend/ui/shared/Alerts.h"
 #include "frontend/ui/shared/Images.h"
+#include "frontend/ui/shared/PopUpButton.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 
@@ -19,10 +22,6 @@ namespace quorvane {
 
 namespace {
 
-QString randomTitle() {
-    return QStringLiteral("Random Location");
-}
-
 QString nonNull(const QString &text) {
     return text.isNull() ? QStringLiteral("") : text;
 }
@@ -30,7 +29,7 @@ QString nonNull(const QString &text) {
 } // namespace
 
 QrvLocationPaneController::QrvLocationPaneController(QWidget *parent)
-    : QWidget(parent), m_popupCountry(new QComboBox(this)),
+    : QWidget(parent), m_popupCountry(new PopUpButton(this)),
       m_sameIpBox(new QCheckBox(tr("Always Use Same IP &Address"), this)) {
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -47,8 +46,9 @@ QrvLocationPaneController::QrvLocationPaneController(QWidget *parent)
     connect(m_popupCountry, &QComboBox::activated, this, [this] { popupCountrySelected(); });
     connect(m_sameIpBox, &QCheckBox::clicked, this, [this] { checkSameIPSelected(); });
     platform::Platform::current().notifications->addObserver(
-        QStringLiteral("updateServerList"), this, [this](const QVariant &) { updateServerList(); });
-    addPopupLocationMenuItem(QrvLocation::location(randomTitle(), QStringLiteral("XX"), QString(), false));
+        Notifications::updateServerList, this, [this](const QVariant &) { updateServerList(); });
+    addPopupLocationMenuItem(
+        QrvLocation::location(LocationChoice::randomTitle(), QStringLiteral("XX"), QString(), false));
     m_popupCountry->setCurrentIndex(0);
 }
 
@@ -63,7 +63,8 @@ void QrvLocationPaneController::connectTo(QrvAPI *client, LocationPaneDelegate *
 void QrvLocationPaneController::append(std::unique_ptr<QrvMenuItem> item) {
     const QSignalBlocker quiet(m_popupCountry);
     // The entry keeps its English title, which identifies it; only the shown text is translated.
-    const QString shown = item->text() == randomTitle() ? tr("Random Location") : item->text();
+    const QString shown =
+        item->text() == LocationChoice::randomTitle() ? tr("Random Location") : item->text();
     m_popupCountry->addItem(Images::icon(item->imageName()), shown);
     if (item->isMarkedFull()) {
         const int row = m_popupCountry->count() - 1;
@@ -116,7 +117,8 @@ void QrvLocationPaneController::fillCountries(const QrvVpnDataList &servers) {
     clear();
     const QStringList discardList = m_delegate != nullptr ? m_delegate->getDiscardList() : QStringList();
     const QSet<QString> discarded(discardList.begin(), discardList.end());
-    addPopupLocationMenuItem(QrvLocation::location(randomTitle(), QStringLiteral("XX"), QString(), false));
+    addPopupLocationMenuItem(
+        QrvLocation::location(LocationChoice::randomTitle(), QStringLiteral("XX"), QString(), false));
     selectPopupItemWithImageNamed(QStringLiteral("XX"));
     m_fullLocations = locationsMarkedFull();
     for (const QrvVpnDataPointer &server : servers) {
@@ -203,7 +205,7 @@ void QrvLocationPaneController::checkPopupCountry() {
     const QString title = m_chosen->text();
     const QString country = m_api->model().getCountryByLocationForVPN(title);
     QString code = m_api->model().getCodeByLocationForVPN(title);
-    if (title != randomTitle() && m_delegate != nullptr) {
+    if (title != LocationChoice::randomTitle() && m_delegate != nullptr) {
         m_delegate->setRequiredUS(false);
     }
     const QString lastIp = Preferences::text(Preference::LastIp);
@@ -226,7 +228,7 @@ void QrvLocationPaneController::popupCountrySelected() {
     if (m_delegate != nullptr) {
         m_delegate->stopQuorvane();
     }
-    platform::Platform::current().notifications->post(QStringLiteral("startVpn"));
+    platform::Platform::current().notifications->post(Notifications::startVpn);
 }
 
 void QrvLocationPaneController::checkSameIP() {

@@ -1,10 +1,9 @@
 #include "Theme.h"
 
-#include "platform/Platform.h"
+#include "ThemeStyle.h"
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyleFactory>
 
 namespace quorvane {
 
@@ -61,18 +60,16 @@ HotKeysPane QComboBox QAbstractItemView::item { min-height: 22px; padding-left: 
 HotKeysPane QComboBox QAbstractItemView::item:selected { background: #3a8fd6; color: white; }
 QComboBox:focus { border-color: #7fbcec; }
 QComboBox::drop-down { border: none; width: 24px; }
-QComboBox::down-arrow { image: url("%1/down.png"); width: 12px; height: 12px; margin-right: 10px; }
-QCheckBox::indicator, QRadioButton::indicator { width: 13px; height: 13px; border: 1px solid #9a9a9a;
+QComboBox::down-arrow { image: none; }
+QCheckBox::indicator { width: 15px; height: 15px; }
+QRadioButton::indicator { width: 13px; height: 13px; border: 1px solid #9a9a9a; border-radius: 7px;
     background: #2e2e2e; }
-QCheckBox::indicator { border-radius: 3px; }
-QRadioButton::indicator { border-radius: 7px; }
-QCheckBox::indicator:hover, QRadioButton::indicator:hover { border-color: #c8c8c8; }
+QRadioButton::indicator:hover { border-color: #c8c8c8; }
 QCheckBox:focus, QRadioButton:focus { color: #a9d4f5; }
-QCheckBox::indicator:focus, QRadioButton::indicator:focus { border-color: #7fbcec; }
-QCheckBox::indicator:checked { border-color: #4f9ede; background: #2f7fc4; image: url("%1/check.png"); }
+QRadioButton::indicator:focus { border-color: #7fbcec; }
 QRadioButton::indicator:checked { border-color: #4f9ede; background: qradialgradient(cx: 0.5, cy: 0.5, radius: 0.5,
     fx: 0.5, fy: 0.5, stop: 0 white, stop: 0.42 white, stop: 0.55 #2f7fc4, stop: 1 #2f7fc4); }
-QCheckBox::indicator:disabled, QRadioButton::indicator:disabled { border-color: #6a6a6a; }
+QRadioButton::indicator:disabled { border-color: #6a6a6a; }
 Line, QFrame[frameShape="4"] { color: #5a5a5a; }
 QLineEdit { padding: 6px 8px; border: 1px solid #6a6a6a; border-radius: 6px; background: #2e2e2e; }
 QLineEdit:focus { border-color: #7fbcec; }
@@ -93,10 +90,9 @@ QProgressBar::chunk { background: #3a8fd6; border-radius: 3px; }
 } // namespace
 
 void Theme::apply(QApplication &application) {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new ThemeStyle); // the application owns it
     QApplication::setPalette(darkPalette());
-    const QString images = platform::Platform::current().bundle->resourcesPath() + QStringLiteral("/images");
-    application.setStyleSheet(QString::fromLatin1(sheet).arg(images));
+    application.setStyleSheet(QString::fromLatin1(sheet));
 }
 
 } // namespace quorvane
