@@ -23,6 +23,7 @@ namespace {
 
 constexpr quint32 numLockSymbol = 0xFF7F;
 constexpr quint16 allModifiers = 0xFF;
+constexpr int lookMilliseconds = 20;
 
 HotKeyError errorOf(quint8 error) {
     switch (error) {
@@ -55,8 +56,10 @@ X11KeyGrabs::X11KeyGrabs(const QByteArray &display, Handlers newHandlers)
                      [this] { readEvents(); });
     m_readSoon.setSingleShot(true);
     m_updateSoon.setSingleShot(true);
+    m_lookAtKeys.setSingleShot(true);
     QObject::connect(&m_readSoon, &QTimer::timeout, &m_readSoon, [this] { readEvents(); });
     QObject::connect(&m_updateSoon, &QTimer::timeout, &m_updateSoon, [this] { updateNumLock(); });
+    QObject::connect(&m_lookAtKeys, &QTimer::timeout, &m_lookAtKeys, [this] { dropReleasedKeys(); });
     m_readSoon.start(0);
 }
 
@@ -201,6 +204,9 @@ void X11KeyGrabs::readEvents() {
             m_updateSoon.start(0);
         } else if (type == XCB_KEY_RELEASE) {
             m_keysDown.remove(key->detail);
+            if (!m_keysDown.isEmpty()) {
+                m_lookAtKeys.start(lookMilliseconds);
+            }
         } else if (type == XCB_KEY_PRESS && !m_keysDown.contains(key->detail)) {
             m_keysDown.insert(key->detail);
             const auto locks = static_cast<quint16>(XCB_MOD_MASK_LOCK | m_numLock);
@@ -208,6 +214,26 @@ void X11KeyGrabs::readEvents() {
         }
     }
     closeWhenBroken();
+}
+
+/// The server sends key events from the press of a grabbed combination to the release of its key. Other keys
+/// that are still held then are released unseen.
+void X11KeyGrabs::dropReleasedKeys() {
+    if (!isOpen()) {
+        return;
+    }
+    xcb_connection_t *const c = m_connection.get();
+    const auto held = adopt(xcb_query_keymap_reply(c, xcb_query_keymap(c), nullptr));
+    if (held) {
+        m_keysDown.removeIf([&held](quint8 key) {
+            constexpr unsigned keysInAByte = 8;
+            return (held->keys[key / keysInAByte] >> (key % keysInAByte) & 1U) == 0;
+        });
+    }
+    if (!m_keysDown.isEmpty()) {
+        m_lookAtKeys.start(lookMilliseconds);
+    }
+    m_readSoon.start(0);
 }
 
 /// Num Lock may be another modifier now.
@@ -243,6 +269,7 @@ void X11KeyGrabs::closeWhenBroken() {
     m_notifier.release()->deleteLater();
     m_readSoon.stop();
     m_updateSoon.stop();
+    m_lookAtKeys.stop();
     m_connection.reset();
 }
 

@@ -62,6 +62,7 @@ private:
     void ungrabAll(Combination combination);
     void readEvents();
     void updateNumLock();
+    void dropReleasedKeys();
     void closeWhenBroken();
 
     const Handlers m_handlers;
@@ -71,6 +72,8 @@ private:
     /// next turn of the event loop.
     QTimer m_readSoon;
     QTimer m_updateSoon;
+    /// Runs while keys are held whose release this program may not be sent.
+    QTimer m_lookAtKeys;
     quint32 m_root = 0;
     quint8 m_keyboardEvent = 0;
     quint16 m_numLock = 0;
