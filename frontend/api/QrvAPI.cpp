@@ -1,7 +1,6 @@
 #include "QrvAPI.h"
 
 #include "RequestUrls.h"
-#include "frontend/privileges/OneTimeSecrets.h"
 #include "frontend/support/Diagnostics.h"
 #include "frontend/support/Notifications.h"
 #include "frontend/support/TextFile.h"
@@ -205,8 +204,6 @@ void QrvAPI::recordAnswer(const AnswerTable &table) {
     if (!table.servers.isEmpty()) {
         const QString user = table.value(QStringLiteral("VPNUser"));
         const QString password = table.value(QStringLiteral("VPNPass"));
-        OneTimeSecrets::shared().add(user);
-        OneTimeSecrets::shared().add(password);
         m_servers.setServerList(table.servers);
         m_record.servers = ServerModel::parseServers(table.servers, user, password, QString());
         m_servers.setServers(m_record.servers);

@@ -1,7 +1,6 @@
 #include "QrvCredentials.h"
 
 #include "AdministratorPair.h"
-#include "OneTimeSecrets.h"
 #include "ScriptUtil.h"
 #include "frontend/support/Diagnostics.h"
 #include "platform/Platform.h"
@@ -43,8 +42,6 @@ QString QrvCredentials::rootPassword() const {
 }
 
 void QrvCredentials::saveVpnUserName(const QString &user, const QString &password) {
-    OneTimeSecrets::shared().add(user);
-    OneTimeSecrets::shared().add(password);
     const std::lock_guard lock(vpnPair().mutex);
     vpnPair().user = user;
     vpnPair().password = password;
@@ -93,10 +90,6 @@ QString QrvCredentials::sanitizeStringByRemovingLoginAndPassword(const QString &
         }
     }
     return result;
-}
-
-QString QrvCredentials::maskForLog(const QString &text) {
-    return OneTimeSecrets::shared().masked(sanitizeStringByRemovingLoginAndPassword(text));
 }
 
 } // namespace quorvane

@@ -33,11 +33,9 @@ public:
     [[nodiscard]] static QString decode(const QString &text);
 
     /// The text with the stored user name, then the stored password, replaced by "*****". The name is
-    /// replaced first: a password that contains the name stays partly visible.
-    [[nodiscard]] static QString sanitizeStringByRemovingLoginAndPassword(const QString &text);
-    /// The text with the administrator's pair and the VPN pairs masked. The log applies it to every
+    /// replaced first: a password that contains the name stays partly visible. The log applies it to every
     /// diagnostic line.
-    [[nodiscard]] static QString maskForLog(const QString &text);
+    [[nodiscard]] static QString sanitizeStringByRemovingLoginAndPassword(const QString &text);
 };
 
 } // namespace quorvane

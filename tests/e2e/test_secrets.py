@@ -21,17 +21,16 @@ PASSWORD = "Zq7 sekrit/Admi&n+é"
 WRONG = "Wr0ng geheim/Admi&n+é"
 CHANGE = ui.button("Change IP")
 ADMINISTRATOR, REFUSED = "administrator's password", "wrong password"
-VPN_USER, VPN_PASSWORD = "VPN user", "VPN password"
+VPN_PASSWORD = "VPN password"
 PAIR_FILE = "Documents/Quorvane/.vpnCreds.txt"
 # Place below the user's folder -> secret -> the form in which it may be stored there, for its owner only.
 MAY_HOLD = {
     ui.PREFERENCES: {
         ADMINISTRATOR: "scrambled",
         REFUSED: "scrambled",
-        VPN_USER: "plain",
         VPN_PASSWORD: "plain",
     },
-    PAIR_FILE: {VPN_USER: "plain", VPN_PASSWORD: "plain"},
+    PAIR_FILE: {VPN_PASSWORD: "plain"},
 }
 
 
@@ -40,7 +39,7 @@ def private_copy(found):
     holders = [f"open in {name}: /memfd:credentials (deleted)" for name in ("openvpn-guard", "openvpn")]
     return (
         found.place in holders
-        and found.secret in (VPN_USER, VPN_PASSWORD)
+        and found.secret == VPN_PASSWORD
         and found.form == "plain"
         and found.mode == 0o400
         and found.owner == 0
@@ -61,12 +60,11 @@ class Guarded:
     def remember(self):
         self.client.remember_administrator(dataclasses.replace(ADA, password=PASSWORD), location=BERLIN.title)
 
-    def learn_vpn_pair(self):
-        """Adds the VPN pair of the current run to the search, as soon as there is one."""
+    def learn_vpn_password(self):
+        """Adds the VPN password of the current run to the search, as soon as there is one."""
         preferences = self.client.preferences() if self.client.file(ui.PREFERENCES).exists() else {}
-        for name, key in ((VPN_USER, "vpnUsername"), (VPN_PASSWORD, "vpnPassword")):
-            if preferences.get(key):
-                self.search.patterns.add(name, preferences[key])
+        if preferences.get("vpnPassword"):
+            self.search.patterns.add(VPN_PASSWORD, preferences["vpnPassword"])
 
     def misplaced(self, findings):
         """The findings that are not allowed: another place or form, or readable by other users."""
@@ -93,7 +91,7 @@ class Guarded:
 
     def check(self, state, *expected):
         """No secret is misplaced; the expected ones are found, which proves that the search works."""
-        self.learn_vpn_pair()
+        self.learn_vpn_password()
         findings = self.search.files()
         assert self.misplaced(findings) == set(), state
         assert set(expected) <= {
@@ -118,7 +116,7 @@ class Guarded:
 
     def finish(self, *expected):
         """At the end: also every new file of the whole file system, and which processes were seen."""
-        self.learn_vpn_pair()
+        self.learn_vpn_password()
         assert self.misplaced(self.search.new_files()) == set()
         assert set(expected) <= {found.secret for found in self.search.new_files()}
         assert self.search.processes() == set()
@@ -158,7 +156,7 @@ def test_first_run_dialog_wrong_password_and_session(guarded):
     client.enter_administrator(ADA.name, PASSWORD)
     client.wait_dialog_closed()
     guarded.check_until_hidden("searching", 1)
-    guarded.note("hidden", ADMINISTRATOR, VPN_USER, VPN_PASSWORD)
+    guarded.note("hidden", ADMINISTRATOR, VPN_PASSWORD)
     client.stop()
     client.wait_no_openvpn()
     guarded.note("after a stop", ADMINISTRATOR)
@@ -176,9 +174,9 @@ def test_stored_pair_change_and_kill(guarded):
     guarded.check_until_hidden("searching", 1)
     client.press(CHANGE)
     guarded.check_until_hidden("changing the address", 2)
-    guarded.note("hidden again", ADMINISTRATOR, VPN_USER, VPN_PASSWORD)
+    guarded.note("hidden again", ADMINISTRATOR, VPN_PASSWORD)
     client.kill()
-    guarded.note("after SIGKILL", ADMINISTRATOR, VPN_USER, VPN_PASSWORD)
+    guarded.note("after SIGKILL", ADMINISTRATOR, VPN_PASSWORD)
     client.start(key="second")
     client.wait_ready(key="second")
     guarded.note("ready after SIGKILL", ADMINISTRATOR)
@@ -297,7 +295,7 @@ def test_no_core_and_closed_memory(guarded, number):
         os.kill(process.pid, number)
     client.wait_no_openvpn()
     assert guarded.search.cores() == []
-    guarded.note(f"after {signal.Signals(number).name}", ADMINISTRATOR, VPN_USER, VPN_PASSWORD)
+    guarded.note(f"after {signal.Signals(number).name}", ADMINISTRATOR, VPN_PASSWORD)
 
 
 # --- the search itself

@@ -52,7 +52,7 @@ int main(int argc, char *argv[]) {
     QApplication::setDesktopFileName(QStringLiteral("com.tallowind.Quorvane"));
     const auto services = platform::makeLinuxPlatform();
     platform::Platform::setCurrent(services.get());
-    services->log->setMask(&QrvCredentials::maskForLog);
+    services->log->setMask(&QrvCredentials::sanitizeStringByRemovingLoginAndPassword);
     Translations::install(application, Translations::ofUser(),
                           services->bundle->resourcesPath() + QStringLiteral("/translations"));
     const int status = runApplication(application);

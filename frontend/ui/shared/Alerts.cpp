@@ -35,7 +35,7 @@ void Alerts::show(const Alert &alert) {
     if (m_presenter) {
         m_presenter(alert);
     } else {
-        QMessageBox box(QMessageBox::Critical, alert.title, alert.text.trimmed(), QMessageBox::Ok,
+        QMessageBox box(QMessageBox::Critical, alert.title, alert.text, QMessageBox::Ok,
                         QApplication::activeModalWidget());
         box.setInformativeText(alert.informative);
         box.setTextFormat(Qt::PlainText);

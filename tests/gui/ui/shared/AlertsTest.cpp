@@ -28,7 +28,7 @@ private Q_SLOTS:
             QMessageBox *box = openBox();
             QVERIFY(box != nullptr);
             QCOMPARE(box->windowTitle(), text("Title"));
-            QCOMPARE(box->text(), text("<b>Text</b>"));
+            QCOMPARE(box->text(), text("<b>Text</b>\n")); // to the last character
             QCOMPARE(box->informativeText(), text("More"));
             QCOMPARE(box->icon(), QMessageBox::Critical);
             QCOMPARE(box->buttons().size(), 1);

@@ -121,6 +121,13 @@ TEST_F(ConfigurationFetchTest, SuccessStoresEverythingThenReports) {
     EXPECT_TRUE(m_services.logSink().lines().contains(text("Certificate is downloaded")));
 }
 
+TEST_F(ConfigurationFetchTest, LogContainsTheUserInTheAddressAndNeverThePassword) {
+    run("VPNConfig: client<br />");
+    const QString log = m_services.logSink().lines().join(u'\n');
+    EXPECT_TRUE(log.contains(text("sessid=user1")));
+    EXPECT_FALSE(log.contains(text("pass1")));
+}
+
 TEST_F(ConfigurationFetchTest, ConfigurationIsForTheOwnerOnly) {
     run("VPNConfig: client");
     EXPECT_EQ(

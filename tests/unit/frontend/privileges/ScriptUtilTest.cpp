@@ -108,7 +108,7 @@ TEST_F(ScriptUtilTest, ErrorLineIsWrittenAfterEveryExecution) {
     m_services.scripting().queueAnswer(FakeScriptingService::success(text("x")));
     run(text("a"), {});
     m_services.scripting().queueAnswer(FakeScriptingService::failure(1, text("ada said secret pw")));
-    m_services.platform().log->setMask(&QrvCredentials::maskForLog);
+    m_services.platform().log->setMask(&QrvCredentials::sanitizeStringByRemovingLoginAndPassword);
     run(text("b"), {});
     EXPECT_EQ(m_services.logSink().lines(),
               (QStringList{text("execute script"), text("Apple script error: (null)"), text("execute script"),
