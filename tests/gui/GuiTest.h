@@ -2,11 +2,17 @@
 
 #include "fakes/TestPlatform.h"
 #include "frontend/api/QrvAPI.h"
+#include "frontend/privileges/OneTimeSecrets.h"
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/privileges/SessionReset.h"
 #include "frontend/session/SessionState.h"
 #include "frontend/ui/shared/Alerts.h"
+#include "tests/gui/TestClasses.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QDir>
+#include <QGuiApplication>
 #include <QImage>
 #include <QTest>
 
@@ -22,6 +28,9 @@ public:
     GuiFixture() {
         QrvAPI::forgetProcessWideValues();
         SessionState::shared() = {};
+        OneTimeSecrets::shared().clear();
+        QrvCredentials::sharedInstance().saveVpnUserName({}, {});
+        QGuiApplication::clipboard()->clear();
         for (const char *name : {"de", "us", "xx", "Tray", "TrayLock", "appmain", "appwait", "applock"}) {
             addImage(text(name));
         }
@@ -29,6 +38,7 @@ public:
     }
 
     ~GuiFixture() {
+        SessionReset::setTarget(nullptr, {});
         Alerts::shared().setPresenter({});
         SessionState::shared() = {};
     }

@@ -193,5 +193,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::KeyboardTest)
+GUI_TEST(KeyboardTest)
 #include "KeyboardTest.moc"

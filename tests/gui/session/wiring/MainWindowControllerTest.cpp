@@ -370,5 +370,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::MainWindowControllerTest)
+GUI_TEST(MainWindowControllerTest)
 #include "MainWindowControllerTest.moc"

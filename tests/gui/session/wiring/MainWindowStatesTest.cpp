@@ -117,5 +117,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::MainWindowStatesTest)
+GUI_TEST(MainWindowStatesTest)
 #include "MainWindowStatesTest.moc"

@@ -267,5 +267,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::RotationTest)
+GUI_TEST(RotationTest)
 #include "RotationTest.moc"

@@ -251,5 +251,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::SettingsMainWindowTest)
+GUI_TEST(SettingsMainWindowTest)
 #include "SettingsMainWindowTest.moc"

@@ -254,5 +254,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::StatusItemTest)
+GUI_TEST(StatusItemTest)
 #include "StatusItemTest.moc"

@@ -253,5 +253,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::MainWindowTest)
+GUI_TEST(MainWindowTest)
 #include "MainWindowTest.moc"
