@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
+#include <utility>
 
 namespace quorvane::platform {
 
@@ -25,6 +26,13 @@ public:
     ~DesktopBus() {
         m_bus.kill();
         m_bus.waitForFinished();
+        for (const auto &[name, value] : std::as_const(m_before)) {
+            if (value.isNull()) {
+                qunsetenv(name);
+            } else {
+                qputenv(name, value);
+            }
+        }
     }
 
     DesktopBus(const DesktopBus &) = delete;
@@ -51,10 +59,15 @@ public:
     [[nodiscard]] QString home() const { return m_folder.path(); }
 
 private:
-    static void set(const char *name, const QByteArray &value) { qputenv(name, value); }
+    void set(const char *name, const QByteArray &value) {
+        m_before.append({name, qgetenv(name)});
+        qputenv(name, value);
+    }
 
     QTemporaryDir m_folder;
     QProcess m_bus;
+    /// The environment of the program without this bus; a null value means that there was no such variable.
+    QList<std::pair<const char *, QByteArray>> m_before;
 };
 
 } // namespace quorvane::platform
