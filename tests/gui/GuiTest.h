@@ -7,6 +7,7 @@
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/session/SessionState.h"
 #include "frontend/ui/shared/Alerts.h"
+#include "tests/Text.h"
 #include "tests/gui/TestClasses.h"
 
 #include <QClipboard>
@@ -17,10 +18,6 @@
 #include <QTest>
 
 namespace quorvane {
-
-inline QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 /// A new platform of fakes, empty session values, and alerts that are recorded instead of shown.
 class GuiFixture {
