@@ -25,6 +25,6 @@ public:
 /// Registers a class of the namespace quorvane. Used outside the namespace, before the file's ".moc".
 #define GUI_TEST(className)                                                                                  \
     namespace {                                                                                              \
-    [[maybe_unused]] const bool isRegistered = quorvane::TestClasses::add(                                   \
+    [[maybe_unused]] const bool is##className##Registered = quorvane::TestClasses::add(                      \
         #className, []() -> std::unique_ptr<QObject> { return std::make_unique<quorvane::className>(); });   \
     }
