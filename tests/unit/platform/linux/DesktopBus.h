@@ -45,10 +45,10 @@ public:
         const QString connection = QStringLiteral("wait");
         bool owned = false;
         {
-            QDBusConnection m_bus =
+            const QDBusConnection bus =
                 QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), connection);
             for (int i = 0; i < 1000 && !owned; ++i) {
-                owned = m_bus.interface() != nullptr && m_bus.interface()->isServiceRegistered(name);
+                owned = bus.interface() != nullptr && bus.interface()->isServiceRegistered(name);
                 QThread::msleep(owned ? 0 : 10);
             }
         }
