@@ -2,19 +2,22 @@
 
 #include "fakes/TestPlatform.h"
 #include "frontend/api/QrvAPI.h"
+#include "frontend/privileges/OneTimeSecrets.h"
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/privileges/SessionReset.h"
 #include "frontend/session/SessionState.h"
 #include "frontend/ui/shared/Alerts.h"
+#include "tests/Text.h"
+#include "tests/gui/TestClasses.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QDir>
+#include <QGuiApplication>
 #include <QImage>
 #include <QTest>
 
 namespace quorvane {
-
-inline QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 /// A new platform of fakes, empty session values, and alerts that are recorded instead of shown.
 class GuiFixture {
@@ -22,6 +25,9 @@ public:
     GuiFixture() {
         QrvAPI::forgetProcessWideValues();
         SessionState::shared() = {};
+        OneTimeSecrets::shared().clear();
+        QrvCredentials::sharedInstance().saveVpnUserName({}, {});
+        QGuiApplication::clipboard()->clear();
         for (const char *name : {"de", "us", "xx", "Tray", "TrayLock", "appmain", "appwait", "applock"}) {
             addImage(text(name));
         }
@@ -29,6 +35,7 @@ public:
     }
 
     ~GuiFixture() {
+        SessionReset::setTarget(nullptr, {});
         Alerts::shared().setPresenter({});
         SessionState::shared() = {};
     }

@@ -3,6 +3,8 @@
 #include "frontend/support/Translations.h"
 #include "tests/gui/GuiTest.h"
 
+#include <QTranslator>
+
 namespace quorvane {
 
 /// Whether the test program runs for a German user.
@@ -16,6 +18,11 @@ inline void installLanguage() {
     const QString language =
         Translations::install(*qApp, Translations::ofUser(), text(QUORVANE_TRANSLATIONS));
     QCOMPARE(language.isNull(), !isGerman());
+}
+
+/// The windows of the next test class are in English again.
+inline void removeLanguage() {
+    qDeleteAll(qApp->findChildren<QTranslator *>());
 }
 
 } // namespace quorvane

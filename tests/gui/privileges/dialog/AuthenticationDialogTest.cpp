@@ -189,5 +189,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::AuthenticationDialogTest)
+GUI_TEST(AuthenticationDialogTest)
 #include "AuthenticationDialogTest.moc"

@@ -131,5 +131,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::AccessibilityTest)
+GUI_TEST(AccessibilityTest)
 #include "AccessibilityTest.moc"

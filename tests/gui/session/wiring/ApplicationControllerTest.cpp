@@ -67,5 +67,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::ApplicationControllerTest)
+GUI_TEST(ApplicationControllerTest)
 #include "ApplicationControllerTest.moc"

@@ -1,6 +1,6 @@
 #include "frontend/ui/mainwindow/MainWindow.h"
 
-#include "tests/gui/GuiTest.h"
+#include "tests/gui/MainWindowFixture.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -16,18 +16,16 @@ class KeyboardTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    std::unique_ptr<SessionDisplay> m_display;
+    std::unique_ptr<MainWindowFixture> m_fixture;
 
     template <typename Widget>
     [[nodiscard]] Widget *find(const char *name) const {
-        return m_window->findChild<Widget *>(text(name));
+        return m_fixture->find<Widget>(name);
     }
 
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QWidget *focus = QApplication::focusWidget();
-        QTest::keyClick(focus != nullptr ? focus : m_window.get(), key, modifiers);
+        QTest::keyClick(focus != nullptr ? focus : &m_fixture->window, key, modifiers);
     }
 
     [[nodiscard]] static QString focused() {
@@ -52,26 +50,18 @@ private:
 private Q_SLOTS:
 
     void init() {
-        m_fixture = std::make_unique<GuiFixture>();
-        m_window = std::make_unique<MainWindow>();
-        m_display = std::make_unique<SessionDisplay>();
-        connect(m_display.get(), &SessionDisplay::changed, m_window.get(), &MainWindow::draw);
-        m_display->starting();
-        m_display->answerHandled();
-        m_display->interval(42, true);
-        m_window->show();
-        m_window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        m_fixture = std::make_unique<MainWindowFixture>();
+        m_fixture->display.answerHandled();
+        m_fixture->display.interval(42, true);
+        m_fixture->window.show();
+        m_fixture->window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&m_fixture->window));
     }
 
-    void cleanup() {
-        m_window.reset();
-        m_display.reset();
-        m_fixture.reset();
-    }
+    void cleanup() { m_fixture.reset(); }
 
     void tabGoesThroughEveryControlFromTopToBottom() {
-        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        m_fixture->showHidden();
         const QStringList forward = focusNames(Qt::Key_Tab, Qt::NoModifier);
         QCOMPARE(forward,
                  (QStringList{text("buttonQuorvane"), text("changeIpButton"), text("discardIpButton"),
@@ -86,8 +76,8 @@ private Q_SLOTS:
     }
 
     void disabledControlsAreSkipped() {
-        m_display->searching();
-        m_display->interval(42, false);
+        m_fixture->display.searching();
+        m_fixture->display.interval(42, false);
         find<QComboBox>("popupCountry")->setFocus();
         for (int i = 0; i < 20; ++i) {
             press(Qt::Key_Tab);
@@ -99,12 +89,12 @@ private Q_SLOTS:
     }
 
     void spaceAndReturnPressTheButtonThatHasTheFocus() {
-        QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
+        QSignalSpy hide(&m_fixture->window, &MainWindow::hideButtonPressed);
         find<QPushButton>("buttonQuorvane")->setFocus();
         press(Qt::Key_Space);
         QCOMPARE(hide.size(), 1);
-        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        QSignalSpy change(m_window.get(), &MainWindow::changeIpPressed);
+        m_fixture->showHidden();
+        QSignalSpy change(&m_fixture->window, &MainWindow::changeIpPressed);
         find<QPushButton>("changeIpButton")->setFocus();
         press(Qt::Key_Return);
         QCOMPARE(change.size(), 1);
@@ -112,18 +102,18 @@ private Q_SLOTS:
     }
 
     void returnElsewherePressesTheHideButton() {
-        QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
+        QSignalSpy hide(&m_fixture->window, &MainWindow::hideButtonPressed);
         find<QCheckBox>("checkboxRequireUS")->setFocus();
         press(Qt::Key_Return);
         QCOMPARE(hide.size(), 1);
         QCOMPARE(hide.first().first().toBool(), true);
-        m_display->searching(); // the button is disabled
+        m_fixture->display.searching(); // the button is disabled
         press(Qt::Key_Enter);
         QCOMPARE(hide.size(), 1);
     }
 
     void returnAndEscapeInTheFieldEndTheEditingAndPressNothing() {
-        QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
+        QSignalSpy hide(&m_fixture->window, &MainWindow::hideButtonPressed);
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
             auto *field = find<QLineEdit>("fieldChangeIpInterval");
             field->setFocus();
@@ -132,19 +122,19 @@ private Q_SLOTS:
             QVERIFY(!field->hasFocus());
         }
         QCOMPARE(hide.size(), 0);
-        QVERIFY(m_window->isVisible());
+        QVERIFY(m_fixture->window.isVisible());
     }
 
     void spaceSwitchesBoxesAndArrowsTheTransport() {
-        QSignalSpy us(m_window.get(), &MainWindow::requireUSSwitched);
+        QSignalSpy us(&m_fixture->window, &MainWindow::requireUSSwitched);
         find<QCheckBox>("checkboxRequireUS")->setFocus();
         press(Qt::Key_Space);
         QCOMPARE(us.size(), 1);
         QCOMPARE(us.first().first().toBool(), true);
-        QSignalSpy transport(m_window.get(), &MainWindow::transportChosen);
+        QSignalSpy transport(&m_fixture->window, &MainWindow::transportChosen);
         find<QRadioButton>("segmentTcp")->setFocus();
         press(Qt::Key_Right);
-        QCOMPARE(m_window->transportIndex(), 1);
+        QCOMPARE(m_fixture->window.transportIndex(), 1);
         QCOMPARE(transport.last().first().toInt(), 1);
     }
 
@@ -163,16 +153,16 @@ private Q_SLOTS:
     void mnemonics() {
         QFETCH(int, key);
         QFETCH(QString, control);
-        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        auto *button = m_window->findChild<QAbstractButton *>(control);
+        m_fixture->showHidden();
+        auto *button = m_fixture->window.findChild<QAbstractButton *>(control);
         QSignalSpy clicked(button, &QAbstractButton::clicked);
-        QTest::keyClick(m_window.get(), static_cast<Qt::Key>(key), Qt::AltModifier);
+        QTest::keyClick(&m_fixture->window, static_cast<Qt::Key>(key), Qt::AltModifier);
         QTRY_COMPARE(clicked.size(), 1); // the button is shown pressed first
     }
 
     void noTwoControlsShareAMnemonic() {
         QSet<QString> seen;
-        for (const auto *button : m_window->findChildren<QAbstractButton *>()) {
+        for (const auto *button : m_fixture->window.findChildren<QAbstractButton *>()) {
             const QString key = button->shortcut().toString();
             QVERIFY2(key.isEmpty() || !seen.contains(key), qPrintable(button->objectName()));
             seen.insert(key);
@@ -193,5 +183,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::KeyboardTest)
+GUI_TEST(KeyboardTest)
 #include "KeyboardTest.moc"

@@ -64,6 +64,8 @@ private Q_SLOTS:
 
     void initTestCase() { installLanguage(); }
 
+    void cleanupTestCase() { removeLanguage(); }
+
     void init() { m_fixture = std::make_unique<SettingsFixture>(); }
 
     void cleanup() { m_fixture.reset(); }
@@ -163,5 +165,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::LanguageTest)
+GUI_TEST(LanguageTest)
 #include "LanguageTest.moc"

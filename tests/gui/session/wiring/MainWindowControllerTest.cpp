@@ -1,22 +1,16 @@
 #include "frontend/session/wiring/QrvMainWindowController.h"
 
-#include "frontend/privileges/QrvCredentials.h"
-#include "frontend/privileges/SessionReset.h"
-#include "frontend/session/wiring/QrvApplicationController.h"
-#include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/shared/QrvFancyIp.h"
 #include "frontend/ui/tray/TrayPresence.h"
-#include "tests/gui/GuiTest.h"
+#include "tests/gui/ControllerFixture.h"
 
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
-#include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QThreadPool>
 #include <QTimer>
 #include <QWindow>
 
@@ -31,8 +25,6 @@ constexpr char answerText[] =
     "u1<br />VPNPass: p1<br />Server: 7,Berlin,BER,DE,Germany,x|203.0.113.7<br />Server: "
     "8,Denver,DEN,US,States,x|203.0.113.8";
 
-const char *const logPath = "/Documents/Quorvane/openvpn.log";
-
 } // namespace
 
 /// The whole window with fake services: from the start to the lent address and back.
@@ -40,18 +32,15 @@ class MainWindowControllerTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> m_fixture;
-    std::unique_ptr<QrvAPI> m_api;
-    std::unique_ptr<QrvMainWindowController> m_controller;
-    std::unique_ptr<QrvApplicationController> m_application;
+    std::unique_ptr<ControllerFixture> m_fixture;
 
     [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
-    [[nodiscard]] const DisplayState &shown() const { return m_controller->display().state(); }
+    [[nodiscard]] const DisplayState &shown() const { return m_fixture->controller->display().state(); }
 
     template <typename Widget>
     [[nodiscard]] Widget *find(const char *name) const {
-        return m_controller->window().findChild<Widget *>(text(name));
+        return m_fixture->find<Widget>(name);
     }
 
     [[nodiscard]] int linesWith(const char *part) const {
@@ -62,23 +51,9 @@ private:
         return count;
     }
 
-    void start() {
-        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
-        m_application = std::make_unique<QrvApplicationController>(*m_controller);
-        m_controller->awakeFromNib();
-        m_application->applicationDidFinishLaunching();
-    }
-
     void startAndAnswer() {
-        start();
-        QTRY_COMPARE(services().urls().openDownloads(), 1U); // once the network is known
-        QVERIFY(services().urls().finishNext(answerText));
-    }
-
-    void appendToTunnelLog(const QByteArray &line) {
-        QFile log(services().home() + text(logPath));
-        QVERIFY(log.open(QIODevice::Append));
-        log.write(line);
+        m_fixture->start();
+        m_fixture->answer(answerText);
     }
 
     void pressAndFetch(int location) {
@@ -90,74 +65,57 @@ private:
     void goHidden(int location = 1) {
         startAndAnswer();
         pressAndFetch(location);
-        appendToTunnelLog("a\nInitialization Sequence Completed\n");
-        services().delayedCalls().advance(2.0);
-        QVERIFY(SessionState::shared().hidden);
+        m_fixture->tunnelUp();
     }
 
 private Q_SLOTS:
 
     void init() {
-        m_fixture = std::make_unique<GuiFixture>();
-        services().hardware().serial = text("SER");
-        services().addResource(text("extractip.sh"), "echo 203.0.113.7\n");
+        m_fixture = std::make_unique<ControllerFixture>();
         services().addResource(text("test_credentials.sh"), "");
-        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
-        services().urls().setFetchHandler(
-            [](const QByteArray &) { return std::optional<QByteArray>("VPNConfig: client<br />"); });
         services().scripting().setHandler([](const FakeScriptingService::Call &call) {
             return FakeScriptingService::success(call.line.contains(text("-get")) ? text("8.8.8.8 8.8.4.4")
                                                                                   : text(""));
         });
-        m_api = std::make_unique<QrvAPI>();
     }
 
-    void cleanup() {
-        QThreadPool::globalInstance()->waitForDone();
-        SessionReset::setTarget(nullptr, {});
-        m_application.reset();
-        m_controller.reset();
-        m_api.reset();
-        QCoreApplication::processEvents();
-        m_fixture.reset();
-    }
+    void cleanup() { m_fixture.reset(); }
 
     void beforeTheFirstAnswerNothingCanBePressed() {
-        start();
-        QVERIFY(m_controller->window().isVisible());
-        QCOMPARE(m_controller->window().windowTitle(), text("Quorvane (ver.1.0.0)"));
+        m_fixture->start();
+        QVERIFY(m_fixture->controller->window().isVisible());
+        QCOMPARE(m_fixture->controller->window().windowTitle(), text("Quorvane (ver.1.0.0)"));
         QVERIFY(!find<QPushButton>("buttonQuorvane")->isEnabled());
-        QVERIFY(!m_controller->statusItem().hideIpMenuItem()->isEnabled());
-        QVERIFY(!m_controller->statusItem().changeIpMenuItem()->isEnabled());
-        QVERIFY(m_controller->statusItem().copyIpMenuItem()->isEnabled());
-        QVERIFY(!m_application->applicationShouldHandleReopen(false));
+        QVERIFY(!m_fixture->controller->statusItem().hideIpMenuItem()->isEnabled());
+        QVERIFY(!m_fixture->controller->statusItem().changeIpMenuItem()->isEnabled());
+        QVERIFY(m_fixture->controller->statusItem().copyIpMenuItem()->isEnabled());
+        QVERIFY(!m_fixture->application->applicationShouldHandleReopen(false));
     }
 
     void sharedControllerIsReachableOnlyAfterLaunching() {
-        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
-        m_application = std::make_unique<QrvApplicationController>(*m_controller);
+        m_fixture->create();
         QVERIFY(QrvMainWindowController::sharedMainWindow() == nullptr);
-        m_application->applicationDidFinishLaunching();
-        QCOMPARE(QrvMainWindowController::sharedMainWindow(), m_controller.get());
+        m_fixture->application->applicationDidFinishLaunching();
+        QCOMPARE(QrvMainWindowController::sharedMainWindow(), m_fixture->controller.get());
     }
 
     void oneServerListRequestPerRun() {
         startAndAnswer();
         services().reachability().setFlags(text("net.quorvane.test"), 0);
-        QTRY_VERIFY(!m_api->inetConnect());
+        QTRY_VERIFY(!m_fixture->api->inetConnect());
         services().reachability().setFlags(text("net.quorvane.test"), 2);
-        QTRY_VERIFY(m_api->inetConnect());
+        QTRY_VERIFY(m_fixture->api->inetConnect());
         QCOMPARE(services().urls().downloads().size(), 1U);
     }
 
     void tunnelLeftOverIsKilledAtStart() {
         services().processes().setNames({"openvpn"});
-        start();
+        m_fixture->start();
         QCOMPARE(linesWith("sudo -S killall -9 openvpn"), 1);
     }
 
     void startUpChecksComeAfterTwoSecondsDnsFirst() {
-        start();
+        m_fixture->start();
         services().scripting().clear();
         services().delayedCalls().advance(1.9);
         QVERIFY(services().scripting().calls().empty());
@@ -172,7 +130,7 @@ private Q_SLOTS:
     void wrongDnsIsRewrittenAtStartWithAValidPair() {
         services().scripting().setHandler(
             [](const FakeScriptingService::Call &) { return FakeScriptingService::success(text("x")); });
-        start();
+        m_fixture->start();
         services().delayedCalls().advance(2.0);
         QCOMPARE(linesWith("-setdnsservers"), 3);
     }
@@ -183,7 +141,7 @@ private Q_SLOTS:
                        ? FakeScriptingService::success(text("8.8.8.8 8.8.4.4"))
                        : FakeScriptingService::failure(-128, text("refused"));
         });
-        start();
+        m_fixture->start();
         int dialogs = 0;
         QTimer closer;
         connect(&closer, &QTimer::timeout, this, [&dialogs] {
@@ -204,14 +162,14 @@ private Q_SLOTS:
         QCOMPARE(popup->itemText(0), text("Random Location"));
         QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
         QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("198.51.100.10"));
-        QVERIFY(m_application->applicationShouldHandleReopen(true));
+        QVERIFY(m_fixture->application->applicationShouldHandleReopen(true));
     }
 
     void pressToLentAddressAndBack() {
         goHidden();
         QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("203.0.113.7\n"));
         QCOMPARE(find<QLabel>("fieldLine22")->text(), text("Germany Berlin"));
-        QCOMPARE(m_controller->statusItem().hideIpMenuItem()->text(), text("Stop Hiding IP"));
+        QCOMPARE(m_fixture->controller->statusItem().hideIpMenuItem()->text(), text("Stop Hiding IP"));
         QVERIFY(services().urls().fetches().front().endsWith("&proto=TCP"));
         services().processes().setNames({"openvpn"});
         QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
@@ -254,7 +212,7 @@ private Q_SLOTS:
     void tunnelFailureIsReportedAfterFiveSeconds() {
         startAndAnswer();
         pressAndFetch(1);
-        appendToTunnelLog("a\nAUTH_FAILED\n");
+        m_fixture->writeTunnelLog("a\nAUTH_FAILED\n");
         services().delayedCalls().advance(2.0);
         QVERIFY(m_fixture->alerts.isEmpty());
         services().delayedCalls().advance(5.0);
@@ -277,9 +235,9 @@ private Q_SLOTS:
 
     void noNetworkAtThePickIsAConnectionError() {
         startAndAnswer();
-        m_api->setInetConnect(false);
+        m_fixture->api->setInetConnect(false);
         find<QComboBox>("popupCountry")->setCurrentIndex(1);
-        m_controller->session().getNewIP();
+        m_fixture->controller->session().getNewIP();
         QCoreApplication::processEvents();
         QCOMPARE(m_fixture->alerts.size(), 1);
         QVERIFY(services().logSink().lines().contains(text("downloadCertificateForSelectedItem no inet")));
@@ -289,27 +247,27 @@ private Q_SLOTS:
         goHidden();
         services().processes().setNames({"openvpn"});
         const int before = services().preferences().synchronizations();
-        QVERIFY(m_application->applicationShouldTerminate());
-        m_application->applicationWillTerminate();
+        QVERIFY(m_fixture->application->applicationShouldTerminate());
+        m_fixture->application->applicationWillTerminate();
         QCOMPARE(linesWith("killall"), 1);
         QVERIFY(services().preferences().synchronizations() > before);
     }
 
     void windowStopsFloatingAfterTwoSeconds() {
-        start();
-        QVERIFY(m_controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        m_fixture->start();
+        QVERIFY(m_fixture->controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
         services().delayedCalls().advance(2.0);
-        QVERIFY(!m_controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
-        QVERIFY(m_controller->window().isVisible());
+        QVERIFY(!m_fixture->controller->window().windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        QVERIFY(m_fixture->controller->window().isVisible());
     }
 
     void absentIntervalBecomesTen() {
-        start();
+        m_fixture->start();
         QCOMPARE(services().preferences().integer(text("changeIpInterval")), 10);
     }
 
     void failedRequestShowsZeroesAndTheAlert() {
-        start();
+        m_fixture->start();
         QTRY_COMPARE(services().urls().openDownloads(), 1U);
         QVERIFY(services().urls().failNext({platform::UrlError::Kind::Refused, text("refused")}));
         QCOMPARE(m_fixture->alerts.size(), 1);
@@ -322,32 +280,30 @@ private Q_SLOTS:
         startAndAnswer();
         find<QComboBox>("popupCountry")->setCurrentIndex(1);
         for (const quint32 other : {0U, 6U, 4294967295U}) {
-            m_controller->hotKeyPressed(other);
+            m_fixture->controller->hotKeyPressed(other);
         }
         QVERIFY(services().urls().fetches().empty());
-        m_controller->hotKeyPressed(3); // not hidden: nothing to stop
+        m_fixture->controller->hotKeyPressed(3); // not hidden: nothing to stop
         QCOMPARE(shown().stateImage, text("appmain"));
-        m_controller->hotKeyPressed(1);
+        m_fixture->controller->hotKeyPressed(1);
         QCOMPARE(shown().stateImage, text("appwait"));
         QTRY_COMPARE(linesWith("--config"), 1);
-        appendToTunnelLog("a\nInitialization Sequence Completed\n");
-        services().delayedCalls().advance(2.0);
-        QVERIFY(SessionState::shared().hidden);
-        m_controller->hotKeyPressed(1); // hidden already
+        m_fixture->tunnelUp();
+        m_fixture->controller->hotKeyPressed(1); // hidden already
         QCOMPARE(services().urls().fetches().size(), 1U);
-        m_controller->hotKeyPressed(3);
+        m_fixture->controller->hotKeyPressed(3);
         QVERIFY(!SessionState::shared().hidden);
-        m_controller->window().hide();
-        m_controller->hotKeyPressed(5);
-        QVERIFY(m_controller->window().isVisible());
+        m_fixture->controller->window().hide();
+        m_fixture->controller->hotKeyPressed(5);
+        QVERIFY(m_fixture->controller->window().isVisible());
     }
 
     void changeHotKeyStartsARandomAttemptEvenWhileNotHidden() {
         startAndAnswer();
         find<QComboBox>("popupCountry")->setCurrentIndex(1);
-        m_controller->hotKeyPressed(2);
+        m_fixture->controller->hotKeyPressed(2);
         QTRY_COMPARE(services().urls().fetches().size(), 1U);
-        QCOMPARE(m_controller->usedLocations().size(), 1);
+        QCOMPARE(m_fixture->controller->usedLocations().size(), 1);
     }
 
     void automaticChangeRequestsAgainAfterTheInterval() {
@@ -358,9 +314,8 @@ private Q_SLOTS:
         QCOMPARE(find<QComboBox>("popupCountry")->currentIndex(), 0);
         pressAndFetch(0);
         QCOMPARE(find<QComboBox>("popupCountry")->currentIndex(), 0);
-        appendToTunnelLog("a\nInitialization Sequence Completed\n");
-        services().delayedCalls().advance(2.0);
-        QVERIFY(m_controller->session().changeTimerArmed());
+        m_fixture->tunnelUp();
+        QVERIFY(m_fixture->controller->session().changeTimerArmed());
         services().delayedCalls().advance(60.0);
         QTRY_COMPARE(services().urls().fetches().size(), 2U);
         QVERIFY(services().urls().fetches()[0] !=
@@ -370,5 +325,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::MainWindowControllerTest)
+GUI_TEST(MainWindowControllerTest)
 #include "MainWindowControllerTest.moc"

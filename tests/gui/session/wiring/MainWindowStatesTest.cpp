@@ -1,7 +1,7 @@
 #include "frontend/ui/mainwindow/MainWindow.h"
 
 #include "frontend/ui/shared/QrvFancyIp.h"
-#include "tests/gui/GuiTest.h"
+#include "tests/gui/MainWindowFixture.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -16,13 +16,11 @@ class MainWindowStatesTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    std::unique_ptr<SessionDisplay> m_display;
+    std::unique_ptr<MainWindowFixture> m_fixture;
 
     template <typename Widget>
     [[nodiscard]] Widget *find(const char *name) const {
-        return m_window->findChild<Widget *>(text(name));
+        return m_fixture->find<Widget>(name);
     }
 
     void compareLine(const char *name, const DisplayState::Line &line) const {
@@ -39,7 +37,7 @@ private:
 
     /// Every field of the state that the window shows.
     void compare() const {
-        const DisplayState &state = m_display->state();
+        const DisplayState &state = m_fixture->display.state();
         compareLine("fieldLine1", state.line1);
         compareLine("fieldLine21", state.line21);
         compareLine("fieldLine22", state.line22);
@@ -69,43 +67,36 @@ private:
 private Q_SLOTS:
 
     void init() {
-        m_fixture = std::make_unique<GuiFixture>();
-        m_window = std::make_unique<MainWindow>();
-        m_display = std::make_unique<SessionDisplay>();
-        connect(m_display.get(), &SessionDisplay::changed, m_window.get(), &MainWindow::draw);
-        m_display->starting();
-        m_display->interval(10, false);
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        m_fixture = std::make_unique<MainWindowFixture>();
+        m_fixture->display.interval(10, false);
+        m_fixture->show();
     }
 
-    void cleanup() {
-        m_window.reset();
-        m_display.reset();
-        m_fixture.reset();
-    }
+    void cleanup() { m_fixture.reset(); }
 
     void everyStateOfASession() {
         const QString real = text("198.51.100.10");
         const QList<std::function<void()>> steps{
             [] {},
-            [&] { m_display->currentIpKnown(real); },
-            [&] { m_display->answerHandled(); },
-            [&] { m_display->switchedOn(true); },
-            [&] { m_display->switchingOn(); },
-            [&] { m_display->searching(); },
-            [&] { m_display->waitingForLocation(text("Every location has been used.")); },
-            [&] { m_display->waitingEnded(); },
-            [&] { m_display->fetching(); },
-            [&] { m_display->tunnelStarting(); },
-            [&] { m_display->advancedEnabled(true); },
-            [&] { m_display->hidden(text("203.0.113.7\n"), real, text("de"), text("Germany Berlin")); },
-            [&] { m_display->interval(42, true); },
-            [&] { m_display->searching(); },
-            [&] { m_display->failed(real); },
-            [&] { m_display->hidden(text("203.0.113.8\n"), real, text("us"), text("")); },
-            [&] { m_display->hideRotationButtons(); },
-            [&] { m_display->notHidden(real); },
+            [&] { m_fixture->display.currentIpKnown(real); },
+            [&] { m_fixture->display.answerHandled(); },
+            [&] { m_fixture->display.switchedOn(true); },
+            [&] { m_fixture->display.switchingOn(); },
+            [&] { m_fixture->display.searching(); },
+            [&] { m_fixture->display.waitingForLocation(text("Every location has been used.")); },
+            [&] { m_fixture->display.waitingEnded(); },
+            [&] { m_fixture->display.fetching(); },
+            [&] { m_fixture->display.tunnelStarting(); },
+            [&] { m_fixture->display.advancedEnabled(true); },
+            [&] {
+                m_fixture->display.hidden(text("203.0.113.7\n"), real, text("de"), text("Germany Berlin"));
+            },
+            [&] { m_fixture->display.interval(42, true); },
+            [&] { m_fixture->display.searching(); },
+            [&] { m_fixture->display.failed(real); },
+            [&] { m_fixture->display.hidden(text("203.0.113.8\n"), real, text("us"), text("")); },
+            [&] { m_fixture->display.hideRotationButtons(); },
+            [&] { m_fixture->display.notHidden(real); },
         };
         for (qsizetype step = 0; step < steps.size(); ++step) {
             steps.at(step)();
@@ -117,5 +108,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::MainWindowStatesTest)
+GUI_TEST(MainWindowStatesTest)
 #include "MainWindowStatesTest.moc"

@@ -1,17 +1,13 @@
 #include "frontend/session/LocationRotation.h"
 
-#include "frontend/privileges/QrvCredentials.h"
-#include "frontend/privileges/SessionReset.h"
 #include "frontend/session/wiring/QrvMainWindowController.h"
-#include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/tray/TrayPresence.h"
-#include "tests/gui/GuiTest.h"
+#include "tests/gui/ControllerFixture.h"
 
 #include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QFile>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
@@ -35,13 +31,11 @@ class RotationTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> m_fixture;
-    std::unique_ptr<QrvAPI> m_api;
-    std::unique_ptr<QrvMainWindowController> m_controller;
+    std::unique_ptr<ControllerFixture> m_fixture;
 
     template <typename Widget>
     [[nodiscard]] Widget *find(const char *name) const {
-        return m_controller->window().findChild<Widget *>(text(name));
+        return m_fixture->find<Widget>(name);
     }
 
     [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
@@ -57,19 +51,6 @@ private:
 
     void waitForFetches(int count) { QTRY_COMPARE(requestedAddresses().size(), count); }
 
-    /// Makes the tunnel of the current attempt come up.
-    void tunnelUp() {
-        QThreadPool::globalInstance()->waitForDone();
-        QTRY_VERIFY(QFile::exists(services().home() + text("/Documents/Quorvane/openvpn.log")));
-        QThreadPool::globalInstance()->waitForDone();
-        QFile log(services().home() + text("/Documents/Quorvane/openvpn.log"));
-        QVERIFY(log.open(QIODevice::WriteOnly));
-        log.write("a\nInitialization Sequence Completed\n");
-        log.close();
-        services().delayedCalls().advance(2.0);
-        QVERIFY(SessionState::shared().hidden);
-    }
-
     void press() { QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton); }
 
     [[nodiscard]] int indexOf(const char *title) const {
@@ -81,13 +62,13 @@ private:
         const int before = static_cast<int>(requestedAddresses().size());
         press();
         waitForFetches(before + 1);
-        tunnelUp();
+        m_fixture->tunnelUp();
     }
 
     /// Makes one attempt after the other, each at another location.
     void useEveryLocation() {
         for (int i = 1; i <= 3; ++i) {
-            m_controller->hotKeyPressed(2);
+            m_fixture->controller->hotKeyPressed(2);
             waitForFetches(i);
             QThreadPool::globalInstance()->waitForDone();
             QCoreApplication::processEvents();
@@ -97,26 +78,12 @@ private:
 private Q_SLOTS:
 
     void init() {
-        m_fixture = std::make_unique<GuiFixture>();
-        services().hardware().serial = text("SER");
-        services().addResource(text("extractip.sh"), "echo 203.0.113.9\n");
-        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
-        services().urls().setFetchHandler(
-            [](const QByteArray &) { return std::optional<QByteArray>("VPNConfig: client<br />"); });
-        m_api = std::make_unique<QrvAPI>();
-        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
-        m_controller->awakeFromNib();
-        QTRY_COMPARE(services().urls().openDownloads(), 1U);
-        QVERIFY(services().urls().finishNext(answerText));
+        m_fixture = std::make_unique<ControllerFixture>();
+        m_fixture->createAndAwake();
+        m_fixture->answer(answerText);
     }
 
-    void cleanup() {
-        QThreadPool::globalInstance()->waitForDone();
-        m_controller.reset();
-        m_api.reset();
-        QCoreApplication::processEvents();
-        m_fixture.reset();
-    }
+    void cleanup() { m_fixture.reset(); }
 
     void changeButtonActsOnlyWhileHiddenAndKeepsTheLocation() {
         hideAt("Germany Berlin");
@@ -128,9 +95,9 @@ private Q_SLOTS:
 
     void changeItemPicksARandomLocation() {
         hideAt("Germany Berlin");
-        m_controller->statusItem().changeIpMenuItem()->trigger();
+        m_fixture->controller->statusItem().changeIpMenuItem()->trigger();
         waitForFetches(2);
-        QCOMPARE(m_controller->usedLocations().size(), 1);
+        QCOMPARE(m_fixture->controller->usedLocations().size(), 1);
         QVERIFY(SessionState::shared()
                     .hidden); // a change while hidden keeps the flag until the attempt has ended
     }
@@ -153,7 +120,7 @@ private Q_SLOTS:
     }
 
     void discardingWithoutALastItemAddsNothing() {
-        m_controller->hotKeyPressed(4);
+        m_fixture->controller->hotKeyPressed(4);
         waitForFetches(1);
         QVERIFY(!services().preferences().value(text("discardedIPs")).isValid());
     }
@@ -182,7 +149,7 @@ private Q_SLOTS:
         QStringList sorted = requestedAddresses();
         sorted.sort();
         QCOMPARE(sorted, (QStringList{text("203.0.113.1"), text("203.0.113.2"), text("203.0.113.3")}));
-        m_controller->hotKeyPressed(2);
+        m_fixture->controller->hotKeyPressed(2);
         QVERIFY(find<QLabel>("fieldLine3")->isVisible());
         QVERIFY(find<QLabel>("fieldLine3")->text().startsWith(text("Every location has been used")));
         QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
@@ -194,7 +161,7 @@ private Q_SLOTS:
 
     void waitingAttemptOutlivesTheQueuedEndOfTheTunnelBeforeIt() {
         useEveryLocation();
-        tunnelUp();
+        m_fixture->tunnelUp();
         auto *popup = find<QComboBox>("popupCountry");
         popup->setCurrentIndex(0);
         Q_EMIT popup->activated(0);
@@ -207,7 +174,7 @@ private Q_SLOTS:
 
     void choosingALocationWhileAnAttemptWaitsBeginsOneAttempt() {
         useEveryLocation();
-        m_controller->hotKeyPressed(2);
+        m_fixture->controller->hotKeyPressed(2);
         QVERIFY(find<QLabel>("fieldLine3")->isVisible());
         auto *popup = find<QComboBox>("popupCountry");
         popup->setCurrentIndex(indexOf("Germany Berlin"));
@@ -221,10 +188,10 @@ private Q_SLOTS:
 
     void waitingAttemptCanBeStopped() {
         useEveryLocation();
-        m_controller->hotKeyPressed(2);
+        m_fixture->controller->hotKeyPressed(2);
         press();
         QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
-        QCOMPARE(m_controller->display().state().stateImage, text("appmain"));
+        QCOMPARE(m_fixture->controller->display().state().stateImage, text("appmain"));
         services().platform().notifications->post(text("updateServerList"));
         QCoreApplication::processEvents();
         QCOMPARE(requestedAddresses().size(), 3); // the stopped attempt does not continue by itself
@@ -234,31 +201,31 @@ private Q_SLOTS:
         find<QCheckBox>("checkboxChangeIpInterval")->click();
         press();
         waitForFetches(1);
-        tunnelUp();
-        QVERIFY(m_controller->session().changeTimerArmed());
+        m_fixture->tunnelUp();
+        QVERIFY(m_fixture->controller->session().changeTimerArmed());
         const auto pending = services().delayedCalls().pending();
-        Q_EMIT m_controller->window().intervalEntered(3);
+        Q_EMIT m_fixture->controller->window().intervalEntered(3);
         QCOMPARE(services().preferences().integer(text("changeIpInterval")), 3);
         QCOMPARE(services().delayedCalls().pending().back().due, pending.back().due);
     }
 
     void refreshRequestsOnlyWhileNotHidden() {
-        m_controller->statusItem().refreshMenuItem()->trigger();
+        m_fixture->controller->statusItem().refreshMenuItem()->trigger();
         QCOMPARE(services().urls().downloads().size(), 2U);
         QVERIFY(services().urls().finishNext(answerText));
         hideAt("Germany Berlin");
-        m_controller->statusItem().refreshMenuItem()->trigger();
+        m_fixture->controller->statusItem().refreshMenuItem()->trigger();
         QCOMPARE(services().urls().downloads().size(), 2U);
     }
 
     void copyItemEmptiesTheClipboard() {
         QGuiApplication::clipboard()->setText(text("old"));
-        m_controller->statusItem().copyIpMenuItem()->trigger();
+        m_fixture->controller->statusItem().copyIpMenuItem()->trigger();
         QVERIFY(QGuiApplication::clipboard()->text().isEmpty());
     }
 
     void checkItemOpensThePage() {
-        m_controller->statusItem().checkIpMenuItem()->trigger();
+        m_fixture->controller->statusItem().checkIpMenuItem()->trigger();
         QCOMPARE(services().workspace().openedUrls.size(), 1);
         QVERIFY(
             services().workspace().openedUrls.first().startsWith(text("https://www.quorvane.test/ip?utm_")));
@@ -267,5 +234,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::RotationTest)
+GUI_TEST(RotationTest)
 #include "RotationTest.moc"

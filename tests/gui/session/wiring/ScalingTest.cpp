@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStyle>
 
 namespace quorvane {
 
@@ -60,6 +61,7 @@ class ScalingTest : public QObject {
 
 private:
     std::unique_ptr<SettingsFixture> m_fixture;
+    QString m_styleBefore;
 
     static void check(const QWidget &window) {
         QCoreApplication::processEvents();
@@ -70,9 +72,17 @@ private:
 private Q_SLOTS:
 
     void initTestCase() {
+        m_styleBefore = QApplication::style()->name();
         const GuiFixture services;
         Theme::apply(*qApp);
         installLanguage();
+    }
+
+    void cleanupTestCase() {
+        removeLanguage();
+        qApp->setStyleSheet({});
+        QApplication::setStyle(m_styleBefore);
+        QApplication::setPalette({});
     }
 
     void init() { m_fixture = std::make_unique<SettingsFixture>(); }
@@ -178,5 +188,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::ScalingTest)
+GUI_TEST(ScalingTest)
 #include "ScalingTest.moc"

@@ -1,19 +1,15 @@
 #include "frontend/session/wiring/QrvMainWindowController.h"
 
-#include "frontend/privileges/QrvCredentials.h"
-#include "frontend/privileges/SessionReset.h"
 #include "frontend/session/LaunchAgent.h"
-#include "frontend/session/wiring/QrvApplicationController.h"
-#include "frontend/ui/mainwindow/MainWindow.h"
 #include "platform/NotificationCenter.h"
 #include "platform/PropertyList.h"
+#include "tests/gui/ControllerFixture.h"
 #include "tests/gui/ui/settings/SettingsTest.h"
 
 #include <QCheckBox>
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QThreadPool>
 #include <QTimer>
 
 namespace quorvane {
@@ -23,14 +19,11 @@ class SettingsMainWindowTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> m_fixture;
-    std::unique_ptr<QrvAPI> m_api;
-    std::unique_ptr<QrvMainWindowController> m_controller;
-    std::unique_ptr<QrvApplicationController> m_application;
+    std::unique_ptr<ControllerFixture> m_fixture;
 
     [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
-    [[nodiscard]] SettingsWindow &settings() const { return m_controller->settings().window(); }
+    [[nodiscard]] SettingsWindow &settings() const { return m_fixture->controller->settings().window(); }
 
     /// Null while it is not loaded.
     [[nodiscard]] static SettingsWindow *findSettings() {
@@ -45,7 +38,7 @@ private:
 
     template <typename Widget>
     [[nodiscard]] Widget *inMain(const char *name) const {
-        return m_controller->window().findChild<Widget *>(text(name));
+        return m_fixture->find<Widget>(name);
     }
 
     template <typename Widget>
@@ -53,19 +46,8 @@ private:
         return settings().findChild<Widget *>(text(name));
     }
 
-    void awake() {
-        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
-        m_application = std::make_unique<QrvApplicationController>(*m_controller);
-        m_controller->awakeFromNib();
-    }
-
-    void start() {
-        awake();
-        m_application->applicationDidFinishLaunching();
-    }
-
     void openSettings() {
-        start();
+        m_fixture->start();
         auto *button = inMain<QPushButton>("advancedSettingsButton");
         QVERIFY(button->isVisible() && button->isEnabled());
         QTest::mouseClick(button, Qt::LeftButton);
@@ -75,41 +57,31 @@ private:
 private Q_SLOTS:
 
     void init() {
-        m_fixture = std::make_unique<GuiFixture>();
-        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+        m_fixture = std::make_unique<ControllerFixture>();
         services().addResource(
             text("com.qrvp.LaunchAtLogin.plist"),
             platform::PropertyList::write({{text("Label"), text("a")}, {text("RunAtLoad"), false}}));
-        m_api = std::make_unique<QrvAPI>();
     }
 
-    void cleanup() {
-        QThreadPool::globalInstance()->waitForDone();
-        SessionReset::setTarget(nullptr, {});
-        m_application.reset();
-        m_controller.reset();
-        m_api.reset();
-        QCoreApplication::processEvents();
-        m_fixture.reset();
-    }
+    void cleanup() { m_fixture.reset(); }
 
     void settingsButtonClosesTheMainWindowAndShowsTheSettings() {
         openSettings();
-        QVERIFY(!m_controller->window().isVisible());
+        QVERIFY(!m_fixture->controller->window().isVisible());
     }
 
     void menuItemDoesTheSame() {
-        start();
-        m_controller->advancedSettingsMenuItemPressed();
+        m_fixture->start();
+        m_fixture->controller->advancedSettingsMenuItemPressed();
         QVERIFY(settings().isVisible());
-        QVERIFY(!m_controller->window().isVisible());
+        QVERIFY(!m_fixture->controller->window().isVisible());
     }
 
     void notificationShowsTheSettingsAndLeavesTheMainWindow() {
-        start();
+        m_fixture->start();
         services().platform().notifications->post(text("showSettings"));
         QVERIFY(settings().isVisible());
-        QVERIFY(m_controller->window().isVisible());
+        QVERIFY(m_fixture->controller->window().isVisible());
     }
 
     void everyWayOfClosingShowsTheMainWindow() {
@@ -121,15 +93,14 @@ private Q_SLOTS:
                 settings().close();
             }
             QVERIFY2(!settings().isVisible(), way);
-            QVERIFY2(m_controller->window().isVisible(), way);
-            m_application.reset();
-            m_controller.reset();
+            QVERIFY2(m_fixture->controller->window().isVisible(), way);
+            m_fixture->end();
         }
     }
 
     void settingsAreLoadedAtTheStartButNotShown() {
         services().preferences().setValue(text("hideIpHotKey"), 2);
-        start();
+        m_fixture->start();
         QCOMPARE(services().preferences().integer(text("changeIpInterval")), 10);
         QVERIFY2(findSettings() == nullptr, "the main window does not wait for it");
         QTRY_VERIFY(findSettings() != nullptr);
@@ -150,8 +121,8 @@ private Q_SLOTS:
     }
 
     void mainWindowsBoxIsShownAndOverridesAnOlderPendingEdit() {
-        start();
-        m_controller->showSettings();
+        m_fixture->start();
+        m_fixture->controller->showSettings();
         inSettings<QCheckBox>("checkboxChangeIpInterval")->click(); // pending: on
         settings().close();
         inMain<QCheckBox>("checkboxChangeIpInterval")->click();
@@ -163,7 +134,7 @@ private Q_SLOTS:
     void sessionResetLeavesPendingEditsPending() {
         openSettings();
         inSettings<QCheckBox>("checkboxHide")->click();
-        m_controller->session().setDefaultControls();
+        m_fixture->controller->session().setDefaultControls();
         QVERIFY(!services().preferences().value(text("hide")).isValid());
         inSettings<QPushButton>("buttonCancel")->click();
         QVERIFY(!services().preferences().value(text("hide")).isValid());
@@ -176,51 +147,51 @@ private Q_SLOTS:
         QVERIFY(LaunchAgent::launchesOnStartup());
         QCOMPARE(services().preferences().value(text("hide")), QVariant(true));
         inSettings<QPushButton>("buttonCancel")->click();
-        m_controller->showSettings();
+        m_fixture->controller->showSettings();
         QVERIFY(inSettings<QCheckBox>("launchOnStart")->isChecked());
     }
 
     void hotKeysActOnTheSharedWindowAndNotBeforeThereIsOne() {
         services().preferences().setValue(text("bringUpWindowHotKey"), 1);
-        awake();
+        m_fixture->createAndAwake();
         QTRY_COMPARE(services().hotKeys().held().size(), 1);
-        m_controller->window().hide();
+        m_fixture->controller->window().hide();
         QCOMPARE(services().hotKeys().press(29, 256), 1);
-        QVERIFY(!m_controller->window().isVisible());
-        m_application->applicationDidFinishLaunching();
+        QVERIFY(!m_fixture->controller->window().isVisible());
+        m_fixture->application->applicationDidFinishLaunching();
         QCOMPARE(services().hotKeys().press(29, 256), 1);
-        QVERIFY(m_controller->window().isVisible());
+        QVERIFY(m_fixture->controller->window().isVisible());
     }
 
     void foreignIdentifiersDoNothing() {
-        start();
+        m_fixture->start();
         QTRY_VERIFY(services().hotKeys().hasEventHandler());
-        m_controller->window().hide();
+        m_fixture->controller->window().hide();
         for (const quint32 id : {0U, 6U, 4294967295U}) {
             services().hotKeys().deliver({0x73696735, id});
         }
-        QVERIFY(!m_controller->window().isVisible());
+        QVERIFY(!m_fixture->controller->window().isVisible());
     }
 
     void discardedListIsHeldByTheSettingsWindow() {
-        start();
-        m_controller->settings().addDiscardedIp(text("203.0.113.7"));
-        QCOMPARE(m_controller->getDiscardList(), QStringList{text("203.0.113.7")});
+        m_fixture->start();
+        m_fixture->controller->settings().addDiscardedIp(text("203.0.113.7"));
+        QCOMPARE(m_fixture->controller->getDiscardList(), QStringList{text("203.0.113.7")});
     }
 
     void discardedListIsReadBeforeTheSettingsWindowExists() {
         services().preferences().setValue(text("discardedIPs"), text("203.0.113.7|203.0.113.9"));
-        start();
+        m_fixture->start();
         QVERIFY(findSettings() == nullptr);
         const QStringList rows{text("203.0.113.7"), text("203.0.113.9")};
-        QCOMPARE(m_controller->getDiscardList(), rows);
+        QCOMPARE(m_fixture->controller->getDiscardList(), rows);
         QVERIFY(findSettings() == nullptr);
-        QCOMPARE(m_controller->settings().getRowData(), rows);
-        QCOMPARE(m_controller->getDiscardList(), rows);
+        QCOMPARE(m_fixture->controller->settings().getRowData(), rows);
+        QCOMPARE(m_fixture->controller->getDiscardList(), rows);
     }
 
     void settingsAreLoadedWithTheStartUpChecksWhenNothingWasDrawn() {
-        awake();
+        m_fixture->createAndAwake();
         QVERIFY(findSettings() == nullptr);
         services().delayedCalls().advance(QrvMainWindowController::checkDelaySeconds);
         QVERIFY(findSettings() != nullptr);
@@ -245,11 +216,11 @@ private Q_SLOTS:
         QCOMPARE(parents, QList<QWidget *>{&settings()});
         inSettings<QPushButton>("buttonOk")->click();
         services().platform().notifications->post(text("checkCredential"));
-        QCOMPARE(parents.last(), &m_controller->window());
+        QCOMPARE(parents.last(), &m_fixture->controller->window());
     }
 };
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::SettingsMainWindowTest)
+GUI_TEST(SettingsMainWindowTest)
 #include "SettingsMainWindowTest.moc"

@@ -1,18 +1,13 @@
 #include "frontend/session/wiring/QrvMainWindowController.h"
-#include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/tray/TrayPresence.h"
-
-#include "frontend/privileges/QrvCredentials.h"
-#include "tests/gui/GuiTest.h"
+#include "tests/gui/ControllerFixture.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QDialog>
-#include <QFile>
 #include <QMenu>
 #include <QPushButton>
 #include <QSystemTrayIcon>
-#include <QThreadPool>
 
 namespace quorvane {
 
@@ -29,70 +24,47 @@ class StatusItemTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> m_fixture;
-    std::unique_ptr<QrvAPI> m_api;
-    std::unique_ptr<QrvMainWindowController> m_controller;
+    std::unique_ptr<ControllerFixture> m_fixture;
     QStringList m_images; ///< every image that was set for the icon, in order
 
     [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
-    [[nodiscard]] TrayPresence &tray() const { return m_controller->statusItem(); }
+    [[nodiscard]] TrayPresence &tray() const { return m_fixture->controller->statusItem(); }
 
-    [[nodiscard]] MainWindow &window() const { return m_controller->window(); }
+    [[nodiscard]] MainWindow &window() const { return m_fixture->controller->window(); }
 
     [[nodiscard]] QSystemTrayIcon *icon() const { return tray().findChild<QSystemTrayIcon *>(); }
 
     void start() {
-        m_controller = std::make_unique<QrvMainWindowController>(*m_api);
-        connect(&m_controller->display(), &SessionDisplay::changed, this, [this](const DisplayState &state) {
-            if (m_images.isEmpty() || m_images.last() != state.trayImage) {
-                m_images.append(state.trayImage);
-            }
-        });
-        m_controller->awakeFromNib();
+        m_fixture->create();
+        connect(&m_fixture->controller->display(), &SessionDisplay::changed, this,
+                [this](const DisplayState &state) {
+                    if (m_images.isEmpty() || m_images.last() != state.trayImage) {
+                        m_images.append(state.trayImage);
+                    }
+                });
+        m_fixture->controller->awakeFromNib();
     }
 
-    void answer() {
-        QTRY_COMPARE(services().urls().openDownloads(), 1U);
-        QVERIFY(services().urls().finishNext(answerText));
-    }
+    void answer() { m_fixture->answer(answerText); }
 
     void goHidden() {
-        window().findChild<QComboBox *>(text("popupCountry"))->setCurrentIndex(1);
+        m_fixture->find<QComboBox>("popupCountry")->setCurrentIndex(1);
         tray().hideIpMenuItem()->trigger();
-        QTRY_VERIFY(QFile::exists(services().home() + text("/Documents/Quorvane/openvpn.log")));
-        QThreadPool::globalInstance()->waitForDone();
-        QFile log(services().home() + text("/Documents/Quorvane/openvpn.log"));
-        QVERIFY(log.open(QIODevice::WriteOnly));
-        log.write("a\nInitialization Sequence Completed\n");
-        log.close();
-        services().delayedCalls().advance(2.0);
-        QVERIFY(SessionState::shared().hidden);
+        m_fixture->tunnelUp();
     }
 
 private Q_SLOTS:
 
     void init() {
-        m_fixture = std::make_unique<GuiFixture>();
-        services().hardware().serial = text("SER");
-        services().addResource(text("extractip.sh"), "echo 203.0.113.7\n");
-        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
-        services().urls().setFetchHandler(
-            [](const QByteArray &) { return std::optional<QByteArray>("VPNConfig: client<br />"); });
-        m_api = std::make_unique<QrvAPI>();
+        m_fixture = std::make_unique<ControllerFixture>();
         m_images.clear();
         for (int i = 1; i <= 15; ++i) {
             m_fixture->addImage(text("A%1").arg(i, 2, 10, QChar(u'0')));
         }
     }
 
-    void cleanup() {
-        QThreadPool::globalInstance()->waitForDone();
-        m_controller.reset();
-        m_api.reset();
-        QCoreApplication::processEvents();
-        m_fixture.reset();
-    }
+    void cleanup() { m_fixture.reset(); }
 
     void iconTurnsFromTheStartToTheFirstAnswer() {
         start();
@@ -106,19 +78,13 @@ private Q_SLOTS:
         start();
         answer();
         m_images.clear();
-        window().findChild<QComboBox *>(text("popupCountry"))->setCurrentIndex(1);
+        m_fixture->find<QComboBox>("popupCountry")->setCurrentIndex(1);
         tray().hideIpMenuItem()->trigger();
         QTRY_VERIFY(m_images.size() >= 2);
         QCOMPARE(m_images.mid(0, 2), (QStringList{text("Tray"), text("A01")}));
-        QFile log(services().home() + text("/Documents/Quorvane/openvpn.log"));
-        QThreadPool::globalInstance()->waitForDone();
-        QTRY_VERIFY(log.exists());
-        QVERIFY(log.open(QIODevice::WriteOnly));
-        log.write("a\nInitialization Sequence Completed\n");
-        log.close();
-        services().delayedCalls().advance(2.0);
+        m_fixture->tunnelUp();
         QCOMPARE(m_images.last(), text("TrayLock"));
-        m_controller->stopQuorvane();
+        m_fixture->controller->stopQuorvane();
         QCOMPARE(m_images.last(), text("Tray"));
     }
 
@@ -160,7 +126,7 @@ private Q_SLOTS:
         QVERIFY(tray().copyIpMenuItem()->isEnabled());
         answer();
         QVERIFY(tray().copyIpMenuItem()->isEnabled());
-        m_controller->session().setDefaultControls();
+        m_fixture->controller->session().setDefaultControls();
         QVERIFY(!tray().copyIpMenuItem()->isEnabled());
         goHidden();
         QVERIFY(!tray().copyIpMenuItem()->isEnabled());
@@ -172,7 +138,7 @@ private Q_SLOTS:
         QCOMPARE(services().workspace().openedUrls.size(), 1);
         QCOMPARE(services().workspace().openedUrls.first(),
                  text("https://www.quorvane.test/ip?utm_source=905-quorvane-mac&utm_medium=in-app&uid=%1")
-                     .arg(m_api->macSerial()));
+                     .arg(m_fixture->api->macSerial()));
     }
 
     void aboutItemShowsTheAboutWindowAbove() {
@@ -208,9 +174,9 @@ private Q_SLOTS:
         answer();
         goHidden();
         QCOMPARE(tray().toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
-        m_controller->session().getNewIP();
+        m_fixture->controller->session().getNewIP();
         QCOMPARE(tray().toolTip(), text("Quorvane: searching for an available IP"));
-        m_controller->session().setDefaultControls();
+        m_fixture->controller->session().setDefaultControls();
         QCOMPARE(tray().toolTip(), text("Quorvane: your IP is not hidden"));
     }
 
@@ -254,5 +220,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::StatusItemTest)
+GUI_TEST(StatusItemTest)
 #include "StatusItemTest.moc"

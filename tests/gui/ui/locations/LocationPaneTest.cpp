@@ -311,5 +311,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::LocationPaneTest)
+GUI_TEST(LocationPaneTest)
 #include "LocationPaneTest.moc"

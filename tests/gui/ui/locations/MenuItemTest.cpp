@@ -54,5 +54,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::MenuItemTest)
+GUI_TEST(MenuItemTest)
 #include "MenuItemTest.moc"

@@ -206,5 +206,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::MenuItemViewTest)
+GUI_TEST(MenuItemViewTest)
 #include "MenuItemViewTest.moc"

@@ -2,7 +2,7 @@
 
 #include "frontend/ui/locations/QrvLocationPaneController.h"
 #include "frontend/ui/shared/QrvFancyIp.h"
-#include "tests/gui/GuiTest.h"
+#include "tests/gui/MainWindowFixture.h"
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -21,33 +21,20 @@ class MainWindowTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<GuiFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    std::unique_ptr<SessionDisplay> m_display;
+    std::unique_ptr<MainWindowFixture> m_fixture;
 
-    [[nodiscard]] QLabel *label(const char *name) const { return m_window->findChild<QLabel *>(text(name)); }
+    [[nodiscard]] QLabel *label(const char *name) const { return m_fixture->find<QLabel>(name); }
 
-    [[nodiscard]] QPushButton *button(const char *name) const {
-        return m_window->findChild<QPushButton *>(text(name));
-    }
+    [[nodiscard]] QPushButton *button(const char *name) const { return m_fixture->find<QPushButton>(name); }
 
 private Q_SLOTS:
 
     void init() {
-        m_fixture = std::make_unique<GuiFixture>();
-        m_window = std::make_unique<MainWindow>();
-        m_display = std::make_unique<SessionDisplay>();
-        connect(m_display.get(), &SessionDisplay::changed, m_window.get(), &MainWindow::draw);
-        m_display->starting();
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        m_fixture = std::make_unique<MainWindowFixture>();
+        m_fixture->show();
     }
 
-    void cleanup() {
-        m_window.reset();
-        m_display.reset();
-        m_fixture.reset();
-    }
+    void cleanup() { m_fixture.reset(); }
 
     void startShowsTheWarningAndTurns() {
         QCOMPARE(label("fieldLine1")->text(), text("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!"));
@@ -58,25 +45,25 @@ private Q_SLOTS:
         QVERIFY(!button("buttonQuorvane")->isEnabled());
         QVERIFY(!button("changeIpButton")->isVisible());
         QVERIFY(!button("discardIpButton")->isVisible());
-        QVERIFY(m_window->findChild<QProgressBar *>(text("viewSpinWeel"))->isVisible());
+        QVERIFY(m_fixture->find<QProgressBar>("viewSpinWeel")->isVisible());
         QCOMPARE(label("imageAppState")->accessibleName(), text("IP not hidden"));
     }
 
     void searchingIsGreyAndDisabled() {
-        m_display->answerHandled();
-        m_display->searching();
+        m_fixture->display.answerHandled();
+        m_fixture->display.searching();
         QCOMPARE(label("fieldLine1")->text(), text("Searching for an available IP..."));
         QVERIFY(label("fieldLine1")->styleSheet().contains(text("rgb(211, 211, 211)")));
         QVERIFY(!button("buttonQuorvane")->isEnabled());
         QCOMPARE(label("imageAppState")->accessibleName(), text("Searching"));
-        QVERIFY(!m_window->findChild<QProgressBar *>(text("viewSpinWeel"))->isVisible());
+        QVERIFY(!m_fixture->find<QProgressBar>("viewSpinWeel")->isVisible());
     }
 
     void hiddenShowsAddressFlagAndPlace() {
-        m_display->tunnelStarting();
-        m_display->hidden(text("203.0.113.7\n"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        QCOMPARE(m_window->findChild<QrvFancyIp *>(text("viewCurrentIP"))->stringValue(),
-                 text("203.0.113.7\n"));
+        m_fixture->display.tunnelStarting();
+        m_fixture->display.hidden(text("203.0.113.7\n"), text("198.51.100.10"), text("de"),
+                                  text("Germany Berlin"));
+        QCOMPARE(m_fixture->find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("203.0.113.7\n"));
         QCOMPARE(label("fieldLine1")->text(), text("You are currently hiding your real IP 198.51.100.10"));
         QVERIFY(label("fieldLine1")->styleSheet().contains(text("white")));
         QCOMPARE(label("fieldLine22")->text(), text("Germany Berlin"));
@@ -91,43 +78,42 @@ private Q_SLOTS:
     }
 
     void resetClearsTheFlag() {
-        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
-        m_display->notHidden(text("198.51.100.10"));
+        m_fixture->showHidden();
+        m_fixture->display.notHidden(text("198.51.100.10"));
         QVERIFY(!label("imageCountry")->isVisible());
         QVERIFY(label("imageCountry")->pixmap().isNull());
-        QCOMPARE(m_window->findChild<QrvFancyIp *>(text("viewCurrentIP"))->stringValue(),
-                 text("198.51.100.10"));
+        QCOMPARE(m_fixture->find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("198.51.100.10"));
         QVERIFY(!button("buttonQuorvane")->isChecked());
         QVERIFY(!button("changeIpButton")->isVisible());
     }
 
     void noControlMovesBetweenTheStates() {
         const QPoint before = button("buttonQuorvane")->pos();
-        m_display->answerHandled();
-        m_display->searching();
+        m_fixture->display.answerHandled();
+        m_fixture->display.searching();
         QCoreApplication::processEvents();
         QCOMPARE(button("buttonQuorvane")->pos(), before);
-        m_display->hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        m_fixture->showHidden();
         QCoreApplication::processEvents();
         QCOMPARE(button("buttonQuorvane")->pos(), before);
     }
 
     void hostileTextsStayPlain() {
-        m_display->hidden(text("<img src=x>"), text("1.1.1.1"), text("de"), text("<b>Berlin</b>"));
+        m_fixture->display.hidden(text("<img src=x>"), text("1.1.1.1"), text("de"), text("<b>Berlin</b>"));
         for (const char *name : {"fieldLine22", "fieldLine1"}) {
             QCOMPARE(label(name)->textFormat(), Qt::PlainText);
         }
     }
 
     void pressesAreEmitted() {
-        m_display->answerHandled();
-        QSignalSpy hide(m_window.get(), &MainWindow::hideButtonPressed);
+        m_fixture->display.answerHandled();
+        QSignalSpy hide(&m_fixture->window, &MainWindow::hideButtonPressed);
         QTest::mouseClick(button("buttonQuorvane"), Qt::LeftButton);
         QCOMPARE(hide.size(), 1);
         QCOMPARE(hide.first().first().toBool(), true);
-        m_display->hidden(text("1.1.1.2"), text("1.1.1.1"), text("de"), text("x"));
-        QSignalSpy change(m_window.get(), &MainWindow::changeIpPressed);
-        QSignalSpy discard(m_window.get(), &MainWindow::discardIpPressed);
+        m_fixture->display.hidden(text("1.1.1.2"), text("1.1.1.1"), text("de"), text("x"));
+        QSignalSpy change(&m_fixture->window, &MainWindow::changeIpPressed);
+        QSignalSpy discard(&m_fixture->window, &MainWindow::discardIpPressed);
         QTest::mouseClick(button("changeIpButton"), Qt::LeftButton);
         QTest::mouseClick(button("discardIpButton"), Qt::LeftButton);
         QCOMPARE(change.size(), 1);
@@ -135,24 +121,24 @@ private Q_SLOTS:
     }
 
     void drawingEmitsNoEdit() {
-        QSignalSpy edits(m_window.get(), &MainWindow::intervalEntered);
-        m_display->interval(42, true);
-        QCOMPARE(m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), 42);
-        QCOMPARE(m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"))->text(), text("42"));
+        QSignalSpy edits(&m_fixture->window, &MainWindow::intervalEntered);
+        m_fixture->display.interval(42, true);
+        QCOMPARE(m_fixture->find<QSpinBox>("stepperChangeIpInterval")->value(), 42);
+        QCOMPARE(m_fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("42"));
         QCOMPARE(edits.size(), 0);
     }
 
     void stepperCopiesIntoTheField() {
-        m_display->interval(42, true);
-        QSignalSpy edits(m_window.get(), &MainWindow::intervalEntered);
-        m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->stepUp();
+        m_fixture->display.interval(42, true);
+        QSignalSpy edits(&m_fixture->window, &MainWindow::intervalEntered);
+        m_fixture->find<QSpinBox>("stepperChangeIpInterval")->stepUp();
         QCOMPARE(edits.size(), 1);
         QCOMPARE(edits.first().first().toInt(), 43);
-        QCOMPARE(m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"))->text(), text("43"));
+        QCOMPARE(m_fixture->find<QLineEdit>("fieldChangeIpInterval")->text(), text("43"));
     }
 
     void stepperStaysWithinOneAndNinetyNine() {
-        auto *stepper = m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"));
+        auto *stepper = m_fixture->find<QSpinBox>("stepperChangeIpInterval");
         QCOMPARE(stepper->minimum(), 1);
         QCOMPARE(stepper->maximum(), 99);
         QCOMPARE(stepper->singleStep(), 1);
@@ -171,48 +157,48 @@ private Q_SLOTS:
     void intervalField() {
         QFETCH(QString, typed);
         QFETCH(QString, left);
-        m_display->interval(42, true);
-        QSignalSpy edits(m_window.get(), &MainWindow::intervalEntered);
-        auto *field = m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
+        m_fixture->display.interval(42, true);
+        QSignalSpy edits(&m_fixture->window, &MainWindow::intervalEntered);
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
         field->setFocus();
         field->selectAll();
         field->insert(typed); // one edit, as a paste
         QCOMPARE(field->text(), left);
         QVERIFY(!edits.isEmpty());
         QCOMPARE(edits.last().first().toInt(), left.toInt());
-        QCOMPARE(m_window->findChild<QSpinBox *>(text("stepperChangeIpInterval"))->value(), left.toInt());
+        QCOMPARE(m_fixture->find<QSpinBox>("stepperChangeIpInterval")->value(), left.toInt());
     }
 
     void backgroundClickEndsTextEditing() {
-        m_display->interval(42, true);
-        auto *field = m_window->findChild<QLineEdit *>(text("fieldChangeIpInterval"));
+        m_fixture->display.interval(42, true);
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
         field->setFocus();
-        QTest::mouseClick(m_window->centralWidget(), Qt::LeftButton, {}, QPoint(3, 3));
+        QTest::mouseClick(m_fixture->window.centralWidget(), Qt::LeftButton, {}, QPoint(3, 3));
         QVERIFY(!field->hasFocus());
     }
 
     void transportLabelsAreSentUnchanged() {
-        QCOMPARE(m_window->transportLabel(), text("TCP"));
-        QSignalSpy chosen(m_window.get(), &MainWindow::transportChosen);
-        m_window->findChild<QRadioButton *>(text("segmentUdp"))->click();
-        QCOMPARE(m_window->transportLabel(), text("UDP"));
+        QCOMPARE(m_fixture->window.transportLabel(), text("TCP"));
+        QSignalSpy chosen(&m_fixture->window, &MainWindow::transportChosen);
+        m_fixture->find<QRadioButton>("segmentUdp")->click();
+        QCOMPARE(m_fixture->window.transportLabel(), text("UDP"));
         QCOMPARE(chosen.first().first().toInt(), 1);
-        m_window->setTransportIndex(0);
-        QCOMPARE(m_window->transportIndex(), 0);
+        m_fixture->window.setTransportIndex(0);
+        QCOMPARE(m_fixture->window.transportIndex(), 0);
     }
 
     void closingHidesOnlyWhenATrayCanShowTheWindowAgain() {
-        m_window->setReachableByTray(true);
-        m_window->close();
-        QVERIFY(!m_window->isVisible());
-        m_window->bringForward();
-        QVERIFY(m_window->isVisible());
-        m_window->setReachableByTray(false);
-        m_window->close();
-        QVERIFY(m_window->isVisible());
-        QVERIFY(m_window->isMinimized());
-        m_window->bringForward();
-        QVERIFY(!m_window->isMinimized());
+        m_fixture->window.setReachableByTray(true);
+        m_fixture->window.close();
+        QVERIFY(!m_fixture->window.isVisible());
+        m_fixture->window.bringForward();
+        QVERIFY(m_fixture->window.isVisible());
+        m_fixture->window.setReachableByTray(false);
+        m_fixture->window.close();
+        QVERIFY(m_fixture->window.isVisible());
+        QVERIFY(m_fixture->window.isMinimized());
+        m_fixture->window.bringForward();
+        QVERIFY(!m_fixture->window.isMinimized());
     }
 
     void floatingLevelIsDroppedThroughTheWindowItself() {
@@ -228,15 +214,15 @@ private Q_SLOTS:
     }
 
     void quitKeyRequestsQuitting() {
-        QSignalSpy quit(m_window.get(), &MainWindow::quitRequested);
-        m_window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        QTest::keyClick(m_window.get(), Qt::Key_Q, Qt::ControlModifier);
+        QSignalSpy quit(&m_fixture->window, &MainWindow::quitRequested);
+        m_fixture->window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&m_fixture->window));
+        QTest::keyClick(&m_fixture->window, Qt::Key_Q, Qt::ControlModifier);
         QCOMPARE(quit.size(), 1);
     }
 
     void everyControlHasAName() {
-        for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
+        for (const QWidget *widget : m_fixture->window.findChildren<QWidget *>()) {
             const bool innerPart = widget->objectName().startsWith(text("qt_")); // its owner has the name
             if (innerPart || widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) {
                 continue;
@@ -253,5 +239,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::MainWindowTest)
+GUI_TEST(MainWindowTest)
 #include "MainWindowTest.moc"

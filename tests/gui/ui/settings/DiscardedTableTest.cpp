@@ -140,5 +140,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::DiscardedTableTest)
+GUI_TEST(DiscardedTableTest)
 #include "DiscardedTableTest.moc"

@@ -355,5 +355,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::SettingsEditsTest)
+GUI_TEST(SettingsEditsTest)
 #include "SettingsEditsTest.moc"

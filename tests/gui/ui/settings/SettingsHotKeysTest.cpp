@@ -290,5 +290,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::SettingsHotKeysTest)
+GUI_TEST(SettingsHotKeysTest)
 #include "SettingsHotKeysTest.moc"

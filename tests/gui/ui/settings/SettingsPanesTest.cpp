@@ -317,5 +317,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::SettingsPanesTest)
+GUI_TEST(SettingsPanesTest)
 #include "SettingsPanesTest.moc"

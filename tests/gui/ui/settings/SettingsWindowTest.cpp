@@ -320,5 +320,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::SettingsWindowTest)
+GUI_TEST(SettingsWindowTest)
 #include "SettingsWindowTest.moc"

@@ -80,5 +80,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::AlertsTest)
+GUI_TEST(AlertsTest)
 #include "AlertsTest.moc"

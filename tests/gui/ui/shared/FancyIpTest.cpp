@@ -130,11 +130,12 @@ private Q_SLOTS:
         const QPointF target = window.mapToGlobal(QPointF(40, 30));
         QMouseEvent move(QEvent::MouseMove, QPointF(40, 30), target, Qt::NoButton, Qt::LeftButton, {});
         QCoreApplication::sendEvent(&window, &move);
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, QPoint(40, 30));
         QCOMPARE(window.pos(), QPoint(130, 120));
     }
 };
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::FancyIpTest)
+GUI_TEST(FancyIpTest)
 #include "FancyIpTest.moc"

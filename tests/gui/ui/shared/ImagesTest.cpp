@@ -111,5 +111,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::ImagesTest)
+GUI_TEST(ImagesTest)
 #include "ImagesTest.moc"

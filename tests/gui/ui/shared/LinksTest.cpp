@@ -118,5 +118,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::LinksTest)
+GUI_TEST(LinksTest)
 #include "LinksTest.moc"

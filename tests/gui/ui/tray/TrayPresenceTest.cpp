@@ -210,5 +210,5 @@ private Q_SLOTS:
 
 } // namespace quorvane
 
-QTEST_MAIN(quorvane::TrayPresenceTest)
+GUI_TEST(TrayPresenceTest)
 #include "TrayPresenceTest.moc"

@@ -1,4 +1,5 @@
 #include "frontend/api/AnswerTable.h"
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <gtest/gtest.h>
@@ -6,10 +7,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 TEST(AnswerTable, NullTextIsNoAnswer) {
     EXPECT_FALSE(AnswerTable::read(QString()).has_value());

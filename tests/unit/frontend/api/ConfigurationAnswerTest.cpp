@@ -1,4 +1,5 @@
 #include "frontend/api/ConfigurationAnswer.h"
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <gtest/gtest.h>
@@ -6,10 +7,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 TEST(Certificate, MarkerLineAndFinalBreakReturnThreeLines) {
     EXPECT_EQ(ConfigurationAnswer::getCertificate(text("VPNConfig: client<br />remote 1.2.3.4 443<br />")),

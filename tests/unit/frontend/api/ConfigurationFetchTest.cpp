@@ -3,6 +3,7 @@
 #include "fakes/TestPlatform.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/privileges/QrvCredentials.h"
+#include "tests/Text.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
@@ -17,10 +18,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 QByteArray contentsOf(const QString &path) {
     QFile file(path);

@@ -2,6 +2,7 @@
 
 #include "fakes/TestPlatform.h"
 #include "platform/SystemLog.h"
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <QDir>
@@ -11,10 +12,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 class RecordingDelegate final : public QrvApiProtocol {
 public:

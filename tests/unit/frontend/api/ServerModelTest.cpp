@@ -1,4 +1,5 @@
 #include "frontend/api/ServerModel.h"
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <QRandomGenerator>
@@ -8,10 +9,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 QrvVpnDataList parse(const QStringList &lines) {
     return ServerModel::parseServers(lines, text("user"), text("pass"), text("key"));

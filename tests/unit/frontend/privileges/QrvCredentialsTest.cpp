@@ -3,6 +3,7 @@
 #include "fakes/TestPlatform.h"
 #include "frontend/privileges/SessionReset.h"
 #include "platform/SystemLog.h"
+#include "tests/Text.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
@@ -12,10 +13,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 bool isAlphaNumeric(QChar c) {
     return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');

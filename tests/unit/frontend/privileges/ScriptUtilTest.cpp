@@ -4,6 +4,7 @@
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/SessionReset.h"
 #include "platform/SystemLog.h"
+#include "tests/Text.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
@@ -14,10 +15,6 @@ namespace quorvane {
 namespace {
 
 using fakes::FakeScriptingService;
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 class ScriptUtilTest : public testing::Test {
 protected:

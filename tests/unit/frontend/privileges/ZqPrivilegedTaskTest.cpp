@@ -1,6 +1,7 @@
 #include "frontend/privileges/ZqPrivilegedTask.h"
 
 #include "fakes/TestPlatform.h"
+#include "tests/Text.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
@@ -11,10 +12,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 constexpr pid_t firstPid = fakes::FakeAuthorizationService::firstPid;
 

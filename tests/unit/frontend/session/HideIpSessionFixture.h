@@ -9,6 +9,7 @@
 #include "frontend/session/SessionDisplay.h"
 #include "frontend/session/SessionState.h"
 #include "frontend/tunnel/Vpn.h"
+#include "tests/Text.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
@@ -18,10 +19,6 @@
 #include <gtest/gtest.h>
 
 namespace quorvane {
-
-inline QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 inline const QString warning = QStringLiteral("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!");
 inline const QString searchingText = QStringLiteral("Searching for an available IP...");

@@ -2,6 +2,7 @@
 
 #include "fakes/TestPlatform.h"
 #include "platform/PropertyList.h"
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <QDir>
@@ -11,10 +12,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 class LaunchAgentTest : public testing::Test {
 protected:

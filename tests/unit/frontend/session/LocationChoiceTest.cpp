@@ -1,5 +1,6 @@
 #include "frontend/session/LocationChoice.h"
 
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <QSet>
@@ -14,10 +15,6 @@ using Entry = LocationChoice::Entry;
 using Outcome = LocationChoice::Outcome;
 using Request = LocationChoice::Request;
 using Result = LocationChoice::Result;
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 Entry location(quint64 id, const char *country,
                const QStringList &addresses = {QStringLiteral("203.0.113.1")}) {

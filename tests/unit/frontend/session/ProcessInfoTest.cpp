@@ -2,6 +2,7 @@
 
 #include "fakes/TestPlatform.h"
 #include "platform/ProcessTable.h"
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <cerrno>
@@ -10,10 +11,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 class ProcessInfoTest : public testing::Test {
 protected:

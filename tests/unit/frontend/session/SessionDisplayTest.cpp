@@ -1,5 +1,6 @@
 #include "frontend/session/SessionDisplay.h"
 
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <gtest/gtest.h>
@@ -7,10 +8,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 TEST(SessionDisplay, Starting) {
     SessionDisplay display;

@@ -1,5 +1,6 @@
 #include "frontend/session/TrayAnimation.h"
 
+#include "tests/Text.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
@@ -11,10 +12,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 class TrayAnimationTest : public testing::Test {
 protected:

@@ -1,6 +1,7 @@
 #include "frontend/tunnel/LentAddress.h"
 
 #include "fakes/TestPlatform.h"
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <gtest/gtest.h>
@@ -8,10 +9,6 @@
 namespace quorvane {
 
 namespace {
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 class LentAddressTest : public testing::Test {
 protected:

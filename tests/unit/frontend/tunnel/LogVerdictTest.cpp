@@ -1,5 +1,6 @@
 #include "frontend/tunnel/LogVerdict.h"
 
+#include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
 #include <array>
@@ -10,10 +11,6 @@ namespace quorvane {
 namespace {
 
 using Outcome = LogVerdict::Outcome;
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 constexpr const char *completed = "Initialization Sequence Completed";
 

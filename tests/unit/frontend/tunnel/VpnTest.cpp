@@ -4,6 +4,7 @@
 #include "fakes/TestPlatform.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/SessionReset.h"
+#include "tests/Text.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
@@ -17,10 +18,6 @@ namespace quorvane {
 namespace {
 
 using fakes::FakeScriptingService;
-
-QString text(const char *utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 QByteArray contentsOf(const QString &path) {
     QFile file(path);

@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
+#include <utility>
 
 namespace quorvane::platform {
 
@@ -25,6 +26,13 @@ public:
     ~DesktopBus() {
         m_bus.kill();
         m_bus.waitForFinished();
+        for (const auto &[name, value] : std::as_const(m_before)) {
+            if (value.isNull()) {
+                qunsetenv(name);
+            } else {
+                qputenv(name, value);
+            }
+        }
     }
 
     DesktopBus(const DesktopBus &) = delete;
@@ -37,10 +45,10 @@ public:
         const QString connection = QStringLiteral("wait");
         bool owned = false;
         {
-            QDBusConnection m_bus =
+            const QDBusConnection bus =
                 QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), connection);
             for (int i = 0; i < 1000 && !owned; ++i) {
-                owned = m_bus.interface() != nullptr && m_bus.interface()->isServiceRegistered(name);
+                owned = bus.interface() != nullptr && bus.interface()->isServiceRegistered(name);
                 QThread::msleep(owned ? 0 : 10);
             }
         }
@@ -51,10 +59,15 @@ public:
     [[nodiscard]] QString home() const { return m_folder.path(); }
 
 private:
-    static void set(const char *name, const QByteArray &value) { qputenv(name, value); }
+    void set(const char *name, const QByteArray &value) {
+        m_before.append({name, qgetenv(name)});
+        qputenv(name, value);
+    }
 
     QTemporaryDir m_folder;
     QProcess m_bus;
+    /// The environment of the program without this bus; a null value means that there was no such variable.
+    QList<std::pair<const char *, QByteArray>> m_before;
 };
 
 } // namespace quorvane::platform

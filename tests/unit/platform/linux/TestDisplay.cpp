@@ -10,7 +10,7 @@
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wkeyword-macro"
 #endif
-#define explicit explicit_
+#define explicit explicit_ // NOLINT(readability-identifier-naming): the word that the header uses
 #include <xcb/xkb.h>
 
 namespace quorvane::platform {

@@ -91,14 +91,11 @@ TEST_F(UserLine, HasNoInputAndNoInheritedDescriptor) {
 }
 
 TEST_F(UserLine, DoesNotWaitForAChildThatHoldsTheOutput) {
-    QElapsedTimer clock;
-    clock.start();
-    const ScriptResult result = m_service.runAsUser(QStringLiteral("sleep 20 & echo $!"));
-    EXPECT_LT(clock.elapsed(), 10000);
+    const ScriptResult result = m_service.runAsUser(QStringLiteral("sleep 60 & echo $!"));
     ASSERT_TRUE(result.succeeded);
     const pid_t left = result.text.toInt();
     ASSERT_GT(left, 1);
-    EXPECT_EQ(kill(left, SIGKILL), 0) << "the child has already ended";
+    EXPECT_EQ(kill(left, SIGKILL), 0) << "the call waited until the child had ended";
 }
 
 TEST_F(UserLine, ChildLeftBehindCanContinueWriting) {
@@ -354,13 +351,10 @@ TEST_F(AdministratorLine, WithoutAPasswordRuleTheLineStillGetsNoInput) {
 
 TEST_F(AdministratorLine, DoesNotWaitForABackgroundChildAndDoesNotKillIt) {
     for (const QString &caller : {m_ada, m_joe, m_root}) {
-        QElapsedTimer clock;
-        clock.start();
-        const ScriptResult result = run(caller, QStringLiteral("sleep 30 & echo $!"), m_ada, m_adaPassword);
-        EXPECT_LT(clock.elapsed(), 15000);
+        const ScriptResult result = run(caller, QStringLiteral("sleep 60 & echo $!"), m_ada, m_adaPassword);
         const pid_t left = result.text.toInt();
         ASSERT_GT(left, 1) << result.errorMessage.toStdString();
-        EXPECT_EQ(kill(left, SIGKILL), 0) << "the child has already ended";
+        EXPECT_EQ(kill(left, SIGKILL), 0) << "the child was killed, or the call waited until it had ended";
     }
 }
 
