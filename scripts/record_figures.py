@@ -99,13 +99,25 @@ def end_to_end(lines):
     return lines
 
 
+def shown(value):
+    """A measured value as text: of a list of texts their number, of an object its fields in turn."""
+    if isinstance(value, list):
+        if value and all(isinstance(one, str) for one in value):
+            return str(len(value))
+        return ", ".join(map(shown, value)) or "0"
+    if isinstance(value, dict):
+        return ", ".join(f"{key} {shown(one)}" for key, one in value.items()) or "0"
+    return "none" if value is None else str(value)
+
+
 def measured(lines):
-    entries = []
+    """A table of the figures that the tests have measured; a figure that was measured often has one entry."""
+    values = collections.defaultdict(list)
     for line in lines:
         one = json.loads(line)
-        value = one["value"]
-        entries.append((one["test"], one["name"], value if isinstance(value, str) else json.dumps(value)))
-    return ["", *table(("measured by", "figure", "value"), sorted(entries))] if entries else []
+        values[one["test"], one["name"]].append(shown(one["value"]))
+    entries = [(*key, "; ".join(held)) for key, held in sorted(values.items())]
+    return ["", *table(("measured by", "figure", "value"), entries)] if entries else []
 
 
 def sections(folder):
