@@ -1,5 +1,7 @@
 """Failures outside of the client: credentials, configuration, service and network."""
 
+import re
+
 from harness.conditions import service_api
 from harness.drive import client as ui
 from harness.observe import outcomes
@@ -8,23 +10,41 @@ from world.accounts import ADA
 from world.service import BERLIN
 
 
-def test_wrong_vpn_credentials(world, client):
-    """A stored configuration with a wrong password: AUTH_FAILED in OpenVPN's log, then the message box."""
+def failed_tries(client):
+    """The number that the client has logged for each failed try, in order."""
+    return re.findall(r"rndLocationCounter= (\d+)$", client.output(), re.MULTILINE)
+
+
+def hide_with_wrong_password(world, client, **preferences):
+    """Starts a session with a stored configuration and a wrong VPN password."""
     user, _password = service_api.credentials(world.home)
     answer = service_api.get(world.home, service_api.configuration_target(user, BERLIN.addresses[0]))
     path = f"{client.folder}/Documents/Quorvane/qrvp.ovpn"
     world.home.write(path, service_api.configuration_of(answer), owner="joe", mode=0o600)
     client.remember_administrator(
-        ADA, location=BERLIN.title, useSameIP=True, vpnConfigPath=path, vpnUsername=user, vpnPassword="wrong"
+        ADA, useSameIP=True, vpnConfigPath=path, vpnUsername=user, vpnPassword="wrong", **preferences
     )
-    requests = len(world.service.requests_of("VPNC"))
     client.start()
     client.hide()
+
+
+def test_wrong_vpn_credentials(world, client):
+    """AUTH_FAILED in OpenVPN's log, then the message box."""
+    hide_with_wrong_password(world, client, location=BERLIN.title)
     world.home.wait_for(lambda: "AUTH_FAILED" in client.openvpn_log(), "the refusal in OpenVPN's log")
     assert world.service.lent() == {}
     outcomes.check_given_up(client)
     assert world.service.lent() == {}
-    assert len(world.service.requests_of("VPNC")) == requests, "the stored configuration was used"
+    assert len(world.service.requests_of("VPNC")) == 1, "only the one of this test"
+    assert failed_tries(client) == ["0"], "a fixed location is tried once"
+
+
+def test_without_a_location_there_are_four_tries(world, client):
+    """The message box comes after the last one only."""
+    hide_with_wrong_password(world, client)
+    outcomes.check_given_up(client)
+    assert failed_tries(client) == ["0", "1", "2", "3"]
+    assert world.service.lent() == {}
 
 
 def test_configuration_is_refused(world, client):

@@ -31,14 +31,17 @@ def check_given_up(world, client):
 
 
 def start_with_stored_configuration(world, client, change):
-    """Starts a session with a stored configuration of the service that the function `change` has modified."""
+    """Starts a session with a stored configuration of the service that the function `change` has modified.
+
+    A location is selected, because an attempt with a random one is repeated when it fails.
+    """
     client.start_hidden(ADA, location=BERLIN.title)
     client.stop()
     preferences = client.preferences()
     client.terminate()
     text = client.file(CONFIGURATION).read_bytes()
     world.home.write(f"{client.folder}/{CONFIGURATION}", change(text), owner="joe", mode=0o600)
-    client.seed_preferences(**preferences, useSameIP=True)
+    client.seed_preferences(**{**preferences, "location": BERLIN.title, "useSameIP": True})
     client.start()
     client.hide()
 

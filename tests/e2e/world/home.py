@@ -8,7 +8,7 @@ import subprocess
 import time
 from pathlib import Path
 
-from harness.home.deadlines import EVENTUALLY, POLL
+from harness.home.deadlines import EVENTUALLY, pause_after
 
 from . import accounts, machine, network
 
@@ -201,11 +201,13 @@ class Home:
 
     def wait_for(self, condition, what, timeout=EVENTUALLY):
         """Waits until condition() is true; fails with `what` at the deadline."""
-        end = time.monotonic() + timeout
+        begun = time.monotonic()
+        end = begun + timeout
         while not condition():
             if time.monotonic() > end:
                 raise TimeoutError(f"{what}: not within {timeout} s")
-            time.sleep(POLL)
+            time.sleep(pause_after(begun))
+            begun = time.monotonic()
 
     def close(self):
         self._unshare.stdin.close()

@@ -55,12 +55,9 @@ def inside(namespace, *command, **options):
     return run("ip", "netns", "exec", namespace, *command, **options)
 
 
-def _address(namespace, device, address):
-    run("ip", "-n", namespace, "address", "add", address, "dev", device)
-
-
-def _up(namespace, device):
-    run("ip", "-n", namespace, "link", "set", device, "up")
+def _configure(namespace, *commands):
+    """Applies commands of ip in a namespace, all of them by one process."""
+    run("ip", "-n", namespace, "-batch", "-", input="".join(f"{command}\n" for command in commands))
 
 
 def firewall(namespace):
@@ -141,9 +138,7 @@ class Network:
         try:
             for namespace in (HOME, GATEWAY, INTERNET):
                 run("ip", "netns", "add", namespace)
-                _up(namespace, "lo")
-            self._connect_home()
-            self._connect_internet()
+            self._connect()
             if ipv6:
                 self._connect_ipv6()
             self.start_name_server()
@@ -151,53 +146,33 @@ class Network:
             self.close()
             raise
 
-    def _connect_home(self):
-        run(
-            "ip",
-            "link",
-            "add",
-            "eth0",
-            "netns",
+    @staticmethod
+    def _connect():
+        _configure(
+            GATEWAY,
+            f"link add lan type veth peer name eth0 netns {HOME}",
+            f"link add wan type veth peer name net0 netns {INTERNET}",
+            f"address add {ROUTER_ADDRESS}/24 dev lan",
+            f"address add {REAL_ADDRESS}/24 dev wan",
+            *(f"link set {device} up" for device in ("lo", "lan", "wan")),
+            "route add default via 198.51.100.1",
+            f"route add local {LENT_POOL} dev lo",
+        )
+        _configure(
             HOME,
-            "type",
-            "veth",
-            "peer",
-            "name",
-            "lan",
-            "netns",
-            GATEWAY,
+            f"address add {HOME_ADDRESS}/24 dev eth0",
+            "link set lo up",
+            "link set eth0 up",
+            f"route add default via {ROUTER_ADDRESS}",
         )
-        _address(HOME, "eth0", f"{HOME_ADDRESS}/24")
-        _address(GATEWAY, "lan", f"{ROUTER_ADDRESS}/24")
-        _up(HOME, "eth0")
-        _up(GATEWAY, "lan")
-        run("ip", "-n", HOME, "route", "add", "default", "via", ROUTER_ADDRESS)
-
-    def _connect_internet(self):
-        run(
-            "ip",
-            "link",
-            "add",
-            "wan",
-            "netns",
-            GATEWAY,
-            "type",
-            "veth",
-            "peer",
-            "name",
-            "net0",
-            "netns",
+        _configure(
             INTERNET,
+            "address add 198.51.100.1/24 dev net0",
+            *(f"address add {address}/32 dev lo" for address in (SERVICE_ADDRESS, *NAME_SERVERS)),
+            "link set lo up",
+            "link set net0 up",
+            f"route add {LENT_POOL} via {REAL_ADDRESS}",
         )
-        _address(GATEWAY, "wan", f"{REAL_ADDRESS}/24")
-        _address(INTERNET, "net0", "198.51.100.1/24")
-        for address in (SERVICE_ADDRESS, *NAME_SERVERS):
-            _address(INTERNET, "lo", f"{address}/32")
-        _up(GATEWAY, "wan")
-        _up(INTERNET, "net0")
-        run("ip", "-n", GATEWAY, "route", "add", "default", "via", "198.51.100.1")
-        run("ip", "-n", INTERNET, "route", "add", LENT_POOL, "via", REAL_ADDRESS)
-        run("ip", "-n", GATEWAY, "route", "add", "local", LENT_POOL, "dev", "lo")
         inside(
             GATEWAY,
             "sysctl",
@@ -210,18 +185,23 @@ class Network:
 
     def _connect_ipv6(self):
         """Global addresses and a default route for the home, as a router's announcement would set them."""
-        for place in (
-            f"{HOME} eth0 {HOME_ADDRESS_6}/64",
-            f"{GATEWAY} lan {ROUTER_ADDRESS_6}/64",
-            f"{GATEWAY} wan 2001:db8:198::10/64",
-            f"{INTERNET} net0 2001:db8:198::1/64",
-            f"{INTERNET} lo {INTERNET_ADDRESS_6}/128",
-        ):
-            namespace, device, address = place.split()
-            run("ip", "-n", namespace, "-6", "address", "add", address, "dev", device, "nodad")
-        run("ip", "-n", HOME, "-6", "route", "add", "default", "via", ROUTER_ADDRESS_6)
-        run("ip", "-n", GATEWAY, "-6", "route", "add", "default", "via", "2001:db8:198::1")
-        run("ip", "-n", INTERNET, "-6", "route", "add", "2001:db8:77::/64", "via", "2001:db8:198::10")
+        _configure(
+            HOME,
+            f"address add {HOME_ADDRESS_6}/64 dev eth0 nodad",
+            f"route add default via {ROUTER_ADDRESS_6}",
+        )
+        _configure(
+            GATEWAY,
+            f"address add {ROUTER_ADDRESS_6}/64 dev lan nodad",
+            "address add 2001:db8:198::10/64 dev wan nodad",
+            "route add default via 2001:db8:198::1",
+        )
+        _configure(
+            INTERNET,
+            "address add 2001:db8:198::1/64 dev net0 nodad",
+            f"address add {INTERNET_ADDRESS_6}/128 dev lo nodad",
+            "route add 2001:db8:77::/64 via 2001:db8:198::10",
+        )
         inside(GATEWAY, "sysctl", "-qw", "net.ipv6.conf.all.forwarding=1")
 
     def start_name_server(self):
@@ -268,8 +248,7 @@ class Network:
 
     @staticmethod
     def reconnect_home():
-        _up(HOME, "eth0")
-        run("ip", "-n", HOME, "route", "replace", "default", "via", ROUTER_ADDRESS)
+        _configure(HOME, "link set eth0 up", f"route replace default via {ROUTER_ADDRESS}")
 
     @contextlib.contextmanager
     def unplugged_cable(self):

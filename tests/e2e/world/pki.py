@@ -1,5 +1,6 @@
 """A certificate authority, made anew for every run, and the certificates that it signs."""
 
+import functools
 import subprocess
 from pathlib import Path
 
@@ -21,6 +22,7 @@ class Authority:
         self.folder.mkdir(mode=0o700, parents=True)
         self.certificate = self.folder / "ca.crt"
         self._key = self.folder / "ca.key"
+        self._leaves = {}
         _openssl(
             "req",
             "-x509",
@@ -40,11 +42,13 @@ class Authority:
         )
 
     def leaf(self, name, subject_names, days=DAYS):
-        """Makes a server certificate; returns (certificate, key). subject_names: as in subjectAltName.
+        """A server certificate; returns (certificate, key). subject_names: as in subjectAltName.
 
-        A negative number of days makes one that has expired.
+        A negative number of days makes one that has expired. The same request again returns the same files.
         """
         certificate, key = self.folder / f"{name}.crt", self.folder / f"{name}.key"
+        if self._leaves.get(name) == (subject_names, days):
+            return certificate, key
         request, extensions = self.folder / f"{name}.csr", self.folder / f"{name}.ext"
         extensions.write_text(
             "basicConstraints=CA:FALSE\nkeyUsage=digitalSignature\nextendedKeyUsage=serverAuth\n"
@@ -69,4 +73,11 @@ class Authority:
             "-extfile",
             str(extensions),
         )
+        self._leaves[name] = (subject_names, days)
         return certificate, key
+
+
+@functools.cache
+def of_this_run(folder):
+    """The authority in this folder, which is made at the first call: the networks of all tests share it."""
+    return Authority(folder)

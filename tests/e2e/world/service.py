@@ -15,7 +15,7 @@ from pathlib import Path
 
 from harness.home.deadlines import EVENTUALLY, POLL
 
-from . import network
+from . import machine, network
 
 UDP_PORT, TCP_PORT = 1194, 443
 TABLE, LENT_MAP = "quorvane", "lent"
@@ -218,6 +218,19 @@ class Service:
             except subprocess.TimeoutExpired:
                 self._process.kill()
         return self._process.wait()
+
+    def end(self):
+        """Ends the service and what it started; returns its exit status (see STATUS).
+
+        The OpenVPN servers are killed first: they take two seconds to inform their clients, which have ended
+        before the service does.
+        """
+        if self.running:
+            for pid, _name in machine.processes():
+                if machine.parent_of(pid) == self._process.pid:
+                    with contextlib.suppress(ProcessLookupError):
+                        os.kill(pid, signal.SIGKILL)
+        return self.stop()
 
     def requests(self):
         """Every request since the start, in order."""

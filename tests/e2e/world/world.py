@@ -40,14 +40,14 @@ class World:
             made.callback(shutil.rmtree, self.folder)
             self.network = network.Network(self.folder, ipv6=ipv6)
             made.callback(self.network.close)
-            authority = self.authority = pki.Authority(self.folder / "pki")
+            authority = self.authority = pki.of_this_run(enter.BASE / "pki")
             self.service = service.Service(
                 program or service.program_from_environment(),
                 self.folder / "service",
                 authority,
                 **service_settings,
             )
-            made.callback(self._stop_service)
+            made.callback(self._end_service)
             if serve:
                 self.service.start()
             self.home = home.Home(
@@ -61,8 +61,8 @@ class World:
             made.callback(self.home.close)
             self._made = made.pop_all()
 
-    def _stop_service(self):
-        self._status = self.service.stop()
+    def _end_service(self):
+        self._status = self.service.end()
 
     def wait_nothing_lent(self):
         """Waits until the gateway has no lent address any more."""

@@ -104,12 +104,13 @@ class HostileApi:
     """`answers`: command ("MRTSL", "VPNC") -> function that sends the answer. Another request fails the test.
 
     `certificate` is (certificate, key), by default the service's own. `requests` holds (command, target) of
-    each received request.
+    each received request, `refused` the number of connections that the client ended without one: during the
+    handshake, or after it without a byte.
     """
 
     def __init__(self, world, answers, certificate=None):
         self.requests = []
-        self.refused_handshakes = 0
+        self.refused = 0
         self._answers = answers
         self._context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         self._context.load_cert_chain(*(certificate or world.service.certificate))
@@ -119,13 +120,14 @@ class HostileApi:
         try:
             secured = self._context.wrap_socket(connection, server_side=True)
         except OSError:
-            self.refused_handshakes += 1
+            self.refused += 1
             return
         with secured:
             request = b""
             while b"\r\n\r\n" not in request:
                 piece = secured.recv(65536)
                 if not piece:
+                    self.refused += not request
                     return
                 request += piece
             target = request.split(b" ", 2)[1].decode("latin-1")

@@ -21,7 +21,7 @@ class Verifier:
     def __init__(self, world):
         self._folder = world.folder / "verifier"
         self._folder.mkdir()
-        self._keys = world.folder / "pki"
+        self._keys = world.authority.folder
         self._seen = self._folder / "seen"
         script = self._folder / "verify"
         script.write_text(SCRIPT.format(seen=self._seen), encoding="utf-8")

@@ -17,6 +17,7 @@ from world import home as homes
 from .display import PrivateDisplay
 
 PROGRAM = f"{homes.CONTENTS}/bin/quorvane"
+PROGRAM_OF_GUARD = f"{homes.CONTENTS}/Resources/openvpn"
 PREFERENCES = "Library/Preferences/com.tallowind.Quorvane.plist"
 
 NOT_HIDING = "WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!"
@@ -160,7 +161,7 @@ class Client:
         if self.home.processes("quorvane") and self.running(key):
             self.signal(signal.SIGTERM, key)
             self.wait_exit(key)
-        for process in self.openvpn():
+        for process in self.home.processes("openvpn"):
             os.kill(process.pid, signal.SIGKILL)
         self.wait_no_openvpn()
 
@@ -294,11 +295,13 @@ class Client:
         return path.read_text(encoding="utf-8", errors="replace") if path.exists() else ""
 
     def openvpn(self):
-        """The OpenVPN processes in the home."""
-        return self.home.processes("openvpn")
+        """The OpenVPN processes in the home. The guard has their name too until it has changed its own."""
+        return [
+            process for process in self.home.processes("openvpn") if process.command[:1] != [PROGRAM_OF_GUARD]
+        ]
 
     def wait_no_openvpn(self):
-        self.home.wait_for(lambda: not self.openvpn(), "no OpenVPN process is left")
+        self.home.wait_for(lambda: not self.home.processes("openvpn"), "no OpenVPN process is left")
 
     # --- its log
 

@@ -110,27 +110,30 @@ class PrivateDisplay(Display):
             number += 1
         super().__init__(home, user, str(number), cookie)
         home.write(f"/run/xvfb{number}.auth", authority(str(number), cookie), mode=0o600)
+        messages = home.path(f"/run/xvfb{number}.log")
         # Without -noreset the server restarts when its last client leaves, even if another one connects.
-        self._server = home.popen(
-            "Xvfb",
-            self.name,
-            "-screen",
-            "0",
-            f"{size[0]}x{size[1]}x24",
-            "-noreset",
-            "-nolisten",
-            "tcp",
-            "-auth",
-            f"/run/xvfb{number}.auth",
-            "-displayfd",
-            "1",
-            stdin=subprocess.DEVNULL,
-            stdout=subprocess.PIPE,
-            stderr=subprocess.DEVNULL,
-        )
+        with messages.open("wb") as output:
+            self._server = home.popen(
+                "Xvfb",
+                self.name,
+                "-screen",
+                "0",
+                f"{size[0]}x{size[1]}x24",
+                "-noreset",
+                "-nolisten",
+                "tcp",
+                "-auth",
+                f"/run/xvfb{number}.auth",
+                "-displayfd",
+                "1",
+                stdin=subprocess.DEVNULL,
+                stdout=subprocess.PIPE,
+                stderr=output,
+            )
         ready, _, _ = select.select([self._server.stdout], [], [], EVENTUALLY)
         if not ready or os.read(self._server.stdout.fileno(), 64).strip() != str(number).encode():
-            raise RuntimeError("Xvfb did not start")
+            status = self._server.wait(EVENTUALLY) if ready else "it still runs"
+            raise RuntimeError(f"Xvfb did not start: {status}\n{messages.read_text(errors='replace')}")
         self._manager = home.popen(
             "openbox",
             "--sm-disable",

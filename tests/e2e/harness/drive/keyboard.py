@@ -68,6 +68,8 @@ class OtherWindow:
         self.focus()
 
     def focus(self):
+        # xdotool by itself looks for a window twice a second only.
+        self._display.home.wait_for(lambda: self._display.on_screen(self.TITLE), "the other window shows")
         self._display.run(
             "xdotool",
             "search",

@@ -19,7 +19,7 @@ from pathlib import Path
 import gi
 
 gi.require_version("Atspi", "2.0")
-from deadlines import EVENTUALLY, POLL  # noqa: E402 # pylint: disable=wrong-import-position
+from deadlines import EVENTUALLY, POLL, pause_after  # noqa: E402 # pylint: disable=wrong-import-position
 from gi.repository import Atspi, Gio, GLib  # noqa: E402 # pylint: disable=wrong-import-position
 
 from status_items import TrayError, TrayOperations  # noqa: E402 # pylint: disable=wrong-import-position
@@ -206,7 +206,8 @@ class Driver(TrayOperations):
         for window in self.clients[key].windows():
             if not window_fits(window, query):
                 continue
-            for node in [window, *walk(window)]:
+            # A message box is a window: without a look at every element the client is not kept busy.
+            for node in [window] if query.get("role") == "alert" else [window, *walk(window)]:
                 if matches(node, query):
                     if states_of(node)["showing"]:
                         return node
@@ -234,6 +235,7 @@ class Driver(TrayOperations):
         end = time.monotonic() + timeout
         node, seen = None, None
         while True:
+            begun = time.monotonic()
             try:
                 node = node or self.find(key, query)
                 seen = describe(node) if node else None
@@ -245,7 +247,7 @@ class Driver(TrayOperations):
                 node, seen = None, str(error)
             if time.monotonic() > end:
                 raise DriverError(f"{query} did not become {until} within {timeout} s; last state: {seen}")
-            time.sleep(POLL)
+            time.sleep(pause_after(begun))
 
     def op_round_trips(self, key, count):
         """Sends requests to the client's event loop in turn; returns the seconds for each answer."""

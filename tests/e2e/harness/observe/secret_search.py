@@ -207,6 +207,9 @@ class Search:
                         continue  # removed meanwhile
 
     def _elsewhere(self, folder):
+        """True for a folder without files of a home. Other work can change a source tree at any time."""
+        if os.path.exists(f"{folder}/.git"):
+            return True
         inside = "/" + os.path.relpath(folder, self.home.path("/"))
         return inside in ("/proc", "/sys", homes.CONTENTS, homes.HARNESS) or os.path.islink(folder)
 
