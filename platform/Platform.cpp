@@ -1,6 +1,7 @@
 #include "Platform.h"
 
 #include "AuthorizationService.h"
+#include "BackgroundWork.h"
 #include "DelayedCalls.h"
 #include "HardwareRegistry.h"
 #include "HotKeyService.h"

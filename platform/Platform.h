@@ -9,6 +9,7 @@
 namespace quorvane::platform {
 
 class AuthorizationService;
+class BackgroundWork;
 class DelayedCalls;
 class HardwareRegistry;
 class HotKeyService;
@@ -59,6 +60,8 @@ struct Platform {
     std::unique_ptr<TrayHosts> trayHosts;
     std::unique_ptr<UrlLoader> urls;
     std::unique_ptr<Workspace> workspace;
+    /// The last member, because its work uses the others: it is destroyed first, when all work has ended.
+    std::unique_ptr<BackgroundWork> background;
 
     /// The installed platform; there must be one.
     [[nodiscard]] static Platform &current();

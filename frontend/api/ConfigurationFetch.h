@@ -4,7 +4,6 @@
 
 #include <QObject>
 
-#include <atomic>
 #include <memory>
 
 namespace quorvane {
@@ -14,16 +13,17 @@ class QrvAPI;
 /// Requests the OpenVPN configuration of one server group from the service and stores the configuration file,
 /// a line in the session log, and in the preferences the path and the one-time pair.
 ///
-/// start() and the signals belong to the main thread; the request and the writing run as one task on the
-/// global background queue. There is no lock: the caller keeps its buttons disabled meanwhile. If another
-/// request is started nevertheless, only the last one counts: the superseded one stores nothing and emits
-/// nothing.
+/// start() and the signals belong to the main thread; the request and the writing run as one piece of
+/// background work, beside any other. There is no lock: the caller keeps its buttons disabled meanwhile. If
+/// another request is started nevertheless, only the last one counts: the superseded one stores nothing and
+/// emits nothing.
 class ConfigurationFetch final : public QObject {
     Q_OBJECT
 
 public:
     /// The API client is not owned and must outlive this.
     explicit ConfigurationFetch(QrvAPI &api, QObject *parent = nullptr);
+    ~ConfigurationFetch() override;
 
     /// Sends the request for one address of the group, picked at random among those still usable (there must
     /// be one). The title names the location in the session log; the transport is the label of the chosen
@@ -41,9 +41,13 @@ Q_SIGNALS:
     void failed();
 
 private:
+    void report(bool success);
+
     QrvAPI &m_api;
-    /// The number of the last request, shared with the tasks that are queued or running.
-    std::shared_ptr<std::atomic<quint64>> m_lastRequest = std::make_shared<std::atomic<quint64>>(0);
+    struct Newest;
+
+    /// Shared with the work that is running.
+    std::shared_ptr<Newest> m_newest;
 };
 
 } // namespace quorvane

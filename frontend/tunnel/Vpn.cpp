@@ -9,6 +9,7 @@
 #include "frontend/support/Notifications.h"
 #include "frontend/support/Preferences.h"
 #include "frontend/support/TextFile.h"
+#include "platform/BackgroundWork.h"
 #include "platform/DelayedCalls.h"
 #include "platform/Files.h"
 #include "platform/NotificationCenter.h"
@@ -16,7 +17,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QThreadPool>
 #include <cstdlib>
 
 namespace quorvane {
@@ -112,7 +112,7 @@ bool Vpn::emptyLog(const QString &path) {
 }
 
 void Vpn::launchInBackground(const QStringList &command, const QString &credentialsPath) {
-    QThreadPool::globalInstance()->start([command, credentialsPath] {
+    const auto launch = [command, credentialsPath] {
         QString output;
         QString error;
         const bool launched =
@@ -121,7 +121,8 @@ void Vpn::launchInBackground(const QStringList &command, const QString &credenti
         // The path includes its quotes here, so nothing is removed and the credentials file stays until the
         // next start rewrites it: OpenVPN runs in the background and may not have read it yet.
         QFile::remove(credentialsPath);
-    });
+    };
+    services().background->run(launch, this, [] {});
 }
 
 void Vpn::terminatevpn() {

@@ -15,6 +15,7 @@
 #include "platform/linux/privileges/SecretServiceKeyStore.h"
 #include "platform/linux/privileges/SudoScriptingService.h"
 #include "platform/linux/process/ProcProcessTable.h"
+#include "platform/linux/process/ThreadedWork.h"
 #include "platform/linux/tray/LinuxTrayHosts.h"
 
 #include <QGuiApplication>
@@ -61,6 +62,7 @@ std::unique_ptr<Platform> makeLinuxPlatform() {
         std::make_unique<LinuxTrayHosts>(QGuiApplication::platformName() == QLatin1String("xcb"));
     platform->urls = std::make_unique<CurlUrlLoader>(platform->bundle->version(), platform->service.caFile);
     platform->workspace = std::make_unique<LinuxWorkspace>(WorkspaceFolders::ofUser(platform->account.home));
+    platform->background = std::make_unique<ThreadedWork>();
     return platform;
 }
 

@@ -32,7 +32,8 @@ TestPlatform::TestPlatform(FakeReachability::Queues queues)
       m_processesFake(install<FakeProcessTable>(m_real.processes)),
       m_trayHostsFake(install<FakeTrayHosts>(m_real.trayHosts)),
       m_urlsFake(install<FakeUrlLoader>(m_real.urls)),
-      m_workspaceFake(install<RecordingWorkspace>(m_real.workspace)) {
+      m_workspaceFake(install<RecordingWorkspace>(m_real.workspace)),
+      m_backgroundFake(install<ManualBackgroundWork>(m_real.background)) {
     makeFolders();
     m_real.userDefaults = std::make_unique<quorvane::platform::UserDefaultsController>(*m_real.preferences);
     m_real.notifications = std::make_unique<quorvane::platform::NotificationCenter>();

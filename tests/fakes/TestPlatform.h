@@ -8,6 +8,7 @@
 #include "FakeScriptingService.h"
 #include "FakeTrayHosts.h"
 #include "FakeUrlLoader.h"
+#include "ManualBackgroundWork.h"
 #include "ManualDelayedCalls.h"
 #include "MemoryKeyStore.h"
 #include "MemoryPreferences.h"
@@ -67,6 +68,8 @@ public:
 
     [[nodiscard]] FakeUrlLoader &urls() const { return *m_urlsFake; }
 
+    [[nodiscard]] ManualBackgroundWork &background() const { return *m_backgroundFake; }
+
     [[nodiscard]] RecordingWorkspace &workspace() const { return *m_workspaceFake; }
 
 private:
@@ -87,6 +90,7 @@ private:
     FakeTrayHosts *m_trayHostsFake;
     FakeUrlLoader *m_urlsFake;
     RecordingWorkspace *m_workspaceFake;
+    ManualBackgroundWork *m_backgroundFake;
 };
 
 } // namespace quorvane::fakes

@@ -2,7 +2,6 @@
 
 #include "fakes/TestPlatform.h"
 #include "frontend/api/QrvAPI.h"
-#include "frontend/privileges/OneTimeSecrets.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/session/SessionState.h"
@@ -25,7 +24,6 @@ public:
     GuiFixture() {
         QrvAPI::forgetProcessWideValues();
         SessionState::shared() = {};
-        OneTimeSecrets::shared().clear();
         QrvCredentials::sharedInstance().saveVpnUserName({}, {});
         QGuiApplication::clipboard()->clear();
         for (const char *name : {"de", "us", "xx", "Tray", "TrayLock", "appmain", "appwait", "applock"}) {

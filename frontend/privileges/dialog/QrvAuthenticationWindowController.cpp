@@ -60,17 +60,35 @@ bool QrvAuthenticationWindowController::runUnlessValid(AlertPresenter &alerts, Q
     if (QrvCredentials::sharedInstance().credentialsIsValid()) {
         return false;
     }
-    if (m_running) {
-        return true; // the user sees the dialog already
+    if (!isRunning()) { // else the user sees the dialog already
+        ofWindow(alerts, window).runModal();
     }
+    return true;
+}
+
+QrvAuthenticationWindowController &QrvAuthenticationWindowController::ofWindow(AlertPresenter &alerts,
+                                                                               QWidget &window) {
     auto *dialog =
         window.findChild<QrvAuthenticationWindowController *>(QString(), Qt::FindDirectChildrenOnly);
     if (dialog == nullptr) {
         dialog = new QrvAuthenticationWindowController(alerts, &window);
         dialog->loadWindow();
     }
-    dialog->runModal();
-    return true;
+    return *dialog;
+}
+
+void QrvAuthenticationWindowController::open(AlertPresenter &alerts, QWidget &window,
+                                             const std::function<void()> &closed) {
+    if (!isRunning()) {
+        m_openDialog = &ofWindow(alerts, window);
+        m_openDialog->m_ui->passwordTextField->setFocus();
+        m_openDialog->setModal(true);
+        m_openDialog->show();
+        connect(
+            m_openDialog, &QDialog::finished, m_openDialog, [] { m_openDialog = nullptr; },
+            Qt::SingleShotConnection);
+    }
+    connect(m_openDialog, &QDialog::finished, m_openDialog, closed, Qt::SingleShotConnection);
 }
 
 void QrvAuthenticationWindowController::loadWindow() {
@@ -80,9 +98,9 @@ void QrvAuthenticationWindowController::loadWindow() {
 
 void QrvAuthenticationWindowController::runModal() {
     m_ui->passwordTextField->setFocus();
-    m_running = true;
+    m_openDialog = this;
     exec();
-    m_running = false;
+    m_openDialog = nullptr;
 }
 
 void QrvAuthenticationWindowController::performClick() {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -31,13 +33,17 @@ public:
     /// dialog is closed.
     static bool runUnlessValid(AlertPresenter &alerts, QWidget &window);
 
+    /// Shows the window's dialog and returns. `closed` is called when it was closed. If such a dialog is open
+    /// already, no other is shown, and `closed` is called when that one was closed.
+    static void open(AlertPresenter &alerts, QWidget &window, const std::function<void()> &closed);
+
     /// Fills in the current user's full name and puts the focus into the password field.
     void loadWindow();
     /// Shows the dialog and returns when it has closed.
     void runModal();
 
     /// Whether any such dialog is open.
-    [[nodiscard]] static bool isRunning() { return m_running; }
+    [[nodiscard]] static bool isRunning() { return m_openDialog != nullptr; }
 
     [[nodiscard]] QLineEdit *userNameTextField() const;
     [[nodiscard]] QLineEdit *passwordTextField() const;
@@ -54,12 +60,14 @@ protected:
     void reject() override;
 
 private:
+    [[nodiscard]] static QrvAuthenticationWindowController &ofWindow(AlertPresenter &alerts, QWidget &window);
     void ensureDnsAndStart();
 
     AlertPresenter &m_alerts;
     std::unique_ptr<Ui::AuthenticaionView> m_ui;
     std::mutex m_saveLock;
-    static inline bool m_running = false;
+    /// Null while no dialog is open.
+    static inline QPointer<QrvAuthenticationWindowController> m_openDialog;
 };
 
 } // namespace quorvane

@@ -1,5 +1,6 @@
 #include "QrvMainWindowController.h"
 
+#include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 #include "frontend/session/LaunchAgent.h"
@@ -242,8 +243,7 @@ void QrvMainWindowController::observeNotifications() {
 
 void QrvMainWindowController::scheduleStartupChecks() {
     auto &calls = *services().delayedCalls;
-    calls.callAfter(checkDelaySeconds, this, [this] { checkDnsSettings(); });
-    calls.callAfter(checkDelaySeconds, this, [this] { checkCredentials(); });
+    calls.callAfter(checkDelaySeconds, this, [this] { m_events.post([this] { return checkAtStart(); }); });
     calls.callAfter(checkDelaySeconds, this, [this] { refreshFrontWindow(); });
 }
 
@@ -264,17 +264,27 @@ void QrvMainWindowController::checkReachability() {
     m_reach->startNotifier();
 }
 
-void QrvMainWindowController::checkDnsSettings() {
-    Diagnostics::log(QStringLiteral("checkDnsSettings"));
-    ScriptUtil script;
-    if (!script.getSystemDns()) {
-        authWindow();
-        script.setSystemDns();
-    }
+Task<> QrvMainWindowController::checkAtStart() {
+    co_await checkDnsSettings();
+    co_await checkCredentials();
 }
 
-void QrvMainWindowController::checkCredentials() {
-    authWindow(); // tests the pair itself
+Task<> QrvMainWindowController::checkDnsSettings() {
+    Diagnostics::log(QStringLiteral("checkDnsSettings"));
+    if (co_await m_events.background([] { return ScriptUtil().getSystemDns(); })) {
+        co_return;
+    }
+    co_await checkCredentials();
+    co_await m_events.background([] { ScriptUtil().setSystemDns(); });
+}
+
+Task<> QrvMainWindowController::checkCredentials() {
+    if (co_await m_events.background([] { return QrvCredentials::sharedInstance().credentialsIsValid(); })) {
+        co_return;
+    }
+    co_await m_events.outside([this](const std::function<void()> &proceed) {
+        QrvAuthenticationWindowController::open(Alerts::shared(), *m_mainWindow, proceed);
+    });
 }
 
 void QrvMainWindowController::refreshFrontWindow() {

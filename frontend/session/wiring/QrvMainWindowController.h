@@ -9,6 +9,7 @@
 #include "frontend/session/SessionDisplay.h"
 #include "frontend/session/SessionEnvironment.h"
 #include "frontend/session/TrayAnimation.h"
+#include "frontend/support/EventQueue.h"
 #include "frontend/tunnel/Vpn.h"
 #include "frontend/ui/locations/QrvLocationPaneController.h"
 #include "frontend/ui/settings/SettingsDelegate.h"
@@ -64,8 +65,6 @@ public:
     void advancedSettingsMenuItemPressed();
     void showSettings();
     void checkReachability();
-    void checkCredentials();
-    void checkDnsSettings();
     void refreshFrontWindow();
 
     [[nodiscard]] HideIpSession &session() { return *m_hideIpSession; }
@@ -128,6 +127,11 @@ private:
     void connectFetch();
     void observeNotifications();
     void scheduleStartupChecks();
+    /// First the name servers, then the stored administrator pair. The second check begins when the first,
+    /// its dialog and its commands included, has ended.
+    [[nodiscard]] Task<> checkAtStart();
+    [[nodiscard]] Task<> checkDnsSettings();
+    [[nodiscard]] Task<> checkCredentials();
     void loadPreferences();
 
     QrvAPI &m_api;
@@ -143,6 +147,7 @@ private:
     std::unique_ptr<QrvAboutWindowController> m_aboutWindow;
     std::unique_ptr<QrvSettingsWindowController> m_settingsWindow;
     std::shared_ptr<Reachability> m_reach;
+    EventQueue m_events;
 };
 
 } // namespace quorvane

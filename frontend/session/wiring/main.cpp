@@ -3,12 +3,12 @@
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/support/Translations.h"
 #include "frontend/ui/shared/Theme.h"
+#include "platform/BackgroundWork.h"
 #include "platform/Platform.h"
 #include "platform/ProcessHardening.h"
 #include "platform/SystemLog.h"
 
 #include <QApplication>
-#include <QThreadPool>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -56,9 +56,8 @@ int main(int argc, char *argv[]) {
     Translations::install(application, Translations::ofUser(),
                           services->bundle->resourcesPath() + QStringLiteral("/translations"));
     const int status = runApplication(application);
-    // A request on the background queue may still wait for the service; quitting does not wait for it.
-    QThreadPool::globalInstance()->clear();
-    if (!QThreadPool::globalInstance()->waitForDone(0)) {
+    // A request may still wait for the service; quitting does not wait for it.
+    if (!services->background->isIdle()) {
         std::fflush(nullptr);
         std::_Exit(status);
     }
