@@ -7,7 +7,6 @@
 #include "tests/gui/GuiTest.h"
 
 #include <QFile>
-#include <QThreadPool>
 
 namespace quorvane {
 
@@ -51,7 +50,7 @@ public:
 
     /// Ends what create() made, after its background work.
     void end() {
-        QThreadPool::globalInstance()->waitForDone();
+        services.background().finishAll();
         SessionReset::setTarget(nullptr, {});
         application.reset();
         controller.reset();
@@ -67,7 +66,7 @@ public:
     void writeTunnelLog(const QByteArray &lines) const {
         QFile log(services.home() + text("/Documents/Quorvane/openvpn.log"));
         QTRY_VERIFY(log.exists());
-        QThreadPool::globalInstance()->waitForDone();
+        services.background().finishAll();
         QVERIFY(log.open(QIODevice::WriteOnly));
         log.write(lines);
     }

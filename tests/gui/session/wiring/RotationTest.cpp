@@ -11,7 +11,6 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
-#include <QThreadPool>
 
 namespace quorvane {
 
@@ -70,7 +69,7 @@ private:
         for (int i = 1; i <= 3; ++i) {
             m_fixture->controller->hotKeyPressed(2);
             waitForFetches(i);
-            QThreadPool::globalInstance()->waitForDone();
+            m_fixture->services.background().finishAll();
             QCoreApplication::processEvents();
         }
     }
@@ -180,7 +179,7 @@ private Q_SLOTS:
         popup->setCurrentIndex(indexOf("Germany Berlin"));
         Q_EMIT popup->activated(popup->currentIndex());
         waitForFetches(4);
-        QThreadPool::globalInstance()->waitForDone();
+        m_fixture->services.background().finishAll();
         QCoreApplication::processEvents();
         QCOMPARE(requestedAddresses().size(), 4);
         QCOMPARE(requestedAddresses().last(), text("203.0.113.1"));

@@ -9,10 +9,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSemaphore>
-#include <QThread>
-#include <QThreadPool>
-#include <atomic>
 #include <gtest/gtest.h>
 
 namespace quorvane {
@@ -41,11 +37,6 @@ protected:
         QObject::connect(&m_fetch, &ConfigurationFetch::failed, [this] { m_events.append(text("failed")); });
     }
 
-    ~ConfigurationFetchTest() override {
-        QThreadPool::globalInstance()->waitForDone();
-        deliverQueued();
-    }
-
     void run(const std::optional<QByteArray> &body) {
         m_services.urls().setFetchHandler([body](const QByteArray &) { return body; });
         m_fetch.start(text("Germany Berlin"), m_group, text("UDP"));
@@ -72,22 +63,16 @@ TEST_F(ConfigurationFetchTest, RequestByteForByte) {
 }
 
 TEST_F(ConfigurationFetchTest, SupersededRequestStoresAndReportsNothing) {
-    QSemaphore firstMayAnswer;
-    m_services.urls().setFetchHandler([&](const QByteArray &url) -> std::optional<QByteArray> {
-        if (url.contains("sessid=user1")) {
-            firstMayAnswer.acquire();
-            return "VPNConfig: first<br />";
-        }
-        return "VPNConfig: second<br />";
+    m_services.background().hold();
+    m_services.urls().setFetchHandler([](const QByteArray &url) -> std::optional<QByteArray> {
+        return url.contains("sessid=user1") ? "VPNConfig: first<br />" : "VPNConfig: second<br />";
     });
     m_fetch.start(text("Germany Berlin"), m_group, text("UDP"));
     auto other = std::make_shared<QrvVpnData>(*m_group);
     other->user = text("user2");
     m_fetch.start(text("Japan Tokyo"), other, text("UDP"));
-    ASSERT_TRUE(spinUntil([this] { return m_events.contains(text("finished")); }));
-    firstMayAnswer.release();
-    QThreadPool::globalInstance()->waitForDone();
-    deliverQueued();
+    EXPECT_TRUE(m_services.background().finishAt(1)); // the first request hangs
+    EXPECT_TRUE(m_services.background().finishAt(0));
     EXPECT_EQ(m_events, (QStringList{text("prepared"), text("prepared"), text("stored"), text("finished")}));
     EXPECT_EQ(contentsOf(folder() + text("/qrvp.ovpn")), QByteArray("second\n"));
     EXPECT_EQ(contentsOf(folder() + text("/qrvp.log")), QByteArray("trying to connect Japan Tokyo\n"));
@@ -95,12 +80,12 @@ TEST_F(ConfigurationFetchTest, SupersededRequestStoresAndReportsNothing) {
 }
 
 TEST_F(ConfigurationFetchTest, ResultThatWaitsForDeliveryIsSupersededToo) {
+    m_services.background().hold();
     m_services.urls().setFetchHandler([](const QByteArray &) { return std::nullopt; });
     m_fetch.start(text("Germany Berlin"), m_group, text("UDP"));
-    QThreadPool::globalInstance()->waitForDone();
+    m_services.background().workAt(0);
     m_fetch.start(text("Japan Tokyo"), m_group, text("UDP"));
-    QThreadPool::globalInstance()->waitForDone();
-    deliverQueued();
+    m_services.background().finishAll();
     EXPECT_EQ(m_events.count(text("failed")), 1);
 }
 
@@ -195,19 +180,17 @@ TEST_F(ConfigurationFetchTest, EveryUsableAddressIsRequestedSometimes) {
     EXPECT_LT(first, 60);
 }
 
-TEST_F(ConfigurationFetchTest, RequestRunsInTheBackgroundResultsOnTheMainThread) {
-    std::atomic<QThread *> requestThread = nullptr;
-    QThread *resultThread = nullptr;
-    m_services.urls().setFetchHandler([&requestThread](const QByteArray &) {
-        requestThread = QThread::currentThread();
-        return std::optional<QByteArray>("VPNConfig: x");
-    });
-    QObject::connect(&m_fetch, &ConfigurationFetch::stored,
-                     [&resultThread] { resultThread = QThread::currentThread(); });
+TEST_F(ConfigurationFetchTest, RequestAndWritingAreOnePieceOfBackgroundWork) {
+    m_services.background().hold();
+    m_services.urls().setFetchHandler([](const QByteArray &) { return "VPNConfig: x"; });
     m_fetch.start(text("t"), m_group, text("TCP"));
-    ASSERT_TRUE(spinUntil([&resultThread] { return resultThread != nullptr; }));
-    EXPECT_NE(requestThread.load(), resultThread);
-    EXPECT_EQ(resultThread, QThread::currentThread());
+    EXPECT_TRUE(m_services.urls().fetches().empty());
+    ASSERT_EQ(m_services.background().pending(), 1U);
+    m_services.background().workAt(0);
+    EXPECT_EQ(contentsOf(folder() + text("/qrvp.ovpn")), QByteArray("x"));
+    EXPECT_EQ(m_events, QStringList{text("prepared")});
+    m_services.background().finishAll();
+    EXPECT_EQ(m_events.last(), text("finished"));
 }
 
 TEST_F(ConfigurationFetchTest, UnwritableFolderIsIgnoredAndTheTunnelIsStillStarted) {
@@ -220,22 +203,15 @@ TEST_F(ConfigurationFetchTest, UnwritableFolderIsIgnoredAndTheTunnelIsStillStart
 }
 
 TEST_F(ConfigurationFetchTest, ResultAfterTheFetchWasDestroyedIsDropped) {
-    std::atomic<bool> release = false;
-    m_services.urls().setFetchHandler([&release](const QByteArray &) {
-        while (!release) {
-            QThread::yieldCurrentThread();
-        }
-        return std::optional<QByteArray>("VPNConfig: x");
-    });
+    m_services.background().hold();
+    m_services.urls().setFetchHandler([](const QByteArray &) { return "VPNConfig: x"; });
     int storedSignals = 0;
     {
         ConfigurationFetch shortLived(m_api);
         QObject::connect(&shortLived, &ConfigurationFetch::stored, [&storedSignals] { ++storedSignals; });
         shortLived.start(text("t"), m_group, text("TCP"));
     }
-    release = true;
-    QThreadPool::globalInstance()->waitForDone();
-    deliverQueued();
+    m_services.background().finishAll();
     EXPECT_EQ(storedSignals, 0);
 }
 

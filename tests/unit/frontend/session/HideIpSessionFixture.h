@@ -15,7 +15,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QThreadPool>
 #include <gtest/gtest.h>
 
 namespace quorvane {
@@ -99,7 +98,7 @@ protected:
     }
 
     ~HideIpSessionTest() override {
-        QThreadPool::globalInstance()->waitForDone();
+        m_services.background().finishAll();
         deliverQueued();
         SessionState::shared() = {};
     }

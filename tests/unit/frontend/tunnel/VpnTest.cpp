@@ -10,7 +10,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QThreadPool>
 #include <gtest/gtest.h>
 
 namespace quorvane {
@@ -44,8 +43,6 @@ protected:
                                                          });
     }
 
-    ~VpnTest() override { QThreadPool::globalInstance()->waitForDone(); }
-
     void writeConfiguration() {
         QFile file(m_folder + text("/qrvp.ovpn"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -65,7 +62,7 @@ protected:
     void launch() {
         writeConfiguration();
         ASSERT_TRUE(m_vpn.configVpn());
-        QThreadPool::globalInstance()->waitForDone();
+        m_services.background().finishAll();
     }
 
     [[nodiscard]] bool logged(const char *line) { return logged(text(line)); }
@@ -76,7 +73,7 @@ protected:
     void expectFailedAttempt() {
         m_services.processes().setNames({"openvpn"});
         EXPECT_FALSE(m_vpn.configVpn());
-        QThreadPool::globalInstance()->waitForDone();
+        m_services.background().finishAll();
         ASSERT_EQ(m_services.scripting().calls().size(), 1U);
         EXPECT_EQ(m_services.scripting().calls()[0].line, text("sudo -S killall -9 openvpn"));
         EXPECT_FALSE(m_vpn.readsLog());
@@ -122,7 +119,7 @@ TEST_F(VpnTest, OtherCharactersInAPathAreAccepted) {
     ASSERT_TRUE(QFile::rename(m_folder + text("/qrvp.ovpn"), odd));
     m_services.preferences().setValue(text("vpnConfigPath"), odd);
     ASSERT_TRUE(m_vpn.configVpn());
-    QThreadPool::globalInstance()->waitForDone();
+    m_services.background().finishAll();
     EXPECT_TRUE(m_services.scripting().calls()[0].line.contains(text(" --config '") + odd + text("' ")));
 }
 
@@ -234,7 +231,7 @@ TEST_F(VpnTest, StartKillsBeforeItLaunches) {
     writeConfiguration();
     m_services.processes().setNames({"openvpn"});
     m_vpn.startVpn();
-    QThreadPool::globalInstance()->waitForDone();
+    m_services.background().finishAll();
     ASSERT_EQ(m_services.scripting().calls().size(), 2U);
     EXPECT_EQ(m_services.scripting().calls()[0].line, text("sudo -S killall -9 openvpn"));
     EXPECT_TRUE(m_services.scripting().calls()[1].line.contains(text("--config")));
