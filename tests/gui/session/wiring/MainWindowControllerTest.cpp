@@ -119,7 +119,10 @@ private Q_SLOTS:
         services().scripting().clear();
         services().delayedCalls().advance(1.9);
         QVERIFY(services().scripting().calls().empty());
+        services().background().hold();
         services().delayedCalls().advance(0.1);
+        QVERIFY(services().scripting().calls().empty()); // none of them blocks the window
+        services().background().finishAll();
         const auto calls = services().scripting().calls();
         QCOMPARE(calls.size(), 3U);
         QCOMPARE(calls[0].line, text("networksetup -getdnsservers Ethernet"));
@@ -132,7 +135,32 @@ private Q_SLOTS:
             [](const FakeScriptingService::Call &) { return FakeScriptingService::success(text("x")); });
         m_fixture->start();
         services().delayedCalls().advance(2.0);
+        services().background().finishAll();
         QCOMPARE(linesWith("-setdnsservers"), 3);
+    }
+
+    void secondCheckBeginsAfterTheDialogAndTheCommandsOfTheFirst() {
+        services().scripting().setHandler([](const FakeScriptingService::Call &call) {
+            return call.kind == FakeScriptingService::Kind::User
+                       ? FakeScriptingService::success(text("192.168.1.1"))
+                       : FakeScriptingService::failure(-128, text("refused"));
+        });
+        m_fixture->start();
+        services().scripting().clear();
+        services().delayedCalls().advance(2.0);
+        services().background().finishAll();
+        QCOMPARE(linesWith("ls "), 1);
+        QCOMPARE(linesWith("-setdnsservers"), 0);
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog != nullptr);
+        dialog->reject();
+        services().background().finishAll();
+        QCOMPARE(linesWith("-setdnsservers"), 3);
+        QCOMPARE(linesWith("ls "), 2);
+        QVERIFY(services().scripting().calls().back().line.startsWith(text("ls ")));
+        QCOMPARE(qobject_cast<QDialog *>(QApplication::activeModalWidget()), dialog);
+        dialog->reject();
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
     }
 
     void missingPairOpensTheDialogOnce() {
@@ -152,6 +180,8 @@ private Q_SLOTS:
         });
         closer.start(10);
         services().delayedCalls().advance(2.0);
+        QTRY_COMPARE(dialogs, 1);
+        services().background().finishAll();
         QCOMPARE(dialogs, 1);
     }
 
