@@ -2,6 +2,7 @@
 
 #include "tests/gui/GuiTest.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
@@ -180,12 +181,16 @@ private Q_SLOTS:
         QVERIFY(seen.size() > 5);
     }
 
-    void locationIsChosenWithTheArrows() {
+    void locationIsChosenWithTheArrowsInTheOpenList() {
         auto *popup = find<QComboBox>("popupCountry");
         popup->addItem(text("Germany Berlin"));
         QSignalSpy chosen(popup, &QComboBox::activated);
         popup->setFocus();
         press(Qt::Key_Down);
+        QVERIFY(popup->view()->isVisible());
+        QTest::keyClick(popup->view(), Qt::Key_Down);
+        QCOMPARE(chosen.size(), 0);
+        QTest::keyClick(popup->view(), Qt::Key_Return);
         QCOMPARE(popup->currentIndex(), 1);
         QCOMPARE(chosen.size(), 1);
     }
