@@ -70,7 +70,7 @@ void measure(const QByteArray &name, const std::function<void()> &work) {
 }
 
 void measureSize(int servers) {
-    const QString text = answer(servers);
+    const QByteArray text = answer(servers).toUtf8();
     AnswerTable table;
     const QByteArray label = QByteArray::number(servers) + " servers: ";
     measure(label + "reading the answer", [&] { table = AnswerTable::read(text).value(); });

@@ -2,6 +2,7 @@
 
 #include "QrvMenuItem.h"
 #include "frontend/api/QrvLocation.h"
+#include "frontend/api/QrvVpnDataList.h"
 
 #include <QSet>
 #include <QStringList>

@@ -66,9 +66,9 @@ private Q_SLOTS:
         m_fixture = std::make_unique<GuiFixture>();
         m_delegate = {};
         m_api = std::make_unique<QrvAPI>();
-        const QStringList lines{text("7,Berlin,BER,DE,Germany,x|10.0.0.1,10.0.0.2"),
+        const ServerLines lines(QStringList{text("7,Berlin,BER,DE,Germany,x|10.0.0.1,10.0.0.2"),
                                 text("8,Denver,DEN,US,States,x|10.0.1.1"),
-                                text("9,Nowhere,NOW,QQ,Quux,x|10.0.2.1")};
+                                text("9,Nowhere,NOW,QQ,Quux,x|10.0.2.1")});
         m_servers = ServerModel::parseServers(lines, text("u"), text("p"), QString());
         m_api->model().setServerList(lines);
         m_api->model().setServers(m_servers);
