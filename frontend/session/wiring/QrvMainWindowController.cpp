@@ -71,7 +71,7 @@ void postInternetStatus(int status) {
 } // namespace
 
 QrvMainWindowController::QrvMainWindowController(QrvAPI &api)
-    : m_api(api), m_mainWindow(std::make_unique<MainWindow>()), m_tray(new TrayPresence(this)),
+    : m_api(api), m_mainWindow(std::make_unique<MainWindow>(m_locations)), m_tray(new TrayPresence(this)),
       m_vpn(m_processes), m_fetch(api),
       m_hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this),
                                                       m_sessionDisplay, api, m_vpn)),
@@ -434,7 +434,7 @@ void QrvMainWindowController::alertLater(const QString &message, const QString &
 }
 
 QString QrvMainWindowController::selectedTitle() const {
-    return m_mainWindow->locationPane().currentItem()->text();
+    return m_locations.title(m_locations.currentRow());
 }
 
 QString QrvMainWindowController::lastItemTitle() const {

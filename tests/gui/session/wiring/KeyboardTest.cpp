@@ -1,3 +1,4 @@
+#include "frontend/session/LocationList.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 
 #include "tests/gui/GuiTest.h"
@@ -18,6 +19,7 @@ class KeyboardTest : public QObject {
 
 private:
     std::unique_ptr<GuiFixture> m_fixture;
+    LocationList m_locations;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<SessionDisplay> m_display;
 
@@ -54,7 +56,7 @@ private Q_SLOTS:
 
     void init() {
         m_fixture = std::make_unique<GuiFixture>();
-        m_window = std::make_unique<MainWindow>();
+        m_window = std::make_unique<MainWindow>(m_locations);
         m_display = std::make_unique<SessionDisplay>();
         connect(m_display.get(), &SessionDisplay::changed, m_window.get(), &MainWindow::draw);
         m_display->starting();
@@ -183,7 +185,9 @@ private Q_SLOTS:
 
     void locationIsChosenWithTheArrowsInTheOpenList() {
         auto *popup = find<QComboBox>("popupCountry");
-        popup->addItem(text("Germany Berlin"));
+        m_locations.fill(ServerModel::parseServers(ServerLines({text("7,Berlin,BER,DE,Germany,x|10.0.0.1")}),
+                                                   QString(), QString(), QString()),
+                         {}, {});
         QSignalSpy chosen(popup, &QComboBox::activated);
         popup->setFocus();
         press(Qt::Key_Down);

@@ -1,3 +1,4 @@
+#include "frontend/session/LocationList.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 
 #include "frontend/ui/shared/QrvFancyIp.h"
@@ -17,6 +18,7 @@ class MainWindowStatesTest : public QObject {
 
 private:
     std::unique_ptr<GuiFixture> m_fixture;
+    LocationList m_locations;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<SessionDisplay> m_display;
 
@@ -70,7 +72,7 @@ private Q_SLOTS:
 
     void init() {
         m_fixture = std::make_unique<GuiFixture>();
-        m_window = std::make_unique<MainWindow>();
+        m_window = std::make_unique<MainWindow>(m_locations);
         m_display = std::make_unique<SessionDisplay>();
         connect(m_display.get(), &SessionDisplay::changed, m_window.get(), &MainWindow::draw);
         m_display->starting();

@@ -1,4 +1,5 @@
 #include "frontend/ui/mainwindow/MainWindow.h"
+#include "frontend/session/LocationList.h"
 
 #include "frontend/ui/locations/QrvLocationPaneController.h"
 #include "frontend/ui/shared/QrvFancyIp.h"
@@ -22,6 +23,7 @@ class MainWindowTest : public QObject {
 
 private:
     std::unique_ptr<GuiFixture> m_fixture;
+    LocationList m_locations;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<SessionDisplay> m_display;
 
@@ -35,7 +37,7 @@ private Q_SLOTS:
 
     void init() {
         m_fixture = std::make_unique<GuiFixture>();
-        m_window = std::make_unique<MainWindow>();
+        m_window = std::make_unique<MainWindow>(m_locations);
         m_display = std::make_unique<SessionDisplay>();
         connect(m_display.get(), &SessionDisplay::changed, m_window.get(), &MainWindow::draw);
         m_display->starting();
@@ -216,7 +218,7 @@ private Q_SLOTS:
     }
 
     void floatingLevelIsDroppedThroughTheWindowItself() {
-        MainWindow floating;
+        MainWindow floating(m_locations);
         floating.raiseFloatingLevel();
         floating.show();
         const WId before = floating.winId();
