@@ -199,6 +199,21 @@
     </message>
 </context>
 <context>
+    <name>quorvane::LocationMenu</name>
+    <message>
+        <source>Location</source>
+        <translation>Standort</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>Andere</translation>
+    </message>
+    <message>
+        <source>More locations are in the window</source>
+        <translation>Weitere Standorte stehen im Fenster</translation>
+    </message>
+</context>
+<context>
     <name>quorvane::LocationMenuItem</name>
     <message>
         <source>Country flag</source>

@@ -15,6 +15,7 @@ ATTEMPTS = 10
 MENU = [
     "Quorvane",
     "Change IP",
+    "Location",
     "-",
     "Copy IP",
     "Check IP in Browser",

@@ -209,6 +209,9 @@ void QrvMainWindowController::connectTray() {
     connect(m_tray->showSelfMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::showSelfMenuItemPressed);
     connect(m_tray->quitMenuItem(), &QAction::triggered, this, [] { endApplication(); });
+    m_tray->setLocations(m_locations);
+    connect(m_tray, &TrayPresence::locationChosen, &m_mainWindow->locationPane(),
+            &QrvLocationPaneController::choose);
 }
 
 void QrvMainWindowController::connectFetch() {
