@@ -1,13 +1,19 @@
 #include "AnswerTable.h"
 
+#include "frontend/support/Utf8.h"
+
+#include <utility>
+
 namespace quorvane {
 
 namespace {
 
+constexpr QByteArrayView lineEnd("<br />");
+
 /// Blanks and tabs only: a line feed is part of a key or value.
-QStringView trimmedOfBlanks(QStringView text) {
-    const auto isBlank = [](QChar c) {
-        return c == u' ' || c == u'\t';
+QByteArrayView trimmedOfBlanks(QByteArrayView text) {
+    const auto isBlank = [](char c) {
+        return c == ' ' || c == '\t';
     };
     while (!text.isEmpty() && isBlank(text.front())) {
         text = text.sliced(1);
@@ -18,31 +24,47 @@ QStringView trimmedOfBlanks(QStringView text) {
     return text;
 }
 
+/// Splits the first line off the text.
+QByteArrayView takeLine(QByteArrayView &text) {
+    for (qsizetype at = text.indexOf('<'); at >= 0; at = text.indexOf('<', at + 1)) {
+        if (text.sliced(at).startsWith(lineEnd)) {
+            const QByteArrayView line = text.first(at);
+            text = text.sliced(at + lineEnd.size());
+            return line;
+        }
+    }
+    return std::exchange(text, {});
+}
+
 } // namespace
 
 QString AnswerTable::value(const QString &key) const {
     return values.value(key);
 }
 
-std::optional<AnswerTable> AnswerTable::read(const QString &text) {
-    if (text.isNull() || text == QLatin1String("Connection to the Quorvane API successful.")) {
+std::optional<AnswerTable> AnswerTable::read(const QByteArray &text) {
+    QByteArrayView rest(text);
+    if (rest.startsWith(Utf8::byteOrderMark)) {
+        rest = rest.sliced(Utf8::byteOrderMark.size());
+    }
+    if (text.isNull() || !rest.isValidUtf8() ||
+        rest == QByteArrayView("Connection to the Quorvane API successful.")) {
         return std::nullopt;
     }
     AnswerTable table;
-    const QStringView view(text);
-    for (const QStringView line : view.tokenize(u"<br />")) {
-        const qsizetype colon = line.indexOf(u':');
+    while (!rest.isEmpty()) {
+        const QByteArrayView line = takeLine(rest);
+        const qsizetype colon = line.indexOf(':');
         if (colon < 0) {
             continue;
         }
-        const QStringView key = trimmedOfBlanks(line.first(colon));
-        // An empty value is not null, so that it differs from an absent one.
-        const QStringView rest = trimmedOfBlanks(line.sliced(colon + 1));
-        const QString value = rest.isEmpty() ? QStringLiteral("") : rest.toString();
-        if (key == QLatin1String("Server")) {
+        const QByteArrayView key = trimmedOfBlanks(line.first(colon));
+        const QByteArrayView value = trimmedOfBlanks(line.sliced(colon + 1));
+        if (key == QByteArrayView("Server")) {
             table.servers.append(value);
         } else {
-            table.values.insert(key.toString(), value);
+            // An empty value is not null, so that it differs from an absent one.
+            table.values.insert(Utf8::decoded(key), Utf8::decoded(value));
         }
     }
     return table;

@@ -13,6 +13,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <utility>
 
 namespace quorvane {
 
@@ -169,23 +170,28 @@ QString QrvAPI::decideDestination() {
 }
 
 void QrvAPI::downloadDidFinish() {
-    const auto table =
-        m_destinationFile.isEmpty() ? std::nullopt : AnswerTable::read(TextFile::read(m_destinationFile));
-    if (!table) {
+    const QString path = std::exchange(m_destinationFile, QString());
+    // Read now: a request of the same kind within the same second has the same file.
+    const QByteArray text = path.isEmpty() ? QByteArray() : TextFile::readBytes(path);
+    m_answers.read(text, [this, path](const auto &answer) { answerRead(path, answer); });
+}
+
+void QrvAPI::answerRead(const QString &path, const std::optional<ReadAnswer> &answer) {
+    if (!answer) {
         freeRequest();
         return;
     }
     m_attemptCount = 0;
-    recordAnswer(*table);
-    QFile::remove(m_destinationFile);
-    m_destinationFile = QString();
+    recordAnswer(*answer);
+    QFile::remove(path);
     if (m_delegate != nullptr) {
         const std::lock_guard lock(m_answerLock);
         m_delegate->qrvAnswer(*this);
     }
 }
 
-void QrvAPI::recordAnswer(const AnswerTable &table) {
+void QrvAPI::recordAnswer(const ReadAnswer &answer) {
+    const AnswerTable &table = answer.table;
     if (const QString status = table.value(QStringLiteral("STATUS")); !status.isNull()) {
         m_record.status = static_cast<qint8>(integerValue(status));
     }
@@ -196,24 +202,30 @@ void QrvAPI::recordAnswer(const AnswerTable &table) {
         if (const QString address = table.value(QStringLiteral("ClientIP")); !address.isNull()) {
             m_record.clientIP = address;
         }
-        if (const QString locations = table.value(QStringLiteral("LOCATIONS")); !locations.isNull()) {
-            m_servers.setLocations(locations);
+        if (!table.value(QStringLiteral("LOCATIONS")).isNull()) {
+            m_servers.setLocations(answer.locations);
             m_record.hasLocations = true;
         }
     }
-    if (!table.servers.isEmpty()) {
-        const QString user = table.value(QStringLiteral("VPNUser"));
-        const QString password = table.value(QStringLiteral("VPNPass"));
-        m_servers.setServerList(table.servers);
-        m_record.servers = ServerModel::parseServers(table.servers, user, password, QString());
-        m_servers.setServers(m_record.servers);
+    if (table.servers.isEmpty()) {
+        return;
     }
+    if (const qsizetype leftOut = table.servers.leftOut(); leftOut > 0) {
+        Diagnostics::log(QStringLiteral("server list: %1 lines beyond the first %2 are left out")
+                             .arg(leftOut)
+                             .arg(ServerLines::maximumLines));
+    }
+    m_servers.setServerList(table.servers);
+    m_record.servers = answer.servers;
+    m_servers.setServers(m_record.servers);
 }
 
 void QrvAPI::downloadDidFail(const platform::UrlError &error) {
-    if (m_delegate != nullptr) {
-        m_delegate->qrvFailed(error);
-    }
+    m_answers.inOrder([this, error] {
+        if (m_delegate != nullptr) {
+            m_delegate->qrvFailed(error);
+        }
+    });
 }
 
 void QrvAPI::showNotification(const QString &title) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AnswerTable.h"
+#include "AnswerQueue.h"
 #include "ServerModel.h"
 
 #include <QObject>
@@ -90,6 +90,7 @@ public:
 
     /// Chooses and remembers the temporary file of the current download.
     QString decideDestination();
+    /// Reads the file; a long answer reaches the delegate later, and every report after it in its order.
     void downloadDidFinish();
     void downloadDidFail(const platform::UrlError &error);
     void showNotification(const QString &title);
@@ -99,7 +100,8 @@ public:
     static void forgetProcessWideValues();
 
 private:
-    void recordAnswer(const AnswerTable &table);
+    void answerRead(const QString &path, const std::optional<ReadAnswer> &answer);
+    void recordAnswer(const ReadAnswer &answer);
 
     QrvApiProtocol *m_delegate = nullptr;
     QString m_serial;
@@ -107,6 +109,7 @@ private:
     QrvApiRequest m_record;
     ServerModel m_servers;
     QString m_destinationFile;
+    AnswerQueue m_answers;
     quint32 m_attemptCount = 0;
     std::recursive_mutex m_answerLock;
 };

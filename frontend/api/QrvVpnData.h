@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QList>
 #include <QString>
 #include <QStringList>
 #include <memory>
@@ -9,7 +8,7 @@ namespace quorvane {
 
 /// One server group of the service, made from one "Server" line of an answer.
 struct QrvVpnData {
-    QString ipAdress;    ///< one address of the group, picked at random when the line was read
+    QString ipAdress;    ///< one address of the group, picked at random when the group was made
     QString cityCountry; ///< label shown to the user
     QString user;        ///< one-time VPN user name; a null text when the answer had none
     QString pass;        ///< one-time VPN password; a null text when the answer had none
@@ -22,6 +21,5 @@ struct QrvVpnData {
 
 /// Groups are shared by the server list and their entries in the location list.
 using QrvVpnDataPointer = std::shared_ptr<QrvVpnData>;
-using QrvVpnDataList = QList<QrvVpnDataPointer>;
 
 } // namespace quorvane

@@ -1,21 +1,18 @@
 #include "ServerModel.h"
 
-#include <QRandomGenerator>
+#include "frontend/support/Utf8.h"
+
+#include <QByteArrayMatcher>
+#include <QSet>
 #include <algorithm>
 
 namespace quorvane {
 
 namespace {
 
-constexpr qsizetype fieldsNeeded = 5;
-
 const QString &unknownCountry() {
     static const QString name = QStringLiteral("Unknown Country");
     return name;
-}
-
-QString unknownCode() {
-    return QStringLiteral("xx");
 }
 
 /// Texts of an answer are never null, even when empty.
@@ -23,68 +20,51 @@ QString nonNull(QStringView text) {
     return text.isEmpty() ? QStringLiteral("") : text.toString();
 }
 
-QrvVpnDataPointer parseServer(const QString &line) {
-    const qsizetype bar = line.indexOf(u'|');
-    if (bar < 0) {
-        return nullptr;
-    }
-    // The whole line is split, including the addresses behind the bar.
-    const QStringList fields = line.split(u',');
-    if (fields.size() < fieldsNeeded) {
-        return nullptr;
-    }
-    auto data = std::make_shared<QrvVpnData>();
-    data->ipAdressArray = line.sliced(bar + 1).split(u',');
-    data->filteredIpAdressArray = data->ipAdressArray;
-    data->ipAdress =
-        nonNull(data->ipAdressArray.at(QRandomGenerator::global()->bounded(data->ipAdressArray.size())));
-    data->cityCountry = fields.at(4) + QChar(u' ') + fields.at(1);
-    data->codeName = fields.at(2) + QChar(u' ') + fields.at(3);
-    data->countryCode = nonNull(fields.at(3));
-    return data;
+/// One name on purpose: every country has the same title.
+QrvLocation countryEntry(const QString &code) {
+    return QrvLocation::location(unknownCountry(), nonNull(code), QString(), false);
+}
+
+QString unknownCode() {
+    return QStringLiteral("xx");
 }
 
 } // namespace
 
-QrvVpnDataList ServerModel::parseServers(const QStringList &lines, const QString &user,
+QrvVpnDataList ServerModel::parseServers(const ServerLines &lines, const QString &user,
                                          const QString &password, const QString &key) {
-    QrvVpnDataList groups;
-    groups.reserve(lines.size());
-    for (const QString &line : lines) {
-        if (QrvVpnDataPointer data = parseServer(line)) {
-            data->user = user;
-            data->pass = password;
-            data->key = key;
-            groups.append(std::move(data));
-        }
-    }
-    std::sort(groups.begin(), groups.end(), [](const QrvVpnDataPointer &a, const QrvVpnDataPointer &b) {
-        return a->cityCountry < b->cityCountry;
-    });
-    return groups;
+    return {lines, user, password, key};
 }
 
-void ServerModel::setLocations(const QString &value) {
-    clearLocations();
-    m_locationsKnown = true;
+QrvLocationList ServerModel::parseLocations(const QString &value) {
+    QrvLocationList list;
+    QSet<QString> countries;
     for (const QString &piece : value.split(u'|')) {
         const QStringList fields = piece.split(u';');
         if (fields.size() != 4) {
             continue;
         }
-        addCountry(fields.at(0));
-        m_arrayLocations.append(QrvLocation::location(nonNull(fields.at(2)), nonNull(fields.at(0)),
-                                                      nonNull(fields.at(1)),
-                                                      fields.at(3) == QLatin1String("1")));
+        const QString code = nonNull(fields.at(0));
+        if (!countries.contains(code)) {
+            countries.insert(code);
+            list.append(countryEntry(code));
+        }
+        list.append(QrvLocation::location(nonNull(fields.at(2)), code, nonNull(fields.at(1)),
+                                          fields.at(3) == QLatin1String("1")));
     }
-    std::stable_sort(
-        m_arrayLocations.begin(), m_arrayLocations.end(),
-        [](const QrvLocation &a, const QrvLocation &b) { return std::is_lt(a.compareLocations(b)); });
+    std::stable_sort(list.begin(), list.end(), [](const QrvLocation &a, const QrvLocation &b) {
+        return std::is_lt(a.compareLocations(b));
+    });
+    return list;
+}
+
+void ServerModel::setLocations(const QrvLocationList &locations) {
+    m_arrayLocations = locations;
+    m_locationsKnown = true;
 }
 
 void ServerModel::clearLocations() {
     m_arrayLocations.clear();
-    m_countryCodesListed.clear();
     m_locationsKnown = false;
 }
 
@@ -101,11 +81,10 @@ QString ServerModel::countryByCode(const QString &code) {
 }
 
 void ServerModel::addCountry(const QString &code) {
-    if (m_countryCodesListed.contains(code)) {
-        return;
+    if (std::none_of(m_arrayLocations.begin(), m_arrayLocations.end(),
+                     [&code](const QrvLocation &entry) { return entry.countryCode == code; })) {
+        m_arrayLocations.append(countryEntry(code));
     }
-    m_countryCodesListed.insert(code);
-    m_arrayLocations.append(QrvLocation::location(countryByCode(code), nonNull(code), QString(), false));
 }
 
 bool ServerModel::locationValid(const QrvLocation &location) const {
@@ -131,22 +110,24 @@ QString ServerModel::getCodeByLocation(const QString &title) const {
     return entry != nullptr ? entry->codeName : QString();
 }
 
-const QrvVpnData *ServerModel::groupForLabel(const QString &label) const {
-    const auto found =
-        std::find_if(m_servers.begin(), m_servers.end(), [&label](const QrvVpnDataPointer &group) {
-            return label.startsWith(group->cityCountry);
-        });
-    return found == m_servers.end() ? nullptr : found->get();
+std::optional<qsizetype> ServerModel::groupForLabel(const QString &label) const {
+    const QByteArray wanted = label.toUtf8();
+    for (qsizetype i = 0; i < m_servers.size(); ++i) {
+        if (wanted.startsWith(m_servers.label(i))) {
+            return i;
+        }
+    }
+    return std::nullopt;
 }
 
 QString ServerModel::getCountryByLocationForVPN(const QString &label) const {
-    const QrvVpnData *group = groupForLabel(label);
-    return group != nullptr ? group->countryCode : unknownCode();
+    const auto group = groupForLabel(label);
+    return group ? Utf8::decoded(m_servers.countryCode(*group)) : unknownCode();
 }
 
 QString ServerModel::getCodeByLocationForVPN(const QString &label) const {
-    const QrvVpnData *group = groupForLabel(label);
-    return group != nullptr ? group->codeName : QString();
+    const auto group = groupForLabel(label);
+    return group ? m_servers.codeName(*group) : QString();
 }
 
 QStringList ServerModel::serverFieldsWith(const QString &address) const {
@@ -155,9 +136,11 @@ QStringList ServerModel::serverFieldsWith(const QString &address) const {
     if (wanted.isEmpty()) {
         return {};
     }
-    for (const QString &line : m_serverList) {
-        if (line.contains(wanted)) {
-            const QStringList fields = line.split(u',');
+    const QByteArrayMatcher matcher(wanted.toUtf8());
+    for (qsizetype i = 0; i < m_serverList.size(); ++i) {
+        const QByteArrayView line = m_serverList.at(i);
+        if (matcher.indexIn(line.data(), line.size()) >= 0) {
+            const QStringList fields = Utf8::decoded(line).split(u',');
             if (fields.size() > 3) {
                 return fields;
             }

@@ -1,30 +1,36 @@
 #pragma once
 
 #include "QrvLocation.h"
-#include "QrvVpnData.h"
+#include "QrvVpnDataList.h"
+#include "ServerLines.h"
 
 #include <QHash>
-#include <QSet>
+#include <optional>
 
 namespace quorvane {
 
-/// The servers, locations and countries of the service's last answers, and the look-ups in them. Main thread
-/// only. Sends nothing.
+/// The servers, locations and countries of the service's last answers, and the look-ups in them. Main thread,
+/// except for the parsing. Sends nothing.
 class ServerModel {
 public:
     /// Builds sorted groups from raw server lines. Lines without "|" or with fewer than five fields are
-    /// left out. A null user or password stays null in every group.
-    [[nodiscard]] static QrvVpnDataList parseServers(const QStringList &lines, const QString &user,
+    /// left out. A null user or password stays null in every group. Any thread.
+    [[nodiscard]] static QrvVpnDataList parseServers(const ServerLines &lines, const QString &user,
                                                      const QString &password, const QString &key);
 
     /// Replaces the raw lines that the look-ups by address search.
-    void setServerList(const QStringList &serverList) { m_serverList = serverList; }
+    void setServerList(const ServerLines &serverList) { m_serverList = serverList; }
 
     /// Replaces the parsed groups that the look-ups by label search.
     void setServers(const QrvVpnDataList &servers) { m_servers = servers; }
 
+    /// The location list of an answer's "LOCATIONS" value, sorted. Any thread.
+    [[nodiscard]] static QrvLocationList parseLocations(const QString &value);
+
     /// Rebuilds the location list from the answer's "LOCATIONS" value.
-    void setLocations(const QString &value);
+    void setLocations(const QString &value) { setLocations(parseLocations(value)); }
+
+    void setLocations(const QrvLocationList &locations);
     void clearLocations();
 
     [[nodiscard]] bool isServerListValid() const { return !m_serverList.isEmpty(); }
@@ -48,13 +54,12 @@ public:
 
 private:
     [[nodiscard]] const QrvLocation *locationWithTitle(const QString &title) const;
-    [[nodiscard]] const QrvVpnData *groupForLabel(const QString &label) const;
+    [[nodiscard]] std::optional<qsizetype> groupForLabel(const QString &label) const;
     [[nodiscard]] QStringList serverFieldsWith(const QString &address) const;
 
-    QStringList m_serverList;
+    ServerLines m_serverList;
     QrvVpnDataList m_servers;
     QrvLocationList m_arrayLocations;
-    QSet<QString> m_countryCodesListed; // the country codes in arrayLocations
     bool m_locationsKnown = false;
     QHash<QString, QString> m_countries;
 };

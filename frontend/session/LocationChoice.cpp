@@ -1,6 +1,6 @@
 #include "LocationChoice.h"
 
-#include <algorithm>
+#include <vector>
 
 namespace quorvane {
 
@@ -10,32 +10,35 @@ QString LocationChoice::randomTitle() {
     return QStringLiteral("Random Location");
 }
 
-std::optional<LocationChoice::Entry> LocationChoice::pickUnused(const QList<Entry> &candidates,
+std::optional<LocationChoice::Entry> LocationChoice::pickUnused(const Locations &list, int count,
+                                                                const std::function<int(int)> &rowAt,
                                                                 qsizetype resetSize) {
     if (m_used.size() == resetSize) {
         m_used.clear();
     }
-    const bool anyLeft = std::any_of(candidates.begin(), candidates.end(),
-                                     [this](const Entry &entry) { return !m_used.contains(entry.id); });
+    bool anyLeft = false;
+    for (int i = 0; i < count && !anyLeft; ++i) {
+        anyLeft = !m_used.contains(list.idAt(rowAt(i)));
+    }
     if (!anyLeft) {
         return std::nullopt;
     }
     for (;;) {
-        const Entry &entry =
-            candidates.at(static_cast<qsizetype>(m_random() % static_cast<quint32>(candidates.size())));
-        if (!m_used.contains(entry.id)) {
-            m_used.insert(entry.id);
-            return entry;
+        const int row = rowAt(static_cast<int>(m_random() % static_cast<quint32>(count)));
+        if (const quint64 id = list.idAt(row); !m_used.contains(id)) {
+            m_used.insert(id);
+            return list.entryAt(row);
         }
     }
 }
 
 LocationChoice::Outcome LocationChoice::choose(const Request &request) {
     Outcome outcome;
-    if (request.list.size() <= 1) {
+    const int count = request.list.count();
+    if (count <= 1) {
         return outcome;
     }
-    const quint64 randomEntry = request.list.first().id;
+    const quint64 randomEntry = request.list.idAt(0);
     std::optional<Entry> candidate = request.candidate;
     if (candidate && m_used.contains(candidate->id)) {
         candidate.reset();
@@ -49,22 +52,27 @@ LocationChoice::Outcome LocationChoice::choose(const Request &request) {
     }
     std::optional<Entry> pick;
     if (request.usOnly) {
-        QList<Entry> american;
-        std::copy_if(
-            request.list.begin(), request.list.end(), std::back_inserter(american),
-            [](const Entry &entry) { return entry.data && entry.data->countryCode == QLatin1String("US"); });
-        if (american.isEmpty()) {
+        std::vector<int> american;
+        for (int row = 0; row < count; ++row) {
+            if (request.list.isAmerican(row)) {
+                american.push_back(row);
+            }
+        }
+        if (american.empty()) {
             outcome.result = Result::NoUnitedStates;
             return outcome;
         }
-        pick = pickUnused(american, american.size());
+        const int size = static_cast<int>(american.size());
+        pick = pickUnused(
+            request.list, size, [&american](int i) { return american[static_cast<std::size_t>(i)]; }, size);
         outcome.updatesLocationText = pick.has_value();
     } else if (candidate && candidate->title != randomTitle()) {
         pick = candidate;
     } else {
         // The used set is compared with the size of the whole list including entry 0, which picks never
         // reach.
-        pick = pickUnused(request.list.sliced(1), request.list.size());
+        pick = pickUnused(
+            request.list, count - 1, [](int i) { return i + 1; }, count);
         if (pick) {
             outcome.selection = pick->id;
             outcome.updatesLocationText = true;

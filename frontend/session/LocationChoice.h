@@ -2,7 +2,6 @@
 
 #include "frontend/api/QrvVpnData.h"
 
-#include <QList>
 #include <QSet>
 #include <QString>
 #include <functional>
@@ -21,8 +20,19 @@ public:
         QrvVpnDataPointer data; ///< null for "Random Location"
     };
 
+    /// The location list, read where it is: it can be long. Row 0 is "Random Location".
+    class Locations {
+    public:
+        virtual ~Locations() = default;
+        [[nodiscard]] virtual int count() const = 0;
+        [[nodiscard]] virtual quint64 idAt(int row) const = 0;
+        [[nodiscard]] virtual Entry entryAt(int row) const = 0;
+        /// Whether the row's country code is "US"; false for row 0.
+        [[nodiscard]] virtual bool isAmerican(int row) const = 0;
+    };
+
     struct Request {
-        QList<Entry> list; ///< entry 0 is "Random Location"
+        const Locations &list; ///< not owned
         std::optional<Entry> candidate;
         bool usOnly = false;
         bool automaticChange = false;
@@ -58,7 +68,9 @@ public:
     [[nodiscard]] static QString randomTitle();
 
 private:
-    [[nodiscard]] std::optional<Entry> pickUnused(const QList<Entry> &candidates, qsizetype resetSize);
+    /// A random row of those that rowAt returns for 0 to count - 1, if any is unused.
+    [[nodiscard]] std::optional<Entry> pickUnused(const Locations &list, int count,
+                                                  const std::function<int(int)> &rowAt, qsizetype resetSize);
 
     Random m_random;
     QSet<quint64> m_used;

@@ -15,14 +15,8 @@ LocationRotation::LocationRotation(const Parts &parts, LocationChoice::Random ra
     : QObject(parent), m_parts(parts), m_choice(std::move(random)) {}
 
 LocationChoice::Request LocationRotation::request() const {
-    LocationChoice::Request request;
-    request.list = m_parts.controls.locations();
-    const quint64 selected = m_parts.controls.selectedLocation();
-    for (const LocationChoice::Entry &entry : std::as_const(request.list)) {
-        if (entry.id == selected) {
-            request.candidate = entry;
-        }
-    }
+    LocationChoice::Request request{
+        m_parts.controls.locations(), m_parts.controls.selectedLocation(), false, false, {}};
     request.usOnly = m_parts.controls.requiresUS();
     request.automaticChange = m_parts.controls.changesAutomatically();
     request.isDiscarded = [this](const QString &text) {

@@ -8,10 +8,9 @@ namespace quorvane {
 class RotationControls {
 public:
     virtual ~RotationControls() = default;
-    /// The location list's entries, in order; the first is "Random Location".
-    [[nodiscard]] virtual QList<LocationChoice::Entry> locations() const = 0;
-    /// Id of the selected entry; there always is one.
-    [[nodiscard]] virtual quint64 selectedLocation() const = 0;
+    [[nodiscard]] virtual const LocationChoice::Locations &locations() const = 0;
+    /// The selected entry; there always is one.
+    [[nodiscard]] virtual LocationChoice::Entry selectedLocation() const = 0;
     /// Selects the entry with this id, if there is one.
     virtual void selectLocation(quint64 id) = 0;
     virtual void selectRandomLocation() = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frontend/api/QrvVpnData.h"
+#include "frontend/api/QrvVpnDataList.h"
 
 #include <QString>
 #include <optional>

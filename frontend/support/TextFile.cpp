@@ -13,13 +13,18 @@ constexpr qint64 maximumFileSize = 16LL * 1024 * 1024;
 
 } // namespace
 
-QString TextFile::read(const QString &path) {
+QByteArray TextFile::readBytes(const QString &path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         return {};
     }
     const QByteArray bytes = file.read(maximumFileSize + 1);
-    if (bytes.isEmpty() || bytes.size() > maximumFileSize) {
+    return bytes.isEmpty() || bytes.size() > maximumFileSize ? QByteArray() : bytes;
+}
+
+QString TextFile::read(const QString &path) {
+    const QByteArray bytes = readBytes(path);
+    if (bytes.isNull()) {
         return {};
     }
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);

@@ -11,6 +11,9 @@ namespace TextFile {
 /// The file's text. Null when it cannot be read, is empty, larger than 16 MiB, or not UTF-8 from end to end.
 [[nodiscard]] QString read(const QString &path);
 
+/// The file's bytes. Null when it cannot be read, is empty or larger than 16 MiB.
+[[nodiscard]] QByteArray readBytes(const QString &path);
+
 /// Replaces the file as a whole; only the owner can read the new one (mode 600, whatever the old mode was; a
 /// link with that name is replaced, not followed). False when it could not be written; then the old file is
 /// unchanged.

@@ -184,6 +184,36 @@
     </message>
 </context>
 <context>
+    <name>quorvane::LocationList</name>
+    <message>
+        <source>This location is full.</source>
+        <translation>Dieser Standort ist voll.</translation>
+    </message>
+    <message>
+        <source>%1, full</source>
+        <translation>%1, voll</translation>
+    </message>
+    <message>
+        <source>Random Location</source>
+        <translation>Zufälliger Standort</translation>
+    </message>
+</context>
+<context>
+    <name>quorvane::LocationMenu</name>
+    <message>
+        <source>Location</source>
+        <translation>Standort</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>Andere</translation>
+    </message>
+    <message>
+        <source>More locations are in the window</source>
+        <translation>Weitere Standorte stehen im Fenster</translation>
+    </message>
+</context>
+<context>
     <name>quorvane::LocationMenuItem</name>
     <message>
         <source>Country flag</source>
@@ -371,18 +401,6 @@
     <message>
         <source>Location choice</source>
         <translation>Wahl des Standorts</translation>
-    </message>
-    <message>
-        <source>Random Location</source>
-        <translation>Zufälliger Standort</translation>
-    </message>
-    <message>
-        <source>This location is full.</source>
-        <translation>Dieser Standort ist voll.</translation>
-    </message>
-    <message>
-        <source>%1, full</source>
-        <translation>%1, voll</translation>
     </message>
     <message>
         <source>Please check &quot;Always Use Same IP Address&quot; when you have found a fake IP you would like to reuse</source>

@@ -17,6 +17,7 @@ API = f"ip daddr {network.SERVICE_ADDRESS} tcp dport 443"
 MENU = [
     "Quorvane",
     "Change IP",
+    "Location",
     "-",
     "Copy IP",
     "Check IP in Browser",
@@ -101,6 +102,23 @@ def test_refresh_requests_the_list_again(world, client, tray):
     tray.wait_item()
     tray.click("Refresh Locations")
     world.home.wait_for(lambda: len(world.service.requests_of("MRTSL")) == 2, "the list is requested again")
+
+
+def test_location_from_the_menu(world, client, tray):
+    """The submenu is filled when it is opened, and its entry is chosen as in the window."""
+    tray.appear()
+    client.start()
+    client.wait_ready()
+    tray.wait_item()
+    entries = tray.submenu("Location")
+    assert entries[:2] == [["Random Location", False], ["-", False]]
+    places = [label for label, _ in entries[2:]]
+    assert places == client.request("entries", key="first", query=ui.label("Location choice"))[1:]
+    assert [label for label, checked in entries if checked] == ["Netherlands Amsterdam"]
+    tray.click("Japan Tokyo", submenu="Location")
+    client.wait(ui.label("Location choice"), name="Japan Tokyo")
+    checked = [label for label, is_checked in tray.submenu("Location") if is_checked]
+    assert checked == ["Japan Tokyo"]
 
 
 def test_about_item(client, tray):

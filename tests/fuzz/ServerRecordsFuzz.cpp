@@ -88,11 +88,11 @@ void checkAddress(const ServerModel &model, const QStringList &lines, const QStr
 
 void fuzzOne(std::string_view bytes) {
     const QStringList lines = textOf(bytes).split(u'\n');
-    const QrvVpnDataList groups = ServerModel::parseServers(lines, user, QString(), key);
+    const QrvVpnDataList groups = ServerModel::parseServers(ServerLines(lines), user, QString(), key);
     checkRecords(lines, groups);
     ServerModel model;
     must(!model.isServerListValid(), "a new model has no list");
-    model.setServerList(lines);
+    model.setServerList(ServerLines(lines));
     model.setServers(groups);
     must(model.isServerListValid(), "a list of lines is a valid list");
     checkLabels(model);

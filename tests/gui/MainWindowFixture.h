@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frontend/session/LocationList.h"
 #include "frontend/session/SessionDisplay.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 #include "tests/gui/GuiTest.h"
@@ -28,7 +29,8 @@ public:
         return window.findChild<Widget *>(text(name));
     }
 
-    MainWindow window;
+    LocationList locations;
+    MainWindow window{locations};
     SessionDisplay display;
 };
 

@@ -72,7 +72,7 @@ void postInternetStatus(int status) {
 } // namespace
 
 QrvMainWindowController::QrvMainWindowController(QrvAPI &api)
-    : m_api(api), m_mainWindow(std::make_unique<MainWindow>()), m_tray(new TrayPresence(this)),
+    : m_api(api), m_mainWindow(std::make_unique<MainWindow>(m_locations)), m_tray(new TrayPresence(this)),
       m_vpn(m_processes), m_fetch(api),
       m_hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this),
                                                       m_sessionDisplay, api, m_vpn)),
@@ -210,6 +210,9 @@ void QrvMainWindowController::connectTray() {
     connect(m_tray->showSelfMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::showSelfMenuItemPressed);
     connect(m_tray->quitMenuItem(), &QAction::triggered, this, [] { endApplication(); });
+    m_tray->setLocations(m_locations);
+    connect(m_tray, &TrayPresence::locationChosen, &m_mainWindow->locationPane(),
+            &QrvLocationPaneController::choose);
 }
 
 void QrvMainWindowController::connectFetch() {
@@ -444,7 +447,7 @@ void QrvMainWindowController::alertLater(const QString &message, const QString &
 }
 
 QString QrvMainWindowController::selectedTitle() const {
-    return m_mainWindow->locationPane().currentItem()->text();
+    return m_locations.title(m_locations.currentRow());
 }
 
 QString QrvMainWindowController::lastItemTitle() const {

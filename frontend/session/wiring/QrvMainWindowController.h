@@ -4,6 +4,7 @@
 #include "frontend/api/QrvAPI.h"
 #include "frontend/session/DiscardedAddresses.h"
 #include "frontend/session/HideIpSession.h"
+#include "frontend/session/LocationList.h"
 #include "frontend/session/LocationRotation.h"
 #include "frontend/session/ProcessInfo.h"
 #include "frontend/session/SessionDisplay.h"
@@ -76,6 +77,8 @@ public:
 
     [[nodiscard]] TrayPresence &statusItem() { return *m_tray; }
 
+    [[nodiscard]] LocationList &locations() { return m_locations; }
+
     /// The location entries that random picks of this rotation have used.
     [[nodiscard]] const QSet<quint64> &usedLocations() const { return m_rotation->usedItems(); }
 
@@ -135,6 +138,7 @@ private:
     void loadPreferences();
 
     QrvAPI &m_api;
+    LocationList m_locations;
     std::unique_ptr<MainWindow> m_mainWindow;
     TrayPresence *m_tray;
     SessionDisplay m_sessionDisplay;

@@ -1,5 +1,6 @@
 #include "LocationRowDelegate.h"
 
+#include "frontend/session/LocationList.h"
 #include "frontend/ui/shared/Images.h"
 
 #include <QApplication>
@@ -36,7 +37,7 @@ QRect LocationRowDelegate::goldRect(const QStyleOptionViewItem &option, const QM
 void LocationRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                                 const QModelIndex &index) const {
     QStyledItemDelegate::paint(painter, option, index);
-    if (index.data(fullRole).toBool()) {
+    if (index.data(LocationList::FullRole).toBool()) {
         Images::icon(QStringLiteral("gold")).paint(painter, goldRect(option, index));
     }
 }
@@ -44,7 +45,8 @@ void LocationRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
 QSize LocationRowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const {
     QSize size = QStyledItemDelegate::sizeHint(option, index);
     size.setHeight(std::max(size.height(), rowHeight));
-    return size + (index.data(fullRole).toBool() ? QSize(gapBeforeGold + goldSide, 0) : QSize(0, 0));
+    return size +
+           (index.data(LocationList::FullRole).toBool() ? QSize(gapBeforeGold + goldSide, 0) : QSize(0, 0));
 }
 
 } // namespace quorvane

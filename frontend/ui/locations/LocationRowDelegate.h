@@ -10,9 +10,6 @@ class LocationRowDelegate final : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
-    /// A boolean: the location is full.
-    static constexpr int fullRole = Qt::UserRole + 1;
-
     using QStyledItemDelegate::QStyledItemDelegate;
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,

@@ -7,7 +7,9 @@
 
 namespace quorvane {
 
-/// An entry of the location list. Main thread.
+/// A location as an entry of a menu, which can have a row of its own (QrvMenuItemViewController). The program
+/// makes none: the rows of its list are drawn from LocationList, without an object for each. The class exists
+/// because its interface is fixed. Main thread.
 class QrvMenuItem final : public QAction {
     Q_OBJECT
 

@@ -10,7 +10,7 @@ class QMenu;
 namespace quorvane {
 
 /// A location's row in a menu: highlights itself under the mouse and triggers its item on a click. Neither
-/// the item nor the label is owned. Main thread.
+/// the item nor the label is owned. Exists for QrvMenuItem, of which the program makes none. Main thread.
 class QrvMenuItemView final : public QWidget {
     Q_OBJECT
 

@@ -15,7 +15,8 @@ namespace Ui {
 class LocationMenuItem;
 }
 
-/// Loads a location's row and fills it: flag, title and gold mark. Owns the row; not the item. Main thread.
+/// Loads a location's row and fills it: flag, title and gold mark. Owns the row; not the item. Exists for
+/// QrvMenuItem, of which the program makes none. Main thread.
 class QrvMenuItemViewController {
 public:
     QrvMenuItemViewController();

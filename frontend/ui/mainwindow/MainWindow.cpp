@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include "frontend/session/LocationList.h"
 #include "frontend/ui/shared/Images.h"
 #include "frontend/ui/shared/IntervalField.h"
 #include "frontend/ui/shared/WindowOrder.h"
@@ -48,8 +49,10 @@ void drawLine(QLabel *label, const DisplayState::Line &line, const DisplayState:
 
 } // namespace
 
-MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_ui(std::make_unique<Ui::MainWindow>()) {
+MainWindow::MainWindow(LocationList &locations, QWidget *parent)
+    : QMainWindow(parent), m_locations(locations), m_ui(std::make_unique<Ui::MainWindow>()) {
     m_ui->setupUi(this);
+    m_ui->locationPane->setList(locations);
     m_ui->viewSpinWeel->setRange(0, 100);
     setFixedWidth(400);
     // Only one size, because the window system receives every size of the icon.
@@ -162,33 +165,24 @@ QrvLocationPaneController &MainWindow::locationPane() const {
     return *m_ui->locationPane;
 }
 
-QList<LocationChoice::Entry> MainWindow::locations() const {
-    QList<LocationChoice::Entry> entries;
-    for (const auto &item : locationPane().items()) {
-        entries.append({item->id(), item->text(), item->vpnData()});
-    }
-    return entries;
+const LocationChoice::Locations &MainWindow::locations() const {
+    return m_locations;
 }
 
-quint64 MainWindow::selectedLocation() const {
-    return locationPane().currentItem()->id();
+LocationChoice::Entry MainWindow::selectedLocation() const {
+    return m_locations.entryAt(m_locations.currentRow());
 }
 
 void MainWindow::selectLocation(quint64 id) {
-    const auto &items = locationPane().items();
-    const auto found =
-        std::find_if(items.begin(), items.end(), [id](const auto &item) { return item->id() == id; });
-    if (found != items.end()) {
-        locationPane().selectItem(static_cast<int>(found - items.begin()));
-    }
+    m_locations.selectId(id);
 }
 
 void MainWindow::selectRandomLocation() {
-    locationPane().selectItem(0);
+    m_locations.setCurrentRow(0);
 }
 
 void MainWindow::removeLocation(const QString &title) {
-    locationPane().removeItemWithTitle(title);
+    m_locations.removeTitle(title);
 }
 
 bool MainWindow::changesAutomatically() const {

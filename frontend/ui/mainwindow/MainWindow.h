@@ -9,6 +9,7 @@
 namespace quorvane {
 
 class IntervalField;
+class LocationList;
 class QrvLocationPaneController;
 
 namespace Ui {
@@ -21,15 +22,16 @@ class MainWindow final : public QMainWindow, public RotationControls {
     Q_OBJECT
 
 public:
-    explicit MainWindow(QWidget *parent = nullptr);
+    /// The location list is not owned and must outlive this.
+    explicit MainWindow(LocationList &locations, QWidget *parent = nullptr);
     ~MainWindow() override;
 
     void draw(const DisplayState &state);
 
     [[nodiscard]] QrvLocationPaneController &locationPane() const;
     // RotationControls
-    [[nodiscard]] QList<LocationChoice::Entry> locations() const override;
-    [[nodiscard]] quint64 selectedLocation() const override;
+    [[nodiscard]] const LocationChoice::Locations &locations() const override;
+    [[nodiscard]] LocationChoice::Entry selectedLocation() const override;
     void selectLocation(quint64 id) override;
     void selectRandomLocation() override;
     void removeLocation(const QString &title) override;
@@ -86,6 +88,7 @@ private:
     [[nodiscard]] static QString stateDescription(const QString &image);
     void drawImages(const DisplayState &state);
 
+    LocationList &m_locations;
     std::unique_ptr<Ui::MainWindow> m_ui;
     IntervalField *m_interval = nullptr;
     DisplayState m_shown;

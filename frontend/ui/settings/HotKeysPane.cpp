@@ -3,9 +3,7 @@
 #include "frontend/ui/shared/Alerts.h"
 #include "ui_SettingsHotkeys.h"
 
-#include <QAbstractItemView>
 #include <QComboBox>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QStyledItemDelegate>
 
@@ -31,26 +29,6 @@ qint32 tagOf(const QComboBox &dropdown) {
     return static_cast<qint32>(dropdown.currentData().toLongLong());
 }
 
-/// Whether the key would move a closed pop-up's selection.
-bool movesSelection(const QKeyEvent &event) {
-    switch (event.key()) {
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-    case Qt::Key_PageUp:
-    case Qt::Key_PageDown:
-    case Qt::Key_Home:
-    case Qt::Key_End:
-        return event.modifiers() == Qt::NoModifier;
-    default:
-        return false;
-    }
-}
-
-bool isTyped(const QKeyEvent &event) {
-    const bool plain = (event.modifiers() & ~Qt::ShiftModifier) == 0;
-    return plain && !event.text().isEmpty() && event.text().at(0).isPrint() && event.key() != Qt::Key_Space;
-}
-
 } // namespace
 
 HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::SettingsHotkeys>()) {
@@ -62,7 +40,6 @@ HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), m_ui(std::make_uniq
                {m_ui->dropdownBringUpWindow, m_ui->labelBringUpWindow, m_ui->noteBringUpWindow}}};
     for (const HotKeys::Action action : HotKeys::actions) {
         fillDropdownWithHotKeys(*row(action).dropdown);
-        row(action).dropdown->installEventFilter(this);
         row(action).dropdown->setItemDelegate(new QStyledItemDelegate(this)); // it follows the theme
         connect(row(action).dropdown, &QComboBox::activated, this,
                 [this, action] { selectHotKeyDropbownPressed(action); });
@@ -84,32 +61,6 @@ void HotKeysPane::fillDropdownWithHotKeys(QComboBox &dropdown) {
 
 void HotKeysPane::addItem(const QString &title, qint32 tag, QComboBox &dropdown) {
     dropdown.addItem(title, QVariant::fromValue<qint64>(tag));
-}
-
-bool HotKeysPane::eventFilter(QObject *watched, QEvent *event) {
-    // Keys and the wheel do not step through the entries of a closed pop-up, because every step would be a
-    // choice, and combinations of other actions would be refused. Keys open the list; only an entry chosen
-    // there is a choice.
-    auto *dropdown = qobject_cast<QComboBox *>(watched);
-    if (dropdown == nullptr) {
-        return QWidget::eventFilter(watched, event);
-    }
-    if (event->type() == QEvent::Wheel) {
-        event->ignore();
-        return true;
-    }
-    if (event->type() == QEvent::KeyPress) {
-        const auto &key = *static_cast<QKeyEvent *>(event);
-        const bool typed = isTyped(key);
-        if (typed || movesSelection(key)) {
-            dropdown->showPopup();
-            if (typed) {
-                dropdown->view()->keyboardSearch(key.text());
-            }
-            return true;
-        }
-    }
-    return QWidget::eventFilter(watched, event);
 }
 
 void HotKeysPane::refresh() {

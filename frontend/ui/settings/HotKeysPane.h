@@ -38,9 +38,6 @@ public:
     static void fillDropdownWithHotKeys(QComboBox &dropdown);
     static void addItem(const QString &title, qint32 tag, QComboBox &dropdown);
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     /// A combination can belong to one action only: if another pop-up shows the same choice, this one is
     /// reset.

@@ -4,8 +4,10 @@
 
 namespace quorvane {
 
-/// A pop-up button that draws its own arrow: a picture in the style sheet would make Qt look through its
-/// picture plug-ins at the start.
+/// A pop-up button that changes its choice only in its open list. Keys that would step through the entries of
+/// a closed one open the list instead, and the wheel is left to what is around the button: every step would
+/// be a choice. It draws its own arrow: a picture in the style sheet would make Qt look through its picture
+/// plug-ins at the start. Main thread.
 class PopUpButton final : public QComboBox {
     Q_OBJECT
 
@@ -14,6 +16,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
 };
 
 } // namespace quorvane

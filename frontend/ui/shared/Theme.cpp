@@ -54,7 +54,7 @@ QPushButton#buttonQuorvane:checked:hover { background: #35a067; }
 QPushButton#buttonQuorvane:focus { border: 2px solid #a9d4f5; }
 QPushButton#buttonQuorvane:disabled { background: #4c5a66; border-color: #5c6a76; color: #b4bcc2; }
 QComboBox { padding: 6px 10px; border: 1px solid #6a6a6a; border-radius: 6px; background: #545454; }
-HotKeysPane QComboBox { combobox-popup: 0; }
+QComboBox { combobox-popup: 0; }
 HotKeysPane QComboBox QAbstractItemView { background: #3a3a3a; border: 1px solid #6a6a6a; }
 HotKeysPane QComboBox QAbstractItemView::item { min-height: 22px; padding-left: 6px; }
 HotKeysPane QComboBox QAbstractItemView::item:selected { background: #3a8fd6; color: white; }

@@ -1,5 +1,6 @@
 #include "TrayPresence.h"
 
+#include "LocationMenu.h"
 #include "frontend/ui/shared/Images.h"
 #include "platform/DelayedCalls.h"
 #include "platform/Platform.h"
@@ -38,7 +39,7 @@ TrayPresence::~TrayPresence() {
 void TrayPresence::fillMenu() {
     m_hideItem = m_trayMenu->addAction(QStringLiteral("Quorvane"));
     m_changeItem = m_trayMenu->addAction(tr("Change IP"));
-    m_trayMenu->addSeparator();
+    m_afterLocations = m_trayMenu->addSeparator();
     m_copyItem = m_trayMenu->addAction(tr("Copy IP"));
     m_checkItem = m_trayMenu->addAction(tr("Check IP in Browser"));
     m_trayMenu->addSeparator();
@@ -48,6 +49,12 @@ void TrayPresence::fillMenu() {
     m_aboutItem = m_trayMenu->addAction(tr("About Quorvane"));
     m_trayMenu->addSeparator();
     m_quitItem = m_trayMenu->addAction(tr("Quit Quorvane"));
+}
+
+void TrayPresence::setLocations(LocationList &list) {
+    m_locationMenu = std::make_unique<LocationMenu>(list);
+    m_trayMenu->insertMenu(m_afterLocations, m_locationMenu.get());
+    connect(m_locationMenu.get(), &LocationMenu::chosen, this, &TrayPresence::locationChosen);
 }
 
 bool TrayPresence::isAvailable() const {

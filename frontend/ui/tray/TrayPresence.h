@@ -10,6 +10,9 @@ class QSystemTrayIcon;
 
 namespace quorvane {
 
+class LocationList;
+class LocationMenu;
+
 /// The status item: the tray icon and its menu, in any kind of tray. Main thread.
 ///
 /// The icon is created when the first tray appears, which may be long after the start. A status notifier host
@@ -39,6 +42,9 @@ public:
     /// Sets the tooltip to the text of the state; the address is the lent one.
     void setStatus(Status status, const QString &address);
 
+    /// The list that the submenu of locations shows; not owned, must outlive this. Call it once.
+    void setLocations(LocationList &list);
+
     [[nodiscard]] QString toolTip() const { return m_toolTip; }
 
     [[nodiscard]] QAction *hideIpMenuItem() const { return m_hideItem; }
@@ -59,11 +65,16 @@ public:
 
     [[nodiscard]] QAction *quitMenuItem() const { return m_quitItem; }
 
+    /// Null before setLocations().
+    [[nodiscard]] LocationMenu *locationMenu() const { return m_locationMenu.get(); }
+
     [[nodiscard]] QMenu &menu() const { return *m_trayMenu; }
 
 Q_SIGNALS:
     /// The icon was double-clicked, or activated in a tray that reports no double-clicks.
     void doubleClicked();
+    /// The user chose the entry of the location list with this id.
+    void locationChosen(quint64 id);
     /// A tray appeared or disappeared.
     void availabilityChanged(bool available);
 
@@ -75,8 +86,10 @@ private:
     void makeIcon(Kind kind);
 
     std::unique_ptr<QMenu> m_trayMenu;
+    std::unique_ptr<LocationMenu> m_locationMenu;
     QAction *m_hideItem = nullptr;
     QAction *m_changeItem = nullptr;
+    QAction *m_afterLocations = nullptr;
     QAction *m_copyItem = nullptr;
     QAction *m_checkItem = nullptr;
     QAction *m_showItem = nullptr;

@@ -48,8 +48,12 @@ class TrayIcon:
             assert time.monotonic() < end, f"the entry {label} was not enabled: {self.menu()}"
             time.sleep(POLL)
 
-    def click(self, label):
-        self._client.request("tray_click", label=label)
+    def submenu(self, label):
+        """Opens a submenu; the entries' labels and whether each is checked, "-" for a separator."""
+        return [entry or ["-", False] for entry in self._client.request("tray_submenu", label=label)]
+
+    def click(self, label, submenu=None):
+        self._client.request("tray_click", label=label, submenu=submenu)
 
     def choose(self, label):
         """Clicks on an entry as soon as it is enabled."""

@@ -119,8 +119,27 @@ class TrayOperations:
             for _, about, _ in entries
         ]
 
-    def op_tray_click(self, label):
+    def op_tray_submenu(self, label):
+        """Opens a submenu, and returns the labels of its entries as op_tray_menu does, the checked one too."""
         name, menu, entries = self._menu()
+        for number, about, _ in entries:
+            if about.get("label") == label:
+                call(name, menu, MENU, "AboutToShow", GLib.Variant("(i)", (number,)))
+                _, (_, _, inner) = call(
+                    name, menu, MENU, "GetLayout", GLib.Variant("(iias)", (number, -1, []))
+                )
+                return [
+                    None
+                    if about.get("type") == "separator"
+                    else [about["label"], about.get("toggle-state", 0) == 1]
+                    for _, about, _ in inner
+                ]
+        raise TrayError(f"there is no entry {label}")
+
+    def op_tray_click(self, label, submenu=None):
+        name, menu, entries = self._menu()
+        if submenu is not None:
+            (entries,) = (inner for _, about, inner in entries if about.get("label") == submenu)
         for number, about, _ in entries:
             if about.get("label") == label:
                 if not about.get("enabled", True):

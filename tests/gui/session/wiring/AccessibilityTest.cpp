@@ -1,3 +1,4 @@
+#include "frontend/session/LocationList.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/mainwindow/QrvAboutWindowController.h"
 
@@ -76,7 +77,8 @@ private Q_SLOTS:
     void cleanup() { m_fixture.reset(); }
 
     void mainWindowHasNoUnnamedPartInAnyState() {
-        MainWindow window;
+        LocationList locations;
+        MainWindow window(locations);
         SessionDisplay display;
         connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
         display.starting();
@@ -115,7 +117,8 @@ private Q_SLOTS:
     }
 
     void statePictureAndFlagHaveAccessibleNames() {
-        MainWindow window;
+        LocationList locations;
+        MainWindow window(locations);
         SessionDisplay display;
         connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
         display.starting();

@@ -1,7 +1,9 @@
+#include "frontend/session/LocationList.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 
 #include "tests/gui/MainWindowFixture.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
@@ -170,12 +172,18 @@ private Q_SLOTS:
         QVERIFY(seen.size() > 5);
     }
 
-    void locationIsChosenWithTheArrows() {
+    void locationIsChosenWithTheArrowsInTheOpenList() {
         auto *popup = find<QComboBox>("popupCountry");
-        popup->addItem(text("Germany Berlin"));
+        m_fixture->locations.fill(ServerModel::parseServers(ServerLines({text("7,Berlin,BER,DE,Germany,x|10.0.0.1")}),
+                                                   QString(), QString(), QString()),
+                         {}, {});
         QSignalSpy chosen(popup, &QComboBox::activated);
         popup->setFocus();
         press(Qt::Key_Down);
+        QVERIFY(popup->view()->isVisible());
+        QTest::keyClick(popup->view(), Qt::Key_Down);
+        QCOMPARE(chosen.size(), 0);
+        QTest::keyClick(popup->view(), Qt::Key_Return);
         QCOMPARE(popup->currentIndex(), 1);
         QCOMPARE(chosen.size(), 1);
     }

@@ -1,3 +1,4 @@
+#include "frontend/session/LocationList.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 
 #include "frontend/ui/shared/QrvFancyIp.h"

@@ -1,4 +1,5 @@
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
+#include "frontend/session/LocationList.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/mainwindow/QrvAboutWindowController.h"
 #include "frontend/ui/shared/Theme.h"
@@ -97,7 +98,8 @@ private Q_SLOTS:
     }
 
     void mainWindowHasRoomForEveryTextInEveryState() {
-        MainWindow window;
+        LocationList locations;
+        MainWindow window(locations);
         SessionDisplay display;
         connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
         display.starting();

@@ -1,4 +1,6 @@
 #include "frontend/session/wiring/QrvMainWindowController.h"
+#include "frontend/ui/mainwindow/MainWindow.h"
+#include "frontend/ui/tray/LocationMenu.h"
 #include "frontend/ui/tray/TrayPresence.h"
 #include "tests/gui/ControllerFixture.h"
 
@@ -130,6 +132,25 @@ private Q_SLOTS:
         QVERIFY(!tray().copyIpMenuItem()->isEnabled());
         goHidden();
         QVERIFY(!tray().copyIpMenuItem()->isEnabled());
+    }
+
+    void locationIsChosenInTheTrayAsInTheWindow() {
+        start();
+        answer();
+        LocationMenu &locations = *tray().locationMenu();
+        QVERIFY(tray().menu().actions().contains(locations.menuAction()));
+        Q_EMIT locations.aboutToShow();
+        goHidden();
+        const auto fetches = services().urls().fetches().size();
+        locations.actions().at(0)->trigger(); // "Random Location"
+        QCOMPARE(services().preferences().value(text("location")), QVariant(text("")));
+        QTRY_COMPARE(services().urls().fetches().size(), fetches + 1); // the session starts anew
+        locations.actions().at(2)->trigger();
+        QCOMPARE(window().findChild<QComboBox *>(text("popupCountry"))->currentText(),
+                 text("Germany Berlin"));
+        QVERIFY(locations.actions().at(2)->isChecked());
+        QVERIFY(!locations.actions().at(0)->isChecked());
+        QCOMPARE(services().preferences().string(text("location")), text("BER DE"));
     }
 
     void checkItemOpensTheCheckPage() {

@@ -1,11 +1,14 @@
+#include "frontend/session/LocationList.h"
 #include "frontend/ui/locations/LocationRowDelegate.h"
 #include "frontend/ui/locations/QrvLocationPaneController.h"
 
 #include "tests/gui/GuiTest.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QPainter>
+#include <QSignalSpy>
 
 namespace quorvane {
 
@@ -34,6 +37,7 @@ private:
     std::unique_ptr<GuiFixture> m_fixture;
     std::unique_ptr<QrvAPI> m_api;
     RecordingPaneDelegate m_delegate;
+    std::unique_ptr<LocationList> m_list;
     std::unique_ptr<QrvLocationPaneController> m_pane;
     QrvVpnDataList m_servers;
     QObject m_observer;
@@ -66,27 +70,31 @@ private Q_SLOTS:
         m_fixture = std::make_unique<GuiFixture>();
         m_delegate = {};
         m_api = std::make_unique<QrvAPI>();
-        const QStringList lines{text("7,Berlin,BER,DE,Germany,x|10.0.0.1,10.0.0.2"),
-                                text("8,Denver,DEN,US,States,x|10.0.1.1"),
-                                text("9,Nowhere,NOW,QQ,Quux,x|10.0.2.1")};
+        const ServerLines lines(QStringList{text("7,Berlin,BER,DE,Germany,x|10.0.0.1,10.0.0.2"),
+                                            text("8,Denver,DEN,US,States,x|10.0.1.1"),
+                                            text("9,Nowhere,NOW,QQ,Quux,x|10.0.2.1")});
         m_servers = ServerModel::parseServers(lines, text("u"), text("p"), QString());
         m_api->model().setServerList(lines);
         m_api->model().setServers(m_servers);
+        m_list = std::make_unique<LocationList>();
         m_pane = std::make_unique<QrvLocationPaneController>();
+        m_pane->setList(*m_list);
         m_pane->connectTo(m_api.get(), &m_delegate);
     }
 
     void cleanup() {
         m_pane.reset();
+        m_list.reset();
         m_api.reset();
         m_fixture.reset();
     }
 
     void beforeTheFirstListThereIsOnlyRandomLocation() {
         QCOMPARE(titles(), QStringList{text("Random Location")});
-        QVERIFY(m_pane->currentItem()->vpnData() == nullptr);
-        QCOMPARE(m_pane->currentItem()->imageName(), text("xx"));
-        QVERIFY(m_pane->selectedItem() == nullptr);
+        QVERIFY(m_list->entryAt(0).data == nullptr);
+        QCOMPARE(m_list->flag(0), text("xx"));
+        QVERIFY(!popup()->itemIcon(0).isNull());
+        QVERIFY(!m_list->selectedItem());
     }
 
     void fullLocationsHaveTheGoldMarkAndAnAccessibleText() {
@@ -95,11 +103,8 @@ private Q_SLOTS:
         QCOMPARE(titles().at(1), text("Germany Berlin"));
         for (int row = 0; row < popup()->count(); ++row) {
             const bool full = row == 1;
-            QCOMPARE(popup()->itemData(row, LocationRowDelegate::fullRole).toBool(), full);
-            QCOMPARE(m_pane->items().at(static_cast<std::size_t>(row))->isMarkedFull(), full);
-            QVERIFY(!m_pane->items()
-                         .at(static_cast<std::size_t>(row))
-                         ->full()); // without an item view it is false
+            QCOMPARE(popup()->itemData(row, LocationList::FullRole).toBool(), full);
+            QCOMPARE(popup()->itemData(row, Qt::ToolTipRole).isValid(), full);
         }
         QCOMPARE(popup()->itemData(1, Qt::AccessibleTextRole).toString(), text("Germany Berlin, full"));
         QCOMPARE(popup()->itemText(1), text("Germany Berlin"));
@@ -136,11 +141,9 @@ private Q_SLOTS:
         m_pane->fillCountries(m_servers);
         QCOMPARE(titles(), (QStringList{text("Random Location"), text("Germany Berlin"), text("Quux Nowhere"),
                                         text("States Denver")}));
-        QCOMPARE(m_pane->items().at(1)->imageName(), text("de"));
-        QVERIFY(m_pane->items().at(2)->imageName().isNull());
         QVERIFY(!popup()->itemIcon(1).isNull());
         QVERIFY(popup()->itemIcon(2).isNull());
-        QCOMPARE(m_pane->items().at(1)->vpnData(), m_servers.at(0));
+        QCOMPARE(m_list->entryAt(1).data, m_servers.at(0));
         QCOMPARE(popup()->currentIndex(), 0);
     }
 
@@ -173,18 +176,18 @@ private Q_SLOTS:
         preferences().setValue(text("location"), text("States Denver"));
         m_pane->fillCountries(m_servers);
         QCOMPARE(popup()->currentText(), text("States Denver"));
-        QCOMPARE(m_pane->selectedItem(), m_pane->currentItem());
+        QCOMPARE(m_list->selectedItem()->title, text("States Denver"));
         preferences().setValue(text("location"), text("DEN US"));
         m_pane->fillCountries(m_servers);
         QCOMPARE(popup()->currentIndex(), 0);
-        QVERIFY(m_pane->selectedItem() == nullptr);
+        QVERIFY(!m_list->selectedItem());
     }
 
     void rebuiltEntriesAreNewOnes() {
         m_pane->fillCountries(m_servers);
-        const quint64 before = m_pane->items().at(1)->id();
+        const quint64 before = m_list->idAt(1);
         m_pane->fillCountries(m_servers);
-        QVERIFY(m_pane->items().at(1)->id() != before);
+        QVERIFY(m_list->idAt(1) != before);
     }
 
     void choiceIsStored() {
@@ -269,7 +272,7 @@ private Q_SLOTS:
         m_pane->fillCountries(m_servers);
         QVERIFY(m_pane->selectPopupItemWithImageNamed(text("DE")));
         QCOMPARE(popup()->currentIndex(), 1);
-        QVERIFY(m_pane->selectedItem() == nullptr);
+        QVERIFY(!m_list->selectedItem());
         QVERIFY(!m_pane->selectPopupItemWithImageNamed(text("qq")));
         QVERIFY(!m_pane->selectPopupItemWithImageNamed(text("applock")));
         QVERIFY(!m_pane->selectPopupItemWithImageNamed(text("../images/de")));
@@ -279,10 +282,10 @@ private Q_SLOTS:
     void removedEntryIsGone() {
         m_pane->fillCountries(m_servers);
         m_pane->selectPopupItemWithTitle(text("Germany Berlin"));
-        m_pane->removeItemWithTitle(text("Germany Berlin"));
+        m_list->removeTitle(text("Germany Berlin"));
         QVERIFY(!titles().contains(text("Germany Berlin")));
-        QVERIFY(m_pane->selectedItem() == nullptr);
-        QCOMPARE(m_pane->currentItem()->text(), popup()->currentText());
+        QVERIFY(!m_list->selectedItem());
+        QCOMPARE(m_list->title(m_list->currentRow()), popup()->currentText());
     }
 
     void refreshSelectsTheStoredFlag() {
@@ -296,8 +299,61 @@ private Q_SLOTS:
     void keptAddressIsShownAfterConnecting() {
         preferences().setValue(text("useSameIP"), true);
         QrvLocationPaneController another;
+        another.setList(*m_list);
         another.connectTo(m_api.get(), &m_delegate);
         QVERIFY(another.findChild<QCheckBox *>(text("checkSameIP"))->isChecked());
+    }
+
+    void listAndPopUpFollowEachOther() {
+        m_pane->fillCountries(m_servers);
+        popup()->setCurrentIndex(2);
+        QCOMPARE(m_list->currentRow(), 2);
+        m_list->setCurrentRow(1);
+        QCOMPARE(popup()->currentIndex(), 1);
+        m_list->selectTitle(text("States Denver"));
+        QCOMPARE(popup()->currentText(), text("States Denver"));
+        m_list->removeTitle(text("States Denver"));
+        QCOMPARE(popup()->currentIndex(), m_list->currentRow());
+        QCOMPARE(popup()->count(), m_list->count());
+        m_pane->fillCountries(m_servers);
+        QCOMPARE(popup()->currentIndex(), 0);
+        QCOMPARE(m_list->currentRow(), 0);
+    }
+
+    void closedPopUpStaysWhereItIsAndItsOpenListChooses() {
+        m_pane->fillCountries(m_servers);
+        m_pane->show();
+        popup()->setFocus();
+        QSignalSpy chosen(popup(), &QComboBox::activated);
+        QTest::keyClick(popup(), Qt::Key_End);
+        QVERIFY(popup()->view()->isVisible());
+        QCOMPARE(popup()->currentIndex(), 0);
+        QTest::keyClick(popup()->view(), Qt::Key_Down);
+        QCOMPARE(chosen.size(), 0);
+        QVERIFY(m_delegate.events.isEmpty());
+        QTest::keyClick(popup()->view(), Qt::Key_Return);
+        QCOMPARE(chosen.size(), 1);
+        QCOMPARE(m_list->currentRow(), 1);
+        QCOMPARE(m_delegate.events, (QStringList{text("US off"), text("stop")}));
+        QCOMPARE(m_list->selectedItem()->title, text("Germany Berlin"));
+    }
+
+    void entryOfAnotherViewIsChosenAsInThePopUp() {
+        m_pane->fillCountries(m_servers);
+        m_pane->choose(m_list->idAt(1));
+        QCOMPARE(popup()->currentIndex(), 1);
+        QCOMPARE(m_delegate.events, (QStringList{text("US off"), text("stop")}));
+        QCOMPARE(preferences().string(text("location")), text("BER DE"));
+        QCoreApplication::processEvents();
+        QCOMPARE(m_delegate.events.last(), text("terminate"));
+        m_delegate.events.clear();
+        m_pane->choose(0); // no entry has this id
+        m_pane->connectTo(nullptr, &m_delegate);
+        m_pane->checkPopupCountry();
+        m_pane->choose(m_list->idAt(2)); // the pop-up is disabled
+        QCoreApplication::processEvents();
+        QVERIFY(m_delegate.events.isEmpty());
+        QCOMPARE(popup()->currentIndex(), 1);
     }
 
     void updateNotificationRebuilds() {

@@ -1,4 +1,5 @@
 #include "frontend/ui/mainwindow/MainWindow.h"
+#include "frontend/session/LocationList.h"
 
 #include "frontend/ui/locations/QrvLocationPaneController.h"
 #include "frontend/ui/shared/QrvFancyIp.h"
@@ -202,7 +203,7 @@ private Q_SLOTS:
     }
 
     void floatingLevelIsDroppedThroughTheWindowItself() {
-        MainWindow floating;
+        MainWindow floating(m_fixture->locations);
         floating.raiseFloatingLevel();
         floating.show();
         const WId before = floating.winId();

@@ -3,6 +3,7 @@
 #include "fakes/TestPlatform.h"
 #include "platform/SystemLog.h"
 #include "tests/Text.h"
+#include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
 #include <QDir>
@@ -310,6 +311,80 @@ TEST_F(QrvAPITest, BothDelegateOperationsAreOptional) {
     m_api.setDelegate(nullptr);
     answer("STATUS: 1");
     EXPECT_EQ(m_api.request().status, 1);
+}
+
+class LongAnswer : public QrvAPITest {
+protected:
+    /// Longer than what is read at once.
+    static QByteArray longBody(const QByteArray &country) {
+        const QByteArray line = "Server: 7,Berlin,BER," + country + ",Germany,x|10.0.0.1<br />";
+        return "STATUS: 1<br />ClientIP: 1.1.1.1<br />" +
+               line.repeated(AnswerQueue::longestReadAtOnce / line.size() + 1);
+    }
+
+    void finish(const QByteArray &body) {
+        ASSERT_TRUE(m_api.cmdAuth(QString()));
+        ASSERT_TRUE(m_services.urls().finishNext(body));
+    }
+
+    [[nodiscard]] QString country() const { return m_api.request().servers.at(0)->countryCode; }
+};
+
+TEST_F(LongAnswer, IsReadInTheBackgroundAndReportedWhenItsListIsReady) {
+    m_api.setDelegate(&m_delegate);
+    m_api.setInetConnect(true);
+    finish(longBody("DE"));
+    EXPECT_EQ(m_delegate.answers, 0);
+    EXPECT_TRUE(m_api.request().servers.isEmpty());
+    ASSERT_TRUE(spinUntil([this] { return m_delegate.answers == 1; }));
+    EXPECT_EQ(country(), text("DE"));
+    EXPECT_TRUE(m_api.model().isServerListValid());
+    EXPECT_TRUE(QDir(m_services.platform().temporaryFolder).entryList({text("auth-*")}).isEmpty());
+}
+
+TEST_F(LongAnswer, LaterReportsWaitForIt) {
+    class Recorder final : public QrvApiProtocol {
+    public:
+        void qrvAnswer(QrvAPI &api) override { events.append(api.request().clientIP); }
+
+        void qrvFailed(const platform::UrlError &error) override { events.append(error.description); }
+
+        QStringList events;
+    } recorder;
+
+    m_api.setDelegate(&recorder);
+    m_api.setInetConnect(true);
+    finish(longBody("DE"));
+    ASSERT_TRUE(m_api.cmdAuth(QString()));
+    ASSERT_TRUE(m_services.urls().failNext({platform::UrlError::Kind::Refused, text("refused")}));
+    finish("ClientIP: 2.2.2.2<br />Server: 8,Paris,PAR,FR,France,x|10.0.0.1");
+    EXPECT_TRUE(recorder.events.isEmpty());
+    ASSERT_TRUE(spinUntil([&recorder] { return recorder.events.size() == 3; }));
+    EXPECT_EQ(recorder.events, (QStringList{text("1.1.1.1"), text("refused"), text("2.2.2.2")}));
+    EXPECT_EQ(country(), text("FR"));
+}
+
+TEST_F(LongAnswer, OfAClientThatIsGoneIsDropped) {
+    auto api = std::make_unique<QrvAPI>();
+    api->setDelegate(&m_delegate);
+    api->setInetConnect(true);
+    ASSERT_TRUE(api->cmdAuth(QString()));
+    ASSERT_TRUE(m_services.urls().finishNext(longBody("DE")));
+    api.reset();
+    m_services.background().finishAll();
+    deliverQueued();
+    EXPECT_EQ(m_delegate.answers, 0);
+}
+
+TEST_F(LongAnswer, LinesBeyondTheMaximumAreLeftOutWithOneLogLine) {
+    m_api.setDelegate(&m_delegate);
+    m_api.setInetConnect(true);
+    m_services.logSink().clear();
+    finish(QByteArray("Server:,,,,|<br />").repeated(ServerLines::maximumLines + 3));
+    ASSERT_TRUE(spinUntil([this] { return m_delegate.answers == 1; }));
+    EXPECT_EQ(m_api.request().servers.size(), ServerLines::maximumLines);
+    EXPECT_EQ(m_services.logSink().lines().filter(text("left out")),
+              QStringList{text("server list: 3 lines beyond the first 100000 are left out")});
 }
 
 TEST_F(QrvAPITest, OneTimePairNeverReachesTheLog) {

@@ -4,14 +4,16 @@
 
 #include <QRandomGenerator>
 #include <QSet>
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace quorvane {
 
 namespace {
 
 QrvVpnDataList parse(const QStringList &lines) {
-    return ServerModel::parseServers(lines, text("user"), text("pass"), text("key"));
+    return ServerModel::parseServers(ServerLines(lines), text("user"), text("pass"), text("key"));
 }
 
 QStringList titles(const ServerModel &model) {
@@ -77,8 +79,8 @@ TEST(ServerRecord, EveryAddressIsPickedSometimes) {
 }
 
 TEST(ServerRecord, AbsentCredentialsStayAbsent) {
-    const auto groups = ServerModel::parseServers({text("7,Berlin,BER,DE,Germany,x|1.1.1.1")}, QString(),
-                                                  QString(), QString());
+    const auto groups = ServerModel::parseServers(ServerLines({text("7,Berlin,BER,DE,Germany,x|1.1.1.1")}),
+                                                  QString(), QString(), QString());
     EXPECT_TRUE(groups.first()->user.isNull());
     EXPECT_TRUE(groups.first()->pass.isNull());
 }
@@ -91,6 +93,100 @@ TEST(ServerRecord, SortedByLabelPlainly) {
         labels.append(group->cityCountry);
     }
     EXPECT_EQ(labels, (QStringList{text("Alpha a"), text("alpha c"), text("zeta b")}));
+}
+
+/// The content of a line, split in the simple way; empty when it is no record.
+QStringList recordOf(const QString &line) {
+    const QStringList fields = line.split(u',');
+    const qsizetype bar = line.indexOf(u'|');
+    if (bar < 0 || fields.size() < 5) {
+        return {};
+    }
+    return {fields[4] + u' ' + fields[1], fields[2] + u' ' + fields[3], fields[3],
+            line.sliced(bar + 1).split(u',').join(u'/')};
+}
+
+TEST(ServerRecordProperty, RandomLinesAreParsedAsTheSimpleWayParsesThem) {
+    // Letters whose order as UTF-8 differs from their order as UTF-16, a mark that starts files, and NUL.
+    const QStringList pieces{text(","),         text(","),      text(","),          text("|"),
+                             text("a"),         text("B"),      text("Land City"),  text("\uFF5E"),
+                             text("\uE000"),    text("\u00e9"), text("\U0001F600"), text("\uFEFF"),
+                             QString(QChar(0)), text(" ")};
+    std::mt19937 engine(11);
+    for (int round = 0; round < 2000; ++round) {
+        QStringList lines;
+        for (auto left = engine() % 30; left > 0; --left) {
+            QString line = text("");
+            for (auto units = engine() % 24; units > 0; --units) {
+                line += pieces.at(static_cast<qsizetype>(engine() % static_cast<unsigned>(pieces.size())));
+            }
+            lines.append(line);
+        }
+        QList<QStringList> expected;
+        for (const QString &line : lines) {
+            if (const QStringList record = recordOf(line); !record.isEmpty()) {
+                expected.append(record);
+            }
+        }
+        std::stable_sort(expected.begin(), expected.end(),
+                         [](const auto &a, const auto &b) { return a.first() < b.first(); });
+        QList<QStringList> found;
+        for (const QrvVpnDataPointer &group : parse(lines)) {
+            found.append(
+                {group->cityCountry, group->codeName, group->countryCode, group->ipAdressArray.join(u'/')});
+            ASSERT_TRUE(group->ipAdressArray.contains(group->ipAdress));
+            ASSERT_EQ(group->filteredIpAdressArray, group->ipAdressArray);
+        }
+        ASSERT_EQ(found, expected) << lines.join(u'\n').toStdString();
+    }
+}
+
+TEST(ServerRecordProperty, FieldsWithoutAGroupAreThoseOfTheGroup) {
+    const auto groups =
+        parse({text("7,Berlin,BER,DE,Germany,x|10.0.0.1"), text("a,b,c,d,e|1.1.1.1"), text(",,,,|")});
+    for (qsizetype i = 0; i < groups.size(); ++i) {
+        const QrvVpnDataPointer group = groups.at(i);
+        EXPECT_EQ(QString::fromUtf8(groups.label(i)), group->cityCountry);
+        EXPECT_EQ(QString::fromUtf8(groups.countryCode(i)), group->countryCode);
+        EXPECT_EQ(groups.codeName(i), group->codeName);
+        EXPECT_EQ(groups.at(i), group); // the same group again
+    }
+    EXPECT_EQ(groups.size(), 3);
+}
+
+TEST(ServerRecord, LongLabelsThatBeginAlikeAreSorted) {
+    QStringList lines;
+    QStringList labels;
+    for (int i = 0; i < 300; ++i) {
+        const QString city = text("x").repeated(i * 7 % 90) + QString::number(i * 37 % 300);
+        lines.append(text("1,") + city + text(",B,BB,Country,x|1.1.1.1"));
+        labels.append(text("Country ") + city);
+    }
+    std::sort(labels.begin(), labels.end());
+    QStringList found;
+    for (const QrvVpnDataPointer &group : parse(lines)) {
+        found.append(group->cityCountry);
+    }
+    EXPECT_EQ(found, labels);
+}
+
+TEST(Discarding, AppliesToGroupsMadeBeforeAndAfter) {
+    auto groups = parse({text("7,Berlin,BER,DE,Germany,x|10.0.0.1,10.0.0.2"),
+                         text("8,Denver,DEN,US,States,x|10.0.1.1"), text("9,Nowhere,NOW,QQ,Quux,x|")});
+    const QrvVpnDataPointer early = groups.at(0);
+    groups.setDiscarded({text("10.0.0.1"), text("10.0.1.1")});
+    EXPECT_EQ(early->filteredIpAdressArray, QStringList{text("10.0.0.2")});
+    EXPECT_EQ(early->ipAdressArray.size(), 2);
+    EXPECT_TRUE(groups.isUsable(0));
+    EXPECT_TRUE(groups.isUsable(1)); // Quux, whose only address is empty
+    EXPECT_FALSE(groups.isUsable(2));
+    EXPECT_TRUE(groups.at(2)->filteredIpAdressArray.isEmpty());
+    groups.setDiscarded({text("")});
+    EXPECT_FALSE(groups.isUsable(1));
+    groups.setDiscarded({});
+    EXPECT_TRUE(groups.isUsable(2));
+    EXPECT_EQ(early->filteredIpAdressArray.size(), 2);
+    EXPECT_EQ(groups.at(2)->filteredIpAdressArray.size(), 1);
 }
 
 TEST(Locations, PieceNeedsExactlyFourFields) {
@@ -177,7 +273,7 @@ protected:
     LookUps() {
         const QStringList lines{text("7,Berlin,BER,DE,Germany,x|10.0.0.12,10.0.0.2"),
                                 text("8,Paris,PAR,FR,France,x|10.0.0.1")};
-        m_model.setServerList(lines);
+        m_model.setServerList(ServerLines(lines));
         m_model.setServers(parse(lines));
         m_model.setLocations(text("DE;BER;Berlin;0|FR;PAR;Paris;0|AT;BER2;Berlin;0"));
     }
@@ -241,7 +337,7 @@ TEST_F(LookUps, EmptyAddressFindsNothing) {
 }
 
 TEST_F(LookUps, LineTooShortForALookUpIsSkipped) {
-    m_model.setServerList({text("10.0.0.1,short"), text("8,Paris,PAR,FR,France,x|10.0.0.1")});
+    m_model.setServerList(ServerLines({text("10.0.0.1,short"), text("8,Paris,PAR,FR,France,x|10.0.0.1")}));
     EXPECT_EQ(m_model.getCodeByIP(text("10.0.0.1")), text("FR"));
 }
 

@@ -94,7 +94,7 @@ protected:
         m_services.addResource(text("extractip.sh"), "echo 203.0.113.7\n");
         m_display.starting();
         m_api.setInetConnect(true);
-        m_api.model().setServerList({m_serverLine});
+        m_api.model().setServerList(ServerLines({m_serverLine}));
     }
 
     ~HideIpSessionTest() override {

@@ -25,12 +25,27 @@ Entry location(quint64 id, const char *country,
     return {id, text("Location %1").arg(id), data};
 }
 
+class ListedLocations final : public LocationChoice::Locations {
+public:
+    int count() const override { return static_cast<int>(entries.size()); }
+
+    quint64 idAt(int row) const override { return entries.at(row).id; }
+
+    Entry entryAt(int row) const override { return entries.at(row); }
+
+    bool isAmerican(int row) const override {
+        return entries.at(row).data && entries.at(row).data->countryCode == QLatin1String("US");
+    }
+
+    QList<Entry> entries;
+};
+
 class LocationChoiceTest : public testing::Test {
 protected:
     LocationChoiceTest() {
-        m_request.list = {Entry{1, LocationChoice::randomTitle(), nullptr}, location(2, "DE"),
+        m_list.entries = {Entry{1, LocationChoice::randomTitle(), nullptr}, location(2, "DE"),
                           location(3, "US"), location(4, "FR")};
-        m_request.candidate = m_request.list.first();
+        m_request.candidate = m_list.entries.first();
         m_request.isDiscarded = [this](const QString &row) {
             return m_discarded.contains(row);
         };
@@ -42,19 +57,20 @@ protected:
     LocationChoice choice{[this] {
         return static_cast<quint32>(m_engine());
     }};
-    Request m_request;
+    ListedLocations m_list;
+    Request m_request{m_list, {}, false, false, {}};
     QStringList m_discarded;
 };
 
 TEST_F(LocationChoiceTest, ListWithRandomLocationAloneHasNothingToPick) {
-    m_request.list.resize(1);
+    m_list.entries.resize(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::NothingToPick);
     EXPECT_FALSE(outcome.selection.has_value());
 }
 
 TEST_F(LocationChoiceTest, FixedLocationIsPickedAsItIs) {
-    m_request.candidate = m_request.list.at(1);
+    m_request.candidate = m_list.entries.at(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::Picked);
     EXPECT_EQ(outcome.pick.id, 2U);
@@ -100,7 +116,7 @@ TEST_F(LocationChoiceTest, UsedSetOfTheWholeListsSizeIsEmptied) {
 
 TEST_F(LocationChoiceTest, UsedFixedLocationTurnsIntoARandomRequest) {
     choice.setUsedItems({2});
-    m_request.candidate = m_request.list.at(1);
+    m_request.candidate = m_list.entries.at(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::Picked);
     EXPECT_NE(outcome.pick.id, 2U);
@@ -109,7 +125,7 @@ TEST_F(LocationChoiceTest, UsedFixedLocationTurnsIntoARandomRequest) {
 
 TEST_F(LocationChoiceTest, DiscardRowIsComparedWithTheCountryCode) {
     m_discarded = {text("203.0.113.1")};
-    m_request.candidate = m_request.list.at(1);
+    m_request.candidate = m_list.entries.at(1);
     EXPECT_EQ(choose().pick.id, 2U); // an address discards nothing here
     m_discarded = {text("DE")};
     choice.setUsedItems({3, 4});
@@ -143,21 +159,21 @@ TEST_F(LocationChoiceTest, UnitedStatesOnlyWithForeignUsedItemsRunsOut) {
 
 TEST_F(LocationChoiceTest, LowerCaseCodeIsNoCandidate) {
     m_request.usOnly = true;
-    m_request.list[2] = location(3, "us");
+    m_list.entries[2] = location(3, "us");
     EXPECT_EQ(choose().result, Result::NoUnitedStates);
 }
 
 TEST_F(LocationChoiceTest, AutomaticChangeShowsRandomLocation) {
     m_request.automaticChange = true;
     EXPECT_EQ(choose().selection, 1U);
-    m_request.candidate = m_request.list.at(1);
+    m_request.candidate = m_list.entries.at(1);
     choice.setUsedItems({});
     EXPECT_EQ(choose().selection, 1U);
 }
 
 TEST_F(LocationChoiceTest, PickWithoutAUsableAddressIsNoPick) {
-    m_request.list[1] = location(2, "DE", {});
-    m_request.candidate = m_request.list.at(1);
+    m_list.entries[1] = location(2, "DE", {});
+    m_request.candidate = m_list.entries.at(1);
     EXPECT_EQ(choose().result, Result::NothingToPick);
 }
 
@@ -165,11 +181,12 @@ TEST(LocationChoiceProperty, RotationNeverRepeatsAndUnitedStatesMeansUnitedState
     std::mt19937 engine(20);
     for (int round = 0; round < 3000; ++round) {
         LocationChoice choice([&engine] { return static_cast<quint32>(engine()); });
-        Request request;
-        request.list = {Entry{1, LocationChoice::randomTitle(), nullptr}};
+        ListedLocations list;
+        Request request{list, {}, false, false, {}};
+        list.entries = {Entry{1, LocationChoice::randomTitle(), nullptr}};
         const auto count = 1 + engine() % 12;
         for (quint64 id = 2; id < 2 + count; ++id) {
-            request.list.append(location(id, engine() % 3 == 0 ? "US" : "DE"));
+            list.entries.append(location(id, engine() % 3 == 0 ? "US" : "DE"));
         }
         request.usOnly = engine() % 4 == 0;
         request.automaticChange = engine() % 2 == 0;
@@ -178,9 +195,9 @@ TEST(LocationChoiceProperty, RotationNeverRepeatsAndUnitedStatesMeansUnitedState
         };
         QSet<quint64> seen;
         for (unsigned press = 0; press < count + 2; ++press) {
-            request.candidate = request.list.first();
+            request.candidate = list.entries.first();
             const qsizetype american =
-                std::count_if(request.list.begin(), request.list.end(), [](const Entry &entry) {
+                std::count_if(list.entries.begin(), list.entries.end(), [](const Entry &entry) {
                     return entry.data && entry.data->countryCode == QLatin1String("US");
                 });
             if (request.usOnly && seen.size() == american) {
@@ -214,10 +231,11 @@ TEST(LocationChoiceProperty, FirstPickIsUniform) {
     QHash<quint64, int> hits;
     for (int i = 0; i < draws; ++i) {
         LocationChoice choice([&engine] { return static_cast<quint32>(engine()); });
-        Request request;
-        request.list = {Entry{1, LocationChoice::randomTitle(), nullptr}};
+        ListedLocations list;
+        Request request{list, {}, false, false, {}};
+        list.entries = {Entry{1, LocationChoice::randomTitle(), nullptr}};
         for (quint64 id = 2; id < 2 + locations; ++id) {
-            request.list.append(location(id, "DE"));
+            list.entries.append(location(id, "DE"));
         }
         request.isDiscarded = [](const QString &) {
             return false;
