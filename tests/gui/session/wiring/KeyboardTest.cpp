@@ -174,9 +174,10 @@ private Q_SLOTS:
 
     void locationIsChosenWithTheArrowsInTheOpenList() {
         auto *popup = find<QComboBox>("popupCountry");
-        m_fixture->locations.fill(ServerModel::parseServers(ServerLines({text("7,Berlin,BER,DE,Germany,x|10.0.0.1")}),
-                                                   QString(), QString(), QString()),
-                         {}, {});
+        m_fixture->locations.fill(
+            ServerModel::parseServers(ServerLines({text("7,Berlin,BER,DE,Germany,x|10.0.0.1")}), QString(),
+                                      QString(), QString()),
+            {}, {});
         QSignalSpy chosen(popup, &QComboBox::activated);
         popup->setFocus();
         press(Qt::Key_Down);

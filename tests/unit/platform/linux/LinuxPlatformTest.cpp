@@ -40,10 +40,10 @@ protected:
 
 TEST_F(LinuxPlatformTest, HasEveryService) {
     const auto made = platform::makeLinuxPlatform();
-    EXPECT_TRUE(made->bundle && made->preferences && made->userDefaults && made->background && made->notifications &&
-                made->delayedCalls && made->logSink && made->log && made->scripting && made->authorization &&
-                made->keyStore && made->reachability && made->hardware && made->hotKeys && made->processes &&
-                made->trayHosts && made->urls && made->workspace);
+    EXPECT_TRUE(made->bundle && made->preferences && made->userDefaults && made->background &&
+                made->notifications && made->delayedCalls && made->logSink && made->log && made->scripting &&
+                made->authorization && made->keyStore && made->reachability && made->hardware &&
+                made->hotKeys && made->processes && made->trayHosts && made->urls && made->workspace);
     EXPECT_EQ(made->temporaryFolder, QStringLiteral("/tmp"));
     EXPECT_EQ(made->account.home, m_home.path());
     EXPECT_EQ(made->preferences->filePath(),
