@@ -104,7 +104,7 @@ def test_refresh_requests_the_list_again(world, client, tray):
     world.home.wait_for(lambda: len(world.service.requests_of("MRTSL")) == 2, "the list is requested again")
 
 
-def test_location_from_the_menu(world, client, tray):
+def test_location_from_the_menu(client, tray):
     """The submenu is filled when it is opened, and its entry is chosen as in the window."""
     tray.appear()
     client.start()

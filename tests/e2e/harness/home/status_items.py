@@ -120,7 +120,7 @@ class TrayOperations:
         ]
 
     def op_tray_submenu(self, label):
-        """Opens a submenu, and returns the labels of its entries as op_tray_menu does, the checked one too."""
+        """Opens a submenu; returns the labels of its entries as op_tray_menu does, the checked one too."""
         name, menu, entries = self._menu()
         for number, about, _ in entries:
             if about.get("label") == label:
