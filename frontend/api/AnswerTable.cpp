@@ -1,6 +1,6 @@
 #include "AnswerTable.h"
 
-#include "frontend/support/Utf8.h"
+#include "frontend/support/UnicodeText.h"
 
 #include <utility>
 
@@ -44,8 +44,8 @@ QString AnswerTable::value(const QString &key) const {
 
 std::optional<AnswerTable> AnswerTable::read(const QByteArray &text) {
     QByteArrayView rest(text);
-    if (rest.startsWith(Utf8::byteOrderMark)) {
-        rest = rest.sliced(Utf8::byteOrderMark.size());
+    if (rest.startsWith(UnicodeText::byteOrderMark)) {
+        rest = rest.sliced(UnicodeText::byteOrderMark.size());
     }
     if (text.isNull() || !rest.isValidUtf8() ||
         rest == QByteArrayView("Connection to the Quorvane API successful.")) {
@@ -64,7 +64,7 @@ std::optional<AnswerTable> AnswerTable::read(const QByteArray &text) {
             table.servers.append(value);
         } else {
             // An empty value is not null, so that it differs from an absent one.
-            table.values.insert(Utf8::decoded(key), Utf8::decoded(value));
+            table.values.insert(UnicodeText::decoded(key), UnicodeText::decoded(value));
         }
     }
     return table;

@@ -2,7 +2,7 @@
 
 #include "LabelOrder.h"
 #include "ServerLines.h"
-#include "frontend/support/Utf8.h"
+#include "frontend/support/UnicodeText.h"
 
 #include <QHash>
 #include <QRandomGenerator>
@@ -101,14 +101,14 @@ QrvVpnDataPointer QrvVpnDataList::Groups::make(const Record &record) const {
     const QByteArrayView line = lines.at(record.line);
     const Fields fields = fieldsOf(line).value_or(Fields());
     auto data = std::make_shared<QrvVpnData>();
-    data->ipAdressArray = Utf8::decoded(addressesOf(line)).split(u',');
+    data->ipAdressArray = UnicodeText::decoded(addressesOf(line)).split(u',');
     data->ipAdress = data->ipAdressArray.at(QRandomGenerator::global()->bounded(data->ipAdressArray.size()));
     if (data->ipAdress.isNull()) {
         data->ipAdress = QStringLiteral("");
     }
-    data->cityCountry = Utf8::decoded(labelOf(record));
-    data->codeName = Utf8::decoded(fields[2]) + QChar(u' ') + Utf8::decoded(fields[3]);
-    data->countryCode = Utf8::decoded(fields[3]);
+    data->cityCountry = UnicodeText::decoded(labelOf(record));
+    data->codeName = UnicodeText::decoded(fields[2]) + QChar(u' ') + UnicodeText::decoded(fields[3]);
+    data->countryCode = UnicodeText::decoded(fields[3]);
     data->user = user;
     data->pass = password;
     data->key = key;
@@ -148,7 +148,7 @@ QByteArrayView QrvVpnDataList::countryCode(qsizetype index) const {
 
 QString QrvVpnDataList::codeName(qsizetype index) const {
     const Fields fields = m_groups->fieldsAt(index);
-    return Utf8::decoded(fields[2]) + QChar(u' ') + Utf8::decoded(fields[3]);
+    return UnicodeText::decoded(fields[2]) + QChar(u' ') + UnicodeText::decoded(fields[3]);
 }
 
 bool QrvVpnDataList::isUsable(qsizetype index) const {

@@ -17,28 +17,30 @@ class ServerLines;
 /// A list may be made on any thread. From the first use of a group on it belongs to the main thread.
 class QrvVpnDataList {
 public:
-    class const_iterator {
+    class ConstIterator {
     public:
+        // NOLINTBEGIN(readability-identifier-naming): the names that the standard library looks for
         using iterator_category = std::forward_iterator_tag;
         using value_type = QrvVpnDataPointer;
         using difference_type = qsizetype;
         using pointer = const QrvVpnDataPointer *;
         using reference = QrvVpnDataPointer;
+        // NOLINTEND(readability-identifier-naming)
 
-        const_iterator() = default;
+        ConstIterator() = default;
 
-        const_iterator(const QrvVpnDataList *list, qsizetype index) : m_list(list), m_index(index) {}
+        ConstIterator(const QrvVpnDataList *list, qsizetype index) : m_list(list), m_index(index) {}
 
         QrvVpnDataPointer operator*() const { return m_list->at(m_index); }
 
-        const_iterator &operator++() {
+        ConstIterator &operator++() {
             ++m_index;
             return *this;
         }
 
-        const_iterator operator++(int) { return {m_list, m_index++}; }
+        ConstIterator operator++(int) { return {m_list, m_index++}; }
 
-        bool operator==(const const_iterator &other) const { return m_index == other.m_index; }
+        bool operator==(const ConstIterator &other) const { return m_index == other.m_index; }
 
     private:
         const QrvVpnDataList *m_list = nullptr;
@@ -60,9 +62,9 @@ public:
 
     [[nodiscard]] QrvVpnDataPointer first() const { return at(0); }
 
-    [[nodiscard]] const_iterator begin() const { return {this, 0}; }
+    [[nodiscard]] ConstIterator begin() const { return {this, 0}; }
 
-    [[nodiscard]] const_iterator end() const { return {this, size()}; }
+    [[nodiscard]] ConstIterator end() const { return {this, size()}; }
 
     // Fields of a group that need not be made for them. The texts are UTF-8 and as valid as the list.
     [[nodiscard]] QByteArrayView label(qsizetype index) const;

@@ -1,6 +1,6 @@
 #include "ServerLines.h"
 
-#include "frontend/support/Utf8.h"
+#include "frontend/support/UnicodeText.h"
 
 namespace quorvane {
 
@@ -19,7 +19,7 @@ QStringList ServerLines::toStringList() const {
     QStringList lines;
     lines.reserve(size());
     for (qsizetype i = 0; i < size(); ++i) {
-        lines.append(Utf8::decoded(at(i)));
+        lines.append(UnicodeText::decoded(at(i)));
     }
     return lines;
 }

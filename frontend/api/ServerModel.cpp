@@ -1,6 +1,6 @@
 #include "ServerModel.h"
 
-#include "frontend/support/Utf8.h"
+#include "frontend/support/UnicodeText.h"
 
 #include <QByteArrayMatcher>
 #include <QSet>
@@ -122,7 +122,7 @@ std::optional<qsizetype> ServerModel::groupForLabel(const QString &label) const 
 
 QString ServerModel::getCountryByLocationForVPN(const QString &label) const {
     const auto group = groupForLabel(label);
-    return group ? Utf8::decoded(m_servers.countryCode(*group)) : unknownCode();
+    return group ? UnicodeText::decoded(m_servers.countryCode(*group)) : unknownCode();
 }
 
 QString ServerModel::getCodeByLocationForVPN(const QString &label) const {
@@ -140,7 +140,7 @@ QStringList ServerModel::serverFieldsWith(const QString &address) const {
     for (qsizetype i = 0; i < m_serverList.size(); ++i) {
         const QByteArrayView line = m_serverList.at(i);
         if (matcher.indexIn(line.data(), line.size()) >= 0) {
-            const QStringList fields = Utf8::decoded(line).split(u',');
+            const QStringList fields = UnicodeText::decoded(line).split(u',');
             if (fields.size() > 3) {
                 return fields;
             }

@@ -1,6 +1,6 @@
 #include "LocationList.h"
 
-#include "frontend/support/Utf8.h"
+#include "frontend/support/UnicodeText.h"
 
 #include <algorithm>
 
@@ -70,12 +70,12 @@ bool LocationList::isAmerican(int row) const {
 
 QString LocationList::title(int row) const {
     const qsizetype group = rowAt(row).group;
-    return group == noGroup ? LocationChoice::randomTitle() : Utf8::decoded(m_groups.label(group));
+    return group == noGroup ? LocationChoice::randomTitle() : UnicodeText::decoded(m_groups.label(group));
 }
 
 QString LocationList::countryCode(int row) const {
     const qsizetype group = rowAt(row).group;
-    return group == noGroup ? QStringLiteral("") : Utf8::decoded(m_groups.countryCode(group));
+    return group == noGroup ? QStringLiteral("") : UnicodeText::decoded(m_groups.countryCode(group));
 }
 
 QString LocationList::flag(int row) const {

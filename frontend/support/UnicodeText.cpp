@@ -1,8 +1,8 @@
-#include "Utf8.h"
+#include "UnicodeText.h"
 
 namespace quorvane {
 
-QString Utf8::decoded(QByteArrayView utf8) {
+QString UnicodeText::decoded(QByteArrayView utf8) {
     if (utf8.isEmpty()) {
         return QStringLiteral("");
     }

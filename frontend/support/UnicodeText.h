@@ -6,7 +6,7 @@
 namespace quorvane {
 
 /// Parts of a UTF-8 text that is valid as a whole. Any thread.
-namespace Utf8 {
+namespace UnicodeText {
 
 inline constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
 
@@ -14,6 +14,6 @@ inline constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
 /// the start.
 [[nodiscard]] QString decoded(QByteArrayView utf8);
 
-} // namespace Utf8
+} // namespace UnicodeText
 
 } // namespace quorvane
