@@ -12,11 +12,11 @@ namespace quorvane::platform {
 namespace {
 
 TEST(ThreadedWorkTest, WorkRunsBesideAndItsEndOnTheMainThread) {
-    ThreadedWork background;
-    QObject context;
     const QThread *const mainThread = QThread::currentThread();
     const QThread *worked = nullptr;
     const QThread *ended = nullptr;
+    ThreadedWork background;
+    QObject context;
     background.run([&] { worked = QThread::currentThread(); }, &context,
                    [&] { ended = QThread::currentThread(); });
     EXPECT_EQ(ended, nullptr); // not before run() has returned
@@ -26,10 +26,10 @@ TEST(ThreadedWorkTest, WorkRunsBesideAndItsEndOnTheMainThread) {
 }
 
 TEST(ThreadedWorkTest, WorkThatHangsDelaysNoOther) {
+    std::latch release(1); // the work uses it until the threads have ended
     ThreadedWork background;
     QObject context;
     constexpr int hanging = 20; // more than there are processors
-    std::latch release(1);
     for (int i = 0; i < hanging; ++i) {
         background.run([&release] { release.wait(); }, &context, [] {});
     }
@@ -41,10 +41,10 @@ TEST(ThreadedWorkTest, WorkThatHangsDelaysNoOther) {
 }
 
 TEST(ThreadedWorkTest, TheEndIsDroppedWhenTheContextIsDestroyedMeanwhile) {
-    ThreadedWork background;
-    auto context = std::make_unique<QObject>();
     std::latch release(1);
     bool ended = false;
+    ThreadedWork background;
+    auto context = std::make_unique<QObject>();
     background.run([&release] { release.wait(); }, context.get(), [&ended] { ended = true; });
     context.reset();
     release.count_down();
