@@ -91,8 +91,11 @@ QString LocationList::shownText(int row) const {
     if (rowAt(row).group == noGroup) {
         return tr("Random Location");
     }
-    QString text = title(row);
-    text.truncate(shownCharacters);
+    return shownTitle(title(row));
+}
+
+QString LocationList::shownTitle(const QString &title) {
+    QString text = title.left(shownCharacters);
     if (!text.isEmpty() && text.back().isHighSurrogate()) {
         text.chop(1);
     }

@@ -28,6 +28,9 @@ public:
     /// Characters of a title that are shown.
     static constexpr qsizetype shownCharacters = 200;
 
+    /// The title, not too long to be shown.
+    [[nodiscard]] static QString shownTitle(const QString &title);
+
     explicit LocationList(QObject *parent = nullptr);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;

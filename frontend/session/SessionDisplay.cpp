@@ -1,5 +1,7 @@
 #include "SessionDisplay.h"
 
+#include "LocationList.h"
+
 namespace quorvane {
 
 SessionDisplay::SessionDisplay(QObject *parent) : QObject(parent) {}
@@ -103,7 +105,7 @@ void SessionDisplay::hidden(const QString &lentIp, const QString &originalIp, co
     m_current.currentIp = lentIp;
     m_current.line1 = {tr("You are currently hiding your real IP %1").arg(originalIp), Tone::Plain, true};
     if (!location.isEmpty()) {
-        m_current.line22.text = location;
+        m_current.line22.text = LocationList::shownTitle(location);
     }
     m_current.stateImage = QStringLiteral("applock");
     m_current.trayImage = QStringLiteral("TrayLock");

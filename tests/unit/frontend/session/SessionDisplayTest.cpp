@@ -158,6 +158,12 @@ TEST(SessionDisplay, EmptyLocationLeavesTheLine) {
     EXPECT_EQ(display.state().line22.text, text("Germany Berlin"));
 }
 
+TEST(SessionDisplay, LongLocationIsCut) {
+    SessionDisplay display;
+    display.hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), QString(20000, u'W'));
+    EXPECT_EQ(display.state().line22.text, QString(200, u'W'));
+}
+
 TEST(SessionDisplay, WaitingEnablesStopping) {
     SessionDisplay display;
     display.starting();
