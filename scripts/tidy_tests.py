@@ -123,7 +123,7 @@ class Tidy:
 
 def main():
     """Exit status 1 when something was found."""
-    build, stamps = sys.argv[1:3]
+    build, stamps = (Path(folder).resolve() for folder in sys.argv[1:3])
     common = digest(listed("tests/*.h", ".clang-tidy", "scripts/tidy_tests.py"))
 
     def stamp_of(path):

@@ -34,7 +34,7 @@ void checkTable(const AnswerTable &table) {
 }
 
 QString written(const AnswerTable &table) {
-    QString text = QStringLiteral("");
+    QString text = lineEnd; // a byte order mark that begins a key must not begin the text
     for (auto entry = table.values.begin(); entry != table.values.end(); ++entry) {
         text += entry.key() + QStringLiteral(": ") + entry.value() + lineEnd;
     }
