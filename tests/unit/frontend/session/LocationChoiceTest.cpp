@@ -51,10 +51,10 @@ protected:
         };
     }
 
-    Outcome choose() { return choice.choose(m_request); }
+    Outcome choose() { return m_choice.choose(m_request); }
 
     std::mt19937 m_engine{7};
-    LocationChoice choice{[this] {
+    LocationChoice m_choice{[this] {
         return static_cast<quint32>(m_engine());
     }};
     ListedLocations m_list;
@@ -76,7 +76,7 @@ TEST_F(LocationChoiceTest, FixedLocationIsPickedAsItIs) {
     EXPECT_EQ(outcome.pick.id, 2U);
     EXPECT_FALSE(outcome.selection.has_value());
     EXPECT_FALSE(outcome.updatesLocationText);
-    EXPECT_TRUE(choice.usedItems().isEmpty());
+    EXPECT_TRUE(m_choice.usedItems().isEmpty());
 }
 
 TEST_F(LocationChoiceTest, RandomPickIsSelectedUsedAndNamed) {
@@ -85,7 +85,7 @@ TEST_F(LocationChoiceTest, RandomPickIsSelectedUsedAndNamed) {
     EXPECT_NE(outcome.pick.id, 1U);
     EXPECT_EQ(outcome.selection, outcome.pick.id);
     EXPECT_TRUE(outcome.updatesLocationText);
-    EXPECT_EQ(choice.usedItems(), QSet<quint64>{outcome.pick.id});
+    EXPECT_EQ(m_choice.usedItems(), QSet<quint64>{outcome.pick.id});
 }
 
 TEST_F(LocationChoiceTest, NoCandidateIsARandomRequestToo) {
@@ -102,20 +102,20 @@ TEST_F(LocationChoiceTest, ThreeLocationsProduceThreeDifferentPicksThenNone) {
     // The used set (3) is compared with the whole list (4), so it is never emptied on this path.
     const Outcome fourth = choose();
     EXPECT_EQ(fourth.result, Result::AllUsed);
-    EXPECT_EQ(choice.usedItems().size(), 3);
-    choice.setUsedItems({});
+    EXPECT_EQ(m_choice.usedItems().size(), 3);
+    m_choice.setUsedItems({});
     EXPECT_EQ(choose().result, Result::Picked);
 }
 
 TEST_F(LocationChoiceTest, UsedSetOfTheWholeListsSizeIsEmptied) {
-    choice.setUsedItems({2, 3, 4, 99});
+    m_choice.setUsedItems({2, 3, 4, 99});
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::Picked);
-    EXPECT_EQ(choice.usedItems(), QSet<quint64>{outcome.pick.id});
+    EXPECT_EQ(m_choice.usedItems(), QSet<quint64>{outcome.pick.id});
 }
 
 TEST_F(LocationChoiceTest, UsedFixedLocationTurnsIntoARandomRequest) {
-    choice.setUsedItems({2});
+    m_choice.setUsedItems({2});
     m_request.candidate = m_list.entries.at(1);
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.result, Result::Picked);
@@ -128,7 +128,7 @@ TEST_F(LocationChoiceTest, DiscardRowIsComparedWithTheCountryCode) {
     m_request.candidate = m_list.entries.at(1);
     EXPECT_EQ(choose().pick.id, 2U); // an address discards nothing here
     m_discarded = {text("DE")};
-    choice.setUsedItems({3, 4});
+    m_choice.setUsedItems({3, 4});
     const Outcome outcome = choose();
     EXPECT_EQ(outcome.pick.id, 2U); // turned into a random request, which may still pick it
     EXPECT_TRUE(outcome.updatesLocationText);
@@ -141,7 +141,7 @@ TEST_F(LocationChoiceTest, UnitedStatesOnlyLeavesTheSelectionAlone) {
     EXPECT_EQ(outcome.pick.id, 3U);
     EXPECT_FALSE(outcome.selection.has_value());
     EXPECT_TRUE(outcome.updatesLocationText);
-    EXPECT_EQ(choice.usedItems(), QSet<quint64>{3});
+    EXPECT_EQ(m_choice.usedItems(), QSet<quint64>{3});
 }
 
 TEST_F(LocationChoiceTest, UnitedStatesOnlyEmptiesItsSetWhenAllAreUsed) {
@@ -153,7 +153,7 @@ TEST_F(LocationChoiceTest, UnitedStatesOnlyEmptiesItsSetWhenAllAreUsed) {
 
 TEST_F(LocationChoiceTest, UnitedStatesOnlyWithForeignUsedItemsRunsOut) {
     m_request.usOnly = true;
-    choice.setUsedItems({3, 2}); // one candidate, two used: the sizes differ, nothing is emptied
+    m_choice.setUsedItems({3, 2}); // one candidate, two used: the sizes differ, nothing is emptied
     EXPECT_EQ(choose().result, Result::AllUsed);
 }
 
@@ -167,7 +167,7 @@ TEST_F(LocationChoiceTest, AutomaticChangeShowsRandomLocation) {
     m_request.automaticChange = true;
     EXPECT_EQ(choose().selection, 1U);
     m_request.candidate = m_list.entries.at(1);
-    choice.setUsedItems({});
+    m_choice.setUsedItems({});
     EXPECT_EQ(choose().selection, 1U);
 }
 

@@ -24,7 +24,7 @@ public:
         AtOnce        ///< without reading anything
     };
 
-    explicit TestServer(Answer connectionAnswer, Start m_start = Start::AfterRequest);
+    explicit TestServer(Answer connectionAnswer, Start start = Start::AfterRequest);
     ~TestServer();
     TestServer(const TestServer &) = delete;
     TestServer &operator=(const TestServer &) = delete;
