@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 #include <optional>
 
 namespace quorvane::platform {
@@ -14,6 +15,8 @@ struct ScriptResult {
     std::optional<int> errorNumber;
     /// A message for the user; null after a success.
     QString errorMessage;
+    /// Expires when no process that the line left behind has its output open any more.
+    std::weak_ptr<void> openOutput = {};
 };
 
 /// Runs shell lines, as the user or as the administrator.

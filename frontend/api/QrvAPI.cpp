@@ -131,10 +131,48 @@ bool QrvAPI::apiRequest(const QString &url) {
         return false;
     }
     const auto escaped = RequestUrls::escaped(url);
-    return escaped &&
-           services().urls->download(
-               *escaped, this, [this] { return decideDestination(); }, [this] { downloadDidFinish(); },
-               [this](const platform::UrlError &error) { downloadDidFail(error); });
+    if (!escaped) {
+        return false;
+    }
+    m_requestedKind = m_record.kind;
+    // The answer of another request may have cleared it.
+    const auto asRequested = [this] {
+        m_record.kind = m_requestedKind;
+    };
+    const bool started = services().urls->download(
+        *escaped, this,
+        [this, asRequested] {
+            asRequested();
+            return decideDestination();
+        },
+        [this, asRequested] {
+            asRequested();
+            downloadDidFinish();
+            downloadEnded();
+        },
+        [this, asRequested](const platform::UrlError &error) {
+            asRequested();
+            downloadDidFail(error);
+            downloadEnded();
+        });
+    m_openDownloads += started ? 1 : 0;
+    return started;
+}
+
+void QrvAPI::downloadEnded() {
+    --m_openDownloads;
+    m_answers.inOrder([this] {
+        if (m_openDownloads == 0 && std::exchange(m_listWanted, false)) {
+            cmdAuth(QString());
+        }
+    });
+}
+
+void QrvAPI::requestListAgain() {
+    m_listWanted = m_openDownloads > 0;
+    if (!m_listWanted) {
+        cmdAuth(QString());
+    }
 }
 
 bool QrvAPI::cmdAuth(const QString & /*text*/) {
@@ -173,10 +211,12 @@ void QrvAPI::downloadDidFinish() {
     const QString path = std::exchange(m_destinationFile, QString());
     // Read now: a request of the same kind within the same second has the same file.
     const QByteArray text = path.isEmpty() ? QByteArray() : TextFile::readBytes(path);
-    m_answers.read(text, [this, path](const auto &answer) { answerRead(path, answer); });
+    m_answers.read(
+        text, [this, kind = m_record.kind, path](const auto &answer) { answerRead(kind, path, answer); });
 }
 
-void QrvAPI::answerRead(const QString &path, const std::optional<ReadAnswer> &answer) {
+void QrvAPI::answerRead(quint32 kind, const QString &path, const std::optional<ReadAnswer> &answer) {
+    m_record.kind = kind;
     if (!answer) {
         freeRequest();
         return;

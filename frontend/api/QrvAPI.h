@@ -43,7 +43,7 @@ struct QrvApiRequest {
 /// The client of the service's HTTPS API. Main thread; downloads report their results there.
 ///
 /// There is one request record and no queue: callers start one request at a time, and every answer is read as
-/// that of the request started last.
+/// that of the request started last, whatever became of the answers before it.
 class QrvAPI final : public QObject {
     Q_OBJECT
 
@@ -75,6 +75,8 @@ public:
     /// True when a download was started; false at once without a network.
     bool apiRequest(const QString &url);
     bool cmdAuth(const QString &text);
+    /// Requests the server list, or, while a request is under way, when that one has ended.
+    void requestListAgain();
     bool setParameters(const QString &text, const QString &parameters);
     /// There is no lease to renew with this service: sends nothing.
     void getLease(const QString &text);
@@ -100,7 +102,8 @@ public:
     static void forgetProcessWideValues();
 
 private:
-    void answerRead(const QString &path, const std::optional<ReadAnswer> &answer);
+    void downloadEnded();
+    void answerRead(quint32 kind, const QString &path, const std::optional<ReadAnswer> &answer);
     void recordAnswer(const ReadAnswer &answer);
 
     QrvApiProtocol *m_delegate = nullptr;
@@ -111,6 +114,9 @@ private:
     QString m_destinationFile;
     AnswerQueue m_answers;
     quint32 m_attemptCount = 0;
+    quint32 m_requestedKind = QrvApiRequest::None;
+    int m_openDownloads = 0;
+    bool m_listWanted = false;
     std::recursive_mutex m_answerLock;
 };
 

@@ -6,6 +6,8 @@
 #include "platform/Platform.h"
 #include "platform/ScriptingService.h"
 
+#include <exception>
+
 namespace quorvane {
 
 namespace {
@@ -40,10 +42,25 @@ bool ScriptUtil::runProcessAsAdministrator(const QString &launchPath, const QStr
     if (isPresentButEmpty(user) || isPresentButEmpty(password)) {
         return false;
     }
-    Diagnostics::log(QStringLiteral("execute script"));
-    const platform::ScriptResult result =
-        platform::Platform::current().scripting->runAsAdministrator(line, user, password);
-    Diagnostics::log(QStringLiteral("Apple script error: ") + Diagnostics::shown(result.errorMessage));
+    platform::ScriptResult result;
+    try {
+        if (m_knownRefusal.isNull()) {
+            Diagnostics::log(QStringLiteral("execute script"));
+        }
+        result = platform::Platform::current().scripting->runAsAdministrator(line, user, password);
+        m_refusal = result.succeeded ? QString() : Diagnostics::shown(result.errorMessage);
+        m_openOutput = result.openOutput;
+        const bool logged = m_knownRefusal.isNull() || m_refusal != m_knownRefusal;
+        if (!m_knownRefusal.isNull() && logged) {
+            Diagnostics::log(QStringLiteral("execute script"));
+        }
+        if (logged) {
+            Diagnostics::log(QStringLiteral("Apple script error: ") +
+                             Diagnostics::shown(result.errorMessage));
+        }
+    } catch (const std::exception &) {
+        return false; // by design without a report and without a reset
+    }
     if (result.succeeded) {
         output = result.text;
         return true;

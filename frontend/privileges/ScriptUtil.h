@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <memory>
 
 namespace quorvane {
 
@@ -18,6 +19,15 @@ public:
     bool runProcessAsAdministrator(const QString &launchPath, const QStringList &arguments, QString &output,
                                    QString &errorDescription);
 
+    /// A refusal with this message is not logged: the same one was logged before. For the next command.
+    void setKnownRefusal(const QString &message) { m_knownRefusal = message; }
+
+    /// Why the last command failed, as the system reported it; null after a success.
+    [[nodiscard]] QString refusal() const { return m_refusal; }
+
+    /// Expires when no process that the last command left behind has its output open any more.
+    [[nodiscard]] std::weak_ptr<void> openOutput() const { return m_openOutput; }
+
     /// Whether the wired and the wireless service both list the two public resolvers.
     [[nodiscard]] bool getSystemDns();
     [[nodiscard]] bool getEthernetDns();
@@ -27,6 +37,10 @@ public:
 
 private:
     [[nodiscard]] bool listsResolvers(const QString &command);
+
+    QString m_knownRefusal;
+    QString m_refusal;
+    std::weak_ptr<void> m_openOutput;
 };
 
 } // namespace quorvane

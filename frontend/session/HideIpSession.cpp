@@ -1,301 +1,452 @@
 #include "HideIpSession.h"
 
-#include "SessionDisplay.h"
+#include "LocationChoice.h"
+#include "LocationList.h"
+#include "LocationRotation.h"
 #include "SessionState.h"
-#include "frontend/api/QrvAPI.h"
+#include "SessionWindow.h"
+#include "frontend/api/ConfigurationFetch.h"
 #include "frontend/privileges/FileUtils.h"
+#include "frontend/privileges/QrvCredentials.h"
+#include "frontend/support/AlertPresenter.h"
 #include "frontend/support/Diagnostics.h"
 #include "frontend/support/Preferences.h"
 #include "frontend/support/SessionLog.h"
-#include "frontend/tunnel/LentAddress.h"
-#include "frontend/tunnel/Vpn.h"
 #include "platform/DelayedCalls.h"
 #include "platform/Platform.h"
 
-#include "LocationChoice.h"
-
+#include <algorithm>
+#include <cmath>
 #include <exception>
 
 namespace quorvane {
 
 namespace {
 
-constexpr double secondsPerMinute = 60.0;
-
-platform::Platform &services() {
-    return platform::Platform::current();
-}
-
-QString noAddress() {
-    return QStringLiteral("0.0.0.0");
-}
-
 SessionState &shared() {
     return SessionState::shared();
 }
 
+QString transportLabel() {
+    return Preferences::integer(Preference::TcpUdp) == 1 ? QStringLiteral("UDP") : QStringLiteral("TCP");
+}
+
 } // namespace
 
-HideIpSession::HideIpSession(SessionEnvironment &environment, SessionDisplay &display, QrvAPI &api, Vpn &vpn,
-                             QObject *parent)
-    : QObject(parent), m_environment(environment), m_display(display), m_api(api), m_vpn(vpn) {}
+HideIpSession::HideIpSession(const SessionParts &parts, QObject *parent)
+    : VpnProtocol(parent), m_parts(parts) {
+    m_parts.vpn.setDelegate(this);
+    connect(&m_parts.fetch, &ConfigurationFetch::stored, this,
+            [this] { post(&HideIpSession::fetchEnded, m_fetchAttempt, true); });
+    connect(&m_parts.fetch, &ConfigurationFetch::failed, this,
+            [this] { post(&HideIpSession::fetchEnded, m_fetchAttempt, false); });
+    connect(&m_parts.chooser, &LocationChooser::rebuilt, this, &HideIpSession::resumeIfWaiting);
+    m_display = displayOf(m_facts);
+}
 
 HideIpSession::~HideIpSession() {
     cancelChangeTimer();
+    platform::Platform::current().delayedCalls->cancelAll(&m_resetTimer);
+    m_parts.vpn.setDelegate(nullptr);
 }
 
-void HideIpSession::quorvaneButtonPressed() {
-    m_failures = 0;
-    if (!m_api.inetConnect()) {
-        Diagnostics::log(QStringLiteral("quorvaneButtonPressed no inet"));
-        m_display.switchedOn(false);
-        m_environment.alert(QStringLiteral("Quorvane"),
-                            tr("No Internet connection detected, please check your Internet settings.\n"));
-        terminateVpn();
-        return;
-    }
-    if (!m_api.model().isServerListValid()) {
-        Diagnostics::log(QStringLiteral("quorvaneButtonPressed no vpn server list"));
-        m_display.switchedOn(false);
-        m_environment.alert(QStringLiteral("Quorvane"), tr("No available server detected.\n"));
-        return;
-    }
-    if (!m_display.state().hideButton.on) {
-        setDefaultControls();
-        return;
-    }
-    m_display.switchingOn();
-    getNewIP();
+void HideIpSession::begin() {
+    m_facts.requiresUs = Preferences::boolean(Preference::RequireUs);
+    m_parts.animation.start();
+    settingsDidChange();
+    m_parts.events.post([this]() -> Task<> { co_await m_parts.vpn.stopVpn(); });
 }
 
-void HideIpSession::pressed(bool on) {
-    m_display.switchedOn(on);
-    quorvaneButtonPressed();
+void HideIpSession::end(const std::function<void()> &ended) {
+    m_parts.events.closeWith([this, ended]() -> Task<> {
+        enter(Phase::Ended);
+        co_await endTunnel();
+        ended();
+    });
+}
+
+void HideIpSession::quorvaneButtonPressed(bool on) {
+    post(&HideIpSession::press, on);
 }
 
 void HideIpSession::quorvane() {
-    if (!shared().hidden && m_display.state().hideButton.enabled) {
-        pressed(true);
-    }
+    post(&HideIpSession::hide);
 }
 
 void HideIpSession::stopQuorvane() {
-    if (shared().hidden && m_display.state().hideButton.enabled) {
-        pressed(false);
-        m_display.hideRotationButtons();
-    }
+    post(&HideIpSession::stop);
 }
 
 void HideIpSession::quorvaneMenuItemPressed() {
-    pressed(!m_display.state().hideButton.on);
+    m_parts.events.post([this]() -> Task<> {
+        co_await press(!m_facts.switchedOn);
+        publish();
+    });
 }
 
 void HideIpSession::getNewIP() {
-    // An attempt that needs the dialog first is dropped, not resumed; the dialog starts a new one itself.
-    if (m_environment.authWindow()) {
-        return;
-    }
-    m_display.searching();
-    if (Preferences::boolean(Preference::UseSameIp)) {
-        QMetaObject::invokeMethod(this, &HideIpSession::startVpn, Qt::QueuedConnection);
-        m_display.advancedEnabled(true);
-    } else {
-        m_environment.downloadCertificateForSelectedItem();
-    }
-    m_environment.startAnimation();
-}
-
-void HideIpSession::startVpn() {
-    Diagnostics::log(QStringLiteral("startVpn with button started"));
-    try {
-        m_vpn.stopVpn();
-        m_vpn.startVpn();
-    } catch (const std::exception &exception) {
-        Diagnostics::log(QStringLiteral("exception in startVpn with button: ") +
-                         QString::fromLocal8Bit(exception.what()));
-    }
-    m_display.tunnelStarting();
-    if (m_vpn.lacksConfiguration()) {
-        // Nothing was started, so no result will be reported: without this the window would show the search
-        // for ever.
-        m_display.waitingForLocation(
-            tr("There is no VPN configuration to connect with. Choose a location to get a new one."));
-    }
-}
-
-void HideIpSession::noteOutcome(const QString &what) {
-    SessionLog::append(QStringLiteral("connection ") + what + QChar(u' ') + m_environment.selectedTitle() +
-                       QChar(u'\n'));
-}
-
-QString HideIpSession::flagImageFor(const QString &countryCode) const {
-    return m_environment.hasImage(countryCode) ? countryCode : QStringLiteral("xx");
+    post(&HideIpSession::beginAttempt);
 }
 
 void HideIpSession::showIp() {
-    noteOutcome(QStringLiteral("success"));
-    const QString lentIp = LentAddress::read(Preferences::text(Preference::VpnConfigPath));
-    QString lookedUp = lentIp;
-    lookedUp.remove(u'\n');
-
-    const QrvVpnDataPointer group = m_environment.lastItemData();
-    QString code = group ? group->countryCode : QString();
-    if (code.isNull()) {
-        code = m_api.model().getCodeByIP(lookedUp);
-    }
-    shared().currentCountryCode = code.toLower();
-    QString location = m_environment.lastItemTitle();
-    if (location.isNull()) {
-        location = m_api.model().getLocationByIP(lookedUp);
-    }
-    shared().currentLocation = location;
-
-    m_display.hidden(lentIp, m_realIp, flagImageFor(shared().currentCountryCode), location);
-    shared().currentIp = lentIp;
-    shared().hidden = true;
-    if (m_environment.changesAutomatically()) {
-        settingsDidChange();
-    }
-    m_environment.stopAnimation();
-    m_failures = 0;
+    // Before the events that wait: one of them may end the tunnel that is up now.
+    m_parts.events.postNext([this]() -> Task<> {
+        co_await tunnelIsUp();
+        publish();
+    });
 }
 
 void HideIpSession::connectionError() {
-    noteOutcome(QStringLiteral("error"));
-    Diagnostics::log(QStringLiteral("rndLocationCounter= %1").arg(m_failures));
-    const bool mayRetry = m_environment.selectedTitle() == LocationChoice::randomTitle() ||
-                          m_environment.changesAutomatically();
-    if (m_failures < retries && mayRetry) {
-        ++m_failures;
-        getNewIP();
-        return;
-    }
-    FileUtils::checkUserDefaultsPremmision();
-    m_failures = 0;
-    m_environment.forgetWaitingPick();
-    terminateVpn();
-    m_environment.stopAnimation();
-    m_environment.alertLater(tr("Location is not available."), tr("Please try a different location."));
-    // The hidden flag and the stored preference stay as they were.
-    m_display.failed(m_realIp);
+    post(&HideIpSession::attemptFailed);
 }
 
 void HideIpSession::terminateVpn() {
-    cancelChangeTimer();
-    m_vpn.stopVpn();
+    post(&HideIpSession::endTunnel);
 }
 
 void HideIpSession::setDefaultControls() {
-    // A waiting pick is cancelled only here and where an attempt fails, not in terminateVpn(): the location
-    // pane queues a call of that, which may run when the next attempt already waits.
-    m_environment.forgetWaitingPick();
-    terminateVpn();
-    m_display.notHidden(m_realIp);
+    post(&HideIpSession::reset);
+}
+
+void HideIpSession::resetRequested() {
+    post(&HideIpSession::resetAfterRefusal);
+}
+
+void HideIpSession::reconectIfIpHidden() {
+    m_parts.events.post([this]() -> Task<> {
+        if (shared().hidden) {
+            co_await beginAttempt();
+            publish();
+        }
+    });
+}
+
+void HideIpSession::authWindow() {
+    m_parts.events.post([this]() -> Task<> {
+        if (!co_await pairIsValid()) {
+            co_await administratorDialog();
+        }
+    });
+}
+
+void HideIpSession::showFrame(const QString &image) {
+    m_facts.frame = image;
+    publish();
+}
+
+void HideIpSession::publish() {
+    m_display = displayOf(m_facts);
+    Q_EMIT displayChanged(m_display);
+}
+
+void HideIpSession::enter(Phase phase) {
+    m_facts.phase = phase;
+    switch (phase) {
+    case Phase::Starting:
+    case Phase::NotHidden:
+        m_facts.look = Look::NotHidden;
+        m_facts.controls = phase == Phase::NotHidden;
+        m_facts.settingsEnabled = true;
+        m_facts.switchedOn = m_facts.buttonStops = m_facts.itemStops = false;
+        break;
+    case Phase::Checking:
+    case Phase::Dropped:
+    case Phase::Ended:
+        break;
+    case Phase::Fetching:
+        m_facts.controls = false;
+        [[fallthrough]];
+    case Phase::Unusable:
+    case Phase::Connecting:
+        m_facts.look = Look::Searching;
+        break;
+    case Phase::Waiting:
+    case Phase::Unconfigured:
+        m_facts.look = Look::Searching;
+        m_facts.settingsEnabled = true;
+        m_facts.switchedOn = m_facts.buttonStops = m_facts.itemStops = true;
+        break;
+    case Phase::Hidden:
+        m_facts.look = Look::Hidden;
+        m_facts.controls = m_facts.buttonStops = true;
+        break;
+    }
+    publish();
+}
+
+Task<> HideIpSession::alert(QString title, QString message) {
+    auto window = m_parts.events.outside([this, title, message](const std::function<void()> &proceed) {
+        m_parts.alerts.critical({title, message, {}}, proceed);
+    });
+    co_await window;
+}
+
+Task<bool> HideIpSession::pairIsValid() {
+    co_return co_await m_parts.events.background(
+        [] { return QrvCredentials::sharedInstance().credentialsIsValid(); });
+}
+
+Task<> HideIpSession::administratorDialog() {
+    auto window = m_parts.events.outside(
+        [this](const std::function<void()> &proceed) { m_parts.window.openAdministratorDialog(proceed); });
+    co_await window;
+}
+
+Task<> HideIpSession::press(bool on) {
+    m_failures = 0;
+    m_parts.vpn.forgetRefusal();
+    m_facts.switchedOn = on;
+    if (!m_parts.api.inetConnect()) {
+        Diagnostics::log(QStringLiteral("quorvaneButtonPressed no inet"));
+        m_facts.switchedOn = false;
+        publish();
+        const auto shown =
+            alert(QStringLiteral("Quorvane"),
+                  tr("No Internet connection detected, please check your Internet settings.\n"));
+        co_await shown;
+        // The window must not go on to show the address of a tunnel that is ended here.
+        if (m_facts.look == Look::Hidden) {
+            co_await reset();
+        } else {
+            co_await endTunnel();
+        }
+        co_return;
+    }
+    if (!m_parts.api.model().isServerListValid()) {
+        Diagnostics::log(QStringLiteral("quorvaneButtonPressed no vpn server list"));
+        m_facts.switchedOn = false;
+        publish();
+        const auto shown = alert(QStringLiteral("Quorvane"), tr("No available server detected.\n"));
+        co_await shown;
+        co_return;
+    }
+    if (!on) {
+        co_await reset();
+        co_return;
+    }
+    disableControls();
+    co_await beginAttempt();
+}
+
+Task<> HideIpSession::hide() {
+    if (!shared().hidden && isPressable(m_facts)) {
+        co_await press(true);
+    }
+}
+
+Task<> HideIpSession::stop() {
+    if (shared().hidden && isPressable(m_facts)) {
+        co_await press(false);
+    }
+}
+
+void HideIpSession::disableControls() {
+    m_facts.controls = false;
+    m_facts.settingsEnabled = false;
+    publish();
+}
+
+Task<> HideIpSession::beginAttempt() {
+    const quint64 attempt = ++m_attempt;
+    enter(Phase::Checking);
+    if (!co_await pairIsValid()) {
+        // Not resumed after the dialog, which starts a new attempt itself.
+        enter(Phase::Dropped);
+        co_await administratorDialog();
+        co_return;
+    }
+    enter(Phase::Fetching);
+    if (Preferences::boolean(Preference::UseSameIp)) {
+        m_facts.settingsEnabled = true;
+        post(&HideIpSession::reuseConfiguration, attempt);
+    } else {
+        co_await pickAndFetch();
+    }
+    if (current(attempt)) { // else it has failed already
+        m_parts.animation.start();
+    }
+}
+
+Task<> HideIpSession::pickAndFetch() {
+    if (!m_parts.api.inetConnect()) {
+        Diagnostics::log(QStringLiteral("downloadCertificateForSelectedItem no inet"));
+        co_await attemptFailed();
+        co_return;
+    }
+    switch (m_parts.rotation.pick()) {
+    case LocationChoice::Result::NothingToPick:
+        enter(Phase::Unusable);
+        break;
+    case LocationChoice::Result::NoUnitedStates:
+        co_await attemptFailed();
+        break;
+    case LocationChoice::Result::AllUsed:
+        enter(Phase::Waiting);
+        break;
+    case LocationChoice::Result::Picked:
+        disableControls();
+        m_fetchAttempt = m_attempt;
+        m_parts.fetch.start(m_parts.rotation.lastItem().title, m_parts.rotation.lastItem().data,
+                            transportLabel());
+        break;
+    }
+}
+
+Task<> HideIpSession::fetchEnded(quint64 attempt, bool stored) {
+    if (!current(attempt)) {
+        co_return;
+    }
+    if (!stored) {
+        co_await attemptFailed();
+        co_return;
+    }
+    co_await startTunnel();
+    m_facts.settingsEnabled = true;
+}
+
+Task<> HideIpSession::reuseConfiguration(quint64 attempt) {
+    if (current(attempt)) {
+        co_await startTunnel();
+    }
+}
+
+Task<> HideIpSession::startTunnel() {
+    Diagnostics::log(QStringLiteral("startVpn with button started"));
+    enter(Phase::Connecting);
+    bool threw = false;
+    try {
+        co_await m_parts.vpn.stopVpn();
+        co_await m_parts.vpn.startVpn();
+    } catch (const std::exception &exception) {
+        Diagnostics::log(QStringLiteral("exception in startVpn with button: ") +
+                         QString::fromLocal8Bit(exception.what()));
+        threw = true;
+    }
+    m_facts.itemStops = true;
+    m_facts.switchedOn = true;
+    if (threw) {
+        co_await attemptFailed();
+    } else if (m_parts.vpn.lacksConfiguration()) {
+        // Nothing was started, so no result will be reported.
+        enter(Phase::Unconfigured);
+    }
+}
+
+Task<> HideIpSession::tunnelIsUp() {
+    if (m_facts.phase != Phase::Connecting) {
+        co_return; // another attempt has begun meanwhile, and replaces this tunnel
+    }
+    noteOutcome(QStringLiteral("success"));
+    auto address = m_parts.events.background(
+        [lentAddress = m_parts.lentAddress, path = Preferences::text(Preference::VpnConfigPath)] {
+            return lentAddress(path);
+        });
+    const QString lentIp = co_await address;
+    showLentAddress(lentIp);
+    shared().hidden = true;
+    enter(Phase::Hidden);
+    if (Preferences::boolean(Preference::ChangeIpEvery)) {
+        settingsDidChange();
+    }
+    stopAnimation();
+    m_failures = 0;
+}
+
+void HideIpSession::showLentAddress(const QString &lentIp) {
+    QString lookedUp = lentIp;
+    lookedUp.remove(u'\n');
+    const LocationChoice::Entry &last = m_parts.rotation.lastItem();
+    const ServerModel &model = m_parts.api.model();
+    QString code = last.data ? last.data->countryCode : QString();
+    if (code.isNull()) {
+        code = model.getCodeByIP(lookedUp);
+    }
+    shared().currentCountryCode = code.toLower();
+    m_facts.flag = m_parts.window.hasImage(shared().currentCountryCode) ? shared().currentCountryCode
+                                                                        : QStringLiteral("xx");
+    shared().currentLocation = last.title.isNull() ? model.getLocationByIP(lookedUp) : last.title;
+    if (!shared().currentLocation.isEmpty()) {
+        m_facts.location = shared().currentLocation;
+    }
+    shared().currentIp = lentIp;
+    m_facts.shownAddress = lentIp;
+}
+
+void HideIpSession::noteOutcome(const QString &what) const {
+    const LocationList &list = m_parts.chooser.list();
+    SessionLog::append(QStringLiteral("connection ") + what + QChar(u' ') + list.title(list.currentRow()) +
+                       QChar(u'\n'));
+}
+
+Task<> HideIpSession::attemptFailed() {
+    noteOutcome(QStringLiteral("error"));
+    Diagnostics::log(QStringLiteral("rndLocationCounter= %1").arg(m_failures));
+    const LocationList &list = m_parts.chooser.list();
+    const bool mayRetry = list.title(list.currentRow()) == LocationChoice::randomTitle() ||
+                          Preferences::boolean(Preference::ChangeIpEvery);
+    if (m_failures < retries && mayRetry) {
+        ++m_failures;
+        co_await beginAttempt();
+        co_return;
+    }
+    FileUtils::checkUserDefaultsPremmision();
+    m_failures = 0;
+    ++m_attempt;
+    co_await endTunnel();
+    stopAnimation();
+    m_parts.alerts.criticalLater({QStringLiteral("Quorvane"), tr("Location is not available."),
+                                  tr("Please try a different location.")});
+    // The hidden flag and the stored preference stay as they were.
+    forgetLentAddress();
+    enter(Phase::NotHidden);
+}
+
+Task<> HideIpSession::endTunnel() {
+    cancelChangeTimer();
+    co_await m_parts.vpn.stopVpn();
+}
+
+Task<> HideIpSession::reset() {
+    ++m_attempt;
+    co_await endTunnel();
+    forgetLentAddress();
+    m_facts.copyEnabled = false;
     shared().hidden = false;
-    m_environment.stopAnimation();
+    enter(Phase::NotHidden);
+    stopAnimation();
     // Not the key that is read at start-up: a reset does not change the user's choice to hide at every start.
     Preferences::store({{Preference::Quorvane, false}});
     Preferences::synchronize();
 }
 
-void HideIpSession::settingsDidChange() {
-    const bool on = m_environment.changesAutomatically();
-    const qint64 minutes = Preferences::integer(Preference::ChangeIpInterval);
-    m_display.interval(static_cast<int>(minutes), on);
-    cancelChangeTimer();
-    if (minutes > 0 && shared().hidden && on) {
-        m_timerArmed = true;
-        services().delayedCalls->callAfter(static_cast<double>(minutes) * secondsPerMinute, &m_changeIpTimer,
-                                           [this] { changeIpTimerFired(); });
+Task<> HideIpSession::resetAfterRefusal() {
+    if (m_parts.vpn.refusedKills() == m_seenRefusals) {
+        co_await reset(); // another command was refused
+        co_return;
     }
+    ++m_seenRefusals;
+    if (m_resetWaits) {
+        co_return;
+    }
+    // The reset begins with the same kill. It waits, and longer each time, because nothing else ends that.
+    m_resetWaits = true;
+    const double seconds =
+        std::min(longestResetSeconds, firstResetSeconds * std::exp2(m_parts.vpn.sameRefusals() - 1));
+    platform::Platform::current().delayedCalls->callAfter(seconds, &m_resetTimer, [this] {
+        m_resetWaits = false;
+        setDefaultControls();
+    });
 }
 
-void HideIpSession::cancelChangeTimer() {
-    m_timerArmed = false;
-    services().delayedCalls->cancelAll(&m_changeIpTimer);
+void HideIpSession::stopAnimation() {
+    m_parts.animation.stop();
+    m_facts.frame = QString();
+    publish();
 }
 
-void HideIpSession::changeIpTimerFired() {
-    m_timerArmed = false;
-    stopQuorvane();
-    quorvane();
-}
-
-void HideIpSession::reconectIfIpHidden() {
-    if (shared().hidden) {
-        getNewIP();
-    }
-}
-
-void HideIpSession::updateLeaseTimerFired() {
-    if (shared().hidden) {
-        m_api.getLease(QString());
-    }
-}
-
-void HideIpSession::reportNoAddress() {
-    m_environment.alert(tr("Error"), tr("There was a problem connecting to the Quorvane server, please check "
-                                        "your Internet connection or firewall settings."));
-}
-
-void HideIpSession::qrvFailed() {
-    m_realIp = noAddress();
-    shared().currentIp = m_realIp;
-    m_display.currentIpKnown(m_realIp);
-    reportNoAddress();
-}
-
-void HideIpSession::qrvAnswer() {
-    // A copy: the alert's modal loop may bring the next answer.
-    const QrvApiRequest answer = m_api.request();
-    shared().currentIp = answer.clientIP;
-    if (answer.clientIP.isEmpty()) {
-        shared().currentIp = noAddress();
-        reportNoAddress();
-    }
-    m_realIp = shared().currentIp;
-    m_display.currentIpKnown(m_realIp);
-    if (answer.status == 0) {
-        continueWork(false);
-    }
-    switch (answer.kind) {
-    case QrvApiRequest::Auth:
-        m_environment.fillLocations(answer.servers);
-        m_display.trayImage(QStringLiteral("Tray"));
-        m_environment.stopAnimation();
-        authPassed();
-        break;
-    case QrvApiRequest::Browser:
-    case QrvApiRequest::Programs:
-        authPassed();
-        break;
-    default:
-        m_environment.terminateApplication(); // no other answer is expected here
-        break;
-    }
-    m_display.answerHandled();
-    Preferences::synchronize();
-}
-
-void HideIpSession::authPassed() {
-    if (!m_api.model().hasLocations()) {
-        return;
-    }
-    if (!m_environment.startedHidden()) {
-        m_environment.showWindow();
-    }
-    continueWork(false);
-}
-
-void HideIpSession::continueWork(bool proceed) {
-    if (proceed) {
-        return;
-    }
-    m_display.controlsReady();
-    if (shared().hidden) {
-        pressed(true);
-        m_environment.resetAnimationFrames();
-    }
+void HideIpSession::forgetLentAddress() {
+    m_facts.shownAddress = m_facts.realAddress;
+    m_facts.flag = QString();
 }
 
 } // namespace quorvane

@@ -1,86 +1,207 @@
 #pragma once
 
-#include "SessionEnvironment.h"
+#include "DisplayState.h"
+#include "LocationChooser.h"
+#include "frontend/api/QrvAPI.h"
+#include "frontend/support/EventQueue.h"
+#include "frontend/tunnel/Vpn.h"
 
 #include <QObject>
+#include <functional>
 
 namespace quorvane {
 
-class QrvAPI;
-class SessionDisplay;
-class Vpn;
+class AlertPresenter;
+class AttemptAnimation;
+class ConfigurationFetch;
+class DiscardedAddresses;
+class LocationRotation;
+class SessionWindow;
+
+/// The session's collaborators. None is owned; all must outlive the session.
+struct SessionParts {
+    EventQueue &events;
+    QrvAPI &api;
+    Vpn &vpn;
+    ConfigurationFetch &fetch;
+    LocationChooser &chooser;
+    LocationRotation &rotation;
+    AlertPresenter &alerts;
+    AttemptAnimation &animation;
+    SessionWindow &window;
+    /// Returns the address that the tunnel of a configuration lends. Called on another thread; may block.
+    std::function<QString(const QString &configurationPath)> lentAddress;
+};
 
 /// The hide-IP session: every transition from the user's request to the lent address and back. Main thread.
 ///
-/// Owns no window and no tunnel; all collaborators must outlive it. A started attempt ends in exactly one of
-/// showIp(), connectionError() without a retry left, and setDefaultControls(), or it waits for the user while
-/// the window shows "Searching" (a location without usable addresses, or the administrator dialog was shown).
-class HideIpSession final : public QObject {
+/// Every public operation without a result is an event: it is handled at once when the queue is free, else
+/// after what is being handled. Handlers read from top to bottom; where a command or a script runs, they
+/// await it and hold the queue; where an alert or a dialog is open, others are handled meanwhile.
+///
+/// An attempt ends in Hidden, or in NotHidden after a reset or the last failure, or it waits for the user.
+/// Its steps carry its number: what arrives for an attempt that is over is dropped, in current(). The
+/// tunnel's late report of a failure is no step of an attempt and concerns whichever there is.
+class HideIpSession final : public VpnProtocol, public QrvApiProtocol, public LocationPaneDelegate {
     Q_OBJECT
 
 public:
     /// Further attempts after the first failure of a request.
     static constexpr int retries = 3;
+    /// Seconds from a refused kill to the reset that it causes: doubled by each one that follows unchanged,
+    /// up to the longest.
+    static constexpr double firstResetSeconds = 1.0;
+    static constexpr double longestResetSeconds = 60.0;
 
-    HideIpSession(SessionEnvironment &environment, SessionDisplay &display, QrvAPI &api, Vpn &vpn,
-                  QObject *parent = nullptr);
+    explicit HideIpSession(const SessionParts &parts, QObject *parent = nullptr);
     ~HideIpSession() override;
 
-    /// The hide button was pressed, by the user or by the program; its state is on or off.
-    void quorvaneButtonPressed();
+    [[nodiscard]] const DisplayState &display() const { return m_display; }
+
+    [[nodiscard]] const SessionFacts &facts() const { return m_facts; }
+
+    /// The start of the run: clears a tunnel left over from an earlier one, and awaits the first answer.
+    void begin();
+    /// The end of the run: ends every handler, ends the tunnel, and calls `ended`. Nothing is handled later.
+    void end(const std::function<void()> &ended);
+
+    // What the user does.
+
+    /// The hide button was pressed, by the user or by the program, and is on or off now.
+    void quorvaneButtonPressed(bool on);
     void quorvane();
-    void stopQuorvane();
+    void stopQuorvane() override;
     void quorvaneMenuItemPressed();
+    void changeIpMenuItemPressed();
+    void changeIpButtonPressed();
+    void discardIpButtonPressed();
+    void requireUSBasedIPButtonPressed(bool on);
+    void changeEveryPressed(bool on);
+    /// A running change timer is not changed; the new interval applies when the timer is next armed.
+    void intervalEntered(int minutes);
+    /// Requests the server list again, after a request that is under way. Not while a tunnel is in use,
+    /// because the answer contains the address that the service sees, which is shown as the real one.
+    void refreshLocationsPressed();
+
+    // What comes from outside.
 
     /// Begins one connection attempt.
     void getNewIP();
-    /// (Re)starts the tunnel with the stored configuration.
-    void startVpn();
-    /// The tunnel is up: reads and shows the lent address. Blocks until the address is known.
+    /// The tunnel is up: reads and shows the lent address.
     void showIp();
-    /// The attempt failed: retries, or ends with an alert.
-    void connectionError();
-    void terminateVpn();
+    void connectionError() override;
+    void terminateVpn() override;
     /// Returns to not hidden.
     void setDefaultControls();
+    /// A command as administrator was refused: returns to not hidden, later if it was the kill.
+    void resetRequested();
     /// Re-reads the interval and arms or cancels the automatic change.
     void settingsDidChange();
     void reconectIfIpHidden();
     void updateLeaseTimerFired();
+    void qrvAnswer(QrvAPI &api) override;
+    void qrvFailed(const platform::UrlError &error) override;
+    /// A location may be unused again: a waiting attempt continues.
+    void resumeIfWaiting();
+    /// Tests the stored pair, and opens its dialog unless it is valid.
+    void authWindow();
+    void showFrame(const QString &image);
 
-    /// Handles an answer of the service.
-    void qrvAnswer();
-    /// A request to the service failed: no answer came.
-    void qrvFailed();
-    void authPassed();
-    /// Does nothing if true.
-    void continueWork(bool proceed);
+    [[nodiscard]] QStringList getDiscardList() const override;
+    /// Stores the choice and empties the set of used locations.
+    void setRequiredUS(bool required) override;
 
-    [[nodiscard]] QString originalIP() const { return m_realIp; }
+    void setDiscarded(const DiscardedAddresses &discarded) { m_discarded = &discarded; }
+
+    /// What is awaited by handlers of the same queue.
+    [[nodiscard]] Task<bool> pairIsValid();
+    [[nodiscard]] Task<> administratorDialog();
+
+    [[nodiscard]] QString originalIP() const { return m_facts.realAddress; }
 
     [[nodiscard]] int failedConnections() const { return m_failures; }
 
-    void clearFailedConnections() { m_failures = 0; }
-
     [[nodiscard]] bool changeTimerArmed() const { return m_timerArmed; }
 
+Q_SIGNALS:
+    /// Emitted after every event too, because a control may show what the user did and not the state.
+    void displayChanged(const DisplayState &state);
+
 private:
-    void pressed(bool on);
-    void changeIpTimerFired();
+    /// Posts the steps as an event.
+    template <typename Steps, typename... Arguments>
+    void post(Steps steps, Arguments... arguments) {
+        m_parts.events.post([this, steps, arguments...]() -> Task<> {
+            const auto task = (this->*steps)(arguments...);
+            co_await task;
+            publish();
+        });
+    }
+
+    void enter(Phase phase);
+    void publish();
+
+    [[nodiscard]] bool current(quint64 attempt) const { return attempt == m_attempt; }
+
+    // The attempt, in the order of its steps (HideIpSession.cpp).
+    [[nodiscard]] Task<> press(bool on);
+    [[nodiscard]] Task<> hide();
+    [[nodiscard]] Task<> stop();
+    [[nodiscard]] Task<> beginAttempt();
+    [[nodiscard]] Task<> pickAndFetch();
+    [[nodiscard]] Task<> startTunnel();
+    [[nodiscard]] Task<> reuseConfiguration(quint64 attempt);
+    [[nodiscard]] Task<> tunnelIsUp();
+    [[nodiscard]] Task<> attemptFailed();
+    [[nodiscard]] Task<> endTunnel();
+    [[nodiscard]] Task<> reset();
+    [[nodiscard]] Task<> resetAfterRefusal();
+    void disableControls();
+    void showLentAddress(const QString &lentIp);
+    /// The request of an attempt was answered.
+    [[nodiscard]] Task<> fetchEnded(quint64 attempt, bool stored);
+    void stopAnimation();
+    /// Everything of the last attempt is gone from the display.
+    void forgetLentAddress();
+    void noteOutcome(const QString &what) const;
+    [[nodiscard]] Task<> alert(QString title, QString message);
+
+    // Rotation (HideIpSessionRotation.cpp).
+    /// Stops and starts again: one step for the button and the timer.
+    [[nodiscard]] Task<> changeKeepingLocation();
+    [[nodiscard]] Task<> changeToRandomLocation();
+    [[nodiscard]] Task<> discardAddress();
+    [[nodiscard]] Task<> switchRequireUs(bool on);
+    [[nodiscard]] Task<> resumeWaiting();
+    void setUsedItems();
     void cancelChangeTimer();
-    void noteOutcome(const QString &what);
-    void reportNoAddress();
-    [[nodiscard]] QString flagImageFor(const QString &countryCode) const;
+    void changeIpTimerFired();
 
-    SessionEnvironment &m_environment;
-    SessionDisplay &m_display;
-    QrvAPI &m_api;
-    Vpn &m_vpn;
+    // Answers of the service (HideIpSessionAnswers.cpp).
+    [[nodiscard]] Task<> answered(QrvApiRequest answer);
+    [[nodiscard]] Task<> firstAnswer(const QrvApiRequest &answer);
+    [[nodiscard]] Task<> laterAnswer(const QrvApiRequest &answer);
+    [[nodiscard]] Task<> requestFailed();
+    void takeAddress(const QString &address);
+    [[nodiscard]] Task<> authPassed();
+    [[nodiscard]] Task<> continueWork(bool proceed);
+    [[nodiscard]] Task<> reportNoAddress();
+    [[nodiscard]] Task<> requestList();
 
-    QString m_realIp;
+    SessionParts m_parts;
+    const DiscardedAddresses *m_discarded = nullptr;
+    SessionFacts m_facts;
+    DisplayState m_display;
+    /// Of the present attempt; grows with every attempt, reset and last failure.
+    quint64 m_attempt = 0;
+    quint64 m_fetchAttempt = 0;
     int m_failures = 0;
-    // Delayed calls are cancelled by target, so the timer has its own.
+    /// Refused kills whose resets were seen to.
+    quint64 m_seenRefusals = 0;
+    bool m_resetWaits = false;
+    // Delayed calls are cancelled by target, so each has its own.
     QObject m_changeIpTimer;
+    QObject m_resetTimer;
     bool m_timerArmed = false;
 };
 

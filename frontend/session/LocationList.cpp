@@ -170,6 +170,16 @@ bool LocationList::selectTitle(const QString &title) {
     return row.has_value();
 }
 
+void LocationList::selectAgain(const LocationChoice::Entry &entry) {
+    const auto first = entry.data ? rowWithTitle(entry.title, 1) : std::nullopt;
+    auto row = first;
+    while (row && entryAt(*row).data->ipAdressArray.first() != entry.data->ipAdressArray.first()) {
+        row = rowWithTitle(entry.title, *row + 1);
+    }
+    setCurrentRow(row.value_or(first.value_or(0)));
+    setCurrentAsSelectedItem();
+}
+
 bool LocationList::selectFlag(const QString &flag) {
     for (int row = 0; row < count(); ++row) {
         if (this->flag(row) == flag) {

@@ -66,6 +66,9 @@ public:
     bool selectId(quint64 id);
     /// Selects the first row with exactly this title and makes it the selected item. False if there is none.
     bool selectTitle(const QString &title);
+    /// Selects the location of an earlier list: the row with its title and its group's first address, else
+    /// the first with its title, else "Random Location".
+    void selectAgain(const LocationChoice::Entry &entry);
     /// Selects the first row with the flag; the selected item stays. False if there is none.
     bool selectFlag(const QString &flag);
     /// Removes the first group's row with this title, if there is one. If it is selected, the row before it

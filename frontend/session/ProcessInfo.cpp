@@ -3,12 +3,21 @@
 #include "platform/Platform.h"
 #include "platform/ProcessTable.h"
 
+#include <QByteArray>
 #include <QtGlobal>
 #include <cerrno>
 #include <cstring>
 #include <new>
 
 namespace quorvane {
+
+namespace {
+
+QByteArray nameOf(const platform::ProcessRecord &record) {
+    return {record.name.data(), static_cast<qsizetype>(strnlen(record.name.data(), record.name.size()))};
+}
+
+} // namespace
 
 int ProcessInfo::getBSDProcessList(std::unique_ptr<platform::ProcessRecord[]> *procList,
                                    std::size_t *procCount) {
@@ -48,16 +57,27 @@ void ProcessInfo::obtainFreshProcessList() {
     }
     m_names.reserve(static_cast<qsizetype>(size));
     for (std::size_t i = 0; i < size; ++i) {
-        const auto &name = records[i].name;
-        m_names.append(
-            QString::fromUtf8(name.data(), static_cast<qsizetype>(strnlen(name.data(), name.size()))));
+        m_names.append(QString::fromUtf8(nameOf(records[i])));
     }
     m_count = static_cast<std::int32_t>(size);
 }
 
-bool ProcessInfo::isRunning(const QString &name) {
-    obtainFreshProcessList();
-    return findProcessWithName(name);
+RunningProcesses::Found ProcessInfo::find(const QString &name) {
+    constexpr qint64 firstProcess = 1; // of every machine; it belongs to root
+    std::unique_ptr<platform::ProcessRecord[]> records;
+    std::size_t size = 0;
+    Found found;
+    if (getBSDProcessList(&records, &size) != 0) {
+        return found;
+    }
+    const QByteArray wanted = name.toUtf8();
+    for (std::size_t i = 0; i < size; ++i) {
+        found.seesAll = found.seesAll || records[i].pid == firstProcess;
+        if (nameOf(records[i]) == wanted) {
+            found.ids.insert(records[i].pid);
+        }
+    }
+    return found;
 }
 
 bool ProcessInfo::findProcessWithName(const QString &name) const {

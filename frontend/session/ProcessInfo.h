@@ -13,7 +13,8 @@ namespace platform {
 struct ProcessRecord;
 }
 
-/// A snapshot of the machine's processes by their short names. Any thread, one object per thread.
+/// A snapshot of the machine's processes by their short names. Any thread, one object per thread; find()
+/// makes a snapshot of its own and may be called from any thread at any time.
 class ProcessInfo final : public RunningProcesses {
 public:
     /// Fills the list (which must be empty) with a fresh array of process records. 0 on success, else an
@@ -25,8 +26,7 @@ public:
     /// Exact, case-sensitive equality with a short name of the snapshot. False without a snapshot.
     [[nodiscard]] bool findProcessWithName(const QString &name) const;
 
-    /// Makes a fresh snapshot and searches it for the name.
-    [[nodiscard]] bool isRunning(const QString &name) override;
+    [[nodiscard]] Found find(const QString &name) override;
 
     /// Number of entries of the last snapshot; -1 without a snapshot.
     [[nodiscard]] std::int32_t numberOfProcesses() const { return m_count; }

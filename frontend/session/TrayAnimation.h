@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SessionWindow.h"
 #include "frontend/support/QrvThread.h"
 
 #include <QObject>
@@ -10,7 +11,7 @@ namespace quorvane {
 
 /// Turns the tray icon during an attempt: "A01" to "A14" and from the start again, one frame every 0.2
 /// seconds, timed by its own thread. Main thread; frames are emitted there, and none after stop().
-class TrayAnimation final : public QObject {
+class TrayAnimation final : public QObject, public AttemptAnimation {
     Q_OBJECT
 
 public:
@@ -19,11 +20,10 @@ public:
     explicit TrayAnimation(QObject *parent = nullptr);
     ~TrayAnimation() override;
 
-    /// Starts from the first frame; does nothing while the animation is running.
-    void start();
-    void stop();
+    void start() override;
+    void stop() override;
 
-    void resetFrames() { m_iconCount = 0; }
+    void resetFrames() override { m_iconCount = 0; }
 
     [[nodiscard]] bool isRunning() const { return m_animateIconThread != nullptr; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 namespace quorvane {
 
@@ -8,6 +9,8 @@ struct Alert {
     QString title;
     QString text;
     QString informative;
+    /// Shown over the open dialog, whose own message it is, and not after it.
+    bool overDialog = false;
 };
 
 /// Shows critical alerts with one "OK" button. Main thread. For code of the lower layers, which does not
@@ -15,9 +18,12 @@ struct Alert {
 class AlertPresenter {
 public:
     virtual ~AlertPresenter() = default;
-    /// Shows the alert and returns when it is dismissed. While another alert is open, the new one is shown
-    /// when that one is closed, and this call returns at once.
-    virtual void critical(const Alert &alert) = 0;
+    /// Shows the alert, or lets it wait for the modal window that is open, and returns. `closed`, which may
+    /// be empty, is called when the alert was dismissed.
+    virtual void critical(const Alert &alert, const std::function<void()> &closed) = 0;
+
+    void critical(const Alert &alert) { critical(alert, {}); }
+
     /// Shows the alert after the running handler has returned and after all alerts requested before.
     virtual void criticalLater(const Alert &alert) = 0;
 };

@@ -9,8 +9,27 @@ namespace quorvane {
 EventQueue::~EventQueue() = default;
 
 void EventQueue::post(Handler handler) {
-    m_waiting.push_back(std::move(handler));
-    run();
+    if (!m_closed) {
+        m_waiting.push_back(std::move(handler));
+        run();
+    }
+}
+
+void EventQueue::postNext(Handler handler) {
+    if (!m_closed) {
+        m_waiting.push_front(std::move(handler));
+        run();
+    }
+}
+
+void EventQueue::closeWith(Handler last) {
+    Q_ASSERT_X(!m_running, "EventQueue", "closed by a handler");
+    m_waiting.clear();
+    m_ready.clear();
+    m_started.clear();
+    m_held = false;
+    post(std::move(last));
+    m_closed = true;
 }
 
 Task<> EventQueue::handle(const Handler &handler) {

@@ -31,6 +31,14 @@ public:
     /// Handles the event now if no handler runs or holds the queue, else later.
     void post(Handler handler);
 
+    /// The same, but before the events that have arrived already: for what a handler reports as its last
+    /// step.
+    void postNext(Handler handler);
+
+    /// Ends every handler where it waits, drops the events that wait, handles this one, and ignores all
+    /// events after it. Not to be called from a handler.
+    void closeWith(Handler last);
+
     /// Whether a handler holds the queue.
     [[nodiscard]] bool isHeld() const { return m_held; }
 
@@ -66,6 +74,7 @@ private:
     std::list<Started> m_started;
     bool m_held = false;
     bool m_running = false;
+    bool m_closed = false;
 };
 
 template <typename Work>

@@ -1,10 +1,12 @@
 #pragma once
 
+#ifndef Q_MOC_RUN // which cannot read the standard library's concepts
 #include <coroutine>
 #include <exception>
 #include <optional>
 #include <type_traits>
 #include <utility>
+#endif
 
 namespace quorvane {
 
@@ -78,7 +80,9 @@ public:
 /// awaited, or started by EventQueue. A task that is destroyed while it waits ends there: what it awaited
 /// must then not resume it. Exceptions reach the one who awaits it. Main thread.
 ///
-/// A lambda that is a coroutine must outlive its task, because the captures stay in the lambda.
+/// A lambda that is a coroutine must outlive its task, because the captures stay in the lambda. What is
+/// awaited gets a name of its own when an argument of it owns memory: GCC 12 destroys temporary arguments of
+/// an awaited expression twice.
 template <typename Value>
 class [[nodiscard]] Task {
 public:

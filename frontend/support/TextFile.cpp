@@ -22,9 +22,9 @@ QByteArray TextFile::readBytes(const QString &path) {
     return bytes.isEmpty() || bytes.size() > maximumFileSize ? QByteArray() : bytes;
 }
 
-QString TextFile::read(const QString &path) {
-    const QByteArray bytes = readBytes(path);
-    if (bytes.isNull()) {
+QString TextFile::read(const QString &path, qint64 begin) {
+    const QByteArray bytes = readBytes(path).mid(begin);
+    if (bytes.isEmpty()) {
         return {};
     }
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);

@@ -8,8 +8,9 @@ namespace quorvane {
 /// Whole-file reading and writing of the program's own small files. Any thread.
 namespace TextFile {
 
-/// The file's text. Null when it cannot be read, is empty, larger than 16 MiB, or not UTF-8 from end to end.
-[[nodiscard]] QString read(const QString &path);
+/// The file's text from a byte on. Null when it cannot be read, is empty, larger than 16 MiB, or not UTF-8
+/// from there to the end.
+[[nodiscard]] QString read(const QString &path, qint64 begin = 0);
 
 /// The file's bytes. Null when it cannot be read, is empty or larger than 16 MiB.
 [[nodiscard]] QByteArray readBytes(const QString &path);

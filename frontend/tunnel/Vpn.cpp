@@ -1,11 +1,14 @@
 #include "Vpn.h"
 
+#include "Launch.h"
 #include "LogVerdict.h"
 #include "RunningProcesses.h"
+#include "frontend/privileges/AdministratorPair.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/EventQueue.h"
 #include "frontend/support/Notifications.h"
 #include "frontend/support/Preferences.h"
 #include "frontend/support/TextFile.h"
@@ -17,7 +20,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QThread>
 #include <cstdlib>
+#include <exception>
 
 namespace quorvane {
 
@@ -26,6 +32,9 @@ namespace {
 const QString processName = QStringLiteral("openvpn");
 /// Many times the length of OpenVPN's lines until the tunnel is up or has failed.
 constexpr qint64 logSpace = 64LL * 1024;
+/// How often and how long one looks for the process of a launch that is being stopped: five seconds in all.
+constexpr int maximumLooks = 1000;
+constexpr unsigned long lookMilliseconds = 5;
 
 platform::Platform &services() {
     return platform::Platform::current();
@@ -37,24 +46,27 @@ QString quoted(const QString &value) {
 
 } // namespace
 
-Vpn::Vpn(RunningProcesses &processes, QObject *parent) : QObject(parent), m_processes(processes) {}
+Vpn::Vpn(RunningProcesses &processes, EventQueue &events, QObject *parent)
+    : QObject(parent), m_processes(processes), m_events(events) {}
 
 Vpn::~Vpn() {
     services().delayedCalls->cancelAll(this);
 }
 
-void Vpn::startVpn() {
-    terminatevpn();
-    configVpn();
+Task<> Vpn::startVpn() {
+    co_await terminatevpn();
+    co_await configVpn();
 }
 
-void Vpn::stopVpn() {
+Task<> Vpn::stopVpn() {
     m_needReadLog = false;
+    ++m_run;
     services().delayedCalls->cancelAll(this);
-    terminatevpn();
+    co_await launchSettled();
+    co_await terminatevpn();
 }
 
-bool Vpn::configVpn() {
+Task<bool> Vpn::configVpn() {
     Diagnostics::log(QStringLiteral("configVpn begins"));
     m_noConfiguration = false;
     const QString executable = services().bundle->resourcesPath() + QStringLiteral("/openvpn");
@@ -64,116 +76,199 @@ bool Vpn::configVpn() {
     QDir().mkpath(folder);
     const QString credentialsPath = folder + QStringLiteral("/.vpnCreds.txt");
     const QString logPath = folder + QStringLiteral("/openvpn.log");
-    // Written before the check for a configuration: a start without one still stores the current pair.
-    const bool stored = TextFile::replace(credentialsPath, credentials.toUtf8());
-    // Without space on the disk the log would stay empty, and the program could not see that the tunnel came
-    // up.
-    if (!stored || platform::checkSpace(folder, logSpace) != 0) {
-        fail(QStringLiteral("no room for the files of a session in %1").arg(folder));
-        return false;
-    }
+    // Written before the check for a configuration: a start without one still stores the current pair. A file
+    // that cannot be written keeps nothing from being started: without its files the tunnel ends by itself.
+    TextFile::replace(credentialsPath, credentials.toUtf8());
 
     const QString configurationPath = Preferences::text(Preference::VpnConfigPath);
     m_noConfiguration = configurationPath.isEmpty() || !QFile::exists(configurationPath);
     if (m_noConfiguration) {
         Diagnostics::log(QStringLiteral("no config file"));
-        return false;
+        co_return false;
     }
     for (const QString &path : {executable, configurationPath, credentialsPath, logPath}) {
         if (path.contains(u'\'')) {
             // Nothing is escaped between the quotes: root's shell would run the text behind the apostrophe as
             // commands.
-            fail(QStringLiteral("not started: there is an apostrophe in %1").arg(path));
-            return false;
+            const auto failed = fail(QStringLiteral("not started: there is an apostrophe in %1").arg(path));
+            co_await failed;
+            co_return false;
         }
     }
-    if (!emptyLog(logPath)) {
-        fail(QStringLiteral("log file %1 cannot be created").arg(logPath));
-        return false;
-    }
+    emptyLog(logPath);
     m_needReadLog = true;
-    readLog(logPath);
+    m_looksWithoutProcess = 0;
+    const auto firstReading = readLog(logPath);
+    co_await firstReading;
 
     // The blank before "--auth-user-pass" is part of the argument, so the line contains two blanks there.
     launchInBackground({quoted(executable), QStringLiteral("--config"), quoted(configurationPath),
                         QStringLiteral(" --auth-user-pass"), quoted(credentialsPath),
                         QStringLiteral("--log-append"), quoted(logPath), QStringLiteral("&")},
                        quoted(credentialsPath));
-    return true;
+    co_return true;
 }
 
-bool Vpn::emptyLog(const QString &path) {
+void Vpn::emptyLog(const QString &path) {
     // Removed, not truncated: a log that the administrator's shell created belongs to root. It is created
     // again here, so that it belongs to the user and OpenVPN appends to it.
     if (!QFile::remove(path)) {
         Diagnostics::log(QStringLiteral("log file %1 wasn't removed").arg(path));
     }
-    return TextFile::replace(path, {}) && platform::reserveSpace(path, logSpace) == 0;
+    // Without space on the disk the log would stay empty, and a tunnel that came up could not be seen.
+    const bool emptied = TextFile::replace(path, {}) && platform::reserveSpace(path, logSpace) == 0;
+    m_logStart = emptied ? 0 : QFileInfo(path).size();
+    if (!emptied) {
+        Diagnostics::log(QStringLiteral("log file %1 cannot be created").arg(path));
+    }
 }
 
 void Vpn::launchInBackground(const QStringList &command, const QString &credentialsPath) {
-    const auto launch = [command, credentialsPath] {
-        QString output;
-        QString error;
-        const bool launched =
-            ScriptUtil().runProcessAsAdministrator(command.first(), command.sliced(1), output, error);
-        Diagnostics::logAlways(QStringLiteral("> %1").arg(launched ? 1 : 0));
+    m_launch = std::make_shared<Launch>();
+    m_others = m_processes.find(processName).ids;
+    const auto work = [command, credentialsPath, launch = m_launch] {
+        if (!launch->begin()) {
+            return;
+        }
+        ScriptUtil script;
+        try {
+            QString output;
+            QString error;
+            const bool launched =
+                script.runProcessAsAdministrator(command.first(), command.sliced(1), output, error);
+            Diagnostics::logAlways(QStringLiteral("> %1").arg(launched ? 1 : 0));
+        } catch (const std::exception &exception) {
+            Diagnostics::log(QStringLiteral("exception in configVpn: ") +
+                             QString::fromLocal8Bit(exception.what()));
+        }
         // The path includes its quotes here, so nothing is removed and the credentials file stays until the
         // next start rewrites it: OpenVPN runs in the background and may not have read it yet.
         QFile::remove(credentialsPath);
+        launch->end(script.openOutput());
     };
-    services().background->run(launch, this, [] {});
+    services().background->run(work, this, [] {});
 }
 
-void Vpn::terminatevpn() {
-    if (!m_processes.isRunning(processName)) {
-        return;
+Task<> Vpn::launchSettled() {
+    const auto launch = m_launch;
+    if (!launch || launch->cancel() || (launch->hasEnded() && !launch->hasOutputOpen())) {
+        co_return;
     }
-    QString output;
-    QString error;
-    const bool stopped = ScriptUtil().runProcessAsAdministrator(
-        QStringLiteral("sudo"),
-        {QStringLiteral("-S"), QStringLiteral("killall"), QStringLiteral("-9"), processName}, output, error);
-    Diagnostics::logAlways(QStringLiteral("Stopped? > %1").arg(stopped ? 1 : 0));
+    auto settle = [launch, processes = &m_processes] {
+        launch->waitForEnd();
+        // What the shell started has its own name a moment later, and is found by that name.
+        for (int look = 0; look < maximumLooks && launch->hasOutputOpen(); ++look) {
+            if (processes->isRunning(processName)) {
+                return;
+            }
+            QThread::msleep(lookMilliseconds);
+        }
+    };
+    auto settled = m_events.background(std::move(settle));
+    co_await settled;
 }
 
-void Vpn::readLog(const QString &path) {
-    if (QFile::exists(path)) {
-        const LogVerdict verdict = LogVerdict::of(TextFile::read(path));
-        switch (verdict.outcome) {
-        case LogVerdict::Outcome::Up:
-            services().notifications->post(Notifications::showIp);
-            m_needReadLog = false;
-            break;
-        case LogVerdict::Outcome::WithErrors:
-            fail(QString());
-            m_needReadLog = false;
-            break;
-        case LogVerdict::Outcome::Failed:
-        case LogVerdict::Outcome::Undecided:
-            for (const QString &line : verdict.failures) {
-                fail(line);
-            }
-            if (!verdict.lastLine.isNull()) {
-                Diagnostics::log(QStringLiteral("lastLine: ") +
-                                 QrvCredentials::sanitizeStringByRemovingLoginAndPassword(verdict.lastLine));
-            }
-            if (verdict.stuckAtLink) {
-                fail(QStringLiteral("stopVpn by link remote"));
-            }
-            break;
+Task<> Vpn::terminatevpn() {
+    const QSet<qint64> running = m_processes.find(processName).ids;
+    if (running.isEmpty()) {
+        m_sameRefusals = 0;
+        co_return;
+    }
+    const auto [user, password] = AdministratorPair::stored();
+    const std::size_t pair = qHashMulti(0, user, password);
+    if (running != m_refusedProcesses || pair != m_refusedPair) {
+        m_sameRefusals = 0;
+    }
+    auto kill = [known = m_sameRefusals > 0 ? m_refusal : QString()] {
+        ScriptUtil script;
+        script.setKnownRefusal(known);
+        QString output;
+        QString error;
+        const bool stopped = script.runProcessAsAdministrator(
+            QStringLiteral("sudo"),
+            {QStringLiteral("-S"), QStringLiteral("killall"), QStringLiteral("-9"), processName}, output,
+            error);
+        const QString refusal = stopped ? QString() : Diagnostics::shown(script.refusal());
+        if (stopped || refusal != known) {
+            Diagnostics::logAlways(QStringLiteral("Stopped? > %1").arg(stopped ? 1 : 0));
         }
+        return refusal;
+    };
+    auto killed = m_events.background(std::move(kill));
+    const QString refusal = co_await killed;
+    if (refusal.isNull()) {
+        m_sameRefusals = 0;
+        co_return;
+    }
+    m_sameRefusals = m_sameRefusals > 0 && refusal == m_refusal ? m_sameRefusals + 1 : 1;
+    ++m_refusedKills;
+    m_refusal = refusal;
+    m_refusedProcesses = running;
+    m_refusedPair = pair;
+}
+
+void Vpn::scheduleReading(const QString &path) {
+    services().delayedCalls->callAfter(pollSeconds, this, [this, path, run = m_run] {
+        m_events.post([this, path, run]() -> Task<> {
+            if (run == m_run) { // else it was stopped while the event waited
+                const auto reading = readLog(path);
+                co_await reading;
+            }
+        });
+    });
+}
+
+Task<> Vpn::readLog(QString path) {
+    const LogVerdict verdict =
+        QFile::exists(path) ? LogVerdict::of(TextFile::read(path, m_logStart)) : LogVerdict();
+    if (verdict.outcome == LogVerdict::Outcome::Up) {
+        services().notifications->post(Notifications::showIp);
+        m_needReadLog = false;
+        co_return;
+    }
+    QStringList failures = verdict.failures;
+    if (verdict.outcome == LogVerdict::Outcome::WithErrors) {
+        failures.append(QString()); // no line is logged
+    }
+    for (const QString &line : failures) {
+        const auto failed = fail(line);
+        co_await failed;
+    }
+    if (!verdict.lastLine.isNull()) {
+        Diagnostics::log(QStringLiteral("lastLine: ") +
+                         QrvCredentials::sanitizeStringByRemovingLoginAndPassword(verdict.lastLine));
+    }
+    if (verdict.stuckAtLink) {
+        const auto failed = fail(QStringLiteral("stopVpn by link remote"));
+        co_await failed;
+    }
+    if (m_needReadLog && nothingRuns()) {
+        const auto failed = fail(QStringLiteral("stopVpn by end of openvpn"));
+        co_await failed;
     }
     if (m_needReadLog) {
-        services().delayedCalls->callAfter(pollSeconds, this, [this, path] { readLog(path); });
+        scheduleReading(path);
     }
 }
 
-void Vpn::fail(const QString &line) {
+bool Vpn::nothingRuns() {
+    if (!m_launch || !m_launch->hasEnded() || m_launch->hasOutputOpen()) {
+        return false;
+    }
+    const RunningProcesses::Found found = m_processes.find(processName);
+    if (!found.seesAll || !(found.ids - m_others).isEmpty()) {
+        m_looksWithoutProcess = 0;
+        return false;
+    }
+    ++m_looksWithoutProcess;
+    return m_looksWithoutProcess > 1;
+}
+
+Task<> Vpn::fail(QString line) {
     if (!line.isNull()) {
         Diagnostics::log(line);
     }
-    stopVpn();
+    co_await stopVpn();
     if (m_delegate != nullptr) {
         // The delegate is the call's target, so stopVpn() does not cancel it.
         services().delayedCalls->callAfter(failureSeconds, m_delegate,

@@ -1,11 +1,17 @@
 #pragma once
 
+#include "frontend/support/Task.h"
+
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
+#include <memory>
 
 namespace quorvane {
 
+class EventQueue;
+class Launch;
 class RunningProcesses;
 
 /// Receives Vpn's report that a connection attempt failed. Called on the main thread, some seconds after the
@@ -20,6 +26,9 @@ public:
 
 /// Starts OpenVPN with administrator rights, watches its log, and kills it. One per process; main thread.
 /// Before a start, the preferences must contain the configuration's path and the VPN pair.
+///
+/// Operations that run a command as administrator are awaited by a handler of the queue, which they hold. A
+/// reading of the log is an event of that queue.
 class Vpn final : public QObject {
     Q_OBJECT
 
@@ -28,8 +37,8 @@ public:
     static constexpr double pollSeconds = 2.0;
     static constexpr double failureSeconds = 5.0;
 
-    /// The processes are not owned and must outlive this.
-    explicit Vpn(RunningProcesses &processes, QObject *parent = nullptr);
+    /// Neither is owned; both must outlive this.
+    Vpn(RunningProcesses &processes, EventQueue &events, QObject *parent = nullptr);
     ~Vpn() override;
 
     void setDelegate(VpnProtocol *delegate) { m_delegate = delegate; }
@@ -41,16 +50,26 @@ public:
     /// Whether the last launch ended because there was no configuration file. It is not reported otherwise.
     [[nodiscard]] bool lacksConfiguration() const { return m_noConfiguration; }
 
+    /// How many kills the administrator's shell has refused.
+    [[nodiscard]] quint64 refusedKills() const { return m_refusedKills; }
+
+    /// How many of them were the last ones with the same reason, processes and administrator's pair; only the
+    /// first of them is logged.
+    [[nodiscard]] int sameRefusals() const { return m_sameRefusals; }
+
+    /// The next refusal counts as the first of its kind.
+    void forgetRefusal() { m_sameRefusals = 0; }
+
     /// Kills a running OpenVPN, then launches a new one.
-    void startVpn();
-    /// Stops watching the log and kills OpenVPN. Blocks while the administrator's shell runs.
-    void stopVpn();
-    /// True when the launch was queued on a background thread; false without a configuration file, and when
-    /// the attempt failed because the session's files cannot be written or the shell would misread their
-    /// paths.
-    bool configVpn();
+    [[nodiscard]] Task<> startVpn();
+    /// Stops watching the log and kills OpenVPN. A launch that has not begun is cancelled; of one that has,
+    /// the process is awaited first, since it could not be found yet.
+    [[nodiscard]] Task<> stopVpn();
+    /// True when the launch was begun on another thread; false without a configuration file, and when the
+    /// attempt failed because the shell would misread a path.
+    [[nodiscard]] Task<bool> configVpn();
     /// Reads the log once, acts on it, and schedules the next reading unless the outcome is known.
-    void readLog(const QString &path);
+    [[nodiscard]] Task<> readLog(QString path);
     /// Pipes the password into the command through the shell. Nothing uses it, and nothing should: the
     /// shell's argument list contains the password while the shell runs. Returns true whatever the command's
     /// result was, and always returns the session to not hidden.
@@ -60,16 +79,34 @@ public:
     void removeFileCred(const QString &path);
 
 private:
-    void terminatevpn();
-    /// True when the log exists, is empty, and has space reserved for the lines of OpenVPN.
-    [[nodiscard]] bool emptyLog(const QString &path);
+    [[nodiscard]] Task<> terminatevpn();
+    [[nodiscard]] Task<> launchSettled();
+    [[nodiscard]] Task<> fail(QString line);
+    /// True once the launch has ended and nothing that it started runs, at two readings without a verdict.
+    [[nodiscard]] bool nothingRuns();
+    void emptyLog(const QString &path);
+    void scheduleReading(const QString &path);
     void launchInBackground(const QStringList &command, const QString &credentialsPath);
-    void fail(const QString &line);
 
     RunningProcesses &m_processes;
+    EventQueue &m_events;
     VpnProtocol *m_delegate = nullptr;
     bool m_needReadLog = false;
     bool m_noConfiguration = false;
+    /// Changes with every stop. What belongs to an earlier run is dropped.
+    quint64 m_run = 0;
+    /// Bytes of a log that could not be emptied.
+    qint64 m_logStart = 0;
+    int m_looksWithoutProcess = 0;
+    std::shared_ptr<Launch> m_launch;
+    /// Processes of that name that ran when the launch began: they are not ours.
+    QSet<qint64> m_others;
+    /// The reason of the last refused kill, and what it depends on.
+    QString m_refusal;
+    QSet<qint64> m_refusedProcesses;
+    std::size_t m_refusedPair = 0;
+    int m_sameRefusals = 0;
+    quint64 m_refusedKills = 0;
 };
 
 } // namespace quorvane

@@ -118,6 +118,37 @@
     </message>
 </context>
 <context>
+    <name>quorvane::DisplayState</name>
+    <message>
+        <source>Stop Hiding IP</source>
+        <translation>IP nicht mehr verbergen</translation>
+    </message>
+    <message>
+        <source>WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!</source>
+        <translation>WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!</translation>
+    </message>
+    <message>
+        <source>Searching for an available IP...</source>
+        <translation>Eine verfügbare IP wird gesucht …</translation>
+    </message>
+    <message>
+        <source>You are currently hiding your real IP %1</source>
+        <translation>Ihre echte IP %1 ist derzeit verborgen</translation>
+    </message>
+    <message>
+        <source>Every location has been used in this rotation. Refresh the locations or switch &quot;US only&quot; to begin a new one.</source>
+        <translation>In dieser Runde wurde jeder Standort benutzt. Für eine neue Runde aktualisieren Sie die Standorte oder schalten Sie „Nur USA“ um.</translation>
+    </message>
+    <message>
+        <source>There is no VPN configuration to connect with. Choose a location to get a new one.</source>
+        <translation>Es gibt keine VPN-Konfiguration für die Verbindung. Wählen Sie einen Standort, um eine neue zu erhalten.</translation>
+    </message>
+    <message>
+        <source>Locations can be refreshed while your IP is not hidden.</source>
+        <translation>Die Standorte können aktualisiert werden, solange Ihre IP nicht verborgen ist.</translation>
+    </message>
+</context>
+<context>
     <name>quorvane::HideIpSession</name>
     <message>
         <source>No Internet connection detected, please check your Internet settings.
@@ -146,10 +177,6 @@
     <message>
         <source>There was a problem connecting to the Quorvane server, please check your Internet connection or firewall settings.</source>
         <translation>Die Verbindung zum Quorvane-Server ist fehlgeschlagen. Bitte prüfen Sie Ihre Internetverbindung und die Einstellungen Ihrer Firewall.</translation>
-    </message>
-    <message>
-        <source>There is no VPN configuration to connect with. Choose a location to get a new one.</source>
-        <translation>Es gibt keine VPN-Konfiguration für die Verbindung. Wählen Sie einen Standort, um eine neue zu erhalten.</translation>
     </message>
 </context>
 <context>
@@ -226,13 +253,6 @@
     <message>
         <source>Full mark</source>
         <translation>Zeichen für „voll“</translation>
-    </message>
-</context>
-<context>
-    <name>quorvane::LocationRotation</name>
-    <message>
-        <source>Every location has been used in this rotation. Refresh the locations or switch &quot;US only&quot; to begin a new one.</source>
-        <translation>In dieser Runde wurde jeder Standort benutzt. Für eine neue Runde aktualisieren Sie die Standorte oder schalten Sie „Nur USA“ um.</translation>
     </message>
 </context>
 <context>
@@ -412,25 +432,6 @@
     <message>
         <source>%1 (ver.%2)</source>
         <translation>%1 (ver.%2)</translation>
-    </message>
-</context>
-<context>
-    <name>quorvane::SessionDisplay</name>
-    <message>
-        <source>Stop Hiding IP</source>
-        <translation>IP nicht mehr verbergen</translation>
-    </message>
-    <message>
-        <source>WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!</source>
-        <translation>WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!</translation>
-    </message>
-    <message>
-        <source>Searching for an available IP...</source>
-        <translation>Eine verfügbare IP wird gesucht …</translation>
-    </message>
-    <message>
-        <source>You are currently hiding your real IP %1</source>
-        <translation>Ihre echte IP %1 ist derzeit verborgen</translation>
     </message>
 </context>
 <context>

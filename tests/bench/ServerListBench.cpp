@@ -117,8 +117,9 @@ void measureSize(const fakes::TestPlatform &services, int servers) {
                                            table.value(QStringLiteral("VPNPass")), QString());
     });
     LocationList list;
+    LocationChooser chooser(list);
     QrvLocationPaneController pane;
-    pane.setList(list);
+    pane.setChooser(chooser);
     pane.show();
     auto *popUp = pane.findChild<QComboBox *>();
     measure(label + "filling the pop-up", [&] { pane.fillCountries(groups); });
@@ -169,8 +170,9 @@ void measureLongest() {
     const double before = peakMemory();
     QrvAPI api;
     LocationList list;
+    LocationChooser chooser(list);
     QrvLocationPaneController pane;
-    pane.setList(list);
+    pane.setChooser(chooser);
     pane.show();
     FillingDelegate delegate(pane);
     api.setDelegate(&delegate);

@@ -5,6 +5,7 @@
 #include <QByteArrayList>
 
 #include <algorithm>
+#include <functional>
 #include <mutex>
 
 namespace quorvane::fakes {
@@ -13,6 +14,9 @@ namespace quorvane::fakes {
 class FakeProcessTable final : public platform::ProcessTable {
 public:
     [[nodiscard]] int query(platform::ProcessRecord *rows, std::size_t &count) const override {
+        if (m_queryHook) {
+            m_queryHook();
+        }
         const std::lock_guard lock(m_mutex);
         ++m_queryCount;
         if (m_failure != 0) {
@@ -64,6 +68,9 @@ public:
         m_secondFailure = number;
     }
 
+    /// Called before every query, on the caller's thread. Set it while nothing queries.
+    void setQueryHook(std::function<void()> hook) { m_queryHook = std::move(hook); }
+
     [[nodiscard]] int queries() const {
         const std::lock_guard lock(m_mutex);
         return m_queryCount;
@@ -82,6 +89,7 @@ private:
     mutable QByteArrayList m_names;
     mutable int m_growthsLeft = 0;
     mutable int m_queryCount = 0;
+    std::function<void()> m_queryHook;
     int m_failure = 0;
     int m_secondFailure = 0;
 };

@@ -62,6 +62,18 @@ public:
         QVERIFY(services.urls().finishNext(list));
     }
 
+    /// Finishes everything that runs beside the window, and what follows from it.
+    void settle() const {
+        services.background().finishAll();
+        QCoreApplication::processEvents();
+        services.background().finishAll();
+    }
+
+    void advance(double seconds) const {
+        services.delayedCalls().advance(seconds);
+        services.background().finishAll();
+    }
+
     /// Replaces what OpenVPN of the current attempt has written so far.
     void writeTunnelLog(const QByteArray &lines) const {
         QFile log(services.home() + text("/Documents/Quorvane/openvpn.log"));
@@ -74,7 +86,7 @@ public:
     /// Makes the tunnel of the current attempt come up.
     void tunnelUp() const {
         writeTunnelLog("a\nInitialization Sequence Completed\n");
-        services.delayedCalls().advance(2.0);
+        advance(2.0);
         QVERIFY(SessionState::shared().hidden);
     }
 

@@ -5,6 +5,7 @@
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/session/SessionState.h"
+#include "frontend/support/ModalTurn.h"
 #include "frontend/ui/shared/Alerts.h"
 #include "tests/Text.h"
 #include "tests/gui/TestClasses.h"
@@ -35,6 +36,7 @@ public:
     ~GuiFixture() {
         SessionReset::setTarget(nullptr, {});
         Alerts::shared().setPresenter({});
+        ModalTurn::shared().clear();
         SessionState::shared() = {};
     }
 

@@ -1,20 +1,15 @@
 #pragma once
 
+#include "frontend/session/LocationChooser.h"
 #include "frontend/session/LocationList.h"
-#include "frontend/session/SessionDisplay.h"
-#include "frontend/ui/mainwindow/MainWindow.h"
 #include "tests/gui/GuiTest.h"
+#include "tests/gui/ShownSession.h"
 
 namespace quorvane {
 
-/// The main window, which shows a session's display from its start.
+/// The main window, which shows the facts of a session from its start.
 class MainWindowFixture : public GuiFixture {
 public:
-    MainWindowFixture() {
-        QObject::connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
-        display.starting();
-    }
-
     void show() {
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
@@ -30,8 +25,9 @@ public:
     }
 
     LocationList locations;
-    MainWindow window{locations};
-    SessionDisplay display;
+    LocationChooser chooser{locations};
+    MainWindow window{chooser};
+    ShownSession display{window};
 };
 
 } // namespace quorvane

@@ -4,6 +4,8 @@
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/support/AlertPresenter.h"
 #include "frontend/support/Diagnostics.h"
+#include "frontend/support/EventQueue.h"
+#include "frontend/support/ModalTurn.h"
 #include "frontend/support/Notifications.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
@@ -26,15 +28,11 @@ public:
     BusyPointer &operator=(const BusyPointer &) = delete;
 };
 
-bool pairIsValid() {
-    const BusyPointer busy;
-    return QrvCredentials::sharedInstance().credentialsIsValid();
-}
-
 } // namespace
 
-QrvAuthenticationWindowController::QrvAuthenticationWindowController(AlertPresenter &alerts, QWidget *parent)
-    : QDialog(parent), m_alerts(alerts), m_ui(std::make_unique<Ui::AuthenticaionView>()) {
+QrvAuthenticationWindowController::QrvAuthenticationWindowController(EventQueue &events,
+                                                                     AlertPresenter &alerts, QWidget *parent)
+    : QDialog(parent), m_events(events), m_alerts(alerts), m_ui(std::make_unique<Ui::AuthenticaionView>()) {
     m_ui->setupUi(this);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     connect(m_ui->startButton, &QPushButton::clicked, this, &QrvAuthenticationWindowController::performClick);
@@ -56,39 +54,37 @@ QPushButton *QrvAuthenticationWindowController::startButton() const {
     return m_ui->startButton;
 }
 
-bool QrvAuthenticationWindowController::runUnlessValid(AlertPresenter &alerts, QWidget &window) {
-    if (QrvCredentials::sharedInstance().credentialsIsValid()) {
-        return false;
-    }
-    if (!isRunning()) { // else the user sees the dialog already
-        ofWindow(alerts, window).runModal();
-    }
-    return true;
-}
-
-QrvAuthenticationWindowController &QrvAuthenticationWindowController::ofWindow(AlertPresenter &alerts,
-                                                                               QWidget &window) {
+QrvAuthenticationWindowController &
+QrvAuthenticationWindowController::ofWindow(EventQueue &events, AlertPresenter &alerts, QWidget &window) {
     auto *dialog =
         window.findChild<QrvAuthenticationWindowController *>(QString(), Qt::FindDirectChildrenOnly);
     if (dialog == nullptr) {
-        dialog = new QrvAuthenticationWindowController(alerts, &window);
+        dialog = new QrvAuthenticationWindowController(events, alerts, &window);
         dialog->loadWindow();
     }
     return *dialog;
 }
 
-void QrvAuthenticationWindowController::open(AlertPresenter &alerts, QWidget &window,
+void QrvAuthenticationWindowController::open(EventQueue &events, AlertPresenter &alerts, QWidget &window,
                                              const std::function<void()> &closed) {
-    if (!isRunning()) {
-        m_openDialog = &ofWindow(alerts, window);
-        m_openDialog->m_ui->passwordTextField->setFocus();
-        m_openDialog->setModal(true);
-        m_openDialog->show();
+    const bool opens = !isRunning();
+    if (opens) {
+        m_openDialog = &ofWindow(events, alerts, window);
         connect(
             m_openDialog, &QDialog::finished, m_openDialog, [] { m_openDialog = nullptr; },
             Qt::SingleShotConnection);
     }
     connect(m_openDialog, &QDialog::finished, m_openDialog, closed, Qt::SingleShotConnection);
+    if (opens) {
+        ModalTurn::shared().request([dialog = m_openDialog](const std::function<void()> &ended) {
+            if (!dialog) {
+                ended();
+                return;
+            }
+            connect(dialog, &QDialog::finished, dialog, ended, Qt::SingleShotConnection);
+            dialog->showModal();
+        });
+    }
 }
 
 void QrvAuthenticationWindowController::loadWindow() {
@@ -96,11 +92,10 @@ void QrvAuthenticationWindowController::loadWindow() {
     m_ui->passwordTextField->setFocus();
 }
 
-void QrvAuthenticationWindowController::runModal() {
+void QrvAuthenticationWindowController::showModal() {
     m_ui->passwordTextField->setFocus();
-    m_openDialog = this;
-    exec();
-    m_openDialog = nullptr;
+    setModal(true);
+    show();
 }
 
 void QrvAuthenticationWindowController::performClick() {
@@ -108,6 +103,9 @@ void QrvAuthenticationWindowController::performClick() {
 }
 
 void QrvAuthenticationWindowController::okButton() {
+    if (!m_ui->startButton->isEnabled()) {
+        return;
+    }
     const QString user = m_ui->userNameTextField->text();
     const QString password = m_ui->passwordTextField->text();
     if (user.isEmpty()) {
@@ -122,31 +120,67 @@ void QrvAuthenticationWindowController::okButton() {
         const std::lock_guard lock(m_saveLock);
         QrvCredentials::sharedInstance().saveUserName(user, password);
     }
-    if (!pairIsValid()) {
-        m_alerts.critical({QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}});
-        return;
-    }
-    ensureDnsAndStart();
-    Diagnostics::log(QStringLiteral("QrvAuthenticationWindowController closed"));
-    closeWindow();
+    m_ui->startButton->setEnabled(false); // one test at a time
+    m_events.post([dialog = QPointer(this)] { return testPairAndStart(dialog); });
 }
 
-void QrvAuthenticationWindowController::ensureDnsAndStart() {
+Task<>
+QrvAuthenticationWindowController::testPairAndStart(QPointer<QrvAuthenticationWindowController> dialog) {
     const BusyPointer busy;
-    ScriptUtil script;
+    if (!dialog) {
+        co_return;
+    }
+    const bool valid = co_await dialog->m_events.background(
+        [] { return QrvCredentials::sharedInstance().credentialsIsValid(); });
+    if (!dialog) {
+        co_return;
+    }
+    if (valid) {
+        const auto started = ensureDnsAndStart(dialog);
+        co_await started;
+    }
+    if (!dialog) {
+        co_return;
+    }
+    dialog->m_ui->startButton->setEnabled(true);
+    if (valid) {
+        Diagnostics::log(QStringLiteral("QrvAuthenticationWindowController closed"));
+        dialog->closeWindow();
+    } else {
+        dialog->m_alerts.critical(
+            {QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}, true});
+    }
+}
+
+Task<>
+QrvAuthenticationWindowController::ensureDnsAndStart(QPointer<QrvAuthenticationWindowController> dialog) {
     // After a successful rewrite nothing is started; after a failed one the session starts nevertheless.
-    if (script.getSystemDns() || !script.setSystemDns()) {
+    const bool starts = co_await dialog->m_events.background([] {
+        ScriptUtil script;
+        return script.getSystemDns() || !script.setSystemDns();
+    });
+    if (starts && dialog) {
         platform::Platform::current().notifications->post(
-            Notifications::startVpn, QVariant::fromValue(static_cast<QObject *>(m_ui->startButton)));
+            Notifications::startVpn, QVariant::fromValue(static_cast<QObject *>(dialog->m_ui->startButton)));
     }
 }
 
 void QrvAuthenticationWindowController::cancelButton() {
-    closeWindow();
+    if (m_ui->startButton->isEnabled()) {
+        closeWindow();
+        return;
+    }
+    // The pair is being tested. What its result causes comes first, as for every event.
+    m_events.post([dialog = QPointer(this)]() -> Task<> {
+        if (dialog && dialog->isVisible()) {
+            dialog->closeWindow();
+        }
+        co_return;
+    });
 }
 
 void QrvAuthenticationWindowController::reject() {
-    closeWindow();
+    cancelButton();
 }
 
 void QrvAuthenticationWindowController::closeWindow() {

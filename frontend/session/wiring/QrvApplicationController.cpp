@@ -21,16 +21,16 @@ bool QrvApplicationController::initialize() {
     if (services.workspace->acquireSingleInstance(services.bundle->identifier())) {
         return true;
     }
-    Alerts::shared().critical({QStringLiteral("Quorvane"), tr("Quorvane is already running."),
-                               tr("There is already a copy of Quorvane running. This copy cannot be opened "
-                                  "until that instance is quit.")});
+    Alerts::shared().criticalAndWait(
+        {QStringLiteral("Quorvane"), tr("Quorvane is already running."),
+         tr("There is already a copy of Quorvane running. This copy cannot be opened until that instance is "
+            "quit.")});
     return false;
 }
 
 void QrvApplicationController::applicationDidFinishLaunching() {
     QrvMainWindowController::setSharedMainWindow(&m_mainWindow);
-    SessionReset::setTarget(&m_mainWindow,
-                            [window = &m_mainWindow] { window->session().setDefaultControls(); });
+    SessionReset::setTarget(&m_mainWindow, [window = &m_mainWindow] { window->session().resetRequested(); });
     FileUtils::checkUserDefaultsPremmision();
 }
 

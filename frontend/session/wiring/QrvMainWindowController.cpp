@@ -1,6 +1,5 @@
 #include "QrvMainWindowController.h"
 
-#include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 #include "frontend/session/LaunchAgent.h"
@@ -9,6 +8,8 @@
 #include "frontend/support/Notifications.h"
 #include "frontend/support/Preferences.h"
 #include "frontend/support/Reachability.h"
+#include "frontend/tunnel/LentAddress.h"
+#include "frontend/ui/locations/QrvLocationPaneController.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/mainwindow/QrvAboutWindowController.h"
 #include "frontend/ui/settings/QrvSettingsWindowController.h"
@@ -27,6 +28,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QRandomGenerator>
@@ -49,14 +51,6 @@ void endApplication() {
     QCoreApplication::exit();
 }
 
-TrayPresence::Status statusOf(const DisplayState &state) {
-    if (state.stateImage == QLatin1String("applock")) {
-        return TrayPresence::Status::Hidden;
-    }
-    return state.stateImage == QLatin1String("appwait") ? TrayPresence::Status::Searching
-                                                        : TrayPresence::Status::NotHidden;
-}
-
 void postInternetStatus(int status) {
     // Reachability calls on its own queue, while "inetStatus" belongs to the main thread.
     QMetaObject::invokeMethod(
@@ -72,14 +66,14 @@ void postInternetStatus(int status) {
 } // namespace
 
 QrvMainWindowController::QrvMainWindowController(QrvAPI &api)
-    : m_api(api), m_mainWindow(std::make_unique<MainWindow>(m_locations)), m_tray(new TrayPresence(this)),
-      m_vpn(m_processes), m_fetch(api),
-      m_hideIpSession(std::make_unique<HideIpSession>(static_cast<SessionEnvironment &>(*this),
-                                                      m_sessionDisplay, api, m_vpn)),
-      m_rotation(std::make_unique<LocationRotation>(
-          LocationRotation::Parts{api, static_cast<RotationControls &>(*m_mainWindow), m_sessionDisplay,
-                                  *m_hideIpSession, static_cast<DiscardedAddresses &>(*this), m_fetch},
-          [] { return QRandomGenerator::global()->generate(); })) {}
+    : m_api(api), m_chooser(m_locations), m_mainWindow(std::make_unique<MainWindow>(m_chooser)),
+      m_tray(new TrayPresence(this)), m_fetch(api),
+      m_rotation(api, m_locations, static_cast<DiscardedAddresses &>(*this),
+                 [] { return QRandomGenerator::global()->generate(); }),
+      m_vpn(m_processes, m_events),
+      m_session(std::make_unique<HideIpSession>(
+          SessionParts{m_events, api, m_vpn, m_fetch, m_chooser, m_rotation, Alerts::shared(), m_animation,
+                       static_cast<SessionWindow &>(*this), &LentAddress::read})) {}
 
 QrvMainWindowController::~QrvMainWindowController() {
     if (m_reach) {
@@ -103,22 +97,17 @@ void QrvMainWindowController::awakeFromNib() {
     m_mainWindow->setWindowTitle(
         tr("%1 (ver.%2)").arg(m_mainWindow->windowTitle(), services().bundle->version()));
     loadPreferences();
+    connectSession();
     connectWindow();
     connectTray();
-    connectFetch();
-    m_api.initWithDelegate(this);
-    m_mainWindow->locationPane().connectTo(&m_api, this);
+    m_api.initWithDelegate(m_session.get());
+    m_mainWindow->locationPane().connectTo(&m_api, m_session.get());
     SessionState::shared().hidden = Preferences::boolean(Preference::Hide);
-    m_sessionDisplay.starting();
     Preferences::storeStartValues();
     m_api.cmdAuth(QString()); // sends nothing before the network is known; inetStatus() sends it then
-    startAnimation();
-    m_hideIpSession->settingsDidChange();
     m_mainWindow->raiseFloatingLevel();
     observeNotifications();
-    m_vpn.setDelegate(this);
-    m_vpn.stopVpn(); // clears a tunnel left over from an earlier run
-    m_hideIpSession->clearFailedConnections();
+    m_session->begin();
     scheduleStartupChecks();
     if (!startedHidden()) {
         FirstPaint::callAfter(*m_mainWindow, [this] { settings(); });
@@ -126,6 +115,19 @@ void QrvMainWindowController::awakeFromNib() {
     } else {
         m_mainWindow->sendToBackground();
         settings();
+    }
+}
+
+void QrvMainWindowController::endSession() {
+    m_mainWindow->hide();
+    QEventLoop loop;
+    bool ended = false;
+    m_session->end([&loop, &ended] {
+        ended = true;
+        loop.quit();
+    });
+    if (!ended) {
+        loop.exec();
     }
 }
 
@@ -138,34 +140,40 @@ QrvSettingsWindowController &QrvMainWindowController::settings() {
     return *m_settingsWindow;
 }
 
+void QrvMainWindowController::draw(const DisplayState &state) {
+    m_mainWindow->draw(state);
+    m_tray->setImage(state.trayImage);
+    m_tray->hideIpMenuItem()->setText(state.hideItem.title);
+    m_tray->hideIpMenuItem()->setEnabled(state.hideItem.enabled);
+    m_tray->changeIpMenuItem()->setEnabled(state.changeItemEnabled);
+    m_tray->copyIpMenuItem()->setEnabled(state.copyItemEnabled);
+    m_tray->refreshMenuItem()->setEnabled(state.refreshEnabled);
+    m_tray->refreshMenuItem()->setToolTip(state.refreshHint);
+    m_tray->setStatus(state.look, state.currentIp);
+}
+
+void QrvMainWindowController::connectSession() {
+    HideIpSession *session = m_session.get();
+    session->setDiscarded(static_cast<DiscardedAddresses &>(*this));
+    connect(session, &HideIpSession::displayChanged, this, &QrvMainWindowController::draw);
+    connect(&m_animation, &TrayAnimation::frame, session, &HideIpSession::showFrame);
+    MainWindow *window = m_mainWindow.get();
+    connect(window, &MainWindow::hideButtonPressed, session, &HideIpSession::quorvaneButtonPressed);
+    connect(window, &MainWindow::changeIpPressed, session, &HideIpSession::changeIpButtonPressed);
+    connect(window, &MainWindow::discardIpPressed, session, &HideIpSession::discardIpButtonPressed);
+    connect(window, &MainWindow::changeEverySwitched, session, &HideIpSession::changeEveryPressed);
+    connect(window, &MainWindow::requireUSSwitched, session, &HideIpSession::requireUSBasedIPButtonPressed);
+    connect(window, &MainWindow::intervalEntered, session, &HideIpSession::intervalEntered);
+    connect(m_tray->hideIpMenuItem(), &QAction::triggered, session, &HideIpSession::quorvaneMenuItemPressed);
+    connect(m_tray->changeIpMenuItem(), &QAction::triggered, session,
+            &HideIpSession::changeIpMenuItemPressed);
+    connect(m_tray->refreshMenuItem(), &QAction::triggered, session, &HideIpSession::refreshLocationsPressed);
+    draw(session->display());
+}
+
 void QrvMainWindowController::connectWindow() {
-    connect(&m_sessionDisplay, &SessionDisplay::changed, this, [this](const DisplayState &state) {
-        m_mainWindow->draw(state);
-        m_tray->setImage(state.trayImage);
-        m_tray->hideIpMenuItem()->setText(state.hideItem.title);
-        m_tray->hideIpMenuItem()->setEnabled(state.hideItem.enabled);
-        m_tray->changeIpMenuItem()->setEnabled(state.changeItemEnabled);
-        m_tray->copyIpMenuItem()->setEnabled(state.copyItemEnabled);
-        m_tray->setStatus(statusOf(state), state.currentIp);
-    });
-    connect(m_mainWindow.get(), &MainWindow::hideButtonPressed, this, [this](bool on) {
-        m_sessionDisplay.switchedOn(on);
-        m_hideIpSession->quorvaneButtonPressed();
-    });
-    connect(&m_mainWindow->locationPane(), &QrvLocationPaneController::rebuilt, m_rotation.get(),
-            &LocationRotation::resumeIfWaiting);
-    connect(m_mainWindow.get(), &MainWindow::changeIpPressed, m_rotation.get(),
-            &LocationRotation::changeIpButtonPressed);
-    connect(m_mainWindow.get(), &MainWindow::discardIpPressed, m_rotation.get(),
-            &LocationRotation::discardIpButtonPressed);
-    connect(m_mainWindow.get(), &MainWindow::changeEverySwitched, m_rotation.get(),
-            &LocationRotation::changeEveryPressed);
     connect(m_mainWindow.get(), &MainWindow::changeEverySwitched, this,
             [this] { settings().refreshBoundControls(); });
-    connect(m_mainWindow.get(), &MainWindow::requireUSSwitched, m_rotation.get(),
-            &LocationRotation::requireUSBasedIPButtonPressed);
-    connect(m_mainWindow.get(), &MainWindow::intervalEntered, m_rotation.get(),
-            &LocationRotation::intervalEntered);
     connect(m_mainWindow.get(), &MainWindow::nonRepeatSwitched, this, [](bool on) {
         Preferences::choose({{Preference::IpNonRepeat, on}});
     });
@@ -183,26 +191,17 @@ void QrvMainWindowController::connectWindow() {
 
 void QrvMainWindowController::loadPreferences() {
     m_mainWindow->setTransportIndex(static_cast<int>(Preferences::integer(Preference::TcpUdp)));
-    m_mainWindow->setChangesAutomatically(Preferences::boolean(Preference::ChangeIpEvery));
-    m_mainWindow->setRequiresUS(Preferences::boolean(Preference::RequireUs));
     m_mainWindow->setNonRepeat(Preferences::boolean(Preference::IpNonRepeat));
 }
 
 void QrvMainWindowController::connectTray() {
-    connect(&m_animation, &TrayAnimation::frame, &m_sessionDisplay, &SessionDisplay::trayImage);
     m_mainWindow->setReachableByTray(m_tray->isAvailable());
     connect(m_tray, &TrayPresence::availabilityChanged, m_mainWindow.get(), &MainWindow::setReachableByTray);
     connect(m_tray, &TrayPresence::doubleClicked, this, &QrvMainWindowController::showSelfMenuItemPressed);
-    connect(m_tray->hideIpMenuItem(), &QAction::triggered, m_hideIpSession.get(),
-            &HideIpSession::quorvaneMenuItemPressed);
-    connect(m_tray->changeIpMenuItem(), &QAction::triggered, m_rotation.get(),
-            &LocationRotation::changeIpMenuItemPressed);
     connect(m_tray->checkIpMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::checkIpMenuItemPressed);
     connect(m_tray->copyIpMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::copyIpMenuItemPressed);
-    connect(m_tray->refreshMenuItem(), &QAction::triggered, this,
-            &QrvMainWindowController::refreshLocationsPressed);
     connect(m_tray->settingsMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::advancedSettingsMenuItemPressed);
     connect(m_tray->aboutMenuItem(), &QAction::triggered, this,
@@ -211,33 +210,18 @@ void QrvMainWindowController::connectTray() {
             &QrvMainWindowController::showSelfMenuItemPressed);
     connect(m_tray->quitMenuItem(), &QAction::triggered, this, [] { endApplication(); });
     m_tray->setLocations(m_locations);
-    connect(m_tray, &TrayPresence::locationChosen, &m_mainWindow->locationPane(),
-            &QrvLocationPaneController::choose);
-}
-
-void QrvMainWindowController::connectFetch() {
-    connect(&m_fetch, &ConfigurationFetch::prepared, &m_sessionDisplay, &SessionDisplay::fetching);
-    connect(&m_fetch, &ConfigurationFetch::stored, m_hideIpSession.get(), &HideIpSession::startVpn);
-    connect(&m_fetch, &ConfigurationFetch::finished, &m_sessionDisplay,
-            [this] { m_sessionDisplay.advancedEnabled(true); });
-    connect(&m_fetch, &ConfigurationFetch::failed, m_hideIpSession.get(), &HideIpSession::connectionError);
+    connect(m_tray, &TrayPresence::locationChosen, &m_chooser, &LocationChooser::choose);
 }
 
 void QrvMainWindowController::observeNotifications() {
     const auto observe = [this](QLatin1String name, auto handler) {
         services().notifications->addObserver(name, this, [handler](const QVariant &) { handler(); });
     };
-    observe(Notifications::startVpn, [this] { m_hideIpSession->getNewIP(); });
-    observe(Notifications::applicationWillTerminate, [this] { terminateVpn(); });
-    observe(Notifications::showIp, [this] { m_hideIpSession->showIp(); });
-    observe(Notifications::setDefaultControls, [this] { m_hideIpSession->setDefaultControls(); });
-    observe(Notifications::checkCredential, [this] {
-        if (m_settingsWindow && m_settingsWindow->window().isVisible()) {
-            m_settingsWindow->authWindow(); // in front of the window that the user sees
-        } else {
-            authWindow();
-        }
-    });
+    observe(Notifications::startVpn, [this] { m_session->getNewIP(); });
+    observe(Notifications::applicationWillTerminate, [this] { endSession(); });
+    observe(Notifications::showIp, [this] { m_session->showIp(); });
+    observe(Notifications::setDefaultControls, [this] { m_session->setDefaultControls(); });
+    observe(Notifications::checkCredential, [this] { m_session->authWindow(); });
     observe(Notifications::showSettings, [this] { showSettings(); });
     // No part of the program posts this notification: the controller has no such operation.
     observe(Notifications::getSystemDns,
@@ -282,12 +266,17 @@ Task<> QrvMainWindowController::checkDnsSettings() {
 }
 
 Task<> QrvMainWindowController::checkCredentials() {
-    if (co_await m_events.background([] { return QrvCredentials::sharedInstance().credentialsIsValid(); })) {
+    co_await openDialogUnlessValid(*m_mainWindow);
+}
+
+Task<> QrvMainWindowController::openDialogUnlessValid(QWidget &window) {
+    if (co_await m_session->pairIsValid()) {
         co_return;
     }
-    co_await m_events.outside([this](const std::function<void()> &proceed) {
-        QrvAuthenticationWindowController::open(Alerts::shared(), *m_mainWindow, proceed);
+    auto dialog = m_events.outside([this, &window](const std::function<void()> &proceed) {
+        QrvAuthenticationWindowController::open(m_events, Alerts::shared(), window, proceed);
     });
+    co_await dialog;
 }
 
 void QrvMainWindowController::refreshFrontWindow() {
@@ -295,16 +284,12 @@ void QrvMainWindowController::refreshFrontWindow() {
     settings(); // loads the settings window if the main window was never drawn
 }
 
-bool QrvMainWindowController::authWindow() {
-    return QrvAuthenticationWindowController::runUnlessValid(Alerts::shared(), *m_mainWindow);
+void QrvMainWindowController::openAdministratorDialog(const std::function<void()> &closed) {
+    QrvAuthenticationWindowController::open(m_events, Alerts::shared(), *m_mainWindow, closed);
 }
 
-void QrvMainWindowController::downloadCertificateForSelectedItem() {
-    m_rotation->downloadCertificateForSelectedItem();
-}
-
-void QrvMainWindowController::forgetWaitingPick() {
-    m_rotation->forgetWaitingPick();
+void QrvMainWindowController::checkAdministrator(QWidget &window) {
+    m_events.post([this, &window] { return openDialogUnlessValid(window); });
 }
 
 void QrvMainWindowController::checkIpMenuItemPressed() {
@@ -323,25 +308,19 @@ void QrvMainWindowController::aboutMenuItemPressed() {
     m_aboutWindow->showWindow();
 }
 
-void QrvMainWindowController::refreshLocationsPressed() {
-    if (!SessionState::shared().hidden) {
-        m_api.cmdAuth(QString());
-    }
-}
-
 void QrvMainWindowController::hotKeyPressed(quint32 identifier) {
     switch (identifier) {
     case 1:
-        m_hideIpSession->quorvane();
+        m_session->quorvane();
         break;
     case 2:
-        m_rotation->changeIpMenuItemPressed();
+        m_session->changeIpMenuItemPressed();
         break;
     case 3:
-        m_hideIpSession->stopQuorvane();
+        m_session->stopQuorvane();
         break;
     case 4:
-        m_rotation->discardIpButtonPressed();
+        m_session->discardIpButtonPressed();
         break;
     case 5:
         showSelfMenuItemPressed();
@@ -368,22 +347,6 @@ void QrvMainWindowController::showSelfMenuItemPressed() {
     m_mainWindow->bringForward();
 }
 
-void QrvMainWindowController::connectionError() {
-    m_hideIpSession->connectionError();
-}
-
-void QrvMainWindowController::qrvAnswer(QrvAPI & /*api*/) {
-    m_hideIpSession->qrvAnswer();
-}
-
-void QrvMainWindowController::qrvFailed(const platform::UrlError & /*error*/) {
-    m_hideIpSession->qrvFailed();
-}
-
-QStringList QrvMainWindowController::getDiscardList() const {
-    return getRowData();
-}
-
 void QrvMainWindowController::addDiscardedIp(const QString &address) {
     settings().addDiscardedIp(address);
 }
@@ -406,8 +369,7 @@ void QrvMainWindowController::showMainWindow() {
 }
 
 void QrvMainWindowController::settingsDidChange() {
-    m_mainWindow->setChangesAutomatically(Preferences::boolean(Preference::ChangeIpEvery));
-    m_hideIpSession->settingsDidChange();
+    m_session->settingsDidChange();
 }
 
 void QrvMainWindowController::hotKeyFired(quint32 identifier) {
@@ -424,59 +386,6 @@ bool QrvMainWindowController::launchesOnStartup() const {
 void QrvMainWindowController::startupLaunchButtonPressed(bool on) {
     Preferences::save();
     LaunchAgent::launchOnStartup(on);
-}
-
-void QrvMainWindowController::setRequiredUS(bool required) {
-    m_rotation->setRequiredUS(required);
-}
-
-void QrvMainWindowController::terminateVpn() {
-    m_hideIpSession->terminateVpn();
-}
-
-void QrvMainWindowController::stopQuorvane() {
-    m_hideIpSession->stopQuorvane();
-}
-
-void QrvMainWindowController::alert(const QString &title, const QString &message) {
-    Alerts::shared().critical({title, message, {}});
-}
-
-void QrvMainWindowController::alertLater(const QString &message, const QString &informative) {
-    Alerts::shared().criticalLater({QStringLiteral("Quorvane"), message, informative});
-}
-
-QString QrvMainWindowController::selectedTitle() const {
-    return m_locations.title(m_locations.currentRow());
-}
-
-QString QrvMainWindowController::lastItemTitle() const {
-    return m_rotation->lastItem().title;
-}
-
-QrvVpnDataPointer QrvMainWindowController::lastItemData() const {
-    return m_rotation->lastItem().data;
-}
-
-void QrvMainWindowController::fillLocations(const QrvVpnDataList &servers) {
-    m_mainWindow->locationPane().fillCountries(servers);
-    m_mainWindow->locationPane().checkPopupCountry();
-}
-
-bool QrvMainWindowController::changesAutomatically() const {
-    return m_mainWindow->changesAutomatically();
-}
-
-void QrvMainWindowController::startAnimation() {
-    m_animation.start();
-}
-
-void QrvMainWindowController::stopAnimation() {
-    m_animation.stop();
-}
-
-void QrvMainWindowController::resetAnimationFrames() {
-    m_animation.resetFrames();
 }
 
 bool QrvMainWindowController::hasImage(const QString &name) const {

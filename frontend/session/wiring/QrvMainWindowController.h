@@ -4,15 +4,14 @@
 #include "frontend/api/QrvAPI.h"
 #include "frontend/session/DiscardedAddresses.h"
 #include "frontend/session/HideIpSession.h"
+#include "frontend/session/LocationChooser.h"
 #include "frontend/session/LocationList.h"
 #include "frontend/session/LocationRotation.h"
 #include "frontend/session/ProcessInfo.h"
-#include "frontend/session/SessionDisplay.h"
-#include "frontend/session/SessionEnvironment.h"
+#include "frontend/session/SessionWindow.h"
 #include "frontend/session/TrayAnimation.h"
 #include "frontend/support/EventQueue.h"
 #include "frontend/tunnel/Vpn.h"
-#include "frontend/ui/locations/QrvLocationPaneController.h"
 #include "frontend/ui/settings/SettingsDelegate.h"
 
 #include <memory>
@@ -26,12 +25,10 @@ class Reachability;
 class TrayPresence;
 
 /// The main window's controller: builds the window, the tray icon and the session, and connects them. The
-/// session's rules are in HideIpSession, the pick and its controls in LocationRotation, the display in
-/// SessionDisplay. Main thread.
-class QrvMainWindowController final : public VpnProtocol,
-                                      public QrvApiProtocol,
-                                      public LocationPaneDelegate,
-                                      private SessionEnvironment,
+/// session's rules are in HideIpSession, the pick in LocationRotation, the display in displayOf(). Main
+/// thread.
+class QrvMainWindowController final : public QObject,
+                                      private SessionWindow,
                                       private SettingsDelegate,
                                       private DiscardedAddresses {
     Q_OBJECT
@@ -50,14 +47,14 @@ public:
 
     /// Builds the program's parts and sends the first request. Call it once.
     void awakeFromNib();
+    /// The program ends: hides the windows, ends the tunnel, and returns when that is done. Nothing of the
+    /// session happens later.
+    void endSession();
 
     void showSelfMenuItemPressed();
     void checkIpMenuItemPressed();
     void copyIpMenuItemPressed();
     void aboutMenuItemPressed();
-    /// Requests the server list again. Only while the IP is not hidden, because the answer contains the
-    /// address that the service sees, which is shown as the real one.
-    void refreshLocationsPressed();
     /// A global hot key was pressed: 1 hide, 2 change, 3 stop, 4 discard, 5 bring the window up. Other
     /// numbers do nothing.
     void hotKeyPressed(quint32 identifier);
@@ -68,7 +65,7 @@ public:
     void checkReachability();
     void refreshFrontWindow();
 
-    [[nodiscard]] HideIpSession &session() { return *m_hideIpSession; }
+    [[nodiscard]] HideIpSession &session() { return *m_session; }
 
     [[nodiscard]] MainWindow &window() { return *m_mainWindow; }
 
@@ -80,39 +77,16 @@ public:
     [[nodiscard]] LocationList &locations() { return m_locations; }
 
     /// The location entries that random picks of this rotation have used.
-    [[nodiscard]] const QSet<quint64> &usedLocations() const { return m_rotation->usedItems(); }
+    [[nodiscard]] const QSet<quint64> &usedLocations() const { return m_rotation.usedItems(); }
 
-    [[nodiscard]] const SessionDisplay &display() const { return m_sessionDisplay; }
-
-    // VpnProtocol
-    void connectionError() override;
-    // QrvApiProtocol
-    void qrvAnswer(QrvAPI &client) override;
-    void qrvFailed(const platform::UrlError &error) override;
-    // LocationPaneDelegate
-    [[nodiscard]] QStringList getDiscardList() const override;
-    void setRequiredUS(bool required) override;
-    void terminateVpn() override;
-    void stopQuorvane() override;
+    [[nodiscard]] const DisplayState &display() const { return m_session->display(); }
 
 private:
-    // SessionEnvironment
-    void alert(const QString &title, const QString &message) override;
-    void alertLater(const QString &message, const QString &informative) override;
-    bool authWindow() override;
-    [[nodiscard]] QString selectedTitle() const override;
-    void downloadCertificateForSelectedItem() override;
-    void forgetWaitingPick() override;
-    [[nodiscard]] QString lastItemTitle() const override;
-    [[nodiscard]] QrvVpnDataPointer lastItemData() const override;
-    void fillLocations(const QrvVpnDataList &servers) override;
-    [[nodiscard]] bool changesAutomatically() const override;
-    void startAnimation() override;
-    void stopAnimation() override;
-    void resetAnimationFrames() override;
-    [[nodiscard]] bool hasImage(const QString &name) const override;
+    // SessionWindow
+    void openAdministratorDialog(const std::function<void()> &closed) override;
     void showWindow() override;
     [[nodiscard]] bool startedHidden() const override;
+    [[nodiscard]] bool hasImage(const QString &name) const override;
     void terminateApplication() override;
     // SettingsDelegate
     void showMainWindow() override;
@@ -120,14 +94,16 @@ private:
     void hotKeyFired(quint32 identifier) override;
     [[nodiscard]] bool launchesOnStartup() const override;
     void startupLaunchButtonPressed(bool on) override;
+    void checkAdministrator(QWidget &window) override;
     // DiscardedAddresses, which the settings window holds
     void addDiscardedIp(const QString &address) override;
     [[nodiscard]] bool hasRow(const QString &text) const override;
     [[nodiscard]] QStringList getRowData() const override;
 
+    void draw(const DisplayState &state);
+    void connectSession();
     void connectWindow();
     void connectTray();
-    void connectFetch();
     void observeNotifications();
     void scheduleStartupChecks();
     /// First the name servers, then the stored administrator pair. The second check begins when the first,
@@ -135,23 +111,25 @@ private:
     [[nodiscard]] Task<> checkAtStart();
     [[nodiscard]] Task<> checkDnsSettings();
     [[nodiscard]] Task<> checkCredentials();
+    [[nodiscard]] Task<> openDialogUnlessValid(QWidget &window);
     void loadPreferences();
 
     QrvAPI &m_api;
     LocationList m_locations;
+    LocationChooser m_chooser;
     std::unique_ptr<MainWindow> m_mainWindow;
     TrayPresence *m_tray;
-    SessionDisplay m_sessionDisplay;
     TrayAnimation m_animation;
     ProcessInfo m_processes;
-    Vpn m_vpn;
     ConfigurationFetch m_fetch;
-    std::unique_ptr<HideIpSession> m_hideIpSession;
-    std::unique_ptr<LocationRotation> m_rotation;
+    LocationRotation m_rotation;
     std::unique_ptr<QrvAboutWindowController> m_aboutWindow;
     std::unique_ptr<QrvSettingsWindowController> m_settingsWindow;
     std::shared_ptr<Reachability> m_reach;
+    // Their handlers use everything above.
     EventQueue m_events;
+    Vpn m_vpn;
+    std::unique_ptr<HideIpSession> m_session;
 };
 
 } // namespace quorvane

@@ -2,17 +2,12 @@
 
 #include "LocationRowDelegate.h"
 #include "LocationRows.h"
-#include "frontend/api/QrvAPI.h"
 #include "frontend/session/LocationList.h"
 #include "frontend/session/SessionState.h"
-#include "frontend/session/StoredLocation.h"
-#include "frontend/support/Notifications.h"
 #include "frontend/support/Preferences.h"
 #include "frontend/ui/shared/Alerts.h"
 #include "frontend/ui/shared/Images.h"
 #include "frontend/ui/shared/PopUpButton.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Platform.h"
 
 #include <QCheckBox>
 #include <QListView>
@@ -40,94 +35,57 @@ QrvLocationPaneController::QrvLocationPaneController(QWidget *parent)
     m_sameIpBox->setObjectName(QStringLiteral("checkSameIP"));
     connect(m_popupCountry, &QComboBox::activated, this, [this] { popupCountrySelected(); });
     connect(m_sameIpBox, &QCheckBox::clicked, this, [this] { checkSameIPSelected(); });
-    platform::Platform::current().notifications->addObserver(
-        Notifications::updateServerList, this, [this](const QVariant &) { updateServerList(); });
 }
 
 QrvLocationPaneController::~QrvLocationPaneController() = default;
 
-void QrvLocationPaneController::setList(LocationList &list) {
-    m_list = &list;
+void QrvLocationPaneController::setChooser(LocationChooser &chooser) {
+    m_chooser = &chooser;
+    LocationList &list = chooser.list();
     const auto show = [this](int row) {
         m_popupCountry->setCurrentIndex(row);
     };
     m_popupCountry->setModel(new LocationRows(list, this));
     show(list.currentRow());
-    connect(m_list, &LocationList::currentRowChanged, this, show);
+    connect(&list, &LocationList::currentRowChanged, this, show);
     // A pop-up without a selection is one whose list is being replaced.
-    connect(m_popupCountry, &QComboBox::currentIndexChanged, m_list, &LocationList::setCurrentRow);
+    connect(m_popupCountry, &QComboBox::currentIndexChanged, &list, &LocationList::setCurrentRow);
+    connect(&chooser, &LocationChooser::enabledChanged, m_popupCountry, &QWidget::setEnabled);
+    connect(&chooser, &LocationChooser::keepsAddressChanged, m_sameIpBox, &QCheckBox::setChecked);
 }
 
-void QrvLocationPaneController::connectTo(QrvAPI *client, LocationPaneDelegate *newDelegate) {
-    m_api = client;
-    m_delegate = newDelegate;
+void QrvLocationPaneController::connectTo(QrvAPI *api, LocationPaneDelegate *delegate) {
+    m_chooser->connectTo(api, delegate);
     refresh();
 }
 
 void QrvLocationPaneController::updateServerList() {
-    if (m_api != nullptr) {
-        fillCountries(m_api->request().servers);
-    }
+    m_chooser->updateServerList();
 }
 
 void QrvLocationPaneController::fillCountries(const QrvVpnDataList &servers) {
-    if (servers.isEmpty()) {
-        return;
-    }
-    m_list->fill(servers, m_delegate != nullptr ? m_delegate->getDiscardList() : QStringList(),
-                 m_api != nullptr ? m_api->model().locations() : QrvLocationList());
-    if (m_api != nullptr) {
-        StoredLocation::selectIn(*m_list, m_api->model());
-    }
-    Q_EMIT rebuilt();
+    m_chooser->fillCountries(servers);
+}
+
+void QrvLocationPaneController::checkPopupCountry() {
+    m_chooser->checkPopupCountry();
+}
+
+void QrvLocationPaneController::popupCountrySelected() {
+    m_chooser->popupCountrySelected();
 }
 
 bool QrvLocationPaneController::selectPopupItemWithImageNamed(const QString &name) {
     const QString image = name.toLower();
-    return Images::exists(image) && m_list->selectFlag(image);
+    return Images::exists(image) && m_chooser->list().selectFlag(image);
 }
 
 bool QrvLocationPaneController::selectPopupItemWithTitle(const QString &title) {
-    return m_list->selectTitle(title);
-}
-
-void QrvLocationPaneController::checkPopupCountry() {
-    m_popupCountry->setEnabled(m_api != nullptr);
-    if (m_api == nullptr) {
-        return;
-    }
-    m_list->setCurrentAsSelectedItem();
-    const QString title = m_list->title(m_list->currentRow());
-    if (title != LocationChoice::randomTitle() && m_delegate != nullptr) {
-        m_delegate->setRequiredUS(false);
-    }
-    StoredLocation::store(title, m_api->model());
-}
-
-void QrvLocationPaneController::choose(quint64 id) {
-    if (m_popupCountry->isEnabled() && m_list->selectId(id)) {
-        popupCountrySelected();
-    }
-}
-
-void QrvLocationPaneController::popupCountrySelected() {
-    if (m_delegate != nullptr) {
-        QMetaObject::invokeMethod(
-            this, [target = m_delegate] { target->terminateVpn(); }, Qt::QueuedConnection);
-    }
-    if (m_sameIpBox->isChecked()) {
-        m_sameIpBox->setChecked(false);
-        checkSameIP();
-    }
-    checkPopupCountry();
-    if (m_delegate != nullptr) {
-        m_delegate->stopQuorvane();
-    }
-    platform::Platform::current().notifications->post(Notifications::startVpn);
+    return m_chooser->list().selectTitle(title);
 }
 
 void QrvLocationPaneController::checkSameIP() {
-    StoredLocation::storeSameIp(m_sameIpBox->isChecked());
+    m_chooser->setKeepsAddress(m_sameIpBox->isChecked());
 }
 
 void QrvLocationPaneController::checkSameIPSelected() {

@@ -1,6 +1,6 @@
 #include "MainWindow.h"
 
-#include "frontend/session/LocationList.h"
+#include "frontend/session/LocationChooser.h"
 #include "frontend/ui/shared/Images.h"
 #include "frontend/ui/shared/IntervalField.h"
 #include "frontend/ui/shared/WindowOrder.h"
@@ -49,10 +49,10 @@ void drawLine(QLabel *label, const DisplayState::Line &line, const DisplayState:
 
 } // namespace
 
-MainWindow::MainWindow(LocationList &locations, QWidget *parent)
-    : QMainWindow(parent), m_locations(locations), m_ui(std::make_unique<Ui::MainWindow>()) {
+MainWindow::MainWindow(LocationChooser &chooser, QWidget *parent)
+    : QMainWindow(parent), m_ui(std::make_unique<Ui::MainWindow>()) {
     m_ui->setupUi(this);
-    m_ui->locationPane->setList(locations);
+    m_ui->locationPane->setChooser(chooser);
     m_ui->viewSpinWeel->setRange(0, 100);
     setFixedWidth(400);
     // Only one size, because the window system receives every size of the icon.
@@ -137,7 +137,9 @@ void MainWindow::draw(const DisplayState &state) {
     if (state.interval != m_shown.interval) {
         m_interval->show(state.interval);
     }
-    m_interval->setEnabled(state.intervalEnabled);
+    m_interval->setEnabled(state.changesAutomatically);
+    m_ui->checkboxChangeIpInterval->setChecked(state.changesAutomatically);
+    m_ui->checkboxRequireUS->setChecked(state.requiresUs);
     drawImages(state);
     m_shown = state;
 }
@@ -145,7 +147,7 @@ void MainWindow::draw(const DisplayState &state) {
 void MainWindow::drawImages(const DisplayState &state) {
     if (state.stateImage != m_shown.stateImage) {
         m_ui->imageAppState->setPixmap(Images::pixmap(state.stateImage, stateImageSize, devicePixelRatioF()));
-        m_ui->imageAppState->setAccessibleName(stateDescription(state.stateImage));
+        m_ui->imageAppState->setAccessibleName(stateDescription(state.look));
     }
     if (state.flagImage != m_shown.flagImage) {
         m_ui->imageCountry->setPixmap(Images::pixmap(state.flagImage, flagSize, devicePixelRatioF()));
@@ -154,51 +156,20 @@ void MainWindow::drawImages(const DisplayState &state) {
     m_ui->imageCountry->setVisible(state.flagVisible);
 }
 
-QString MainWindow::stateDescription(const QString &image) {
-    if (image == QLatin1String("applock")) {
+QString MainWindow::stateDescription(Look look) {
+    switch (look) {
+    case Look::NotHidden:
+        return tr("IP not hidden");
+    case Look::Searching:
+        return tr("Searching");
+    case Look::Hidden:
         return tr("IP hidden");
     }
-    return image == QLatin1String("appwait") ? tr("Searching") : tr("IP not hidden");
+    return {};
 }
 
 QrvLocationPaneController &MainWindow::locationPane() const {
     return *m_ui->locationPane;
-}
-
-const LocationChoice::Locations &MainWindow::locations() const {
-    return m_locations;
-}
-
-LocationChoice::Entry MainWindow::selectedLocation() const {
-    return m_locations.entryAt(m_locations.currentRow());
-}
-
-void MainWindow::selectLocation(quint64 id) {
-    m_locations.selectId(id);
-}
-
-void MainWindow::selectRandomLocation() {
-    m_locations.setCurrentRow(0);
-}
-
-void MainWindow::removeLocation(const QString &title) {
-    m_locations.removeTitle(title);
-}
-
-bool MainWindow::changesAutomatically() const {
-    return m_ui->checkboxChangeIpInterval->isChecked();
-}
-
-void MainWindow::setChangesAutomatically(bool on) {
-    m_ui->checkboxChangeIpInterval->setChecked(on);
-}
-
-bool MainWindow::requiresUS() const {
-    return m_ui->checkboxRequireUS->isChecked();
-}
-
-void MainWindow::setRequiresUS(bool on) {
-    m_ui->checkboxRequireUS->setChecked(on);
 }
 
 void MainWindow::setNonRepeat(bool on) {
@@ -211,10 +182,6 @@ int MainWindow::transportIndex() const {
 
 void MainWindow::setTransportIndex(int index) {
     (index == 1 ? m_ui->segmentUdp : m_ui->segmentTcp)->setChecked(true);
-}
-
-QString MainWindow::transportLabel() const {
-    return (transportIndex() == 1 ? m_ui->segmentUdp : m_ui->segmentTcp)->text();
 }
 
 void MainWindow::raiseFloatingLevel() {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "frontend/session/RotationControls.h"
-#include "frontend/session/SessionDisplay.h"
+#include "frontend/session/DisplayState.h"
 
 #include <QMainWindow>
 #include <memory>
@@ -9,7 +8,7 @@
 namespace quorvane {
 
 class IntervalField;
-class LocationList;
+class LocationChooser;
 class QrvLocationPaneController;
 
 namespace Ui {
@@ -18,29 +17,17 @@ class MainWindow;
 
 /// The main window: draws the display state and emits a signal for each control that the user operates. It
 /// contains no rules of the session. Main thread.
-class MainWindow final : public QMainWindow, public RotationControls {
+class MainWindow final : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// The location list is not owned and must outlive this.
-    explicit MainWindow(LocationList &locations, QWidget *parent = nullptr);
+    /// The chooser of locations is not owned and must outlive this.
+    explicit MainWindow(LocationChooser &chooser, QWidget *parent = nullptr);
     ~MainWindow() override;
 
     void draw(const DisplayState &state);
 
     [[nodiscard]] QrvLocationPaneController &locationPane() const;
-    // RotationControls
-    [[nodiscard]] const LocationChoice::Locations &locations() const override;
-    [[nodiscard]] LocationChoice::Entry selectedLocation() const override;
-    void selectLocation(quint64 id) override;
-    void selectRandomLocation() override;
-    void removeLocation(const QString &title) override;
-    [[nodiscard]] bool requiresUS() const override;
-    void setRequiresUS(bool on) override;
-    [[nodiscard]] bool changesAutomatically() const override;
-    [[nodiscard]] QString transportLabel() const override;
-
-    void setChangesAutomatically(bool on);
     void setNonRepeat(bool on);
     /// 0 for TCP, 1 for UDP.
     [[nodiscard]] int transportIndex() const;
@@ -85,10 +72,9 @@ private:
     void mousePressEvent(QMouseEvent *event) override;
     void endEditing();
     void hideOrMinimise();
-    [[nodiscard]] static QString stateDescription(const QString &image);
+    [[nodiscard]] static QString stateDescription(Look look);
     void drawImages(const DisplayState &state);
 
-    LocationList &m_locations;
     std::unique_ptr<Ui::MainWindow> m_ui;
     IntervalField *m_interval = nullptr;
     DisplayState m_shown;

@@ -10,9 +10,7 @@
 #include "SettingsWindow.h"
 #include "VpnPane.h"
 #include "frontend/api/QrvAPI.h"
-#include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 #include "frontend/support/Preferences.h"
-#include "frontend/ui/shared/Alerts.h"
 #include "frontend/ui/shared/WebPages.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
@@ -142,7 +140,7 @@ void QrvSettingsWindowController::buttonOurWebsitePressed() {
 }
 
 void QrvSettingsWindowController::authWindow() {
-    QrvAuthenticationWindowController::runUnlessValid(Alerts::shared(), *m_settings);
+    m_delegate.checkAdministrator(*m_settings);
 }
 
 void QrvSettingsWindowController::addDiscardedIp(const QString &address) {

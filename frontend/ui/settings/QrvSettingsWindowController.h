@@ -48,7 +48,8 @@ public:
     void setAllSettings();
     void reassignControls();
     void buttonOurWebsitePressed();
-    /// Runs the administrator dialog unless the stored pair is valid or the dialog is open already. Blocks.
+    /// Opens the administrator dialog of this window unless the stored pair is valid or a dialog is open.
+    /// Returns at once.
     void authWindow();
 
     // No effect by design: browsers keep their own settings, and a hot key is chosen in its pop-up.

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+class QWidget;
+
 namespace quorvane {
 
 /// The operations of the main window's controller that the settings window uses. Main thread.
@@ -16,6 +18,9 @@ public:
     virtual void hotKeyFired(quint32 identifier) = 0;
     [[nodiscard]] virtual bool launchesOnStartup() const = 0;
     virtual void startupLaunchButtonPressed(bool on) = 0;
+    /// Tests the stored administrator pair, and opens the window's dialog unless it is valid or a dialog is
+    /// open.
+    virtual void checkAdministrator(QWidget &window) = 0;
 };
 
 } // namespace quorvane

@@ -3,12 +3,12 @@
 #include "frontend/support/AlertPresenter.h"
 
 #include <QObject>
-#include <QQueue>
 #include <functional>
 
 namespace quorvane {
 
-/// Shows every alert of the program. Main thread. Alerts have one "OK" button; no two are open at once.
+/// Shows every alert of the program. Main thread. Alerts have one "OK" button; none opens while another alert
+/// or a dialog is open, except over its own dialog.
 class Alerts final : public QObject, public AlertPresenter {
     Q_OBJECT
 
@@ -18,19 +18,19 @@ public:
 
     [[nodiscard]] static Alerts &shared();
 
-    void critical(const Alert &alert) override;
+    using AlertPresenter::critical;
+    void critical(const Alert &alert, const std::function<void()> &closed) override;
     void criticalLater(const Alert &alert) override;
+    /// Shows the alert and returns when it was dismissed. Only before the program's own event loop runs.
+    void criticalAndWait(const Alert &alert);
 
     void setPresenter(Presenter presenter) { m_presenter = std::move(presenter); }
 
 private:
     Alerts() = default;
-    void show(const Alert &alert);
-    void showWaiting();
+    void show(const Alert &alert, const std::function<void()> &closed);
 
     Presenter m_presenter;
-    QQueue<Alert> m_waiting;
-    bool m_open = false;
 };
 
 } // namespace quorvane

@@ -22,7 +22,7 @@ platform::TrayHosts &hosts() {
 
 TrayPresence::TrayPresence(QObject *parent) : QObject(parent), m_trayMenu(std::make_unique<QMenu>()) {
     fillMenu();
-    setStatus(Status::NotHidden, {});
+    setStatus(Look::NotHidden, {});
     setImage(QStringLiteral("Tray"));
     hosts().installChangeHandler([this] { updateForHosts(); });
     updateForHosts();
@@ -37,6 +37,7 @@ TrayPresence::~TrayPresence() {
 }
 
 void TrayPresence::fillMenu() {
+    m_trayMenu->setToolTipsVisible(true);
     m_hideItem = m_trayMenu->addAction(QStringLiteral("Quorvane"));
     m_changeItem = m_trayMenu->addAction(tr("Change IP"));
     m_afterLocations = m_trayMenu->addSeparator();
@@ -111,16 +112,16 @@ void TrayPresence::setImage(const QString &name) {
     }
 }
 
-void TrayPresence::setStatus(Status status, const QString &address) {
+void TrayPresence::setStatus(Look look, const QString &address) {
     QString text;
-    switch (status) {
-    case Status::NotHidden:
+    switch (look) {
+    case Look::NotHidden:
         text = tr("Quorvane: your IP is not hidden");
         break;
-    case Status::Searching:
+    case Look::Searching:
         text = tr("Quorvane: searching for an available IP");
         break;
-    case Status::Hidden:
+    case Look::Hidden:
         text = tr("Quorvane: your IP is hidden behind %1").arg(address.trimmed());
         break;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "frontend/session/SessionFacts.h"
+
 #include <QObject>
 #include <QString>
 #include <memory>
@@ -21,13 +23,6 @@ class TrayPresence final : public QObject {
     Q_OBJECT
 
 public:
-    /// The session's state in the tooltip.
-    enum class Status {
-        NotHidden, ///< the real address is seen
-        Searching, ///< an attempt runs
-        Hidden     ///< a lent address is seen
-    };
-
     /// With only an embedding tray, the icon waits this long for a status notifier host: at login both start
     /// together, and the kind of the icon cannot change during the run.
     static constexpr double notifierWaitSeconds = 2.0;
@@ -40,7 +35,7 @@ public:
     /// Shows the image of this name, if there is one.
     void setImage(const QString &name);
     /// Sets the tooltip to the text of the state; the address is the lent one.
-    void setStatus(Status status, const QString &address);
+    void setStatus(Look look, const QString &address);
 
     /// The list that the submenu of locations shows; not owned, must outlive this. Call it once.
     void setLocations(LocationList &list);

@@ -235,7 +235,9 @@ ScriptResult SudoScriptingService::runAsUser(const QString &line) {
     if (outcome.startFailure != 0) {
         return failure(notRun, qt_error_string(outcome.startFailure));
     }
-    return lineResult(outcome.status, outcome.output, outcome.error);
+    ScriptResult result = lineResult(outcome.status, outcome.output, outcome.error);
+    result.openOutput = outcome.openOutput;
+    return result;
 }
 
 ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const QString &user,
@@ -276,7 +278,10 @@ ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const
     if (granted < 0) {
         return refusal(outcome, prompt);
     }
-    return lineResult(outcome.status, outcome.output, outcome.error.mid(granted + marker.size() + 1));
+    ScriptResult result =
+        lineResult(outcome.status, outcome.output, outcome.error.mid(granted + marker.size() + 1));
+    result.openOutput = outcome.openOutput;
+    return result;
 }
 
 } // namespace quorvane::platform

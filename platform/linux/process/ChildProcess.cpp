@@ -119,12 +119,12 @@ bool readAvailable(const FileDescriptor &end, QByteArray &into) {
     }
 }
 
-/// Reads a stream that outlives its process to its end and discards it.
-void discardInBackground(FileDescriptor end) {
+/// Reads a stream that outlives its process to its end and discards it. Holds the token until then.
+void discardInBackground(FileDescriptor end, const std::shared_ptr<void> &token) {
     const int flags = ::fcntl(end.get(), F_GETFL);
     ::fcntl(end.get(), F_SETFL, flags & ~O_NONBLOCK);
     try {
-        std::thread([stream = std::move(end)] {
+        std::thread([stream = std::move(end), token] {
             std::array<char, 4096> part{};
             ssize_t got = 1;
             while (got > 0 || (got < 0 && errno == EINTR)) {
@@ -156,9 +156,11 @@ public:
         }
         const int number = information.si_status;
         m_outcome.status = information.si_code == CLD_EXITED ? number : 128 + number;
+        const auto token = std::make_shared<char>();
+        m_outcome.openOutput = token;
         for (FileDescriptor *end : {&m_output, &m_error}) {
             if (end->isOpen()) {
-                discardInBackground(std::move(*end));
+                discardInBackground(std::move(*end), token);
             }
         }
         return std::move(m_outcome);

@@ -6,6 +6,7 @@
 #include <QByteArrayList>
 #include <QString>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <sys/types.h>
 
@@ -30,6 +31,8 @@ struct ChildOutcome {
     int status = 0;
     QByteArray output;
     QByteArray error;
+    /// Expires when the outputs that a process left behind has open are closed.
+    std::weak_ptr<void> openOutput = {};
 };
 
 /// The writing end of a child's standard input.

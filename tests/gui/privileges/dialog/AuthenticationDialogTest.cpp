@@ -1,11 +1,13 @@
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 
 #include "frontend/privileges/QrvCredentials.h"
+#include "frontend/support/EventQueue.h"
 #include "tests/gui/GuiTest.h"
 
+#include <QApplication>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 
 namespace quorvane {
 
@@ -16,6 +18,7 @@ class AuthenticationDialogTest : public QObject {
 
 private:
     std::unique_ptr<GuiFixture> m_fixture;
+    EventQueue m_events;
     std::unique_ptr<QrvAuthenticationWindowController> m_dialog;
     QObject m_observer;
     QList<QVariant> m_started;
@@ -46,7 +49,13 @@ private:
     void fillAndStart() {
         m_dialog->userNameTextField()->setText(text("ada"));
         QTest::keyClicks(m_dialog->passwordTextField(), text("ada pw"));
+        pressStart();
+    }
+
+    /// Also waits for the commands that the press begins.
+    void pressStart() {
         QTest::mouseClick(m_dialog->startButton(), Qt::LeftButton);
+        m_fixture->services.background().finishAll();
     }
 
 private Q_SLOTS:
@@ -59,7 +68,7 @@ private Q_SLOTS:
             [this](const FakeScriptingService::Call &call) { return answer(call); });
         m_fixture->services.platform().notifications->addObserver(
             text("startVpn"), &m_observer, [this](const QVariant &object) { m_started.append(object); });
-        m_dialog = std::make_unique<QrvAuthenticationWindowController>(Alerts::shared());
+        m_dialog = std::make_unique<QrvAuthenticationWindowController>(m_events, Alerts::shared());
         m_dialog->loadWindow();
         m_dialog->show();
         QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
@@ -131,7 +140,7 @@ private Q_SLOTS:
         QVERIFY(m_started.isEmpty());
         QCOMPARE(QrvCredentials::sharedInstance().rootPassword(), text("ada pw"));
         m_pairAccepted = true;
-        QTest::mouseClick(m_dialog->startButton(), Qt::LeftButton);
+        pressStart();
         QCOMPARE(m_started.size(), 1);
         QVERIFY(!m_dialog->isVisible());
     }
@@ -149,6 +158,7 @@ private Q_SLOTS:
         m_dialog->userNameTextField()->setText(text("ada"));
         QTest::keyClicks(m_dialog->passwordTextField(), text("pw"));
         QTest::keyClick(m_dialog->passwordTextField(), Qt::Key_Return);
+        m_fixture->services.background().finishAll();
         QCOMPARE(m_started.size(), 1);
     }
 
@@ -164,26 +174,96 @@ private Q_SLOTS:
         QVERIFY(m_started.isEmpty());
     }
 
-    void modalLoopEndsWithTheDialog() {
-        m_dialog->hide();
-        QTimer::singleShot(0, this, [this] { fillAndStart(); });
-        m_dialog->runModal();
+    void testOfThePairDoesNotBlockTheDialog() {
+        m_fixture->services.background().hold();
+        m_dialog->userNameTextField()->setText(text("ada"));
+        QTest::keyClicks(m_dialog->passwordTextField(), text("pw"));
+        QTest::mouseClick(m_dialog->startButton(), Qt::LeftButton);
+        QVERIFY(lines().isEmpty());
+        QVERIFY(!m_dialog->startButton()->isEnabled());
+        QTest::keyClick(m_dialog->passwordTextField(), Qt::Key_Return); // one test at a time
+        QCOMPARE(m_fixture->services.background().pending(), 1U);
+        m_fixture->services.background().finishAll();
         QCOMPARE(m_started.size(), 1);
+        QVERIFY(!m_dialog->isVisible());
+        QVERIFY(m_dialog->startButton()->isEnabled());
+    }
+
+    void cancelDuringTheTestComesAfterItsResult() {
+        m_pairAccepted = false;
+        m_fixture->services.background().hold();
+        m_dialog->userNameTextField()->setText(text("ada"));
+        QTest::keyClicks(m_dialog->passwordTextField(), text("pw"));
+        QTest::mouseClick(m_dialog->startButton(), Qt::LeftButton);
+        QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
+        QVERIFY(m_dialog->isVisible());
+        m_fixture->services.background().finishAll();
+        QCOMPARE(m_fixture->alerts.size(), 1);
         QVERIFY(!m_dialog->isVisible());
     }
 
-    void queuedWorkRunsInsideTheModalLoop() {
+    void dialogThatIsDestroyedDuringTheTestStartsNothing() {
+        m_fixture->services.background().hold();
+        m_dialog->userNameTextField()->setText(text("ada"));
+        QTest::keyClicks(m_dialog->passwordTextField(), text("pw"));
+        QTest::mouseClick(m_dialog->startButton(), Qt::LeftButton);
+        m_dialog.reset();
+        m_fixture->services.background().finishAll();
+        QVERIFY(m_started.isEmpty());
+        QVERIFY(!m_events.isHeld());
+    }
+
+    void opensOnceForTwoRequestsAndReportsItsEndToBoth() {
+        QWidget window;
+        int closed = 0;
+        const auto open = [&] {
+            QrvAuthenticationWindowController::open(m_events, Alerts::shared(), window, [&] { ++closed; });
+        };
         m_dialog->hide();
-        bool ran = false;
-        QMetaObject::invokeMethod(
-            this,
-            [this, &ran] {
-                ran = m_dialog->isVisible();
-                m_dialog->cancelButton();
-            },
-            Qt::QueuedConnection);
-        m_dialog->runModal();
-        QVERIFY(ran);
+        open();
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog != nullptr);
+        open();
+        QCOMPARE(window.findChildren<QDialog *>().size(), 1);
+        dialog->reject();
+        QCOMPARE(closed, 2);
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        open();
+        QCOMPARE(QApplication::activeModalWidget(), dialog); // kept for the next time
+        dialog->reject();
+        QCOMPARE(closed, 3);
+    }
+
+    void waitsForAnAlertAndItsOwnAlertShowsOverIt() {
+        Alerts::shared().setPresenter({});
+        m_dialog->hide();
+        Alerts::shared().critical({text("t"), text("first"), {}});
+        auto *first = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY(first != nullptr);
+        QWidget window;
+        QrvAuthenticationWindowController::open(m_events, Alerts::shared(), window, [] {});
+        QCOMPARE(QApplication::activeModalWidget(), first);
+        first->accept();
+        auto *dialog = qobject_cast<QrvAuthenticationWindowController *>(QApplication::activeModalWidget());
+        QVERIFY(dialog != nullptr);
+        Alerts::shared().critical({text("t"), text("second"), {}}); // waits
+        QCOMPARE(QApplication::activeModalWidget(), dialog);
+        m_pairAccepted = false;
+        dialog->userNameTextField()->setText(text("ada"));
+        dialog->passwordTextField()->setText(text("pw"));
+        dialog->okButton();
+        m_fixture->services.background().finishAll();
+        auto *own = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY(own != nullptr);
+        QCOMPARE(own->text(), text("You input wrong user name or password.\n"));
+        own->accept();
+        QCOMPARE(QApplication::activeModalWidget(), dialog);
+        dialog->cancelButton();
+        auto *second = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY(second != nullptr);
+        QCOMPARE(second->text(), text("second"));
+        second->accept();
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
     }
 };
 

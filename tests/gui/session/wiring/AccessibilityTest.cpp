@@ -1,8 +1,10 @@
+#include "frontend/session/LocationChooser.h"
 #include "frontend/session/LocationList.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/mainwindow/QrvAboutWindowController.h"
 
 #include "tests/gui/GuiTest.h"
+#include "tests/gui/ShownSession.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -78,10 +80,9 @@ private Q_SLOTS:
 
     void mainWindowHasNoUnnamedPartInAnyState() {
         LocationList locations;
-        MainWindow window(locations);
-        SessionDisplay display;
-        connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
-        display.starting();
+        LocationChooser chooser(locations);
+        MainWindow window(chooser);
+        ShownSession display(window);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         const auto check = [&window] {
@@ -97,7 +98,7 @@ private Q_SLOTS:
         display.answerHandled();
         display.searching();
         check();
-        display.waitingForLocation(text("Every location has been used."));
+        display.waitingForLocation();
         check();
         display.hidden(text("203.0.113.7\n"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
         check();
@@ -118,10 +119,9 @@ private Q_SLOTS:
 
     void statePictureAndFlagHaveAccessibleNames() {
         LocationList locations;
-        MainWindow window(locations);
-        SessionDisplay display;
-        connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
-        display.starting();
+        LocationChooser chooser(locations);
+        MainWindow window(chooser);
+        ShownSession display(window);
         const auto *picture = window.findChild<QLabel *>(text("imageAppState"));
         QCOMPARE(picture->accessibleName(), text("IP not hidden"));
         display.searching();

@@ -1,11 +1,14 @@
 #include "tests/gui/Language.h"
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 #include "frontend/session/LocationChoice.h"
+#include "frontend/session/LocationChooser.h"
 #include "frontend/session/LocationList.h"
+#include "frontend/support/EventQueue.h"
 #include "frontend/ui/locations/QrvLocationPaneController.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/mainwindow/QrvAboutWindowController.h"
 #include "frontend/ui/tray/TrayPresence.h"
+#include "tests/gui/ShownSession.h"
 #include "tests/gui/ui/settings/SettingsTest.h"
 
 #include <QAbstractButton>
@@ -73,10 +76,9 @@ private Q_SLOTS:
 
     void mainWindowIsTranslated() {
         LocationList locations;
-        MainWindow window(locations);
-        SessionDisplay display;
-        connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
-        display.starting();
+        LocationChooser chooser(locations);
+        MainWindow window(chooser);
+        ShownSession display(window);
         const auto said = [&window](const char *name) {
             const auto *label = window.findChild<QLabel *>(text(name));
             const auto *button = window.findChild<QAbstractButton *>(text(name));
@@ -103,15 +105,16 @@ private Q_SLOTS:
 
     void textsForTheServiceAreNotTranslated() {
         LocationList locations;
-        MainWindow window(locations);
-        QCOMPARE(window.transportLabel(), text("TCP"));
-        window.findChild<QAbstractButton *>(text("segmentUdp"))->click();
-        QCOMPARE(window.transportLabel(), text("UDP"));
+        LocationChooser chooser(locations);
+        MainWindow window(chooser);
+        QCOMPARE(window.findChild<QAbstractButton *>(text("segmentTcp"))->text(), text("TCP"));
+        QCOMPARE(window.findChild<QAbstractButton *>(text("segmentUdp"))->text(), text("UDP"));
     }
 
     void randomLocationIsShownTranslatedAndKnownByItsEnglishTitle() {
         LocationList locations;
-        MainWindow window(locations);
+        LocationChooser chooser(locations);
+        MainWindow window(chooser);
         const auto *popup = window.findChild<QComboBox *>(text("popupCountry"));
         QCOMPARE(popup->currentText(), either("Random Location", "Zufälliger Standort"));
         QCOMPARE(locations.title(0), LocationChoice::randomTitle());
@@ -152,11 +155,13 @@ private Q_SLOTS:
 
     void everyLetterActsOnOneControl() {
         LocationList locations;
-        MainWindow main(locations);
+        LocationChooser chooser(locations);
+        MainWindow main(chooser);
         main.show();
         QVERIFY(QTest::qWaitForWindowExposed(&main));
         checkMnemonics(main, 7);
-        QrvAuthenticationWindowController dialog(Alerts::shared());
+        EventQueue events;
+        QrvAuthenticationWindowController dialog(events, Alerts::shared());
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         checkMnemonics(dialog, 2);

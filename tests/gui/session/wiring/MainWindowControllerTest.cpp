@@ -36,7 +36,7 @@ private:
 
     [[nodiscard]] fakes::TestPlatform &services() const { return m_fixture->services; }
 
-    [[nodiscard]] const DisplayState &shown() const { return m_fixture->controller->display().state(); }
+    [[nodiscard]] const DisplayState &shown() const { return m_fixture->controller->display(); }
 
     template <typename Widget>
     [[nodiscard]] Widget *find(const char *name) const {
@@ -111,6 +111,7 @@ private Q_SLOTS:
     void tunnelLeftOverIsKilledAtStart() {
         services().processes().setNames({"openvpn"});
         m_fixture->start();
+        m_fixture->settle();
         QCOMPARE(linesWith("sudo -S killall -9 openvpn"), 1);
     }
 
@@ -203,6 +204,7 @@ private Q_SLOTS:
         QVERIFY(services().urls().fetches().front().endsWith("&proto=TCP"));
         services().processes().setNames({"openvpn"});
         QTest::mouseClick(find<QPushButton>("buttonQuorvane"), Qt::LeftButton);
+        m_fixture->settle();
         QVERIFY(!SessionState::shared().hidden);
         QCOMPARE(find<QrvFancyIp>("viewCurrentIP")->stringValue(), text("198.51.100.10"));
         QCOMPARE(linesWith("killall"), 1);
@@ -243,10 +245,10 @@ private Q_SLOTS:
         startAndAnswer();
         pressAndFetch(1);
         m_fixture->writeTunnelLog("a\nAUTH_FAILED\n");
-        services().delayedCalls().advance(2.0);
+        m_fixture->advance(2.0);
         QVERIFY(m_fixture->alerts.isEmpty());
-        services().delayedCalls().advance(5.0);
-        QCoreApplication::processEvents();
+        m_fixture->advance(5.0);
+        m_fixture->settle();
         QCOMPARE(m_fixture->alerts.size(), 1);
         QCOMPARE(shown().line1.tone, Tone::Warning);
     }
@@ -268,7 +270,7 @@ private Q_SLOTS:
         m_fixture->api->setInetConnect(false);
         find<QComboBox>("popupCountry")->setCurrentIndex(1);
         m_fixture->controller->session().getNewIP();
-        QCoreApplication::processEvents();
+        m_fixture->settle();
         QCOMPARE(m_fixture->alerts.size(), 1);
         QVERIFY(services().logSink().lines().contains(text("downloadCertificateForSelectedItem no inet")));
     }
@@ -316,12 +318,13 @@ private Q_SLOTS:
         m_fixture->controller->hotKeyPressed(3); // not hidden: nothing to stop
         QCOMPARE(shown().stateImage, text("appmain"));
         m_fixture->controller->hotKeyPressed(1);
-        QCOMPARE(shown().stateImage, text("appwait"));
+        QTRY_COMPARE(shown().stateImage, text("appwait"));
         QTRY_COMPARE(linesWith("--config"), 1);
         m_fixture->tunnelUp();
         m_fixture->controller->hotKeyPressed(1); // hidden already
         QCOMPARE(services().urls().fetches().size(), 1U);
         m_fixture->controller->hotKeyPressed(3);
+        m_fixture->settle();
         QVERIFY(!SessionState::shared().hidden);
         m_fixture->controller->window().hide();
         m_fixture->controller->hotKeyPressed(5);

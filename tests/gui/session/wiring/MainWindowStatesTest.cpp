@@ -4,6 +4,7 @@
 #include "frontend/ui/shared/QrvFancyIp.h"
 #include "tests/gui/MainWindowFixture.h"
 
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -38,7 +39,7 @@ private:
 
     /// Every field of the state that the window shows.
     void compare() const {
-        const DisplayState &state = m_fixture->display.state();
+        const DisplayState state = displayOf(m_fixture->display.facts);
         compareLine("fieldLine1", state.line1);
         compareLine("fieldLine21", state.line21);
         compareLine("fieldLine22", state.line22);
@@ -56,12 +57,14 @@ private:
         QCOMPARE(find<QPushButton>("advancedSettingsButton")->isEnabled(), state.advancedEnabled);
         QCOMPARE(find<QPushButton>("changeIpButton")->isVisible(), state.changeIpVisible);
         QCOMPARE(find<QPushButton>("discardIpButton")->isVisible(), state.discardIpVisible);
+        QCOMPARE(find<QCheckBox>("checkboxChangeIpInterval")->isChecked(), state.changesAutomatically);
+        QCOMPARE(find<QCheckBox>("checkboxRequireUS")->isChecked(), state.requiresUs);
         const auto *spinner = find<QProgressBar>("viewSpinWeel");
         QCOMPARE(spinner->isVisible(), state.spinning);
         QCOMPARE(spinner->maximum(), state.spinning ? 0 : 100);
-        QCOMPARE(find<QLineEdit>("fieldChangeIpInterval")->isEnabled(), state.intervalEnabled);
+        QCOMPARE(find<QLineEdit>("fieldChangeIpInterval")->isEnabled(), state.changesAutomatically);
         QCOMPARE(find<QLineEdit>("fieldChangeIpInterval")->text(), QString::number(state.interval));
-        QCOMPARE(find<QSpinBox>("stepperChangeIpInterval")->isEnabled(), state.intervalEnabled);
+        QCOMPARE(find<QSpinBox>("stepperChangeIpInterval")->isEnabled(), state.changesAutomatically);
         QCOMPARE(find<QSpinBox>("stepperChangeIpInterval")->value(), state.interval);
     }
 
@@ -69,38 +72,59 @@ private Q_SLOTS:
 
     void init() {
         m_fixture = std::make_unique<MainWindowFixture>();
-        m_fixture->display.interval(10, false);
+        m_fixture->display.facts.interval = 10;
+        m_fixture->display.draw();
         m_fixture->show();
     }
 
     void cleanup() { m_fixture.reset(); }
 
     void everyStateOfASession() {
-        const QString real = text("198.51.100.10");
+        SessionFacts &facts = m_fixture->display.facts;
         const QList<std::function<void()>> steps{
             [] {},
-            [&] { m_fixture->display.currentIpKnown(real); },
-            [&] { m_fixture->display.answerHandled(); },
-            [&] { m_fixture->display.switchedOn(true); },
-            [&] { m_fixture->display.switchingOn(); },
-            [&] { m_fixture->display.searching(); },
-            [&] { m_fixture->display.waitingForLocation(text("Every location has been used.")); },
-            [&] { m_fixture->display.waitingEnded(); },
-            [&] { m_fixture->display.fetching(); },
-            [&] { m_fixture->display.tunnelStarting(); },
-            [&] { m_fixture->display.advancedEnabled(true); },
+            [&] { facts.realAddress = facts.shownAddress = text("198.51.100.10"); },
             [&] {
-                m_fixture->display.hidden(text("203.0.113.7\n"), real, text("de"), text("Germany Berlin"));
+                facts.answered = facts.controls = true;
+                facts.phase = Phase::NotHidden;
             },
-            [&] { m_fixture->display.interval(42, true); },
-            [&] { m_fixture->display.searching(); },
-            [&] { m_fixture->display.failed(real); },
-            [&] { m_fixture->display.hidden(text("203.0.113.8\n"), real, text("us"), text("")); },
-            [&] { m_fixture->display.hideRotationButtons(); },
-            [&] { m_fixture->display.notHidden(real); },
+            [&] { facts.switchedOn = true; },
+            [&] { facts.controls = facts.settingsEnabled = false; },
+            [&] { facts.phase = Phase::Checking; },
+            [&] {
+                facts.phase = Phase::Waiting;
+                facts.look = Look::Searching;
+                facts.buttonStops = facts.itemStops = true;
+            },
+            [&] { facts.phase = Phase::Fetching; },
+            [&] { facts.phase = Phase::Connecting; },
+            [&] { facts.settingsEnabled = true; },
+            [&] { m_fixture->showHidden(); },
+            [&] {
+                facts.interval = 42;
+                facts.changesAutomatically = facts.requiresUs = true;
+            },
+            [&] {
+                facts.phase = Phase::Fetching;
+                facts.look = Look::Searching;
+            },
+            [&] { m_fixture->showHidden(); },
+            [&] {
+                facts.location = text("States Denver");
+                facts.shownAddress = text("203.0.113.8\n");
+                facts.flag = text("us");
+            },
+            [&] {
+                facts.phase = Phase::NotHidden;
+                facts.look = Look::NotHidden;
+                facts.shownAddress = facts.realAddress;
+                facts.flag = QString();
+                facts.switchedOn = facts.buttonStops = facts.itemStops = facts.copyEnabled = false;
+            },
         };
         for (qsizetype step = 0; step < steps.size(); ++step) {
             steps.at(step)();
+            m_fixture->display.draw();
             compare();
             QVERIFY2(!QTest::currentTestFailed(), qPrintable(text("step %1").arg(step)));
         }

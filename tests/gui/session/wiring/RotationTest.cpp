@@ -69,8 +69,7 @@ private:
         for (int i = 1; i <= 3; ++i) {
             m_fixture->controller->hotKeyPressed(2);
             waitForFetches(i);
-            m_fixture->services.background().finishAll();
-            QCoreApplication::processEvents();
+            m_fixture->settle();
         }
     }
 
@@ -149,6 +148,7 @@ private Q_SLOTS:
         sorted.sort();
         QCOMPARE(sorted, (QStringList{text("203.0.113.1"), text("203.0.113.2"), text("203.0.113.3")}));
         m_fixture->controller->hotKeyPressed(2);
+        m_fixture->settle();
         QVERIFY(find<QLabel>("fieldLine3")->isVisible());
         QVERIFY(find<QLabel>("fieldLine3")->text().startsWith(text("Every location has been used")));
         QVERIFY(find<QPushButton>("buttonQuorvane")->isEnabled());
@@ -164,8 +164,8 @@ private Q_SLOTS:
         auto *popup = find<QComboBox>("popupCountry");
         popup->setCurrentIndex(0);
         Q_EMIT popup->activated(0);
+        m_fixture->settle();
         QVERIFY(find<QLabel>("fieldLine3")->isVisible());
-        QCoreApplication::processEvents();
         find<QCheckBox>("checkboxRequireUS")->click();
         waitForFetches(4);
         QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
@@ -174,13 +174,13 @@ private Q_SLOTS:
     void choosingALocationWhileAnAttemptWaitsBeginsOneAttempt() {
         useEveryLocation();
         m_fixture->controller->hotKeyPressed(2);
+        m_fixture->settle();
         QVERIFY(find<QLabel>("fieldLine3")->isVisible());
         auto *popup = find<QComboBox>("popupCountry");
         popup->setCurrentIndex(indexOf("Germany Berlin"));
         Q_EMIT popup->activated(popup->currentIndex());
         waitForFetches(4);
-        m_fixture->services.background().finishAll();
-        QCoreApplication::processEvents();
+        m_fixture->settle();
         QCOMPARE(requestedAddresses().size(), 4);
         QCOMPARE(requestedAddresses().last(), text("203.0.113.1"));
     }
@@ -188,9 +188,11 @@ private Q_SLOTS:
     void waitingAttemptCanBeStopped() {
         useEveryLocation();
         m_fixture->controller->hotKeyPressed(2);
+        m_fixture->settle();
         press();
+        m_fixture->settle();
         QVERIFY(!find<QLabel>("fieldLine3")->isVisible());
-        QCOMPARE(m_fixture->controller->display().state().stateImage, text("appmain"));
+        QCOMPARE(m_fixture->controller->display().stateImage, text("appmain"));
         services().platform().notifications->post(text("updateServerList"));
         QCoreApplication::processEvents();
         QCOMPARE(requestedAddresses().size(), 3); // the stopped attempt does not continue by itself

@@ -1,10 +1,13 @@
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
+#include "frontend/session/LocationChooser.h"
 #include "frontend/session/LocationList.h"
+#include "frontend/support/EventQueue.h"
 #include "frontend/ui/mainwindow/MainWindow.h"
 #include "frontend/ui/mainwindow/QrvAboutWindowController.h"
 #include "frontend/ui/shared/Theme.h"
 
 #include "tests/gui/Language.h"
+#include "tests/gui/ShownSession.h"
 #include "tests/gui/ui/settings/SettingsTest.h"
 
 #include <QAbstractButton>
@@ -99,10 +102,9 @@ private Q_SLOTS:
 
     void mainWindowHasRoomForEveryTextInEveryState() {
         LocationList locations;
-        MainWindow window(locations);
-        SessionDisplay display;
-        connect(&display, &SessionDisplay::changed, &window, &MainWindow::draw);
-        display.starting();
+        LocationChooser chooser(locations);
+        MainWindow window(chooser);
+        ShownSession display(window);
         display.interval(99, true);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
@@ -112,12 +114,8 @@ private Q_SLOTS:
         check(window);
         display.searching();
         check(window);
-        display.waitingForLocation(QCoreApplication::translate(
-            "quorvane::LocationRotation", "Every location has been used in this rotation. Refresh "
-                                          "the locations or switch \"US only\" to begin a new one."));
+        display.waitingForLocation();
         check(window);
-        display.waitingEnded();
-        display.tunnelStarting();
         display.hidden(text("255.255.255.255\n"), text("255.255.255.254"), text("de"),
                        text("Bosnia and Herzegovina Sarajevo"));
         check(window);
@@ -181,7 +179,8 @@ private Q_SLOTS:
     }
 
     void administratorDialogHasRoomForEveryText() {
-        QrvAuthenticationWindowController dialog(Alerts::shared());
+        EventQueue events;
+        QrvAuthenticationWindowController dialog(events, Alerts::shared());
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         check(dialog);

@@ -176,7 +176,7 @@ private Q_SLOTS:
     void discardedListIsHeldByTheSettingsWindow() {
         m_fixture->start();
         m_fixture->controller->settings().addDiscardedIp(text("203.0.113.7"));
-        QCOMPARE(m_fixture->controller->getDiscardList(), QStringList{text("203.0.113.7")});
+        QCOMPARE(m_fixture->controller->session().getDiscardList(), QStringList{text("203.0.113.7")});
     }
 
     void discardedListIsReadBeforeTheSettingsWindowExists() {
@@ -184,10 +184,10 @@ private Q_SLOTS:
         m_fixture->start();
         QVERIFY(findSettings() == nullptr);
         const QStringList rows{text("203.0.113.7"), text("203.0.113.9")};
-        QCOMPARE(m_fixture->controller->getDiscardList(), rows);
+        QCOMPARE(m_fixture->controller->session().getDiscardList(), rows);
         QVERIFY(findSettings() == nullptr);
         QCOMPARE(m_fixture->controller->settings().getRowData(), rows);
-        QCOMPARE(m_fixture->controller->getDiscardList(), rows);
+        QCOMPARE(m_fixture->controller->session().getDiscardList(), rows);
     }
 
     void settingsAreLoadedWithTheStartUpChecksWhenNothingWasDrawn() {
@@ -197,26 +197,46 @@ private Q_SLOTS:
         QVERIFY(findSettings() != nullptr);
     }
 
-    void administratorDialogOpensOnceForTheNotification() {
+    void notificationOpensTheMainWindowsDialogWhateverElseIsOpen() {
+        bool valid = true;
+        services().scripting().setHandler([&valid](const fakes::FakeScriptingService::Call &) {
+            return valid ? fakes::FakeScriptingService::success(text(""))
+                         : fakes::FakeScriptingService::failure(1, text("no"));
+        });
+        openSettings();
+        const auto check = [this] {
+            services().platform().notifications->post(text("checkCredential"));
+            services().background().finishAll();
+        };
+        check();
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        valid = false;
+        check();
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog != nullptr);
+        QCOMPARE(dialog->parentWidget(), &m_fixture->controller->window());
+        check(); // only one dialog is open
+        QCOMPARE(QApplication::activeModalWidget(), dialog);
+        dialog->reject();
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+    }
+
+    void settingsWindowOpensItsOwnDialogAndKeepsIt() {
         services().scripting().setHandler([](const fakes::FakeScriptingService::Call &) {
             return fakes::FakeScriptingService::failure(1, text("no"));
         });
         openSettings();
-        QList<QWidget *> parents;
-        QTimer closer;
-        connect(&closer, &QTimer::timeout, this, [&] {
-            if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
-                parents.append(dialog->parentWidget());
-                services().platform().notifications->post(text("checkCredential"));
-                dialog->reject();
-            }
-        });
-        closer.start(10);
-        services().platform().notifications->post(text("checkCredential"));
-        QCOMPARE(parents, QList<QWidget *>{&settings()});
-        inSettings<QPushButton>("buttonOk")->click();
-        services().platform().notifications->post(text("checkCredential"));
-        QCOMPARE(parents.last(), &m_fixture->controller->window());
+        QWidget *first = nullptr;
+        for (int i = 0; i < 2; ++i) {
+            m_fixture->controller->settings().authWindow();
+            services().background().finishAll();
+            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            QVERIFY(dialog != nullptr);
+            QCOMPARE(dialog->parentWidget(), &settings());
+            first = first == nullptr ? dialog : first;
+            QCOMPARE(dialog, first);
+            dialog->reject();
+        }
     }
 };
 

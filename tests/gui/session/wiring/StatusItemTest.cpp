@@ -39,7 +39,7 @@ private:
 
     void start() {
         m_fixture->create();
-        connect(&m_fixture->controller->display(), &SessionDisplay::changed, this,
+        connect(&m_fixture->controller->session(), &HideIpSession::displayChanged, this,
                 [this](const DisplayState &state) {
                     if (m_images.isEmpty() || m_images.last() != state.trayImage) {
                         m_images.append(state.trayImage);
@@ -86,7 +86,7 @@ private Q_SLOTS:
         QCOMPARE(m_images.mid(0, 2), (QStringList{text("Tray"), text("A01")}));
         m_fixture->tunnelUp();
         QCOMPARE(m_images.last(), text("TrayLock"));
-        m_fixture->controller->stopQuorvane();
+        m_fixture->controller->session().stopQuorvane();
         QCOMPARE(m_images.last(), text("Tray"));
     }
 
@@ -196,8 +196,10 @@ private Q_SLOTS:
         goHidden();
         QCOMPARE(tray().toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
         m_fixture->controller->session().getNewIP();
+        m_fixture->settle();
         QCOMPARE(tray().toolTip(), text("Quorvane: searching for an available IP"));
         m_fixture->controller->session().setDefaultControls();
+        m_fixture->settle();
         QCOMPARE(tray().toolTip(), text("Quorvane: your IP is not hidden"));
     }
 

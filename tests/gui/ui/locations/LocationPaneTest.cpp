@@ -38,6 +38,7 @@ private:
     std::unique_ptr<QrvAPI> m_api;
     RecordingPaneDelegate m_delegate;
     std::unique_ptr<LocationList> m_list;
+    std::unique_ptr<LocationChooser> m_chooser;
     std::unique_ptr<QrvLocationPaneController> m_pane;
     QrvVpnDataList m_servers;
     QObject m_observer;
@@ -77,13 +78,15 @@ private Q_SLOTS:
         m_api->model().setServerList(lines);
         m_api->model().setServers(m_servers);
         m_list = std::make_unique<LocationList>();
+        m_chooser = std::make_unique<LocationChooser>(*m_list);
         m_pane = std::make_unique<QrvLocationPaneController>();
-        m_pane->setList(*m_list);
+        m_pane->setChooser(*m_chooser);
         m_pane->connectTo(m_api.get(), &m_delegate);
     }
 
     void cleanup() {
         m_pane.reset();
+        m_chooser.reset();
         m_list.reset();
         m_api.reset();
         m_fixture.reset();
@@ -299,7 +302,7 @@ private Q_SLOTS:
     void keptAddressIsShownAfterConnecting() {
         preferences().setValue(text("useSameIP"), true);
         QrvLocationPaneController another;
-        another.setList(*m_list);
+        another.setChooser(*m_chooser);
         another.connectTo(m_api.get(), &m_delegate);
         QVERIFY(another.findChild<QCheckBox *>(text("checkSameIP"))->isChecked());
     }
@@ -340,17 +343,17 @@ private Q_SLOTS:
 
     void entryOfAnotherViewIsChosenAsInThePopUp() {
         m_pane->fillCountries(m_servers);
-        m_pane->choose(m_list->idAt(1));
+        m_chooser->choose(m_list->idAt(1));
         QCOMPARE(popup()->currentIndex(), 1);
         QCOMPARE(m_delegate.events, (QStringList{text("US off"), text("stop")}));
         QCOMPARE(preferences().string(text("location")), text("BER DE"));
         QCoreApplication::processEvents();
         QCOMPARE(m_delegate.events.last(), text("terminate"));
         m_delegate.events.clear();
-        m_pane->choose(0); // no entry has this id
+        m_chooser->choose(0); // no entry has this id
         m_pane->connectTo(nullptr, &m_delegate);
         m_pane->checkPopupCountry();
-        m_pane->choose(m_list->idAt(2)); // the pop-up is disabled
+        m_chooser->choose(m_list->idAt(2)); // the pop-up is disabled
         QCoreApplication::processEvents();
         QVERIFY(m_delegate.events.isEmpty());
         QCOMPARE(popup()->currentIndex(), 1);

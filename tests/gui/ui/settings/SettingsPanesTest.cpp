@@ -4,7 +4,6 @@
 
 #include "SettingsTest.h"
 #include "frontend/privileges/QrvCredentials.h"
-#include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 #include "platform/NotificationCenter.h"
 
 #include <QClipboard>
@@ -286,32 +285,10 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->find<QLineEdit>("pathTextField")->text(), text("/before"));
     }
 
-    void administratorDialogRunsOnlyForAnInvalidPairAndIsKept() {
-        using fakes::FakeScriptingService;
-        bool accepted = true;
-        m_fixture->services.scripting().setHandler([&accepted](const FakeScriptingService::Call &) {
-            return accepted ? FakeScriptingService::success(text(""))
-                            : FakeScriptingService::failure(1, text("no"));
-        });
-        QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+    void administratorIsCheckedForTheSettingsWindow() {
         m_fixture->startAndShow();
-        m_fixture->controller->authWindow(); // returns at once
-        QVERIFY(m_fixture->find<QrvAuthenticationWindowController>("AuthenticaionView") == nullptr);
-        accepted = false;
-        QList<QWidget *> dialogs;
-        QTimer closer;
-        connect(&closer, &QTimer::timeout, this, [&] {
-            if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
-                dialogs.append(dialog);
-                m_fixture->controller->authWindow(); // only one dialog is open
-                dialog->reject();
-            }
-        });
-        closer.start(10);
         m_fixture->controller->authWindow();
-        m_fixture->controller->authWindow();
-        QCOMPARE(dialogs.size(), 2);
-        QCOMPARE(dialogs[0], dialogs[1]);
+        QCOMPARE(m_fixture->delegate.checkedFor, QList<QWidget *>{&m_fixture->window()});
     }
 };
 

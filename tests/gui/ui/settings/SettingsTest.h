@@ -29,7 +29,10 @@ public:
         launches = on;
     }
 
+    void checkAdministrator(QWidget &window) override { checkedFor.append(&window); }
+
     QStringList calls;
+    QList<QWidget *> checkedFor;
     QList<quint32> fired;
     bool launches = false;
 };

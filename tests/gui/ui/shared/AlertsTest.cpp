@@ -1,3 +1,4 @@
+#include "frontend/support/ModalTurn.h"
 #include "tests/gui/GuiTest.h"
 
 #include <QApplication>
@@ -20,32 +21,40 @@ class AlertsTest : public QObject {
 
 private Q_SLOTS:
 
-    void cleanup() { Alerts::shared().setPresenter({}); }
+    void cleanup() {
+        Alerts::shared().setPresenter({});
+        ModalTurn::shared().clear();
+    }
 
     void showsTitleTextInformativeAndOneButton() {
-        bool looked = false;
-        QTimer::singleShot(0, this, [&looked] {
-            QMessageBox *box = openBox();
-            QVERIFY(box != nullptr);
-            QCOMPARE(box->windowTitle(), text("Title"));
-            QCOMPARE(box->text(), text("<b>Text</b>\n")); // to the last character
-            QCOMPARE(box->informativeText(), text("More"));
-            QCOMPARE(box->icon(), QMessageBox::Critical);
-            QCOMPARE(box->buttons().size(), 1);
-            QCOMPARE(box->textFormat(), Qt::PlainText);
-            QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
-            looked = true;
-        });
-        Alerts::shared().critical({text("Title"), text("<b>Text</b>\n"), text("More")});
-        QVERIFY(looked);
+        bool closed = false;
+        Alerts::shared().critical({text("Title"), text("<b>Text</b>\n"), text("More")},
+                                  [&closed] { closed = true; });
+        QMessageBox *box = openBox();
+        QVERIFY(box != nullptr);
+        QCOMPARE(box->windowTitle(), text("Title"));
+        QCOMPARE(box->text(), text("<b>Text</b>\n")); // to the last character
+        QCOMPARE(box->informativeText(), text("More"));
+        QCOMPARE(box->icon(), QMessageBox::Critical);
+        QCOMPARE(box->buttons().size(), 1);
+        QCOMPARE(box->textFormat(), Qt::PlainText);
+        QVERIFY(!closed);
+        QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+        QVERIFY(closed);
     }
 
     void returnAndEscapeDismiss() {
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-            QTimer::singleShot(0, this, [key] { QTest::keyClick(openBox(), key); });
             Alerts::shared().critical({text("t"), text("x"), {}});
+            QTest::keyClick(openBox(), key);
             QVERIFY(openBox() == nullptr);
         }
+    }
+
+    void alertThatIsWaitedForReturnsWhenItIsDismissed() {
+        QTimer::singleShot(0, this, [] { QTest::keyClick(openBox(), Qt::Key_Return); });
+        Alerts::shared().criticalAndWait({text("t"), text("x"), {}});
+        QVERIFY(openBox() == nullptr);
     }
 
     void laterAlertsComeAfterTheHandlerInOrder() {
@@ -59,22 +68,17 @@ private Q_SLOTS:
     }
 
     void noTwoAreOpenAtOnce() {
-        int depth = 0;
-        int deepest = 0;
-        QStringList shown;
-        Alerts::shared().setPresenter([&](const Alert &alert) {
-            deepest = std::max(deepest, ++depth);
-            shown.append(alert.text);
-            if (alert.text == text("outer")) {
-                Alerts::shared().critical({text("t"), text("inner"), {}});
-                Alerts::shared().criticalLater({text("t"), text("later"), {}});
-                QCoreApplication::processEvents(); // as a modal loop does
-            }
-            --depth;
-        });
-        Alerts::shared().critical({text("t"), text("outer"), {}});
-        QCOMPARE(deepest, 1);
-        QCOMPARE(shown, (QStringList{text("outer"), text("inner"), text("later")}));
+        Alerts::shared().critical({text("t"), text("first"), {}});
+        Alerts::shared().criticalLater({text("t"), text("third"), {}});
+        Alerts::shared().critical({text("t"), text("second"), {}});
+        QCoreApplication::processEvents();
+        for (const char *expected : {"first", "second", "third"}) {
+            QCOMPARE(QApplication::topLevelWidgets().size(), 1);
+            QCOMPARE(openBox()->text(), text(expected));
+            openBox()->accept();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+        QVERIFY(openBox() == nullptr);
     }
 };
 

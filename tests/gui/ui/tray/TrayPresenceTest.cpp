@@ -110,7 +110,7 @@ private Q_SLOTS:
     void lateTrayReceivesTheCurrentImage() {
         make();
         m_tray->setImage(text("TrayLock"));
-        m_tray->setStatus(TrayPresence::Status::Hidden, text("203.0.113.7\n"));
+        m_tray->setStatus(Look::Hidden, text("203.0.113.7\n"));
         QSignalSpy changes(m_tray.get(), &TrayPresence::availabilityChanged);
         hosts().setNotifierHost(true);
         QCOMPARE(changes.size(), 1);
@@ -170,9 +170,9 @@ private Q_SLOTS:
         hosts().setNotifierHost(true);
         make();
         QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is not hidden"));
-        m_tray->setStatus(TrayPresence::Status::Searching, {});
+        m_tray->setStatus(Look::Searching, {});
         QCOMPARE(icon()->toolTip(), text("Quorvane: searching for an available IP"));
-        m_tray->setStatus(TrayPresence::Status::Hidden, text("203.0.113.7\n"));
+        m_tray->setStatus(Look::Hidden, text("203.0.113.7\n"));
         QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
         QCOMPARE(m_tray->toolTip(), icon()->toolTip());
     }

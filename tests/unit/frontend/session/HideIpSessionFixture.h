@@ -3,12 +3,16 @@
 #include "frontend/session/HideIpSession.h"
 
 #include "fakes/TestPlatform.h"
-#include "frontend/api/QrvAPI.h"
+#include "frontend/api/ConfigurationFetch.h"
 #include "frontend/privileges/QrvCredentials.h"
+#include "frontend/privileges/SessionReset.h"
+#include "frontend/session/DiscardedAddresses.h"
+#include "frontend/session/LocationList.h"
+#include "frontend/session/LocationRotation.h"
 #include "frontend/session/ProcessInfo.h"
-#include "frontend/session/SessionDisplay.h"
 #include "frontend/session/SessionState.h"
-#include "frontend/tunnel/Vpn.h"
+#include "frontend/session/SessionWindow.h"
+#include "frontend/support/AlertPresenter.h"
 #include "tests/Text.h"
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
@@ -22,124 +26,235 @@ namespace quorvane {
 inline const QString warning = QStringLiteral("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!");
 inline const QString searchingText = QStringLiteral("Searching for an available IP...");
 
-/// A fake of the window around the session. It records the events in their order.
-class RecordingEnvironment final : public SessionEnvironment {
+/// A fake of the windows around the session. It records the events in their order; alerts and the dialog are
+/// closed at once, or by the test after keepOpen().
+class RecordingWindows final : public SessionWindow, public AlertPresenter, public AttemptAnimation {
 public:
-    void alert(const QString &title, const QString &message) override {
-        events.append(text("alert|") + title + text("|") + message);
+    using AlertPresenter::critical;
+
+    void critical(const Alert &alert, const std::function<void()> &closed) override {
+        events.append(text("alert|") + alert.title + text("|") + alert.text);
+        open.append(closed);
+        closeUnlessKept();
     }
 
-    void alertLater(const QString &message, const QString &informative) override {
-        events.append(text("later|") + message + text("|") + informative);
+    void criticalLater(const Alert &alert) override {
+        events.append(text("later|") + alert.text + text("|") + alert.informative);
     }
 
-    bool authWindow() override {
-        events.append(text("auth"));
-        return credentialsMissing;
+    void openAdministratorDialog(const std::function<void()> &closed) override {
+        events.append(text("dialog"));
+        open.append(closed);
+        closeUnlessKept();
     }
-
-    QString selectedTitle() const override { return selected; }
-
-    void downloadCertificateForSelectedItem() override { events.append(text("download")); }
-
-    void forgetWaitingPick() override { waiting = false; }
-
-    QString lastItemTitle() const override { return lastTitle; }
-
-    QrvVpnDataPointer lastItemData() const override { return lastData; }
-
-    void fillLocations(const QrvVpnDataList &servers) override {
-        events.append(text("fill %1").arg(servers.size()));
-    }
-
-    bool changesAutomatically() const override { return automatic; }
-
-    void startAnimation() override { animating = true; }
-
-    void stopAnimation() override { animating = false; }
-
-    void resetAnimationFrames() override { events.append(text("frames")); }
-
-    bool hasImage(const QString &name) const override { return name == text("de"); }
 
     void showWindow() override { events.append(text("show")); }
 
-    bool startedHidden() const override { return background; }
+    [[nodiscard]] bool startedHidden() const override { return background; }
+
+    [[nodiscard]] bool hasImage(const QString &name) const override { return name == text("de"); }
 
     void terminateApplication() override { events.append(text("terminate")); }
 
-    int count(const char *event) const { return static_cast<int>(events.count(text(event))); }
+    void start() override { animating = true; }
+
+    void stop() override { animating = false; }
+
+    void resetFrames() override { events.append(text("frames")); }
+
+    /// The user closes the window that was opened first.
+    void close() {
+        const std::function<void()> closed = open.takeFirst();
+        if (closed) {
+            closed();
+        }
+    }
+
+    [[nodiscard]] int count(const char *event) const { return static_cast<int>(events.count(text(event))); }
 
     QStringList events;
-    bool credentialsMissing = false;
-    QString selected = text("Random Location");
-    QString lastTitle;
-    QrvVpnDataPointer lastData;
-    bool automatic = false;
+    QList<std::function<void()>> open;
+    bool keepsOpen = false;
     bool animating = false;
-    bool waiting = false;
     bool background = false;
+
+private:
+    void closeUnlessKept() {
+        if (!keepsOpen) {
+            close();
+        }
+    }
 };
 
-/// A session with fake services, before the first answer.
+/// Discarded addresses in memory.
+class MemoryDiscarded final : public DiscardedAddresses {
+public:
+    void addDiscardedIp(const QString &address) override { rows.append(address); }
+
+    [[nodiscard]] bool hasRow(const QString &text) const override { return rows.contains(text); }
+
+    [[nodiscard]] QStringList getRowData() const override { return rows; }
+
+    QStringList rows;
+};
+
+/// A session with fake services, five locations in the list, before the first answer. Nothing runs in the
+/// background by itself: settle() runs what the session awaits, while a request for a configuration stays
+/// open until finishFetch().
 class HideIpSessionTest : public testing::Test {
 protected:
     HideIpSessionTest() {
         QrvAPI::forgetProcessWideValues();
         SessionState::shared() = {};
         QrvCredentials::sharedInstance().saveUserName(text("ada"), text("pw"));
+        m_services.addResource(text("test_credentials.sh"), "");
+        m_services.background().hold();
         QDir().mkpath(m_services.home() + text("/Documents/Quorvane"));
         QFile log(m_logPath);
         EXPECT_TRUE(log.open(QIODevice::WriteOnly));
-        m_services.addResource(text("extractip.sh"), "echo 203.0.113.7\n");
-        m_display.starting();
+        m_api.initWithDelegate(&m_session);
         m_api.setInetConnect(true);
-        m_api.model().setServerList(ServerLines({m_serverLine}));
+        m_chooser.connectTo(&m_api, &m_session);
+        m_session.setDiscarded(m_discarded);
+        SessionReset::setTarget(&m_session, [this] { m_session.resetRequested(); });
+        QObject::connect(&m_fetch, &ConfigurationFetch::prepared, &m_session, [this] {
+            ++m_requests;
+            ++m_openRequests;
+        });
+        fillList();
     }
 
     ~HideIpSessionTest() override {
+        SessionReset::setTarget(nullptr, {});
         m_services.background().finishAll();
         deliverQueued();
         SessionState::shared() = {};
     }
 
-    [[nodiscard]] const DisplayState &shown() const { return m_display.state(); }
+    void fillList() {
+        m_api.model().setServerList(ServerLines(m_lines));
+        const auto groups =
+            ServerModel::parseServers(ServerLines(m_lines), text("u1"), text("p1"), QString());
+        m_api.model().setServers(groups);
+        m_chooser.fillCountries(groups);
+    }
+
+    [[nodiscard]] const DisplayState &shown() const { return m_session.display(); }
+
+    [[nodiscard]] Phase phase() const { return m_session.facts().phase; }
 
     [[nodiscard]] QByteArray sessionLog() const {
         QFile file(m_logPath);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
     }
 
+    /// Runs all background work but the open requests, which began before it.
+    void settle() {
+        while (m_services.background().finishAt(m_openRequests)) {
+        }
+    }
+
+    /// Also delivers calls that are queued: resets after refused commands, continuations of waiting attempts.
+    void settleQueued() {
+        settle();
+        deliverQueued();
+        settle();
+    }
+
+    /// Answers the oldest open request; what follows from the answer does not run yet.
+    void finishFetchOnly(bool succeeds = true) {
+        ASSERT_GT(m_openRequests, 0U);
+        m_services.urls().setFetchHandler([succeeds](const QByteArray &) {
+            return succeeds ? std::optional<QByteArray>("VPNConfig: client<br />") : std::nullopt;
+        });
+        --m_openRequests;
+        m_services.background().finishAt(0);
+    }
+
+    void finishFetch(bool succeeds = true) {
+        finishFetchOnly(succeeds);
+        settle();
+    }
+
+    void choose(const char *title) { ASSERT_TRUE(m_list.selectTitle(text(title))); }
+
+    void setAutomatic(bool on) { m_services.preferences().setValue(text("changeIpEvery"), on); }
+
     /// The user's click: the button changes its state by itself, then the action runs.
     void press() {
-        m_display.switchedOn(!shown().hideButton.on);
-        m_session.quorvaneButtonPressed();
+        m_session.quorvaneButtonPressed(!shown().hideButton.on);
+        settle();
+    }
+
+    void hotKey(void (HideIpSession::*operation)()) {
+        (m_session.*operation)();
+        settle();
+    }
+
+    void fail() { hotKey(&HideIpSession::connectionError); }
+
+    void comeUp() {
+        m_session.showIp();
+        settle();
     }
 
     void answer(const QByteArray &body) {
         m_api.cmdAuth(QString());
         ASSERT_TRUE(m_services.urls().finishNext(body));
-        m_session.qrvAnswer();
+        settle();
     }
+
+    void firstAnswer() { answer("STATUS: 1<br />ClientIP: 198.51.100.10"); }
 
     void goHidden() {
+        choose("Germany Berlin");
         press();
-        m_session.startVpn();
-        m_environment.lastTitle = text("Germany Berlin");
-        m_environment.lastData = std::make_shared<QrvVpnData>();
-        m_environment.lastData->countryCode = text("DE");
-        m_session.showIp();
+        finishFetch();
+        ASSERT_EQ(phase(), Phase::Connecting);
+        comeUp();
+        ASSERT_EQ(phase(), Phase::Hidden);
     }
 
-    const QString m_serverLine = text("7,Berlin,BER,DE,Germany,x|203.0.113.7");
+    void refusePair() {
+        m_services.scripting().setHandler([](const fakes::FakeScriptingService::Call &) {
+            return fakes::FakeScriptingService::failure(1, text("no"));
+        });
+    }
+
+    [[nodiscard]] int linesWith(const char *part) const {
+        int count = 0;
+        for (const auto &call : m_services.scripting().calls()) {
+            count += call.line.contains(text(part)) ? 1 : 0;
+        }
+        return count;
+    }
+
+    const QStringList m_lines{
+        text("7,Berlin,BER,DE,Germany,x|203.0.113.7"), text("8,Denver,DEN,US,States,x|203.0.113.8"),
+        text("9,Oslo,OSL,NO,Norway,x|203.0.113.9"), text("10,Rome,ROM,IT,Italy,x|203.0.113.10"),
+        text("11,Paris,PAR,FR,France,x|203.0.113.11")};
     fakes::TestPlatform m_services;
     const QString m_logPath = m_services.home() + text("/Documents/Quorvane/qrvp.log");
-    RecordingEnvironment m_environment;
-    SessionDisplay m_display;
+    RecordingWindows m_windows;
+    MemoryDiscarded m_discarded;
+    LocationList m_list;
+    LocationChooser m_chooser{m_list};
     QrvAPI m_api;
     ProcessInfo m_processes;
-    Vpn m_vpn{m_processes};
-    HideIpSession m_session{m_environment, m_display, m_api, m_vpn};
+    ConfigurationFetch m_fetch{m_api};
+    quint32 m_nextRandom = 0;
+    LocationRotation m_rotation{m_api, m_list, m_discarded, [this] {
+                                    return m_nextRandom++;
+                                }};
+    QString m_lentIp = text("203.0.113.7\n");
+    EventQueue m_events;
+    Vpn m_vpn{m_processes, m_events};
+    HideIpSession m_session{{m_events, m_api, m_vpn, m_fetch, m_chooser, m_rotation, m_windows, m_windows,
+                             m_windows, [this](const QString &) {
+                                 return m_lentIp;
+                             }}};
+    int m_requests = 0;
+    std::size_t m_openRequests = 0;
 };
 
 } // namespace quorvane

@@ -4,23 +4,44 @@ namespace quorvane {
 
 namespace {
 
+constexpr char giveUp[] = "later|Location is not available.|Please try a different location.";
+
 TEST_F(HideIpSessionTest, PressWithoutInternetAlertsAndSwitchesOff) {
     m_api.setInetConnect(false);
     m_services.processes().setNames({"openvpn"});
     press();
-    EXPECT_EQ(m_environment.events,
+    EXPECT_EQ(m_windows.events,
               QStringList{text("alert|Quorvane|No Internet connection detected, please check your Internet "
                                "settings.\n")});
     EXPECT_FALSE(shown().hideButton.on);
-    EXPECT_EQ(m_services.scripting().calls().size(), 1U); // the tunnel is stopped
+    EXPECT_EQ(linesWith("killall"), 1); // the tunnel is stopped
     EXPECT_TRUE(m_services.logSink().lines().contains(text("quorvaneButtonPressed no inet")));
+}
+
+TEST_F(HideIpSessionTest, TunnelIsStoppedAfterTheAlertIsDismissed) {
+    m_api.setInetConnect(false);
+    m_services.processes().setNames({"openvpn"});
+    m_windows.keepsOpen = true;
+    press();
+    EXPECT_EQ(linesWith("killall"), 0);
+    m_windows.close();
+    settle();
+    EXPECT_EQ(linesWith("killall"), 1);
+}
+
+TEST_F(HideIpSessionTest, StopWithoutInternetLeavesNoHiddenDisplay) {
+    goHidden();
+    m_api.setInetConnect(false);
+    press();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_FALSE(SessionState::shared().hidden);
 }
 
 TEST_F(HideIpSessionTest, PressWithoutServersAlertsAndLeavesTheTunnel) {
     m_api.model().setServerList({});
     m_services.processes().setNames({"openvpn"});
     press();
-    EXPECT_EQ(m_environment.events, QStringList{text("alert|Quorvane|No available server detected.\n")});
+    EXPECT_EQ(m_windows.events, QStringList{text("alert|Quorvane|No available server detected.\n")});
     EXPECT_FALSE(shown().hideButton.on);
     EXPECT_TRUE(m_services.scripting().calls().empty());
     EXPECT_TRUE(m_services.logSink().lines().contains(text("quorvaneButtonPressed no vpn server list")));
@@ -30,13 +51,15 @@ TEST_F(HideIpSessionTest, NoInternetIsCheckedBeforeNoServers) {
     m_api.setInetConnect(false);
     m_api.model().setServerList({});
     press();
-    EXPECT_EQ(m_environment.events.size(), 1);
-    EXPECT_TRUE(m_environment.events.first().contains(text("No Internet")));
+    EXPECT_EQ(m_windows.events.size(), 1);
+    EXPECT_TRUE(m_windows.events.first().contains(text("No Internet")));
 }
 
 TEST_F(HideIpSessionTest, PressOnSearches) {
     press();
-    EXPECT_EQ(m_environment.events, (QStringList{text("auth"), text("download")}));
+    EXPECT_EQ(linesWith("ls "), 1);
+    EXPECT_EQ(m_requests, 1);
+    EXPECT_EQ(phase(), Phase::Fetching);
     EXPECT_EQ(shown().line1, (DisplayState::Line{searchingText, Tone::Quiet, true}));
     EXPECT_FALSE(shown().line21.visible);
     EXPECT_FALSE(shown().line22.visible);
@@ -49,38 +72,60 @@ TEST_F(HideIpSessionTest, PressOnSearches) {
     EXPECT_FALSE(shown().advancedEnabled);
     EXPECT_FALSE(shown().changeIpVisible);
     EXPECT_FALSE(shown().discardIpVisible);
-    EXPECT_TRUE(m_environment.animating);
+    EXPECT_TRUE(m_windows.animating);
+}
+
+TEST_F(HideIpSessionTest, PressIsNotBlockedByTheTestOfThePair) {
+    m_session.quorvaneButtonPressed(true);
+    EXPECT_EQ(phase(), Phase::Checking);
+    EXPECT_FALSE(shown().hideButton.enabled);
+    EXPECT_EQ(m_services.background().pending(), 1U);
+    EXPECT_TRUE(m_services.scripting().calls().empty());
+    settle();
+    EXPECT_EQ(phase(), Phase::Fetching);
 }
 
 TEST_F(HideIpSessionTest, MissingCredentialsDropTheAttemptAndLeaveControlsDisabled) {
-    m_environment.credentialsMissing = true;
+    refusePair();
+    m_windows.keepsOpen = true;
     press();
-    EXPECT_EQ(m_environment.events, QStringList{text("auth")});
+    EXPECT_EQ(m_windows.events, QStringList{text("dialog")});
+    EXPECT_EQ(phase(), Phase::Dropped);
     EXPECT_NE(shown().stateImage, text("appwait"));
     EXPECT_FALSE(shown().hideButton.enabled);
     EXPECT_FALSE(shown().advancedEnabled);
     EXPECT_FALSE(shown().hideItem.enabled);
     EXPECT_FALSE(shown().changeItemEnabled);
-    EXPECT_FALSE(m_environment.animating);
+    EXPECT_FALSE(m_windows.animating);
+    EXPECT_EQ(m_requests, 0);
+    deliverQueued(); // the refused command resets the session while the dialog is open
+    settle();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    m_windows.close();
+    settle();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_EQ(m_requests, 0);
 }
 
 TEST_F(HideIpSessionTest, SameIpReusesTheStoredConfiguration) {
     m_services.preferences().setValue(text("useSameIP"), true);
+    QFile configuration(m_services.home() + text("/configuration"));
+    ASSERT_TRUE(configuration.open(QIODevice::WriteOnly));
+    m_services.preferences().setValue(text("vpnConfigPath"), configuration.fileName());
     press();
-    EXPECT_EQ(m_environment.events, QStringList{text("auth")});
+    EXPECT_EQ(m_requests, 0);
     EXPECT_TRUE(shown().advancedEnabled);
-    EXPECT_FALSE(m_services.logSink().lines().contains(text("startVpn with button started")));
-    deliverQueued();
     EXPECT_TRUE(m_services.logSink().lines().contains(text("startVpn with button started")));
+    EXPECT_EQ(linesWith("--config"), 1);
     EXPECT_EQ(shown().hideItem.title, text("Stop Hiding IP"));
-    EXPECT_TRUE(m_environment.animating);
+    EXPECT_TRUE(m_windows.animating);
 }
 
 TEST_F(HideIpSessionTest, WithoutAConfigurationTheAttemptReportsItAndCanBeStopped) {
     m_services.preferences().setValue(text("useSameIP"), true);
     m_services.preferences().setValue(text("vpnConfigPath"), text("/no/such/file"));
     press();
-    deliverQueued();
+    EXPECT_EQ(phase(), Phase::Unconfigured);
     EXPECT_EQ(shown().line1.text, searchingText);
     EXPECT_TRUE(shown().line3.visible);
     EXPECT_EQ(shown().line3.text, text("There is no VPN configuration to connect with. Choose a location to "
@@ -89,23 +134,23 @@ TEST_F(HideIpSessionTest, WithoutAConfigurationTheAttemptReportsItAndCanBeStoppe
     press();
     EXPECT_FALSE(shown().line3.visible);
     EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
-    EXPECT_FALSE(m_environment.animating);
+    EXPECT_FALSE(m_windows.animating);
 }
 
 TEST_F(HideIpSessionTest, StartingTheTunnelSwitchesTheButtonOn) {
-    QFile configuration(m_services.home() + text("/configuration"));
-    ASSERT_TRUE(configuration.open(QIODevice::WriteOnly));
-    m_services.preferences().setValue(text("vpnConfigPath"), configuration.fileName());
-    m_display.switchedOn(false);
-    m_session.startVpn();
+    hotKey(&HideIpSession::changeIpMenuItemPressed); // leaves the button as it is
+    EXPECT_FALSE(shown().hideButton.on);
+    finishFetch();
+    EXPECT_EQ(phase(), Phase::Connecting);
     EXPECT_EQ(shown().hideItem.title, text("Stop Hiding IP"));
     EXPECT_TRUE(shown().hideButton.on);
     EXPECT_EQ(shown().hideButton.title, text("Quorvane"));
+    EXPECT_TRUE(shown().advancedEnabled);
     EXPECT_FALSE(shown().line3.visible);
 }
 
 TEST_F(HideIpSessionTest, SuccessShowsTheLentAddress) {
-    answer("STATUS: 1<br />ClientIP: 198.51.100.10");
+    firstAnswer();
     goHidden();
     EXPECT_EQ(shown().currentIp, text("203.0.113.7\n")); // exactly as the script printed it
     EXPECT_EQ(shown().line1, (DisplayState::Line{text("You are currently hiding your real IP 198.51.100.10"),
@@ -122,48 +167,87 @@ TEST_F(HideIpSessionTest, SuccessShowsTheLentAddress) {
     EXPECT_TRUE(shown().changeItemEnabled);
     EXPECT_TRUE(shown().changeIpVisible);
     EXPECT_TRUE(shown().discardIpVisible);
-    EXPECT_FALSE(m_environment.animating);
+    EXPECT_FALSE(m_windows.animating);
     EXPECT_TRUE(SessionState::shared().hidden);
     EXPECT_EQ(SessionState::shared().currentIp, text("203.0.113.7\n"));
     EXPECT_EQ(SessionState::shared().currentLocation, text("Germany Berlin"));
     EXPECT_EQ(SessionState::shared().currentCountryCode, text("de"));
-    EXPECT_EQ(sessionLog(), QByteArray("connection success Random Location\n"));
+    EXPECT_TRUE(sessionLog().endsWith("connection success Germany Berlin\n"));
 }
 
-TEST_F(HideIpSessionTest, SuccessWithoutAnItemLooksTheAddressUpWithoutItsLineFeed) {
-    m_session.startVpn();
+TEST_F(HideIpSessionTest, AddressIsReadBesideTheWindowAndWhatArrivesMeanwhileComesAfterIt) {
+    choose("Germany Berlin");
+    press();
+    finishFetch();
     m_session.showIp();
+    EXPECT_EQ(phase(), Phase::Connecting);
+    m_session.stopQuorvane(); // while the address is being read: the IP is hidden when it is handled
+    EXPECT_EQ(phase(), Phase::Connecting);
+    settle();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_TRUE(sessionLog().endsWith("connection success Germany Berlin\n"));
+}
+
+TEST_F(HideIpSessionTest, TunnelThatIsUpIsShownBeforeTheEventsThatWait) {
+    choose("Germany Berlin");
+    press();
+    finishFetch();
+    m_events.post([this]() -> Task<> {
+        m_session.setDefaultControls();
+        m_session.showIp();
+        co_return;
+    });
+    settle();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+}
+
+TEST_F(HideIpSessionTest, LookUpsUseTheAddressWithoutItsLineFeed) {
+    m_services.preferences().setValue(text("useSameIP"), true); // no item was picked in this run
+    QFile configuration(m_services.home() + text("/configuration"));
+    ASSERT_TRUE(configuration.open(QIODevice::WriteOnly));
+    m_services.preferences().setValue(text("vpnConfigPath"), configuration.fileName());
+    press();
+    comeUp();
     EXPECT_EQ(SessionState::shared().currentCountryCode, text("de"));
     EXPECT_EQ(shown().line22.text, text("Berlin BER"));
 }
 
 TEST_F(HideIpSessionTest, UnknownCountryShowsTheUnknownFlag) {
-    m_environment.lastData = std::make_shared<QrvVpnData>();
-    m_environment.lastData->countryCode = text("QQ");
-    m_session.showIp();
+    choose("Norway Oslo");
+    press();
+    finishFetch();
+    comeUp();
     EXPECT_EQ(shown().flagImage, text("xx"));
-    EXPECT_EQ(SessionState::shared().currentCountryCode, text("qq"));
+    EXPECT_EQ(SessionState::shared().currentCountryCode, text("no"));
 }
 
-TEST_F(HideIpSessionTest, EmptyLentAddressFindsNoLocationAndLeavesTheLine) {
-    goHidden();
-    m_environment.lastTitle = QString();
-    m_environment.lastData = nullptr;
-    m_services.addResource(text("extractip.sh"), "exit 1\n");
-    m_session.showIp();
-    EXPECT_EQ(shown().line22.text, text("Germany Berlin"));
+TEST_F(HideIpSessionTest, EmptyLentAddressFindsNoLocation) {
+    m_services.preferences().setValue(text("useSameIP"), true);
+    QFile configuration(m_services.home() + text("/configuration"));
+    ASSERT_TRUE(configuration.open(QIODevice::WriteOnly));
+    m_services.preferences().setValue(text("vpnConfigPath"), configuration.fileName());
+    m_lentIp = QString();
+    press();
+    comeUp();
     EXPECT_EQ(shown().flagImage, text("xx"));
     EXPECT_TRUE(shown().currentIp.isEmpty());
+    EXPECT_TRUE(shown().line22.text.isEmpty());
 }
 
-TEST_F(HideIpSessionTest, SuccessLineIsNotWrittenWithoutALogFile) {
-    ASSERT_TRUE(QFile::remove(m_logPath));
-    goHidden();
-    EXPECT_FALSE(QFile::exists(m_logPath));
+TEST_F(HideIpSessionTest, TunnelOfAnEarlierAttemptIsNotShown) {
+    choose("Germany Berlin");
+    press();
+    finishFetch();
+    setAutomatic(true);
+    fail(); // a late report: another attempt begins
+    EXPECT_EQ(phase(), Phase::Fetching);
+    comeUp();
+    EXPECT_EQ(phase(), Phase::Fetching);
+    EXPECT_FALSE(SessionState::shared().hidden);
 }
 
 TEST_F(HideIpSessionTest, PressOffReturnsToNotHidden) {
-    answer("STATUS: 1<br />ClientIP: 198.51.100.10");
+    firstAnswer();
     goHidden();
     m_services.processes().setNames({"openvpn"});
     m_services.scripting().clear();
@@ -192,48 +276,48 @@ TEST_F(HideIpSessionTest, PressOffReturnsToNotHidden) {
 }
 
 TEST_F(HideIpSessionTest, HotKeysDoNothingInTheWrongState) {
-    m_display.answerHandled();
-    m_session.stopQuorvane(); // not hidden
-    EXPECT_TRUE(m_environment.events.isEmpty());
+    firstAnswer();
+    m_windows.events.clear();
+    hotKey(&HideIpSession::stopQuorvane); // not hidden
+    EXPECT_EQ(phase(), Phase::NotHidden);
     goHidden();
-    m_environment.events.clear();
-    m_session.quorvane(); // hidden
-    EXPECT_TRUE(m_environment.events.isEmpty());
-    EXPECT_TRUE(SessionState::shared().hidden);
+    hotKey(&HideIpSession::quorvane); // hidden
+    EXPECT_EQ(phase(), Phase::Hidden);
+    EXPECT_EQ(m_requests, 1);
 }
 
 TEST_F(HideIpSessionTest, HotKeysDoNothingWhileTheButtonIsDisabled) {
-    m_session.quorvane();
-    EXPECT_TRUE(m_environment.events.isEmpty());
+    hotKey(&HideIpSession::quorvane);
+    EXPECT_EQ(phase(), Phase::Starting);
     SessionState::shared().hidden = true;
-    m_session.stopQuorvane();
+    hotKey(&HideIpSession::stopQuorvane);
     EXPECT_TRUE(SessionState::shared().hidden);
 }
 
 TEST_F(HideIpSessionTest, StopHidesTheRotationButtons) {
     goHidden();
-    m_session.stopQuorvane();
+    hotKey(&HideIpSession::stopQuorvane);
     EXPECT_FALSE(SessionState::shared().hidden);
     EXPECT_FALSE(shown().changeIpVisible);
     EXPECT_FALSE(shown().discardIpVisible);
 }
 
 TEST_F(HideIpSessionTest, MenuItemFlipsTheButton) {
-    m_display.answerHandled();
-    m_session.quorvaneMenuItemPressed();
-    EXPECT_EQ(m_environment.count("download"), 1);
-    m_session.showIp();
-    m_session.quorvaneMenuItemPressed();
+    firstAnswer();
+    hotKey(&HideIpSession::quorvaneMenuItemPressed);
+    EXPECT_EQ(m_requests, 1);
+    finishFetch();
+    comeUp();
+    hotKey(&HideIpSession::quorvaneMenuItemPressed);
     EXPECT_FALSE(SessionState::shared().hidden);
 }
 
 TEST_F(HideIpSessionTest, FixedLocationIsNotRetried) {
-    m_environment.selected = text("Germany Berlin");
+    choose("Germany Berlin");
     press();
-    m_environment.events.clear();
-    m_session.connectionError();
-    EXPECT_EQ(m_environment.events,
-              QStringList{text("later|Location is not available.|Please try a different location.")});
+    m_windows.events.clear();
+    finishFetch(false);
+    EXPECT_EQ(m_windows.events, QStringList{text(giveUp)});
     EXPECT_EQ(sessionLog(), QByteArray("connection error Germany Berlin\n"));
     EXPECT_EQ(shown().line1, (DisplayState::Line{warning, Tone::Warning, true}));
     EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
@@ -243,52 +327,99 @@ TEST_F(HideIpSessionTest, FixedLocationIsNotRetried) {
     EXPECT_EQ(shown().stateImage, text("appmain"));
     EXPECT_EQ(shown().trayImage, text("Tray"));
     EXPECT_TRUE(shown().flagImage.isNull());
-    EXPECT_FALSE(m_environment.animating);
+    EXPECT_FALSE(m_windows.animating);
 }
 
-TEST_F(HideIpSessionTest, GivingUpLeavesTheHiddenFlag) {
+TEST_F(HideIpSessionTest, GivingUpLeavesTheHiddenFlagAndTheCopyItem) {
     goHidden();
-    m_environment.selected = text("Germany Berlin");
-    m_session.connectionError();
+    fail();
     EXPECT_TRUE(SessionState::shared().hidden);
+    EXPECT_TRUE(shown().copyItemEnabled);
     EXPECT_FALSE(m_services.preferences().value(text("quorvane")).isValid());
+    EXPECT_EQ(shown().stateImage, text("appmain"));
 }
 
-TEST_F(HideIpSessionTest, RandomLocationIsAttemptedFourTimesInAll) {
+TEST_F(HideIpSessionTest, AutomaticChangeIsAttemptedFourTimesInAll) {
+    setAutomatic(true);
     press();
     for (int i = 0; i < 4; ++i) {
-        m_session.connectionError();
+        EXPECT_EQ(m_session.failedConnections(), i);
+        finishFetch(false);
     }
-    EXPECT_EQ(m_environment.count("download"), 4);
-    EXPECT_EQ(m_environment.count("later|Location is not available.|Please try a different location."), 1);
+    EXPECT_EQ(m_requests, 4);
+    EXPECT_EQ(m_windows.count(giveUp), 1);
     EXPECT_EQ(m_session.failedConnections(), 0);
     for (int i = 0; i < 4; ++i) {
         EXPECT_TRUE(m_services.logSink().lines().contains(text("rndLocationCounter= %1").arg(i)));
     }
 }
 
-TEST_F(HideIpSessionTest, AutomaticChangeIsAttemptedFourTimesWhateverIsSelected) {
-    m_environment.selected = text("Germany Berlin");
-    m_environment.automatic = true;
+TEST_F(HideIpSessionTest, RandomLocationThatStaysSelectedIsAttemptedFourTimesInAll) {
+    m_services.preferences().setValue(text("requireUS"), true); // such a pick leaves the selection
     press();
     for (int i = 0; i < 4; ++i) {
-        m_session.connectionError();
+        finishFetch(false);
     }
-    EXPECT_EQ(m_environment.count("download"), 4);
-    EXPECT_EQ(m_environment.count("later|Location is not available.|Please try a different location."), 1);
+    EXPECT_EQ(m_requests, 4);
+    EXPECT_EQ(m_windows.count(giveUp), 1);
 }
 
 TEST_F(HideIpSessionTest, SuccessAndPressForgetFailures) {
+    setAutomatic(true);
     press();
-    m_session.connectionError();
-    m_session.connectionError();
+    fail();
+    fail();
     EXPECT_EQ(m_session.failedConnections(), 2);
-    m_session.showIp();
+    m_services.background().finishAt(0); // the superseded ones
+    m_services.background().finishAt(0);
+    m_openRequests = 1;
+    finishFetch();
+    comeUp();
     EXPECT_EQ(m_session.failedConnections(), 0);
-    m_session.connectionError();
+    fail();
     EXPECT_EQ(m_session.failedConnections(), 1);
-    m_session.quorvaneButtonPressed();
+    m_session.quorvaneButtonPressed(true);
     EXPECT_EQ(m_session.failedConnections(), 0);
+}
+
+TEST_F(HideIpSessionTest, NoNetworkAtThePickIsAFailureThatLeavesNoAnimation) {
+    choose("Germany Berlin");
+    m_api.setInetConnect(false);
+    hotKey(&HideIpSession::getNewIP);
+    EXPECT_EQ(m_windows.count(giveUp), 1);
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_EQ(shown().trayImage, text("Tray"));
+    EXPECT_FALSE(m_windows.animating);
+    EXPECT_TRUE(m_services.logSink().lines().contains(text("downloadCertificateForSelectedItem no inet")));
+}
+
+TEST_F(HideIpSessionTest, UnitedStatesOnlyWithoutSuchALocationLeavesNoAnimation) {
+    m_list.removeTitle(text("States Denver"));
+    m_services.preferences().setValue(text("requireUS"), true);
+    press();
+    EXPECT_EQ(m_windows.count(giveUp), 1); // after three further attempts
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_FALSE(m_windows.animating);
+}
+
+TEST_F(HideIpSessionTest, LateResultOfAnAttemptThatWasResetIsDropped) {
+    press();
+    hotKey(&HideIpSession::setDefaultControls);
+    finishFetch();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_EQ(linesWith("--config"), 0);
+}
+
+TEST_F(HideIpSessionTest, LateReportOfAFailureStrikesTheAttemptThatThereIs) {
+    choose("Germany Berlin");
+    press();
+    finishFetch();
+    hotKey(&HideIpSession::setDefaultControls);
+    press();
+    EXPECT_EQ(phase(), Phase::Fetching);
+    fail();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_EQ(m_windows.count(giveUp), 1);
 }
 
 TEST_F(HideIpSessionTest, TimerIsArmedOnlyWhileHiddenWithTheBoxOnAndAnInterval) {
@@ -296,13 +427,13 @@ TEST_F(HideIpSessionTest, TimerIsArmedOnlyWhileHiddenWithTheBoxOnAndAnInterval) 
         for (const bool on : {false, true}) {
             for (const int minutes : {0, 1, 99}) {
                 SessionState::shared().hidden = hidden;
-                m_environment.automatic = on;
+                setAutomatic(on);
                 m_services.preferences().setValue(text("changeIpInterval"), minutes);
                 m_session.settingsDidChange();
                 EXPECT_EQ(m_session.changeTimerArmed(), hidden && on && minutes > 0);
                 EXPECT_EQ(m_services.delayedCalls().pending().size(), m_session.changeTimerArmed() ? 1U : 0U);
                 EXPECT_EQ(shown().interval, minutes);
-                EXPECT_EQ(shown().intervalEnabled, on);
+                EXPECT_EQ(shown().changesAutomatically, on);
                 if (m_session.changeTimerArmed()) {
                     EXPECT_EQ(m_services.delayedCalls().pending()[0].delay, 60.0 * minutes);
                 }
@@ -312,53 +443,109 @@ TEST_F(HideIpSessionTest, TimerIsArmedOnlyWhileHiddenWithTheBoxOnAndAnInterval) 
 }
 
 TEST_F(HideIpSessionTest, TimerStopsAndStartsOnceAndIsRearmedBySuccess) {
-    m_environment.automatic = true;
+    setAutomatic(true);
     m_services.preferences().setValue(text("changeIpInterval"), 2);
     goHidden();
     EXPECT_TRUE(m_session.changeTimerArmed());
-    m_environment.events.clear();
     m_services.delayedCalls().advance(119.0);
-    EXPECT_TRUE(m_environment.events.isEmpty());
+    EXPECT_EQ(m_requests, 1);
     m_services.delayedCalls().advance(1.0);
-    EXPECT_EQ(m_environment.events, (QStringList{text("auth"), text("download")}));
+    settle();
+    EXPECT_EQ(m_requests, 2);
     EXPECT_FALSE(SessionState::shared().hidden); // an automatic change resets first
     EXPECT_FALSE(m_session.changeTimerArmed());
     m_services.delayedCalls().advance(1000.0);
-    EXPECT_EQ(m_environment.count("download"), 1);
-    m_session.showIp();
+    EXPECT_EQ(m_requests, 2);
+    finishFetch();
+    comeUp();
     EXPECT_TRUE(m_session.changeTimerArmed());
 }
 
-TEST_F(HideIpSessionTest, AResetAndAFailureForgetAnAttemptThatWaits) {
-    m_environment.waiting = true;
-    m_session.setDefaultControls();
-    EXPECT_FALSE(m_environment.waiting);
-    m_environment.waiting = true;
-    m_environment.selected = text("Germany Berlin"); // a fixed location is not tried again
-    m_session.connectionError();
-    EXPECT_FALSE(m_environment.waiting);
-}
-
-TEST_F(HideIpSessionTest, EndingTheTunnelLeavesAnAttemptThatWaits) {
-    m_environment.waiting = true;
-    m_session.terminateVpn();
-    EXPECT_TRUE(m_environment.waiting);
-}
-
 TEST_F(HideIpSessionTest, TerminatingCancelsTheTimer) {
-    m_environment.automatic = true;
+    setAutomatic(true);
     m_services.preferences().setValue(text("changeIpInterval"), 2);
     goHidden();
-    m_session.terminateVpn();
+    hotKey(&HideIpSession::terminateVpn);
     EXPECT_FALSE(m_session.changeTimerArmed());
     EXPECT_TRUE(m_services.delayedCalls().pending().empty());
 }
 
 TEST_F(HideIpSessionTest, NewAddressWhileHiddenKeepsTheHiddenFlag) {
     goHidden();
-    m_session.getNewIP();
+    hotKey(&HideIpSession::getNewIP);
     EXPECT_TRUE(SessionState::shared().hidden);
     EXPECT_EQ(shown().line1.text, searchingText);
+    EXPECT_EQ(shown().hideButton.title, text("Stop Hiding IP"));
+}
+
+TEST_F(HideIpSessionTest, ReconnectingActsOnlyWhileHidden) {
+    hotKey(&HideIpSession::reconectIfIpHidden);
+    EXPECT_EQ(m_requests, 0);
+    SessionState::shared().hidden = true;
+    hotKey(&HideIpSession::reconectIfIpHidden);
+    EXPECT_EQ(m_requests, 1);
+}
+
+TEST_F(HideIpSessionTest, ResetsThatFollowARefusedKillWaitLongerEachTime) {
+    m_services.processes().setNames({"init", "openvpn"});
+    refusePair();
+    hotKey(&HideIpSession::setDefaultControls);
+    QList<double> delays;
+    for (int i = 0; i < 9; ++i) {
+        settleQueued();
+        ASSERT_EQ(m_services.delayedCalls().pending().size(), 1U);
+        delays.append(m_services.delayedCalls().pending()[0].delay);
+        m_services.delayedCalls().advance(delays.last());
+    }
+    EXPECT_EQ(delays, (QList<double>{1, 2, 4, 8, 16, 32, 60, 60, 60}));
+    EXPECT_EQ(m_services.logSink().lines().count(text("Stopped? > 0")), 1);
+    settleQueued();
+    m_session.quorvaneButtonPressed(false); // something changed
+    settleQueued();
+    m_services.delayedCalls().advance(60.0); // the reset that waited
+    settleQueued();
+    EXPECT_EQ(m_services.delayedCalls().pending()[0].delay, 2.0); // the second since the press
+}
+
+TEST_F(HideIpSessionTest, AnotherRefusedCommandResetsAtOnce) {
+    goHidden();
+    refusePair();
+    m_session.resetRequested();
+    settle();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+}
+
+TEST_F(HideIpSessionTest, EndOfTheProgramEndsWhatIsAwaitedAndTheTunnel) {
+    choose("Germany Berlin");
+    press();
+    finishFetch();
+    m_services.processes().setNames({"init", "openvpn"});
+    m_services.scripting().clear();
+    m_session.showIp(); // awaits the address
+    bool ended = false;
+    m_session.end([&ended] { ended = true; });
+    EXPECT_FALSE(ended);
+    settle();
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(linesWith("killall"), 1);
+    EXPECT_EQ(phase(), Phase::Ended);
+    m_session.quorvaneButtonPressed(true);
+    m_session.getNewIP();
+    m_services.delayedCalls().advance(100.0);
+    settle();
+    EXPECT_EQ(phase(), Phase::Ended);
+    EXPECT_EQ(m_services.scripting().calls().size(), 1U);
+}
+
+TEST_F(HideIpSessionTest, EndOfTheProgramCancelsALaunchThatHasNotBegun) {
+    choose("Germany Berlin");
+    press();
+    finishFetchOnly();
+    bool ended = false;
+    m_session.end([&ended] { ended = true; });
+    settle();
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(linesWith("--config"), 0);
 }
 
 } // namespace

@@ -1,0 +1,138 @@
+#include "DisplayState.h"
+
+#include "LocationList.h"
+
+#include <QCoreApplication>
+
+namespace quorvane {
+
+namespace {
+
+/// Texts of the session's display.
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(quorvane::DisplayState)
+
+public:
+    static QString status(const SessionFacts &facts) {
+        switch (facts.look) {
+        case Look::NotHidden:
+            return tr("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!");
+        case Look::Searching:
+            return tr("Searching for an available IP...");
+        case Look::Hidden:
+            return tr("You are currently hiding your real IP %1").arg(facts.realAddress);
+        }
+        return {};
+    }
+
+    static QString notice(Phase phase) {
+        if (phase == Phase::Waiting) {
+            return tr("Every location has been used in this rotation. Refresh the locations or switch \"US "
+                      "only\" to begin a new one.");
+        }
+        return tr("There is no VPN configuration to connect with. Choose a location to get a new one.");
+    }
+
+    static QString stopTitle() { return tr("Stop Hiding IP"); }
+
+    static QString refreshHint() { return tr("Locations can be refreshed while your IP is not hidden."); }
+};
+
+Tone toneOf(Look look) {
+    switch (look) {
+    case Look::NotHidden:
+        return Tone::Warning;
+    case Look::Searching:
+        return Tone::Quiet;
+    case Look::Hidden:
+        return Tone::Plain;
+    }
+    return Tone::Plain;
+}
+
+QString stateImage(Look look) {
+    switch (look) {
+    case Look::NotHidden:
+        return QStringLiteral("appmain");
+    case Look::Searching:
+        return QStringLiteral("appwait");
+    case Look::Hidden:
+        return QStringLiteral("applock");
+    }
+    return {};
+}
+
+/// The attempt waits for an action of the user, who can stop it.
+bool waitsForUser(Phase phase) {
+    return phase == Phase::Waiting || phase == Phase::Unconfigured;
+}
+
+} // namespace
+
+QString DisplayState::hideTitle() {
+    return QStringLiteral("Quorvane");
+}
+
+QString DisplayState::stopTitle() {
+    return Texts::stopTitle();
+}
+
+bool isPressable(const SessionFacts &facts) {
+    return facts.controls || waitsForUser(facts.phase);
+}
+
+bool isTunnelInUse(const SessionFacts &facts) {
+    switch (facts.phase) {
+    case Phase::Checking:
+    case Phase::Fetching:
+    case Phase::Connecting:
+    case Phase::Hidden:
+        return true;
+    case Phase::Starting:
+    case Phase::NotHidden:
+    case Phase::Waiting:
+    case Phase::Unusable:
+    case Phase::Unconfigured:
+    case Phase::Ended:
+        return false;
+    case Phase::Dropped:
+        return facts.look == Look::Hidden;
+    }
+    return false;
+}
+
+DisplayState displayOf(const SessionFacts &facts) {
+    const bool isHidden = facts.look == Look::Hidden;
+    const bool pressable = isPressable(facts);
+    DisplayState state;
+    state.look = facts.look;
+    state.line1 = {Texts::status(facts), toneOf(facts.look), true};
+    state.line21.visible = isHidden;
+    state.line22 = {LocationList::shownTitle(facts.location), Tone::Plain, isHidden};
+    if (waitsForUser(facts.phase)) {
+        state.line3 = {Texts::notice(facts.phase), Tone::Quiet, true};
+    }
+    state.currentIp = facts.shownAddress;
+    state.flagImage = facts.flag;
+    state.flagVisible = isHidden;
+    state.stateImage = stateImage(facts.look);
+    const QString still = isHidden ? QStringLiteral("TrayLock") : QStringLiteral("Tray");
+    state.trayImage = facts.frame.isNull() ? still : facts.frame;
+    state.spinning = !facts.answered;
+    state.hideButton = {facts.buttonStops ? DisplayState::stopTitle() : DisplayState::hideTitle(), pressable,
+                        facts.switchedOn};
+    state.hideItem = {facts.itemStops ? DisplayState::stopTitle() : DisplayState::hideTitle(), pressable};
+    state.advancedEnabled = facts.settingsEnabled;
+    state.changeIpVisible = isHidden;
+    state.discardIpVisible = isHidden;
+    state.changeItemEnabled = facts.controls;
+    state.copyItemEnabled = facts.copyEnabled;
+    state.refreshEnabled = !isTunnelInUse(facts);
+    state.refreshHint = state.refreshEnabled ? QString() : Texts::refreshHint();
+    state.interval = facts.interval;
+    state.changesAutomatically = facts.changesAutomatically;
+    state.requiresUs = facts.requiresUs;
+    return state;
+}
+
+} // namespace quorvane
