@@ -172,6 +172,34 @@ private Q_SLOTS:
         QVERIFY(!m_dialog->isVisible());
     }
 
+    void secondOpenShowsNoOtherDialogAndBothCallersAreNotified() {
+        m_dialog->hide();
+        QWidget window;
+        QWidget otherWindow;
+        int first = 0;
+        int second = 0;
+        QrvAuthenticationWindowController::open(Alerts::shared(), window, [&first] { ++first; });
+        QVERIFY(QrvAuthenticationWindowController::isRunning());
+        auto *const dialog = window.findChild<QrvAuthenticationWindowController *>();
+        QVERIFY(dialog->isVisible());
+        QrvAuthenticationWindowController::open(Alerts::shared(), otherWindow, [&second] { ++second; });
+        QCOMPARE(otherWindow.findChild<QrvAuthenticationWindowController *>(), nullptr);
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(first, 0);
+        QCOMPARE(second, 0);
+        dialog->cancelButton();
+        QVERIFY(!QrvAuthenticationWindowController::isRunning());
+        QCOMPARE(first, 1);
+        QCOMPARE(second, 1);
+        // The next dialog is none of theirs.
+        int third = 0;
+        QrvAuthenticationWindowController::open(Alerts::shared(), window, [&third] { ++third; });
+        dialog->cancelButton();
+        QCOMPARE(first, 1);
+        QCOMPARE(second, 1);
+        QCOMPARE(third, 1);
+    }
+
     void queuedWorkRunsInsideTheModalLoop() {
         m_dialog->hide();
         bool ran = false;
