@@ -1,10 +1,11 @@
 #!/usr/bin/python3
 """scripts/tidy_tests.py BUILD STAMPS: clang-tidy over the tests, with the compile commands of a built tree.
 
-A test includes most of Qt and GoogleTest, which costs more than its own lines. So files with the same command
+A test includes most of Qt and GoogleTest, which costs more than its own lines. So files with similar commands
 are looked at together, in one translation unit that includes them. A file whose local names are also those
-of an earlier one does not compile there; it is looked at with the others of which that is true. A file that
-passed is not looked at again until it, a header of the tests or the list of checks changes.
+of an earlier one does not compile there; it is looked at with the others of which that is true, in the end
+alone, with its own command. A file that passed is not looked at again until it, a header of the tests or the
+list of checks changes.
 """
 
 import hashlib
@@ -16,9 +17,10 @@ import subprocess
 import sys
 from multiprocessing.pool import ThreadPool
 from pathlib import Path
+from typing import NamedTuple
 
 ROOT = Path(__file__).resolve().parent.parent
-LARGEST_GROUP = 12
+LARGEST_GROUP = 24
 # The dialect. The product's other checks would find little here for three times the time.
 CHECKS = "-*,readability-braces-around-statements,readability-function-size,readability-identifier-naming"
 # What CMake adds for precompiled headers; the last word is their list as a text.
@@ -30,6 +32,31 @@ REPORT = re.compile(r"^(?=/\S+?:\d+:\d+: (?:error|warning): )", re.MULTILINE)
 NOT_COMPILED = "[clang-diagnostic-error]"
 # A wrong name in the last line of every unit: its report shows that the checks ran and came to the end.
 LAST_NAME = "LastNameOfTheUnit"
+
+
+class Command(NamedTuple):
+    """How a file is compiled, without the file and the output."""
+
+    directory: str
+    headers: tuple  # those that come first
+    definitions: tuple
+    folders: tuple  # of includes, with the option before each
+    others: tuple
+
+    def merged(self, other):
+        """One command for the files of both; None when there is none."""
+        if (self.directory, self.headers, self.others) != (other.directory, other.headers, other.others):
+            return None
+        definitions = tuple(dict.fromkeys(self.definitions + other.definitions))
+        names = {definition.partition("=")[0] for definition in definitions}
+        if len(names) != len(definitions):
+            return None
+        folders = tuple(dict.fromkeys(self.folders + other.folders))
+        return Command(self.directory, self.headers, definitions, folders, self.others)
+
+    def options(self):
+        """The words of the command line."""
+        return [*self.definitions, *(word for folder in self.folders for word in folder), *self.others]
 
 
 def listed(*patterns):
@@ -47,73 +74,126 @@ def digest(paths):
     return seen.hexdigest()[:16]
 
 
-def compile_arguments(build):
-    """File -> the folder, the headers that come first, and the options without the file and the output."""
+def parsed(directory, text):
+    """A command of a compiler."""
+    headers = tuple(PRECOMPILED.findall(text))
+    words = shlex.split(PRECOMPILED.sub("", text))
+    words = words[next(i for i, word in enumerate(words) if word.startswith("-")) : words.index("-o")]
+    definitions, folders, others = [], [], []
+    remaining = iter(words)
+    for word in remaining:
+        if word == "-isystem":
+            folders.append((word, next(remaining)))
+        elif word.startswith("-I"):
+            folders.append((word,))
+        elif word.startswith("-D"):
+            definitions.append(word)
+        elif word != "-Werror":
+            others.append(word)
+    return Command(directory, headers, tuple(definitions), tuple(folders), tuple(others))
+
+
+def commands_of(build):
+    """File -> its command."""
     found = {}
     for entry in json.loads(Path(build, "compile_commands.json").read_text(encoding="utf-8")):
-        headers = tuple(PRECOMPILED.findall(entry["command"]))
-        words = shlex.split(PRECOMPILED.sub("", entry["command"]))
-        options = words[next(i for i, word in enumerate(words) if word.startswith("-")) : words.index("-o")]
-        options = tuple(option for option in options if option != "-Werror")
-        found.setdefault(os.path.relpath(entry["file"], ROOT), (entry["directory"], headers, options))
+        path = os.path.relpath(entry["file"], ROOT)
+        found.setdefault(path, parsed(entry["directory"], entry["command"]))
     return found
+
+
+def grouped(commands, paths):
+    """A list of groups of files, each with the command that serves them all; the largest come first."""
+    kinds = []
+    for path in paths:
+        for kind in kinds:
+            command = kind[0].merged(commands[path])
+            if command:
+                kind[0] = command
+                kind[1].append(path)
+                break
+        else:
+            kinds.append([commands[path], [path]])
+    groups = []
+    for command, members in kinds:
+        count = -(-len(members) // LARGEST_GROUP)
+        groups += [(command, members[first::count]) for first in range(count)]
+    return sorted(groups, key=lambda group: -len(group[1]))
+
+
+def not_compiled(reports, paths):
+    """Those of the files that do not compile in one unit with the others.
+
+    A report whose place is in a file is due to that file. One whose place is in a header is due to the files
+    that its notes name; when they name none, it may be due to any.
+    """
+    broken = set()
+    for report in reports:
+        if NOT_COMPILED in report:
+            place = {path for path in paths if report.startswith(f"{ROOT / path}:")}
+            broken |= place or {path for path in paths if f"{ROOT / path}:" in report} or set(paths)
+    return broken
 
 
 class Tidy:
     """One run of clang-tidy for each group of files."""
 
-    def __init__(self, stamps, stamp_of):
+    def __init__(self, commands, stamps, stamp_of):
+        self.commands = commands
         self.folder = Path(stamps, "tests")
         self.folder.mkdir(parents=True, exist_ok=True)
         self.stamp_of = stamp_of
 
     def look_at(self, command, paths):
         """Returns what clang-tidy reports about the files; those without a report get a stamp."""
-        output = self.run(command, paths)
-        reports = [report for report in REPORT.split(output) if report.strip()]
-        if not any(LAST_NAME in report for report in reports):
-            if len(paths) == 1:
-                return f"{output}{paths[0]}: clang-tidy did not come to its end\n"
-            return "".join(self.look_at(command, [path]) for path in paths)
-        reports = [report for report in reports if LAST_NAME not in report]
-        places = [report.split(":")[0] for report in reports]
-        broken = {place for place, report in zip(places, reports) if NOT_COMPILED in report}
-        again = [path for path in paths if str(ROOT / path) in broken]
-        if len(paths) > 1 and len(again) == len(paths):
-            return "".join(self.look_at(command, [path]) for path in paths)
-        if len(paths) > 1 and again:
-            found = self.look_at(command, again)
-        else:
-            found, again = "", []
+        if len(paths) == 1:
+            return self.look_at_one(paths[0])
+        reports, complete = self.run(command, paths)
+        broken = not_compiled(reports, paths) if complete else set(paths)
+        again = [path for path in paths if path in broken]
+        if len(again) == len(paths):
+            half = len(paths) // 2
+            return self.look_at(command, paths[:half]) + self.look_at(command, paths[half:])
         kept = [
             report
-            for place, report in zip(places, reports)
-            if place not in {str(ROOT / path) for path in again}
+            for report in reports
+            if NOT_COMPILED not in report and not any(report.startswith(f"{ROOT / path}:") for path in again)
         ]
-        for path in paths:
-            if not kept and path not in again:
-                self.stamp(path)
-        return found + "".join(kept)
+        if not kept:
+            for path in paths:
+                if path not in broken:
+                    self.stamp(path)
+        return "".join(kept) + (self.look_at(command, again) if again else "")
+
+    def look_at_one(self, path):
+        """The same for one file, with its own command. Here all that is reported counts."""
+        reports, complete = self.run(self.commands[path], [path])
+        if not complete:
+            reports.append(f"{path}: clang-tidy did not come to its end\n")
+        if not reports:
+            self.stamp(path)
+        return "".join(reports)
 
     def run(self, command, paths):
-        """The output of clang-tidy for one translation unit of the files."""
-        directory, headers, options = command
+        """What clang-tidy reports about one unit of the files, and whether it came to its end."""
         unit = self.folder / f"{digest(paths)}.cpp"
-        included = [*headers, *(str(ROOT / path) for path in paths)]
+        included = [*command.headers, *(str(ROOT / path) for path in paths)]
         lines = [*(f'#include "{path}"' for path in included), f"int {LAST_NAME} = 1;\n"]
         unit.write_text("\n".join(lines), encoding="utf-8")
         done = subprocess.run(
             ["clang-tidy", "--quiet", f"--checks={CHECKS}", f"--config-file={ROOT}/.clang-tidy"]
             + [rf"--header-filter=^{ROOT}/tests/.*\.(h|cpp)$", str(unit), "--"]
-            + [*options, "-Wno-unknown-warning-option", "-ferror-limit=0"],
-            cwd=directory,
+            + [*command.options(), "-Wno-unknown-warning-option", "-ferror-limit=0"],
+            cwd=command.directory,
             check=False,
             stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL,
             text=True,
         )
         unit.unlink()
-        return done.stdout
+        reports = [report for report in REPORT.split(done.stdout) if report.strip()]
+        found = [report for report in reports if LAST_NAME not in report]
+        return found, len(found) < len(reports)
 
     def stamp(self, path):
         for old in self.folder.glob(f"{path.replace('/', '_')}-*"):
@@ -129,25 +209,16 @@ def main():
     def stamp_of(path):
         return Path(stamps, "tests", f"{path.replace('/', '_')}-{common}-{digest([path])}")
 
-    arguments = compile_arguments(build)
-    groups = {}
-    missing = []
-    for path in listed("tests/*.cpp"):
-        if path not in arguments:
-            missing.append(path)
-        elif not stamp_of(path).exists():
-            groups.setdefault(arguments[path], []).append(path)
-    parts = [
-        (command, paths[first : first + LARGEST_GROUP])
-        for command, paths in groups.items()
-        for first in range(0, len(paths), LARGEST_GROUP)
-    ]
-    failed = bool(missing)
+    commands = commands_of(build)
+    paths = listed("tests/*.cpp")
+    missing = [path for path in paths if path not in commands]
     for path in missing:
         print(f"{path}: no program of this build is made of it")
+    groups = grouped(commands, [path for path in paths if path in commands and not stamp_of(path).exists()])
+    failed = bool(missing)
+    tidy = Tidy(commands, stamps, stamp_of)
     with ThreadPool(os.cpu_count()) as pool:
-        tidy = Tidy(stamps, stamp_of)
-        for found in pool.imap_unordered(lambda part: tidy.look_at(*part), parts):
+        for found in pool.imap_unordered(lambda group: tidy.look_at(*group), groups):
             failed = failed or bool(found)
             print(found, end="", flush=True)
     sys.exit(1 if failed else 0)

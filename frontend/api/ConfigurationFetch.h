@@ -14,9 +14,10 @@ class QrvAPI;
 /// a line in the session log, and in the preferences the path and the one-time pair.
 ///
 /// start() and the signals belong to the main thread; the request and the writing run as one piece of
-/// background work, beside any other. There is no lock: the caller keeps its buttons disabled meanwhile. If
-/// another request is started nevertheless, only the last one counts: the superseded one stores nothing and
-/// emits nothing.
+/// background work, beside any other. The caller keeps its buttons disabled meanwhile. If another request is
+/// started nevertheless, only the last one counts: a superseded one emits nothing, and its answer is stored
+/// only if that has begun already. A lock makes start() wait for the end of the storing, so that the last
+/// answer is what remains.
 class ConfigurationFetch final : public QObject {
     Q_OBJECT
 

@@ -294,6 +294,18 @@ def close_while_floating(world, client, tray):
     pytest.fail(f"the window could not be closed within two seconds in {ATTEMPTS} attempts")
 
 
+def check_stays_closed(world, client, tray):
+    """Closes the window while it floats; the end of the floating does not show it again.
+
+    The service must not answer meanwhile: its first server list shows the window.
+    """
+    close_while_floating(world, client, tray)
+    client.wait_output(START_CHECKS, "the two seconds are over")
+    # The event loop answers after the end of floating, which comes behind these checks.
+    client.request("round_trips", key="first", count=20)
+    assert not shown(client), "the window stays closed"
+
+
 def check_in_front(world, client):
     """The window is on the screen, has the focus and does not float."""
     wait_shown(world, client)
@@ -305,11 +317,7 @@ def check_in_front(world, client):
 def test_window_that_was_hidden_meanwhile_does_not_float_later(world, client, tray):
     tray.appear()
     with network.swallowing(API):
-        close_while_floating(world, client, tray)
-        client.wait_output(START_CHECKS, "the two seconds are over")
-        # The event loop answers after the end of floating, which comes behind these checks.
-        client.request("round_trips", key="first", count=20)
-        assert not shown(client), "the window stays closed"
+        check_stays_closed(world, client, tray)
         tray.activate()
         check_in_front(world, client)
 
@@ -318,10 +326,7 @@ def test_server_list_brings_a_closed_window_forward(world, client, tray):
     """The first list and one that the user has refreshed do, see known issues."""
     tray.appear()
     with network.swallowing(API):
-        close_while_floating(world, client, tray)
-        client.wait_output(START_CHECKS, "the two seconds are over")
-        client.request("round_trips", key="first", count=20)
-        assert not shown(client), "there is no list yet"
+        check_stays_closed(world, client, tray)
     check_in_front(world, client)
     client.wait_ready()
     close_window(client)

@@ -213,25 +213,33 @@ private Q_SLOTS:
         QVERIFY(!m_events.isHeld());
     }
 
-    void opensOnceForTwoRequestsAndReportsItsEndToBoth() {
-        QWidget window;
-        int closed = 0;
-        const auto open = [&] {
-            QrvAuthenticationWindowController::open(m_events, Alerts::shared(), window, [&] { ++closed; });
-        };
+    void secondOpenShowsNoOtherDialogAndBothCallersAreNotified() {
         m_dialog->hide();
-        open();
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        QVERIFY(dialog != nullptr);
-        open();
-        QCOMPARE(window.findChildren<QDialog *>().size(), 1);
-        dialog->reject();
-        QCOMPARE(closed, 2);
-        QVERIFY(QApplication::activeModalWidget() == nullptr);
-        open();
-        QCOMPARE(QApplication::activeModalWidget(), dialog); // kept for the next time
-        dialog->reject();
-        QCOMPARE(closed, 3);
+        QWidget window;
+        QWidget otherWindow;
+        int first = 0;
+        int second = 0;
+        QrvAuthenticationWindowController::open(m_events, Alerts::shared(), window, [&first] { ++first; });
+        QVERIFY(QrvAuthenticationWindowController::isRunning());
+        auto *const dialog = window.findChild<QrvAuthenticationWindowController *>();
+        QVERIFY(dialog->isVisible());
+        QrvAuthenticationWindowController::open(m_events, Alerts::shared(), otherWindow,
+                                                [&second] { ++second; });
+        QCOMPARE(otherWindow.findChild<QrvAuthenticationWindowController *>(), nullptr);
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(first, 0);
+        QCOMPARE(second, 0);
+        dialog->cancelButton();
+        QVERIFY(!QrvAuthenticationWindowController::isRunning());
+        QCOMPARE(first, 1);
+        QCOMPARE(second, 1);
+        // The next dialog is none of theirs.
+        int third = 0;
+        QrvAuthenticationWindowController::open(m_events, Alerts::shared(), window, [&third] { ++third; });
+        dialog->cancelButton();
+        QCOMPARE(first, 1);
+        QCOMPARE(second, 1);
+        QCOMPARE(third, 1);
     }
 
     void waitsForAnAlertAndItsOwnAlertShowsOverIt() {

@@ -47,26 +47,25 @@ QVariant sampleOf(PreferenceType type) {
     return {};
 }
 
-QVariant editedValue(const PreferenceEntry &entry) {
-    switch (entry.type) {
-    case PreferenceType::Text:
-        return Preferences::editedText(entry.preference);
-    case PreferenceType::Integer:
-        return number(Preferences::editedInteger(entry.preference));
-    case PreferenceType::Boolean:
-        return Preferences::editedBoolean(entry.preference);
-    }
-    return {};
-}
+/// One function for each type of preference.
+struct Getters {
+    QString (*text)(Preference);
+    qint64 (*integer)(Preference);
+    bool (*boolean)(Preference);
+};
 
-QVariant valueOf(const PreferenceEntry &entry) {
+constexpr Getters storedValues{Preferences::text, Preferences::integer, Preferences::boolean};
+constexpr Getters editedValues{Preferences::editedText, Preferences::editedInteger,
+                               Preferences::editedBoolean};
+
+QVariant valueOf(const PreferenceEntry &entry, const Getters &getters) {
     switch (entry.type) {
     case PreferenceType::Text:
-        return Preferences::text(entry.preference);
+        return getters.text(entry.preference);
     case PreferenceType::Integer:
-        return number(Preferences::integer(entry.preference));
+        return number(getters.integer(entry.preference));
     case PreferenceType::Boolean:
-        return Preferences::boolean(entry.preference);
+        return getters.boolean(entry.preference);
     }
     return {};
 }
@@ -109,7 +108,7 @@ TEST_F(PreferencesTest, EveryPreferenceIsWrittenAndReadUnderItsKeyWithItsType) {
         const QVariant sample = sampleOf(entry.type);
         Preferences::store({{entry.preference, sample}});
         EXPECT_EQ(m_services.preferences().value(QLatin1String(entry.key)), sample) << entry.key;
-        EXPECT_EQ(valueOf(entry), sample) << entry.key;
+        EXPECT_EQ(valueOf(entry, storedValues), sample) << entry.key;
     }
 }
 
@@ -134,7 +133,7 @@ TEST_F(PreferencesTest, EveryEditIsHeldUntilItIsSavedOrReverted) {
     for (const PreferenceEntry &entry : preferenceTable) {
         const QVariant sample = sampleOf(entry.type);
         Preferences::edit(entry.preference, sample);
-        EXPECT_EQ(editedValue(entry), sample) << entry.key;
+        EXPECT_EQ(valueOf(entry, editedValues), sample) << entry.key;
         EXPECT_FALSE(stored(entry.preference).isValid()) << entry.key;
     }
     Preferences::revert();

@@ -31,6 +31,18 @@ std::unique_ptr<T, Free> own(T *memory) {
     return std::unique_ptr<T, Free>(memory);
 }
 
+xcb_record_range_t keyPresses() {
+    xcb_record_range_t range{};
+    range.device_events = {XCB_KEY_PRESS, XCB_KEY_PRESS};
+    return range;
+}
+
+xcb_record_range_t heldKeysQueries() {
+    xcb_record_range_t range{};
+    range.core_requests = {XCB_QUERY_KEYMAP, XCB_QUERY_KEYMAP};
+    return range;
+}
+
 } // namespace
 
 TestDisplay::TestDisplay() {
@@ -147,13 +159,11 @@ bool OtherClient::setModifierKeys(const QList<QList<quint8>> &keysOfModifiers) {
     return reply && reply->status == XCB_MAPPING_STATUS_SUCCESS;
 }
 
-PressCounter::PressCounter(const QByteArray &display)
+ServerRecording::ServerRecording(const QByteArray &display, const xcb_record_range_t &range)
     : m_control(xcb_connect(display.constData(), nullptr)),
       m_data(xcb_connect(display.constData(), nullptr)) {
     m_context = xcb_generate_id(m_control.get());
     const xcb_record_client_spec_t allClients = XCB_RECORD_CS_ALL_CLIENTS;
-    xcb_record_range_t range{};
-    range.device_events = {XCB_KEY_PRESS, XCB_KEY_PRESS};
     own(xcb_request_check(m_control.get(), xcb_record_create_context_checked(m_control.get(), m_context, 0, 1,
                                                                              1, &allClients, &range)));
     m_sequence = xcb_record_enable_context(m_data.get(), m_context).sequence;
@@ -162,20 +172,40 @@ PressCounter::PressCounter(const QByteArray &display)
     own(xcb_wait_for_reply(m_data.get(), m_sequence, nullptr));
 }
 
-PressCounter::~PressCounter() {
+ServerRecording::~ServerRecording() {
     own(xcb_request_check(m_control.get(), xcb_record_disable_context_checked(m_control.get(), m_context)));
 }
 
-int PressCounter::pressesOf(quint8 key) {
+QByteArray ServerRecording::receive() {
+    QByteArray all;
     void *raw = nullptr;
     while (xcb_poll_for_reply(m_data.get(), m_sequence, &raw, nullptr) == 1 && raw != nullptr) {
         const auto reply = own(static_cast<xcb_record_enable_context_reply_t *>(raw));
-        const quint8 *const bytes = xcb_record_enable_context_data(reply.get());
-        for (int at = 0; at < xcb_record_enable_context_data_length(reply.get()); at += 32) {
-            m_seen.append(bytes[at + 1]);
+        for (int at = 0; at < xcb_record_enable_context_data_length(reply.get()); ++at) {
+            all.append(static_cast<char>(xcb_record_enable_context_data(reply.get())[at]));
         }
     }
+    return all;
+}
+
+PressCounter::PressCounter(const QByteArray &display) : m_recording(display, keyPresses()) {}
+
+int PressCounter::pressesOf(quint8 key) {
+    constexpr qsizetype eventSize = sizeof(xcb_key_press_event_t);
+    const QByteArray events = m_recording.receive();
+    for (qsizetype at = 0; at < events.size(); at += eventSize) {
+        m_seen.append(static_cast<quint8>(events.at(at + 1)));
+    }
     return static_cast<int>(m_seen.count(key));
+}
+
+HeldKeysQueryCounter::HeldKeysQueryCounter(const QByteArray &display)
+    : m_recording(display, heldKeysQueries()) {}
+
+int HeldKeysQueryCounter::queries() {
+    constexpr qsizetype requestSize = sizeof(xcb_query_keymap_request_t);
+    m_seen += static_cast<int>(m_recording.receive().size() / requestSize);
+    return m_seen;
 }
 
 } // namespace quorvane::platform

@@ -8,6 +8,7 @@
 #include <memory>
 
 struct xcb_connection_t;
+struct xcb_record_range_t;
 
 namespace quorvane::platform {
 
@@ -68,23 +69,47 @@ private:
     quint32 m_root = 0;
 };
 
-/// Counts every press of a key that the server generates, including its repeats, whichever client receives
-/// it.
-class PressCounter {
+/// Records a range of events or requests of all clients, from the end of the constructor on.
+class ServerRecording {
 public:
-    explicit PressCounter(const QByteArray &display);
-    ~PressCounter();
-    PressCounter(const PressCounter &) = delete;
-    PressCounter &operator=(const PressCounter &) = delete;
+    ServerRecording(const QByteArray &display, const xcb_record_range_t &range);
+    ~ServerRecording();
+    ServerRecording(const ServerRecording &) = delete;
+    ServerRecording &operator=(const ServerRecording &) = delete;
 
-    [[nodiscard]] int pressesOf(quint8 key);
+    /// Returns what has been recorded since the last call.
+    [[nodiscard]] QByteArray receive();
 
 private:
     DisplayConnection m_control;
     DisplayConnection m_data;
     quint32 m_context = 0;
     unsigned m_sequence = 0;
+};
+
+/// Counts every press of a key that the server generates, including its repeats, whichever client receives
+/// it.
+class PressCounter {
+public:
+    explicit PressCounter(const QByteArray &display);
+
+    [[nodiscard]] int pressesOf(quint8 key);
+
+private:
+    ServerRecording m_recording;
     QList<quint8> m_seen;
+};
+
+/// Counts how often clients request which keys are held down.
+class HeldKeysQueryCounter {
+public:
+    explicit HeldKeysQueryCounter(const QByteArray &display);
+
+    [[nodiscard]] int queries();
+
+private:
+    ServerRecording m_recording;
+    int m_seen = 0;
 };
 
 } // namespace quorvane::platform

@@ -3,7 +3,6 @@
 #include "tests/unit/platform/linux/TestDisplay.h"
 
 #include <QAbstractEventDispatcher>
-#include <QElapsedTimer>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -128,11 +127,9 @@ TEST_F(X11HotKeyServiceTest, HeldKeyFiresOnce) {
     registerKey(codeOf1, HotKeyService::command, 1);
     registerKey(codeOf2, HotKeyService::command, 2);
     PressCounter counter(m_display.name());
-    QElapsedTimer held;
-    held.start();
     m_other.press(superKey);
     m_other.press(key1);
-    ASSERT_TRUE(spinUntil([&] { return held.elapsed() >= 2000 && counter.pressesOf(key1) >= 20; }))
+    ASSERT_TRUE(spinUntil([&] { return counter.pressesOf(key1) >= 20; }))
         << "the server repeated the key " << counter.pressesOf(key1) << " times";
     m_other.release(key1);
     m_other.pressTogether({key2});
@@ -151,6 +148,7 @@ TEST_F(X11HotKeyServiceTest, SecondKeyWhileTheFirstIsHeldFiresToo) {
 TEST_F(X11HotKeyServiceTest, KeyThatIsReleasedAfterTheOneBeforeItFiresAgain) {
     registerKey(codeOf1, HotKeyService::command, 1);
     registerKey(codeOf2, HotKeyService::command, 2);
+    HeldKeysQueryCounter counter(m_display.name());
     m_other.press(superKey);
     m_other.press(key1);
     m_other.press(key2);
@@ -158,11 +156,11 @@ TEST_F(X11HotKeyServiceTest, KeyThatIsReleasedAfterTheOneBeforeItFiresAgain) {
     m_other.release(key1);
     m_other.release(key2); // not sent to the service: the grab of the first key has ended
     m_other.release(superKey);
-    ASSERT_TRUE(spinUntil([this] {
-        m_other.pressTogether({superKey, key2});
-        return m_fired.size() > 2;
-    }));
-    EXPECT_EQ(m_fired.first(3), (QList<quint32>{1, 2, 2}));
+    const int before = counter.queries();
+    ASSERT_TRUE(spinUntil([&] { return counter.queries() > before; }))
+        << "the service does not look which keys are held";
+    m_other.pressTogether({superKey, key2});
+    EXPECT_TRUE(firesOnly({1, 2, 2}));
 }
 
 TEST_F(X11HotKeyServiceTest, KeyThatStaysHeldAfterTheOneBeforeItFiresOnce) {
@@ -175,8 +173,8 @@ TEST_F(X11HotKeyServiceTest, KeyThatStaysHeldAfterTheOneBeforeItFiresOnce) {
     m_other.release(key1);
     ASSERT_TRUE(spinUntil([&] { return counter.pressesOf(key2) >= 20; })); // repeated by the server
     m_other.release(key2);
-    EXPECT_TRUE(firesOnly({1, 2}));
-    EXPECT_EQ(m_fired, (QList<quint32>{1, 2}));
+    m_other.pressTogether({key1}); // arrives after the repeats
+    EXPECT_TRUE(firesOnly({1, 2, 1}));
 }
 
 TEST_F(X11HotKeyServiceTest, CombinationOfAnotherClientIsRefused) {
