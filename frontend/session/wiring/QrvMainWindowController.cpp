@@ -166,6 +166,9 @@ void QrvMainWindowController::connectWindow() {
             &LocationRotation::requireUSBasedIPButtonPressed);
     connect(m_mainWindow.get(), &MainWindow::intervalEntered, m_rotation.get(),
             &LocationRotation::intervalEntered);
+    connect(m_mainWindow.get(), &MainWindow::intervalEntered, &m_sessionDisplay, [this](int minutes) {
+        m_sessionDisplay.interval(minutes, m_sessionDisplay.state().intervalEnabled);
+    });
     connect(m_mainWindow.get(), &MainWindow::nonRepeatSwitched, this, [](bool on) {
         Preferences::choose({{Preference::IpNonRepeat, on}});
     });
