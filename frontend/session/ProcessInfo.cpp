@@ -10,11 +10,22 @@
 
 namespace quorvane {
 
+namespace {
+
+/// An assertion that holds in every build: a caller that breaks it would otherwise read or leak memory.
+void require(bool holds, const char *assertion) {
+    if (!holds) {
+        qFatal("ASSERT failure in frontend/ProcessInfo: \"%s\"", assertion);
+    }
+}
+
+} // namespace
+
 int ProcessInfo::getBSDProcessList(std::unique_ptr<platform::ProcessRecord[]> *procList,
                                    std::size_t *procCount) {
-    Q_ASSERT_X(procList != nullptr, "frontend/ProcessInfo", "procList != NULL");
-    Q_ASSERT_X(*procList == nullptr, "frontend/ProcessInfo", "*procList == NULL");
-    Q_ASSERT_X(procCount != nullptr, "frontend/ProcessInfo", "procCount != NULL");
+    require(procList != nullptr, "procList != NULL");
+    require(*procList == nullptr, "*procList == NULL");
+    require(procCount != nullptr, "procCount != NULL");
     *procCount = 0;
     const platform::ProcessTable &table = *platform::Platform::current().processes;
     for (;;) {
