@@ -1,7 +1,5 @@
 #include "Supervisor.h"
 
-#include "common/FileDescriptor.h"
-
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -57,7 +55,7 @@ class Child {
 public:
     Child(const OpenVpnCommand &command, TunnelLog &log) : m_command(command), m_log(log) {}
 
-    std::string run() {
+    std::string run(FileDescriptor forChild) {
         std::array<int, 2> pipe{};
         if (pipe2(pipe.data(), O_CLOEXEC) != 0) {
             return std::string("OpenVPN cannot be started: ") + std::strerror(errno);
@@ -76,6 +74,7 @@ public:
             return std::string("OpenVPN cannot be started: ") + std::strerror(errno);
         }
         childOutput.reset();
+        forChild.reset();
         m_process = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, m_pid, 0)));
         // A kill by name meets this process until here, and the child dies with it. From here on it meets the
         // child.
@@ -180,8 +179,8 @@ private:
 
 } // namespace
 
-std::string supervise(const OpenVpnCommand &command, TunnelLog &log) {
-    return Child(command, log).run();
+std::string supervise(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor forChild) {
+    return Child(command, log).run(std::move(forChild));
 }
 
 } // namespace quorvane::guard

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QByteArrayList>
 #include <QString>
-#include <QStringList>
 #include <optional>
 #include <sys/types.h>
 
@@ -16,19 +16,23 @@ struct PrivilegedProcess {
     int outputDescriptor = -1;
 };
 
-/// Starts a program with administrator rights, for which the desktop itself prompts the user. Any thread; the
-/// start does not wait for the user's decision.
+/// Starts a program with administrator rights, for which the desktop itself prompts the user. Any thread.
 class AuthorizationService {
 public:
     /// The service is not installed on this machine.
     static constexpr int toolMissing = -70001;
+    /// The rights were not granted: the user may not have them, or did not prove to be an administrator.
+    static constexpr int denied = -60005;
+    /// The user dismissed the prompt.
+    static constexpr int cancelled = -60006;
 
     virtual ~AuthorizationService() = default;
 
     /// Looks the service up; called once, on first use.
     [[nodiscard]] virtual bool lookUp() = 0;
-    /// Runs the program in the given folder. Arguments are passed as they are, never through a shell.
-    [[nodiscard]] virtual PrivilegedProcess launch(const QString &program, const QStringList &arguments,
+    /// Runs the program in the given folder. Arguments are passed as they are, never through a shell. Waits
+    /// for the user's decision, and returns when the program runs or the rights were refused.
+    [[nodiscard]] virtual PrivilegedProcess launch(const QString &program, const QByteArrayList &arguments,
                                                    const QString &folder) = 0;
     /// Waits for the process; when block is false, only checks it. Returns the wait status once the process
     /// has ended.

@@ -53,6 +53,7 @@ public:
 
     using EventHandler = std::function<void(const HotKeyIdentifier &)>;
     using RefusalHandler = std::function<void(HotKeyReference, HotKeyError)>;
+    using AppearanceHandler = std::function<void()>;
 
     virtual ~HotKeyService() = default;
 
@@ -68,6 +69,10 @@ public:
     /// Called when the desktop withdraws a registration: one that it had not yet decided on, or one that it
     /// no longer allows. The reference is then no longer valid.
     virtual void installRefusalHandler(RefusalHandler handler) = 0;
+
+    /// Called when the desktop has begun to offer hot keys after it was known not to. Registrations that were
+    /// refused or withdrawn before have to be made again.
+    virtual void installAppearanceHandler(AppearanceHandler handler) { Q_UNUSED(handler) }
 
     /// Sets the description of the hot keys with this id, for a desktop that lists them to the user; called
     /// before they are registered. Does nothing where the desktop shows no such list.

@@ -7,7 +7,8 @@ class QSocketNotifier;
 namespace quorvane::platform {
 
 /// Makes every file that the process creates private (umask 077) and disables its core dumps, which would
-/// contain the administrator's password; a debug build keeps them, so that a debugger can attach. Called
+/// contain the administrator's password; a debug build keeps them, so that a debugger can attach. A write to
+/// a closed pipe fails with EPIPE instead of ending the process; started programs are not affected. Called
 /// first in main().
 void hardenProcess();
 

@@ -7,7 +7,8 @@ namespace quorvane::platform {
 
 /// The hosts of the service. Built-in defaults come from Resources/service.conf; /etc/quorvane/service.conf
 /// overrides them key by key. Lines have the form "key = value", '#' begins a comment. Unknown keys and
-/// values that are not hosts are reported in `problems` and otherwise ignored.
+/// values that are not hosts are reported in `problems` and otherwise ignored. Resources/read-service-conf.sh
+/// reads the files by the same rules.
 struct ServiceConfiguration {
     QString apiHost;          ///< host or host:port of the API
     QString webHost;          ///< host or host:port of the web pages

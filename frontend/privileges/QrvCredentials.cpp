@@ -60,6 +60,12 @@ QString QrvCredentials::vpnPassword() const {
 bool QrvCredentials::credentialsIsValid() {
     const QString path = platform::Platform::current().bundle->pathForResource(
         QStringLiteral("test_credentials"), QStringLiteral("sh"));
+    if (path.contains(u'\'')) {
+        // Nothing is escaped between the quotes: root's shell would run the text behind the apostrophe as
+        // commands.
+        Diagnostics::log(QStringLiteral("credentials Is Not Valid: there is an apostrophe in %1").arg(path));
+        return false;
+    }
     const QString quoted = QChar(u'\'') + Diagnostics::shown(path) + QChar(u'\'');
     QString output;
     QString error;

@@ -15,6 +15,18 @@ namespace {
 
 constexpr int checkIntervalMs = 100;
 
+/// The arguments as the program receives them: the bytes of the file-system form, as many as the argument has
+/// characters.
+QByteArrayList buffersOf(const QStringList &arguments) {
+    QByteArrayList buffers;
+    for (const QString &argument : arguments) {
+        const QByteArray form = QFile::encodeName(argument);
+        const auto length = qstrnlen(form.constData(), static_cast<std::size_t>(argument.size()));
+        buffers.append(form.left(static_cast<qsizetype>(length)));
+    }
+    return buffers;
+}
+
 platform::AuthorizationService &service() {
     return *platform::Platform::current().authorization;
 }
@@ -44,7 +56,7 @@ int ZqPrivilegedTask::launch() {
     if (!service().lookUp()) {
         return platform::AuthorizationService::toolMissing;
     }
-    const platform::PrivilegedProcess process = service().launch(m_path, m_argumentList, m_cwd);
+    const platform::PrivilegedProcess process = service().launch(m_path, buffersOf(m_argumentList), m_cwd);
     if (process.status != 0) {
         return process.status;
     }

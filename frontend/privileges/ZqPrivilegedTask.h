@@ -47,8 +47,9 @@ public:
 
     void setLaunchPath(const QString &path) { m_path = path; }
 
-    /// 0 on success; AuthorizationService::toolMissing if this machine does not have the service; any other
-    /// value is the service's own status.
+    /// Waits for the user's decision. 0 on success; AuthorizationService::toolMissing if this machine does
+    /// not have the service; any other value is the service's own status, also for a refusal. An argument
+    /// whose file-system form has more bytes than the argument has characters is cut to that many bytes.
     int launch();
     /// Does nothing: this user may not end a privileged program.
     void terminate();

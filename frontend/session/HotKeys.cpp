@@ -31,6 +31,7 @@ HotKeys::~HotKeys() {
     if (platform::HotKeyService *desktop = service()) {
         desktop->installEventHandler({});
         desktop->installRefusalHandler({});
+        desktop->installAppearanceHandler({});
     }
 }
 
@@ -74,6 +75,10 @@ void HotKeys::install(PressHandler pressed, ChangeHandler onChange) {
         [pressed = std::move(pressed)](const HotKeyIdentifier &identifier) { pressed(identifier.id); });
     desktop->installRefusalHandler(
         [this](HotKeyReference reference, HotKeyError error) { registrationWithdrawn(reference, error); });
+    desktop->installAppearanceHandler([this] {
+        registerStored();
+        m_changed();
+    });
 }
 
 void HotKeys::describe(Action action, const QString &text) {

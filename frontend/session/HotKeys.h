@@ -51,7 +51,8 @@ public:
     [[nodiscard]] static bool isAvailable();
 
     /// Calls `pressed` for every press of a hot key of this process, and `changed` when the desktop withdraws
-    /// a registration. Once, before the first registration.
+    /// a registration or begins to offer hot keys; then the stored tags are registered. Once, before the
+    /// first registration.
     void install(PressHandler pressed, ChangeHandler changed);
     /// Sets the description of the action that the desktop shows to the user. Call it before the action's hot
     /// keys are registered.

@@ -19,6 +19,16 @@ QString agentFolder() {
     return platform::Platform::current().account.library() + QStringLiteral("/LaunchAgents/");
 }
 
+/// Writes the property list of one file to another, with the switch set. False when nothing was written.
+bool switchAgent(const QString &source, const QString &target, bool enabled) {
+    auto list = platform::PropertyList::readFile(source);
+    if (!list) {
+        return false;
+    }
+    list->insert(runKey, enabled);
+    return platform::PropertyList::writeFile(target, *list);
+}
+
 } // namespace
 
 bool LaunchAgent::launchesOnStartup() {
@@ -38,12 +48,14 @@ void LaunchAgent::launchOnStartup(bool enabled) {
     const QString agent = folder + name;
     const QString source =
         QFile::exists(agent) ? agent : QString(services.bundle->resourcesPath() + QChar(u'/') + name);
-    if (auto list = platform::PropertyList::readFile(source)) {
-        list->insert(runKey, enabled);
-        platform::PropertyList::writeFile(agent, *list);
+    const bool before = launchesOnStartup();
+    if (!switchAgent(source, agent, enabled)) {
+        return; // the desktop's entry stays as it is, too
     }
-    services.workspace->setAutostart(services.bundle->contentsPath() + QStringLiteral("/bin/quorvane"),
-                                     enabled);
+    const QString program = services.bundle->contentsPath() + QStringLiteral("/bin/quorvane");
+    if (!services.workspace->setAutostart(program, enabled)) {
+        switchAgent(agent, agent, before);
+    }
 }
 
 } // namespace quorvane

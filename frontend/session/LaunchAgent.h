@@ -7,7 +7,7 @@ namespace quorvane {
 /// thread.
 namespace LaunchAgent {
 
-/// Writes both. A failed write is not reported.
+/// Writes both, or neither: after a failed write of one, the other is as it was. Failures are not reported.
 void launchOnStartup(bool enabled);
 /// Whether the agent exists and is switched on.
 [[nodiscard]] bool launchesOnStartup();

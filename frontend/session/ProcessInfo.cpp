@@ -1,5 +1,6 @@
 #include "ProcessInfo.h"
 
+#include "platform/Files.h"
 #include "platform/Platform.h"
 #include "platform/ProcessTable.h"
 
@@ -17,13 +18,26 @@ QByteArray nameOf(const platform::ProcessRecord &record) {
     return {record.name.data(), static_cast<qsizetype>(strnlen(record.name.data(), record.name.size()))};
 }
 
+/// An assertion that holds in every build: a caller that breaks it would otherwise read or leak memory.
+void require(bool holds, const char *assertion) {
+    if (!holds) {
+        qFatal("ASSERT failure in frontend/ProcessInfo: \"%s\"", assertion);
+    }
+}
+
+/// Whether this user's own OpenVPN runs, which holds a lock on its log.
+bool ownTunnelRuns() {
+    return platform::isLockedElsewhere(platform::Platform::current().account.documents() +
+                                       QStringLiteral("/openvpn.log"));
+}
+
 } // namespace
 
 int ProcessInfo::getBSDProcessList(std::unique_ptr<platform::ProcessRecord[]> *procList,
                                    std::size_t *procCount) {
-    Q_ASSERT_X(procList != nullptr, "frontend/ProcessInfo", "procList != NULL");
-    Q_ASSERT_X(*procList == nullptr, "frontend/ProcessInfo", "*procList == NULL");
-    Q_ASSERT_X(procCount != nullptr, "frontend/ProcessInfo", "procCount != NULL");
+    require(procList != nullptr, "procList != NULL");
+    require(*procList == nullptr, "*procList == NULL");
+    require(procCount != nullptr, "procCount != NULL");
     *procCount = 0;
     const platform::ProcessTable &table = *platform::Platform::current().processes;
     for (;;) {
@@ -70,12 +84,17 @@ RunningProcesses::Found ProcessInfo::find(const QString &name) {
     if (getBSDProcessList(&records, &size) != 0) {
         return found;
     }
+    const bool showsOthers = platform::Platform::current().processes->showsOtherUsers();
     const QByteArray wanted = name.toUtf8();
     for (std::size_t i = 0; i < size; ++i) {
-        found.seesAll = found.seesAll || records[i].pid == firstProcess;
+        found.seesAll = found.seesAll || (showsOthers && records[i].pid == firstProcess);
         if (nameOf(records[i]) == wanted) {
             found.ids.insert(records[i].pid);
         }
+    }
+    // A kill that meets nothing would reset the session, so there has to be a sign that the tunnel runs.
+    if (found.ids.isEmpty() && !showsOthers && name == QLatin1String("openvpn") && ownTunnelRuns()) {
+        found.ids.insert(0);
     }
     return found;
 }

@@ -13,6 +13,8 @@ constexpr std::int32_t failure = -1;
 
 QrvThread::QrvThread() : m_record(std::make_shared<Record>()) {}
 
+QrvThread::Record::Record(const Task &given) : task(given) {}
+
 QrvThread::~QrvThread() {
     cancel();
     releaseHandle();
@@ -30,19 +32,16 @@ void QrvThread::Record::set(std::int32_t state) {
     threadState = state;
 }
 
-void *QrvThread::Record::execute() {
+void *QrvThread::Task::execute() const {
     return userThreadFunc(userArg1, userArg2, userArg3);
 }
 
 void QrvThread::setThreadFunction(Function function, void *arg1, void *arg2, void *arg3) {
-    m_record->userThreadFunc = function;
-    m_record->userArg1 = arg1;
-    m_record->userArg2 = arg2;
-    m_record->userArg3 = arg3;
+    m_task = {function, arg1, arg2, arg3};
 }
 
 std::int32_t QrvThread::run() {
-    if (m_record->userThreadFunc == nullptr) {
+    if (m_task.userThreadFunc == nullptr) {
         return failure;
     }
     const std::int32_t state = getState();
@@ -50,15 +49,18 @@ std::int32_t QrvThread::run() {
         return success;
     }
     releaseHandle(); // of an earlier thread that was never joined
-    auto argument = std::make_unique<std::shared_ptr<Record>>(m_record);
+    // A record of its own: a cancelled thread may still run, and must not report its end as this one's.
+    const auto record = std::make_shared<Record>(m_task);
+    auto argument = std::make_unique<std::shared_ptr<Record>>(record);
     {
         // Locked during the creation, so that the new thread cannot report its end before `alive` is set.
-        const std::lock_guard lock(m_record->statusMutex);
+        const std::lock_guard lock(record->statusMutex);
         if (pthread_create(&m_hThread, nullptr, &QrvThread::entry, argument.get()) == 0) {
             static_cast<void>(argument.release()); // the new thread owns it now
-            m_record->alive = true;
+            record->alive = true;
+            record->threadState = Running;
             m_handleHeld = true;
-            m_record->threadState = Running;
+            m_record = record;
             return success;
         }
     }
@@ -72,7 +74,7 @@ std::int32_t QrvThread::run(Function function, void *arg1, void *arg2, void *arg
 }
 
 void *QrvThread::executeThreadFunction() {
-    return m_record->execute();
+    return m_task.execute();
 }
 
 std::int32_t QrvThread::detach() {
@@ -145,7 +147,7 @@ void *QrvThread::entry(void *argument) {
     } guard{*record};
 
     record->set(Running);
-    void *result = record->execute();
+    void *result = record->task.execute();
     record->set(Finished);
     return result;
 }

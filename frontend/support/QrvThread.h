@@ -46,21 +46,29 @@ public:
     static void cancellationPoint(std::uint32_t microseconds);
 
 private:
-    // The running thread keeps its record alive: it may still run the function for a moment after the owner
-    // was destroyed.
-    struct Record {
-        mutable std::mutex statusMutex;
-        // Atomic as well as guarded, because detach() and join() do not lock the mutex.
-        std::atomic<std::int32_t> threadState{NotStarted};
-        // Set while the handle may still be used for cancellation; guarded by statusMutex.
-        bool alive = false;
+    struct Task {
         Function userThreadFunc = nullptr;
         void *userArg1 = nullptr;
         void *userArg2 = nullptr;
         void *userArg3 = nullptr;
 
+        [[nodiscard]] void *execute() const;
+    };
+
+    // One for each thread, which keeps it alive: it may still run the function for a moment after the owner
+    // was destroyed or has started another thread.
+    struct Record {
+        Record() = default;
+        explicit Record(const Task &given);
+
+        mutable std::mutex statusMutex;
+        // Atomic as well as guarded, because detach() and join() do not lock the mutex.
+        std::atomic<std::int32_t> threadState{NotStarted};
+        // Set while the handle may still be used for cancellation; guarded by statusMutex.
+        bool alive = false;
+        const Task task{};
+
         void set(std::int32_t state);
-        void *execute();
     };
 
     static void *entry(void *argument);
@@ -70,6 +78,8 @@ private:
     pthread_t m_hThread{};
     // The handle must still be joined or detached, so that the system releases the thread.
     bool m_handleHeld = false;
+    Task m_task;
+    /// Of the thread that was started last.
     std::shared_ptr<Record> m_record;
 };
 

@@ -153,7 +153,11 @@ QString Reachability::description() const {
 }
 
 bool Reachability::startNotifier() {
-    m_reachabilityObject = shared_from_this();
+    const Pointer self = shared_from_this();
+    if (m_reachabilityObject) {
+        stopNotifier(); // the target must not deliver on the queue that is replaced
+    }
+    m_reachabilityObject = self;
     m_reachabilitySerialQueue = service().makeQueue(QStringLiteral("com.qrvp.reachability"));
     if (!m_reachabilitySerialQueue) {
         m_reachabilityObject.reset();

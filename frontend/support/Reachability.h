@@ -49,7 +49,8 @@ public:
     [[nodiscard]] QString currentReachabilityFlags() const;
     [[nodiscard]] QString description() const;
 
-    /// False when the platform refuses; then nothing was changed.
+    /// Starts a running notifier anew, with a new queue. False when the platform refuses; then the notifier
+    /// does not run.
     bool startNotifier();
     /// Does nothing without a started notifier. The blocks must not be replaced while the notifier runs.
     void stopNotifier();

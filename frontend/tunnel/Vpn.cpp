@@ -34,6 +34,7 @@ const QString processName = QStringLiteral("openvpn");
 constexpr qint64 logSpace = 64LL * 1024;
 /// How often and how long one looks for the process of a launch that is being stopped: five seconds in all.
 constexpr int maximumLooks = 1000;
+constexpr int maximumEndLooks = 40;
 constexpr unsigned long lookMilliseconds = 5;
 
 platform::Platform &services() {
@@ -169,7 +170,8 @@ Task<> Vpn::launchSettled() {
 }
 
 Task<> Vpn::terminatevpn() {
-    const QSet<qint64> running = m_processes.find(processName).ids;
+    const RunningProcesses::Found found = m_processes.find(processName);
+    const QSet<qint64> &running = found.ids;
     if (running.isEmpty()) {
         m_sameRefusals = 0;
         co_return;
@@ -179,7 +181,8 @@ Task<> Vpn::terminatevpn() {
     if (running != m_refusedProcesses || pair != m_refusedPair) {
         m_sameRefusals = 0;
     }
-    auto kill = [known = m_sameRefusals > 0 ? m_refusal : QString()] {
+    auto kill = [known = m_sameRefusals > 0 ? m_refusal : QString(), processes = &m_processes,
+                 awaitsEnd = !found.seesAll] {
         ScriptUtil script;
         script.setKnownRefusal(known);
         QString output;
@@ -191,6 +194,13 @@ Task<> Vpn::terminatevpn() {
         const QString refusal = stopped ? QString() : Diagnostics::shown(script.refusal());
         if (stopped || refusal != known) {
             Diagnostics::logAlways(QStringLiteral("Stopped? > %1").arg(stopped ? 1 : 0));
+        }
+        // The sign by which a hidden process is known goes a moment after it.
+        for (int look = 0; stopped && awaitsEnd && look < maximumEndLooks; ++look) {
+            if (!processes->isRunning(processName)) {
+                break;
+            }
+            QThread::msleep(lookMilliseconds);
         }
         return refusal;
     };

@@ -43,28 +43,6 @@ maximum_milliseconds=4500
 
 left() { echo "$((maximum_milliseconds - $(milliseconds) + started))"; }
 
-# The last "key = value" line wins, so the override file is read after the built-in defaults.
-setting() {
-    local files=() file
-    for file in "$defaults" "$overrides"; do
-        [ -r "$file" ] && files+=("$file")
-    done
-    [ ${#files[@]} -gt 0 ] || return 0
-    awk -v wanted="$1" '
-        /^[ \t]*#/ { next }
-        {
-            at = index($0, "=")
-            if (!at) next
-            key = substr($0, 1, at - 1)
-            value = substr($0, at + 1)
-            gsub(/^[ \t]+|[ \t\r]+$/, "", key)
-            sub(/[ \t]+#.*$/, "", value)
-            gsub(/^[ \t]+|[ \t\r]+$/, "", value)
-            if (key == wanted) found = value
-        }
-        END { print found }' "${files[@]}"
-}
-
 # --- the tunnel
 
 device_in() { sed -n '1s/.* dev \([^ ]*\).*/\1/p'; }
@@ -179,12 +157,13 @@ request_address() { # MILLISECONDS
 tunnel=$(carrying_tunnel) || exit 1
 leads_to_configured_server || exit 1
 
-host=$(setting web_host)
+mapfile -t settings < <(/bin/bash "$here/read-service-conf.sh" "$defaults" "$overrides")
+host=${settings[0]-}
 name=${host%%:*}
 port=443
 [[ $host == *:* ]] && port=${host##*:}
 [[ $name =~ ^[A-Za-z0-9._-]+$ && $port =~ ^[0-9]+$ ]] || exit 1
-ca=$(setting ca_file)
+ca=${settings[1]-}
 trusted=()
 [ -n "$ca" ] && trusted=(--cacert "$ca" --capath /etc/ssl/certs)
 

@@ -15,7 +15,7 @@ class FakeAuthorizationService final : public platform::AuthorizationService {
 public:
     struct Launch {
         QString program;
-        QStringList arguments;
+        QByteArrayList arguments;
         QString folder;
     };
 
@@ -26,7 +26,7 @@ public:
     }
 
     /// Process numbers count up from firstPid. The output descriptor delivers the output that was set before.
-    [[nodiscard]] platform::PrivilegedProcess launch(const QString &program, const QStringList &arguments,
+    [[nodiscard]] platform::PrivilegedProcess launch(const QString &program, const QByteArrayList &arguments,
                                                      const QString &folder) override {
         const std::lock_guard lock(m_mutex);
         m_recorded.push_back({program, arguments, folder});

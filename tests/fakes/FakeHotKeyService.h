@@ -55,9 +55,19 @@ public:
 
     void installRefusalHandler(RefusalHandler handler) override { m_refused = std::move(handler); }
 
+    void installAppearanceHandler(AppearanceHandler handler) override { m_appeared = std::move(handler); }
+
     void setDescription(quint32 id, const QString &text) override { m_descriptions.insert(id, text); }
 
     void setAvailable(bool available) { m_available = available; }
+
+    /// Makes the service available and reports it, as a desktop does whose service starts late.
+    void appear() {
+        m_available = true;
+        if (m_appeared) {
+            m_appeared();
+        }
+    }
 
     /// From now on another program uses this combination.
     void takeElsewhere(quint32 keyCode, quint32 modifiers) { m_taken.append({keyCode, modifiers}); }
@@ -125,6 +135,7 @@ private:
     QHash<quint32, QString> m_descriptions;
     EventHandler m_pressed;
     RefusalHandler m_refused;
+    AppearanceHandler m_appeared;
 };
 
 } // namespace quorvane::fakes

@@ -51,7 +51,6 @@ public:
     /// Ends what create() made, after its background work.
     void end() {
         services.background().finishAll();
-        SessionReset::setTarget(nullptr, {});
         application.reset();
         controller.reset();
     }

@@ -16,6 +16,10 @@ namespace quorvane {
 QrvApplicationController::QrvApplicationController(QrvMainWindowController &mainWindow, QObject *parent)
     : QObject(parent), m_mainWindow(mainWindow) {}
 
+QrvApplicationController::~QrvApplicationController() {
+    SessionReset::setTarget(nullptr, {});
+}
+
 bool QrvApplicationController::initialize() {
     auto &services = platform::Platform::current();
     if (services.workspace->acquireSingleInstance(services.bundle->identifier())) {

@@ -12,8 +12,12 @@ class QrvApplicationController final : public QObject {
     Q_OBJECT
 
 public:
-    /// The main window controller is not owned.
+    /// The main window controller is not owned and must outlive this.
     explicit QrvApplicationController(QrvMainWindowController &mainWindow, QObject *parent = nullptr);
+    /// From here on no failed command resets the session: the main window controller may be destroyed.
+    ~QrvApplicationController() override;
+    QrvApplicationController(const QrvApplicationController &) = delete;
+    QrvApplicationController &operator=(const QrvApplicationController &) = delete;
 
     /// Call it before all other functions of the delegate. False when another copy is running: the user has
     /// seen an alert, and the process shall end with status 0.

@@ -73,7 +73,10 @@ MainWindow::MainWindow(LocationChooser &chooser, QWidget *parent)
     }
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    // The field loses the focus, which ends its editing, when only the base class is left.
+    m_ui->fieldChangeIpInterval->disconnect(this);
+}
 
 void MainWindow::connectControls() {
     connect(m_ui->buttonQuorvane, &QPushButton::clicked, this, &MainWindow::hideButtonPressed);
@@ -85,6 +88,8 @@ void MainWindow::connectControls() {
     m_interval = new IntervalField(*m_ui->fieldChangeIpInterval, *m_ui->stepperChangeIpInterval,
                                    IntervalField::Zero::BecomesOne, this);
     connect(m_interval, &IntervalField::entered, this, &MainWindow::intervalEntered);
+    connect(m_ui->fieldChangeIpInterval, &QLineEdit::returnPressed, this, &MainWindow::intervalChanged);
+    connect(m_ui->fieldChangeIpInterval, &QLineEdit::editingFinished, this, &MainWindow::endIntervalEditing);
     connect(m_ui->websiteButton, &QPushButton::clicked, this, &MainWindow::websitePressed);
     connect(m_ui->aboutButton, &QPushButton::clicked, this, &MainWindow::aboutPressed);
     connect(m_ui->advancedSettingsButton, &QPushButton::clicked, this, &MainWindow::advancedSettingsPressed);
@@ -101,6 +106,22 @@ void MainWindow::endEditing() {
     if (QWidget *focus = focusWidget()) {
         focus->clearFocus();
     }
+}
+
+void MainWindow::intervalChanged() {
+    m_interval->intervalChanged();
+}
+
+void MainWindow::endIntervalEditing() {
+    if (m_ui->fieldChangeIpInterval->isModified()) { // not only its text set from code
+        intervalChanged();                           // first, so that no 0 is stored
+        controlTextEndEditing();
+        m_ui->fieldChangeIpInterval->setModified(false);
+    }
+}
+
+void MainWindow::controlTextEndEditing() {
+    m_interval->controlTextEndEditing();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent *event) {
@@ -133,7 +154,6 @@ void MainWindow::draw(const DisplayState &state) {
     m_ui->discardIpButton->setVisible(state.discardIpVisible);
     m_ui->viewSpinWeel->setRange(0, state.spinning ? 0 : 100);
     m_ui->viewSpinWeel->setVisible(state.spinning);
-    m_interval->setStep(state.interval);
     if (state.interval != m_shown.interval) {
         m_interval->show(state.interval);
     }

@@ -33,6 +33,10 @@ public:
     [[nodiscard]] int transportIndex() const;
     void setTransportIndex(int index);
 
+    /// The interval field's action, and the end of its editing: a 0 becomes 1; the number is emitted.
+    void intervalChanged();
+    void controlTextEndEditing();
+
     /// Keeps the window above others from its first showing until dropFloatingLevel().
     void raiseFloatingLevel();
     /// Returns the window to the normal level without hiding, flashing or unfocusing it.
@@ -71,6 +75,7 @@ private:
     void connectControls();
     void mousePressEvent(QMouseEvent *event) override;
     void endEditing();
+    void endIntervalEditing();
     void hideOrMinimise();
     [[nodiscard]] static QString stateDescription(Look look);
     void drawImages(const DisplayState &state);

@@ -15,9 +15,10 @@ namespace {
 
 const QLatin1String fileType(".ovpn");
 
-/// The path in a file's address: the part behind the scheme's slashes.
+/// The path in the text of a file's address: the part behind the scheme's slashes, with the percent escapes
+/// that the address has.
 QString pathOf(const QUrl &file) {
-    const QString address = QStringLiteral("file://") + file.toLocalFile();
+    const QString address = QString::fromLatin1(file.toEncoded());
     return address.split(QStringLiteral("//")).value(1);
 }
 

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QHash>
+#include <QImageReader>
 #include <QSet>
 #include <algorithm>
 
@@ -75,6 +76,14 @@ QIcon Images::icon(const QString &name) {
 
 QPixmap Images::pixmap(const QString &name, const QSize &size, qreal devicePixelRatio) {
     return icon(name).pixmap(size, devicePixelRatio);
+}
+
+QSize Images::size(const QString &name) {
+    if (!exists(name)) {
+        return {0, 0};
+    }
+    const QSize size = QImageReader(folder().pathOf(name), QByteArrayLiteral("png")).size();
+    return size.isValid() ? size : QSize(0, 0);
 }
 
 } // namespace quorvane

@@ -16,6 +16,10 @@ namespace Images {
 [[nodiscard]] QIcon icon(const QString &name);
 [[nodiscard]] QPixmap pixmap(const QString &name, const QSize &size, qreal devicePixelRatio);
 
+/// The image's own size in points, which is that of its file for a device pixel ratio of 1. Empty when there
+/// is none of this name.
+[[nodiscard]] QSize size(const QString &name);
+
 } // namespace Images
 
 } // namespace quorvane

@@ -20,12 +20,15 @@ IntervalField::IntervalField(QLineEdit &field, QSpinBox &stepper, Zero typedZero
     if (auto *number = m_stepper.findChild<QLineEdit *>()) {
         number->hide();
     }
-    connect(&m_field, &QLineEdit::textEdited, this, &IntervalField::typed);
-    connect(&m_stepper, &QSpinBox::valueChanged, this, &IntervalField::stepped);
+    connect(&m_field, &QLineEdit::textEdited, this, &IntervalField::controlTextDidChange);
+    connect(&m_stepper, &QSpinBox::valueChanged, this, &IntervalField::changeIpIntervalStepperPressed);
 }
 
 void IntervalField::show(int minutes) {
-    m_field.setText(QString::number(minutes));
+    // A field that reads so already keeps its text and its cursor: the number may be the one being typed.
+    if (m_field.text().isEmpty() || this->minutes() != minutes) {
+        m_field.setText(QString::number(minutes));
+    }
     setStep(minutes);
 }
 
@@ -43,21 +46,37 @@ int IntervalField::minutes() const {
     return integerValue(m_field.text());
 }
 
-void IntervalField::typed() {
+void IntervalField::controlTextDidChange() {
     QString text = m_field.text();
     if (!pureInteger(text, maximumDigits)) {
-        m_field.setText(text); // handled as another edit
+        correct(text);
+        return; // the next edit, or the end of the editing, is what counts
     }
-    if (minutes() == 0 && m_typedZero == Zero::BecomesOne) {
-        m_field.setText(QStringLiteral("1"));
+    if (m_typedZero == Zero::BecomesOne) {
+        intervalChanged();
     }
     setStep(minutes());
+    controlTextEndEditing();
+}
+
+void IntervalField::intervalChanged() {
+    if (minutes() == 0) {
+        correct(QStringLiteral("1"));
+    }
+}
+
+void IntervalField::correct(const QString &text) {
+    m_field.setText(text);
+    m_field.setModified(true); // what the user entered, only corrected
+}
+
+void IntervalField::controlTextEndEditing() {
     Q_EMIT entered(minutes());
 }
 
-void IntervalField::stepped(int minutes) {
+void IntervalField::changeIpIntervalStepperPressed(int minutes) {
     m_field.setText(QString::number(minutes));
-    Q_EMIT entered(minutes);
+    controlTextEndEditing();
 }
 
 } // namespace quorvane

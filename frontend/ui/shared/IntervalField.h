@@ -15,22 +15,27 @@ class IntervalField final : public QObject {
 public:
     enum class Zero { Accepted, BecomesOne };
 
-    /// Typed characters other than digits, and digits after the second, are removed.
+    /// Typed characters other than digits, and digits after the second, are removed. An edit that had to be
+    /// corrected so is not reported: the corrected text waits for the next edit or the end of the editing.
     IntervalField(QLineEdit &field, QSpinBox &stepper, Zero typedZero, QObject *parent);
 
     void show(int minutes);
-    /// Shows the number in the stepper only, so that a number that is being typed stays.
-    void setStep(int minutes);
     void setEnabled(bool on);
     /// The field's number, without a check.
     [[nodiscard]] int minutes() const;
+    /// The field's action: a number of 0 is replaced by 1. Reports nothing.
+    void intervalChanged();
+    /// Reports the field's number.
+    void controlTextEndEditing();
 
 Q_SIGNALS:
     void entered(int minutes);
 
 private:
-    void typed();
-    void stepped(int minutes);
+    void setStep(int minutes);
+    void controlTextDidChange();
+    void correct(const QString &text);
+    void changeIpIntervalStepperPressed(int minutes);
 
     QLineEdit &m_field;
     QSpinBox &m_stepper;

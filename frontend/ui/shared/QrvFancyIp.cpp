@@ -10,22 +10,12 @@ namespace quorvane {
 
 namespace {
 
-constexpr QSize digitSize(22, 34);
-constexpr QSize dotSize(11, 34);
 /// More than any address has. A longer text from the service is cut off far beyond the window's edge.
 constexpr qsizetype maximumGlyphs = 64;
 
-struct Glyph {
-    QString image;
-    QSize size;
-};
-
-Glyph glyphOf(QChar character) {
-    if (character == u'.') {
-        return {QStringLiteral("dot"), dotSize};
-    }
-    const QString name(character);
-    return Images::exists(name) ? Glyph{name, digitSize} : Glyph{QString(), QSize(0, digitSize.height())};
+QString imageOf(QChar character) {
+    const QString name = character == u'.' ? QStringLiteral("dot") : QString(character);
+    return Images::exists(name) ? name : QString();
 }
 
 /// Presents the strip as one text, so that the pictures of its digits are no separate parts.
@@ -61,20 +51,23 @@ void QrvFancyIp::setStringValue(const QString &text) {
     }
     m_shown = text;
     setAccessibleName(text);
+    const QStringView drawn = QStringView(text).first(std::min(text.size(), maximumGlyphs));
+    const int height = drawn.isEmpty() ? 0 : Images::size(imageOf(drawn.front())).height();
     int x = 0;
-    for (const QChar character : QStringView(text).first(std::min(text.size(), maximumGlyphs))) {
-        const Glyph glyph = glyphOf(character);
+    for (const QChar character : drawn) {
+        const QString image = imageOf(character);
+        const QSize size = Images::size(image);
         auto *view = new QLabel(this);
-        view->setObjectName(glyph.image);
-        if (!glyph.image.isNull()) {
-            view->setPixmap(Images::pixmap(glyph.image, glyph.size, devicePixelRatioF()));
+        view->setObjectName(image);
+        if (!image.isNull()) {
+            view->setPixmap(Images::pixmap(image, size, devicePixelRatioF()));
         }
-        view->setGeometry(QRect(QPoint(x, 0), QSize(glyph.size.width(), digitSize.height())));
+        view->setGeometry(x, 0, size.width(), height);
         view->show();
-        x += glyph.size.width();
+        x += size.width();
     }
     if (!text.isEmpty()) { // an empty text keeps the size of the last one
-        m_strip = QSize(x, digitSize.height());
+        m_strip = QSize(x, height);
         setFixedSize(m_strip);
     }
     update();

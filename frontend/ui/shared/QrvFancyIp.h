@@ -5,8 +5,9 @@
 
 namespace quorvane {
 
-/// An IP address as a strip of digit pictures. A character without a picture has no width; characters beyond
-/// the length of any address are not drawn. The accessible name is the exact text. Main thread.
+/// An IP address as a strip of digit pictures, each as wide as its image and all as high as the first one. A
+/// character without a picture has no size; characters beyond the length of any address are not drawn. The
+/// accessible name is the exact text. Main thread.
 class QrvFancyIp final : public QWidget {
     Q_OBJECT
 

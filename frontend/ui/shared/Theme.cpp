@@ -45,6 +45,7 @@ QPushButton:hover { background: #606060; }
 QPushButton:pressed { background: #484848; }
 QPushButton:focus { border-color: #7fbcec; }
 QPushButton:default { border-color: #3a8fd6; }
+QPushButton#advancedSettingsButton:enabled { color: white; }
 QPushButton:disabled { color: #969696; background: #4a4a4a; border-color: #585858; }
 QPushButton#buttonQuorvane { font-size: 15pt; font-weight: bold; color: white; background: #2f7fc4;
     border: 1px solid #4f9ede; border-radius: 8px; }

@@ -23,7 +23,7 @@ void TransparentWindow::setWindowSize(int newSide) {
     m_side = newSide;
     setFixedSize(m_side, m_side);
     if (!m_imageName.isNull()) {
-        m_background = Images::pixmap(m_imageName, QSize(m_side, m_side), devicePixelRatioF());
+        m_background = scaledImage();
     }
     update();
 }
@@ -33,8 +33,18 @@ void TransparentWindow::setWindowImage(const QString &name) {
         return;
     }
     m_imageName = name;
-    m_background = Images::pixmap(name, QSize(m_side, m_side), devicePixelRatioF());
+    m_background = scaledImage();
     update();
+}
+
+QPixmap TransparentWindow::scaledImage() const {
+    const QSize side(m_side, m_side);
+    const qreal ratio = devicePixelRatioF();
+    // The named image keeps its shape and is never larger than its file.
+    QPixmap scaled = Images::pixmap(m_imageName, side, ratio)
+                         .scaled(side * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    scaled.setDevicePixelRatio(ratio);
+    return scaled;
 }
 
 void TransparentWindow::paintEvent(QPaintEvent *event) {

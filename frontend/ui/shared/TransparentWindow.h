@@ -20,7 +20,7 @@ public:
 
     [[nodiscard]] int windowSize() const { return m_side; }
 
-    /// A name without an image does nothing.
+    /// The picture fills the window, in whatever shape it has. A name without an image does nothing.
     void setWindowImage(const QString &name);
 
     [[nodiscard]] QPixmap backgroundImage() const { return m_background; }
@@ -35,6 +35,8 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
 
 private:
+    [[nodiscard]] QPixmap scaledImage() const;
+
     int m_side = 0;
     QString m_imageName;
     QPixmap m_background;

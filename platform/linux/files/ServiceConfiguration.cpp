@@ -14,6 +14,31 @@ namespace {
 
 constexpr qint64 largestFile = 64 * 1024;
 
+/// White space in a file is what ASCII has of it.
+bool isWhite(QChar c) {
+    return c == u' ' || (c >= u'\t' && c <= u'\r' && c != u'\n');
+}
+
+QString trimmed(const QString &text) {
+    const auto begin = std::find_if_not(text.begin(), text.end(), isWhite);
+    const auto end = std::find_if_not(text.rbegin(), text.rend(), isWhite).base();
+    return begin < end ? QString(begin, end - begin) : QStringLiteral("");
+}
+
+/// Large letters of ASCII become small; others are in no host, and stay.
+QString inSmallLetters(QString text) {
+    for (QChar &c : text) {
+        if (c >= u'A' && c <= u'Z') {
+            c = QChar(c.unicode() - u'A' + u'a');
+        }
+    }
+    return text;
+}
+
+bool isDigit(QChar c) {
+    return c >= u'0' && c <= u'9';
+}
+
 bool isSmallAlphanumeric(QChar c) {
     return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9');
 }
@@ -25,9 +50,30 @@ bool isLabel(QStringView text) {
            std::all_of(text.begin(), text.end(), [](QChar c) { return isSmallAlphanumeric(c) || c == u'-'; });
 }
 
+/// A number in its only way of writing.
+bool isNumber(QStringView text, int largest) {
+    return !text.isEmpty() && text.size() <= 5 && std::all_of(text.begin(), text.end(), isDigit) &&
+           (text.size() == 1 || text.front() != u'0') && text.toInt() <= largest;
+}
+
+/// Whether the text would be read as the last number of an IPv4 address.
+bool endsAnAddress(QStringView label) {
+    if (!label.startsWith(QStringLiteral("0x"))) {
+        return std::all_of(label.begin(), label.end(), isDigit);
+    }
+    return std::all_of(label.begin() + 2, label.end(),
+                       [](QChar c) { return isDigit(c) || (c >= u'a' && c <= u'f'); });
+}
+
+/// A name, or an IPv4 address in its only way of writing.
 bool isHostName(QStringView text) {
     const auto labels = text.split(u'.');
-    return text.size() <= 253 && std::all_of(labels.begin(), labels.end(), isLabel);
+    if (text.size() > 253 || !std::all_of(labels.begin(), labels.end(), isLabel)) {
+        return false;
+    }
+    return !endsAnAddress(labels.back()) ||
+           (labels.size() == 4 && std::all_of(labels.begin(), labels.end(),
+                                              [](QStringView label) { return isNumber(label, 255); }));
 }
 
 /// What may be between the brackets of an IPv6 address.
@@ -39,11 +85,7 @@ bool isIPv6Text(QStringView text) {
 
 /// A colon and a port.
 bool isPort(QStringView text) {
-    const QStringView number = text.mid(1);
-    const bool isNumber =
-        text.startsWith(u':') && !number.isEmpty() && number.size() <= 5 &&
-        std::all_of(number.begin(), number.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
-    return isNumber && number.toInt() >= 1 && number.toInt() <= 65535;
+    return text.startsWith(u':') && isNumber(text.mid(1), 65535) && text != QStringLiteral(":0");
 }
 
 /// A host name or IPv4 address, or an IPv6 address in brackets, with an optional port. Without regular
@@ -82,8 +124,10 @@ QString take(ServiceConfiguration &configuration, const QString &key, const QStr
         return QStringLiteral("unknown key \"%1\"").arg(key);
     }
     // URLs are sent byte for byte, and their form has small letters in the host.
-    const QString host = value.toLower();
-    if (!isHost(host, place != &configuration.reachabilityHost)) {
+    const QString host = inSmallLetters(value);
+    // The lent address is requested from the web host over IPv4.
+    const bool wrongKind = place == &configuration.webHost && host.startsWith(u'[');
+    if (wrongKind || !isHost(host, place != &configuration.reachabilityHost)) {
         return QStringLiteral("%1 is no host: \"%2\"").arg(key, value);
     }
     *place = host;
@@ -93,14 +137,14 @@ QString take(ServiceConfiguration &configuration, const QString &key, const QStr
 void readLines(ServiceConfiguration &configuration, const QString &path, const QString &text) {
     const QStringList lines = text.split(u'\n');
     for (qsizetype i = 0; i < lines.size(); ++i) {
-        const QString line = lines[i].section(u'#', 0, 0).trimmed();
+        const QString line = trimmed(lines[i].section(u'#', 0, 0));
         if (line.isEmpty()) {
             continue;
         }
         const qsizetype equals = line.indexOf(u'=');
         const QString complaint =
             equals < 0 ? QStringLiteral("no \"key = value\" line")
-                       : take(configuration, line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
+                       : take(configuration, trimmed(line.left(equals)), trimmed(line.mid(equals + 1)));
         if (!complaint.isNull()) {
             configuration.problems.append(
                 QStringLiteral("%1, line %2: %3").arg(path, QString::number(i + 1), complaint));
@@ -122,8 +166,8 @@ ServiceConfiguration ServiceConfiguration::read(const QStringList &paths) {
         const QString text = decoder(bytes);
         if (failure != 0) {
             configuration.problems.append(QStringLiteral("%1: %2").arg(path, qt_error_string(failure)));
-        } else if (decoder.hasError()) {
-            configuration.problems.append(QStringLiteral("%1 is not UTF-8").arg(path));
+        } else if (decoder.hasError() || bytes.contains('\0')) {
+            configuration.problems.append(QStringLiteral("%1 is not UTF-8 text").arg(path));
         } else {
             readLines(configuration, path, text);
         }

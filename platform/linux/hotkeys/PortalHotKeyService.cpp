@@ -32,8 +32,9 @@ QString triggerOf(const HotKeyRegistry::Entry &entry) {
 
 PortalHotKeyService::PortalHotKeyService(const PortalShortcuts::Settings &settings)
     : m_shortcuts(settings, {[this](const QString &id) { reportPressed(id); },
-                             [this](const QStringList &ids, HotKeyError error) {
-                                 withdraw(ids, error);
+                             [this](const QStringList &ids, HotKeyError error) { withdraw(ids, error); },
+                             [this] {
+                                 reportAppearance();
                              }}) {
     m_changed.setSingleShot(true);
     QObject::connect(&m_changed, &QTimer::timeout, &m_changed, [this] { sendWanted(); });
@@ -68,6 +69,18 @@ void PortalHotKeyService::installEventHandler(EventHandler pressed) {
 
 void PortalHotKeyService::installRefusalHandler(RefusalHandler refused) {
     m_refused = std::move(refused);
+}
+
+void PortalHotKeyService::installAppearanceHandler(AppearanceHandler appeared) {
+    m_appeared = std::move(appeared);
+}
+
+void PortalHotKeyService::reportAppearance() const {
+    // A copy: the handler may install another.
+    const AppearanceHandler handler = m_appeared;
+    if (handler) {
+        handler();
+    }
 }
 
 void PortalHotKeyService::setDescription(quint32 id, const QString &text) {

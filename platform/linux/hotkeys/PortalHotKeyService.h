@@ -12,7 +12,7 @@ namespace quorvane::platform {
 /// user may choose other keys for the action in the desktop's own dialog.
 ///
 /// A registration succeeds at once and is withdrawn later when the portal refuses. Until the portal has
-/// replied, the service counts as available.
+/// replied, the service counts as available. A portal that starts later is reported as appearing.
 class PortalHotKeyService final : public HotKeyService {
 public:
     explicit PortalHotKeyService(const PortalShortcuts::Settings &settings);
@@ -23,11 +23,13 @@ public:
     HotKeyError unregisterHotKey(HotKeyReference reference) override;
     void installEventHandler(EventHandler handler) override;
     void installRefusalHandler(RefusalHandler handler) override;
+    void installAppearanceHandler(AppearanceHandler handler) override;
     void setDescription(quint32 id, const QString &text) override;
 
 private:
     void sendWanted();
     void reportPressed(const QString &id) const;
+    void reportAppearance() const;
     void withdraw(const QStringList &ids, HotKeyError error);
     [[nodiscard]] PortalShortcuts::Shortcut shortcutOf(const HotKeyRegistry::Entry &entry) const;
 
@@ -35,6 +37,7 @@ private:
     QHash<quint32, QString> m_descriptions;
     EventHandler m_pressed;
     RefusalHandler m_refused;
+    AppearanceHandler m_appeared;
     /// Collects the changes of one turn of the event loop.
     QTimer m_changed;
     PortalShortcuts m_shortcuts;

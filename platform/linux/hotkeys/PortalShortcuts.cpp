@@ -104,7 +104,7 @@ PortalShortcuts::PortalShortcuts(const Settings &settings, Handlers handlers)
     m_overdue.setSingleShot(true);
     connect(&m_openSoon, &QTimer::timeout, this, [this] { open(); });
     connect(&m_overdue, &QTimer::timeout, this, [this] {
-        m_absent = true;
+        setAbsent();
         fail(HotKeyError::NotAvailable);
     });
     m_openSoon.start(0);
@@ -160,8 +160,21 @@ void PortalShortcuts::probe() {
     QDBusMessage version =
         methodCall(portalPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     version << shortcutsInterface << QStringLiteral("version");
-    call(version,
-         [this](const QDBusMessage &reply) { m_absent = reply.type() == QDBusMessage::ErrorMessage; });
+    call(version, [this](const QDBusMessage &reply) {
+        if (reply.type() == QDBusMessage::ErrorMessage) {
+            setAbsent();
+            return;
+        }
+        m_absent = false;
+        if (std::exchange(m_wasAbsent, false)) {
+            m_handlers.appeared();
+        }
+    });
+}
+
+void PortalShortcuts::setAbsent() {
+    m_absent = true;
+    m_wasAbsent = true;
 }
 
 void PortalShortcuts::setWanted(const QList<Shortcut> &shortcuts) {
@@ -189,7 +202,7 @@ void PortalShortcuts::create() {
     m_overdue.start(m_settings.answerMilliseconds);
     sendRequest(methodCall(portalPath, shortcutsInterface, QStringLiteral("CreateSession")),
                 {{QStringLiteral("session_handle_token"), sessionToken}}, [this] {
-                    m_absent = true;
+                    setAbsent();
                     fail(HotKeyError::NotAvailable);
                 });
 }

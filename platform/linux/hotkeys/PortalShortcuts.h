@@ -47,6 +47,8 @@ public:
         std::function<void(const QString &)> activated;
         /// These shortcuts were refused, or withdrawn.
         std::function<void(const QStringList &, HotKeyError)> refused;
+        /// There is a portal with shortcuts, after there was none.
+        std::function<void()> appeared;
     };
 
     PortalShortcuts(const Settings &settings, Handlers handlers);
@@ -68,6 +70,7 @@ private:
 
     void open();
     void probe();
+    void setAbsent();
     void advance();
     void create();
     void created(const QDBusMessage &message);
@@ -88,6 +91,8 @@ private:
     QTimer m_openSoon;
     QTimer m_overdue;
     bool m_absent = false;
+    /// Whether the portal was absent since a probe last found it.
+    bool m_wasAbsent = false;
     State m_state = State::NoSession;
     /// The pending request and the session; empty when there is none.
     QString m_request;

@@ -68,10 +68,12 @@ void CurlTransfer::advance(bool socketMoved) {
     const bool isEmpty = state == CurlExchange::State::Complete && m_exchange->received() == 0;
     const QByteArray piece = m_exchange->nextPiece();
     if (!piece.isEmpty() || isEmpty) {
-        // The receiver may destroy the parent of this object.
+        // The receiver may destroy the parent of this object, or cancel the transfer. The copy lives until
+        // it returns.
         const QPointer alive(this);
-        const auto error = m_receiver(piece);
-        if (!alive) {
+        const Receiver receiver = m_receiver;
+        const auto error = receiver(piece);
+        if (!alive || m_hasEnded) {
             return;
         }
         if (error) {

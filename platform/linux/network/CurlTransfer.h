@@ -19,6 +19,7 @@ class CurlTransfer final : public QObject {
 
 public:
     /// Receives a piece of the body (an empty one at the end of an empty body). An error ends the transfer.
+    /// It may destroy the transfer, but must be copyable without effects.
     using Receiver = std::function<std::optional<UrlError>(const QByteArray &piece)>;
     /// The end: no error after a complete answer.
     using Ended = std::function<void(const std::optional<UrlError> &error)>;

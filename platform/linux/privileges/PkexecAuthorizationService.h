@@ -7,15 +7,15 @@
 namespace quorvane::platform {
 
 /// AuthorizationService over polkit's pkexec, which prompts the user through the desktop's own agent. Without
-/// an agent the process ends with status 127 and runs nothing.
+/// an agent the rights are denied.
 class PkexecAuthorizationService final : public AuthorizationService {
 public:
     /// An empty tool is looked up in the system's own folders.
     explicit PkexecAuthorizationService(const QByteArray &tool = {});
 
     [[nodiscard]] bool lookUp() override;
-    /// The status is toolMissing, or the errno value of a start that failed.
-    [[nodiscard]] PrivilegedProcess launch(const QString &program, const QStringList &arguments,
+    /// The status is toolMissing, denied, cancelled, or the errno value of a start that failed.
+    [[nodiscard]] PrivilegedProcess launch(const QString &program, const QByteArrayList &arguments,
                                            const QString &folder) override;
     [[nodiscard]] std::optional<int> wait(pid_t pid, bool block) override;
 

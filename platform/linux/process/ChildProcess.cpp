@@ -1,5 +1,6 @@
 #include "ChildProcess.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -82,13 +83,15 @@ public:
         }
     }
 
+    /// The numbers of the child must be given in ascending order: a source must not be overwritten.
     void use(const FileDescriptor &end, int number) {
         ::posix_spawn_file_actions_adddup2(&m_actions, end.get(), number);
+        m_highest = std::max(m_highest, number);
     }
 
     /// The child's process number, or absent with errno set.
     [[nodiscard]] std::optional<pid_t> start(const ChildCommand &command) {
-        ::posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
+        ::posix_spawn_file_actions_addclosefrom_np(&m_actions, m_highest + 1);
         ::posix_spawn_file_actions_addchdir_np(&m_actions, command.folder.constData());
         QByteArrayList arguments = command.arguments;
         QByteArrayList environment = command.environment;
@@ -100,6 +103,7 @@ public:
     }
 
 private:
+    int m_highest = STDERR_FILENO;
     posix_spawn_file_actions_t m_actions{};
     posix_spawnattr_t m_attributes{};
 };
@@ -262,17 +266,20 @@ ChildOutcome runChild(const ChildCommand &command, const ChildWatcher &watcher) 
         .run(watcher);
 }
 
-std::optional<pid_t> startChild(const ChildCommand &command, FileDescriptor &output) {
-    Pipe pipe;
-    if (!makePipe(pipe)) {
+std::optional<pid_t> startChild(const ChildCommand &command, FileDescriptor &output, FileDescriptor &held) {
+    Pipe outputPipe;
+    Pipe heldPipe;
+    if (!makePipe(outputPipe) || !makePipe(heldPipe)) {
         return std::nullopt;
     }
     SpawnSettings settings;
     settings.useInput({});
-    settings.use(pipe.writing, STDOUT_FILENO);
+    settings.use(outputPipe.writing, STDOUT_FILENO);
+    settings.use(heldPipe.writing, STDERR_FILENO + 1);
     const auto pid = settings.start(command);
     if (pid) {
-        output = std::move(pipe.reading);
+        output = std::move(outputPipe.reading);
+        held = std::move(heldPipe.reading);
     }
     return pid;
 }

@@ -62,8 +62,11 @@ using ChildWatcher = std::function<void(ChildInput &input, const QByteArray &err
 
 /// Starts the command in a new session without input and with shared standard error, and returns at once.
 /// Returns the process number, or nothing with errno set; `output` is set to the reading end of its standard
-/// output.
-[[nodiscard]] std::optional<pid_t> startChild(const ChildCommand &command, FileDescriptor &output);
+/// output. The child inherits one more descriptor, number 3: `held` is set to the reading end of its pipe,
+/// which ends when the child has closed it, has ended, or has replaced itself by a program that it does not
+/// hand the descriptor to.
+[[nodiscard]] std::optional<pid_t> startChild(const ChildCommand &command, FileDescriptor &output,
+                                              FileDescriptor &held);
 
 /// Full path of a program of the system itself, searched in the system's own folders only; empty when there
 /// is none.

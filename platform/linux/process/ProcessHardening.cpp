@@ -2,6 +2,7 @@
 
 #include <QSocketNotifier>
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -17,15 +18,30 @@ constexpr std::array<int, 3> quitSignals{SIGTERM, SIGINT, SIGHUP};
 std::array<int, 2> pipeEnds{-1, -1};
 
 void onSignal(int /*number*/) {
+    const int interrupted = errno; // of the code that the signal interrupts
     const char byte = 1;
     // A full pipe means that a request to quit is already waiting.
     static_cast<void>(!write(pipeEnds[1], &byte, 1));
+    errno = interrupted;
+}
+
+void onClosedPipe(int /*number*/) {}
+
+/// A write to a closed pipe fails instead of ending the program. By a handler and not by SIG_IGN, which
+/// programs that are started would inherit: they get the default.
+void ignoreClosedPipes() {
+    struct sigaction action {};
+
+    action.sa_handler = onClosedPipe;
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGPIPE, &action, nullptr);
 }
 
 } // namespace
 
 void hardenProcess() {
     umask(077);
+    ignoreClosedPipes();
 #ifndef QUORVANE_DEBUGGABLE
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);

@@ -177,7 +177,7 @@ TEST(FakeUrlLoaderTest, CompletesWhenTheTestSaysSo) {
 TEST(FakeAuthorizationServiceTest, RecordsAProcess) {
     fakes::FakeAuthorizationService service;
     service.setOutput("out");
-    const auto process = service.launch(QStringLiteral("/bin/x"), {QStringLiteral("a")}, QStringLiteral("/"));
+    const auto process = service.launch(QStringLiteral("/bin/x"), {"a"}, QStringLiteral("/"));
     ASSERT_EQ(process.status, 0);
     char text[8] = {};
     EXPECT_EQ(read(process.outputDescriptor, text, sizeof text), 3);

@@ -61,7 +61,23 @@ private Q_SLOTS:
         QrvApplicationController application(window);
         application.applicationDidFinishLaunching();
         QVERIFY(!QFile::permissions(path).testFlag(QFileDevice::ReadOther));
-        SessionReset::setTarget(nullptr, {});
+    }
+
+    void failedCommandResetsTheSessionOnlyWhileTheDelegateExists() {
+        QrvAPI api;
+        QrvMainWindowController window(api);
+        const auto resets = [&window] {
+            SessionState::shared().hidden = true;
+            SessionReset::request();
+            QCoreApplication::processEvents();
+            return !SessionState::shared().hidden;
+        };
+        {
+            QrvApplicationController application(window);
+            application.applicationDidFinishLaunching();
+            QVERIFY(resets());
+        }
+        QVERIFY(!resets());
     }
 };
 

@@ -10,7 +10,9 @@
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 
 namespace quorvane {
 
@@ -208,6 +210,22 @@ private Q_SLOTS:
         Q_EMIT m_fixture->controller->window().intervalEntered(3);
         QCOMPARE(services().preferences().integer(text("changeIpInterval")), 3);
         QCOMPARE(services().delayedCalls().pending().back().due, pending.back().due);
+    }
+
+    void typedIntervalIsKnownToTheDisplayAtOnce() {
+        find<QCheckBox>("checkboxChangeIpInterval")->click();
+        auto *field = find<QLineEdit>("fieldChangeIpInterval");
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClicks(field, text("25"));
+        QCOMPARE(services().preferences().integer(text("changeIpInterval")), 25);
+        QCOMPARE(m_fixture->controller->display().interval, 25);
+        QVERIFY(field->isEnabled());
+        press();
+        QCOMPARE(field->text(), text("25"));
+        find<QSpinBox>("stepperChangeIpInterval")->stepUp();
+        QCOMPARE(field->text(), text("26"));
+        QCOMPARE(services().preferences().integer(text("changeIpInterval")), 26);
     }
 
     void refreshRequestsOnlyWhileNotHidden() {

@@ -10,6 +10,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTimer>
 
 namespace quorvane {
@@ -118,6 +119,20 @@ private Q_SLOTS:
         QVERIFY(inMain<QCheckBox>("checkboxChangeIpInterval")->isChecked());
         QCOMPARE(inMain<QLineEdit>("fieldChangeIpInterval")->text(), text("7"));
         QVERIFY(inMain<QLineEdit>("fieldChangeIpInterval")->isEnabled());
+    }
+
+    void appliedIntervalReplacesOneThatWasTypedInTheMainWindow() {
+        services().preferences().setValue(text("changeIpEvery"), true);
+        openSettings();
+        auto *field = inMain<QLineEdit>("fieldChangeIpInterval");
+        field->selectAll();
+        QTest::keyClicks(field, text("25"));
+        QCOMPARE(services().preferences().integer(text("changeIpInterval")), 25);
+        inSettings<QLineEdit>("fieldChangeIpInterval")->setText(text("10")); // what the start stored
+        inSettings<QPushButton>("buttonOk")->click();
+        QCOMPARE(services().preferences().integer(text("changeIpInterval")), 10);
+        QCOMPARE(field->text(), text("10"));
+        QCOMPARE(inMain<QSpinBox>("stepperChangeIpInterval")->value(), 10);
     }
 
     void mainWindowsBoxIsShownAndOverridesAnOlderPendingEdit() {

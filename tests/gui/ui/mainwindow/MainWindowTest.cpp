@@ -147,26 +147,103 @@ private Q_SLOTS:
     void intervalField_data() {
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("left");
-        QTest::newRow("letters and digits") << text("a1b2c") << text("12");
-        QTest::newRow("too long") << text("123") << text("12");
-        QTest::newRow("zero") << text("0") << text("1");
-        QTest::newRow("other digits") << QString(QChar(0x0663)) << text("1");
-        QTest::newRow("plain") << text("7") << text("7");
+        QTest::addColumn<bool>("corrected");
+        QTest::newRow("letters and digits") << text("a1b2c") << text("12") << true;
+        QTest::newRow("too long") << text("123") << text("12") << true;
+        QTest::newRow("other digits") << QString(QChar(0x0663)) << text("") << true;
+        QTest::newRow("zero") << text("0") << text("1") << false;
+        QTest::newRow("leading zero") << text("07") << text("07") << false;
+        QTest::newRow("plain") << text("7") << text("7") << false;
     }
 
     void intervalField() {
         QFETCH(QString, typed);
         QFETCH(QString, left);
+        QFETCH(bool, corrected);
+        m_fixture->display.interval(42, true);
+        QSignalSpy edits(&m_fixture->window, &MainWindow::intervalEntered);
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
+        auto *stepper = m_fixture->find<QSpinBox>("stepperChangeIpInterval");
+        field->setFocus();
+        field->selectAll();
+        field->insert(typed); // one edit, as a paste
+        QCOMPARE(field->text(), left);
+        QCOMPARE(edits.size(), corrected ? 0 : 1);
+        QCOMPARE(stepper->value(), corrected ? 42 : left.toInt());
+        m_fixture->display.draw(); // drawn again: the text stays
+        QCOMPARE(field->text(), left);
+        field->clearFocus();
+        const QString stored = left.isEmpty() ? text("1") : left;
+        QCOMPARE(field->text(), stored);
+        QCOMPARE(edits.size(), corrected ? 1 : 2);
+        QCOMPARE(edits.last().first().toInt(), stored.toInt());
+    }
+
+    void editAfterACorrectedOneIsReported() {
         m_fixture->display.interval(42, true);
         QSignalSpy edits(&m_fixture->window, &MainWindow::intervalEntered);
         auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
         field->setFocus();
         field->selectAll();
-        field->insert(typed); // one edit, as a paste
-        QCOMPARE(field->text(), left);
-        QVERIFY(!edits.isEmpty());
-        QCOMPARE(edits.last().first().toInt(), left.toInt());
-        QCOMPARE(m_fixture->find<QSpinBox>("stepperChangeIpInterval")->value(), left.toInt());
+        QTest::keyClicks(field, text("x2"));
+        QCOMPARE(edits.size(), 1);
+        QCOMPARE(edits.first().first().toInt(), 2);
+    }
+
+    void textSetFromCodeIsNoEdit() {
+        m_fixture->display.interval(42, true);
+        QSignalSpy edits(&m_fixture->window, &MainWindow::intervalEntered);
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
+        field->setFocus();
+        field->setText(text("a1b2c"));
+        QCOMPARE(field->text(), text("a1b2c"));
+        QCOMPARE(m_fixture->find<QSpinBox>("stepperChangeIpInterval")->value(), 42);
+        field->clearFocus();
+        QCOMPARE(edits.size(), 0);
+    }
+
+    void fieldsActionReplacesZeroAndTheEndOfEditingReports() {
+        m_fixture->display.interval(42, true);
+        QSignalSpy edits(&m_fixture->window, &MainWindow::intervalEntered);
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
+        for (const char *zero : {"", "0", "00"}) {
+            field->setText(text(zero));
+            m_fixture->window.intervalChanged();
+            QCOMPARE(field->text(), text("1"));
+        }
+        field->setText(text("13"));
+        m_fixture->window.intervalChanged();
+        QCOMPARE(field->text(), text("13"));
+        QCOMPARE(edits.size(), 0);
+        m_fixture->window.controlTextEndEditing();
+        QCOMPARE(edits.size(), 1);
+        QCOMPARE(edits.first().first().toInt(), 13);
+    }
+
+    void returnStoresOneForAZeroThatWasShown() {
+        m_fixture->display.interval(42, true);
+        m_fixture->display.interval(0, true);
+        QSignalSpy edits(&m_fixture->window, &MainWindow::intervalEntered);
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
+        QCOMPARE(field->text(), text("0"));
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Return);
+        QCOMPARE(field->text(), text("1"));
+        QCOMPARE(edits.size(), 1);
+        QCOMPARE(edits.first().first().toInt(), 1);
+    }
+
+    void numberThatIsTypedKeepsItsTextAndCursorWhenItIsDrawn() {
+        m_fixture->display.interval(42, true);
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClicks(field, text("7"));
+        field->setCursorPosition(0);
+        QTest::keyClicks(field, text("0"));
+        m_fixture->display.interval(7, true);
+        QCOMPARE(field->text(), text("07"));
+        QCOMPARE(field->cursorPosition(), 1);
     }
 
     void backgroundClickEndsTextEditing() {

@@ -275,6 +275,20 @@ private Q_SLOTS:
         QCOMPARE(field->text(), text("38"));
     }
 
+    void correctedEditAndTextSetFromCodeLeaveTheStepper() {
+        m_fixture->click("checkboxChangeIpInterval");
+        auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");
+        auto *stepper = m_fixture->find<QSpinBox>("stepperChangeIpInterval");
+        field->selectAll();
+        field->insert(text("a1b2c")); // one edit, as a paste
+        QCOMPARE(field->text(), text("12"));
+        QCOMPARE(stepper->value(), 10);
+        field->setText(text("33"));
+        QCOMPARE(stepper->value(), 10);
+        QTest::keyClick(field, Qt::Key_Backspace);
+        QCOMPARE(stepper->value(), 3);
+    }
+
     void intervalIsStoredAsTheFieldReadsAndAZeroIsReplacedAtTheNextStart() {
         m_fixture->click("checkboxChangeIpInterval");
         auto *field = m_fixture->find<QLineEdit>("fieldChangeIpInterval");

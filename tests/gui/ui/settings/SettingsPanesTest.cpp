@@ -247,7 +247,7 @@ private Q_SLOTS:
     }
 
     void filePanelIsModelessAndAcceptsOneConfigurationFile() {
-        const QString path = m_fixture->services.home() + text("/my tunnel 100%.ovpn");
+        const QString path = m_fixture->services.home() + text("/my \xc3\xbc tunnel 100%.ovpn");
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
@@ -263,7 +263,8 @@ private Q_SLOTS:
         panel->setDirectory(m_fixture->services.home());
         panel->selectFile(path);
         QMetaObject::invokeMethod(panel, "accept");
-        QCOMPARE(m_fixture->find<QLineEdit>("pathTextField")->text(), path);
+        QCOMPARE(m_fixture->find<QLineEdit>("pathTextField")->text(),
+                 m_fixture->services.home() + text("/my%20%C3%BC%20tunnel%20100%25.ovpn"));
     }
 
     void filePanelCancelledOrWithAnotherTypeChangesNothing() {

@@ -57,6 +57,30 @@ private Q_SLOTS:
         QVERIFY(ip.width() < before);
     }
 
+    void everyViewIsAsWideAsItsImageAndAsHighAsTheFirstOne() {
+        m_fixture->addImage(text("1"), QSize(9, 20));
+        m_fixture->addImage(text("2"), QSize(13, 24));
+        m_fixture->addImage(text("dot"), QSize(5, 6));
+        QrvFancyIp ip;
+        const auto sizes = [&ip] {
+            QList<QSize> all;
+            for (const QLabel *view : ip.findChildren<QLabel *>()) {
+                all.append(view->size());
+            }
+            return all;
+        };
+        ip.setStringValue(text("1.2"));
+        QCOMPARE(sizes(), (QList<QSize>{{9, 20}, {5, 20}, {13, 20}}));
+        QCOMPARE(ip.size(), QSize(27, 20));
+        QCOMPARE(ip.sizeHint(), QSize(27, 20));
+        ip.setStringValue(text(".1"));
+        QCOMPARE(sizes(), (QList<QSize>{{5, 6}, {9, 6}}));
+        QCOMPARE(ip.size(), QSize(14, 6));
+        for (const QLabel *view : ip.findChildren<QLabel *>()) {
+            QVERIFY(!view->pixmap(Qt::ReturnByValue).isNull());
+        }
+    }
+
     void charactersWithoutAPictureLeaveNoGap() {
         QrvFancyIp with;
         with.setStringValue(text("1:x1\n"));
@@ -120,6 +144,19 @@ private Q_SLOTS:
         window.setWindowImage(text("applock"));
         QVERIFY(!window.backgroundImage().isNull());
         QCOMPARE(window.size(), QSize(100, 100));
+    }
+
+    void transparentWindowsPictureFillsIt() {
+        for (const QSize own : {QSize(8, 6), QSize(300, 40)}) {
+            m_fixture->addImage(text("wallpaper%1").arg(own.width()), own);
+            TransparentWindow window;
+            window.setWindowSize(100);
+            window.setWindowImage(text("wallpaper%1").arg(own.width()));
+            QCOMPARE(window.backgroundImage().deviceIndependentSize(), QSizeF(100, 100));
+            window.setWindowSize(240);
+            QCOMPARE(window.backgroundImage().deviceIndependentSize(), QSizeF(240, 240));
+            QCOMPARE(window.size(), QSize(240, 240));
+        }
     }
 
     void transparentWindowIsDraggedByItsBackground() {

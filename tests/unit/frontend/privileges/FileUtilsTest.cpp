@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -64,6 +65,28 @@ TEST_F(FileUtilsTest, MissingFileIsNoProblem) {
     ASSERT_TRUE(QFile::remove(m_path));
     FileUtils::checkUserDefaultsPremmision();
     EXPECT_FALSE(QFile::exists(m_path));
+    EXPECT_TRUE(m_services.logSink().lines().isEmpty());
+}
+
+TEST_F(FileUtilsTest, FolderIsLeftAlone) {
+    ASSERT_TRUE(QFile::remove(m_path));
+    ASSERT_TRUE(QDir().mkdir(m_path));
+    setMode(0755);
+    FileUtils::checkUserDefaultsPremmision();
+    EXPECT_EQ(mode(), 0755U);
+}
+
+TEST_F(FileUtilsTest, TargetOfALinkIsLeftAlone) {
+    const QString target = m_services.home() + QStringLiteral("/other");
+    ASSERT_TRUE(QFile::rename(m_path, target));
+    ASSERT_TRUE(QFile::link(target, m_path));
+    setMode(0644);
+    FileUtils::checkUserDefaultsPremmision();
+    EXPECT_EQ(mode(), 0644U);
+    EXPECT_TRUE(QFileInfo(m_path).isSymLink());
+    ASSERT_TRUE(QFile::remove(target)); // the link now leads nowhere
+    FileUtils::checkUserDefaultsPremmision();
+    EXPECT_TRUE(QFileInfo(m_path).isSymLink());
     EXPECT_TRUE(m_services.logSink().lines().isEmpty());
 }
 

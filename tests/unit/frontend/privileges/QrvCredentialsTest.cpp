@@ -7,6 +7,8 @@
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
+#include <QDir>
+#include <QFile>
 #include <QSet>
 #include <gtest/gtest.h>
 
@@ -127,6 +129,18 @@ TEST_F(QrvCredentialsTest, MissingResourceProducesAPathThatDoesNotExist) {
     EXPECT_FALSE(m_credentials.credentialsIsValid());
     EXPECT_EQ(m_services.scripting().calls()[0].line, text("ls '(null)'"));
     EXPECT_TRUE(m_services.logSink().lines().contains(text("credentials Is Not Valid")));
+}
+
+TEST_F(QrvCredentialsTest, PathWithAnApostropheIsNotValidAndRunsNothing) {
+    QDir(m_services.home()).mkpath(text("it's/Resources"));
+    QFile file(m_services.home() + text("/it's/Resources/test_credentials.sh"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    m_services.platform().bundle = std::make_unique<platform::Bundle>(m_services.home() + text("/it's"));
+    m_credentials.saveUserName(text("ada"), text("pw"));
+    EXPECT_FALSE(m_credentials.credentialsIsValid());
+    EXPECT_TRUE(m_services.scripting().calls().empty());
+    EXPECT_TRUE(m_services.logSink().lines().contains(
+        text("credentials Is Not Valid: there is an apostrophe in ") + file.fileName()));
 }
 
 TEST_F(QrvCredentialsTest, AbsentPairIsPassedOnAsAbsent) {

@@ -48,8 +48,24 @@ TEST_F(ZqPrivilegedTaskTest, LaunchPassesEverythingAndReadsTheOutput) {
     EXPECT_EQ(task.outputFileHandle()->readAll(), QByteArray("hello"));
     const auto launch = m_services.authorization().launches().at(0);
     EXPECT_EQ(launch.program, text("/bin/tool"));
-    EXPECT_EQ(launch.arguments, (QStringList{text("a"), text("b c")}));
+    EXPECT_EQ(launch.arguments, (QByteArrayList{"a", "b c"}));
     EXPECT_EQ(launch.folder, text("/tmp"));
+}
+
+TEST_F(ZqPrivilegedTaskTest, ArgumentHasAsManyBytesAsCharacters) {
+    const QString zero(QChar(u'\0'));
+    ZqPrivilegedTask task(text("/bin/tool"), {text("gr\xc3\xbc\xc3\x9f"), text("\xe2\x82\xac"), text(""),
+                                              text("a") + zero + text("b"), text("plain")});
+    ASSERT_EQ(task.launch(), 0);
+    EXPECT_EQ(m_services.authorization().launches().at(0).arguments,
+              (QByteArrayList{"gr\xc3\xbc", "\xe2", "", "a", "plain"}));
+}
+
+TEST_F(ZqPrivilegedTaskTest, RefusalIsTheStatusOfTheLaunch) {
+    m_services.authorization().setStatus(platform::AuthorizationService::cancelled);
+    ZqPrivilegedTask task(text("/bin/tool"));
+    EXPECT_EQ(task.launch(), platform::AuthorizationService::cancelled);
+    EXPECT_FALSE(task.isRunning());
 }
 
 TEST_F(ZqPrivilegedTaskTest, MissingServiceHasItsOwnStatus) {

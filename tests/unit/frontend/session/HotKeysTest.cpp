@@ -235,6 +235,23 @@ TEST_F(HotKeysTest, DesktopWithoutTheServiceHasNoHotKeysAndReportsNoError) {
     EXPECT_EQ(alone.reference(Action::HideIp), 0U);
 }
 
+TEST_F(HotKeysTest, StoredTagsAreRegisteredWhenTheServiceAppears) {
+    desktop().setAvailable(false);
+    chooseAndRegister(Action::HideIp, 2);
+    chooseAndRegister(Action::StopHidingIp, 3);
+    ASSERT_TRUE(desktop().held().isEmpty());
+    desktop().appear();
+    EXPECT_EQ(desktop().held().size(), 2);
+    EXPECT_EQ(desktop().press(digit1, cmd), 1);
+    EXPECT_EQ(desktop().press(digit2, cmd), 1);
+    EXPECT_EQ(m_pressed, (QList<quint32>{1, 3}));
+    EXPECT_EQ(m_changes, 1);
+    m_keys.reset();
+    desktop().clear();
+    desktop().appear();
+    EXPECT_TRUE(desktop().calls().isEmpty());
+}
+
 TEST_F(HotKeysTest, RegistrationsOutliveTheirOwnerAndPressesAreThenIgnored) {
     chooseAndRegister(Action::HideIp, 2);
     m_keys.reset();

@@ -68,6 +68,31 @@ TEST_F(LaunchAgentTest, DesktopsOwnEntryIsSwitchedToo) {
               m_services.platform().bundle->contentsPath() + text("/bin/quorvane"));
 }
 
+TEST_F(LaunchAgentTest, FailedDesktopEntryLeavesTheAgentAsItWas) {
+    m_services.workspace().autostartSucceeds = false;
+    LaunchAgent::launchOnStartup(true);
+    EXPECT_EQ(agent().value(text("RunAtLoad")), QVariant(false));
+    EXPECT_EQ(agent().value(text("Label")).toString(), text("com.qrvp.LaunchAtLogin"));
+    m_services.workspace().autostartSucceeds = true;
+    LaunchAgent::launchOnStartup(true);
+    m_services.workspace().autostartSucceeds = false;
+    LaunchAgent::launchOnStartup(false);
+    EXPECT_TRUE(LaunchAgent::launchesOnStartup());
+}
+
+TEST_F(LaunchAgentTest, FailedAgentLeavesTheDesktopEntryAsItWas) {
+    ASSERT_TRUE(QDir().mkpath(m_path)); // a folder cannot be replaced by a file
+    LaunchAgent::launchOnStartup(true);
+    EXPECT_FALSE(LaunchAgent::launchesOnStartup());
+    EXPECT_TRUE(m_services.workspace().autostarts.empty());
+    ASSERT_TRUE(QDir().rmdir(m_path));
+    ASSERT_TRUE(
+        QFile::remove(m_services.platform().bundle->resourcesPath() + text("/com.qrvp.LaunchAtLogin.plist")));
+    LaunchAgent::launchOnStartup(true);
+    EXPECT_FALSE(LaunchAgent::launchesOnStartup());
+    EXPECT_TRUE(m_services.workspace().autostarts.empty());
+}
+
 TEST_F(LaunchAgentTest, FolderThatCannotBeMadeIsLogged) {
     QFile obstacle(m_services.home() + text("/Library"));
     QDir(m_services.home() + text("/Library")).removeRecursively();

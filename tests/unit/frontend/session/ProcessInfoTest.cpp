@@ -5,7 +5,13 @@
 #include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
+#include "common/FileDescriptor.h"
+
+#include <QDir>
+#include <QFile>
+
 #include <cerrno>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 namespace quorvane {
@@ -79,22 +85,55 @@ TEST_F(ProcessInfoTest, ErrorNumbersArePassedOn) {
     EXPECT_EQ(records, nullptr);
 }
 
+/// A lock on the tunnel's log, as OpenVPN holds it: by its own opening of the file.
+class LogLock {
+public:
+    explicit LogLock(const QString &documents) {
+        QDir().mkpath(documents);
+        m_file.reset(::open(QFile::encodeName(documents + text("/openvpn.log")).constData(),
+                            O_RDONLY | O_CREAT | O_CLOEXEC, 0600));
+
+        struct flock whole {};
+
+        whole.l_type = F_RDLCK;
+        EXPECT_EQ(::fcntl(m_file.get(), F_OFD_SETLK, &whole), 0);
+    }
+
+    void release() { m_file.reset(); }
+
+private:
+    FileDescriptor m_file;
+};
+
+TEST_F(ProcessInfoTest, OwnTunnelIsFoundByItsLockWhereRootsProcessesAreHidden) {
+    m_services.processes().setNames({"bash"});
+    LogLock lock(m_services.platform().account.documents());
+    EXPECT_FALSE(m_processes.isRunning(text("openvpn"))) << "everything is visible";
+    m_services.processes().setShowsOtherUsers(false);
+    EXPECT_TRUE(m_processes.isRunning(text("openvpn")));
+    EXPECT_FALSE(m_processes.isRunning(text("init")));
+    EXPECT_TRUE(m_processes.isRunning(text("bash")));
+    lock.release();
+    EXPECT_FALSE(m_processes.isRunning(text("openvpn")));
+}
+
+TEST_F(ProcessInfoTest, WithoutALogNoTunnelRuns) {
+    m_services.processes().setShowsOtherUsers(false);
+    EXPECT_FALSE(m_processes.isRunning(text("openvpn")));
+}
+
 TEST_F(ProcessInfoTest, NumberCanBeSet) {
     m_processes.setNumberOfProcesses(7);
     EXPECT_EQ(m_processes.numberOfProcesses(), 7);
 }
 
 TEST(ProcessInfoDeathTest, PreconditionsAreAsserted) {
-#ifdef QT_NO_DEBUG
-    GTEST_SKIP() << "assertions are compiled out";
-#else
     std::size_t count = 0;
     std::unique_ptr<platform::ProcessRecord[]> filled(new platform::ProcessRecord[1]);
     std::unique_ptr<platform::ProcessRecord[]> empty;
-    EXPECT_DEATH(ProcessInfo::getBSDProcessList(nullptr, &count), "procList != NULL");
+    EXPECT_DEATH(ProcessInfo::getBSDProcessList(nullptr, &count), "frontend/ProcessInfo.*procList != NULL");
     EXPECT_DEATH(ProcessInfo::getBSDProcessList(&filled, &count), "\\*procList == NULL");
     EXPECT_DEATH(ProcessInfo::getBSDProcessList(&empty, nullptr), "procCount != NULL");
-#endif
 }
 
 } // namespace

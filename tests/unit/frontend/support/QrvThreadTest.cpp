@@ -115,6 +115,47 @@ TEST(QrvThread, FinishedThreadCanRunAgain) {
     ASSERT_TRUE(eventually([&number] { return number == 2; }));
 }
 
+/// Sets a flag when the thread that made it ends, after all that QrvThread does on it.
+struct ThreadEnd {
+    std::atomic<bool> *flag = nullptr;
+
+    ~ThreadEnd() {
+        if (flag != nullptr) {
+            *flag = true;
+        }
+    }
+};
+
+TEST(QrvThread, RunAfterACancelIsNotDisturbedByTheCancelledThread) {
+    struct Run {
+        std::atomic<bool> begun = false;
+        std::atomic<bool> release = false;
+        std::atomic<bool> ended = false;
+    };
+
+    const auto wait = [](void *argument, void *, void *) -> void * {
+        auto *run = static_cast<Run *>(argument);
+        thread_local ThreadEnd end;
+        end.flag = &run->ended;
+        run->begun = true;
+        return waitForRelease(&run->release, nullptr, nullptr);
+    };
+    Run first;
+    Run second;
+    QrvThread thread;
+    ASSERT_EQ(thread.run(wait, &first, nullptr, nullptr), 0);
+    ASSERT_TRUE(eventually([&first] { return first.begun.load(); }));
+    EXPECT_EQ(thread.cancel(), 0); // acts nowhere in that function
+    ASSERT_EQ(thread.run(wait, &second, nullptr, nullptr), 0);
+    ASSERT_TRUE(eventually([&second] { return second.begun.load(); }));
+    first.release = true;
+    ASSERT_TRUE(eventually([&first] { return first.ended.load(); }));
+    EXPECT_EQ(thread.getState(), 1);
+    EXPECT_EQ(thread.cancel(), 0);
+    second.release = true;
+    EXPECT_TRUE(eventually([&second] { return second.ended.load(); }));
+}
+
 TEST(QrvThread, DetachNeedsARunningThread) {
     QrvThread thread;
     EXPECT_EQ(thread.detach(), -1);

@@ -179,6 +179,35 @@ TEST_F(ReachabilityTest, StartFailsWithoutAQueueOrACallback) {
     EXPECT_TRUE(watched.expired());
 }
 
+TEST_F(ReachabilityTest, SecondStartDeliversOnTheNewQueueOnly) {
+    std::atomic<int> unreachable = 0;
+    m_monitor->unreachableBlock = [&unreachable](Reachability &) {
+        ++unreachable;
+    };
+    ASSERT_TRUE(m_monitor->startNotifier());
+    ASSERT_TRUE(m_monitor->startNotifier());
+    EXPECT_EQ(m_services.reachability().queueNames().size(), 2);
+    setFlags(0);
+    EXPECT_TRUE(spinUntil([&unreachable] { return unreachable == 1; }));
+    m_monitor->stopNotifier(); // waits for what is under way
+    EXPECT_EQ(unreachable, 1);
+}
+
+TEST_F(ReachabilityTest, FailedSecondStartEndsTheFirst) {
+    const fakes::TestPlatform inlineQueues(fakes::FakeReachability::Queues::Inline);
+    const auto monitor = Reachability::reachabilityWithHostname(host);
+    int unreachable = 0;
+    monitor->unreachableBlock = [&unreachable](Reachability &) {
+        ++unreachable;
+    };
+    ASSERT_TRUE(monitor->startNotifier());
+    inlineQueues.reachability().setQueuesFail(true);
+    EXPECT_FALSE(monitor->startNotifier());
+    inlineQueues.reachability().setFlags(host, 0);
+    EXPECT_EQ(unreachable, 0) << "delivered on a queue that no longer exists";
+    EXPECT_EQ(monitor.use_count(), 1);
+}
+
 TEST_F(ReachabilityTest, WithoutBlocksOnlyTheNotificationIsPosted) {
     QObject context;
     int posted = 0;

@@ -1,6 +1,7 @@
 #include "frontend/tunnel/Vpn.h"
 #include "frontend/session/ProcessInfo.h"
 
+#include "common/FileDescriptor.h"
 #include "fakes/TestPlatform.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/SessionReset.h"
@@ -11,6 +12,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -364,6 +366,32 @@ TEST_F(VpnTest, ExceptionInTheLaunchIsLoggedAndEndsTheAttempt) {
     EXPECT_TRUE(logged("> 0")); // the runner catches it
     advance(4.0);
     EXPECT_FALSE(m_vpn.readsLog());
+}
+
+TEST_F(VpnTest, KillOfAHiddenProcessAwaitsTheEndOfItsSign) {
+    // Where the system hides root's processes, a lock on the log shows that the tunnel runs.
+    m_services.processes().setShowsOtherUsers(false);
+    m_services.processes().setNames({"bash"});
+    FileDescriptor log(::open(m_log.toUtf8().constData(), O_RDONLY | O_CREAT | O_CLOEXEC, 0600));
+
+    struct flock whole {};
+
+    whole.l_type = F_RDLCK;
+    ASSERT_EQ(::fcntl(log.get(), F_OFD_SETLK, &whole), 0);
+    int looks = 0;
+    m_services.scripting().setHandler([&](const FakeScriptingService::Call &) {
+        m_services.processes().setQueryHook([&] {
+            if (++looks == 5) {
+                log.reset();
+            }
+        });
+        return FakeScriptingService::success(text(""));
+    });
+    stop();
+    EXPECT_EQ(m_services.scripting().calls().size(), 1U);
+    EXPECT_EQ(looks, 6); // two queries a look
+    stop();
+    EXPECT_EQ(m_services.scripting().calls().size(), 1U);
 }
 
 TEST_F(VpnTest, OnlyTheFirstOfUnchangedRefusalsIsLogged) {

@@ -1,9 +1,13 @@
 #include "platform/ServiceConfiguration.h"
 
+#include "ServiceConfCases.h"
+
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace quorvane::platform {
 
@@ -22,6 +26,16 @@ protected:
 
     ServiceConfiguration of(const QByteArray &text) const {
         return ServiceConfiguration::read({file(QStringLiteral("one.conf"), text)});
+    }
+
+    /// What the script prints, and nothing but that.
+    static QByteArray byTheScript(const QStringList &paths) {
+        QProcess script;
+        script.start(QStringLiteral("/bin/bash"), QStringList{QStringLiteral(SERVICE_CONF_SCRIPT)} + paths);
+        EXPECT_TRUE(script.waitForFinished());
+        EXPECT_EQ(script.exitCode(), 0);
+        EXPECT_TRUE(script.readAllStandardError().isEmpty());
+        return script.readAllStandardOutput();
     }
 
     QTemporaryDir m_folder;
@@ -102,6 +116,33 @@ TEST_F(ServiceConfigurationTest, NamesHaveTheLengthsOfTheNameSystem) {
 
 TEST_F(ServiceConfigurationTest, AcceptsAddressesInBrackets) {
     EXPECT_EQ(of("api_host = [2001:db8::1]:443\n").apiHost, QStringLiteral("[2001:db8::1]:443"));
+}
+
+TEST_F(ServiceConfigurationTest, ProgramAndScriptReadTheSame) {
+    for (const ServiceConfCase &given : serviceConfCases()) {
+        SCOPED_TRACE(given.name);
+        QStringList paths;
+        for (const QByteArray &text : given.files) {
+            paths.append(file(QString::number(paths.size()), text));
+        }
+        const auto read = ServiceConfiguration::read(paths);
+        EXPECT_EQ(read.webHost.toUtf8(), given.webHost);
+        EXPECT_EQ(read.caFile.toUtf8(), given.caFile);
+        EXPECT_EQ(byTheScript(paths), given.webHost + '\n' + given.caFile + '\n');
+    }
+}
+
+TEST_F(ServiceConfigurationTest, ProgramAndScriptIgnoreWhatIsNoPlainFile) {
+    const QString plain = file(QStringLiteral("plain"), "web_host = a.test\n");
+    const QString other = file(QStringLiteral("other"), "web_host = b.test\n");
+    const QString link = m_folder.filePath(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(other, link));
+    const QString pipe = m_folder.filePath(QStringLiteral("pipe"));
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QStringList paths{plain, link, pipe, m_folder.path(), m_folder.filePath(QStringLiteral("missing"))};
+    EXPECT_EQ(ServiceConfiguration::read(paths).webHost, QStringLiteral("a.test"));
+    EXPECT_EQ(byTheScript(paths), "a.test\n\n");
+    EXPECT_EQ(byTheScript({}), "\n\n");
 }
 
 TEST_F(ServiceConfigurationTest, ReportsTheLineOfTheProblem) {

@@ -38,6 +38,7 @@ protected:
         made->installRefusalHandler([this](HotKeyReference reference, HotKeyError error) {
             m_refused.append({reference, error});
         });
+        made->installAppearanceHandler([this] { ++m_appearances; });
         return made;
     }
 
@@ -77,6 +78,7 @@ protected:
     std::unique_ptr<PortalHotKeyService> m_service;
     QList<quint32> m_fired;
     QList<Refusal> m_refused;
+    int m_appearances = 0;
     HotKeyReference m_hide = 0;
     HotKeyReference m_stop = 0;
 };

@@ -54,6 +54,33 @@ TEST_F(PortalProblemsTest, NoPortalAtAllIsNotAvailable) {
     EXPECT_TRUE(fires(idOfHide, 1));
 }
 
+TEST_F(PortalProblemsTest, PortalThatStartsLaterIsReportedOnceWhenItHasShortcuts) {
+    m_portal.reset();
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
+    ASSERT_TRUE(waitForRefusals({{m_hide, HotKeyError::NotAvailable}}));
+    m_portal = std::make_unique<FakePortal>(m_address, false);
+    ASSERT_TRUE(spinUntil([this] { return m_portal->count("Get") == 1; }));
+    ASSERT_TRUE(spinUntil([this] { return !m_service->isAvailable(); }));
+    EXPECT_EQ(m_appearances, 0);
+    m_portal.reset();
+    m_portal = std::make_unique<FakePortal>(m_address);
+    ASSERT_TRUE(spinUntil([this] { return m_appearances > 0; }));
+    EXPECT_TRUE(m_service->isAvailable());
+    m_hide = registerKey(codeOf1, HotKeyService::command, 1);
+    ASSERT_TRUE(waitForBinding());
+    EXPECT_TRUE(fires(idOfHide, 1));
+    EXPECT_EQ(m_appearances, 1);
+}
+
+TEST_F(PortalProblemsTest, PortalThatIsThereFromTheStartOrStartsAnewDoesNotAppear) {
+    registerTwo();
+    m_portal.reset();
+    m_portal = std::make_unique<FakePortal>(m_address);
+    ASSERT_TRUE(waitForBinding());
+    EXPECT_TRUE(fires(idOfStop, 3));
+    EXPECT_EQ(m_appearances, 0);
+}
+
 TEST_F(PortalProblemsTest, NoBusIsNotAvailable) {
     PortalHotKeyService unconnected({QStringLiteral("unix:path=/nowhere/bus"), QString()});
     QList<Refusal> answers;

@@ -322,6 +322,48 @@ TEST_F(CurlUrlLoaderTest, ACallbackMayDestroyItsContext) {
     EXPECT_TRUE(spin([&] { return called; }));
 }
 
+TEST_F(CurlUrlLoaderTest, TheDestinationMayDestroyItsContext) {
+    TestServer server(TestServer::reply("200 OK", "body"));
+    Outcome outcome;
+    auto context = std::make_unique<QObject>();
+    auto token = std::make_shared<int>(0);
+    const std::weak_ptr<int> held = token;
+    bool called = false;
+    bool heldItsState = false;
+    ASSERT_TRUE(m_loader.download(
+        server.url(), context.get(),
+        [&, state = std::move(token)] {
+            context.reset();
+            heldItsState = !held.expired();
+            called = true;
+            return m_path;
+        },
+        [&] { ++outcome.finished; }, [&](const UrlError &error) { outcome.error = error; }));
+    EXPECT_TRUE(spin([&] { return called; }));
+    EXPECT_TRUE(heldItsState) << "the callable was destroyed while it ran";
+    EXPECT_FALSE(spin([&] { return outcome.isOver(); }, 300));
+    EXPECT_TRUE(filesLeft().isEmpty());
+}
+
+TEST_F(CurlUrlLoaderTest, TheDestinationMayDestroyTheLoader) {
+    TestServer server([](int descriptor) {
+        TestServer::send(descriptor, "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf ");
+    });
+    Outcome outcome;
+    QObject context;
+    auto shortLived = std::make_unique<CurlUrlLoader>(QStringLiteral("1"), QString(), shortLimits());
+    ASSERT_TRUE(shortLived->download(
+        server.url(), &context,
+        [&] {
+            shortLived.reset();
+            return m_path;
+        },
+        [&] { ++outcome.finished; }, [&](const UrlError &error) { outcome.error = error; }));
+    EXPECT_TRUE(spin([&] { return !shortLived; }));
+    EXPECT_FALSE(spin([&] { return outcome.isOver(); }, 300));
+    EXPECT_TRUE(filesLeft().isEmpty());
+}
+
 /// Sets variables of the environment until the end of the test.
 class Environment {
 public:
