@@ -3,7 +3,6 @@
 #include "tests/unit/platform/linux/TestDisplay.h"
 
 #include <QAbstractEventDispatcher>
-#include <QElapsedTimer>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -128,11 +127,9 @@ TEST_F(X11HotKeyServiceTest, HeldKeyFiresOnce) {
     registerKey(codeOf1, HotKeyService::command, 1);
     registerKey(codeOf2, HotKeyService::command, 2);
     PressCounter counter(m_display.name());
-    QElapsedTimer held;
-    held.start();
     m_other.press(superKey);
     m_other.press(key1);
-    ASSERT_TRUE(spinUntil([&] { return held.elapsed() >= 2000 && counter.pressesOf(key1) >= 20; }))
+    ASSERT_TRUE(spinUntil([&] { return counter.pressesOf(key1) >= 20; }))
         << "the server repeated the key " << counter.pressesOf(key1) << " times";
     m_other.release(key1);
     m_other.pressTogether({key2});

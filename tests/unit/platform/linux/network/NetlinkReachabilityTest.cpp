@@ -7,6 +7,7 @@
 #include <QFile>
 
 #include <atomic>
+#include <future>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <thread>
@@ -166,6 +167,7 @@ TEST_F(NetlinkReachabilityTest, ChangeIsReportedAtOnce) {
 }
 
 TEST_F(NetlinkReachabilityTest, StoppedTargetsReportNothingAndCanStartAgain) {
+    std::promise<void> queueIsEmpty; // outlives the queue
     auto target = m_reachability.targetWithAddress(far);
     const auto queue = m_reachability.makeQueue(QStringLiteral("q"));
     std::atomic<int> calls = 0;
@@ -176,8 +178,12 @@ TEST_F(NetlinkReachabilityTest, StoppedTargetsReportNothingAndCanStartAgain) {
         EXPECT_TRUE(target->setQueue(nullptr));
     }
     const int before = calls;
+    const Watcher other(m_reachability.targetWithAddress(far));
+    ASSERT_TRUE(other.reports({0}));
     ip("route add default via 192.0.2.1");
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    ASSERT_TRUE(other.reports({0, 2}));
+    queue->async([&queueIsEmpty] { queueIsEmpty.set_value(); });
+    queueIsEmpty.get_future().wait();
     EXPECT_EQ(calls, before);
 }
 
