@@ -167,6 +167,7 @@ TEST_F(NetlinkReachabilityTest, ChangeIsReportedAtOnce) {
 }
 
 TEST_F(NetlinkReachabilityTest, StoppedTargetsReportNothingAndCanStartAgain) {
+    std::promise<void> queueIsEmpty; // outlives the queue
     auto target = m_reachability.targetWithAddress(far);
     const auto queue = m_reachability.makeQueue(QStringLiteral("q"));
     std::atomic<int> calls = 0;
@@ -181,7 +182,6 @@ TEST_F(NetlinkReachabilityTest, StoppedTargetsReportNothingAndCanStartAgain) {
     ASSERT_TRUE(other.reports({0}));
     ip("route add default via 192.0.2.1");
     ASSERT_TRUE(other.reports({0, 2}));
-    std::promise<void> queueIsEmpty;
     queue->async([&queueIsEmpty] { queueIsEmpty.set_value(); });
     queueIsEmpty.get_future().wait();
     EXPECT_EQ(calls, before);
