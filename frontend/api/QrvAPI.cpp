@@ -235,12 +235,14 @@ void QrvAPI::recordAnswer(const ReadAnswer &answer) {
     if (const QString status = table.value(QStringLiteral("STATUS")); !status.isNull()) {
         m_record.status = static_cast<qint8>(integerValue(status));
     }
+    m_record.hasClientIP = false;
     if (m_record.kind == QrvApiRequest::Auth) {
         if (const QString code = table.value(QStringLiteral("CC")); !code.isNull()) {
             m_record.clientCountry = code;
         }
         if (const QString address = table.value(QStringLiteral("ClientIP")); !address.isNull()) {
             m_record.clientIP = address;
+            m_record.hasClientIP = true;
         }
         if (!table.value(QStringLiteral("LOCATIONS")).isNull()) {
             m_servers.setLocations(answer.locations);

@@ -31,6 +31,7 @@ struct QrvApiRequest {
 
     quint32 kind = None;
     QString clientIP;          ///< public address that the service sees for this machine; null at first
+    bool hasClientIP = false;  ///< the last answer itself contained it
     QString clientCountry;     ///< the service's country code for that address
     bool hasLocations = false; ///< the record refers to the client's location list
     QrvVpnDataList servers;

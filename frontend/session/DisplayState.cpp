@@ -82,6 +82,9 @@ bool isPressable(const SessionFacts &facts) {
 }
 
 bool isTunnelInUse(const SessionFacts &facts) {
+    if (facts.tunnelRuns) {
+        return true;
+    }
     switch (facts.phase) {
     case Phase::Checking:
     case Phase::Fetching:

@@ -196,6 +196,7 @@ Task<> HideIpSession::press(bool on) {
     m_failures = 0;
     m_parts.vpn.forgetRefusal();
     m_facts.switchedOn = on;
+    publish();
     if (!m_parts.api.inetConnect()) {
         Diagnostics::log(QStringLiteral("quorvaneButtonPressed no inet"));
         m_facts.switchedOn = false;
@@ -204,11 +205,11 @@ Task<> HideIpSession::press(bool on) {
             alert(QStringLiteral("Quorvane"),
                   tr("No Internet connection detected, please check your Internet settings.\n"));
         co_await shown;
-        // The window must not go on to show the address of a tunnel that is ended here.
-        if (m_facts.look == Look::Hidden) {
-            co_await reset();
-        } else {
+        // The window must not go on to show a tunnel or an attempt that is ended here.
+        if (m_facts.look == Look::NotHidden) {
             co_await endTunnel();
+        } else {
+            co_await reset();
         }
         co_return;
     }
@@ -258,6 +259,7 @@ Task<> HideIpSession::beginAttempt() {
     enter(Phase::Fetching);
     if (Preferences::boolean(Preference::UseSameIp)) {
         m_facts.settingsEnabled = true;
+        publish();
         post(&HideIpSession::reuseConfiguration, attempt);
     } else {
         co_await pickAndFetch();
@@ -314,6 +316,8 @@ Task<> HideIpSession::startTunnel() {
     Diagnostics::log(QStringLiteral("startVpn with button started"));
     enter(Phase::Connecting);
     bool threw = false;
+    m_facts.tunnelRuns = true;
+    ++m_tunnelStarts;
     try {
         co_await m_parts.vpn.stopVpn();
         co_await m_parts.vpn.startVpn();
@@ -333,8 +337,9 @@ Task<> HideIpSession::startTunnel() {
 }
 
 Task<> HideIpSession::tunnelIsUp() {
-    if (m_facts.phase != Phase::Connecting) {
-        co_return; // another attempt has begun meanwhile, and replaces this tunnel
+    // Also when another attempt has begun: the tunnel that is up counts until that one starts its own.
+    if (!m_facts.tunnelRuns) {
+        co_return;
     }
     noteOutcome(QStringLiteral("success"));
     auto address = m_parts.events.background(
@@ -404,6 +409,8 @@ Task<> HideIpSession::attemptFailed() {
 Task<> HideIpSession::endTunnel() {
     cancelChangeTimer();
     co_await m_parts.vpn.stopVpn();
+    m_facts.tunnelRuns = m_parts.vpn.sameRefusals() > 0;
+    publish();
 }
 
 Task<> HideIpSession::reset() {

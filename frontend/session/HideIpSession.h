@@ -178,9 +178,10 @@ private:
     void changeIpTimerFired();
 
     // Answers of the service (HideIpSessionAnswers.cpp).
-    [[nodiscard]] Task<> answered(QrvApiRequest answer);
+    /// The address that the service saw may be a lent one if a tunnel was in use since the request.
+    [[nodiscard]] Task<> answered(QrvApiRequest answer, bool mayBeLent);
     [[nodiscard]] Task<> firstAnswer(const QrvApiRequest &answer);
-    [[nodiscard]] Task<> laterAnswer(const QrvApiRequest &answer);
+    [[nodiscard]] Task<> laterAnswer(const QrvApiRequest &answer, bool mayBeLent);
     [[nodiscard]] Task<> requestFailed();
     void takeAddress(const QString &address);
     [[nodiscard]] Task<> authPassed();
@@ -195,6 +196,9 @@ private:
     /// Of the present attempt; grows with every attempt, reset and last failure.
     quint64 m_attempt = 0;
     quint64 m_fetchAttempt = 0;
+    /// How many tunnels were started, now and when the list was last requested by the user.
+    quint64 m_tunnelStarts = 0;
+    quint64 m_startsAtRequest = 0;
     int m_failures = 0;
     /// Refused kills whose resets were seen to.
     quint64 m_seenRefusals = 0;

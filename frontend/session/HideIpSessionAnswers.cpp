@@ -16,7 +16,9 @@ bool isExpected(quint32 kind) {
 } // namespace
 
 void HideIpSession::qrvAnswer(QrvAPI &api) {
-    post(&HideIpSession::answered, api.request());
+    // Judged now: while the answer waits, the tunnel through which it may have been requested can end.
+    const bool mayBeLent = isTunnelInUse(m_facts) || m_tunnelStarts != m_startsAtRequest;
+    post(&HideIpSession::answered, api.request(), mayBeLent);
 }
 
 void HideIpSession::qrvFailed(const platform::UrlError & /*error*/) {
@@ -35,6 +37,7 @@ void HideIpSession::refreshLocationsPressed() {
 
 Task<> HideIpSession::requestList() {
     if (!isTunnelInUse(m_facts)) {
+        m_startsAtRequest = m_tunnelStarts;
         m_parts.api.requestListAgain();
     }
     co_return;
@@ -61,9 +64,9 @@ Task<> HideIpSession::requestFailed() {
     co_await reportNoAddress();
 }
 
-Task<> HideIpSession::answered(QrvApiRequest answer) {
+Task<> HideIpSession::answered(QrvApiRequest answer, bool mayBeLent) {
     if (m_facts.answered) {
-        co_await laterAnswer(answer);
+        co_await laterAnswer(answer, mayBeLent);
     } else {
         co_await firstAnswer(answer);
     }
@@ -96,17 +99,16 @@ Task<> HideIpSession::firstAnswer(const QrvApiRequest &answer) {
     }
 }
 
-Task<> HideIpSession::laterAnswer(const QrvApiRequest &answer) {
+Task<> HideIpSession::laterAnswer(const QrvApiRequest &answer, bool mayBeLent) {
     if (!isExpected(answer.kind)) {
         m_parts.window.terminateApplication();
         co_return;
     }
-    if (isTunnelInUse(m_facts)) {
-        // The address that the service saw may be a lent one.
+    if (mayBeLent || isTunnelInUse(m_facts)) {
         m_parts.chooser.renew(answer.servers);
         co_return;
     }
-    if (answer.clientIP.isEmpty()) {
+    if (!answer.hasClientIP || answer.clientIP.isEmpty()) {
         co_await reportNoAddress(); // the known address stays
     } else {
         takeAddress(answer.clientIP);

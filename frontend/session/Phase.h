@@ -8,7 +8,8 @@ namespace quorvane {
 /// A reset (a press that switches off, a refused command) leads from every phase to NotHidden, a new attempt
 /// from every phase to Checking, and the end of the program to Ended. A report that an earlier tunnel failed
 /// comes five seconds late and concerns whatever attempt there is then: it begins a further one, or ends in
-/// NotHidden.
+/// NotHidden. The report that a tunnel is up concerns the one that runs, and leads to Hidden from whatever
+/// phase a later attempt has reached.
 enum class Phase {
     /// No answer of the service was handled. Nothing runs. May arrive: the first answer, or its failure. The
     /// user sees the warning, the spinner and disabled controls.

@@ -20,6 +20,9 @@ struct SessionFacts {
     /// The user may press, hide and change. Waiting phases can be stopped in any case.
     bool controls = false;
     bool settingsEnabled = true;
+    /// A tunnel was started and not ended: it may be up whatever the phase is, because a new attempt ends it
+    /// only when it starts its own, and because a kill can be refused.
+    bool tunnelRuns = false;
     /// What the user switched last, or the program in their place.
     bool switchedOn = false;
     /// The titles of the hide button and of the hide item offer to stop.

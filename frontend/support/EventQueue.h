@@ -42,6 +42,9 @@ public:
     /// Whether a handler holds the queue.
     [[nodiscard]] bool isHeld() const { return m_held; }
 
+    /// Whether no handler holds the queue and no event waits. Handlers may await windows.
+    [[nodiscard]] bool isIdle() const { return !m_held && m_waiting.empty() && m_ready.empty(); }
+
     template <typename Work>
     class Background;
     class Outside;

@@ -35,6 +35,13 @@ public:
         piece.work();
     }
 
+    /// The same, if there is such a piece that has not run yet.
+    void workUnlessDone(std::size_t index) {
+        if (index < m_pending.size() && !m_pending[index].worked) {
+            workAt(index);
+        }
+    }
+
     /// Runs the piece, unless it ran already, and reports its end. False when there is none.
     bool finishAt(std::size_t index) {
         if (index >= m_pending.size()) {

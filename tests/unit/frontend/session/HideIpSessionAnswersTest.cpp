@@ -163,6 +163,32 @@ TEST_F(HideIpSessionTest, FailedRefreshKeepsTheKnownAddressAndSaysSoOnce) {
     EXPECT_EQ(m_list.count(), 4);
 }
 
+TEST_F(HideIpSessionTest, AddressOfAnAnswerThatWasNotTakenIsNotTakenWithTheNextOne) {
+    firstAnswer();
+    goHidden();
+    answer(QByteArray("STATUS: 1<br />ClientIP: 203.0.113.7") + places);
+    press();
+    m_session.refreshLocationsPressed();
+    ASSERT_TRUE(m_services.urls().finishNext(QByteArray("STATUS: 1") + places)); // without an address
+    settle();
+    EXPECT_EQ(m_session.originalIP(), text("198.51.100.10"));
+    EXPECT_EQ(m_windows.count(noAddress), 1);
+}
+
+TEST_F(HideIpSessionTest, AnswerThatWaitedUntilTheTunnelEndedIsJudgedByItsArrival) {
+    firstAnswer();
+    m_session.refreshLocationsPressed();
+    goHidden();
+    m_services.processes().setNames({"init", "openvpn"});
+    m_session.setDefaultControls(); // awaits the kill
+    ASSERT_EQ(phase(), Phase::Hidden);
+    ASSERT_TRUE(m_services.urls().finishNext(QByteArray("STATUS: 1<br />ClientIP: 203.0.113.7") + places));
+    settle();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_EQ(m_session.originalIP(), text("198.51.100.10"));
+    EXPECT_EQ(m_list.count(), 4);
+}
+
 TEST_F(HideIpSessionTest, ChosenPlaceStaysChosenByTitleAndFirstAddress) {
     answer(QByteArray("STATUS: 1<br />ClientIP: 198.51.100.10") + places);
     m_list.setCurrentRow(3); // the second of the two with this title

@@ -234,16 +234,39 @@ TEST_F(HideIpSessionTest, EmptyLentAddressFindsNoLocation) {
     EXPECT_TRUE(shown().line22.text.isEmpty());
 }
 
-TEST_F(HideIpSessionTest, TunnelOfAnEarlierAttemptIsNotShown) {
+TEST_F(HideIpSessionTest, TunnelThatIsUpIsShownUntilALaterAttemptStartsItsOwn) {
     choose("Germany Berlin");
     press();
     finishFetch();
-    setAutomatic(true);
-    fail(); // a late report: another attempt begins
+    hotKey(&HideIpSession::getNewIP); // the dialog's start, for instance
     EXPECT_EQ(phase(), Phase::Fetching);
     comeUp();
-    EXPECT_EQ(phase(), Phase::Fetching);
+    EXPECT_EQ(phase(), Phase::Hidden);
+    finishFetch();
+    EXPECT_EQ(phase(), Phase::Connecting);
+    EXPECT_EQ(shown().line1.text, searchingText);
+}
+
+TEST_F(HideIpSessionTest, TunnelThatWasEndedIsNotShown) {
+    choose("Germany Berlin");
+    press();
+    finishFetch();
+    hotKey(&HideIpSession::setDefaultControls);
+    comeUp();
+    EXPECT_EQ(phase(), Phase::NotHidden);
     EXPECT_FALSE(SessionState::shared().hidden);
+}
+
+TEST_F(HideIpSessionTest, AddressIsNotTakenForTheRealOneWhileATunnelCannotBeKilled) {
+    firstAnswer();
+    goHidden();
+    m_services.processes().setNames({"init", "openvpn"});
+    refusePair();
+    hotKey(&HideIpSession::setDefaultControls);
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_FALSE(shown().refreshEnabled);
+    answer("STATUS: 1<br />ClientIP: 203.0.113.7");
+    EXPECT_EQ(m_session.originalIP(), text("198.51.100.10"));
 }
 
 TEST_F(HideIpSessionTest, PressOffReturnsToNotHidden) {

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <optional>
+#include <random>
+
+namespace quorvane::simulation {
+
+/// What can happen to a session from outside, in the order of `names` in Steps.cpp.
+enum class Kind {
+    Press,        ///< the hide button
+    HotKeyHide,   ///< 1
+    HotKeyChange, ///< 2, and the tray's change item
+    HotKeyStop,   ///< 3
+    HotKeyDiscard,
+    TrayHide, ///< the tray's hide item
+    ChangeButton,
+    Choose,      ///< the user chooses row `argument` of the list
+    UsOnly,      ///< on when the argument is odd
+    ChangeEvery, ///< on when the argument is odd
+    SameIp,      ///< on when the argument is odd
+    Apply,       ///< the settings were applied
+    Refresh,     ///< the tray's refresh item
+    Answer,      ///< the oldest open request is answered; the argument says how
+    FailAnswer,  ///< the oldest open request fails
+    Finish,      ///< the piece of background work number `argument` runs and reports its end
+    Work,        ///< the piece runs, but its end is not reported yet
+    Service,     ///< from now on the service answers configuration requests when the argument is odd
+    Log,         ///< OpenVPN writes what the argument says
+    OpenVpnEnds, ///< by itself
+    Guard,       ///< from now on the guard starts OpenVPN when the argument is odd
+    Pair,        ///< from now on the administrator's pair is accepted when the argument is odd
+    Network,     ///< there is a network when the argument is odd
+    Close,       ///< the user closes the modal window
+    Clock,       ///< time passes; the argument says how much
+    StartVpn,    ///< the notification
+    CheckPair,   ///< the notification
+    UpdateList,  ///< the notification
+    Quit
+};
+
+struct Step {
+    Kind kind;
+    unsigned argument;
+
+    bool operator==(const Step &) const = default;
+};
+
+using Steps = QList<Step>;
+
+/// Steps as one line each can be read and replayed: "press 3, answer 0, quit 0".
+[[nodiscard]] QString written(const Steps &steps);
+/// The steps of such a text; absent when it contains anything else.
+[[nodiscard]] std::optional<Steps> read(const QString &text);
+
+/// A random walk that begins with the start of the program. Quit is always its last step.
+[[nodiscard]] Steps drawn(std::mt19937_64 &random, int count);
+
+} // namespace quorvane::simulation

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "Steps.h"
+#include "fakes/TestPlatform.h"
+#include "frontend/api/ConfigurationFetch.h"
+#include "frontend/session/DiscardedAddresses.h"
+#include "frontend/session/HideIpSession.h"
+#include "frontend/session/LocationList.h"
+#include "frontend/session/LocationRotation.h"
+#include "frontend/session/ProcessInfo.h"
+#include "frontend/session/SessionWindow.h"
+#include "frontend/support/AlertPresenter.h"
+
+namespace quorvane::simulation {
+
+/// A session with its real logic, and a machine, a service and a user that are simulated. One step after the
+/// other is done to it, and after each one it is checked.
+class World final : private SessionWindow, private AlertPresenter, private AttemptAnimation {
+public:
+    World();
+    ~World() override;
+    World(const World &) = delete;
+    World &operator=(const World &) = delete;
+
+    /// Does the step. Returns what is wrong afterwards, or a null text.
+    [[nodiscard]] QString run(const Step &step);
+    /// The present state, for a reader.
+    [[nodiscard]] QString described() const;
+
+private:
+    class Discarded final : public DiscardedAddresses {
+    public:
+        void addDiscardedIp(const QString &address) override { m_rows.append(address); }
+
+        [[nodiscard]] bool hasRow(const QString &text) const override { return m_rows.contains(text); }
+
+        [[nodiscard]] QStringList getRowData() const override { return m_rows; }
+
+    private:
+        QStringList m_rows;
+    };
+
+    // SessionWindow, AlertPresenter, AttemptAnimation
+    void openAdministratorDialog(const std::function<void()> &closed) override;
+
+    void showWindow() override {}
+
+    [[nodiscard]] bool startedHidden() const override { return false; }
+
+    [[nodiscard]] bool hasImage(const QString & /*name*/) const override { return true; }
+
+    void terminateApplication() override { m_terminated = true; }
+
+    using AlertPresenter::critical;
+    void critical(const Alert &alert, const std::function<void()> &closed) override;
+    void criticalLater(const Alert &alert) override;
+
+    void start() override { m_animating = true; }
+
+    void stop() override { m_animating = false; }
+
+    void resetFrames() override {}
+
+    [[nodiscard]] platform::ScriptResult runLine(const fakes::FakeScriptingService::Call &call);
+    void showProcesses();
+    void writeLog(unsigned content);
+    void answer(unsigned sort);
+    void closeModal();
+    void doStep(const Step &step);
+    void doUserStep(const Step &step);
+    [[nodiscard]] bool isOffered(Kind kind) const;
+    void passTime(unsigned argument);
+    void quit();
+    [[nodiscard]] QString wrong() const;
+    [[nodiscard]] QString wrongAtRest() const;
+    [[nodiscard]] QString wrongAfterEnd() const;
+    [[nodiscard]] std::size_t pieceOf(unsigned argument) const;
+
+    fakes::TestPlatform m_services;
+    Discarded m_discarded;
+    LocationList m_list;
+    LocationChooser m_chooser{m_list};
+    QrvAPI m_api;
+    ProcessInfo m_processes;
+    ConfigurationFetch m_fetch{m_api};
+    quint32 m_random = 0;
+    LocationRotation m_rotation{m_api, m_list, m_discarded, [this] {
+                                    return m_random += 7;
+                                }};
+    EventQueue m_events;
+    Vpn m_vpn{m_processes, m_events};
+    HideIpSession m_session;
+
+    const QString m_logPath;
+    bool m_pairAccepted = true;
+    bool m_guardStarts = true;
+    /// Processes named openvpn, and what became of the last.
+    int m_running = 0;
+    bool m_cameUp = false; ///< since the last launch or kill
+    int m_launches = 0;
+    int m_starts = 0; ///< configurations that were stored or reused
+    bool m_killRefused = false;
+    QList<std::function<void()>> m_open; ///< modal windows; the last is in front
+    bool m_animating = false;
+    bool m_terminated = false;
+    bool m_ended = false;
+    int m_launchesAtEnd = 0;
+};
+
+} // namespace quorvane::simulation
