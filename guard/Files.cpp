@@ -84,6 +84,19 @@ Result<FileDescriptor> sealedCopy(const std::string &name, std::string_view byte
     return memory;
 }
 
+FileDescriptor lockedLog(const FileDescriptor &log) {
+    FileDescriptor again(open(pathOf(log).c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
+
+    struct flock whole {};
+
+    whole.l_type = F_RDLCK;
+    whole.l_whence = SEEK_SET;
+    if (again.isOpen() && fcntl(again.get(), F_OFD_SETLK, &whole) != 0) {
+        again.reset();
+    }
+    return again;
+}
+
 std::string pathOf(const FileDescriptor &descriptor) {
     return "/proc/self/fd/" + std::to_string(descriptor.get());
 }

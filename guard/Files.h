@@ -27,6 +27,11 @@ Result<std::string> readAll(const FileDescriptor &file, std::size_t maximumSize)
 /// change it, and it is not written to a disk. `name` is for error texts and debuggers.
 Result<FileDescriptor> sealedCopy(const std::string &name, std::string_view bytes);
 
+/// Opens the log once more, with a lock for readers on the whole of it. While it is open, the application can
+/// see that OpenVPN runs, also where other users' processes are hidden from it. Nothing is open if that
+/// fails.
+[[nodiscard]] FileDescriptor lockedLog(const FileDescriptor &log);
+
 /// The path under which this process, and a child that inherits the descriptor, can open it again.
 [[nodiscard]] std::string pathOf(const FileDescriptor &descriptor);
 

@@ -1,7 +1,5 @@
 #include "Supervisor.h"
 
-#include "common/FileDescriptor.h"
-
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -55,7 +53,8 @@ sigset_t forwardedSignals() {
 /// The OpenVPN process, from its start to its end.
 class Child {
 public:
-    Child(const OpenVpnCommand &command, TunnelLog &log) : m_command(command), m_log(log) {}
+    Child(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor whileRunning)
+        : m_command(command), m_log(log), m_whileRunning(std::move(whileRunning)) {}
 
     std::string run() {
         std::array<int, 2> pipe{};
@@ -152,13 +151,14 @@ private:
         m_deadline = Clock::now() + m_command.endTimeout;
     }
 
-    [[nodiscard]] std::string end() const {
+    [[nodiscard]] std::string end() {
         int status = 0;
         // It closed its output, so it is ending. A child that only closed its output must not run on
         // unwatched.
         kill(m_pid, SIGKILL);
         while (waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
         }
+        m_whileRunning.reset();
         if (m_hasGivenUp) {
             return "the tunnel did not come up in time";
         }
@@ -170,6 +170,7 @@ private:
 
     const OpenVpnCommand &m_command;
     TunnelLog &m_log;
+    FileDescriptor m_whileRunning;
     FileDescriptor m_output;
     FileDescriptor m_signals;
     FileDescriptor m_process; ///< readable once the child has ended
@@ -180,8 +181,8 @@ private:
 
 } // namespace
 
-std::string supervise(const OpenVpnCommand &command, TunnelLog &log) {
-    return Child(command, log).run();
+std::string supervise(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor whileRunning) {
+    return Child(command, log, std::move(whileRunning)).run();
 }
 
 } // namespace quorvane::guard

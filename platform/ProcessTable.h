@@ -22,6 +22,9 @@ public:
     /// count rows and sets count to the number written. Returns 0 or an errno value; ENOMEM when the table
     /// has grown beyond count.
     [[nodiscard]] virtual int query(ProcessRecord *rows, std::size_t &count) const = 0;
+
+    /// False where the system hides the processes of other users, which are then not in the table.
+    [[nodiscard]] virtual bool showsOtherUsers() const = 0;
 };
 
 } // namespace quorvane::platform

@@ -1,12 +1,15 @@
 #include "ProcessInfo.h"
 
+#include "platform/Files.h"
 #include "platform/Platform.h"
 #include "platform/ProcessTable.h"
 
 #include <QtGlobal>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <new>
+#include <thread>
 
 namespace quorvane {
 
@@ -17,6 +20,20 @@ void require(bool holds, const char *assertion) {
     if (!holds) {
         qFatal("ASSERT failure in frontend/ProcessInfo: \"%s\"", assertion);
     }
+}
+
+/// Whether this user's own OpenVPN runs: the guard holds a lock on its log meanwhile.
+bool ownTunnelRuns() {
+    constexpr int looks = 20;
+    constexpr auto pause = std::chrono::milliseconds(10);
+    const QString log = platform::Platform::current().account.documents() + QStringLiteral("/openvpn.log");
+    for (int look = 0; platform::isLockedElsewhere(log); ++look) {
+        if (look == looks) {
+            return true;
+        }
+        std::this_thread::sleep_for(pause);
+    }
+    return false;
 }
 
 } // namespace
@@ -68,7 +85,13 @@ void ProcessInfo::obtainFreshProcessList() {
 
 bool ProcessInfo::isRunning(const QString &name) {
     obtainFreshProcessList();
-    return findProcessWithName(name);
+    if (findProcessWithName(name)) {
+        return true;
+    }
+    // Root's processes are not in the snapshot then. A kill that meets nothing would reset the session, so
+    // there has to be a sign that the tunnel runs.
+    return name == QLatin1String("openvpn") && !platform::Platform::current().processes->showsOtherUsers() &&
+           ownTunnelRuns();
 }
 
 bool ProcessInfo::findProcessWithName(const QString &name) const {

@@ -25,7 +25,9 @@ public:
     /// Exact, case-sensitive equality with a short name of the snapshot. False without a snapshot.
     [[nodiscard]] bool findProcessWithName(const QString &name) const;
 
-    /// Makes a fresh snapshot and searches it for the name.
+    /// Makes a fresh snapshot and searches it for the name. Where the system hides the processes of other
+    /// users, "openvpn" also runs while a process holds a lock on the log of this user's own tunnel; because
+    /// one that was killed needs a moment to end, this waits up to 200 ms for the lock to go.
     [[nodiscard]] bool isRunning(const QString &name) override;
 
     /// Number of entries of the last snapshot; -1 without a snapshot.

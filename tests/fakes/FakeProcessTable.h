@@ -40,6 +40,16 @@ public:
         return 0;
     }
 
+    [[nodiscard]] bool showsOtherUsers() const override {
+        const std::lock_guard lock(m_mutex);
+        return m_showsOthers;
+    }
+
+    void setShowsOtherUsers(bool shows) {
+        const std::lock_guard lock(m_mutex);
+        m_showsOthers = shows;
+    }
+
     /// Names longer than 15 characters are truncated, as by the kernel.
     void setNames(const QByteArrayList &newNames) {
         const std::lock_guard lock(m_mutex);
@@ -84,6 +94,7 @@ private:
     mutable int m_queryCount = 0;
     int m_failure = 0;
     int m_secondFailure = 0;
+    bool m_showsOthers = true;
 };
 
 } // namespace quorvane::fakes

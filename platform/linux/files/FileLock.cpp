@@ -1,5 +1,7 @@
 #include "FileLock.h"
 
+#include "platform/Files.h"
+
 #include <QDeadlineTimer>
 #include <QFile>
 
@@ -24,6 +26,18 @@ FileLock::FileLock(const QString &path, int milliseconds)
         }
         ::usleep(pause);
     }
+}
+
+bool isLockedElsewhere(const QString &path) {
+    const FileDescriptor file(
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+
+    struct flock whole {};
+
+    // Any lock of others is in the way of this one, which is only queried and not set.
+    whole.l_type = F_WRLCK;
+    whole.l_whence = SEEK_SET;
+    return file.isOpen() && ::fcntl(file.get(), F_OFD_GETLK, &whole) == 0 && whole.l_type != F_UNLCK;
 }
 
 } // namespace quorvane::platform

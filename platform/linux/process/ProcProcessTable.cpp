@@ -126,4 +126,10 @@ int ProcProcessTable::query(ProcessRecord *rows, std::size_t &count) const {
     return 0;
 }
 
+bool ProcProcessTable::showsOtherUsers() const {
+    const FileDescriptor folder(::open(m_folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    ProcessRecord first;
+    return folder.isOpen() && readName(folder.get(), "1", first);
+}
+
 } // namespace quorvane::platform

@@ -13,6 +13,9 @@ public:
     explicit ProcProcessTable(const QByteArray &folder = "/proc");
 
     [[nodiscard]] int query(ProcessRecord *rows, std::size_t &count) const override;
+    /// Looks whether the first process, which belongs to root and always runs, can be seen: mounted with
+    /// hidepid=1 or 2, /proc hides it from all but root and the group of its option "gid".
+    [[nodiscard]] bool showsOtherUsers() const override;
 
 private:
     const QByteArray m_folder;

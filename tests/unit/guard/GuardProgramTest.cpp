@@ -2,6 +2,8 @@
 
 #include "HostileConfigurations.h"
 
+#include "common/FileDescriptor.h"
+
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -158,6 +160,7 @@ TEST_F(GuardProgram, OpenVpnReceivesAPrivateCopyAndNothingOfTheCallers) {
     close(open);
     const std::string text = log();
     EXPECT_TRUE(logContains("files: /dev/null pipe:")) << text;
+    EXPECT_FALSE(logContains(at("log"))) << text;
     EXPECT_FALSE(logContains(at("target"))) << text;
     EXPECT_TRUE(logContains("--script-security 0 --auth-user-pass /proc/self/fd/")) << text;
     EXPECT_FALSE(logContains(at("config"))) << text;
@@ -168,6 +171,27 @@ TEST_F(GuardProgram, OpenVpnReceivesAPrivateCopyAndNothingOfTheCallers) {
     EXPECT_TRUE(logContains("folder: /\n")) << text;
     EXPECT_TRUE(logContains("credentials: user|pass word\n")) << text;
     EXPECT_TRUE(logContains("configuration: client|remote reports 1194|\n")) << text;
+}
+
+TEST_F(GuardProgram, LogIsLockedWhileOpenVpnRuns) {
+    const FileDescriptor file(open(at("log").c_str(), O_RDONLY | O_CLOEXEC));
+    const auto isLocked = [&file] {
+        struct flock whole {};
+
+        whole.l_type = F_WRLCK;
+        whole.l_whence = SEEK_SET;
+        EXPECT_EQ(fcntl(file.get(), F_OFD_GETLK, &whole), 0);
+        return whole.l_type != F_UNLCK;
+    };
+    EXPECT_FALSE(isLocked());
+    startFor("up");
+    ASSERT_TRUE(within(10s, [this] { return logContains("Initialization Sequence Completed\n"); }));
+    EXPECT_TRUE(isLocked());
+    const pid_t openVpn = child();
+    ASSERT_GT(openVpn, 0);
+    ASSERT_EQ(kill(openVpn, SIGKILL), 0);
+    EXPECT_TRUE(within(10s, [&isLocked] { return !isLocked(); }));
+    wait();
 }
 
 TEST_F(GuardProgram, AnEarlyEndIsReported) {

@@ -5,8 +5,16 @@
 #include "tests/Text.h"
 #include "tests/unit/Printing.h"
 
+#include "common/FileDescriptor.h"
+
+#include <QDir>
+#include <QFile>
+
 #include <cerrno>
+#include <fcntl.h>
+#include <future>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace quorvane {
 
@@ -77,6 +85,55 @@ TEST_F(ProcessInfoTest, ErrorNumbersArePassedOn) {
     m_services.processes().failSecondQueryWith(EIO);
     EXPECT_EQ(ProcessInfo::getBSDProcessList(&records, &count), EIO);
     EXPECT_EQ(records, nullptr);
+}
+
+/// A lock on the tunnel's log, as the guard holds it: by its own opening of the file.
+class LogLock {
+public:
+    explicit LogLock(const QString &documents) {
+        QDir().mkpath(documents);
+        m_file.reset(::open(QFile::encodeName(documents + text("/openvpn.log")).constData(),
+                            O_RDONLY | O_CREAT | O_CLOEXEC, 0600));
+
+        struct flock whole {};
+
+        whole.l_type = F_RDLCK;
+        EXPECT_EQ(::fcntl(m_file.get(), F_OFD_SETLK, &whole), 0);
+    }
+
+    void release() { m_file.reset(); }
+
+private:
+    FileDescriptor m_file;
+};
+
+TEST_F(ProcessInfoTest, OwnTunnelIsFoundByItsLockWhereRootsProcessesAreHidden) {
+    m_services.processes().setNames({"bash"});
+    LogLock lock(m_services.platform().account.documents());
+    EXPECT_FALSE(m_processes.isRunning(text("openvpn"))) << "everything is visible";
+    m_services.processes().setShowsOtherUsers(false);
+    EXPECT_TRUE(m_processes.isRunning(text("openvpn")));
+    EXPECT_FALSE(m_processes.isRunning(text("init")));
+    EXPECT_TRUE(m_processes.isRunning(text("bash")));
+    lock.release();
+    EXPECT_FALSE(m_processes.isRunning(text("openvpn")));
+}
+
+TEST_F(ProcessInfoTest, TunnelThatIsEndingIsWaitedFor) {
+    m_services.processes().setShowsOtherUsers(false);
+    LogLock lock(m_services.platform().account.documents());
+    auto running =
+        std::async(std::launch::async, [this] { return ProcessInfo().isRunning(text("openvpn")); });
+    while (m_services.processes().queries() < 2) {
+        std::this_thread::yield();
+    }
+    lock.release(); // the snapshot has been made
+    EXPECT_FALSE(running.get());
+}
+
+TEST_F(ProcessInfoTest, WithoutALogNoTunnelRuns) {
+    m_services.processes().setShowsOtherUsers(false);
+    EXPECT_FALSE(m_processes.isRunning(text("openvpn")));
 }
 
 TEST_F(ProcessInfoTest, NumberCanBeSet) {

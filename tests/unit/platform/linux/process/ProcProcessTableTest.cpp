@@ -9,8 +9,12 @@
 #include <cerrno>
 #include <csignal>
 #include <gmock/gmock.h>
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -78,6 +82,43 @@ TEST(ProcProcessTableTest, OmitsEndedProcessesThatWaitForTheirParent) {
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT), 0);
     EXPECT_FALSE(isListed()) << "still in the table for its parent";
     waitpid(child, nullptr, 0);
+}
+
+/// Whether the table at this folder shows other users' processes to root and to an unprivileged user, as two
+/// bits of an exit status; runs in a process of its own, with /proc mounted at the folder.
+int visibilityAt(const QByteArray &folder, const char *options) {
+    constexpr int cannotMount = 77;
+    constexpr uid_t unprivilegedUser = 65534;
+    const pid_t child = fork();
+    if (child == 0) {
+        if (unshare(CLONE_NEWNS) != 0 || mount("", "/", "", MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount("proc", folder.constData(), "proc", 0, options) != 0) {
+            _exit(cannotMount);
+        }
+        const ProcProcessTable table(folder);
+        const int toRoot = table.showsOtherUsers() ? 1 : 0;
+        if (setgroups(0, nullptr) != 0 || setgid(unprivilegedUser) != 0 || setuid(unprivilegedUser) != 0) {
+            _exit(cannotMount);
+        }
+        _exit(toRoot + (table.showsOtherUsers() ? 2 : 0));
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(ProcProcessTableTest, ReportsWhetherOtherUsersAreHidden) {
+    EXPECT_TRUE(ProcProcessTable().showsOtherUsers());
+    EXPECT_FALSE(ProcProcessTable("/nowhere").showsOtherUsers());
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can mount /proc";
+    }
+    QTemporaryDir folder;
+    ASSERT_EQ(chmod(folder.path().toUtf8().constData(), 0755), 0);
+    const QByteArray path = folder.path().toUtf8();
+    EXPECT_EQ(visibilityAt(path, "hidepid=0"), 3);
+    EXPECT_EQ(visibilityAt(path, "hidepid=1"), 1);
+    EXPECT_EQ(visibilityAt(path, "hidepid=2"), 1);
 }
 
 class FakeProcTable : public ::testing::Test {
