@@ -84,9 +84,8 @@ Result<FileDescriptor> sealedCopy(const std::string &name, std::string_view byte
     return memory;
 }
 
-FileDescriptor lockedForChild(const FileDescriptor &log) {
-    // No close-on-exec flag: OpenVPN inherits the descriptor.
-    FileDescriptor again(open(pathOf(log).c_str(), O_RDONLY | O_NOCTTY));
+FileDescriptor lockedLog(const FileDescriptor &log) {
+    FileDescriptor again(open(pathOf(log).c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
 
     struct flock whole {};
 

@@ -27,10 +27,10 @@ Result<std::string> readAll(const FileDescriptor &file, std::size_t maximumSize)
 /// change it, and it is not written to a disk. `name` is for error texts and debuggers.
 Result<FileDescriptor> sealedCopy(const std::string &name, std::string_view bytes);
 
-/// Opens the log once more, with a lock for readers on the whole of it, for a child to inherit: while the
-/// child runs, the application can see by the lock that it does, also where other users' processes are hidden
-/// from it. The lock ends with the last process that has the descriptor. Nothing is open if that fails.
-[[nodiscard]] FileDescriptor lockedForChild(const FileDescriptor &log);
+/// Opens the log once more, with a lock for readers on the whole of it. While it is open, the application can
+/// see that OpenVPN runs, also where other users' processes are hidden from it. Nothing is open if that
+/// fails.
+[[nodiscard]] FileDescriptor lockedLog(const FileDescriptor &log);
 
 /// The path under which this process, and a child that inherits the descriptor, can open it again.
 [[nodiscard]] std::string pathOf(const FileDescriptor &descriptor);

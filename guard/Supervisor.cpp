@@ -53,9 +53,10 @@ sigset_t forwardedSignals() {
 /// The OpenVPN process, from its start to its end.
 class Child {
 public:
-    Child(const OpenVpnCommand &command, TunnelLog &log) : m_command(command), m_log(log) {}
+    Child(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor whileRunning)
+        : m_command(command), m_log(log), m_whileRunning(std::move(whileRunning)) {}
 
-    std::string run(FileDescriptor forChild) {
+    std::string run() {
         std::array<int, 2> pipe{};
         if (pipe2(pipe.data(), O_CLOEXEC) != 0) {
             return std::string("OpenVPN cannot be started: ") + std::strerror(errno);
@@ -74,7 +75,6 @@ public:
             return std::string("OpenVPN cannot be started: ") + std::strerror(errno);
         }
         childOutput.reset();
-        forChild.reset();
         m_process = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, m_pid, 0)));
         // A kill by name meets this process until here, and the child dies with it. From here on it meets the
         // child.
@@ -151,13 +151,14 @@ private:
         m_deadline = Clock::now() + m_command.endTimeout;
     }
 
-    [[nodiscard]] std::string end() const {
+    [[nodiscard]] std::string end() {
         int status = 0;
         // It closed its output, so it is ending. A child that only closed its output must not run on
         // unwatched.
         kill(m_pid, SIGKILL);
         while (waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
         }
+        m_whileRunning.reset();
         if (m_hasGivenUp) {
             return "the tunnel did not come up in time";
         }
@@ -169,6 +170,7 @@ private:
 
     const OpenVpnCommand &m_command;
     TunnelLog &m_log;
+    FileDescriptor m_whileRunning;
     FileDescriptor m_output;
     FileDescriptor m_signals;
     FileDescriptor m_process; ///< readable once the child has ended
@@ -179,8 +181,8 @@ private:
 
 } // namespace
 
-std::string supervise(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor forChild) {
-    return Child(command, log).run(std::move(forChild));
+std::string supervise(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor whileRunning) {
+    return Child(command, log, std::move(whileRunning)).run();
 }
 
 } // namespace quorvane::guard

@@ -22,8 +22,9 @@ struct OpenVpnCommand {
 /// Runs OpenVPN until it ends and copies its output to the log. Returns how it ended, as a text for the log.
 ///
 /// OpenVPN is a child that dies with this process. This process changes its own name meanwhile, so that a
-/// kill by name meets OpenVPN alone. SIGTERM and SIGINT are passed on to OpenVPN. `forChild` is closed here
-/// as soon as OpenVPN has inherited it, so that what depends on it ends with OpenVPN.
-[[nodiscard]] std::string supervise(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor forChild);
+/// kill by name meets OpenVPN alone. SIGTERM and SIGINT are passed on to OpenVPN. `whileRunning` is closed as
+/// soon as OpenVPN has ended.
+[[nodiscard]] std::string supervise(const OpenVpnCommand &command, TunnelLog &log,
+                                    FileDescriptor whileRunning);
 
 } // namespace quorvane::guard

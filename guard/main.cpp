@@ -183,8 +183,8 @@ Result<Preparation> prepare(const Paths &paths, const OpenedFile &configuration)
                        std::move(lock).value()};
 }
 
-/// Runs OpenVPN, or writes to the log why it is not started. `forChild`: see supervise().
-void run(const Paths &paths, const OpenedFile &configuration, TunnelLog &log, FileDescriptor forChild) {
+/// Runs OpenVPN, or writes to the log why it is not started. `whileRunning`: see supervise().
+void run(const Paths &paths, const OpenedFile &configuration, TunnelLog &log, FileDescriptor whileRunning) {
     if (!log.hasSpace()) {
         log.finish("there is no space left for the log");
         return;
@@ -203,7 +203,7 @@ void run(const Paths &paths, const OpenedFile &configuration, TunnelLog &log, Fi
                                         "--auth-user-pass", pathOf(inputs.credentials)},
                                        startTimeout,
                                        endTimeout},
-                                      log, std::move(forChild));
+                                      log, std::move(whileRunning));
     routes.removeNew();
     log.finish(end);
 }
@@ -230,12 +230,12 @@ int main(int count, char **arguments) {
         return 1;
     }
     detachOutput();
-    FileDescriptor lockedLog = lockedForChild(log.value().descriptor);
+    FileDescriptor lock = lockedLog(log.value().descriptor);
     TunnelLog tunnelLog(std::move(log).value().descriptor);
     if (!configuration) {
         tunnelLog.finish(refusal(0, configuration.error()).message);
         return 1;
     }
-    run(paths, configuration.value(), tunnelLog, std::move(lockedLog));
+    run(paths, configuration.value(), tunnelLog, std::move(lock));
     return 0;
 }

@@ -19,7 +19,8 @@ namespace quorvane::platform {
 /// Any thread. Returns 0, also where the file system cannot report it, or an errno value.
 [[nodiscard]] int checkSpace(const QString &folder, qint64 bytes);
 
-/// Whether another process holds a lock on the file, as OpenVPN does on its log while it runs. Any thread.
+/// Whether another process holds a lock on the file, as the guard does on the log while OpenVPN runs. Any
+/// thread.
 [[nodiscard]] bool isLockedElsewhere(const QString &path);
 
 } // namespace quorvane::platform

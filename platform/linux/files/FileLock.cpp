@@ -34,7 +34,7 @@ bool isLockedElsewhere(const QString &path) {
 
     struct flock whole {};
 
-    // Any lock is in the way of this one, which is only asked about.
+    // Any lock of others is in the way of this one, which is only queried and not set.
     whole.l_type = F_WRLCK;
     whole.l_whence = SEEK_SET;
     return file.isOpen() && ::fcntl(file.get(), F_OFD_GETLK, &whole) == 0 && whole.l_type != F_UNLCK;
