@@ -65,6 +65,7 @@ World::World()
                                                      [this](const QVariant &) { m_session.getNewIP(); });
     m_services.platform().notifications->addObserver(Notifications::showIp, &m_session,
                                                      [this](const QVariant &) { m_session.showIp(); });
+    QObject::connect(&m_fetch, &ConfigurationFetch::prepared, &m_session, [this] { ++m_requests; });
     showProcesses();
     m_api.initWithDelegate(&m_session);
     m_chooser.connectTo(&m_api, &m_session);
@@ -245,6 +246,7 @@ void World::doUserStep(const Step &step) {
         break;
     case Kind::SameIp:
         m_chooser.setKeepsAddress(on);
+        m_reuses = m_reuses || on;
         break;
     case Kind::Apply:
         m_session.settingsDidChange();
@@ -364,6 +366,9 @@ QString World::wrong() const {
     }
     if (m_running > 1 && !m_killRefused) {
         return text("more than one OpenVPN runs");
+    }
+    if (m_launches > m_requests && !m_reuses) {
+        return text("more launches than configurations");
     }
     if (m_terminated) {
         return text("the application was terminated");

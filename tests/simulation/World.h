@@ -98,7 +98,8 @@ private:
     int m_running = 0;
     bool m_cameUp = false; ///< since the last launch or kill
     int m_launches = 0;
-    int m_starts = 0; ///< configurations that were stored or reused
+    int m_requests = 0;    ///< for a configuration
+    bool m_reuses = false; ///< a configuration may have been used again
     bool m_killRefused = false;
     QList<std::function<void()>> m_open; ///< modal windows; the last is in front
     bool m_animating = false;

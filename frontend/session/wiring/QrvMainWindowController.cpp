@@ -26,6 +26,7 @@
 #include "platform/Workspace.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -119,7 +120,9 @@ void QrvMainWindowController::awakeFromNib() {
 }
 
 void QrvMainWindowController::endSession() {
-    m_mainWindow->hide();
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        window->hide();
+    }
     QEventLoop loop;
     bool ended = false;
     m_session->end([&loop, &ended] {

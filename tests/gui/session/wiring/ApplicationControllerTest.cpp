@@ -66,7 +66,7 @@ private Q_SLOTS:
     void failedCommandResetsTheSessionOnlyWhileTheDelegateExists() {
         QrvAPI api;
         QrvMainWindowController window(api);
-        const auto resets = [&window] {
+        const auto resets = [] {
             SessionState::shared().hidden = true;
             SessionReset::request();
             QCoreApplication::processEvents();
