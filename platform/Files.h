@@ -15,10 +15,6 @@ namespace quorvane::platform {
 /// file system cannot reserve space, or an errno value when there is not enough.
 [[nodiscard]] int reserveSpace(const QString &path, qint64 bytes);
 
-/// Checks whether a new file of that many bytes could be created in the folder now. Leaves nothing behind.
-/// Any thread. Returns 0, also where the file system cannot report it, or an errno value.
-[[nodiscard]] int checkSpace(const QString &folder, qint64 bytes);
-
 /// Whether another process holds a lock on the file, as the guard does on the log while OpenVPN runs. Any
 /// thread.
 [[nodiscard]] bool isLockedElsewhere(const QString &path);

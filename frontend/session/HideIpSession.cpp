@@ -50,11 +50,14 @@ HideIpSession::~HideIpSession() {
     m_parts.vpn.setDelegate(nullptr);
 }
 
-void HideIpSession::begin() {
+void HideIpSession::begin(const std::function<void()> &cleared) {
     m_facts.requiresUs = Preferences::boolean(Preference::RequireUs);
     m_parts.animation.start();
     settingsDidChange();
-    m_parts.events.post([this]() -> Task<> { co_await m_parts.vpn.stopVpn(); });
+    m_parts.events.post([this, cleared]() -> Task<> {
+        co_await m_parts.vpn.stopVpn();
+        cleared();
+    });
 }
 
 void HideIpSession::end(const std::function<void()> &ended) {

@@ -60,8 +60,9 @@ public:
 
     [[nodiscard]] const SessionFacts &facts() const { return m_facts; }
 
-    /// The start of the run: clears a tunnel left over from an earlier one, and awaits the first answer.
-    void begin();
+    /// The start of the run: ends a tunnel left over from an earlier one, then calls `cleared`. A request
+    /// that is sent before that may be lost with the tunnel.
+    void begin(const std::function<void()> &cleared);
     /// The end of the run: ends every handler, ends the tunnel, and calls `ended`. Nothing is handled later.
     void end(const std::function<void()> &ended);
 

@@ -98,9 +98,11 @@ def test_tunnel_up_settings_key_by_key(make_home):
     assert run(world) == (0, LENT + "\n")
     world.home.write(OVERRIDES, f"web_host = {network.SERVICE_ADDRESS}\nca_file = /etc/quorvane/ca.crt\n")
     assert run(world) == (0, LENT + "\n")
-    for host in ("other.quorvane.test", "a b", "", ":443", "www.quorvane.test:", "$(id)"):
+    world.home.write(OVERRIDES, "web_host = other.quorvane.test\nca_file = /etc/quorvane/ca.crt\n")
+    assert run(world) == NOTHING, "there is no such host"
+    for host in ("a b", "", ":443", "www.quorvane.test:", "$(id)"):
         world.home.write(OVERRIDES, f"web_host = {host}\nca_file = /etc/quorvane/ca.crt\n")
-        assert run(world) == NOTHING, host
+        assert run(world) == (0, LENT + "\n"), f"{host!r} is no host, so the default remains"
 
 
 def test_tunnel_up_other_name_sources(hidden):

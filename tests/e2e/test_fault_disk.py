@@ -7,12 +7,20 @@ import pytest
 from harness.conditions.disks import ShrunkDisk, SmallDisk, check_full, contents
 from harness.drive import client as ui
 from harness.drive import settings
-from harness.observe.outcomes import NO_SERVICE, accept_alert, check_given_up, check_hidden, check_session
-from world import network
+from harness.observe.outcomes import (
+    NO_SERVICE,
+    accept_alert,
+    check_given_up,
+    check_hidden,
+    check_not_hidden,
+    check_session,
+)
+from world import network, service
 from world.accounts import ADA
 from world.service import BERLIN
 
 FOLDER = "Documents/Quorvane"
+NO_CONFIGURATION = "There is no VPN configuration to connect with. Choose a location to get a new one."
 SETTINGS = {"changeIpInterval": 33, "userAgent": "mine"}
 AGENT = "Library/LaunchAgents/com.qrvp.LaunchAtLogin.plist"
 ENTRY = ".config/autostart/com.tallowind.Quorvane.desktop"
@@ -45,26 +53,57 @@ def check_settings_whole(client):
     assert stored["un"] == ui.scrambled(ADA.name)
 
 
-@pytest.mark.parametrize(
-    "spare_pages",
-    [
-        pytest.param(0, id="nothing-fits", marks=pytest.mark.slow),
-        pytest.param(3, id="only-the-log-does-not-fit"),
-    ],
-)
-def test_full_disk_below_the_sessions_files(world, remembering, spare_pages):
-    """qrvp.ovpn, qrvp.log, .vpnCreds.txt, openvpn.log: the message box shows, and OpenVPN is not started."""
+def launch_lines(world):
+    """The lines run as root that start a tunnel."""
+    return [line for line in world.home.privileged_lines() if "--config" in line]
+
+
+def check_without_configuration(world, client):
+    """Without a configuration file the window says so, nothing is started, and the attempt can be stopped."""
+    client.wait({"window": ui.MAIN, "role": "label", "name": NO_CONFIGURATION}, showing=True)
+    assert client.text("Status line") == ui.SEARCHING and client.alerts() == []
+    assert launch_lines(world) == []
+    client.stop()
+    check_not_hidden(client)
+
+
+def check_old_configuration_used(world, client):
+    """The old files still lead to a tunnel, and the window shows the address that it really has."""
+    client.wait_hidden()
+    assert client.current_address() == world.home.public_address()
+    assert service.is_lent_address(client.current_address())
+    client.stop()
+    check_not_hidden(client)
+
+
+@pytest.mark.slow
+def test_full_disk_below_the_sessions_files(world, remembering):
+    """Not even qrvp.ovpn can be written: the window says that there is no configuration."""
     client = remembering
     disk = disk_over(client, FOLDER)
     client.start()
     client.wait_ready()
-    disk.fill(spare_pages)
+    disk.fill()
+    client.hide()
+    check_without_configuration(world, client)
+    assert len(world.service.requests_of("VPNC")) == 1 and world.service.lent() == {}
+    check_settings_whole(client)
+    disk.free()
+    check_session(client)
+
+
+def test_full_disk_without_space_for_the_log(world, remembering):
+    """The guard does not start OpenVPN and cannot log why: the client sees that nothing runs."""
+    client = remembering
+    disk = disk_over(client, FOLDER)
+    client.start()
+    client.wait_ready()
+    disk.fill(spare_pages=3)
     client.hide()
     check_given_up(client)
-    assert "no room for the files of a session" in client.output()
-    assert not [
-        line for line in world.home.privileged_lines() if "--config" in line
-    ], "OpenVPN was not started"
+    check_logged_once(client, "openvpn.log cannot be created")
+    check_logged_once(client, "stopVpn by end of openvpn")
+    assert len(launch_lines(world)) == 1
     assert len(world.service.requests_of("VPNC")) == 1 and world.service.lent() == {}
     check_settings_whole(client)
     disk.free()
@@ -92,7 +131,7 @@ def test_disk_that_fills_up_while_the_tunnel_comes_up(world, remembering):
     kept = contents(world.home, f"{client.folder}/{FOLDER}")
     assert kept["qrvp.ovpn"].startswith(b"client\n") and kept["qrvp.log"].startswith(b"trying to connect ")
     client.hide()
-    check_given_up(client)
+    check_old_configuration_used(world, client)
     now = contents(world.home, f"{client.folder}/{FOLDER}")
     assert {name: now[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")} == {
         name: kept[name] for name in ("qrvp.ovpn", ".vpnCreds.txt")
@@ -103,7 +142,7 @@ def test_disk_that_fills_up_while_the_tunnel_comes_up(world, remembering):
 
 @pytest.mark.slow
 def test_no_room_for_one_more_file_below_the_sessions_files(world, remembering):
-    """Without a free inode no file can be replaced: the message box shows, and the old files remain."""
+    """Without a free inode no file can be replaced: the old ones remain, and their configuration is used."""
     client = remembering
     disk = disk_over(client, FOLDER, files=20)
     client.start()
@@ -113,17 +152,19 @@ def test_no_room_for_one_more_file_below_the_sessions_files(world, remembering):
     disk.fill_with_files()
     check_full(world.home, f"{client.folder}/{FOLDER}", client.user)
     client.hide()
-    check_given_up(client)
+    check_old_configuration_used(world, client)
     after = contents(world.home, f"{client.folder}/{FOLDER}")
-    # The session's own log is appended to and needs no further file.
+    # The session's own log is appended to and needs no further file; OpenVPN's has the place of the old one.
     assert after.pop("qrvp.log").startswith(before.pop("qrvp.log"))
+    assert "Initialization Sequence Completed" in after.pop("openvpn.log").decode()
+    before.pop("openvpn.log")
     assert after == before
     disk.free()
     check_session(client)
 
 
 def test_read_only_home(world, remembering):
-    """Nothing can be written: logged once at the start, an attempt fails with the message box, no loss."""
+    """Nothing can be written: logged once at the start, an attempt lacks its configuration, no loss."""
     client = remembering
     disk = SmallDisk(world.home, client.folder, client.user, size="16m")
     logs = SmallDisk(world.home, f"{client.folder}/logs", client.user)  # for the client's output
@@ -134,7 +175,7 @@ def test_read_only_home(world, remembering):
     client.start()
     client.wait_ready()
     client.hide()
-    check_given_up(client)
+    check_without_configuration(world, client)
     check_logged_once(client, "com.tallowind.Quorvane.plist cannot be written: Read-only file system")
     after = contents(world.home, client.folder)
     assert {name: after[name] for name in before} == before

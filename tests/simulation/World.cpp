@@ -70,7 +70,7 @@ World::World()
     m_api.initWithDelegate(&m_session);
     m_chooser.connectTo(&m_api, &m_session);
     m_session.setDiscarded(m_discarded);
-    m_session.begin();
+    m_session.begin([] {});
 }
 
 World::~World() {

@@ -94,7 +94,6 @@ void QrvMainWindowController::setSharedMainWindow(QrvMainWindowController *contr
 }
 
 void QrvMainWindowController::awakeFromNib() {
-    checkReachability();
     m_mainWindow->setWindowTitle(
         tr("%1 (ver.%2)").arg(m_mainWindow->windowTitle(), services().bundle->version()));
     loadPreferences();
@@ -108,7 +107,7 @@ void QrvMainWindowController::awakeFromNib() {
     m_api.cmdAuth(QString()); // sends nothing before the network is known; inetStatus() sends it then
     m_mainWindow->raiseFloatingLevel();
     observeNotifications();
-    m_session->begin();
+    m_session->begin([this] { checkReachability(); });
     scheduleStartupChecks();
     if (!startedHidden()) {
         FirstPaint::callAfter(*m_mainWindow, [this] { settings(); });

@@ -538,6 +538,32 @@ TEST_F(HideIpSessionTest, AnotherRefusedCommandResetsAtOnce) {
     EXPECT_EQ(phase(), Phase::NotHidden);
 }
 
+TEST_F(HideIpSessionTest, NothingIsSentBeforeALeftOverTunnelIsEnded) {
+    m_services.processes().setNames({"init", "openvpn"});
+    int cleared = 0;
+    m_session.begin([&cleared] { ++cleared; });
+    EXPECT_EQ(cleared, 0) << "the kill is still awaited";
+    settle();
+    EXPECT_EQ(linesWith("killall"), 1);
+    EXPECT_EQ(cleared, 1);
+}
+
+TEST_F(HideIpSessionTest, WithoutALeftOverTunnelTheNetworkIsUsedAtOnce) {
+    int cleared = 0;
+    m_session.begin([&cleared] { ++cleared; });
+    EXPECT_EQ(cleared, 1);
+    EXPECT_EQ(linesWith("killall"), 0);
+}
+
+TEST_F(HideIpSessionTest, ALeftOverTunnelThatCannotBeEndedDoesNotKeepTheNetworkUnused) {
+    m_services.processes().setNames({"init", "openvpn"});
+    refusePair();
+    int cleared = 0;
+    m_session.begin([&cleared] { ++cleared; });
+    settle();
+    EXPECT_EQ(cleared, 1);
+}
+
 TEST_F(HideIpSessionTest, EndOfTheProgramEndsWhatIsAwaitedAndTheTunnel) {
     choose("Germany Berlin");
     press();
