@@ -26,8 +26,8 @@ public:
     /// Exact, case-sensitive equality with a short name of the snapshot. False without a snapshot.
     [[nodiscard]] bool findProcessWithName(const QString &name) const;
 
-    /// Where the system hides the processes of other users, "openvpn" also runs while a process holds a lock on
-    /// the log of this user's own tunnel; its id is then 0.
+    /// Where the system hides the processes of other users, "openvpn" also runs while a process holds a lock
+    /// on the log of this user's own tunnel; its id is then 0.
     [[nodiscard]] Found find(const QString &name) override;
 
     /// Number of entries of the last snapshot; -1 without a snapshot.
