@@ -19,7 +19,7 @@ enum class Phase {
     /// warning and enabled controls.
     NotHidden,
     /// An attempt begins: the administrator's pair is being tested, which holds the queue. The user sees what
-    /// there was before, with disabled controls.
+    /// there was before; a press of the button has disabled the controls.
     Checking,
     /// The pair was not valid: its dialog is open or was closed, and the attempt is not resumed. May arrive:
     /// the
