@@ -15,6 +15,17 @@ struct ServiceConfCase {
     QByteArray caFile;
 };
 
+/// Values that are no host.
+inline constexpr const char *badHosts[] = {"https://b.test", "b.test/path",  "b c",         "b.test:",
+                                           "b.test:0",       "b.test:65536", "b.test:0443", "b.test:44a",
+                                           "b.test:443:443", "b.test: 443",  ":443",        "-b.test",
+                                           "b-.test",        "b..test",      ".b.test",     "b.test.",
+                                           "b_c.test",       "user@b.test",  "$(id)",       "19",
+                                           "0x7f",           "1.2.3",        "1.2.3.256",   "1.2.3.04",
+                                           "1.2.3.4.5",      "b.1",          "b.0x1",       "::1",
+                                           "[::1]",          "[::1]:443",    "[",           "[]",
+                                           "b*.test",        "b.test\\"};
+
 inline std::vector<ServiceConfCase> serviceConfCases() {
     const QByteArray label(63, 'a');
     const QByteArray longest = label + '.' + label + '.' + label + '.' + QByteArray(61, 'a');
@@ -69,15 +80,7 @@ inline std::vector<ServiceConfCase> serviceConfCases() {
         {"digits in a name", {"web_host = 3.a-1.b2\n"}, "3.a-1.b2", ""},
         {"address", {"web_host = 192.0.2.255:65535\n"}, "192.0.2.255:65535", ""},
     };
-    for (const char *bad : {"https://b.test", "b.test/path",  "b c",         "b.test:",
-                            "b.test:0",       "b.test:65536", "b.test:0443", "b.test:44a",
-                            "b.test:443:443", "b.test: 443",  ":443",        "-b.test",
-                            "b-.test",        "b..test",      ".b.test",     "b.test.",
-                            "b_c.test",       "user@b.test",  "$(id)",       "19",
-                            "0x7f",           "1.2.3",        "1.2.3.256",   "1.2.3.04",
-                            "1.2.3.4.5",      "b.1",          "b.0x1",       "::1",
-                            "[::1]",          "[::1]:443",    "[",           "[]",
-                            "b*.test",        "b.test\\"}) {
+    for (const char *bad : badHosts) {
         cases.push_back({bad, {"web_host = a.test\nweb_host = " + QByteArray(bad) + '\n'}, "a.test", ""});
     }
     cases.push_back({"label too long", {"web_host = a" + label + ".test\n"}, "", ""});
