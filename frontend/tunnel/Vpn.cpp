@@ -155,11 +155,11 @@ Task<> Vpn::launchSettled() {
     if (!launch || launch->cancel() || (launch->hasEnded() && !launch->hasOutputOpen())) {
         co_return;
     }
-    auto settle = [launch, processes = &m_processes] {
+    auto settle = [launch, processes = &m_processes, others = m_others] {
         launch->waitForEnd();
         // What the shell started has its own name a moment later, and is found by that name.
         for (int look = 0; look < maximumLooks && launch->hasOutputOpen(); ++look) {
-            if (processes->isRunning(processName)) {
+            if (!(processes->find(processName).ids - others).isEmpty()) {
                 return;
             }
             QThread::msleep(lookMilliseconds);

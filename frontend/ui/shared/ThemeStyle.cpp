@@ -54,4 +54,9 @@ void ThemeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
     }
 }
 
+int ThemeStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                          QStyleHintReturn *data) const {
+    return hint == SH_EtchDisabledText ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+}
+
 } // namespace quorvane

@@ -4,7 +4,8 @@
 
 namespace quorvane {
 
-/// Fusion with our check boxes. The style sheet leaves their indicator to this style: a picture in a style
+/// Fusion with our check boxes, and without the light shadow under disabled texts, which on our dark menus
+/// looks like a second text. The style sheet leaves the boxes' indicator to this style: a picture in a style
 /// sheet would make Qt look through its picture plug-ins at the start.
 class ThemeStyle final : public QProxyStyle {
     Q_OBJECT
@@ -14,6 +15,8 @@ public:
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override;
+    [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                                QStyleHintReturn *data) const override;
 };
 
 } // namespace quorvane

@@ -3,6 +3,7 @@
 #include "tests/gui/MainWindowFixture.h"
 
 #include <QApplication>
+#include <QMenu>
 #include <QPushButton>
 #include <QStyle>
 
@@ -10,9 +11,8 @@ namespace quorvane {
 
 namespace {
 
-/// How light the lightest pixel of the button's title is, from 0 to 255.
-int lightestOfTitle(QPushButton &button) {
-    const QImage picture = button.grab(button.rect().adjusted(3, 3, -3, -3)).toImage();
+/// How light the lightest pixel is, from 0 to 255.
+int lightestOf(const QImage &picture) {
     int lightest = 0;
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
@@ -20,6 +20,10 @@ int lightestOfTitle(QPushButton &button) {
         }
     }
     return lightest;
+}
+
+int lightestOfTitle(QPushButton &button) {
+    return lightestOf(button.grab(button.rect().adjusted(3, 3, -3, -3)).toImage());
 }
 
 } // namespace
@@ -59,6 +63,16 @@ private Q_SLOTS:
             button->setEnabled(false);
             QVERIFY2(lightestOfTitle(*button) < 255, name);
         }
+    }
+
+    void disabledItemOfAMenuHasNoLightShadow() {
+        QMenu menu;
+        menu.addAction(QStringLiteral("Refresh Locations"))->setEnabled(false);
+        menu.resize(menu.sizeHint());
+        const QColor text = menu.palette().color(QPalette::Disabled, QPalette::WindowText);
+        const QImage picture = menu.grab(menu.rect().adjusted(3, 3, -3, -3)).toImage();
+        QVERIFY2(lightestOf(picture) <= qGray(text.rgb()), qPrintable(QString::number(lightestOf(picture))));
+        QVERIFY(lightestOf(picture) > qGray(menu.palette().color(QPalette::Window).rgb()));
     }
 };
 
