@@ -6,6 +6,7 @@
 #include "frontend/support/TextFile.h"
 #include "frontend/ui/locations/QrvLocationPaneController.h"
 #include "frontend/ui/shared/Theme.h"
+#include "platform/linux/process/ThreadedWork.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -221,6 +222,7 @@ int main(int argc, char *argv[]) {
     Theme::apply(application);
     fakes::TestPlatform services;
     addFlags(services);
+    services.platform().background = std::make_unique<platform::ThreadedWork>(); // long answers are read there
     measureLongest(); // first, for its peak memory
     for (const int servers : {2'000, 100'000}) {
         measureSize(services, servers);

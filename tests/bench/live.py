@@ -3,8 +3,8 @@
 
 Runs inside of tests/e2e/world/enter.py:
 
-loop    a whole session with constant requests to the event loop: which answers were slow, and what ran then
-tray    the share of a core that the client uses at rest, and while the tray icon is animated
+loop    a whole session with constant requests to the event loop: which answers were slow, and in which phase
+tray    what the client uses at rest: its share of a core and its wake-ups; the share while the icon is animated
 
 Everything runs with a real-time priority, so that other work on the machine does not change the figures.
 Prints one line of JSON for run-bench.
@@ -20,9 +20,13 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "e2e"))
 
+from harness.conditions.hostile_api import (
+    HostileApi,
+    page,
+)  # noqa: E402 # pylint: disable=wrong-import-position
 from harness.drive import client as ui  # noqa: E402 # pylint: disable=wrong-import-position
 from harness.drive.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
-from watch import Children, processor_seconds  # noqa: E402 # pylint: disable=wrong-import-position
+from watch import processor_seconds, wake_ups  # noqa: E402 # pylint: disable=wrong-import-position
 from world import network  # noqa: E402 # pylint: disable=wrong-import-position
 from world.accounts import ADA, JOE  # noqa: E402 # pylint: disable=wrong-import-position
 from world.service import BERLIN  # noqa: E402 # pylint: disable=wrong-import-position
@@ -30,14 +34,7 @@ from world.world import World  # noqa: E402 # pylint: disable=wrong-import-posit
 
 STALL = 0.05
 SHARE_OVER = 10
-# The child processes that the main thread waits for. Another thread waits for the start of OpenVPN.
-STEPS = {
-    "networksetup -getdnsservers": "check of the name servers",
-    "networksetup -setdnsservers": "setting of the name servers",
-    "/test_credentials.sh": "test of the administrator",
-    "/extractip.sh": "extractip",
-    "killall -9 openvpn": "end of OpenVPN",
-}
+LONGEST_LIST = 16 * 1024 * 1024
 
 
 @contextlib.contextmanager
@@ -78,69 +75,75 @@ class Phases:
         return [name for begun, name in self._begun if begun <= moment][-1]
 
 
-def session(world, client, phases):
-    """Start, hide, hidden, another address, stop, quit.
+def longest_list():
+    """The longest server list that the client accepts, of the shortest lines."""
+    line = b"Server:,,,,|<br />"
+    start = f"STATUS: 1<br />ClientIP: {network.REAL_ADDRESS}<br />".encode("ascii")
+    return start + line * ((LONGEST_LIST - len(start)) // len(line))
 
-    Returns the probe's figures and the child processes.
+
+def change(world, client, count):
+    client.press(ui.button("Change IP"))
+    world.home.wait_for(lambda: len(world.service.requests_of("VPNC")) == count, f"request {count}")
+    client.wait_hidden()
+
+
+def session(world, client, phases):
+    """Start, a wrong password, hide, hidden, another address, one that cannot be read, stop, a list of 16 MiB,
+    quit. Returns the probe's figures.
     """
     phases.begin("start")
     started = client.start()["at"]
-    children = Children(process_of(world))
-    children.start()
     client.request("probe_begin", key="first")
-    client.wait_ready()
-    client.wait_output("getSystemDns", "the name servers are checked", count=2)
-    rest(1)
-    phases.begin("hide")
-    client.hide()
+    phases.begin("wrong password")
+    client.enter_administrator(ADA.name, "not " + ADA.password)
+    client.wait_alert()
+    client.dismiss_alert()
+    phases.begin("right password, then hide")
+    client.enter_administrator(ADA.name, ADA.password)
+    client.wait_dialog_closed()
     client.wait_hidden()
     phases.begin("hidden")
     rest(3)
-    phases.begin("change of IP")
-    client.press(ui.button("Change IP"))
-    world.home.wait_for(lambda: len(world.service.requests_of("VPNC")) == 2, "the second request")
-    client.wait_hidden()
+    phases.begin("another address")
+    change(world, client, 2)
+    with network.swallowing("ip saddr 10.0.0.0/8 tcp dport 443"):
+        phases.begin("an address that cannot be read")
+        change(world, client, 3)
     phases.begin("stop")
     client.stop()
     client.wait_no_openvpn()
     phases.begin("not hidden")
     rest(1)
+    phases.begin("a server list of 16 MiB")
+    with HostileApi(world, {"MRTSL": page(longest_list())}) as api:
+        TrayIcon(client).choose("Refresh Locations")
+        world.home.wait_for(lambda: api.requests_of("MRTSL"), "the list is requested")
+        client.wait_output("lines beyond the first", "the list was read")
+        rest(1)
     phases.begin("quit")
     client.terminate()
-    children.stop()
     noted = client.request("probe_end")
-    return {**noted, "first": noted["first"] - started}, children.ended
-
-
-def steps_during(begin, end, children):
-    """(names, seconds) of the blocking steps between two moments. They never overlap each other."""
-    names, seconds = [], 0
-    for child in children:
-        common = min(end, child["end"]) - max(begin, child["begin"])
-        name = next((name for part, name in STEPS.items() if part in child["name"]), None)
-        if name is not None and common > 0:
-            names.append(name)
-            seconds += common
-    return names, seconds
+    return {**noted, "first": noted["first"] - started}
 
 
 def bench_loop():
     phases = Phases()
     with made() as (world, client):
-        noted, children = session(world, client, phases)
-    found = {"answered": noted["answered"], "first": noted["first"], "inside": [], "outside": []}
-    for begin, end in noted["slow"]:
-        names, seconds = steps_during(begin, end, children)
-        if end - begin > STALL:
-            # Without the steps, the rest of the time must be short as well.
-            where = "inside" if end - begin - seconds <= STALL else "outside"
-            found[where].append({"seconds": end - begin, "phase": phases.current(begin), "steps": names})
-    ran = {name for child in children for name in steps_during(child["begin"], child["end"], [child])[0]}
-    if not {"check of the name servers", "test of the administrator", "extractip", "end of OpenVPN"} <= ran:
-        raise RuntimeError(
-            f"not all blocking steps were seen: {ran} of {[child['name'] for child in children]}"
-        )
-    return found
+        client.seed_preferences(location=BERLIN.title)
+        TrayIcon(client).appear()
+        noted = session(world, client, phases)
+    longest = max((end - begin for begin, end in noted["slow"]), default=0)
+    return {
+        "answered": noted["answered"],
+        "first": noted["first"],
+        "longest": longest,
+        "stalls": [
+            {"seconds": end - begin, "phase": phases.current(begin)}
+            for begin, end in noted["slow"]
+            if end - begin > STALL
+        ],
+    }
 
 
 # --- the animated tray icon ----------------------------------------------------------------------------
@@ -163,7 +166,9 @@ def bench_tray():
         still = tray.wait_item()["icon"]
         pid = process_of(world)
         rest(2)
+        before = wake_ups(pid)
         found = {"icon at rest": share(pid)}
+        found["wake-ups"] = wake_ups(pid) - before
         if tray.item()["icon"] != still:
             raise RuntimeError("the icon changed at rest")
         network.swallow(f"ip daddr {network.SERVICE_ADDRESS} tcp dport 443")
