@@ -161,6 +161,8 @@ void HideIpSession::enter(Phase phase) {
         [[fallthrough]];
     case Phase::Unusable:
     case Phase::Connecting:
+        // The tunnel of an earlier attempt may have been shown while this one fetched its configuration.
+        m_facts.controls = m_facts.controls && m_facts.look != Look::Hidden;
         m_facts.look = Look::Searching;
         break;
     case Phase::Waiting:
@@ -260,15 +262,13 @@ Task<> HideIpSession::beginAttempt() {
         co_return;
     }
     enter(Phase::Fetching);
+    m_parts.animation.start();
     if (Preferences::boolean(Preference::UseSameIp)) {
         m_facts.settingsEnabled = true;
         publish();
         post(&HideIpSession::reuseConfiguration, attempt);
     } else {
         co_await pickAndFetch();
-    }
-    if (current(attempt)) { // else it has failed already
-        m_parts.animation.start();
     }
 }
 
@@ -318,6 +318,7 @@ Task<> HideIpSession::reuseConfiguration(quint64 attempt) {
 Task<> HideIpSession::startTunnel() {
     Diagnostics::log(QStringLiteral("startVpn with button started"));
     enter(Phase::Connecting);
+    m_parts.animation.start(); // it ended if an earlier tunnel has been shown meanwhile
     bool threw = false;
     m_facts.tunnelRuns = true;
     ++m_tunnelStarts;

@@ -181,7 +181,7 @@ private:
     // Answers of the service (HideIpSessionAnswers.cpp).
     /// The address that the service saw may be a lent one if a tunnel was in use since the request.
     [[nodiscard]] Task<> answered(QrvApiRequest answer, bool mayBeLent);
-    [[nodiscard]] Task<> firstAnswer(const QrvApiRequest &answer);
+    [[nodiscard]] Task<> firstAnswer(const QrvApiRequest &answer, bool mayBeLent);
     [[nodiscard]] Task<> laterAnswer(const QrvApiRequest &answer, bool mayBeLent);
     [[nodiscard]] Task<> requestFailed();
     void takeAddress(const QString &address);

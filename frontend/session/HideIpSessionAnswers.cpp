@@ -68,31 +68,40 @@ Task<> HideIpSession::answered(QrvApiRequest answer, bool mayBeLent) {
     if (m_facts.answered) {
         co_await laterAnswer(answer, mayBeLent);
     } else {
-        co_await firstAnswer(answer);
+        co_await firstAnswer(answer, mayBeLent);
     }
     Preferences::synchronize();
 }
 
-Task<> HideIpSession::firstAnswer(const QrvApiRequest &answer) {
+Task<> HideIpSession::firstAnswer(const QrvApiRequest &answer, bool mayBeLent) {
     if (answer.clientIP.isEmpty()) {
         SessionState::shared().currentIp = QStringLiteral("0.0.0.0");
         co_await reportNoAddress();
     }
-    takeAddress(answer.clientIP.isEmpty() ? QStringLiteral("0.0.0.0") : answer.clientIP);
-    if (answer.status == 0) {
+    // An attempt may have begun by a hot key, before the answer or while its alert was open.
+    const bool inUse = mayBeLent || isTunnelInUse(m_facts);
+    if (inUse) {
+        m_facts.realAddress = QStringLiteral("0.0.0.0"); // the service may have seen a lent one
+    } else {
+        takeAddress(answer.clientIP.isEmpty() ? QStringLiteral("0.0.0.0") : answer.clientIP);
+    }
+    if (answer.status == 0 && !inUse) {
         co_await continueWork(false);
     }
     if (answer.kind == QrvApiRequest::Auth) {
         m_parts.chooser.fillCountries(answer.servers);
         m_parts.chooser.checkPopupCountry();
-        stopAnimation();
-    }
-    if (isExpected(answer.kind)) {
-        co_await authPassed();
-    } else {
-        m_parts.window.terminateApplication();
     }
     m_facts.answered = true;
+    if (!isExpected(answer.kind)) {
+        m_parts.window.terminateApplication();
+        co_return;
+    }
+    if (inUse) {
+        co_return;
+    }
+    stopAnimation();
+    co_await authPassed();
     m_facts.controls = true;
     if (m_facts.phase == Phase::Starting) {
         enter(Phase::NotHidden);
@@ -104,13 +113,15 @@ Task<> HideIpSession::laterAnswer(const QrvApiRequest &answer, bool mayBeLent) {
         m_parts.window.terminateApplication();
         co_return;
     }
-    if (mayBeLent || isTunnelInUse(m_facts)) {
+    const bool hasAddress = answer.hasClientIP && !answer.clientIP.isEmpty();
+    if (!hasAddress && !mayBeLent && !isTunnelInUse(m_facts)) {
+        co_await reportNoAddress(); // the known address stays
+    }
+    if (mayBeLent || isTunnelInUse(m_facts)) { // also if an attempt began while the alert was open
         m_parts.chooser.renew(answer.servers);
         co_return;
     }
-    if (!answer.hasClientIP || answer.clientIP.isEmpty()) {
-        co_await reportNoAddress(); // the known address stays
-    } else {
+    if (hasAddress) {
         takeAddress(answer.clientIP);
     }
     m_parts.chooser.renew(answer.servers);

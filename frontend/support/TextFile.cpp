@@ -4,12 +4,14 @@
 
 #include <QFile>
 #include <QStringDecoder>
+#include <algorithm>
 
 namespace quorvane {
 
 namespace {
 
 constexpr qint64 maximumFileSize = 16LL * 1024 * 1024;
+constexpr qint64 shortestPiece = 4096;
 
 } // namespace
 
@@ -18,8 +20,15 @@ QByteArray TextFile::readBytes(const QString &path) {
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         return {};
     }
-    const QByteArray bytes = file.read(maximumFileSize + 1);
-    return bytes.isEmpty() || bytes.size() > maximumFileSize ? QByteArray() : bytes;
+    // Most files are short and read often. One that grows meanwhile, or has no size, is read to its end.
+    QByteArray bytes;
+    QByteArray piece;
+    do {
+        const qint64 expected = std::max(file.size() - bytes.size(), shortestPiece) + 1;
+        piece = file.read(std::min(expected, maximumFileSize + 1 - bytes.size()));
+        bytes += piece;
+    } while (!piece.isEmpty() && bytes.size() <= maximumFileSize);
+    return bytes.size() > maximumFileSize ? QByteArray() : bytes;
 }
 
 QString TextFile::read(const QString &path, qint64 begin) {

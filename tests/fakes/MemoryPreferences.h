@@ -2,6 +2,7 @@
 
 #include "platform/PreferencesStore.h"
 
+#include <functional>
 #include <mutex>
 
 namespace quorvane::fakes {
@@ -15,6 +16,9 @@ public:
     }
 
     void setValues(const QVariantMap &values) override {
+        if (m_changeHook) {
+            m_changeHook(values);
+        }
         const std::lock_guard lock(m_mutex);
         ++m_changeCount;
         for (auto entry = values.begin(); entry != values.end(); ++entry) {
@@ -31,6 +35,9 @@ public:
         ++m_synchronizeCount;
         return m_synchronizeSucceeds;
     }
+
+    /// Called with every change, before it is made.
+    void setChangeHook(std::function<void(const QVariantMap &)> hook) { m_changeHook = std::move(hook); }
 
     [[nodiscard]] QString filePath() const override {
         const std::lock_guard lock(m_mutex);
@@ -64,6 +71,7 @@ public:
     }
 
 private:
+    std::function<void(const QVariantMap &)> m_changeHook;
     mutable std::mutex m_mutex;
     QVariantMap m_table;
     QString m_path;

@@ -12,7 +12,7 @@ struct Entry {
     int weight; ///< how often it is drawn, compared with the others
 };
 
-constexpr std::array<Entry, 29> entries{{{"press", 60},
+constexpr std::array<Entry, 34> entries{{{"press", 60},
                                          {"hot-key-hide", 20},
                                          {"hot-key-change", 25},
                                          {"hot-key-stop", 20},
@@ -24,6 +24,10 @@ constexpr std::array<Entry, 29> entries{{{"press", 60},
                                          {"change-every", 10},
                                          {"same-ip", 6},
                                          {"apply", 6},
+                                         {"interval", 6},
+                                         {"protocol", 3},
+                                         {"stored-configuration", 4},
+                                         {"stored-pair", 6},
                                          {"refresh", 25},
                                          {"answer", 60},
                                          {"fail-answer", 10},
@@ -37,6 +41,7 @@ constexpr std::array<Entry, 29> entries{{{"press", 60},
                                          {"network", 12},
                                          {"close", 50},
                                          {"clock", 120},
+                                         {"sleep", 8},
                                          {"start-vpn", 8},
                                          {"check-pair", 5},
                                          {"update-list", 6},
@@ -79,7 +84,10 @@ Steps drawn(std::mt19937_64 &random, int count) {
     }
     std::discrete_distribution<int> kinds(weights.begin(), weights.end());
     std::uniform_int_distribution<unsigned> arguments(0, 15);
-    Steps steps{{Kind::Network, 1}, {Kind::Answer, arguments(random) % 3}};
+    Steps steps{{Kind::Stored, arguments(random)}, {Kind::Network, 1}};
+    if (arguments(random) > 3) { // else what follows begins before the first answer
+        steps.append({Kind::Answer, arguments(random) % 3});
+    }
     while (steps.size() < count - 1) {
         steps.append({static_cast<Kind>(kinds(random)), arguments(random)});
     }

@@ -21,6 +21,10 @@ enum class Kind {
     ChangeEvery, ///< on when the argument is odd
     SameIp,      ///< on when the argument is odd
     Apply,       ///< the settings were applied
+    Interval,    ///< the user enters the argument as the interval
+    Protocol,    ///< UDP when the argument is odd
+    Stored,      ///< the files contain a configuration when the argument is odd, as after an earlier run
+    StoredPair,  ///< the user stores the administrator's pair, or removes it
     Refresh,     ///< the tray's refresh item
     Answer,      ///< the oldest open request is answered; the argument says how
     FailAnswer,  ///< the oldest open request fails
@@ -34,6 +38,7 @@ enum class Kind {
     Network,     ///< there is a network when the argument is odd
     Close,       ///< the user closes the modal window
     Clock,       ///< time passes; the argument says how much
+    Sleep,       ///< the machine sleeps and wakes; OpenVPN is gone when the argument is odd
     StartVpn,    ///< the notification
     CheckPair,   ///< the notification
     UpdateList,  ///< the notification

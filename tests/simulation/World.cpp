@@ -35,7 +35,9 @@ constexpr std::array<const char *, 8> logContents{"",
                                                   "\xff\xfe\nInitialization Sequence Completed\n",
                                                   "a\nb\nInitialization Sequence Completed\n"};
 
-constexpr std::array<double, 8> intervals{0.1, 1.0, 2.0, 2.0, 5.0, 5.0, 60.0, 3600.0};
+/// Seconds. The long ones are rare, because the log is read every two seconds.
+constexpr std::array<double, 16> intervals{0.1, 0.1, 1.0, 1.0, 2.0,  2.0,  2.0,  2.0,
+                                           5.0, 5.0, 5.0, 5.0, 20.0, 60.0, 60.0, 3600.0};
 
 bool isOn(unsigned argument) {
     return argument % 2 == 1;
@@ -45,7 +47,8 @@ bool isOn(unsigned argument) {
 
 World::World()
     : m_session({m_events, m_api, m_vpn, m_fetch, m_chooser, m_rotation, *this, *this, *this,
-                 [](const QString &) {
+                 [this](const QString &) {
+                     m_reference.addressRead();
                      return lentAddress;
                  }}),
       m_logPath(m_services.home() + text("/Documents/Quorvane/openvpn.log")) {
@@ -66,11 +69,17 @@ World::World()
     m_services.platform().notifications->addObserver(Notifications::showIp, &m_session,
                                                      [this](const QVariant &) { m_session.showIp(); });
     QObject::connect(&m_fetch, &ConfigurationFetch::prepared, &m_session, [this] { ++m_requests; });
+    m_services.preferences().setChangeHook([this](const QVariantMap &values) {
+        if (values.contains(text("quorvane"))) {
+            m_reference.resetStored();
+        }
+    });
     showProcesses();
     m_api.initWithDelegate(&m_session);
     m_chooser.connectTo(&m_api, &m_session);
     m_session.setDiscarded(m_discarded);
     m_session.begin([] {});
+    m_begun = true;
 }
 
 World::~World() {
@@ -81,7 +90,20 @@ World::~World() {
     SessionState::shared() = {};
 }
 
+void World::start() {
+    m_animating = true;
+    if (m_begun) { // else it is the start of the program
+        m_reference.attemptBegan();
+    }
+}
+
+void World::stop() {
+    m_animating = false;
+    m_reference.animationEnded();
+}
+
 void World::openAdministratorDialog(const std::function<void()> &closed) {
+    m_reference.dialogRequested();
     ModalTurn::shared().request([this, closed](const std::function<void()> &ended) {
         m_open.append([closed, ended] {
             closed();
@@ -102,6 +124,7 @@ void World::critical(const Alert & /*alert*/, const std::function<void()> &close
 }
 
 void World::criticalLater(const Alert &alert) {
+    m_reference.gaveUp();
     QMetaObject::invokeMethod(
         &m_session, [this, alert] { critical(alert); }, Qt::QueuedConnection);
 }
@@ -154,6 +177,7 @@ void World::answer(unsigned sort) {
         "STATUS: 0" + known + fewPlaces,     QByteArray("STATUS: 0<br />ClientIP: ") + places,
         QByteArray("STATUS: 1") + fewPlaces, QByteArray(),
         QByteArray("\xff\xfe no text"),      "STATUS: 0" + known};
+    m_reference.answerArrived();
     static_cast<void>(m_services.urls().finishNext(answers.at(sort % answers.size())));
 }
 
@@ -171,6 +195,37 @@ std::size_t World::pieceOf(unsigned argument) const {
 
 void World::passTime(unsigned argument) {
     m_services.delayedCalls().advance(intervals.at(argument % intervals.size()));
+}
+
+/// What a sleep of the machine looks like afterwards: the network went and came back, and OpenVPN may have
+/// ended. No timer ran meanwhile.
+void World::sleep(unsigned argument) {
+    m_services.platform().notifications->post(Notifications::inetStatus, 0);
+    if (isOn(argument)) {
+        m_running = 0;
+        showProcesses();
+    }
+    m_services.platform().notifications->post(Notifications::inetStatus, 1);
+}
+
+void World::storeConfiguration(bool exists) {
+    const QString path = m_services.home() + text("/Documents/Quorvane/qrvp.ovpn");
+    QFile file(path);
+    if (!exists) {
+        file.remove();
+    } else if (file.open(QIODevice::WriteOnly)) {
+        file.write("client\n");
+        m_services.preferences().setValue(text("vpnConfigPath"), path);
+    }
+}
+
+void World::changeStoredPair(unsigned argument) {
+    QrvCredentials &stored = QrvCredentials::sharedInstance();
+    if (argument % 4 == 3) {
+        stored.saveUserName(QString(), QString());
+    } else {
+        stored.saveUserName(text("ada"), text("pw"));
+    }
 }
 
 void World::quit() {
@@ -205,6 +260,10 @@ bool World::isOffered(Kind kind) const {
     case Kind::ChangeEvery:
     case Kind::SameIp:
     case Kind::Apply:
+    case Kind::Interval:
+    case Kind::Protocol:
+    case Kind::Stored:
+    case Kind::StoredPair:
         return m_open.isEmpty();
     default:
         return true;
@@ -250,6 +309,18 @@ void World::doUserStep(const Step &step) {
         break;
     case Kind::Apply:
         m_session.settingsDidChange();
+        break;
+    case Kind::Interval:
+        m_session.intervalEntered(static_cast<int>(step.argument));
+        break;
+    case Kind::Protocol:
+        m_services.preferences().setValue(text("tcpUdp"), on ? 1 : 0);
+        break;
+    case Kind::Stored:
+        storeConfiguration(on);
+        break;
+    case Kind::StoredPair:
+        changeStoredPair(step.argument);
         break;
     case Kind::Refresh:
         m_session.refreshLocationsPressed();
@@ -301,6 +372,9 @@ void World::doStep(const Step &step) {
     case Kind::Clock:
         passTime(step.argument);
         break;
+    case Kind::Sleep:
+        sleep(step.argument);
+        break;
     case Kind::StartVpn:
         m_services.platform().notifications->post(Notifications::startVpn);
         break;
@@ -341,7 +415,7 @@ QString World::described() const {
         .arg(m_open.size());
 }
 
-QString World::wrong() const {
+QString World::wrong() {
     const SessionFacts &facts = m_session.facts();
     if (m_session.display() != displayOf(facts)) {
         return text("the display is not that of the facts");
@@ -377,8 +451,17 @@ QString World::wrong() const {
 }
 
 /// While no event is handled or waits.
-QString World::wrongAtRest() const {
+QString World::wrongAtRest() {
     const SessionFacts &facts = m_session.facts();
+    if (m_open.isEmpty()) {
+        m_reference.allHandled();
+    }
+    if (const QString difference = m_reference.differenceFrom(m_session.display()); !difference.isNull()) {
+        return difference;
+    }
+    if (SessionState::shared().hidden != m_reference.isHidden()) {
+        return text("the hidden flag is another one than by the table of states");
+    }
     const bool failureIsDue = !m_services.delayedCalls().delaysFor(&m_session).empty();
     const bool workIsDue = m_services.background().pending() > 0;
     switch (facts.phase) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Reference.h"
 #include "Steps.h"
 #include "fakes/TestPlatform.h"
 #include "frontend/api/ConfigurationFetch.h"
@@ -55,9 +56,8 @@ private:
     void critical(const Alert &alert, const std::function<void()> &closed) override;
     void criticalLater(const Alert &alert) override;
 
-    void start() override { m_animating = true; }
-
-    void stop() override { m_animating = false; }
+    void start() override;
+    void stop() override;
 
     void resetFrames() override {}
 
@@ -65,18 +65,22 @@ private:
     void showProcesses();
     void writeLog(unsigned content);
     void answer(unsigned sort);
+    void sleep(unsigned argument);
+    void storeConfiguration(bool exists);
+    void changeStoredPair(unsigned argument);
     void closeModal();
     void doStep(const Step &step);
     void doUserStep(const Step &step);
     [[nodiscard]] bool isOffered(Kind kind) const;
     void passTime(unsigned argument);
     void quit();
-    [[nodiscard]] QString wrong() const;
-    [[nodiscard]] QString wrongAtRest() const;
+    [[nodiscard]] QString wrong();
+    [[nodiscard]] QString wrongAtRest();
     [[nodiscard]] QString wrongAfterEnd() const;
     [[nodiscard]] std::size_t pieceOf(unsigned argument) const;
 
     fakes::TestPlatform m_services;
+    Reference m_reference;
     Discarded m_discarded;
     LocationList m_list;
     LocationChooser m_chooser{m_list};
@@ -102,6 +106,7 @@ private:
     bool m_reuses = false; ///< a configuration may have been used again
     bool m_killRefused = false;
     QList<std::function<void()>> m_open; ///< modal windows; the last is in front
+    bool m_begun = false;
     bool m_animating = false;
     bool m_terminated = false;
     bool m_ended = false;

@@ -108,7 +108,7 @@ int main(int argc, char *argv[]) {
     options.addHelpOption();
     options.addOptions(
         {{QStringLiteral("events"), QStringLiteral("At most this many."), QStringLiteral("N"),
-          QStringLiteral("1000000")},
+          QStringLiteral("2000000")},
          {QStringLiteral("seconds"), QStringLiteral("At most this long."), QStringLiteral("S"),
           QStringLiteral("60")},
          {QStringLiteral("seed"), QStringLiteral("Repeat that run."), QStringLiteral("SEED")},

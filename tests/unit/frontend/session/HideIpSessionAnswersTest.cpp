@@ -200,6 +200,35 @@ TEST_F(HideIpSessionTest, ChosenPlaceStaysChosenByTitleAndFirstAddress) {
     EXPECT_EQ(m_list.currentRow(), 0);
 }
 
+TEST_F(HideIpSessionTest, FirstAnswerDuringAnAttemptLeavesTheAttempt) {
+    choose("Germany Berlin");
+    hotKey(&HideIpSession::getNewIP);
+    ASSERT_EQ(phase(), Phase::Fetching);
+    answer(QByteArray("STATUS: 0<br />ClientIP: 203.0.113.7") + places);
+    EXPECT_EQ(phase(), Phase::Fetching);
+    EXPECT_EQ(m_session.originalIP(), text("0.0.0.0"));
+    EXPECT_EQ(m_list.count(), 4);
+    EXPECT_TRUE(m_windows.animating);
+    EXPECT_FALSE(shown().hideButton.enabled);
+    EXPECT_FALSE(shown().spinning);
+}
+
+TEST_F(HideIpSessionTest, AttemptThatBeganWhileTheAlertOfAnAnswerWasOpenGoesOn) {
+    firstAnswer();
+    m_windows.keepsOpen = true;
+    answer(QByteArray("STATUS: 0<br />ClientIP: ") + places);
+    ASSERT_EQ(m_windows.open.size(), 1);
+    choose("Germany Berlin");
+    hotKey(&HideIpSession::quorvane);
+    ASSERT_EQ(phase(), Phase::Fetching);
+    m_windows.close();
+    settle();
+    EXPECT_EQ(phase(), Phase::Fetching);
+    EXPECT_TRUE(m_windows.animating);
+    EXPECT_FALSE(shown().hideButton.enabled);
+    EXPECT_EQ(m_list.count(), 4);
+}
+
 TEST_F(HideIpSessionTest, AlertOfAnAnswerLetsOtherEventsPass) {
     m_windows.keepsOpen = true;
     answer("STATUS: 1<br />LOCATIONS: DE;BER;Berlin;0");

@@ -240,9 +240,12 @@ TEST_F(HideIpSessionTest, TunnelThatIsUpIsShownUntilALaterAttemptStartsItsOwn) {
     EXPECT_EQ(phase(), Phase::Fetching);
     comeUp();
     EXPECT_EQ(phase(), Phase::Hidden);
+    EXPECT_FALSE(m_windows.animating);
     finishFetch();
     EXPECT_EQ(phase(), Phase::Connecting);
     EXPECT_EQ(shown().line1.text, searchingText);
+    EXPECT_FALSE(shown().hideButton.enabled);
+    EXPECT_TRUE(m_windows.animating);
 }
 
 TEST_F(HideIpSessionTest, TunnelThatWasEndedIsNotShown) {

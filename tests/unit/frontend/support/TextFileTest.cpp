@@ -53,6 +53,10 @@ TEST_F(TextFileTest, MissingEmptyOrBinaryFilesHoldNoText) {
     }
 }
 
+TEST_F(TextFileTest, FileWithoutASizeIsReadToItsEnd) {
+    EXPECT_TRUE(TextFile::readBytes(QStringLiteral("/proc/self/status")).contains("VmHWM"));
+}
+
 TEST_F(TextFileTest, TextIsReadAsItIs) {
     write("a\r\n\xC3\xBC\n");
     EXPECT_EQ(TextFile::read(m_path), QString::fromUtf8("a\r\n\xC3\xBC\n"));
