@@ -167,8 +167,9 @@ class Ends:
         """Ends the attempt, or begins one first, at a random moment."""
         if self.begun is None:
             self.press()
-        # Every other moment is within or about the time that a start takes, where an end can miss a process.
-        moment = self.random.uniform(0, self.random.choice((LATEST, 2 * self.first_start)))
+        # Two of three moments are about the launch, where an end can miss a process.
+        begin, end = self.random.choice(((0, LATEST), *2 * [(0.3 * self.first_start, 1.1 * self.first_start)]))
+        moment = self.random.uniform(begin, end)
         time.sleep(max(0, self.begun + moment - time.monotonic()))  # the moment is what the test is about
         self.done.append(f"{kind} after {moment:.2f} s")
         if kind in BEGIN_ANEW:
