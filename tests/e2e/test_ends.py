@@ -168,7 +168,9 @@ class Ends:
         if self.begun is None:
             self.press()
         # Two of three moments are about the launch, where an end can miss a process.
-        begin, end = self.random.choice(((0, LATEST), *2 * [(0.3 * self.first_start, 1.1 * self.first_start)]))
+        begin, end = self.random.choice(
+            ((0, LATEST), *2 * [(0.3 * self.first_start, 1.1 * self.first_start)])
+        )
         moment = self.random.uniform(begin, end)
         time.sleep(max(0, self.begun + moment - time.monotonic()))  # the moment is what the test is about
         self.done.append(f"{kind} after {moment:.2f} s")
