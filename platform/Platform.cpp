@@ -13,6 +13,7 @@
 #include "ScriptingService.h"
 #include "SystemLog.h"
 #include "TrayHosts.h"
+#include "TunnelWatch.h"
 #include "UrlLoader.h"
 #include "UserDefaultsController.h"
 #include "Workspace.h"

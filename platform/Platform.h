@@ -22,6 +22,7 @@ class ProcessTable;
 class ScriptingService;
 class SystemLog;
 class TrayHosts;
+class TunnelWatch;
 class UrlLoader;
 class UserDefaultsController;
 class Workspace;
@@ -58,6 +59,7 @@ struct Platform {
     std::unique_ptr<HotKeyService> hotKeys;
     std::unique_ptr<ProcessTable> processes;
     std::unique_ptr<TrayHosts> trayHosts;
+    std::unique_ptr<TunnelWatch> tunnelWatch;
     std::unique_ptr<UrlLoader> urls;
     std::unique_ptr<Workspace> workspace;
     /// The last member, because its work uses the others: it is destroyed first, when all work has ended.

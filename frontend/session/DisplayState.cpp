@@ -13,14 +13,14 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(quorvane::DisplayState)
 
 public:
-    static QString status(const SessionFacts &facts) {
-        switch (facts.look) {
+    static QString status(Look look, const QString &realAddress) {
+        switch (look) {
         case Look::NotHidden:
             return tr("WARNING! YOU ARE CURRENTLY NOT HIDING YOUR REAL IP!");
         case Look::Searching:
             return tr("Searching for an available IP...");
         case Look::Hidden:
-            return tr("You are currently hiding your real IP %1").arg(facts.realAddress);
+            return tr("You are currently hiding your real IP %1").arg(realAddress);
         }
         return {};
     }
@@ -34,6 +34,8 @@ public:
     }
 
     static QString stopTitle() { return tr("Stop Hiding IP"); }
+
+    static QString addressNotice() { return tr("No answer through the tunnel yet"); }
 
     static QString refreshHint() { return tr("Locations can be refreshed while your IP is not hidden."); }
 };
@@ -60,6 +62,11 @@ QString stateImage(Look look) {
         return QStringLiteral("applock");
     }
     return {};
+}
+
+/// A tunnel that was lost hides nothing, even before that has been handled.
+Look trueLook(const SessionFacts &facts) {
+    return facts.lost && facts.look == Look::Hidden ? Look::NotHidden : facts.look;
 }
 
 /// The attempt waits for an action of the user, who can stop it.
@@ -105,20 +112,25 @@ bool isTunnelInUse(const SessionFacts &facts) {
 }
 
 DisplayState displayOf(const SessionFacts &facts) {
-    const bool isHidden = facts.look == Look::Hidden;
+    const Look look = trueLook(facts);
+    const bool isHidden = look == Look::Hidden;
+    const bool isLost = look != facts.look;
     const bool pressable = isPressable(facts);
     DisplayState state;
-    state.look = facts.look;
-    state.line1 = {Texts::status(facts), toneOf(facts.look), true};
+    state.look = look;
+    state.line1 = {Texts::status(look, facts.realAddress), toneOf(look), true};
     state.line21.visible = isHidden;
     state.line22 = {LocationList::shownTitle(facts.location), Tone::Plain, isHidden};
     if (waitsForUser(facts.phase)) {
         state.line3 = {Texts::notice(facts.phase), Tone::Quiet, true};
     }
-    state.currentIp = facts.shownAddress;
-    state.flagImage = facts.flag;
+    if (isHidden && facts.addressMissing) {
+        state.addressNotice = {Texts::addressNotice(), Tone::Quiet, true};
+    }
+    state.currentIp = isLost ? facts.realAddress : facts.shownAddress;
+    state.flagImage = isLost ? QString() : facts.flag;
     state.flagVisible = isHidden;
-    state.stateImage = stateImage(facts.look);
+    state.stateImage = stateImage(look);
     const QString still = isHidden ? QStringLiteral("TrayLock") : QStringLiteral("Tray");
     state.trayImage = facts.frame.isNull() ? still : facts.frame;
     state.spinning = !facts.answered;

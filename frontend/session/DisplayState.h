@@ -37,8 +37,9 @@ struct DisplayState {
 
     Look look = Look::NotHidden; ///< for texts about the whole state: tooltip, accessible name
     Line line1, line21, line22, line3, line4;
-    QString currentIp; ///< exactly as shown, a trailing line feed included
-    QString flagImage; ///< name of the flag's image; null when cleared
+    Line addressNotice; ///< over the address
+    QString currentIp;  ///< exactly as shown, a trailing line feed included
+    QString flagImage;  ///< name of the flag's image; null when cleared
     bool flagVisible = false;
     QString stateImage;
     QString trayImage;

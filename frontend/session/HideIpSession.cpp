@@ -46,6 +46,7 @@ HideIpSession::HideIpSession(const SessionParts &parts, QObject *parent)
 
 HideIpSession::~HideIpSession() {
     cancelChangeTimer();
+    stopWatching();
     platform::Platform::current().delayedCalls->cancelAll(&m_resetTimer);
     m_parts.vpn.setDelegate(nullptr);
 }
@@ -147,6 +148,7 @@ void HideIpSession::enter(Phase phase) {
     switch (phase) {
     case Phase::Starting:
     case Phase::NotHidden:
+        m_facts.lost = false;
         m_facts.look = Look::NotHidden;
         m_facts.controls = phase == Phase::NotHidden;
         m_facts.settingsEnabled = true;
@@ -157,6 +159,7 @@ void HideIpSession::enter(Phase phase) {
     case Phase::Ended:
         break;
     case Phase::Fetching:
+        m_facts.lost = false;
         m_facts.controls = false;
         [[fallthrough]];
     case Phase::Unusable:
@@ -199,6 +202,7 @@ Task<> HideIpSession::administratorDialog() {
 
 Task<> HideIpSession::press(bool on) {
     m_failures = 0;
+    m_reconnects = false;
     m_parts.vpn.forgetRefusal();
     m_facts.switchedOn = on;
     publish();
@@ -256,6 +260,9 @@ Task<> HideIpSession::beginAttempt() {
     const quint64 attempt = ++m_attempt;
     enter(Phase::Checking);
     if (!co_await pairIsValid()) {
+        if (m_facts.look == Look::Hidden && !m_facts.tunnelRuns) {
+            co_await reset(); // its tunnel was ended for this attempt
+        }
         // Not resumed after the dialog, which starts a new attempt itself.
         enter(Phase::Dropped);
         co_await administratorDialog();
@@ -320,6 +327,8 @@ Task<> HideIpSession::startTunnel() {
     enter(Phase::Connecting);
     m_parts.animation.start(); // it ended if an earlier tunnel has been shown meanwhile
     bool threw = false;
+    stopWatching(); // of an earlier tunnel
+    m_facts.lost = false;
     m_facts.tunnelRuns = true;
     ++m_tunnelStarts;
     try {
@@ -340,47 +349,6 @@ Task<> HideIpSession::startTunnel() {
     }
 }
 
-Task<> HideIpSession::tunnelIsUp() {
-    // Also when another attempt has begun: the tunnel that is up counts until that one starts its own.
-    if (!m_facts.tunnelRuns) {
-        co_return;
-    }
-    noteOutcome(QStringLiteral("success"));
-    auto address = m_parts.events.background(
-        [lentAddress = m_parts.lentAddress, path = Preferences::text(Preference::VpnConfigPath)] {
-            return lentAddress(path);
-        });
-    const QString lentIp = co_await address;
-    showLentAddress(lentIp);
-    shared().hidden = true;
-    enter(Phase::Hidden);
-    if (Preferences::boolean(Preference::ChangeIpEvery)) {
-        settingsDidChange();
-    }
-    stopAnimation();
-    m_failures = 0;
-}
-
-void HideIpSession::showLentAddress(const QString &lentIp) {
-    QString lookedUp = lentIp;
-    lookedUp.remove(u'\n');
-    const LocationChoice::Entry &last = m_parts.rotation.lastItem();
-    const ServerModel &model = m_parts.api.model();
-    QString code = last.data ? last.data->countryCode : QString();
-    if (code.isNull()) {
-        code = model.getCodeByIP(lookedUp);
-    }
-    shared().currentCountryCode = code.toLower();
-    m_facts.flag = m_parts.window.hasImage(shared().currentCountryCode) ? shared().currentCountryCode
-                                                                        : QStringLiteral("xx");
-    shared().currentLocation = last.title.isNull() ? model.getLocationByIP(lookedUp) : last.title;
-    if (!shared().currentLocation.isEmpty()) {
-        m_facts.location = shared().currentLocation;
-    }
-    shared().currentIp = lentIp;
-    m_facts.shownAddress = lentIp;
-}
-
 void HideIpSession::noteOutcome(const QString &what) const {
     const LocationList &list = m_parts.chooser.list();
     SessionLog::append(QStringLiteral("connection ") + what + QChar(u' ') + list.title(list.currentRow()) +
@@ -391,7 +359,7 @@ Task<> HideIpSession::attemptFailed() {
     noteOutcome(QStringLiteral("error"));
     Diagnostics::log(QStringLiteral("rndLocationCounter= %1").arg(m_failures));
     const LocationList &list = m_parts.chooser.list();
-    const bool mayRetry = list.title(list.currentRow()) == LocationChoice::randomTitle() ||
+    const bool mayRetry = m_reconnects || list.title(list.currentRow()) == LocationChoice::randomTitle() ||
                           Preferences::boolean(Preference::ChangeIpEvery);
     if (m_failures < retries && mayRetry) {
         ++m_failures;
@@ -400,6 +368,7 @@ Task<> HideIpSession::attemptFailed() {
     }
     FileUtils::checkUserDefaultsPremmision();
     m_failures = 0;
+    m_reconnects = false;
     ++m_attempt;
     co_await endTunnel();
     stopAnimation();
@@ -412,13 +381,18 @@ Task<> HideIpSession::attemptFailed() {
 
 Task<> HideIpSession::endTunnel() {
     cancelChangeTimer();
+    stopWatching();
     co_await m_parts.vpn.stopVpn();
     m_facts.tunnelRuns = m_parts.vpn.sameRefusals() > 0;
+    if (m_facts.tunnelRuns && m_facts.look == Look::Hidden) {
+        watchTunnel(); // it is shown as before, and may have ended meanwhile
+    }
     publish();
 }
 
 Task<> HideIpSession::reset() {
     ++m_attempt;
+    m_reconnects = false;
     co_await endTunnel();
     forgetLentAddress();
     m_facts.copyEnabled = false;
@@ -447,6 +421,11 @@ Task<> HideIpSession::resetAfterRefusal() {
         m_resetWaits = false;
         setDefaultControls();
     });
+}
+
+void HideIpSession::stopWatching() {
+    platform::Platform::current().tunnelWatch->stop();
+    platform::Platform::current().delayedCalls->cancelAll(&m_addressTimer);
 }
 
 void HideIpSession::stopAnimation() {

@@ -5,6 +5,7 @@
 #include "frontend/api/QrvAPI.h"
 #include "frontend/support/EventQueue.h"
 #include "frontend/tunnel/Vpn.h"
+#include "platform/TunnelWatch.h"
 
 #include <QObject>
 #include <functional>
@@ -52,6 +53,10 @@ public:
     /// up to the longest.
     static constexpr double firstResetSeconds = 1.0;
     static constexpr double longestResetSeconds = 60.0;
+
+    /// Seconds until the address is requested again when none came: doubled each time, up to the longest.
+    static constexpr double firstAddressSeconds = 2.0;
+    static constexpr double longestAddressSeconds = 60.0;
 
     explicit HideIpSession(const SessionParts &parts, QObject *parent = nullptr);
     ~HideIpSession() override;
@@ -152,20 +157,30 @@ private:
     [[nodiscard]] Task<> pickAndFetch();
     [[nodiscard]] Task<> startTunnel();
     [[nodiscard]] Task<> reuseConfiguration(quint64 attempt);
-    [[nodiscard]] Task<> tunnelIsUp();
     [[nodiscard]] Task<> attemptFailed();
     [[nodiscard]] Task<> endTunnel();
     [[nodiscard]] Task<> reset();
     [[nodiscard]] Task<> resetAfterRefusal();
     void disableControls();
-    void showLentAddress(const QString &lentIp);
     /// The request of an attempt was answered.
     [[nodiscard]] Task<> fetchEnded(quint64 attempt, bool stored);
     void stopAnimation();
+    void stopWatching();
     /// Everything of the last attempt is gone from the display.
     void forgetLentAddress();
     void noteOutcome(const QString &what) const;
     [[nodiscard]] Task<> alert(QString title, QString message);
+
+    // A tunnel that is up (HideIpSessionTunnel.cpp).
+    [[nodiscard]] Task<> tunnelIsUp();
+    void showLentAddress(const QString &lentIp);
+    void watchTunnel();
+    /// At once, whatever is being handled: nothing is hidden any more.
+    void showLoss(quint64 tunnel, platform::TunnelLoss loss);
+    [[nodiscard]] Task<> tunnelWasLost(quint64 tunnel, platform::TunnelLoss loss);
+    /// Beside the queue, because nothing waits for the result.
+    void readAddressLater(double seconds);
+    [[nodiscard]] Task<> addressWasRead(quint64 tunnel, QString lentIp, double seconds);
 
     // Rotation (HideIpSessionRotation.cpp).
     /// Stops and starts again: one step for the button and the timer.
@@ -201,12 +216,15 @@ private:
     quint64 m_tunnelStarts = 0;
     quint64 m_startsAtRequest = 0;
     int m_failures = 0;
+    /// The attempt follows a lost tunnel: it is retried whatever the location is.
+    bool m_reconnects = false;
     /// Refused kills whose resets were seen to.
     quint64 m_seenRefusals = 0;
     bool m_resetWaits = false;
     // Delayed calls are cancelled by target, so each has its own.
     QObject m_changeIpTimer;
     QObject m_resetTimer;
+    QObject m_addressTimer;
     bool m_timerArmed = false;
 };
 

@@ -23,6 +23,10 @@ struct SessionFacts {
     /// A tunnel was started and not ended: it may be up whatever the phase is, because a new attempt ends it
     /// only when it starts its own, and because a kill can be refused.
     bool tunnelRuns = false;
+    /// The tunnel that is shown, or is about to be, was lost; what follows from it is still to be handled.
+    bool lost = false;
+    /// The tunnel is up, and no address has been read through it yet.
+    bool addressMissing = false;
     /// What the user switched last, or the program in their place.
     bool switchedOn = false;
     /// The titles of the hide button and of the hide item offer to stop.

@@ -30,6 +30,7 @@ namespace quorvane {
 namespace {
 
 const QString processName = QStringLiteral("openvpn");
+const QString guardName = QStringLiteral("openvpn-guard");
 /// Many times the length of OpenVPN's lines until the tunnel is up or has failed.
 constexpr qint64 logSpace = 64LL * 1024;
 /// How often and how long one looks for the process of a launch that is being stopped: five seconds in all.
@@ -124,9 +125,16 @@ void Vpn::emptyLog(const QString &path) {
     }
 }
 
+RunningProcesses::Found Vpn::ownProcesses() const {
+    RunningProcesses::Found found = m_processes.find(processName);
+    found.ids = found.ids + m_processes.find(guardName).ids - m_others;
+    found.ids.remove(0); // it runs, but cannot be seen
+    return found;
+}
+
 void Vpn::launchInBackground(const QStringList &command, const QString &credentialsPath) {
     m_launch = std::make_shared<Launch>();
-    m_others = m_processes.find(processName).ids;
+    m_others = m_processes.find(processName).ids + m_processes.find(guardName).ids;
     const auto work = [command, credentialsPath, launch = m_launch] {
         if (!launch->begin()) {
             return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RunningProcesses.h"
 #include "frontend/support/Task.h"
 
 #include <QObject>
@@ -12,7 +13,6 @@ namespace quorvane {
 
 class EventQueue;
 class Launch;
-class RunningProcesses;
 
 /// Receives Vpn's report that a connection attempt failed. Called on the main thread, some seconds after the
 /// failure was seen.
@@ -49,6 +49,9 @@ public:
 
     /// Whether the last launch ended because there was no configuration file. It is not reported otherwise.
     [[nodiscard]] bool lacksConfiguration() const { return m_noConfiguration; }
+
+    /// The processes of the last launch that run now and can be seen: guards and OpenVPN.
+    [[nodiscard]] RunningProcesses::Found ownProcesses() const;
 
     /// How many kills the administrator's shell has refused.
     [[nodiscard]] quint64 refusedKills() const { return m_refusedKills; }
@@ -99,7 +102,7 @@ private:
     qint64 m_logStart = 0;
     int m_looksWithoutProcess = 0;
     std::shared_ptr<Launch> m_launch;
-    /// Processes of that name that ran when the launch began: they are not ours.
+    /// Processes of those names that ran when the launch began: they are not ours.
     QSet<qint64> m_others;
     /// The reason of the last refused kill, and what it depends on.
     QString m_refusal;

@@ -10,6 +10,7 @@
 #include "platform/linux/hotkeys/LinuxHotKeys.h"
 #include "platform/linux/network/CurlUrlLoader.h"
 #include "platform/linux/network/NetlinkReachability.h"
+#include "platform/linux/network/NetlinkTunnelWatch.h"
 #include "platform/linux/preferences/PlistPreferences.h"
 #include "platform/linux/privileges/PkexecAuthorizationService.h"
 #include "platform/linux/privileges/SecretServiceKeyStore.h"
@@ -60,6 +61,7 @@ std::unique_ptr<Platform> makeLinuxPlatform() {
     platform->processes = std::make_unique<ProcProcessTable>();
     platform->trayHosts =
         std::make_unique<LinuxTrayHosts>(QGuiApplication::platformName() == QLatin1String("xcb"));
+    platform->tunnelWatch = std::make_unique<NetlinkTunnelWatch>();
     platform->urls = std::make_unique<CurlUrlLoader>(platform->bundle->version(), platform->service.caFile);
     platform->workspace = std::make_unique<LinuxWorkspace>(WorkspaceFolders::ofUser(platform->account.home));
     platform->background = std::make_unique<ThreadedWork>();

@@ -63,14 +63,21 @@ carrying_tunnel() {
     echo "$device"
 }
 
+# The configuration's servers, from the lines outside of its blocks of certificates and keys.
+servers() {
+    awk '/^[ \t]*<\// { block = 0; next } /^[ \t]*</ { block = 1 }
+         !block && $1 == "remote" { sub(/\r$/, "", $2); if ($2 != "") print $2 }' "$config"
+}
+
 # Whether one of the configuration's servers is reached outside the tunnel. A server given by name cannot be
 # checked without a query for the name, and counts.
 leads_to_configured_server() {
     local remote
     while read -r remote; do
+        (($(left) > 2500)) || return 1
         [[ $remote =~ $address ]] || return 0
         [ "$(route_to "$remote")" != "$tunnel" ] && return 0
-    done < <(awk '$1 == "remote" { sub(/\r$/, "", $2); if ($2 != "") print $2 }' "$config")
+    done < <(servers)
     return 1
 }
 

@@ -147,6 +147,10 @@
         <source>Locations can be refreshed while your IP is not hidden.</source>
         <translation>Die Standorte können aktualisiert werden, solange Ihre IP nicht verborgen ist.</translation>
     </message>
+    <message>
+        <source>No answer through the tunnel yet</source>
+        <translation>Noch keine Antwort durch den Tunnel</translation>
+    </message>
 </context>
 <context>
     <name>quorvane::HideIpSession</name>
@@ -177,6 +181,10 @@
     <message>
         <source>There was a problem connecting to the Quorvane server, please check your Internet connection or firewall settings.</source>
         <translation>Die Verbindung zum Quorvane-Server ist fehlgeschlagen. Bitte prüfen Sie Ihre Internetverbindung und die Einstellungen Ihrer Firewall.</translation>
+    </message>
+    <message>
+        <source>Your real IP is visible</source>
+        <translation>Ihre echte IP ist sichtbar</translation>
     </message>
 </context>
 <context>
@@ -253,6 +261,29 @@
     <message>
         <source>Full mark</source>
         <translation>Zeichen für „voll“</translation>
+    </message>
+</context>
+<context>
+    <name>quorvane::LossReason</name>
+    <message>
+        <source>The tunnel was lost: the VPN server does not answer.</source>
+        <translation>Der Tunnel ging verloren: Der VPN-Server antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The tunnel was lost: OpenVPN has ended.</source>
+        <translation>Der Tunnel ging verloren: OpenVPN wurde beendet.</translation>
+    </message>
+    <message>
+        <source>The tunnel was lost: OpenVPN was killed.</source>
+        <translation>Der Tunnel ging verloren: OpenVPN wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The tunnel was lost: its network device is gone.</source>
+        <translation>Der Tunnel ging verloren: Sein Netzwerkgerät ist verschwunden.</translation>
+    </message>
+    <message>
+        <source>The tunnel was lost: its routes were changed.</source>
+        <translation>Der Tunnel ging verloren: Seine Routen wurden geändert.</translation>
     </message>
 </context>
 <context>
@@ -376,6 +407,10 @@
     <message>
         <source>IP not hidden</source>
         <translation>IP nicht verborgen</translation>
+    </message>
+    <message>
+        <source>Address notice</source>
+        <translation>Hinweis zur Adresse</translation>
     </message>
 </context>
 <context>

@@ -31,6 +31,7 @@ TestPlatform::TestPlatform(FakeReachability::Queues queues)
       m_hotKeysFake(install<FakeHotKeyService>(m_real.hotKeys)),
       m_processesFake(install<FakeProcessTable>(m_real.processes)),
       m_trayHostsFake(install<FakeTrayHosts>(m_real.trayHosts)),
+      m_tunnelWatchFake(install<FakeTunnelWatch>(m_real.tunnelWatch)),
       m_urlsFake(install<FakeUrlLoader>(m_real.urls)),
       m_workspaceFake(install<RecordingWorkspace>(m_real.workspace)),
       m_backgroundFake(install<ManualBackgroundWork>(m_real.background)) {

@@ -7,6 +7,7 @@
 #include "FakeReachability.h"
 #include "FakeScriptingService.h"
 #include "FakeTrayHosts.h"
+#include "FakeTunnelWatch.h"
 #include "FakeUrlLoader.h"
 #include "ManualBackgroundWork.h"
 #include "ManualDelayedCalls.h"
@@ -66,6 +67,8 @@ public:
 
     [[nodiscard]] FakeTrayHosts &trayHosts() const { return *m_trayHostsFake; }
 
+    [[nodiscard]] FakeTunnelWatch &tunnelWatch() const { return *m_tunnelWatchFake; }
+
     [[nodiscard]] FakeUrlLoader &urls() const { return *m_urlsFake; }
 
     [[nodiscard]] ManualBackgroundWork &background() const { return *m_backgroundFake; }
@@ -88,6 +91,7 @@ private:
     FakeHotKeyService *m_hotKeysFake;
     FakeProcessTable *m_processesFake;
     FakeTrayHosts *m_trayHostsFake;
+    FakeTunnelWatch *m_tunnelWatchFake;
     FakeUrlLoader *m_urlsFake;
     RecordingWorkspace *m_workspaceFake;
     ManualBackgroundWork *m_backgroundFake;

@@ -28,9 +28,9 @@ void Reference::addressRead() {
     m_addressRead = true;
 }
 
-void Reference::animationEnded() {
+void Reference::animationEnded(bool forTunnel) {
     m_animates = false;
-    if (m_addressRead) {
+    if (forTunnel && m_addressRead) {
         m_addressRead = false;
         m_hiddenFlag = true;
         m_state = State::Hidden;

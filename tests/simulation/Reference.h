@@ -21,9 +21,10 @@ public:
     void allHandled();
     /// The tray animation of an attempt began.
     void attemptBegan();
-    /// The script reads the lent address; the tray animation ends when it is shown.
+    /// The script read the lent address.
     void addressRead();
-    void animationEnded();
+    /// The tray animation ended, because a tunnel is shown or for another reason.
+    void animationEnded(bool forTunnel);
     /// The session stored that it is no longer hidden.
     void resetStored();
     /// The alert of the last failure was requested.

@@ -24,6 +24,7 @@ enum class Kind {
     Interval,    ///< the user enters the argument as the interval
     Protocol,    ///< UDP when the argument is odd
     Stored,      ///< the files contain a configuration when the argument is odd, as after an earlier run
+    Reconnect,   ///< a lost tunnel is started again when the argument is odd
     StoredPair,  ///< the user stores the administrator's pair, or removes it
     Refresh,     ///< the tray's refresh item
     Answer,      ///< the oldest open request is answered; the argument says how
@@ -31,6 +32,7 @@ enum class Kind {
     Finish,      ///< the piece of background work number `argument` runs and reports its end
     Work,        ///< the piece runs, but its end is not reported yet
     Service,     ///< from now on the service answers configuration requests when the argument is odd
+    Address,     ///< from now on the lent address can be read when the argument is odd
     Log,         ///< OpenVPN writes what the argument says
     OpenVpnEnds, ///< by itself
     Guard,       ///< from now on the guard starts OpenVPN when the argument is odd

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <array>
+#include <utility>
 
 namespace quorvane::simulation {
 
@@ -39,6 +40,9 @@ constexpr std::array<const char *, 8> logContents{"",
 constexpr std::array<double, 16> intervals{0.1, 0.1, 1.0, 1.0, 2.0,  2.0,  2.0,  2.0,
                                            5.0, 5.0, 5.0, 5.0, 20.0, 60.0, 60.0, 3600.0};
 
+/// Seconds after which an attempt whose processes have ended must have failed: two looks, and the report.
+constexpr double longestEnd = 15.0;
+
 bool isOn(unsigned argument) {
     return argument % 2 == 1;
 }
@@ -49,7 +53,7 @@ World::World()
     : m_session({m_events, m_api, m_vpn, m_fetch, m_chooser, m_rotation, *this, *this, *this,
                  [this](const QString &) {
                      m_reference.addressRead();
-                     return lentAddress;
+                     return m_addressIsRead ? lentAddress : text("");
                  }}),
       m_logPath(m_services.home() + text("/Documents/Quorvane/openvpn.log")) {
     QrvAPI::forgetProcessWideValues();
@@ -99,7 +103,7 @@ void World::start() {
 
 void World::stop() {
     m_animating = false;
-    m_reference.animationEnded();
+    m_reference.animationEnded(m_session.facts().phase == Phase::Hidden);
 }
 
 void World::openAdministratorDialog(const std::function<void()> &closed) {
@@ -145,9 +149,9 @@ platform::ScriptResult World::runLine(const fakes::FakeScriptingService::Call &c
         return FakeScriptingService::failure(1, text("Sorry, try again."));
     }
     if (isKill) {
-        m_running = 0;
         m_cameUp = false;
         m_killRefused = false;
+        endOpenVpn(); // a watch that has not been stopped would report it
     } else if (call.line.contains(text("--config"))) {
         ++m_launches;
         m_cameUp = false;
@@ -194,7 +198,15 @@ std::size_t World::pieceOf(unsigned argument) const {
 }
 
 void World::passTime(unsigned argument) {
-    m_services.delayedCalls().advance(intervals.at(argument % intervals.size()));
+    const double seconds = intervals.at(argument % intervals.size());
+    const auto waits = [this] {
+        return m_events.isIdle() && m_services.background().pending() == 0 && m_running == 0 &&
+               m_session.facts().phase == Phase::Connecting;
+    };
+    const int launches = m_launches;
+    const bool waited = waits();
+    m_services.delayedCalls().advance(seconds);
+    m_attemptHangs = waited && waits() && launches == m_launches && seconds >= longestEnd;
 }
 
 /// What a sleep of the machine looks like afterwards: the network went and came back, and OpenVPN may have
@@ -202,8 +214,7 @@ void World::passTime(unsigned argument) {
 void World::sleep(unsigned argument) {
     m_services.platform().notifications->post(Notifications::inetStatus, 0);
     if (isOn(argument)) {
-        m_running = 0;
-        showProcesses();
+        endOpenVpn();
     }
     m_services.platform().notifications->post(Notifications::inetStatus, 1);
 }
@@ -225,6 +236,14 @@ void World::changeStoredPair(unsigned argument) {
         stored.saveUserName(QString(), QString());
     } else {
         stored.saveUserName(text("ada"), text("pw"));
+    }
+}
+
+void World::endOpenVpn() {
+    const bool ran = std::exchange(m_running, 0) > 0;
+    showProcesses();
+    if (ran) {
+        m_services.tunnelWatch().lose(platform::TunnelLoss::ProcessEnded);
     }
 }
 
@@ -262,6 +281,7 @@ bool World::isOffered(Kind kind) const {
     case Kind::Apply:
     case Kind::Interval:
     case Kind::Protocol:
+    case Kind::Reconnect:
     case Kind::Stored:
     case Kind::StoredPair:
         return m_open.isEmpty();
@@ -316,6 +336,9 @@ void World::doUserStep(const Step &step) {
     case Kind::Protocol:
         m_services.preferences().setValue(text("tcpUdp"), on ? 1 : 0);
         break;
+    case Kind::Reconnect:
+        m_services.preferences().setValue(text("noReconnect"), !on);
+        break;
     case Kind::Stored:
         storeConfiguration(on);
         break;
@@ -357,8 +380,10 @@ void World::doStep(const Step &step) {
         writeLog(step.argument);
         break;
     case Kind::OpenVpnEnds:
-        m_running = 0;
-        showProcesses();
+        endOpenVpn();
+        break;
+    case Kind::Address:
+        m_addressIsRead = on;
         break;
     case Kind::Guard:
         m_guardStarts = on;
@@ -399,7 +424,7 @@ QString World::run(const Step &step) {
     // Queued calls come first: they are older than whatever the event loop brings now.
     QCoreApplication::sendPostedEvents();
     doStep(step);
-    return m_session.facts().phase == Phase::Ended ? wrongAfterEnd() : wrong();
+    return step.kind == Kind::Quit ? wrongAfterEnd() : wrong();
 }
 
 QString World::described() const {
@@ -426,7 +451,8 @@ QString World::wrong() {
     if (facts.realAddress == lentAddress.trimmed()) {
         return text("the lent address is shown as the real one");
     }
-    if (facts.look == Look::Hidden && facts.shownAddress != lentAddress) {
+    if (facts.look == Look::Hidden &&
+        facts.shownAddress != (facts.addressMissing ? QString() : lentAddress)) {
         return text("another address than the lent one is shown as lent");
     }
     if (facts.look == Look::NotHidden && facts.shownAddress == lentAddress) {
@@ -444,6 +470,9 @@ QString World::wrong() {
     if (m_launches > m_requests && !m_reuses) {
         return text("more launches than configurations");
     }
+    if (m_attemptHangs) {
+        return text("an attempt goes on without a process");
+    }
     if (m_terminated) {
         return text("the application was terminated");
     }
@@ -458,6 +487,9 @@ QString World::wrongAtRest() {
     }
     if (const QString difference = m_reference.differenceFrom(m_session.display()); !difference.isNull()) {
         return difference;
+    }
+    if (m_session.display().look == Look::Hidden && (m_running == 0 || !m_cameUp)) {
+        return text("hidden is shown without a tunnel");
     }
     if (SessionState::shared().hidden != m_reference.isHidden()) {
         return text("the hidden flag is another one than by the table of states");

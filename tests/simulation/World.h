@@ -66,6 +66,8 @@ private:
     void writeLog(unsigned content);
     void answer(unsigned sort);
     void sleep(unsigned argument);
+    /// By itself, or by a kill.
+    void endOpenVpn();
     void storeConfiguration(bool exists);
     void changeStoredPair(unsigned argument);
     void closeModal();
@@ -107,6 +109,8 @@ private:
     bool m_killRefused = false;
     QList<std::function<void()>> m_open; ///< modal windows; the last is in front
     bool m_begun = false;
+    bool m_attemptHangs = false;
+    bool m_addressIsRead = true;
     bool m_animating = false;
     bool m_terminated = false;
     bool m_ended = false;

@@ -143,6 +143,7 @@ void MainWindow::draw(const DisplayState &state) {
     drawLine(m_ui->fieldLine22, state.line22, m_shown.line22);
     drawLine(m_ui->fieldLine3, state.line3, m_shown.line3);
     drawLine(m_ui->fieldLine4, state.line4, m_shown.line4);
+    drawLine(m_ui->addressNotice, state.addressNotice, m_shown.addressNotice);
     if (m_ui->viewCurrentIP->stringValue() != state.currentIp) {
         m_ui->viewCurrentIP->setStringValue(state.currentIp);
     }

@@ -1,6 +1,7 @@
 #include "NetlinkReachability.h"
 
 #include "HostResolver.h"
+#include "NetworkChanges.h"
 #include "ReachabilityDelivery.h"
 #include "RouteTable.h"
 #include "ThreadQueue.h"
@@ -10,13 +11,9 @@
 
 #include <array>
 #include <atomic>
-#include <cerrno>
-#include <libmnl/libmnl.h>
-#include <linux/rtnetlink.h>
 #include <mutex>
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <sys/socket.h>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -64,35 +61,6 @@ std::optional<std::uint32_t> flagsOfAddress(std::uint32_t address) {
     return ReachabilityFlag::reachable | (route->isLocal ? ReachabilityFlag::isLocalAddress : 0U) |
            (route->isDirect ? ReachabilityFlag::isDirect : 0U);
 }
-
-/// The kernel's messages about changes of the network.
-class NetworkChanges {
-public:
-    [[nodiscard]] bool open() {
-        m_file.reset(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
-        sockaddr_nl address{};
-        address.nl_family = AF_NETLINK;
-        address.nl_groups =
-            RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_IFADDR | RTMGRP_IPV6_ROUTE;
-        const void *raw = &address;
-        return m_file.isOpen() &&
-               ::bind(m_file.get(), static_cast<const sockaddr *>(raw), sizeof address) == 0;
-    }
-
-    [[nodiscard]] int descriptor() const { return m_file.get(); }
-
-    /// Discards the waiting messages: their content does not matter, since the tables are read again.
-    void clear() const {
-        std::array<char, 8192> buffer{};
-        // Lost messages (ENOBUFS) mean a change, too.
-        while (::recv(m_file.get(), buffer.data(), buffer.size(), 0) >= 0 || errno == EINTR ||
-               errno == ENOBUFS) {
-        }
-    }
-
-private:
-    FileDescriptor m_file;
-};
 
 /// The data that a target shares with its threads.
 struct Watch {

@@ -90,6 +90,21 @@ int visitGateway(const nlattr *attribute, void *found) {
     return MNL_CB_OK;
 }
 
+struct Destination {
+    std::uint32_t address = 0;
+    std::uint32_t device = 0;
+};
+
+int visitDestination(const nlattr *attribute, void *found) {
+    auto *destination = static_cast<Destination *>(found);
+    if (mnl_attr_get_type(attribute) == RTA_DST) {
+        destination->address = ntohl(mnl_attr_get_u32(attribute));
+    } else if (mnl_attr_get_type(attribute) == RTA_OIF) {
+        destination->device = mnl_attr_get_u32(attribute);
+    }
+    return MNL_CB_OK;
+}
+
 bool hasGateway(const nlmsghdr *message) {
     bool found = false;
     mnl_attr_parse(message, sizeof(rtmsg), visitGateway, &found);
@@ -132,6 +147,26 @@ std::optional<bool> isOnLink(std::uint32_t address, int prefixLength) {
         found = isNetwork && route->rtm_dst_len >= prefixLength && !hasGateway(message);
     });
     return outcome ? std::optional(*outcome == 0 && found) : std::nullopt;
+}
+
+std::optional<std::uint32_t> carrierOfBothHalves() {
+    alignas(nlmsghdr) std::array<char, 256> buffer{};
+    std::array<std::uint32_t, 2> carriers{};
+    const auto outcome =
+        sendRequest(prepare(buffer.data(), NLM_F_DUMP), true, [&carriers](const nlmsghdr *message) {
+            const rtmsg *route = routeOf(message);
+            if (route->rtm_table != RT_TABLE_MAIN || route->rtm_type != RTN_UNICAST ||
+                route->rtm_dst_len != 1) {
+                return;
+            }
+            Destination found;
+            mnl_attr_parse(message, sizeof(rtmsg), visitDestination, &found);
+            carriers.at(found.address >> 31) = found.device;
+        });
+    if (!outcome || *outcome != 0) {
+        return std::nullopt;
+    }
+    return carriers[0] == carriers[1] ? carriers[0] : 0;
 }
 
 std::optional<bool> hasDefaultRoute() {

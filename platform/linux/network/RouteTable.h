@@ -19,6 +19,9 @@ struct Route {
 [[nodiscard]] std::optional<Route> routeTo(std::uint32_t address);
 /// Whether a network route of at least this prefix length, without a gateway, covers the address.
 [[nodiscard]] std::optional<bool> isOnLink(std::uint32_t address, int prefixLength);
+/// The index of the device to which both routes that halve all addresses (0.0.0.0/1 and 128.0.0.0/1) lead; 0
+/// when there is no such device.
+[[nodiscard]] std::optional<std::uint32_t> carrierOfBothHalves();
 /// Whether any table has a usable default route.
 [[nodiscard]] std::optional<bool> hasDefaultRoute();
 

@@ -123,6 +123,23 @@ TEST(DisplayState, FrameOfTheAnimationReplacesTheTraysImage) {
     }
 }
 
+TEST(DisplayState, TunnelThatWasLostHidesNothing) {
+    SessionFacts facts = factsOf(Phase::Hidden, Look::Hidden);
+    facts.lost = true;
+    facts.addressMissing = true;
+    DisplayState expected = displayOf(factsOf(Phase::Hidden, Look::NotHidden));
+    expected.flagImage = QString();
+    EXPECT_EQ(displayOf(facts), expected);
+}
+
+TEST(DisplayState, MissingAddressIsNoticedWhileHidden) {
+    for (const Look look : {Look::NotHidden, Look::Searching, Look::Hidden}) {
+        SessionFacts facts = factsOf(Phase::Checking, look);
+        facts.addressMissing = true;
+        EXPECT_EQ(displayOf(facts).addressNotice.visible, look == Look::Hidden);
+    }
+}
+
 TEST(DisplayState, TitlesFollowTheirFacts) {
     SessionFacts facts = factsOf(Phase::Connecting, Look::Searching);
     facts.itemStops = true;

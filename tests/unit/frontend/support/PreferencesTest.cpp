@@ -98,7 +98,8 @@ TEST_F(PreferencesTest, KeysAreThoseOfEarlierVersions) {
     const QString expected = QStringLiteral(
         "bringUpWindowHotKey changeIpEvery changeIpHotKey changeIpInterval cookieSites countryCode "
         "discardIpHotKey discardedIPs hide hideIpHotKey hideMyCookiesHeaders hideMyReferrerHeader "
-        "ipNonRepeat lastIP location modeUserAgent quorvane requireUS showLogs stopHideIpHotKey tcpUdp un up "
+        "ipNonRepeat lastIP location modeUserAgent noReconnect quorvane requireUS showLogs stopHideIpHotKey "
+        "tcpUdp un up "
         "useSameIP userAgent vpnConfigPath vpnPassword vpnUsername");
     EXPECT_EQ(keys, expected.split(u' '));
 }
