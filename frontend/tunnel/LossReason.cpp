@@ -31,20 +31,7 @@ QString linesSinceUp(const QString &log) {
     return up < 0 ? log : log.sliced(up);
 }
 
-LossReason ofEndedProcess(const QString &lines) {
-    if (lines.contains(QLatin1String("Inactivity timeout"))) {
-        return {Texts::silent(), QStringLiteral("the server is silent")};
-    }
-    if (lines.contains(QLatin1String("process exiting")) ||
-        lines.contains(QLatin1String("Exiting due to fatal error"))) {
-        return {Texts::ended(), QStringLiteral("OpenVPN has ended")};
-    }
-    return {Texts::killed(), QStringLiteral("OpenVPN was killed")};
-}
-
-} // namespace
-
-LossReason LossReason::of(platform::TunnelLoss loss, const QString &openVpnLog) {
+LossReason ofNetwork(platform::TunnelLoss loss) {
     switch (loss) {
     case platform::TunnelLoss::ProcessEnded:
         break;
@@ -53,7 +40,22 @@ LossReason LossReason::of(platform::TunnelLoss loss, const QString &openVpnLog) 
     case platform::TunnelLoss::RoutesChanged:
         return {Texts::routes(), QStringLiteral("the routes were changed")};
     }
-    return ofEndedProcess(linesSinceUp(openVpnLog));
+    return {Texts::killed(), QStringLiteral("OpenVPN was killed")};
+}
+
+} // namespace
+
+LossReason LossReason::of(platform::TunnelLoss loss, const QString &openVpnLog) {
+    const QString lines = linesSinceUp(openVpnLog);
+    if (lines.contains(QLatin1String("Inactivity timeout"))) {
+        return {Texts::silent(), QStringLiteral("the server is silent")};
+    }
+    if (lines.contains(QLatin1String("process exiting")) ||
+        lines.contains(
+            QLatin1String(fatalErrorMarker.data(), static_cast<qsizetype>(fatalErrorMarker.size())))) {
+        return {Texts::ended(), QStringLiteral("OpenVPN has ended")};
+    }
+    return ofNetwork(loss);
 }
 
 } // namespace quorvane

@@ -1,9 +1,10 @@
 #!/usr/bin/python3
-"""live.py loop|tray: measurements of a running client in the test network.
+"""live.py loop|loss|tray: measurements of a running client in the test network.
 
 Runs inside of tests/e2e/world/enter.py:
 
 loop    a whole session with constant requests to the event loop: which answers were slow, and in which phase
+loss    how long after OpenVPN was killed the window shows that nothing is hidden
 tray    what the client uses at rest: its share of a core and its wake-ups; the share while the icon is animated
 
 Everything runs with a real-time priority, so that other work on the machine does not change the figures.
@@ -14,6 +15,7 @@ import argparse
 import contextlib
 import json
 import os
+import signal
 import sys
 import time
 from pathlib import Path
@@ -146,6 +148,29 @@ def bench_loop():
     }
 
 
+# --- a lost tunnel ------------------------------------------------------------------------------------
+
+
+def bench_loss():
+    """Milliseconds from each of ten kills to the first look at the window that shows the truth."""
+    found = []
+    with made() as (world, client):
+        client.remember_administrator(ADA, location=BERLIN.title, noReconnect=True)
+        client.start()
+        for _ in range(10):
+            client.hide()
+            client.wait_hidden()
+            (process,) = client.openvpn()
+            begun = time.monotonic()
+            os.kill(process.pid, signal.SIGKILL)
+            while client.text("Status line") != ui.NOT_HIDING:
+                pass
+            found.append((time.monotonic() - begun) * 1000)
+            client.wait_no_openvpn()
+        client.terminate()
+    return found
+
+
 # --- the animated tray icon ----------------------------------------------------------------------------
 
 
@@ -186,11 +211,14 @@ def bench_tray():
     return found
 
 
+BENCHES = {"loop": bench_loop, "loss": bench_loss, "tray": bench_tray}
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("what", choices=("loop", "tray"))
+    parser.add_argument("what", choices=tuple(BENCHES))
     os.sched_setscheduler(0, os.SCHED_RR, os.sched_param(1))
-    print(json.dumps(bench_loop() if parser.parse_args().what == "loop" else bench_tray()))
+    print(json.dumps(BENCHES[parser.parse_args().what]()))
 
 
 if __name__ == "__main__":

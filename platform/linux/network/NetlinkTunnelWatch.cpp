@@ -4,8 +4,8 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <net/if.h>
-#include <poll.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 #include <utility>
@@ -14,12 +14,16 @@ namespace quorvane::platform {
 
 namespace {
 
-bool hasEnded(const FileDescriptor &process) {
-    pollfd watched{process.get(), POLLIN, 0};
-    return ::poll(&watched, 1, 0) == 1;
-}
+constexpr std::chrono::milliseconds endOfProcessFollows{60};
 
 } // namespace
+
+NetlinkTunnelWatch::NetlinkTunnelWatch() {
+    m_awaitsEnd.setSingleShot(true);
+    m_awaitsEnd.setTimerType(Qt::PreciseTimer);
+    m_awaitsEnd.setInterval(endOfProcessFollows);
+    QObject::connect(&m_awaitsEnd, &QTimer::timeout, &m_context, [this] { report(m_lossOfNetwork); });
+}
 
 void NetlinkTunnelWatch::watch(const QSet<qint64> &processes, const Lost &lost) {
     stop();
@@ -37,6 +41,7 @@ void NetlinkTunnelWatch::stop() {
     m_processes.clear();
     m_changes.close();
     m_device = 0;
+    m_awaitsEnd.stop();
 }
 
 void NetlinkTunnelWatch::watchProcess(qint64 process) {
@@ -75,22 +80,21 @@ void NetlinkTunnelWatch::checkNetwork() {
     if (!carrier || *carrier == m_device) {
         return;
     }
-    // The device and its routes go when OpenVPN ends, which says more.
-    for (const FileDescriptor &process : m_processes) {
-        if (hasEnded(process)) {
-            report(TunnelLoss::ProcessEnded);
-            return;
-        }
-    }
+    // When OpenVPN ends, its routes and its device go a moment before the process. Its end says more, and is
+    // reported if it comes in time.
     std::array<char, IF_NAMESIZE> name{};
     const bool exists = ::if_indextoname(m_device, name.data()) != nullptr;
-    report(exists ? TunnelLoss::RoutesChanged : TunnelLoss::DeviceGone);
+    m_lossOfNetwork = exists ? TunnelLoss::RoutesChanged : TunnelLoss::DeviceGone;
+    if (!m_awaitsEnd.isActive()) {
+        m_awaitsEnd.start();
+    }
 }
 
 void NetlinkTunnelWatch::report(TunnelLoss loss) {
     for (const auto &notifier : m_notifiers) {
         notifier->setEnabled(false); // not destroyed: one of them is being handled
     }
+    m_awaitsEnd.stop();
     QMetaObject::invokeMethod(
         &m_context,
         [this, loss, run = m_run] {

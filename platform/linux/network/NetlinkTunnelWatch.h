@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QSocketNotifier>
+#include <QTimer>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -14,8 +15,10 @@ namespace quorvane::platform {
 /// TunnelWatch over process descriptors and the kernel's messages about the network.
 class NetlinkTunnelWatch final : public TunnelWatch {
 public:
-    NetlinkTunnelWatch() = default;
+    NetlinkTunnelWatch();
+
     ~NetlinkTunnelWatch() override { stop(); }
+
     NetlinkTunnelWatch(const NetlinkTunnelWatch &) = delete;
     NetlinkTunnelWatch &operator=(const NetlinkTunnelWatch &) = delete;
 
@@ -35,6 +38,8 @@ private:
     std::vector<FileDescriptor> m_processes;
     NetworkChanges m_changes;
     std::uint32_t m_device = 0;
+    TunnelLoss m_lossOfNetwork = TunnelLoss::DeviceGone;
+    QTimer m_awaitsEnd;
     std::vector<std::unique_ptr<QSocketNotifier>> m_notifiers;
 };
 

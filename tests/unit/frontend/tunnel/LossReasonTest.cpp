@@ -32,9 +32,11 @@ TEST(LossReasonTest, LinesAfterTheTunnelCameUpDecide) {
     EXPECT_EQ(reasonOf(TunnelLoss::ProcessEnded, ""), text("OpenVPN was killed"));
 }
 
-TEST(LossReasonTest, LossesOfTheNetworkNeedNoLog) {
-    EXPECT_EQ(reasonOf(TunnelLoss::DeviceGone, "process exiting"), text("the device is gone"));
-    EXPECT_EQ(reasonOf(TunnelLoss::RoutesChanged, "process exiting"), text("the routes were changed"));
+TEST(LossReasonTest, LossesOfTheNetworkAreOpenVpnsIfItSaysSo) {
+    EXPECT_EQ(reasonOf(TunnelLoss::DeviceGone, ""), text("the device is gone"));
+    EXPECT_EQ(reasonOf(TunnelLoss::RoutesChanged, ""), text("the routes were changed"));
+    EXPECT_EQ(reasonOf(TunnelLoss::DeviceGone, "process exiting"), text("OpenVPN has ended"));
+    EXPECT_EQ(reasonOf(TunnelLoss::RoutesChanged, "Inactivity timeout"), text("the server is silent"));
 }
 
 } // namespace
