@@ -382,8 +382,7 @@ void HideIpSession::showLentAddress(const QString &lentIp) {
 
 void HideIpSession::noteOutcome(const QString &what) const {
     const LocationList &list = m_parts.chooser.list();
-    SessionLog::append(QStringLiteral("connection ") + what + QChar(u' ') + list.title(list.currentRow()) +
-                       QChar(u'\n'));
+    SessionLog::append(QStringLiteral("connection ") + what, list.title(list.currentRow()));
 }
 
 Task<> HideIpSession::attemptFailed() {

@@ -2,7 +2,6 @@
 
 #include "platform/Files.h"
 
-#include <QFile>
 #include <QStringDecoder>
 
 namespace quorvane {
@@ -14,12 +13,9 @@ constexpr qint64 maximumFileSize = 16LL * 1024 * 1024;
 } // namespace
 
 QByteArray TextFile::readBytes(const QString &path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        return {};
-    }
-    const QByteArray bytes = file.read(maximumFileSize + 1);
-    return bytes.isEmpty() || bytes.size() > maximumFileSize ? QByteArray() : bytes;
+    QByteArray bytes;
+    const bool isRead = platform::readPlainFile(path, maximumFileSize, bytes) == 0;
+    return isRead && !bytes.isEmpty() ? bytes : QByteArray();
 }
 
 QString TextFile::read(const QString &path, qint64 begin) {
