@@ -49,6 +49,7 @@ bool ScriptUtil::runProcessAsAdministrator(const QString &launchPath, const QStr
         }
         result = platform::Platform::current().scripting->runAsAdministrator(line, user, password);
         m_refusal = result.succeeded ? QString() : Diagnostics::shown(result.errorMessage);
+        m_otherQuestion = result.otherQuestion;
         m_openOutput = result.openOutput;
         const bool logged = m_knownRefusal.isNull() || m_refusal != m_knownRefusal;
         if (!m_knownRefusal.isNull() && logged) {

@@ -25,6 +25,9 @@ public:
     /// Why the last command failed, as the system reported it; null after a success.
     [[nodiscard]] QString refusal() const { return m_refusal; }
 
+    /// What the last command was asked beside the password, in the words of the prompt; null for nothing.
+    [[nodiscard]] QString otherQuestion() const { return m_otherQuestion; }
+
     /// Expires when no process that the last command left behind has its output open any more.
     [[nodiscard]] std::weak_ptr<void> openOutput() const { return m_openOutput; }
 
@@ -40,6 +43,7 @@ private:
 
     QString m_knownRefusal;
     QString m_refusal;
+    QString m_otherQuestion;
     std::weak_ptr<void> m_openOutput;
 };
 

@@ -404,6 +404,14 @@
         <translation>Der Benutzername oder das Passwort ist falsch.
 </translation>
     </message>
+    <message>
+        <source>The administrator&apos;s account asks for more than its password: &quot;%1&quot;</source>
+        <translation>Für das Konto des Administrators wird mehr als das Passwort verlangt: „%1“</translation>
+    </message>
+    <message>
+        <source>Quorvane can answer the question for the password only. The password was not used for any other question.</source>
+        <translation>Quorvane kann nur die Frage nach dem Passwort beantworten. Für keine andere Frage wurde das Passwort verwendet.</translation>
+    </message>
 </context>
 <context>
     <name>quorvane::QrvDiscardIpTableViewController</name>
