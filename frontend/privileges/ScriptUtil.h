@@ -35,8 +35,12 @@ public:
     [[nodiscard]] bool getSystemDns();
     [[nodiscard]] bool getEthernetDns();
     [[nodiscard]] bool getWifiDns();
-    /// Sets the two public resolvers on three services; returns the result of the third one only.
+    /// Sets the two public resolvers on three services; returns the result of the third one only. What the
+    /// services had before is remembered first.
     bool setSystemDns();
+    /// Sets what is remembered of each service, and forgets it where that succeeded. False, with a message
+    /// for the user, when one of them could not be set.
+    bool restoreSystemDns(QString &problem);
 
 private:
     [[nodiscard]] bool listsResolvers(const QString &command);

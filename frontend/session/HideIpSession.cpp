@@ -7,6 +7,7 @@
 #include "SessionWindow.h"
 #include "frontend/api/ConfigurationFetch.h"
 #include "frontend/privileges/FileUtils.h"
+#include "frontend/privileges/NameServers.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/support/AlertPresenter.h"
 #include "frontend/support/Diagnostics.h"
@@ -64,6 +65,7 @@ void HideIpSession::end(const std::function<void()> &ended) {
     m_parts.events.closeWith([this, ended]() -> Task<> {
         enter(Phase::Ended);
         co_await endTunnel();
+        co_await NameServers::putBackAfterSession(m_parts.events);
         ended();
     });
 }
@@ -213,6 +215,7 @@ Task<> HideIpSession::press(bool on) {
             co_await endTunnel();
         } else {
             co_await reset();
+            putBackServersLater();
         }
         co_return;
     }
@@ -226,6 +229,7 @@ Task<> HideIpSession::press(bool on) {
     }
     if (!on) {
         co_await reset();
+        putBackServersLater();
         co_return;
     }
     disableControls();
@@ -319,6 +323,7 @@ Task<> HideIpSession::startTunnel() {
     Diagnostics::log(QStringLiteral("startVpn with button started"));
     enter(Phase::Connecting);
     bool threw = false;
+    co_await NameServers::setForSession(m_parts.events);
     m_facts.tunnelRuns = true;
     ++m_tunnelStarts;
     try {
@@ -406,6 +411,18 @@ Task<> HideIpSession::attemptFailed() {
     // The hidden flag and the stored preference stay as they were.
     forgetLentAddress();
     enter(Phase::NotHidden);
+    putBackServersLater();
+}
+
+void HideIpSession::putBackServersLater() {
+    if (!NameServers::areRestored()) {
+        return;
+    }
+    m_parts.events.post([this]() -> Task<> {
+        if (m_facts.phase == Phase::NotHidden) { // else the stop was a part of a change
+            co_await NameServers::putBackAfterSession(m_parts.events);
+        }
+    });
 }
 
 Task<> HideIpSession::endTunnel() {

@@ -441,6 +441,14 @@
         <source>%1 (ver.%2)</source>
         <translation>%1 (ver.%2)</translation>
     </message>
+    <message>
+        <source>The name servers can be put back while your IP is not hidden.</source>
+        <translation>Die Namensserver lassen sich zurücksetzen, solange Ihre IP nicht verborgen ist.</translation>
+    </message>
+    <message>
+        <source>The name servers could not be put back.</source>
+        <translation>Die Namensserver konnten nicht zurückgesetzt werden.</translation>
+    </message>
 </context>
 <context>
     <name>quorvane::Settings</name>
@@ -686,6 +694,22 @@
     <message>
         <source>&amp;Start Quorvane when I log in</source>
         <translation>Quorvane bei der Anmeldung &amp;starten</translation>
+    </message>
+    <message>
+        <source>Put &amp;back my name servers when I stop hiding</source>
+        <translation>&amp;Beim Beenden meine Namensserver zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Quorvane uses 8.8.8.8 and 8.8.4.4 in place of them.</source>
+        <translation>Quorvane verwendet an ihrer Stelle 8.8.8.8 und 8.8.4.4.</translation>
+    </message>
+    <message>
+        <source>Put Back &amp;Now</source>
+        <translation>&amp;Jetzt zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Put back my name servers now</source>
+        <translation>Meine Namensserver jetzt zurücksetzen</translation>
     </message>
 </context>
 <context>
