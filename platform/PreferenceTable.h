@@ -38,6 +38,8 @@ enum class Preference {
     HideMyCookiesHeaders,
     CookieSites,
     ShowLogs,
+    RestoresDns,
+    DnsBefore,
 };
 
 enum class PreferenceType { Text, Integer, Boolean };
@@ -189,6 +191,18 @@ inline constexpr std::array preferenceTable = {
                     {},
                     false,
                     "0 writes diagnostic lines, any other number suppresses them"},
+    PreferenceEntry{Preference::RestoresDns,
+                    "restoreDns",
+                    PreferenceType::Boolean,
+                    {},
+                    false,
+                    "whether the name servers are put back when hiding stops"},
+    PreferenceEntry{Preference::DnsBefore,
+                    "dnsBefore",
+                    PreferenceType::Text,
+                    {},
+                    false,
+                    "name servers from before the first change: `service=words` joined by \"|\""},
 };
 
 [[nodiscard]] constexpr const PreferenceEntry &entryOf(Preference preference) {
@@ -207,7 +221,7 @@ inline constexpr std::array preferenceTable = {
             return false;
         }
     }
-    return preferenceTable.back().preference == Preference::ShowLogs;
+    return preferenceTable.back().preference == Preference::DnsBefore;
 }
 
 static_assert(isInOrder());

@@ -15,6 +15,9 @@ struct ScriptResult {
     std::optional<int> errorNumber;
     /// A message for the user; null after a success.
     QString errorMessage;
+    /// What was asked instead of the administrator's password, or after it: the words of the prompt. Null
+    /// when nothing else was asked. Such a question is never answered.
+    QString otherQuestion = {};
     /// Expires when no process that the line left behind has its output open any more.
     std::weak_ptr<void> openOutput = {};
 };

@@ -25,7 +25,9 @@ struct UrlError {
 /// another scheme. No cookies, no cache on disk, no compression.
 class UrlLoader {
 public:
-    /// Returns the path of the file; called when the first byte of the answer is due.
+    /// Returns the path of the file; called when the first byte of the answer is due. Called once more when
+    /// the complete file cannot get that name, as when another user's file has it; then it returns another
+    /// path, or the same when there is none.
     using Destination = std::function<QString()>;
     using Finished = std::function<void()>;
     using Failed = std::function<void(const UrlError &)>;

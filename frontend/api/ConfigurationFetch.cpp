@@ -56,7 +56,7 @@ void storeAnswer(const Request &request, const QString &configuration) {
     QDir().mkpath(folder);
     TextFile::replace(path, configuration.toUtf8());
     SessionLog::ensureExists();
-    SessionLog::append(QStringLiteral("trying to connect ") + request.title + QChar(u'\n'));
+    SessionLog::append(QStringLiteral("trying to connect"), request.title);
     Preferences::store({{Preference::VpnConfigPath, path},
                         {Preference::VpnUsername, storedText(request.user)},
                         {Preference::VpnPassword, storedText(request.password)},

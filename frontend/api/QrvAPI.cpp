@@ -12,7 +12,9 @@
 #include "platform/Workspace.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <utility>
 
 namespace quorvane {
@@ -141,9 +143,9 @@ bool QrvAPI::apiRequest(const QString &url) {
     };
     const bool started = services().urls->download(
         *escaped, this,
-        [this, asRequested] {
+        [this, asRequested, refused = false]() mutable {
             asRequested();
-            return decideDestination();
+            return std::exchange(refused, true) ? decideOtherDestination() : decideDestination();
         },
         [this, asRequested] {
             asRequested();
@@ -204,6 +206,13 @@ QString QrvAPI::decideDestination() {
     m_destinationFile = services().temporaryFolder + QChar(u'/') + QrvApiRequest::kindName(m_record.kind) +
                         QChar(u'-') +
                         QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    return m_destinationFile;
+}
+
+QString QrvAPI::decideOtherDestination() {
+    const QString folder = services().account.library() + QStringLiteral("/Caches/com.tallowind.Quorvane");
+    QDir().mkpath(folder);
+    m_destinationFile = folder + QChar(u'/') + QFileInfo(m_destinationFile).fileName();
     return m_destinationFile;
 }
 

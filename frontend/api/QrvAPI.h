@@ -103,6 +103,8 @@ public:
     static void forgetProcessWideValues();
 
 private:
+    /// A file of the same name in a folder of the user's own: all users can make files in the temporary one.
+    QString decideOtherDestination();
     void downloadEnded();
     void answerRead(quint32 kind, const QString &path, const std::optional<ReadAnswer> &answer);
     void recordAnswer(const ReadAnswer &answer);

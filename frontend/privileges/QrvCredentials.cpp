@@ -58,6 +58,11 @@ QString QrvCredentials::vpnPassword() const {
 }
 
 bool QrvCredentials::credentialsIsValid() {
+    QString otherQuestion;
+    return credentialsIsValid(otherQuestion);
+}
+
+bool QrvCredentials::credentialsIsValid(QString &otherQuestion) {
     const QString path = platform::Platform::current().bundle->pathForResource(
         QStringLiteral("test_credentials"), QStringLiteral("sh"));
     if (path.contains(u'\'')) {
@@ -69,7 +74,9 @@ bool QrvCredentials::credentialsIsValid() {
     const QString quoted = QChar(u'\'') + Diagnostics::shown(path) + QChar(u'\'');
     QString output;
     QString error;
-    const bool valid = ScriptUtil().runProcessAsAdministrator(QStringLiteral("ls"), {quoted}, output, error);
+    ScriptUtil script;
+    const bool valid = script.runProcessAsAdministrator(QStringLiteral("ls"), {quoted}, output, error);
+    otherQuestion = script.otherQuestion();
     Diagnostics::log(valid ? QStringLiteral("credentials Is Valid")
                            : QStringLiteral("credentials Is Not Valid"));
     return valid;

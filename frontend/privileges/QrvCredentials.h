@@ -24,6 +24,8 @@ public:
     /// Whether the platform accepts the stored pair for administrator rights. Blocks until the platform has
     /// answered; a refusal returns the session to not hidden.
     [[nodiscard]] bool credentialsIsValid();
+    /// The same, and what was asked beside the password, in the words of the prompt; null for nothing.
+    [[nodiscard]] bool credentialsIsValid(QString &otherQuestion);
     /// Logs the termination status of a command.
     void getStatus(int terminationStatus) const;
 

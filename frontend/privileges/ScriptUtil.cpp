@@ -1,6 +1,7 @@
 #include "ScriptUtil.h"
 
 #include "AdministratorPair.h"
+#include "RememberedDns.h"
 #include "SessionReset.h"
 #include "frontend/support/Diagnostics.h"
 #include "platform/Platform.h"
@@ -49,6 +50,7 @@ bool ScriptUtil::runProcessAsAdministrator(const QString &launchPath, const QStr
         }
         result = platform::Platform::current().scripting->runAsAdministrator(line, user, password);
         m_refusal = result.succeeded ? QString() : Diagnostics::shown(result.errorMessage);
+        m_otherQuestion = result.otherQuestion;
         m_openOutput = result.openOutput;
         const bool logged = m_knownRefusal.isNull() || m_refusal != m_knownRefusal;
         if (!m_knownRefusal.isNull() && logged) {
@@ -103,19 +105,52 @@ bool ScriptUtil::listsResolvers(const QString &command) {
 }
 
 bool ScriptUtil::setSystemDns() {
+    const QString servers = firstResolver() + QChar(u' ') + secondResolver();
+    const RememberedDns before = RememberedDns::stored();
+    RememberedDns present = before;
+    present.update(servers);
+    present.store(); // now: the program may be ended while the servers are set
     QString output;
     QString error;
     bool last = false;
-    // "AirPort" is the former name of the wireless service. Only the last result counts, so a machine without
-    // one of the services still counts as set.
-    for (const QString &service :
-         {QStringLiteral("Ethernet"), QStringLiteral("Wi-Fi"), QStringLiteral("AirPort")}) {
-        const QString command = QStringLiteral("networksetup -setdnsservers ") + service + QChar(u' ') +
-                                firstResolver() + QChar(u' ') + secondResolver();
+    bool isAnySet = false;
+    // Only the last result counts, so a machine without one of the services still counts as set.
+    for (const QString &service : RememberedDns::services()) {
+        const QString command =
+            QStringLiteral("networksetup -setdnsservers ") + service + QChar(u' ') + servers;
         last = runProcessAsAdministrator(command, {}, output, error);
+        isAnySet = isAnySet || last;
+    }
+    if (!isAnySet) {
+        before.store();
     }
     Diagnostics::log(QStringLiteral("output: ") + Diagnostics::shown(output));
     return last;
+}
+
+bool ScriptUtil::restoreSystemDns(QString &problem) {
+    RememberedDns remembered = RememberedDns::stored();
+    bool areAllSet = true;
+    for (const QString &service : RememberedDns::services()) {
+        const QString words = remembered.words(service);
+        if (words.isNull()) {
+            continue;
+        }
+        QString output;
+        QString error;
+        const QString command =
+            QStringLiteral("networksetup -setdnsservers ") + service + QChar(u' ') + words;
+        if (runProcessAsAdministrator(command, {}, output, error)) {
+            remembered.forget(service);
+        } else {
+            areAllSet = false;
+            problem = Diagnostics::shown(error);
+        }
+    }
+    remembered.store();
+    Diagnostics::log(areAllSet ? QStringLiteral("name servers are put back")
+                               : QStringLiteral("name servers are not put back"));
+    return areAllSet;
 }
 
 } // namespace quorvane

@@ -25,6 +25,9 @@ public:
     /// Why the last command failed, as the system reported it; null after a success.
     [[nodiscard]] QString refusal() const { return m_refusal; }
 
+    /// What the last command was asked beside the password, in the words of the prompt; null for nothing.
+    [[nodiscard]] QString otherQuestion() const { return m_otherQuestion; }
+
     /// Expires when no process that the last command left behind has its output open any more.
     [[nodiscard]] std::weak_ptr<void> openOutput() const { return m_openOutput; }
 
@@ -32,14 +35,19 @@ public:
     [[nodiscard]] bool getSystemDns();
     [[nodiscard]] bool getEthernetDns();
     [[nodiscard]] bool getWifiDns();
-    /// Sets the two public resolvers on three services; returns the result of the third one only.
+    /// Sets the two public resolvers on three services; returns the result of the third one only. What the
+    /// services had before is remembered first.
     bool setSystemDns();
+    /// Sets what is remembered of each service, and forgets it where that succeeded. False, with a message
+    /// for the user, when one of them could not be set.
+    bool restoreSystemDns(QString &problem);
 
 private:
     [[nodiscard]] bool listsResolvers(const QString &command);
 
     QString m_knownRefusal;
     QString m_refusal;
+    QString m_otherQuestion;
     std::weak_ptr<void> m_openOutput;
 };
 

@@ -7,6 +7,7 @@
 #include "SessionWindow.h"
 #include "frontend/api/ConfigurationFetch.h"
 #include "frontend/privileges/FileUtils.h"
+#include "frontend/privileges/NameServers.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/support/AlertPresenter.h"
 #include "frontend/support/Diagnostics.h"
@@ -65,6 +66,7 @@ void HideIpSession::end(const std::function<void()> &ended) {
     m_parts.events.closeWith([this, ended]() -> Task<> {
         enter(Phase::Ended);
         co_await endTunnel();
+        co_await NameServers::putBackAfterSession(m_parts.events);
         ended();
     });
 }
@@ -219,6 +221,7 @@ Task<> HideIpSession::press(bool on) {
             co_await endTunnel();
         } else {
             co_await reset();
+            putBackServersLater();
         }
         co_return;
     }
@@ -232,6 +235,7 @@ Task<> HideIpSession::press(bool on) {
     }
     if (!on) {
         co_await reset();
+        putBackServersLater();
         co_return;
     }
     disableControls();
@@ -327,6 +331,7 @@ Task<> HideIpSession::startTunnel() {
     enter(Phase::Connecting);
     m_parts.animation.start(); // it ended if an earlier tunnel has been shown meanwhile
     bool threw = false;
+    co_await NameServers::setForSession(m_parts.events);
     stopWatching(); // of an earlier tunnel
     m_facts.lost = false;
     m_facts.tunnelRuns = true;
@@ -351,8 +356,7 @@ Task<> HideIpSession::startTunnel() {
 
 void HideIpSession::noteOutcome(const QString &what) const {
     const LocationList &list = m_parts.chooser.list();
-    SessionLog::append(QStringLiteral("connection ") + what + QChar(u' ') + list.title(list.currentRow()) +
-                       QChar(u'\n'));
+    SessionLog::append(QStringLiteral("connection ") + what, list.title(list.currentRow()));
 }
 
 Task<> HideIpSession::attemptFailed() {
@@ -377,6 +381,18 @@ Task<> HideIpSession::attemptFailed() {
     // The hidden flag and the stored preference stay as they were.
     forgetLentAddress();
     enter(Phase::NotHidden);
+    putBackServersLater();
+}
+
+void HideIpSession::putBackServersLater() {
+    if (!NameServers::areRestored()) {
+        return;
+    }
+    m_parts.events.post([this]() -> Task<> {
+        if (m_facts.phase == Phase::NotHidden) { // else the stop was a part of a change
+            co_await NameServers::putBackAfterSession(m_parts.events);
+        }
+    });
 }
 
 Task<> HideIpSession::endTunnel() {

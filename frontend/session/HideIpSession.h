@@ -158,6 +158,8 @@ private:
     [[nodiscard]] Task<> startTunnel();
     [[nodiscard]] Task<> reuseConfiguration(quint64 attempt);
     [[nodiscard]] Task<> attemptFailed();
+    /// Puts the name servers back, if the user wants that, unless a new attempt has begun by then.
+    void putBackServersLater();
     [[nodiscard]] Task<> endTunnel();
     [[nodiscard]] Task<> reset();
     [[nodiscard]] Task<> resetAfterRefusal();

@@ -82,9 +82,8 @@ void HideIpSession::watchTunnel() {
         showLoss(m_tunnelStarts, platform::TunnelLoss::ProcessEnded); // after the tunnel came up
         return;
     }
-    services().tunnelWatch->watch(own.ids, [this, tunnel = m_tunnelStarts](platform::TunnelLoss loss) {
-        showLoss(tunnel, loss);
-    });
+    services().tunnelWatch->watch(
+        own.ids, [this, tunnel = m_tunnelStarts](platform::TunnelLoss loss) { showLoss(tunnel, loss); });
 }
 
 void HideIpSession::showLoss(quint64 tunnel, platform::TunnelLoss loss) {
@@ -113,7 +112,9 @@ Task<> HideIpSession::tunnelWasLost(quint64 tunnel, platform::TunnelLoss loss) {
     shared().hidden = false;
     enter(Phase::NotHidden);
     co_await reset(); // ends what is left of the tunnel
-    if (!Preferences::boolean(Preference::NoReconnect)) {
+    if (Preferences::boolean(Preference::NoReconnect)) {
+        putBackServersLater();
+    } else {
         m_failures = 0;
         m_reconnects = true;
         disableControls();

@@ -2,33 +2,20 @@
 
 #include "platform/Files.h"
 
-#include <QFile>
 #include <QStringDecoder>
-#include <algorithm>
 
 namespace quorvane {
 
 namespace {
 
 constexpr qint64 maximumFileSize = 16LL * 1024 * 1024;
-constexpr qint64 shortestPiece = 4096;
 
 } // namespace
 
 QByteArray TextFile::readBytes(const QString &path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        return {};
-    }
-    // Most files are short and read often. One that grows meanwhile, or has no size, is read to its end.
     QByteArray bytes;
-    QByteArray piece;
-    do {
-        const qint64 expected = std::max(file.size() - bytes.size(), shortestPiece) + 1;
-        piece = file.read(std::min(expected, maximumFileSize + 1 - bytes.size()));
-        bytes += piece;
-    } while (!piece.isEmpty() && bytes.size() <= maximumFileSize);
-    return bytes.size() > maximumFileSize ? QByteArray() : bytes;
+    const bool isRead = platform::readPlainFile(path, maximumFileSize, bytes) == 0;
+    return isRead && !bytes.isEmpty() ? bytes : QByteArray();
 }
 
 QString TextFile::read(const QString &path, qint64 begin) {

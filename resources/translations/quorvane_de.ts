@@ -439,6 +439,14 @@
         <translation>Der Benutzername oder das Passwort ist falsch.
 </translation>
     </message>
+    <message>
+        <source>The administrator&apos;s account asks for more than its password: &quot;%1&quot;</source>
+        <translation>Für das Konto des Administrators wird mehr als das Passwort verlangt: „%1“</translation>
+    </message>
+    <message>
+        <source>Quorvane can answer the question for the password only. The password was not used for any other question.</source>
+        <translation>Quorvane kann nur die Frage nach dem Passwort beantworten. Für keine andere Frage wurde das Passwort verwendet.</translation>
+    </message>
 </context>
 <context>
     <name>quorvane::QrvDiscardIpTableViewController</name>
@@ -467,6 +475,14 @@
     <message>
         <source>%1 (ver.%2)</source>
         <translation>%1 (ver.%2)</translation>
+    </message>
+    <message>
+        <source>The name servers can be put back while your IP is not hidden.</source>
+        <translation>Die Namensserver lassen sich zurücksetzen, solange Ihre IP nicht verborgen ist.</translation>
+    </message>
+    <message>
+        <source>The name servers could not be put back.</source>
+        <translation>Die Namensserver konnten nicht zurückgesetzt werden.</translation>
     </message>
 </context>
 <context>
@@ -713,6 +729,22 @@
     <message>
         <source>&amp;Start Quorvane when I log in</source>
         <translation>Quorvane bei der Anmeldung &amp;starten</translation>
+    </message>
+    <message>
+        <source>Put &amp;back my name servers when I stop hiding</source>
+        <translation>&amp;Beim Beenden meine Namensserver zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Quorvane uses 8.8.8.8 and 8.8.4.4 in place of them.</source>
+        <translation>Quorvane verwendet an ihrer Stelle 8.8.8.8 und 8.8.4.4.</translation>
+    </message>
+    <message>
+        <source>Put Back &amp;Now</source>
+        <translation>&amp;Jetzt zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Put back my name servers now</source>
+        <translation>Meine Namensserver jetzt zurücksetzen</translation>
     </message>
 </context>
 <context>

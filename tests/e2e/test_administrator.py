@@ -37,6 +37,59 @@ def test_wrong_password_then_the_right_one(world, client):
     assert world.home.public_address() == address
 
 
+def asked(question):
+    """The message box for a question that is not the one for the password."""
+    return {
+        "title": "Quorvane",
+        "texts": [
+            f'The administrator\'s account asks for more than its password: "{question}"',
+            "Quorvane can answer the question for the password only. The password was not used for any other "
+            "question.",
+        ],
+        "buttons": ["OK"],
+    }
+
+
+def check_asked(client, account, question):
+    client.enter_administrator(account.name, account.password)
+    assert client.wait_alert() == asked(question)
+    client.dismiss_alert()
+    client.wait({"role": "alert"}, absent=True)
+    assert client.dialog_open()
+
+
+@pytest.mark.parametrize("user", [JOE.name, ADA.name], ids=["su-and-sudo", "sudo"])
+def test_expired_password(world, make_client, user):
+    """The password is right and must be changed: it is not given to any question about the new one."""
+    world.home.run("chage", "-d", "0", ADA.name)
+    client = make_client(world, user)
+    client.start()
+    check_asked(client, ADA, "Current password:")
+    check_no_session(world, client)
+    world.home.run("chage", "-d", "-1", ADA.name)
+    client.enter_administrator(ADA.name, ADA.password)
+    client.wait_dialog_closed()
+    client.wait_hidden()
+
+
+@pytest.mark.parametrize("user", [JOE.name, ADA.name], ids=["su-and-sudo", "sudo"])
+def test_second_factor(world, make_client, user):
+    """A question before the password, and one after it, whose words end like a prompt for a password."""
+    rules = world.home.path("/etc/pam.d/common-auth")
+    usual = rules.read_text(encoding="utf-8")
+    client = make_client(world, user)
+    rules.write_text("auth required pam_ftp.so\n" + usual, encoding="utf-8")
+    client.start()
+    check_asked(client, ADA, f"Password required for {ADA.name}.")
+    rules.write_text(usual + "auth required pam_stress.so\n", encoding="utf-8")
+    check_asked(client, ADA, "STRESS Password:")
+    check_no_session(world, client)
+    rules.write_text(usual, encoding="utf-8")
+    client.enter_administrator(ADA.name, ADA.password)
+    client.wait_dialog_closed()
+    client.wait_hidden()
+
+
 def test_unknown_name(world, client):
     client.start()
     check_refused(client, "no-such-account", "whatever")

@@ -4,7 +4,9 @@ import re
 
 from harness.conditions.resolvers import NetworkManager
 from harness.drive import client as ui
+from harness.drive import settings
 from world.accounts import ADA
+from world.service import BERLIN
 
 RIGHT, WRONG = "8.8.8.8 8.8.4.4", "8.8.8.8"
 SET_LINES = [
@@ -55,6 +57,70 @@ def test_wrong_with_a_stored_pair(world, client):
     client.wait_ready()
     assert not client.dialog_open()
     assert world.service.requests_of("VPNC") == []
+
+
+OF_THE_HOME = "192.168.77.1"
+BOX = "Put back my name servers when I stop hiding"
+
+
+def restored_lines(world):
+    lines = world.home.privileged_lines()
+    return [line for line in lines if "-setdnsservers" in line and "8.8.8.8" not in line]
+
+
+def test_put_back_after_each_session(world, client):
+    """Switched on in the settings: they are set for a session only, and back after its stop."""
+    manager = NetworkManager(world.home, wired="", wireless=OF_THE_HOME)
+    client.remember_administrator(ADA, location=BERLIN.title)
+    client.start()
+    world.home.wait_for(lambda: len(set_lines(world)) >= 3, "the servers of three services are set")
+    client.wait_ready()
+    settings.open_window(client)
+    settings.switch(client, BOX, to=True)
+    settings.close_window(client, "OK")
+    for _session in range(2):
+        client.hide()
+        client.wait_hidden()
+        assert (manager.servers("Ethernet"), manager.servers("Wi-Fi")) == (RIGHT, RIGHT)
+        client.stop()
+        world.home.wait_for(
+            lambda: (manager.servers("Ethernet"), manager.servers("Wi-Fi")) == ("", OF_THE_HOME),
+            "the servers of before are back",
+        )
+    assert manager.changes().count("modify Ethernet ipv4.dns= ignore-auto=no") == 2, "automatic again, twice"
+
+
+def test_put_back_after_a_crash(world, client):
+    """The client and OpenVPN are killed while hidden; the next start puts the servers back."""
+    manager = NetworkManager(world.home, wired=OF_THE_HOME, wireless=OF_THE_HOME)
+    client.start_hidden(ADA, location=BERLIN.title, restoreDns=True)
+    assert manager.servers("Wi-Fi") == RIGHT
+    client.kill()
+    assert manager.servers("Wi-Fi") == RIGHT
+    client.start()
+    world.home.wait_for(
+        lambda: (manager.servers("Ethernet"), manager.servers("Wi-Fi")) == (OF_THE_HOME, OF_THE_HOME),
+        "the servers of before are back",
+    )
+    client.wait_no_openvpn()
+    assert client.text("Status line") == ui.NOT_HIDING
+    assert (len(set_lines(world)), len(restored_lines(world))) == (3, 3)
+    world.home.wait_for(lambda: "dnsBefore" not in client.preferences(), "nothing is left to put back")
+
+
+def test_put_back_by_the_button(world, client):
+    """Without the setting, nothing is put back until the button is pressed."""
+    manager = NetworkManager(world.home, wired=OF_THE_HOME, wireless=OF_THE_HOME)
+    client.start_hidden(ADA, location=BERLIN.title)
+    client.stop()
+    assert restored_lines(world) == [] and manager.servers("Wi-Fi") == RIGHT
+    settings.open_window(client)
+    button = ui.button("Put back my name servers now", settings.TITLE)
+    client.wait(button, showing=True, enabled=True)
+    client.press(button)
+    client.wait(button, enabled=False)
+    assert (manager.servers("Ethernet"), manager.servers("Wi-Fi")) == (OF_THE_HOME, OF_THE_HOME)
+    assert len(restored_lines(world)) == 3 and "restoreDns" not in client.preferences()
 
 
 def test_right_on_both(world, client):

@@ -192,3 +192,48 @@ def test_resolved_that_is_not_used(home):
     Resolved(home, "9.9.9.9")
     home.write("/etc/resolv.conf", "nameserver 1.1.1.1\n")
     assert run(home, "-getdnsservers", "Ethernet")[1] == "1.1.1.1\n"
+
+
+RESTORED = {
+    "file": "9.9.9.9 1.1.1.1",
+    "profile": "9.9.9.9 1.1.1.1",
+    "automatic profile": "empty",
+    "profile and automatic": "9.9.9.9 automatic",
+    "resolved": "9.9.9.9 1.1.1.1",
+    "resolved, as networkd set it": "empty",
+}
+
+
+def set_up(home, kind):
+    if kind == "file":
+        home.write("/etc/resolv.conf", "nameserver 9.9.9.9\nnameserver 1.1.1.1\n")
+        return
+    if kind.startswith("resolved"):
+        Resolved(home, "9.9.9.9 1.1.1.1")
+        if "networkd" in kind:
+            index = home.run("cat", "/sys/class/net/eth0/ifindex").stdout.strip()
+            home.write(f"/run/systemd/netif/links/{index}", "ADMIN_STATE=configured\nDNS=9.9.9.9 1.1.1.1\n")
+        return
+    servers = {"profile": "9.9.9.9 1.1.1.1", "automatic profile": ""}.get(kind, "9.9.9.9")
+    manager = NetworkManager(home, wired=servers, wireless=servers)
+    if kind == "profile and automatic":
+        for name in ("Ethernet", "Wi-Fi"):
+            home.write(f"{manager.STATE}/{name}/ignore-auto", "no\n")
+
+
+@pytest.mark.parametrize("kind", RESTORED)
+def test_words_that_bring_the_servers_back(home, kind):
+    """The words are what -setdnsservers needs: afterwards everything is as before."""
+    set_up(home, kind)
+    for service in SERVICES:
+        words = run(home, "-getdnsrestore", service, user="joe")
+        assert words == (0, RESTORED[kind] + "\n", "")
+        before = run(home, "-getdnsservers", service)
+        assert run(home, "-setdnsservers", service, "8.8.8.8", "8.8.4.4")[0] == 0
+        assert run(home, "-getdnsrestore", service)[1] == "8.8.8.8 8.8.4.4\n"
+        assert run(home, "-setdnsservers", service, *RESTORED[kind].split())[0] == 0
+        if kind == "resolved, as networkd set it":
+            # The fake forgets the servers at a revert; the real one has those of networkd then.
+            home.write(f"{Resolved.STATE}/eth0", "9.9.9.9 1.1.1.1\n")
+        assert run(home, "-getdnsservers", service) == before
+        assert run(home, "-getdnsrestore", service) == words

@@ -58,7 +58,11 @@ public:
             return true;
         }
         QFile file(job->destination());
-        if (!file.open(QIODevice::WriteOnly) || file.write(body) != body.size()) {
+        if (!file.open(QIODevice::WriteOnly)) {
+            file.setFileName(job->destination()); // once more, as the real loader does
+            file.open(QIODevice::WriteOnly);
+        }
+        if (!file.isOpen() || file.write(body) != body.size()) {
             job->failed({platform::UrlError::Kind::File, file.errorString()});
             return false;
         }

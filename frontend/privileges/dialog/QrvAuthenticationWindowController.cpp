@@ -130,8 +130,12 @@ QrvAuthenticationWindowController::testPairAndStart(QPointer<QrvAuthenticationWi
     if (!dialog) {
         co_return;
     }
-    const bool valid = co_await dialog->m_events.background(
-        [] { return QrvCredentials::sharedInstance().credentialsIsValid(); });
+    const auto question = std::make_shared<QString>();
+    auto test = [question] {
+        return QrvCredentials::sharedInstance().credentialsIsValid(*question);
+    };
+    auto tested = dialog->m_events.background(std::move(test));
+    const bool valid = co_await tested;
     if (!dialog) {
         co_return;
     }
@@ -147,9 +151,22 @@ QrvAuthenticationWindowController::testPairAndStart(QPointer<QrvAuthenticationWi
         Diagnostics::log(QStringLiteral("QrvAuthenticationWindowController closed"));
         dialog->closeWindow();
     } else {
-        dialog->m_alerts.critical(
-            {QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}, true});
+        dialog->reportFailure(*question);
     }
+}
+
+void QrvAuthenticationWindowController::reportFailure(const QString &otherQuestion) {
+    if (otherQuestion.isNull()) {
+        m_alerts.critical(
+            {QStringLiteral("Quorvane"), tr("You input wrong user name or password.\n"), {}, true});
+        return;
+    }
+    m_alerts.critical(
+        {QStringLiteral("Quorvane"),
+         tr("The administrator's account asks for more than its password: \"%1\"").arg(otherQuestion),
+         tr("Quorvane can answer the question for the password only. The password was not used for "
+            "any other question."),
+         true});
 }
 
 Task<>

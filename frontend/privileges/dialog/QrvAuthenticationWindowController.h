@@ -63,6 +63,8 @@ private:
                                                                      AlertPresenter &alerts, QWidget &window);
     /// Tests the stored pair, and starts the session if it is valid. The dialog may be gone meanwhile.
     [[nodiscard]] static Task<> testPairAndStart(QPointer<QrvAuthenticationWindowController> dialog);
+    /// The question is what was asked beside the password, null for nothing: then the pair is wrong.
+    void reportFailure(const QString &otherQuestion);
     [[nodiscard]] static Task<> ensureDnsAndStart(QPointer<QrvAuthenticationWindowController> dialog);
 
     EventQueue &m_events;

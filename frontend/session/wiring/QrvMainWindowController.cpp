@@ -1,5 +1,6 @@
 #include "QrvMainWindowController.h"
 
+#include "frontend/privileges/NameServers.h"
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
 #include "frontend/session/LaunchAgent.h"
@@ -260,6 +261,13 @@ Task<> QrvMainWindowController::checkAtStart() {
 
 Task<> QrvMainWindowController::checkDnsSettings() {
     Diagnostics::log(QStringLiteral("checkDnsSettings"));
+    if (NameServers::areRestored()) {
+        // They are set for each session. A crash or a reboot may have left them so.
+        if (display().look == Look::NotHidden) {
+            co_await NameServers::putBackAfterSession(m_events);
+        }
+        co_return;
+    }
     if (co_await m_events.background([] { return ScriptUtil().getSystemDns(); })) {
         co_return;
     }
@@ -292,6 +300,25 @@ void QrvMainWindowController::openAdministratorDialog(const std::function<void()
 
 void QrvMainWindowController::checkAdministrator(QWidget &window) {
     m_events.post([this, &window] { return openDialogUnlessValid(window); });
+}
+
+void QrvMainWindowController::putBackNameServers() {
+    m_events.post([this] { return putBackServersNow(); });
+}
+
+Task<> QrvMainWindowController::putBackServersNow() {
+    if (display().look != Look::NotHidden) {
+        Alerts::shared().critical({QStringLiteral("Quorvane"),
+                                   tr("The name servers can be put back while your IP is not hidden."),
+                                   {}});
+        co_return;
+    }
+    const QString problem = co_await NameServers::putBackNow(m_events);
+    settings().refreshNameServers();
+    if (!problem.isNull()) {
+        Alerts::shared().critical(
+            {QStringLiteral("Quorvane"), tr("The name servers could not be put back."), problem});
+    }
 }
 
 void QrvMainWindowController::checkIpMenuItemPressed() {

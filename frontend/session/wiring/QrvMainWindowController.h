@@ -95,6 +95,7 @@ private:
     [[nodiscard]] bool launchesOnStartup() const override;
     void startupLaunchButtonPressed(bool on) override;
     void checkAdministrator(QWidget &window) override;
+    void putBackNameServers() override;
     // DiscardedAddresses, which the settings window holds
     void addDiscardedIp(const QString &address) override;
     [[nodiscard]] bool hasRow(const QString &text) const override;
@@ -111,6 +112,7 @@ private:
     [[nodiscard]] Task<> checkAtStart();
     [[nodiscard]] Task<> checkDnsSettings();
     [[nodiscard]] Task<> checkCredentials();
+    [[nodiscard]] Task<> putBackServersNow();
     [[nodiscard]] Task<> openDialogUnlessValid(QWidget &window);
     void loadPreferences();
 

@@ -1,6 +1,7 @@
 #include "IpAddressesPane.h"
 
 #include "DefaultsBinding.h"
+#include "frontend/privileges/NameServers.h"
 #include "frontend/support/Notifications.h"
 #include "frontend/support/TextNumbers.h"
 #include "frontend/ui/shared/IntervalField.h"
@@ -25,6 +26,7 @@ IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
     m_ui->tableDiscardIp->setDataSource(&m_discarded);
     binding.bindBoolean(*m_ui->checkboxChangeIpInterval, Preference::ChangeIpEvery);
     binding.bindBoolean(*m_ui->checkboxHide, Preference::Hide);
+    binding.bindBoolean(*m_ui->checkboxRestoreDns, Preference::RestoresDns);
     m_interval = new IntervalField(*m_ui->fieldChangeIpInterval, *m_ui->stepperChangeIpInterval,
                                    IntervalField::Zero::Accepted, this);
     connect(m_ui->deleteButton, &QPushButton::clicked, this,
@@ -35,6 +37,7 @@ IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
     connect(m_ui->checkboxChangeIpInterval, &QCheckBox::clicked, this,
             &IpAddressesPane::changeIpEveryButtonPressed);
     connect(m_ui->launchOnStart, &QCheckBox::clicked, this, &IpAddressesPane::launchSwitched);
+    connect(m_ui->putBackButton, &QPushButton::clicked, this, &IpAddressesPane::putBackPressed);
 }
 
 IpAddressesPane::~IpAddressesPane() {
@@ -45,6 +48,11 @@ void IpAddressesPane::refresh() {
     const qint64 minutes = Preferences::editedInteger(Preference::ChangeIpInterval);
     m_interval->show(integerValue(QString::number(minutes)));
     changeIpEveryButtonPressed(m_ui->checkboxChangeIpInterval->isChecked());
+    refreshNameServers();
+}
+
+void IpAddressesPane::refreshNameServers() {
+    m_ui->putBackButton->setEnabled(NameServers::isAnythingRemembered());
 }
 
 void IpAddressesPane::setLaunchesOnStart(bool on) {

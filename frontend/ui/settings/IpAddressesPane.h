@@ -15,7 +15,8 @@ namespace Ui {
 class SettingsIpAddresses;
 }
 
-/// The pane "IP Addresses": the discarded addresses, the automatic change, and how the program starts. The
+/// The pane "IP Addresses": the discarded addresses, the automatic change, how the program starts, and the
+/// name servers. The
 /// interval is stored when the settings are applied; the boxes are held edits. Main thread.
 class IpAddressesPane final : public QWidget {
     Q_OBJECT
@@ -27,6 +28,8 @@ public:
 
     /// Shows the stored interval, and enables its controls if the box is on.
     void refresh();
+    /// Offers to put name servers back if some are remembered.
+    void refreshNameServers();
     void setLaunchesOnStart(bool on);
     /// The interval field's number, without a check.
     [[nodiscard]] int interval() const;
@@ -38,6 +41,8 @@ public:
 Q_SIGNALS:
     /// The user switched the launch at login.
     void launchSwitched(bool on);
+    /// The user wants the name servers back now.
+    void putBackPressed();
 
 private:
     void changeIpEveryButtonPressed(bool on);

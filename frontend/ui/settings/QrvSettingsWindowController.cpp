@@ -66,10 +66,16 @@ void QrvSettingsWindowController::connectWindow() {
             &QrvSettingsWindowController::buttonOurWebsitePressed);
     connect(m_viewIpAddresses, &IpAddressesPane::launchSwitched, this,
             [this](bool on) { m_delegate.startupLaunchButtonPressed(on); });
+    connect(m_viewIpAddresses, &IpAddressesPane::putBackPressed, this,
+            [this] { m_delegate.putBackNameServers(); });
 }
 
 void QrvSettingsWindowController::refreshBoundControls() {
     m_binding.refresh();
+}
+
+void QrvSettingsWindowController::refreshNameServers() {
+    m_viewIpAddresses->refreshNameServers();
 }
 
 void QrvSettingsWindowController::refreshControls() {

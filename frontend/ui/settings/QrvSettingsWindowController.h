@@ -39,6 +39,8 @@ public:
     void showWindow();
     /// Updates the bound controls after another part of the program has stored values.
     void refreshBoundControls();
+    /// Shows whether there are name servers to put back.
+    void refreshNameServers();
 
     void okButtonPressed();
     void cancelButtonPressed();

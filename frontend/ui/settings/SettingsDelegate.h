@@ -21,6 +21,8 @@ public:
     /// Tests the stored administrator pair, and opens the window's dialog unless it is valid or a dialog is
     /// open.
     virtual void checkAdministrator(QWidget &window) = 0;
+    /// Sets the name servers that were there before the program changed them.
+    virtual void putBackNameServers() = 0;
 };
 
 } // namespace quorvane

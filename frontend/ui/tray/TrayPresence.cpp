@@ -18,6 +18,11 @@ platform::TrayHosts &hosts() {
     return *platform::Platform::current().trayHosts;
 }
 
+/// Qt and the trays read a tooltip that looks like markup as markup. No address contains these characters.
+QString withoutMarkup(QString text) {
+    return text.replace(u'<', u'\u2039').replace(u'>', u'\u203A').replace(u'&', u'+');
+}
+
 } // namespace
 
 TrayPresence::TrayPresence(QObject *parent) : QObject(parent), m_trayMenu(std::make_unique<QMenu>()) {
@@ -122,7 +127,7 @@ void TrayPresence::setStatus(Look look, const QString &address) {
         text = tr("Quorvane: searching for an available IP");
         break;
     case Look::Hidden:
-        text = tr("Quorvane: your IP is hidden behind %1").arg(address.trimmed());
+        text = tr("Quorvane: your IP is hidden behind %1").arg(withoutMarkup(address.trimmed()));
         break;
     }
     if (text == m_toolTip) {

@@ -6,7 +6,9 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -74,10 +76,10 @@ int PendingFile::open(const QString &path) {
     m_name = QFile::encodeName(target.fileName());
     m_temporary = randomName(m_name);
     // A file without a name leaves nothing behind even when the process is killed.
-    m_file.reset(::openat(m_folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+    m_file.reset(::openat(m_folder.get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
     if (!m_file.isOpen() || ::access(ownPath(m_file).constData(), F_OK) != 0) {
         m_file.reset(::openat(m_folder.get(), m_temporary.constData(),
-                              O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, 0600));
+                              O_CREAT | O_EXCL | O_NOFOLLOW | O_RDWR | O_CLOEXEC, 0600));
         if (!m_file.isOpen()) {
             return errno;
         }
@@ -89,6 +91,24 @@ int PendingFile::open(const QString &path) {
 
 int PendingFile::write(const QByteArray &bytes) const {
     return writeAll(m_file.get(), bytes.constData(), bytes.size());
+}
+
+int PendingFile::copy(const PendingFile &other) const {
+    std::array<char, 65536> part{};
+    off_t position = 0;
+    for (;;) {
+        const ssize_t got = ::pread(other.m_file.get(), part.data(), part.size(), position);
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got <= 0) {
+            return got == 0 ? 0 : errno;
+        }
+        if (const int outcome = writeAll(m_file.get(), part.data(), got); outcome != 0) {
+            return outcome;
+        }
+        position += got;
+    }
 }
 
 int PendingFile::commit(bool durable) {
@@ -157,6 +177,30 @@ int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes) {
             return EFBIG;
         }
     }
+}
+
+int appendToPlainFile(const QString &path, const QByteArray &bytes, MissingFile missing) {
+    const int creation = missing == MissingFile::IsCreated ? O_CREAT : 0;
+    // Does not block, as above.
+    const FileDescriptor file(::open(QFile::encodeName(path).constData(),
+                                     O_WRONLY | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | creation,
+                                     0600));
+    if (!file.isOpen()) {
+        return errno;
+    }
+
+    struct stat status {};
+
+    if (::fstat(file.get(), &status) != 0) {
+        return errno;
+    }
+    return S_ISREG(status.st_mode) ? writeAll(file.get(), bytes.constData(), bytes.size()) : EINVAL;
+}
+
+int renameFile(const QString &path, const QString &newPath) {
+    const int outcome =
+        std::rename(QFile::encodeName(path).constData(), QFile::encodeName(newPath).constData());
+    return outcome == 0 ? 0 : errno;
 }
 
 } // namespace quorvane::platform

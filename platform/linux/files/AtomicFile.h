@@ -19,6 +19,8 @@ public:
 
     [[nodiscard]] int open(const QString &path);
     [[nodiscard]] int write(const QByteArray &bytes) const;
+    /// Writes everything that the other file contains, which may have got no name.
+    [[nodiscard]] int copy(const PendingFile &other) const;
     /// If durable, the file is on the disk before it gets its name, so that after a power cut there is the
     /// old or the new file.
     [[nodiscard]] int commit(bool durable);
@@ -31,10 +33,6 @@ private:
     /// Whether the temporary name is in the folder.
     bool m_named = false;
 };
-
-/// Reads a regular file of at most limit bytes without following a link in its last component. Returns 0 or
-/// an errno value (EFBIG when it is larger, EINVAL when it is not a regular file).
-[[nodiscard]] int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes);
 
 /// Creates the folder and missing folders above it, each open to its owner only. Returns 0 or an errno value.
 [[nodiscard]] int makePrivateFolders(const QString &path);

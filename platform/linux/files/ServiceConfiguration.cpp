@@ -1,6 +1,6 @@
 #include "platform/ServiceConfiguration.h"
 
-#include "AtomicFile.h"
+#include "platform/Files.h"
 #include "platform/StrictUrl.h"
 
 #include <QStringDecoder>

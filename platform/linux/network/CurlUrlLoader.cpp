@@ -7,6 +7,7 @@
 
 #include <QEventLoop>
 #include <QFile>
+#include <QPointer>
 
 namespace quorvane::platform {
 
@@ -19,14 +20,37 @@ UrlError fileError(int number) {
 /// The file that a download goes into; it is made at the first byte.
 struct DownloadFile {
     UrlLoader::Destination destination;
+    QString path;
     std::optional<PendingFile> file;
 
     [[nodiscard]] std::optional<UrlError> write(const QByteArray &piece) {
-        int outcome = file ? 0 : file.emplace().open(destination());
+        int outcome = 0;
+        if (!file) {
+            path = destination();
+            outcome = file.emplace().open(path);
+        }
         if (outcome == 0) {
             outcome = file->write(piece);
         }
         return outcome == 0 ? std::nullopt : std::optional(fileError(outcome));
+    }
+
+    /// Gives the complete file its name, or another one. Returns 0 or an errno value.
+    [[nodiscard]] int commit() {
+        const int refusal = file->commit(false);
+        if (refusal == 0) {
+            return 0;
+        }
+        const QString other = destination();
+        if (other == path) {
+            return refusal;
+        }
+        PendingFile second;
+        int outcome = second.open(other);
+        if (outcome == 0) {
+            outcome = second.copy(*file);
+        }
+        return outcome == 0 ? second.commit(false) : outcome;
     }
 };
 
@@ -47,11 +71,14 @@ bool CurlUrlLoader::download(const QByteArray &url, QObject *context, Destinatio
     }
     auto target = std::make_shared<DownloadFile>();
     target->destination = std::move(destination);
-    const auto ended = [target, finished = std::move(finished),
+    const auto ended = [target, alive = QPointer(context), finished = std::move(finished),
                         failed = std::move(failed)](const std::optional<UrlError> &error) {
-        const int outcome = error ? 0 : target->file->commit(false);
+        const int outcome = error ? 0 : target->commit();
         // A file without its name is removed before the report.
         target->file.reset();
+        if (!alive) {
+            return; // the function that chooses the path has destroyed it
+        }
         if (error) {
             failed(*error);
         } else if (outcome != 0) {

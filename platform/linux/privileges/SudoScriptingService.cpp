@@ -20,6 +20,8 @@ namespace {
 constexpr int notRun = 1;
 /// No password is that long; a longer one would not fit in the pipe at once.
 constexpr qsizetype maximumPasswordSize = 4096;
+/// Bytes of a question that the user sees.
+constexpr qsizetype longestQuestion = 200;
 
 // Runs in the root shell; arguments: line, search path, marker. The marker means that the rights were
 // granted. The rest of the input is not read, because it may contain a password for which there was no
@@ -28,8 +30,12 @@ constexpr char rootScript[] = "printf '%s\\n' \"$3\" >&2\n"
                               "PATH=$2 LC_ALL=C\n"
                               "export PATH LC_ALL\n"
                               "exec /bin/sh -c -- \"$1\" </dev/null\n";
-// Runs as the other administrator; arguments: line, search path, marker, prompt, sudo, root script.
-constexpr char otherScript[] = "exec \"$5\" -k -S -p \"$4\" -- /bin/sh -c \"$6\" sh \"$1\" \"$2\" \"$3\"\n";
+// Runs as the other administrator; arguments: line, search path, marker, variable with the prompt, sudo, root
+// script.
+constexpr char otherScript[] = "export \"$4\"\n"
+                               "exec \"$5\" -k -S -- /bin/sh -c \"$6\" sh \"$1\" \"$2\" \"$3\"\n";
+// The prompt of su for the password of an account, with LC_ALL=C.
+constexpr char suPrompt[] = "Password: ";
 
 /// Bytes that are overwritten when they are destroyed.
 class SecretBytes {
@@ -59,41 +65,55 @@ private:
     QByteArray m_bytes;
 };
 
-/// Answers each prompt for a password with one line, so that a wrong one costs one attempt.
+/// Gives the password to the prompts for it, each once and in their order, and to no other question: a second
+/// factor, an expired password and a wrong one end the input.
 class PromptAnswerer {
 public:
-    PromptAnswerer(const SecretBytes &password, const QByteArray &prompt, const QByteArray &granted,
-                   int prompts)
-        : m_password(password), m_prompt(prompt), m_granted(granted), m_left(prompts) {}
+    PromptAnswerer(const SecretBytes &password, QByteArrayList prompts, QByteArray granted)
+        : m_password(password), m_prompts(std::move(prompts)), m_granted(std::move(granted)) {}
 
-    void look(ChildInput &input, const QByteArray &error, bool quiet) {
+    void look(ChildInput &input, const QByteArray &error, Silence silence) {
+        if (m_hasEnded) {
+            return;
+        }
         if (error.contains(m_granted)) {
-            m_left = 0;
-            input.close();
+            end(input);
             return;
         }
         const qsizetype lineStart = std::max(error.lastIndexOf('\n') + 1, m_answered);
-        const QByteArray tail = error.mid(lineStart);
-        const bool isSudo = tail.endsWith(m_prompt);
-        // A prompt with other words is recognised by the silence that follows it.
-        const bool isPrompt = isSudo || tail.endsWith("assword: ") || (quiet && !tail.trimmed().isEmpty());
-        if (!isPrompt || m_left == 0) {
-            return;
-        }
-        m_answered = error.size();
-        m_left = isSudo ? 0 : m_left - 1;
-        input.send(m_password.line());
-        if (m_left == 0) {
-            input.close();
+        const QByteArray line = error.mid(lineStart);
+        if (m_next < m_prompts.size() && line == m_prompts[m_next]) {
+            ++m_next;
+            m_answered = error.size();
+            input.send(m_password.line());
+        } else if (m_next == m_prompts.size() && line == m_prompts.constLast()) {
+            end(input); // the password was wrong, and costs one attempt
+        } else if (silence != Silence::None && !line.trimmed().isEmpty()) {
+            // An unfinished line of another kind: a question that waits for its answer.
+            m_question = line.trimmed();
+            end(input);
+        } else if (silence == Silence::Long) {
+            m_question = error.mid(m_answered).trimmed().split('\n').last().trimmed();
+            end(input);
         }
     }
 
+    /// What was asked beside the password; empty for nothing.
+    [[nodiscard]] const QByteArray &question() const { return m_question; }
+
 private:
+    void end(ChildInput &input) {
+        m_hasEnded = true;
+        input.close();
+    }
+
     const SecretBytes &m_password;
-    QByteArray m_prompt;
+    QByteArrayList m_prompts;
     QByteArray m_granted;
-    int m_left;
+    QByteArray m_question;
+    qsizetype m_next = 0;
     qsizetype m_answered = 0;
+    bool m_hasEnded = false;
 };
 
 QByteArrayList environment(const QByteArray &path) {
@@ -166,11 +186,21 @@ ScriptResult refusal(const ChildOutcome &outcome, const QByteArray &prompt) {
     return lineResult(outcome.status == 0 ? notRun : outcome.status, outcome.output, said.trimmed());
 }
 
+/// The result when something else than the password was asked.
+ScriptResult asked(const QByteArray &question) {
+    const QString words = QString::fromUtf8(question.left(longestQuestion)).simplified();
+    ScriptResult result =
+        failure(notRun, QStringLiteral("Another question than the password was asked: ") + words);
+    result.otherQuestion = words;
+    return result;
+}
+
 /// The command that becomes root with the account's own password. The program is empty when a tool is
 /// missing.
 struct RootCommand {
     ChildCommand command;
-    int prompts = 1;
+    /// The prompts for the password, in the order in which they come.
+    QByteArrayList prompts;
 };
 
 /// The arguments of the root script in each of its forms: line, search path, marker.
@@ -181,12 +211,17 @@ RootCommand rootCommandFor(const Account &account, const RootArguments &argument
     const QByteArray su = systemProgram("su");
     const bool isRoot = ::geteuid() == 0;
     const QByteArrayList rootShell = QByteArrayList{"-c", rootScript};
-    const QByteArrayList sudoArguments = QByteArrayList{sudo, "-k", "-S", "-p", prompt, "--", "/bin/sh"} +
-                                         rootShell + QByteArrayList{"sh"} + arguments;
+    const QByteArrayList sudoArguments =
+        QByteArrayList{sudo, "-k", "-S", "--", "/bin/sh"} + rootShell + QByteArrayList{"sh"} + arguments;
     const QByteArrayList suArguments = QByteArrayList{su, "-s", "/bin/sh"} + rootShell +
                                        QByteArrayList{"--", account.login, "sh"} + arguments;
-    RootCommand root;
+    RootCommand root{{}, {prompt}};
+    root.command.environment = environment(systemPath);
+    // Not sudo's option for the prompt: with it every question of PAM would have these words, and the
+    // password would be the answer to a second factor.
+    const QByteArray sudoPrompt = "SUDO_PROMPT=" + prompt;
     if (account.id == 0) {
+        root.prompts = {suPrompt};
         // Root is not prompted for a password, so an account without any rights runs su.
         const QByteArray setpriv = systemProgram("setpriv");
         root.command.program = isRoot ? setpriv : su;
@@ -201,17 +236,19 @@ RootCommand rootCommandFor(const Account &account, const RootArguments &argument
     }
     if (isRoot) {
         const QByteArray runuser = systemProgram("runuser");
+        root.command.environment.append(sudoPrompt);
         root.command.program = runuser;
         root.command.arguments = QByteArrayList{runuser, "--user=" + account.login, "--"} + sudoArguments;
     } else if (account.id == ::geteuid()) {
+        root.command.environment.append(sudoPrompt);
         root.command.program = sudo;
         root.command.arguments = sudoArguments;
     } else {
-        root.prompts = 2;
+        root.prompts.prepend(suPrompt);
         root.command.program = su;
         root.command.arguments =
             QByteArrayList{su, "-s", "/bin/sh", "-c", otherScript, "--", account.login, "sh"} + arguments +
-            QByteArrayList{prompt, sudo, rootScript};
+            QByteArrayList{sudoPrompt, sudo, rootScript};
     }
     return root;
 }
@@ -222,8 +259,8 @@ QByteArray nonce() {
 
 } // namespace
 
-SudoScriptingService::SudoScriptingService(const QString &resourcesFolder)
-    : m_resources(QFile::encodeName(resourcesFolder)) {}
+SudoScriptingService::SudoScriptingService(const QString &resourcesFolder, int longSilence)
+    : m_resources(QFile::encodeName(resourcesFolder)), m_longSilence(longSilence) {}
 
 ScriptResult SudoScriptingService::runAsUser(const QString &line) {
     const QByteArray bytes = line.toUtf8();
@@ -265,18 +302,18 @@ ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const
     if (root.command.program.isEmpty()) {
         return failure(notRun, QStringLiteral("sudo, su or a tool beside them is not installed."));
     }
-    root.command.environment = environment(systemPath);
-    PromptAnswerer answerer(secret, prompt, marker, root.prompts);
+    root.command.longSilence = m_longSilence;
+    PromptAnswerer answerer(secret, root.prompts, marker);
     const ChildOutcome outcome =
-        runChild(root.command, [&answerer](ChildInput &input, const QByteArray &error, bool quiet) {
-            answerer.look(input, error, quiet);
+        runChild(root.command, [&answerer](ChildInput &input, const QByteArray &error, Silence silence) {
+            answerer.look(input, error, silence);
         });
     if (outcome.startFailure != 0) {
         return failure(notRun, qt_error_string(outcome.startFailure));
     }
     const qsizetype granted = outcome.error.indexOf(QByteArray(marker + '\n'));
     if (granted < 0) {
-        return refusal(outcome, prompt);
+        return answerer.question().isEmpty() ? refusal(outcome, prompt) : asked(answerer.question());
     }
     ScriptResult result =
         lineResult(outcome.status, outcome.output, outcome.error.mid(granted + marker.size() + 1));

@@ -1,5 +1,7 @@
 #include "ChildProcess.h"
 
+#include <QElapsedTimer>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -18,7 +20,7 @@ namespace quorvane::platform {
 
 namespace {
 
-constexpr int quietMilliseconds = 200;
+constexpr int shortSilence = 200;
 
 struct Pipe {
     FileDescriptor reading;
@@ -143,9 +145,11 @@ void discardInBackground(FileDescriptor end, const std::shared_ptr<void> &token)
 /// A running child and its output streams.
 class RunningChild {
 public:
-    RunningChild(pid_t child, FileDescriptor output, FileDescriptor error, FileDescriptor input)
-        : m_process(openProcess(child)), m_child(child), m_output(std::move(output)),
-          m_error(std::move(error)), m_input(std::move(input)) {
+    RunningChild(pid_t child, int longSilence, FileDescriptor output, FileDescriptor error,
+                 FileDescriptor input)
+        : m_process(openProcess(child)), m_child(child), m_longSilence(longSilence),
+          m_output(std::move(output)), m_error(std::move(error)), m_input(std::move(input)) {
+        m_sinceGrowth.start();
         for (const FileDescriptor *end : {&m_output, &m_error}) {
             ::fcntl(end->get(), F_SETFL, ::fcntl(end->get(), F_GETFL) | O_NONBLOCK);
         }
@@ -175,20 +179,45 @@ private:
     [[nodiscard]] bool hasEnded(const ChildWatcher &watcher) {
         std::array<pollfd, 3> watched{
             {{m_process.get(), POLLIN, 0}, {m_output.get(), POLLIN, 0}, {m_error.get(), POLLIN, 0}}};
-        const bool mustPoll = !m_process.isOpen() || (watcher && !m_quietReported);
-        const int limit = mustPoll ? quietMilliseconds : -1;
-        const int ready = ::poll(watched.data(), watched.size(), limit);
+        const int ready = ::poll(watched.data(), watched.size(), waitLimit(watcher != nullptr));
         if (ready < 0) {
             return errno != EINTR;
         }
         const qsizetype before = m_outcome.error.size();
         readOutputs();
-        const bool grown = m_outcome.error.size() != before;
-        m_quietReported = ready == 0;
-        if (watcher && (grown || ready == 0)) {
-            watcher(m_input, m_outcome.error, ready == 0);
+        if (m_outcome.error.size() != before) {
+            m_sinceGrowth.start();
+            m_silence = Silence::None;
+            report(watcher);
+        } else if (const Silence silence = silenceNow(); silence != m_silence) {
+            m_silence = silence;
+            report(watcher);
         }
         return m_process.isOpen() ? watched[0].revents != 0 : isWaitable();
+    }
+
+    void report(const ChildWatcher &watcher) {
+        if (watcher) {
+            watcher(m_input, m_outcome.error, m_silence);
+        }
+    }
+
+    [[nodiscard]] Silence silenceNow() const {
+        const qint64 elapsed = m_sinceGrowth.elapsed();
+        if (elapsed >= m_longSilence) {
+            return Silence::Long;
+        }
+        return elapsed >= shortSilence ? Silence::Short : Silence::None;
+    }
+
+    /// Milliseconds until the next silence is due, or until the process must be looked at; -1 for no limit.
+    [[nodiscard]] int waitLimit(bool isWatched) const {
+        int limit = -1;
+        if (isWatched && m_silence != Silence::Long) {
+            const int due = m_silence == Silence::None ? shortSilence : m_longSilence;
+            limit = static_cast<int>(std::max<qint64>(0, due - m_sinceGrowth.elapsed()));
+        }
+        return m_process.isOpen() || (limit >= 0 && limit < shortSilence) ? limit : shortSilence;
     }
 
     /// Used where there is no descriptor for the process.
@@ -210,11 +239,13 @@ private:
 
     FileDescriptor m_process;
     pid_t m_child;
+    int m_longSilence;
     FileDescriptor m_output;
     FileDescriptor m_error;
     ChildInput m_input;
     ChildOutcome m_outcome;
-    bool m_quietReported = false;
+    QElapsedTimer m_sinceGrowth;
+    Silence m_silence = Silence::None;
 };
 
 } // namespace
@@ -262,7 +293,8 @@ ChildOutcome runChild(const ChildCommand &command, const ChildWatcher &watcher) 
     input.reading.reset();
     output.writing.reset();
     error.writing.reset();
-    return RunningChild(*pid, std::move(output.reading), std::move(error.reading), std::move(input.writing))
+    return RunningChild(*pid, command.longSilence, std::move(output.reading), std::move(error.reading),
+                        std::move(input.writing))
         .run(watcher);
 }
 

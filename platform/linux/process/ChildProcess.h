@@ -21,6 +21,8 @@ struct ChildCommand {
     /// "NAME=value" entries; nothing else is in the child's environment.
     QByteArrayList environment;
     QByteArray folder = "/";
+    /// How long a silence of its standard error is long, in milliseconds.
+    int longSilence = 120000;
 };
 
 /// How it ended.
@@ -49,8 +51,12 @@ private:
     FileDescriptor m_descriptor;
 };
 
-/// Called as the standard error of a child grows. Quiet means that nothing has arrived for a short time.
-using ChildWatcher = std::function<void(ChildInput &input, const QByteArray &errorSoFar, bool quiet)>;
+/// How long nothing has arrived on a child's standard error: a fifth of a second, or
+/// ChildCommand::longSilence.
+enum class Silence { None, Short, Long };
+
+/// Called as the standard error of a child grows, and once for each length of silence after that.
+using ChildWatcher = std::function<void(ChildInput &input, const QByteArray &errorSoFar, Silence silence)>;
 
 /// Runs the command in a new session and waits until that one process ends, without a time limit.
 ///

@@ -37,6 +37,7 @@ class NetworkManager:
             "device": device,
             "ipv4.dns": servers,
             "ipv6.dns": "",
+            "ignore-auto": "yes" if servers else "no",
         }
         for file, text in files.items():
             self._home.write(f"{self.STATE}/{name}/{file}", text + "\n")

@@ -79,6 +79,20 @@ private Q_SLOTS:
         m_fixture.reset();
     }
 
+    void otherQuestionEndsTheTestWithItsOwnWords() {
+        m_fixture->services.scripting().setHandler([](const FakeScriptingService::Call &) {
+            auto asked = FakeScriptingService::failure(1, text("Another question"));
+            asked.otherQuestion = text("Verification code:");
+            return asked;
+        });
+        fillAndStart();
+        QCOMPARE(m_fixture->alerts.size(), 1);
+        QCOMPARE(m_fixture->alerts.first().text,
+                 text("The administrator's account asks for more than its password: \"Verification code:\""));
+        QVERIFY(m_dialog->isVisible());
+        QCOMPARE(m_started.size(), 0);
+    }
+
     void startsWithTheFullNameAndTheFocusOnThePassword() {
         QCOMPARE(m_dialog->userNameTextField()->text(), text("Joe Tester"));
         QVERIFY(m_dialog->passwordTextField()->hasFocus());

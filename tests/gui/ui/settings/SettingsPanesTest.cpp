@@ -6,6 +6,7 @@
 #include "frontend/privileges/QrvCredentials.h"
 #include "platform/NotificationCenter.h"
 
+#include <QCheckBox>
 #include <QClipboard>
 #include <QFile>
 #include <QFileDialog>
@@ -82,6 +83,18 @@ private Q_SLOTS:
                  (QStringList{text("1.1.1.1"), text("2.2.2.2"), text("3.3.3.3")}));
         QCOMPARE(m_fixture->stored("discardedIPs"), QVariant(text("1.1.1.1|2.2.2.2|3.3.3.3")));
         QCOMPARE(m_updates, 0);
+    }
+
+    void nameServersArePutBackByTheButton() {
+        showPane(text("tbiIpAddresses"));
+        QVERIFY(!m_fixture->find<QPushButton>("putBackButton")->isEnabled());
+        m_fixture->services.preferences().setValue(text("dnsBefore"), text("Wi-Fi=192.168.1.1"));
+        m_fixture->controller->refreshNameServers();
+        QVERIFY(m_fixture->find<QPushButton>("putBackButton")->isEnabled());
+        m_fixture->click("putBackButton");
+        QCOMPARE(m_fixture->delegate.calls.count(text("put back")), 1);
+        QVERIFY(!m_fixture->find<QCheckBox>("checkboxRestoreDns")->isChecked());
+        QVERIFY(!m_fixture->services.preferences().value(text("restoreDns")).isValid());
     }
 
     void deletingAndClearingDiscardedAddressesPostAnUpdate() {

@@ -31,6 +31,8 @@ public:
 
     void checkAdministrator(QWidget &window) override { checkedFor.append(&window); }
 
+    void putBackNameServers() override { calls.append(text("put back")); }
+
     QStringList calls;
     QList<QWidget *> checkedFor;
     QList<quint32> fired;

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QSignalSpy>
 #include <QSystemTrayIcon>
+#include <QTextDocument>
 
 namespace quorvane {
 
@@ -118,6 +119,19 @@ private Q_SLOTS:
         QVERIFY(icon() != nullptr);
         QVERIFY(!icon()->icon().isNull());
         QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is hidden behind 203.0.113.7"));
+    }
+
+    void tooltipIsPlainTextWhateverTheAddressIs() {
+        hosts().setNotifierHost(true);
+        make();
+        for (const char *address :
+             {"<b>203.0.113.7</b>", "<img src=/etc/passwd>", "&lt;b&gt;", "<?xml?><a>"}) {
+            m_tray->setStatus(Look::Hidden, text(address));
+            QVERIFY2(!Qt::mightBeRichText(icon()->toolTip()), address);
+            QVERIFY(!icon()->toolTip().contains(u'<') && !icon()->toolTip().contains(u'&'));
+        }
+        m_tray->setStatus(Look::Hidden, text("2001:db8::7"));
+        QCOMPARE(icon()->toolTip(), text("Quorvane: your IP is hidden behind 2001:db8::7"));
     }
 
     void comingAndGoingIsReportedOnceEach() {

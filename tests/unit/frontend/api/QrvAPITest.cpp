@@ -6,6 +6,7 @@
 #include "tests/unit/EventLoop.h"
 #include "tests/unit/Printing.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
@@ -188,6 +189,23 @@ TEST_F(QrvAPITest, TemporaryFileIsNamedByKindAndTime) {
     const QRegularExpression form(QRegularExpression::anchoredPattern(QRegularExpression::escape(folder) +
                                                                       text("/auth-\\d{8}-\\d{6}")));
     EXPECT_TRUE(form.match(m_api.decideDestination()).hasMatch());
+}
+
+TEST_F(QrvAPITest, NameThatAnotherFileHasIsPassedBy) {
+    // Which second it will be is not known, so each of the next minute has its folder.
+    const QString folder = m_services.platform().temporaryFolder;
+    const QDateTime now = QDateTime::currentDateTime();
+    for (int second = 0; second < 60; ++second) {
+        ASSERT_TRUE(
+            QDir().mkpath(folder + text("/auth-") + now.addSecs(second).toString(text("yyyyMMdd-HHmmss"))));
+    }
+    m_api.setDelegate(&m_delegate);
+    answer("STATUS: 0<br />ClientIP: 1.2.3.4");
+    EXPECT_EQ(m_delegate.answers, 1);
+    EXPECT_EQ(m_api.request().clientIP, text("1.2.3.4"));
+    const QString own = m_services.home() + text("/Library/Caches/com.tallowind.Quorvane");
+    EXPECT_TRUE(QDir(own).exists());
+    EXPECT_TRUE(QDir(own).isEmpty()) << "removed after it was read";
 }
 
 TEST(RequestKinds, Names) {

@@ -176,39 +176,132 @@ TEST_F(ScriptUtilTest, AnswerWithoutTextFailsTheCheck) {
     EXPECT_FALSE(m_script.getEthernetDns());
 }
 
-TEST_F(ScriptUtilTest, RewriteRunsThreeLinesInOrder) {
-    EXPECT_TRUE(m_script.setSystemDns());
-    QStringList lines;
-    for (const auto &call : m_services.scripting().calls()) {
-        EXPECT_EQ(call.kind, FakeScriptingService::Kind::Administrator);
-        lines.append(call.line);
+/// A machine with three services; counts its lines as administrator.
+class NameServersTest : public ScriptUtilTest {
+protected:
+    NameServersTest() {
+        m_services.scripting().setHandler(
+            [this](const FakeScriptingService::Call &call) { return answer(call); });
     }
-    EXPECT_EQ(lines, (QStringList{text("networksetup -setdnsservers Ethernet 8.8.8.8 8.8.4.4 "),
-                                  text("networksetup -setdnsservers Wi-Fi 8.8.8.8 8.8.4.4 "),
-                                  text("networksetup -setdnsservers AirPort 8.8.8.8 8.8.4.4 ")}));
+
+    platform::ScriptResult answer(const FakeScriptingService::Call &call) {
+        const QString get = text("networksetup -getdnsrestore ");
+        const QString set = text("networksetup -setdnsservers ");
+        if (call.line.startsWith(get)) {
+            EXPECT_EQ(call.kind, FakeScriptingService::Kind::User);
+            const QString words = m_servers.value(call.line.mid(get.size()));
+            return words.isNull() ? FakeScriptingService::failure(4, text("unknown"))
+                                  : FakeScriptingService::success(words + text("\n"));
+        }
+        EXPECT_EQ(call.kind, FakeScriptingService::Kind::Administrator);
+        m_lines.append(call.line);
+        const QString service = call.line.mid(set.size()).section(u' ', 0, 0);
+        if (m_refusing.contains(service)) {
+            return FakeScriptingService::failure(4, text("unknown"));
+        }
+        m_servers[service] = call.line.mid(set.size()).section(u' ', 1).trimmed();
+        return FakeScriptingService::success(service);
+    }
+
+    [[nodiscard]] QString remembered() const { return m_services.preferences().string(text("dnsBefore")); }
+
+    const QString m_ours = text("8.8.8.8 8.8.4.4");
+    const QMap<QString, QString> m_before{{text("Ethernet"), text("empty")},
+                                          {text("Wi-Fi"), text("192.168.1.1 fd00::1 automatic")},
+                                          {text("AirPort"), text("9.9.9.9")}};
+    QMap<QString, QString> m_servers = m_before;
+    QStringList m_refusing;
+    QStringList m_lines;
+};
+
+const QStringList &setLines() {
+    static const QStringList lines{text("networksetup -setdnsservers Ethernet 8.8.8.8 8.8.4.4 "),
+                                   text("networksetup -setdnsservers Wi-Fi 8.8.8.8 8.8.4.4 "),
+                                   text("networksetup -setdnsservers AirPort 8.8.8.8 8.8.4.4 ")};
+    return lines;
 }
 
-TEST_F(ScriptUtilTest, OnlyTheThirdRewriteCounts) {
-    for (int failing = 0; failing < 3; ++failing) {
-        m_services.scripting().clear();
-        for (int i = 0; i < 3; ++i) {
-            m_services.scripting().queueAnswer(i == failing
-                                                   ? FakeScriptingService::failure(4, text("unknown"))
-                                                   : FakeScriptingService::success(text("")));
-        }
-        EXPECT_EQ(m_script.setSystemDns(), failing != 2) << failing;
-        EXPECT_EQ(m_services.scripting().calls().size(), 3U);
+TEST_F(NameServersTest, RewriteRunsThreeLinesInOrder) {
+    EXPECT_TRUE(m_script.setSystemDns());
+    EXPECT_EQ(m_lines, setLines());
+}
+
+TEST_F(NameServersTest, OnlyTheThirdRewriteCounts) {
+    for (const QString &failing : {text("Ethernet"), text("Wi-Fi"), text("AirPort")}) {
+        m_lines.clear();
+        m_refusing = QStringList{failing};
+        EXPECT_EQ(m_script.setSystemDns(), failing != text("AirPort"));
+        EXPECT_EQ(m_lines, setLines());
     }
     deliverQueued();
     EXPECT_EQ(m_resets, 3);
 }
 
-TEST_F(ScriptUtilTest, RewriteLogsItsSharedOutput) {
-    m_services.scripting().queueAnswer(FakeScriptingService::success(text("first")));
-    m_services.scripting().queueAnswer(FakeScriptingService::success(text("second")));
-    m_services.scripting().queueAnswer(FakeScriptingService::failure(4, text("no")));
+TEST_F(NameServersTest, RewriteLogsItsSharedOutput) {
+    m_refusing = QStringList{text("AirPort")};
     m_script.setSystemDns();
-    EXPECT_EQ(m_services.logSink().lines().last(), text("output: second"));
+    EXPECT_EQ(m_services.logSink().lines().last(), text("output: Wi-Fi"));
+}
+
+TEST_F(NameServersTest, FirstChangeRemembersWhatWasThere) {
+    m_script.setSystemDns();
+    EXPECT_EQ(remembered(), text("Ethernet=empty|Wi-Fi=192.168.1.1 fd00::1 automatic|AirPort=9.9.9.9"));
+    m_script.setSystemDns();
+    EXPECT_EQ(remembered(), text("Ethernet=empty|Wi-Fi=192.168.1.1 fd00::1 automatic|AirPort=9.9.9.9"))
+        << "the second change finds our own servers";
+    m_servers[text("Wi-Fi")] = text("10.0.0.1");
+    m_script.setSystemDns();
+    EXPECT_EQ(remembered(), text("Ethernet=empty|Wi-Fi=10.0.0.1|AirPort=9.9.9.9"))
+        << "the user has changed it";
+}
+
+TEST_F(NameServersTest, ChangeThatFailsRemembersNothing) {
+    m_refusing = m_before.keys();
+    m_script.setSystemDns();
+    EXPECT_TRUE(remembered().isNull());
+}
+
+TEST_F(NameServersTest, RestoringBringsBackEachService) {
+    m_script.setSystemDns();
+    m_lines.clear();
+    QString problem;
+    EXPECT_TRUE(ScriptUtil().restoreSystemDns(problem)); // another object, as after a restart
+    EXPECT_TRUE(problem.isNull());
+    EXPECT_EQ(m_lines, (QStringList{text("networksetup -setdnsservers Ethernet empty "),
+                                    text("networksetup -setdnsservers Wi-Fi 192.168.1.1 fd00::1 automatic "),
+                                    text("networksetup -setdnsservers AirPort 9.9.9.9 ")}));
+    EXPECT_EQ(m_servers, m_before);
+    EXPECT_TRUE(remembered().isNull());
+    m_lines.clear();
+    EXPECT_TRUE(m_script.restoreSystemDns(problem));
+    EXPECT_TRUE(m_lines.isEmpty()) << "nothing is left to put back";
+}
+
+TEST_F(NameServersTest, ServiceThatCannotBeRestoredStaysRemembered) {
+    m_script.setSystemDns();
+    m_refusing = QStringList{text("Wi-Fi")};
+    QString problem;
+    EXPECT_FALSE(m_script.restoreSystemDns(problem));
+    EXPECT_EQ(problem, text("unknown"));
+    EXPECT_EQ(remembered(), text("Wi-Fi=192.168.1.1 fd00::1 automatic"));
+}
+
+TEST_F(NameServersTest, ServiceThatCannotBeReadIsLeftOut) {
+    m_servers.remove(text("Ethernet"));
+    m_servers[text("Wi-Fi")] = text("1.1.1.1; reboot");
+    m_script.setSystemDns();
+    EXPECT_EQ(remembered(), text("AirPort=9.9.9.9"));
+}
+
+TEST_F(NameServersTest, StoredWordsThatAreNoServersReachNoShell) {
+    for (const char *words :
+         {"$(reboot)", "1.1.1.1;reboot", "", "automatic", "1.1.1.1  2.2.2.2", "-x", "empty empty"}) {
+        const QString stored = text("Ethernet=") + text(words) + text("|Other=9.9.9.9");
+        m_services.preferences().setValues(QVariantMap{{text("dnsBefore"), QVariant(stored)}});
+        QString problem;
+        m_script.restoreSystemDns(problem);
+    }
+    EXPECT_TRUE(m_lines.isEmpty());
 }
 
 } // namespace

@@ -97,8 +97,9 @@ TEST_F(PreferencesTest, KeysAreThoseOfEarlierVersions) {
     keys.sort();
     const QString expected = QStringLiteral(
         "bringUpWindowHotKey changeIpEvery changeIpHotKey changeIpInterval cookieSites countryCode "
-        "discardIpHotKey discardedIPs hide hideIpHotKey hideMyCookiesHeaders hideMyReferrerHeader "
-        "ipNonRepeat lastIP location modeUserAgent noReconnect quorvane requireUS showLogs stopHideIpHotKey "
+        "discardIpHotKey discardedIPs dnsBefore hide hideIpHotKey hideMyCookiesHeaders hideMyReferrerHeader "
+        "ipNonRepeat lastIP location modeUserAgent noReconnect quorvane requireUS restoreDns showLogs "
+        "stopHideIpHotKey "
         "tcpUdp un up "
         "useSameIP userAgent vpnConfigPath vpnPassword vpnUsername");
     EXPECT_EQ(keys, expected.split(u' '));

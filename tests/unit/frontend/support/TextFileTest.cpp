@@ -8,6 +8,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace quorvane {
 
@@ -66,6 +67,17 @@ TEST_F(TextFileTest, HugeFileHoldsNoText) {
     write(QByteArray(16 * 1024 * 1024, 'x'));
     EXPECT_EQ(TextFile::read(m_path).size(), 16 * 1024 * 1024);
     write(QByteArray(16 * 1024 * 1024 + 1, 'x'));
+    EXPECT_TRUE(TextFile::read(m_path).isNull());
+}
+
+TEST_F(TextFileTest, PipeHoldsNoTextAndIsNotWaitedFor) {
+    ASSERT_EQ(mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
+    EXPECT_TRUE(TextFile::read(m_path).isNull());
+}
+
+TEST_F(TextFileTest, DeviceOrLinkToOneHoldsNoText) {
+    EXPECT_TRUE(TextFile::read(QStringLiteral("/dev/zero")).isNull());
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"), m_path));
     EXPECT_TRUE(TextFile::read(m_path).isNull());
 }
 

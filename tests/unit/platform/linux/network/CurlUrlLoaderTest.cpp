@@ -80,6 +80,37 @@ TEST_F(CurlUrlLoaderTest, SavesTheBodyPrivately) {
     EXPECT_EQ(filesLeft(), QStringList{QStringLiteral("answer")});
 }
 
+TEST_F(CurlUrlLoaderTest, NameThatCannotBeGivenIsReplacedByAnother) {
+    const QByteArray body = QByteArray("body\0\xFF", 6).repeated(30000);
+    TestServer server(TestServer::reply("200 OK", body));
+    ASSERT_TRUE(QDir().mkpath(m_path));
+    const QString other = m_folder.filePath(QStringLiteral("other"));
+    QStringList paths{m_path, other};
+    Outcome outcome;
+    QObject context;
+    ASSERT_TRUE(m_loader.download(
+        server.url(), &context, [&paths] { return paths.takeFirst(); }, [&] { ++outcome.finished; },
+        [&](const UrlError &error) { outcome.error = error; }));
+    EXPECT_TRUE(spin([&] { return outcome.isOver(); }));
+    EXPECT_EQ(outcome.finished, 1);
+    QFile file(other);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), body);
+    EXPECT_EQ(file.permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    EXPECT_EQ(filesLeft(), (QStringList{QStringLiteral("answer"), QStringLiteral("other")}));
+    EXPECT_EQ(server.requests().size(), 1) << "nothing is requested again";
+}
+
+TEST_F(CurlUrlLoaderTest, NameThatCannotBeGivenFailsWhenThereIsNoOther) {
+    TestServer server(TestServer::reply("200 OK", "body"));
+    ASSERT_TRUE(QDir().mkpath(m_path));
+    const Outcome outcome = download(m_loader, server.url());
+    ASSERT_TRUE(outcome.error);
+    EXPECT_EQ(outcome.error->kind, UrlError::Kind::File);
+    EXPECT_EQ(m_destinationsAsked, 2);
+    EXPECT_EQ(filesLeft(), QStringList{QStringLiteral("answer")});
+}
+
 TEST_F(CurlUrlLoaderTest, ErrorStatusWithABodyIsAFinishedDownload) {
     for (const char *status : {"500 Internal Server Error", "404 Not Found", "401 Unauthorized",
                                "403 Forbidden", "503 Service Unavailable", "418 Teapot", "599 Odd"}) {

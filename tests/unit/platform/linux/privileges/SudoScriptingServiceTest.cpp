@@ -135,15 +135,40 @@ protected:
         ASSERT_TRUE(QFile::exists(m_helper) || QFile::copy(QStringLiteral(SCRIPTING_HELPER), m_helper));
     }
 
+    void TearDown() override {
+        if (!m_rulesBefore.isNull()) {
+            setRules(m_rulesBefore);
+        }
+    }
+
+    static void setRules(const QByteArray &rules) {
+        QFile file(QStringLiteral("/etc/pam.d/common-auth"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        ASSERT_EQ(file.write(rules), rules.size());
+    }
+
+    /// Puts rules of PAM around those for the password, for sudo and su, until the end of the test.
+    void surroundRules(const QByteArray &first, const QByteArray &last) {
+        QFile file(QStringLiteral("/etc/pam.d/common-auth"));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        m_rulesBefore = file.readAll();
+        setRules(first + m_rulesBefore + last);
+    }
+
+    static void runTool(const QString &program, const QStringList &arguments) {
+        ASSERT_EQ(QProcess::execute(program, arguments), 0);
+    }
+
     /// Starts the helper as the account.
     void start(QProcess &process, const QString &caller, const QString &line, const QString &name,
                const QString &password) const {
         if (caller == QStringLiteral("root")) {
-            process.start(m_helper, {m_resources});
+            process.start(m_helper, {m_resources, m_longSilence});
         } else {
             process.start(QStringLiteral("setpriv"),
                           {QStringLiteral("--reuid=") + caller, QStringLiteral("--regid=") + caller,
-                           QStringLiteral("--init-groups"), QStringLiteral("--"), m_helper, m_resources});
+                           QStringLiteral("--init-groups"), QStringLiteral("--"), m_helper, m_resources,
+                           m_longSilence});
         }
         process.write(line.toUtf8() + '\0' + name.toUtf8() + '\0' + password.toUtf8() + '\0');
         process.closeWriteChannel();
@@ -160,6 +185,7 @@ protected:
             result.errorNumber = fields.value(2).toInt();
         }
         result.errorMessage = QString::fromUtf8(fields.value(3));
+        result.otherQuestion = QString::fromUtf8(fields.value(4));
         return result;
     }
 
@@ -180,6 +206,8 @@ protected:
     }
 
     static constexpr char identity[] = "id -un";
+    QString m_longSilence = QStringLiteral("120000");
+    QByteArray m_rulesBefore;
     const QString m_helper = QStringLiteral("/run/tests/helper");
     const QString m_resources = QStringLiteral("/run/tests/Resources");
     const QString m_ada = QStringLiteral("ada");
@@ -266,6 +294,87 @@ TEST_F(AdministratorLine, WrongPasswordCostsOneAttempt) {
     EXPECT_LE(log.readAll().count('x'), 2) << "more than one attempt and the empty one that ends it";
     ASSERT_TRUE(rules.open(QIODevice::WriteOnly | QIODevice::Truncate));
     rules.write(before);
+}
+
+/// Whether the attempt ended because of this question.
+::testing::AssertionResult wasAsked(const ScriptResult &result, const QByteArray &question) {
+    const QString words = QString::fromUtf8(question);
+    return resultOf(!result.succeeded && result.errorNumber == 1 && result.otherQuestion == words &&
+                        result.errorMessage.contains(words),
+                    result)
+           << ", question \"" << result.otherQuestion.toStdString() << '"';
+}
+
+/// Every way to become root; the first is the caller, the others are account and password.
+const QList<QStringList> &ways() {
+    static const QList<QStringList> all{
+        {QStringLiteral("ada"), QStringLiteral("ada"), QStringLiteral("ada pw")},
+        {QStringLiteral("joe"), QStringLiteral("ada"), QStringLiteral("ada pw")},
+        {QStringLiteral("root"), QStringLiteral("ada"), QStringLiteral("ada pw")},
+        {QStringLiteral("joe"), QStringLiteral("root"), QStringLiteral("rootpw")},
+        {QStringLiteral("root"), QStringLiteral("root"), QStringLiteral("rootpw")}};
+    return all;
+}
+
+TEST_F(AdministratorLine, QuestionBeforeThePasswordIsNotAnsweredWithIt) {
+    // The first module asks in its own words; the second one records what was answered.
+    QFile recorder(QStringLiteral("/run/tests/recorder"));
+    ASSERT_TRUE(recorder.open(QIODevice::WriteOnly));
+    recorder.write("#!/bin/sh\ntr -d '\\000' >>/run/tests/answers\n");
+    recorder.close();
+    ASSERT_TRUE(recorder.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    surroundRules("auth optional pam_ftp.so\n"
+                  "auth optional pam_exec.so expose_authtok seteuid quiet /run/tests/recorder\n",
+                  {});
+    for (const QStringList &way : ways()) {
+        const QByteArray question = "Password required for " + way[1].toUtf8() + '.';
+        EXPECT_TRUE(wasAsked(run(way[0], m_idCommand, way[1], way[2]), question)) << way[0].toStdString();
+    }
+    QFile answers(QStringLiteral("/run/tests/answers"));
+    EXPECT_TRUE(!answers.open(QIODevice::ReadOnly) || answers.readAll().isEmpty());
+}
+
+TEST_F(AdministratorLine, SecondQuestionIsNotAnswered) {
+    // Its words end like those of a prompt for the password.
+    surroundRules({}, "auth required pam_stress.so\n");
+    for (const QStringList &way : ways()) {
+        if (way[1] == m_root) {
+            continue; // the module asks root nothing
+        }
+        EXPECT_TRUE(wasAsked(run(way[0], m_idCommand, way[1], way[2]), "STRESS Password:"))
+            << way[0].toStdString();
+    }
+}
+
+TEST_F(AdministratorLine, ExpiredPasswordIsNotChanged) {
+    for (const QString &account : {m_ada, m_root}) {
+        runTool(QStringLiteral("chage"), {QStringLiteral("-d"), QStringLiteral("0"), account});
+    }
+    for (const QStringList &way : ways()) {
+        EXPECT_TRUE(wasAsked(run(way[0], m_idCommand, way[1], way[2]), "Current password:"))
+            << way[0].toStdString();
+    }
+    for (const QString &account : {m_ada, m_root}) {
+        runTool(QStringLiteral("chage"), {QStringLiteral("-d"), QStringLiteral("2026-01-01"), account});
+    }
+    for (const QStringList &way : ways()) {
+        EXPECT_TRUE(becameRoot(run(way[0], m_idCommand, way[1], way[2]))) << "the passwords are the same";
+    }
+}
+
+TEST_F(AdministratorLine, SecondQuestionInTheWordsOfThePromptIsNotAnsweredEither) {
+    // sudo shows its own prompt for both, so this reads like a wrong password.
+    surroundRules({}, "auth required pam_userdb.so db=/run/tests/none\n");
+    for (const QStringList &way : ways()) {
+        EXPECT_FALSE(run(way[0], m_idCommand, way[1], way[2]).succeeded) << way[0].toStdString();
+    }
+}
+
+TEST_F(AdministratorLine, QuestionWithoutWordsEndsAfterALongSilence) {
+    surroundRules("auth optional pam_exec.so seteuid quiet /bin/sleep 1\n", {});
+    EXPECT_TRUE(becameRoot(run(m_ada, m_idCommand, m_ada, m_adaPassword))) << "a short silence ends nothing";
+    m_longSilence = QStringLiteral("500");
+    EXPECT_FALSE(run(m_ada, m_idCommand, m_ada, m_adaPassword).succeeded);
 }
 
 TEST_F(AdministratorLine, AccountWithoutRightsIsRefused) {
