@@ -746,6 +746,10 @@
         <source>Put back my name servers now</source>
         <translation>Meine Namensserver jetzt zurücksetzen</translation>
     </message>
+    <message>
+        <source>Reconnect when the &amp;tunnel is lost</source>
+        <translation>Bei Verlust des &amp;Tunnels neu verbinden</translation>
+    </message>
 </context>
 <context>
     <name>quorvane::SettingsToolbar</name>

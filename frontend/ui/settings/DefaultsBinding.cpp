@@ -35,6 +35,11 @@ void DefaultsBinding::bindBoolean(QAbstractButton &box, Preference preference) {
     connect(&box, &QAbstractButton::clicked, this, [this, preference](bool on) { edit(preference, on); });
 }
 
+void DefaultsBinding::bindInverse(QAbstractButton &box, Preference preference) {
+    m_readers.emplace_back([&box, preference] { box.setChecked(!Preferences::editedBoolean(preference)); });
+    connect(&box, &QAbstractButton::clicked, this, [this, preference](bool on) { edit(preference, !on); });
+}
+
 void DefaultsBinding::bindInteger(QAbstractButton &box, Preference preference) {
     m_readers.emplace_back(
         [&box, preference] { box.setChecked(Preferences::editedInteger(preference) != 0); });

@@ -23,6 +23,8 @@ public:
 
     /// The box's state as a boolean.
     void bindBoolean(QAbstractButton &box, Preference preference);
+    /// The opposite of the box's state as a boolean: the box is on while nothing is stored.
+    void bindInverse(QAbstractButton &box, Preference preference);
     /// The box's state as the integer 1 or 0.
     void bindInteger(QAbstractButton &box, Preference preference);
     /// The checked button's number. If no button has the stored number, all buttons are off.

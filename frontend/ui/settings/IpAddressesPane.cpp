@@ -26,6 +26,7 @@ IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
     m_ui->tableDiscardIp->setDataSource(&m_discarded);
     binding.bindBoolean(*m_ui->checkboxChangeIpInterval, Preference::ChangeIpEvery);
     binding.bindBoolean(*m_ui->checkboxHide, Preference::Hide);
+    binding.bindInverse(*m_ui->checkboxReconnect, Preference::NoReconnect);
     binding.bindBoolean(*m_ui->checkboxRestoreDns, Preference::RestoresDns);
     m_interval = new IntervalField(*m_ui->fieldChangeIpInterval, *m_ui->stepperChangeIpInterval,
                                    IntervalField::Zero::Accepted, this);

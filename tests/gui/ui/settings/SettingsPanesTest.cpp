@@ -94,6 +94,7 @@ private Q_SLOTS:
         m_fixture->click("putBackButton");
         QCOMPARE(m_fixture->delegate.calls.count(text("put back")), 1);
         QVERIFY(!m_fixture->find<QCheckBox>("checkboxRestoreDns")->isChecked());
+        QVERIFY(m_fixture->find<QCheckBox>("checkboxReconnect")->isChecked());
         QVERIFY(!m_fixture->services.preferences().value(text("restoreDns")).isValid());
     }
 

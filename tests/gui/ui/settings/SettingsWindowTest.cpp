@@ -241,14 +241,14 @@ private Q_SLOTS:
             }
         }
         QStringList names;
-        focusAndCollect(names, 15);
+        focusAndCollect(names, 16);
         QCOMPARE(
             names,
             (QStringList{text("IP Addresses"), text("Hot Keys"), text("tableDiscardIp"), text("deleteButton"),
                          text("clearButton"), text("checkboxChangeIpInterval"), text("fieldChangeIpInterval"),
                          text("stepperChangeIpInterval"), text("checkboxHide"), text("launchOnStart"),
-                         text("checkboxRestoreDns"), text("buttonOurWebsite"), text("buttonCancel"),
-                         text("buttonApply"), text("buttonOk")}));
+                         text("checkboxReconnect"), text("checkboxRestoreDns"), text("buttonOurWebsite"),
+                         text("buttonCancel"), text("buttonApply"), text("buttonOk")}));
         QCOMPARE(window().focusWidget()->accessibleName(), text("IP Addresses")); // back at the first
     }
 
@@ -315,7 +315,7 @@ private Q_SLOTS:
             QVERIFY2(!name.contains(u'&'), qPrintable(name));
             ++controls;
         }
-        QCOMPARE(controls, 39);
+        QCOMPARE(controls, 40);
     }
 };
 
