@@ -53,8 +53,8 @@ sigset_t forwardedSignals() {
 /// The OpenVPN process, from its start to its end.
 class Child {
 public:
-    Child(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor whileRunning)
-        : m_command(command), m_log(log), m_whileRunning(std::move(whileRunning)) {}
+    Child(const OpenVpnCommand &command, TunnelLog &log, SessionRoutes &routes, FileDescriptor whileRunning)
+        : m_command(command), m_log(log), m_routes(routes), m_whileRunning(std::move(whileRunning)) {}
 
     std::string run() {
         std::array<int, 2> pipe{};
@@ -80,16 +80,22 @@ public:
         // child.
         prctl(PR_SET_NAME, ownName);
         m_deadline = Clock::now() + m_command.startTimeout;
+        m_log.setReader([this](std::string_view line) { noteServer(line); });
+        m_log.setConfirmation([this] { return m_routes.checkUp(m_pid); });
         while (copyOutput()) {
         }
         return end();
     }
 
 private:
-    /// Waits for output, a signal, the child's end or the deadline. False when there will be no more output.
+    /// Waits for output, a signal, a change of the routes, the child's end or the deadline. False when there
+    /// will be no more output.
     bool copyOutput() {
-        std::array<pollfd, 3> watched{
-            {{m_output.get(), POLLIN, 0}, {m_signals.get(), POLLIN, 0}, {m_process.get(), POLLIN, 0}}};
+        // A negative descriptor is left out by poll.
+        std::array<pollfd, 4> watched{{{m_output.get(), POLLIN, 0},
+                                       {m_signals.get(), POLLIN, 0},
+                                       {m_process.get(), POLLIN, 0},
+                                       {m_routes.changesDescriptor(), POLLIN, 0}}};
         const int ready = poll(watched.data(), watched.size(), timeLeft());
         if (ready < 0) {
             return errno == EINTR;
@@ -97,8 +103,12 @@ private:
         if (watched[1].revents != 0) {
             forwardSignal();
         }
-        if (ready == 0) {
+        // Also while output goes on without a pause.
+        if (timeLeft() == 0) {
             giveUp();
+        }
+        if (watched[3].revents != 0) {
+            checkRoutes();
         }
         const bool more = watched[0].revents == 0 || readOutput();
         // The rest of its output is read first. The end of the output cannot be awaited: another process may
@@ -113,7 +123,9 @@ private:
             return count < 0 && (errno == EINTR || errno == EAGAIN);
         }
         m_log.add({buffer.data(), static_cast<std::size_t>(count)});
-        if (m_log.isUp()) {
+        if (m_log.isRefused()) {
+            killAtOnce("the tunnel was refused");
+        } else if (m_log.isUp() && !m_hasGivenUp) {
             m_deadline.reset();
         } else if (!m_log.isComplete()) {
             // The log could no longer report that the tunnel is up.
@@ -128,7 +140,7 @@ private:
         }
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(*m_deadline - Clock::now()).count();
-        return left < 0 ? 0 : static_cast<int>(left) + 1;
+        return left < 0 || Clock::now() >= *m_deadline ? 0 : static_cast<int>(left) + 1;
     }
 
     void forwardSignal() const {
@@ -151,6 +163,28 @@ private:
         m_deadline = Clock::now() + m_command.endTimeout;
     }
 
+    void killAtOnce(const std::string &reason) {
+        if (m_reason.empty()) {
+            m_reason = reason;
+            m_log.giveUp();
+        }
+        kill(m_pid, SIGKILL);
+    }
+
+    void checkRoutes() {
+        if (const auto checked = m_routes.checkChanges(); !checked && m_reason.empty()) {
+            m_log.addOwnLine(checked.error());
+            killAtOnce("the tunnel was ended");
+        }
+    }
+
+    /// OpenVPN logs the address of its server, which the configuration may name instead.
+    void noteServer(std::string_view line) {
+        if (const auto server = serverIn(line)) {
+            m_routes.addServer(*server);
+        }
+    }
+
     [[nodiscard]] std::string end() {
         int status = 0;
         // It closed its output, so it is ending. A child that only closed its output must not run on
@@ -159,6 +193,9 @@ private:
         while (waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
         }
         m_whileRunning.reset();
+        if (!m_reason.empty()) {
+            return m_reason;
+        }
         if (m_hasGivenUp) {
             return "the tunnel did not come up in time";
         }
@@ -170,6 +207,7 @@ private:
 
     const OpenVpnCommand &m_command;
     TunnelLog &m_log;
+    SessionRoutes &m_routes;
     FileDescriptor m_whileRunning;
     FileDescriptor m_output;
     FileDescriptor m_signals;
@@ -177,12 +215,14 @@ private:
     pid_t m_pid = -1;
     std::optional<Clock::time_point> m_deadline;
     bool m_hasGivenUp = false;
+    std::string m_reason; ///< why it was killed at once
 };
 
 } // namespace
 
-std::string supervise(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor whileRunning) {
-    return Child(command, log, std::move(whileRunning)).run();
+std::string supervise(const OpenVpnCommand &command, TunnelLog &log, SessionRoutes &routes,
+                      FileDescriptor whileRunning) {
+    return Child(command, log, routes, std::move(whileRunning)).run();
 }
 
 } // namespace quorvane::guard

@@ -254,6 +254,31 @@ TEST_F(GuardProgram, ATunnelThatIsUpHasNoDeadline) {
     EXPECT_FALSE(logContains("Exiting due to fatal error"));
 }
 
+TEST_F(GuardProgram, ATunnelThatLeaksIsNeverReportedAsUp) {
+    std::ofstream(GUARD_FOLDER "/leak") << "";
+    startFor("up");
+    wait();
+    unlink(GUARD_FOLDER "/leak");
+    EXPECT_FALSE(logContains("Initialization Sequence Completed")) << log();
+    EXPECT_TRUE(logContains("Initialization_Sequence_Completed\n")) << log();
+    EXPECT_TRUE(logContains("the tunnel is refused: the route to 192.0.2.1/32 leads past it\n")) << log();
+    EXPECT_TRUE(logContains("the tunnel was refused\n")) << log();
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n")) << log();
+}
+
+TEST_F(GuardProgram, AnAttemptEndsAlsoWhileOutputGoesOnWithoutAPause) {
+    startFor("chatters");
+    wait();
+    EXPECT_TRUE(logContains("the tunnel did not come up in time\n"));
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
+}
+
+TEST_F(GuardProgram, NoRecordIsLeft) {
+    startFor("early");
+    wait();
+    EXPECT_NE(access(GUARD_FOLDER "/guard.routes", F_OK), 0);
+}
+
 TEST_F(GuardProgram, OpenVpnKilledByNameIsReported) {
     startFor("hangs");
     ASSERT_TRUE(within(10s, [this] { return logContains("waiting"); }));

@@ -145,4 +145,20 @@ TEST(TunnelLogOnAFullDisk, LostLinesAreNoticed) {
     EXPECT_FALSE(log.isComplete());
 }
 
+TEST(ServerInLine, OnlyInOpenVpnsOwnLine) {
+    const auto server = [](const std::string &line) {
+        const auto found = serverIn(line);
+        return found ? textOf(*found) : "";
+    };
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv4 link remote: [AF_INET]192.0.2.1:1194"), "192.0.2.1/32");
+    EXPECT_EQ(server("2026-11-21 10:00:00 us=12 TCPv4_CLIENT link remote: [AF_INET]192.0.2.1:443"),
+              "192.0.2.1/32");
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv6 link remote: [AF_INET6]2001:db8::1:1194"), "2001:db8::1/128");
+    EXPECT_EQ(server("UDPv4 link remote: [AF_INET]192.0.2.1:1194"), "");
+    EXPECT_EQ(server("2026-11-21 10:00:00 said: UDPv4 link remote: [AF_INET]192.0.2.1:1194"), "");
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv4 link remote: [AF_INET]x:1194"), "");
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv4 link remote: [AF_INET"), "");
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv4 link remote: [AF_UNSPEC]"), "");
+}
+
 } // namespace quorvane::guard
