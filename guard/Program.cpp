@@ -10,6 +10,7 @@
 #include "Supervisor.h"
 #include "TunnelLog.h"
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -187,13 +188,39 @@ Result<Inputs> prepare(const Paths &paths, const OpenedFile &configuration) {
     return Inputs{serversOf(directives.value()), std::move(copy).value(), std::move(credentials).value()};
 }
 
+/// What the server may push, each with the blank that ends the name: OpenVPN compares beginnings. Without
+/// protocol-flags and push-continuation no session comes up; the others are needed to use the tunnel at all.
+/// Nothing here can add a route, a filter or a log level. The value of route-gateway cannot be filtered; see
+/// SessionRoutes::checkUp().
+constexpr std::array acceptedPushes{
+    "ifconfig ",       "ifconfig-ipv6 ",  "topology ",   "route-gateway ",     "tun-mtu ",
+    "ping ",           "ping-restart ",   "ping-exit ",  "peer-id ",           "cipher ",
+    "protocol-flags ", "key-derivation ", "auth-token ", "push-continuation ", "dhcp-option DNS ",
+};
+
 OpenVpnCommand commandFor(const Inputs &inputs, const Settings &settings) {
-    return {settings.openVpn,
-            // OpenVPN uses the last value of an option: a level in the configuration has no effect.
-            {"--config", pathOf(inputs.configuration), "--script-security", "0", "--auth-user-pass",
-             pathOf(inputs.credentials)},
-            settings.startTimeout,
-            settings.endTimeout};
+    // Of most options OpenVPN uses the last value, so these win over the configuration's.
+    std::vector<std::string> arguments{
+        "--config",
+        pathOf(inputs.configuration),
+        "--script-security",
+        "0",
+        "--auth-user-pass",
+        pathOf(inputs.credentials),
+        "--redirect-gateway",
+        "def1",
+        "--remote-cert-tls",
+        "server",
+        "--dev",
+        "tun",
+        // The device must belong to the process that is watched.
+        "--disable-dco",
+    };
+    for (const char *name : acceptedPushes) {
+        arguments.insert(arguments.end(), {"--pull-filter", "accept", name});
+    }
+    arguments.insert(arguments.end(), {"--pull-filter", "ignore", ""});
+    return {settings.openVpn, std::move(arguments), settings.startTimeout, settings.endTimeout};
 }
 
 /// Runs OpenVPN, or writes to the log why it is not started. `whileRunning`: see supervise().

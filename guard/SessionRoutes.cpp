@@ -39,19 +39,20 @@ Result<> SessionRoutes::checkUp(pid_t openVpn) {
         return Failure{"the tunnel is refused: " + checked.error()};
     }
     m_isUp = true;
+    m_carriesAll = true;
     return {};
 }
 
 Result<> SessionRoutes::checkChanges() {
     const RouteChanges changes = m_routing.changes();
-    const auto mayLeadPast = [this](const Route &route) {
-        return route.leadsThroughGateway() && !m_before.routes.contains(route);
-    };
-    const auto isOfTunnel = [this](const Route &route) {
+    const auto concernsTunnel = [this](const Route &route) {
         return route.usesOnly(m_tunnel.device);
     };
+    const auto mayLeadPast = [&](const Route &route) {
+        return concernsTunnel(route) || (route.leadsThroughGateway() && !m_before.routes.contains(route));
+    };
     if (!m_isUp || (!changes.isIncomplete && std::ranges::none_of(changes.added, mayLeadPast) &&
-                    std::ranges::none_of(changes.removed, isOfTunnel))) {
+                    std::ranges::none_of(changes.removed, concernsTunnel))) {
         return {};
     }
     const auto now = m_routing.state();
@@ -67,9 +68,7 @@ Result<> SessionRoutes::checkChanges() {
                            " leads past it"};
         }
     }
-    if (!carriesAll(now.value(), m_tunnel.device)) {
-        return Failure{"the tunnel is ended: its device does not carry all IPv4 addresses any more"};
-    }
+    m_carriesAll = carriesAll(now.value(), m_tunnel.device);
     return {};
 }
 

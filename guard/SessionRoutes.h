@@ -30,6 +30,10 @@ public:
     /// Judges what has changed since the last call. Before checkUp() has succeeded, everything is accepted.
     Result<> checkChanges();
 
+    /// False when the last call of checkChanges() saw that the tunnel has lost routes of its own. When
+    /// OpenVPN ends it removes them first, and when it is killed the kernel does.
+    [[nodiscard]] bool carriesAllAddresses() const { return m_carriesAll; }
+
     /// Makes the routes as they were at begin(). Call it when OpenVPN has ended.
     void restore();
 
@@ -42,6 +46,7 @@ private:
     NetworkState m_before;
     TunnelFacts m_tunnel;
     bool m_isUp = false;
+    bool m_carriesAll = true;
 };
 
 } // namespace quorvane::guard

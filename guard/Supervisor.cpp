@@ -1,5 +1,6 @@
 #include "Supervisor.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -19,6 +20,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr const char *ownName = "openvpn-guard";
+/// How long the tunnel's own routes may be missing: OpenVPN removes them when it ends, and when it makes its
+/// device anew for other settings of the server.
+constexpr std::chrono::seconds lossTimeout{1};
 
 sigset_t forwardedSignals() {
     sigset_t signals;
@@ -104,8 +108,12 @@ private:
             forwardSignal();
         }
         // Also while output goes on without a pause.
-        if (timeLeft() == 0) {
+        if (m_deadline && Clock::now() >= *m_deadline) {
             giveUp();
+        }
+        if (m_lossDeadline && Clock::now() >= *m_lossDeadline && m_reason.empty()) {
+            m_log.addOwnLine("the tunnel is ended: its device does not carry all IPv4 addresses any more");
+            killAtOnce("the tunnel was ended");
         }
         if (watched[3].revents != 0) {
             checkRoutes();
@@ -134,13 +142,17 @@ private:
         return true;
     }
 
+    /// Milliseconds until the next deadline, for poll.
     [[nodiscard]] int timeLeft() const {
-        if (!m_deadline) {
+        auto next = m_deadline;
+        if (m_lossDeadline && m_reason.empty()) {
+            next = next ? std::min(*next, *m_lossDeadline) : m_lossDeadline;
+        }
+        if (!next) {
             return -1;
         }
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(*m_deadline - Clock::now()).count();
-        return left < 0 || Clock::now() >= *m_deadline ? 0 : static_cast<int>(left) + 1;
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - Clock::now()).count();
+        return static_cast<int>(std::max<std::int64_t>(left, 0));
     }
 
     void forwardSignal() const {
@@ -175,6 +187,11 @@ private:
         if (const auto checked = m_routes.checkChanges(); !checked && m_reason.empty()) {
             m_log.addOwnLine(checked.error());
             killAtOnce("the tunnel was ended");
+        }
+        if (m_routes.carriesAllAddresses()) {
+            m_lossDeadline.reset();
+        } else if (!m_lossDeadline) {
+            m_lossDeadline = Clock::now() + lossTimeout;
         }
     }
 
@@ -214,6 +231,7 @@ private:
     FileDescriptor m_process; ///< readable once the child has ended
     pid_t m_pid = -1;
     std::optional<Clock::time_point> m_deadline;
+    std::optional<Clock::time_point> m_lossDeadline; ///< set while the tunnel's own routes are missing
     bool m_hasGivenUp = false;
     std::string m_reason; ///< why it was killed at once
 };

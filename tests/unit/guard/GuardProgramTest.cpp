@@ -163,6 +163,10 @@ TEST_F(GuardProgram, OpenVpnReceivesAPrivateCopyAndNothingOfTheCallers) {
     EXPECT_FALSE(logContains(at("log"))) << text;
     EXPECT_FALSE(logContains(at("target"))) << text;
     EXPECT_TRUE(logContains("--script-security 0 --auth-user-pass /proc/self/fd/")) << text;
+    EXPECT_TRUE(logContains(" --redirect-gateway def1 --remote-cert-tls server --dev tun --disable-dco "
+                            "--pull-filter accept ifconfig  --pull-filter accept "))
+        << text;
+    EXPECT_TRUE(logContains(" --pull-filter accept dhcp-option DNS  --pull-filter ignore \n")) << text;
     EXPECT_FALSE(logContains(at("config"))) << text;
     EXPECT_TRUE(logContains("variables: PATH \n")) << text;
     EXPECT_TRUE(logContains("no new privileges: 1\n")) << text;

@@ -140,10 +140,15 @@ TEST_F(SessionRoutesTest, LostNotificationsAreMadeUpForByALook) {
     EXPECT_NE(changed(), "");
 }
 
-TEST_F(SessionRoutesTest, ATunnelThatLosesItsRoutesIsEnded) {
+TEST_F(SessionRoutesTest, ATunnelThatLosesItsRoutesIsNoticed) {
     bringUp();
+    EXPECT_TRUE(routes.carriesAllAddresses());
     home.vanish(routeTo("128.0.0.0/1", tunnel, true));
-    EXPECT_EQ(changed(), "the tunnel is ended: its device does not carry all IPv4 addresses any more");
+    EXPECT_EQ(changed(), "");
+    EXPECT_FALSE(routes.carriesAllAddresses());
+    home.appear(routeTo("128.0.0.0/1", tunnel, true));
+    EXPECT_EQ(changed(), "");
+    EXPECT_TRUE(routes.carriesAllAddresses());
 }
 
 TEST_F(SessionRoutesTest, RoutesThatCannotBeReadEndTheTunnel) {
