@@ -21,15 +21,16 @@ constexpr int notRun = 1;
 /// No password is that long; a longer one would not fit in the pipe at once.
 constexpr qsizetype maximumPasswordSize = 4096;
 
-// Runs in the root shell; arguments: line, search path, marker. The marker means that the rights were
-// granted. The rest of the input is not read, because it may contain a password for which there was no
-// prompt.
+// Runs in the root shell; arguments: line, search path, marker, the user who calls. The marker means that the
+// rights were granted. The rest of the input is not read, because it may contain a password for which there
+// was no prompt.
 constexpr char rootScript[] = "printf '%s\\n' \"$3\" >&2\n"
-                              "PATH=$2 LC_ALL=C\n"
-                              "export PATH LC_ALL\n"
+                              "PATH=$2 LC_ALL=C QUORVANE_CALLER=$4\n"
+                              "export PATH LC_ALL QUORVANE_CALLER\n"
                               "exec /bin/sh -c -- \"$1\" </dev/null\n";
-// Runs as the other administrator; arguments: line, search path, marker, prompt, sudo, root script.
-constexpr char otherScript[] = "exec \"$5\" -k -S -p \"$4\" -- /bin/sh -c \"$6\" sh \"$1\" \"$2\" \"$3\"\n";
+// Runs as the other administrator; arguments: those of the root script, then prompt, sudo, root script.
+constexpr char otherScript[] =
+    "exec \"$6\" -k -S -p \"$5\" -- /bin/sh -c \"$7\" sh \"$1\" \"$2\" \"$3\" \"$4\"\n";
 
 /// Bytes that are overwritten when they are destroyed.
 class SecretBytes {
@@ -173,7 +174,7 @@ struct RootCommand {
     int prompts = 1;
 };
 
-/// The arguments of the root script in each of its forms: line, search path, marker.
+/// The arguments of the root script in each of its forms: line, search path, marker, the user who calls.
 using RootArguments = QByteArrayList;
 
 RootCommand rootCommandFor(const Account &account, const RootArguments &arguments, const QByteArray &prompt) {
@@ -261,7 +262,8 @@ ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const
 
     const QByteArray marker = "@@granted-" + nonce() + "@@";
     const QByteArray prompt = "@@password-" + nonce() + "@@";
-    RootCommand root = rootCommandFor(*account, {bytes, m_resources + ':' + systemPath, marker}, prompt);
+    RootCommand root = rootCommandFor(
+        *account, {bytes, m_resources + ':' + systemPath, marker, QByteArray::number(::getuid())}, prompt);
     if (root.command.program.isEmpty()) {
         return failure(notRun, QStringLiteral("sudo, su or a tool beside them is not installed."));
     }
