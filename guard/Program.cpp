@@ -4,6 +4,7 @@
 #include "Program.h"
 
 #include "AllowList.h"
+#include "Caller.h"
 #include "Configuration.h"
 #include "Files.h"
 #include "SessionRoutes.h"
@@ -269,15 +270,19 @@ int runGuard(std::span<char *> arguments, const Settings &settings, Routing &rou
         std::fputs("usage: openvpn --config FILE --auth-user-pass FILE --log-append FILE\n", stderr);
         return 2;
     }
+    const auto caller = callerOf(std::getenv(callerVariable));
     if (!harden()) {
         std::fprintf(stderr, "openvpn: %s\n", std::strerror(errno));
         return 1;
     }
     const auto configuration = openPlainFile(paths.configuration, O_RDONLY);
     auto log = openPlainFile(paths.log, O_WRONLY | O_APPEND);
-    // One user must own the configuration and the log. Otherwise root would read or write a file for a user
+    // The caller must own the configuration and the log. Otherwise root would read or write a file for a user
     // who could not do so without root.
-    if (!log || (configuration && configuration.value().owner != log.value().owner)) {
+    const auto isOwn = [&caller](const OpenedFile &file) {
+        return caller && file.owner == *caller;
+    };
+    if (!log || !isOwn(log.value()) || (configuration && !isOwn(configuration.value()))) {
         std::fprintf(stderr, "openvpn: the log cannot be used: %s\n",
                      log ? "it belongs to another user" : log.error().c_str());
         return 1;
@@ -285,6 +290,10 @@ int runGuard(std::span<char *> arguments, const Settings &settings, Routing &rou
     detachOutput();
     FileDescriptor lock = lockedLog(log.value().descriptor);
     TunnelLog tunnelLog(std::move(log).value().descriptor);
+    if (const auto checked = checkProgramFiles("/proc/self/exe", *caller); !checked) {
+        tunnelLog.finish(checked.error());
+        return 1;
+    }
     run(paths, configuration, settings, routing, tunnelLog, std::move(lock));
     return configuration ? 0 : 1;
 }

@@ -232,7 +232,8 @@ def drawn(draw):
         length = draw.randint(1, 32)
         mask = (0xFFFFFFFF << (32 - length)) & 0xFFFFFFFF
         address = ipaddress.ip_address(draw.getrandbits(32) & mask)
-        return f"route {address} {ipaddress.ip_address(mask)} {draw.choice(gateways)} {draw.choice(['', '0', '5'])}".strip()
+        rest = f"{draw.choice(gateways)} {draw.choice(['', '0', '5'])}"
+        return f"route {address} {ipaddress.ip_address(mask)} {rest}".strip()
 
     kinds = [
         route,
