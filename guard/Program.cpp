@@ -109,7 +109,11 @@ Result<std::vector<Directive>> allowedDirectives(const FileDescriptor &file) {
 std::set<Network> serversOf(const std::vector<Directive> &directives) {
     std::set<Network> servers;
     for (const Directive &directive : directives) {
-        if (directive.name() == "remote") {
+        if (directive.name() == "connection") {
+            if (const auto within = parseBlock(directive)) {
+                servers.merge(serversOf(within.value()));
+            }
+        } else if (directive.name() == "remote") {
             if (auto server = hostOf(directive.tokens[1])) {
                 servers.insert(std::move(*server));
             }
