@@ -2,13 +2,13 @@
 
 #include "common/Result.h"
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <sys/types.h>
+#include <tuple>
 #include <vector>
 
 namespace quorvane::guard {
@@ -24,7 +24,11 @@ struct Network {
 
     [[nodiscard]] bool contains(const Network &other) const;
 
-    auto operator<=>(const Network &) const = default;
+    bool operator<(const Network &other) const {
+        return std::tie(family, address, length) < std::tie(other.family, other.address, other.length);
+    }
+
+    bool operator==(const Network &) const = default;
 };
 
 /// One way on which a route sends packets.
@@ -32,7 +36,7 @@ struct Hop {
     unsigned device = 0; ///< the index of a network device, 0 for none
     bool hasGateway = false;
 
-    auto operator<=>(const Hop &) const = default;
+    bool operator==(const Hop &) const = default;
 };
 
 /// A route of one of the kernel's tables.
@@ -49,7 +53,7 @@ struct Route {
     [[nodiscard]] bool leadsThroughGateway() const;
     [[nodiscard]] bool usesOnly(unsigned device) const;
 
-    auto operator<=>(const Route &other) const { return message <=> other.message; }
+    bool operator<(const Route &other) const { return message < other.message; }
 
     bool operator==(const Route &other) const { return message == other.message; }
 };
@@ -61,7 +65,7 @@ struct Rule {
     std::uint32_t priority = 0;
     std::string message; ///< see Route::message
 
-    auto operator<=>(const Rule &other) const { return message <=> other.message; }
+    bool operator<(const Rule &other) const { return message < other.message; }
 
     bool operator==(const Rule &other) const { return message == other.message; }
 };
@@ -71,7 +75,9 @@ struct DeviceAddress {
     unsigned device = 0;
     Network address;
 
-    auto operator<=>(const DeviceAddress &) const = default;
+    bool operator<(const DeviceAddress &other) const {
+        return std::tie(device, address) < std::tie(other.device, other.address);
+    }
 };
 
 /// Everything that decides on which way packets leave the computer. The table "local", which the kernel keeps

@@ -124,7 +124,7 @@ Result<> checkTunnel(const NetworkState &before, const NetworkState &now, const 
             return Failure{"the route to " + textOf(route.destination) + " has gone"};
         }
     }
-    if (!std::ranges::includes(now.rules, before.rules)) {
+    if (!std::includes(now.rules.begin(), now.rules.end(), before.rules.begin(), before.rules.end())) {
         return Failure{"a routing rule has gone"};
     }
     for (const DeviceAddress &address : before.addresses) {
@@ -154,8 +154,8 @@ Repair repairOf(const NetworkState &before, const NetworkState &now, const std::
             repair.add.push_back(route);
         }
     }
-    std::ranges::stable_partition(repair.add,
-                                  [](const Route &route) { return !route.leadsThroughGateway(); });
+    std::stable_partition(repair.add.begin(), repair.add.end(),
+                          [](const Route &route) { return !route.leadsThroughGateway(); });
     return repair;
 }
 
