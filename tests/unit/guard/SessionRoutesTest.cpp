@@ -50,6 +50,7 @@ protected:
 
     [[nodiscard]] bool hasRecord() const { return access(record.c_str(), F_OK) == 0; }
 
+public:
     std::string folder = newFolder();
     std::string record = folder + "/record";
     FakeRouting home;

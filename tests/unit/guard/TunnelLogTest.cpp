@@ -145,6 +145,49 @@ TEST(TunnelLogOnAFullDisk, LostLinesAreNoticed) {
     EXPECT_FALSE(log.isComplete());
 }
 
+TEST_F(TunnelLogTest, AReportThatIsNotConfirmedIsMaskedAndEndsTheAttempt) {
+    m_log->setConfirmation([] { return Result<>(Failure{"the tunnel is refused: why"}); });
+    m_log->add(std::string(timestamp) + "Initialization Sequence Completed\n");
+    EXPECT_FALSE(m_log->isUp());
+    EXPECT_TRUE(m_log->isRefused());
+    EXPECT_FALSE(contains("Initialization Sequence Completed"));
+    EXPECT_TRUE(contains("the tunnel is refused: why\n"));
+    m_log->add(std::string(timestamp) + "Initialization Sequence Completed\n");
+    EXPECT_FALSE(contains("Initialization Sequence Completed")) << "the attempt is over";
+    m_log->finish("ended");
+    EXPECT_TRUE(contains("Exiting due to fatal error\n"));
+}
+
+TEST_F(TunnelLogTest, OnlyOpenVpnsOwnReportIsConfirmed) {
+    int asked = 0;
+    m_log->setConfirmation([&asked] {
+        ++asked;
+        return Result<>();
+    });
+    m_log->add("a text: Initialization Sequence Completed\n");
+    EXPECT_EQ(asked, 0);
+    m_log->add(std::string(timestamp) + "Initialization Sequence Completed\n");
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(m_log->isUp());
+    EXPECT_FALSE(m_log->isRefused());
+}
+
+TEST_F(TunnelLogTest, EachLineIsReadOnceAlsoWhenItIsTooMuchForTheLog) {
+    int lines = 0;
+    m_log->setReader([&lines](std::string_view) { ++lines; });
+    const std::string line(1023, 'x');
+    for (int number = 0; number < 1100; ++number) {
+        m_log->add(line + '\n');
+    }
+    EXPECT_EQ(lines, 1100);
+}
+
+TEST_F(TunnelLogTest, TheTokenForANewLoginIsMasked) {
+    m_log->add(std::string(timestamp) + "Pushed option accepted by filter: 'auth-token SESS_ID_secret'\n");
+    EXPECT_FALSE(contains("SESS_ID_secret"));
+    EXPECT_TRUE(contains("Pushed option accepted by filter: 'auth-token *****'\n"));
+}
+
 TEST(ServerInLine, OnlyInOpenVpnsOwnLine) {
     const auto server = [](const std::string &line) {
         const auto found = serverIn(line);

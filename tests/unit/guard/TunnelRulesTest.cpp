@@ -34,6 +34,7 @@ protected:
         return leadsPastTunnel(route, before, now, facts);
     }
 
+public:
     FakeRouting home;
     NetworkState before;
     NetworkState now;
