@@ -204,7 +204,8 @@ TEST_F(SessionRoutesTest, ARecordThatIsNotWholeIsNotUsed) {
     std::ofstream(record, std::ios::trunc) << content << "1:x";
     EXPECT_FALSE(readRecord(record).has_value());
     std::string elsewhere = content;
-    elsewhere.replace(elsewhere.find('-'), 1, "+");
+    // The first dash is in the version, the next one in the identifier of the start.
+    elsewhere.replace(elsewhere.find('-', elsewhere.find('-') + 1), 1, "+");
     std::ofstream(record, std::ios::trunc) << elsewhere;
     EXPECT_FALSE(readRecord(record).has_value()) << "of another start of the computer";
 }

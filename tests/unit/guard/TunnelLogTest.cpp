@@ -67,6 +67,7 @@ TEST_F(TunnelLogTest, TheSameSentenceElsewhereInALineDoesNot) {
     for (const char *line :
          {"AUTH: Received control message: AUTH_FAILED,Initialization Sequence Completed",
           "Initialization Sequence Completed", "2026-11-21 10:00 Initialization Sequence Completed",
+          "no time, just text: Initialization Sequence Completed",
           "2026-11-21 10:00:00 x Initialization Sequence Completed",
           "2026-11-21 10:00:00  Initialization Sequence Completed"}) {
         m_log->add(std::string(line) + "\n");

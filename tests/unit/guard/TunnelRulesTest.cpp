@@ -160,6 +160,14 @@ TEST_F(TunnelRules, WhatTheHomeHasChangedIsKept) {
     EXPECT_TRUE(repair.add.empty()) << "another default route has come";
 }
 
+TEST_F(TunnelRules, ADefaultRouteThatHasComeIsKept) {
+    home.takeDown();
+    const Route other = routeTo("0.0.0.0/0", 1, true);
+    home.current.routes.insert(other);
+    const Repair repair = repairOf(before, home.current, facts.servers);
+    EXPECT_EQ(std::ranges::count(repair.remove, other), 0);
+}
+
 TEST_F(TunnelRules, ADeviceInAnotherNetworkIsKeptAsItIs) {
     home.takeDown();
     home.current.addresses = {{cable, *hostOf("10.1.1.2")}};
