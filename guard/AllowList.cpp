@@ -17,14 +17,22 @@ enum class Values {
     None,    ///< a flag
     Numbers, ///< each a decimal number from `minimum` to `maximum`
     Choices, ///< each one of `choices`
-    List,    ///< some of `choices`, joined by colons
+    Names,   ///< each one of `choices`, in any case
+    List,    ///< some of `choices`, in any case, joined by colons
     Retry,   ///< a number, or "infinite"
     Server,  ///< host, port, protocol
     CommonName,
     Interface, ///< "tun" and up to three digits
     Ipv6Pair,  ///< address/bits and address
     NameServer,
-    Block, ///< an inline block; a file in its place would be read with root's rights
+    TlsVersion,  ///< one of `choices`, and "or-highest"
+    ServerUsage, ///< the extended key usage of a server
+    ReplayWindow,
+    Ignored,       ///< a flag without an effect on this system
+    IgnoredNames,  ///< names of directives without an effect on this system
+    IgnoredOption, ///< "opt" and one such name
+    Connection,    ///< an inline block with directives about one server
+    Block,         ///< an inline block; a file in its place would be read with root's rights
 };
 
 struct Rule {
@@ -40,6 +48,27 @@ struct Rule {
 constexpr std::string_view protocols = "udp udp4 udp6 tcp tcp4 tcp6 tcp-client tcp4-client tcp6-client";
 constexpr std::string_view ciphers =
     "AES-256-GCM AES-192-GCM AES-128-GCM CHACHA20-POLY1305 AES-256-CBC AES-192-CBC AES-128-CBC";
+constexpr std::string_view digests = "SHA1 SHA224 SHA256 SHA384 SHA512";
+/// Key exchanges that keep recorded traffic safe when the server's key becomes known later.
+constexpr std::string_view tlsCiphers =
+    "TLS-ECDHE-ECDSA-WITH-AES-256-GCM-SHA384 TLS-ECDHE-RSA-WITH-AES-256-GCM-SHA384 "
+    "TLS-ECDHE-ECDSA-WITH-AES-128-GCM-SHA256 TLS-ECDHE-RSA-WITH-AES-128-GCM-SHA256 "
+    "TLS-ECDHE-ECDSA-WITH-CHACHA20-POLY1305-SHA256 TLS-ECDHE-RSA-WITH-CHACHA20-POLY1305-SHA256 "
+    "TLS-DHE-RSA-WITH-AES-256-GCM-SHA384 TLS-DHE-RSA-WITH-AES-128-GCM-SHA256 "
+    "TLS-DHE-RSA-WITH-CHACHA20-POLY1305-SHA256 TLS-ECDHE-ECDSA-WITH-AES-256-CBC-SHA384 "
+    "TLS-ECDHE-RSA-WITH-AES-256-CBC-SHA384 TLS-ECDHE-ECDSA-WITH-AES-128-CBC-SHA256 "
+    "TLS-ECDHE-RSA-WITH-AES-128-CBC-SHA256 TLS-ECDHE-RSA-WITH-AES-256-CBC-SHA "
+    "TLS-ECDHE-RSA-WITH-AES-128-CBC-SHA TLS-DHE-RSA-WITH-AES-256-CBC-SHA256 "
+    "TLS-DHE-RSA-WITH-AES-128-CBC-SHA256 TLS-DHE-RSA-WITH-AES-256-CBC-SHA TLS-DHE-RSA-WITH-AES-128-CBC-SHA";
+constexpr std::string_view tlsSuites =
+    "TLS_AES_256_GCM_SHA384 TLS_AES_128_GCM_SHA256 TLS_CHACHA20_POLY1305_SHA256";
+/// Directives of OpenVPN for Windows.
+constexpr std::string_view ignoredNames =
+    "block-outside-dns register-dns dhcp-renew dhcp-release dhcp-pre-release";
+/// What a connection block may contain: directives about the way to one server.
+constexpr std::string_view connectionNames =
+    "remote proto port rport nobind float connect-retry connect-retry-max connect-timeout "
+    "explicit-exit-notify tun-mtu mssfix fragment key-direction";
 constexpr unsigned secondsPerDay = 86400;
 
 constexpr Rule flag(std::string_view name) {
@@ -53,6 +82,14 @@ constexpr Rule number(std::string_view name, unsigned minimum, unsigned maximum,
 
 constexpr Rule choice(std::string_view name, std::string_view choices, std::size_t maximumCount = 1) {
     return {name, Values::Choices, 1, maximumCount, choices};
+}
+
+constexpr Rule names(std::string_view name, std::string_view choices) {
+    return {name, Values::Names, 1, 1, choices};
+}
+
+constexpr Rule list(std::string_view name, std::string_view choices) {
+    return {name, Values::List, 1, 1, choices};
 }
 
 constexpr Rule block(std::string_view name) {
@@ -70,6 +107,7 @@ constexpr std::array rules{
     // The servers, and how long to try them
     Rule{"remote", Values::Server, 1, 3},
     flag("remote-random"),
+    Rule{"connection", Values::Connection},
     choice("proto", protocols),
     number("port", 1, 65535),
     number("rport", 1, 65535),
@@ -86,6 +124,7 @@ constexpr std::array rules{
     number("ping", 1, secondsPerDay),
     number("ping-exit", 1, secondsPerDay),
     number("ping-restart", 0, secondsPerDay),
+    flag("ping-timer-rem"),
     number("keepalive", 1, secondsPerDay, 2, 2),
     number("explicit-exit-notify", 0, 10, 0, 1),
     // Authentication and encryption. Nothing that switches a protection off.
@@ -93,6 +132,7 @@ constexpr std::array rules{
     flag("auth-nocache"),
     choice("auth-retry", "none nointeract"),
     choice("remote-cert-tls", "server"),
+    Rule{"remote-cert-eku", Values::ServerUsage, 1, 1},
     Rule{"verify-x509-name", Values::CommonName, 1, 2},
     block("ca"),
     block("cert"),
@@ -102,12 +142,15 @@ constexpr std::array rules{
     block("tls-crypt"),
     block("tls-crypt-v2"),
     choice("key-direction", "0 1"),
-    choice("cipher", ciphers),
-    Rule{"data-ciphers", Values::List, 1, 1, ciphers},
-    choice("data-ciphers-fallback", ciphers),
-    choice("auth", "SHA1 SHA224 SHA256 SHA384 SHA512"),
-    choice("tls-version-min", "1.2 1.3"),
+    names("cipher", ciphers),
+    list("data-ciphers", ciphers),
+    names("data-ciphers-fallback", ciphers),
+    names("auth", digests),
+    list("tls-cipher", tlsCiphers),
+    list("tls-ciphersuites", tlsSuites),
+    Rule{"tls-version-min", Values::TlsVersion, 1, 2, "1.2 1.3"},
     choice("tls-version-max", "1.2 1.3"),
+    Rule{"replay-window", Values::ReplayWindow, 1, 2},
     number("reneg-sec", 0, 7 * secondsPerDay, 1, 2),
     // Compression leaks what was sent; these switch it off.
     choice("comp-lzo", "no"),
@@ -128,6 +171,11 @@ constexpr std::array rules{
     flag("mute-replay-warnings"),
     // Without a level the end of the start is not logged; above 4 the log is for OpenVPN's own developers.
     number("verb", 1, 4),
+    number("mute", 1, 1000),
+    // Without an effect here; left out of what OpenVPN receives.
+    Rule{"block-outside-dns", Values::Ignored},
+    Rule{"setenv", Values::IgnoredOption, 2, 2},
+    Rule{"ignore-unknown-option", Values::IgnoredNames, 1, 8},
 };
 
 bool isOneOf(std::string_view parameter, std::string_view choices) {
@@ -139,6 +187,16 @@ bool isOneOf(std::string_view parameter, std::string_view choices) {
         choices.remove_prefix(end == std::string_view::npos ? choices.size() : end + 1);
     }
     return false;
+}
+
+char upperCase(char character) {
+    return static_cast<char>(character >= 'a' && character <= 'z' ? character - 'a' + 'A' : character);
+}
+
+bool isNameOf(std::string_view parameter, std::string_view choices) {
+    std::string upper(parameter);
+    std::ranges::transform(upper, upper.begin(), upperCase);
+    return isOneOf(upper, choices);
 }
 
 bool isNumber(std::string_view parameter, unsigned minimum, unsigned maximum) {
@@ -184,7 +242,7 @@ bool isIpv6Pair(Parameters given) {
 bool isList(std::string_view parameter, std::string_view choices) {
     for (std::size_t end = 0; end != std::string_view::npos;) {
         end = parameter.find(':');
-        if (!isOneOf(parameter.substr(0, end), choices)) {
+        if (!isNameOf(parameter.substr(0, end), choices)) {
             return false;
         }
         parameter.remove_prefix(end == std::string_view::npos ? parameter.size() : end + 1);
@@ -196,6 +254,8 @@ bool valuesFit(const Rule &rule, Parameters given) {
     switch (rule.values) {
     case Values::None:
     case Values::Block:
+    case Values::Connection:
+    case Values::Ignored:
         return true;
     case Values::Numbers:
         return std::ranges::all_of(
@@ -203,6 +263,19 @@ bool valuesFit(const Rule &rule, Parameters given) {
     case Values::Choices:
         return std::ranges::all_of(given,
                                    [&](const auto &parameter) { return isOneOf(parameter, rule.choices); });
+    case Values::Names:
+        return isNameOf(given[0], rule.choices);
+    case Values::TlsVersion:
+        return isOneOf(given[0], rule.choices) && (given.size() < 2 || given[1] == "or-highest");
+    case Values::ServerUsage:
+        return given[0] == "TLS Web Server Authentication" || given[0] == "1.3.6.1.5.5.7.3.1";
+    case Values::ReplayWindow:
+        return isNumber(given[0], 1, 65536) && (given.size() < 2 || isNumber(given[1], 1, 600));
+    case Values::IgnoredNames:
+        return std::ranges::all_of(given,
+                                   [](const auto &parameter) { return isOneOf(parameter, ignoredNames); });
+    case Values::IgnoredOption:
+        return given[0] == "opt" && isOneOf(given[1], ignoredNames);
     case Values::List:
         return isList(given[0], rule.choices);
     case Values::Retry:
@@ -226,35 +299,94 @@ bool isPlain(std::string_view parameter) {
     return !parameter.empty() && parameter.find_first_not_of(hostCharacters) == std::string_view::npos;
 }
 
-} // namespace
+const Rule *ruleOf(const Directive &directive) {
+    const auto *rule = std::ranges::find(rules, directive.name(), &Rule::name);
+    return rule == rules.end() ? nullptr : rule;
+}
 
-Result<> check(const std::vector<Directive> &directives) {
-    for (const Directive &directive : directives) {
-        const auto rule = std::ranges::find(rules, directive.name(), &Rule::name);
-        if (rule == rules.end()) {
-            return refusal(directive.line,
-                           "the directive " + quotedForLog(directive.name()) + " is not allowed");
+bool isIgnored(const Rule &rule) {
+    return rule.values == Values::Ignored || rule.values == Values::IgnoredNames ||
+           rule.values == Values::IgnoredOption;
+}
+
+bool isInlineBlock(const Rule &rule) {
+    return rule.values == Values::Block || rule.values == Values::Connection;
+}
+
+Failure refused(const Directive &directive, const std::string &reason) {
+    return refusal(directive.line, "the directive " + quotedForLog(directive.name()) + reason);
+}
+
+Result<> checkOne(const Directive &directive) {
+    const Rule *rule = ruleOf(directive);
+    if (rule == nullptr) {
+        return refused(directive, " is not allowed");
+    }
+    if (directive.block.has_value() != isInlineBlock(*rule)) {
+        return refused(directive,
+                       std::string(directive.block ? " may not be" : " must be") + " an inline block");
+    }
+    const Parameters given = Parameters(directive.tokens).subspan(1);
+    if (given.size() < rule->minimumCount || given.size() > rule->maximumCount || !valuesFit(*rule, given)) {
+        return refused(directive, " has a parameter that is not allowed");
+    }
+    return {};
+}
+
+Result<> checkConnection(const Directive &connection) {
+    const auto directives = parseBlock(connection);
+    if (!directives) {
+        return Failure{directives.error()};
+    }
+    for (const Directive &directive : directives.value()) {
+        if (auto checked = checkOne(directive); !checked) {
+            return checked;
         }
-        if (directive.block.has_value() != (rule->values == Values::Block)) {
-            return refusal(directive.line, "the directive " + quotedForLog(directive.name()) +
-                                               (directive.block ? " may not be" : " must be") +
-                                               " an inline block");
-        }
-        const Parameters given = Parameters(directive.tokens).subspan(1);
-        if (given.size() < rule->minimumCount || given.size() > rule->maximumCount ||
-            !valuesFit(*rule, given)) {
-            return refusal(directive.line, "the directive " + quotedForLog(directive.name()) +
-                                               " has a parameter that is not allowed");
+        if (!isOneOf(directive.name(), connectionNames)) {
+            return refused(directive, " is not allowed in a connection block");
         }
     }
     return {};
 }
 
+} // namespace
+
+Result<> check(const std::vector<Directive> &directives) {
+    for (const Directive &directive : directives) {
+        auto checked = checkOne(directive);
+        if (checked && ruleOf(directive)->values == Values::Connection) {
+            checked = checkConnection(directive);
+        }
+        if (!checked) {
+            return checked;
+        }
+    }
+    return {};
+}
+
+std::vector<std::string_view> allowedNames() {
+    std::vector<std::string_view> all;
+    for (const Rule &rule : rules) {
+        all.push_back(rule.name);
+    }
+    return all;
+}
+
 std::string privateCopy(const std::vector<Directive> &directives) {
     std::string text;
     for (const Directive &directive : directives) {
+        const Rule *rule = ruleOf(directive);
+        if (rule != nullptr && isIgnored(*rule)) {
+            continue;
+        }
         if (directive.block) {
-            text += '<' + directive.name() + ">\n" + *directive.block + "</" + directive.name() + ">\n";
+            // A connection block was parsed by check().
+            const bool isConnection = rule != nullptr && rule->values == Values::Connection;
+            const auto within =
+                isConnection ? parseBlock(directive) : Result<std::vector<Directive>>(Failure{});
+            text += '<' + directive.name() + ">\n" +
+                    (within ? privateCopy(within.value()) : *directive.block) + "</" + directive.name() +
+                    ">\n";
             continue;
         }
         text += directive.name();

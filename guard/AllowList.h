@@ -3,6 +3,7 @@
 #include "Configuration.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quorvane::guard {
@@ -15,7 +16,11 @@ namespace quorvane::guard {
 /// past the tunnel.
 Result<> check(const std::vector<Directive> &directives);
 
-/// The configuration that OpenVPN receives: only what was parsed, written in the plainest form.
+/// The names of all directives that may pass, for the test that compares them with docs/directives.md.
+[[nodiscard]] std::vector<std::string_view> allowedNames();
+
+/// The configuration that OpenVPN receives: only what was parsed, written in the plainest form. Directives
+/// that have no effect on this system are left out.
 [[nodiscard]] std::string privateCopy(const std::vector<Directive> &directives);
 
 } // namespace quorvane::guard

@@ -29,7 +29,7 @@ struct Refused {
 /// long or contain a zero byte.
 class Lines {
 public:
-    explicit Lines(std::string_view text) : m_rest(text) {
+    Lines(std::string_view text, std::size_t linesBefore) : m_rest(text), m_number(linesBefore) {
         if (m_rest.starts_with(byteOrderMark)) {
             m_rest.remove_prefix(byteOrderMark.size());
         }
@@ -67,7 +67,7 @@ public:
 
 private:
     std::string_view m_rest;
-    std::size_t m_number = 0;
+    std::size_t m_number;
 };
 
 /// Removes one token from the start of `rest`, which does not begin with a blank, and returns it.
@@ -148,15 +148,9 @@ Directive directiveOf(Lines &lines, std::vector<std::string> tokens) {
     return directive;
 }
 
-} // namespace
-
-Result<std::vector<Directive>> parse(std::string_view text) {
-    if (text.size() > maximumConfigurationSize) {
-        return refusal(0, "it is too large");
-    }
+Result<std::vector<Directive>> parseLines(Lines lines) {
     try {
         std::vector<Directive> directives;
-        Lines lines(text);
         std::string_view line;
         while (lines.next(line)) {
             if (auto tokens = tokensOf(lines, line); !tokens.empty()) {
@@ -167,6 +161,19 @@ Result<std::vector<Directive>> parse(std::string_view text) {
     } catch (const Refused &refused) {
         return refused.failure;
     }
+}
+
+} // namespace
+
+Result<std::vector<Directive>> parse(std::string_view text) {
+    if (text.size() > maximumConfigurationSize) {
+        return refusal(0, "it is too large");
+    }
+    return parseLines(Lines(text, 0));
+}
+
+Result<std::vector<Directive>> parseBlock(const Directive &directive) {
+    return parseLines(Lines(directive.block ? *directive.block : std::string_view(), directive.line));
 }
 
 Failure refusal(std::size_t line, const std::string &reason) {

@@ -29,6 +29,10 @@ constexpr std::size_t maximumConfigurationSize = 128 * 1024;
 /// is a text made by refusal().
 Result<std::vector<Directive>> parse(std::string_view text);
 
+/// The directives in an inline block that contains directives of its own. Their lines are those of the whole
+/// configuration.
+Result<std::vector<Directive>> parseBlock(const Directive &directive);
+
 /// Why a configuration is not used, as one plain line for the log without a line feed. `line` is the line of
 /// the configuration, 0 for the whole file.
 [[nodiscard]] Failure refusal(std::size_t line, const std::string &reason);

@@ -8,24 +8,6 @@
 
 namespace quorvane::guard {
 
-namespace {
-
-bool writeAll(const FileDescriptor &file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = write(file.get(), bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
-} // namespace
-
 Result<OpenedFile> openPlainFile(const std::string &path, int flags) {
     if (!path.starts_with('/')) {
         return Failure{"the path is not absolute"};
@@ -82,6 +64,20 @@ Result<FileDescriptor> sealedCopy(const std::string &name, std::string_view byte
         return Failure{"the private copy of the " + name + " cannot be made"};
     }
     return memory;
+}
+
+bool writeAll(const FileDescriptor &file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(file.get(), bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
 }
 
 FileDescriptor lockedLog(const FileDescriptor &log) {

@@ -23,6 +23,9 @@ Result<OpenedFile> openPlainFile(const std::string &path, int flags);
 /// All bytes of a file. Fails when it has more than `maximumSize` bytes or cannot be read.
 Result<std::string> readAll(const FileDescriptor &file, std::size_t maximumSize);
 
+/// Writes all bytes. False when that fails; see errno.
+[[nodiscard]] bool writeAll(const FileDescriptor &file, std::string_view bytes);
+
 /// Makes a file in memory with these bytes: only this process and its children can read it, no process can
 /// change it, and it is not written to a disk. `name` is for error texts and debuggers.
 Result<FileDescriptor> sealedCopy(const std::string &name, std::string_view bytes);

@@ -1,5 +1,6 @@
 #include "Supervisor.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -19,6 +20,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr const char *ownName = "openvpn-guard";
+/// How long the tunnel's own routes may be missing: OpenVPN removes them when it ends, and when it makes its
+/// device anew for other settings of the server.
+constexpr std::chrono::seconds lossTimeout{1};
 
 sigset_t forwardedSignals() {
     sigset_t signals;
@@ -53,8 +57,8 @@ sigset_t forwardedSignals() {
 /// The OpenVPN process, from its start to its end.
 class Child {
 public:
-    Child(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor whileRunning)
-        : m_command(command), m_log(log), m_whileRunning(std::move(whileRunning)) {}
+    Child(const OpenVpnCommand &command, TunnelLog &log, SessionRoutes &routes, FileDescriptor whileRunning)
+        : m_command(command), m_log(log), m_routes(routes), m_whileRunning(std::move(whileRunning)) {}
 
     std::string run() {
         std::array<int, 2> pipe{};
@@ -80,16 +84,22 @@ public:
         // child.
         prctl(PR_SET_NAME, ownName);
         m_deadline = Clock::now() + m_command.startTimeout;
+        m_log.setReader([this](std::string_view line) { noteServer(line); });
+        m_log.setConfirmation([this] { return m_routes.checkUp(m_pid); });
         while (copyOutput()) {
         }
         return end();
     }
 
 private:
-    /// Waits for output, a signal, the child's end or the deadline. False when there will be no more output.
+    /// Waits for output, a signal, a change of the routes, the child's end or the deadline. False when there
+    /// will be no more output.
     bool copyOutput() {
-        std::array<pollfd, 3> watched{
-            {{m_output.get(), POLLIN, 0}, {m_signals.get(), POLLIN, 0}, {m_process.get(), POLLIN, 0}}};
+        // A negative descriptor is left out by poll.
+        std::array<pollfd, 4> watched{{{m_output.get(), POLLIN, 0},
+                                       {m_signals.get(), POLLIN, 0},
+                                       {m_process.get(), POLLIN, 0},
+                                       {m_routes.changesDescriptor(), POLLIN, 0}}};
         const int ready = poll(watched.data(), watched.size(), timeLeft());
         if (ready < 0) {
             return errno == EINTR;
@@ -97,8 +107,16 @@ private:
         if (watched[1].revents != 0) {
             forwardSignal();
         }
-        if (ready == 0) {
+        // Also while output goes on without a pause.
+        if (m_deadline && Clock::now() >= *m_deadline) {
             giveUp();
+        }
+        if (m_lossDeadline && Clock::now() >= *m_lossDeadline && m_reason.empty()) {
+            m_log.addOwnLine("the tunnel is ended: its device does not carry all IPv4 addresses any more");
+            killAtOnce("the tunnel was ended");
+        }
+        if (watched[3].revents != 0) {
+            checkRoutes();
         }
         const bool more = watched[0].revents == 0 || readOutput();
         // The rest of its output is read first. The end of the output cannot be awaited: another process may
@@ -113,7 +131,9 @@ private:
             return count < 0 && (errno == EINTR || errno == EAGAIN);
         }
         m_log.add({buffer.data(), static_cast<std::size_t>(count)});
-        if (m_log.isUp()) {
+        if (m_log.isRefused()) {
+            killAtOnce("the tunnel was refused");
+        } else if (m_log.isUp() && !m_hasGivenUp) {
             m_deadline.reset();
         } else if (!m_log.isComplete()) {
             // The log could no longer report that the tunnel is up.
@@ -122,13 +142,17 @@ private:
         return true;
     }
 
+    /// Milliseconds until the next deadline, for poll.
     [[nodiscard]] int timeLeft() const {
-        if (!m_deadline) {
+        auto next = m_deadline;
+        if (m_lossDeadline && m_reason.empty()) {
+            next = next ? std::min(*next, *m_lossDeadline) : m_lossDeadline;
+        }
+        if (!next) {
             return -1;
         }
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(*m_deadline - Clock::now()).count();
-        return left < 0 ? 0 : static_cast<int>(left) + 1;
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - Clock::now()).count();
+        return static_cast<int>(std::max<std::int64_t>(left, 0));
     }
 
     void forwardSignal() const {
@@ -151,6 +175,33 @@ private:
         m_deadline = Clock::now() + m_command.endTimeout;
     }
 
+    void killAtOnce(const std::string &reason) {
+        if (m_reason.empty()) {
+            m_reason = reason;
+            m_log.giveUp();
+        }
+        kill(m_pid, SIGKILL);
+    }
+
+    void checkRoutes() {
+        if (const auto checked = m_routes.checkChanges(); !checked && m_reason.empty()) {
+            m_log.addOwnLine(checked.error());
+            killAtOnce("the tunnel was ended");
+        }
+        if (m_routes.carriesAllAddresses()) {
+            m_lossDeadline.reset();
+        } else if (!m_lossDeadline) {
+            m_lossDeadline = Clock::now() + lossTimeout;
+        }
+    }
+
+    /// OpenVPN logs the address of its server, which the configuration may name instead.
+    void noteServer(std::string_view line) {
+        if (const auto server = serverIn(line)) {
+            m_routes.addServer(*server);
+        }
+    }
+
     [[nodiscard]] std::string end() {
         int status = 0;
         // It closed its output, so it is ending. A child that only closed its output must not run on
@@ -159,6 +210,9 @@ private:
         while (waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
         }
         m_whileRunning.reset();
+        if (!m_reason.empty()) {
+            return m_reason;
+        }
         if (m_hasGivenUp) {
             return "the tunnel did not come up in time";
         }
@@ -170,19 +224,23 @@ private:
 
     const OpenVpnCommand &m_command;
     TunnelLog &m_log;
+    SessionRoutes &m_routes;
     FileDescriptor m_whileRunning;
     FileDescriptor m_output;
     FileDescriptor m_signals;
     FileDescriptor m_process; ///< readable once the child has ended
     pid_t m_pid = -1;
     std::optional<Clock::time_point> m_deadline;
+    std::optional<Clock::time_point> m_lossDeadline; ///< set while the tunnel's own routes are missing
     bool m_hasGivenUp = false;
+    std::string m_reason; ///< why it was killed at once
 };
 
 } // namespace
 
-std::string supervise(const OpenVpnCommand &command, TunnelLog &log, FileDescriptor whileRunning) {
-    return Child(command, log, std::move(whileRunning)).run();
+std::string supervise(const OpenVpnCommand &command, TunnelLog &log, SessionRoutes &routes,
+                      FileDescriptor whileRunning) {
+    return Child(command, log, routes, std::move(whileRunning)).run();
 }
 
 } // namespace quorvane::guard

@@ -58,6 +58,14 @@ void maskCompletion(std::string &line) {
     }
 }
 
+/// OpenVPN logs each pushed option that a filter accepts, also the token by which it is logged in again.
+void maskToken(std::string &line) {
+    constexpr std::string_view name = "'auth-token ";
+    if (const auto at = line.find(name); at != std::string::npos) {
+        line.erase(at + name.size()).append("*****'");
+    }
+}
+
 std::string now() {
     const std::time_t seconds = std::time(nullptr);
     std::tm local{};
@@ -86,6 +94,9 @@ void TunnelLog::add(std::string_view output) {
             return;
         }
         output.remove_prefix(end + 1);
+        if (m_reader) {
+            m_reader(m_incompleteLine);
+        }
         if (m_size + m_incompleteLine.size() < maximumLogSize) {
             addLine(std::exchange(m_incompleteLine, {}));
         }
@@ -96,15 +107,29 @@ void TunnelLog::add(std::string_view output) {
 void TunnelLog::addLine(std::string line) {
     std::ranges::replace_if(
         line, [](char character) { return character != '\t' && (character < ' ' || character > '~'); }, '?');
+    maskToken(line);
     if (!m_hasGivenUp && reportsCompletion(line)) {
-        m_isUp = true;
-    } else {
-        maskCompletion(line);
+        addReport(std::move(line));
+        return;
     }
+    maskCompletion(line);
     m_isOver = m_isOver || std::ranges::any_of(failureMarkers, [&line](std::string_view marker) {
                    return line.find(marker) != std::string::npos;
                });
     write(line + '\n');
+}
+
+void TunnelLog::addReport(std::string line) {
+    const auto confirmed = m_confirmation ? m_confirmation() : Result<>();
+    if (confirmed) {
+        m_isUp = true;
+        write(line + '\n');
+        return;
+    }
+    m_isRefused = true;
+    giveUp();
+    addLine(std::move(line));
+    addOwnLine(confirmed.error());
 }
 
 void TunnelLog::addOwnLine(std::string_view line) {
@@ -134,6 +159,26 @@ void TunnelLog::write(std::string_view text) {
         }
         text.remove_prefix(static_cast<std::size_t>(count));
     }
+}
+
+std::optional<Network> serverIn(std::string_view line) {
+    // "UDPv4 link remote: [AF_INET]192.0.2.1:1194", directly after the time.
+    constexpr std::string_view middle = " link remote: [AF_INET";
+    if (!beginsWithTime(line)) {
+        return std::nullopt;
+    }
+    line = withoutTime(line);
+    const auto blank = line.find(' ');
+    if (blank == std::string_view::npos || !line.substr(blank).starts_with(middle)) {
+        return std::nullopt;
+    }
+    line.remove_prefix(blank + middle.size());
+    const auto begin = line.find(']');
+    const auto end = line.rfind(':');
+    if (begin == std::string_view::npos || end == std::string_view::npos || end < begin) {
+        return std::nullopt;
+    }
+    return hostOf(std::string(line.substr(begin + 1, end - begin - 1)));
 }
 
 } // namespace quorvane::guard

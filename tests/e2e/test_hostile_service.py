@@ -123,6 +123,7 @@ def test_all_by_the_guard_with_the_administrators_rights(world):
             f"{folder}/pair",
             "--log-append",
             f"{folder}/x.log",
+            environment={"QUORVANE_CALLER": str(world.home.uid("joe")[0])},
         )
         log = world.home.path(f"{folder}/x.log").read_text(encoding="ascii")
         assert log.endswith("Exiting due to fatal error\n"), name

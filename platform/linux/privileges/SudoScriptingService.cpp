@@ -23,17 +23,17 @@ constexpr qsizetype maximumPasswordSize = 4096;
 /// Bytes of a question that the user sees.
 constexpr qsizetype longestQuestion = 200;
 
-// Runs in the root shell; arguments: line, search path, marker. The marker means that the rights were
-// granted. The rest of the input is not read, because it may contain a password for which there was no
-// prompt.
+// Runs in the root shell; arguments: line, search path, marker, the user who calls. The marker means that the
+// rights were granted. The rest of the input is not read, because it may contain a password for which there
+// was no prompt.
 constexpr char rootScript[] = "printf '%s\\n' \"$3\" >&2\n"
-                              "PATH=$2 LC_ALL=C\n"
-                              "export PATH LC_ALL\n"
+                              "PATH=$2 LC_ALL=C QUORVANE_CALLER=$4\n"
+                              "export PATH LC_ALL QUORVANE_CALLER\n"
                               "exec /bin/sh -c -- \"$1\" </dev/null\n";
-// Runs as the other administrator; arguments: line, search path, marker, variable with the prompt, sudo, root
-// script.
-constexpr char otherScript[] = "export \"$4\"\n"
-                               "exec \"$5\" -k -S -- /bin/sh -c \"$6\" sh \"$1\" \"$2\" \"$3\"\n";
+// Runs as the other administrator; arguments: those of the root script, then the variable with the prompt,
+// sudo, root script.
+constexpr char otherScript[] = "export \"$5\"\n"
+                               "exec \"$6\" -k -S -- /bin/sh -c \"$7\" sh \"$1\" \"$2\" \"$3\" \"$4\"\n";
 // The prompt of su for the password of an account, with LC_ALL=C.
 constexpr char suPrompt[] = "Password: ";
 
@@ -203,7 +203,7 @@ struct RootCommand {
     QByteArrayList prompts;
 };
 
-/// The arguments of the root script in each of its forms: line, search path, marker.
+/// The arguments of the root script in each of its forms: line, search path, marker, the user who calls.
 using RootArguments = QByteArrayList;
 
 RootCommand rootCommandFor(const Account &account, const RootArguments &arguments, const QByteArray &prompt) {
@@ -298,7 +298,8 @@ ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const
 
     const QByteArray marker = "@@granted-" + nonce() + "@@";
     const QByteArray prompt = "@@password-" + nonce() + "@@";
-    RootCommand root = rootCommandFor(*account, {bytes, m_resources + ':' + systemPath, marker}, prompt);
+    RootCommand root = rootCommandFor(
+        *account, {bytes, m_resources + ':' + systemPath, marker, QByteArray::number(::getuid())}, prompt);
     if (root.command.program.isEmpty()) {
         return failure(notRun, QStringLiteral("sudo, su or a tool beside them is not installed."));
     }

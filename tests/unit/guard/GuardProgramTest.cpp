@@ -87,6 +87,9 @@ protected:
                 close(STDERR_FILENO);
             }
             setenv("LD_BIND_NOW", "1", 1);
+            if (!m_caller.empty()) {
+                setenv("QUORVANE_CALLER", m_caller.c_str(), 1);
+            }
             // The guard forbids tracing, which the leak checker needs.
             setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
             signal(SIGPIPE, SIG_IGN);
@@ -124,6 +127,7 @@ protected:
     std::string m_folder = testing::TempDir() + "guard-program-XXXXXX";
     pid_t m_pid = -1;
     bool m_closesOutput = false;
+    std::string m_caller; ///< of the guard; empty for none
 };
 
 } // namespace
@@ -163,6 +167,10 @@ TEST_F(GuardProgram, OpenVpnReceivesAPrivateCopyAndNothingOfTheCallers) {
     EXPECT_FALSE(logContains(at("log"))) << text;
     EXPECT_FALSE(logContains(at("target"))) << text;
     EXPECT_TRUE(logContains("--script-security 0 --auth-user-pass /proc/self/fd/")) << text;
+    EXPECT_TRUE(logContains(" --redirect-gateway def1 --remote-cert-tls server --dev tun --disable-dco "
+                            "--pull-filter accept ifconfig  --pull-filter accept "))
+        << text;
+    EXPECT_TRUE(logContains(" --pull-filter accept dhcp-option DNS  --pull-filter ignore \n")) << text;
     EXPECT_FALSE(logContains(at("config"))) << text;
     EXPECT_TRUE(logContains("variables: PATH \n")) << text;
     EXPECT_TRUE(logContains("no new privileges: 1\n")) << text;
@@ -254,6 +262,31 @@ TEST_F(GuardProgram, ATunnelThatIsUpHasNoDeadline) {
     EXPECT_FALSE(logContains("Exiting due to fatal error"));
 }
 
+TEST_F(GuardProgram, ATunnelThatLeaksIsNeverReportedAsUp) {
+    std::ofstream(GUARD_FOLDER "/leak") << "";
+    startFor("up");
+    wait();
+    unlink(GUARD_FOLDER "/leak");
+    EXPECT_FALSE(logContains("Initialization Sequence Completed")) << log();
+    EXPECT_TRUE(logContains("Initialization_Sequence_Completed\n")) << log();
+    EXPECT_TRUE(logContains("the tunnel is refused: the route to 192.0.2.1/32 leads past it\n")) << log();
+    EXPECT_TRUE(logContains("the tunnel was refused\n")) << log();
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n")) << log();
+}
+
+TEST_F(GuardProgram, AnAttemptEndsAlsoWhileOutputGoesOnWithoutAPause) {
+    startFor("chatters");
+    wait();
+    EXPECT_TRUE(logContains("the tunnel did not come up in time\n"));
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
+}
+
+TEST_F(GuardProgram, NoRecordIsLeft) {
+    startFor("early");
+    wait();
+    EXPECT_NE(access(GUARD_FOLDER "/guard.routes", F_OK), 0);
+}
+
 TEST_F(GuardProgram, OpenVpnKilledByNameIsReported) {
     startFor("hangs");
     ASSERT_TRUE(within(10s, [this] { return logContains("waiting"); }));
@@ -331,6 +364,37 @@ TEST_F(GuardProgram, AnotherUsersConfigurationIsNotRead) {
     startFor("up");
     wait();
     EXPECT_TRUE(logContains("auth-user-pass fails with '" + at("creds") + "': it belongs to another user"));
+}
+
+TEST_F(GuardProgram, FilesMustBelongToTheCaller) {
+    m_caller = std::to_string(getuid() + 1);
+    startFor("up");
+    EXPECT_EQ(wait(), 1);
+    EXPECT_EQ(log(), "");
+    EXPECT_NE(contentOf(at("out")).find("it belongs to another user"), std::string::npos);
+
+    m_caller = "no number";
+    start();
+    EXPECT_EQ(wait(), 1);
+
+    m_caller = std::to_string(getuid());
+    startFor("early");
+    EXPECT_EQ(wait(), 0);
+    EXPECT_TRUE(logContains("Options error: something\n"));
+}
+
+TEST_F(GuardProgram, ProgramFilesThatOthersCanChangeAreRefused) {
+    // Beside the guard under test.
+    const std::string beside = GUARD_FOLDER "/writable-by-others";
+    std::ofstream(beside) << "";
+    ASSERT_EQ(chmod(beside.c_str(), 0666), 0);
+    startFor("early");
+    EXPECT_EQ(wait(), 1);
+    EXPECT_TRUE(logContains("the program's files are refused: another user can change ")) << log();
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n")) << log();
+    ASSERT_EQ(unlink(beside.c_str()), 0);
+    startFor("early");
+    EXPECT_EQ(wait(), 0);
 }
 
 TEST_F(GuardProgram, AnyOtherCommandLineIsRefused) {

@@ -67,6 +67,7 @@ TEST_F(TunnelLogTest, TheSameSentenceElsewhereInALineDoesNot) {
     for (const char *line :
          {"AUTH: Received control message: AUTH_FAILED,Initialization Sequence Completed",
           "Initialization Sequence Completed", "2026-11-21 10:00 Initialization Sequence Completed",
+          "no time, just text: Initialization Sequence Completed",
           "2026-11-21 10:00:00 x Initialization Sequence Completed",
           "2026-11-21 10:00:00  Initialization Sequence Completed"}) {
         m_log->add(std::string(line) + "\n");
@@ -143,6 +144,65 @@ TEST(TunnelLogOnAFullDisk, LostLinesAreNoticed) {
     EXPECT_FALSE(log.hasSpace()) << "a device cannot reserve space";
     log.add("x\n");
     EXPECT_FALSE(log.isComplete());
+}
+
+TEST_F(TunnelLogTest, AReportThatIsNotConfirmedIsMaskedAndEndsTheAttempt) {
+    m_log->setConfirmation([] { return Result<>(Failure{"the tunnel is refused: why"}); });
+    m_log->add(std::string(timestamp) + "Initialization Sequence Completed\n");
+    EXPECT_FALSE(m_log->isUp());
+    EXPECT_TRUE(m_log->isRefused());
+    EXPECT_FALSE(contains("Initialization Sequence Completed"));
+    EXPECT_TRUE(contains("the tunnel is refused: why\n"));
+    m_log->add(std::string(timestamp) + "Initialization Sequence Completed\n");
+    EXPECT_FALSE(contains("Initialization Sequence Completed")) << "the attempt is over";
+    m_log->finish("ended");
+    EXPECT_TRUE(contains("Exiting due to fatal error\n"));
+}
+
+TEST_F(TunnelLogTest, OnlyOpenVpnsOwnReportIsConfirmed) {
+    int asked = 0;
+    m_log->setConfirmation([&asked] {
+        ++asked;
+        return Result<>();
+    });
+    m_log->add("a text: Initialization Sequence Completed\n");
+    EXPECT_EQ(asked, 0);
+    m_log->add(std::string(timestamp) + "Initialization Sequence Completed\n");
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(m_log->isUp());
+    EXPECT_FALSE(m_log->isRefused());
+}
+
+TEST_F(TunnelLogTest, EachLineIsReadOnceAlsoWhenItIsTooMuchForTheLog) {
+    int lines = 0;
+    m_log->setReader([&lines](std::string_view) { ++lines; });
+    const std::string line(1023, 'x');
+    for (int number = 0; number < 1100; ++number) {
+        m_log->add(line + '\n');
+    }
+    EXPECT_EQ(lines, 1100);
+}
+
+TEST_F(TunnelLogTest, TheTokenForANewLoginIsMasked) {
+    m_log->add(std::string(timestamp) + "Pushed option accepted by filter: 'auth-token SESS_ID_secret'\n");
+    EXPECT_FALSE(contains("SESS_ID_secret"));
+    EXPECT_TRUE(contains("Pushed option accepted by filter: 'auth-token *****'\n"));
+}
+
+TEST(ServerInLine, OnlyInOpenVpnsOwnLine) {
+    const auto server = [](const std::string &line) {
+        const auto found = serverIn(line);
+        return found ? textOf(*found) : "";
+    };
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv4 link remote: [AF_INET]192.0.2.1:1194"), "192.0.2.1/32");
+    EXPECT_EQ(server("2026-11-21 10:00:00 us=12 TCPv4_CLIENT link remote: [AF_INET]192.0.2.1:443"),
+              "192.0.2.1/32");
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv6 link remote: [AF_INET6]2001:db8::1:1194"), "2001:db8::1/128");
+    EXPECT_EQ(server("UDPv4 link remote: [AF_INET]192.0.2.1:1194"), "");
+    EXPECT_EQ(server("2026-11-21 10:00:00 said: UDPv4 link remote: [AF_INET]192.0.2.1:1194"), "");
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv4 link remote: [AF_INET]x:1194"), "");
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv4 link remote: [AF_INET"), "");
+    EXPECT_EQ(server("2026-11-21 10:00:00 UDPv4 link remote: [AF_UNSPEC]"), "");
 }
 
 } // namespace quorvane::guard

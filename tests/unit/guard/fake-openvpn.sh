@@ -6,6 +6,7 @@ up) echo "2026-11-21 10:00:00 Initialization Sequence Completed"; exec sleep 600
 early) echo "Options error: something"; exit 1 ;;
 quiet) exit 0 ;;
 hangs) echo "2026-11-21 10:00:00 waiting"; exec sleep 600 ;;
+chatters) exec yes "2026-11-21 10:00:00 waiting" ;;
 late) trap 'echo "2026-11-21 10:00:00 Initialization Sequence Completed"; exit 0' TERM; while :; do sleep 0.05; done ;;
 stubborn) trap '' TERM; echo "2026-11-21 10:00:00 waiting"; while :; do sleep 600 & wait; done ;;
 binary) printf 'a\377\001b\n'; exit 1 ;;

@@ -440,11 +440,15 @@ TEST_F(AdministratorLine, StatusAndOutputsAreReturned) {
     }
 }
 
-TEST_F(AdministratorLine, LineHasNoInputAndResourcesFirst) {
+TEST_F(AdministratorLine, LineHasNoInputResourcesFirstAndTheCaller) {
     for (const QString &caller : {m_ada, m_joe, m_root}) {
         const ScriptResult result =
-            run(caller, QStringLiteral("cat; printf %s \"${PATH%%:*}|$LC_ALL\""), m_ada, m_adaPassword);
-        EXPECT_EQ(result.text, QStringLiteral("/run/tests/Resources|C"));
+            run(caller,
+                QStringLiteral("cat; printf %s \"${PATH%%:*}|$LC_ALL|"
+                               "$(getent passwd \"$QUORVANE_CALLER\" | cut -d: -f1)\""),
+                m_ada, m_adaPassword);
+        EXPECT_EQ(result.text, QStringLiteral("/run/tests/Resources|C|") + caller)
+            << "the user who calls, not the administrator";
     }
 }
 
