@@ -222,8 +222,9 @@ int main(int argc, char *argv[]) {
     Theme::apply(application);
     fakes::TestPlatform services;
     addFlags(services);
-    services.platform().background = std::make_unique<platform::ThreadedWork>(); // long answers are read there
-    measureLongest(); // first, for its peak memory
+    services.platform().background =
+        std::make_unique<platform::ThreadedWork>(); // long answers are read there
+    measureLongest();                               // first, for its peak memory
     for (const int servers : {2'000, 100'000}) {
         measureSize(services, servers);
     }
