@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""scripts/mutate-guard [NUMBER...]: removes each rule of the guard once and looks whether a test notices.
+"""scripts/mutate_guard.py [NUMBER...]: removes each rule of the guard once and looks whether a test notices.
 
 Works in a copy of the tree, with the preset "debug". Every rule of the lists and checks below is a change of
 one line; the unit tests of the guard must fail with it. Prints the ones that no test noticed and how many of
@@ -100,7 +100,8 @@ CHANGES = {
 def directives(text):
     """A change for each directive of the list: its values are not checked any more."""
     for case in re.findall(r"    case Values::(\w+):\n        return (?!true)", text):
-        yield f"    case Values::{case}:\n        return ", f"    case Values::{case}:\n        return true || "
+        begin = f"    case Values::{case}:\n        return "
+        yield begin, f"{begin}true || "
 
 
 def run(folder, *command):
