@@ -5,7 +5,7 @@ Runs inside of tests/e2e/world/enter.py:
 
 loop    a whole session with constant requests to the event loop: which answers were slow, and in which phase
 loss    how long after OpenVPN was killed the window shows that nothing is hidden
-tray    what the client uses at rest: its share of a core and its wake-ups; the share while the icon is animated
+tray    what the client uses at rest (share of a core, wake-ups) and while the icon is animated
 
 Everything runs with a real-time priority, so that other work on the machine does not change the figures.
 Prints one line of JSON for run-bench.
@@ -22,10 +22,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "e2e"))
 
-from harness.conditions.hostile_api import (
-    HostileApi,
-    page,
-)  # noqa: E402 # pylint: disable=wrong-import-position
+from harness.conditions import hostile_api  # noqa: E402 # pylint: disable=wrong-import-position
 from harness.drive import client as ui  # noqa: E402 # pylint: disable=wrong-import-position
 from harness.drive.tray import TrayIcon  # noqa: E402 # pylint: disable=wrong-import-position
 from watch import processor_seconds, wake_ups  # noqa: E402 # pylint: disable=wrong-import-position
@@ -91,9 +88,7 @@ def change(world, client, count):
 
 
 def session(world, client, phases):
-    """Start, a wrong password, hide, hidden, another address, one that cannot be read, stop, a list of 16 MiB,
-    quit. Returns the probe's figures.
-    """
+    """One session: see the phases. Returns the probe's figures."""
     phases.begin("start")
     started = client.start()["at"]
     client.request("probe_begin", key="first")
@@ -118,7 +113,7 @@ def session(world, client, phases):
     phases.begin("not hidden")
     rest(1)
     phases.begin("a server list of 16 MiB")
-    with HostileApi(world, {"MRTSL": page(longest_list())}) as api:
+    with hostile_api.HostileApi(world, {"MRTSL": hostile_api.page(longest_list())}) as api:
         TrayIcon(client).choose("Refresh Locations")
         world.home.wait_for(lambda: api.requests_of("MRTSL"), "the list is requested")
         client.wait_output("lines beyond the first", "the list was read")
@@ -154,7 +149,7 @@ def bench_loop():
 def bench_loss():
     """Milliseconds from each of ten kills to the first look at the window that shows the truth."""
     found = []
-    with made() as (world, client):
+    with made() as (_world, client):
         client.remember_administrator(ADA, location=BERLIN.title, noReconnect=True)
         client.start()
         for _ in range(10):

@@ -1,4 +1,4 @@
-"""A tunnel that ends by itself, or that gives no answer: the window shows the truth, and the client reconnects."""
+"""A tunnel that ends by itself or gives no answer: the window shows it, and the client reconnects."""
 
 import os
 import re
@@ -17,7 +17,7 @@ from world.service import BERLIN
 DEVICE = "tun0"
 GUARD = "openvpn-guard"
 NOTICE = ui.label("Address notice")
-# A connection of the lent address to the web host, which tells the address, and to the resolvers.
+# A connection of the lent address to the web host, which returns the address, and to the resolvers.
 ANSWERS = "ip saddr 10.0.0.0/8 tcp dport 443"
 
 
