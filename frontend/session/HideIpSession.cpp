@@ -204,6 +204,7 @@ Task<> HideIpSession::administratorDialog() {
 
 Task<> HideIpSession::press(bool on) {
     m_failures = 0;
+    m_losses = 0;
     m_reconnects = false;
     m_parts.vpn.forgetRefusal();
     m_facts.switchedOn = on;
@@ -442,6 +443,7 @@ Task<> HideIpSession::resetAfterRefusal() {
 void HideIpSession::stopWatching() {
     platform::Platform::current().tunnelWatch->stop();
     platform::Platform::current().delayedCalls->cancelAll(&m_addressTimer);
+    platform::Platform::current().delayedCalls->cancelAll(&m_stableTimer);
 }
 
 void HideIpSession::stopAnimation() {

@@ -58,6 +58,10 @@ public:
     static constexpr double firstAddressSeconds = 2.0;
     static constexpr double longestAddressSeconds = 60.0;
 
+    /// Seconds after which a tunnel that is lost is no further loss in a row; after `retries` of them in a
+    /// row it is not started again. Two programs that end each other's tunnels would do that for ever.
+    static constexpr double stableSeconds = 60.0;
+
     explicit HideIpSession(const SessionParts &parts, QObject *parent = nullptr);
     ~HideIpSession() override;
 
@@ -180,6 +184,7 @@ private:
     /// At once, whatever is being handled: nothing is hidden any more.
     void showLoss(quint64 tunnel, platform::TunnelLoss loss);
     [[nodiscard]] Task<> tunnelWasLost(quint64 tunnel, platform::TunnelLoss loss);
+    void reportLoss(platform::TunnelLoss loss);
     /// Beside the queue, because nothing waits for the result.
     void readAddressLater(double seconds);
     [[nodiscard]] Task<> addressWasRead(quint64 tunnel, QString lentIp, double seconds);
@@ -220,6 +225,8 @@ private:
     int m_failures = 0;
     /// The attempt follows a lost tunnel: it is retried whatever the location is.
     bool m_reconnects = false;
+    /// Losses in a row after which the tunnel was started again.
+    int m_losses = 0;
     /// Refused kills whose resets were seen to.
     quint64 m_seenRefusals = 0;
     bool m_resetWaits = false;
@@ -227,6 +234,7 @@ private:
     QObject m_changeIpTimer;
     QObject m_resetTimer;
     QObject m_addressTimer;
+    QObject m_stableTimer;
     bool m_timerArmed = false;
 };
 

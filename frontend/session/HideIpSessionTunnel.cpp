@@ -82,6 +82,7 @@ void HideIpSession::watchTunnel() {
         showLoss(m_tunnelStarts, platform::TunnelLoss::ProcessEnded); // after the tunnel came up
         return;
     }
+    services().delayedCalls->callAfter(stableSeconds, &m_stableTimer, [this] { m_losses = 0; });
     services().tunnelWatch->watch(
         own.ids, [this, tunnel = m_tunnelStarts](platform::TunnelLoss loss) { showLoss(tunnel, loss); });
 }
@@ -104,22 +105,30 @@ Task<> HideIpSession::tunnelWasLost(quint64 tunnel, platform::TunnelLoss loss) {
     if (tunnel != m_tunnelStarts || m_facts.look != Look::Hidden) {
         co_return; // it was stopped meanwhile, or a later attempt has begun
     }
-    const LossReason reason =
-        LossReason::of(loss, TextFile::read(services().account.documents() + QStringLiteral("/openvpn.log")));
-    Diagnostics::log(QStringLiteral("the tunnel was lost: ") + reason.logText);
-    services().workspace->notify(tr("Your real IP is visible"), reason.shownText);
     forgetLentAddress();
     shared().hidden = false;
     enter(Phase::NotHidden);
+    // When OpenVPN ends, its device and its routes go a moment before.
+    const bool hasEnded = co_await m_parts.vpn.ownProcessesEnded();
+    const int losses = m_losses + 1;
     co_await reset(); // ends what is left of the tunnel
-    if (Preferences::boolean(Preference::NoReconnect)) {
+    reportLoss(hasEnded ? platform::TunnelLoss::ProcessEnded : loss);
+    if (losses > retries || Preferences::boolean(Preference::NoReconnect)) {
         putBackServersLater();
     } else {
+        m_losses = losses;
         m_failures = 0;
         m_reconnects = true;
         disableControls();
         co_await beginAttempt();
     }
+}
+
+void HideIpSession::reportLoss(platform::TunnelLoss loss) {
+    const LossReason reason =
+        LossReason::of(loss, TextFile::read(services().account.documents() + QStringLiteral("/openvpn.log")));
+    Diagnostics::log(QStringLiteral("the tunnel was lost: ") + reason.logText);
+    services().workspace->notify(tr("Your real IP is visible"), reason.shownText);
 }
 
 void HideIpSession::readAddressLater(double seconds) {

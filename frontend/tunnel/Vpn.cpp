@@ -132,6 +132,19 @@ RunningProcesses::Found Vpn::ownProcesses() const {
     return found;
 }
 
+Task<bool> Vpn::ownProcessesEnded() {
+    auto wait = [this] {
+        RunningProcesses::Found own = ownProcesses();
+        for (int look = 0; look < maximumEndLooks && !own.ids.isEmpty(); ++look) {
+            QThread::msleep(lookMilliseconds);
+            own = ownProcesses();
+        }
+        return own.seesAll && own.ids.isEmpty();
+    };
+    auto ended = m_events.background(std::move(wait));
+    co_return co_await ended;
+}
+
 void Vpn::launchInBackground(const QStringList &command, const QString &credentialsPath) {
     m_launch = std::make_shared<Launch>();
     m_others = m_processes.find(processName).ids + m_processes.find(guardName).ids;

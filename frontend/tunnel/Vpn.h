@@ -53,6 +53,10 @@ public:
     /// The processes of the last launch that run now and can be seen: guards and OpenVPN.
     [[nodiscard]] RunningProcesses::Found ownProcesses() const;
 
+    /// Waits until those have ended, a fifth of a second at most. True when they have, as far as they can be
+    /// seen: the log is complete.
+    [[nodiscard]] Task<bool> ownProcessesEnded();
+
     /// How many kills the administrator's shell has refused.
     [[nodiscard]] quint64 refusedKills() const { return m_refusedKills; }
 

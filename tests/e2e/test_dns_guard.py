@@ -104,8 +104,8 @@ def test_put_back_after_a_crash(world, client):
     )
     client.wait_no_openvpn()
     assert client.text("Status line") == ui.NOT_HIDING
-    assert (len(set_lines(world)), len(restored_lines(world))) == (3, 3)
     world.home.wait_for(lambda: "dnsBefore" not in client.preferences(), "nothing is left to put back")
+    assert (len(set_lines(world)), len(restored_lines(world))) == (3, 3)
 
 
 def test_put_back_by_the_button(world, client):

@@ -10,7 +10,7 @@ import pytest
 from harness.drive import client as ui
 from harness.observe import figures, outcomes
 from harness.home.deadlines import EVENTUALLY
-from world import network, service
+from world import network
 from world.accounts import ADA
 from world.service import BERLIN
 
@@ -123,7 +123,7 @@ def test_silent_server_is_reported(make_world, make_client):
     world = make_world(vpn_settings={"ping_seconds": 1, "ping_exit_seconds": 4})
     client = make_client(world)
     hide(client, noReconnect=True)
-    with network.swallowing(f"ip saddr {network.LENT_POOL} udp sport {service.UDP_PORT}"):
+    with network.ruled(network.GATEWAY, network.leaving(f"ip saddr {network.LENT_POOL} drop")):
         client.wait_output("the tunnel was lost: the server is silent", "the loss is logged")
     client.wait_no_openvpn()
     outcomes.check_shown_not_hidden(client)

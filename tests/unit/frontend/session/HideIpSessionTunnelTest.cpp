@@ -37,10 +37,10 @@ TEST_F(HideIpSessionTunnelTest, LossIsShownAtOnceAndAnotherAttemptBegins) {
     expectNotHidden();
     EXPECT_EQ(shown().trayImage, text("Tray"));
     EXPECT_FALSE(SessionState::shared().hidden);
+    settle();
     ASSERT_EQ(m_services.workspace().notifications.size(), 1U);
     EXPECT_EQ(m_services.workspace().notifications[0].title, text("Your real IP is visible"));
     EXPECT_EQ(m_services.workspace().notifications[0].text, text("The tunnel was lost: OpenVPN was killed."));
-    settle();
     EXPECT_EQ(phase(), Phase::Fetching);
     EXPECT_EQ(m_requests, 2);
     EXPECT_EQ(m_list.title(m_list.currentRow()), text("Germany Berlin"));
@@ -64,7 +64,7 @@ TEST_F(HideIpSessionTunnelTest, LossIsShownWhileAnotherEventIsBeingHandled) {
     EXPECT_EQ(phase(), Phase::Fetching);
     ASSERT_EQ(m_services.workspace().notifications.size(), 1U);
     EXPECT_EQ(m_services.workspace().notifications[0].text,
-              text("The tunnel was lost: its network device is gone."));
+              text("The tunnel was lost: OpenVPN was killed.")); // the device went before its process
 }
 
 TEST_F(HideIpSessionTunnelTest, LossIsHandledBeforeThePressesThatWait) {
@@ -85,6 +85,9 @@ TEST_F(HideIpSessionTunnelTest, WhatIsLeftOfALostTunnelIsEnded) {
     settle();
     EXPECT_EQ(linesWith("killall"), 1);
     EXPECT_EQ(phase(), Phase::Fetching);
+    ASSERT_EQ(m_services.workspace().notifications.size(), 1U);
+    EXPECT_EQ(m_services.workspace().notifications[0].text,
+              text("The tunnel was lost: its routes were changed."));
 }
 
 TEST_F(HideIpSessionTunnelTest, WithoutReconnectingItStaysNotHidden) {
@@ -114,6 +117,37 @@ TEST_F(HideIpSessionTunnelTest, ReconnectingIsAttemptedFourTimesInAllWhateverThe
     finishFetch(false);
     EXPECT_EQ(m_requests, 6);
     EXPECT_EQ(phase(), Phase::NotHidden);
+}
+
+TEST_F(HideIpSessionTunnelTest, TunnelThatIsLostAgainAndAgainIsNotStartedForEver) {
+    goHidden();
+    for (int loss = 1; loss <= 3; ++loss) {
+        lose();
+        settle();
+        EXPECT_EQ(m_requests, 1 + loss);
+        finishFetch();
+        m_services.processes().setNames({"init", "openvpn"});
+        comeUp();
+        EXPECT_EQ(phase(), Phase::Hidden);
+    }
+    lose();
+    settle();
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    EXPECT_EQ(m_requests, 4);
+}
+
+TEST_F(HideIpSessionTunnelTest, TunnelThatHeldForAMinuteIsNoLossInARow) {
+    goHidden();
+    for (int loss = 1; loss <= 6; ++loss) {
+        m_services.delayedCalls().advance(60.0);
+        lose();
+        settle();
+        EXPECT_EQ(m_requests, 1 + loss);
+        finishFetch();
+        m_services.processes().setNames({"init", "openvpn"});
+        comeUp();
+    }
+    EXPECT_EQ(phase(), Phase::Hidden);
 }
 
 TEST_F(HideIpSessionTunnelTest, StopOrAnotherAddressIsNoLoss) {
