@@ -156,7 +156,7 @@ class Soak:
         )
         self.client.wait_hidden()
         requests = self.world.service.requests_of("VPNC")
-        # By design a handshake that takes longer than two seconds is a failed attempt, and another one follows.
+        # By design a handshake of more than two seconds is a failed attempt, and another one follows.
         slow = self.client.output().count("stopVpn by link remote")
         assert len(requests) == count + slow, "one change, one request"
         address = requests[-1].parameter("desiredip")
