@@ -17,16 +17,6 @@ namespace quorvane::simulation {
 
 namespace {
 
-const QString realAddress = QStringLiteral("198.51.100.10");
-const QString lentAddress = QStringLiteral("203.0.113.7\n");
-
-constexpr char places[] = "<br />LOCATIONS: DE;BER;Berlin;0<br />VPNUser: u<br />VPNPass: p"
-                          "<br />Server: 7,Berlin,BER,DE,Germany,x|203.0.113.1,203.0.113.2"
-                          "<br />Server: 8,Denver,DEN,US,States,x|203.0.113.3"
-                          "<br />Server: 9,Oslo,OSL,NO,Norway,x|203.0.113.4";
-constexpr char fewPlaces[] =
-    "<br />LOCATIONS: DE;BER;Berlin;0<br />Server: 7,Berlin,BER,DE,Germany,x|203.0.113.1";
-
 constexpr std::array<const char *, 8> logContents{"",
                                                   "a\nInitialization Sequence Completed\n",
                                                   "a\nAUTH_FAILED\n",
@@ -35,17 +25,6 @@ constexpr std::array<const char *, 8> logContents{"",
                                                   "a\nUDPv4 link remote: 1.2.3.4\n",
                                                   "\xff\xfe\nInitialization Sequence Completed\n",
                                                   "a\nb\nInitialization Sequence Completed\n"};
-
-/// Seconds. The long ones are rare, because the log is read every two seconds.
-constexpr std::array<double, 16> intervals{0.1, 0.1, 1.0, 1.0, 2.0,  2.0,  2.0,  2.0,
-                                           5.0, 5.0, 5.0, 5.0, 20.0, 60.0, 60.0, 3600.0};
-
-/// Seconds after which an attempt whose processes have ended must have failed: two looks, and the report.
-constexpr double longestEnd = 15.0;
-
-bool isOn(unsigned argument) {
-    return argument % 2 == 1;
-}
 
 } // namespace
 
@@ -171,20 +150,6 @@ void World::writeLog(unsigned content) {
     m_cameUp = m_cameUp || QByteArray(bytes).contains("Sequence Completed\n");
 }
 
-void World::answer(unsigned sort) {
-    // The service sees the lent address while a tunnel is up.
-    const QByteArray address =
-        m_cameUp && m_running > 0 ? lentAddress.trimmed().toUtf8() : realAddress.toUtf8();
-    const QByteArray known = "<br />ClientIP: " + address;
-    const std::array<QByteArray, 8> answers{
-        "STATUS: 0" + known + places,        "STATUS: 1" + known + places,
-        "STATUS: 0" + known + fewPlaces,     QByteArray("STATUS: 0<br />ClientIP: ") + places,
-        QByteArray("STATUS: 1") + fewPlaces, QByteArray(),
-        QByteArray("\xff\xfe no text"),      "STATUS: 0" + known};
-    m_reference.answerArrived();
-    static_cast<void>(m_services.urls().finishNext(answers.at(sort % answers.size())));
-}
-
 void World::closeModal() {
     if (!m_open.isEmpty()) {
         const std::function<void()> close = m_open.takeFirst();
@@ -197,234 +162,12 @@ std::size_t World::pieceOf(unsigned argument) const {
     return pending == 0 ? 0 : argument % pending;
 }
 
-void World::passTime(unsigned argument) {
-    const double seconds = intervals.at(argument % intervals.size());
-    const auto waits = [this] {
-        return m_events.isIdle() && m_services.background().pending() == 0 && m_running == 0 &&
-               m_session.facts().phase == Phase::Connecting;
-    };
-    const int launches = m_launches;
-    const bool waited = waits();
-    m_services.delayedCalls().advance(seconds);
-    m_attemptHangs = waited && waits() && launches == m_launches && seconds >= longestEnd;
-}
-
-/// What a sleep of the machine looks like afterwards: the network went and came back, and OpenVPN may have
-/// ended. No timer ran meanwhile.
-void World::sleep(unsigned argument) {
-    m_services.platform().notifications->post(Notifications::inetStatus, 0);
-    if (isOn(argument)) {
-        endOpenVpn();
-    }
-    m_services.platform().notifications->post(Notifications::inetStatus, 1);
-}
-
-void World::storeConfiguration(bool exists) {
-    const QString path = m_services.home() + text("/Documents/Quorvane/qrvp.ovpn");
-    QFile file(path);
-    if (!exists) {
-        file.remove();
-    } else if (file.open(QIODevice::WriteOnly)) {
-        file.write("client\n");
-        m_services.preferences().setValue(text("vpnConfigPath"), path);
-    }
-}
-
-void World::changeStoredPair(unsigned argument) {
-    QrvCredentials &stored = QrvCredentials::sharedInstance();
-    if (argument % 4 == 3) {
-        stored.saveUserName(QString(), QString());
-    } else {
-        stored.saveUserName(text("ada"), text("pw"));
-    }
-}
-
 void World::endOpenVpn() {
     const bool ran = std::exchange(m_running, 0) > 0;
     showProcesses();
     if (ran) {
         m_services.tunnelWatch().lose(platform::TunnelLoss::ProcessEnded);
     }
-}
-
-void World::quit() {
-    m_open.clear(); // windows go with the program
-    ModalTurn::shared().clear();
-    m_session.end([this] { m_ended = true; });
-    m_services.background().finishAll();
-    m_launchesAtEnd = m_launches;
-    // Whatever was on its way arrives now.
-    m_session.quorvaneButtonPressed(true);
-    m_session.getNewIP();
-    answer(0);
-    QCoreApplication::sendPostedEvents();
-    m_services.delayedCalls().advance(100.0);
-    m_services.background().finishAll();
-}
-
-/// A control that is disabled or invisible does nothing. A hot key is never disabled.
-bool World::isOffered(Kind kind) const {
-    const DisplayState &shown = m_session.display();
-    switch (kind) {
-    case Kind::Press:
-        return shown.hideButton.enabled && m_open.isEmpty();
-    case Kind::TrayHide:
-        return shown.hideItem.enabled && m_open.isEmpty();
-    case Kind::ChangeButton:
-        return shown.changeIpVisible && m_open.isEmpty();
-    case Kind::Refresh:
-        return shown.refreshEnabled;
-    case Kind::Choose:
-    case Kind::UsOnly:
-    case Kind::ChangeEvery:
-    case Kind::SameIp:
-    case Kind::Apply:
-    case Kind::Interval:
-    case Kind::Protocol:
-    case Kind::Reconnect:
-    case Kind::Stored:
-    case Kind::StoredPair:
-        return m_open.isEmpty();
-    default:
-        return true;
-    }
-}
-
-void World::doUserStep(const Step &step) {
-    const bool on = isOn(step.argument);
-    switch (step.kind) {
-    case Kind::Press:
-        m_session.quorvaneButtonPressed(!m_session.display().hideButton.on);
-        break;
-    case Kind::HotKeyHide:
-        m_session.quorvane();
-        break;
-    case Kind::HotKeyChange:
-        m_session.changeIpMenuItemPressed();
-        break;
-    case Kind::HotKeyStop:
-        m_session.stopQuorvane();
-        break;
-    case Kind::HotKeyDiscard:
-        m_session.discardIpButtonPressed();
-        break;
-    case Kind::TrayHide:
-        m_session.quorvaneMenuItemPressed();
-        break;
-    case Kind::ChangeButton:
-        m_session.changeIpButtonPressed();
-        break;
-    case Kind::Choose:
-        m_chooser.choose(m_list.idAt(static_cast<int>(step.argument) % m_list.count()));
-        break;
-    case Kind::UsOnly:
-        m_session.requireUSBasedIPButtonPressed(on);
-        break;
-    case Kind::ChangeEvery:
-        m_session.changeEveryPressed(on);
-        break;
-    case Kind::SameIp:
-        m_chooser.setKeepsAddress(on);
-        m_reuses = m_reuses || on;
-        break;
-    case Kind::Apply:
-        m_session.settingsDidChange();
-        break;
-    case Kind::Interval:
-        m_session.intervalEntered(static_cast<int>(step.argument));
-        break;
-    case Kind::Protocol:
-        m_services.preferences().setValue(text("tcpUdp"), on ? 1 : 0);
-        break;
-    case Kind::Reconnect:
-        m_services.preferences().setValue(text("noReconnect"), !on);
-        break;
-    case Kind::Stored:
-        storeConfiguration(on);
-        break;
-    case Kind::StoredPair:
-        changeStoredPair(step.argument);
-        break;
-    case Kind::Refresh:
-        m_session.refreshLocationsPressed();
-        break;
-    case Kind::Close:
-        closeModal();
-        break;
-    default:
-        break;
-    }
-}
-
-void World::doStep(const Step &step) {
-    const bool on = isOn(step.argument);
-    switch (step.kind) {
-    case Kind::Answer:
-        answer(step.argument);
-        break;
-    case Kind::FailAnswer:
-        static_cast<void>(m_services.urls().failNext({platform::UrlError::Kind::Refused, text("refused")}));
-        break;
-    case Kind::Finish:
-        m_services.background().finishAt(pieceOf(step.argument));
-        break;
-    case Kind::Work:
-        m_services.background().workUnlessDone(pieceOf(step.argument));
-        break;
-    case Kind::Service:
-        m_services.urls().setFetchHandler([on](const QByteArray &) {
-            return on ? std::optional<QByteArray>("VPNConfig: client<br />") : std::nullopt;
-        });
-        break;
-    case Kind::Log:
-        writeLog(step.argument);
-        break;
-    case Kind::OpenVpnEnds:
-        endOpenVpn();
-        break;
-    case Kind::Address:
-        m_addressIsRead = on;
-        break;
-    case Kind::Guard:
-        m_guardStarts = on;
-        break;
-    case Kind::Pair:
-        m_pairAccepted = on;
-        break;
-    case Kind::Network:
-        m_services.platform().notifications->post(Notifications::inetStatus, on ? 1 : 0);
-        break;
-    case Kind::Clock:
-        passTime(step.argument);
-        break;
-    case Kind::Sleep:
-        sleep(step.argument);
-        break;
-    case Kind::StartVpn:
-        m_services.platform().notifications->post(Notifications::startVpn);
-        break;
-    case Kind::CheckPair:
-        m_session.authWindow();
-        break;
-    case Kind::UpdateList:
-        m_services.platform().notifications->post(Notifications::updateServerList);
-        break;
-    case Kind::Quit:
-        quit();
-        break;
-    default:
-        if (isOffered(step.kind)) {
-            doUserStep(step);
-        }
-        break;
-    }
-}
-
-QString World::run(const Step &step) {
-    // Queued calls come first: they are older than whatever the event loop brings now.
-    QCoreApplication::sendPostedEvents();
-    doStep(step);
-    return step.kind == Kind::Quit ? wrongAfterEnd() : wrong();
 }
 
 QString World::described() const {

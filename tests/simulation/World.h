@@ -14,6 +14,9 @@
 
 namespace quorvane::simulation {
 
+/// What every tunnel lends, as the script prints it.
+inline const QString lentAddress = QStringLiteral("203.0.113.7\n");
+
 /// A session with its real logic, and a machine, a service and a user that are simulated. One step after the
 /// other is done to it, and after each one it is checked.
 class World final : private SessionWindow, private AlertPresenter, private AttemptAnimation {
@@ -72,7 +75,10 @@ private:
     void changeStoredPair(unsigned argument);
     void closeModal();
     void doStep(const Step &step);
+    /// What the service and the background work do; false for another step.
+    bool doServiceStep(const Step &step);
     void doUserStep(const Step &step);
+    void changeSetting(const Step &step);
     [[nodiscard]] bool isOffered(Kind kind) const;
     void passTime(unsigned argument);
     void quit();
