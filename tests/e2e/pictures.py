@@ -25,11 +25,17 @@ class Photographer:
 
     def _geometry(self, title):
         """Left, top, width and height of a window without its frame."""
-        found = self.client.display.run(
-            "xdotool", "search", "--onlyvisible", "--name", title, "getwindowgeometry", "--shell"
-        ).stdout
-        values = dict(line.split("=") for line in found.splitlines() if "=" in line)
-        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+        search = ("xdotool", "search", "--onlyvisible", "--name", title, "getwindowgeometry", "--shell")
+        found = {}
+
+        def known():
+            # The search fails when any window goes while it looks at all of them, a tooltip for instance.
+            done = self.client.display.run(*search, check=False)
+            found.update(line.split("=") for line in done.stdout.splitlines() if "=" in line)
+            return done.returncode == 0
+
+        self.client.home.wait_for(known, f"the window {title} is found")
+        return tuple(int(found[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
 
     def _save(self, name, left, top, width, height):
         path = self.out / f"{name}-{self.scale}x.png"
