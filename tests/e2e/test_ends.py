@@ -75,7 +75,7 @@ class Ends:
     """A client whose attempts are ended at random moments, in the ways of `ROUND`."""
 
     def __init__(self, world, client, seed):
-        self.client, self.home = client, world.home
+        self.client = client
         self.random = random.Random(seed)
         self.tray, self.tunnels = TrayIcon(client), Tunnels(world.home)
         self.tray.appear()
@@ -87,6 +87,10 @@ class Ends:
         self.first_start = self.longest_start = 0
         self.lost_requests = 0  # requests without an answer of the present copy
         self._measure_start()
+
+    @property
+    def home(self):
+        return self.client.home
 
     def _announce_keyboard(self):
         """The X server announces a keyboard at its first key; a press of a hot key is lost meanwhile."""
