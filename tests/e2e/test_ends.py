@@ -157,7 +157,7 @@ class Ends:
         served = self.client.world.service
 
         def shown():
-            if self.dismiss_overlap():
+            if self.dismiss_overlap() and self._idle():  # else another attempt has begun since
                 self.press()
             address = self.client.current_address()
             return (
