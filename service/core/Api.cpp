@@ -47,6 +47,14 @@ HttpResponse plain(int status, std::string body) {
 
 } // namespace
 
+bool requestsConfiguration(std::string_view target) {
+    if (target.find("VPNC") == std::string_view::npos && target.find('%') == std::string_view::npos) {
+        return false; // without the work of reading it
+    }
+    const auto parsed = Target::parse(target);
+    return parsed && parsed->last("cmd") == "VPNC";
+}
+
 Api::Api(const Config &config, std::string caPem, CredentialStore &credentials)
     : m_config(config), m_caPem(std::move(caPem)), m_credentials(credentials) {}
 
@@ -126,7 +134,11 @@ std::string Api::vpnConfiguration(const Target &target) {
         return "ERR: Address not available";
     }
     m_credentials.grant((*values)[4], *desired);
-    return configurationAnswer(clientConfiguration(m_config.vpn, *server, *desired, m_caPem));
+    std::string text = clientConfiguration(m_config.vpn, *server, *desired, m_caPem);
+    if (m_controlKey != nullptr) {
+        text += m_controlKey->clientBlock(std::chrono::system_clock::now());
+    }
+    return configurationAnswer(text);
 }
 
 } // namespace quorvane::service

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Config.h"
+#include "ControlKey.h"
 #include "CredentialStore.h"
 #include "Target.h"
 
@@ -24,12 +25,18 @@ struct HttpResponse {
     std::string allow; ///< the Allow header; not sent when empty
 };
 
+/// True for the target of a request for a configuration, which costs more than other requests.
+[[nodiscard]] bool requestsConfiguration(std::string_view target);
+
 /// Answers requests: the commands of the application, the web pages and everything else. Has no sockets. Use
 /// it from one thread only.
 class Api {
 public:
     /// Neither `config` nor `credentials` is owned.
     Api(const Config &config, std::string caPem, CredentialStore &credentials);
+
+    /// Every configuration contains a client key made with this one, which is not owned.
+    void useControlKey(const ControlKey &key) { m_controlKey = &key; }
 
     [[nodiscard]] HttpResponse answer(const HttpRequest &request);
 
@@ -43,6 +50,7 @@ private:
     const Config &m_config;
     std::string m_caPem;
     CredentialStore &m_credentials;
+    const ControlKey *m_controlKey = nullptr;
 };
 
 } // namespace quorvane::service

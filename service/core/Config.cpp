@@ -16,6 +16,10 @@ namespace {
 constexpr std::string_view recordSeparators = ",|;<>";
 /// Leaves space for "/management-udp.sock" within the system's limit for socket paths.
 constexpr std::size_t maximumRuntimeFolderLength = 80;
+/// The system's limit for socket paths is 107 bytes.
+constexpr std::size_t maximumSocketLength = 107;
+/// Two of the longest lines.
+constexpr std::uint32_t minimumLogRate = 4096;
 
 bool isUpper(char character) {
     return character >= 'A' && character <= 'Z';
@@ -132,6 +136,9 @@ void readVpn(JsonReader &reader, Vpn &vpn) {
     if (reader.has("certificate_name")) {
         vpn.certificateName = readPath(reader, "certificate_name");
     }
+    if (reader.has("control_key")) {
+        vpn.controlKey = readPath(reader, "control_key");
+    }
     readVpnServers(reader, vpn);
     vpn.dns = reader.addresses("dns");
     vpn.blockIpv6 = reader.boolean("block_ipv6", true);
@@ -187,11 +194,67 @@ void readListener(JsonReader &reader, Config &config) {
     });
 }
 
+void readVpnLimits(JsonReader &reader, VpnLimits &limits) {
+    limits.handshake = std::chrono::seconds(reader.number("handshake_seconds", 1, 60, 10));
+    limits.startsPerSecond = reader.number("starts_per_second", 1, 10000, limits.startsPerSecond);
+    limits.startsBurst = reader.number("starts_burst", 1, 10000, limits.startsBurst);
+    limits.unfinished = reader.number("unfinished", 1, 65536, limits.unfinished);
+}
+
+void readPerCallerLimits(JsonReader &reader, PerCallerLimits &limits) {
+    const std::vector<std::pair<std::string, unsigned &>> rates = {
+        {"requests_per_second", limits.requestsPerSecond},
+        {"configurations_per_second", limits.configurationsPerSecond},
+        {"connections_per_second", limits.connectionsPerSecond},
+        {"handshakes_per_second", limits.handshakesPerSecond},
+        {"connections", limits.connections}};
+    for (const auto &[key, rate] : rates) {
+        rate = reader.number(key, 0, 1000000, rate);
+    }
+    limits.burstSeconds = reader.number("burst_seconds", 1, 3600, limits.burstSeconds);
+}
+
 void readLimits(JsonReader &reader, Limits &limits) {
     limits.connections = reader.number("connections", 1, 100000, limits.connections);
     limits.handshake = std::chrono::seconds(reader.number("handshake_seconds", 1, 600, 10));
     limits.request = std::chrono::seconds(reader.number("request_seconds", 1, 3600, 15));
     limits.headerBytes = reader.number("header_bytes", 1024, 1048576, limits.headerBytes);
+    if (reader.has("per_caller")) {
+        reader.object("per_caller",
+                      [&limits](JsonReader &part) { readPerCallerLimits(part, limits.perCaller); });
+    }
+    if (reader.has("vpn")) {
+        reader.object("vpn", [&limits](JsonReader &part) { readVpnLimits(part, limits.vpn); });
+    }
+}
+
+void readLog(JsonReader &reader, LogLimits &limits) {
+    limits.fileBytes = reader.number("file_bytes", 65536, 1 << 30, limits.fileBytes);
+    limits.copies = reader.number("copies", 0, 100, limits.copies);
+    limits.bytesPerSecond = reader.number("bytes_per_second", 0, 1 << 30, limits.bytesPerSecond);
+    if (limits.bytesPerSecond > 0 && limits.bytesPerSecond < minimumLogRate) {
+        reader.fail("bytes_per_second", "must be 0 or at least " + std::to_string(minimumLogRate));
+    }
+}
+
+MetricsListener readMetrics(JsonReader &reader) {
+    MetricsListener metrics;
+    if (reader.has("socket")) {
+        metrics.socket = readPath(reader, "socket");
+        if (metrics.socket.front() != '/' || metrics.socket.size() > maximumSocketLength) {
+            reader.fail("socket", "must be an absolute path of at most " +
+                                      std::to_string(maximumSocketLength) + " bytes");
+        }
+        return metrics;
+    }
+    const auto loopback = Ipv4Network::parse("127.0.0.0/8");
+    metrics.address = reader.text("address", "127.0.0.1");
+    const auto address = Ipv4Address::parse(metrics.address);
+    if (metrics.address != "::1" && !(address && loopback->contains(*address))) {
+        reader.fail("address", "must be a loopback address");
+    }
+    metrics.port = static_cast<std::uint16_t>(reader.number("port", 1, 65535));
+    return metrics;
 }
 
 void readFolders(JsonReader &reader, Config &config) {
@@ -226,12 +289,21 @@ Config readConfig(JsonReader &reader) {
     });
     config.credentialLifetime = std::chrono::seconds(reader.number("credential_seconds", 1, 31536000, 86400));
     config.grantLifetime = std::chrono::seconds(reader.number("grant_seconds", 1, 86400, 60));
+    if (reader.has("keys")) {
+        config.userKeys = readPath(reader, "keys");
+    }
     readFolders(reader, config);
     config.strict = reader.boolean("strict", false);
     reader.objects("announced",
                    [&config](JsonReader &entry) { config.announced.push_back(readAnnouncement(entry)); });
     if (reader.has("limits")) {
         reader.object("limits", [&config](JsonReader &part) { readLimits(part, config.limits); });
+    }
+    if (reader.has("metrics")) {
+        reader.object("metrics", [&config](JsonReader &part) { config.metrics = readMetrics(part); });
+    }
+    if (reader.has("log")) {
+        reader.object("log", [&config](JsonReader &part) { readLog(part, config.log); });
     }
     reader.object("vpn", [&config](JsonReader &part) { readVpn(part, config.vpn); });
     if (reader.has("gateway")) {
@@ -243,12 +315,14 @@ Config readConfig(JsonReader &reader) {
 }
 
 std::optional<std::string> firstUnreadable(const Config &config) {
-    const std::vector<std::pair<std::string, std::string>> files = {
-        {"tls.certificate", config.tlsCertificate},
-        {"tls.key", config.tlsKey},
-        {"vpn.ca", config.vpn.ca},
-        {"vpn.certificate", config.vpn.certificate},
-        {"vpn.key", config.vpn.key}};
+    std::vector<std::pair<std::string, std::string>> files = {{"tls.certificate", config.tlsCertificate},
+                                                              {"tls.key", config.tlsKey},
+                                                              {"vpn.ca", config.vpn.ca},
+                                                              {"vpn.certificate", config.vpn.certificate},
+                                                              {"vpn.key", config.vpn.key}};
+    if (!config.vpn.controlKey.empty()) {
+        files.emplace_back("vpn.control_key", config.vpn.controlKey);
+    }
     for (const auto &[key, path] : files) {
         std::ifstream file(path);
         if (!file || file.peek() == std::ifstream::traits_type::eof()) {
@@ -262,6 +336,14 @@ std::optional<std::string> firstUnreadable(const Config &config) {
 
 std::string protocolName(Protocol protocol) {
     return protocol == Protocol::Udp ? "udp" : "tcp";
+}
+
+std::string Config::controlKeyPath() const {
+    return vpn.controlKey.empty() ? runtimeFolder + "/control.key" : vpn.controlKey;
+}
+
+std::string Config::userKeysPath() const {
+    return userKeys.empty() ? runtimeFolder + "/user.keys" : userKeys;
 }
 
 const Group *Config::groupOf(Ipv4Address address) const {

@@ -36,11 +36,38 @@ struct HomeNetwork {
     std::string countryCode;
 };
 
+/// Limits of each log: the request log and those of the OpenVPN servers.
+struct LogLimits {
+    std::uint32_t fileBytes = 16 << 20;   ///< then the file becomes a copy and a new one is begun
+    unsigned copies = 4;                  ///< older ones are removed
+    std::uint32_t bytesPerSecond = 65536; ///< on average; 0: no limit
+};
+
+/// Limits of the OpenVPN servers.
+struct VpnLimits {
+    std::chrono::seconds handshake{10}; ///< from the first packet of a client to its login
+    unsigned startsPerSecond = 4;       ///< new sessions of one source
+    unsigned startsBurst = 20;          ///< new sessions of one source at once
+    unsigned unfinished = 4096;         ///< clients that have not logged in, beside those that have
+};
+
+/// Limits of each caller of the HTTPS listener. 0: no limit.
+struct PerCallerLimits {
+    unsigned requestsPerSecond = 20;
+    unsigned configurationsPerSecond = 5;
+    unsigned connectionsPerSecond = 20;
+    unsigned handshakesPerSecond = 20;
+    unsigned connections = 64; ///< at once
+    unsigned burstSeconds = 5; ///< after a pause so many seconds' worth may come at once
+};
+
 struct Limits {
     unsigned connections = 4096;
     std::chrono::seconds handshake{10};
     std::chrono::seconds request{15}; ///< for one request, including the idle time before it
     unsigned headerBytes = 16384;
+    PerCallerLimits perCaller;
+    VpnLimits vpn;
 };
 
 enum class Protocol { Udp, Tcp };
@@ -61,6 +88,7 @@ struct Vpn {
     std::string certificate;
     std::string key;
     std::string certificateName; ///< checked by the client when not empty
+    std::string controlKey;      ///< file of the key of tls-crypt-v2; empty: made in the runtime folder
     std::optional<VpnServer> udp;
     std::optional<VpnServer> tcp;
     std::vector<Ipv4Address> dns;
@@ -85,6 +113,13 @@ struct Gateway {
     std::string wanInterface; ///< empty: any interface
 };
 
+/// Where the page of metrics is: at a port of a loopback address, or at a socket in the file system.
+struct MetricsListener {
+    std::string address;
+    std::uint16_t port = 0;
+    std::string socket; ///< absolute path; empty: the port
+};
+
 struct Config {
     std::vector<ListenAddress> listen;
     std::string tlsCertificate;
@@ -93,14 +128,21 @@ struct Config {
     std::vector<HomeNetwork> homes;
     std::chrono::seconds credentialLifetime{86400};
     std::chrono::seconds grantLifetime{60};
+    std::string userKeys; ///< file of the keys of VPN users; empty: made in the runtime folder
     std::string requestLog;
     std::string runtimeFolder;
     bool strict = false;
     std::vector<Announcement> announced;
     Limits limits;
+    LogLimits log;
+    std::optional<MetricsListener> metrics;
     Vpn vpn;
     std::optional<Gateway> gateway;
 
+    /// The file of the servers' key of tls-crypt-v2.
+    [[nodiscard]] std::string controlKeyPath() const;
+    /// The file of the keys of VPN users.
+    [[nodiscard]] std::string userKeysPath() const;
     /// The group that lends the address, or null.
     [[nodiscard]] const Group *groupOf(Ipv4Address address) const;
     /// The country code of a caller: that of its home network or of the group that lends its address, else

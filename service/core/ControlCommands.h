@@ -2,7 +2,9 @@
 
 #include "AnnouncedRequests.h"
 
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -14,12 +16,13 @@ struct ServerStatus {
     bool running = false;
     bool ready = false;
     std::size_t clients = 0;
+    std::map<std::string, std::uint64_t> refusedLogins{}; ///< by reason, since the server was started
 };
 
 /// The state of the service.
 struct ServiceStatus {
     std::vector<ServerStatus> servers;
-    std::size_t credentials = 0; ///< number of known VPN users
+    std::size_t credentials = 0; ///< number of grants of VPN users
 };
 
 /// Answers the lines of the control socket.

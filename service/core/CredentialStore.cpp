@@ -1,17 +1,10 @@
 #include "CredentialStore.h"
 
-#include <array>
-#include <stdexcept>
-#include <sys/random.h>
-#include <utility>
+#include <algorithm>
 
 namespace quorvane::service {
 
 namespace {
-
-constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
-constexpr std::size_t userLength = 20;
-constexpr std::size_t passwordLength = 32;
 
 /// Compares in a time that depends only on the lengths.
 bool sameSecret(std::string_view left, std::string_view right) {
@@ -27,97 +20,94 @@ bool sameSecret(std::string_view left, std::string_view right) {
 
 } // namespace
 
-std::string systemRandomText(std::size_t length) {
-    // Bytes from 248 on are discarded: 248 is the largest multiple of 62 in a byte, so all characters are
-    // equally likely.
-    constexpr unsigned fairLimit = 256 / alphabet.size() * alphabet.size();
-    std::string text;
-    while (text.size() < length) {
-        std::array<unsigned char, 64> bytes{};
-        if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
-            throw std::runtime_error("the system returned no random bytes");
-        }
-        for (const unsigned char byte : bytes) {
-            if (byte < fairLimit && text.size() < length) {
-                text += alphabet[byte % alphabet.size()];
-            }
-        }
-    }
-    return text;
+CredentialStore::CredentialStore(const UserTokens &tokens, std::chrono::seconds lifetime,
+                                 std::chrono::seconds grantLifetime, Clock clock, std::size_t maximumUnused)
+    : m_tokens(tokens), m_lifetime(lifetime), m_grantLifetime(grantLifetime), m_clock(std::move(clock)),
+      m_maximumUnused(maximumUnused) {}
+
+Credentials CredentialStore::issue() const {
+    auto sealed = m_tokens.seal(m_clock() + m_lifetime);
+    return {std::move(sealed.token), std::move(sealed.password)};
 }
 
-CredentialStore::CredentialStore(std::chrono::seconds lifetime, std::chrono::seconds grantLifetime,
-                                 Clock clock, RandomText random, std::size_t maximumUsers)
-    : m_lifetime(lifetime), m_grantLifetime(grantLifetime), m_clock(std::move(clock)),
-      m_random(std::move(random)), m_maximumUsers(maximumUsers) {}
-
-Credentials CredentialStore::issue() {
-    dropExpired();
-    while (!m_byAge.empty() && m_byAge.size() >= m_maximumUsers) {
-        dropOldest();
-    }
-    Credentials fresh{m_random(userLength), m_random(passwordLength)};
-    while (m_users.contains(fresh.user)) {
-        fresh.user = m_random(userLength);
-    }
-    m_users.emplace(fresh.user, User{fresh.password, std::nullopt});
-    m_byAge.push_back({fresh.user, m_clock() + m_lifetime});
-    return fresh;
-}
-
-bool CredentialStore::knows(const std::string &user) {
-    dropExpired();
-    return m_users.contains(user);
+bool CredentialStore::knows(const std::string &user) const {
+    return open(user).has_value();
 }
 
 bool CredentialStore::grant(const std::string &user, Ipv4Address address) {
     dropExpired();
-    const auto found = m_users.find(user);
-    if (found == m_users.end()) {
+    const auto opened = open(user);
+    if (!opened) {
         return false;
     }
-    found->second.grant = Grant{address, m_clock() + m_grantLifetime, std::nullopt, std::nullopt};
+    while (!m_unused.empty() && m_unused.size() >= m_maximumUnused) {
+        dropOldestUnused();
+    }
+    const TimePoint end = std::min(m_clock() + m_grantLifetime, opened->end);
+    const std::uint64_t number = ++m_grantCount;
+    m_grants[user] = Grant{address, end, opened->end, number, std::nullopt, std::nullopt};
+    m_unused.push_back({user, number, end});
     return true;
 }
 
 CredentialStore::Login CredentialStore::login(const std::string &user, std::string_view password,
                                               const std::string &source) {
-    dropExpired();
-    const auto found = m_users.find(user);
-    if (found == m_users.end()) {
+    const auto opened = open(user);
+    if (!opened) {
         return {Refusal::UnknownUser, {}, {}};
     }
-    if (!sameSecret(found->second.password, password)) {
+    if (!sameSecret(opened->password, password)) {
         return {Refusal::WrongPassword, {}, {}};
     }
-    std::optional<Grant> &grant = found->second.grant;
-    if (!grant || (!grant->source && grant->end <= m_clock())) {
+    dropExpired();
+    const auto found = m_grants.find(user);
+    if (found == m_grants.end() || (!found->second.source && found->second.end <= m_clock())) {
         return {Refusal::NotGranted, {}, {}};
     }
-    if (grant->source && (grant->source->empty() || *grant->source != source)) {
+    Grant &grant = found->second;
+    if (grant.source && (grant.source->empty() || *grant.source != source)) {
         return {Refusal::UsedElsewhere, {}, {}};
     }
-    grant->source = source;
-    return {Refusal::None, grant->address, grant->tunnel};
+    grant.source = source;
+    m_usedByEnd.emplace(grant.userEnd, user);
+    return {Refusal::None, grant.address, grant.tunnel};
 }
 
 void CredentialStore::setTunnelAddress(const std::string &user, Ipv4Address tunnel) {
-    const auto found = m_users.find(user);
-    if (found != m_users.end() && found->second.grant) {
-        found->second.grant->tunnel = tunnel;
+    const auto found = m_grants.find(user);
+    if (found != m_grants.end()) {
+        found->second.tunnel = tunnel;
     }
+}
+
+std::size_t CredentialStore::size() {
+    dropExpired();
+    return m_grants.size();
+}
+
+std::optional<UserTokens::User> CredentialStore::open(const std::string &user) const {
+    auto opened = m_tokens.open(user);
+    return opened && opened->end > m_clock() ? opened : std::nullopt;
 }
 
 void CredentialStore::dropExpired() {
-    const auto now = m_clock();
-    while (!m_byAge.empty() && m_byAge.front().end <= now) {
-        dropOldest();
+    const TimePoint now = m_clock();
+    while (!m_unused.empty() && m_unused.front().end <= now) {
+        dropOldestUnused();
+    }
+    while (!m_usedByEnd.empty() && m_usedByEnd.begin()->first <= now) {
+        m_grants.erase(m_usedByEnd.begin()->second);
+        m_usedByEnd.erase(m_usedByEnd.begin());
     }
 }
 
-void CredentialStore::dropOldest() {
-    m_users.erase(m_byAge.front().user);
-    m_byAge.pop_front();
+void CredentialStore::dropOldestUnused() {
+    const Unused &oldest = m_unused.front();
+    const auto found = m_grants.find(oldest.user);
+    if (found != m_grants.end() && found->second.number == oldest.number && !found->second.source) {
+        m_grants.erase(found);
+    }
+    m_unused.pop_front();
 }
 
 std::string_view refusalName(CredentialStore::Refusal refusal) {

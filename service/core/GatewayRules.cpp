@@ -1,5 +1,7 @@
 #include "GatewayRules.h"
 
+#include "PortRules.h"
+
 namespace quorvane::service {
 
 namespace {
@@ -11,7 +13,8 @@ std::string elementCommand(const std::string &command, const Gateway &gateway, c
 
 } // namespace
 
-GatewayRules::GatewayRules(const Gateway &gateway, const Vpn &vpn) : m_gateway(gateway), m_vpn(vpn) {}
+GatewayRules::GatewayRules(const Gateway &gateway, const Vpn &vpn, const VpnLimits &limits)
+    : m_gateway(gateway), m_vpn(vpn), m_limits(limits) {}
 
 std::string GatewayRules::ruleset() const {
     std::string networks;
@@ -38,7 +41,7 @@ std::string GatewayRules::ruleset() const {
         // By another interface a packet would leave with its tunnel address.
         rules += "  iifname { " + devices + " } oifname != \"" + m_gateway.wanInterface + "\" counter drop\n";
     }
-    rules += " }\n}\n";
+    rules += " }\n" + portRules(m_vpn, m_limits) + "}\n";
     rules += "table ip6 " + m_gateway.table + " {\n chain forward {\n";
     rules += "  type filter hook forward priority filter; policy accept;\n";
     rules += "  iifname { " + devices + " } counter drop\n }\n}\n";

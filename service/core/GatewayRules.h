@@ -9,8 +9,8 @@ namespace quorvane::service {
 /// Input for nft on the gateway. Each text is one transaction.
 class GatewayRules {
 public:
-    /// Neither argument is owned.
-    GatewayRules(const Gateway &gateway, const Vpn &vpn);
+    /// None of the arguments is owned.
+    GatewayRules(const Gateway &gateway, const Vpn &vpn, const VpnLimits &limits);
 
     /// Makes the tables and replaces those of an earlier run. Tables that are not our own are emptied only.
     [[nodiscard]] std::string setup() const;
@@ -26,6 +26,7 @@ private:
 
     const Gateway &m_gateway;
     const Vpn &m_vpn;
+    const VpnLimits &m_limits;
 };
 
 } // namespace quorvane::service

@@ -117,6 +117,7 @@ void LoginHandler::endSession(std::uint64_t client) {
 }
 
 void LoginHandler::deny(std::uint64_t client, std::uint64_t key, const std::string &reason) {
+    ++m_refusedLogins[reason];
     m_log("login refused: " + reason);
     m_send("client-deny " + std::to_string(client) + ' ' + std::to_string(key) + " \"" + reason +
            "\" \"login refused\"\n");

@@ -48,6 +48,11 @@ public:
 
     [[nodiscard]] std::size_t sessionCount() const { return m_sessions.size(); }
 
+    /// The number of logins that were refused for each reason.
+    [[nodiscard]] const std::map<std::string, std::uint64_t> &refusedLogins() const {
+        return m_refusedLogins;
+    }
+
 private:
     struct Session {
         std::string user;
@@ -69,6 +74,7 @@ private:
     Send m_send;
     Log m_log;
     std::map<std::uint64_t, Session> m_sessions;
+    std::map<std::string, std::uint64_t> m_refusedLogins;
     bool m_ready = false;
 };
 

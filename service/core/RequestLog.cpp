@@ -1,30 +1,36 @@
 #include "RequestLog.h"
 
 #include <array>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace quorvane::service {
 
-std::string jsonText(std::string_view bytes) {
+namespace {
+
+/// Lengths of texts in a line, in their JSON form. The other parts of a line need less than what is left.
+constexpr std::size_t maximumText = 160;
+constexpr std::size_t maximumTarget = 1200;
+
+} // namespace
+
+std::string jsonText(std::string_view bytes, std::size_t maximum) {
     constexpr std::string_view digits = "0123456789abcdef";
     std::string text = "\"";
     for (const char character : bytes) {
         const auto byte = static_cast<unsigned char>(character);
+        std::string piece(1, character);
         if (character == '"' || character == '\\') {
-            text += '\\';
-            text += character;
+            piece.insert(0, 1, '\\');
         } else if (byte < 0x20 || byte > 0x7e) {
-            text += "\\u00";
-            text += digits[byte >> 4];
-            text += digits[byte & 15];
-        } else {
-            text += character;
+            piece = "\\u00";
+            piece += digits[byte >> 4];
+            piece += digits[byte & 15];
         }
+        if (text.size() - 1 + piece.size() > maximum) {
+            break;
+        }
+        text += piece;
     }
     return text + '"';
 }
@@ -44,13 +50,22 @@ std::string isoTime(std::chrono::system_clock::time_point time) {
 
 std::string logLine(const RequestLogEntry &entry, std::chrono::system_clock::time_point time,
                     bool unexpected) {
+    const std::string host = jsonText(entry.host, maximumText);
+    const std::string method = jsonText(entry.method, maximumText);
+    const std::string target = jsonText(entry.target, maximumTarget);
     std::string line = "{\"time\":\"" + isoTime(time) + "\",\"event\":" + jsonText(entry.event) +
-                       ",\"peer\":" + jsonText(entry.peer) + ",\"host\":" + jsonText(entry.host) +
-                       ",\"method\":" + jsonText(entry.method) + ",\"target\":" + jsonText(entry.target) +
-                       ",\"status\":" + std::to_string(entry.status) +
+                       ",\"peer\":" + jsonText(entry.peer) + ",\"host\":" + host + ",\"method\":" + method +
+                       ",\"target\":" + target + ",\"status\":" + std::to_string(entry.status) +
                        ",\"bytes\":" + std::to_string(entry.bytes);
+    if (host != jsonText(entry.host) || method != jsonText(entry.method) ||
+        target != jsonText(entry.target)) {
+        line += ",\"cut\":true,\"target_bytes\":" + std::to_string(entry.target.size());
+    }
     if (!entry.detail.empty()) {
-        line += ",\"detail\":" + jsonText(entry.detail);
+        line += ",\"detail\":" + jsonText(entry.detail, maximumText);
+    }
+    if (entry.count != 1) {
+        line += ",\"count\":" + std::to_string(entry.count);
     }
     if (unexpected) {
         line += ",\"unexpected\":true";
@@ -58,26 +73,25 @@ std::string logLine(const RequestLogEntry &entry, std::chrono::system_clock::tim
     return line + '}';
 }
 
-RequestLog::RequestLog(AnnouncedRequests *announced, WallClock clock)
-    : m_announced(announced), m_clock(std::move(clock)) {}
+RequestLog::RequestLog(const LogLimits &limits, AnnouncedRequests *announced, WallClock clock,
+                       LogFile::Clock budgetClock)
+    : m_announced(announced), m_clock(std::move(clock)), m_file(limits, std::move(budgetClock)) {}
 
 Result<> RequestLog::open(const std::string &path) {
-    m_file.reset(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
-    if (!m_file.isOpen()) {
-        return Failure{"request_log: cannot write " + path + ": " + std::strerror(errno)};
-    }
-    return {};
+    auto opened = m_file.open(path);
+    return opened ? std::move(opened) : Failure{"request_log: " + opened.error()};
 }
 
 void RequestLog::record(const RequestLogEntry &entry) {
     const bool isRequest = entry.event == "request" || entry.event == "bad_request";
     const bool unexpected = isRequest && m_announced != nullptr && !m_announced->consume(entry.target);
-    const std::string line = logLine(entry, m_clock(), unexpected) + '\n';
-    // A full disk must not stop the service; each lost line is reported on standard error.
-    if (write(m_file.get(), line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
-        std::fprintf(stderr, "quorvane-service: the request log cannot be written: %s\n",
-                     std::strerror(errno));
-    }
+    m_file.write(logLine(entry, m_clock(), unexpected) + '\n', [this](std::uint64_t count) {
+        RequestLogEntry leftOut;
+        leftOut.event = "left_out";
+        leftOut.count = count;
+        leftOut.detail = "lines beyond log.bytes_per_second";
+        return logLine(leftOut, m_clock(), false) + '\n';
+    });
 }
 
 } // namespace quorvane::service

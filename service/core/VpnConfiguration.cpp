@@ -1,5 +1,7 @@
 #include "VpnConfiguration.h"
 
+#include <algorithm>
+
 namespace quorvane::service {
 
 namespace {
@@ -15,6 +17,10 @@ constexpr std::string_view blockIpv6 = "redirect-gateway def1 ipv6\n"
 
 constexpr std::string_view ciphers = "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
                                      "tls-version-min 1.2\n";
+
+/// First packets of clients that are responded to in a second.
+constexpr std::uint64_t minimumResponses = 1000;
+constexpr std::uint64_t maximumResponses = 20000;
 
 } // namespace
 
@@ -96,6 +102,22 @@ std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
         text += "push \"dhcp-option DNS " + dns.text() + "\"\n";
     }
     return text + "verb 3\n";
+}
+
+std::string serverLimits(const VpnLimits &limits, const VpnServer &server, const std::string &controlKey) {
+    // With the cookie the server stores nothing until a client has proved its address.
+    std::string text = "tls-crypt-v2 \"" + controlKey + "\" force-cookie\n";
+    text += "hand-window " + std::to_string(limits.handshake.count()) + '\n';
+    // OpenVPN counts clients that have not logged in, too: they have places of their own.
+    text += "max-clients " + std::to_string(server.network.size() + limits.unfinished) + '\n';
+    if (server.protocol == Protocol::Udp) {
+        // The response to a first packet is shorter than the packet, so strangers gain nothing from a high
+        // limit, but with a low one a stranger who repeats first packets would use up the share of all
+        // others.
+        const auto responses = std::clamp(server.network.size(), minimumResponses, maximumResponses);
+        text += "connect-freq-initial " + std::to_string(responses) + " 1\n";
+    }
+    return text;
 }
 
 } // namespace quorvane::service

@@ -19,6 +19,11 @@ namespace quorvane::service {
 [[nodiscard]] std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
                                               const std::string &managementSocket);
 
+/// Further lines for serverConfiguration(): what limits the work for callers that have not logged in.
+/// `controlKey` is the file of the key of tls-crypt-v2.
+[[nodiscard]] std::string serverLimits(const VpnLimits &limits, const VpnServer &server,
+                                       const std::string &controlKey);
+
 /// The certificate blocks of a PEM text, without carriage returns and without text between the blocks.
 [[nodiscard]] std::string pemCertificates(std::string_view pem);
 

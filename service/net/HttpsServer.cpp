@@ -29,6 +29,8 @@ namespace {
 constexpr std::chrono::seconds lingerTime{2};
 constexpr std::size_t maximumLingerBytes = 1 << 20;
 constexpr std::chrono::milliseconds acceptDelay{100};
+constexpr std::chrono::seconds reportPause{10};
+constexpr int tooManyRequests = 429;
 
 std::string httpDate() {
     const std::time_t now = std::time(nullptr);
@@ -58,33 +60,73 @@ std::string toString(beast::string_view view) {
 
 } // namespace
 
-class Connection;
-
 struct HttpsServer::Shared {
     Shared(asio::io_context &io, const Config &configuration, Handler handle,
            RequestRecorder &requestRecorder)
-        : context(io), config(configuration), handler(std::move(handle)), recorder(requestRecorder) {}
+        : context(io), config(configuration), handler(std::move(handle)), recorder(requestRecorder),
+          limits(
+              std::make_shared<CallerLimits>(configuration.limits.perCaller, &std::chrono::steady_clock::now,
+                                             [this](const Caller &caller, Limit limit, std::uint64_t count) {
+                                                 reportRefused(caller, limit, count);
+                                             })),
+          reportTimer(io) {}
+
+    void reportRefused(const Caller &caller, Limit limit, std::uint64_t count) {
+        RequestLogEntry entry;
+        entry.event = "refused";
+        entry.peer = caller.text();
+        entry.detail = "too many " + std::string(limitName(limit));
+        entry.count = count;
+        recorder.record(entry);
+    }
+
+    void reportOldRefusals() {
+        reportTimer.expires_after(reportPause);
+        reportTimer.async_wait([this](error_code cancelled) {
+            if (!cancelled) {
+                limits->reportOld();
+                reportOldRefusals();
+            }
+        });
+    }
 
     asio::io_context &context;
     const Config &config;
     Handler handler;
     RequestRecorder &recorder;
+    std::shared_ptr<CallerLimits> limits;
+    asio::steady_timer reportTimer;
     ssl::context tls{ssl::context::tls_server};
     std::list<std::weak_ptr<Connection>> connections;
 };
 
 /// One connection from its TLS handshake to its end. The pending operations own it.
-class Connection : public std::enable_shared_from_this<Connection> {
+class HttpsServer::Connection : public std::enable_shared_from_this<HttpsServer::Connection> {
 public:
-    Connection(Tcp::socket socket, ssl::context &tls, const Limits &limits,
-               const HttpsServer::Handler &handler, RequestRecorder &recorder)
-        : m_stream(std::move(socket), tls), m_limits(limits), m_handler(handler), m_recorder(recorder),
-          m_peer(peerText(beast::get_lowest_layer(m_stream).socket())) {}
+    /// The connection has been counted for the caller.
+    Connection(Tcp::socket socket, Shared &shared, std::string peer, const Caller &caller)
+        : m_stream(std::move(socket), shared.tls), m_limits(shared.config.limits), m_handler(shared.handler),
+          m_recorder(shared.recorder), m_peer(std::move(peer)), m_caller(caller),
+          m_callerLimits(shared.limits), m_firstByte(shared.context) {}
 
+    ~Connection() { m_callerLimits->close(m_caller); }
+
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    /// Waits for the first byte: a connection that sends nothing costs no handshake.
     void start() {
-        expireAfter(m_limits.handshake);
-        m_stream.async_handshake(ssl::stream_base::server,
-                                 [self = shared_from_this()](error_code error) { self->onHandshake(error); });
+        m_firstByte.expires_after(m_limits.handshake);
+        m_firstByte.async_wait([self = shared_from_this()](error_code cancelled) {
+            if (!cancelled) {
+                self->m_stalled = true;
+                error_code ignored;
+                beast::get_lowest_layer(self->m_stream).socket().cancel(ignored);
+            }
+        });
+        beast::get_lowest_layer(m_stream).socket().async_wait(
+            Tcp::socket::wait_read,
+            [self = shared_from_this()](error_code error) { self->onFirstByte(error); });
     }
 
     void close() {
@@ -103,6 +145,19 @@ private:
         entry.peer = m_peer;
         entry.detail = error.message();
         m_recorder.record(entry);
+    }
+
+    void onFirstByte(error_code error) {
+        const auto deadline = m_firstByte.expiry();
+        m_firstByte.cancel();
+        if (error) {
+            report("handshake_failed", m_stalled ? error_code(beast::error::timeout) : error);
+        } else if (m_callerLimits->admit(m_caller, Limit::Handshakes)) {
+            beast::get_lowest_layer(m_stream).expires_at(deadline);
+            m_stream.async_handshake(
+                ssl::stream_base::server,
+                [self = shared_from_this()](error_code failed) { self->onHandshake(failed); });
+        }
     }
 
     void onHandshake(error_code error) {
@@ -142,6 +197,10 @@ private:
 
     /// Answers a malformed request, then ends the connection.
     void refuse(const error_code &error) {
+        if (!m_callerLimits->admit(m_caller, Limit::Requests)) {
+            send(tooMany(), false);
+            return;
+        }
         HttpResponse response{400, "text/plain; charset=utf-8", "Bad Request\n", {}};
         if (error == http::error::header_limit || error == http::error::buffer_overflow) {
             const bool targetRead = !m_parser->get().target().empty();
@@ -167,7 +226,24 @@ private:
         return entry;
     }
 
+    static HttpResponse tooMany() {
+        return {tooManyRequests, "text/plain; charset=utf-8", "Too Many Requests\n", {}};
+    }
+
+    /// Whether the caller's own limits allow an answer to this request.
+    [[nodiscard]] bool admitRequest() {
+        return m_callerLimits->admit(m_caller, Limit::Requests) &&
+               (!requestsConfiguration(toString(m_parser->get().target())) ||
+                m_callerLimits->admit(m_caller, Limit::Configurations));
+    }
+
     void answerRequest() {
+        if (!admitRequest()) {
+            // Without a further request on this connection: a greedy caller needs a new one, and those are
+            // limited, too.
+            send(tooMany(), false);
+            return;
+        }
         const auto &request = m_parser->get();
         const bool hasBody = m_parser->chunked() || m_parser->content_length().value_or(0) > 0;
         const bool hostMissing = request.version() >= 11 && request.count(http::field::host) != 1;
@@ -195,6 +271,9 @@ private:
         m_response->set("X-Content-Type-Options", "nosniff");
         if (!answer.allow.empty()) {
             m_response->set(http::field::allow, answer.allow);
+        }
+        if (answer.status == tooManyRequests) {
+            m_response->set(http::field::retry_after, "1");
         }
         m_response->keep_alive(keepAlive);
         m_response->body() = answer.body;
@@ -243,9 +322,13 @@ private:
 
     beast::ssl_stream<beast::tcp_stream> m_stream;
     const Limits &m_limits;
-    const HttpsServer::Handler &m_handler;
+    const Handler &m_handler;
     RequestRecorder &m_recorder;
     std::string m_peer;
+    Caller m_caller;
+    std::shared_ptr<CallerLimits> m_callerLimits;
+    asio::steady_timer m_firstByte;
+    bool m_stalled = false;
     beast::flat_buffer m_buffer;
     std::optional<Parser> m_parser;
     std::optional<http::response<http::string_body>> m_response;
@@ -316,22 +399,28 @@ private:
     }
 
     void serve(Tcp::socket socket) {
-        auto &connections = m_shared.connections;
-        connections.remove_if([](const auto &connection) { return connection.expired(); });
-        if (connections.size() >= m_shared.config.limits.connections) {
-            RequestLogEntry entry;
-            entry.event = "refused";
-            entry.peer = peerText(socket);
-            entry.detail = "too many connections";
-            m_shared.recorder.record(entry);
+        std::string peer = peerText(socket);
+        const Caller caller = Caller::of(peer);
+        if (!m_shared.limits->admit(caller, Limit::Connections) || !hasPlace(caller) ||
+            !m_shared.limits->open(caller)) {
             return;
         }
         error_code ignored;
         socket.set_option(Tcp::no_delay(true), ignored);
-        const auto connection = std::make_shared<Connection>(
-            std::move(socket), m_shared.tls, m_shared.config.limits, m_shared.handler, m_shared.recorder);
-        connections.push_back(connection);
+        const auto connection =
+            std::make_shared<Connection>(std::move(socket), m_shared, std::move(peer), caller);
+        m_shared.connections.push_back(connection);
         connection->start();
+    }
+
+    [[nodiscard]] bool hasPlace(const Caller &caller) {
+        auto &connections = m_shared.connections;
+        connections.remove_if([](const auto &connection) { return connection.expired(); });
+        if (connections.size() >= m_shared.config.limits.connections) {
+            m_shared.limits->refuse(caller, Limit::AllConnections);
+            return false;
+        }
+        return true;
     }
 
     Shared &m_shared;
@@ -375,10 +464,16 @@ Result<> HttpsServer::start() {
         m_listeners.push_back(listener);
         listener->accept();
     }
+    m_shared->reportOldRefusals();
     return {};
 }
 
+const CallerLimits &HttpsServer::limits() const {
+    return *m_shared->limits;
+}
+
 void HttpsServer::stop() {
+    m_shared->reportTimer.cancel();
     for (const auto &listener : m_listeners) {
         listener->stop();
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Api.h"
+#include "core/CallerLimits.h"
 #include "core/Config.h"
 #include "core/RequestLog.h"
 
@@ -16,7 +17,8 @@ class io_context;
 namespace quorvane::service {
 
 /// The HTTPS listener. Everything runs on the one thread of the io_context. Every step of a connection has a
-/// deadline, so stalled clients only use memory, which the connection limit bounds.
+/// deadline, so stalled clients only use memory, which the connection limit bounds. A caller who exceeds
+/// their own limits receives status 429 or has the connection closed.
 class HttpsServer {
 public:
     using Handler = std::function<HttpResponse(const HttpRequest &)>;
@@ -34,10 +36,14 @@ public:
     /// only when the io_context has stopped.
     void stop();
 
+    /// What the listener has refused so far.
+    [[nodiscard]] const CallerLimits &limits() const;
+
     /// "address port" of every bound address, with the port that the system chose.
     [[nodiscard]] std::vector<std::string> bound() const;
 
 private:
+    class Connection;
     class Listener;
     struct Shared;
 

@@ -7,13 +7,18 @@
 
 #include "HttpsServer.h"
 #include "LineServer.h"
+#include "MetricsServer.h"
 #include "ServiceLog.h"
 #include "VpnGateway.h"
 #include "core/AnnouncedRequests.h"
 #include "core/Api.h"
+#include "core/CertificateExpiry.h"
 #include "core/ControlCommands.h"
+#include "core/ControlKey.h"
 #include "core/CredentialStore.h"
+#include "core/Metrics.h"
 #include "core/RequestLog.h"
+#include "core/UserTokens.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -96,10 +101,10 @@ private:
 class Service {
 public:
     explicit Service(const Config &config)
-        : m_config(config), m_credentials(config.credentialLifetime, config.grantLifetime,
-                                          &std::chrono::steady_clock::now, systemRandomText),
+        : m_config(config), m_credentials(m_tokens, config.credentialLifetime, config.grantLifetime,
+                                          &std::chrono::system_clock::now),
           m_api(config, readFile(config.vpn.ca), m_credentials),
-          m_log(config.strict ? &m_announced : nullptr, &std::chrono::system_clock::now),
+          m_log(config.log, config.strict ? &m_announced : nullptr, &std::chrono::system_clock::now),
           m_https(
               m_context, config, [this](const HttpRequest &request) { return m_api.answer(request); }, m_log),
           m_commands(m_announced, [this] { return status(); }),
@@ -107,7 +112,8 @@ public:
                     [this](LineServer::Send send) {
                         return std::make_unique<ControlClient>(m_commands, std::move(send));
                     }),
-          m_signals(m_context, SIGTERM, SIGINT) {
+          m_metrics(m_context, [this] { return metricsPage(metrics()); }),
+          m_signals(m_context, SIGTERM, SIGINT), m_reopenSignal(m_context, SIGHUP) {
         if (config.gateway) {
             m_gateway = std::make_unique<VpnGateway>(m_context, config, m_credentials);
         }
@@ -119,6 +125,12 @@ public:
         }
         if (auto locked = m_lock.acquire(m_config.runtimeFolder + "/lock"); !locked) {
             return locked;
+        }
+        if (auto loaded = loadControlKey(); !loaded) {
+            return loaded;
+        }
+        if (auto loaded = loadUserKeys(); !loaded) {
+            return loaded;
         }
         removeAddresses(); // a killed service may have left the file
         if (auto opened = m_log.open(m_config.requestLog); !opened) {
@@ -135,11 +147,17 @@ public:
         if (auto bound = m_control.start(m_config.runtimeFolder + "/control.sock"); !bound) {
             return bound;
         }
+        if (m_config.metrics) {
+            if (auto bound = m_metrics.start(*m_config.metrics); !bound) {
+                return bound;
+            }
+        }
         m_signals.async_wait([this](boost::system::error_code error, int) {
             if (!error) {
                 stop();
             }
         });
+        awaitReopenSignal();
         auto written = writeAddresses();
         if (written && m_gateway) {
             m_gateway->start([this](const std::string &reason) {
@@ -165,6 +183,29 @@ public:
     }
 
 private:
+    /// A configured key must exist; one in the runtime folder is made at the first start.
+    Result<> loadControlKey() {
+        const std::string path = m_config.controlKeyPath();
+        auto key = m_config.vpn.controlKey.empty() ? ControlKey::loadOrMake(path) : ControlKey::load(path);
+        if (!key) {
+            return Failure{"vpn.control_key: " + key.error()};
+        }
+        m_controlKey = std::move(key).value();
+        m_api.useControlKey(*m_controlKey);
+        return {};
+    }
+
+    /// As loadControlKey().
+    Result<> loadUserKeys() {
+        const std::string path = m_config.userKeysPath();
+        auto tokens = m_config.userKeys.empty() ? UserTokens::loadOrMake(path) : UserTokens::load(path);
+        if (!tokens) {
+            return Failure{"keys: " + tokens.error()};
+        }
+        m_tokens = std::move(tokens).value();
+        return {};
+    }
+
     /// One line "address port" per listener. The file is made only when all of them are bound.
     Result<> writeAddresses() {
         const std::string path = m_config.runtimeFolder + "/listening";
@@ -181,6 +222,19 @@ private:
         return {};
     }
 
+    /// After SIGHUP the logs are opened again: another program has renamed them.
+    void awaitReopenSignal() {
+        m_reopenSignal.async_wait([this](boost::system::error_code error, int) {
+            if (!error) {
+                m_log.reopen();
+                if (m_gateway) {
+                    m_gateway->reopenLogs();
+                }
+                awaitReopenSignal();
+            }
+        });
+    }
+
     void removeAddresses() {
         std::error_code ignored;
         std::filesystem::remove(m_config.runtimeFolder + "/listening", ignored);
@@ -191,22 +245,52 @@ private:
             return;
         }
         m_signals.cancel();
+        m_reopenSignal.cancel();
         removeAddresses();
         m_https.stop();
         m_control.stop();
+        m_metrics.stop();
         if (m_gateway) {
             m_gateway->stop([] {});
         }
     }
 
-    [[nodiscard]] ServiceStatus status() const {
+    [[nodiscard]] Metrics metrics() const {
+        Metrics values;
+        values.uptime =
+            std::chrono::floor<std::chrono::seconds>(std::chrono::steady_clock::now() - m_started);
+        if (m_gateway) {
+            values.servers = m_gateway->status();
+            values.lends = m_gateway->lends().all;
+            values.failedLends = m_gateway->lends().failed;
+            values.currentLends = m_gateway->lends().current;
+        }
+        for (std::size_t index = 0; index < limitCount; ++index) {
+            const auto limit = static_cast<Limit>(index);
+            values.refused.emplace_back(limitName(limit), m_https.limits().refused(limit));
+        }
+        const std::vector<std::pair<std::string, std::string>> files = {
+            {"tls.certificate", m_config.tlsCertificate},
+            {"vpn.ca", m_config.vpn.ca},
+            {"vpn.certificate", m_config.vpn.certificate}};
+        for (const auto &[key, path] : files) {
+            if (const auto expiry = certificateExpiry(path)) {
+                values.certificates.emplace_back(key, *expiry);
+            }
+        }
+        return values;
+    }
+
+    [[nodiscard]] ServiceStatus status() {
         return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(), m_credentials.size()};
     }
 
     const Config &m_config;
     FolderLock m_lock;
     asio::io_context m_context{1};
+    UserTokens m_tokens; ///< without keys until they are loaded by start()
     CredentialStore m_credentials;
+    std::optional<ControlKey> m_controlKey;
     Api m_api;
     AnnouncedRequests m_announced;
     RequestLog m_log;
@@ -214,7 +298,10 @@ private:
     std::unique_ptr<VpnGateway> m_gateway; ///< null when none is configured
     ControlCommands m_commands;
     LineServer m_control;
+    MetricsServer m_metrics;
+    std::chrono::steady_clock::time_point m_started = std::chrono::steady_clock::now();
     asio::signal_set m_signals;
+    asio::signal_set m_reopenSignal;
     bool m_stopping = false;
     bool m_failed = false;
 };

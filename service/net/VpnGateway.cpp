@@ -20,8 +20,8 @@ std::vector<std::string> nftCommand(const Gateway &gateway) {
 } // namespace
 
 VpnGateway::VpnGateway(boost::asio::io_context &context, const Config &config, CredentialStore &credentials)
-    : m_context(context), m_config(config), m_credentials(credentials), m_rules(*config.gateway, config.vpn),
-      m_nft(context, nftCommand(*config.gateway)) {}
+    : m_context(context), m_config(config), m_credentials(credentials),
+      m_rules(*config.gateway, config.vpn, config.limits.vpn), m_nft(context, nftCommand(*config.gateway)) {}
 
 VpnGateway::~VpnGateway() = default;
 
@@ -83,21 +83,30 @@ void VpnGateway::serverStopped() {
     });
 }
 
+void VpnGateway::reopenLogs() {
+    for (const auto &server : m_servers) {
+        server->reopenLog();
+    }
+}
+
 std::vector<ServerStatus> VpnGateway::status() const {
     std::vector<ServerStatus> states;
     for (const auto &server : m_servers) {
         states.push_back(server->status());
     }
     if (states.empty()) {
-        states.push_back({"gateway", false, false, 0}); // the tables are not set up yet
+        states.push_back({"gateway", false, false, 0, {}}); // the tables are not set up yet
     }
     return states;
 }
 
 void VpnGateway::lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) {
+    ++m_lends.all;
+    ++m_lends.current;
     m_nft.run(m_rules.lend(tunnel, lent),
-              [tunnel, done = std::move(done)](bool succeeded, const std::string &error) {
+              [this, tunnel, done = std::move(done)](bool succeeded, const std::string &error) {
                   if (!succeeded) {
+                      ++m_lends.failed;
                       writeLog("gateway: cannot lend to " + tunnel.text() + ": " + jsonText(error));
                   }
                   done(succeeded);
@@ -105,6 +114,7 @@ void VpnGateway::lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(b
 }
 
 void VpnGateway::release(Ipv4Address tunnel) {
+    --m_lends.current;
     m_nft.run(m_rules.release(tunnel), [tunnel](bool succeeded, const std::string &error) {
         if (!succeeded) {
             writeLog("gateway: cannot end the lease of " + tunnel.text() + ": " + jsonText(error));

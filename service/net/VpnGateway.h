@@ -26,7 +26,18 @@ public:
     /// `stopped` is called when the servers have ended and the tables are removed.
     void stop(std::function<void()> stopped);
 
+    /// Opens the servers' logs again: another program has renamed the files.
+    void reopenLogs();
+
     [[nodiscard]] std::vector<ServerStatus> status() const;
+
+    struct Lends {
+        std::uint64_t all = 0;    ///< since the start
+        std::uint64_t failed = 0; ///< since the start
+        std::uint64_t current = 0;
+    };
+
+    [[nodiscard]] const Lends &lends() const { return m_lends; }
 
 private:
     void lend(Ipv4Address tunnel, Ipv4Address lent, std::function<void(bool)> done) override;
@@ -42,6 +53,7 @@ private:
     std::vector<std::unique_ptr<VpnProcess>> m_servers;
     std::function<void(const std::string &)> m_failed;
     std::function<void()> m_stopped;
+    Lends m_lends;
     std::size_t m_stopping = 0; ///< servers that have not ended yet, and one for stop() itself
 };
 

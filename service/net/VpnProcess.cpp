@@ -14,7 +14,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <fcntl.h>
 #include <fstream>
 #include <random>
 
@@ -68,6 +67,7 @@ VpnProcess::VpnProcess(asio::io_context &context, const Config &config, const Vp
                        m_loginHandler = handler;
                        return std::make_unique<Management>(std::move(handler));
                    }),
+      m_log(std::make_shared<PipeLog>(context, config.log)),
       m_backOff(firstRestartDelay, maximumRestartDelay, stableRunTime),
       m_timers(std::make_unique<Timers>(context)) {}
 
@@ -80,10 +80,14 @@ std::string VpnProcess::path(const std::string &suffix) const {
 Result<> VpnProcess::start() {
     const std::string socket = m_config.runtimeFolder + "/management-" + m_name + ".sock";
     std::ofstream file(path(".conf"), std::ios::trunc);
-    file << serverConfiguration(m_config.vpn, m_server, socket);
+    file << serverConfiguration(m_config.vpn, m_server, socket)
+         << serverLimits(m_config.limits.vpn, m_server, m_config.controlKeyPath());
     file.close();
     if (!file) {
         return Failure{"runtime_folder: cannot write " + path(".conf")};
+    }
+    if (auto opened = m_log->open(path(".log")); !opened) {
+        return Failure{"runtime_folder: " + opened.error()};
     }
     auto bound = m_management.start(socket);
     if (bound) {
@@ -93,9 +97,9 @@ Result<> VpnProcess::start() {
 }
 
 void VpnProcess::startProcess() {
-    const FileDescriptor log(open(path(".log").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
+    const FileDescriptor log = m_log->newPipe();
     if (!log.isOpen()) {
-        writeLog(m_name + ": cannot write " + path(".log") + ": " + std::strerror(errno));
+        writeLog(m_name + ": cannot make a pipe: " + std::strerror(errno));
         restartLater();
         return;
     }
@@ -160,7 +164,8 @@ void VpnProcess::finishStop() {
 ServerStatus VpnProcess::status() const {
     const auto handler = m_loginHandler.lock();
     return {m_name, m_running, m_running && handler && handler->ready(),
-            handler ? handler->sessionCount() : 0};
+            handler ? handler->sessionCount() : 0,
+            handler ? handler->refusedLogins() : std::map<std::string, std::uint64_t>()};
 }
 
 } // namespace quorvane::service

@@ -2,6 +2,7 @@
 
 #include "ChildProcess.h"
 #include "LineServer.h"
+#include "PipeLog.h"
 #include "core/BackOff.h"
 #include "core/Config.h"
 #include "core/ControlCommands.h"
@@ -31,6 +32,9 @@ public:
     /// Ends the server, and kills it when it does not end in time. `stopped` is called when it has ended.
     void stop(std::function<void()> stopped);
 
+    /// Opens the server's log again: another program has renamed the file.
+    void reopenLog() { m_log->reopen(); }
+
     [[nodiscard]] ServerStatus status() const;
 
 private:
@@ -51,6 +55,7 @@ private:
     AddressLeaseTable &m_table;
     TunnelAddresses m_addresses;
     LineServer m_management;
+    std::shared_ptr<PipeLog> m_log;
     BackOff m_backOff;
     std::unique_ptr<Timers> m_timers;
     std::unique_ptr<ChildProcess> m_process;

@@ -24,8 +24,17 @@ protected:
     std::string newUser() {
         const std::string body =
             get("/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1").body;
-        const auto begin = body.find("VPNUser: ") + 9;
+        return fieldOf(body, "VPNUser: ");
+    }
+
+    static std::string fieldOf(const std::string &body, const std::string &name) {
+        const auto begin = body.find(name) + name.size();
         return body.substr(begin, body.find("<br />", begin) - begin);
+    }
+
+    [[nodiscard]] std::string passwordOf(const std::string &user) const {
+        const auto opened = m_tokens.open(user);
+        return opened ? opened->password : "";
     }
 
     static std::string vpnc(const std::string &user, const std::string &address, const std::string &proto) {
@@ -34,11 +43,10 @@ protected:
     }
 
     Config m_config = test::sampleConfig();
-    std::chrono::steady_clock::time_point m_now;
-    int m_texts = 0;
-    CredentialStore m_credentials{seconds(100), seconds(10), [this] { return m_now; },
-                                  [this](std::size_t) {
-                                      return "text" + std::to_string(++m_texts);
+    std::chrono::system_clock::time_point m_now;
+    UserTokens m_tokens{{UserTokens::Key{1}}};
+    CredentialStore m_credentials{m_tokens, seconds(100), seconds(10), [this] {
+                                      return m_now;
                                   }};
     Api m_api{m_config, test::samplePem, m_credentials};
 };
@@ -47,8 +55,9 @@ TEST_F(ApiTest, AServerListIssuesAUser) {
     const auto response = get("/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1");
     EXPECT_EQ(response.status, 200);
     EXPECT_EQ(response.contentType, "text/plain; charset=utf-8");
-    EXPECT_NE(response.body.find("<br />VPNUser: text1<br />VPNPass: text2<br />"), std::string::npos);
-    EXPECT_TRUE(m_credentials.knows("text1"));
+    const std::string user = fieldOf(response.body, "VPNUser: ");
+    EXPECT_TRUE(m_credentials.knows(user));
+    EXPECT_EQ(fieldOf(response.body, "VPNPass: "), passwordOf(user));
 }
 
 TEST_F(ApiTest, AnIncompleteServerListRequestIsNotAccepted) {
@@ -75,9 +84,30 @@ TEST_F(ApiTest, AConfigurationIsGrantedForTheAddress) {
     EXPECT_EQ(response.body.find('\n'), std::string::npos);
     EXPECT_EQ(response.body.size(),
               11 + text.size() + 5 * std::size_t(std::count(text.begin(), text.end(), '\n')));
-    const auto login = m_credentials.login(user, "text2", "198.51.100.10");
+    const auto login = m_credentials.login(user, passwordOf(user), "198.51.100.10");
     EXPECT_EQ(login.refusal, CredentialStore::Refusal::None);
     EXPECT_EQ(login.address.text(), "203.0.113.6");
+}
+
+TEST_F(ApiTest, EveryConfigurationHasAClientKeyOfItsOwn) {
+    const ControlKey key(ControlKey::Bytes{});
+    m_api.useControlKey(key);
+    const std::string target = vpnc(newUser(), "203.0.113.6", "UDP");
+    const auto keyOf = [](const std::string &body) {
+        return body.substr(std::min(body.size(), body.find("<tls-crypt-v2><br />-----BEGIN OpenVPN")));
+    };
+    const std::string first = keyOf(get(target).body);
+    EXPECT_GT(first.size(), 740U);
+    EXPECT_EQ(first.find('\n'), std::string::npos);
+    EXPECT_NE(first, keyOf(get(target).body));
+}
+
+TEST(RequestsConfiguration, IsRecognizedInEveryForm) {
+    EXPECT_TRUE(requestsConfiguration("/?cmd=VPNC&ver=1"));
+    EXPECT_TRUE(requestsConfiguration("/?cmd=MRTSL&cmd=%56%50NC"));
+    EXPECT_FALSE(requestsConfiguration("/?cmd=VPNC&cmd=MRTSL"));
+    EXPECT_FALSE(requestsConfiguration("/?cmd=MRTSL&ver=%20"));
+    EXPECT_FALSE(requestsConfiguration("VPNC"));
 }
 
 TEST_F(ApiTest, TheProtocolsNameIsCaseInsensitive) {
@@ -100,7 +130,7 @@ TEST_F(ApiTest, AMissingEmptyOrTooLongArgumentIsAParsingError) {
         EXPECT_EQ(get(good.substr(0, value) + std::string(300, '1') + good.substr(end)).body, parsingError)
             << key;
     }
-    EXPECT_EQ(m_credentials.login(user, "text2", "198.51.100.10").refusal,
+    EXPECT_EQ(m_credentials.login(user, passwordOf(user), "198.51.100.10").refusal,
               CredentialStore::Refusal::NotGranted);
 }
 

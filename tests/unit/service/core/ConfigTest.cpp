@@ -47,6 +47,7 @@ TEST(Config, ReadsTheKeysAndUsesDefaults) {
     EXPECT_EQ(config.vpn.tcp->device, "tun-x");
     EXPECT_TRUE(config.vpn.blockIpv6);
     EXPECT_EQ(config.limits.connections, 4096U);
+    EXPECT_EQ(config.controlKeyPath(), "/run/x/control.key");
     EXPECT_FALSE(config.strict);
     ASSERT_TRUE(config.gateway);
     EXPECT_EQ(config.gateway->command.size(), 4U);
@@ -65,6 +66,16 @@ TEST(Config, EveryKeyCanBeSet) {
         json::parse(R"([{"target": "/ip", "count": 2}, {"pattern": "/[?]cmd=.*", "count": 0}])");
     document["limits"] = {
         {"connections", 9}, {"handshake_seconds", 2}, {"request_seconds", 3}, {"header_bytes", 2048}};
+    document["limits"]["vpn"] = {
+        {"handshake_seconds", 5}, {"starts_per_second", 6}, {"starts_burst", 7}, {"unfinished", 8}};
+    document["limits"]["per_caller"] = {{"requests_per_second", 11},
+                                        {"configurations_per_second", 12},
+                                        {"connections_per_second", 13},
+                                        {"handshakes_per_second", 0},
+                                        {"connections", 15},
+                                        {"burst_seconds", 16}};
+    document["vpn"]["control_key"] = "/control";
+    document["log"] = {{"file_bytes", 65536}, {"copies", 0}, {"bytes_per_second", 4096}};
     document["vpn"]["dns"] = {"8.8.8.8"};
     document["vpn"]["block_ipv6"] = false;
     document["vpn"]["ping_seconds"] = 1;
@@ -79,6 +90,20 @@ TEST(Config, EveryKeyCanBeSet) {
     EXPECT_EQ(config.announced.at(1).pattern, "/[?]cmd=.*");
     EXPECT_EQ(config.announced.at(0).count, 2U);
     EXPECT_EQ(config.limits.request, std::chrono::seconds(3));
+    EXPECT_EQ(config.limits.perCaller.requestsPerSecond, 11U);
+    EXPECT_EQ(config.limits.perCaller.configurationsPerSecond, 12U);
+    EXPECT_EQ(config.limits.perCaller.connectionsPerSecond, 13U);
+    EXPECT_EQ(config.limits.perCaller.handshakesPerSecond, 0U);
+    EXPECT_EQ(config.limits.perCaller.connections, 15U);
+    EXPECT_EQ(config.limits.perCaller.burstSeconds, 16U);
+    EXPECT_EQ(config.log.fileBytes, 65536U);
+    EXPECT_EQ(config.log.copies, 0U);
+    EXPECT_EQ(config.log.bytesPerSecond, 4096U);
+    EXPECT_EQ(config.limits.vpn.handshake, std::chrono::seconds(5));
+    EXPECT_EQ(config.limits.vpn.startsPerSecond, 6U);
+    EXPECT_EQ(config.limits.vpn.startsBurst, 7U);
+    EXPECT_EQ(config.limits.vpn.unfinished, 8U);
+    EXPECT_EQ(config.controlKeyPath(), "/control");
     EXPECT_EQ(config.vpn.pingExit, std::chrono::seconds(4));
     EXPECT_EQ(config.gateway->map, "m");
     EXPECT_FALSE(config.gateway->createTables);
@@ -92,6 +117,22 @@ TEST(Config, NullIsTheSameAsAbsent) {
     ASSERT_TRUE(result) << result.error();
     EXPECT_FALSE(result.value().gateway);
     EXPECT_FALSE(result.value().vpn.tcp);
+}
+
+TEST(Config, MetricsAreAtALoopbackPortOrASocket) {
+    json document = sample();
+    EXPECT_FALSE(parseConfig(document.dump()).value().metrics);
+    document["metrics"] = {{"port", 9101}};
+    EXPECT_EQ(parseConfig(document.dump()).value().metrics->address, "127.0.0.1");
+    document["metrics"] = {{"address", "::1"}, {"port", 9101}};
+    EXPECT_EQ(parseConfig(document.dump()).value().metrics->port, 9101);
+    document["metrics"] = {{"socket", "/run/metrics.sock"}};
+    EXPECT_EQ(parseConfig(document.dump()).value().metrics->socket, "/run/metrics.sock");
+    for (const json &wrong : {json{{"address", "192.0.2.1"}, {"port", 9101}}, json{{"address", "127.0.0.1"}},
+                              json{{"socket", "relative"}}, json{{"socket", "/x"}, {"port", 1}}}) {
+        document["metrics"] = wrong;
+        EXPECT_FALSE(parseConfig(document.dump())) << wrong;
+    }
 }
 
 struct Missing {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include <vector>
 
 namespace quorvane::service {
 
@@ -17,8 +17,9 @@ const std::string home = "198.51.100.10";
 
 class CredentialStoreTest : public testing::Test {
 protected:
-    std::chrono::steady_clock::time_point m_now{seconds(1000)};
-    CredentialStore m_store{seconds(100), seconds(10), [this] { return m_now; }, systemRandomText, 3};
+    std::chrono::system_clock::time_point m_now{seconds(1000)};
+    UserTokens m_tokens{{UserTokens::Key{1}}};
+    CredentialStore m_store{m_tokens, seconds(100), seconds(10), [this] { return m_now; }, 3};
 };
 
 TEST_F(CredentialStoreTest, IssuesDifferentUrlSafeCredentials) {
@@ -134,29 +135,60 @@ TEST_F(CredentialStoreTest, AGrantExpires) {
     EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::None);
 }
 
-TEST_F(CredentialStoreTest, TheOldestUserIsReplaced) {
-    const auto oldest = m_store.issue();
-    const auto second = m_store.issue();
-    m_store.issue();
-    m_store.issue();
-    EXPECT_EQ(m_store.size(), 3U);
-    EXPECT_FALSE(m_store.knows(oldest.user));
-    EXPECT_TRUE(m_store.knows(second.user));
+TEST_F(CredentialStoreTest, NothingIsStoredOfUsersWithoutAGrant) {
+    const auto victim = m_store.issue();
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_NE(m_store.issue().user, victim.user);
+    }
+    EXPECT_EQ(m_store.size(), 0U);
+    ASSERT_TRUE(m_store.grant(victim.user, berlin));
+    EXPECT_EQ(m_store.login(victim.user, victim.password, home).address, berlin);
+    EXPECT_EQ(m_store.size(), 1U);
 }
 
-TEST(SystemRandomText, HasTheLengthAndDoesNotRepeat) {
-    std::set<std::string> texts;
-    std::set<char> characters;
-    for (int i = 0; i < 200; ++i) {
-        const std::string text = systemRandomText(40);
-        EXPECT_EQ(text.size(), 40U);
-        texts.insert(text);
-        characters.insert(text.begin(), text.end());
+TEST_F(CredentialStoreTest, AStoreAfterARestartKnowsTheUsers) {
+    const auto credentials = m_store.issue();
+    const UserTokens sameKeys({UserTokens::Key{1}});
+    CredentialStore restarted(sameKeys, seconds(100), seconds(10), [this] { return m_now; });
+    EXPECT_EQ(restarted.login(credentials.user, credentials.password, home).refusal, Refusal::NotGranted);
+    ASSERT_TRUE(restarted.grant(credentials.user, berlin));
+    EXPECT_EQ(restarted.login(credentials.user, credentials.password, home).address, berlin);
+}
+
+TEST_F(CredentialStoreTest, TheOldestUnusedGrantIsReplacedAndNoUsedOne) {
+    const auto used = m_store.issue();
+    m_store.grant(used.user, berlin);
+    m_store.login(used.user, used.password, home);
+    std::vector<Credentials> users;
+    for (int i = 0; i < 4; ++i) {
+        users.push_back(m_store.issue());
+        m_store.grant(users.back().user, boston);
     }
-    EXPECT_EQ(texts.size(), 200U);
-    EXPECT_EQ(characters.size(), 62U);
-    EXPECT_EQ(systemRandomText(0), "");
-    EXPECT_EQ(systemRandomText(1000).size(), 1000U);
+    EXPECT_EQ(m_store.size(), 4U);
+    EXPECT_EQ(m_store.login(users[0].user, users[0].password, home).refusal, Refusal::NotGranted);
+    EXPECT_EQ(m_store.login(users[1].user, users[1].password, home).refusal, Refusal::None);
+    EXPECT_EQ(m_store.login(used.user, used.password, home).address, berlin);
+}
+
+TEST_F(CredentialStoreTest, GrantsAreForgottenAtTheirEnd) {
+    const auto used = m_store.issue();
+    m_store.grant(used.user, berlin);
+    m_store.login(used.user, used.password, home);
+    m_store.grant(m_store.issue().user, boston);
+    EXPECT_EQ(m_store.size(), 2U);
+    m_now += seconds(10);
+    EXPECT_EQ(m_store.size(), 1U);
+    m_now += seconds(90);
+    EXPECT_EQ(m_store.size(), 0U);
+}
+
+TEST_F(CredentialStoreTest, AClockThatIsSetBackRevivesNoGrant) {
+    const auto credentials = m_store.issue();
+    m_store.grant(credentials.user, berlin);
+    m_now += seconds(10);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::NotGranted);
+    m_now -= seconds(5);
+    EXPECT_EQ(m_store.login(credentials.user, credentials.password, home).refusal, Refusal::NotGranted);
 }
 
 } // namespace

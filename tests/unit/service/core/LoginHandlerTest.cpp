@@ -53,8 +53,11 @@ protected:
     std::string sent() { return std::exchange(m_sent, {}); }
 
     std::pair<std::string, std::string> m_source{"untrusted_ip", "198.51.100.10"};
-    std::chrono::steady_clock::time_point m_now;
-    CredentialStore m_store{seconds(100), seconds(10), [this] { return m_now; }, systemRandomText};
+    std::chrono::system_clock::time_point m_now;
+    UserTokens m_tokens{{UserTokens::Key{1}}};
+    CredentialStore m_store{m_tokens, seconds(100), seconds(10), [this] {
+                                return m_now;
+                            }};
     TunnelAddresses m_addresses{*Ipv4Network::parse("10.8.0.0/29"), 0};
     FakeLeaseTable m_table;
     std::string m_sent;
@@ -108,6 +111,8 @@ TEST_F(LoginHandlerTest, EveryRefusalHasItsReason) {
     EXPECT_EQ(sent(), "client-deny 4 6 \"no fresh grant\" \"login refused\"\n");
     handle(Kind::Connect, 5, 0, {});
     EXPECT_EQ(sent(), "client-deny 5 0 \"unknown or expired user\" \"login refused\"\n");
+    EXPECT_EQ(m_handler->refusedLogins().at("unknown or expired user"), 2U);
+    EXPECT_EQ(m_handler->refusedLogins().at("wrong password"), 1U);
     EXPECT_EQ(m_table.calls.size(), 1U);
 }
 

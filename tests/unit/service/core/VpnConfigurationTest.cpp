@@ -114,6 +114,27 @@ TEST(ServerConfiguration, OverTcp) {
     EXPECT_THAT(lines, Not(Contains(StartsWith("explicit-exit-notify"))));
 }
 
+TEST(ServerLimits, ByteForByteOverUdp) {
+    const Config config = test::sampleConfig();
+    EXPECT_EQ(serverLimits(config.limits.vpn, *config.vpn.udp, "/run/x/control.key"),
+              "tls-crypt-v2 \"/run/x/control.key\" force-cookie\n"
+              "hand-window 10\n"
+              "max-clients 69632\n"
+              "connect-freq-initial 20000 1\n");
+}
+
+TEST(ServerLimits, OverTcpAndInASmallNetwork) {
+    Config config = test::sampleConfig();
+    config.vpn.tcp->network = *Ipv4Network::parse("10.9.0.0/24");
+    config.vpn.udp->network = *Ipv4Network::parse("10.8.0.0/24");
+    config.limits.vpn.unfinished = 100;
+    EXPECT_EQ(serverLimits(config.limits.vpn, *config.vpn.tcp, "/k"), "tls-crypt-v2 \"/k\" force-cookie\n"
+                                                                      "hand-window 10\n"
+                                                                      "max-clients 356\n");
+    EXPECT_THAT(linesOf(serverLimits(config.limits.vpn, *config.vpn.udp, "/k")),
+                Contains("connect-freq-initial 1000 1"));
+}
+
 } // namespace
 
 } // namespace quorvane::service

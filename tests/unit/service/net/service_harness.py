@@ -20,6 +20,16 @@ LIST = f"/?cmd=MRTSL&{ID}&{TAIL}"
 EVENTUALLY = 60
 
 
+# No limits of a single caller, for tests of other limits.
+ANY_RATE = {
+    "requests_per_second": 0,
+    "configurations_per_second": 0,
+    "connections_per_second": 0,
+    "handshakes_per_second": 0,
+    "connections": 0,
+}
+
+
 def until(condition, what="a condition"):
     """Polls until the condition returns something true, and returns that."""
     end = time.monotonic() + EVENTUALLY

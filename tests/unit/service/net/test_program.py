@@ -1,15 +1,19 @@
 #!/usr/bin/python3
 """Raw requests against the real program, without OpenVPN. Usage: test_program.py PROGRAM"""
 
+import contextlib
 import json
 import os
+import shutil
+import signal
 import socket
 import subprocess
 import sys
+import threading
 import time
 import unittest
 
-from service_harness import EVENTUALLY, LIST, Service, read_answer, request, until, vpnc
+from service_harness import ANY_RATE, EVENTUALLY, LIST, Service, read_answer, request, until, vpnc
 
 PROGRAM = sys.argv.pop(1)
 # Seconds after which the service ends a connection that makes no progress, in the tests about that.
@@ -37,7 +41,7 @@ class Answers(WithService):
         self.assertRegex(
             body.decode(),
             r"\ASTATUS: 0<br />ClientIP: 127\.0\.0\.1<br />CC: AT<br />LOCATIONS: DE;BER;Germany Berlin;1"
-            r"<br />VPNUser: [A-Za-z0-9]{20}<br />VPNPass: [A-Za-z0-9]{32}"
+            r"<br />VPNUser: [A-Za-z0-9]{55}<br />VPNPass: [A-Za-z0-9]{44}"
             r"<br />Server: 1,Berlin,BER,DE,Germany,1\|203\.0\.113\.5,203\.0\.113\.6\Z",
         )
 
@@ -49,7 +53,8 @@ class Answers(WithService):
         body = self.service.get(vpnc(user))[2]
         self.assertTrue(body.startswith(b"VPNConfig: client<br />"))
         self.assertIn(b"<br />remote 203.0.113.5 1194<br />", body)
-        self.assertTrue(body.endswith(b"-----END CERTIFICATE-----<br /></ca><br />"))
+        self.assertIn(b"-----END CERTIFICATE-----<br /></ca><br /><tls-crypt-v2><br />", body)
+        self.assertTrue(body.endswith(b" tls-crypt-v2 client key-----<br /></tls-crypt-v2><br />"))
         self.assertNotIn(b"\n", body)
 
     def test_configuration_refused(self):
@@ -123,7 +128,14 @@ class Answers(WithService):
 class HostileClients(WithService):
     """Wrong, stalled and too many connections; honest clients are served meanwhile."""
 
-    changes = {"limits": {"connections": 200, "handshake_seconds": LIMIT, "request_seconds": LIMIT}}
+    changes = {
+        "limits": {
+            "connections": 200,
+            "handshake_seconds": LIMIT,
+            "request_seconds": LIMIT,
+            "per_caller": ANY_RATE,
+        }
+    }
 
     def assert_alive(self):
         self.assertEqual(self.service.get("/ip")[2], b"127.0.0.1\n")
@@ -246,6 +258,82 @@ class HostileClients(WithService):
             return False
 
 
+class Logs(WithService):
+    """The request log has an end, at any load."""
+
+    changes = {"limits": {"per_caller": ANY_RATE}}
+    seconds = 6
+
+    def attack(self):
+        """Requests with the longest targets, each byte of which needs six in the log."""
+        attack = request("/?" + "\xff" * 15000) * 20
+        begin = time.monotonic()
+        while time.monotonic() - begin < self.seconds:
+            try:
+                with self.service.connect() as link:
+                    reader = threading.Thread(target=self.discard, args=(link,))
+                    reader.start()
+                    try:
+                        while time.monotonic() - begin < self.seconds:
+                            link.sendall(attack)
+                    finally:
+                        link.shutdown(socket.SHUT_RDWR)
+                        reader.join()
+            except OSError:
+                continue  # the service has ended the connection
+
+    @staticmethod
+    def discard(link):
+        with contextlib.suppress(OSError):
+            while link.recv(1 << 20):
+                pass
+
+    def test_the_rate_under_attack(self):
+        self.service.stop()
+        rate = 4096  # which a slow service reaches, too
+        self.service.config["log"] = {"bytes_per_second": rate}
+        begin = time.monotonic()
+        self.service.start()
+        self.attack()
+        # After a pause four seconds' worth may be written at once.
+        most = (4 + time.monotonic() - begin) * rate
+        self.assertLessEqual(os.path.getsize(self.service.log_path), most)
+        with open(self.service.log_path, "rb") as file:
+            longest = max(len(line) for line in file)
+        self.assertLessEqual(longest, 2048)
+        self.assertTrue([line for line in self.service.lines() if line["event"] == "left_out"])
+        cut = [line for line in self.service.lines() if line.get("cut")]
+        self.assertTrue(cut)
+        self.assertEqual(cut[0]["target_bytes"], 15002)
+
+    def test_the_size_under_attack(self):
+        self.service.stop()
+        self.service.config["log"] = {"bytes_per_second": 0, "file_bytes": 65536, "copies": 2}
+        self.service.start()
+        self.attack()
+        files = sorted(name for name in os.listdir(self.service.folder) if name.startswith("requests"))
+        self.assertEqual(files, ["requests.jsonl", "requests.jsonl.1", "requests.jsonl.2"])
+        for name in files:
+            self.assertLessEqual(os.path.getsize(f"{self.service.folder}/{name}"), 65536)
+
+    def test_a_log_that_was_renamed_is_opened_again(self):
+        self.service.get("/ip")
+        os.rename(self.service.log_path, self.service.log_path + ".old")
+        self.service.process.send_signal(signal.SIGHUP)
+        until(lambda: os.path.exists(self.service.log_path), what="a new log")
+        self.service.get("/ip?new")
+        self.assertEqual([line["target"] for line in self.service.lines()], ["/ip?new"])
+
+    def test_a_full_disk_is_reported_once(self):
+        self.service.stop()
+        self.service.config["request_log"] = "/dev/full"
+        self.service.start()
+        for _ in range(20):
+            self.assertEqual(self.service.get("/ip")[0], 200)
+        self.assertEqual(self.service.stderr().count("a log is incomplete"), 1)
+        self.assertIn("cannot write /dev/full: No space left on device", self.service.stderr())
+
+
 class StrictRuns(WithService):
     """The mode in which requests must be announced, and the control socket."""
 
@@ -334,6 +422,25 @@ class CommandLine(unittest.TestCase):
             result = self.run_program("--config", path)
             self.assertEqual(result.returncode, 1, message)
             self.assertIn("quorvane-service: " + message, result.stderr)
+
+    def test_a_control_key_that_others_can_read(self):
+        service = Service(PROGRAM)
+        self.addCleanup(service.close)
+        service.start()
+        self.assertEqual(service.stop(), 0)
+        made = service.runtime + "/control.key"
+        self.assertEqual(os.stat(made).st_mode & 0o777, 0o600)
+        shared = service.folder + "/shared.key"
+        shutil.copy(made, shared)
+        service.config["vpn"]["control_key"] = shared
+        os.chmod(shared, 0o644)
+        service.launch()
+        self.assertEqual(service.process.wait(EVENTUALLY), 1)
+        self.assertIn(f"vpn.control_key: {shared} must be a file of root or", service.stderr())
+        os.chmod(shared, 0o600)
+        service.start()
+        user = service.new_user()["VPNUser"]
+        self.assertIn(b"<tls-crypt-v2><br />-----BEGIN OpenVPN", service.get(vpnc(user))[2])
 
     def test_a_second_life_after_a_kill(self):
         service = Service(PROGRAM)

@@ -1,0 +1,52 @@
+#include "PrivateFile.h"
+
+#include "common/FileDescriptor.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quorvane::service {
+
+namespace {
+
+constexpr std::size_t maximumFileLength = 4096;
+
+} // namespace
+
+Result<std::string> privateFileText(const std::string &path) {
+    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+
+    struct stat state {};
+
+    if (!file.isOpen() || fstat(file.get(), &state) != 0) {
+        return Failure{"cannot read " + path + ": " + std::strerror(errno)};
+    }
+    if (!S_ISREG(state.st_mode) || (state.st_uid != 0 && state.st_uid != geteuid()) ||
+        (state.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
+        return Failure{path + " must be a file of root or of the service's user with mode 600"};
+    }
+    std::string text(maximumFileLength, '\0');
+    const ssize_t length = read(file.get(), text.data(), text.size());
+    if (length < 0) {
+        return Failure{"cannot read " + path + ": " + std::strerror(errno)};
+    }
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}
+
+Result<> writePrivateFile(const std::string &path, const std::string &text) {
+    const std::string incomplete = path + ".new";
+    unlink(incomplete.c_str());
+    const FileDescriptor file(
+        open(incomplete.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!file.isOpen() || write(file.get(), text.data(), text.size()) != static_cast<ssize_t>(text.size()) ||
+        rename(incomplete.c_str(), path.c_str()) != 0) {
+        return Failure{"cannot write " + path + ": " + std::strerror(errno)};
+    }
+    return {};
+}
+
+} // namespace quorvane::service
