@@ -1,9 +1,6 @@
 #pragma once
 
-#include "common/Result.h"
-
 #include <optional>
-#include <string>
 #include <sys/types.h>
 
 namespace quorvane::guard {
@@ -15,9 +12,5 @@ constexpr const char *callerVariable = "QUORVANE_CALLER";
 /// The user who called: the one that the variable names, or without it the one that runs this process. Absent
 /// when the variable is no number.
 [[nodiscard]] std::optional<uid_t> callerOf(const char *variable);
-
-/// Fails when a user other than root and the caller can change the program, or a file or folder beside or
-/// above it: root runs what is there. The error names the file.
-Result<> checkProgramFiles(const std::string &program, uid_t caller);
 
 } // namespace quorvane::guard

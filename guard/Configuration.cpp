@@ -32,6 +32,7 @@ public:
     Lines(std::string_view text, std::size_t linesBefore) : m_rest(text), m_number(linesBefore) {
         if (m_rest.starts_with(byteOrderMark)) {
             m_rest.remove_prefix(byteOrderMark.size());
+            m_markSize = byteOrderMark.size();
         }
     }
 
@@ -43,9 +44,11 @@ public:
         const auto end = m_rest.find('\n');
         line = m_rest.substr(0, end);
         m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() : end + 1);
-        if (line.size() >= lineBufferSize) {
+        // The byte order mark is in OpenVPN's buffer, too.
+        if (m_markSize + line.size() >= lineBufferSize) {
             fail("the line is too long");
         }
+        m_markSize = 0;
         if (line.find('\0') != std::string_view::npos) {
             fail("the line contains a zero byte");
         }
@@ -68,6 +71,7 @@ public:
 private:
     std::string_view m_rest;
     std::size_t m_number;
+    std::size_t m_markSize = 0; ///< of the byte order mark that precedes the next line
 };
 
 /// Removes one token from the start of `rest`, which does not begin with a blank, and returns it.

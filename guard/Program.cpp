@@ -7,9 +7,11 @@
 #include "Caller.h"
 #include "Configuration.h"
 #include "Files.h"
+#include "LockOpenings.h"
 #include "SessionRoutes.h"
 #include "Supervisor.h"
 #include "TunnelLog.h"
+#include "common/ProgramFiles.h"
 
 #include <array>
 #include <cerrno>
@@ -42,6 +44,7 @@ struct Paths {
 /// What OpenVPN receives.
 struct Inputs {
     std::set<Network> servers; ///< see serversOf()
+    std::set<Endpoint> endpoints;
     FileDescriptor configuration;
     FileDescriptor credentials;
 };
@@ -137,6 +140,9 @@ public:
 
     /// Fails when another guard does not end in time.
     Result<> wait() {
+        if (!m_file.isOpen()) {
+            return Failure{"the file that keeps two guards apart cannot be opened"};
+        }
         const auto end = std::chrono::steady_clock::now() + lockTimeout;
         while (!isTaken()) {
             if (errno != EWOULDBLOCK || std::chrono::steady_clock::now() > end) {
@@ -190,7 +196,8 @@ Result<Inputs> prepare(const Paths &paths, const OpenedFile &configuration) {
     if (!copy) {
         return Failure{copy.error()};
     }
-    return Inputs{serversOf(directives.value()), std::move(copy).value(), std::move(credentials).value()};
+    return Inputs{serversOf(directives.value()), endpointsOf(directives.value()), std::move(copy).value(),
+                  std::move(credentials).value()};
 }
 
 /// What the server may push, each with the blank that ends the name: OpenVPN compares beginnings. Without
@@ -233,8 +240,10 @@ void run(const Paths &paths, const Result<OpenedFile> &configuration, const Sett
          Routing &routing, TunnelLog &log, FileDescriptor whileRunning) {
     Lock lock(settings.lock);
     SessionRoutes routes(routing, settings.record);
+    const LockOpenings openings(settings.note, settings.nft);
     // Before anything else, and also when this guard then starts nothing.
     if (lock.isTaken()) {
+        openings.close();
         routes.restoreAfterKilledGuard();
     }
     if (!configuration) {
@@ -260,8 +269,14 @@ void run(const Paths &paths, const Result<OpenedFile> &configuration, const Sett
         log.finish(begun.error());
         return;
     }
+    if (const auto opened = openings.openForServers(inputs.value().endpoints); !opened) {
+        routes.restore();
+        log.finish(opened.error());
+        return;
+    }
     const std::string end =
-        supervise(commandFor(inputs.value(), settings), log, routes, std::move(whileRunning));
+        supervise(commandFor(inputs.value(), settings), log, routes, openings, std::move(whileRunning));
+    openings.close();
     routes.restore();
     log.finish(end);
 }
@@ -294,8 +309,10 @@ int runGuard(std::span<char *> arguments, const Settings &settings, Routing &rou
     detachOutput();
     FileDescriptor lock = lockedLog(log.value().descriptor);
     TunnelLog tunnelLog(std::move(log).value().descriptor);
-    if (const auto checked = checkProgramFiles("/proc/self/exe", *caller); !checked) {
-        tunnelLog.finish(checked.error());
+    const uid_t owner = settings.isInstalled ? 0 : *caller;
+    if (const auto checked = checkProgramFiles("/proc/self/exe", owner); !checked) {
+        tunnelLog.finish("the program's files are refused: another user can change " +
+                         quotedForLog(checked.error()));
         return 1;
     }
     run(paths, configuration, settings, routing, tunnelLog, std::move(lock));

@@ -12,8 +12,11 @@ struct Settings {
     std::string openVpn; ///< the program that is started
     std::string lock;    ///< the file that keeps two guards apart
     std::string record;  ///< see RouteRecord
+    std::string note;    ///< the file that is there while the network lock is closed
+    std::string nft;     ///< see LockOpenings
     std::chrono::milliseconds startTimeout;
     std::chrono::milliseconds endTimeout;
+    bool isInstalled; ///< its files belong to root alone; those of a build tree also to the caller
 };
 
 /// The whole program; returns its exit status. `arguments` are those of main().

@@ -15,7 +15,7 @@ namespace quorvane::guard {
 
 namespace {
 
-constexpr std::string_view version = "quorvane-routes 1";
+constexpr std::string_view version = "quorvane-routes 2";
 /// A hundred thousand routes have some 8 MiB.
 constexpr off_t maximumRecordSize = 256 * 1024 * 1024;
 
@@ -32,6 +32,18 @@ std::string placeOfRecord() {
         return "unknown";
     }
     return start.value() + std::to_string(state.st_ino);
+}
+
+/// The check sum of the entries (64-bit FNV-1a). A record that was cut off between two entries, or has a
+/// damaged byte, would otherwise be one of a computer that had other routes before.
+std::string checkSumOf(std::string_view entries) {
+    constexpr std::uint64_t start = 0xcbf29ce484222325;
+    constexpr std::uint64_t factor = 0x100000001b3;
+    std::uint64_t sum = start;
+    for (const char character : entries) {
+        sum = (sum ^ static_cast<unsigned char>(character)) * factor;
+    }
+    return std::to_string(sum);
 }
 
 class Writer {
@@ -66,6 +78,8 @@ public:
 
     [[nodiscard]] bool isWhole() const { return m_isWhole; }
 
+    [[nodiscard]] std::string_view rest() const { return m_rest; }
+
     std::string field() {
         std::size_t size = 0;
         const char *const end = m_rest.data() + m_rest.size();
@@ -85,7 +99,7 @@ public:
         const std::string digits = field();
         unsigned value = 0;
         const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-        m_isWhole = m_isWhole && read.ec == std::errc();
+        m_isWhole = m_isWhole && read.ec == std::errc() && read.ptr == digits.data() + digits.size();
         return value;
     }
 
@@ -95,7 +109,8 @@ public:
         network.length = number();
         network.address = field();
         const std::size_t size = network.family == AF_INET ? 4 : 16;
-        m_isWhole = m_isWhole && network.address.size() == size && network.length <= size * 8;
+        m_isWhole = m_isWhole && (network.family == AF_INET || network.family == AF_INET6) &&
+                    network.address.size() == size && network.length <= size * 8;
         return network;
     }
 
@@ -104,11 +119,9 @@ private:
     bool m_isWhole = true;
 };
 
-std::string textOf(const RouteRecord &record) {
+std::string entriesOf(const RouteRecord &record) {
     std::string text;
     Writer writer(text);
-    writer.field(version);
-    writer.field(placeOfRecord());
     for (const auto &[index, name] : record.before.devices) {
         writer.kind(Kind::Device);
         writer.number(index);
@@ -128,6 +141,16 @@ std::string textOf(const RouteRecord &record) {
         writer.field(route.message);
     }
     return text;
+}
+
+std::string textOf(const RouteRecord &record) {
+    const std::string entries = entriesOf(record);
+    std::string text;
+    Writer writer(text);
+    writer.field(version);
+    writer.field(placeOfRecord());
+    writer.field(checkSumOf(entries));
+    return text + entries;
 }
 
 bool readEntry(Reader &reader, RouteRecord &record) {
@@ -180,6 +203,10 @@ std::optional<RouteRecord> readRecord(const std::string &path) {
     }
     Reader reader(text.value());
     if (reader.field() != version || reader.field() != placeOfRecord()) {
+        return std::nullopt;
+    }
+    const std::string checkSum = reader.field();
+    if (checkSum != checkSumOf(reader.rest())) {
         return std::nullopt;
     }
     RouteRecord record;

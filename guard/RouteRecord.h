@@ -13,8 +13,9 @@ struct RouteRecord {
 /// Writes the record to a private file, which replaces one that is there.
 Result<> writeRecord(const std::string &path, const RouteRecord &record);
 
-/// The record of a guard that did not end by itself. Absent when there is none, or when it is from before the
-/// last start of the computer, from another network namespace, or not written by a guard of this user.
+/// The record of a guard that did not end by itself. Absent when there is none, or when it is incomplete or
+/// damaged, from before the last start of the computer, from another network namespace, or not written by a
+/// guard of this user.
 [[nodiscard]] std::optional<RouteRecord> readRecord(const std::string &path);
 
 void removeRecord(const std::string &path);

@@ -38,13 +38,38 @@ Result<> SessionRoutes::checkUp(pid_t openVpn) {
     if (!checked) {
         return Failure{"the tunnel is refused: " + checked.error()};
     }
+    for (const Route &route : now.value().routes) {
+        if (route.leadsThroughGateway() && !route.usesOnly(m_tunnel.device) &&
+            !m_before.routes.contains(route)) {
+            m_serverRoutes.insert(route);
+        }
+    }
     m_isUp = true;
     m_carriesAll = true;
     return {};
 }
 
+/// When a cable is pulled out, the kernel removes the route to the server with it, and nothing else makes it
+/// anew: OpenVPN would send into its own tunnel until it gives up.
+void SessionRoutes::restoreServerRoutes(const RouteChanges &changes) {
+    const bool mayBeBack =
+        changes.isIncomplete || std::ranges::any_of(changes.added, [this](const auto &route) {
+            return route.leadsThroughGateway() && !route.usesOnly(m_tunnel.device);
+        });
+    const auto now = m_isUp && mayBeBack ? m_routing.state() : Result<NetworkState>(Failure{});
+    if (!now) {
+        return;
+    }
+    for (const Route &route : m_serverRoutes) {
+        if (!now.value().routes.contains(route)) {
+            m_routing.add(route); // refused by the kernel while its gateway cannot be reached
+        }
+    }
+}
+
 Result<> SessionRoutes::checkChanges() {
     const RouteChanges changes = m_routing.changes();
+    restoreServerRoutes(changes);
     const auto concernsTunnel = [this](const Route &route) {
         return route.usesOnly(m_tunnel.device);
     };

@@ -24,6 +24,9 @@ public:
     /// Judges the routes of a tunnel that reports that it is up. The error is a text for the log.
     Result<> checkUp(pid_t openVpn);
 
+    /// The tunnel's device, after a checkUp() that has succeeded.
+    [[nodiscard]] unsigned device() const { return m_tunnel.device; }
+
     /// A descriptor that is readable when checkChanges() has something to look at; -1 for none.
     [[nodiscard]] int changesDescriptor() const { return m_routing.changesDescriptor(); }
 
@@ -39,12 +42,14 @@ public:
 
 private:
     void waitForEndOfTunnel(const NetworkState &before);
+    void restoreServerRoutes(const RouteChanges &changes);
     void repair(const NetworkState &before, const std::set<Network> &servers);
 
     Routing &m_routing;
     std::string m_record;
     NetworkState m_before;
     TunnelFacts m_tunnel;
+    std::set<Route> m_serverRoutes; ///< to the servers, as OpenVPN has made them
     bool m_isUp = false;
     bool m_carriesAll = true;
 };

@@ -57,8 +57,10 @@ sigset_t forwardedSignals() {
 /// The OpenVPN process, from its start to its end.
 class Child {
 public:
-    Child(const OpenVpnCommand &command, TunnelLog &log, SessionRoutes &routes, FileDescriptor whileRunning)
-        : m_command(command), m_log(log), m_routes(routes), m_whileRunning(std::move(whileRunning)) {}
+    Child(const OpenVpnCommand &command, TunnelLog &log, SessionRoutes &routes, const LockOpenings &openings,
+          FileDescriptor whileRunning)
+        : m_command(command), m_log(log), m_routes(routes), m_openings(openings),
+          m_whileRunning(std::move(whileRunning)) {}
 
     std::string run() {
         std::array<int, 2> pipe{};
@@ -85,7 +87,7 @@ public:
         prctl(PR_SET_NAME, ownName);
         m_deadline = Clock::now() + m_command.startTimeout;
         m_log.setReader([this](std::string_view line) { noteServer(line); });
-        m_log.setConfirmation([this] { return m_routes.checkUp(m_pid); });
+        m_log.setConfirmation([this] { return confirm(); });
         while (copyOutput()) {
         }
         return end();
@@ -183,6 +185,13 @@ private:
         kill(m_pid, SIGKILL);
     }
 
+    Result<> confirm() {
+        if (auto checked = m_routes.checkUp(m_pid); !checked) {
+            return checked;
+        }
+        return m_openings.openForDevice(m_routes.device());
+    }
+
     void checkRoutes() {
         if (const auto checked = m_routes.checkChanges(); !checked && m_reason.empty()) {
             m_log.addOwnLine(checked.error());
@@ -225,6 +234,7 @@ private:
     const OpenVpnCommand &m_command;
     TunnelLog &m_log;
     SessionRoutes &m_routes;
+    const LockOpenings &m_openings;
     FileDescriptor m_whileRunning;
     FileDescriptor m_output;
     FileDescriptor m_signals;
@@ -239,8 +249,8 @@ private:
 } // namespace
 
 std::string supervise(const OpenVpnCommand &command, TunnelLog &log, SessionRoutes &routes,
-                      FileDescriptor whileRunning) {
-    return Child(command, log, routes, std::move(whileRunning)).run();
+                      const LockOpenings &openings, FileDescriptor whileRunning) {
+    return Child(command, log, routes, openings, std::move(whileRunning)).run();
 }
 
 } // namespace quorvane::guard

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LockOpenings.h"
 #include "SessionRoutes.h"
 #include "TunnelLog.h"
 #include "common/FileDescriptor.h"
@@ -23,11 +24,11 @@ struct OpenVpnCommand {
 /// Runs OpenVPN until it ends and copies its output to the log. Returns how it ended, as a text for the log.
 ///
 /// OpenVPN is a child that dies with this process. This process changes its own name meanwhile, so that a
-/// kill by name meets OpenVPN alone. A tunnel counts as up only when `routes` confirms it, and OpenVPN is
-/// killed when a change of the routes leads past it: a kill is the fastest end, and `routes` restores what
-/// OpenVPN leaves. SIGTERM and SIGINT are passed on to OpenVPN. `whileRunning` is closed as
-/// soon as OpenVPN has ended.
+/// kill by name meets OpenVPN alone. A tunnel counts as up only when `routes` confirms it and a closed
+/// network lock is open for its device, and OpenVPN is killed when a change of the routes leads past it: a
+/// kill is the fastest end, and `routes` restores what OpenVPN leaves. SIGTERM and SIGINT are passed on to
+/// OpenVPN. `whileRunning` is closed as soon as OpenVPN has ended.
 [[nodiscard]] std::string supervise(const OpenVpnCommand &command, TunnelLog &log, SessionRoutes &routes,
-                                    FileDescriptor whileRunning);
+                                    const LockOpenings &openings, FileDescriptor whileRunning);
 
 } // namespace quorvane::guard

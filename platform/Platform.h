@@ -8,13 +8,16 @@
 
 namespace quorvane::platform {
 
+class Appearance;
 class AuthorizationService;
 class BackgroundWork;
+class ControlService;
 class DelayedCalls;
 class HardwareRegistry;
 class HotKeyService;
 class KeyStore;
 class LogSink;
+class NetworkLock;
 class NetworkReachability;
 class NotificationCenter;
 class PreferencesStore;
@@ -55,6 +58,7 @@ struct Platform {
     std::unique_ptr<AuthorizationService> authorization;
     std::unique_ptr<KeyStore> keyStore;
     std::unique_ptr<NetworkReachability> reachability;
+    std::unique_ptr<NetworkLock> networkLock;
     std::unique_ptr<HardwareRegistry> hardware;
     std::unique_ptr<HotKeyService> hotKeys;
     std::unique_ptr<ProcessTable> processes;
@@ -62,6 +66,8 @@ struct Platform {
     std::unique_ptr<TunnelWatch> tunnelWatch;
     std::unique_ptr<UrlLoader> urls;
     std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<Appearance> appearance;
+    std::unique_ptr<ControlService> control;
     /// The last member, because its work uses the others: it is destroyed first, when all work has ended.
     std::unique_ptr<BackgroundWork> background;
 

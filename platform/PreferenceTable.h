@@ -40,6 +40,9 @@ enum class Preference {
     ShowLogs,
     RestoresDns,
     DnsBefore,
+    NetworkLock,
+    LockHomeNetwork,
+    Appearance,
 };
 
 enum class PreferenceType { Text, Integer, Boolean };
@@ -203,6 +206,24 @@ inline constexpr std::array preferenceTable = {
                     {},
                     false,
                     "name servers from before the first change: `service=words` joined by \"|\""},
+    PreferenceEntry{Preference::NetworkLock,
+                    "networkLock",
+                    PreferenceType::Boolean,
+                    {},
+                    false,
+                    "whether traffic outside the tunnel is blocked while hiding"},
+    PreferenceEntry{Preference::LockHomeNetwork,
+                    "lockHomeNetwork",
+                    PreferenceType::Boolean,
+                    {},
+                    false,
+                    "whether the home network is blocked then, too"},
+    PreferenceEntry{Preference::Appearance,
+                    "appearance",
+                    PreferenceType::Integer,
+                    {},
+                    false,
+                    "1 for dark windows, 2 for light ones, any other number for the desktop's choice"},
 };
 
 [[nodiscard]] constexpr const PreferenceEntry &entryOf(Preference preference) {
@@ -221,7 +242,7 @@ inline constexpr std::array preferenceTable = {
             return false;
         }
     }
-    return preferenceTable.back().preference == Preference::DnsBefore;
+    return preferenceTable.back().preference == Preference::Appearance;
 }
 
 static_assert(isInOrder());

@@ -11,6 +11,8 @@ public:
 
     /// Opens the address in the user's browser. False when the request could not be made.
     virtual bool openUrl(const QString &url) = 0;
+    /// The same for a page that is a file of the program.
+    virtual bool openPage(const QString &path) = 0;
     /// Makes this process the only running copy of the program for this user. False when another copy is
     /// running. The state lasts until the process ends in any way.
     [[nodiscard]] virtual bool acquireSingleInstance(const QString &identifier) = 0;

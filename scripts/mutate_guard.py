@@ -46,8 +46,10 @@ CHANGES = {
         ("looked.insert(changes.added.begin(), changes.added.end());", ""),
         ("!changes.isIncomplete &&", ""),
         ("m_routing.remove(route);", ""),
-        ("m_routing.add(route);", ""),
+        ("repair.add) {\n        m_routing.add(route);", "repair.add) {"),
+        ("m_routing.add(route); // refused", "// refused"),
         ("m_carriesAll = carriesAll(now.value(), m_tunnel.device);", ""),
+        ("        changes.isIncomplete || std::ranges", "        std::ranges"),
     ],
     "guard/RouteRecord.cpp": [
         ("reader.field() != placeOfRecord()", "reader.field().empty()"),
@@ -55,6 +57,7 @@ CHANGES = {
             "O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600",
             "O_WRONLY | O_CREAT | O_CLOEXEC, 0644",
         ),
+        ("checkSum != checkSumOf(reader.rest())", "checkSum.empty()"),
     ],
     "guard/Caller.cpp": [
         ("state.st_uid == root || state.st_uid == caller", "true"),
@@ -75,6 +78,7 @@ CHANGES = {
         ("caller && file.owner == *caller", "bool(caller)"),
         ("file.value().owner != owner", "false"),
         ("O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600", "O_RDWR | O_CREAT | O_CLOEXEC, 0600"),
+        ("    openings.close();\n    routes.restore();", "    routes.restore();"),
     ],
     "guard/Files.cpp": [
         ("!S_ISREG(state.st_mode)", "false"),
@@ -85,14 +89,25 @@ CHANGES = {
         ("if (m_deadline && Clock::now() >= *m_deadline) {", "if (m_deadline && ready == 0) {"),
         ("prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 &&", ""),
         ("prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);", ""),
+        ("return m_openings.openForDevice(m_routes.device());", "return {};"),
     ],
     "guard/Configuration.cpp": [
-        ("line.size() >= lineBufferSize", "false"),
+        ("m_markSize + line.size() >= lineBufferSize", "false"),
+        ("m_markSize + line.size() >= lineBufferSize", "line.size() >= lineBufferSize"),
         ("line.find('\\0') != std::string_view::npos", "false"),
         ("if (character == '\\\\') {", "if (false) {"),
         ("quote != '\\0' && position == rest.size()", "false"),
         ("tokens.size() == maximumTokens", "false"),
         ('text.find_first_not_of(" \\t") != std::string_view::npos', "false"),
+    ],
+    "guard/LockOpenings.cpp": [
+        ("if (access(m_note.c_str(), F_OK) != 0) {", "if (false) {"),
+        ("if (!host || host->family != AF_INET) {", "if (!host) {"),
+        ("tokens.size() > 2 ? std::set{tokens[2]} : ways.ports", "ways.ports"),
+        ("tokens.size() > 3 ? std::set{familyOf(tokens[3])} : ways.protocols", "ways.protocols"),
+        ('return run(flushed("tunnels") + flushed("servers") +\n', 'return run(flushed("servers") +\n'),
+        ('return run(flushed("tunnels") + added(', "return run(added("),
+        ("if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {", "if (false) {"),
     ],
 }
 

@@ -35,7 +35,29 @@ public:
 
     static QString stopTitle() { return tr("Stop Hiding IP"); }
 
+    static QString hideHint(const SessionFacts &facts) {
+        if (!isPressable(facts)) {
+            return tr("Cannot be pressed at the moment");
+        }
+        return facts.switchedOn ? tr("Stops hiding your real IP") : tr("Hides your real IP");
+    }
+
     static QString addressNotice() { return tr("No answer through the tunnel yet"); }
+
+    static QString step(int number) {
+        switch (number) {
+        case 1:
+            return tr("Step 1 of 3: checking the administrator");
+        case 2:
+            return tr("Step 2 of 3: getting a configuration");
+        default:
+            return tr("Step 3 of 3: starting the tunnel");
+        }
+    }
+
+    static QString firstUse() { return tr("Choose a location, then press Quorvane."); }
+
+    static QString lockNotice() { return tr("Traffic outside the tunnel is blocked."); }
 
     static QString refreshHint() { return tr("Locations can be refreshed while your IP is not hidden."); }
 };
@@ -69,6 +91,28 @@ Look trueLook(const SessionFacts &facts) {
     return facts.lost && facts.look == Look::Hidden ? Look::NotHidden : facts.look;
 }
 
+/// The step of an attempt that is under way, from 1; 0 if none is, or if an address is still hidden.
+int stepOf(Phase phase, Look look) {
+    switch (look == Look::Hidden ? Phase::Hidden : phase) {
+    case Phase::Checking:
+        return 1;
+    case Phase::Fetching:
+        return 2;
+    case Phase::Connecting:
+        return 3;
+    case Phase::Starting:
+    case Phase::NotHidden:
+    case Phase::Dropped:
+    case Phase::Waiting:
+    case Phase::Unusable:
+    case Phase::Unconfigured:
+    case Phase::Hidden:
+    case Phase::Ended:
+        return 0;
+    }
+    return 0;
+}
+
 /// The attempt waits for an action of the user, who can stop it.
 bool waitsForUser(Phase phase) {
     return phase == Phase::Waiting || phase == Phase::Unconfigured;
@@ -86,6 +130,26 @@ QString DisplayState::stopTitle() {
 
 bool isPressable(const SessionFacts &facts) {
     return facts.controls || waitsForUser(facts.phase);
+}
+
+bool isAtRest(const SessionFacts &facts) {
+    switch (facts.phase) {
+    case Phase::Starting:
+    case Phase::NotHidden:
+    case Phase::Unusable:
+        return true;
+    case Phase::Dropped:
+        return trueLook(facts) != Look::Hidden;
+    case Phase::Checking:
+    case Phase::Fetching:
+    case Phase::Waiting:
+    case Phase::Connecting:
+    case Phase::Unconfigured:
+    case Phase::Hidden:
+    case Phase::Ended:
+        return false;
+    }
+    return false;
 }
 
 bool isTunnelInUse(const SessionFacts &facts) {
@@ -120,12 +184,22 @@ DisplayState displayOf(const SessionFacts &facts) {
     state.look = look;
     state.line1 = {Texts::status(look, facts.realAddress), toneOf(look), true};
     state.line21.visible = isHidden;
-    state.line22 = {LocationList::shownTitle(facts.location), Tone::Plain, isHidden};
+    state.line22 = {LocationList::shownTitle(facts.location, facts.flag), Tone::Plain, isHidden};
     if (waitsForUser(facts.phase)) {
         state.line3 = {Texts::notice(facts.phase), Tone::Quiet, true};
     }
+    if (const int step = stepOf(facts.phase, look); step > 0) {
+        state.stepLine = {Texts::step(step), Tone::Quiet, true};
+        state.timed = true;
+    } else if (facts.firstUse && facts.phase == Phase::NotHidden) {
+        state.stepLine = {Texts::firstUse(), Tone::Plain, true};
+    }
     if (isHidden && facts.addressMissing) {
         state.addressNotice = {Texts::addressNotice(), Tone::Quiet, true};
+    }
+    if (facts.locked) {
+        state.lockNotice = {Texts::lockNotice(), Tone::Quiet, true};
+        state.liftVisible = isAtRest(facts);
     }
     state.currentIp = isLost ? facts.realAddress : facts.shownAddress;
     state.flagImage = isLost ? QString() : facts.flag;
@@ -135,7 +209,7 @@ DisplayState displayOf(const SessionFacts &facts) {
     state.trayImage = facts.frame.isNull() ? still : facts.frame;
     state.spinning = !facts.answered;
     state.hideButton = {facts.buttonStops ? DisplayState::stopTitle() : DisplayState::hideTitle(), pressable,
-                        facts.switchedOn};
+                        facts.switchedOn, Texts::hideHint(facts)};
     state.hideItem = {facts.itemStops ? DisplayState::stopTitle() : DisplayState::hideTitle(), pressable};
     state.advancedEnabled = facts.settingsEnabled;
     state.changeIpVisible = isHidden;

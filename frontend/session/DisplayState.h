@@ -26,6 +26,7 @@ struct DisplayState {
         QString title;
         bool enabled = false;
         bool on = false;
+        QString hint; ///< what a press does
         bool operator==(const Button &) const = default;
     };
 
@@ -38,8 +39,12 @@ struct DisplayState {
     Look look = Look::NotHidden; ///< for texts about the whole state: tooltip, accessible name
     Line line1, line21, line22, line3, line4;
     Line addressNotice; ///< over the address
-    QString currentIp;  ///< exactly as shown, a trailing line feed included
-    QString flagImage;  ///< name of the flag's image; null when cleared
+    Line stepLine;      ///< which step of an attempt is under way, or what to do first
+    bool timed = false; ///< the step line is followed by the seconds since the search began
+    Line lockNotice;
+    bool liftVisible = false; ///< whether the network lock can be lifted
+    QString currentIp;        ///< exactly as shown, a trailing line feed included
+    QString flagImage;        ///< name of the flag's image; null when cleared
     bool flagVisible = false;
     QString stateImage;
     QString trayImage;
@@ -69,6 +74,9 @@ struct DisplayState {
 
 /// Whether the hide button and the hide item can be pressed.
 [[nodiscard]] bool isPressable(const SessionFacts &facts);
+
+/// Whether nothing is hidden and no attempt is under way, so that the network lock can be lifted.
+[[nodiscard]] bool isAtRest(const SessionFacts &facts);
 
 /// Whether a tunnel is up or about to be started, so that the address that the service sees may be a lent
 /// one.

@@ -14,6 +14,7 @@
 #include "frontend/support/Preferences.h"
 #include "frontend/support/SessionLog.h"
 #include "platform/DelayedCalls.h"
+#include "platform/NetworkLock.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -49,16 +50,24 @@ HideIpSession::~HideIpSession() {
     cancelChangeTimer();
     stopWatching();
     platform::Platform::current().delayedCalls->cancelAll(&m_resetTimer);
+    platform::Platform::current().networkLock->setObserver({});
     m_parts.vpn.setDelegate(nullptr);
 }
 
 void HideIpSession::begin(const std::function<void()> &cleared) {
     m_facts.requiresUs = Preferences::boolean(Preference::RequireUs);
+    m_facts.firstUse = Preferences::text(Preference::VpnConfigPath).isEmpty();
     m_parts.animation.start();
     settingsDidChange();
     m_parts.events.post([this, cleared]() -> Task<> {
         co_await m_parts.vpn.stopVpn();
+        watchLock();
+        m_facts.locked = NetworkLock::isClosed();
+        publish();
         cleared();
+        if (m_facts.locked) {
+            post(&HideIpSession::askAboutLock);
+        }
     });
 }
 
@@ -66,6 +75,7 @@ void HideIpSession::end(const std::function<void()> &ended) {
     m_parts.events.closeWith([this, ended]() -> Task<> {
         enter(Phase::Ended);
         co_await endTunnel();
+        co_await liftLockAtEnd();
         co_await NameServers::putBackAfterSession(m_parts.events);
         ended();
     });
@@ -83,6 +93,10 @@ void HideIpSession::stopQuorvane() {
     post(&HideIpSession::stop);
 }
 
+void HideIpSession::stopHotKeyPressed() {
+    post(&HideIpSession::stopByUser);
+}
+
 void HideIpSession::quorvaneMenuItemPressed() {
     m_parts.events.post([this]() -> Task<> {
         co_await press(!m_facts.switchedOn);
@@ -91,7 +105,11 @@ void HideIpSession::quorvaneMenuItemPressed() {
 }
 
 void HideIpSession::getNewIP() {
-    post(&HideIpSession::beginAttempt);
+    m_parts.events.post([this]() -> Task<> {
+        cancelWaitingReset();
+        co_await beginAttempt();
+        publish();
+    });
 }
 
 void HideIpSession::showIp() {
@@ -178,6 +196,7 @@ void HideIpSession::enter(Phase phase) {
         break;
     case Phase::Hidden:
         m_facts.look = Look::Hidden;
+        m_facts.firstUse = false;
         m_facts.controls = m_facts.buttonStops = true;
         break;
     }
@@ -203,10 +222,21 @@ Task<> HideIpSession::administratorDialog() {
 }
 
 Task<> HideIpSession::press(bool on) {
+    if (!on) {
+        m_lentBefore.clear();
+    }
+    co_await turn(on);
+    if (!on && m_facts.phase == Phase::NotHidden) {
+        co_await liftLock();
+    }
+}
+
+Task<> HideIpSession::turn(bool on) {
     m_failures = 0;
     m_losses = 0;
     m_reconnects = false;
     m_parts.vpn.forgetRefusal();
+    cancelWaitingReset();
     m_facts.switchedOn = on;
     publish();
     if (!m_parts.api.inetConnect()) {
@@ -251,6 +281,12 @@ Task<> HideIpSession::hide() {
 
 Task<> HideIpSession::stop() {
     if (shared().hidden && isPressable(m_facts)) {
+        co_await turn(false); // a closed network lock stays closed
+    }
+}
+
+Task<> HideIpSession::stopByUser() {
+    if (shared().hidden && isPressable(m_facts)) {
         co_await press(false);
     }
 }
@@ -271,6 +307,9 @@ Task<> HideIpSession::beginAttempt() {
         // Not resumed after the dialog, which starts a new attempt itself.
         enter(Phase::Dropped);
         co_await administratorDialog();
+        co_return;
+    }
+    if (!co_await lockForAttempt()) {
         co_return;
     }
     enter(Phase::Fetching);
@@ -397,20 +436,26 @@ void HideIpSession::putBackServersLater() {
 }
 
 Task<> HideIpSession::endTunnel() {
-    cancelChangeTimer();
-    stopWatching();
+    stopTimers();
     co_await m_parts.vpn.stopVpn();
-    m_facts.tunnelRuns = m_parts.vpn.sameRefusals() > 0;
-    if (m_facts.tunnelRuns && m_facts.look == Look::Hidden) {
-        watchTunnel(); // it is shown as before, and may have ended meanwhile
-    }
-    publish();
+    tunnelWasEnded();
 }
 
 Task<> HideIpSession::reset() {
+    dropAttempt();
+    co_await endTunnel();
+    if (m_parts.vpn.sameRefusals() == 0) {
+        cancelWaitingReset(); // this reset did all that it would do; later it would end another attempt
+    }
+    showReset();
+}
+
+void HideIpSession::dropAttempt() {
     ++m_attempt;
     m_reconnects = false;
-    co_await endTunnel();
+}
+
+void HideIpSession::showReset() {
     forgetLentAddress();
     m_facts.copyEnabled = false;
     shared().hidden = false;
@@ -440,10 +485,9 @@ Task<> HideIpSession::resetAfterRefusal() {
     });
 }
 
-void HideIpSession::stopWatching() {
-    platform::Platform::current().tunnelWatch->stop();
-    platform::Platform::current().delayedCalls->cancelAll(&m_addressTimer);
-    platform::Platform::current().delayedCalls->cancelAll(&m_stableTimer);
+void HideIpSession::cancelWaitingReset() {
+    platform::Platform::current().delayedCalls->cancelAll(&m_resetTimer);
+    m_resetWaits = false;
 }
 
 void HideIpSession::stopAnimation() {

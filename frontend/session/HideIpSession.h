@@ -3,6 +3,7 @@
 #include "DisplayState.h"
 #include "LocationChooser.h"
 #include "frontend/api/QrvAPI.h"
+#include "frontend/privileges/NetworkLock.h"
 #include "frontend/support/EventQueue.h"
 #include "frontend/tunnel/Vpn.h"
 #include "platform/TunnelWatch.h"
@@ -80,7 +81,10 @@ public:
     /// The hide button was pressed, by the user or by the program, and is on or off now.
     void quorvaneButtonPressed(bool on);
     void quorvane();
+    /// Ends a tunnel that is shown, before another one is started.
     void stopQuorvane() override;
+    /// The user stops hiding by a key.
+    void stopHotKeyPressed();
     void quorvaneMenuItemPressed();
     void changeIpMenuItemPressed();
     void changeIpButtonPressed();
@@ -92,6 +96,8 @@ public:
     /// Requests the server list again, after a request that is under way. Not while a tunnel is in use,
     /// because the answer contains the address that the service sees, which is shown as the real one.
     void refreshLocationsPressed();
+    /// Lifts the network lock, unless an attempt is under way or a tunnel is shown.
+    void liftLockPressed();
 
     // What comes from outside.
 
@@ -154,9 +160,12 @@ private:
     [[nodiscard]] bool current(quint64 attempt) const { return attempt == m_attempt; }
 
     // The attempt, in the order of its steps (HideIpSession.cpp).
+    /// By the user, or in their place: a stop lifts the network lock.
     [[nodiscard]] Task<> press(bool on);
+    [[nodiscard]] Task<> turn(bool on);
     [[nodiscard]] Task<> hide();
     [[nodiscard]] Task<> stop();
+    [[nodiscard]] Task<> stopByUser();
     [[nodiscard]] Task<> beginAttempt();
     [[nodiscard]] Task<> pickAndFetch();
     [[nodiscard]] Task<> startTunnel();
@@ -165,8 +174,15 @@ private:
     /// Puts the name servers back, if the user wants that, unless a new attempt has begun by then.
     void putBackServersLater();
     [[nodiscard]] Task<> endTunnel();
+    /// Returns to not hidden. The steps beside endTunnel() are those of a lost tunnel too.
     [[nodiscard]] Task<> reset();
+    void dropAttempt();
+    void stopTimers();
+    void tunnelWasEnded();
+    void showReset();
     [[nodiscard]] Task<> resetAfterRefusal();
+    /// The user's own choice, and a reset that ended the tunnel, make the one that waits needless.
+    void cancelWaitingReset();
     void disableControls();
     /// The request of an attempt was answered.
     [[nodiscard]] Task<> fetchEnded(quint64 attempt, bool stored);
@@ -180,6 +196,8 @@ private:
     // A tunnel that is up (HideIpSessionTunnel.cpp).
     [[nodiscard]] Task<> tunnelIsUp();
     void showLentAddress(const QString &lentIp);
+    /// Notifies the user of another lent address than the one before, unless the user stopped in between.
+    void notifyChange();
     void watchTunnel();
     /// At once, whatever is being handled: nothing is hidden any more.
     void showLoss(quint64 tunnel, platform::TunnelLoss loss);
@@ -188,6 +206,19 @@ private:
     /// Beside the queue, because nothing waits for the result.
     void readAddressLater(double seconds);
     [[nodiscard]] Task<> addressWasRead(quint64 tunnel, QString lentIp, double seconds);
+
+    // The network lock (HideIpSessionLock.cpp).
+    void watchLock();
+    [[nodiscard]] Task<> lockChanged();
+    /// Closes the lock, or renews it, if the user wants one. False when that failed, which ends the attempt.
+    [[nodiscard]] Task<bool> lockForAttempt();
+    [[nodiscard]] Task<> liftLock();
+    [[nodiscard]] Task<> liftLockAtRest();
+    [[nodiscard]] Task<> liftLockAtEnd();
+    /// Null when it is lifted, else why it is not.
+    [[nodiscard]] Task<QString> tryToLiftLock();
+    /// An earlier run has left the lock closed.
+    [[nodiscard]] Task<> askAboutLock();
 
     // Rotation (HideIpSessionRotation.cpp).
     /// Stops and starts again: one step for the button and the timer.
@@ -213,18 +244,23 @@ private:
     [[nodiscard]] Task<> requestList();
 
     SessionParts m_parts;
+    NetworkLock m_lock;
     const DiscardedAddresses *m_discarded = nullptr;
     SessionFacts m_facts;
     DisplayState m_display;
     /// Of the present attempt; grows with every attempt, reset and last failure.
     quint64 m_attempt = 0;
     quint64 m_fetchAttempt = 0;
+    /// Of the tunnel that is or was last watched.
+    RunningProcesses::Found m_tunnelProcesses;
     /// How many tunnels were started, now and when the list was last requested by the user.
     quint64 m_tunnelStarts = 0;
     quint64 m_startsAtRequest = 0;
     int m_failures = 0;
     /// The attempt follows a lost tunnel: it is retried whatever the location is.
     bool m_reconnects = false;
+    /// The last lent address; empty after a stop by the user.
+    QString m_lentBefore;
     /// Losses in a row after which the tunnel was started again.
     int m_losses = 0;
     /// Refused kills whose resets were seen to.

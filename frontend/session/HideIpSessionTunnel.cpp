@@ -1,6 +1,7 @@
 // The session's events while a tunnel is up.
 #include "HideIpSession.h"
 
+#include "LocationList.h"
 #include "LocationRotation.h"
 #include "SessionState.h"
 #include "SessionWindow.h"
@@ -53,6 +54,20 @@ Task<> HideIpSession::tunnelIsUp() {
     if (m_facts.addressMissing) {
         readAddressLater(firstAddressSeconds);
     }
+    notifyChange();
+}
+
+void HideIpSession::notifyChange() {
+    const QString lent = m_facts.shownAddress.trimmed();
+    if (lent.isEmpty()) {
+        return;
+    }
+    if (!m_lentBefore.isEmpty() && lent != m_lentBefore) {
+        services().workspace->notify(
+            tr("Your IP was changed"),
+            tr("%1, %2").arg(lent, LocationList::shownTitle(m_facts.location, m_facts.flag)));
+    }
+    m_lentBefore = lent;
 }
 
 void HideIpSession::showLentAddress(const QString &lentIp) {
@@ -77,14 +92,34 @@ void HideIpSession::showLentAddress(const QString &lentIp) {
 }
 
 void HideIpSession::watchTunnel() {
-    const RunningProcesses::Found own = m_parts.vpn.ownProcesses();
-    if (own.seesAll && own.ids.isEmpty()) {
+    m_tunnelProcesses = m_parts.vpn.ownProcesses();
+    if (m_tunnelProcesses.seesAll && m_tunnelProcesses.ids.isEmpty()) {
         showLoss(m_tunnelStarts, platform::TunnelLoss::ProcessEnded); // after the tunnel came up
         return;
     }
     services().delayedCalls->callAfter(stableSeconds, &m_stableTimer, [this] { m_losses = 0; });
     services().tunnelWatch->watch(
-        own.ids, [this, tunnel = m_tunnelStarts](platform::TunnelLoss loss) { showLoss(tunnel, loss); });
+        m_tunnelProcesses.ids,
+        [this, tunnel = m_tunnelStarts](platform::TunnelLoss loss) { showLoss(tunnel, loss); });
+}
+
+void HideIpSession::stopWatching() {
+    platform::Platform::current().tunnelWatch->stop();
+    platform::Platform::current().delayedCalls->cancelAll(&m_addressTimer);
+    platform::Platform::current().delayedCalls->cancelAll(&m_stableTimer);
+}
+
+void HideIpSession::stopTimers() {
+    cancelChangeTimer();
+    stopWatching();
+}
+
+void HideIpSession::tunnelWasEnded() {
+    m_facts.tunnelRuns = m_parts.vpn.sameRefusals() > 0;
+    if (m_facts.tunnelRuns && m_facts.look == Look::Hidden) {
+        watchTunnel(); // it is shown as before, and may have ended meanwhile
+    }
+    publish();
 }
 
 void HideIpSession::showLoss(quint64 tunnel, platform::TunnelLoss loss) {
@@ -109,9 +144,15 @@ Task<> HideIpSession::tunnelWasLost(quint64 tunnel, platform::TunnelLoss loss) {
     shared().hidden = false;
     enter(Phase::NotHidden);
     // When OpenVPN ends, its device and its routes go a moment before.
-    const bool hasEnded = co_await m_parts.vpn.ownProcessesEnded();
+    const auto end = m_parts.vpn.haveEnded(m_tunnelProcesses);
+    const bool hasEnded = co_await end;
     const int losses = m_losses + 1;
-    co_await reset(); // ends what is left of the tunnel
+    dropAttempt();
+    stopTimers();
+    const auto rest = m_parts.vpn.stopLostVpn(m_tunnelProcesses);
+    co_await rest;
+    tunnelWasEnded();
+    showReset();
     reportLoss(hasEnded ? platform::TunnelLoss::ProcessEnded : loss);
     if (losses > retries || Preferences::boolean(Preference::NoReconnect)) {
         putBackServersLater();
@@ -153,6 +194,7 @@ Task<> HideIpSession::addressWasRead(quint64 tunnel, QString lentIp, double seco
         readAddressLater(std::min(2 * seconds, longestAddressSeconds));
     } else {
         showLentAddress(lentIp);
+        notifyChange();
     }
 }
 

@@ -57,12 +57,13 @@ void offerFunctionKeys(std::vector<HotKeyTable::Offer> &list, const QString &mod
     }
 }
 
-std::vector<HotKeyTable::Offer> makeOffers() {
+} // namespace
+
+std::vector<HotKeyTable::Offer> HotKeyTable::offers() {
     const QString command = QCoreApplication::translate("HotKeyTable", "Cmd + %1");
     const QString control = QCoreApplication::translate("HotKeyTable", "Ctrl + %1");
     const QString shift = QCoreApplication::translate("HotKeyTable", "Shift + %1");
-    std::vector<HotKeyTable::Offer> list = {
-        {QCoreApplication::translate("HotKeyTable", "None"), HotKeyTable::none}};
+    std::vector<Offer> list = {{QCoreApplication::translate("HotKeyTable", "None"), none}};
     offerDigits(list, command, 1);
     offerFunctionKeys(list, command, 10);
     qint32 arrowTag = 27;
@@ -72,13 +73,6 @@ std::vector<HotKeyTable::Offer> makeOffers() {
     offerDigits(list, control, 31);
     offerFunctionKeys(list, control, 40);
     offerFunctionKeys(list, shift, 56);
-    return list;
-}
-
-} // namespace
-
-const std::vector<HotKeyTable::Offer> &HotKeyTable::offers() {
-    static const std::vector<Offer> list = makeOffers();
     return list;
 }
 

@@ -28,8 +28,8 @@ struct Offer {
 };
 
 /// The user's choices, in order; "None" first. The tags have gaps: no family has an F8, and only Command has
-/// the arrow keys. The labels are in the language that was set at the first call.
-[[nodiscard]] const std::vector<Offer> &offers();
+/// the arrow keys. The labels are in the language of the moment.
+[[nodiscard]] std::vector<Offer> offers();
 
 /// The combination with this tag; absent for "None" and for tags outside every family. A tag in a gap of a
 /// family has that family's modifier and key code 0.

@@ -1,5 +1,7 @@
 #include "LocationList.h"
 
+#include "frontend/support/CountryNames.h"
+#include "frontend/support/Translations.h"
 #include "frontend/support/UnicodeText.h"
 
 #include <algorithm>
@@ -91,11 +93,11 @@ QString LocationList::shownText(int row) const {
     if (rowAt(row).group == noGroup) {
         return tr("Random Location");
     }
-    return shownTitle(title(row));
+    return shownTitle(title(row), countryCode(row));
 }
 
-QString LocationList::shownTitle(const QString &title) {
-    QString text = title.left(shownCharacters);
+QString LocationList::shownTitle(const QString &title, const QString &countryCode) {
+    QString text = CountryNames::inTitle(title, countryCode, Translations::shown()).left(shownCharacters);
     if (!text.isEmpty() && text.back().isHighSurrogate()) {
         text.chop(1);
     }

@@ -28,8 +28,8 @@ public:
     /// Characters of a title that are shown.
     static constexpr qsizetype shownCharacters = 200;
 
-    /// The title, not too long to be shown.
-    [[nodiscard]] static QString shownTitle(const QString &title);
+    /// The title with the country of this code in the user's language, and not too long to be shown.
+    [[nodiscard]] static QString shownTitle(const QString &title, const QString &countryCode);
 
     explicit LocationList(QObject *parent = nullptr);
 
@@ -50,7 +50,7 @@ public:
     [[nodiscard]] bool isFull(int row) const;
     /// The group's country code as the service sent it; empty for row 0.
     [[nodiscard]] QString countryCode(int row) const;
-    /// The title as it is shown: that of row 0 in the user's language, and not too long.
+    /// The title as it is shown: row 0 and the country in the user's language, and not too long.
     [[nodiscard]] QString shownText(int row) const;
 
     /// Replaces the rows by new ones for the groups that have an address that is not discarded, and selects

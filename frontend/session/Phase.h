@@ -15,15 +15,15 @@ enum class Phase {
     /// user sees the warning, the spinner and disabled controls.
     Starting,
     /// No attempt and no tunnel. May arrive: everything that begins an attempt, and answers. The user sees
-    /// the
-    /// warning and enabled controls.
+    /// the warning and enabled controls; while the network lock is closed, a notice with a button to lift it.
     NotHidden,
-    /// An attempt begins: the administrator's pair is being tested, which holds the queue. The user sees what
-    /// there was before; a press of the button has disabled the controls.
+    /// An attempt begins: the administrator's pair is being tested and the network lock closed, if it is
+    /// wanted, which holds the queue. The user sees what there was before; a press of the button has disabled
+    /// the controls.
     Checking,
     /// The pair was not valid: its dialog is open or was closed, and the attempt is not resumed. May arrive:
-    /// the
-    /// reset that follows a refused command, answers, the dialog's start. The user sees the same as before.
+    /// the reset that follows a refused command, answers, the dialog's start. The user sees the same as
+    /// before.
     Dropped,
     /// A location was picked and its configuration is being requested. May arrive: its result. The user sees
     /// the search with disabled controls, from here to Connecting.

@@ -27,6 +27,10 @@ struct SessionFacts {
     bool lost = false;
     /// The tunnel is up, and no address has been read through it yet.
     bool addressMissing = false;
+    /// No address was ever lent to this user.
+    bool firstUse = false;
+    /// The network lock is closed: nothing but a tunnel can be reached.
+    bool locked = false;
     /// What the user switched last, or the program in their place.
     bool switchedOn = false;
     /// The titles of the hide button and of the hide item offer to stop.

@@ -2,7 +2,7 @@
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
-#include <QLocale>
+#include <QPointer>
 #include <QTranslator>
 #include <memory>
 
@@ -15,9 +15,23 @@ bool needsNoCatalogue(const QString &language) {
     return known == QLocale::English || known == QLocale::C;
 }
 
-bool installCatalogue(QCoreApplication &application, const QString &name, const QString &folder) {
+/// Returns the catalogue, which the application owns; null if there is none that can be used.
+QTranslator *installCatalogue(QCoreApplication &application, const QString &name, const QString &folder) {
     auto catalogue = std::make_unique<QTranslator>(&application);
-    return catalogue->load(name, folder) && QCoreApplication::installTranslator(catalogue.release());
+    const bool isInstalled =
+        catalogue->load(name, folder) && QCoreApplication::installTranslator(catalogue.get());
+    return isInstalled ? catalogue.release() : nullptr;
+}
+
+/// The catalogue of our own texts and its language.
+struct Shown {
+    QPointer<QTranslator> catalogue;
+    QString language;
+};
+
+Shown &shownCatalogue() {
+    static Shown shown;
+    return shown;
 }
 
 } // namespace
@@ -35,13 +49,20 @@ QString Translations::install(QCoreApplication &application, const QStringList &
         }
         QString suffix = u'_' + language;
         suffix.replace(u'-', u'_'); // with this form Qt also searches for the language without its country
-        if (installCatalogue(application, QStringLiteral("quorvane") + suffix, folder)) {
+        QTranslator *catalogue = installCatalogue(application, QStringLiteral("quorvane") + suffix, folder);
+        if (catalogue != nullptr) {
+            shownCatalogue() = {catalogue, language};
             installCatalogue(application, QStringLiteral("qtbase") + suffix,
                              QLibraryInfo::path(QLibraryInfo::TranslationsPath));
             return language;
         }
     }
     return {};
+}
+
+QLocale Translations::shown() {
+    const Shown &shown = shownCatalogue();
+    return shown.catalogue ? QLocale(shown.language) : QLocale::c();
 }
 
 } // namespace quorvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLocale>
 #include <QStringList>
 
 class QCoreApplication;
@@ -18,6 +19,10 @@ namespace Translations {
 /// comes before every language with a catalogue. A missing or broken catalogue is skipped. Opens no file when
 /// English comes first. Main thread, before any window is created.
 QString install(QCoreApplication &application, const QStringList &languages, const QString &folder);
+
+/// The locale of the texts that are shown: of the installed catalogue, else the C locale, which is English.
+/// Main thread.
+[[nodiscard]] QLocale shown();
 
 } // namespace Translations
 

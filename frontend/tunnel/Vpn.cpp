@@ -61,11 +61,25 @@ Task<> Vpn::startVpn() {
 }
 
 Task<> Vpn::stopVpn() {
+    stopReading();
+    co_await launchSettled();
+    co_await terminatevpn();
+}
+
+Task<> Vpn::stopLostVpn(RunningProcesses::Found processes) {
+    const RunningProcesses::Found running = m_processes.find(processName);
+    if (!processes.seesAll || !running.seesAll || running.ids.intersects(processes.ids)) {
+        co_await stopVpn();
+        co_return;
+    }
+    stopReading();
+    m_sameRefusals = 0;
+}
+
+void Vpn::stopReading() {
     m_needReadLog = false;
     ++m_run;
     services().delayedCalls->cancelAll(this);
-    co_await launchSettled();
-    co_await terminatevpn();
 }
 
 Task<bool> Vpn::configVpn() {
@@ -132,14 +146,18 @@ RunningProcesses::Found Vpn::ownProcesses() const {
     return found;
 }
 
-Task<bool> Vpn::ownProcessesEnded() {
-    auto wait = [this] {
-        RunningProcesses::Found own = ownProcesses();
-        for (int look = 0; look < maximumEndLooks && !own.ids.isEmpty(); ++look) {
+Task<bool> Vpn::haveEnded(RunningProcesses::Found processes) {
+    auto wait = [processes, table = &m_processes] {
+        for (int look = 0;; ++look) {
+            const QSet<qint64> running = table->find(processName).ids + table->find(guardName).ids;
+            if (!running.intersects(processes.ids)) {
+                return processes.seesAll;
+            }
+            if (look == maximumEndLooks) {
+                return false;
+            }
             QThread::msleep(lookMilliseconds);
-            own = ownProcesses();
         }
-        return own.seesAll && own.ids.isEmpty();
     };
     auto ended = m_events.background(std::move(wait));
     co_return co_await ended;

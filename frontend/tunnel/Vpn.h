@@ -53,9 +53,9 @@ public:
     /// The processes of the last launch that run now and can be seen: guards and OpenVPN.
     [[nodiscard]] RunningProcesses::Found ownProcesses() const;
 
-    /// Waits until those have ended, a fifth of a second at most. True when they have, as far as they can be
+    /// Waits until these have ended, a fifth of a second at most. True when they have, as far as they can be
     /// seen: the log is complete.
-    [[nodiscard]] Task<bool> ownProcessesEnded();
+    [[nodiscard]] Task<bool> haveEnded(RunningProcesses::Found processes);
 
     /// How many kills the administrator's shell has refused.
     [[nodiscard]] quint64 refusedKills() const { return m_refusedKills; }
@@ -72,6 +72,9 @@ public:
     /// Stops watching the log and kills OpenVPN. A launch that has not begun is cancelled; of one that has,
     /// the process is awaited first, since it could not be found yet.
     [[nodiscard]] Task<> stopVpn();
+    /// The same for a tunnel that was lost, given the processes that it had: nothing is killed when its
+    /// OpenVPN is known to have ended. The one that runs then is another user's.
+    [[nodiscard]] Task<> stopLostVpn(RunningProcesses::Found processes);
     /// True when the launch was begun on another thread; false without a configuration file, and when the
     /// attempt failed because the shell would misread a path.
     [[nodiscard]] Task<bool> configVpn();
@@ -86,6 +89,7 @@ public:
     void removeFileCred(const QString &path);
 
 private:
+    void stopReading();
     [[nodiscard]] Task<> terminatevpn();
     [[nodiscard]] Task<> launchSettled();
     [[nodiscard]] Task<> fail(QString line);

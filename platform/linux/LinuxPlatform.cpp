@@ -3,14 +3,18 @@
 #include "platform/NotificationCenter.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaultsController.h"
+#include "platform/linux/control/DBusControlService.h"
 #include "platform/linux/desktop/LinuxHardwareRegistry.h"
 #include "platform/linux/desktop/LinuxWorkspace.h"
+#include "platform/linux/desktop/PortalAppearance.h"
 #include "platform/linux/desktop/QtDelayedCalls.h"
+#include "platform/linux/desktop/SessionBus.h"
 #include "platform/linux/desktop/StandardLogSink.h"
 #include "platform/linux/hotkeys/LinuxHotKeys.h"
 #include "platform/linux/network/CurlUrlLoader.h"
 #include "platform/linux/network/NetlinkReachability.h"
 #include "platform/linux/network/NetlinkTunnelWatch.h"
+#include "platform/linux/network/NotedNetworkLock.h"
 #include "platform/linux/preferences/PlistPreferences.h"
 #include "platform/linux/privileges/PkexecAuthorizationService.h"
 #include "platform/linux/privileges/SecretServiceKeyStore.h"
@@ -39,6 +43,20 @@ void addPreferencesAndLog(Platform &platform) {
     }
 }
 
+/// While the network lock is closed no name can be looked up.
+void addNetwork(Platform &platform) {
+    const auto kept = std::make_shared<KeptAddresses>();
+    auto lock =
+        std::make_unique<NotedNetworkLock>(QStringLiteral("/run/quorvane-lock"), platform.service, kept);
+    platform.reachability = std::make_unique<NetlinkReachability>();
+    platform.urls = std::make_unique<CurlUrlLoader>(
+        platform.bundle->version(), platform.service.caFile, UrlLimits(), QStringLiteral("/etc/ssl/certs"),
+        [kept, note = lock.get()](const QByteArray &host) {
+            return note->isClosed() ? kept->find(host) : QByteArrayList();
+        });
+    platform.networkLock = std::move(lock);
+}
+
 } // namespace
 
 std::unique_ptr<Platform> makeLinuxPlatform() {
@@ -55,15 +73,17 @@ std::unique_ptr<Platform> makeLinuxPlatform() {
     platform->scripting = std::make_unique<SudoScriptingService>(resources);
     platform->authorization = std::make_unique<PkexecAuthorizationService>();
     platform->keyStore = std::make_unique<SecretServiceKeyStore>();
-    platform->reachability = std::make_unique<NetlinkReachability>();
     platform->hardware = std::make_unique<LinuxHardwareRegistry>();
     platform->hotKeys = makeHotKeyService(hotKeyDesktop(SessionHints::ofProcess()));
     platform->processes = std::make_unique<ProcProcessTable>();
     platform->trayHosts =
         std::make_unique<LinuxTrayHosts>(QGuiApplication::platformName() == QLatin1String("xcb"));
     platform->tunnelWatch = std::make_unique<NetlinkTunnelWatch>();
-    platform->urls = std::make_unique<CurlUrlLoader>(platform->bundle->version(), platform->service.caFile);
+    addNetwork(*platform);
     platform->workspace = std::make_unique<LinuxWorkspace>(WorkspaceFolders::ofUser(platform->account.home));
+    const auto bus = isSessionBusThere() ? QDBusConnection::sessionBus() : QDBusConnection(QString());
+    platform->appearance = std::make_unique<PortalAppearance>(bus);
+    platform->control = std::make_unique<DBusControlService>(bus, platform->bundle->version());
     platform->background = std::make_unique<ThreadedWork>();
     return platform;
 }

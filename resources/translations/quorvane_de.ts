@@ -52,6 +52,17 @@
     </message>
 </context>
 <context>
+    <name>Start</name>
+    <message>
+        <source>The program&apos;s files are not safe.</source>
+        <translation>Die Dateien des Programms sind nicht sicher.</translation>
+    </message>
+    <message>
+        <source>Another user can change &quot;%1&quot;. It would be run with administrator rights. Please install the program again.</source>
+        <translation>Ein anderer Benutzer kann „%1“ ändern. Es würde mit Administratorrechten ausgeführt. Bitte installieren Sie das Programm neu.</translation>
+    </message>
+</context>
+<context>
     <name>quorvane::About</name>
     <message>
         <source>About Quorvane</source>
@@ -76,6 +87,22 @@
     <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+    <message>
+        <source>Copy Diagnostics</source>
+        <translation>Diagnosedaten kopieren</translation>
+    </message>
+    <message>
+        <source>Copies versions, settings and the ends of the logs, without names, passwords and addresses</source>
+        <translation>Kopiert Versionen, Einstellungen und die Enden der Protokolle, ohne Namen, Passwörter und Adressen</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Opens the guide in your browser; F1 does so in every window</source>
+        <translation>Öffnet die Anleitung im Browser; F1 tut das in jedem Fenster</translation>
     </message>
 </context>
 <context>
@@ -118,6 +145,120 @@
     </message>
 </context>
 <context>
+    <name>quorvane::CommandLine</name>
+    <message>
+        <source>Exactly one command is needed.</source>
+        <translation>Es muss genau ein Befehl angegeben werden.</translation>
+    </message>
+    <message>
+        <source>Unexpected argument &quot;%1&quot;.</source>
+        <translation>Unerwartetes Argument „%1“.</translation>
+    </message>
+    <message>
+        <source>--json belongs to --status and --locations.</source>
+        <translation>--json gehört zu --status und --locations.</translation>
+    </message>
+    <message>
+        <source>--follow belongs to --status.</source>
+        <translation>--follow gehört zu --status.</translation>
+    </message>
+    <message>
+        <source>Controls the running copy of Quorvane. Without options, starts it.</source>
+        <translation>Steuert das laufende Quorvane. Ohne Optionen wird es gestartet.</translation>
+    </message>
+    <message>
+        <source>For --hide: a title that --locations lists.</source>
+        <translation>Für --hide: ein Name aus der Liste von --locations.</translation>
+    </message>
+    <message>
+        <source>Hide the IP, and print the lent one.</source>
+        <translation>Die IP verbergen und die geliehene ausgeben.</translation>
+    </message>
+    <message>
+        <source>Stop hiding the IP.</source>
+        <translation>Die IP nicht mehr verbergen.</translation>
+    </message>
+    <message>
+        <source>Change to an IP of a random location, and print it.</source>
+        <translation>Zu einer IP eines zufälligen Standorts wechseln und sie ausgeben.</translation>
+    </message>
+    <message>
+        <source>Never use the present IP again; change it, and print the new one.</source>
+        <translation>Die jetzige IP nie wieder verwenden, sie wechseln und die neue ausgeben.</translation>
+    </message>
+    <message>
+        <source>Print what is hidden.</source>
+        <translation>Ausgeben, was verborgen ist.</translation>
+    </message>
+    <message>
+        <source>Print the locations, one on each line.</source>
+        <translation>Die Standorte ausgeben, einen je Zeile.</translation>
+    </message>
+    <message>
+        <source>Show the window.</source>
+        <translation>Das Fenster anzeigen.</translation>
+    </message>
+    <message>
+        <source>Quit Quorvane.</source>
+        <translation>Quorvane beenden.</translation>
+    </message>
+    <message>
+        <source>With --status or --locations: print JSON.</source>
+        <translation>Mit --status oder --locations: JSON ausgeben.</translation>
+    </message>
+    <message>
+        <source>With --status: print each change, until Quorvane quits.</source>
+        <translation>Mit --status: jede Änderung ausgeben, bis Quorvane beendet wird.</translation>
+    </message>
+    <message>
+        <source>Lift the network lock, without a running copy.</source>
+        <translation>Die Netzsperre aufheben, ohne laufendes Quorvane.</translation>
+    </message>
+    <message>
+        <source>Print the version.</source>
+        <translation>Die Version ausgeben.</translation>
+    </message>
+</context>
+<context>
+    <name>quorvane::CommandRunner</name>
+    <message>
+        <source>Quorvane is not running, and there is no display to start it on.</source>
+        <translation>Quorvane läuft nicht, und es gibt keinen Bildschirm, um es zu starten.</translation>
+    </message>
+    <message>
+        <source>Quorvane could not be started.</source>
+        <translation>Quorvane konnte nicht gestartet werden.</translation>
+    </message>
+    <message>
+        <source>Quorvane&apos;s window asks for an administrator&apos;s name and password.</source>
+        <translation>Das Fenster von Quorvane fragt nach Name und Passwort eines Administrators.</translation>
+    </message>
+    <message>
+        <source>Quorvane is not running.</source>
+        <translation>Quorvane läuft nicht.</translation>
+    </message>
+    <message>
+        <source>Hidden behind %1 (%2). The real IP is %3.</source>
+        <translation>Verborgen hinter %1 (%2). Die echte IP ist %3.</translation>
+    </message>
+    <message>
+        <source>Searching for an available IP (%1).</source>
+        <translation>Eine verfügbare IP wird gesucht (%1).</translation>
+    </message>
+    <message>
+        <source>Starting: the service has not answered yet.</source>
+        <translation>Start: Der Dienst hat noch nicht geantwortet.</translation>
+    </message>
+    <message>
+        <source>Not hidden: %1.</source>
+        <translation>Nicht verborgen: %1.</translation>
+    </message>
+    <message>
+        <source>Traffic outside the tunnel is blocked.</source>
+        <translation>Verkehr außerhalb des Tunnels ist gesperrt.</translation>
+    </message>
+</context>
+<context>
     <name>quorvane::DisplayState</name>
     <message>
         <source>Stop Hiding IP</source>
@@ -150,6 +291,38 @@
     <message>
         <source>No answer through the tunnel yet</source>
         <translation>Noch keine Antwort durch den Tunnel</translation>
+    </message>
+    <message>
+        <source>Traffic outside the tunnel is blocked.</source>
+        <translation>Verkehr außerhalb des Tunnels ist gesperrt.</translation>
+    </message>
+    <message>
+        <source>Cannot be pressed at the moment</source>
+        <translation>Kann im Moment nicht gedrückt werden</translation>
+    </message>
+    <message>
+        <source>Stops hiding your real IP</source>
+        <translation>Hört auf, Ihre echte IP zu verbergen</translation>
+    </message>
+    <message>
+        <source>Hides your real IP</source>
+        <translation>Verbirgt Ihre echte IP</translation>
+    </message>
+    <message>
+        <source>Step 1 of 3: checking the administrator</source>
+        <translation>Schritt 1 von 3: Administrator wird geprüft</translation>
+    </message>
+    <message>
+        <source>Step 2 of 3: getting a configuration</source>
+        <translation>Schritt 2 von 3: Konfiguration wird geholt</translation>
+    </message>
+    <message>
+        <source>Step 3 of 3: starting the tunnel</source>
+        <translation>Schritt 3 von 3: Tunnel wird gestartet</translation>
+    </message>
+    <message>
+        <source>Choose a location, then press Quorvane.</source>
+        <translation>Wählen Sie einen Ort und drücken Sie „Quorvane“.</translation>
     </message>
 </context>
 <context>
@@ -186,6 +359,46 @@
         <source>Your real IP is visible</source>
         <translation>Ihre echte IP ist sichtbar</translation>
     </message>
+    <message>
+        <source>Traffic outside the tunnel could not be blocked, so your IP is not hidden.</source>
+        <translation>Verkehr außerhalb des Tunnels konnte nicht gesperrt werden; deshalb wird Ihre IP nicht verborgen.</translation>
+    </message>
+    <message>
+        <source>The block of traffic outside the tunnel could not be lifted.</source>
+        <translation>Die Sperre des Verkehrs außerhalb des Tunnels konnte nicht aufgehoben werden.</translation>
+    </message>
+    <message>
+        <source>Traffic outside the tunnel is still blocked</source>
+        <translation>Verkehr außerhalb des Tunnels ist noch gesperrt</translation>
+    </message>
+    <message>
+        <source>Type &quot;quorvane --unlock&quot; in a terminal to lift the block.</source>
+        <translation>Geben Sie in einem Terminal „quorvane --unlock“ ein, um die Sperre aufzuheben.</translation>
+    </message>
+    <message>
+        <source>Traffic outside the tunnel is still blocked since Quorvane last ran.</source>
+        <translation>Verkehr außerhalb des Tunnels ist noch gesperrt, seit Quorvane zuletzt lief.</translation>
+    </message>
+    <message>
+        <source>It has ended without lifting the block. Your IP is not hidden.</source>
+        <translation>Es wurde beendet, ohne die Sperre aufzuheben. Ihre IP ist nicht verborgen.</translation>
+    </message>
+    <message>
+        <source>Lift the Block</source>
+        <translation>Sperre aufheben</translation>
+    </message>
+    <message>
+        <source>Hide My IP</source>
+        <translation>Meine IP verbergen</translation>
+    </message>
+    <message>
+        <source>Your IP was changed</source>
+        <translation>Ihre IP wurde geändert</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
 </context>
 <context>
     <name>quorvane::HotKeysPane</name>
@@ -216,6 +429,21 @@
     <message>
         <source>This desktop offers no global hot keys: these combinations have no effect.</source>
         <translation>Dieser Desktop bietet keine globalen Tastenkombinationen: Diese hier sind ohne Wirkung.</translation>
+    </message>
+    <message>
+        <source>Its settings can bind keys to commands: %1</source>
+        <translation>In seinen Einstellungen können Tasten mit Befehlen belegt werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>quorvane::IpAddressesPane</name>
+    <message numerus="yes">
+        <source>&amp;minutes</source>
+        <comment>behind their number</comment>
+        <translation>
+            <numerusform>&amp;Minute</numerusform>
+            <numerusform>&amp;Minuten</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -329,10 +557,6 @@
         <translation>Der Dienst wird gefragt</translation>
     </message>
     <message>
-        <source>Hide button</source>
-        <translation>Schaltfläche zum Verbergen</translation>
-    </message>
-    <message>
         <source>&amp;Change IP</source>
         <translation>IP &amp;wechseln</translation>
     </message>
@@ -359,10 +583,6 @@
     <message>
         <source>Minutes, stepper</source>
         <translation>Minuten, schrittweise</translation>
-    </message>
-    <message>
-        <source>minutes</source>
-        <translation>Minuten</translation>
     </message>
     <message>
         <source>&amp;US only</source>
@@ -412,12 +632,67 @@
         <source>Address notice</source>
         <translation>Hinweis zur Adresse</translation>
     </message>
+    <message>
+        <source>Notice of the block</source>
+        <translation>Hinweis auf die Sperre</translation>
+    </message>
+    <message>
+        <source>Lift the &amp;Block</source>
+        <translation>Sperre au&amp;fheben</translation>
+    </message>
+    <message>
+        <source>Lift the block of traffic outside the tunnel</source>
+        <translation>Sperre des Verkehrs außerhalb des Tunnels aufheben</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>%1 (%2 s)</source>
+        <translation>%1 (%2 s)</translation>
+    </message>
+    <message>
+        <source>R&amp;otation</source>
+        <translation>R&amp;otation</translation>
+    </message>
+    <message>
+        <source>Shows or hides the controls of the rotation</source>
+        <translation>Zeigt oder verbirgt die Bedienelemente der Rotation</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message numerus="yes">
+        <source>minutes</source>
+        <comment>behind their number</comment>
+        <translation>
+            <numerusform>Minute</numerusform>
+            <numerusform>Minuten</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quorvane::NetworkLock</name>
+    <message>
+        <source>The address of the Quorvane server was not found.</source>
+        <translation>Die Adresse des Quorvane-Servers wurde nicht gefunden.</translation>
+    </message>
+    <message>
+        <source>The administrator&apos;s name and password are not known.</source>
+        <translation>Name und Passwort des Administrators sind nicht bekannt.</translation>
+    </message>
 </context>
 <context>
     <name>quorvane::QrvAboutWindowController</name>
     <message>
         <source>%1 built %2</source>
         <translation>%1, Stand: %2</translation>
+    </message>
+    <message>
+        <source>Diagnostics Copied</source>
+        <translation>Diagnosedaten kopiert</translation>
     </message>
 </context>
 <context>
@@ -483,6 +758,33 @@
     <message>
         <source>The name servers could not be put back.</source>
         <translation>Die Namensserver konnten nicht zurückgesetzt werden.</translation>
+    </message>
+</context>
+<context>
+    <name>quorvane::SessionControl</name>
+    <message>
+        <source>Quorvane was quit.</source>
+        <translation>Quorvane wurde beendet.</translation>
+    </message>
+    <message>
+        <source>There is no location &quot;%1&quot;.</source>
+        <translation>Den Standort „%1“ gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>Your IP is not hidden.</source>
+        <translation>Ihre IP ist nicht verborgen.</translation>
+    </message>
+    <message>
+        <source>No IP could be hidden.</source>
+        <translation>Es konnte keine IP verborgen werden.</translation>
+    </message>
+    <message>
+        <source>No administrator&apos;s name and password were given.</source>
+        <translation>Name und Passwort eines Administrators wurden nicht angegeben.</translation>
+    </message>
+    <message>
+        <source>The service has not answered yet.</source>
+        <translation>Der Dienst hat noch nicht geantwortet.</translation>
     </message>
 </context>
 <context>
@@ -719,10 +1021,6 @@
         <translation>Minuten, schrittweise</translation>
     </message>
     <message>
-        <source>&amp;minutes</source>
-        <translation>&amp;Minuten</translation>
-    </message>
-    <message>
         <source>&amp;Hide my IP when Quorvane starts</source>
         <translation>Meine &amp;IP beim Start von Quorvane verbergen</translation>
     </message>
@@ -749,6 +1047,38 @@
     <message>
         <source>Reconnect when the &amp;tunnel is lost</source>
         <translation>Bei Verlust des &amp;Tunnels neu verbinden</translation>
+    </message>
+    <message>
+        <source>Network lock</source>
+        <translation>Netzsperre</translation>
+    </message>
+    <message>
+        <source>From the moment you hide your IP until you stop, nothing leaves this computer but the tunnel, even when the tunnel or Quorvane fails.</source>
+        <translation>Vom Verbergen Ihrer IP bis zum Anhalten verlässt nur der Tunnel diesen Rechner, auch wenn der Tunnel oder Quorvane ausfällt.</translation>
+    </message>
+    <message>
+        <source>Block tra&amp;ffic outside the tunnel</source>
+        <translation>Verkehr a&amp;ußerhalb des Tunnels sperren</translation>
+    </message>
+    <message>
+        <source>Allow my home networ&amp;k all the same</source>
+        <translation>Mein &amp;Heimnetz trotzdem erlauben</translation>
+    </message>
+    <message>
+        <source>Windows:</source>
+        <translation>Fenster:</translation>
+    </message>
+    <message>
+        <source>as the deskto&amp;p</source>
+        <translation>wie der &amp;Desktop</translation>
+    </message>
+    <message>
+        <source>alwa&amp;ys dark</source>
+        <translation>fest dun&amp;kel</translation>
+    </message>
+    <message>
+        <source>always li&amp;ght</source>
+        <translation>&amp;fest hell</translation>
     </message>
 </context>
 <context>
@@ -867,6 +1197,10 @@
         <source>Quorvane: your IP is hidden behind %1</source>
         <translation>Quorvane: Ihre IP ist hinter %1 verborgen</translation>
     </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
 </context>
 <context>
     <name>quorvane::VpnPane</name>
@@ -877,6 +1211,17 @@
     <message>
         <source>OpenVPN configurations (%1)</source>
         <translation>OpenVPN-Konfigurationen (%1)</translation>
+    </message>
+</context>
+<context>
+    <name>quorvane::WebPages</name>
+    <message>
+        <source>No web browser could be opened.</source>
+        <translation>Es konnte kein Webbrowser geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>The page is %1</source>
+        <translation>Die Seite ist %1</translation>
     </message>
 </context>
 </TS>

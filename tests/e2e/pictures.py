@@ -1,5 +1,7 @@
 """Pictures of every window and state, at the usual size and at twice the size, for ./run --headless."""
 
+import os
+import signal
 import subprocess
 
 from harness.drive import client as ui
@@ -134,6 +136,22 @@ def take_other_windows(photographer):
     photographer.wait_window(MAIN_TITLE)
 
 
+def take_lock(photographer):
+    """Hidden with the network lock closed, and after the tunnel was lost."""
+    client = photographer.client
+    client.wait_ready()
+    photographer.still()
+    photographer.keys("Return")
+    client.wait_hidden()
+    photographer.still()
+    photographer.window("hidden-locked")
+    for process in client.openvpn():
+        os.kill(process.pid, signal.SIGKILL)
+    client.wait(ui.button("Lift the block of traffic outside the tunnel"), showing=True)
+    photographer.still()
+    photographer.window("locked")
+
+
 def take(world, out, scale):
     """Starts a client for the pictures and ends it; returns the names of the files."""
     display = PrivateDisplay(world.home, JOE.name, size=tuple(side * scale for side in SCREEN))
@@ -147,6 +165,10 @@ def take(world, out, scale):
     take_other_windows(photographer)
     client.terminate()
     client.wait_no_openvpn()
+    client.remember_administrator(ADA, location="Germany Berlin", networkLock=True, noReconnect=True)
+    client.start(environment={"QT_SCALE_FACTOR": str(scale)})
+    take_lock(photographer)
+    client.terminate()
     tray.close()
     client.close()
     return photographer.taken

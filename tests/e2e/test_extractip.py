@@ -11,6 +11,7 @@ import pytest
 from harness.conditions import scripts
 from harness.conditions.tunnel import DEVICE, Tunnel
 from harness.drive import client as ui
+from harness.observe import figures
 from world import home as homes
 from world import network
 from world.accounts import ADA
@@ -160,6 +161,19 @@ def test_tunnel_up_without_answer(hidden):
         assert run(hidden) == NOTHING, "the tunnel is dead"
     assert requests_from(hidden) == [LENT]
     assert run(hidden) == (0, LENT + "\n")
+
+
+def test_tunnel_up_thousands_of_servers_in_the_configuration(hidden):
+    """The look at the servers is bounded, and lines in blocks are none."""
+    # Addresses that are reached through the tunnel, so that each of them is looked up.
+    many = "".join(f"remote 100.64.{number // 250}.{number % 250} 1194\n" for number in range(7500))
+    path = "/home/joe/many.ovpn"
+    hidden.home.write(path, f"client\n{many}remote {LENT} 1194\n", owner="joe", mode=0o600)
+    begun = time.monotonic()
+    assert run(hidden, path) == NOTHING
+    figures.record("extractip: seconds with 7,500 servers", round(time.monotonic() - begun, 1))
+    hidden.home.write(path, f"client\n<ca>\n{many}</ca>\nremote {LENT} 1194\n", owner="joe", mode=0o600)
+    assert run(hidden, path) == (0, LENT + "\n")
 
 
 def test_tunnel_up_routes_beside_it(hidden):

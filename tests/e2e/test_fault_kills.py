@@ -104,7 +104,9 @@ def check_whole(client):
     assert {key: stored[key] for key in SETTINGS} == SETTINGS
     assert "hide" not in stored, "settings that were not confirmed are not stored"
     configuration = client.file("Documents/Quorvane/qrvp.ovpn")
-    assert not configuration.exists() or configuration.read_text(encoding="utf-8").endswith("</ca>\n")
+    assert not configuration.exists() or configuration.read_text(encoding="utf-8").endswith(
+        "</tls-crypt-v2>\n"
+    )
     folders = [client.file("Library/Preferences"), client.file("Documents/Quorvane")]
     names = {path.name for folder in folders if folder.exists() for path in folder.iterdir()}
     assert names <= {

@@ -172,6 +172,7 @@ def test_links_in_the_places_of_the_files(world, client):
     start_with_stored_configuration(world, client, lambda text: text)
     client.wait_hidden()
     client.stop()
+    world.home.wait_for(lambda: client.openvpn() == [], "the stopped session's processes are gone")
     guard = f"{homes.CONTENTS}/Resources/openvpn"
     folder = f"{client.folder}/Documents/Quorvane"
     world.home.run("rm", "-f", f"{folder}/openvpn.log")

@@ -1,8 +1,6 @@
 """Global hot keys: real keys pressed while another program's window has the focus."""
 
-import json
 import re
-import signal
 import time
 
 import pytest
@@ -30,7 +28,7 @@ from harness.drive.keyboard import (
     active_window,
 )
 from harness.home.deadlines import EVENTUALLY
-from world import home, network, service
+from world import network, service
 from world.accounts import ADA
 from world.service import BERLIN
 
@@ -247,44 +245,3 @@ def test_old_combination_acts_until_the_end(world, client):
     assert len(hot_keys.requested()) == 2
     hot_keys.press(HIDE)
     hot_keys.wait_lent(3)
-
-
-def test_wayland_session_uses_the_portal(world, client):
-    log = f"{client.folder}/portal.log"
-    portal = f"{home.HARNESS}/fakes/portal.py"
-    client.request(
-        "start",
-        key="portal",
-        arguments=["/usr/bin/python3", portal, log],
-        environment={},
-        output=f"{client.folder}/portal.out",
-    )
-    world.home.wait_for(lambda: world.home.path(log).exists(), "the portal has started")
-    client.remember_administrator(ADA, location=BERLIN.title, **KEYS)
-    client.start(environment={"XDG_SESSION_TYPE": "wayland"})
-    client.wait_ready()
-    world.home.wait_for(
-        lambda: world.home.path(log).read_text(encoding="utf-8"),
-        "the portal has received a list of shortcuts",
-    )
-    lines = world.home.path(log).read_text(encoding="utf-8").splitlines()
-    assert len(lines) == 1, "one list for all five"
-    assert {(shortcut["description"], shortcut["trigger"]) for shortcut in json.loads(lines[0])} == {
-        ("Hide IP", "LOGO+1"),
-        ("Change IP", "CTRL+F1"),
-        ("Stop hiding IP", "SHIFT+F1"),
-        ("Discard IP", "LOGO+Up"),
-        ("Bring up window", "LOGO+a"),
-    }
-
-    other = OtherWindow(client.display)
-    other.focus()
-    Keyboard(client.display).strike(*HIDE)
-    world.home.wait_for(
-        lambda: ONE in [key for key, _state in other.presses()], "a key reaches the other window"
-    )
-    assert world.service.requests_of("VPNC") == [], "the client registers no key at the X server"
-    client.signal(signal.SIGUSR1, key="portal")
-    client.wait_hidden()
-    asked = world.service.requests_of("VPNC")
-    assert [request.parameter("desiredip") for request in asked] == list(world.service.lent().values())

@@ -9,24 +9,20 @@ nothing.
 import json
 import os
 import signal
-import subprocess
 import time
 
 import pytest
 
+from harness.conditions import probing
+from harness.conditions.probing import NAMES, PLAIN, RATE, SIX, Probe, is_probe, kinds
 from harness.conditions.tunnel import DEVICE
 from harness.drive import client as ui
-from harness.home.deadlines import EVENTUALLY
 from harness.observe import capture as captures
 from harness.observe import figures
-from world import home as homes
 from world import machine, network, service
 from world.accounts import ADA
 from world.service import BERLIN
 
-RATE = 50
-PROBE_PORT = 9999
-PLAIN, NAMES, SIX = network.SERVICE_ADDRESS, network.NAME_SERVERS[0], network.INTERNET_ADDRESS_6
 CHANGE = ui.button("Change IP")
 # Every address of the pool is a VPN server's, for both protocols.
 SERVERS = {
@@ -37,49 +33,13 @@ SERVERS = {
 }
 
 
-def is_probe(packet):
-    return packet.port in (PROBE_PORT, 53) and b"probe" in packet.payload
-
-
-def kinds(packets):
-    """The probe's packets: IPv4 datagrams, name queries, IPv6 datagrams."""
-    found = {"IPv4": [], "DNS": [], "IPv6": []}
-    for packet in filter(is_probe, packets):
-        found["IPv6" if packet.six else "DNS" if captures.is_dns(packet) else "IPv4"].append(packet)
-    return found
-
-
-class Probe:
-    """The program in the home that sends all the time."""
-
-    def __init__(self, world):
-        self._process = world.home.popen(
-            "/usr/bin/python3",
-            f"{homes.HARNESS}/probe.py",
-            str(RATE),
-            f"udp={PLAIN}",
-            f"dns={NAMES}",
-            f"udp={SIX}",
-            user="joe",
-            stdin=subprocess.PIPE,
-            stdout=subprocess.PIPE,
-            text=True,
-        )
-        assert self._process.stdout.readline() == "sending\n"
-
-    def end(self):
-        """Ends it; returns what it sent and which errors it got: kind and address -> {"sent", "errors"}."""
-        report, _ = self._process.communicate(timeout=EVENTUALLY)
-        return json.loads(report)
-
-
 class Watched:
     """A client whose home is captured since before its start."""
 
     def __init__(self, world, client):
         self.world, self.client = world, client
         self.capture = captures.Capture(world)
-        self.probe = Probe(world)
+        self.probe = Probe(world.home)
         self.routes = self.all_routes()
         self.resolver = world.home.path("/etc/resolv.conf").read_text(encoding="utf-8")
 
@@ -90,17 +50,12 @@ class Watched:
         )
 
     def wait_seen(self, kind, more=1):
-        """Waits until the capture has `more` further probe packets of the kind."""
-        wanted = len(kinds(self.capture.packets())[kind]) + more
-        self.world.home.wait_for(
-            lambda: len(kinds(self.capture.packets())[kind]) >= wanted, f"{kind} captured"
-        )
+        probing.wait_seen(self.world.home, self.capture, kind, more)
 
     def check_seen_in_the_open(self):
         """The control: while nothing is hidden, all kinds of packets and a TCP connection are captured."""
         with self.capture.phase("control") as phase:
-            for kind in ("IPv4", "DNS", "IPv6"):
-                self.wait_seen(kind)
+            probing.check_seen_in_the_open(self.world.home, self.capture)
             assert self.world.home.public_address() == network.REAL_ADDRESS
         found = kinds(phase.beside(SERVERS))
         assert found["IPv4"] and found["DNS"] and found["IPv6"], captures.counted(phase.packets)

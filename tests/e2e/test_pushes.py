@@ -8,25 +8,22 @@ up and nothing leaves beside it, or the guard ends the attempt. Afterwards all t
 import ipaddress
 import os
 import random
+import time
 
 import pytest
 
 from harness.conditions.guarded_home import (
-    NAMES,
     NEIGHBOUR,
-    PLAIN,
-    PROBE_PORT,
     SERVER,
-    SIX,
     UP,
     Watched,
     check_tables,
-    is_neighbour_discovery,
     settled_tables,
     tables,
 )
 from harness.conditions.hostile_api import HostileApi, page
-from harness.conditions.pushing_server import ADDRESS, configuration, pushing
+from harness.conditions.probing import NAMES, PLAIN, PROBE_PORT, SIX
+from harness.conditions.pushing_server import ADDRESS, PORT, configuration, pushing
 from harness.home.deadlines import EVENTUALLY
 from harness.observe import capture as captures
 from harness.observe import figures, outcomes
@@ -36,6 +33,7 @@ from world.service import BERLIN
 
 SEED = os.environ.get("QUORVANE_E2E_SEED")
 FEW, MANY = 5, 200
+FEW_WITH_THE_LOCK = 3
 
 QUARTERS = [f"route {first}.0.0.0 192.0.0.0 net_gateway" for first in (0, 64, 128, 192)]
 MANY_ROUTES = [
@@ -96,6 +94,41 @@ def test_hostile_pushes(watched):
     watched.check_seen_in_the_open()
 
 
+def test_hostile_pushes_with_the_lock(watched):
+    """Nothing leaves from before the launch until after the end, and the same sessions come up."""
+    watched.close_lock()
+    for name, (pushes, settings, comes_up) in HOSTILE.items():
+        with watched.capture.phase(name) as phase:
+            assert attack(watched, pushes, settings) == comes_up, (name, watched.log())
+        assert captures.counted(phase.beside(SERVER)) == {}, name
+    watched.lock("-lift")
+    watched.check_seen_in_the_open()
+
+
+def test_lock_holds_where_the_routes_lead_past_the_tunnel(watched):
+    """Even OpenVPN alone, which follows the quarters, lets nothing out while the lock is closed."""
+    watched.home.write("/run/x.ovpn", configuration(watched.world))
+    watched.home.write("/run/pair", "user\npassword\n", mode=0o600)
+    watched.close_lock()
+    opened = f"add element inet quorvane_lock servers {{ {ADDRESS} . udp . {PORT} }}"
+    network.inside(network.HOME, "nft", opened)
+    with watched.capture.phase("past the tunnel") as phase, pushing(watched.world, QUARTERS):
+        process = watched.home.popen(
+            "/usr/sbin/openvpn",
+            *("--config", "/run/x.ovpn", "--auth-user-pass", "/run/pair", "--log", "/run/x.log"),
+        )
+        log = watched.home.path("/run/x.log")
+        watched.home.wait_for(lambda: log.exists() and UP in log.read_text(), "the tunnel is up")
+        time.sleep(1)  # fifty packets of each kind
+        assert tables() != watched.before
+        process.kill()
+        process.wait(EVENTUALLY)
+    assert captures.counted(phase.beside(SERVER)) == {}
+    assert phase.towards(SERVER)
+    watched.lock("-lift")
+    watched.check_seen_in_the_open()
+
+
 def test_without_the_filter_the_same_pushes_leak(watched):
     """The control: OpenVPN alone follows the quarters, and the capture sees what leaves beside the tunnel."""
     watched.home.write("/run/x.ovpn", configuration(watched.world))
@@ -151,30 +184,61 @@ def drawn(draw):
     return pushes, draw.choice([[], [], ["server-ipv6 fd00:78::/64"], ["tun-mtu 576"], ["tun-mtu 1400"]])
 
 
-def random_combinations(watched, count):
+def random_combinations(watched, count, attack_with=attack, name="random pushes"):
     seed = int(SEED) if SEED else random.SystemRandom().randrange(2**32)
     print(f"QUORVANE_E2E_SEED={seed}")
-    figures.record("random pushes: seed", seed)
+    figures.record(f"{name}: seed", seed)
     draw, came_up = random.Random(seed), 0
     for number in range(count):
         pushes, settings = drawn(draw)
         try:
-            came_up += attack(watched, pushes, settings)
+            came_up += attack_with(watched, pushes, settings)
         except BaseException:
             print(f"combination {number} of seed {seed}: {pushes} {settings}\n{watched.log()}")
             raise
-    figures.record("random pushes: combinations, of these up", [count, came_up])
-    assert came_up > 0
+    figures.record(f"{name}: combinations, of these up", [count, came_up])
+    return came_up
+
+
+def random_combinations_in_the_open(watched, count):
+    assert random_combinations(watched, count) > 0
+    watched.check_seen_in_the_open()
+
+
+def attack_locked(watched, pushes, settings):
+    """Nothing leaves from before the launch until after the end, whether or not the session comes up."""
+    with watched.capture.phase("locked") as phase:
+        is_up = attack(watched, pushes, settings)
+    assert captures.counted(phase.beside(SERVER)) == {}
+    assert phase.towards(SERVER) or not is_up, "the capture sees the tunnel"
+    return is_up
+
+
+def random_combinations_with_the_lock(watched, count):
+    """The capture sees the same program before the lock closes and after it is lifted."""
+    watched.close_lock()
+    assert attack_locked(watched, [], []), "a session without pushed settings comes up"
+    random_combinations(watched, count, attack_locked, "random pushes with the lock")
+    watched.lock("-lift")
     watched.check_seen_in_the_open()
 
 
 def test_random_pushes(watched):
-    random_combinations(watched, FEW)
+    random_combinations_in_the_open(watched, FEW)
 
 
 @pytest.mark.slow
 def test_many_random_pushes(watched):
-    random_combinations(watched, MANY)
+    random_combinations_in_the_open(watched, MANY)
+
+
+def test_random_pushes_with_the_lock(watched):
+    random_combinations_with_the_lock(watched, FEW_WITH_THE_LOCK)
+
+
+@pytest.mark.slow
+def test_many_random_pushes_with_the_lock(watched):
+    random_combinations_with_the_lock(watched, MANY)
 
 
 def address_seen(connection, closing):
@@ -196,7 +260,7 @@ def through_the_window(world, client, names):
                 client.wait_hidden()
                 with capture.phase(name) as phase:
                     assert world.home.public_address() == ADDRESS
-                assert all(is_neighbour_discovery(packet) for packet in phase.beside(SERVER)), name
+                assert not phase.beside(SERVER), name
                 assert client.current_address() == ADDRESS, name
                 client.stop()
             else:

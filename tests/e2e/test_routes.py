@@ -7,7 +7,8 @@ import time
 
 import pytest
 
-from harness.conditions.guarded_home import PLAIN, PROBE_PORT, Watched, check_tables, tables
+from harness.conditions.guarded_home import Watched, check_tables, tables
+from harness.conditions.probing import PLAIN, PROBE_PORT
 from harness.conditions.pushing_server import ADDRESS, PORT, configuration, pushing
 from harness.home.deadlines import EVENTUALLY
 from harness.observe import figures

@@ -19,7 +19,24 @@ from world.service import BERLIN
 
 ADDRESSES = [address for place in service.LOCATIONS for address in place.addresses]
 CROWD = f"{homes.HARNESS}/crowd.py"
-MANY = {"limits": {"connections": 4096, "handshake_seconds": 60, "request_seconds": 60}}
+MANY = {
+    "limits": {
+        "connections": 4096,
+        "handshake_seconds": 60,
+        "request_seconds": 60,
+        # All of them come from one home.
+        "per_caller": {
+            "connections": 0,
+            "connections_per_second": 0,
+            "handshakes_per_second": 0,
+            "requests_per_second": 0,
+            "configurations_per_second": 0,
+        },
+    },
+    "log": {"bytes_per_second": 0},
+}
+# For tests that request more from one home than its clients do.
+GREEDY = {"limits": {"per_caller": MANY["limits"]["per_caller"]}}
 # Seconds: long enough for a login on a machine under full load.
 GRANT = 10
 # Options for OpenVPN without the client: it logs in, but changes nothing in the namespace.
@@ -102,8 +119,10 @@ def test_a_thousand_sessions_at_once(make_world, make_client):
     check_session(make_client(world))
 
 
-def test_stalled_and_dripping_clients(world, client):
+def test_stalled_and_dripping_clients(make_world, make_client):
     """400 connections that send nothing or a part of a request: a session beside them works as usual."""
+    world = make_world(**GREEDY)
+    client = make_client(world)
     stalling = world.home.popen(
         "prlimit",
         "--nofile=8192",
@@ -125,7 +144,7 @@ def test_stalled_and_dripping_clients(world, client):
 
 
 def test_expired_user(make_world):
-    world = make_world(credential_seconds=10)
+    world = make_world(credential_seconds=10, **GREEDY)
     user, password = service_api.credentials(world.home)
     answer = configuration(world, user, BERLIN.addresses[0])
     assert answer.startswith("VPNConfig: ")
@@ -239,8 +258,10 @@ def test_kill_of_the_service(world, client):
     assert world.service.lent() == {}
     client.stop()
     client.hide()
-    # The service does not know the user of the old list: the attempt fails. The next list has a new user.
-    outcomes.accept_alert(client, outcomes.NOT_AVAILABLE)
+    # The user of the old list is still known: it follows from the service's key.
+    client.wait_hidden()
+    assert client.home.public_address() in BERLIN.addresses
+    assert len(world.service.requests_of("MRTSL")) == 1
     client.terminate()
     check_session(client)
 

@@ -84,8 +84,9 @@ def test_german_user(world, client):
     client.remember_administrator(ADA)
     client.start(environment={"LC_ALL": "de_DE.UTF-8"})
     client.wait(ui.label("Statuszeile"), name="WARNUNG! IHRE ECHTE IP IST DERZEIT NICHT VERBORGEN!")
-    client.wait({"window": ui.MAIN, "description": "Schaltfläche zum Verbergen"}, enabled=True)
-    client.press({"window": ui.MAIN, "description": "Schaltfläche zum Verbergen"})
+    hide = {"window": ui.MAIN, "description": "Verbirgt Ihre echte IP"}
+    client.wait(hide, enabled=True)
+    client.press(hide)
     client.wait(
         ui.label("Statuszeile"),
         name=f"Ihre echte IP {network.REAL_ADDRESS} ist derzeit verborgen",

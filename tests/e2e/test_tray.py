@@ -25,6 +25,7 @@ MENU = [
     "Show Quorvane",
     "Refresh Locations",
     "Settings...",
+    "Help",
     "About Quorvane",
     "-",
     "Quit Quorvane",

@@ -144,6 +144,34 @@ def test_sleep_of_the_programs_ends_no_tunnel(world, client):
     assert len(world.service.requests_of("VPNC")) == 1
 
 
+@pytest.mark.parametrize("protocol", ["UDP", "TCP"])
+def test_change_of_network(make_world, make_client, protocol):
+    """Another address and another default route: over UDP the tunnel goes on, over TCP it is made anew."""
+    world = make_world(vpn_settings={"ping_seconds": 1, "ping_exit_seconds": 8})
+    client = make_client(world)
+    client.remember_administrator(ADA, location=BERLIN.title, showLogs=0)
+    client.start()
+    client.choose_protocol(protocol)
+    client.hide()
+    client.wait_hidden()
+    outcomes.check_hidden(client)
+    in_home("ip", "address", "delete", f"{network.HOME_ADDRESS}/24", "dev", "eth0")
+    in_home("ip", "address", "add", "192.168.77.9/24", "dev", "eth0")
+    in_home("ip", "route", "add", "default", "via", network.ROUTER_ADDRESS)
+
+    def carries():
+        lent = world.service.requests_of("VPNC")[-1].parameter("desiredip")
+        return world.home.public_address(timeout=2) == lent
+
+    world.home.wait_for(carries, "a tunnel carries again")
+    outcomes.check_hidden(client)
+    assert len(world.service.requests_of("VPNC")) == (1 if protocol == "UDP" else 2)
+    client.stop()
+    world.home.wait_for(
+        lambda: world.home.public_address() == network.REAL_ADDRESS, "the real address is used again"
+    )
+
+
 def test_address_that_does_not_come_is_requested_again(world, client):
     client.remember_administrator(ADA, location=BERLIN.title)
     client.start()

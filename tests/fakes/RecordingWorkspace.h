@@ -26,6 +26,11 @@ public:
         return openingSucceeds;
     }
 
+    bool openPage(const QString &path) override {
+        openedPages.append(path);
+        return openingSucceeds;
+    }
+
     [[nodiscard]] bool acquireSingleInstance(const QString &identifier) override {
         instanceIdentifiers.append(identifier);
         return firstInstance;
@@ -41,6 +46,7 @@ public:
     }
 
     QStringList openedUrls;
+    QStringList openedPages;
     QStringList instanceIdentifiers;
     std::vector<Autostart> autostarts;
     std::vector<Notification> notifications;

@@ -27,6 +27,7 @@ TestPlatform::TestPlatform(FakeReachability::Queues queues)
       m_authorizationFake(install<FakeAuthorizationService>(m_real.authorization)),
       m_keyStoreFake(install<MemoryKeyStore>(m_real.keyStore)),
       m_reachabilityFake(install<FakeReachability>(m_real.reachability, queues)),
+      m_networkLockFake(install<FakeNetworkLock>(m_real.networkLock)),
       m_hardwareFake(install<FakeHardware>(m_real.hardware)),
       m_hotKeysFake(install<FakeHotKeyService>(m_real.hotKeys)),
       m_processesFake(install<FakeProcessTable>(m_real.processes)),
@@ -34,6 +35,8 @@ TestPlatform::TestPlatform(FakeReachability::Queues queues)
       m_tunnelWatchFake(install<FakeTunnelWatch>(m_real.tunnelWatch)),
       m_urlsFake(install<FakeUrlLoader>(m_real.urls)),
       m_workspaceFake(install<RecordingWorkspace>(m_real.workspace)),
+      m_appearanceFake(install<FakeAppearance>(m_real.appearance)),
+      m_controlFake(install<FakeControlService>(m_real.control)),
       m_backgroundFake(install<ManualBackgroundWork>(m_real.background)) {
     makeFolders();
     m_real.userDefaults = std::make_unique<quorvane::platform::UserDefaultsController>(*m_real.preferences);

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "FakeAppearance.h"
 #include "FakeAuthorizationService.h"
+#include "FakeControlService.h"
 #include "FakeHardware.h"
 #include "FakeHotKeyService.h"
+#include "FakeNetworkLock.h"
 #include "FakeProcessTable.h"
 #include "FakeReachability.h"
 #include "FakeScriptingService.h"
@@ -59,6 +62,8 @@ public:
 
     [[nodiscard]] FakeReachability &reachability() const { return *m_reachabilityFake; }
 
+    [[nodiscard]] FakeNetworkLock &networkLock() const { return *m_networkLockFake; }
+
     [[nodiscard]] FakeHardware &hardware() const { return *m_hardwareFake; }
 
     [[nodiscard]] FakeHotKeyService &hotKeys() const { return *m_hotKeysFake; }
@@ -75,6 +80,10 @@ public:
 
     [[nodiscard]] RecordingWorkspace &workspace() const { return *m_workspaceFake; }
 
+    [[nodiscard]] FakeAppearance &appearance() const { return *m_appearanceFake; }
+
+    [[nodiscard]] FakeControlService &control() const { return *m_controlFake; }
+
 private:
     void makeFolders();
 
@@ -87,6 +96,7 @@ private:
     FakeAuthorizationService *m_authorizationFake;
     MemoryKeyStore *m_keyStoreFake;
     FakeReachability *m_reachabilityFake;
+    FakeNetworkLock *m_networkLockFake;
     FakeHardware *m_hardwareFake;
     FakeHotKeyService *m_hotKeysFake;
     FakeProcessTable *m_processesFake;
@@ -94,6 +104,8 @@ private:
     FakeTunnelWatch *m_tunnelWatchFake;
     FakeUrlLoader *m_urlsFake;
     RecordingWorkspace *m_workspaceFake;
+    FakeAppearance *m_appearanceFake;
+    FakeControlService *m_controlFake;
     ManualBackgroundWork *m_backgroundFake;
 };
 

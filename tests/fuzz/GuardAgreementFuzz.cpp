@@ -1,96 +1,52 @@
-// The real OpenVPN must read an allowed configuration as the guard did. OpenVPN is started with the original
-// and with the guard's copy. It prints all its settings and ends at a management socket that cannot be made,
-// before it opens anything. Both outputs must be the same and contain no setting that the guard did not read.
+// The real OpenVPN must read an allowed configuration as the guard did. The configurations are generated from
+// the fuzzer's bytes, so that nearly all of them reach OpenVPN; how many did is printed at the end of a run.
+//
+// OpenVPN is started with the original and with the guard's copy, and both outputs must be the same.
+// - First it prints all its settings and ends at a management socket that cannot be made, before it opens
+//   anything. None of them may be one that the guard did not read. A library that is loaded into it reports
+//   the text of each block and the options that OpenVPN does not print (OpenVpnRecorder.cpp): all must be as
+//   the guard has read them.
+// - The configuration's own "verb" and "mute" decide what is printed.
+// - OpenVPN receives the blocks with keys for the control channel: it prints the keys that it has read from
+//   them, which must be those that the guard has read, and ends at an unknown user before it sends anything.
+// - With "auth-retry" or "auth-nocache" it answers a question about the first, and its warnings say whether
+// it
+//   keeps passwords.
 
 #include "Fuzz.h"
+#include "GeneratedConfiguration.h"
+#include "OpenVpnRun.h"
+#include "UnprintedOptions.h"
 #include "guard/AllowList.h"
-#include "guard/Files.h"
 
 #include <algorithm>
-#include <array>
-#include <fcntl.h>
-#include <regex>
+#include <cctype>
 #include <set>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <vector>
 
 using namespace quorvane::guard;
-using quorvane::FileDescriptor;
 
 namespace {
 
-constexpr int inheritedNumber = 200; ///< of both descriptors, so that both outputs contain the same path
+constexpr std::size_t longestLine = 254; ///< in bytes, without its line feed
 
-constexpr std::string_view base =
-    "client\ndev tun\nremote 192.0.2.1 1194\nauth-user-pass\n"
-    "<ca>\n-----BEGIN CERTIFICATE-----\nTUlJQg==\n-----END CERTIFICATE-----\n</ca>\n";
-
-/// OpenVPN under a name of its own, so that a search for processes named openvpn does not find these.
-const char *renamedOpenVpn() {
-    static const std::string link = [] {
-        const char *folder = getenv("TMPDIR");
-        std::string made = std::string(folder != nullptr ? folder : "/tmp") + "/reads-as-guard-XXXXXX";
-        must(mkdtemp(made.data()) != nullptr, "a folder can be made");
-        made += "/vpnread";
-        must(symlink("/usr/sbin/openvpn", made.c_str()) == 0, "a link can be made");
-        return made;
-    }();
-    return link.c_str();
-}
-
-struct Output {
-    int status = 0;
-    std::string settings;
+/// Counts for the last line of a run; run-fuzz compares them.
+struct Counts {
+    unsigned inputs = 0;
+    unsigned reached = 0;  ///< OpenVPN has read the whole configuration
+    unsigned settings = 0; ///< OpenVPN has also accepted it and printed its settings
+    unsigned keys = 0;     ///< OpenVPN has printed keys of a block
+    unsigned blocks = 0;   ///< texts of blocks compared
+    unsigned options = 0;  ///< directives compared that OpenVPN does not print
+    unsigned largest = 0;  ///< reached, of the largest size that is allowed
+    unsigned longest = 0;  ///< reached, with a line of the largest length
 };
 
-Output outputFor(std::string_view configuration) {
-    const auto copy = sealedCopy("configuration", configuration);
-    const auto credentials = sealedCopy("credentials", "user\npassword\n");
-    std::array<int, 2> pipe{};
-    must(copy.ok() && credentials.ok() && pipe2(pipe.data(), O_CLOEXEC) == 0, "descriptors can be made");
-    FileDescriptor output(pipe[0]);
-    FileDescriptor childOutput(pipe[1]);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, childOutput.get(), 1);
-    posix_spawn_file_actions_adddup2(&actions, childOutput.get(), 2);
-    posix_spawn_file_actions_adddup2(&actions, copy.value().get(), inheritedNumber);
-    posix_spawn_file_actions_adddup2(&actions, credentials.value().get(), inheritedNumber + 1);
-    // A configuration may shorten the log; all settings are needed here.
-    std::array<const char *, 15> arguments{"openvpn",
-                                           "--config",
-                                           "/proc/self/fd/200",
-                                           "--verb",
-                                           "4",
-                                           "--auth-user-pass",
-                                           "/proc/self/fd/201",
-                                           "--script-security",
-                                           "0",
-                                           "--management",
-                                           "/nonexistent/none",
-                                           "unix",
-                                           "--mute",
-                                           "0",
-                                           nullptr};
-    std::array<char *, 1> environment{nullptr};
-    pid_t pid = 0;
-    must(posix_spawn(&pid, renamedOpenVpn(), &actions, nullptr, const_cast<char **>(arguments.data()),
-                     environment.data()) == 0,
-         "OpenVPN can be started");
-    posix_spawn_file_actions_destroy(&actions);
-    childOutput.reset();
-    Output result;
-    std::array<char, 4096> buffer{};
-    for (ssize_t count = 0; (count = read(output.get(), buffer.data(), buffer.size())) > 0;) {
-        result.settings.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-    waitpid(pid, &result.status, 0);
-    // The time of each line, and where in the configuration an error was found.
-    static const std::regex varying("(^|\n)[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8} (us=[0-9]+ )?|fd/200:[0-9]+");
-    result.settings = std::regex_replace(result.settings, varying, "$1");
-    return result;
+Counts counts;
+
+void count(const Compared &compared) {
+    counts.blocks += compared.blocks;
+    counts.options += compared.options;
 }
 
 void checkNothingElseIsSet(const std::string &settings) {
@@ -179,28 +135,148 @@ bool isLeftOutOfCopy(const Directive &directive) {
            isNamed(directive, "ignore-unknown-option");
 }
 
+bool hasSettings(const OpenVpnOutput &output) {
+    return output.settings.find("Current Parameter Settings:") != std::string::npos;
+}
+
+/// The level and the limit of repeated lines are set by the last directive of each.
+void checkVerbosity(const std::string &text, const std::vector<Directive> &directives) {
+    std::string level = "4";
+    std::string limit = "0";
+    for (const Directive &directive : directives) {
+        if (isNamed(directive, "verb")) {
+            level = directive.tokens[1];
+        } else if (isNamed(directive, "mute")) {
+            limit = directive.tokens[1];
+        }
+    }
+    if (level == "4" && limit == "0") {
+        return;
+    }
+    const OpenVpnOutput output = readingsOf(text, privateCopy(directives), Probe::OwnVerbosity).original;
+    // A low limit can suppress them at that level, too.
+    must(!hasSettings(output) || level == "4",
+         "OpenVPN prints its settings at the level that the guard read");
+}
+
+/// The hexadecimal digits of a key for the control channel, in lower case.
+std::string digitsOfKey(const std::string &block) {
+    const auto begin = block.find("-----BEGIN OpenVPN Static key V1-----");
+    const auto end = block.find("-----END OpenVPN Static key V1-----");
+    std::string digits;
+    for (auto at = block.find('\n', begin); at < end; ++at) {
+        if (std::isxdigit(static_cast<unsigned char>(block[at])) != 0) {
+            digits += static_cast<char>(std::tolower(static_cast<unsigned char>(block[at])));
+        }
+    }
+    return digits;
+}
+
+/// Every key that OpenVPN prints must be a part of a block as the guard has read it.
+void checkKeys(const std::string &blocks) {
+    if (blocks.find("tls-") == std::string::npos) {
+        return;
+    }
+    const std::string text = "client\nremote 192.0.2.1\n" + blocks;
+    const auto parsed = parse(text);
+    must(parsed && check(parsed.value()), "the blocks alone are allowed");
+    const OpenVpnOutput output = readingsOf(text, privateCopy(parsed.value()), Probe::Keys).original;
+    must(output.settings.find("Cannot load CA") == std::string::npos, "OpenVPN can use the certificate");
+    std::set<std::string> keys;
+    for (const Directive &directive : parsed.value()) {
+        if (directive.block && directive.name().starts_with("tls-")) {
+            keys.insert(digitsOfKey(*directive.block));
+        }
+    }
+    const std::string begin = " KEY: ";
+    for (auto at = output.settings.find(begin); at != std::string::npos;
+         at = output.settings.find(begin, at + 1)) {
+        const auto from = at + begin.size();
+        std::string printed = output.settings.substr(from, output.settings.find('\n', from) - from);
+        std::erase(printed, ' ');
+        must(printed.size() >= 40 && std::ranges::any_of(keys,
+                                                         [&printed](const std::string &key) {
+                                                             return key.size() == 512 &&
+                                                                    key.find(printed) % 128 == 0;
+                                                         }),
+             "OpenVPN has the key that the guard read");
+        ++counts.keys;
+    }
+}
+
+/// True when one more byte would make a line too long.
+bool hasLongestLine(const std::string &text) {
+    std::size_t begin = 0;
+    while (begin < text.size()) {
+        const auto end = std::min(text.find('\n', begin), text.size());
+        if (end - begin == longestLine) {
+            return true;
+        }
+        begin = end + 1;
+    }
+    return false;
+}
+
+/// `compared`: the comparison with the configuration itself.
+void countReached(const std::string &text, const Compared &compared) {
+    count(compared);
+    if (compared.isWhole) {
+        ++counts.reached;
+        counts.largest += text.size() == maximumConfigurationSize ? 1 : 0;
+        counts.longest += hasLongestLine(text) ? 1 : 0;
+    }
+}
+
+/// The generator must know every directive that may pass, and the counts be printed at the end.
+void prepareOnce() {
+    static const bool isPrepared = [] {
+        const auto generated = generatedNames();
+        for (const auto name : allowedNames()) {
+            must(std::ranges::find(generated, name) != generated.end(),
+                 "every allowed directive is generated");
+        }
+        checkThatAllIsCompared();
+        return std::atexit([] {
+                   std::fprintf(stderr,
+                                "reached: %u of %u inputs, %u with settings, %u keys, %u blocks, "
+                                "%u unprinted options, %u largest, %u with the longest line\n",
+                                counts.reached, counts.inputs, counts.settings, counts.keys, counts.blocks,
+                                counts.options, counts.largest, counts.longest);
+               }) == 0;
+    }();
+    must(isPrepared, "the counts can be printed");
+}
+
 } // namespace
 
 void fuzzOne(std::string_view bytes) {
-    const std::string text = std::string(base).append(bytes);
-    const auto parsed = parse(text);
+    prepareOnce();
+    ++counts.inputs;
+    const GeneratedConfiguration made = generateConfiguration(bytes);
+    const auto parsed = parse(made.text);
     if (!parsed || !check(parsed.value())) {
         return;
     }
-    if (std::any_of(parsed.value().begin(), parsed.value().end(), isLeftOutOfCopy)) {
-        checkServers(outputFor(privateCopy(parsed.value())).settings, parsed.value());
+    const std::string copy = privateCopy(parsed.value());
+    if (std::ranges::any_of(parsed.value(), isLeftOutOfCopy)) {
+        const OpenVpnOutput output = outputOf(copy, Probe::Settings);
+        countReached(made.text, compareCopy(output, parsed.value()));
+        checkServers(output.settings, parsed.value());
         return;
     }
-    const Output original = outputFor(text);
-    const Output copied = outputFor(privateCopy(parsed.value()));
-    if (original.settings != copied.settings) {
-        std::fprintf(stderr, "--- the original\n%s\n--- the copy\n%s\n", original.settings.c_str(),
-                     copied.settings.c_str());
-    }
-    must(original.status == copied.status, "OpenVPN ends with the same status for the original and the copy");
-    must(original.settings == copied.settings, "OpenVPN reads the original as the guard did");
+    const OpenVpnReadings readings = readingsOf(made.text, copy, Probe::Settings);
+    const OpenVpnOutput &original = readings.original;
+    counts.settings += hasSettings(original) ? 1 : 0;
+    countReached(made.text, compareOriginal(original, parsed.value()));
+    count(compareCopy(readings.copy, parsed.value()));
+    count(compareRetries(made.text, parsed.value()));
+    count(compareAnswers(made.text, parsed.value()));
     must(original.settings.find("Options error: Unrecognized option") == std::string::npos,
          "OpenVPN knows every allowed directive");
     checkNothingElseIsSet(original.settings);
     checkServers(original.settings, parsed.value());
+    if (hasSettings(original)) {
+        checkVerbosity(made.text, parsed.value());
+    }
+    checkKeys(made.keyBlocks);
 }

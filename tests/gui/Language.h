@@ -3,6 +3,7 @@
 #include "frontend/support/Translations.h"
 #include "tests/gui/GuiTest.h"
 
+#include <QGuiApplication>
 #include <QTranslator>
 
 namespace quorvane {
@@ -18,11 +19,13 @@ inline void installLanguage() {
     const QString language =
         Translations::install(*qApp, Translations::ofUser(), text(QUORVANE_TRANSLATIONS));
     QCOMPARE(language.isNull(), !isGerman());
+    QGuiApplication::setLayoutDirection(Translations::shown().textDirection());
 }
 
 /// The windows of the next test class are in English again.
 inline void removeLanguage() {
     qDeleteAll(qApp->findChildren<QTranslator *>());
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 } // namespace quorvane

@@ -140,7 +140,9 @@ QString Reference::wrongControls(const DisplayState &shown) const {
     }
     switch (m_state) {
     case State::Starting:
-        return enabled || shown.hideButton.on ? text("the start with a button to press") : QString();
+        // A start that is to hide enables the controls when the first answer is handled, and presses.
+        return (enabled || shown.hideButton.on) && !m_hiddenFlag ? text("the start with a button to press")
+                                                                 : QString();
     case State::NotHidden:
         if (shown.hideButton.title != start || shown.hideItem.title != start) {
             return text("not hidden, and the button stops");

@@ -27,6 +27,10 @@ public:
     void animationEnded(bool forTunnel);
     /// The session stored that it is no longer hidden.
     void resetStored();
+
+    /// The user resumes what an earlier run was doing: the first answer begins an attempt.
+    void resumed() { m_hiddenFlag = true; }
+
     /// The alert of the last failure was requested.
     void gaveUp();
     /// The administrator's dialog was requested.

@@ -12,42 +12,27 @@ struct Entry {
     int weight; ///< how often it is drawn, compared with the others
 };
 
-constexpr std::array<Entry, 36> entries{{{"press", 60},
-                                         {"hot-key-hide", 20},
-                                         {"hot-key-change", 25},
-                                         {"hot-key-stop", 20},
-                                         {"hot-key-discard", 15},
-                                         {"tray-hide", 15},
-                                         {"change", 15},
-                                         {"choose", 25},
-                                         {"us-only", 10},
-                                         {"change-every", 10},
-                                         {"same-ip", 6},
-                                         {"apply", 6},
-                                         {"interval", 6},
-                                         {"protocol", 3},
-                                         {"stored-configuration", 4},
-                                         {"reconnect", 4},
-                                         {"stored-pair", 6},
-                                         {"refresh", 25},
-                                         {"answer", 60},
-                                         {"fail-answer", 10},
-                                         {"finish", 260},
-                                         {"work", 40},
-                                         {"service", 15},
-                                         {"address", 25},
-                                         {"log", 90},
-                                         {"openvpn-ends", 30},
-                                         {"guard", 8},
-                                         {"pair", 12},
-                                         {"network", 12},
-                                         {"close", 50},
-                                         {"clock", 120},
-                                         {"sleep", 8},
-                                         {"start-vpn", 8},
-                                         {"check-pair", 5},
-                                         {"update-list", 6},
-                                         {"quit", 0}}};
+constexpr std::array<Entry, 42> entries{{{"begin", 0},         {"press", 60},
+                                         {"hot-key-hide", 20}, {"hot-key-change", 25},
+                                         {"hot-key-stop", 20}, {"hot-key-discard", 15},
+                                         {"tray-hide", 15},    {"change", 15},
+                                         {"choose", 25},       {"us-only", 10},
+                                         {"change-every", 10}, {"same-ip", 6},
+                                         {"apply", 6},         {"interval", 6},
+                                         {"protocol", 3},      {"stored-configuration", 4},
+                                         {"reconnect", 4},     {"stored-pair", 6},
+                                         {"lock-wanted", 5},   {"lock-works", 8},
+                                         {"lift", 15},         {"unlock", 4},
+                                         {"refresh", 25},      {"answer", 60},
+                                         {"fail-answer", 10},  {"finish", 260},
+                                         {"work", 40},         {"service", 15},
+                                         {"address", 25},      {"log", 90},
+                                         {"openvpn-ends", 30}, {"guard", 8},
+                                         {"pair", 12},         {"network", 12},
+                                         {"close", 50},        {"clock", 120},
+                                         {"sleep", 8},         {"command", 30},
+                                         {"start-vpn", 8},     {"check-pair", 5},
+                                         {"update-list", 6},   {"quit", 0}}};
 
 } // namespace
 
@@ -86,7 +71,10 @@ Steps drawn(std::mt19937_64 &random, int count) {
     }
     std::discrete_distribution<int> kinds(weights.begin(), weights.end());
     std::uniform_int_distribution<unsigned> arguments(0, 15);
-    Steps steps{{Kind::Stored, arguments(random)}, {Kind::Network, 1}};
+    Steps steps{{Kind::Begin, arguments(random)},
+                {Kind::LockWanted, arguments(random)},
+                {Kind::Stored, arguments(random)},
+                {Kind::Network, 1}};
     if (arguments(random) > 3) { // else what follows begins before the first answer
         steps.append({Kind::Answer, arguments(random) % 3});
     }

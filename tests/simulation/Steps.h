@@ -9,6 +9,7 @@ namespace quorvane::simulation {
 
 /// What can happen to a session from outside, in the order of `names` in Steps.cpp.
 enum class Kind {
+    Begin,        ///< the start of the program; an earlier run has left the lock closed at argument 15
     Press,        ///< the hide button
     HotKeyHide,   ///< 1
     HotKeyChange, ///< 2, and the tray's change item
@@ -26,6 +27,10 @@ enum class Kind {
     Stored,      ///< the files contain a configuration when the argument is odd, as after an earlier run
     Reconnect,   ///< a lost tunnel is started again when the argument is odd
     StoredPair,  ///< the user stores the administrator's pair, or removes it
+    LockWanted,  ///< the network lock, when the argument is odd
+    LockWorks,   ///< from now on it can be closed and lifted when the argument is odd
+    Lift,        ///< the window's button that lifts it
+    Unlock,      ///< it is lifted in a terminal
     Refresh,     ///< the tray's refresh item
     Answer,      ///< the oldest open request is answered; the argument says how
     FailAnswer,  ///< the oldest open request fails
@@ -38,9 +43,10 @@ enum class Kind {
     Guard,       ///< from now on the guard starts OpenVPN when the argument is odd
     Pair,        ///< from now on the administrator's pair is accepted when the argument is odd
     Network,     ///< there is a network when the argument is odd
-    Close,       ///< the user closes the modal window
+    Close,       ///< the user closes the modal window; the argument answers a question
     Clock,       ///< time passes; the argument says how much
     Sleep,       ///< the machine sleeps and wakes; OpenVPN is gone when the argument is odd
+    Command,     ///< another program's; the argument says which
     StartVpn,    ///< the notification
     CheckPair,   ///< the notification
     UpdateList,  ///< the notification

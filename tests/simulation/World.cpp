@@ -29,7 +29,7 @@ constexpr std::array<const char *, 8> logContents{"",
 } // namespace
 
 World::World()
-    : m_session({m_events, m_api, m_vpn, m_fetch, m_chooser, m_rotation, *this, *this, *this,
+    : m_session({m_events, m_api, m_vpn, m_fetch, m_chooser, m_rotation, m_alerts, *this, *this,
                  [this](const QString &) {
                      m_reference.addressRead();
                      return m_addressIsRead ? lentAddress : text("");
@@ -51,16 +51,25 @@ World::World()
                                                      [this](const QVariant &) { m_session.getNewIP(); });
     m_services.platform().notifications->addObserver(Notifications::showIp, &m_session,
                                                      [this](const QVariant &) { m_session.showIp(); });
-    QObject::connect(&m_fetch, &ConfigurationFetch::prepared, &m_session, [this] { ++m_requests; });
+    QObject::connect(&m_fetch, &ConfigurationFetch::prepared, &m_session, [this] {
+        ++m_requests;
+        checkLock();
+    });
     m_services.preferences().setChangeHook([this](const QVariantMap &values) {
         if (values.contains(text("quorvane"))) {
             m_reference.resetStored();
         }
     });
+    QObject::connect(&m_session, &HideIpSession::displayChanged, &m_session,
+                     [this] { m_rests += isAtRest(m_session.facts()) ? 1 : 0; });
     showProcesses();
     m_api.initWithDelegate(&m_session);
     m_chooser.connectTo(&m_api, &m_session);
     m_session.setDiscarded(m_discarded);
+}
+
+void World::begin(bool isLocked) {
+    m_services.networkLock().closed = isLocked;
     m_session.begin([] {});
     m_begun = true;
 }
@@ -87,9 +96,12 @@ void World::stop() {
 
 void World::openAdministratorDialog(const std::function<void()> &closed) {
     m_reference.dialogRequested();
+    m_dialogIsOpen = true;
     ModalTurn::shared().request([this, closed](const std::function<void()> &ended) {
-        m_open.append([closed, ended] {
+        m_open.append([this, closed, ended] {
+            m_dialogIsOpen = false;
             closed();
+            m_control->dialogChanged();
             ended();
         });
     });
@@ -106,8 +118,17 @@ void World::critical(const Alert & /*alert*/, const std::function<void()> &close
     });
 }
 
+void World::ask(const Question & /*question*/, const std::function<void(Answer)> &answered) {
+    critical({}, [this, answered] {
+        m_resumes = m_answer == Answer::Second;
+        answered(m_answer);
+    });
+}
+
 void World::criticalLater(const Alert &alert) {
-    m_reference.gaveUp();
+    if (alert.text == text("Location is not available.")) {
+        m_reference.gaveUp();
+    }
     QMetaObject::invokeMethod(
         &m_session, [this, alert] { critical(alert); }, Qt::QueuedConnection);
 }
@@ -123,9 +144,14 @@ void World::showProcesses() {
 platform::ScriptResult World::runLine(const fakes::FakeScriptingService::Call &call) {
     using fakes::FakeScriptingService;
     const bool isKill = call.line.contains(text("killall"));
+    const bool isLock = call.line.startsWith(text("networklock"));
     if (!m_pairAccepted) {
         m_killRefused = m_killRefused || isKill;
+        m_stopIsDue = false;
         return FakeScriptingService::failure(1, text("Sorry, try again."));
+    }
+    if (isLock) {
+        return runLockLine(call.line.contains(text("-close")));
     }
     if (isKill) {
         m_cameUp = false;
@@ -133,6 +159,7 @@ platform::ScriptResult World::runLine(const fakes::FakeScriptingService::Call &c
         endOpenVpn(); // a watch that has not been stopped would report it
     } else if (call.line.contains(text("--config"))) {
         ++m_launches;
+        checkLock();
         m_cameUp = false;
         m_running += m_guardStarts ? 1 : 0;
     }
@@ -150,7 +177,57 @@ void World::writeLog(unsigned content) {
     m_cameUp = m_cameUp || QByteArray(bytes).contains("Sequence Completed\n");
 }
 
-void World::closeModal() {
+platform::ScriptResult World::runLockLine(bool closes) {
+    using fakes::FakeScriptingService;
+    if (!closes && !m_mayBeLifted) {
+        m_wrongLock = text("the lock is lifted without the user's stop");
+    }
+    const SessionFacts &facts = m_session.facts();
+    if (!closes && !isAtRest(facts) && facts.phase != Phase::Ended) {
+        m_wrongLock = text("the lock is lifted during an attempt");
+    }
+    if (closes || !m_lockWorks) {
+        m_stopIsDue = false;
+    }
+    if (!m_lockWorks) {
+        return FakeScriptingService::failure(6, text("no nftables"));
+    }
+    m_services.networkLock().closed = closes;
+    m_lockMayBeOpen = m_lockMayBeOpen && !closes;
+    return FakeScriptingService::success(text(""));
+}
+
+void World::checkLock() {
+    const bool isWanted = m_services.preferences().value(text("networkLock")).toBool();
+    if (isWanted && !m_lockMayBeOpen && !m_services.networkLock().closed) {
+        m_wrongLock = text("an attempt goes on with an open lock");
+    }
+}
+
+QString World::wrongLock() {
+    if (!m_wrongLock.isNull()) {
+        return m_wrongLock;
+    }
+    const SessionFacts &facts = m_session.facts();
+    const bool isClosed = m_services.networkLock().closed;
+    if (facts.locked != isClosed) {
+        return text("the window is wrong about the lock");
+    }
+    if (!m_open.isEmpty()) {
+        return {}; // a press may await the alert
+    }
+    if (facts.phase == Phase::NotHidden && m_stopIsDue && isClosed) {
+        return text("the lock is closed after the user's stop");
+    }
+    m_stopIsDue = false;
+    m_mayBeLifted = isAtRest(facts) || m_stopCommands > 0;
+    m_lockMayBeOpen = m_lockMayBeOpen && !isAtRest(facts); // the next attempt closes it
+    return {};
+}
+
+void World::closeModal(unsigned argument) {
+    static constexpr std::array answers{Answer::First, Answer::Second, Answer::None};
+    m_answer = answers.at(argument % answers.size());
     if (!m_open.isEmpty()) {
         const std::function<void()> close = m_open.takeFirst();
         close();
@@ -216,6 +293,9 @@ QString World::wrong() {
     if (m_attemptHangs) {
         return text("an attempt goes on without a process");
     }
+    if (!m_wrongCommand.isNull()) {
+        return m_wrongCommand;
+    }
     if (m_terminated) {
         return text("the application was terminated");
     }
@@ -228,8 +308,14 @@ QString World::wrongAtRest() {
     if (m_open.isEmpty()) {
         m_reference.allHandled();
     }
+    if (std::exchange(m_resumes, false) && SessionState::shared().hidden) {
+        m_reference.resumed();
+    }
     if (const QString difference = m_reference.differenceFrom(m_session.display()); !difference.isNull()) {
         return difference;
+    }
+    if (const QString lock = wrongLock(); !lock.isNull()) {
+        return lock;
     }
     if (m_session.display().look == Look::Hidden && (m_running == 0 || !m_cameUp)) {
         return text("hidden is shown without a tunnel");
@@ -270,6 +356,12 @@ QString World::wrongAtRest() {
 }
 
 QString World::wrongAfterEnd() const {
+    if (!m_wrongCommand.isNull()) {
+        return m_wrongCommand;
+    }
+    if (m_commands != 0) {
+        return text("a command was not answered once");
+    }
     if (!m_ended) {
         return text("the end was not reported");
     }
@@ -278,6 +370,9 @@ QString World::wrongAfterEnd() const {
     }
     if (m_running > 0 && m_pairAccepted) {
         return text("OpenVPN runs after the end");
+    }
+    if (m_services.networkLock().closed && m_pairAccepted && m_lockWorks) {
+        return text("the lock is closed after the end");
     }
     return {};
 }

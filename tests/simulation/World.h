@@ -4,6 +4,8 @@
 #include "Steps.h"
 #include "fakes/TestPlatform.h"
 #include "frontend/api/ConfigurationFetch.h"
+#include "frontend/control/AlertWatch.h"
+#include "frontend/control/SessionControl.h"
 #include "frontend/session/DiscardedAddresses.h"
 #include "frontend/session/HideIpSession.h"
 #include "frontend/session/LocationList.h"
@@ -58,6 +60,7 @@ private:
     using AlertPresenter::critical;
     void critical(const Alert &alert, const std::function<void()> &closed) override;
     void criticalLater(const Alert &alert) override;
+    void ask(const Question &question, const std::function<void(Answer)> &answered) override;
 
     void start() override;
     void stop() override;
@@ -73,17 +76,28 @@ private:
     void endOpenVpn();
     void storeConfiguration(bool exists);
     void changeStoredPair(unsigned argument);
-    void closeModal();
+    void begin(bool isLocked);
+    [[nodiscard]] platform::ScriptResult runLockLine(bool closes);
+    void closeModal(unsigned argument);
+    /// The lock must be closed before anything of an attempt leaves the machine.
+    void checkLock();
+    void pressOff(bool isOff);
     void doStep(const Step &step);
     /// What the service and the background work do; false for another step.
     bool doServiceStep(const Step &step);
     void doUserStep(const Step &step);
     void changeSetting(const Step &step);
+    void command(unsigned argument);
+    void commandEnded(platform::ControlOperation operation, int rests,
+                      const platform::ControlOutcome &outcome);
+    /// A command that waits while nothing happens is never answered.
+    void checkCommands();
     [[nodiscard]] bool isOffered(Kind kind) const;
     void passTime(unsigned argument);
     void quit();
     [[nodiscard]] QString wrong();
     [[nodiscard]] QString wrongAtRest();
+    [[nodiscard]] QString wrongLock();
     [[nodiscard]] QString wrongAfterEnd() const;
     [[nodiscard]] std::size_t pieceOf(unsigned argument) const;
 
@@ -101,7 +115,20 @@ private:
                                 }};
     EventQueue m_events;
     Vpn m_vpn{m_processes, m_events};
+    AlertWatch m_alerts{*this};
     HideIpSession m_session;
+    bool m_dialogIsOpen = false;
+    std::unique_ptr<SessionControl> m_control =
+        std::make_unique<SessionControl>(ControlParts{m_session, m_chooser, m_events, m_alerts, [] {}, [] {},
+                                                      [this] {
+                                                          return m_dialogIsOpen;
+                                                      }});
+    /// Commands that were not answered, how many of them are stops, and for how many steps at rest.
+    int m_commands = 0;
+    int m_stopCommands = 0;
+    int m_commandsAtRest = 0;
+    int m_rests = 0; ///< how often the session was shown at rest
+    QString m_wrongCommand;
 
     const QString m_logPath;
     bool m_pairAccepted = true;
@@ -114,6 +141,13 @@ private:
     bool m_reuses = false; ///< a configuration may have been used again
     bool m_killRefused = false;
     QList<std::function<void()>> m_open; ///< modal windows; the last is in front
+    Answer m_answer = Answer::None;      ///< to a question that is closed
+    bool m_resumes = false;              ///< the last question was answered so
+    bool m_lockWorks = true;
+    bool m_lockMayBeOpen = true; ///< the wish has changed since it was closed, or it was lifted elsewhere
+    bool m_mayBeLifted = true;   ///< the user has done what lifts it
+    bool m_stopIsDue = false;    ///< the user has switched off, and nothing was refused since
+    QString m_wrongLock;
     bool m_begun = false;
     bool m_attemptHangs = false;
     bool m_addressIsRead = true;

@@ -90,11 +90,13 @@ void World::answer(unsigned sort) {
 }
 
 void World::quit() {
+    m_mayBeLifted = true;
     m_open.clear(); // windows go with the program
     ModalTurn::shared().clear();
     m_session.end([this] { m_ended = true; });
     m_services.background().finishAll();
     m_launchesAtEnd = m_launches;
+    m_control.reset();
     // Whatever was on its way arrives now.
     m_session.quorvaneButtonPressed(true);
     m_session.getNewIP();
@@ -116,6 +118,8 @@ bool World::isOffered(Kind kind) const {
         return shown.changeIpVisible && m_open.isEmpty();
     case Kind::Refresh:
         return shown.refreshEnabled;
+    case Kind::Lift:
+        return shown.liftVisible && m_open.isEmpty();
     case Kind::Choose:
     case Kind::UsOnly:
     case Kind::ChangeEvery:
@@ -123,6 +127,7 @@ bool World::isOffered(Kind kind) const {
     case Kind::Apply:
     case Kind::Interval:
     case Kind::Protocol:
+    case Kind::LockWanted:
     case Kind::Reconnect:
     case Kind::Stored:
     case Kind::StoredPair:
@@ -132,9 +137,63 @@ bool World::isOffered(Kind kind) const {
     }
 }
 
+void World::pressOff(bool isOff) {
+    m_mayBeLifted = true;
+    m_stopIsDue = isOff && m_lockWorks && m_pairAccepted;
+}
+
+void World::command(unsigned argument) {
+    using platform::ControlOperation;
+    static constexpr std::array operations{ControlOperation::Hide,   ControlOperation::Hide,
+                                           ControlOperation::Stop,   ControlOperation::Stop,
+                                           ControlOperation::Change, ControlOperation::Discard};
+    const ControlOperation operation = operations.at(argument % operations.size());
+    const bool stops = operation == ControlOperation::Stop;
+    m_mayBeLifted = m_mayBeLifted || stops;
+    ++m_commands;
+    m_stopCommands += stops ? 1 : 0;
+    const int rests = m_rests - (isAtRest(m_session.facts()) ? 1 : 0);
+    m_control->operate(operation, argument % operations.size() == 1 ? text("Norway Oslo") : QString(),
+                       [this, operation, rests](const platform::ControlOutcome &outcome) {
+                           commandEnded(operation, rests, outcome);
+                       });
+}
+
+void World::commandEnded(platform::ControlOperation operation, int rests,
+                         const platform::ControlOutcome &outcome) {
+    const bool stops = operation == platform::ControlOperation::Stop;
+    --m_commands;
+    m_stopCommands -= stops ? 1 : 0;
+    if (outcome.kind != platform::ControlOutcome::Kind::Done) {
+        if (outcome.text.isEmpty()) {
+            m_wrongCommand = text("a command fails without a reason");
+        }
+        return;
+    }
+    if (stops) {
+        if (m_rests == rests) {
+            m_wrongCommand = text("a stop is done, and the session never came to rest");
+        }
+    } else if (m_session.display().look != Look::Hidden ||
+               outcome.text != m_session.display().currentIp.trimmed()) {
+        m_wrongCommand = text("a command is done, and its address is not shown");
+    }
+}
+
+void World::checkCommands() {
+    const bool starts = m_session.facts().phase == Phase::Starting;
+    const bool rests = m_events.isIdle() && m_open.isEmpty() && m_services.background().pending() == 0 &&
+                       m_session.facts().phase != Phase::Connecting && !starts;
+    m_commandsAtRest = rests && m_commands > 0 ? m_commandsAtRest + 1 : 0;
+    if (m_commandsAtRest > 2) {
+        m_wrongCommand = text("a command waits while nothing happens");
+    }
+}
+
 void World::doUserStep(const Step &step) {
     switch (step.kind) {
     case Kind::Press:
+        pressOff(m_session.display().hideButton.on);
         m_session.quorvaneButtonPressed(!m_session.display().hideButton.on);
         break;
     case Kind::HotKeyHide:
@@ -144,12 +203,14 @@ void World::doUserStep(const Step &step) {
         m_session.changeIpMenuItemPressed();
         break;
     case Kind::HotKeyStop:
-        m_session.stopQuorvane();
+        m_mayBeLifted = true;
+        m_session.stopHotKeyPressed();
         break;
     case Kind::HotKeyDiscard:
         m_session.discardIpButtonPressed();
         break;
     case Kind::TrayHide:
+        m_mayBeLifted = true; // an event before it may turn it into a stop
         m_session.quorvaneMenuItemPressed();
         break;
     case Kind::ChangeButton:
@@ -162,7 +223,15 @@ void World::doUserStep(const Step &step) {
         m_session.refreshLocationsPressed();
         break;
     case Kind::Close:
-        closeModal();
+        m_mayBeLifted = true;
+        closeModal(step.argument);
+        break;
+    case Kind::Lift:
+        m_mayBeLifted = true;
+        m_session.liftLockPressed();
+        break;
+    case Kind::Command:
+        command(step.argument);
         break;
     default:
         changeSetting(step);
@@ -192,6 +261,10 @@ void World::changeSetting(const Step &step) {
     case Kind::Protocol:
         m_services.preferences().setValue(text("tcpUdp"), on ? 1 : 0);
         break;
+    case Kind::LockWanted:
+        m_services.preferences().setValue(text("networkLock"), on);
+        m_lockMayBeOpen = true;
+        break;
     case Kind::Reconnect:
         m_services.preferences().setValue(text("noReconnect"), !on);
         break;
@@ -220,6 +293,16 @@ void World::doStep(const Step &step) {
         break;
     case Kind::Address:
         m_addressIsRead = on;
+        break;
+    case Kind::LockWorks:
+        m_lockWorks = on;
+        break;
+    case Kind::Unlock:
+        m_services.networkLock().closed = false;
+        m_lockMayBeOpen = true;
+        if (const auto changed = m_services.networkLock().observer) {
+            changed();
+        }
         break;
     case Kind::Guard:
         m_guardStarts = on;
@@ -282,8 +365,12 @@ bool World::doServiceStep(const Step &step) {
 }
 
 QString World::run(const Step &step) {
+    if (!m_begun) {
+        begin(step.kind == Kind::Begin && step.argument == 15);
+    }
     // Queued calls come first: they are older than whatever the event loop brings now.
     QCoreApplication::sendPostedEvents();
+    checkCommands();
     doStep(step);
     return step.kind == Kind::Quit ? wrongAfterEnd() : wrong();
 }

@@ -7,6 +7,7 @@
 #include "frontend/support/EventQueue.h"
 #include "frontend/support/ModalTurn.h"
 #include "frontend/support/Notifications.h"
+#include "frontend/ui/shared/WindowOrder.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "ui_AuthenticaionView.h"
@@ -94,8 +95,7 @@ void QrvAuthenticationWindowController::loadWindow() {
 
 void QrvAuthenticationWindowController::showModal() {
     m_ui->passwordTextField->setFocus();
-    setModal(true);
-    show();
+    showModally(*this);
 }
 
 void QrvAuthenticationWindowController::performClick() {

@@ -1,5 +1,6 @@
 #include "QrvMainWindowController.h"
 
+#include "frontend/control/SessionControl.h"
 #include "frontend/privileges/NameServers.h"
 #include "frontend/privileges/ScriptUtil.h"
 #include "frontend/privileges/dialog/QrvAuthenticationWindowController.h"
@@ -21,10 +22,11 @@
 #include "frontend/ui/shared/Images.h"
 #include "frontend/ui/shared/WebPages.h"
 #include "frontend/ui/tray/TrayPresence.h"
+#include "platform/Appearance.h"
+#include "platform/Control.h"
 #include "platform/DelayedCalls.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
-#include "platform/Workspace.h"
 
 #include <QAction>
 #include <QApplication>
@@ -72,15 +74,16 @@ QrvMainWindowController::QrvMainWindowController(QrvAPI &api)
       m_tray(new TrayPresence(this)), m_fetch(api),
       m_rotation(api, m_locations, static_cast<DiscardedAddresses &>(*this),
                  [] { return QRandomGenerator::global()->generate(); }),
-      m_vpn(m_processes, m_events),
+      m_alerts(Alerts::shared()), m_vpn(m_processes, m_events),
       m_session(std::make_unique<HideIpSession>(
-          SessionParts{m_events, api, m_vpn, m_fetch, m_chooser, m_rotation, Alerts::shared(), m_animation,
+          SessionParts{m_events, api, m_vpn, m_fetch, m_chooser, m_rotation, m_alerts, m_animation,
                        static_cast<SessionWindow &>(*this), &LentAddress::read})) {}
 
 QrvMainWindowController::~QrvMainWindowController() {
     if (m_reach) {
         m_reach->stopNotifier();
     }
+    services().control->withdraw();
     services().notifications->removeObservers(this);
     services().delayedCalls->cancelAll(this);
     m_api.setDelegate(nullptr);
@@ -110,6 +113,7 @@ void QrvMainWindowController::awakeFromNib() {
     observeNotifications();
     m_session->begin([this] { checkReachability(); });
     scheduleStartupChecks();
+    offerControl();
     if (!startedHidden()) {
         FirstPaint::callAfter(*m_mainWindow, [this] { settings(); });
         m_mainWindow->bringForward();
@@ -123,14 +127,11 @@ void QrvMainWindowController::endSession() {
     for (QWidget *window : QApplication::topLevelWidgets()) {
         window->hide();
     }
-    QEventLoop loop;
     bool ended = false;
-    m_session->end([&loop, &ended] {
-        ended = true;
-        loop.quit();
-    });
-    if (!ended) {
-        loop.exec();
+    m_session->end([&ended] { ended = true; });
+    // Not an event loop, which a second request to quit would end before the tunnel.
+    while (!ended) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 }
 
@@ -159,11 +160,15 @@ void QrvMainWindowController::connectSession() {
     HideIpSession *session = m_session.get();
     session->setDiscarded(static_cast<DiscardedAddresses &>(*this));
     connect(session, &HideIpSession::displayChanged, this, &QrvMainWindowController::draw);
-    connect(&m_animation, &TrayAnimation::frame, session, &HideIpSession::showFrame);
+    connect(&m_animation, &TrayAnimation::frame, session, [session](const QString &image) {
+        const bool moves = !services().appearance->current().reducesMotion;
+        session->showFrame(moves ? image : QStringLiteral("A01"));
+    });
     MainWindow *window = m_mainWindow.get();
     connect(window, &MainWindow::hideButtonPressed, session, &HideIpSession::quorvaneButtonPressed);
     connect(window, &MainWindow::changeIpPressed, session, &HideIpSession::changeIpButtonPressed);
     connect(window, &MainWindow::discardIpPressed, session, &HideIpSession::discardIpButtonPressed);
+    connect(window, &MainWindow::liftLockPressed, session, &HideIpSession::liftLockPressed);
     connect(window, &MainWindow::changeEverySwitched, session, &HideIpSession::changeEveryPressed);
     connect(window, &MainWindow::requireUSSwitched, session, &HideIpSession::requireUSBasedIPButtonPressed);
     connect(window, &MainWindow::intervalEntered, session, &HideIpSession::intervalEntered);
@@ -184,7 +189,7 @@ void QrvMainWindowController::connectWindow() {
         Preferences::choose({{Preference::TcpUdp, index}});
     });
     connect(m_mainWindow.get(), &MainWindow::websitePressed, this,
-            [this] { services().workspace->openUrl(WebPages::root(m_api.macSerial())); });
+            [this] { WebPages::open(WebPages::root(m_api.macSerial())); });
     connect(m_mainWindow.get(), &MainWindow::aboutPressed, this,
             &QrvMainWindowController::aboutMenuItemPressed);
     connect(m_mainWindow.get(), &MainWindow::advancedSettingsPressed, this,
@@ -207,6 +212,7 @@ void QrvMainWindowController::connectTray() {
             &QrvMainWindowController::copyIpMenuItemPressed);
     connect(m_tray->settingsMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::advancedSettingsMenuItemPressed);
+    connect(m_tray->helpMenuItem(), &QAction::triggered, this, &WebPages::openGuide);
     connect(m_tray->aboutMenuItem(), &QAction::triggered, this,
             &QrvMainWindowController::aboutMenuItemPressed);
     connect(m_tray->showSelfMenuItem(), &QAction::triggered, this,
@@ -214,6 +220,23 @@ void QrvMainWindowController::connectTray() {
     connect(m_tray->quitMenuItem(), &QAction::triggered, this, [] { endApplication(); });
     m_tray->setLocations(m_locations);
     connect(m_tray, &TrayPresence::locationChosen, &m_chooser, &LocationChooser::choose);
+}
+
+void QrvMainWindowController::offerControl() {
+    m_control = std::make_unique<SessionControl>(
+        ControlParts{*m_session, m_chooser, m_events, m_alerts, [this] { showSelfMenuItemPressed(); },
+                     [] { endApplication(); },
+                     [] {
+                         return QrvAuthenticationWindowController::isRunning();
+                     }});
+    platform::ControlService *service = services().control.get();
+    service->offer(*m_control);
+    connect(m_control.get(), &SessionControl::stateChanged, this, [service] { service->reportState(); });
+    connect(&m_locations, &LocationList::modelReset, this, [service] { service->reportLocations(); });
+    connect(&m_locations, &LocationList::currentRowChanged, this, [service] {
+        service->reportLocations();
+        service->reportState();
+    });
 }
 
 void QrvMainWindowController::observeNotifications() {
@@ -283,19 +306,31 @@ Task<> QrvMainWindowController::openDialogUnlessValid(QWidget &window) {
     if (co_await m_session->pairIsValid()) {
         co_return;
     }
-    auto dialog = m_events.outside([this, &window](const std::function<void()> &proceed) {
-        QrvAuthenticationWindowController::open(m_events, Alerts::shared(), window, proceed);
-    });
+    auto dialog = m_events.outside(
+        [this, &window](const std::function<void()> &proceed) { openDialog(window, proceed); });
     co_await dialog;
 }
 
 void QrvMainWindowController::refreshFrontWindow() {
     m_mainWindow->dropFloatingLevel();
-    settings(); // loads the settings window if the main window was never drawn
+    settings(); // registers the hot keys if the main window was never drawn
 }
 
 void QrvMainWindowController::openAdministratorDialog(const std::function<void()> &closed) {
-    QrvAuthenticationWindowController::open(m_events, Alerts::shared(), *m_mainWindow, closed);
+    openDialog(*m_mainWindow, closed);
+}
+
+void QrvMainWindowController::openDialog(QWidget &window, const std::function<void()> &closed) {
+    const auto notify = [control = QPointer(m_control.get())] {
+        if (control) {
+            control->dialogChanged();
+        }
+    };
+    QrvAuthenticationWindowController::open(m_events, Alerts::shared(), window, [closed, notify] {
+        closed();
+        notify();
+    });
+    notify();
 }
 
 void QrvMainWindowController::checkAdministrator(QWidget &window) {
@@ -322,7 +357,7 @@ Task<> QrvMainWindowController::putBackServersNow() {
 }
 
 void QrvMainWindowController::checkIpMenuItemPressed() {
-    services().workspace->openUrl(WebPages::ipCheck(m_api.macSerial()));
+    WebPages::open(WebPages::ipCheck(m_api.macSerial()));
 }
 
 void QrvMainWindowController::copyIpMenuItemPressed() {
@@ -346,7 +381,7 @@ void QrvMainWindowController::hotKeyPressed(quint32 identifier) {
         m_session->changeIpMenuItemPressed();
         break;
     case 3:
-        m_session->stopQuorvane();
+        m_session->stopHotKeyPressed();
         break;
     case 4:
         m_session->discardIpButtonPressed();

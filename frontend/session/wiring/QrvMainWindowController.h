@@ -2,6 +2,7 @@
 
 #include "frontend/api/ConfigurationFetch.h"
 #include "frontend/api/QrvAPI.h"
+#include "frontend/control/AlertWatch.h"
 #include "frontend/session/DiscardedAddresses.h"
 #include "frontend/session/HideIpSession.h"
 #include "frontend/session/LocationChooser.h"
@@ -22,6 +23,7 @@ class MainWindow;
 class QrvAboutWindowController;
 class QrvSettingsWindowController;
 class Reachability;
+class SessionControl;
 class TrayPresence;
 
 /// The main window's controller: builds the window, the tray icon and the session, and connects them. The
@@ -69,7 +71,8 @@ public:
 
     [[nodiscard]] MainWindow &window() { return *m_mainWindow; }
 
-    /// Loads the settings window unless it is loaded. It is not needed to show the main window.
+    /// The settings' controller, which registers the hot keys when it is made. It is not needed to show the
+    /// main window.
     QrvSettingsWindowController &settings();
 
     [[nodiscard]] TrayPresence &statusItem() { return *m_tray; }
@@ -105,6 +108,8 @@ private:
     void connectSession();
     void connectWindow();
     void connectTray();
+    /// Other programs of the user can control the session from now on.
+    void offerControl();
     void observeNotifications();
     void scheduleStartupChecks();
     /// First the name servers, then the stored administrator pair. The second check begins when the first,
@@ -114,6 +119,7 @@ private:
     [[nodiscard]] Task<> checkCredentials();
     [[nodiscard]] Task<> putBackServersNow();
     [[nodiscard]] Task<> openDialogUnlessValid(QWidget &window);
+    void openDialog(QWidget &window, const std::function<void()> &closed);
     void loadPreferences();
 
     QrvAPI &m_api;
@@ -128,10 +134,12 @@ private:
     std::unique_ptr<QrvAboutWindowController> m_aboutWindow;
     std::unique_ptr<QrvSettingsWindowController> m_settingsWindow;
     std::shared_ptr<Reachability> m_reach;
+    AlertWatch m_alerts;
     // Their handlers use everything above.
     EventQueue m_events;
     Vpn m_vpn;
     std::unique_ptr<HideIpSession> m_session;
+    std::unique_ptr<SessionControl> m_control;
 };
 
 } // namespace quorvane

@@ -29,9 +29,12 @@ QRect LocationRowDelegate::goldRect(const QStyleOptionViewItem &option, const QM
     }
     const QRect text = style->subElementRect(QStyle::SE_ItemViewItemText, &row, option.widget);
     const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &row, option.widget) + 1;
-    const int at = text.left() + margin + row.fontMetrics.horizontalAdvance(row.text) + gapBeforeGold;
-    return {std::min(at, option.rect.right() - goldSide), option.rect.center().y() - goldSide / 2, goldSide,
-            goldSide};
+    // Measured from the left, and mirrored where lines begin at the right.
+    const int begin = QStyle::visualRect(option.direction, option.rect, text).left();
+    const int at = begin + margin + row.fontMetrics.horizontalAdvance(row.text) + gapBeforeGold;
+    const QRect gold(std::min(at, option.rect.right() - goldSide), option.rect.center().y() - goldSide / 2,
+                     goldSide, goldSide);
+    return QStyle::visualRect(option.direction, option.rect, gold);
 }
 
 void LocationRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,

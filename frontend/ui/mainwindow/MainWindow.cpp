@@ -3,26 +3,38 @@
 #include "frontend/session/LocationChooser.h"
 #include "frontend/ui/shared/Images.h"
 #include "frontend/ui/shared/IntervalField.h"
+#include "frontend/ui/shared/ScreenRoom.h"
 #include "frontend/ui/shared/WindowOrder.h"
+#include "platform/Appearance.h"
+#include "platform/Platform.h"
 #include "ui_MainWindow.h"
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QScreen>
 #include <QWindow>
+#include <algorithm>
 
 namespace quorvane {
 
 namespace {
 
+constexpr int windowWidth = 400;
 constexpr QSize stateImageSize(112, 112);
+constexpr QSize smallStateImageSize(56, 56);
+/// A screen of less height than this, in logical pixels, gets the compact window.
+constexpr int lowScreen = 700;
 constexpr QSize flagSize(28, 21);
-constexpr QSize windowIconSize(64, 64);
+constexpr int millisecondsPerSecond = 1000;
 
 QString styleOf(Tone tone) {
     switch (tone) {
     case Tone::Warning:
-        return QStringLiteral("color: rgb(223, 46, 51);");
+        // On a ground of its own: the warning red cannot be read on the window's grey.
+        return QStringLiteral("color: rgb(223, 46, 51); background: rgb(2, 2, 2); border-radius: 6px; "
+                              "padding: 4px 8px;");
     case Tone::Quiet:
         return QStringLiteral("color: rgb(211, 211, 211);");
     case Tone::Plain:
@@ -54,9 +66,17 @@ MainWindow::MainWindow(LocationChooser &chooser, QWidget *parent)
     m_ui->setupUi(this);
     m_ui->locationPane->setChooser(chooser);
     m_ui->viewSpinWeel->setRange(0, 100);
-    setFixedWidth(400);
-    // Only one size, because the window system receives every size of the icon.
-    setWindowIcon(QIcon(Images::pixmap(QStringLiteral("quorvane"), windowIconSize, devicePixelRatioF())));
+    setFixedWidth(windowWidth);
+    // No button to maximise, which a window of one width has no use for.
+    setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+    m_ui->backgroundView->setFixedWidth(windowWidth); // however long a location's name is
+    m_ui->backgroundView->installEventFilter(this);
+    m_ui->rotationFold->hide();
+    // The view draws its ground itself; filled before, too, they would cover the window, whose first painting
+    // is awaited.
+    m_ui->scroll->viewport()->setAutoFillBackground(false);
+    m_ui->backgroundView->setAutoFillBackground(false);
     m_ui->segmentTcp->setChecked(true);
     auto *quit = new QAction(tr("Quit Quorvane"), this);
     quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
@@ -66,6 +86,9 @@ MainWindow::MainWindow(LocationChooser &chooser, QWidget *parent)
     for (QLabel *line : {m_ui->fieldLine3, m_ui->fieldLine4, m_ui->fieldLine22, m_ui->fieldLine21}) {
         line->setVisible(false);
     }
+    m_ui->lockLine->setVisible(false);
+    m_eachSecond.setInterval(millisecondsPerSecond);
+    connect(&m_eachSecond, &QTimer::timeout, this, &MainWindow::showSeconds);
     // Controls keep their place while they are hidden, so that the others do not move.
     for (QWidget *widget :
          std::initializer_list<QWidget *>{m_ui->changeIpButton, m_ui->discardIpButton, m_ui->viewSpinWeel}) {
@@ -82,14 +105,22 @@ void MainWindow::connectControls() {
     connect(m_ui->buttonQuorvane, &QPushButton::clicked, this, &MainWindow::hideButtonPressed);
     connect(m_ui->changeIpButton, &QPushButton::clicked, this, &MainWindow::changeIpPressed);
     connect(m_ui->discardIpButton, &QPushButton::clicked, this, &MainWindow::discardIpPressed);
+    connect(m_ui->liftButton, &QPushButton::clicked, this, &MainWindow::liftLockPressed);
     connect(m_ui->checkboxChangeIpInterval, &QCheckBox::clicked, this, &MainWindow::changeEverySwitched);
     connect(m_ui->checkboxRequireUS, &QCheckBox::clicked, this, &MainWindow::requireUSSwitched);
     connect(m_ui->IPNonRepeat, &QCheckBox::clicked, this, &MainWindow::nonRepeatSwitched);
     m_interval = new IntervalField(*m_ui->fieldChangeIpInterval, *m_ui->stepperChangeIpInterval,
                                    IntervalField::Zero::BecomesOne, this);
     connect(m_interval, &IntervalField::entered, this, &MainWindow::intervalEntered);
+    const auto nameUnit = [this] {
+        m_ui->minutesLabel->setText(tr("minutes", "behind their number", m_interval->minutes()));
+    };
+    nameUnit();
+    connect(m_ui->fieldChangeIpInterval, &QLineEdit::textChanged, this, nameUnit);
     connect(m_ui->fieldChangeIpInterval, &QLineEdit::returnPressed, this, &MainWindow::intervalChanged);
     connect(m_ui->fieldChangeIpInterval, &QLineEdit::editingFinished, this, &MainWindow::endIntervalEditing);
+    connect(m_ui->rotationFold, &QToolButton::toggled, this, &MainWindow::unfoldRotation);
+    connect(m_ui->quitButton, &QPushButton::clicked, this, &MainWindow::quitRequested);
     connect(m_ui->websiteButton, &QPushButton::clicked, this, &MainWindow::websitePressed);
     connect(m_ui->aboutButton, &QPushButton::clicked, this, &MainWindow::aboutPressed);
     connect(m_ui->advancedSettingsButton, &QPushButton::clicked, this, &MainWindow::advancedSettingsPressed);
@@ -144,16 +175,24 @@ void MainWindow::draw(const DisplayState &state) {
     drawLine(m_ui->fieldLine3, state.line3, m_shown.line3);
     drawLine(m_ui->fieldLine4, state.line4, m_shown.line4);
     drawLine(m_ui->addressNotice, state.addressNotice, m_shown.addressNotice);
+    drawStep(state);
+    drawLine(m_ui->lockNotice, state.lockNotice, m_shown.lockNotice);
+    m_ui->lockLine->setVisible(state.lockNotice.visible);
+    m_ui->liftButton->setVisible(state.liftVisible);
     if (m_ui->viewCurrentIP->stringValue() != state.currentIp) {
         m_ui->viewCurrentIP->setStringValue(state.currentIp);
     }
     m_ui->buttonQuorvane->setText(state.hideButton.title);
     m_ui->buttonQuorvane->setEnabled(state.hideButton.enabled);
     m_ui->buttonQuorvane->setChecked(state.hideButton.on);
+    m_ui->buttonQuorvane->setAccessibleDescription(state.hideButton.hint);
     m_ui->advancedSettingsButton->setEnabled(state.advancedEnabled);
     m_ui->changeIpButton->setVisible(state.changeIpVisible);
     m_ui->discardIpButton->setVisible(state.discardIpVisible);
-    m_ui->viewSpinWeel->setRange(0, state.spinning ? 0 : 100);
+    // With an upper end of 0 the bar moves by itself.
+    const bool moves = !platform::Platform::current().appearance->current().reducesMotion;
+    m_ui->viewSpinWeel->setRange(0, state.spinning && moves ? 0 : 100);
+    m_ui->viewSpinWeel->setValue(50);
     m_ui->viewSpinWeel->setVisible(state.spinning);
     if (state.interval != m_shown.interval) {
         m_interval->show(state.interval);
@@ -165,9 +204,40 @@ void MainWindow::draw(const DisplayState &state) {
     m_shown = state;
 }
 
+void MainWindow::drawStep(const DisplayState &state) {
+    drawLine(m_ui->stepLine, state.stepLine, m_shown.stepLine);
+    if (state.timed == m_shown.timed && state.stepLine == m_shown.stepLine) {
+        return;
+    }
+    m_ui->stepLine->setAccessibleName(state.stepLine.text);
+    if (!state.timed) {
+        m_eachSecond.stop();
+        m_search.invalidate();
+        return;
+    }
+    if (!m_search.isValid()) {
+        m_search.start();
+        m_eachSecond.start();
+    }
+    showSeconds();
+}
+
+void MainWindow::showSeconds() {
+    const qint64 seconds = m_search.elapsed() / millisecondsPerSecond;
+    if (seconds > 0) {
+        m_ui->stepLine->setText(
+            tr("%1 (%2 s)").arg(m_ui->stepLine->accessibleName()).arg(locale().toString(seconds)));
+    }
+}
+
+void MainWindow::drawStateImage(const QString &name) {
+    const QSize size = m_compact ? smallStateImageSize : stateImageSize;
+    m_ui->imageAppState->setPixmap(Images::pixmap(name, size, devicePixelRatioF()));
+}
+
 void MainWindow::drawImages(const DisplayState &state) {
     if (state.stateImage != m_shown.stateImage) {
-        m_ui->imageAppState->setPixmap(Images::pixmap(state.stateImage, stateImageSize, devicePixelRatioF()));
+        drawStateImage(state.stateImage);
         m_ui->imageAppState->setAccessibleName(stateDescription(state.look));
     }
     if (state.flagImage != m_shown.flagImage) {
@@ -206,18 +276,11 @@ void MainWindow::setTransportIndex(int index) {
 }
 
 void MainWindow::raiseFloatingLevel() {
-    setWindowFlag(Qt::WindowStaysOnTopHint, true);
+    setFloating(*this, true);
 }
 
 void MainWindow::dropFloatingLevel() {
-    // Set on the window handle: the widget's own setter would create a new window and lose the focus.
-    if (QWindow *handle = windowHandle()) {
-        handle->setFlag(Qt::WindowStaysOnTopHint, false);
-        // The widget's flags too, so that a window created later does not float.
-        overrideWindowFlags(windowFlags() & ~Qt::WindowStaysOnTopHint);
-    } else {
-        setWindowFlag(Qt::WindowStaysOnTopHint, false);
-    }
+    setFloating(*this, false);
 }
 
 void MainWindow::setReachableByTray(bool reachable) {
@@ -225,6 +288,7 @@ void MainWindow::setReachableByTray(bool reachable) {
         return;
     }
     m_reachableByTray = reachable;
+    m_ui->quitButton->setVisible(!reachable); // else the tray's menu has it
     if (m_inBackground) {
         hideOrMinimise();
     }
@@ -239,13 +303,57 @@ void MainWindow::hideOrMinimise() {
     if (m_reachableByTray) {
         hide();
     } else {
-        if (!testAttribute(Qt::WA_Resized)) {
-            // A window that computes its size while it is being shown would not be minimised.
-            ensurePolished();
-            resize(sizeHint());
-        }
+        // A window that computes its size while it is being shown would not be minimised.
+        ensurePolished();
+        fitToScreen();
+        resize(size());
         showMinimized();
     }
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == m_ui->backgroundView && event->type() == QEvent::LayoutRequest && !isMinimized()) {
+        fitHeight();
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::showEvent(QShowEvent *event) {
+    if (!isMinimized()) {
+        fitToScreen();
+    }
+    connect(windowHandle(), &QWindow::screenChanged, this, &MainWindow::fitToScreen, Qt::UniqueConnection);
+    QMainWindow::showEvent(event);
+}
+
+void MainWindow::fitToScreen() {
+    const QScreen *current = screen();
+    disconnect(m_screenChange);
+    m_screenChange = connect(current, &QScreen::availableGeometryChanged, this, &MainWindow::fitToScreen);
+    const bool compact = current->availableGeometry().height() < lowScreen;
+    if (compact != m_compact) {
+        m_compact = compact;
+        m_ui->rotationFold->setVisible(compact);
+        unfoldRotation(m_ui->rotationFold->isChecked());
+        const QSize &size = compact ? smallStateImageSize : stateImageSize;
+        m_ui->imageAppState->setMinimumHeight(size.height() + (compact ? 0 : 8));
+        m_ui->column->setContentsMargins(24, compact ? 8 : 20, 24, compact ? 8 : 16);
+        m_ui->column->setSpacing(compact ? 4 : 8);
+        drawStateImage(m_shown.stateImage);
+    }
+    fitHeight();
+}
+
+void MainWindow::unfoldRotation(bool unfolded) {
+    const auto forwards = isRightToLeft() ? Qt::LeftArrow : Qt::RightArrow;
+    m_ui->rotationFold->setArrowType(unfolded ? Qt::DownArrow : forwards);
+    m_ui->rotationPart->setVisible(!m_compact || unfolded);
+}
+
+void MainWindow::fitHeight() {
+    QLayout &column = *m_ui->column;
+    const int needed = std::max(column.totalHeightForWidth(windowWidth), column.totalMinimumSize().height());
+    setFixedHeight(std::min(needed, roomOnScreen(*this)));
 }
 
 void MainWindow::bringForward() {
@@ -259,8 +367,16 @@ void MainWindow::closeEvent(QCloseEvent *event) {
 }
 
 void MainWindow::changeEvent(QEvent *event) {
-    if (event->type() == QEvent::WindowStateChange && isVisible() && !isMinimized()) {
-        m_inBackground = false; // the user restored it from the task bar
+    // The user restored it from the task bar. Wayland reports a minimised window as a usual one; there only
+    // the focus shows that it was restored.
+    const bool reportsMinimised = !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    if (isVisible() && !isMinimized() &&
+        ((event->type() == QEvent::WindowStateChange && reportsMinimised) ||
+         (event->type() == QEvent::ActivationChange && isActiveWindow()))) {
+        m_inBackground = false;
+    }
+    if (event->type() == QEvent::WindowStateChange && !isMinimized()) {
+        fitToScreen(); // what is shown may have changed meanwhile
     }
     QMainWindow::changeEvent(event);
 }

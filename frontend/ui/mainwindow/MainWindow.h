@@ -2,7 +2,9 @@
 
 #include "frontend/session/DisplayState.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
+#include <QTimer>
 #include <memory>
 
 namespace quorvane {
@@ -54,6 +56,7 @@ Q_SIGNALS:
     void hideButtonPressed(bool on);
     void changeIpPressed();
     void discardIpPressed();
+    void liftLockPressed();
     void changeEverySwitched(bool on);
     void requireUSSwitched(bool on);
     void nonRepeatSwitched(bool on);
@@ -67,6 +70,8 @@ Q_SIGNALS:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     /// Return presses the focused button, or the hide button if no button has the focus; in the interval
     /// field Return and Escape end the editing.
     void keyPressEvent(QKeyEvent *event) override;
@@ -79,12 +84,25 @@ private:
     void hideOrMinimise();
     [[nodiscard]] static QString stateDescription(Look look);
     void drawImages(const DisplayState &state);
+    void drawStateImage(const QString &name);
+    void drawStep(const DisplayState &state);
+    void showSeconds();
+    /// On a low screen the picture is smaller and the rotation's controls are folded.
+    void fitToScreen();
+    void unfoldRotation(bool unfolded);
+    /// As high as what is in it; it scrolls if the screen has less room.
+    void fitHeight();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     IntervalField *m_interval = nullptr;
     DisplayState m_shown;
+    /// Since the search began, whatever its step or its attempt is.
+    QElapsedTimer m_search;
+    QTimer m_eachSecond;
     bool m_reachableByTray = false;
     bool m_inBackground = false;
+    bool m_compact = false;
+    QMetaObject::Connection m_screenChange;
 };
 
 } // namespace quorvane

@@ -1,14 +1,21 @@
 #include "QrvAboutWindowController.h"
 
 #include "frontend/api/QrvAPI.h"
+#include "frontend/session/DiagnosticReport.h"
+#include "frontend/support/Translations.h"
 #include "frontend/ui/shared/Images.h"
 #include "frontend/ui/shared/WebPages.h"
 #include "frontend/ui/shared/WindowOrder.h"
 #include "platform/Platform.h"
-#include "platform/Workspace.h"
 #include "ui_About.h"
 
+#include <QClipboard>
+#include <QDate>
+#include <QGuiApplication>
 #include <QHideEvent>
+#include <QLocale>
+
+#include <algorithm>
 
 namespace quorvane {
 
@@ -28,12 +35,25 @@ QrvAboutWindowController::QrvAboutWindowController(QWidget &mainWindow, QrvAPI &
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     connect(m_ui->okButton, &QPushButton::clicked, this, &QrvAboutWindowController::okButtonPressed);
     connect(m_ui->urlButton, &QPushButton::clicked, this, &QrvAboutWindowController::urlButtonPressed);
+    connect(m_ui->helpButton, &QPushButton::clicked, this, &WebPages::openGuide);
+    connect(m_ui->copyButton, &QPushButton::clicked, this, &QrvAboutWindowController::copyButtonPressed);
+    // The longer one of the two texts decides, so that nothing moves when it changes.
+    m_ui->copyButton->setText(copiedText());
+    const int copiedWidth = m_ui->copyButton->sizeHint().width();
+    m_ui->copyButton->setText(copyText());
+    m_ui->copyButton->setMinimumWidth(std::max(copiedWidth, m_ui->copyButton->sizeHint().width()));
 }
 
 QrvAboutWindowController::~QrvAboutWindowController() = default;
 
 QString QrvAboutWindowController::buildDate() {
-    return QStringLiteral(__DATE__);
+    const QString compiled = QStringLiteral(__DATE__);
+    const QLocale shown = Translations::shown();
+    if (shown == QLocale::c()) {
+        return compiled;
+    }
+    const QDate date = QLocale::c().toDate(compiled.simplified(), QStringLiteral("MMM d yyyy"));
+    return shown.toString(date, QLocale::ShortFormat);
 }
 
 void QrvAboutWindowController::showWindow() {
@@ -41,8 +61,22 @@ void QrvAboutWindowController::showWindow() {
         m_showMain = true;
         m_mainWindow.hide();
     }
+    m_ui->copyButton->setText(copyText());
     m_ui->okButton->setFocus();
     bringForward(*this);
+}
+
+QString QrvAboutWindowController::copyText() {
+    return QCoreApplication::translate("quorvane::About", "Copy Diagnostics");
+}
+
+QString QrvAboutWindowController::copiedText() {
+    return tr("Diagnostics Copied");
+}
+
+void QrvAboutWindowController::copyButtonPressed() {
+    QGuiApplication::clipboard()->setText(DiagnosticReport::text());
+    m_ui->copyButton->setText(copiedText());
 }
 
 void QrvAboutWindowController::okButtonPressed() {
@@ -50,7 +84,7 @@ void QrvAboutWindowController::okButtonPressed() {
 }
 
 void QrvAboutWindowController::urlButtonPressed() {
-    platform::Platform::current().workspace->openUrl(WebPages::root(m_api.macSerial()));
+    WebPages::open(WebPages::root(m_api.macSerial()));
 }
 
 void QrvAboutWindowController::hideEvent(QHideEvent *event) {

@@ -24,14 +24,18 @@ public:
     void showWindow();
     void okButtonPressed();
     void urlButtonPressed();
+    void copyButtonPressed();
 
-    /// The compiler's date, "Dec  9 2016".
+    /// The compiler's date as the shown language writes it; in English "Dec  9 2016".
     [[nodiscard]] static QString buildDate();
 
 protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
+    [[nodiscard]] static QString copyText();
+    [[nodiscard]] static QString copiedText();
+
     QWidget &m_mainWindow;
     QrvAPI &m_api;
     std::unique_ptr<Ui::About> m_ui;

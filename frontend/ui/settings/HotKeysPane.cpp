@@ -4,20 +4,30 @@
 #include "ui_SettingsHotkeys.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QLabel>
+#include <QRegularExpression>
 #include <QStyledItemDelegate>
 
 namespace quorvane {
 
 namespace {
 
-QString plainName(const QLabel &label) {
-    QString name = label.text();
-    name.remove(u'&');
-    if (name.endsWith(u':')) {
-        name.chop(1);
+/// The label of the action's pop-up, as the form has it.
+const char *labelOf(HotKeys::Action action) {
+    switch (action) {
+    case HotKeys::Action::HideIp:
+        return QT_TRANSLATE_NOOP("quorvane::SettingsHotkeys", "&Hide IP:");
+    case HotKeys::Action::ChangeIp:
+        return QT_TRANSLATE_NOOP("quorvane::SettingsHotkeys", "Chan&ge IP:");
+    case HotKeys::Action::StopHidingIp:
+        return QT_TRANSLATE_NOOP("quorvane::SettingsHotkeys", "&Stop hiding IP:");
+    case HotKeys::Action::DiscardIp:
+        return QT_TRANSLATE_NOOP("quorvane::SettingsHotkeys", "&Discard IP:");
+    case HotKeys::Action::BringUpWindow:
+        return QT_TRANSLATE_NOOP("quorvane::SettingsHotkeys", "&Bring up window:");
     }
-    return name;
+    return "";
 }
 
 void selectTag(QComboBox &dropdown, qint32 tag) {
@@ -33,11 +43,11 @@ qint32 tagOf(const QComboBox &dropdown) {
 
 HotKeysPane::HotKeysPane(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::SettingsHotkeys>()) {
     m_ui->setupUi(this);
-    m_rows = {{{m_ui->dropdownHideIP, m_ui->labelHideIP, m_ui->noteHideIP},
-               {m_ui->dropdownChangeIP, m_ui->labelChangeIP, m_ui->noteChangeIP},
-               {m_ui->dropdownStopHidingIP, m_ui->labelStopHidingIP, m_ui->noteStopHidingIP},
-               {m_ui->dropdownDiscardIP, m_ui->labelDiscardIP, m_ui->noteDiscardIP},
-               {m_ui->dropdownBringUpWindow, m_ui->labelBringUpWindow, m_ui->noteBringUpWindow}}};
+    m_rows = {{{m_ui->dropdownHideIP, m_ui->noteHideIP},
+               {m_ui->dropdownChangeIP, m_ui->noteChangeIP},
+               {m_ui->dropdownStopHidingIP, m_ui->noteStopHidingIP},
+               {m_ui->dropdownDiscardIP, m_ui->noteDiscardIP},
+               {m_ui->dropdownBringUpWindow, m_ui->noteBringUpWindow}}};
     for (const HotKeys::Action action : HotKeys::actions) {
         fillDropdownWithHotKeys(*row(action).dropdown);
         row(action).dropdown->setItemDelegate(new QStyledItemDelegate(this)); // it follows the theme
@@ -90,7 +100,7 @@ void HotKeysPane::selectHotKeyDropbownPressed(HotKeys::Action sender) {
     }
 }
 
-QString HotKeysPane::textOf(const HotKeys::Problem &problem) const {
+QString HotKeysPane::textOf(const HotKeys::Problem &problem) {
     switch (problem.kind) {
     case HotKeys::Problem::Kind::None:
         return {};
@@ -106,8 +116,10 @@ QString HotKeysPane::textOf(const HotKeys::Problem &problem) const {
     return {};
 }
 
-QString HotKeysPane::nameOf(HotKeys::Action action) const {
-    return plainName(*row(action).label);
+QString HotKeysPane::nameOf(HotKeys::Action action) {
+    // Some languages put the mnemonic in parentheses behind the name, a wide colon, or a space before it.
+    static const QRegularExpression decoration(QStringLiteral("\\s*\\(&.\\)|&|\\s*[:\uFF1A]$"));
+    return QCoreApplication::translate("quorvane::SettingsHotkeys", labelOf(action)).remove(decoration);
 }
 
 void HotKeysPane::showProblems(const HotKeys &hotKeys) {
@@ -120,7 +132,10 @@ void HotKeysPane::showProblems(const HotKeys &hotKeys) {
         HotKeys::isAvailable()
             ? tr("These work while any program is in front. A combination that you replace stays "
                  "in force until Quorvane quits.")
-            : tr("This desktop offers no global hot keys: these combinations have no effect."));
+            : tr("This desktop offers no global hot keys: these combinations have no effect.") +
+                  QLatin1Char('\n') +
+                  tr("Its settings can bind keys to commands: %1")
+                      .arg(QStringLiteral("quorvane --hide, --change, --stop, --discard, --show")));
 }
 
 } // namespace quorvane

@@ -29,8 +29,8 @@ public:
     void selectStored(HotKeys::Action action);
     /// The tag of the selected entry.
     [[nodiscard]] qint32 selectedTag(HotKeys::Action action) const;
-    /// The action's name as the pane shows it.
-    [[nodiscard]] QString nameOf(HotKeys::Action action) const;
+    /// The action's name in the user's language, as the pane shows it.
+    [[nodiscard]] static QString nameOf(HotKeys::Action action);
     /// Shows beside each pop-up the problem of its registration, and whether this desktop has hot keys.
     void showProblems(const HotKeys &hotKeys);
 
@@ -42,11 +42,10 @@ private:
     /// A combination can belong to one action only: if another pop-up shows the same choice, this one is
     /// reset.
     void selectHotKeyDropbownPressed(HotKeys::Action sender);
-    [[nodiscard]] QString textOf(const HotKeys::Problem &problem) const;
+    [[nodiscard]] static QString textOf(const HotKeys::Problem &problem);
 
     struct Row {
         QComboBox *dropdown;
-        QLabel *label;
         QLabel *note;
     };
 

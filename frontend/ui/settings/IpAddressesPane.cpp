@@ -9,6 +9,8 @@
 #include "platform/Platform.h"
 #include "ui_SettingsIpAddresses.h"
 
+#include <QButtonGroup>
+
 namespace quorvane {
 
 namespace {
@@ -19,17 +21,28 @@ void postUpdateServerList() {
 
 } // namespace
 
-IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
+IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QrvTableDataSource &discarded, QWidget *parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::SettingsIpAddresses>()) {
     m_ui->setupUi(this);
-    m_discarded.awakeFromNib();
-    m_ui->tableDiscardIp->setDataSource(&m_discarded);
+    m_ui->tableDiscardIp->setDataSource(&discarded);
     binding.bindBoolean(*m_ui->checkboxChangeIpInterval, Preference::ChangeIpEvery);
     binding.bindBoolean(*m_ui->checkboxHide, Preference::Hide);
     binding.bindInverse(*m_ui->checkboxReconnect, Preference::NoReconnect);
     binding.bindBoolean(*m_ui->checkboxRestoreDns, Preference::RestoresDns);
+    binding.bindBoolean(*m_ui->checkboxLock, Preference::NetworkLock);
+    binding.bindInverse(*m_ui->checkboxLockHome, Preference::LockHomeNetwork);
+    auto *appearance = new QButtonGroup(this);
+    for (QRadioButton *choice : {m_ui->appearanceDesktop, m_ui->appearanceDark, m_ui->appearanceLight}) {
+        appearance->addButton(choice, static_cast<int>(appearance->buttons().size()));
+    }
+    binding.bindTag(*appearance, Preference::Appearance);
     m_interval = new IntervalField(*m_ui->fieldChangeIpInterval, *m_ui->stepperChangeIpInterval,
                                    IntervalField::Zero::Accepted, this);
+    const auto nameUnit = [this] {
+        m_ui->minutesLabel->setText(tr("&minutes", "behind their number", m_interval->minutes()));
+    };
+    nameUnit();
+    connect(m_ui->fieldChangeIpInterval, &QLineEdit::textChanged, this, nameUnit);
     connect(m_ui->deleteButton, &QPushButton::clicked, this,
             &IpAddressesPane::deleteDiscardedIpButtonPressed);
     connect(m_ui->clearButton, &QPushButton::clicked, this, &IpAddressesPane::clearDiscardedIpsButtonPressed);
@@ -41,9 +54,7 @@ IpAddressesPane::IpAddressesPane(DefaultsBinding &binding, QWidget *parent)
     connect(m_ui->putBackButton, &QPushButton::clicked, this, &IpAddressesPane::putBackPressed);
 }
 
-IpAddressesPane::~IpAddressesPane() {
-    m_ui->tableDiscardIp->setDataSource(nullptr); // the table is destroyed after its rows
-}
+IpAddressesPane::~IpAddressesPane() = default;
 
 void IpAddressesPane::refresh() {
     const qint64 minutes = Preferences::editedInteger(Preference::ChangeIpInterval);
@@ -62,10 +73,6 @@ void IpAddressesPane::setLaunchesOnStart(bool on) {
 
 int IpAddressesPane::interval() const {
     return m_interval->minutes();
-}
-
-QrvDiscardIpTableViewController &IpAddressesPane::tableDiscardIp() const {
-    return *m_ui->tableDiscardIp;
 }
 
 void IpAddressesPane::deleteDiscardedIpButtonPressed() {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "QrvTableDataSource.h"
-
 #include <QWidget>
 #include <memory>
 
@@ -9,7 +7,7 @@ namespace quorvane {
 
 class DefaultsBinding;
 class IntervalField;
-class QrvDiscardIpTableViewController;
+class QrvTableDataSource;
 
 namespace Ui {
 class SettingsIpAddresses;
@@ -22,8 +20,8 @@ class IpAddressesPane final : public QWidget {
     Q_OBJECT
 
 public:
-    /// The binding is not owned; it must outlive the pane.
-    explicit IpAddressesPane(DefaultsBinding &binding, QWidget *parent = nullptr);
+    /// The binding and the discarded addresses are not owned; they must outlive the pane.
+    IpAddressesPane(DefaultsBinding &binding, QrvTableDataSource &discarded, QWidget *parent = nullptr);
     ~IpAddressesPane() override;
 
     /// Shows the stored interval, and enables its controls if the box is on.
@@ -34,7 +32,6 @@ public:
     /// The interval field's number, without a check.
     [[nodiscard]] int interval() const;
 
-    [[nodiscard]] QrvDiscardIpTableViewController &tableDiscardIp() const;
     void deleteDiscardedIpButtonPressed();
     void clearDiscardedIpsButtonPressed();
 
@@ -47,7 +44,6 @@ Q_SIGNALS:
 private:
     void changeIpEveryButtonPressed(bool on);
 
-    QrvTableDataSource m_discarded;
     std::unique_ptr<Ui::SettingsIpAddresses> m_ui;
     IntervalField *m_interval = nullptr;
 };

@@ -5,27 +5,20 @@
 #include "CookieCrumblePane.h"
 #include "HotKeysPane.h"
 #include "IpAddressesPane.h"
-#include "QrvDiscardIpTableViewController.h"
 #include "SettingsToolbar.h"
 #include "SettingsWindow.h"
 #include "VpnPane.h"
 #include "frontend/api/QrvAPI.h"
 #include "frontend/support/Preferences.h"
+#include "frontend/ui/shared/ThemeChoice.h"
 #include "frontend/ui/shared/WebPages.h"
-#include "platform/Platform.h"
-#include "platform/Workspace.h"
 
 namespace quorvane {
 
 QrvSettingsWindowController::QrvSettingsWindowController(SettingsDelegate &delegate, QrvAPI &api)
-    : m_delegate(delegate), m_api(api), m_settings(std::make_unique<SettingsWindow>()) {
+    : m_delegate(delegate), m_api(api) {
     Preferences::storeStartValues();
-    m_viewBrowsers = new BrowsersPane(m_settings.get());
-    m_viewIpAddresses = new IpAddressesPane(m_binding, m_settings.get());
-    m_viewCookieCrumble = new CookieCrumblePane(m_binding, m_settings.get());
-    m_viewHotKeys = new HotKeysPane(m_settings.get());
-    m_viewAdvanced = new AdvancedPane(m_binding, m_settings.get());
-    m_viewVpn = new VpnPane(m_settings.get());
+    m_discarded.awakeFromNib();
     Preferences::holdEdits();
 }
 
@@ -36,6 +29,29 @@ void QrvSettingsWindowController::awakeFromNib() {
         return;
     }
     m_awake = true;
+    m_keys.install([this](quint32 id) { m_delegate.hotKeyFired(id); }, [this] { showKeyProblems(); });
+    for (const HotKeys::Action action : HotKeys::actions) {
+        HotKeys::describe(action, HotKeysPane::nameOf(action));
+    }
+    m_keys.registerStored();
+}
+
+SettingsWindow &QrvSettingsWindowController::window() {
+    loadWindow();
+    return *m_settings;
+}
+
+void QrvSettingsWindowController::loadWindow() {
+    if (m_settings) {
+        return;
+    }
+    m_settings = std::make_unique<SettingsWindow>();
+    m_viewBrowsers = new BrowsersPane(m_settings.get());
+    m_viewIpAddresses = new IpAddressesPane(m_binding, m_discarded, m_settings.get());
+    m_viewCookieCrumble = new CookieCrumblePane(m_binding, m_settings.get());
+    m_viewHotKeys = new HotKeysPane(m_settings.get());
+    m_viewAdvanced = new AdvancedPane(m_binding, m_settings.get());
+    m_viewVpn = new VpnPane(m_settings.get());
     m_settings->addPane(m_viewBrowsers);
     m_settings->addPane(m_viewIpAddresses, SettingsToolbar::tbiIpAddresses());
     m_settings->addPane(m_viewCookieCrumble, SettingsToolbar::tbiCookieCrumble());
@@ -44,12 +60,6 @@ void QrvSettingsWindowController::awakeFromNib() {
     m_settings->addPane(m_viewVpn, SettingsToolbar::tbiVpn());
     m_settings->finish();
     connectWindow();
-    m_keys.install([this](quint32 id) { m_delegate.hotKeyFired(id); },
-                   [this] { m_viewHotKeys->showProblems(m_keys); });
-    for (const HotKeys::Action action : HotKeys::actions) {
-        HotKeys::describe(action, m_viewHotKeys->nameOf(action));
-    }
-    m_keys.registerStored();
     refreshControls();
 }
 
@@ -75,7 +85,15 @@ void QrvSettingsWindowController::refreshBoundControls() {
 }
 
 void QrvSettingsWindowController::refreshNameServers() {
-    m_viewIpAddresses->refreshNameServers();
+    if (m_settings) {
+        m_viewIpAddresses->refreshNameServers();
+    }
+}
+
+void QrvSettingsWindowController::showKeyProblems() {
+    if (m_settings) {
+        m_viewHotKeys->showProblems(m_keys);
+    }
 }
 
 void QrvSettingsWindowController::refreshControls() {
@@ -83,12 +101,13 @@ void QrvSettingsWindowController::refreshControls() {
     m_viewIpAddresses->refresh();
     m_viewIpAddresses->setLaunchesOnStart(m_delegate.launchesOnStartup());
     m_viewHotKeys->refresh();
-    m_viewHotKeys->showProblems(m_keys);
+    showKeyProblems();
     m_viewVpn->refresh();
     reassignControls();
 }
 
 void QrvSettingsWindowController::showWindow() {
+    loadWindow();
     refreshControls();
     m_settings->bringForward();
 }
@@ -113,11 +132,12 @@ bool QrvSettingsWindowController::windowShouldClose() {
 }
 
 void QrvSettingsWindowController::closeAndShowMainWindow() {
-    m_settings->closeWindow();
+    window().closeWindow();
     m_delegate.showMainWindow();
 }
 
 void QrvSettingsWindowController::setAllSettings() {
+    loadWindow();
     Preferences::edit(Preference::ChangeIpInterval, m_viewIpAddresses->interval());
     Preferences::save();
     for (const HotKeys::Action action : HotKeys::actions) {
@@ -132,33 +152,35 @@ void QrvSettingsWindowController::setAllSettings() {
     Preferences::edit(Preference::HideMyCookiesHeaders, m_viewCookieCrumble->hidesCookies() ? 1 : 0);
     Preferences::save();
     m_keys.registerStored();
-    m_viewHotKeys->showProblems(m_keys);
+    showKeyProblems();
+    ThemeChoice::update();
     m_delegate.settingsDidChange();
     reassignControls();
 }
 
 void QrvSettingsWindowController::reassignControls() {
+    loadWindow();
     m_viewAdvanced->reassignControls();
 }
 
 void QrvSettingsWindowController::buttonOurWebsitePressed() {
-    platform::Platform::current().workspace->openUrl(WebPages::root(m_api.macSerial()));
+    WebPages::open(WebPages::root(m_api.macSerial()));
 }
 
 void QrvSettingsWindowController::authWindow() {
-    m_delegate.checkAdministrator(*m_settings);
+    m_delegate.checkAdministrator(window());
 }
 
 void QrvSettingsWindowController::addDiscardedIp(const QString &address) {
-    m_viewIpAddresses->tableDiscardIp().addRow(address);
+    m_discarded.addRow(address);
 }
 
 bool QrvSettingsWindowController::hasRow(const QString &text) const {
-    return m_viewIpAddresses->tableDiscardIp().hasRow(text);
+    return m_discarded.hasRow(text);
 }
 
 QStringList QrvSettingsWindowController::getRowData() const {
-    return m_viewIpAddresses->tableDiscardIp().getRowData();
+    return m_discarded.rowsData();
 }
 
 } // namespace quorvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DefaultsBinding.h"
+#include "QrvTableDataSource.h"
 #include "SettingsDelegate.h"
 #include "frontend/session/DiscardedAddresses.h"
 #include "frontend/session/HotKeys.h"
@@ -22,18 +23,21 @@ class VpnPane;
 /// The settings window's controller: OK, Apply, Cancel and the close box over the six panes, the global hot
 /// keys, and the discarded addresses. The panes and HotKeys do the work. Main thread.
 ///
+/// The window and its panes are made when it is first used. The hot keys and the discarded addresses are
+/// needed from the start.
+///
 /// The user's changes are held until OK or Apply stores them or Cancel drops them; the close box does
 /// neither. Tables, the launch at login and the VPN pane store their changes at once.
 class QrvSettingsWindowController final : public QObject, public DiscardedAddresses {
     Q_OBJECT
 
 public:
-    /// Stores missing defaults, loads the panes, and sets the shared user-defaults controller to hold edits.
+    /// Stores missing defaults, and sets the shared user-defaults controller to hold edits.
     /// The delegate and the API client are not owned and must outlive this.
     QrvSettingsWindowController(SettingsDelegate &delegate, QrvAPI &api);
     ~QrvSettingsWindowController() override;
 
-    /// Loads the window and registers the stored hot keys. Once; further calls do nothing.
+    /// Registers the stored hot keys. Once; further calls do nothing.
     void awakeFromNib();
     /// Shows the window with the stored values and the pending edits.
     void showWindow();
@@ -68,19 +72,23 @@ public:
     [[nodiscard]] bool hasRow(const QString &text) const override;
     [[nodiscard]] QStringList getRowData() const override;
 
-    [[nodiscard]] SettingsWindow &window() const { return *m_settings; }
+    /// Makes the window at the first call.
+    [[nodiscard]] SettingsWindow &window();
 
     [[nodiscard]] const HotKeys &hotKeys() const { return m_keys; }
 
 private:
+    void loadWindow();
     void connectWindow();
     void refreshControls();
+    void showKeyProblems();
     void closeAndShowMainWindow();
 
     SettingsDelegate &m_delegate;
     QrvAPI &m_api;
     DefaultsBinding m_binding;
     HotKeys m_keys;
+    QrvTableDataSource m_discarded;
     std::unique_ptr<SettingsWindow> m_settings;
     BrowsersPane *m_viewBrowsers = nullptr;
     IpAddressesPane *m_viewIpAddresses = nullptr;

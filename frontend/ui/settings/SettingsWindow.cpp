@@ -2,11 +2,12 @@
 
 #include "PaneGeometry.h"
 #include "SettingsToolbar.h"
-#include "frontend/ui/shared/Images.h"
+#include "frontend/ui/shared/ScreenRoom.h"
 #include "frontend/ui/shared/WindowOrder.h"
 #include "ui_Settings.h"
 
 #include <QCloseEvent>
+#include <QScrollArea>
 #include <algorithm>
 
 namespace quorvane {
@@ -31,8 +32,12 @@ SettingsWindow::SettingsWindow(QWidget *parent) : QDialog(parent), m_ui(std::mak
     m_ui->setupUi(this);
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                    Qt::WindowMinimizeButtonHint);
-    setWindowIcon(Images::icon(QStringLiteral("quorvane")));
     m_ui->contentView->installEventFilter(this);
+    m_scroll = new QScrollArea(m_ui->contentView);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // the bar covers a part of the margin
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->hide();
     connect(m_ui->settingsToolbar, &SettingsToolbar::toolbarItemPressed, this,
             &SettingsWindow::toolbarItemPressed);
     connect(m_ui->buttonOk, &QPushButton::clicked, this, &SettingsWindow::okPressed);
@@ -100,10 +105,42 @@ void SettingsWindow::fitCurrent() {
         {QRect(frame.x(), frame.y(), width(), frame.height()), m_ui->contentView->height(),
          QRect(okCorner, m_ui->buttonOk->size()), m_current->size()});
     // The frame's heights do not change, so the upper edge does not move.
-    setFixedSize(width(), height() + placement.window.height() - frame.height());
+    const int wanted = height() + placement.window.height() - frame.height();
+    const int missing = std::max(0, wanted - roomOnScreen(*this));
+    setFixedSize(width(), wanted - missing);
     layout()->activate();
     layOutBand();
-    m_current->move(placement.pane);
+    if (missing == 0) {
+        stopScrolling();
+        m_current->move(placement.pane);
+    } else {
+        scrollCurrent(QRect(placement.pane, m_current->size() - QSize(0, missing)));
+    }
+}
+
+void SettingsWindow::scrollCurrent(const QRect &visiblePart) {
+    if (m_scroll->widget() != m_current) {
+        const bool shown = m_current->isVisibleTo(m_current->parentWidget());
+        stopScrolling();
+        m_scroll->setWidget(m_current);
+        m_current->setVisible(shown);
+    }
+    m_scroll->setGeometry(visiblePart);
+    m_scroll->show();
+}
+
+void SettingsWindow::stopScrolling() {
+    if (QWidget *pane = m_scroll->takeWidget()) {
+        const bool shown = pane == m_current;
+        pane->setParent(m_ui->contentView);
+        pane->setVisible(shown);
+    }
+    m_scroll->hide();
+}
+
+void SettingsWindow::showEvent(QShowEvent *event) {
+    fitCurrent(); // the screen may be another one than before
+    QDialog::showEvent(event);
 }
 
 void SettingsWindow::layOutBand() {

@@ -4,6 +4,8 @@
 #include <QHash>
 #include <memory>
 
+class QScrollArea;
+
 namespace quorvane {
 
 class SettingsToolbar;
@@ -48,11 +50,15 @@ Q_SIGNALS:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void reject() override;
 
 private:
     /// Sets the current pane to its preferred size, and the window to the height for it.
     void fitCurrent();
+    /// Shows this part of the content at a time, on a screen without room for the whole pane.
+    void scrollCurrent(const QRect &visiblePart);
+    void stopScrolling();
     void layOutBand();
     void orderFocus();
     [[nodiscard]] QSize sizeOf(QWidget &pane) const;
@@ -61,6 +67,7 @@ private:
     QList<QWidget *> m_panes;
     QHash<QString, QWidget *> m_paneOf;
     QWidget *m_current = nullptr;
+    QScrollArea *m_scroll = nullptr;
     int m_paneWidth = 0;
 };
 

@@ -1,21 +1,21 @@
 #include "Alerts.h"
 
+#include "WindowOrder.h"
 #include "frontend/support/ModalTurn.h"
 
-#include <QApplication>
+#include <QEventLoop>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace quorvane {
 
 namespace {
 
 QMessageBox *boxFor(const Alert &alert) {
-    auto *box = new QMessageBox(QMessageBox::Critical, alert.title, alert.text, QMessageBox::Ok,
-                                QApplication::activeModalWidget());
+    auto *box = new QMessageBox(QMessageBox::Critical, alert.title, alert.text, QMessageBox::Ok);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setInformativeText(alert.informative);
     box->setTextFormat(Qt::PlainText);
-    box->setModal(true);
     return box;
 }
 
@@ -41,6 +41,26 @@ void Alerts::critical(const Alert &alert, const std::function<void()> &closed) {
     });
 }
 
+void Alerts::ask(const Question &question, const std::function<void(Answer)> &answered) {
+    ModalTurn::shared().request([this, question, answered](const std::function<void()> &ended) {
+        auto *box =
+            new QMessageBox(QMessageBox::Question, question.title, question.text, QMessageBox::NoButton);
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->setInformativeText(question.informative);
+        box->setTextFormat(Qt::PlainText);
+        const auto *first = box->addButton(question.first, QMessageBox::AcceptRole);
+        const auto *second = box->addButton(question.second, QMessageBox::ActionRole);
+        auto *none = box->addButton(QMessageBox::Close);
+        box->setEscapeButton(none);
+        connect(box, &QDialog::finished, this, [box, first, second, answered, ended] {
+            const auto *pressed = box->clickedButton();
+            answered(pressed == first ? Answer::First : pressed == second ? Answer::Second : Answer::None);
+            ended();
+        });
+        showModally(*box);
+    });
+}
+
 void Alerts::criticalLater(const Alert &alert) {
     QMetaObject::invokeMethod(
         this, [this, alert] { critical(alert); }, Qt::QueuedConnection);
@@ -50,7 +70,12 @@ void Alerts::criticalAndWait(const Alert &alert) {
     if (m_presenter) {
         m_presenter(alert);
     } else {
-        boxFor(alert)->exec();
+        QMessageBox *box = boxFor(alert);
+        QEventLoop loop;
+        connect(box, &QDialog::finished, &loop, &QEventLoop::quit);
+        showModally(*box);
+        setFloating(*box, true); // the other copy's About window floats
+        loop.exec();
     }
 }
 
@@ -60,7 +85,7 @@ void Alerts::show(const Alert &alert, const std::function<void()> &closed) {
         if (closed) {
             connect(box, &QDialog::finished, this, closed);
         }
-        box->show();
+        showModally(*box);
         return;
     }
     m_presenter(alert);

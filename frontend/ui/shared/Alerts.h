@@ -7,8 +7,8 @@
 
 namespace quorvane {
 
-/// Shows every alert of the program. Main thread. Alerts have one "OK" button; none opens while another alert
-/// or a dialog is open, except over its own dialog.
+/// Shows every alert and question of the program. Main thread. None opens while another one or a dialog is
+/// open, except over its own dialog.
 class Alerts final : public QObject, public AlertPresenter {
     Q_OBJECT
 
@@ -23,6 +23,8 @@ public:
     void criticalLater(const Alert &alert) override;
     /// Shows the alert and returns when it was dismissed. Only before the program's own event loop runs.
     void criticalAndWait(const Alert &alert);
+
+    void ask(const Question &question, const std::function<void(Answer)> &answered) override;
 
     void setPresenter(Presenter presenter) { m_presenter = std::move(presenter); }
 

@@ -12,8 +12,6 @@ namespace {
 constexpr QSizeF arrowSize(8, 4.5);
 constexpr qreal arrowMargin = 12; // between the arrow and the button's end
 constexpr qreal arrowWidth = 1.7;
-const QColor arrowColour(0xdd, 0xdd, 0xdd);
-const QColor faintArrowColour(0x96, 0x96, 0x96);
 
 /// Whether the key moves the selection of a plain combo box.
 bool movesSelection(const QKeyEvent &event) {
@@ -56,8 +54,8 @@ void PopUpButton::paintEvent(QPaintEvent *event) {
     QComboBox::paintEvent(event);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(isEnabled() ? arrowColour : faintArrowColour, arrowWidth, Qt::SolidLine, Qt::RoundCap,
-                        Qt::RoundJoin));
+    painter.setPen(
+        QPen(palette().color(QPalette::ButtonText), arrowWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     const bool leftwards = layoutDirection() == Qt::RightToLeft;
     const qreal left = leftwards ? arrowMargin : width() - arrowMargin - arrowSize.width();
     const qreal top = (height() - arrowSize.height()) / 2;

@@ -1,7 +1,6 @@
 #include "QrvUrlTextField.h"
 
-#include "platform/Platform.h"
-#include "platform/Workspace.h"
+#include "WebPages.h"
 
 namespace quorvane {
 
@@ -28,7 +27,7 @@ void QrvUrlTextField::hyperlinkWithTextField(QLabel &field, const QString &text,
     field.setText(hyperlinkFromString(text, url));
     field.setAccessibleName(text);
     QObject::connect(&field, &QLabel::linkActivated, &field,
-                     [](const QString &link) { platform::Platform::current().workspace->openUrl(link); });
+                     [](const QString &link) { WebPages::open(link); });
 }
 
 } // namespace quorvane

@@ -1,14 +1,18 @@
 #pragma once
 
+#include "ThemeColours.h"
+
 class QApplication;
 
 namespace quorvane {
 
-/// The program's dark theme, the same on every desktop.
-namespace Theme {
+/// The look of the windows. Main thread.
+class Theme {
+public:
+    using Scheme = ThemeScheme;
 
-void apply(QApplication &application);
-
-} // namespace Theme
+    /// Sets the style and the colours of the whole program. May be called again, with windows open.
+    static void apply(QApplication &application, Scheme scheme = Scheme::Dark);
+};
 
 } // namespace quorvane

@@ -1,6 +1,8 @@
 #include "LocationMenu.h"
 
 #include "frontend/session/LocationList.h"
+#include "frontend/support/CountryNames.h"
+#include "frontend/support/Translations.h"
 #include "frontend/ui/shared/Images.h"
 
 #include <QHash>
@@ -23,6 +25,11 @@ bool isCountryCode(const QString &code) {
 }
 
 QString countryName(const QString &code) {
+    const QLocale shown = Translations::shown();
+    if (const QString name = CountryNames::ofCode(code, shown);
+        shown.language() != QLocale::C && !name.isEmpty()) {
+        return name;
+    }
     const QLocale::Territory territory = QLocale::codeToTerritory(code);
     return territory == QLocale::AnyTerritory ? code : QLocale::territoryToString(territory);
 }

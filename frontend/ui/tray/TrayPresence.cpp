@@ -52,6 +52,7 @@ void TrayPresence::fillMenu() {
     m_showItem = m_trayMenu->addAction(tr("Show Quorvane"));
     m_refreshItem = m_trayMenu->addAction(tr("Refresh Locations"));
     m_settingsItem = m_trayMenu->addAction(tr("Settings..."));
+    m_helpItem = m_trayMenu->addAction(tr("Help"));
     m_aboutItem = m_trayMenu->addAction(tr("About Quorvane"));
     m_trayMenu->addSeparator();
     m_quitItem = m_trayMenu->addAction(tr("Quit Quorvane"));

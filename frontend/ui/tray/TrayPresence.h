@@ -56,6 +56,8 @@ public:
 
     [[nodiscard]] QAction *settingsMenuItem() const { return m_settingsItem; }
 
+    [[nodiscard]] QAction *helpMenuItem() const { return m_helpItem; }
+
     [[nodiscard]] QAction *aboutMenuItem() const { return m_aboutItem; }
 
     [[nodiscard]] QAction *quitMenuItem() const { return m_quitItem; }
@@ -90,6 +92,7 @@ private:
     QAction *m_showItem = nullptr;
     QAction *m_refreshItem = nullptr;
     QAction *m_settingsItem = nullptr;
+    QAction *m_helpItem = nullptr;
     QAction *m_aboutItem = nullptr;
     QAction *m_quitItem = nullptr;
     QSystemTrayIcon *m_appStatusIcon = nullptr;

@@ -1,5 +1,6 @@
 #include "LinuxWorkspace.h"
 
+#include "SessionBus.h"
 #include "platform/Files.h"
 #include "platform/linux/files/AtomicFile.h"
 
@@ -66,12 +67,6 @@ QString execArgument(const QString &program) {
     return QLatin1Char('"') + word + QLatin1Char('"');
 }
 
-bool isSessionBusThere() {
-    // Without an address the bus library would start a bus of its own.
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           QFileInfo::exists(folderFrom("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
-}
-
 } // namespace
 
 WorkspaceFolders WorkspaceFolders::ofUser(const QString &home) {
@@ -96,6 +91,10 @@ bool LinuxWorkspace::openUrl(const QString &url) {
     const bool isWeb =
         address.scheme() == QStringLiteral("https") || address.scheme() == QStringLiteral("http");
     return address.isValid() && isWeb && QDesktopServices::openUrl(address);
+}
+
+bool LinuxWorkspace::openPage(const QString &path) {
+    return QFileInfo(path).isFile() && QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }
 
 bool LinuxWorkspace::acquireSingleInstance(const QString &identifier) {

@@ -28,6 +28,7 @@ public:
 
     /// Opens http and https addresses only.
     bool openUrl(const QString &url) override;
+    bool openPage(const QString &path) override;
     /// Locks a file that the kernel unlocks when the process ends. True also where no lock file can be
     /// created: the program must still start when it cannot find out.
     [[nodiscard]] bool acquireSingleInstance(const QString &identifier) override;

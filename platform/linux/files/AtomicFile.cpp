@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -160,6 +161,8 @@ int readPlainFile(const QString &path, qint64 limit, QByteArray &bytes) {
         return EINVAL;
     }
     bytes.clear();
+    // Growing by copying would need twice the file's size for a moment. The file may still be written.
+    bytes.reserve(std::clamp<qint64>(status.st_size, 0, limit) + 1);
     char part[65536];
     for (;;) {
         const ssize_t got = ::read(file.get(), part, sizeof part);

@@ -43,6 +43,8 @@ const QString sessionInterface = QStringLiteral("org.freedesktop.portal.Session"
 /// The same whenever the program runs: a portal that does not know the program by name identifies it by this
 /// token.
 const QString sessionToken = QStringLiteral("quorvane");
+/// Plasma's name for the keys of a program whose own name the portal does not know: the session's token.
+const QString &sessionComponent = sessionToken;
 
 QDBusMessage methodCall(const QString &path, const QString &interface, const QString &method) {
     return QDBusMessage::createMethodCall(portalService, path, interface, method);
@@ -89,6 +91,25 @@ QStringList idsOf(const QList<PortalShortcuts::Shortcut> &shortcuts) {
         ids.append(shortcut.id);
     }
     return ids;
+}
+
+QHash<QString, QString> triggersOf(const QList<PortalShortcuts::Shortcut> &shortcuts) {
+    QHash<QString, QString> triggers;
+    for (const PortalShortcuts::Shortcut &shortcut : shortcuts) {
+        triggers.insert(shortcut.id, shortcut.trigger);
+    }
+    return triggers;
+}
+
+/// As the portal expects them, also in the options of a new session.
+QList<PortalShortcutRecord> recordsOf(const QList<PortalShortcuts::Shortcut> &shortcuts) {
+    QList<PortalShortcutRecord> records;
+    for (const PortalShortcuts::Shortcut &shortcut : shortcuts) {
+        records.append({shortcut.id,
+                        {{QStringLiteral("description"), shortcut.description},
+                         {QStringLiteral("preferred_trigger"), shortcut.trigger}}});
+    }
+    return records;
 }
 
 QString nextBusName() {
@@ -191,17 +212,21 @@ void PortalShortcuts::advance() {
         fail(HotKeyError::NotAvailable);
     } else if (m_state == State::NoSession && !m_wanted.isEmpty()) {
         create();
-    } else if ((m_state == State::Binding || m_state == State::Bound) &&
-               (m_wanted.isEmpty() || m_wanted != m_bound)) {
+    } else if (!m_session.isEmpty() && (m_wanted.isEmpty() || m_wanted != m_bound)) {
         close();
     }
 }
 
 void PortalShortcuts::create() {
     m_state = State::Creating;
+    m_bound = m_wanted;
+    m_listed.clear();
     m_overdue.start(m_settings.answerMilliseconds);
+    // Plasma registers the shortcuts of this option; its BindShortcuts opens the system settings instead.
     sendRequest(methodCall(portalPath, shortcutsInterface, QStringLiteral("CreateSession")),
-                {{QStringLiteral("session_handle_token"), sessionToken}}, [this] {
+                {{QStringLiteral("session_handle_token"), sessionToken},
+                 {QStringLiteral("shortcuts"), QVariant::fromValue(recordsOf(m_bound))}},
+                [this] {
                     setAbsent();
                     fail(HotKeyError::NotAvailable);
                 });
@@ -215,48 +240,96 @@ void PortalShortcuts::created(const QDBusMessage &message) {
         fail(HotKeyError::Declined);
         return;
     }
-    if (m_wanted.isEmpty()) {
+    if (m_wanted.isEmpty() || m_wanted != m_bound) {
         close();
+    } else {
+        list();
+    }
+}
+
+/// Requests what the session holds already: a portal that passes the shortcuts of a new session on needs no
+/// second list, and its desktop shows no dialog then.
+void PortalShortcuts::list() {
+    m_state = State::Listing;
+    m_overdue.start(m_settings.answerMilliseconds);
+    QDBusMessage message = methodCall(portalPath, shortcutsInterface, QStringLiteral("ListShortcuts"));
+    message << QVariant::fromValue(QDBusObjectPath(m_session));
+    sendRequest(message, {}, [this] {
+        m_overdue.stop();
+        bind();
+    });
+}
+
+void PortalShortcuts::listed(const QDBusMessage &message) {
+    m_overdue.stop();
+    const auto results = resultsOf(message);
+    m_listed = results ? shortcutsIn(*results).value_or(QStringList()) : QStringList();
+    const bool complete = std::all_of(m_bound.cbegin(), m_bound.cend(), [this](const Shortcut &shortcut) {
+        return m_listed.contains(shortcut.id);
+    });
+    if (complete) {
+        finish(m_listed);
     } else {
         bind();
     }
 }
 
+/// Requests the shortcuts that the session lacks.
 void PortalShortcuts::bind() {
     m_state = State::Binding;
-    m_bound = m_wanted;
-    QList<PortalShortcutRecord> records;
-    for (const Shortcut &shortcut : std::as_const(m_bound)) {
-        records.append({shortcut.id,
-                        {{QStringLiteral("description"), shortcut.description},
-                         {QStringLiteral("preferred_trigger"), shortcut.trigger}}});
-    }
+    QList<Shortcut> missing = m_bound;
+    missing.removeIf([this](const Shortcut &shortcut) { return m_listed.contains(shortcut.id); });
     QDBusMessage message = methodCall(portalPath, shortcutsInterface, QStringLiteral("BindShortcuts"));
-    message << QVariant::fromValue(QDBusObjectPath(m_session)) << QVariant::fromValue(records) << QString();
-    sendRequest(message, {}, [this] { fail(HotKeyError::Declined); });
+    message << QVariant::fromValue(QDBusObjectPath(m_session)) << QVariant::fromValue(recordsOf(missing))
+            << QString();
+    sendRequest(message, {}, [this] { refuseMissing(); });
+}
+
+/// The shortcuts that the session had before the request stay.
+void PortalShortcuts::refuseMissing() {
+    m_request.clear();
+    if (m_listed.isEmpty()) {
+        fail(HotKeyError::Declined);
+    } else {
+        finish(m_listed);
+    }
 }
 
 void PortalShortcuts::bound(const QDBusMessage &message) {
     const auto results = resultsOf(message);
     const auto ids = results ? shortcutsIn(*results) : std::nullopt;
-    if (!ids) {
-        fail(HotKeyError::Declined);
+    if (ids) {
+        finish(m_listed + *ids);
+    } else {
+        refuseMissing();
+    }
+}
+
+/// The session has the shortcuts with these names, and no others.
+void PortalShortcuts::finish(const QStringList &present) {
+    m_state = State::Bound;
+    QStringList lost = idsOf(m_bound);
+    lost.removeIf([&present](const QString &id) { return present.contains(id); });
+    withdraw(lost, HotKeyError::Declined);
+    if (m_state != State::Bound || m_bound.isEmpty()) {
         return;
     }
-    m_state = State::Bound;
-    const QStringList all = idsOf(m_bound);
-    const auto declined = [&ids](const Shortcut &shortcut) {
-        return !ids->contains(shortcut.id);
-    };
-    m_bound.removeIf(declined);
-    m_wanted = m_bound;
-    QStringList lost;
-    std::copy_if(all.cbegin(), all.cend(), std::back_inserter(lost),
-                 [&ids](const QString &id) { return !ids->contains(id); });
-    advance();
-    if (!lost.isEmpty()) {
-        m_handlers.refused(lost, HotKeyError::Declined);
+    m_keys.findTaken(*m_bus, {sessionComponent, m_settings.applicationId}, triggersOf(m_bound),
+                     [this](const QStringList &taken) { withdraw(taken, HotKeyError::TakenElsewhere); });
+}
+
+/// Removes shortcuts from the list without a new session.
+void PortalShortcuts::withdraw(const QStringList &ids, HotKeyError error) {
+    if (ids.isEmpty()) {
+        return;
     }
+    const auto lost = [&ids](const Shortcut &shortcut) {
+        return ids.contains(shortcut.id);
+    };
+    m_bound.removeIf(lost);
+    m_wanted.removeIf(lost);
+    advance();
+    m_handlers.refused(ids, error);
 }
 
 /// Ends the session, and a dialog of it that may still be open.
@@ -266,6 +339,8 @@ void PortalShortcuts::close() {
     }
     m_request.clear();
     m_bound.clear();
+    m_keys.cancel();
+    m_overdue.stop();
     m_state = State::Closing;
     // The next session has the same name, so this one must end first.
     call(methodCall(std::exchange(m_session, {}), sessionInterface, QStringLiteral("Close")),
@@ -295,8 +370,10 @@ void PortalShortcuts::ownerChanged(const QString &before, const QString &now) {
         m_replyContext = std::make_unique<QObject>();
         m_session.clear();
         m_bound.clear();
+        m_keys.cancel();
         // A request during which the portal ended is not sent again.
-        const bool requestPending = m_state == State::Creating || m_state == State::Binding;
+        const bool requestPending =
+            m_state == State::Creating || m_state == State::Listing || m_state == State::Binding;
         m_state = State::NoSession;
         if (requestPending) {
             fail(HotKeyError::NotAvailable);
@@ -315,6 +392,8 @@ void PortalShortcuts::requestAnswered(const QDBusMessage &message) {
         m_request.clear();
         if (m_state == State::Creating) {
             created(message);
+        } else if (m_state == State::Listing) {
+            listed(message);
         } else if (m_state == State::Binding) {
             bound(message);
         }
@@ -334,6 +413,7 @@ void PortalShortcuts::sessionClosed(const QDBusMessage &message) {
     }
     m_session.clear();
     m_bound.clear();
+    m_keys.cancel();
     fail(HotKeyError::Declined);
 }
 

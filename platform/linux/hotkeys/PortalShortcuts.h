@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PlasmaKeys.h"
 #include "platform/HotKeyService.h"
 
 #include <QDBusConnection>
@@ -19,7 +20,8 @@ namespace quorvane::platform {
 /// called from the event loop; nothing here waits for the portal.
 ///
 /// A session of the portal accepts one list only, so a changed list means a new session, and perhaps a dialog
-/// of the desktop: changes that belong together should be set together.
+/// of the desktop: changes that belong together should be set together. The list goes with the request for
+/// the session; what the session then lacks is requested once more.
 class PortalShortcuts : public QObject {
     Q_OBJECT
 
@@ -65,7 +67,7 @@ private Q_SLOTS:
     void shortcutActivated(const QDBusMessage &message);
 
 private:
-    enum class State { NoSession, Creating, Binding, Bound, Closing };
+    enum class State { NoSession, Creating, Listing, Binding, Bound, Closing };
     using Reply = std::function<void(const QDBusMessage &)>;
 
     void open();
@@ -74,8 +76,13 @@ private:
     void advance();
     void create();
     void created(const QDBusMessage &message);
+    void list();
+    void listed(const QDBusMessage &message);
     void bind();
     void bound(const QDBusMessage &message);
+    void refuseMissing();
+    void finish(const QStringList &present);
+    void withdraw(const QStringList &ids, HotKeyError error);
     void close();
     void fail(HotKeyError error);
     void ownerChanged(const QString &before, const QString &now);
@@ -101,6 +108,9 @@ private:
     QList<Shortcut> m_wanted;
     /// The shortcuts that were sent to the session.
     QList<Shortcut> m_bound;
+    /// Those that the session had before any were bound.
+    QStringList m_listed;
+    PlasmaKeys m_keys;
 };
 
 } // namespace quorvane::platform

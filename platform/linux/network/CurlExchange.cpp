@@ -87,6 +87,7 @@ CurlExchange::~CurlExchange() {
     m_curl.easyCleanup(m_easy);
     m_curl.multiCleanup(m_multi);
     m_curl.slistFreeAll(m_fields);
+    m_curl.slistFreeAll(m_resolved);
 }
 
 template <typename Value>
@@ -125,6 +126,14 @@ void CurlExchange::configure(const UrlRequest &request, long family) {
     set(CURLOPT_NOSIGNAL, 1L);
     // A name look-up that is still under way is left behind and not waited for.
     set(CURLOPT_QUICK_EXIT, 1L);
+    if (!request.addresses.isEmpty()) {
+        const QUrl &url = request.url;
+        const int port = url.port(url.scheme() == QStringLiteral("http") ? 80 : 443);
+        const QByteArray entry =
+            url.host().toLatin1() + ':' + QByteArray::number(port) + ':' + request.addresses.join(',');
+        m_resolved = m_curl.slistAppend(nullptr, entry.constData());
+        set(CURLOPT_RESOLVE, m_resolved);
+    }
 }
 
 void CurlExchange::configureTls(const UrlRequest &request) {

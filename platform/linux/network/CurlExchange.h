@@ -89,6 +89,7 @@ private:
     CURLM *m_multi = nullptr;
     CURL *m_easy = nullptr;
     curl_slist *m_fields = nullptr;
+    curl_slist *m_resolved = nullptr;
     std::array<char, CURL_ERROR_SIZE> m_errorText{};
     std::map<curl_socket_t, Watch> m_sockets;
     QTimer m_timer;

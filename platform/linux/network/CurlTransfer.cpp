@@ -106,6 +106,9 @@ void CurlTransfer::followRedirect() {
         end(UrlError{UrlError::Kind::Other, QStringLiteral("the answer redirects to an unusable address")});
         return;
     }
+    if (target.authority() != m_request.url.authority()) {
+        m_request.addresses.clear();
+    }
     m_request.url = target;
     m_overIPv6 = false;
     m_firstError.reset();

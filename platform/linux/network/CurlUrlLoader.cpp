@@ -57,9 +57,9 @@ struct DownloadFile {
 } // namespace
 
 CurlUrlLoader::CurlUrlLoader(const QString &version, const QString &authorityFile, const UrlLimits &limits,
-                             const QString &authorityFolder)
+                             const QString &authorityFolder, AddressesOf addressesOf)
     : m_version(version), m_authorityFile(authorityFile), m_authorityFolder(authorityFolder),
-      m_limits(limits) {}
+      m_limits(limits), m_addressesOf(std::move(addressesOf)) {}
 
 CurlUrlLoader::~CurlUrlLoader() = default;
 
@@ -129,7 +129,8 @@ std::optional<UrlRequest> CurlUrlLoader::requestFor(const QByteArray &url) const
         return std::nullopt;
     }
     return UrlRequest{*strict, "Quorvane/" + m_version.toUtf8(), QFile::encodeName(m_authorityFolder),
-                      QFile::encodeName(m_authorityFile)};
+                      QFile::encodeName(m_authorityFile),
+                      m_addressesOf ? m_addressesOf(strict->host().toLatin1()) : QByteArrayList()};
 }
 
 } // namespace quorvane::platform

@@ -18,10 +18,15 @@ namespace quorvane::platform {
 /// belong to the main thread and end silently with the loader.
 class CurlUrlLoader final : public UrlLoader {
 public:
+    using AddressesOf = std::function<QByteArrayList(const QByteArray &host)>;
+
     /// The version is sent to the server; an empty authority file is none. One that contains no
-    /// certificate leaves the authorities of the folder alone.
+    /// certificate leaves the authorities of the folder alone. `addressesOf`, which may be empty, has the
+    /// numeric addresses of a host that must not be looked up, and none for others; it is called on any
+    /// thread.
     CurlUrlLoader(const QString &version, const QString &authorityFile, const UrlLimits &limits = {},
-                  const QString &authorityFolder = QStringLiteral("/etc/ssl/certs"));
+                  const QString &authorityFolder = QStringLiteral("/etc/ssl/certs"),
+                  AddressesOf addressesOf = {});
     ~CurlUrlLoader() override;
     CurlUrlLoader(const CurlUrlLoader &) = delete;
     CurlUrlLoader &operator=(const CurlUrlLoader &) = delete;
@@ -37,6 +42,7 @@ private:
     const QString m_authorityFile;
     const QString m_authorityFolder;
     const UrlLimits m_limits;
+    const AddressesOf m_addressesOf;
     /// Downloads end with it.
     QObject m_lifetime;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QUrl>
 
 #include <chrono>
@@ -24,6 +25,8 @@ struct UrlRequest {
     QByteArray authorityFolder;
     /// More of them in one file, empty for none.
     QByteArray authorityFile;
+    /// Numeric addresses of the host, which is then not looked up.
+    QByteArrayList addresses = {};
 };
 
 } // namespace quorvane::platform

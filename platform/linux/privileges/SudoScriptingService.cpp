@@ -3,13 +3,13 @@
 #include "AccountLookup.h"
 #include "platform/UserAccount.h"
 #include "platform/linux/process/ChildProcess.h"
+#include "platform/linux/process/SecretMemory.h"
 
 #include <QFile>
 #include <QRandomGenerator>
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <unistd.h>
 
 namespace quorvane::platform {
@@ -37,39 +37,11 @@ constexpr char otherScript[] = "export \"$5\"\n"
 // The prompt of su for the password of an account, with LC_ALL=C.
 constexpr char suPrompt[] = "Password: ";
 
-/// Bytes that are overwritten when they are destroyed.
-class SecretBytes {
-public:
-    explicit SecretBytes(const QString &text) {
-        QByteArray encoded = text.toUtf8();
-        // Reserved at once, because growing would leave a copy behind.
-        m_bytes.reserve(encoded.size() + 1);
-        m_bytes.append(encoded);
-        m_bytes.append('\n');
-        wipe(encoded);
-    }
-
-    ~SecretBytes() { wipe(m_bytes); }
-
-    SecretBytes(const SecretBytes &) = delete;
-    SecretBytes &operator=(const SecretBytes &) = delete;
-
-    /// The password and a line feed.
-    [[nodiscard]] const QByteArray &line() const { return m_bytes; }
-
-private:
-    static void wipe(QByteArray &secret) {
-        ::explicit_bzero(secret.data(), static_cast<std::size_t>(secret.size()));
-    }
-
-    QByteArray m_bytes;
-};
-
 /// Gives the password to the prompts for it, each once and in their order, and to no other question: a second
 /// factor, an expired password and a wrong one end the input.
 class PromptAnswerer {
 public:
-    PromptAnswerer(const SecretBytes &password, QByteArrayList prompts, QByteArray granted)
+    PromptAnswerer(const SecretMemory &password, QByteArrayList prompts, QByteArray granted)
         : m_password(password), m_prompts(std::move(prompts)), m_granted(std::move(granted)) {}
 
     void look(ChildInput &input, const QByteArray &error, Silence silence) {
@@ -107,7 +79,7 @@ private:
         input.close();
     }
 
-    const SecretBytes &m_password;
+    const SecretMemory &m_password;
     QByteArrayList m_prompts;
     QByteArray m_granted;
     QByteArray m_question;
@@ -290,7 +262,7 @@ ScriptResult SudoScriptingService::runAsAdministrator(const QString &line, const
     if (bytes.contains('\0')) {
         return failure(notRun, QStringLiteral("The command holds a NUL character."));
     }
-    const SecretBytes secret(password);
+    const SecretMemory secret(password);
     const bool isOneLine = secret.line().count('\n') == 1 && !secret.line().contains('\0');
     if (!isOneLine || secret.line().size() > maximumPasswordSize) {
         return failure(notRun, QStringLiteral("Sorry, try again."));

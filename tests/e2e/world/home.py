@@ -12,7 +12,9 @@ from harness.home.deadlines import EVENTUALLY, pause_after
 
 from . import accounts, machine, network
 
-CONTENTS = "/opt/quorvane"
+# The folder of an installed program, which is in the root file system; else the built one is shown there.
+INSTALLED = os.environ.get("QUORVANE_INSTALLED")
+CONTENTS = INSTALLED or "/opt/quorvane"
 HARNESS = "/opt/harness"
 RIGHT_NAME_SERVERS = "".join(f"nameserver {address}\n" for address in network.NAME_SERVERS)
 _INIT = Path(__file__).with_name("home_init.py")
@@ -43,12 +45,18 @@ class Home:
     `contents` is the client's contents folder, `authority` the certificate file of the service's authority.
     """
 
-    def __init__(self, folder, contents, authority, *, name_servers=RIGHT_NAME_SERVERS, x11=None, people=()):
-        """`people`: accounts beside the usual ones."""
+    def __init__(
+        self, folder, contents, authority, *, name_servers=RIGHT_NAME_SERVERS, x11=None, people=(), root=None
+    ):
+        """`people`: accounts beside the usual ones; `root`: a root file system instead of the machine's."""
         settings = {
+            "root": root,
             "work": str(Path(folder) / "home"),
             "x11": x11,
-            "visible": {CONTENTS: str(Path(contents).resolve()), HARNESS: str(_HARNESS_SOURCE)},
+            "visible": {
+                **({} if INSTALLED else {CONTENTS: str(Path(contents).resolve())}),
+                HARNESS: str(_HARNESS_SOURCE),
+            },
             "resolv_conf": name_servers + "options timeout:1 attempts:2\n",
             "etc_quorvane": {
                 "service.conf": service_configuration(),
@@ -112,7 +120,9 @@ class Home:
 
     def command(self, arguments, user="root", environment=None):
         """The command line that runs a command in the home as the user, with exactly this environment."""
-        enter = ["nsenter", "--target", str(self.pid), "--mount", "--pid", "--ipc", "--uts", "--net", "--"]
+        # Its root, too: where the tests run in a changed root, that is not the one of its mount namespace.
+        spaces = ["--mount", "--root", "--pid", "--ipc", "--uts", "--net"]
+        enter = ["nsenter", "--target", str(self.pid), *spaces, "--"]
         variables = {
             "PATH": "/usr/local/bin:/usr/bin:/bin",
             "LC_ALL": "C.UTF-8",

@@ -11,11 +11,22 @@ import os
 import selectors
 import shutil
 import signal
+import stat
 import subprocess
 import sys
 from pathlib import Path
 
 PRIVATE = ("/home", "/root", "/opt", "/var/lib/sudo", "/var/log", "/var/mail", "/var/tmp", "/dev/shm")
+OLD_ROOT = "/.old-root"
+DEVICES = {
+    "null": (1, 3),
+    "zero": (1, 5),
+    "full": (1, 7),
+    "random": (1, 8),
+    "urandom": (1, 9),
+    "tty": (5, 0),
+    "net/tun": (10, 200),
+}
 SUDOERS = """Defaults env_reset
 Defaults use_pty
 Defaults secure_path="/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"
@@ -54,6 +65,51 @@ def cover_etc(work):
         # An /etc that is an overlay itself cannot always be the lower folder of another one.
         shutil.copytree("/etc", upper, symlinks=True, dirs_exist_ok=True)
         run("mount", "--bind", str(upper), "/etc")
+
+
+def make_devices(folder):
+    """A /dev of the home's own, with the few devices that programs need."""
+    tmpfs(folder)
+    os.umask(0)
+    for name, numbers in DEVICES.items():
+        (folder / name).parent.mkdir(mode=0o755, exist_ok=True)
+        os.mknod(folder / name, 0o666 | stat.S_IFCHR, os.makedev(*numbers))
+    os.umask(0o022)
+    for name, target in {
+        "fd": "/proc/self/fd",
+        "ptmx": "pts/ptmx",
+        "stdin": "fd/0",
+        "stdout": "fd/1",
+    }.items():
+        (folder / name).symlink_to(target)
+    for name in ("pts", "shm"):
+        (folder / name).mkdir()
+    run("mount", "-t", "devpts", "-o", "newinstance,ptmxmode=666,gid=5", "devpts", str(folder / "pts"))
+
+
+def enter_root(settings, work):
+    """Replaces the root of this mount namespace; what the home writes there is in memory.
+
+    The old root stays visible at OLD_ROOT until `leave_old_root`: the visible folders are in it.
+    """
+    upper, scratch, root = work / "root-upper", work / "root-work", work / "root"
+    for folder in (upper, scratch, root):
+        folder.mkdir()
+    layers = f"lowerdir={settings['root']},upperdir={upper},workdir={scratch}"
+    run("mount", "-t", "overlay", "overlay", "-o", layers, str(root))
+    make_devices(root / "dev")
+    (root / OLD_ROOT[1:]).mkdir()
+    # Not a chroot: a process that enters this mount namespace later begins at the namespace's root.
+    run("pivot_root", str(root), str(root) + OLD_ROOT)
+    os.chdir("/")
+    settings["visible"] = {target: OLD_ROOT + source for target, source in settings["visible"].items()}
+    work.mkdir(parents=True)
+    tmpfs(str(work))
+
+
+def leave_old_root():
+    run("umount", "--lazy", OLD_ROOT)
+    os.rmdir(OLD_ROOT)
 
 
 def bind_read_only(source, target):
@@ -130,10 +186,10 @@ def make_runtime_folders(accounts):
     for path in ("/run/lock", "/run/sudo", "/run/user"):
         os.mkdir(path, 0o755)
     for account in accounts:
-        stat = os.stat(account["folder"])
-        folder = f"/run/user/{stat.st_uid}"
+        owner = os.stat(account["folder"])
+        folder = f"/run/user/{owner.st_uid}"
         os.mkdir(folder, 0o700)
-        os.chown(folder, stat.st_uid, stat.st_gid)
+        os.chown(folder, owner.st_uid, owner.st_gid)
 
 
 def reap_until_input_ends():
@@ -162,6 +218,8 @@ def main():
     work = Path(settings["work"])
     work.mkdir(parents=True, exist_ok=True)
     tmpfs(str(work))
+    if settings["root"]:
+        enter_root(settings, work)
     run("mount", "-t", "proc", "proc", "/proc")
     run("mount", "-t", "sysfs", "-o", "ro", "sysfs", "/sys")
     # Without firmware tables the client's identity is that of its network card, on every machine.
@@ -172,6 +230,8 @@ def main():
     fill_etc(settings)
     make_accounts(settings["accounts"])
     make_runtime_folders(settings["accounts"])
+    if settings["root"]:
+        leave_old_root()
     print("ready", flush=True)
     reap_until_input_ends()
 

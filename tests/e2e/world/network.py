@@ -95,6 +95,21 @@ def redirected(match, port):
     return f"chain turned {{ type nat hook prerouting priority -150;\n {match} redirect to :{port}\n }}"
 
 
+def diverted(protocol, port, other):
+    """Chains that lead what comes to a port of the lent addresses to another port of this namespace.
+
+    The service keeps the packets of its own ports out of the kernel's table of connections, without which
+    nothing is redirected: they change their port before and after.
+    """
+    return (
+        f"chain diverted {{ type filter hook prerouting priority -310;\n"
+        f" ip daddr {LENT_POOL} {protocol} dport {port} {protocol} dport set {other}\n }}\n"
+        + redirected(f"ip daddr {LENT_POOL} {protocol} dport {other}", other)
+        + f"\nchain returned {{ type filter hook postrouting priority 300;\n"
+        f" ip saddr {LENT_POOL} {protocol} sport {other} {protocol} sport set {port}\n }}"
+    )
+
+
 def swallowing(match):
     """While the block runs, the gateway silently drops every arriving packet that matches."""
     return ruled(GATEWAY, arriving(f"{match} drop"))

@@ -29,6 +29,7 @@ class World:
         x11=None,
         ipv6=False,
         people=(),
+        root=None,
         **service_settings,
     ):
         if not enter.inside():
@@ -57,6 +58,7 @@ class World:
                 name_servers=name_servers,
                 x11=x11,
                 people=people,
+                root=root,
             )
             made.callback(self.home.close)
             self._made = made.pop_all()

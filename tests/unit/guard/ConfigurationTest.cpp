@@ -86,6 +86,9 @@ TEST(GuardConfiguration, LinesUpToOpenVpnsBufferAreRead) {
     const std::string longest(254, '#');
     EXPECT_TRUE(parsed(longest + "\n" + longest).empty());
     EXPECT_EQ(refusalOf(longest + "#\n"), "the configuration is refused: line 1: the line is too long");
+    const std::string mark = "\xEF\xBB\xBF";
+    EXPECT_TRUE(parsed(mark + longest.substr(mark.size()) + "\n" + longest).empty());
+    EXPECT_EQ(refusalOf(mark + longest + "\n"), "the configuration is refused: line 1: the line is too long");
     EXPECT_EQ(refusalOf("<ca>\n" + longest + "#\n</ca>\n"),
               "the configuration is refused: line 2: the line is too long");
 }

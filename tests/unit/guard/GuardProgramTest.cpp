@@ -1,5 +1,6 @@
 // The guard program itself, with a fake OpenVPN and a short deadline, run by the user who runs the tests.
 
+#include "FakeNft.h"
 #include "HostileConfigurations.h"
 
 #include "common/FileDescriptor.h"
@@ -274,6 +275,34 @@ TEST_F(GuardProgram, ATunnelThatLeaksIsNeverReportedAsUp) {
     EXPECT_TRUE(logContains("Exiting due to fatal error\n")) << log();
 }
 
+TEST_F(GuardProgram, AClosedLockIsOpenedForTheServerThenForTheDeviceAndClosedAgain) {
+    const FakeNft nft;
+    FakeNft::closeLock();
+    write("config", "client\nremote up\nremote 192.0.2.9 443 tcp\n");
+    start();
+    ASSERT_TRUE(within(10s, [this] { return logContains("Initialization Sequence Completed"); })) << log();
+    const std::string none = "flush set inet quorvane_lock tunnels; flush set inet quorvane_lock servers; ";
+    const std::vector<std::string> up{
+        none, none + "add element inet quorvane_lock servers { 192.0.2.9 . tcp . 443 }; ",
+        "flush set inet quorvane_lock tunnels; add element inet quorvane_lock tunnels { 7 }; "};
+    EXPECT_EQ(FakeNft::calls(), up);
+    kill(m_pid, SIGTERM);
+    wait();
+    ASSERT_EQ(FakeNft::calls().size(), up.size() + 1);
+    EXPECT_EQ(FakeNft::calls().back(), none);
+}
+
+TEST_F(GuardProgram, AnAttemptEndsWhenAClosedLockCannotBeOpened) {
+    const FakeNft nft;
+    FakeNft::closeLock();
+    FakeNft::refuse();
+    startFor("up");
+    wait();
+    EXPECT_TRUE(logContains("the network lock cannot be opened\n")) << log();
+    EXPECT_TRUE(logContains("Exiting due to fatal error\n"));
+    EXPECT_FALSE(logContains("Initialization"));
+}
+
 TEST_F(GuardProgram, AnAttemptEndsAlsoWhileOutputGoesOnWithoutAPause) {
     startFor("chatters");
     wait();
@@ -395,6 +424,42 @@ TEST_F(GuardProgram, ProgramFilesThatOthersCanChangeAreRefused) {
     ASSERT_EQ(unlink(beside.c_str()), 0);
     startFor("early");
     EXPECT_EQ(wait(), 0);
+}
+
+TEST_F(GuardProgram, FilesOfAnInstalledGuardBelongToRootAlone) {
+    const std::string mark = GUARD_FOLDER "/installed";
+    std::ofstream(mark) << "";
+    if (getuid() == 0) {
+        // Of the caller, as the files of a build tree may be.
+        ASSERT_EQ(chown(mark.c_str(), 1, 1), 0);
+        m_caller = "1";
+        ASSERT_EQ(chown(m_folder.c_str(), 1, 1), 0);
+        ASSERT_EQ(chown(at("creds").c_str(), 1, 1), 0);
+        ASSERT_EQ(chown(at("log").c_str(), 1, 1), 0);
+        write("config", "");
+        ASSERT_EQ(chown(at("config").c_str(), 1, 1), 0);
+    }
+    startFor("early");
+    EXPECT_EQ(wait(), 1);
+    EXPECT_TRUE(logContains("the program's files are refused: another user can change ")) << log();
+    ASSERT_EQ(unlink(mark.c_str()), 0);
+    startFor("early");
+    EXPECT_EQ(wait(), 0) << log();
+}
+
+TEST_F(GuardProgram, ALinkInPlaceOfTheLockFileIsNotFollowed) {
+    const std::string lock = GUARD_FOLDER "/run/guard.lock";
+    unlink(lock.c_str());
+    ASSERT_EQ(symlink(at("target").c_str(), lock.c_str()), 0);
+    startFor("early");
+    wait();
+    EXPECT_NE(access(at("target").c_str(), F_OK), 0) << "a file was made behind the link";
+    EXPECT_FALSE(logContains("ended with status")) << "OpenVPN was started: " << log();
+    EXPECT_TRUE(logContains("the file that keeps two guards apart cannot be opened\n")) << log();
+    ASSERT_EQ(unlink(lock.c_str()), 0);
+    startFor("early");
+    wait();
+    EXPECT_TRUE(logContains("OpenVPN ended with status 1\n")) << log();
 }
 
 TEST_F(GuardProgram, AnyOtherCommandLineIsRefused) {

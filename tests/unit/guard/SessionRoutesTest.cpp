@@ -57,6 +57,39 @@ public:
     SessionRoutes routes{home, record};
 };
 
+TEST_F(SessionRoutesTest, RouteToTheServerIsPutBackWithTheNetwork) {
+    bringUp();
+    const Route toServer = throughRouter(std::string(server) + "/32");
+    const Route byDefault = throughRouter("0.0.0.0/0");
+    home.vanish(toServer);
+    home.vanish(byDefault);
+    EXPECT_EQ(changed(), "");
+    EXPECT_FALSE(home.current.routes.contains(toServer)) << "not without a network";
+    home.appear(byDefault);
+    EXPECT_EQ(changed(), "");
+    EXPECT_TRUE(home.current.routes.contains(toServer));
+    EXPECT_EQ(changed(), "");
+}
+
+TEST_F(SessionRoutesTest, RouteToTheServerIsPutBackWhenNotificationsWereLost) {
+    bringUp();
+    const Route toServer = throughRouter(std::string(server) + "/32");
+    home.current.routes.erase(toServer);
+    home.pending.isIncomplete = true;
+    EXPECT_EQ(changed(), "");
+    EXPECT_TRUE(home.current.routes.contains(toServer));
+}
+
+TEST_F(SessionRoutesTest, RouteToTheServerIsNotMadeBeforeTheTunnelIsUpOrForAnotherSession) {
+    ASSERT_TRUE(routes.begin({*hostOf(server)}).ok());
+    home.bringUp(server);
+    const Route toServer = throughRouter(std::string(server) + "/32");
+    home.vanish(toServer);
+    home.appear(throughRouter("10.0.0.0/8"));
+    EXPECT_EQ(changed(), "");
+    EXPECT_FALSE(home.current.routes.contains(toServer));
+}
+
 TEST_F(SessionRoutesTest, RoutesAreAfterASessionAsBefore) {
     const auto before = home.current.routes;
     bringUp();

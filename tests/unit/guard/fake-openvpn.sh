@@ -1,6 +1,6 @@
 #!/bin/sh
-# A fake OpenVPN. The host in the configuration's "remote" line selects what it does.
-host=$(sed -n 's/^remote \([^ ]*\).*/\1/p' "$2")
+# A fake OpenVPN. The host in the configuration's first "remote" line selects what it does.
+host=$(sed -n 's/^remote \([^ ]*\).*/\1/p' "$2" | head -n 1)
 case $host in
 up) echo "2026-11-21 10:00:00 Initialization Sequence Completed"; exec sleep 600 ;;
 early) echo "Options error: something"; exit 1 ;;

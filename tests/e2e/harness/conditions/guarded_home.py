@@ -1,25 +1,21 @@
 """A home that sends all the time, with a guard that is started by hand, without the client."""
 
 import contextlib
-import ipaddress
-import json
 import os
 import signal
-import subprocess
 
 from harness.home.deadlines import EVENTUALLY
 from harness.observe import capture as captures
 from world import home as homes
 from world import network
 
+from .probing import Probe, check_seen_in_the_open
 from .pushing_server import ADDRESS, PORT
 
 SERVER = {(ADDRESS, PORT, captures.UDP)}
 NEIGHBOUR = "192.168.77.50"
 FOLDER = "/home/joe/Documents/Quorvane"
 UP = "Initialization Sequence Completed"
-PROBE_PORT = 9999
-PLAIN, NAMES, SIX = network.SERVICE_ADDRESS, network.NAME_SERVERS[0], network.INTERNET_ADDRESS_6
 
 
 def tables():
@@ -49,11 +45,6 @@ def check_tables(home, before):
     assert now == before, {"came": set(now) - set(before), "went": set(before) - set(now)}
 
 
-def is_neighbour_discovery(packet):
-    """The kernel asks now and then whether the router is still there. No router forwards such an address."""
-    return packet.protocol == captures.ICMP6 and ipaddress.ip_address(packet.source).is_link_local
-
-
 class Watched:
     """A home that sends all the time, its captured packets, and a guard in it that is started by hand."""
 
@@ -62,31 +53,26 @@ class Watched:
         network.run("ip", "-n", network.GATEWAY, "address", "add", f"{NEIGHBOUR}/24", "dev", "lan")
         self.before = settled_tables(self.home)
         self.capture = captures.Capture(world)
-        self.probe = self.home.popen(
-            "/usr/bin/python3",
-            f"{homes.HARNESS}/probe.py",
-            "50",
-            f"udp={PLAIN}",
-            f"dns={NAMES}",
-            f"udp={SIX}",
-            user="joe",
-            stdin=subprocess.PIPE,
-            stdout=subprocess.PIPE,
-            text=True,
-        )
-        assert self.probe.stdout.readline() == "sending\n"
+        self.probe = Probe(self.home)
         self.guard = None
         self.check_seen_in_the_open()
 
     def close(self):
         if self.guard is not None and self.guard.poll() is None:
             self.end()
-        assert json.loads(self.probe.communicate(timeout=EVENTUALLY)[0])
+        assert self.probe.end()
         self.capture.close()
 
     def check_seen_in_the_open(self):
-        """The control: without a tunnel all kinds of packets are captured."""
-        self.wait_open({(PLAIN, PROBE_PORT), (NAMES, 53), (SIX, PROBE_PORT)})
+        check_seen_in_the_open(self.home, self.capture)
+
+    def lock(self, *words):
+        """Runs the script of the network lock."""
+        script = f"{homes.CONTENTS}/Resources/networklock"
+        self.home.run(script, *words, environment={"QUORVANE_CALLER": str(self.home.uid("joe")[0])})
+
+    def close_lock(self):
+        self.lock("-close", "home", f"service.test:443/{network.SERVICE_ADDRESS}")
 
     def wait_open(self, wanted):
         """Waits until packets to each (address, port) are captured."""
@@ -130,7 +116,7 @@ class Watched:
                 >= 10,
                 "packets into the tunnel",
             )
-        beside = [packet for packet in phase.beside(SERVER) if not is_neighbour_discovery(packet)]
+        beside = phase.beside(SERVER)
         assert not beside, f"{[str(packet) for packet in beside]}\n{self.log()}"
         return len(phase.towards(SERVER))
 

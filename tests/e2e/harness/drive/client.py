@@ -38,7 +38,7 @@ def button(name, window=MAIN):
     return {"window": window, "role": "push button", "name": name}
 
 
-HIDE = {"window": MAIN, "description": "Hide button"}
+HIDE = {"window": MAIN, "role": "push button", "name": ["Quorvane", "Stop Hiding IP"]}
 
 
 def scrambled(text):
@@ -65,10 +65,10 @@ class Client:
         self.log_folder = self.folder
         self.display = display or PrivateDisplay(self.home, user)
         environment = {
-            **self.display.environment,
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "QT_QPA_PLATFORM": "xcb",
             "NO_AT_BRIDGE": "0",
+            **self.display.environment,
         }
         self._errors = self.home.path("/tmp/driver.log").open("ab")
         self._driver = self.home.popen(

@@ -100,8 +100,8 @@ class Display:
         """The caller's screen stays as it is."""
 
 
-class PrivateDisplay(Display):
-    """Xvfb and openbox, inside the home."""
+class BareDisplay(Display):
+    """Xvfb inside the home, without a window manager."""
 
     def __init__(self, home, user, size=SIZE):
         cookie = secrets.token_bytes(16)
@@ -134,32 +134,6 @@ class PrivateDisplay(Display):
         if not ready or os.read(self._server.stdout.fileno(), 64).strip() != str(number).encode():
             status = self._server.wait(EVENTUALLY) if ready else "it still runs"
             raise RuntimeError(f"Xvfb did not start: {status}\n{messages.read_text(errors='replace')}")
-        self._manager = home.popen(
-            "openbox",
-            "--sm-disable",
-            user=user,
-            environment=self.environment,
-            stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL,
-        )
-        home.wait_for(
-            lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout,
-            "openbox has started",
-        )
-        # At the first key the X server announces the keyboard; programs register their combinations again.
-        self.run("xdotool", "key", "Shift_L")
-
-    def pause_manager(self):
-        """Stops the window manager, as on a machine that does not schedule it."""
-        uid = self.home.uid(self.user)[0]
-        (manager,) = [process for process in self.home.processes("openbox") if process.uid == uid]
-        os.kill(manager.pid, signal.SIGSTOP)
-        # nsenter, outside of the home, waits for the window manager and stops with it; it continues both.
-        self.home.wait_for(lambda: _is_stopped(self._manager.pid), "the window manager is stopped")
-
-    def continue_manager(self):
-        self._manager.send_signal(signal.SIGCONT)
 
     def press_keys(self, title, keys):
         """Brings a window to the front and presses keys in it."""
@@ -251,12 +225,49 @@ class PrivateDisplay(Display):
             spy.stdout.close()
 
     def close(self):
-        """Ends the X server and the window manager, whatever still uses them."""
+        """Ends the X server, whatever still uses it."""
         for process in self.home.processes("Xvfb"):
             if process.command[1] == self.name:
                 os.kill(process.pid, signal.SIGTERM)
         self._server.wait(EVENTUALLY)
         self._server.stdout.close()
+
+
+class PrivateDisplay(BareDisplay):
+    """Xvfb and openbox, inside the home."""
+
+    def __init__(self, home, user, size=SIZE):
+        super().__init__(home, user, size)
+        self._manager = home.popen(
+            "openbox",
+            "--sm-disable",
+            user=user,
+            environment=self.environment,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+        home.wait_for(
+            lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout,
+            "openbox has started",
+        )
+        # At the first key the X server announces the keyboard; programs register their combinations again.
+        self.run("xdotool", "key", "Shift_L")
+
+    def pause_manager(self):
+        """Stops the window manager, as on a machine that does not schedule it."""
+        uid = self.home.uid(self.user)[0]
+        (manager,) = [process for process in self.home.processes("openbox") if process.uid == uid]
+        os.kill(manager.pid, signal.SIGSTOP)
+        # nsenter, outside of the home, waits for the window manager and stops with it; it continues both.
+        self.home.wait_for(lambda: _is_stopped(self._manager.pid), "the window manager is stopped")
+
+    def continue_manager(self):
+        self._manager.send_signal(signal.SIGCONT)
+
+    def close(self):
+        """Ends the X server and the window manager, whatever still uses them."""
+        super().close()
         self._manager.wait(EVENTUALLY)
 
 

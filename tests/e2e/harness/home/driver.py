@@ -20,7 +20,9 @@ import gi
 
 gi.require_version("Atspi", "2.0")
 from deadlines import EVENTUALLY, POLL, pause_after  # noqa: E402 # pylint: disable=wrong-import-position
+from elements import children, describe, states_of, walk  # noqa: E402 # pylint: disable=wrong-import-position
 from gi.repository import Atspi, Gio, GLib  # noqa: E402 # pylint: disable=wrong-import-position
+from other_programs import OtherPrograms  # noqa: E402 # pylint: disable=wrong-import-position
 
 from status_items import TrayError, TrayOperations  # noqa: E402 # pylint: disable=wrong-import-position
 
@@ -67,41 +69,6 @@ def start_accessibility():
     return launcher
 
 
-def states_of(node):
-    states = node.get_state_set()
-    names = {
-        "showing": Atspi.StateType.SHOWING,
-        "enabled": Atspi.StateType.ENABLED,
-        "checked": Atspi.StateType.CHECKED,
-        "modal": Atspi.StateType.MODAL,
-        "active": Atspi.StateType.ACTIVE,
-    }
-    return {name: states.contains(kind) for name, kind in names.items()}
-
-
-def describe(node):
-    found = {"role": node.get_role_name(), "name": node.get_name(), "description": node.get_description()}
-    found.update(states_of(node))
-    if found["role"] in ("text", "password text"):
-        found["text"] = Atspi.Text.get_text(node, 0, Atspi.Text.get_character_count(node))
-    return found
-
-
-def children(node):
-    for index in range(node.get_child_count()):
-        child = node.get_child_at_index(index)
-        if child is not None:
-            yield child
-
-
-def walk(node, depth=0):
-    if depth > 25:
-        return
-    for child in children(node):
-        yield child
-        yield from walk(child, depth + 1)
-
-
 class Client:
     """One started copy of the client."""
 
@@ -135,6 +102,7 @@ class Client:
 
 
 def matches(node, query):
+    """Whether the element has every property; a list names alternatives."""
     for key, wanted in query.items():
         if key == "window":
             continue
@@ -146,7 +114,7 @@ def matches(node, query):
             actual = node.get_description()
         else:
             raise DriverError(f"no such key in a query: {key}")
-        if actual != wanted:
+        if actual not in (wanted if isinstance(wanted, list) else [wanted]):
             return False
     return True
 
@@ -172,7 +140,7 @@ def repeated(look):
     return wrapped
 
 
-class Driver(TrayOperations):
+class Driver(TrayOperations, OtherPrograms):
     """The operations that a test can request: each method op_NAME, with the request's other fields."""
 
     def __init__(self):
@@ -302,21 +270,19 @@ class Driver(TrayOperations):
     # --- acting
 
     def op_press(self, key, query):
-        """Presses a button.
-
-        One without the action "press", which can only be toggled, is clicked with the mouse.
-        """
+        """Does what an assistive program does with a button, a box or a pop-up list: its first action."""
         node = self.find(key, query)
         if node is None:
             raise DriverError(f"no element matches {query}")
         if not states_of(node)["enabled"]:
             raise DriverError(f"{query} is disabled")
         pressed = time.monotonic()
-        for index in range(Atspi.Action.get_n_actions(node)):
-            if Atspi.Action.get_action_name(node, index).lower() == "press":
-                Atspi.Action.do_action(node, index)
-                return pressed
-        click(node)
+        actions = [
+            Atspi.Action.get_action_name(node, index) for index in range(Atspi.Action.get_n_actions(node))
+        ]
+        if not actions or actions[0] not in ("Press", "Toggle", "ShowMenu"):
+            raise DriverError(f"{query} has no action to press it, only {actions}")
+        Atspi.Action.do_action(node, 0)
         return pressed
 
     def op_set_text(self, key, query, text):

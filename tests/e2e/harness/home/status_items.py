@@ -12,6 +12,8 @@ HOST = Path(__file__).with_name("tray_host.py")
 WATCHER, WATCHER_PATH = "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher"
 ITEM, MENU = "org.kde.StatusNotifierItem", "com.canonical.dbusmenu"
 PROPERTIES = "org.freedesktop.DBus.Properties"
+# The item's identifier is the name of the client's program.
+IDENTIFIER = "Quorvane"
 CALL_MS = EVENTUALLY * 1000
 
 
@@ -30,14 +32,18 @@ def properties(name, path, interface):
     return call(name, path, PROPERTIES, "GetAll", GLib.Variant("(s)", (interface,)))[0]
 
 
-def watcher_owned():
+def bus_name_owned(name):
     return call(
         "org.freedesktop.DBus",
         "/org/freedesktop/DBus",
         "org.freedesktop.DBus",
         "NameHasOwner",
-        GLib.Variant("(s)", (WATCHER,)),
+        GLib.Variant("(s)", (name,)),
     )[0]
+
+
+def watcher_owned():
+    return bus_name_owned(WATCHER)
 
 
 def wait_watcher(owned):
@@ -50,6 +56,20 @@ def wait_watcher(owned):
         time.sleep(POLL)
 
 
+def place(item):
+    """Bus name and path of an item in the watcher's list."""
+    name, slash, path = item.partition("/")
+    return name.rstrip("@"), slash + path
+
+
+def identifier(found):
+    """The item's own identifier; None when it does not answer."""
+    try:
+        return properties(*found, ITEM).get("Id")
+    except GLib.Error:
+        return None
+
+
 class TrayOperations:
     """Operations that the driver inherits. One host and one item at a time."""
 
@@ -58,6 +78,12 @@ class TrayOperations:
     def op_tray_appear(self):
         self._host = subprocess.Popen([sys.executable, str(HOST)], stdin=subprocess.DEVNULL)
         wait_watcher(True)
+
+    def op_tray_host(self):
+        """Whether a program shows the items: a watcher alone only lists them."""
+        return (
+            watcher_owned() and properties(WATCHER, WATCHER_PATH, WATCHER)["IsStatusNotifierHostRegistered"]
+        )
 
     def op_tray_vanish(self):
         self.end_tray()
@@ -88,13 +114,12 @@ class TrayOperations:
     def _item(self):
         if not watcher_owned():
             return None
-        items = properties(WATCHER, WATCHER_PATH, WATCHER)["RegisteredStatusNotifierItems"]
+        # A desktop has items of its own, some of which are not answering yet.
+        places = map(place, properties(WATCHER, WATCHER_PATH, WATCHER)["RegisteredStatusNotifierItems"])
+        items = [found for found in places if identifier(found) == IDENTIFIER]
         if len(items) > 1:
             raise TrayError(f"more than one item: {items}")
-        if not items:
-            return None
-        name, slash, path = items[0].partition("/")
-        return name, slash + path
+        return items[0] if items else None
 
     def _needed_item(self):
         place = self._item()

@@ -17,6 +17,8 @@ from world import network
 ICMP, TCP, UDP, ICMP6 = 1, 6, 17, 58
 _NAMES = {ICMP: "ICMP", TCP: "TCP", UDP: "UDP", ICMP6: "ICMPv6"}
 _MARK_PORT = 40000
+# The types of router and neighbour solicitations and advertisements.
+_NEIGHBOUR_DISCOVERY = {bytes([number]) for number in (133, 134, 135, 136)}
 _ETHERNET, _IPV4, _IPV6, _ARP = 14, 0x0800, 0x86DD, 0x0806
 
 
@@ -29,7 +31,7 @@ class Packet:
     source: str
     destination: str
     port: int  # of the destination; 0 when the protocol has none
-    payload: bytes
+    payload: bytes  # of UDP; of ICMPv6 the whole message
 
     @property
     def six(self):
@@ -37,9 +39,14 @@ class Packet:
 
     @property
     def stays(self):
-        """True for IPv6 messages to neighbours on the cable, which no router forwards."""
+        """True for IPv6 messages to neighbours on the cable, which no router forwards.
+
+        The kernel asks now and then whether a neighbour is still there, also under its global address.
+        """
         address = ipaddress.ip_address(self.destination)
-        return self.six and self.protocol in (0, ICMP6) and (address.is_link_local or address.is_multicast)
+        discovers = self.protocol == ICMP6 and self.payload[:1] in _NEIGHBOUR_DISCOVERY
+        near = address.is_link_local or address.is_multicast
+        return discovers or (self.six and self.protocol in (0, ICMP6) and near)
 
     def __str__(self):
         name = _NAMES.get(self.protocol, f"protocol {self.protocol}")
@@ -60,6 +67,8 @@ def _ip(moment, data, six):
     if protocol in (TCP, UDP) and first and len(data) >= start + 8:
         port = struct.unpack(">H", data[start + 2 : start + 4])[0]
         payload = data[start + 8 :] if protocol == UDP else b""
+    elif protocol == ICMP6:
+        payload = data[start:]
     return Packet(moment, protocol, str(source), str(destination), port, payload)
 
 
@@ -177,7 +186,13 @@ class Capture:
         begin = self._mark()
         yield phase
         end = self._mark()
-        phase.packets = self.packets()[begin + 1 : end]
+        # Without the marks of phases within this one.
+        phase.packets = [
+            packet
+            for packet in self.packets()[begin + 1 : end]
+            if packet.destination != network.ROUTER_ADDRESS
+            or not _MARK_PORT < packet.port <= _MARK_PORT + self._marks
+        ]
 
     def close(self):
         self._process.terminate()

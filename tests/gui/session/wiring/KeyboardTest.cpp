@@ -70,7 +70,8 @@ private Q_SLOTS:
                               text("popupCountry"), text("checkSameIP"), text("checkboxChangeIpInterval"),
                               text("fieldChangeIpInterval"), text("stepperChangeIpInterval"),
                               text("checkboxRequireUS"), text("IPNonRepeat"), text("segmentTcp"),
-                              text("advancedSettingsButton"), text("websiteButton"), text("aboutButton")}));
+                              text("advancedSettingsButton"), text("websiteButton"), text("quitButton"),
+                              text("aboutButton")}));
         QStringList back = focusNames(Qt::Key_Tab, Qt::ShiftModifier);
         back.append(back.takeFirst());
         std::reverse(back.begin(), back.end());

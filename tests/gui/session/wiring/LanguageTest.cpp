@@ -9,6 +9,7 @@
 #include "frontend/ui/mainwindow/QrvAboutWindowController.h"
 #include "frontend/ui/tray/TrayPresence.h"
 #include "tests/gui/ShownSession.h"
+#include "tests/gui/WindowTexts.h"
 #include "tests/gui/ui/settings/SettingsTest.h"
 
 #include <QAbstractButton>
@@ -17,33 +18,9 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QMenu>
+#include <QRegularExpression>
 
 namespace quorvane {
-
-namespace {
-
-/// The letters that trigger the visible controls with the Alt key.
-QString mnemonics(const QWidget &window) {
-    QString letters;
-    const auto add = [&letters](const QString &label) {
-        if (const qsizetype at = label.indexOf(u'&'); at >= 0) {
-            letters += label.at(at + 1).toLower();
-        }
-    };
-    for (const auto *button : window.findChildren<QAbstractButton *>()) {
-        if (button->isVisible()) {
-            add(button->text());
-        }
-    }
-    for (const auto *label : window.findChildren<QLabel *>()) {
-        if (label->isVisible() && label->buddy() != nullptr) {
-            add(label->text());
-        }
-    }
-    return letters;
-}
-
-} // namespace
 
 /// The windows' texts for an English and for a German user; the locale of the test run decides which of them
 /// it is.
@@ -58,9 +35,8 @@ private:
     }
 
     static void checkMnemonics(const QWidget &window, qsizetype minimumCount) {
-        const QString letters = mnemonics(window);
-        const QSet<QChar> different(letters.begin(), letters.end());
-        QVERIFY2(different.size() == letters.size(), qPrintable(letters));
+        const QString letters = WindowTexts::mnemonics(window);
+        QVERIFY2(WindowTexts::mnemonicConflicts(window) == 0, qPrintable(letters));
         QVERIFY2(letters.size() >= minimumCount, qPrintable(letters));
     }
 
@@ -121,6 +97,25 @@ private Q_SLOTS:
         QCOMPARE(LocationChoice::randomTitle(), text("Random Location"));
     }
 
+    void countriesAreShownTranslatedAndKnownByTheSentTitle() {
+        LocationList locations;
+        LocationChooser chooser(locations);
+        MainWindow window(chooser);
+        locations.fill(ServerModel::parseServers(ServerLines({text("7,Berlin,BER,DE,Germany,x|10.0.0.1"),
+                                                              text("8,Sao Paulo,SAO,BR,Brazil,x|10.0.0.2")}),
+                                                 QString(), QString(), QString()),
+                       {}, {});
+        QVERIFY(locations.selectTitle(text("Germany Berlin")));
+        const auto *popup = window.findChild<QComboBox *>(text("popupCountry"));
+        QCOMPARE(popup->currentText(), either("Germany Berlin", "Deutschland Berlin"));
+        QCOMPARE(locations.title(locations.currentRow()), text("Germany Berlin"));
+        QVERIFY(popup->findText(either("Brazil Sao Paulo", "Brasilien Sao Paulo")) > 0);
+        ShownSession display(window);
+        display.hidden(text("203.0.113.7"), text("198.51.100.10"), text("de"), text("Germany Berlin"));
+        QCOMPARE(window.findChild<QLabel *>(text("fieldLine22"))->text(),
+                 either("Germany Berlin", "Deutschland Berlin"));
+    }
+
     void settingsAreTranslated() {
         m_fixture->start();
         QCOMPARE(m_fixture->window().windowTitle(), either("Quorvane Settings", "Quorvane-Einstellungen"));
@@ -138,6 +133,10 @@ private Q_SLOTS:
         const QrvAboutWindowController about(main, api);
         QCOMPARE(about.windowTitle(), either("About Quorvane", "Über Quorvane"));
         const auto *version = about.findChild<QLabel *>(text("labelVersion"));
+        const QRegularExpression date(
+            either("^[A-Z][a-z][a-z] [ 1-3][0-9] 20[0-9]{2}$", "^[0-3][0-9]\\.[01][0-9]\\.[0-9]{2}$"));
+        QVERIFY2(date.match(QrvAboutWindowController::buildDate()).hasMatch(),
+                 qPrintable(QrvAboutWindowController::buildDate()));
         QCOMPARE(version->text(),
                  either("1.0.0 built %1", "1.0.0, Stand: %1").arg(QrvAboutWindowController::buildDate()));
         const TrayPresence tray;

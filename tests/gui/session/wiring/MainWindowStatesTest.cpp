@@ -31,9 +31,12 @@ private:
         if (!line.text.isNull()) {
             QCOMPARE(label->text(), line.text);
         }
-        static const QHash<Tone, QString> colours{{Tone::Warning, text("color: rgb(223, 46, 51);")},
-                                                  {Tone::Quiet, text("color: rgb(211, 211, 211);")},
-                                                  {Tone::Plain, text("color: white;")}};
+        static const QHash<Tone, QString> colours{
+            {Tone::Warning,
+             text(
+                 "color: rgb(223, 46, 51); background: rgb(2, 2, 2); border-radius: 6px; padding: 4px 8px;")},
+            {Tone::Quiet, text("color: rgb(211, 211, 211);")},
+            {Tone::Plain, text("color: white;")}};
         QCOMPARE(label->styleSheet(), colours.value(line.tone));
     }
 

@@ -8,6 +8,7 @@
 
 #include "tests/gui/Language.h"
 #include "tests/gui/ShownSession.h"
+#include "tests/gui/WindowTexts.h"
 #include "tests/gui/ui/settings/SettingsTest.h"
 
 #include <QAbstractButton>
@@ -17,46 +18,6 @@
 #include <QStyle>
 
 namespace quorvane {
-
-namespace {
-
-bool fits(const QWidget &widget) {
-    const QSize size = widget.size();
-    const auto *label = qobject_cast<const QLabel *>(&widget);
-    if (label != nullptr && label->wordWrap()) {
-        return label->heightForWidth(size.width()) <= size.height();
-    }
-    const QSize needed =
-        qobject_cast<const QComboBox *>(&widget) != nullptr ? widget.minimumSizeHint() : widget.sizeHint();
-    return needed.width() <= size.width() && needed.height() <= size.height();
-}
-
-/// Every widget that is too small for its text, or is outside of its parent.
-QStringList clipped(const QWidget &window) {
-    QStringList found;
-    for (const QWidget *widget : window.findChildren<QWidget *>()) {
-        const bool hasText = qobject_cast<const QLabel *>(widget) != nullptr ||
-                             qobject_cast<const QAbstractButton *>(widget) != nullptr ||
-                             qobject_cast<const QComboBox *>(widget) != nullptr;
-        const auto *label = qobject_cast<const QLabel *>(widget);
-        const bool empty = label != nullptr && label->text().isEmpty();
-        if (!hasText || empty || !widget->isVisible()) {
-            continue;
-        }
-        const bool inside = widget->parentWidget()->rect().contains(widget->geometry());
-        if (!inside || !fits(*widget)) {
-            found.append(text("%1 has %2x%3 and needs %4x%5")
-                             .arg(widget->objectName())
-                             .arg(widget->width())
-                             .arg(widget->height())
-                             .arg(widget->sizeHint().width())
-                             .arg(widget->sizeHint().height()));
-        }
-    }
-    return found;
-}
-
-} // namespace
 
 /// Checks that every text fits, on a screen of the density in QT_SCALE_FACTOR (1 without it) and in the
 /// locale's language.
@@ -69,7 +30,7 @@ private:
 
     static void check(const QWidget &window) {
         QCoreApplication::processEvents();
-        const QStringList found = clipped(window);
+        const QStringList found = WindowTexts::clipped(window);
         QVERIFY2(found.isEmpty(), qPrintable(found.join(text("; "))));
     }
 

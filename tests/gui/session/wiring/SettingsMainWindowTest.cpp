@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTableView>
 #include <QTimer>
 
 namespace quorvane {
@@ -99,15 +100,25 @@ private Q_SLOTS:
         }
     }
 
-    void settingsAreLoadedAtTheStartButNotShown() {
+    void hotKeysAreRegisteredWhenTheMainWindowWasDrawn() {
         services().preferences().setValue(text("hideIpHotKey"), 2);
         m_fixture->start();
         QCOMPARE(services().preferences().integer(text("changeIpInterval")), 10);
-        QVERIFY2(findSettings() == nullptr, "the main window does not wait for it");
-        QTRY_VERIFY(findSettings() != nullptr);
-        QVERIFY(!settings().isVisible());
+        QVERIFY2(!services().hotKeys().hasEventHandler(), "the main window does not wait for them");
+        QTRY_VERIFY(services().hotKeys().hasEventHandler());
         QCOMPARE(services().hotKeys().held().size(), 1);
-        QVERIFY(services().hotKeys().hasEventHandler());
+    }
+
+    void settingsWindowIsMadeWhenItIsFirstUsed() {
+        m_fixture->start();
+        QTRY_VERIFY(services().hotKeys().hasEventHandler());
+        m_fixture->controller->settings().addDiscardedIp(text("203.0.113.7"));
+        m_fixture->controller->settings().refreshBoundControls();
+        m_fixture->controller->settings().refreshNameServers();
+        QVERIFY(findSettings() == nullptr);
+        m_fixture->controller->showSettings();
+        QVERIFY(settings().isVisible());
+        QCOMPARE(inSettings<QTableView>("tableDiscardIp")->model()->rowCount(), 1);
     }
 
     void appliedRotationReachesTheMainWindow() {
@@ -205,11 +216,11 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->controller->session().getDiscardList(), rows);
     }
 
-    void settingsAreLoadedWithTheStartUpChecksWhenNothingWasDrawn() {
+    void hotKeysAreRegisteredWithTheStartUpChecksWhenNothingWasDrawn() {
         m_fixture->createAndAwake();
-        QVERIFY(findSettings() == nullptr);
+        QVERIFY(!services().hotKeys().hasEventHandler());
         services().delayedCalls().advance(QrvMainWindowController::checkDelaySeconds);
-        QVERIFY(findSettings() != nullptr);
+        QVERIFY(services().hotKeys().hasEventHandler());
     }
 
     void notificationOpensTheMainWindowsDialogWhateverElseIsOpen() {

@@ -69,6 +69,8 @@ private:
         row("checkboxChangeIpInterval", "changeIpEvery", {}, true, true);
         row("checkboxHide", "hide", {}, true, true);
         row("checkboxRestoreDns", "restoreDns", {}, true, true);
+        row("checkboxLock", "networkLock", {}, true, true);
+        row("checkboxLockHome", "lockHomeNetwork", {}, true, true);
         row("checkboxReconnect", "noReconnect", {}, true, true);
         row("fieldChangeIpInterval", "changeIpInterval", integer(10), integer(25), false);
         row("dropdownHideIP", "hideIpHotKey", integer(-1), integer(34), false);

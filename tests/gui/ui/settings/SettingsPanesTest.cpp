@@ -98,6 +98,14 @@ private Q_SLOTS:
         QVERIFY(!m_fixture->services.preferences().value(text("restoreDns")).isValid());
     }
 
+    void lockIsOffAndTheHomeNetworkAllowedUntilTheUserChangesThem() {
+        showPane(text("tbiIpAddresses"));
+        QVERIFY(!m_fixture->find<QCheckBox>("checkboxLock")->isChecked());
+        QVERIFY(m_fixture->find<QCheckBox>("checkboxLockHome")->isChecked());
+        QVERIFY(!m_fixture->services.preferences().value(text("networkLock")).isValid());
+        QVERIFY(!m_fixture->services.preferences().value(text("lockHomeNetwork")).isValid());
+    }
+
     void deletingAndClearingDiscardedAddressesPostAnUpdate() {
         m_fixture->store("discardedIPs", text("1.1.1.1|2.2.2.2|3.3.3.3"));
         showPane(text("tbiIpAddresses"));

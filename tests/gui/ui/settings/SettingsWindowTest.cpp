@@ -241,13 +241,14 @@ private Q_SLOTS:
             }
         }
         QStringList names;
-        focusAndCollect(names, 16);
+        focusAndCollect(names, 19);
         QCOMPARE(
             names,
             (QStringList{text("IP Addresses"), text("Hot Keys"), text("tableDiscardIp"), text("deleteButton"),
                          text("clearButton"), text("checkboxChangeIpInterval"), text("fieldChangeIpInterval"),
                          text("stepperChangeIpInterval"), text("checkboxHide"), text("launchOnStart"),
-                         text("checkboxReconnect"), text("checkboxRestoreDns"), text("buttonOurWebsite"),
+                         text("checkboxReconnect"), text("checkboxLock"), text("checkboxLockHome"),
+                         text("appearanceDesktop"), text("checkboxRestoreDns"), text("buttonOurWebsite"),
                          text("buttonCancel"), text("buttonApply"), text("buttonOk")}));
         QCOMPARE(window().focusWidget()->accessibleName(), text("IP Addresses")); // back at the first
     }
@@ -315,7 +316,7 @@ private Q_SLOTS:
             QVERIFY2(!name.contains(u'&'), qPrintable(name));
             ++controls;
         }
-        QCOMPARE(controls, 40);
+        QCOMPARE(controls, 45);
     }
 };
 

@@ -1,10 +1,16 @@
+#include "frontend/ui/shared/Alerts.h"
 #include "frontend/support/ModalTurn.h"
+#include "frontend/ui/shared/WindowOrder.h"
 #include "tests/gui/GuiTest.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <QWindow>
+
+#include <optional>
 
 namespace quorvane {
 
@@ -43,6 +49,40 @@ private Q_SLOTS:
         QVERIFY(closed);
     }
 
+    void questionHasItsButtonsAndCanBeClosed() {
+        const Question question{text("Title"), text("Text"), text("More"), text("Yes"), text("Rather")};
+        const auto answerTo = [&question](auto press) {
+            std::optional<Answer> answer;
+            Alerts::shared().ask(question, [&answer](Answer given) { answer = given; });
+            QMessageBox *box = openBox();
+            press(*box);
+            return answer;
+        };
+        const auto pressing = [](const char *name) {
+            return [name](const QMessageBox &box) {
+                for (QAbstractButton *button : box.buttons()) {
+                    if (button->text() == text(name)) {
+                        QTest::mouseClick(button, Qt::LeftButton);
+                        return;
+                    }
+                }
+                QFAIL(name);
+            };
+        };
+        QCOMPARE(answerTo(pressing("Yes")), Answer::First);
+        QCOMPARE(answerTo(pressing("Rather")), Answer::Second);
+        QCOMPARE(answerTo(pressing("Close")), Answer::None);
+        QCOMPARE(answerTo([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); }), Answer::None);
+        QCOMPARE(answerTo([](QMessageBox &box) {
+                     QCOMPARE(box.text(), text("Text"));
+                     QCOMPARE(box.informativeText(), text("More"));
+                     QCOMPARE(box.buttons().size(), 3);
+                     box.close();
+                 }),
+                 Answer::None);
+        QVERIFY(openBox() == nullptr);
+    }
+
     void returnAndEscapeDismiss() {
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
             Alerts::shared().critical({text("t"), text("x"), {}});
@@ -65,6 +105,60 @@ private Q_SLOTS:
         QVERIFY(shown.isEmpty());
         QCoreApplication::processEvents();
         QCOMPARE(shown, (QStringList{text("first"), text("second")}));
+    }
+
+    void belongsToTheWindowInFrontAndFloatsWithIt() {
+        QWidget main;
+        main.show();
+        QDialog about;
+        about.setWindowFlag(Qt::WindowStaysOnTopHint, true);
+        about.show();
+        Alerts::shared().critical({text("t"), text("x"), {}});
+        QMessageBox *box = openBox();
+        QCOMPARE(box->windowModality(), Qt::ApplicationModal);
+        QCOMPARE(box->windowHandle()->transientParent(), about.windowHandle());
+        QVERIFY(box->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        QTRY_VERIFY(box->isActiveWindow());
+        box->accept();
+
+        about.hide();
+        Alerts::shared().critical({text("t"), text("x"), {}});
+        box = openBox();
+        QCOMPARE(box->windowHandle()->transientParent(), main.windowHandle());
+        QVERIFY(!box->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        box->accept();
+
+        main.hide();
+        Alerts::shared().critical({text("t"), text("x"), {}});
+        QTRY_VERIFY(openBox()->isActiveWindow());
+        QVERIFY(openBox()->windowHandle()->transientParent() == nullptr);
+        openBox()->accept();
+    }
+
+    void belongsToTheDialogThatIsOpen() {
+        QWidget main;
+        main.show();
+        QDialog dialog(&main);
+        dialog.setModal(true);
+        dialog.show();
+        Alerts::shared().critical({text("t"), text("x"), {}, true});
+        QCOMPARE(openBox()->windowHandle()->transientParent(), dialog.windowHandle());
+        openBox()->accept();
+    }
+
+    void windowThatOpensLaterStaysBelow() {
+        QWidget main;
+        main.show();
+        Alerts::shared().critical({text("t"), text("x"), {}});
+        QMessageBox *box = openBox();
+        QWidget about;
+        about.setWindowFlag(Qt::WindowStaysOnTopHint, true);
+        bringForward(about);
+        QVERIFY(about.isVisible());
+        QTRY_VERIFY(box->isActiveWindow());
+        QCOMPARE(box->windowHandle()->transientParent(), about.windowHandle());
+        QVERIFY(box->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        box->accept();
     }
 
     void noTwoAreOpenAtOnce() {

@@ -1,9 +1,13 @@
 #include "frontend/ui/mainwindow/QrvAboutWindowController.h"
+#include "frontend/ui/shared/Alerts.h"
+#include "frontend/ui/shared/HelpKey.h"
 #include "frontend/ui/shared/QrvUrlButton.h"
 #include "frontend/ui/shared/QrvUrlTextField.h"
 #include "frontend/ui/shared/WebPages.h"
 #include "tests/gui/GuiTest.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHideEvent>
 #include <QLabel>
 #include <QMouseEvent>
@@ -34,6 +38,70 @@ private Q_SLOTS:
         QCOMPARE(WebPages::ipCheck(text("ID-1")),
                  text("https://www.quorvane.test/ip?utm_source=905-quorvane-mac&"
                       "utm_medium=in-app&uid=ID-1"));
+    }
+
+    void pageThatCannotBeOpenedIsNamedInAnAlert() {
+        QStringList alerts;
+        Alerts::shared().setPresenter([&alerts](const Alert &alert) {
+            alerts = QStringList{alert.text, alert.informative};
+        });
+        WebPages::open(text("https://a.test/"));
+        QVERIFY(alerts.isEmpty());
+        m_fixture->services.workspace().openingSucceeds = false;
+        WebPages::open(text("https://b.test/"));
+        Alerts::shared().setPresenter({});
+        QCOMPARE(alerts,
+                 (QStringList{text("No web browser could be opened."), text("The page is https://b.test/")}));
+        QCOMPARE(m_fixture->services.workspace().openedUrls,
+                 (QStringList{text("https://a.test/"), text("https://b.test/")}));
+    }
+
+    void helpOpensTheInstalledGuide() {
+        const QString guide =
+            m_fixture->services.platform().bundle->resourcesPath() + text("/help/guide.html");
+        QWidget main;
+        QrvAPI api;
+        QrvAboutWindowController about(main, api);
+        about.showWindow();
+        about.findChild<QPushButton *>(text("helpButton"))->click();
+        QCOMPARE(m_fixture->services.workspace().openedPages, QStringList{guide});
+        const HelpKey key(*qApp);
+        QTest::keyClick(about.windowHandle(), Qt::Key_F1);
+        QTest::keyClick(about.findChild<QPushButton *>(text("okButton")), Qt::Key_F1);
+        QCOMPARE(m_fixture->services.workspace().openedPages.size(), 3);
+        QTest::keyClick(&about, Qt::Key_F1, Qt::ShiftModifier);
+        QTest::keyClick(&about, Qt::Key_F2);
+        QCOMPARE(m_fixture->services.workspace().openedPages.size(), 3);
+        QVERIFY(about.isVisible());
+    }
+
+    void guideThatNoBrowserOpensIsNamed() {
+        QString named;
+        Alerts::shared().setPresenter([&named](const Alert &alert) { named = alert.informative; });
+        m_fixture->services.workspace().openingSucceeds = false;
+        WebPages::openGuide();
+        Alerts::shared().setPresenter({});
+        QVERIFY(named.startsWith(text("The page is /")) && named.endsWith(text("/help/guide.html")));
+    }
+
+    void aboutCopiesDiagnostics() {
+        QWidget main;
+        QrvAPI api;
+        QrvAboutWindowController about(main, api);
+        about.showWindow();
+        auto *copy = about.findChild<QPushButton *>(text("copyButton"));
+        const int width = copy->minimumWidth();
+        QCOMPARE(copy->text(), text("Copy Diagnostics"));
+        copy->click();
+        const QString copied = QGuiApplication::clipboard()->text();
+        QVERIFY2(copied.startsWith(text("Quorvane: 1.0.0\nQt: ")), qPrintable(copied));
+        QVERIFY(copied.contains(text("\nSession: ")) && copied.contains(text("windows over offscreen\n")));
+        QVERIFY(!copied.contains(m_fixture->services.home()));
+        QCOMPARE(copy->text(), text("Diagnostics Copied"));
+        QVERIFY(copy->sizeHint().width() <= width);
+        about.okButtonPressed();
+        about.showWindow();
+        QCOMPARE(copy->text(), text("Copy Diagnostics"));
     }
 
     void hyperlinkCarriesItsAddressUnderlinedAndLiteral() {

@@ -43,8 +43,8 @@ private Q_SLOTS:
         }
         QCOMPARE(titles, (QStringList{text("Quorvane"), text("Change IP"), text("-"), text("Copy IP"),
                                       text("Check IP in Browser"), text("-"), text("Show Quorvane"),
-                                      text("Refresh Locations"), text("Settings..."), text("About Quorvane"),
-                                      text("-"), text("Quit Quorvane")}));
+                                      text("Refresh Locations"), text("Settings..."), text("Help"),
+                                      text("About Quorvane"), text("-"), text("Quit Quorvane")}));
         QCOMPARE(m_tray->hideIpMenuItem()->text(), text("Quorvane"));
         QCOMPARE(m_tray->settingsMenuItem()->text(), text("Settings..."));
         QCOMPARE(m_tray->copyIpMenuItem()->text(), text("Copy IP"));

@@ -100,8 +100,49 @@ TEST(DisplayState, BeforeTheFirstAnswer) {
     EXPECT_TRUE(state.advancedEnabled);
     EXPECT_TRUE(state.currentIp.isNull());
     EXPECT_TRUE(state.flagImage.isNull());
-    EXPECT_EQ(state.hideButton, (DisplayState::Button{text("Quorvane"), false, false}));
+    EXPECT_EQ(state.hideButton, (DisplayState::Button{text("Quorvane"), false, false,
+                                                      text("Cannot be pressed at the moment")}));
     EXPECT_EQ(state.hideItem, (DisplayState::Item{text("Quorvane"), false}));
+}
+
+TEST(DisplayState, HintSaysWhatAPressDoesNow) {
+    SessionFacts facts = factsOf(Phase::NotHidden, Look::NotHidden);
+    facts.controls = true;
+    EXPECT_EQ(displayOf(facts).hideButton.hint, text("Hides your real IP"));
+    facts = factsOf(Phase::Hidden, Look::Hidden);
+    facts.controls = facts.switchedOn = true;
+    EXPECT_EQ(displayOf(facts).hideButton.hint, text("Stops hiding your real IP"));
+    facts = factsOf(Phase::Waiting, Look::Searching);
+    facts.switchedOn = true;
+    EXPECT_EQ(displayOf(facts).hideButton.hint, text("Stops hiding your real IP"));
+    facts = factsOf(Phase::Fetching, Look::Searching);
+    EXPECT_EQ(displayOf(facts).hideButton.hint, text("Cannot be pressed at the moment"));
+}
+
+TEST(DisplayState, StepOfAnAttemptIsShownUnlessAnAddressIsHidden) {
+    const auto stepLine = [](Phase phase, Look look) {
+        const DisplayState state = displayOf(factsOf(phase, look));
+        EXPECT_EQ(state.timed, state.stepLine.visible);
+        return state.stepLine.text;
+    };
+    EXPECT_EQ(stepLine(Phase::Checking, Look::NotHidden), text("Step 1 of 3: checking the administrator"));
+    EXPECT_EQ(stepLine(Phase::Fetching, Look::Searching), text("Step 2 of 3: getting a configuration"));
+    EXPECT_EQ(stepLine(Phase::Connecting, Look::Searching), text("Step 3 of 3: starting the tunnel"));
+    EXPECT_TRUE(stepLine(Phase::Checking, Look::Hidden).isNull());
+    for (const Phase phase : {Phase::Starting, Phase::NotHidden, Phase::Dropped, Phase::Waiting,
+                              Phase::Unusable, Phase::Unconfigured, Phase::Hidden, Phase::Ended}) {
+        EXPECT_TRUE(stepLine(phase, Look::Searching).isNull());
+    }
+}
+
+TEST(DisplayState, FirstUseSaysWhatToDoWhileNothingIsUnderWay) {
+    for (const Row &row : rows) {
+        SessionFacts facts = factsOf(row.phase, row.look);
+        facts.firstUse = true;
+        const bool isShown =
+            displayOf(facts).stepLine.text == text("Choose a location, then press Quorvane.");
+        EXPECT_EQ(isShown, row.phase == Phase::NotHidden);
+    }
 }
 
 TEST(DisplayState, NoticesNameWhatTheUserCanDo) {
@@ -145,7 +186,8 @@ TEST(DisplayState, TitlesFollowTheirFacts) {
     facts.itemStops = true;
     facts.switchedOn = true;
     EXPECT_EQ(displayOf(facts).hideItem.title, text("Stop Hiding IP"));
-    EXPECT_EQ(displayOf(facts).hideButton, (DisplayState::Button{text("Quorvane"), false, true}));
+    EXPECT_EQ(displayOf(facts).hideButton,
+              (DisplayState::Button{text("Quorvane"), false, true, text("Cannot be pressed at the moment")}));
     facts.buttonStops = true;
     EXPECT_EQ(displayOf(facts).hideButton.title, text("Stop Hiding IP"));
 }

@@ -18,7 +18,8 @@ TEST_F(HideIpSessionEndTest, PressOffReturnsToNotHidden) {
     EXPECT_EQ(m_services.scripting().calls().size(), 1U);
     EXPECT_EQ(shown().line1, (DisplayState::Line{warning, Tone::Warning, true}));
     EXPECT_EQ(shown().currentIp, text("198.51.100.10"));
-    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
+    EXPECT_EQ(shown().hideButton,
+              (DisplayState::Button{text("Quorvane"), true, false, text("Hides your real IP")}));
     EXPECT_EQ(shown().hideItem, (DisplayState::Item{text("Quorvane"), true}));
     EXPECT_TRUE(shown().flagImage.isNull());
     EXPECT_FALSE(shown().flagVisible);
@@ -83,7 +84,8 @@ TEST_F(HideIpSessionEndTest, FixedLocationIsNotRetried) {
     EXPECT_EQ(m_windows.events, QStringList{text(giveUp)});
     EXPECT_EQ(sessionLog(), QByteArray("connection error Germany Berlin\n"));
     EXPECT_EQ(shown().line1, (DisplayState::Line{warning, Tone::Warning, true}));
-    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
+    EXPECT_EQ(shown().hideButton,
+              (DisplayState::Button{text("Quorvane"), true, false, text("Hides your real IP")}));
     EXPECT_EQ(shown().hideItem, (DisplayState::Item{text("Quorvane"), true}));
     EXPECT_TRUE(shown().changeItemEnabled);
     EXPECT_TRUE(shown().advancedEnabled);
@@ -265,9 +267,58 @@ TEST_F(HideIpSessionEndTest, ResetsThatFollowARefusedKillWaitLongerEachTime) {
     settleQueued();
     m_session.quorvaneButtonPressed(false); // something changed
     settleQueued();
-    m_services.delayedCalls().advance(60.0); // the reset that waited
+    ASSERT_EQ(m_services.delayedCalls().pending().size(), 1U) << "the reset that waited was cancelled";
+    EXPECT_EQ(m_services.delayedCalls().pending()[0].delay, 1.0); // the first since the press
+}
+
+TEST_F(HideIpSessionEndTest, WaitingResetDoesNotEndALaterAttempt) {
+    choose("Germany Berlin");
+    for (const bool stopsBefore : {true, false}) {
+        m_services.processes().setNames({"init", "openvpn"});
+        refusePair();
+        hotKey(&HideIpSession::setDefaultControls);
+        settleQueued();
+        ASSERT_EQ(m_services.delayedCalls().pending().size(), 1U);
+        acceptPair();
+        if (stopsBefore) {
+            m_session.quorvaneButtonPressed(false);
+            settleQueued();
+        }
+        m_services.processes().setNames({"init"});
+        press();
+        ASSERT_EQ(phase(), Phase::Fetching) << stopsBefore;
+        m_services.delayedCalls().advance(1.0);
+        settleQueued();
+        EXPECT_EQ(phase(), Phase::Fetching) << stopsBefore;
+        m_session.quorvaneButtonPressed(false);
+        settleQueued();
+    }
+}
+
+TEST_F(HideIpSessionEndTest, ResetThatEndedTheTunnelCancelsTheOneThatWaited) {
+    m_services.processes().setNames({"init", "openvpn"});
+    refusePair();
+    hotKey(&HideIpSession::setDefaultControls);
     settleQueued();
-    EXPECT_EQ(m_services.delayedCalls().pending()[0].delay, 2.0); // the second since the press
+    ASSERT_EQ(m_services.delayedCalls().pending().size(), 1U);
+    acceptPair();
+    hotKey(&HideIpSession::setDefaultControls);
+    settleQueued();
+    EXPECT_TRUE(m_services.delayedCalls().pending().empty());
+}
+
+TEST_F(HideIpSessionEndTest, ChosenLocationCancelsTheResetThatWaited) {
+    choose("Germany Berlin");
+    m_services.processes().setNames({"init", "openvpn"});
+    refusePair();
+    hotKey(&HideIpSession::setDefaultControls);
+    settleQueued();
+    acceptPair();
+    hotKey(&HideIpSession::getNewIP);
+    ASSERT_EQ(phase(), Phase::Fetching);
+    m_services.delayedCalls().advance(1.0);
+    settleQueued();
+    EXPECT_EQ(phase(), Phase::Fetching);
 }
 
 TEST_F(HideIpSessionEndTest, AnotherRefusedCommandResetsAtOnce) {

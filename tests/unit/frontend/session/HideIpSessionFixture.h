@@ -4,6 +4,7 @@
 
 #include "fakes/TestPlatform.h"
 #include "frontend/api/ConfigurationFetch.h"
+#include "frontend/control/AlertWatch.h"
 #include "frontend/privileges/QrvCredentials.h"
 #include "frontend/privileges/SessionReset.h"
 #include "frontend/session/DiscardedAddresses.h"
@@ -42,6 +43,12 @@ public:
         events.append(text("later|") + alert.text + text("|") + alert.informative);
     }
 
+    void ask(const Question &question, const std::function<void(Answer)> &answered) override {
+        events.append(text("ask|") + question.text);
+        open.append([this, answered] { answered(answer); });
+        closeUnlessKept();
+    }
+
     void openAdministratorDialog(const std::function<void()> &closed) override {
         events.append(text("dialog"));
         open.append(closed);
@@ -73,6 +80,8 @@ public:
     [[nodiscard]] int count(const char *event) const { return static_cast<int>(events.count(text(event))); }
 
     QStringList events;
+    /// To every question.
+    Answer answer = Answer::None;
     QList<std::function<void()>> open;
     bool keepsOpen = false;
     bool animating = false;
@@ -221,6 +230,8 @@ protected:
         });
     }
 
+    void acceptPair() { m_services.scripting().setHandler({}); }
+
     [[nodiscard]] int linesWith(const char *part) const {
         int count = 0;
         for (const auto &call : m_services.scripting().calls()) {
@@ -249,7 +260,8 @@ protected:
     QString m_lentIp = text("203.0.113.7\n");
     EventQueue m_events;
     Vpn m_vpn{m_processes, m_events};
-    HideIpSession m_session{{m_events, m_api, m_vpn, m_fetch, m_chooser, m_rotation, m_windows, m_windows,
+    AlertWatch m_alerts{m_windows};
+    HideIpSession m_session{{m_events, m_api, m_vpn, m_fetch, m_chooser, m_rotation, m_alerts, m_windows,
                              m_windows, [this](const QString &) {
                                  return m_lentIp;
                              }}};

@@ -128,10 +128,12 @@ TEST_F(HideIpSessionTest, WithoutAConfigurationTheAttemptReportsItAndCanBeStoppe
     EXPECT_TRUE(shown().line3.visible);
     EXPECT_EQ(shown().line3.text, text("There is no VPN configuration to connect with. Choose a location to "
                                        "get a new one."));
-    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Stop Hiding IP"), true, true}));
+    EXPECT_EQ(shown().hideButton,
+              (DisplayState::Button{text("Stop Hiding IP"), true, true, text("Stops hiding your real IP")}));
     press();
     EXPECT_FALSE(shown().line3.visible);
-    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Quorvane"), true, false}));
+    EXPECT_EQ(shown().hideButton,
+              (DisplayState::Button{text("Quorvane"), true, false, text("Hides your real IP")}));
     EXPECT_FALSE(m_windows.animating);
 }
 
@@ -160,7 +162,8 @@ TEST_F(HideIpSessionTest, SuccessShowsTheLentAddress) {
     EXPECT_TRUE(shown().line22.visible);
     EXPECT_EQ(shown().stateImage, text("applock"));
     EXPECT_EQ(shown().trayImage, text("TrayLock"));
-    EXPECT_EQ(shown().hideButton, (DisplayState::Button{text("Stop Hiding IP"), true, true}));
+    EXPECT_EQ(shown().hideButton,
+              (DisplayState::Button{text("Stop Hiding IP"), true, true, text("Stops hiding your real IP")}));
     EXPECT_TRUE(shown().hideItem.enabled);
     EXPECT_TRUE(shown().changeItemEnabled);
     EXPECT_TRUE(shown().changeIpVisible);

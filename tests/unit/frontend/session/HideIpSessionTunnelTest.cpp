@@ -21,6 +21,24 @@ protected:
         m_services.tunnelWatch().lose(loss);
     }
 
+    void goHiddenWithProcesses() {
+        m_services.processes().setNames({"init"});
+        choose("Germany Berlin");
+        press();
+        finishFetch();
+        m_services.processes().setNames({"init", "openvpn-guard", "openvpn"});
+        comeUp();
+        ASSERT_EQ(phase(), Phase::Hidden);
+    }
+
+    void loseAndReconnect() {
+        lose();
+        settle();
+        finishFetch();
+        m_services.processes().setNames({"init", "openvpn"});
+        comeUp();
+    }
+
     void expectNotHidden() {
         EXPECT_EQ(shown().line1.text, warning);
         EXPECT_EQ(shown().stateImage, text("appmain"));
@@ -53,7 +71,7 @@ TEST_F(HideIpSessionTunnelTest, LossIsShownAtOnceAndAnotherAttemptBegins) {
 }
 
 TEST_F(HideIpSessionTunnelTest, LossIsShownWhileAnotherEventIsBeingHandled) {
-    goHidden();
+    goHiddenWithProcesses();
     m_session.authWindow(); // awaits the test of the pair
     ASSERT_TRUE(m_events.isHeld());
     lose(TunnelLoss::DeviceGone);
@@ -77,8 +95,7 @@ TEST_F(HideIpSessionTunnelTest, LossIsHandledBeforeThePressesThatWait) {
 }
 
 TEST_F(HideIpSessionTunnelTest, WhatIsLeftOfALostTunnelIsEnded) {
-    goHidden();
-    m_services.processes().setNames({"init", "openvpn"});
+    goHiddenWithProcesses();
     m_services.scripting().clear();
     m_services.tunnelWatch().lose(TunnelLoss::RoutesChanged);
     expectNotHidden(); // while it is being ended
@@ -88,6 +105,31 @@ TEST_F(HideIpSessionTunnelTest, WhatIsLeftOfALostTunnelIsEnded) {
     ASSERT_EQ(m_services.workspace().notifications.size(), 1U);
     EXPECT_EQ(m_services.workspace().notifications[0].text,
               text("The tunnel was lost: its routes were changed."));
+}
+
+TEST_F(HideIpSessionTunnelTest, TunnelOfAnotherUserThatReplacedALostOneIsNotEnded) {
+    m_services.preferences().setValue(text("noReconnect"), true);
+    goHiddenWithProcesses();
+    m_services.scripting().clear();
+    m_services.processes().setNames({"init", "bash", "sh", "openvpn-guard", "openvpn"});
+    m_services.tunnelWatch().lose(TunnelLoss::ProcessEnded);
+    settle();
+    EXPECT_EQ(linesWith("killall"), 0);
+    EXPECT_EQ(phase(), Phase::NotHidden);
+    ASSERT_EQ(m_services.workspace().notifications.size(), 1U);
+    EXPECT_EQ(m_services.workspace().notifications[0].text, text("The tunnel was lost: OpenVPN was killed."));
+}
+
+TEST_F(HideIpSessionTunnelTest, WhatCannotBeSeenOfALostTunnelIsEnded) {
+    m_services.preferences().setValue(text("noReconnect"), true);
+    m_services.processes().setNames({"init", "openvpn"});
+    m_services.processes().setShowsOtherUsers(false);
+    goHidden();
+    m_services.scripting().clear();
+    m_services.processes().setNames({"init", "bash", "openvpn"});
+    m_services.tunnelWatch().lose(TunnelLoss::DeviceGone);
+    settle();
+    EXPECT_EQ(linesWith("killall"), 1);
 }
 
 TEST_F(HideIpSessionTunnelTest, WithoutReconnectingItStaysNotHidden) {
@@ -122,12 +164,8 @@ TEST_F(HideIpSessionTunnelTest, ReconnectingIsAttemptedFourTimesInAllWhateverThe
 TEST_F(HideIpSessionTunnelTest, TunnelThatIsLostAgainAndAgainIsNotStartedForEver) {
     goHidden();
     for (int loss = 1; loss <= 3; ++loss) {
-        lose();
-        settle();
+        loseAndReconnect();
         EXPECT_EQ(m_requests, 1 + loss);
-        finishFetch();
-        m_services.processes().setNames({"init", "openvpn"});
-        comeUp();
         EXPECT_EQ(phase(), Phase::Hidden);
     }
     lose();
@@ -140,12 +178,8 @@ TEST_F(HideIpSessionTunnelTest, TunnelThatHeldForAMinuteIsNoLossInARow) {
     goHidden();
     for (int loss = 1; loss <= 6; ++loss) {
         m_services.delayedCalls().advance(60.0);
-        lose();
-        settle();
+        loseAndReconnect();
         EXPECT_EQ(m_requests, 1 + loss);
-        finishFetch();
-        m_services.processes().setNames({"init", "openvpn"});
-        comeUp();
     }
     EXPECT_EQ(phase(), Phase::Hidden);
 }
@@ -261,6 +295,30 @@ TEST_F(HideIpSessionTunnelTest, AddressThatDidNotComeIsRequestedAgainUntilItCome
     EXPECT_EQ(SessionState::shared().currentIp, text("203.0.113.7\n"));
     m_services.delayedCalls().advance(120.0);
     EXPECT_EQ(m_services.background().pending(), 0U);
+}
+
+TEST_F(HideIpSessionTunnelTest, AnotherLentAddressIsNotifiedUnlessTheUserStopped) {
+    m_lentIp = text("203.0.113.7\n");
+    goHidden();
+    EXPECT_TRUE(m_services.workspace().notifications.empty());
+    hotKey(&HideIpSession::changeIpButtonPressed);
+    finishFetch();
+    comeUp();
+    EXPECT_TRUE(m_services.workspace().notifications.empty()); // the same address again
+    m_lentIp = text("203.0.113.8\n");
+    hotKey(&HideIpSession::changeIpButtonPressed);
+    finishFetch();
+    comeUp();
+    ASSERT_EQ(m_services.workspace().notifications.size(), 1U);
+    EXPECT_EQ(m_services.workspace().notifications[0].title, text("Your IP was changed"));
+    EXPECT_EQ(m_services.workspace().notifications[0].text, text("203.0.113.8, Germany Berlin"));
+    press();
+    m_lentIp = text("203.0.113.9\n");
+    press();
+    finishFetch();
+    comeUp();
+    EXPECT_EQ(phase(), Phase::Hidden);
+    EXPECT_EQ(m_services.workspace().notifications.size(), 1U);
 }
 
 TEST_F(HideIpSessionTunnelTest, AddressThatComesAfterItsTunnelIsDropped) {

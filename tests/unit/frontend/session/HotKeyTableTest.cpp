@@ -91,7 +91,7 @@ TEST(HotKeyTableTest, ModifierMasksEqualTheDesktops) {
 }
 
 TEST(HotKeyTableTest, OffersAreNoneAndTheWholeTableInOrder) {
-    const auto &offers = HotKeyTable::offers();
+    const auto offers = HotKeyTable::offers();
     ASSERT_EQ(offers.size(), static_cast<std::size_t>(table.size()) + 1);
     EXPECT_EQ(offers[0].tag, -1);
     EXPECT_EQ(offers[0].label, QStringLiteral("None"));

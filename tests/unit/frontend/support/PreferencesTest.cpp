@@ -96,9 +96,11 @@ TEST_F(PreferencesTest, KeysAreThoseOfEarlierVersions) {
     }
     keys.sort();
     const QString expected = QStringLiteral(
-        "bringUpWindowHotKey changeIpEvery changeIpHotKey changeIpInterval cookieSites countryCode "
+        "appearance bringUpWindowHotKey changeIpEvery changeIpHotKey changeIpInterval cookieSites "
+        "countryCode "
         "discardIpHotKey discardedIPs dnsBefore hide hideIpHotKey hideMyCookiesHeaders hideMyReferrerHeader "
-        "ipNonRepeat lastIP location modeUserAgent noReconnect quorvane requireUS restoreDns showLogs "
+        "ipNonRepeat lastIP location lockHomeNetwork modeUserAgent networkLock noReconnect quorvane "
+        "requireUS restoreDns showLogs "
         "stopHideIpHotKey "
         "tcpUdp un up "
         "useSameIP userAgent vpnConfigPath vpnPassword vpnUsername");

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QLocale>
 #include <QTemporaryDir>
 #include <QTranslator>
 #include <gtest/gtest.h>
@@ -53,6 +54,25 @@ TEST_F(TranslationsTest, LanguageIsFoundWithAndWithoutItsCountry) {
         }
         EXPECT_EQ(settings(), m_english);
     }
+}
+
+TEST_F(TranslationsTest, LanguagesOfACountryAreFoundByTheLocaleOnly) {
+    writeCatalogue(QStringLiteral("zh_CN"), germanCatalogue());
+    writeCatalogue(QStringLiteral("pt_BR"), germanCatalogue());
+    EXPECT_EQ(install(QLocale(QStringLiteral("zh_CN")).uiLanguages()), QStringLiteral("zh-CN"));
+    EXPECT_EQ(install(QLocale(QStringLiteral("pt_BR")).uiLanguages()), QStringLiteral("pt-BR"));
+    EXPECT_TRUE(install(QLocale(QStringLiteral("zh_TW")).uiLanguages()).isNull());
+    EXPECT_TRUE(install(QLocale(QStringLiteral("pt_PT")).uiLanguages()).isNull());
+}
+
+TEST_F(TranslationsTest, ShownLocaleIsThatOfTheCatalogue) {
+    EXPECT_EQ(Translations::shown(), QLocale::c());
+    writeCatalogue(QStringLiteral("ar"), germanCatalogue());
+    install({QStringLiteral("ar-EG")});
+    EXPECT_EQ(Translations::shown(), QLocale(QLocale::Arabic, QLocale::Egypt));
+    EXPECT_EQ(Translations::shown().textDirection(), Qt::RightToLeft);
+    qDeleteAll(qApp->findChildren<QTranslator *>());
+    EXPECT_EQ(Translations::shown(), QLocale::c());
 }
 
 TEST_F(TranslationsTest, QtsOwnTextsAreTranslatedToo) {

@@ -63,6 +63,8 @@ public:
             replyVersion(message);
         } else if (method == QLatin1String("CreateSession")) {
             create(message);
+        } else if (method == QLatin1String("ListShortcuts")) {
+            list(message);
         } else if (method == QLatin1String("BindShortcuts")) {
             bind(message);
         } else if (method == QLatin1String("Close")) {
@@ -131,6 +133,7 @@ public:
 
     Answer toProbe = Answer::Yes;
     Answer toCreate = Answer::Yes;
+    Answer toList = Answer::Yes;
     Answer toBind = Answer::Yes;
     Answer toClose = Answer::Yes;
     /// The results of a garbage answer.
@@ -144,8 +147,14 @@ public:
     QString applicationId;
     QString session;
     QString createRequest;
+    QString listRequest;
     QString bindRequest;
     QStringList closed;
+    /// The shortcuts in the options of the last session that was created.
+    QList<Shortcut> offered;
+    /// These of them are in the session at once, as on Plasma; none on other desktops.
+    bool acceptsOffered = false;
+    QStringList notAccepted;
     /// The shortcuts of the last request to bind.
     QList<Shortcut> shortcuts;
 
@@ -186,16 +195,33 @@ private:
         if (!hasShortcuts || toCreate == Answer::Error) {
             return refuse(message);
         }
+        offered = shortcutsIn(options.value(QStringLiteral("shortcuts")));
         session = pathOf(QStringLiteral("session"), message.service(),
                          options.value(QStringLiteral("session_handle_token")).toString());
         answer(message, toCreate, createRequest, QVariantMap{{QStringLiteral("session_handle"), session}});
+    }
+
+    void list(const QDBusMessage &message) {
+        const QVariantMap options = qdbus_cast<QVariantMap>(message.arguments().value(1));
+        listRequest = pathOf(QStringLiteral("request"), message.service(),
+                             options.value(QStringLiteral("handle_token")).toString());
+        if (toList == Answer::Error) {
+            return refuse(message);
+        }
+        QStringList present;
+        for (const Shortcut &shortcut : std::as_const(offered)) {
+            if (acceptsOffered && !notAccepted.contains(shortcut.id)) {
+                present.append(shortcut.id);
+            }
+        }
+        answer(message, toList, listRequest, {{QStringLiteral("shortcuts"), boundList(present)}});
     }
 
     void bind(const QDBusMessage &message) {
         const QVariantMap options = qdbus_cast<QVariantMap>(message.arguments().value(3));
         bindRequest = pathOf(QStringLiteral("request"), message.service(),
                              options.value(QStringLiteral("handle_token")).toString());
-        readShortcuts(message.arguments().value(1));
+        shortcuts = shortcutsIn(message.arguments().value(1));
         if (toBind == Answer::Error) {
             return refuse(message);
         }
@@ -203,8 +229,8 @@ private:
                {{QStringLiteral("shortcuts"), boundList(onlyBound.value_or(ids()))}});
     }
 
-    void readShortcuts(const QVariant &list) {
-        shortcuts.clear();
+    [[nodiscard]] static QList<Shortcut> shortcutsIn(const QVariant &list) {
+        QList<Shortcut> all;
         const auto argument = list.value<QDBusArgument>();
         argument.beginArray();
         while (!argument.atEnd()) {
@@ -213,10 +239,11 @@ private:
             argument.beginStructure();
             argument >> id >> properties;
             argument.endStructure();
-            shortcuts.append({id, properties.value(QStringLiteral("description")).toString(),
-                              properties.value(QStringLiteral("preferred_trigger")).toString()});
+            all.append({id, properties.value(QStringLiteral("description")).toString(),
+                        properties.value(QStringLiteral("preferred_trigger")).toString()});
         }
         argument.endArray();
+        return all;
     }
 
     void answer(const QDBusMessage &call, Answer how, const QString &path, const QVariantMap &results) {

@@ -46,6 +46,28 @@ TEST_F(CurlNamesTest, AHostWithoutIPv4IsReachedOverIPv6) {
     EXPECT_NE(all[1].family, AF_INET);
 }
 
+TEST_F(CurlNamesTest, AHostWithKeptAddressesIsNotLookedUp) {
+    TestServer server(TestServer::reply("200 OK", "x"));
+    CurlUrlLoader loader(QStringLiteral("1.0.0"), {}, shortLimits(), {}, [](const QByteArray &host) {
+        return host == "unknown.test" ? QByteArrayList{"127.0.0.9", "127.0.0.1"} : QByteArrayList();
+    });
+    EXPECT_EQ(fetch(loader, url("unknown.test", server.port())), "x");
+    EXPECT_TRUE(TestNames::lookUps().empty());
+    EXPECT_EQ(fetch(loader, url("four.test", server.port())), "x");
+    EXPECT_EQ(TestNames::lookUps(), (LookUps{{"four.test", AF_INET}}));
+}
+
+TEST_F(CurlNamesTest, KeptAddressesAreNotUsedForTheHostOfARedirect) {
+    TestServer target(TestServer::reply("200 OK", "there"));
+    TestServer server(
+        TestServer::reply("302 Found", "", "Location: " + url("four.test", target.port()) + "\r\n"));
+    CurlUrlLoader loader(QStringLiteral("1.0.0"), {}, shortLimits(), {}, [](const QByteArray &host) {
+        return host == "unknown.test" ? QByteArrayList{"127.0.0.1"} : QByteArrayList();
+    });
+    EXPECT_EQ(fetch(loader, url("unknown.test", server.port())), "there");
+    EXPECT_EQ(TestNames::lookUps(), (LookUps{{"four.test", AF_INET}}));
+}
+
 TEST_F(CurlNamesTest, FailuresOfNamesAreReported) {
     const Outcome unknown = download(m_loader, "http://unknown.test/");
     ASSERT_TRUE(unknown.error);

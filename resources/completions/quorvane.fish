@@ -1,0 +1,16 @@
+# Completion of quorvane's command line for fish.
+complete -c quorvane -f
+complete -c quorvane -n __fish_is_first_arg -l hide -d 'Hide the IP'
+complete -c quorvane -n __fish_is_first_arg -l stop -d 'Stop hiding the IP'
+complete -c quorvane -n __fish_is_first_arg -l change -d 'Change to an IP of a random location'
+complete -c quorvane -n __fish_is_first_arg -l discard -d 'Never use the present IP again, and change it'
+complete -c quorvane -n __fish_is_first_arg -l status -d 'Print what is hidden'
+complete -c quorvane -n __fish_is_first_arg -l locations -d 'Print the locations'
+complete -c quorvane -n __fish_is_first_arg -l show -d 'Show the window'
+complete -c quorvane -n __fish_is_first_arg -l quit -d 'Quit Quorvane'
+complete -c quorvane -n __fish_is_first_arg -l unlock -d 'Lift the network lock, without a running copy'
+complete -c quorvane -n __fish_is_first_arg -l version -d 'Print the version'
+complete -c quorvane -n __fish_is_first_arg -l help -d 'Describe the options'
+complete -c quorvane -n '__fish_seen_argument -l status -l locations' -l json -d 'Print JSON'
+complete -c quorvane -n '__fish_seen_argument -l status' -l follow -d 'Print each change'
+complete -c quorvane -n '__fish_seen_argument -l hide' -a '(quorvane --locations 2>/dev/null)'

@@ -1,0 +1,44 @@
+#include "Fuzz.h"
+#include "core/UserTokens.h"
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+using quorvane::service::UserTokens;
+
+const UserTokens &tokens() {
+    static const UserTokens made({UserTokens::Key{1}, UserTokens::Key{2}});
+    return made;
+}
+
+void checkKeyFile(std::string_view text) {
+    const auto read = UserTokens::parse(text);
+    if (!read) {
+        return;
+    }
+    const auto digits = std::count_if(text.begin(), text.end(), [](char byte) { return byte != '\n'; });
+    must(digits % 64 == 0 && digits / 64 >= 1 && digits / 64 <= 16, "a key file has 1 to 16 keys");
+    must(text.find_first_not_of("0123456789abcdef\n") == std::string_view::npos, "keys are hexadecimal");
+}
+
+/// Changes a right token as the input says: pairs of a place and another byte.
+void checkChanged(std::string_view bytes) {
+    static const auto sealed = tokens().seal(UserTokens::TimePoint(std::chrono::seconds(1000)));
+    std::string changed = sealed.token;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        changed[static_cast<unsigned char>(bytes[i]) % changed.size()] = bytes[i + 1];
+    }
+    const auto opened = tokens().open(changed);
+    must(opened.has_value() == (changed == sealed.token), "a token is valid only as it was made");
+    must(!opened || opened->password == sealed.password, "the password follows from the token");
+}
+
+} // namespace
+
+void fuzzOne(std::string_view bytes) {
+    checkKeyFile(bytes);
+    checkChanged(bytes);
+    must(!tokens().open(bytes), "no text that was not sealed is a token");
+}
