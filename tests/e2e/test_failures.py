@@ -48,15 +48,27 @@ def test_without_a_location_there_are_four_tries(world, client):
 
 
 def test_configuration_is_refused(world, client):
-    """The service has forgotten the user since the server list: no tunnel, and the message box at once."""
+    """The service has new keys, so it refuses the user of the server list: no tunnel, and the message box."""
     client.start_ready(ADA, location=BERLIN.title)
     world.service.stop()
+    world.service.remove_user_keys()
     world.service.start()
     client.hide()
     outcomes.check_given_up(client)
     assert world.service.lent() == {}
     assert len(world.service.requests_of("VPNC")) == 1
     assert client.openvpn_log() == ""
+
+
+def test_service_restarts_before_the_press(world, client):
+    """It still knows the user of the server list."""
+    client.start_ready(ADA, location=BERLIN.title)
+    world.service.stop()
+    world.service.start()
+    client.hide()
+    client.wait_hidden()
+    assert len(world.service.requests_of("MRTSL")) == 1
+    assert list(world.service.lent().values()) == [client.current_address()]
 
 
 def test_service_goes_away_before_the_press(world, client):

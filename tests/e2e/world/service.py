@@ -175,6 +175,10 @@ class Service:
                 raise RuntimeError(f"quorvane-service did not start:\n{self._account()}")
             time.sleep(POLL)
 
+    def remove_user_keys(self):
+        """While the service is stopped: it makes a new key then, and refuses the users of earlier lists."""
+        (self.runtime / "user.keys").unlink()
+
     def _account(self):
         """The state after a failed start: exit status or None, the answer to "status", the logs."""
         parts = [f"ended with {self._process.poll()}"]
