@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Config.h"
-#include "CredentialStore.h"
+#include "VpnUsers.h"
 
 #include <string>
 #include <string_view>

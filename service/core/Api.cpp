@@ -55,8 +55,8 @@ bool requestsConfiguration(std::string_view target) {
     return parsed && parsed->last("cmd") == "VPNC";
 }
 
-Api::Api(const Config &config, std::string caPem, CredentialStore &credentials)
-    : m_config(config), m_caPem(std::move(caPem)), m_credentials(credentials) {}
+Api::Api(const Config &config, std::string caPem, VpnUsers &users)
+    : m_config(config), m_caPem(std::move(caPem)), m_users(users) {}
 
 HttpResponse Api::answer(const HttpRequest &request) {
     if (request.method != "GET") {
@@ -108,7 +108,7 @@ std::string Api::serverList(const Target &target, const std::string &peer) {
     if (!arguments(target, {"ver", "device", "systamp", "uniqueid"})) {
         return statusAnswer(1, peer);
     }
-    return serverListAnswer(m_config, peer, m_credentials.issue());
+    return serverListAnswer(m_config, peer, m_users.issue());
 }
 
 std::string Api::vpnConfiguration(const Target &target) {
@@ -127,14 +127,17 @@ std::string Api::vpnConfiguration(const Target &target) {
     if (!server) {
         return "ERR: Protocol not offered";
     }
-    if (!m_credentials.knows((*values)[4])) {
+    if (!m_users.find((*values)[4])) {
         return "ERR: Unknown or expired session";
     }
     if (m_config.groupOf(*desired) == nullptr) {
         return "ERR: Address not available";
     }
-    m_credentials.grant((*values)[4], *desired);
+    const auto grant = m_users.grant((*values)[4], *desired, server->protocol);
     std::string text = clientConfiguration(m_config.vpn, *server, *desired, m_caPem);
+    if (grant && m_authority != nullptr) {
+        text += m_authority->clientBlocks(*grant);
+    }
     if (m_controlKey != nullptr) {
         text += m_controlKey->clientBlock(std::chrono::system_clock::now());
     }

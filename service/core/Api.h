@@ -1,9 +1,10 @@
 #pragma once
 
+#include "ClientAuthority.h"
 #include "Config.h"
 #include "ControlKey.h"
-#include "CredentialStore.h"
 #include "Target.h"
+#include "VpnUsers.h"
 
 #include <string>
 
@@ -32,11 +33,14 @@ struct HttpResponse {
 /// it from one thread only.
 class Api {
 public:
-    /// Neither `config` nor `credentials` is owned.
-    Api(const Config &config, std::string caPem, CredentialStore &credentials);
+    /// Neither `config` nor `users` is owned.
+    Api(const Config &config, std::string caPem, VpnUsers &users);
 
-    /// Every configuration contains a client key made with this one, which is not owned.
-    void useControlKey(const ControlKey &key) { m_controlKey = &key; }
+    /// Every configuration contains a client key and a certificate made with these, which are not owned.
+    void useKeys(const ControlKey &controlKey, const ClientAuthority &authority) {
+        m_controlKey = &controlKey;
+        m_authority = &authority;
+    }
 
     [[nodiscard]] HttpResponse answer(const HttpRequest &request);
 
@@ -49,8 +53,9 @@ private:
 
     const Config &m_config;
     std::string m_caPem;
-    CredentialStore &m_credentials;
+    VpnUsers &m_users;
     const ControlKey *m_controlKey = nullptr;
+    const ClientAuthority *m_authority = nullptr;
 };
 
 } // namespace quorvane::service

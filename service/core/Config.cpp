@@ -139,11 +139,15 @@ void readVpn(JsonReader &reader, Vpn &vpn) {
     if (reader.has("control_key")) {
         vpn.controlKey = readPath(reader, "control_key");
     }
+    if (reader.has("client_authority")) {
+        vpn.clientAuthority = readPath(reader, "client_authority");
+    }
     readVpnServers(reader, vpn);
     vpn.dns = reader.addresses("dns");
     vpn.blockIpv6 = reader.boolean("block_ipv6", true);
     vpn.ping = std::chrono::seconds(reader.number("ping_seconds", 1, 3600, 10));
     vpn.pingExit = std::chrono::seconds(reader.number("ping_exit_seconds", 2, 86400, 60));
+    vpn.renegotiation = std::chrono::seconds(reader.number("renegotiation_seconds", 10, 86400, 3600));
     if (vpn.pingExit <= vpn.ping) {
         reader.fail("ping_exit_seconds", "must be more than ping_seconds");
     }
@@ -323,6 +327,9 @@ std::optional<std::string> firstUnreadable(const Config &config) {
     if (!config.vpn.controlKey.empty()) {
         files.emplace_back("vpn.control_key", config.vpn.controlKey);
     }
+    if (!config.vpn.clientAuthority.empty()) {
+        files.emplace_back("vpn.client_authority", config.vpn.clientAuthority);
+    }
     for (const auto &[key, path] : files) {
         std::ifstream file(path);
         if (!file || file.peek() == std::ifstream::traits_type::eof()) {
@@ -340,6 +347,14 @@ std::string protocolName(Protocol protocol) {
 
 std::string Config::controlKeyPath() const {
     return vpn.controlKey.empty() ? runtimeFolder + "/control.key" : vpn.controlKey;
+}
+
+std::string Config::clientAuthorityPath() const {
+    return vpn.clientAuthority.empty() ? runtimeFolder + "/client-authority.pem" : vpn.clientAuthority;
+}
+
+std::string Config::clientCertificatesPath() const {
+    return runtimeFolder + "/client-authority.crt";
 }
 
 std::string Config::userKeysPath() const {

@@ -89,12 +89,14 @@ struct Vpn {
     std::string key;
     std::string certificateName; ///< checked by the client when not empty
     std::string controlKey;      ///< file of the key of tls-crypt-v2; empty: made in the runtime folder
+    std::string clientAuthority; ///< file of the authority of clients' certificates; empty: made there, too
     std::optional<VpnServer> udp;
     std::optional<VpnServer> tcp;
     std::vector<Ipv4Address> dns;
     bool blockIpv6 = true;
     std::chrono::seconds ping{10};
     std::chrono::seconds pingExit{60};
+    std::chrono::seconds renegotiation{3600}; ///< after that time a session's keys are renewed
 
     [[nodiscard]] const std::optional<VpnServer> &server(Protocol protocol) const {
         return protocol == Protocol::Udp ? udp : tcp;
@@ -141,6 +143,10 @@ struct Config {
 
     /// The file of the servers' key of tls-crypt-v2.
     [[nodiscard]] std::string controlKeyPath() const;
+    /// The file of the authority of the clients' certificates.
+    [[nodiscard]] std::string clientAuthorityPath() const;
+    /// The file of its certificates alone, which the OpenVPN servers read.
+    [[nodiscard]] std::string clientCertificatesPath() const;
     /// The file of the keys of VPN users.
     [[nodiscard]] std::string userKeysPath() const;
     /// The group that lends the address, or null.

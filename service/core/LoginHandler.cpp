@@ -6,9 +6,9 @@
 
 namespace quorvane::service {
 
-LoginHandler::LoginHandler(CredentialStore &credentials, TunnelAddresses &addresses, AddressLeaseTable &table,
-                           Send send, Log log)
-    : m_credentials(credentials), m_addresses(addresses), m_table(table), m_send(std::move(send)),
+LoginHandler::LoginHandler(Protocol protocol, UsedGrants &grants, TunnelAddresses &addresses,
+                           AddressLeaseTable &table, Send send, Log log)
+    : m_protocol(protocol), m_grants(grants), m_addresses(addresses), m_table(table), m_send(std::move(send)),
       m_log(std::move(log)) {}
 
 void LoginHandler::handle(const ManagementEvent &event) {
@@ -43,8 +43,9 @@ void LoginHandler::connect(const ManagementEvent &event) {
     const std::string password = event.field("password");
     const std::string source =
         event.field(event.fields.contains("untrusted_ip") ? "untrusted_ip" : "untrusted_ip6");
-    const auto login = m_credentials.login(user, password, source);
-    if (login.refusal != CredentialStore::Refusal::None) {
+    const auto grant = grantOf([&event](std::string_view name) { return event.field(name); });
+    const auto login = m_grants.login({user, password, grant, m_protocol, source});
+    if (login.refusal != UsedGrants::Refusal::None) {
         deny(event.client, event.key, std::string(refusalName(login.refusal)));
         return;
     }
@@ -55,11 +56,11 @@ void LoginHandler::connect(const ManagementEvent &event) {
         deny(event.client, event.key, "no tunnel address is free");
         return;
     }
-    m_credentials.setTunnelAddress(user, *tunnel);
+    m_grants.setTunnelAddress(user, *tunnel);
     m_sessions[event.client] = {user, password, *tunnel, event.key};
     m_log("login of " + jsonText(user) + " from " + jsonText(source) + ": " + tunnel->text() + " lends " +
-          login.address.text());
-    m_table.lend(*tunnel, login.address,
+          grant->address.text());
+    m_table.lend(*tunnel, grant->address,
                  [weak = weak_from_this(), client = event.client, tunnel = *tunnel](bool succeeded) {
                      if (const auto self = weak.lock()) {
                          self->leaseDone(client, tunnel, succeeded);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "CredentialStore.h"
 #include "ManagementParser.h"
 #include "TunnelAddresses.h"
+#include "UsedGrants.h"
 
 #include <functional>
 #include <map>
@@ -36,7 +36,7 @@ public:
     using Log = std::function<void(const std::string &line)>;
 
     /// None of the references is owned.
-    LoginHandler(CredentialStore &credentials, TunnelAddresses &addresses, AddressLeaseTable &table,
+    LoginHandler(Protocol protocol, UsedGrants &grants, TunnelAddresses &addresses, AddressLeaseTable &table,
                  Send send, Log log);
 
     void handle(const ManagementEvent &event);
@@ -68,7 +68,8 @@ private:
     void endSession(std::uint64_t client);
     void deny(std::uint64_t client, std::uint64_t key, const std::string &reason);
 
-    CredentialStore &m_credentials;
+    Protocol m_protocol;
+    UsedGrants &m_grants;
     TunnelAddresses &m_addresses;
     AddressLeaseTable &m_table;
     Send m_send;

@@ -1,5 +1,7 @@
 #include "ManagementParser.h"
 
+#include "Grant.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -12,6 +14,12 @@ using Kind = ManagementEvent::Kind;
 
 constexpr std::array<std::string_view, 4> neededFields = {"username", "password", "untrusted_ip",
                                                           "untrusted_ip6"};
+
+bool isNeeded(std::string_view name) {
+    const auto &ofGrant = grantVariables();
+    return std::find(neededFields.begin(), neededFields.end(), name) != neededFields.end() ||
+           std::find(ofGrant.begin(), ofGrant.end(), name) != ofGrant.end();
+}
 
 bool removePrefix(std::string_view &text, std::string_view prefix) {
     if (text.substr(0, prefix.size()) != prefix) {
@@ -130,8 +138,7 @@ void ManagementParser::environment(std::string_view assignment) {
     }
     const auto equals = assignment.find('=');
     const std::string_view name = assignment.substr(0, equals);
-    if (equals != std::string_view::npos &&
-        std::find(neededFields.begin(), neededFields.end(), name) != neededFields.end()) {
+    if (equals != std::string_view::npos && isNeeded(name)) {
         m_pending->fields.insert_or_assign(std::string(name), std::string(assignment.substr(equals + 1)));
     }
 }

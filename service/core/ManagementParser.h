@@ -25,7 +25,8 @@ struct ManagementEvent {
     Kind kind = Kind::Hold;
     std::uint64_t client = 0;
     std::uint64_t key = 0;
-    std::map<std::string, std::string, std::less<>> fields; ///< user, password and peer address only
+    std::map<std::string, std::string, std::less<>>
+        fields; ///< user, password, peer address and the certificate's grant only
     std::string text;
 
     /// The field's value, "" when it is absent.

@@ -73,7 +73,7 @@ std::string clientConfiguration(const Vpn &vpn, const VpnServer &server, Ipv4Add
     return text + pemCertificates(caPem) + "</ca>\n";
 }
 
-std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
+std::string serverConfiguration(const Vpn &vpn, const VpnServer &server, const std::string &clientCa,
                                 const std::string &managementSocket) {
     const bool udp = server.protocol == Protocol::Udp;
     // A server with many addresses must answer from the address that received the packet.
@@ -82,8 +82,8 @@ std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
     text += "port " + std::to_string(server.port) + '\n';
     text += "dev " + server.device + "\ndev-type tun\ntopology subnet\n";
     text += "server " + server.network.base.text() + ' ' + server.network.mask().text() + " nopool\n";
-    text += "ca \"" + vpn.ca + "\"\ncert \"" + vpn.certificate + "\"\nkey \"" + vpn.key + "\"\ndh none\n";
-    text += "verify-client-cert none\n"
+    text += "ca \"" + clientCa + "\"\ncert \"" + vpn.certificate + "\"\nkey \"" + vpn.key + "\"\ndh none\n";
+    text += "verify-client-cert require\n"
             "username-as-common-name\n"
             "duplicate-cn\n"
             "persist-key\n";
@@ -94,6 +94,7 @@ std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
             "management-hold\n";
     // Not "keepalive", with which clients would restart instead of ending. Clients receive these values only
     // when the tunnel is up; before, hand-window ends them.
+    text += "reneg-sec " + std::to_string(vpn.renegotiation.count()) + '\n';
     text += "ping " + std::to_string(vpn.ping.count()) + '\n';
     text += "ping-restart " + std::to_string(2 * vpn.pingExit.count()) + '\n';
     text += "push \"ping " + std::to_string(vpn.ping.count()) + "\"\n";

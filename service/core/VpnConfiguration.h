@@ -15,8 +15,10 @@ namespace quorvane::service {
 [[nodiscard]] std::string clientConfiguration(const Vpn &vpn, const VpnServer &server, Ipv4Address remote,
                                               std::string_view caPem);
 
-/// The configuration of the OpenVPN server, which connects to the service at `managementSocket`.
+/// The configuration of the OpenVPN server, which connects to the service at `managementSocket`. `clientCa`
+/// is the file of the authorities of its clients' certificates.
 [[nodiscard]] std::string serverConfiguration(const Vpn &vpn, const VpnServer &server,
+                                              const std::string &clientCa,
                                               const std::string &managementSocket);
 
 /// Further lines for serverConfiguration(): what limits the work for callers that have not logged in.

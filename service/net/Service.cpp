@@ -13,11 +13,13 @@
 #include "core/AnnouncedRequests.h"
 #include "core/Api.h"
 #include "core/CertificateExpiry.h"
+#include "core/ClientAuthority.h"
 #include "core/ControlCommands.h"
 #include "core/ControlKey.h"
-#include "core/CredentialStore.h"
 #include "core/Metrics.h"
+#include "core/PrivateFile.h"
 #include "core/RequestLog.h"
+#include "core/UsedGrants.h"
 #include "core/UserTokens.h"
 
 #include <cerrno>
@@ -101,9 +103,12 @@ private:
 class Service {
 public:
     explicit Service(const Config &config)
-        : m_config(config), m_credentials(m_tokens, config.credentialLifetime, config.grantLifetime,
-                                          &std::chrono::system_clock::now),
-          m_api(config, readFile(config.vpn.ca), m_credentials),
+        : m_config(config),
+          m_users(m_tokens, config.credentialLifetime, config.grantLifetime, &std::chrono::system_clock::now),
+          m_grants(
+              m_users, [&config](Ipv4Address address) { return config.groupOf(address) != nullptr; },
+              &std::chrono::system_clock::now),
+          m_api(config, readFile(config.vpn.ca), m_users),
           m_log(config.log, config.strict ? &m_announced : nullptr, &std::chrono::system_clock::now),
           m_https(
               m_context, config, [this](const HttpRequest &request) { return m_api.answer(request); }, m_log),
@@ -115,7 +120,7 @@ public:
           m_metrics(m_context, [this] { return metricsPage(metrics()); }),
           m_signals(m_context, SIGTERM, SIGINT), m_reopenSignal(m_context, SIGHUP) {
         if (config.gateway) {
-            m_gateway = std::make_unique<VpnGateway>(m_context, config, m_credentials);
+            m_gateway = std::make_unique<VpnGateway>(m_context, config, m_grants);
         }
     }
 
@@ -126,10 +131,7 @@ public:
         if (auto locked = m_lock.acquire(m_config.runtimeFolder + "/lock"); !locked) {
             return locked;
         }
-        if (auto loaded = loadControlKey(); !loaded) {
-            return loaded;
-        }
-        if (auto loaded = loadUserKeys(); !loaded) {
+        if (auto loaded = loadKeys(); !loaded) {
             return loaded;
         }
         removeAddresses(); // a killed service may have left the file
@@ -184,26 +186,32 @@ public:
 
 private:
     /// A configured key must exist; one in the runtime folder is made at the first start.
-    Result<> loadControlKey() {
-        const std::string path = m_config.controlKeyPath();
-        auto key = m_config.vpn.controlKey.empty() ? ControlKey::loadOrMake(path) : ControlKey::load(path);
-        if (!key) {
-            return Failure{"vpn.control_key: " + key.error()};
-        }
-        m_controlKey = std::move(key).value();
-        m_api.useControlKey(*m_controlKey);
-        return {};
+    template <typename Keys>
+    static Result<Keys> keysOf(const char *setting, const std::string &configured, const std::string &path) {
+        auto keys = configured.empty() ? Keys::loadOrMake(path) : Keys::load(path);
+        return keys ? std::move(keys) : Failure{std::string(setting) + ": " + keys.error()};
     }
 
-    /// As loadControlKey().
-    Result<> loadUserKeys() {
-        const std::string path = m_config.userKeysPath();
-        auto tokens = m_config.userKeys.empty() ? UserTokens::loadOrMake(path) : UserTokens::load(path);
+    Result<> loadKeys() {
+        auto tokens = keysOf<UserTokens>("keys", m_config.userKeys, m_config.userKeysPath());
         if (!tokens) {
-            return Failure{"keys: " + tokens.error()};
+            return Failure{tokens.error()};
+        }
+        auto controlKey =
+            keysOf<ControlKey>("vpn.control_key", m_config.vpn.controlKey, m_config.controlKeyPath());
+        if (!controlKey) {
+            return Failure{controlKey.error()};
+        }
+        auto authority = keysOf<ClientAuthority>("vpn.client_authority", m_config.vpn.clientAuthority,
+                                                 m_config.clientAuthorityPath());
+        if (!authority) {
+            return Failure{authority.error()};
         }
         m_tokens = std::move(tokens).value();
-        return {};
+        m_controlKey = std::move(controlKey).value();
+        m_authority = std::move(authority).value();
+        m_api.useKeys(*m_controlKey, *m_authority);
+        return writePrivateFile(m_config.clientCertificatesPath(), m_authority->certificates());
     }
 
     /// One line "address port" per listener. The file is made only when all of them are bound.
@@ -282,15 +290,17 @@ private:
     }
 
     [[nodiscard]] ServiceStatus status() {
-        return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(), m_credentials.size()};
+        return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(), m_grants.size()};
     }
 
     const Config &m_config;
     FolderLock m_lock;
     asio::io_context m_context{1};
     UserTokens m_tokens; ///< without keys until they are loaded by start()
-    CredentialStore m_credentials;
+    VpnUsers m_users;
+    UsedGrants m_grants;
     std::optional<ControlKey> m_controlKey;
+    std::optional<ClientAuthority> m_authority;
     Api m_api;
     AnnouncedRequests m_announced;
     RequestLog m_log;

@@ -19,8 +19,8 @@ std::vector<std::string> nftCommand(const Gateway &gateway) {
 
 } // namespace
 
-VpnGateway::VpnGateway(boost::asio::io_context &context, const Config &config, CredentialStore &credentials)
-    : m_context(context), m_config(config), m_credentials(credentials),
+VpnGateway::VpnGateway(boost::asio::io_context &context, const Config &config, UsedGrants &grants)
+    : m_context(context), m_config(config), m_grants(grants),
       m_rules(*config.gateway, config.vpn, config.limits.vpn), m_nft(context, nftCommand(*config.gateway)) {}
 
 VpnGateway::~VpnGateway() = default;
@@ -50,8 +50,7 @@ Result<> VpnGateway::startServers() {
     AddressLeaseTable &table = *this;
     for (const auto *server : {&m_config.vpn.udp, &m_config.vpn.tcp}) {
         if (*server) {
-            m_servers.push_back(
-                std::make_unique<VpnProcess>(m_context, m_config, **server, m_credentials, table));
+            m_servers.push_back(std::make_unique<VpnProcess>(m_context, m_config, **server, m_grants, table));
         }
     }
     for (const auto &server : m_servers) {

@@ -18,7 +18,7 @@ namespace quorvane::service {
 class VpnGateway : private AddressLeaseTable {
 public:
     /// None of the references is owned. The configuration must have a gateway.
-    VpnGateway(boost::asio::io_context &context, const Config &config, CredentialStore &credentials);
+    VpnGateway(boost::asio::io_context &context, const Config &config, UsedGrants &grants);
     ~VpnGateway() override;
 
     /// `failed` is called once when the gateway cannot be set up.
@@ -47,7 +47,7 @@ private:
 
     boost::asio::io_context &m_context;
     const Config &m_config;
-    CredentialStore &m_credentials;
+    UsedGrants &m_grants;
     GatewayRules m_rules;
     GatewayRunner m_nft;
     std::vector<std::unique_ptr<VpnProcess>> m_servers;

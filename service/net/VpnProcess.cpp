@@ -56,13 +56,13 @@ private:
 };
 
 VpnProcess::VpnProcess(asio::io_context &context, const Config &config, const VpnServer &server,
-                       CredentialStore &credentials, AddressLeaseTable &table)
+                       UsedGrants &grants, AddressLeaseTable &table)
     : m_context(context), m_config(config), m_server(server), m_name(protocolName(server.protocol)),
-      m_credentials(credentials), m_table(table), m_addresses(server.network, std::random_device()()),
+      m_grants(grants), m_table(table), m_addresses(server.network, std::random_device()()),
       m_management(context,
                    [this](LineServer::Send send) -> std::unique_ptr<LineServer::Client> {
                        auto handler = std::make_shared<LoginHandler>(
-                           m_credentials, m_addresses, m_table, std::move(send),
+                           m_server.protocol, m_grants, m_addresses, m_table, std::move(send),
                            [name = m_name](const std::string &line) { writeLog(name + ": " + line); });
                        m_loginHandler = handler;
                        return std::make_unique<Management>(std::move(handler));
@@ -80,7 +80,7 @@ std::string VpnProcess::path(const std::string &suffix) const {
 Result<> VpnProcess::start() {
     const std::string socket = m_config.runtimeFolder + "/management-" + m_name + ".sock";
     std::ofstream file(path(".conf"), std::ios::trunc);
-    file << serverConfiguration(m_config.vpn, m_server, socket)
+    file << serverConfiguration(m_config.vpn, m_server, m_config.clientCertificatesPath(), socket)
          << serverLimits(m_config.limits.vpn, m_server, m_config.controlKeyPath());
     file.close();
     if (!file) {

@@ -22,7 +22,7 @@ class VpnProcess {
 public:
     /// None of the references is owned.
     VpnProcess(boost::asio::io_context &context, const Config &config, const VpnServer &server,
-               CredentialStore &credentials, AddressLeaseTable &table);
+               UsedGrants &grants, AddressLeaseTable &table);
     ~VpnProcess();
     VpnProcess(const VpnProcess &) = delete;
     VpnProcess &operator=(const VpnProcess &) = delete;
@@ -51,7 +51,7 @@ private:
     const Config &m_config;
     const VpnServer &m_server;
     std::string m_name;
-    CredentialStore &m_credentials;
+    UsedGrants &m_grants;
     AddressLeaseTable &m_table;
     TunnelAddresses m_addresses;
     LineServer m_management;

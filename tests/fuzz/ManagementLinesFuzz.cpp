@@ -1,7 +1,10 @@
 #include "Fuzz.h"
+#include "core/Grant.h"
 #include "core/ManagementParser.h"
 
 #include <algorithm>
+#include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <tuple>
@@ -9,6 +12,7 @@
 
 namespace {
 
+using quorvane::service::Grant;
 using quorvane::service::ManagementEvent;
 using quorvane::service::ManagementParser;
 using Kind = ManagementEvent::Kind;
@@ -35,8 +39,37 @@ bool same(const ManagementEvent &a, const ManagementEvent &b) {
            std::tie(b.kind, b.client, b.key, b.fields, b.text);
 }
 
+using Variables = std::map<std::string, std::string, std::less<>>;
+
+std::optional<Grant> grantIn(const Variables &variables) {
+    return quorvane::service::grantOf([&variables](std::string_view name) {
+        const auto found = variables.find(name);
+        return found == variables.end() ? std::string() : found->second;
+    });
+}
+
+void checkGrant(const Variables &fields) {
+    const auto grant = grantIn(fields);
+    if (!grant) {
+        return;
+    }
+    Variables written;
+    for (const auto &attribute : quorvane::service::subjectOf(*grant)) {
+        written.emplace(std::string("X509_0_") + attribute.name, attribute.text);
+    }
+    must(grantIn(written) == grant, "a grant that is written again is read as before");
+    must(written.at("X509_0_CN") == fields.at("X509_0_CN"), "the user of a grant is kept as it is");
+}
+
+std::set<std::string_view> wantedFields() {
+    std::set<std::string_view> wanted{"username", "password", "untrusted_ip", "untrusted_ip6"};
+    wanted.insert(quorvane::service::grantVariables().begin(), quorvane::service::grantVariables().end());
+    return wanted;
+}
+
 void checkEvent(const ManagementEvent &event) {
-    static const std::set<std::string> wanted{"username", "password", "untrusted_ip", "untrusted_ip6"};
+    static const auto wanted = wantedFields();
+    checkGrant(event.fields);
     for (const auto &[name, value] : event.fields) {
         must(wanted.count(name) == 1, "only the fields that are needed are kept");
         must(value.find('\n') == std::string::npos, "a field is one line");

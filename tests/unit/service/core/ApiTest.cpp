@@ -1,4 +1,5 @@
 #include "core/Api.h"
+#include "SampleAuthority.h"
 #include "SampleConfig.h"
 #include "core/VpnConfiguration.h"
 
@@ -45,10 +46,12 @@ protected:
     Config m_config = test::sampleConfig();
     std::chrono::system_clock::time_point m_now;
     UserTokens m_tokens{{UserTokens::Key{1}}};
-    CredentialStore m_credentials{m_tokens, seconds(100), seconds(10), [this] {
-                                      return m_now;
-                                  }};
-    Api m_api{m_config, test::samplePem, m_credentials};
+    VpnUsers m_users{m_tokens, seconds(100), seconds(10), [this] {
+                         return m_now;
+                     }};
+    ControlKey m_controlKey{ControlKey::Bytes{}};
+    test::SampleAuthority m_authority;
+    Api m_api{m_config, test::samplePem, m_users};
 };
 
 TEST_F(ApiTest, AServerListIssuesAUser) {
@@ -56,21 +59,19 @@ TEST_F(ApiTest, AServerListIssuesAUser) {
     EXPECT_EQ(response.status, 200);
     EXPECT_EQ(response.contentType, "text/plain; charset=utf-8");
     const std::string user = fieldOf(response.body, "VPNUser: ");
-    EXPECT_TRUE(m_credentials.knows(user));
+    EXPECT_TRUE(m_users.find(user));
     EXPECT_EQ(fieldOf(response.body, "VPNPass: "), passwordOf(user));
 }
 
 TEST_F(ApiTest, AnIncompleteServerListRequestIsNotAccepted) {
     EXPECT_EQ(get("/?cmd=MRTSL&ver=1.0&device=1&uniqueid=A-1").body,
               "STATUS: 1<br />ClientIP: 198.51.100.10");
-    EXPECT_EQ(m_credentials.size(), 0U);
 }
 
 TEST_F(ApiTest, ALaterCommandReplacesTheFirst) {
     const std::string base = "/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1";
     EXPECT_EQ(get(base + "&cmd=phs").body, "STATUS: 0<br />ClientIP: 198.51.100.10");
     EXPECT_EQ(get(base + "&cmd=phsa%2Bb&x=1").body, "STATUS: 0<br />ClientIP: 198.51.100.10");
-    EXPECT_EQ(m_credentials.size(), 0U);
 }
 
 TEST_F(ApiTest, AConfigurationIsGrantedForTheAddress) {
@@ -84,14 +85,30 @@ TEST_F(ApiTest, AConfigurationIsGrantedForTheAddress) {
     EXPECT_EQ(response.body.find('\n'), std::string::npos);
     EXPECT_EQ(response.body.size(),
               11 + text.size() + 5 * std::size_t(std::count(text.begin(), text.end(), '\n')));
-    const auto login = m_credentials.login(user, passwordOf(user), "198.51.100.10");
-    EXPECT_EQ(login.refusal, CredentialStore::Refusal::None);
-    EXPECT_EQ(login.address.text(), "203.0.113.6");
+}
+
+TEST_F(ApiTest, AConfigurationHasACertificateWithTheGrant) {
+    m_api.useKeys(m_controlKey, m_authority.authority());
+    m_now += seconds(1000);
+    const std::string user = newUser();
+    const auto grantIn = [](std::string body) {
+        for (auto end = body.find("<br />"); end != std::string::npos; end = body.find("<br />")) {
+            body.replace(end, 6, "\n");
+        }
+        return test::grantInBlocks(body);
+    };
+    const auto first = grantIn(get(vpnc(user, "203.0.113.6", "TCP")).body);
+    const auto second = grantIn(get(vpnc(user, "203.0.113.42", "udp")).body);
+    using std::chrono::microseconds;
+    const Grant::TimePoint now{seconds(1000)};
+    EXPECT_EQ(first,
+              (Grant{user, *Ipv4Address::parse("203.0.113.6"), Protocol::Tcp, now, now + seconds(10)}));
+    EXPECT_EQ(second, (Grant{user, *Ipv4Address::parse("203.0.113.42"), Protocol::Udp, now + microseconds(1),
+                             now + seconds(10)}));
 }
 
 TEST_F(ApiTest, EveryConfigurationHasAClientKeyOfItsOwn) {
-    const ControlKey key(ControlKey::Bytes{});
-    m_api.useControlKey(key);
+    m_api.useKeys(m_controlKey, m_authority.authority());
     const std::string target = vpnc(newUser(), "203.0.113.6", "UDP");
     const auto keyOf = [](const std::string &body) {
         return body.substr(std::min(body.size(), body.find("<tls-crypt-v2><br />-----BEGIN OpenVPN")));
@@ -130,8 +147,6 @@ TEST_F(ApiTest, AMissingEmptyOrTooLongArgumentIsAParsingError) {
         EXPECT_EQ(get(good.substr(0, value) + std::string(300, '1') + good.substr(end)).body, parsingError)
             << key;
     }
-    EXPECT_EQ(m_credentials.login(user, passwordOf(user), "198.51.100.10").refusal,
-              CredentialStore::Refusal::NotGranted);
 }
 
 TEST_F(ApiTest, MalformedArgumentsAreAParsingError) {

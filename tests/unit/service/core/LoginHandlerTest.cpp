@@ -34,20 +34,30 @@ public:
 
 class LoginHandlerTest : public testing::Test {
 protected:
-    void handle(Kind kind, std::uint64_t client, std::uint64_t key = 0, const Credentials &credentials = {}) {
+    /// What a client logs in with.
+    struct Client : Credentials {
+        std::optional<Grant> grant;
+    };
+
+    void handle(Kind kind, std::uint64_t number, std::uint64_t key = 0, const Client &client = {}) {
         ManagementEvent event;
         event.kind = kind;
-        event.client = client;
+        event.client = number;
         event.key = key;
-        event.fields = {{"username", credentials.user}, {"password", credentials.password}, m_source};
+        event.fields = {{"username", client.user}, {"password", client.password}, m_source};
+        if (client.grant) {
+            for (const SubjectAttribute &attribute : subjectOf(*client.grant)) {
+                event.fields.emplace(std::string("X509_0_") + attribute.name, attribute.text);
+            }
+        }
         m_handler->handle(event);
     }
 
     /// A new user with a grant of the address.
-    Credentials granted(Ipv4Address address) {
-        auto credentials = m_store.issue();
-        m_store.grant(credentials.user, address);
-        return credentials;
+    Client granted(Ipv4Address address) {
+        auto credentials = m_users.issue();
+        auto grant = m_users.grant(credentials.user, address, Protocol::Udp);
+        return {credentials, grant};
     }
 
     std::string sent() { return std::exchange(m_sent, {}); }
@@ -55,15 +65,19 @@ protected:
     std::pair<std::string, std::string> m_source{"untrusted_ip", "198.51.100.10"};
     std::chrono::system_clock::time_point m_now;
     UserTokens m_tokens{{UserTokens::Key{1}}};
-    CredentialStore m_store{m_tokens, seconds(100), seconds(10), [this] {
-                                return m_now;
-                            }};
+    VpnUsers m_users{m_tokens, seconds(100), seconds(10), [this] {
+                         return m_now;
+                     }};
+    UsedGrants m_grants{m_users, [](Ipv4Address) { return true; },
+                        [this] {
+                            return m_now;
+                        }};
     TunnelAddresses m_addresses{*Ipv4Network::parse("10.8.0.0/29"), 0};
     FakeLeaseTable m_table;
     std::string m_sent;
     std::vector<std::string> m_logLines;
     std::shared_ptr<LoginHandler> m_handler = std::make_shared<LoginHandler>(
-        m_store, m_addresses, m_table, [this](const std::string &text) { m_sent += text; },
+        Protocol::Udp, m_grants, m_addresses, m_table, [this](const std::string &text) { m_sent += text; },
         [this](const std::string &line) { m_logLines.push_back(line); });
 };
 
@@ -97,9 +111,9 @@ TEST_F(LoginHandlerTest, ALoginIsAnsweredOnceItsAddressIsLent) {
 
 TEST_F(LoginHandlerTest, EveryRefusalHasItsReason) {
     const auto credentials = granted(berlin);
-    handle(Kind::Connect, 1, 0, {"unknown", "x"});
+    handle(Kind::Connect, 1, 0, {{"unknown", "x"}, credentials.grant});
     EXPECT_EQ(sent(), "client-deny 1 0 \"unknown or expired user\" \"login refused\"\n");
-    handle(Kind::Connect, 2, 0, {credentials.user, "x"});
+    handle(Kind::Connect, 2, 0, {{credentials.user, "x"}, credentials.grant});
     EXPECT_EQ(sent(), "client-deny 2 0 \"wrong password\" \"login refused\"\n");
     handle(Kind::Connect, 3, 0, credentials);
     m_table.answer(true);
@@ -107,8 +121,8 @@ TEST_F(LoginHandlerTest, EveryRefusalHasItsReason) {
     m_source.second = "198.51.100.11";
     handle(Kind::Connect, 4, 5, credentials);
     EXPECT_EQ(sent(), "client-deny 4 5 \"the grant was used elsewhere\" \"login refused\"\n");
-    handle(Kind::Connect, 4, 6, m_store.issue());
-    EXPECT_EQ(sent(), "client-deny 4 6 \"no fresh grant\" \"login refused\"\n");
+    handle(Kind::Connect, 4, 6, {m_users.issue(), {}});
+    EXPECT_EQ(sent(), "client-deny 4 6 \"the certificate contains no grant\" \"login refused\"\n");
     handle(Kind::Connect, 5, 0, {});
     EXPECT_EQ(sent(), "client-deny 5 0 \"unknown or expired user\" \"login refused\"\n");
     EXPECT_EQ(m_handler->refusedLogins().at("unknown or expired user"), 2U);
@@ -138,7 +152,7 @@ TEST_F(LoginHandlerTest, ATunnelThatReconnectsKeepsItsAddress) {
     handle(Kind::Connect, 2, 0, granted(boston));
     m_handler->connectionLost(); // the server ended; the next one has a handler of its own
     m_handler = std::make_shared<LoginHandler>(
-        m_store, m_addresses, m_table, [this](const std::string &text) { m_sent += text; },
+        Protocol::Udp, m_grants, m_addresses, m_table, [this](const std::string &text) { m_sent += text; },
         [](const std::string &) {});
     m_table.calls.clear();
     handle(Kind::Connect, 1, 0, granted(boston));
@@ -157,10 +171,10 @@ TEST_F(LoginHandlerTest, ATunnelAddressThatIsAllocatedMeanwhileIsNotKept) {
 }
 
 TEST_F(LoginHandlerTest, AnotherGrantMeansAnotherTunnelAddress) {
-    const auto credentials = granted(berlin);
+    auto credentials = granted(berlin);
     handle(Kind::Connect, 1, 0, credentials);
     handle(Kind::Disconnect, 1);
-    m_store.grant(credentials.user, boston);
+    credentials.grant = m_users.grant(credentials.user, boston, Protocol::Udp);
     handle(Kind::Connect, 2, 0, credentials);
     EXPECT_EQ(m_table.calls.back(), "lend 10.8.0.3 203.0.113.42");
 }
@@ -236,7 +250,7 @@ TEST_F(LoginHandlerTest, KeysAreRenewedWithTheSessionsOwnCredentialsOnly) {
     m_now += seconds(1000); // the user has expired, its session has not
     handle(Kind::Reauth, 1, 1, credentials);
     EXPECT_EQ(sent(), "client-auth-nt 1 1\n");
-    handle(Kind::Reauth, 1, 2, {credentials.user, "x"});
+    handle(Kind::Reauth, 1, 2, {{credentials.user, "x"}, credentials.grant});
     EXPECT_EQ(sent(), "client-deny 1 2 \"not the session's credentials\" \"login refused\"\n");
     handle(Kind::Reauth, 9, 3, credentials);
     EXPECT_EQ(sent(), "client-deny 9 3 \"not the session's credentials\" \"login refused\"\n");
@@ -273,7 +287,7 @@ TEST_F(LoginHandlerTest, AnUnknownClientMayDisconnect) {
 TEST_F(LoginHandlerTest, LogLinesNeverContainAPasswordOrRawBytes) {
     auto credentials = granted(berlin);
     handle(Kind::Connect, 1, 0, credentials);
-    handle(Kind::Connect, 2, 0, {"evil\nuser", "secret"});
+    handle(Kind::Connect, 2, 0, {{"evil\nuser", "secret"}, {}});
     ManagementEvent error;
     error.kind = Kind::Error;
     error.text = "bad\x1b[2J";

@@ -1,4 +1,5 @@
 #include "core/ManagementParser.h"
+#include "core/Grant.h"
 
 #include <gtest/gtest.h>
 
@@ -35,6 +36,19 @@ TEST_F(ManagementParserTest, ReadsALogin) {
     EXPECT_EQ(m_events[0].field("password"), "pa=ss,word");
     EXPECT_EQ(m_events[0].field("untrusted_ip"), "198.51.100.10");
     EXPECT_EQ(m_events[0].field("n_clients"), "");
+}
+
+TEST_F(ManagementParserTest, ReadsTheGrantOfACertificate) {
+    m_parser.feed(">CLIENT:CONNECT,7,2\n>CLIENT:ENV,X509_0_CN=user1\n>CLIENT:ENV,X509_0_O=203.0.113.5\n"
+                  ">CLIENT:ENV,X509_0_OU=tcp\n>CLIENT:ENV,X509_0_serialNumber=1000\n"
+                  ">CLIENT:ENV,X509_0_dnQualifier=2000\n>CLIENT:ENV,X509_1_CN=Sessions\n"
+                  ">CLIENT:ENV,END\n");
+    ASSERT_EQ(m_events.size(), 1U);
+    EXPECT_EQ(m_events[0].fields.size(), 5U);
+    const auto grant = grantOf([this](std::string_view name) { return m_events[0].field(name); });
+    ASSERT_TRUE(grant);
+    EXPECT_EQ(grant->user, "user1");
+    EXPECT_EQ(grant->address.text(), "203.0.113.5");
 }
 
 TEST_F(ManagementParserTest, AcceptsAnyDivisionOfTheBytes) {

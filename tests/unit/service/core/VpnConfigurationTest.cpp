@@ -71,42 +71,44 @@ TEST(PemCertificates, ReturnsTheBlocksOnly) {
 TEST(ServerConfiguration, ByteForByteOverUdp) {
     Config config = test::sampleConfig();
     config.vpn.dns = {*Ipv4Address::parse("8.8.8.8"), *Ipv4Address::parse("8.8.4.4")};
-    EXPECT_EQ(serverConfiguration(config.vpn, *config.vpn.udp, "/run/x/management-udp.sock"),
-              "proto udp\n"
-              "multihome\n"
-              "explicit-exit-notify 1\n"
-              "port 1194\n"
-              "dev qrv-udp\n"
-              "dev-type tun\n"
-              "topology subnet\n"
-              "server 10.8.0.0 255.255.0.0 nopool\n"
-              "ca \"/pki/ca.crt\"\n"
-              "cert \"/pki/vpn.crt\"\n"
-              "key \"/pki/vpn.key\"\n"
-              "dh none\n"
-              "verify-client-cert none\n"
-              "username-as-common-name\n"
-              "duplicate-cn\n"
-              "persist-key\n"
-              "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
-              "tls-version-min 1.2\n"
-              "management \"/run/x/management-udp.sock\" unix\n"
-              "management-client\n"
-              "management-client-auth\n"
-              "management-hold\n"
-              "ping 10\n"
-              "ping-restart 120\n"
-              "push \"ping 10\"\n"
-              "push \"ping-exit 60\"\n"
-              "push \"dhcp-option DNS 8.8.8.8\"\n"
-              "push \"dhcp-option DNS 8.8.4.4\"\n"
-              "verb 3\n");
+    EXPECT_EQ(
+        serverConfiguration(config.vpn, *config.vpn.udp, "/run/x/clients.crt", "/run/x/management-udp.sock"),
+        "proto udp\n"
+        "multihome\n"
+        "explicit-exit-notify 1\n"
+        "port 1194\n"
+        "dev qrv-udp\n"
+        "dev-type tun\n"
+        "topology subnet\n"
+        "server 10.8.0.0 255.255.0.0 nopool\n"
+        "ca \"/run/x/clients.crt\"\n"
+        "cert \"/pki/vpn.crt\"\n"
+        "key \"/pki/vpn.key\"\n"
+        "dh none\n"
+        "verify-client-cert require\n"
+        "username-as-common-name\n"
+        "duplicate-cn\n"
+        "persist-key\n"
+        "data-ciphers AES-256-GCM:CHACHA20-POLY1305\n"
+        "tls-version-min 1.2\n"
+        "management \"/run/x/management-udp.sock\" unix\n"
+        "management-client\n"
+        "management-client-auth\n"
+        "management-hold\n"
+        "reneg-sec 3600\n"
+        "ping 10\n"
+        "ping-restart 120\n"
+        "push \"ping 10\"\n"
+        "push \"ping-exit 60\"\n"
+        "push \"dhcp-option DNS 8.8.8.8\"\n"
+        "push \"dhcp-option DNS 8.8.4.4\"\n"
+        "verb 3\n");
 }
 
 TEST(ServerConfiguration, OverTcp) {
     const Config config = test::sampleConfig();
-    const auto lines =
-        linesOf(serverConfiguration(config.vpn, *config.vpn.tcp, "/run/x/management-tcp.sock"));
+    const auto lines = linesOf(
+        serverConfiguration(config.vpn, *config.vpn.tcp, "/run/x/clients.crt", "/run/x/management-tcp.sock"));
     EXPECT_THAT(lines, Contains("proto tcp-server"));
     EXPECT_THAT(lines, Contains("tcp-nodelay"));
     EXPECT_THAT(lines, Contains("server 10.9.0.0 255.255.0.0 nopool"));

@@ -182,6 +182,20 @@ class Service:
         return dict(line.split(": ", 1) for line in body.split("<br />") if line)
 
 
+def grant_of(configuration):
+    """The variables that OpenVPN makes of the certificate in the answer to a request for a configuration."""
+    text = configuration.decode().replace("<br />", "\n")
+    certificate = re.search(r"<cert>\n(.*)</cert>", text, re.DOTALL).group(1)
+    subject = subprocess.run(
+        ["openssl", "x509", "-noout", "-subject", "-nameopt", "sep_multiline,sname"],
+        input=certificate,
+        check=True,
+        stdout=subprocess.PIPE,
+        text=True,
+    )
+    return {f"X509_0_{name}": value for name, value in re.findall(r"^ +(\w+)=(.*)$", subject.stdout, re.M)}
+
+
 def request(target, headers="", method="GET"):
     head = f"{method} {target} HTTP/1.1\r\nHost: api.quorvane.test\r\n{headers}\r\n"
     return head.encode("latin-1")

@@ -12,7 +12,7 @@ import socket
 import sys
 import unittest
 
-from service_harness import EVENTUALLY, Service, until, vpnc
+from service_harness import EVENTUALLY, Service, grant_of, until, vpnc
 
 PROGRAM = sys.argv.pop(1)
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -55,12 +55,12 @@ class FakeServer:
         self.send(">STATE:1700000000,CONNECTED,SUCCESS,10.8.0.1,,,,")
         return self
 
-    def login(self, client, user, password, source="198.51.100.10"):
+    def login(self, client, credentials, grant, source="198.51.100.10"):
+        user, password = credentials
+        variables = {"username": user, "password": password, "untrusted_ip": source, **grant}
         self.send(
             f">CLIENT:CONNECT,{client},0",
-            f">CLIENT:ENV,username={user}",
-            f">CLIENT:ENV,password={password}",
-            f">CLIENT:ENV,untrusted_ip={source}",
+            *(f">CLIENT:ENV,{name}={value}" for name, value in variables.items()),
             ">CLIENT:ENV,END",
         )
 
@@ -112,11 +112,14 @@ class GatewayTest(unittest.TestCase):
         answer = self.service.new_user()
         return answer["VPNUser"], answer["VPNPass"]
 
+    def grant(self, credentials, **choices):
+        """Requests a configuration and returns the grant in its certificate."""
+        return grant_of(self.service.get(vpnc(credentials[0], **choices))[2])
+
     def granted_login(self, server, client):
         """Logs a client in and returns its tunnel address."""
-        user, password = self.credentials()
-        self.service.get(vpnc(user))
-        server.login(client, user, password)
+        credentials = self.credentials()
+        server.login(client, credentials, self.grant(credentials))
         self.assertEqual(server.receive(), f"client-auth {client} 0")
         push, address, mask = server.receive().split()
         self.assertEqual((push, mask, server.receive()), ("ifconfig-push", "255.255.0.0", "END"))
@@ -158,27 +161,58 @@ class GatewayTest(unittest.TestCase):
             what="the removal of the entry",
         )
 
-    def test_a_grant_is_for_one_place_on_either_server(self):
+    def test_a_grant_is_for_one_place_and_one_server(self):
         udp, tcp = self.start()
-        user, password = self.credentials()
-        udp.login(1, user, password)
-        self.assertTrue(udp.receive().startswith('client-deny 1 0 "no fresh grant"'))
-        self.service.get(vpnc(user, proto="TCP"))
-        tcp.login(1, user, password)
+        credentials = self.credentials()
+        udp.login(1, credentials, {})
+        self.assertTrue(udp.receive().startswith('client-deny 1 0 "the certificate contains no grant"'))
+        grant = self.grant(credentials, proto="TCP")
+        udp.login(2, credentials, grant)
+        self.assertTrue(udp.receive().startswith('client-deny 2 0 "the grant is for another server"'))
+        tcp.login(1, credentials, grant)
         self.assertEqual(tcp.receive(), "client-auth 1 0")
         self.assertEqual([tcp.receive().split()[0], tcp.receive()], ["ifconfig-push", "END"])
-        udp.login(2, user, password, source="198.51.100.11")
-        self.assertTrue(udp.receive().startswith('client-deny 2 0 "the grant was used elsewhere"'))
+        tcp.login(2, credentials, grant, source="198.51.100.11")
+        self.assertTrue(tcp.receive().startswith('client-deny 2 0 "the grant was used elsewhere"'))
         tcp.logout(1)
-        tcp.login(3, user, password)
+        tcp.login(3, credentials, grant)
         self.assertEqual(tcp.receive(), "client-auth 3 0")
+
+    def test_a_grant_of_before_a_restart(self):
+        self.start()
+        credentials = self.credentials()
+        grant = self.grant(credentials)
+        self.assertEqual(self.service.stop(), 0)
+        udp, _ = self.start()
+        udp.login(1, credentials, grant)
+        self.assertEqual(udp.receive(), "client-auth 1 0")
+
+    def test_nothing_is_stored_of_a_grant_that_is_not_used(self):
+        udp, _ = self.start()
+        for _ in range(3):
+            self.grant(self.credentials())
+        self.assertEqual(self.service.control(command="status")["credentials"], 0)
+        self.granted_login(udp, 1)
+        self.assertEqual(self.service.control(command="status")["credentials"], 1)
+
+    def test_the_servers_check_with_the_authority_of_the_certificates(self):
+        self.start()
+        with open(self.service.runtime + "/udp.conf", encoding="ascii") as file:
+            lines = file.read().splitlines()
+        certificates = f"{self.service.runtime}/client-authority.crt"
+        self.assertIn("verify-client-cert require", lines)
+        self.assertIn(f'ca "{certificates}"', lines)
+        with open(certificates, encoding="ascii") as file:
+            text = file.read()
+        self.assertIn("-----BEGIN CERTIFICATE-----", text)
+        self.assertNotIn("PRIVATE", text)
 
     def test_a_gateway_that_cannot_lend_refuses(self):
         udp, _ = self.start()
-        user, password = self.credentials()
-        self.service.get(vpnc(user))
+        credentials = self.credentials()
+        grant = self.grant(credentials)
         with open(self.service.folder + "/nft-fails", "w", encoding="ascii"):
-            udp.login(1, user, password)
+            udp.login(1, credentials, grant)
             self.assertTrue(udp.receive().startswith('client-deny 1 0 "the gateway cannot lend'))
         self.assertIn("no such table", self.service.stderr())
 

@@ -53,7 +53,8 @@ class Answers(WithService):
         body = self.service.get(vpnc(user))[2]
         self.assertTrue(body.startswith(b"VPNConfig: client<br />"))
         self.assertIn(b"<br />remote 203.0.113.5 1194<br />", body)
-        self.assertIn(b"-----END CERTIFICATE-----<br /></ca><br /><tls-crypt-v2><br />", body)
+        self.assertIn(b"-----END CERTIFICATE-----<br /></ca><br /><cert><br />", body)
+        self.assertIn(b"-----END PRIVATE KEY-----<br /></key><br /><tls-crypt-v2><br />", body)
         self.assertTrue(body.endswith(b" tls-crypt-v2 client key-----<br /></tls-crypt-v2><br />"))
         self.assertNotIn(b"\n", body)
 

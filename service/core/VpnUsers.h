@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Grant.h"
+#include "UserTokens.h"
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quorvane::service {
+
+using Clock = std::function<std::chrono::system_clock::time_point()>;
+
+struct Credentials {
+    std::string user;
+    std::string password;
+};
+
+/// The VPN users of server lists and the grants of configuration requests. Nothing is stored: a user is known
+/// because its name is sealed, and a grant travels in a certificate. Use it from one thread only.
+class VpnUsers {
+public:
+    /// `tokens` is not owned.
+    VpnUsers(const UserTokens &tokens, std::chrono::seconds lifetime, std::chrono::seconds grantLifetime,
+             Clock clock);
+
+    /// A new user.
+    [[nodiscard]] Credentials issue() const;
+    /// Nothing for a user that was never issued or has expired.
+    [[nodiscard]] std::optional<UserTokens::User> find(std::string_view user) const;
+    /// Lets the user log in with the address. Nothing as for find(). Of two grants the later one has the
+    /// later time of issue.
+    std::optional<Grant> grant(const std::string &user, Ipv4Address address, Protocol protocol);
+
+private:
+    const UserTokens &m_tokens;
+    std::chrono::seconds m_lifetime;
+    std::chrono::seconds m_grantLifetime;
+    Clock m_clock;
+    Grant::TimePoint m_lastIssued;
+};
+
+} // namespace quorvane::service
