@@ -67,8 +67,8 @@ def first_datagram(world, configuration):
 class Session:
     """The real OpenVPN with a configuration of the service. It changes nothing in its namespace."""
 
-    _HARMLESS = ["--dev", "null", "--route-noexec", "--ifconfig-noexec", "--verb", "3"]
-    _LEFT_OUT = ("dev ", "redirect-gateway", "block-ipv6", "ifconfig-ipv6")
+    HARMLESS = ["--dev", "null", "--route-noexec", "--ifconfig-noexec", "--verb", "3"]
+    LEFT_OUT = ("dev ", "redirect-gateway", "block-ipv6", "ifconfig-ipv6")
 
     def __init__(self, world, configuration, user, password):
         folder = world.folder / "honest"
@@ -76,14 +76,14 @@ class Session:
         program = folder / "honest"
         if not program.is_symlink():
             program.symlink_to("/usr/sbin/openvpn")
-        lines = [line for line in configuration.splitlines() if not line.startswith(self._LEFT_OUT)]
+        lines = [line for line in configuration.splitlines() if not line.startswith(self.LEFT_OUT)]
         (folder / "honest.ovpn").write_text("\n".join(lines) + "\n", encoding="ascii")
         (folder / "pair").touch(mode=0o600)
         (folder / "pair").write_text(f"{user}\n{password}\n", encoding="ascii")
         self._begun = time.monotonic()
         self._process = subprocess.Popen(
             ["ip", "netns", "exec", network.HOME, str(program), "--config", str(folder / "honest.ovpn")]
-            + ["--auth-user-pass", str(folder / "pair"), *self._HARMLESS],
+            + ["--auth-user-pass", str(folder / "pair"), *self.HARMLESS],
             stdout=subprocess.PIPE,
             stderr=subprocess.STDOUT,
             text=True,
