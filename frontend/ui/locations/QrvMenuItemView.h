@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QAction>
+#include <QLabel>
 #include <QPointer>
 #include <QWidget>
 
-class QAction;
-class QLabel;
 class QMenu;
 
 namespace quorvane {
