@@ -160,6 +160,7 @@ Gateway readGateway(JsonReader &reader) {
     if (gateway.openvpn.front() != '/') {
         reader.fail("openvpn", "must be an absolute path");
     }
+    gateway.allowPrivate = reader.networks("allow_private");
     if (!reader.has("nft")) {
         return gateway;
     }

@@ -113,6 +113,8 @@ struct Gateway {
     std::string map = "lent";
     std::string set = "allowed";
     std::string wanInterface; ///< empty: any interface
+    /// Private networks, and networks of the gateway's own addresses, that VPN users may reach.
+    std::vector<Ipv4Network> allowPrivate;
 };
 
 /// Where the page of metrics is: at a port of a loopback address, or at a socket in the file system.

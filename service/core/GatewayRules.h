@@ -9,8 +9,8 @@ namespace quorvane::service {
 /// Input for nft on the gateway. Each text is one transaction.
 class GatewayRules {
 public:
-    /// None of the arguments is owned.
-    GatewayRules(const Gateway &gateway, const Vpn &vpn, const VpnLimits &limits);
+    /// For a configuration with a gateway, which is not owned.
+    explicit GatewayRules(const Config &config);
 
     /// Makes the tables and replaces those of an earlier run. Tables that are not our own are emptied only.
     [[nodiscard]] std::string setup() const;
@@ -23,10 +23,12 @@ public:
 
 private:
     [[nodiscard]] std::string ruleset() const;
+    [[nodiscard]] std::string forwardChain(const std::string &networks, const std::string &devices) const;
+    [[nodiscard]] std::string ownChains(const std::string &devices) const;
 
+    const Config &m_config;
     const Gateway &m_gateway;
     const Vpn &m_vpn;
-    const VpnLimits &m_limits;
 };
 
 } // namespace quorvane::service

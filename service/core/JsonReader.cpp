@@ -134,6 +134,19 @@ std::vector<Ipv4Address> JsonReader::addresses(const std::string &key) {
     return addresses;
 }
 
+std::vector<Ipv4Network> JsonReader::networks(const std::string &key) {
+    std::vector<Ipv4Network> networks;
+    for (const std::string &text : texts(key)) {
+        const auto network = Ipv4Network::parse(text);
+        if (!network) {
+            fail(key + '[' + std::to_string(networks.size()) + ']',
+                 "must be a network such as 10.8.0.0/16, with no host bits set");
+        }
+        networks.push_back(*network);
+    }
+    return networks;
+}
+
 void JsonReader::object(const std::string &key, const std::function<void(JsonReader &)> &read) {
     JsonReader reader(required(key), pathOf(key));
     read(reader);

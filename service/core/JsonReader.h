@@ -40,6 +40,7 @@ public:
     [[nodiscard]] Ipv4Network network(const std::string &key);
     [[nodiscard]] std::vector<std::string> texts(const std::string &key);
     [[nodiscard]] std::vector<Ipv4Address> addresses(const std::string &key);
+    [[nodiscard]] std::vector<Ipv4Network> networks(const std::string &key);
 
     /// Calls `read` with a reader for the object under the key, which must be present.
     void object(const std::string &key, const std::function<void(JsonReader &)> &read);

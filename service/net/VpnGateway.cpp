@@ -20,8 +20,8 @@ std::vector<std::string> nftCommand(const Gateway &gateway) {
 } // namespace
 
 VpnGateway::VpnGateway(boost::asio::io_context &context, const Config &config, UsedGrants &grants)
-    : m_context(context), m_config(config), m_grants(grants),
-      m_rules(*config.gateway, config.vpn, config.limits.vpn), m_nft(context, nftCommand(*config.gateway)) {}
+    : m_context(context), m_config(config), m_grants(grants), m_rules(config),
+      m_nft(context, nftCommand(*config.gateway)) {}
 
 VpnGateway::~VpnGateway() = default;
 

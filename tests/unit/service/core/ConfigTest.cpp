@@ -86,6 +86,7 @@ TEST(Config, EveryKeyCanBeSet) {
     document["vpn"]["ping_exit_seconds"] = 4;
     document["vpn"]["certificate_name"] = "vpn";
     document["gateway"]["openvpn"] = "/o";
+    document["gateway"]["allow_private"] = {"192.168.5.0/24"};
     document["gateway"]["nft"] = {
         {"program", "/n"}, {"create", false}, {"table", "t"}, {"map", "m"}, {"set", "s"}};
     const auto result = parseConfig(document.dump());
@@ -113,6 +114,7 @@ TEST(Config, EveryKeyCanBeSet) {
     EXPECT_EQ(config.vpn.renegotiation, std::chrono::seconds(20));
     EXPECT_EQ(config.vpn.pingExit, std::chrono::seconds(4));
     EXPECT_EQ(config.gateway->map, "m");
+    EXPECT_EQ(config.gateway->allowPrivate.at(0).text(), "192.168.5.0/24");
     EXPECT_FALSE(config.gateway->createTables);
 }
 
@@ -255,6 +257,7 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"/vpn/certificate_name", "\"a\\\"b\"", "vpn.certificate_name: must not hold"},
         Wrong{"/gateway/command", "\"ip\"", "gateway.command: must be a list"},
         Wrong{"/gateway/command", "[\"\"]", "gateway.command[0]: must be a text"},
+        Wrong{"/gateway/allow_private", "[\"10.0.0.1/8\"]", "gateway.allow_private[0]: must be a network"},
         Wrong{"/gateway/openvpn", "\"openvpn\"", "gateway.openvpn: must be an absolute"},
         Wrong{"/gateway/nft/set", "\"lent\"", "gateway.nft.set: must differ"},
         Wrong{"/gateway/nft/table", "\"a; b\"", "gateway.nft.table: must be a name"}));
