@@ -47,7 +47,7 @@ int main(int argc, char **argv) {
     if (path.empty()) {
         return usage();
     }
-    const auto config = quorvane::service::loadConfig(path);
+    auto config = quorvane::service::loadConfig(path);
     if (!config) {
         std::fprintf(stderr, "quorvane-service: %s\n", config.error().c_str());
         return exitUsage;
@@ -58,7 +58,7 @@ int main(int argc, char **argv) {
     std::signal(SIGPIPE, SIG_IGN);
     raiseOpenFileLimit();
     try {
-        return quorvane::service::runService(config.value());
+        return quorvane::service::runService(std::move(config).value());
     } catch (const std::exception &error) {
         std::fprintf(stderr, "quorvane-service: %s\n", error.what());
         return 1;

@@ -409,7 +409,9 @@ Result<Config> loadConfig(const std::string &path) {
     if (const auto unreadable = firstUnreadable(config.value())) {
         return Failure{path + ": " + *unreadable};
     }
-    return config;
+    Config loaded = std::move(config).value();
+    loaded.file = path;
+    return loaded;
 }
 
 } // namespace quorvane::service

@@ -125,6 +125,7 @@ struct MetricsListener {
 };
 
 struct Config {
+    std::string file; ///< the configuration's own; empty when it was not read from a file
     std::vector<ListenAddress> listen;
     std::string tlsCertificate;
     std::string tlsKey;

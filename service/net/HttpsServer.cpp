@@ -9,6 +9,8 @@
 
 #include "HttpsServer.h"
 
+#include "ServerTls.h"
+
 #include <array>
 #include <ctime>
 #include <list>
@@ -435,28 +437,13 @@ HttpsServer::HttpsServer(asio::io_context &context, const Config &config, Handle
 HttpsServer::~HttpsServer() = default;
 
 Result<> HttpsServer::start() {
-    error_code error;
-    auto &tls = m_shared->tls;
     const Config &config = m_shared->config;
-    SSL_CTX_set_min_proto_version(tls.native_handle(), TLS1_2_VERSION);
-    // Saves the buffers of connections that wait for their next request.
-    SSL_CTX_set_mode(tls.native_handle(), SSL_MODE_RELEASE_BUFFERS);
-    // The server stores no sessions; session tickets, which clients store, still work.
-    SSL_CTX_set_session_cache_mode(tls.native_handle(), SSL_SESS_CACHE_OFF);
-    tls.use_certificate_chain_file(config.tlsCertificate, error);
-    if (error) {
-        return Failure{"tls.certificate: " + config.tlsCertificate + ": " + error.message()};
-    }
-    tls.use_private_key_file(config.tlsKey, ssl::context::pem, error);
-    if (error) {
-        return Failure{"tls.key: " + config.tlsKey + ": " + error.message()};
-    }
-    if (SSL_CTX_check_private_key(tls.native_handle()) != 1) {
-        return Failure{"tls.key: does not belong to the certificate"};
+    if (auto loaded = reloadCertificate(); !loaded) {
+        return loaded;
     }
     for (const ListenAddress &address : config.listen) {
         const auto listener = std::make_shared<Listener>(*m_shared);
-        error = listener->bind(address);
+        const error_code error = listener->bind(address);
         if (error) {
             return Failure{"listen: " + address.address + " port " + std::to_string(address.port) + ": " +
                            error.message()};
@@ -466,6 +453,15 @@ Result<> HttpsServer::start() {
     }
     m_shared->reportOldRefusals();
     return {};
+}
+
+Result<> HttpsServer::reloadCertificate() {
+    ssl::context tls{ssl::context::tls_server};
+    auto prepared = prepareServerTls(tls.native_handle(), m_shared->config);
+    if (prepared) {
+        m_shared->tls = std::move(tls); // connections that exist hold the former one
+    }
+    return prepared;
 }
 
 const CallerLimits &HttpsServer::limits() const {

@@ -32,6 +32,9 @@ public:
 
     /// Loads the certificate and binds all addresses.
     Result<> start();
+    /// Uses the certificate and the key as they are in their files now, for new connections. When they are
+    /// unusable, those in use stay.
+    Result<> reloadCertificate();
     /// Stops accepting and closes every connection. An object that was not stopped may be destroyed
     /// only when the io_context has stopped.
     void stop();

@@ -102,7 +102,7 @@ private:
 /// Owns and connects all parts of the service. Members are destroyed from the last to the first.
 class Service {
 public:
-    explicit Service(const Config &config)
+    explicit Service(Config &config)
         : m_config(config),
           m_users(m_tokens, config.credentialLifetime, config.grantLifetime, &std::chrono::system_clock::now),
           m_grants(
@@ -230,7 +230,25 @@ private:
         return {};
     }
 
-    /// After SIGHUP the logs are opened again: another program has renamed them.
+    /// Takes the lent addresses and the listener's certificate as they are in their files now. What cannot be
+    /// used leaves the former ones in use. All other settings count from the next start on.
+    void reload() {
+        auto read = loadConfig(m_config.file);
+        if (read) {
+            Config changed = std::move(read).value();
+            m_config.groups = std::move(changed.groups);
+            m_config.homes = std::move(changed.homes);
+            m_config.tlsCertificate = std::move(changed.tlsCertificate);
+            m_config.tlsKey = std::move(changed.tlsKey);
+        } else {
+            writeLog("the former configuration stays in use: " + read.error());
+        }
+        if (const auto loaded = m_https.reloadCertificate(); !loaded) {
+            writeLog("the former certificate stays in use: " + loaded.error());
+        }
+    }
+
+    /// After SIGHUP the logs are opened again, too: another program may have renamed them.
     void awaitReopenSignal() {
         m_reopenSignal.async_wait([this](boost::system::error_code error, int) {
             if (!error) {
@@ -238,6 +256,7 @@ private:
                 if (m_gateway) {
                     m_gateway->reopenLogs();
                 }
+                reload();
                 awaitReopenSignal();
             }
         });
@@ -293,7 +312,7 @@ private:
         return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(), m_grants.size()};
     }
 
-    const Config &m_config;
+    Config &m_config;
     FolderLock m_lock;
     asio::io_context m_context{1};
     UserTokens m_tokens; ///< without keys until they are loaded by start()
@@ -318,7 +337,7 @@ private:
 
 } // namespace
 
-int runService(const Config &config) {
+int runService(Config config) {
     Service service(config);
     if (const auto started = service.start(); !started) {
         std::fprintf(stderr, "quorvane-service: %s\n", started.error().c_str());

@@ -11,6 +11,6 @@ constexpr int exitUnexpectedRequests = 3;
 
 /// Runs the service until SIGTERM or SIGINT and returns the exit status. Errors are reported on standard
 /// error.
-[[nodiscard]] int runService(const Config &config);
+[[nodiscard]] int runService(Config config);
 
 } // namespace quorvane::service

@@ -157,8 +157,9 @@ class Service:
             link.sendall((json.dumps(command) + "\n").encode())
             return json.loads(link.makefile().readline())
 
-    def connect(self):
-        context = ssl.create_default_context(cafile=f"{self.folder}/cert.pem")
+    def connect(self, context=None):
+        """A TLS connection; without a context it must have the certificate in the folder."""
+        context = context or ssl.create_default_context(cafile=f"{self.folder}/cert.pem")
         raw = socket.create_connection(("127.0.0.1", self.port), EVENTUALLY)
         return context.wrap_socket(raw, server_hostname="127.0.0.1")
 
