@@ -68,9 +68,10 @@ std::string locationRecord(const Group &group) {
     return group.countryCode + ';' + group.locationCode + ';' + group.label + ';' + (group.full ? '1' : '0');
 }
 
-std::string serverListAnswer(const Config &config, std::string_view peer, const Credentials &credentials) {
+std::string serverListAnswer(const Config &config, const std::vector<Group> &offered, std::string_view peer,
+                             const Credentials &credentials) {
     std::string locations;
-    for (const Group &group : config.groups) {
+    for (const Group &group : offered) {
         locations += (locations.empty() ? "" : "|") + locationRecord(group);
     }
     std::vector<std::string> lines = {"STATUS: 0",
@@ -79,8 +80,8 @@ std::string serverListAnswer(const Config &config, std::string_view peer, const 
                                       "LOCATIONS: " + locations,
                                       "VPNUser: " + credentials.user,
                                       "VPNPass: " + credentials.password};
-    for (std::size_t i = 0; i < config.groups.size(); ++i) {
-        lines.push_back("Server: " + serverRecord(i + 1, config.groups[i]));
+    for (std::size_t i = 0; i < offered.size(); ++i) {
+        lines.push_back("Server: " + serverRecord(i + 1, offered[i]));
     }
     return joinLines(lines);
 }

@@ -12,9 +12,9 @@ namespace quorvane::service {
 [[nodiscard]] std::string joinLines(const std::vector<std::string> &lines);
 
 /// The answer to the server-list request: status, the caller's address and country, the locations, the
-/// credentials and one server line per group.
-[[nodiscard]] std::string serverListAnswer(const Config &config, std::string_view peer,
-                                           const Credentials &credentials);
+/// credentials and one server line per group that is offered.
+[[nodiscard]] std::string serverListAnswer(const Config &config, const std::vector<Group> &offered,
+                                           std::string_view peer, const Credentials &credentials);
 
 /// An answer with a status and the caller's address only. Status 0 means accepted.
 [[nodiscard]] std::string statusAnswer(int status, std::string_view peer);

@@ -108,7 +108,8 @@ std::string Api::serverList(const Target &target, const std::string &peer) {
     if (!arguments(target, {"ver", "device", "systamp", "uniqueid"})) {
         return statusAnswer(1, peer);
     }
-    return serverListAnswer(m_config, peer, m_users.issue());
+    return serverListAnswer(m_config, m_draining() ? std::vector<Group>() : m_config.groups, peer,
+                            m_users.issue());
 }
 
 std::string Api::vpnConfiguration(const Target &target) {
@@ -130,7 +131,7 @@ std::string Api::vpnConfiguration(const Target &target) {
     if (!m_users.find((*values)[4])) {
         return "ERR: Unknown or expired session";
     }
-    if (m_config.groupOf(*desired) == nullptr) {
+    if (m_draining() || m_config.groupOf(*desired) == nullptr) {
         return "ERR: Address not available";
     }
     const auto grant = m_users.grant((*values)[4], *desired, server->protocol);

@@ -6,7 +6,9 @@
 #include "Target.h"
 #include "VpnUsers.h"
 
+#include <functional>
 #include <string>
+#include <utility>
 
 namespace quorvane::service {
 
@@ -42,6 +44,9 @@ public:
         m_authority = &authority;
     }
 
+    /// While `draining` returns true, no address is offered.
+    void setDraining(std::function<bool()> draining) { m_draining = std::move(draining); }
+
     [[nodiscard]] HttpResponse answer(const HttpRequest &request);
 
 private:
@@ -56,6 +61,9 @@ private:
     VpnUsers &m_users;
     const ControlKey *m_controlKey = nullptr;
     const ClientAuthority *m_authority = nullptr;
+    std::function<bool()> m_draining = [] {
+        return false;
+    };
 };
 
 } // namespace quorvane::service

@@ -297,6 +297,9 @@ Config readConfig(JsonReader &reader) {
     if (reader.has("keys")) {
         config.userKeys = readPath(reader, "keys");
     }
+    if (reader.has("state_file")) {
+        config.stateFile = readPath(reader, "state_file");
+    }
     readFolders(reader, config);
     config.strict = reader.boolean("strict", false);
     reader.objects("announced",
@@ -356,6 +359,10 @@ std::string Config::clientAuthorityPath() const {
 
 std::string Config::clientCertificatesPath() const {
     return runtimeFolder + "/client-authority.crt";
+}
+
+std::string Config::stateFilePath() const {
+    return stateFile.empty() ? runtimeFolder + "/operator.json" : stateFile;
 }
 
 std::string Config::userKeysPath() const {

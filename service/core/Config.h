@@ -133,7 +133,8 @@ struct Config {
     std::vector<HomeNetwork> homes;
     std::chrono::seconds credentialLifetime{86400};
     std::chrono::seconds grantLifetime{60};
-    std::string userKeys; ///< file of the keys of VPN users; empty: made in the runtime folder
+    std::string userKeys;  ///< file of the keys of VPN users; empty: made in the runtime folder
+    std::string stateFile; ///< of what the operator has ordered; empty: in the runtime folder
     std::string requestLog;
     std::string runtimeFolder;
     bool strict = false;
@@ -150,6 +151,8 @@ struct Config {
     [[nodiscard]] std::string clientAuthorityPath() const;
     /// The file of its certificates alone, which the OpenVPN servers read.
     [[nodiscard]] std::string clientCertificatesPath() const;
+    /// The file of what the operator has ordered.
+    [[nodiscard]] std::string stateFilePath() const;
     /// The file of the keys of VPN users.
     [[nodiscard]] std::string userKeysPath() const;
     /// The group that lends the address, or null.

@@ -36,17 +36,48 @@ json statusReport(const ServiceStatus &status) {
     }
     const bool ready = std::all_of(status.servers.begin(), status.servers.end(),
                                    [](const ServerStatus &server) { return server.ready; });
-    return {{"ok", true}, {"ready", ready}, {"credentials", status.credentials}, {"servers", entries}};
+    return {{"ok", true},
+            {"ready", ready},
+            {"credentials", status.credentials},
+            {"draining", status.draining},
+            {"revocations", status.revocations},
+            {"servers", entries}};
 }
 
 json failure(const std::string &message) {
     return {{"ok", false}, {"error", message}};
 }
 
+json drain(JsonReader &reader, const OperatorOrders &orders) {
+    const bool on = reader.boolean("on", true);
+    reader.finish();
+    const auto done = orders.drain(on);
+    return done ? json{{"ok", true}} : failure(done.error());
+}
+
+json revoke(JsonReader &reader, const OperatorOrders &orders) {
+    if (reader.has("user") == reader.has("address")) {
+        return failure("either user or address is needed");
+    }
+    if (reader.has("user")) {
+        const std::string user = reader.text("user");
+        reader.finish();
+        const auto ended = orders.revokeUser(user);
+        return ended ? json{{"ok", true}, {"ended", ended.value()}} : failure(ended.error());
+    }
+    const auto address = Ipv4Address::parse(reader.text("address"));
+    reader.finish();
+    if (!address) {
+        return failure("address: must be an IPv4 address");
+    }
+    const auto ended = orders.revokeAddress(*address);
+    return ended ? json{{"ok", true}, {"ended", ended.value()}} : failure(ended.error());
+}
+
 } // namespace
 
-ControlCommands::ControlCommands(AnnouncedRequests &announced, Status status)
-    : m_announced(announced), m_status(std::move(status)) {}
+ControlCommands::ControlCommands(AnnouncedRequests &announced, Status status, OperatorOrders orders)
+    : m_announced(announced), m_status(std::move(status)), m_orders(std::move(orders)) {}
 
 std::string ControlCommands::answer(std::string_view line) {
     json answer;
@@ -64,6 +95,10 @@ std::string ControlCommands::answer(std::string_view line) {
             answer = {{"ok", true}};
         } else if (command == "report") {
             answer = report(m_announced);
+        } else if (command == "drain") {
+            answer = drain(reader, m_orders);
+        } else if (command == "revoke") {
+            answer = revoke(reader, m_orders);
         } else if (command == "status") {
             answer = statusReport(m_status());
         } else {

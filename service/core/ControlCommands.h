@@ -1,6 +1,8 @@
 #pragma once
 
 #include "AnnouncedRequests.h"
+#include "Ipv4.h"
+#include "common/Result.h"
 
 #include <cstdint>
 #include <functional>
@@ -22,7 +24,17 @@ struct ServerStatus {
 /// The state of the service.
 struct ServiceStatus {
     std::vector<ServerStatus> servers;
-    std::size_t credentials = 0; ///< number of grants of VPN users
+    std::size_t credentials = 0; ///< number of used grants that are remembered
+    bool draining = false;
+    std::size_t revocations = 0; ///< users and addresses that are revoked
+};
+
+/// What the operator may order. Each reports a failure to write the order down.
+struct OperatorOrders {
+    std::function<Result<>(bool on)> drain;
+    /// Both return the number of sessions that were ended.
+    std::function<Result<std::size_t>(const std::string &user)> revokeUser;
+    std::function<Result<std::size_t>(Ipv4Address address)> revokeAddress;
 };
 
 /// Answers the lines of the control socket.
@@ -31,7 +43,7 @@ public:
     using Status = std::function<ServiceStatus()>;
 
     /// `announced` is not owned.
-    ControlCommands(AnnouncedRequests &announced, Status status);
+    ControlCommands(AnnouncedRequests &announced, Status status, OperatorOrders orders);
 
     /// One JSON object in, one JSON object out, both without a line feed. A line that is not understood is
     /// answered with an error.
@@ -40,6 +52,7 @@ public:
 private:
     AnnouncedRequests &m_announced;
     Status m_status;
+    OperatorOrders m_orders;
 };
 
 } // namespace quorvane::service

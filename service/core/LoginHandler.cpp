@@ -3,6 +3,7 @@
 #include "RequestLog.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace quorvane::service {
 
@@ -57,7 +58,7 @@ void LoginHandler::connect(const ManagementEvent &event) {
         return;
     }
     m_grants.setTunnelAddress(user, *tunnel);
-    m_sessions[event.client] = {user, password, *tunnel, event.key};
+    m_sessions[event.client] = {user, password, *tunnel, grant->address, event.key};
     m_log("login of " + jsonText(user) + " from " + jsonText(source) + ": " + tunnel->text() + " lends " +
           grant->address.text());
     m_table.lend(*tunnel, grant->address,
@@ -105,6 +106,21 @@ void LoginHandler::endEarlierSession(const std::string &user) {
         endSession(client);
         m_send("client-kill " + std::to_string(client) + '\n');
     }
+}
+
+std::size_t
+LoginHandler::endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends) {
+    std::vector<std::uint64_t> clients;
+    for (const auto &[client, session] : m_sessions) {
+        if (ends(session.user, session.lent)) {
+            clients.push_back(client);
+        }
+    }
+    for (const std::uint64_t client : clients) {
+        endSession(client);
+        m_send("client-kill " + std::to_string(client) + " HALT\n");
+    }
+    return clients.size();
 }
 
 void LoginHandler::endSession(std::uint64_t client) {

@@ -43,6 +43,10 @@ public:
     /// Ends all sessions. Nothing is sent after this.
     void connectionLost();
 
+    /// Ends the sessions for which `ends` returns true, given the user and the lent address. Returns their
+    /// number. Their clients end, too, instead of trying again.
+    std::size_t endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends);
+
     /// True while the server accepts clients.
     [[nodiscard]] bool ready() const { return m_ready; }
 
@@ -58,6 +62,7 @@ private:
         std::string user;
         std::string password;
         Ipv4Address tunnel;
+        Ipv4Address lent;
         std::uint64_t key = 0;
     };
 

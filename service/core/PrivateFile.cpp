@@ -3,6 +3,7 @@
 #include "common/FileDescriptor.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,13 +11,7 @@
 
 namespace quorvane::service {
 
-namespace {
-
-constexpr std::size_t maximumFileLength = 4096;
-
-} // namespace
-
-Result<std::string> privateFileText(const std::string &path) {
+Result<std::string> privateFileText(const std::string &path, std::size_t maximumLength) {
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
 
     struct stat state {};
@@ -28,7 +23,10 @@ Result<std::string> privateFileText(const std::string &path) {
         (state.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
         return Failure{path + " must be a file of root or of the service's user with mode 600"};
     }
-    std::string text(maximumFileLength, '\0');
+    if (static_cast<std::uintmax_t>(state.st_size) > maximumLength) {
+        return Failure{path + " is longer than " + std::to_string(maximumLength) + " bytes"};
+    }
+    std::string text(maximumLength, '\0');
     const ssize_t length = read(file.get(), text.data(), text.size());
     if (length < 0) {
         return Failure{"cannot read " + path + ": " + std::strerror(errno)};

@@ -18,8 +18,8 @@ bool sameSecret(std::string_view left, std::string_view right) {
 
 } // namespace
 
-UsedGrants::UsedGrants(const VpnUsers &users, Lends lends, Clock clock, std::size_t maximum)
-    : m_users(users), m_lends(std::move(lends)), m_clock(std::move(clock)), m_maximum(maximum) {}
+UsedGrants::UsedGrants(const VpnUsers &users, Offer offer, Clock clock, std::size_t maximum)
+    : m_users(users), m_offer(std::move(offer)), m_clock(std::move(clock)), m_maximum(maximum) {}
 
 UsedGrants::Login UsedGrants::login(const Attempt &attempt) {
     dropExpired();
@@ -59,11 +59,17 @@ UsedGrants::Refusal UsedGrants::refusalOf(const Attempt &attempt,
     if (grant->protocol != attempt.protocol) {
         return Refusal::OtherServer;
     }
-    if (!m_lends(grant->address)) {
+    if (!m_offer.lends(grant->address)) {
         return Refusal::ForeignAddress;
+    }
+    if (m_users.isRevoked(*grant)) {
+        return Refusal::Revoked;
     }
     const auto found = m_used.find(attempt.user);
     if (found == m_used.end() || grant->issued > found->second.issued) {
+        if (m_offer.draining()) {
+            return Refusal::Draining;
+        }
         return m_clock() < grant->limit ? Refusal::None : Refusal::TooLate;
     }
     const Used &used = found->second;
@@ -113,6 +119,10 @@ std::string_view refusalName(UsedGrants::Refusal refusal) {
         return "the grant is for another server";
     case UsedGrants::Refusal::ForeignAddress:
         return "the address is not lent here";
+    case UsedGrants::Refusal::Revoked:
+        return "the grant is revoked";
+    case UsedGrants::Refusal::Draining:
+        return "the gateway drains";
     case UsedGrants::Refusal::TooLate:
         return "no fresh grant";
     case UsedGrants::Refusal::Replaced:

@@ -30,6 +30,8 @@ public:
         OtherUser,
         OtherServer,
         ForeignAddress,
+        Revoked,
+        Draining,
         TooLate,
         Replaced,
         UsedElsewhere
@@ -50,12 +52,18 @@ public:
             source; ///< the client's own address; with an unknown one ("") a grant is good for one login
     };
 
-    using Lends = std::function<bool(Ipv4Address)>;
+    /// What the gateway lends now.
+    struct Offer {
+        std::function<bool(Ipv4Address)> lends; ///< true for an address of the gateway
+        std::function<bool()> draining = [] {
+            return false;
+        }; ///< true: to no new session
+    };
 
-    /// `users` is not owned. `lends` is true for an address that the gateway lends. When so many grants are
+    /// `users` is not owned. When so many grants are
     /// remembered, a new one replaces the one whose user expires first: that session stays, but a further
     /// login with its grant is refused.
-    UsedGrants(const VpnUsers &users, Lends lends, Clock clock, std::size_t maximum = 500000);
+    UsedGrants(const VpnUsers &users, Offer offer, Clock clock, std::size_t maximum = 500000);
 
     /// Remembers the attempt's grant when it is accepted.
     Login login(const Attempt &attempt);
@@ -82,7 +90,7 @@ private:
     void dropFirst();
 
     const VpnUsers &m_users;
-    Lends m_lends;
+    Offer m_offer;
     Clock m_clock;
     std::size_t m_maximum;
     std::unordered_map<std::string, Used> m_used; ///< by user

@@ -8,8 +8,9 @@ using std::chrono::floor;
 using std::chrono::microseconds;
 
 VpnUsers::VpnUsers(const UserTokens &tokens, std::chrono::seconds lifetime,
-                   std::chrono::seconds grantLifetime, Clock clock)
-    : m_tokens(tokens), m_lifetime(lifetime), m_grantLifetime(grantLifetime), m_clock(std::move(clock)) {}
+                   std::chrono::seconds grantLifetime, Clock clock, const Revocations *revocations)
+    : m_tokens(tokens), m_lifetime(lifetime), m_grantLifetime(grantLifetime), m_clock(std::move(clock)),
+      m_revocations(revocations) {}
 
 Credentials VpnUsers::issue() const {
     auto sealed = m_tokens.seal(m_clock() + m_lifetime);
@@ -18,7 +19,8 @@ Credentials VpnUsers::issue() const {
 
 std::optional<UserTokens::User> VpnUsers::find(std::string_view user) const {
     auto opened = m_tokens.open(user);
-    return opened && opened->end > m_clock() ? opened : std::nullopt;
+    const bool revoked = m_revocations != nullptr && m_revocations->revokesUser(user);
+    return opened && opened->end > m_clock() && !revoked ? opened : std::nullopt;
 }
 
 std::optional<Grant> VpnUsers::grant(const std::string &user, Ipv4Address address, Protocol protocol) {

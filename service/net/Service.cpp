@@ -17,6 +17,7 @@
 #include "core/ControlCommands.h"
 #include "core/ControlKey.h"
 #include "core/Metrics.h"
+#include "core/OperatorState.h"
 #include "core/PrivateFile.h"
 #include "core/RequestLog.h"
 #include "core/UsedGrants.h"
@@ -103,22 +104,27 @@ private:
 class Service {
 public:
     explicit Service(Config &config)
-        : m_config(config),
-          m_users(m_tokens, config.credentialLifetime, config.grantLifetime, &std::chrono::system_clock::now),
-          m_grants(
-              m_users, [&config](Ipv4Address address) { return config.groupOf(address) != nullptr; },
-              &std::chrono::system_clock::now),
+        : m_config(config), m_users(m_tokens, config.credentialLifetime, config.grantLifetime,
+                                    &std::chrono::system_clock::now, &m_operatorState),
+          m_grants(m_users,
+                   {[&config](Ipv4Address address) { return config.groupOf(address) != nullptr; },
+                    [this] {
+                        return m_operatorState.draining();
+                    }},
+                   &std::chrono::system_clock::now),
           m_api(config, readFile(config.vpn.ca), m_users),
           m_log(config.log, config.strict ? &m_announced : nullptr, &std::chrono::system_clock::now),
           m_https(
               m_context, config, [this](const HttpRequest &request) { return m_api.answer(request); }, m_log),
-          m_commands(m_announced, [this] { return status(); }),
+          m_commands(
+              m_announced, [this] { return status(); }, operatorOrders()),
           m_control(m_context,
                     [this](LineServer::Send send) {
                         return std::make_unique<ControlClient>(m_commands, std::move(send));
                     }),
           m_metrics(m_context, [this] { return metricsPage(metrics()); }),
           m_signals(m_context, SIGTERM, SIGINT), m_reopenSignal(m_context, SIGHUP) {
+        m_api.setDraining([this] { return m_operatorState.draining(); });
         if (config.gateway) {
             m_gateway = std::make_unique<VpnGateway>(m_context, config, m_grants);
         }
@@ -133,6 +139,9 @@ public:
         }
         if (auto loaded = loadKeys(); !loaded) {
             return loaded;
+        }
+        if (auto loaded = m_operatorState.load(m_config.stateFilePath()); !loaded) {
+            return Failure{"state_file: " + loaded.error()};
         }
         removeAddresses(); // a killed service may have left the file
         if (auto opened = m_log.open(m_config.requestLog); !opened) {
@@ -212,6 +221,40 @@ private:
         m_authority = std::move(authority).value();
         m_api.useKeys(*m_controlKey, *m_authority);
         return writePrivateFile(m_config.clientCertificatesPath(), m_authority->certificates());
+    }
+
+    OperatorOrders operatorOrders() {
+        return {[this](bool on) { return m_operatorState.setDraining(on); },
+                [this](const std::string &user) { return revokeUser(user); },
+                [this](Ipv4Address address) {
+                    return revokeAddress(address);
+                }};
+    }
+
+    using Ends = std::function<bool(const std::string &user, Ipv4Address lent)>;
+
+    /// Ends the sessions after an order was given, which counts although it may not be written.
+    Result<std::size_t> endSessions(const Result<> &ordered, const Ends &ends) {
+        const std::size_t ended = m_gateway ? m_gateway->endSessions(ends) : 0;
+        return ordered ? Result<std::size_t>(ended) : Failure{ordered.error()};
+    }
+
+    Result<std::size_t> revokeUser(const std::string &user) {
+        const auto found = m_tokens.open(user);
+        if (!found) {
+            return Failure{"there is no such user"};
+        }
+        return endSessions(m_operatorState.revokeUser(user, found->end),
+                           [&user](const std::string &other, Ipv4Address) { return other == user; });
+    }
+
+    Result<std::size_t> revokeAddress(Ipv4Address address) {
+        if (m_config.groupOf(address) == nullptr) {
+            return Failure{"the address is not lent here"};
+        }
+        const auto end = std::chrono::system_clock::now() + m_config.credentialLifetime;
+        return endSessions(m_operatorState.revokeAddress(address, end),
+                           [address](const std::string &, Ipv4Address lent) { return lent == address; });
     }
 
     /// One line "address port" per listener. The file is made only when all of them are bound.
@@ -309,13 +352,15 @@ private:
     }
 
     [[nodiscard]] ServiceStatus status() {
-        return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(), m_grants.size()};
+        return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(), m_grants.size(),
+                m_operatorState.draining(), m_operatorState.revocations()};
     }
 
     Config &m_config;
     FolderLock m_lock;
     asio::io_context m_context{1};
     UserTokens m_tokens; ///< without keys until they are loaded by start()
+    OperatorState m_operatorState{&std::chrono::system_clock::now};
     VpnUsers m_users;
     UsedGrants m_grants;
     std::optional<ControlKey> m_controlKey;

@@ -29,6 +29,9 @@ public:
     /// Opens the servers' logs again: another program has renamed the files.
     void reopenLogs();
 
+    /// As LoginHandler::endSessions(), on all servers.
+    std::size_t endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends);
+
     [[nodiscard]] std::vector<ServerStatus> status() const;
 
     struct Lends {

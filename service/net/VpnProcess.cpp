@@ -161,6 +161,12 @@ void VpnProcess::finishStop() {
     m_stopped();
 }
 
+std::size_t
+VpnProcess::endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends) {
+    const auto handler = m_loginHandler.lock();
+    return handler ? handler->endSessions(ends) : 0;
+}
+
 ServerStatus VpnProcess::status() const {
     const auto handler = m_loginHandler.lock();
     return {m_name, m_running, m_running && handler && handler->ready(),

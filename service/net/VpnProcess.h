@@ -35,6 +35,9 @@ public:
     /// Opens the server's log again: another program has renamed the file.
     void reopenLog() { m_log->reopen(); }
 
+    /// As LoginHandler::endSessions().
+    std::size_t endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends);
+
     [[nodiscard]] ServerStatus status() const;
 
 private:

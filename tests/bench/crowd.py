@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """crowd.py [COUNT]: so many sessions at once on one machine, each with an OpenVPN of its own.
 
-Runs inside of tests/e2e/world/enter.py and prints one line of JSON for run-bench. The clients are real OpenVPN
-processes without a device; server lists and configurations are requested before.
+Runs inside of tests/e2e/world/enter.py and prints one line of JSON for run-bench. The clients are real
+OpenVPN processes without a device; server lists and configurations are requested before.
 """
 
 import contextlib

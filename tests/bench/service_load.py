@@ -1,8 +1,8 @@
 #!/usr/bin/python3
-"""service_load.py PROGRAM [LISTS]: what quorvane-service answers in a second, and what a million lists cost it.
+"""service_load.py PROGRAM [LISTS]: what quorvane-service answers in a second, and what a million lists cost.
 
-Prints one line of JSON for run-bench. The load comes from a process of its own over loopback, so both together
-have two processors at most.
+Prints one line of JSON for run-bench. The load comes from a process of its own over loopback, so both have
+two processors at most.
 """
 
 import json

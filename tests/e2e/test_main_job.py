@@ -1,6 +1,5 @@
 """The main job without a pointer: by keys alone, and by the actions of assistive programs alone."""
 
-from harness.conditions import service_api
 from harness.drive import client as ui
 from harness.observe.outcomes import check_hidden, check_not_hidden
 from world import network
@@ -71,21 +70,3 @@ def test_by_assistive_actions_alone(world, client):
     check_not_hidden(client)
     assert client.button_state()["checked"] is False
     assert pointer(client) == untouched
-
-
-def test_session_outlives_its_user(make_world, make_client):
-    """The keys are renewed with the certificate and the user of the login when the user has expired."""
-    world = make_world(credential_seconds=25, vpn_settings={"renegotiation_seconds": 30})
-    client = make_client(world)
-    client.start_hidden(ADA)
-    address = check_hidden(client)
-    log = world.service.runtime / "tcp.log"
-    # The server begins the renewal when 90 to 100 % of the time have passed.
-    world.home.wait_for(
-        lambda: log.read_text(encoding="utf-8").count("Control Channel: TLSv1.3") == 2, "the keys are renewed"
-    )
-    user = world.service.requests_of("VPNC")[0].parameter("sessid")
-    answer = service_api.get(world.home, service_api.configuration_target(user, address))
-    assert "Unknown or expired session" in answer
-    assert check_hidden(client) == address
-    assert len(world.service.requests_of("MRTSL")) == 1

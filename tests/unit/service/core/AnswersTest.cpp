@@ -10,7 +10,7 @@ namespace {
 using test::sampleConfig;
 
 TEST(Answers, TheServerListByteForByte) {
-    EXPECT_EQ(serverListAnswer(sampleConfig(), "198.51.100.10", {"user1", "pass1"}),
+    EXPECT_EQ(serverListAnswer(sampleConfig(), sampleConfig().groups, "198.51.100.10", {"user1", "pass1"}),
               "STATUS: 0<br />ClientIP: 198.51.100.10<br />CC: AT<br />"
               "LOCATIONS: DE;BER;Germany Berlin;1|US;BOS;United States Boston;0<br />"
               "VPNUser: user1<br />VPNPass: pass1<br />"

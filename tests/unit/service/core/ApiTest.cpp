@@ -170,6 +170,17 @@ TEST_F(ApiTest, RefusalsOfAWellFormedRequestHaveAReason) {
     EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP")).body, "ERR: Unknown or expired session");
 }
 
+TEST_F(ApiTest, WhileItDrainsNothingIsOffered) {
+    const std::string user = newUser();
+    m_api.setDraining([] { return true; });
+    const std::string list =
+        get("/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1").body;
+    EXPECT_EQ(list.rfind("STATUS: 0<br />", 0), 0U);
+    EXPECT_EQ(fieldOf(list, "LOCATIONS: "), "");
+    EXPECT_EQ(list.find("Server: "), std::string::npos);
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP")).body, "ERR: Address not available");
+}
+
 TEST_F(ApiTest, TheAddressPageDependsOnTheCaller) {
     const auto script = get("/ip");
     EXPECT_EQ(script.body, "198.51.100.10\n");

@@ -49,6 +49,7 @@ TEST(Config, ReadsTheKeysAndUsesDefaults) {
     EXPECT_EQ(config.limits.connections, 4096U);
     EXPECT_EQ(config.controlKeyPath(), "/run/x/control.key");
     EXPECT_EQ(config.clientAuthorityPath(), "/run/x/client-authority.pem");
+    EXPECT_EQ(config.stateFilePath(), "/run/x/operator.json");
     EXPECT_EQ(config.vpn.renegotiation, std::chrono::seconds(3600));
     EXPECT_FALSE(config.strict);
     ASSERT_TRUE(config.gateway);
@@ -78,6 +79,7 @@ TEST(Config, EveryKeyCanBeSet) {
                                         {"burst_seconds", 16}};
     document["vpn"]["control_key"] = "/control";
     document["vpn"]["client_authority"] = "/authority";
+    document["state_file"] = "/state";
     document["vpn"]["renegotiation_seconds"] = 20;
     document["log"] = {{"file_bytes", 65536}, {"copies", 0}, {"bytes_per_second", 4096}};
     document["vpn"]["dns"] = {"8.8.8.8"};
@@ -110,6 +112,7 @@ TEST(Config, EveryKeyCanBeSet) {
     EXPECT_EQ(config.limits.vpn.unfinished, 8U);
     EXPECT_EQ(config.controlKeyPath(), "/control");
     EXPECT_EQ(config.clientAuthorityPath(), "/authority");
+    EXPECT_EQ(config.stateFilePath(), "/state");
     EXPECT_EQ(config.clientCertificatesPath(), "/run/x/client-authority.crt");
     EXPECT_EQ(config.vpn.renegotiation, std::chrono::seconds(20));
     EXPECT_EQ(config.vpn.pingExit, std::chrono::seconds(4));

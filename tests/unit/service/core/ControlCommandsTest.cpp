@@ -13,11 +13,27 @@ class ControlCommandsTest : public testing::Test {
 protected:
     json answerTo(const std::string &line) { return json::parse(m_commands.answer(line)); }
 
+    Result<> ordered(const std::string &order) {
+        m_orders.push_back(order);
+        return m_failure.empty() ? Result<>() : Failure{m_failure};
+    }
+
+    Result<std::size_t> ended(const std::string &order) {
+        const auto done = ordered(order);
+        return done ? Result<std::size_t>(3) : Failure{done.error()};
+    }
+
     AnnouncedRequests m_announced;
     ServiceStatus m_status;
-    ControlCommands m_commands{m_announced, [this] {
-                                   return m_status;
-                               }};
+    std::vector<std::string> m_orders;
+    std::string m_failure; ///< of every order; empty: none
+    ControlCommands m_commands{m_announced,
+                               [this] { return m_status; },
+                               {[this](bool on) { return ordered(on ? "drain" : "drain no more"); },
+                                [this](const std::string &user) { return ended("user " + user); },
+                                [this](Ipv4Address address) {
+                                    return ended("address " + address.text());
+                                }}};
 };
 
 TEST_F(ControlCommandsTest, AnnouncesAndReports) {
@@ -38,13 +54,39 @@ TEST_F(ControlCommandsTest, AnEmptyTargetCanBeAnnounced) {
 }
 
 TEST_F(ControlCommandsTest, ReportsTheStatusOfTheServers) {
-    m_status = {{{"udp", true, true, 3}, {"tcp", true, false, 0}}, 7};
-    EXPECT_EQ(answerTo(R"({"command":"status"})"),
-              json::parse(R"({"ok":true,"ready":false,"credentials":7,"servers":{
+    m_status = {{{"udp", true, true, 3}, {"tcp", true, false, 0}}, 7, true, 2};
+    EXPECT_EQ(
+        answerTo(R"({"command":"status"})"),
+        json::parse(R"({"ok":true,"ready":false,"credentials":7,"draining":true,"revocations":2,"servers":{
                   "udp":{"running":true,"ready":true,"clients":3},
                   "tcp":{"running":true,"ready":false,"clients":0}}})"));
     m_status.servers[1].ready = true;
     EXPECT_EQ(answerTo(R"({"command":"status"})").at("ready"), true);
+}
+
+TEST_F(ControlCommandsTest, PassesTheOperatorsOrdersOn) {
+    EXPECT_EQ(answerTo(R"({"command":"drain"})"), json::parse(R"({"ok":true})"));
+    EXPECT_EQ(answerTo(R"({"command":"drain","on":false})"), json::parse(R"({"ok":true})"));
+    const auto ended = json::parse(R"({"ok":true,"ended":3})");
+    EXPECT_EQ(answerTo(R"({"command":"revoke","user":"user1"})"), ended);
+    EXPECT_EQ(answerTo(R"({"command":"revoke","address":"203.0.113.5"})"), ended);
+    EXPECT_EQ(m_orders,
+              (std::vector<std::string>{"drain", "drain no more", "user user1", "address 203.0.113.5"}));
+    m_failure = "the disk is full";
+    for (const std::string line : {R"({"command":"drain"})", R"({"command":"revoke","user":"user1"})",
+                                   R"({"command":"revoke","address":"203.0.113.5"})"}) {
+        EXPECT_EQ(answerTo(line), json::parse(R"({"ok":false,"error":"the disk is full"})"));
+    }
+}
+
+TEST_F(ControlCommandsTest, MalformedOrdersAreNotPassedOn) {
+    for (const std::string line :
+         {R"({"command":"drain","on":1})", R"({"command":"drain","off":true})", R"({"command":"revoke"})",
+          R"({"command":"revoke","user":"u","address":"203.0.113.5"})", R"({"command":"revoke","user":""})",
+          R"({"command":"revoke","address":"host"})", R"({"command":"revoke","user":"u","x":1})"}) {
+        EXPECT_EQ(answerTo(line).at("ok"), false) << line;
+    }
+    EXPECT_TRUE(m_orders.empty());
 }
 
 TEST_F(ControlCommandsTest, AnswersAMalformedCommandWithAnError) {

@@ -68,7 +68,10 @@ protected:
     VpnUsers m_users{m_tokens, seconds(100), seconds(10), [this] {
                          return m_now;
                      }};
-    UsedGrants m_grants{m_users, [](Ipv4Address) { return true; },
+    UsedGrants m_grants{m_users,
+                        {[](Ipv4Address) {
+                            return true;
+                        }},
                         [this] {
                             return m_now;
                         }};
@@ -255,6 +258,24 @@ TEST_F(LoginHandlerTest, KeysAreRenewedWithTheSessionsOwnCredentialsOnly) {
     handle(Kind::Reauth, 9, 3, credentials);
     EXPECT_EQ(sent(), "client-deny 9 3 \"not the session's credentials\" \"login refused\"\n");
     EXPECT_EQ(m_handler->sessionCount(), 1U);
+}
+
+TEST_F(LoginHandlerTest, SessionsCanBeEndedByUserAndByAddress) {
+    const auto first = granted(berlin);
+    handle(Kind::Connect, 1, 0, first);
+    handle(Kind::Connect, 2, 0, granted(boston));
+    handle(Kind::Connect, 3, 0, granted(boston));
+    m_table.calls.clear();
+    EXPECT_EQ(m_handler->endSessions([](const std::string &, Ipv4Address lent) { return lent == boston; }),
+              2U);
+    EXPECT_EQ(sent(), "client-kill 2 HALT\nclient-kill 3 HALT\n");
+    EXPECT_EQ(m_table.calls, (std::vector<std::string>{"release 10.8.0.3", "release 10.8.0.4"}));
+    handle(Kind::Disconnect, 2);
+    EXPECT_EQ(m_table.calls.size(), 2U);
+    EXPECT_EQ(
+        m_handler->endSessions([&first](const std::string &user, Ipv4Address) { return user == first.user; }),
+        1U);
+    EXPECT_EQ(m_handler->endSessions([](const std::string &, Ipv4Address) { return true; }), 0U);
 }
 
 TEST_F(LoginHandlerTest, TheEndOfTheServerEndsItsSessions) {

@@ -1,4 +1,5 @@
 #include "core/UsedGrants.h"
+#include "core/OperatorState.h"
 
 #include <gtest/gtest.h>
 
@@ -32,8 +33,16 @@ protected:
     };
     std::chrono::system_clock::time_point m_now{seconds(1000)};
     UserTokens m_tokens{{UserTokens::Key{1}}};
-    VpnUsers m_users{m_tokens, seconds(100), seconds(10), m_clock};
-    UsedGrants m_grants{m_users, [](Ipv4Address address) { return address != foreign; }, m_clock, 3};
+    bool m_draining = false;
+    OperatorState m_state{m_clock};
+    VpnUsers m_users{m_tokens, seconds(100), seconds(10), m_clock, &m_state};
+    UsedGrants m_grants{m_users,
+                        {[](Ipv4Address address) { return address != foreign; },
+                         [this] {
+                             return m_draining;
+                         }},
+                        m_clock,
+                        3};
     Credentials m_user = m_users.issue();
 };
 
@@ -116,6 +125,40 @@ TEST_F(UsedGrantsTest, OfTwoGrantsOfOneMomentTheFirstUsedCounts) {
     second.issued = first.issued; // from another machine
     EXPECT_EQ(login(m_user, first), Refusal::None);
     EXPECT_EQ(login(m_user, second), Refusal::Replaced);
+}
+
+TEST_F(UsedGrantsTest, ARevokedUserIsUnknown) {
+    const Grant grant = granted(m_user, berlin);
+    EXPECT_EQ(login(m_user, grant), Refusal::None);
+    static_cast<void>(m_state.revokeUser(m_user.user, m_now + seconds(100))); // there is no file
+    EXPECT_EQ(login(m_user, grant), Refusal::UnknownUser);
+    EXPECT_FALSE(m_users.grant(m_user.user, berlin, Protocol::Udp));
+}
+
+TEST_F(UsedGrantsTest, GrantsOfARevokedAddressAreRefusedUnlessTheyAreNewer) {
+    const Grant used = granted(m_user, berlin);
+    EXPECT_EQ(login(m_user, used), Refusal::None);
+    const auto other = m_users.issue();
+    const Grant unused = granted(other, berlin);
+    const Grant elsewhere = granted(other, boston);
+    m_now += seconds(1);
+    static_cast<void>(m_state.revokeAddress(berlin, m_now + seconds(100))); // there is no file
+    EXPECT_EQ(login(m_user, used), Refusal::Revoked);
+    EXPECT_EQ(login(other, unused), Refusal::Revoked);
+    EXPECT_EQ(login(other, elsewhere), Refusal::None);
+    m_now += seconds(1);
+    EXPECT_EQ(login(m_user, granted(m_user, berlin)), Refusal::None);
+}
+
+TEST_F(UsedGrantsTest, WhileItDrainsOnlyUsedGrantsLogIn) {
+    const Grant used = granted(m_user, berlin);
+    EXPECT_EQ(login(m_user, used), Refusal::None);
+    m_draining = true;
+    EXPECT_EQ(login(m_user, used), Refusal::None);
+    const Grant another = granted(m_user, boston);
+    EXPECT_EQ(login(m_user, another), Refusal::Draining);
+    m_draining = false;
+    EXPECT_EQ(login(m_user, another), Refusal::None);
 }
 
 TEST_F(UsedGrantsTest, TheTunnelAddressIsOfTheSameGrantOnly) {

