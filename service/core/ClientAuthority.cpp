@@ -22,11 +22,11 @@ namespace quorvane::service {
 
 namespace {
 
-template <auto function>
+template <auto Function>
 struct Free {
     template <typename Object>
     void operator()(Object *object) const {
-        function(object);
+        Function(object);
     }
 };
 

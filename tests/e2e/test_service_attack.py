@@ -13,7 +13,7 @@ from harness.conditions import service_api
 from harness.home.deadlines import EVENTUALLY
 from harness.observe import figures, outcomes
 from world import home as homes
-from world import network, service
+from world import network, pki, service
 from world.accounts import ADA
 from world.service import BERLIN
 
@@ -184,7 +184,27 @@ def test_pairs_that_are_refused(world):
     answer = configuration(world, user, address)
     assert log_in(world, user, password[:-1], answer) == "refused", "not the whole password"
     assert log_in(world, user, other_password, answer) == "refused", "the password of another user"
-    assert log_in(world, other, other_password, answer) == "refused", "a user without a grant"
+    assert log_in(world, other, other_password, answer) == "refused", "the grant of another user"
+    assert log_in(world, user, password, answer) == "up"
+
+
+def test_certificates_that_are_refused(world):
+    """Without the certificate that the service has made, nobody gets as far as a login."""
+    user, password = service_api.credentials(world.home)
+    answer = configuration(world, user, BERLIN.addresses[0])
+    foreign = pki.Authority(world.folder / "foreign").leaf(user, "DNS:foreign")
+    blocks = {kind: file.read_text(encoding="ascii") for kind, file in zip(("cert", "key"), foreign)}
+    other = answer
+    for kind, text in blocks.items():
+        block = f"<{kind}>\n{text}</{kind}>\n".replace("\n", "<br />")
+        other = re.sub(rf"<{kind}>.*</{kind}><br />", lambda _match, block=block: block, other)
+    without = re.sub(r"<cert>.*</key><br />", "", answer)
+    for wrong in (other, without):
+        assert "AUTH_FAILED" not in log_in(world, user, password, wrong)
+        assert world.service.lent() == {}
+    refused = (world.service.runtime / "udp.log").read_text(encoding="utf-8")
+    assert "certificate verify failed" in refused
+    assert "peer did not return a certificate" in refused
     assert log_in(world, user, password, answer) == "up"
 
 
