@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <optional>
 #include <string>
 #include <sys/resource.h>
 
@@ -13,9 +14,10 @@ namespace {
 constexpr int exitUsage = 2;
 
 int usage() {
-    std::fputs("usage: quorvane-service --config FILE [--check]\n"
+    std::fputs("usage: quorvane-service --config FILE [--role ROLE] [--check]\n"
                "\n"
                "  --config FILE  the JSON configuration\n"
+               "  --role ROLE    \"api\" answers requests, \"gateway\" lends addresses, \"all\" does both\n"
                "  --check        read and check the configuration, then exit\n",
                stderr);
     return exitUsage;
@@ -34,20 +36,23 @@ void raiseOpenFileLimit() {
 
 int main(int argc, char **argv) {
     std::string path;
+    auto role = std::optional(quorvane::service::Role::All);
     bool checkOnly = false;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--config") == 0 && i + 1 < argc) {
             path = argv[++i];
+        } else if (std::strcmp(argv[i], "--role") == 0 && i + 1 < argc) {
+            role = quorvane::service::roleNamed(argv[++i]);
         } else if (std::strcmp(argv[i], "--check") == 0) {
             checkOnly = true;
         } else {
             return usage();
         }
     }
-    if (path.empty()) {
+    if (path.empty() || !role) {
         return usage();
     }
-    auto config = quorvane::service::loadConfig(path);
+    auto config = quorvane::service::loadConfig(path, *role);
     if (!config) {
         std::fprintf(stderr, "quorvane-service: %s\n", config.error().c_str());
         return exitUsage;

@@ -206,8 +206,12 @@ Result<ClientAuthority> ClientAuthority::loadOrMake(const std::string &path) {
     return load(path);
 }
 
+bool ClientAuthority::canSign() const {
+    return m_signer->key != nullptr;
+}
+
 std::string ClientAuthority::clientBlocks(const Grant &grant) const {
-    require(m_signer->key != nullptr);
+    require(canSign());
     const PrivateKey key = newKey();
     const Name subject = nameOf(subjectOf(grant));
     const Certificate certificate =

@@ -29,6 +29,9 @@ public:
     ClientAuthority &operator=(ClientAuthority &&other) noexcept;
     ~ClientAuthority();
 
+    /// False without the authority's key.
+    [[nodiscard]] bool canSign() const;
+
     /// All certificates as PEM: what an OpenVPN server checks its clients' certificates with.
     [[nodiscard]] const std::string &certificates() const { return m_certificates; }
 

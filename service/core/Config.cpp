@@ -322,12 +322,35 @@ Config readConfig(JsonReader &reader) {
     return config;
 }
 
+/// Processes with different roles share keys, so none of them can make its own.
+std::optional<std::string> firstMissing(const Config &config) {
+    if (config.role == Role::All) {
+        return std::nullopt;
+    }
+    for (const auto &[key, path] : {std::pair("keys", &config.userKeys),
+                                    {"vpn.control_key", &config.vpn.controlKey},
+                                    {"vpn.client_authority", &config.vpn.clientAuthority}}) {
+        if (path->empty()) {
+            return std::string(key) + ": is missing; the other roles need the same file";
+        }
+    }
+    if (config.role == Role::Gateway && !config.gateway) {
+        return "gateway: is missing";
+    }
+    return std::nullopt;
+}
+
 std::optional<std::string> firstUnreadable(const Config &config) {
-    std::vector<std::pair<std::string, std::string>> files = {{"tls.certificate", config.tlsCertificate},
-                                                              {"tls.key", config.tlsKey},
-                                                              {"vpn.ca", config.vpn.ca},
-                                                              {"vpn.certificate", config.vpn.certificate},
-                                                              {"vpn.key", config.vpn.key}};
+    std::vector<std::pair<std::string, std::string>> files;
+    if (config.answersRequests()) {
+        files = {{"tls.certificate", config.tlsCertificate},
+                 {"tls.key", config.tlsKey},
+                 {"vpn.ca", config.vpn.ca}};
+    }
+    if (config.role != Role::Api) {
+        files.emplace_back("vpn.certificate", config.vpn.certificate);
+        files.emplace_back("vpn.key", config.vpn.key);
+    }
     if (!config.vpn.controlKey.empty()) {
         files.emplace_back("vpn.control_key", config.vpn.controlKey);
     }
@@ -344,6 +367,16 @@ std::optional<std::string> firstUnreadable(const Config &config) {
 }
 
 } // namespace
+
+std::optional<Role> roleNamed(std::string_view name) {
+    if (name == "all") {
+        return Role::All;
+    }
+    if (name == "api") {
+        return Role::Api;
+    }
+    return name == "gateway" ? std::optional(Role::Gateway) : std::nullopt;
+}
 
 std::string protocolName(Protocol protocol) {
     return protocol == Protocol::Udp ? "udp" : "tcp";
@@ -402,7 +435,7 @@ Result<Config> parseConfig(std::string_view json) {
     }
 }
 
-Result<Config> loadConfig(const std::string &path) {
+Result<Config> loadConfig(const std::string &path, Role role) {
     std::ifstream file(path);
     std::ostringstream text;
     text << file.rdbuf();
@@ -413,11 +446,15 @@ Result<Config> loadConfig(const std::string &path) {
     if (!config) {
         return Failure{path + ": " + config.error()};
     }
-    if (const auto unreadable = firstUnreadable(config.value())) {
-        return Failure{path + ": " + *unreadable};
-    }
     Config loaded = std::move(config).value();
     loaded.file = path;
+    loaded.role = role;
+    if (const auto missing = firstMissing(loaded)) {
+        return Failure{path + ": " + *missing};
+    }
+    if (const auto unreadable = firstUnreadable(loaded)) {
+        return Failure{path + ": " + *unreadable};
+    }
     return loaded;
 }
 

@@ -124,8 +124,15 @@ struct MetricsListener {
     std::string socket; ///< absolute path; empty: the port
 };
 
+/// What a process of the service does: it answers requests, it lends addresses, or both.
+enum class Role { All, Api, Gateway };
+
+/// "all", "api" or "gateway".
+[[nodiscard]] std::optional<Role> roleNamed(std::string_view name);
+
 struct Config {
-    std::string file; ///< the configuration's own; empty when it was not read from a file
+    Role role = Role::All; ///< from the command line
+    std::string file;      ///< the configuration's own; empty when it was not read from a file
     std::vector<ListenAddress> listen;
     std::string tlsCertificate;
     std::string tlsKey;
@@ -144,6 +151,10 @@ struct Config {
     std::optional<MetricsListener> metrics;
     Vpn vpn;
     std::optional<Gateway> gateway;
+
+    [[nodiscard]] bool answersRequests() const { return role != Role::Gateway; }
+
+    [[nodiscard]] bool lendsAddresses() const { return role != Role::Api && gateway.has_value(); }
 
     /// The file of the servers' key of tls-crypt-v2.
     [[nodiscard]] std::string controlKeyPath() const;
@@ -165,7 +176,7 @@ struct Config {
 /// Reads the configuration text. The message of a failure names the key, as in "groups[2].city: ...".
 Result<Config> parseConfig(std::string_view json);
 
-/// Reads the configuration file, and checks that the files named in it can be read.
-Result<Config> loadConfig(const std::string &path);
+/// Reads the configuration file, and checks that the files named in it that the role needs can be read.
+Result<Config> loadConfig(const std::string &path, Role role = Role::All);
 
 } // namespace quorvane::service

@@ -125,7 +125,7 @@ public:
           m_metrics(m_context, [this] { return metricsPage(metrics()); }),
           m_signals(m_context, SIGTERM, SIGINT), m_reopenSignal(m_context, SIGHUP) {
         m_api.setDraining([this] { return m_operatorState.draining(); });
-        if (config.gateway) {
+        if (config.lendsAddresses()) {
             m_gateway = std::make_unique<VpnGateway>(m_context, config, m_grants);
         }
     }
@@ -144,16 +144,10 @@ public:
             return Failure{"state_file: " + loaded.error()};
         }
         removeAddresses(); // a killed service may have left the file
-        if (auto opened = m_log.open(m_config.requestLog); !opened) {
-            return opened;
-        }
-        for (const Announcement &announcement : m_config.announced) {
-            if (auto announced = m_announced.announce(announcement); !announced) {
-                return announced;
+        if (m_config.answersRequests()) {
+            if (auto listening = listen(); !listening) {
+                return listening;
             }
-        }
-        if (auto listening = m_https.start(); !listening) {
-            return listening;
         }
         if (auto bound = m_control.start(m_config.runtimeFolder + "/control.sock"); !bound) {
             return bound;
@@ -169,7 +163,7 @@ public:
             }
         });
         awaitReopenSignal();
-        auto written = writeAddresses();
+        auto written = m_config.answersRequests() ? writeAddresses() : Result<>();
         if (written && m_gateway) {
             m_gateway->start([this](const std::string &reason) {
                 writeLog(reason);
@@ -194,6 +188,18 @@ public:
     }
 
 private:
+    Result<> listen() {
+        if (auto opened = m_log.open(m_config.requestLog); !opened) {
+            return opened;
+        }
+        for (const Announcement &announcement : m_config.announced) {
+            if (auto announced = m_announced.announce(announcement); !announced) {
+                return announced;
+            }
+        }
+        return m_https.start();
+    }
+
     /// A configured key must exist; one in the runtime folder is made at the first start.
     template <typename Keys>
     static Result<Keys> keysOf(const char *setting, const std::string &configured, const std::string &path) {
@@ -215,6 +221,9 @@ private:
                                                  m_config.clientAuthorityPath());
         if (!authority) {
             return Failure{authority.error()};
+        }
+        if (m_config.answersRequests() && !authority.value().canSign()) {
+            return Failure{"vpn.client_authority: " + m_config.clientAuthorityPath() + " contains no key"};
         }
         m_tokens = std::move(tokens).value();
         m_controlKey = std::move(controlKey).value();
@@ -276,7 +285,7 @@ private:
     /// Takes the lent addresses and the listener's certificate as they are in their files now. What cannot be
     /// used leaves the former ones in use. All other settings count from the next start on.
     void reload() {
-        auto read = loadConfig(m_config.file);
+        auto read = loadConfig(m_config.file, m_config.role);
         if (read) {
             Config changed = std::move(read).value();
             m_config.groups = std::move(changed.groups);
@@ -285,6 +294,9 @@ private:
             m_config.tlsKey = std::move(changed.tlsKey);
         } else {
             writeLog("the former configuration stays in use: " + read.error());
+        }
+        if (!m_config.answersRequests()) {
+            return;
         }
         if (const auto loaded = m_https.reloadCertificate(); !loaded) {
             writeLog("the former certificate stays in use: " + loaded.error());
@@ -295,7 +307,9 @@ private:
     void awaitReopenSignal() {
         m_reopenSignal.async_wait([this](boost::system::error_code error, int) {
             if (!error) {
-                m_log.reopen();
+                if (m_config.answersRequests()) {
+                    m_log.reopen();
+                }
                 if (m_gateway) {
                     m_gateway->reopenLogs();
                 }

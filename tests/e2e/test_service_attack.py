@@ -189,7 +189,7 @@ def test_pairs_that_are_refused(world):
 
 
 def test_certificates_that_are_refused(world):
-    """Without the certificate that the service has made, nobody gets as far as a login."""
+    """Without the certificate that the service has made no caller gets as far as a login."""
     user, password = service_api.credentials(world.home)
     answer = configuration(world, user, BERLIN.addresses[0])
     foreign = pki.Authority(world.folder / "foreign").leaf(user, "DNS:foreign")

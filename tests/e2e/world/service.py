@@ -108,6 +108,7 @@ class Service:
         # Settings of the tunnels are added to the usual ones; other settings replace them.
         self._settings["vpn"].update(overrides.pop("vpn_settings", {}))
         self.configure(**overrides)
+        self.role = "all"
         self._process = None
 
     def configure(self, **changes):
@@ -164,6 +165,8 @@ class Service:
                     str(self.program),
                     "--config",
                     str(self._configuration),
+                    "--role",
+                    self.role,
                 ],
                 stdin=subprocess.DEVNULL,
                 stdout=output,
@@ -198,7 +201,8 @@ class Service:
 
     def _ready(self):
         try:
-            return (self.runtime / "listening").exists() and self.control("status").get("ready", False)
+            listens = self.role == "gateway" or (self.runtime / "listening").exists()
+            return listens and self.control("status").get("ready", False)
         except OSError:
             return False
 

@@ -126,6 +126,7 @@ TEST_F(ClientAuthorityTest, ACertificateAloneSignsNothing) {
     const auto authority = ClientAuthority::parse(certificates);
     ASSERT_TRUE(authority.ok());
     EXPECT_EQ(authority.value().certificates(), certificates);
+    EXPECT_FALSE(authority.value().canSign());
     EXPECT_THROW(static_cast<void>(authority.value().clientBlocks(someGrant)), std::runtime_error);
 }
 

@@ -279,6 +279,29 @@ TEST(Config, TextThatIsNotJson) {
     EXPECT_EQ(parseConfig("[]").error(), "configuration: must be an object");
 }
 
+TEST(Config, NamesOfRoles) {
+    EXPECT_EQ(roleNamed("all"), Role::All);
+    EXPECT_EQ(roleNamed("api"), Role::Api);
+    EXPECT_EQ(roleNamed("gateway"), Role::Gateway);
+    for (const char *other : {"", "API", "both"}) {
+        EXPECT_EQ(roleNamed(other), std::nullopt);
+    }
+}
+
+TEST(Config, ARoleSaysWhatIsDone) {
+    Config config;
+    EXPECT_TRUE(config.answersRequests());
+    EXPECT_FALSE(config.lendsAddresses()) << "without a gateway";
+    config.gateway = Gateway();
+    EXPECT_TRUE(config.lendsAddresses());
+    config.role = Role::Api;
+    EXPECT_TRUE(config.answersRequests());
+    EXPECT_FALSE(config.lendsAddresses());
+    config.role = Role::Gateway;
+    EXPECT_FALSE(config.answersRequests());
+    EXPECT_TRUE(config.lendsAddresses());
+}
+
 TEST(Config, TheFilesItNamesMustBeReadable) {
     const std::string path = testing::TempDir() + "service-config.json";
     std::ofstream(path) << sample().dump();

@@ -383,7 +383,7 @@ class CommandLine(unittest.TestCase):
         )
 
     def test_usage(self):
-        for arguments in ((), ("--config",), ("--other",), ("file",)):
+        for arguments in ((), ("--config",), ("--other",), ("file",), ("--config", "x", "--role", "both")):
             result = self.run_program(*arguments)
             self.assertEqual(result.returncode, 2)
             self.assertIn("usage: ", result.stderr)
@@ -398,6 +398,39 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(result.returncode, 2)
         self.assertEqual(result.stderr, f"quorvane-service: {path}: groups: must hold at least one group\n")
         self.assertEqual(self.run_program("--config", path + "x").returncode, 2)
+
+    def test_roles_that_cannot_be_started(self):
+        service = Service(PROGRAM)
+        self.addCleanup(service.close)
+        service.start()
+        self.assertEqual(service.stop(), 0)
+        path = service.folder + "/config.json"
+        keys = {name: f"{service.runtime}/{name}" for name in ("user.keys", "control.key")}
+        authority = f"{service.runtime}/client-authority.pem"
+        certificate = f"{service.runtime}/client-authority.crt"
+        vpn = service.config["vpn"]
+        steps = [
+            ({}, "gateway", "keys: is missing; the other roles need the same file"),
+            ({"keys": keys["user.keys"]}, "api", "vpn.control_key: is missing"),
+            ({"vpn": {**vpn, "control_key": keys["control.key"]}}, "api", "vpn.client_authority: is missing"),
+            (
+                {"vpn": {**vpn, "control_key": keys["control.key"], "client_authority": authority}},
+                "gateway",
+                "gateway: is missing",
+            ),
+            (
+                {"vpn": {**vpn, "control_key": keys["control.key"], "client_authority": certificate}},
+                "api",
+                f"vpn.client_authority: {certificate} contains no key",
+            ),
+        ]
+        for changes, role, message in steps:
+            service.config.update(changes)
+            with open(path, "w", encoding="utf-8") as file:
+                json.dump(service.config, file)
+            result = self.run_program("--config", path, "--role", role)
+            self.assertIn(message, result.stderr)
+            self.assertNotEqual(result.returncode, 0)
 
     def test_what_cannot_be_started(self):
         first = Service(PROGRAM)
