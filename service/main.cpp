@@ -1,27 +1,21 @@
 #include "core/Config.h"
 #include "net/Service.h"
+#include "setup/CommandLine.h"
+#include "setup/ControlActions.h"
+#include "setup/SetupActions.h"
 
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <exception>
-#include <optional>
 #include <string>
 #include <sys/resource.h>
 
 namespace {
 
-constexpr int exitUsage = 2;
+using quorvane::service::Action;
+using quorvane::service::CommandLine;
 
-int usage() {
-    std::fputs("usage: quorvane-service --config FILE [--role ROLE] [--check]\n"
-               "\n"
-               "  --config FILE  the JSON configuration\n"
-               "  --role ROLE    \"api\" answers requests, \"gateway\" lends addresses, \"all\" does both\n"
-               "  --check        read and check the configuration, then exit\n",
-               stderr);
-    return exitUsage;
-}
+constexpr int exitUsage = 2;
 
 /// Every connection needs a file descriptor. Raises the soft limit to the hard one.
 void raiseOpenFileLimit() {
@@ -32,38 +26,53 @@ void raiseOpenFileLimit() {
     }
 }
 
-} // namespace
-
-int main(int argc, char **argv) {
-    std::string path;
-    auto role = std::optional(quorvane::service::Role::All);
-    bool checkOnly = false;
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--config") == 0 && i + 1 < argc) {
-            path = argv[++i];
-        } else if (std::strcmp(argv[i], "--role") == 0 && i + 1 < argc) {
-            role = quorvane::service::roleNamed(argv[++i]);
-        } else if (std::strcmp(argv[i], "--check") == 0) {
-            checkOnly = true;
-        } else {
-            return usage();
-        }
-    }
-    if (path.empty() || !role) {
-        return usage();
-    }
-    auto config = quorvane::service::loadConfig(path, *role);
+int serve(const CommandLine &line) {
+    auto config = quorvane::service::loadConfig(line.config, line.role);
     if (!config) {
         std::fprintf(stderr, "quorvane-service: %s\n", config.error().c_str());
         return exitUsage;
     }
-    if (checkOnly) {
+    if (line.action == Action::CheckConfiguration) {
         return 0;
     }
     std::signal(SIGPIPE, SIG_IGN);
     raiseOpenFileLimit();
+    return quorvane::service::runService(std::move(config).value());
+}
+
+int runAction(const CommandLine &line) {
+    switch (line.action) {
+    case Action::Help:
+        std::fputs(quorvane::service::usageText().c_str(), stdout);
+        return 0;
+    case Action::Run:
+    case Action::CheckConfiguration:
+        return serve(line);
+    case Action::Setup:
+    case Action::CheckService:
+    case Action::Renew:
+    case Action::Routes:
+        return quorvane::service::runSetupAction(line);
+    case Action::Status:
+    case Action::Drain:
+    case Action::Revoke:
+        return quorvane::service::runControlAction(line);
+    }
+    return exitUsage;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
     try {
-        return quorvane::service::runService(std::move(config).value());
+        const auto line = quorvane::service::parseCommandLine(
+            std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
+        if (!line) {
+            std::fprintf(stderr, "%s\nquorvane-service: %s\n", quorvane::service::usageText().c_str(),
+                         line.error().c_str());
+            return exitUsage;
+        }
+        return runAction(line.value());
     } catch (const std::exception &error) {
         std::fprintf(stderr, "quorvane-service: %s\n", error.what());
         return 1;

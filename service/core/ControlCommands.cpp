@@ -31,17 +31,23 @@ json report(const AnnouncedRequests &announced) {
 json statusReport(const ServiceStatus &status) {
     json entries = json::object();
     for (const ServerStatus &server : status.servers) {
-        entries[server.name] = {
-            {"running", server.running}, {"ready", server.ready}, {"clients", server.clients}};
+        entries[server.name] = {{"running", server.running},
+                                {"ready", server.ready},
+                                {"clients", server.clients},
+                                {"refused_logins", server.refusedLogins}};
     }
     const bool ready = std::all_of(status.servers.begin(), status.servers.end(),
                                    [](const ServerStatus &server) { return server.ready; });
+    const Facts &facts = status.facts;
     return {{"ok", true},
             {"ready", ready},
             {"credentials", status.credentials},
             {"draining", status.draining},
             {"revocations", status.revocations},
-            {"servers", entries}};
+            {"servers", entries},
+            {"lends", {{"now", facts.currentLends}, {"all", facts.lends}, {"failed", facts.failedLends}}},
+            {"refused", std::map(facts.refused.begin(), facts.refused.end())},
+            {"certificates", std::map(facts.certificates.begin(), facts.certificates.end())}};
 }
 
 json failure(const std::string &message) {

@@ -9,6 +9,8 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace quorvane::service {
 
@@ -21,12 +23,22 @@ struct ServerStatus {
     std::map<std::string, std::uint64_t> refusedLogins{}; ///< by reason, since the server was started
 };
 
+/// What has happened since the start, and what the service uses.
+struct Facts {
+    std::uint64_t lends = 0;        ///< since the start
+    std::uint64_t failedLends = 0;  ///< logins that were refused because the gateway could not lend
+    std::uint64_t currentLends = 0; ///< addresses of tunnels that are lent an address now
+    std::vector<std::pair<std::string, std::uint64_t>> refused{};     ///< limit and number since the start
+    std::vector<std::pair<std::string, std::int64_t>> certificates{}; ///< key in the configuration and expiry
+};
+
 /// The state of the service.
 struct ServiceStatus {
     std::vector<ServerStatus> servers;
     std::size_t credentials = 0; ///< number of used grants that are remembered
     bool draining = false;
     std::size_t revocations = 0; ///< users and addresses that are revoked
+    Facts facts{};
 };
 
 /// What the operator may order. Each reports a failure to write the order down.

@@ -31,12 +31,13 @@ std::string metricsPage(const Metrics &metrics) {
     for (const ServerStatus &server : metrics.servers) {
         page += sample("sessions", server.clients, "server=\"" + server.name + '"');
     }
-    page += single("lends", "gauge", "Tunnel addresses that are lent an address now.", metrics.currentLends);
-    page += single("lends_total", "counter", "Lends since the start.", metrics.lends);
+    page += single("lends", "gauge", "Tunnel addresses that are lent an address now.",
+                   metrics.facts.currentLends);
+    page += single("lends_total", "counter", "Lends since the start.", metrics.facts.lends);
     page += single("failed_lends_total", "counter", "Logins refused because the gateway could not lend.",
-                   metrics.failedLends);
+                   metrics.facts.failedLends);
     page += head("refused_total", "counter", "What was refused because of a limit of the callers.");
-    for (const auto &[limit, count] : metrics.refused) {
+    for (const auto &[limit, count] : metrics.facts.refused) {
         page += sample("refused_total", count, "limit=\"" + limit + '"');
     }
     page += head("refused_logins_total", "counter", "Logins refused since an OpenVPN server was started.");
@@ -47,7 +48,7 @@ std::string metricsPage(const Metrics &metrics) {
         }
     }
     page += head("certificate_expiry_timestamp_seconds", "gauge", "End of validity of a certificate.");
-    for (const auto &[key, expiry] : metrics.certificates) {
+    for (const auto &[key, expiry] : metrics.facts.certificates) {
         page += sample("certificate_expiry_timestamp_seconds", expiry, "key=\"" + key + '"');
     }
     return page;

@@ -345,6 +345,14 @@ private:
             std::chrono::floor<std::chrono::seconds>(std::chrono::steady_clock::now() - m_started);
         if (m_gateway) {
             values.servers = m_gateway->status();
+        }
+        values.facts = facts();
+        return values;
+    }
+
+    [[nodiscard]] Facts facts() const {
+        Facts values;
+        if (m_gateway) {
             values.lends = m_gateway->lends().all;
             values.failedLends = m_gateway->lends().failed;
             values.currentLends = m_gateway->lends().current;
@@ -367,7 +375,7 @@ private:
 
     [[nodiscard]] ServiceStatus status() {
         return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(), m_grants.size(),
-                m_operatorState.draining(), m_operatorState.revocations()};
+                m_operatorState.draining(), m_operatorState.revocations(), facts()};
     }
 
     Config &m_config;

@@ -12,11 +12,11 @@ TEST(Metrics, ByteForByte) {
     Metrics metrics;
     metrics.uptime = std::chrono::seconds(61);
     metrics.servers = {{"udp", true, true, 3, {{"unknown user", 7}}}, {"tcp", true, false, 0, {}}};
-    metrics.lends = 10;
-    metrics.failedLends = 1;
-    metrics.currentLends = 3;
-    metrics.refused = {{"requests", 5}, {"connections at once", 0}};
-    metrics.certificates = {{"tls.certificate", 1800000000}};
+    metrics.facts.lends = 10;
+    metrics.facts.failedLends = 1;
+    metrics.facts.currentLends = 3;
+    metrics.facts.refused = {{"requests", 5}, {"connections at once", 0}};
+    metrics.facts.certificates = {{"tls.certificate", 1800000000}};
     EXPECT_EQ(metricsPage(metrics),
               "# HELP quorvane_uptime_seconds Time since the start.\n"
               "# TYPE quorvane_uptime_seconds gauge\n"

@@ -1,0 +1,86 @@
+#include "StatusText.h"
+
+#include <array>
+#include <ctime>
+
+namespace quorvane::service {
+
+namespace {
+
+using nlohmann::json;
+using std::chrono::system_clock;
+
+const json &part(const json &object, const char *key) {
+    static const json nothing = json::object();
+    const auto found = object.find(key);
+    return found != object.end() && found->is_object() ? *found : nothing;
+}
+
+/// A line of a table.
+std::string entry(const std::string &name, const std::string &value) {
+    constexpr std::size_t width = 22;
+    return name + std::string(name.size() < width ? width - name.size() : 1, ' ') + value + '\n';
+}
+
+std::string count(const json &number) {
+    return number.is_number_integer() ? number.dump() : "unknown";
+}
+
+std::string dateOf(std::time_t seconds) {
+    std::tm parts{};
+    gmtime_r(&seconds, &parts);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &parts)};
+}
+
+std::string serverLine(const std::string &name, const json &server) {
+    std::string state = server.value("ready", false)     ? "ready"
+                        : server.value("running", false) ? "starting"
+                                                         : "not running";
+    return entry("server " + name, state + ", " + count(server.value("clients", json(0))) + " sessions");
+}
+
+std::string countsLine(const std::string &name, const json &counts) {
+    std::string text;
+    for (const auto &[reason, number] : counts.items()) {
+        if (number != 0) {
+            text += (text.empty() ? "" : ", ") + reason + ' ' + count(number);
+        }
+    }
+    return entry(name, text.empty() ? "none" : text);
+}
+
+} // namespace
+
+std::string statusText(const json &status, system_clock::time_point now) {
+    const bool ready = status.value("ready", false);
+    std::string text = entry("service", ready ? "ready" : "runs and is not ready");
+    if (status.contains("draining") && status.at("draining") == true) {
+        text += entry("", "drained: no new sessions");
+    }
+    for (const auto &[name, server] : part(status, "servers").items()) {
+        text += serverLine(name, server);
+    }
+    if (const json &lends = part(status, "lends"); !lends.empty()) {
+        text +=
+            entry("lends", count(lends.value("now", json())) + " now, " + count(lends.value("all", json())) +
+                               " since the start, " + count(lends.value("failed", json())) + " failed");
+    }
+    if (status.contains("refused")) {
+        text += countsLine("refused requests", part(status, "refused"));
+    }
+    for (const auto &[name, server] : part(status, "servers").items()) {
+        if (server.contains("refused_logins")) {
+            text += countsLine("refused logins " + name, part(server, "refused_logins"));
+        }
+    }
+    for (const auto &[key, expiry] : part(status, "certificates").items()) {
+        const auto end = expiry.get<std::time_t>();
+        const auto left = (system_clock::from_time_t(end) - now) / std::chrono::hours(24);
+        text += entry(key, "until " + dateOf(end) +
+                               (left < 0 ? ", EXPIRED" : ", " + std::to_string(left) + " days left"));
+    }
+    return text;
+}
+
+} // namespace quorvane::service

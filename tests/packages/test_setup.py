@@ -1,0 +1,399 @@
+"""From nothing to a lent address: the setup of the service on a bare Debian with a public address."""
+
+import contextlib
+import hashlib
+import json
+import re
+import signal
+import ssl
+import subprocess
+import time
+
+import pytest
+
+from harness.drive.client import Client
+from harness.drive.terminal import DONE, Terminal
+from harness.home.deadlines import EVENTUALLY, POLL
+from layers import package_file
+from unit import NAME, Unit
+from world import network
+from world.accounts import ADA
+from world.world import World
+
+HOST = "vpn.example.org"
+ADDRESSES = "203.0.113.0/28"
+ETC = f"/etc/{NAME}"
+ARGUMENTS = ("--name", HOST, "--addresses", ADDRESSES, "--country", "DE", "--country-name", "Germany")
+ARGUMENTS += ("--city", "Berlin")
+READY, NOT_READY, NOT_RUNNING = 0, 3, 4
+GATEWAY = ("nsenter", f"--net=/run/netns/{network.GATEWAY}")
+
+
+class Host:
+    """A machine with a public address, to which the lent addresses are routed, and nothing else prepared."""
+
+    def __init__(self, machine):
+        self.machine = machine
+        self.unit = Unit(machine, GATEWAY)
+        network.run("ip", "-n", network.GATEWAY, "route", "del", "local", network.LENT_POOL, "dev", "lo")
+        network.inside(network.GATEWAY, "sysctl", "-qw", "net.ipv4.ip_forward=0")
+
+    def call(self, *arguments):
+        """(exit status, output) of a command of the service's program, as root."""
+        environment = ["env", "-i", "PATH=/usr/bin:/bin", "LC_ALL=C.UTF-8"]
+        done = subprocess.run(
+            [*GATEWAY, "chroot", self.machine.root, *environment, f"/usr/sbin/{NAME}", *arguments],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.STDOUT,
+            text=True,
+            check=False,
+        )
+        return done.returncode, done.stdout
+
+    def setup(self, *arguments):
+        """The output of a setup that succeeds."""
+        status, output = self.call("setup", *arguments)
+        assert status == 0, output
+        return output
+
+    def renew(self):
+        status, output = self.call("renew")
+        assert status == 0, output
+        return re.findall(r"^renewed: (.*)$", output, re.MULTILINE)
+
+    def path(self, name):
+        return self.machine.root / ETC[1:] / name
+
+    def configuration(self):
+        return json.loads(self.path("service.json").read_text(encoding="utf-8"))
+
+    def files(self):
+        """Of everything that a setup writes: name -> (content, mode, owner, inode, time of the change)."""
+        found = {}
+        sysctl = self.machine.root / f"etc/sysctl.d/60-{NAME}.conf"
+        for path in [*self.path(".").iterdir(), sysctl]:
+            state = path.stat()
+            content = hashlib.sha256(path.read_bytes()).hexdigest()
+            owner = (state.st_uid, state.st_gid)
+            found[path.name] = (content, state.st_mode & 0o777, owner, state.st_ino, state.st_ctime_ns)
+        return found
+
+    def routes(self):
+        """The networks that are the machine's own by the setup."""
+        command = ("ip", "-n", network.GATEWAY, "-json", "route", "show", "table", "local", "proto", "171")
+        return [route["dst"] for route in json.loads(network.run(*command).stdout)]
+
+    def served(self):
+        """The certificate of the listener, in DER, as a client from outside receives it."""
+        context = ssl.create_default_context(cafile=self.path("api-ca.crt"))
+        with network.socket_in(network.INTERNET) as link:
+            link.settimeout(EVENTUALLY)
+            link.connect((network.REAL_ADDRESS, 443))
+            with context.wrap_socket(link, server_hostname=HOST) as session:
+                return session.getpeercert(binary_form=True)
+
+
+@pytest.fixture(name="host")
+def fixture_host(machine, debs, tmp_path):
+    machine.install(package_file(debs, NAME))
+    made = network.Network(tmp_path)
+    host = Host(machine)
+    yield host
+    host.unit.close()
+    made.close()
+
+
+@pytest.fixture(name="lending")
+def fixture_lending(host):
+    """The host with a running service."""
+    host.setup(*ARGUMENTS)
+    host.unit.start()
+    host.unit.wait_ready()
+    return host
+
+
+def differences(before, after):
+    return sorted(name for name in before.keys() | after.keys() if before.get(name) != after.get(name))
+
+
+def namespaces_and_links():
+    """What a check makes and must remove."""
+    links = json.loads(network.run("ip", "-n", network.GATEWAY, "-json", "link").stdout)
+    return [link["ifname"] for link in links if link["ifname"].startswith("qrv-check")]
+
+
+@contextlib.contextmanager
+def session(host):
+    """An OpenVPN session of the home, outside of everything that the setup does."""
+    lists = f"https://{HOST}/?cmd=MRTSL&ver=1&device=1&systamp=a&uniqueid=b"
+    curl = ["curl", "-q", "-sS", "--max-time", "30", "--resolve", f"{HOST}:443:{network.REAL_ADDRESS}"]
+    curl += ["--cacert", str(host.path("api-ca.crt"))]
+    fields = dict(
+        line.split(": ", 1)
+        for line in network.inside(network.HOME, *curl, lists).stdout.split("<br />")
+        if ": " in line
+    )
+    user = fields["VPNUser"]
+    grant = f"https://{HOST}/?cmd=VPNC&ver=1&device=1&server=1&desiredip=203.0.113.7&sessid={user}"
+    answer = network.inside(network.HOME, *curl, f"{grant}&&systamp=a&uniqueid=b&proto=UDP").stdout
+    folder = host.machine.upper / "session"
+    folder.mkdir()
+    (folder / "client.conf").write_text(
+        answer.removeprefix("VPNConfig: ").replace("<br />", "\n"), encoding="utf-8"
+    )
+    credentials = folder / "credentials"
+    credentials.touch(mode=0o600)
+    credentials.write_text(f"{user}\n{fields['VPNPass']}\n", encoding="utf-8")
+    command = ["ip", "netns", "exec", network.HOME, "openvpn", "--config", str(folder / "client.conf")]
+    log = folder / "log"
+    with log.open("wb") as output:
+        process = subprocess.Popen(
+            [*command, "--auth-user-pass", str(credentials)], stdin=subprocess.DEVNULL, stdout=output
+        )
+    try:
+        end = time.monotonic() + EVENTUALLY
+        while "Initialization Sequence Completed" not in log.read_text(encoding="utf-8"):
+            assert process.poll() is None and time.monotonic() < end, log.read_text(encoding="utf-8")
+            time.sleep(POLL)
+
+        def seen():
+            return network.inside(network.HOME, *curl, f"https://{HOST}/ip").stdout.strip()
+
+        yield seen
+        assert process.poll() is None, "the session went on"
+    finally:
+        process.kill()
+        process.wait()
+
+
+def test_two_commands_from_nothing_to_a_lent_address(machine, debs, tmp_path):
+    made = network.Network(tmp_path)
+    begun = time.monotonic()
+    machine.install(package_file(debs, NAME))
+    host = Host(machine)
+    try:
+        output = host.setup(*ARGUMENTS)
+        assert "systemd does not run here" in output
+        for line in (f"api_host = {HOST}", f"web_host = {HOST}", f"reachability_host = {HOST}"):
+            assert f"{line}\n" in output
+        host.unit.start()
+        status, output = host.call("setup", "--check")
+        assert status == 0, output
+        seen = re.findall(r"^  address seen through the tunnel +[0-9.]+ s  (\S+)$", output, re.MULTILINE)
+        assert seen == ["203.0.113.0", "203.0.113.15"], output
+        print(f"from nothing to the first lent address: {time.monotonic() - begun:.1f} s\n{output}")
+        assert host.routes() == [ADDRESSES] and not namespaces_and_links()
+        assert host.unit.stop() == 0
+    finally:
+        host.unit.close()
+        made.close()
+
+
+def test_private_files_are_private(host):
+    host.setup(*ARGUMENTS)
+    number = int(host.machine.run("id", "-u", NAME))
+    of_service = {"user.keys", "control.key", "api.key", "vpn.key"}
+    for name, (_, mode, owner, *_rest) in host.files().items():
+        if name in of_service:
+            assert (mode, owner[0]) == (0o600, number), name
+        elif name.endswith(".key"):
+            assert (mode, owner) == (0o600, (0, 0)), name
+        else:
+            assert mode & 0o022 == 0 and owner[0] == 0, name
+    assert host.configuration()["vpn"]["tcp"]["port"] == 1194, "443 is the listener's"
+
+
+def test_setup_again_changes_nothing(lending):
+    before = lending.files()
+    assert "No file had to be changed." in lending.setup(*ARGUMENTS)
+    assert lending.files() == before
+    lending.setup()
+    assert lending.files() == before
+
+
+def test_other_addresses_change_only_the_configuration(lending):
+    edited = {**lending.configuration(), "limits": {"connections": 99}}
+    lending.path("service.json").write_text(json.dumps(edited), encoding="utf-8")
+    before = lending.files()
+    with session(lending) as seen:
+        assert seen() == "203.0.113.7"
+        assert "The service lends addresses." in lending.setup("--addresses", "203.0.113.32/30,203.0.113.40")
+        assert differences(before, lending.files()) == ["service.json"]
+        assert seen() == "203.0.113.7", "a session goes on"
+    configuration = lending.configuration()
+    (group,) = configuration["groups"]
+    expected = [f"203.0.113.{last}" for last in (32, 33, 34, 35, 40)]
+    assert group == {**edited["groups"][0], "addresses": expected}
+    assert configuration == {**edited, "groups": [group]}
+    assert lending.routes() == ["203.0.113.32/30", "203.0.113.40"]
+
+
+def test_wrong_arguments_change_nothing(host):
+    for arguments, message in (
+        ((), "--name is needed"),
+        (("--name", HOST), "--addresses is needed"),
+        (("--name", "a b", "--addresses", ADDRESSES), "--name: "),
+        (("--name", HOST, "--addresses", "203.0.113.1/28"), "--addresses: "),
+        (("--name", HOST, "--addresses", network.REAL_ADDRESS), "cannot be lent"),
+        ((*ARGUMENTS, "--listen", "x"), "--listen: "),
+        ((*ARGUMENTS, "--country", "D1"), "cannot be specified more than once"),
+    ):
+        status, output = host.call("setup", *arguments)
+        assert status == 2 and message in output, output
+    assert not list(host.path(".").iterdir())
+
+
+def test_check_reports_the_step_that_fails_and_leaves_nothing(lending):
+    rules = network.arriving("udp dport 1194 drop")
+    with network.ruled(network.GATEWAY, rules):
+        status, output = lending.call("setup", "--check")
+    assert status == 1 and re.search(r"tunnel by OpenVPN, UDP port 1194 +FAILED", output), output
+    assert "Look at: the firewall" in output
+    assert not namespaces_and_links()
+    assert lending.machine.run("ip", "netns", "list") == ""
+    assert lending.call("setup", "--check")[0] == 0
+
+
+def test_check_that_is_ended_leaves_nothing(lending):
+    rules = network.arriving("udp dport 1194 drop")
+    command = [*GATEWAY, "chroot", lending.machine.root, f"/usr/sbin/{NAME}", "setup", "--check"]
+    with network.ruled(network.GATEWAY, rules):
+        with subprocess.Popen(command, stdout=subprocess.PIPE, text=True) as process:
+            end = time.monotonic() + EVENTUALLY
+            while not (lending.machine.root / "run/quorvane-check/client.conf").exists():
+                assert process.poll() is None and time.monotonic() < end
+                time.sleep(POLL)
+            process.send_signal(signal.SIGTERM)
+            assert process.wait(EVENTUALLY) == 1
+    assert not namespaces_and_links() and not (lending.machine.root / "run/quorvane-check").exists()
+    assert lending.machine.run("ip", "netns", "list") == ""
+
+
+def sign_earlier(host, days):
+    """Replaces the listener's certificate by one that was made so many days ago for 90 days."""
+    folder = host.machine.upper / "earlier"
+    folder.mkdir()
+    (folder / "extensions").write_text(f"subjectAltName=DNS:{HOST}\n", encoding="utf-8")
+    key, authority = host.path("api.key"), [host.path("api-ca.crt"), "-CAkey", host.path("api-ca.key")]
+    made = ["openssl", "req", "-new", "-key", key, "-subj", f"/CN={HOST}", "-out", folder / "request"]
+    subprocess.run(made, check=True)
+    signing = ["faketime", f"-{days}d", "openssl", "x509", "-req", "-days", "90", "-in", folder / "request"]
+    signing += ["-extfile", folder / "extensions", "-CA", *authority, "-out", host.path("api.crt")]
+    subprocess.run(signing, check=True, stderr=subprocess.DEVNULL)
+
+
+def test_renewal_ends_no_session(lending):
+    assert lending.renew() == []
+    sign_earlier(lending, 50)
+    lending.unit.process.send_signal(signal.SIGHUP)
+    assert lending.renew() == [], "more than a third of its life is left"
+    sign_again = lending.machine.upper / "earlier"
+    for file in sign_again.iterdir():
+        file.unlink()
+    sign_again.rmdir()
+    sign_earlier(lending, 61)
+    before, files = lending.served(), lending.files()
+    with session(lending) as seen:
+        assert seen() == "203.0.113.7"
+        assert lending.renew() == [f"{ETC}/api.crt"]
+        end = time.monotonic() + EVENTUALLY
+        while lending.served() == before:
+            assert time.monotonic() < end, "the listener has the new certificate"
+            time.sleep(POLL)
+        assert seen() == "203.0.113.7"
+        assert lending.unit.status()["servers"]["udp"]["clients"] == 1
+    assert differences(files, lending.files()) == ["api.crt"]
+
+
+def test_status_in_its_three_states(host):
+    host.setup(*ARGUMENTS)
+    status, output = host.call("status")
+    assert status == NOT_RUNNING and "the service does not run" in output
+    configuration = host.path("service.json").read_text(encoding="utf-8")
+    broken = json.loads(configuration)
+    broken["gateway"]["openvpn"] = "/bin/false"
+    host.path("service.json").write_text(json.dumps(broken), encoding="utf-8")
+    host.unit.start()
+    end = time.monotonic() + EVENTUALLY
+    while (host.unit.status() or {}).get("servers", {}).get("tcp") is None:
+        assert host.unit.process.poll() is None and time.monotonic() < end
+        time.sleep(POLL)
+    status, output = host.call("status")
+    assert status == NOT_READY and "runs and is not ready" in output
+    assert host.unit.stop() == 0
+    host.path("service.json").write_text(configuration, encoding="utf-8")
+    host.unit.start()
+    host.unit.wait_ready()
+    with session(host):
+        status, output = host.call("status")
+        assert status == READY
+        assert re.search(r"^server udp +ready, 1 sessions$", output, re.MULTILINE), output
+        assert re.search(r"^lends +1 now, 1 since the start, 0 failed$", output, re.MULTILINE), output
+        assert re.search(r"^tls\.certificate +until \S+, (89|90) days left$", output, re.MULTILINE), output
+        status, output = host.call("status", "--json")
+        assert status == READY and json.loads(output)["lends"] == {"now": 1, "all": 1, "failed": 0}
+
+
+def test_certificate_of_another_program(host, tmp_path):
+    """Its files are root's; the service gets a copy, which a renewal replaces."""
+
+    def make(name):
+        command = [
+            "openssl",
+            "req",
+            "-x509",
+            "-newkey",
+            "ec",
+            "-pkeyopt",
+            "ec_paramgen_curve:P-256",
+            "-nodes",
+        ]
+        command += ["-keyout", folder / "k.pem", "-out", folder / "c.pem", "-days", "30", "-subj", "/CN=x"]
+        command += ["-addext", f"subjectAltName=DNS:{name}"]
+        subprocess.run(command, check=True, stderr=subprocess.DEVNULL)
+        (folder / "k.pem").chmod(0o600)
+
+    assert tmp_path.exists()
+    folder = host.machine.root / "etc/acme"
+    folder.mkdir()
+    make("other.example.org")
+    given = ("--tls-certificate", "/etc/acme/c.pem", "--tls-key", "/etc/acme/k.pem")
+    status, output = host.call("setup", *ARGUMENTS, *given)
+    assert status == 1 and f"is not for {HOST}" in output
+    make(HOST)
+    assert "ca_file" not in host.setup(*ARGUMENTS, *given)
+    host.unit.start()
+    host.unit.wait_ready()
+    assert host.call("setup", "--check")[0] == 0
+    make(HOST)
+    assert host.renew() == [f"{ETC}/given.pem"]
+    make("other.example.org")
+    status, output = host.call("renew")
+    assert status == 1 and f"is not for {HOST}" in output
+
+
+def test_installed_client_uses_the_printed_lines(machine, debs, installed):
+    """The client on another machine, in the home of the test network."""
+    machine.install(package_file(debs, NAME))
+    world = World(serve=False, root=installed)
+    host, client = Host(machine), None
+    try:
+        output = host.setup(*ARGUMENTS)
+        host.unit.start()
+        host.unit.wait_ready()
+        lines = "".join(re.findall(r"^(?:\w+_host|ca_file) = .*\n", output, re.MULTILINE))
+        assert lines.count("\n") == 4
+        world.home.write("/etc/quorvane/service.conf", lines)
+        world.home.write("/etc/quorvane/ca.crt", host.path("api-ca.crt").read_text(encoding="utf-8"))
+        world.home.write("/etc/hosts", f"127.0.0.1 localhost\n{network.REAL_ADDRESS} {HOST}\n")
+        client = Client(world, "joe")
+        client.remember_administrator(ADA)
+        code, (lent,) = Terminal(client).run("--hide", "Germany Berlin")
+        assert code == DONE and lent in host.configuration()["groups"][0]["addresses"]
+        assert Terminal(client).run("--quit") == (DONE, [])
+    finally:
+        if client is not None:
+            client.close()
+        host.unit.close()
+        world.close()
