@@ -89,7 +89,8 @@ std::vector<Ipv4Network> networksOf(std::vector<Ipv4Address> addresses) {
     return networks;
 }
 
-Result<> routeLentAddresses(Machine &machine, const std::vector<Ipv4Address> &addresses) {
+Result<> routeLentAddresses(Machine &machine, const std::vector<Ipv4Address> &addresses,
+                            FormerRoutes former) {
     const auto network = MachineNetwork::read(machine);
     const auto shown =
         machine.run({"ip", "-json", "-4", "route", "show", "table", "local", "proto", routeOrigin});
@@ -114,7 +115,7 @@ Result<> routeLentAddresses(Machine &machine, const std::vector<Ipv4Address> &ad
     }
     for (const auto &route : routes) {
         const std::string destination = route.value("dst", "");
-        if (wanted.erase(destination) == 0) {
+        if (wanted.erase(destination) == 0 && former == FormerRoutes::Remove) {
             add("del", destination);
         }
     }

@@ -16,8 +16,13 @@ Result<std::vector<Ipv4Address>> lentAddresses(std::string_view list, const Mach
 /// The smallest number of networks that have exactly these addresses, in ascending order.
 [[nodiscard]] std::vector<Ipv4Network> networksOf(std::vector<Ipv4Address> addresses);
 
-/// Makes these addresses the machine's own by local routes, and removes those routes of earlier calls that
-/// are no longer wanted. Addresses that an interface has need no route.
-Result<> routeLentAddresses(Machine &machine, const std::vector<Ipv4Address> &addresses);
+/// What becomes of the routes of addresses that are no longer lent.
+enum class FormerRoutes {
+    Keep,   ///< sessions with these addresses go on
+    Remove, ///< no session has one
+};
+
+/// Makes these addresses the machine's own by local routes. Addresses that an interface has need none.
+Result<> routeLentAddresses(Machine &machine, const std::vector<Ipv4Address> &addresses, FormerRoutes former);
 
 } // namespace quorvane::service

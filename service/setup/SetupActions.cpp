@@ -201,7 +201,7 @@ std::vector<Ipv4Address> allAddresses(const Config &config) {
 
 Result<> Setup::useAddresses() {
     auto done = forwardNow();
-    return done ? routeLentAddresses(m_machine, allAddresses(*m_config)) : done;
+    return done ? routeLentAddresses(m_machine, allAddresses(*m_config), FormerRoutes::Keep) : done;
 }
 
 /// Starts the service, or has it take what has changed. False when it must be started in another way.
@@ -323,7 +323,7 @@ int route(Machine &machine, const std::string &path) {
     if (!config) {
         return failed(path + ": " + config.error());
     }
-    const auto done = routeLentAddresses(machine, allAddresses(config.value()));
+    const auto done = routeLentAddresses(machine, allAddresses(config.value()), FormerRoutes::Remove);
     return done ? 0 : failed(done.error());
 }
 

@@ -93,6 +93,13 @@ class Host:
             with context.wrap_socket(link, server_hostname=HOST) as session:
                 return session.getpeercert(binary_form=True)
 
+    def wait_served(self, certificate):
+        """Waits until the listener has this certificate, in PEM."""
+        end = time.monotonic() + EVENTUALLY
+        while self.served() != ssl.PEM_cert_to_DER_cert(certificate):
+            assert time.monotonic() < end, "the listener has taken another certificate"
+            time.sleep(POLL)
+
 
 @pytest.fixture(name="host")
 def fixture_host(machine, debs, tmp_path):
@@ -226,7 +233,12 @@ def test_other_addresses_change_only_the_configuration(lending):
     expected = [f"203.0.113.{last}" for last in (32, 33, 34, 35, 40)]
     assert group == {**edited["groups"][0], "addresses": expected}
     assert configuration == {**edited, "groups": [group]}
-    assert lending.routes() == ["203.0.113.32/30", "203.0.113.40"]
+    added = ["203.0.113.32/30", "203.0.113.40"]
+    assert sorted(lending.routes()) == [ADDRESSES, *added], "that of the session, too"
+    assert lending.unit.stop() == 0
+    lending.unit.start()
+    lending.unit.wait_ready()
+    assert sorted(lending.routes()) == added
 
 
 def test_wrong_arguments_change_nothing(host):
@@ -273,12 +285,22 @@ def test_check_that_is_ended_leaves_nothing(lending):
 def sign_earlier(host, days):
     """Replaces the listener's certificate by one that was made so many days ago for 90 days."""
     folder = host.machine.upper / "earlier"
-    folder.mkdir()
+    folder.mkdir(exist_ok=True)
     (folder / "extensions").write_text(f"subjectAltName=DNS:{HOST}\n", encoding="utf-8")
     key, authority = host.path("api.key"), [host.path("api-ca.crt"), "-CAkey", host.path("api-ca.key")]
     made = ["openssl", "req", "-new", "-key", key, "-subj", f"/CN={HOST}", "-out", folder / "request"]
     subprocess.run(made, check=True)
-    signing = ["faketime", f"-{days}d", "openssl", "x509", "-req", "-days", "90", "-in", folder / "request"]
+    signing = [
+        "faketime",
+        f"{days} days ago",
+        "openssl",
+        "x509",
+        "-req",
+        "-days",
+        "90",
+        "-in",
+        folder / "request",
+    ]
     signing += ["-extfile", folder / "extensions", "-CA", *authority, "-out", host.path("api.crt")]
     subprocess.run(signing, check=True, stderr=subprocess.DEVNULL)
 
@@ -286,21 +308,15 @@ def sign_earlier(host, days):
 def test_renewal_ends_no_session(lending):
     assert lending.renew() == []
     sign_earlier(lending, 50)
-    lending.unit.process.send_signal(signal.SIGHUP)
     assert lending.renew() == [], "more than a third of its life is left"
-    sign_again = lending.machine.upper / "earlier"
-    for file in sign_again.iterdir():
-        file.unlink()
-    sign_again.rmdir()
     sign_earlier(lending, 61)
-    before, files = lending.served(), lending.files()
+    lending.unit.process.send_signal(signal.SIGHUP)
+    before, files = lending.path("api.crt").read_text(encoding="ascii"), lending.files()
+    lending.wait_served(before)
     with session(lending) as seen:
         assert seen() == "203.0.113.7"
         assert lending.renew() == [f"{ETC}/api.crt"]
-        end = time.monotonic() + EVENTUALLY
-        while lending.served() == before:
-            assert time.monotonic() < end, "the listener has the new certificate"
-            time.sleep(POLL)
+        lending.wait_served(lending.path("api.crt").read_text(encoding="ascii"))
         assert seen() == "203.0.113.7"
         assert lending.unit.status()["servers"]["udp"]["clients"] == 1
     assert differences(files, lending.files()) == ["api.crt"]

@@ -85,7 +85,6 @@ class Unit:
         return self.process.wait(EVENTUALLY)
 
     def close(self):
-        """Kills the service when it still runs, and what it started ends by itself."""
+        """Ends the service when it still runs, and waits for what it started."""
         if self.process is not None and self.process.poll() is None:
-            self.process.kill()
-            self.process.wait()
+            self.stop()
