@@ -1,5 +1,6 @@
 #include "Certificates.h"
 
+#include "core/ClientAuthority.h"
 #include "core/ControlKey.h"
 #include "core/UserTokens.h"
 
@@ -141,20 +142,22 @@ Result<> Certificates::provide(const Names &names) {
 }
 
 Result<> Certificates::provideKeys() {
-    const std::string users = m_places.file("user.keys");
-    const std::string control = m_places.file("control.key");
-    if (!FileStore::exists(users)) {
-        if (const auto made = UserTokens::loadOrMake(users); !made) {
+    auto provided = provideKeyFile<UserTokens>("user.keys");
+    if (provided) {
+        provided = provideKeyFile<ControlKey>("control.key");
+    }
+    return provided ? provideKeyFile<ClientAuthority>("client-authority.pem") : provided;
+}
+
+template <typename Keys>
+Result<> Certificates::provideKeyFile(const char *name) {
+    const std::string path = m_places.file(name);
+    if (!FileStore::exists(path)) {
+        if (const auto made = Keys::loadOrMake(path); !made) {
             return Failure{made.error()};
         }
     }
-    if (!FileStore::exists(control)) {
-        if (const auto made = ControlKey::loadOrMake(control); !made) {
-            return Failure{made.error()};
-        }
-    }
-    auto adopted = m_files.adopt(users, Readers::Service);
-    return adopted ? m_files.adopt(control, Readers::Service) : adopted;
+    return m_files.adopt(path, Readers::Service);
 }
 
 } // namespace quorvane::service

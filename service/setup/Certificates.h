@@ -29,7 +29,7 @@ public:
     Result<> provideApi(const SetupRecord &record);
     /// Those of the VPN servers.
     Result<> provideVpn();
-    /// The keys of VPN users and of tls-crypt-v2.
+    /// The keys of VPN users and of tls-crypt-v2, and the authority of clients' certificates.
     Result<> provideKeys();
 
 private:
@@ -41,6 +41,8 @@ private:
 
     Result<> copyGiven(const SetupRecord &record);
     Result<> provide(const Names &names);
+    template <typename Keys>
+    Result<> provideKeyFile(const char *name);
     Result<std::string> provideKey(const std::string &path, Readers readers);
     Result<Pki::Pair> provideAuthority(const Names &names);
 

@@ -9,8 +9,6 @@ namespace {
 
 using Json = ServiceFile::Json;
 
-/// The key vpn.client_authority belongs to the configuration when this is true.
-constexpr bool hasClientAuthority = false;
 /// Not 443, which the HTTPS listener has at one address of the same machine: an OpenVPN server binds its port
 /// at all addresses.
 constexpr int vpnPort = 1194;
@@ -47,24 +45,17 @@ Json tlsFiles(const Places &places, bool given) {
                  : Json{{"certificate", places.file("api.crt")}, {"key", places.file("api.key")}};
 }
 
-void nameClientAuthority(Json &vpn, const Places &places) {
-    if (hasClientAuthority) {
-        vpn["client_authority"] = places.file("client-authority.pem");
-    }
-}
-
 Json vpnPart(const Places &places, const std::vector<Ipv4Network> &used) {
     const std::size_t first = freeTunnels(used);
-    Json vpn = {{"ca", places.file("vpn-ca.crt")},
-                {"certificate", places.file("vpn.crt")},
-                {"key", places.file("vpn.key")},
-                {"certificate_name", "vpn"},
-                {"control_key", places.file("control.key")},
-                {"udp", {{"port", vpnPort}, {"network", tunnel(tunnels[first]).text()}}},
-                {"tcp", {{"port", vpnPort}, {"network", tunnel(tunnels[first + 1]).text()}}},
-                {"dns", {"8.8.8.8", "8.8.4.4"}}};
-    nameClientAuthority(vpn, places);
-    return vpn;
+    return {{"ca", places.file("vpn-ca.crt")},
+            {"certificate", places.file("vpn.crt")},
+            {"key", places.file("vpn.key")},
+            {"certificate_name", "vpn"},
+            {"control_key", places.file("control.key")},
+            {"client_authority", places.file("client-authority.pem")},
+            {"udp", {{"port", vpnPort}, {"network", tunnel(tunnels[first]).text()}}},
+            {"tcp", {{"port", vpnPort}, {"network", tunnel(tunnels[first + 1]).text()}}},
+            {"dns", {"8.8.8.8", "8.8.4.4"}}};
 }
 
 bool isUpper(char letter) {
@@ -123,6 +114,7 @@ ServiceFile ServiceFile::make(const Places &places, const ServiceSettings &setti
                  {"tls", tlsFiles(places, settings.givenCertificate)},
                  {"groups", Json::array({group})},
                  {"keys", places.file("user.keys")},
+                 {"state_file", places.state + "/operator.json"},
                  {"request_log", places.logs + "/requests.jsonl"},
                  {"runtime_folder", places.runtime},
                  {"vpn", vpnPart(places, used)},

@@ -17,6 +17,7 @@ struct Places {
     std::string folder = "/etc/quorvane-service";
     std::string sysctl = "/etc/sysctl.d/60-quorvane-service.conf";
     std::string runtime = "/run/quorvane-service";
+    std::string state = "/var/lib/quorvane-service";
     std::string logs = "/var/log/quorvane-service";
     std::string countries = "/usr/share/iso-codes/json/iso_3166-1.json";
 

@@ -56,6 +56,8 @@ TEST_F(ControlCommandsTest, AnEmptyTargetCanBeAnnounced) {
 TEST_F(ControlCommandsTest, ReportsTheStatusOfTheServers) {
     m_status = {{{"udp", true, true, 3, {{"unknown user", 4}}}, {"tcp", true, false, 0}},
                 7,
+                true,
+                2,
                 {9, 1, 3, {{"requests", 5}}, {{"tls.certificate", 1800000000}}}};
     EXPECT_EQ(
         answerTo(R"({"command":"status"})"),
