@@ -35,12 +35,6 @@ def memory(pid):
     return int(re.search(r"^VmRSS:\s*(\d+)", status, re.MULTILINE).group(1))
 
 
-def server_process(world, protocol):
-    """The number of the OpenVPN server's process."""
-    configuration = str(world.service.runtime / f"{protocol}.conf")
-    return int(subprocess.run(["pgrep", "-n", "-f", configuration], check=True, capture_output=True).stdout)
-
-
 def configurations(world, count):
     """Makes the files of so many clients; returns their names without suffix."""
     folder = world.folder / "crowd"
@@ -85,7 +79,7 @@ def main():
     clients = []
     try:
         names = configurations(world, count)
-        processes = {"service": world.service.pid, "OpenVPN server": server_process(world, "udp")}
+        processes = {"service": world.service.pid, "OpenVPN server": world.service.server_process("udp")}
         before = {name: memory(pid) for name, pid in processes.items()}
         begun = time.monotonic()
         clients = [start(name) for name in names]

@@ -258,6 +258,15 @@ class Service:
         """The API requests with this cmd, in order."""
         return [request for request in self.requests() if request.parameter("cmd") == command]
 
+    def server_process(self, protocol):
+        """The process number of the OpenVPN server for "udp" or "tcp"."""
+        found = subprocess.run(
+            ["pgrep", "-n", "-f", f"vpnsrv --config {self.runtime}/{protocol}.conf"],
+            check=True,
+            stdout=subprocess.PIPE,
+        )
+        return int(found.stdout)
+
     def server_log(self, protocol):
         """The log of the OpenVPN server for "udp" or "tcp"."""
         return (self.runtime / f"{protocol}.log").read_text(encoding="utf-8", errors="replace")
