@@ -76,9 +76,9 @@ std::string statusText(const json &status, system_clock::time_point now) {
     }
     for (const auto &[key, expiry] : part(status, "certificates").items()) {
         const auto end = expiry.get<std::time_t>();
-        const auto left = (system_clock::from_time_t(end) - now) / std::chrono::hours(24);
-        text += entry(key, "until " + dateOf(end) +
-                               (left < 0 ? ", EXPIRED" : ", " + std::to_string(left) + " days left"));
+        const auto left = system_clock::from_time_t(end) - now;
+        const std::string days = std::to_string(left / std::chrono::hours(24)) + " days left";
+        text += entry(key, "until " + dateOf(end) + ", " + (left.count() <= 0 ? "EXPIRED" : days));
     }
     return text;
 }
