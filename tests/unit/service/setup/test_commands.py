@@ -26,7 +26,7 @@ class Commands(unittest.TestCase):
             json.dump({"runtime_folder": self.folder}, file)
 
     def call(self, *arguments, answer=None):
-        """(exit status, output, received line) of a command while the socket sends this answer to one line."""
+        """(exit status, output, received line) of a command; the socket answers one line."""
         received = []
         with socket.socket(socket.AF_UNIX) as listener:
             if answer is not None:
