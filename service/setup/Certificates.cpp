@@ -112,6 +112,9 @@ Result<Pki::Pair> Certificates::provideAuthority(const Names &names) {
     if (!certificate) {
         return Failure{certificate.error()};
     }
+    if (auto adopted = m_files.adopt(path, Readers::All); !adopted) {
+        return Failure{adopted.error()};
+    }
     if (!Pki::belongsTo(key.value(), certificate.value())) {
         return Failure{path + " does not belong to " + m_places.file(names.file + "-ca.key")};
     }
@@ -134,7 +137,7 @@ Result<> Certificates::provide(const Names &names) {
         if (validity && !validity.value().isNearItsEnd(m_now) && Pki::belongsTo(key.value(), text) &&
             Pki::isSignedBy(text, authority.value().certificate) &&
             (names.server.host.empty() || Pki::isFor(text, names.server.host))) {
-            return {};
+            return m_files.adopt(path, Readers::All);
         }
     }
     const auto made = Pki::serverCertificate(authority.value(), key.value(), names.server, m_now);

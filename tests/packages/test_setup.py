@@ -3,6 +3,7 @@
 import contextlib
 import hashlib
 import json
+import os
 import re
 import signal
 import ssl
@@ -145,7 +146,7 @@ def session(host):
     grant = f"https://{HOST}/?cmd=VPNC&ver=1&device=1&server=1&desiredip=203.0.113.7&sessid={user}"
     answer = network.inside(network.HOME, *curl, f"{grant}&&systamp=a&uniqueid=b&proto=UDP").stdout
     folder = host.machine.upper / "session"
-    folder.mkdir()
+    folder.mkdir(exist_ok=True)
     (folder / "client.conf").write_text(
         answer.removeprefix("VPNConfig: ").replace("<br />", "\n"), encoding="utf-8"
     )
@@ -197,8 +198,14 @@ def test_two_commands_from_nothing_to_a_lent_address(machine, debs, tmp_path):
         made.close()
 
 
-def test_private_files_are_private(host):
+@pytest.mark.parametrize("moved", [False, True])
+def test_private_files_are_private(host, moved):
     host.setup(*ARGUMENTS)
+    if moved:  # from another machine, where users have other numbers
+        for path in host.path(".").iterdir():
+            os.chown(path, 12345, 12345)
+            path.chmod(0o644)
+        host.setup("--listen", network.REAL_ADDRESS)
     number = int(host.machine.run("id", "-u", NAME))
     of_service = {"user.keys", "control.key", "api.key", "vpn.key"}
     for name, (_, mode, owner, *_rest) in host.files().items():
@@ -206,9 +213,46 @@ def test_private_files_are_private(host):
             assert (mode, owner[0]) == (0o600, number), name
         elif name.endswith(".key"):
             assert (mode, owner) == (0o600, (0, 0)), name
+        elif name.endswith(".json"):
+            assert (mode, owner[0]) == (0o640, 0), name
         else:
-            assert mode & 0o022 == 0 and owner[0] == 0, name
+            assert (mode, owner) == (0o644, (0, 0)), name
     assert host.configuration()["vpn"]["tcp"]["port"] == 1194, "443 is the listener's"
+
+
+def test_with_systemd_the_units_are_started(host):
+    """A fake systemctl records what it is called with; the test then does it."""
+    (host.machine.root / "run/systemd/system").mkdir(parents=True)
+    calls = host.machine.root / "tmp/systemctl.log"
+    calls.touch()
+    program = host.machine.root / "usr/bin/systemctl"
+    program.write_text('#!/bin/sh\necho "$*" >>/tmp/systemctl.log\n', encoding="ascii")
+    program.chmod(0o755)
+
+    def while_set_up(arguments, awaited, action):
+        begun = len(calls.read_text(encoding="ascii"))
+        command = [*GATEWAY, "chroot", host.machine.root, f"/usr/sbin/{NAME}", "setup", *arguments]
+        with subprocess.Popen(command, stdout=subprocess.PIPE, text=True) as process:
+            end = time.monotonic() + EVENTUALLY
+            while awaited not in calls.read_text(encoding="ascii")[begun:]:
+                assert process.poll() is None and time.monotonic() < end
+                time.sleep(POLL)
+            action()
+            output = process.communicate()[0]
+        assert process.returncode == 0 and "The service lends addresses." in output, output
+        return calls.read_text(encoding="ascii")[begun:].splitlines()
+
+    def restart():
+        assert host.unit.stop() == 0
+        host.unit.start()
+
+    service, timer = f"{NAME}.service", f"{NAME}-renew.timer"
+    enabled = [f"--quiet enable {service}", f"--quiet enable {timer}", f"start {timer}"]
+    assert while_set_up(ARGUMENTS, f"start {service}", host.unit.start) == [*enabled, f"start {service}"]
+    again = while_set_up(("--city", "Bonn"), f"start {service}", lambda: None)
+    assert again == [*enabled, f"start {service}"], "the new city needs no restart"
+    listen = ("--listen", f"{network.REAL_ADDRESS}:8443")
+    assert while_set_up(listen, f"restart {service}", restart) == [*enabled, f"restart {service}"]
 
 
 def test_setup_again_changes_nothing(lending):
@@ -387,6 +431,48 @@ def test_certificate_of_another_program(host, tmp_path):
     make("other.example.org")
     status, output = host.call("renew")
     assert status == 1 and f"is not for {HOST}" in output
+
+
+def reaches(address, port):
+    """True when the home can connect to a TCP port, False without any answer."""
+    with network.socket_in(network.HOME) as link:
+        link.settimeout(3)
+        try:
+            link.connect((address, port))
+            return True
+        except TimeoutError:
+            return False
+
+
+def dropped():
+    """Packets that the service's table has dropped because of their destination."""
+    listed = network.inside(network.GATEWAY, "nft", "list", "chain", "ip", "quorvane", "guarded").stdout
+    return int(re.search(r"counter packets (\d+) bytes \d+ drop", listed)[1])
+
+
+def test_users_do_not_reach_the_gateway_nor_private_networks(lending):
+    private, port = "10.77.0.1", 8080
+    network.run("ip", "-n", network.INTERNET, "address", "add", private, "dev", "lo")
+    with contextlib.ExitStack() as opened:
+        for namespace in (network.GATEWAY, network.INTERNET):
+            listener = opened.enter_context(network.socket_in(namespace))
+            listener.bind(("0.0.0.0", port))
+            listener.listen()
+        assert reaches(network.REAL_ADDRESS, port) and reaches(private, port), "without the tunnel"
+        with session(lending) as seen:
+            assert seen() == "203.0.113.7" and dropped() == 0
+            assert reaches(network.SERVICE_ADDRESS, port), "a public host"
+            for address in (network.REAL_ADDRESS, private, "203.0.113.1"):
+                before = dropped()
+                assert not reaches(address, port) and dropped() > before, address
+        changed = lending.configuration()
+        changed["gateway"]["allow_private"] = [f"{private}/32"]
+        lending.path("service.json").write_text(json.dumps(changed), encoding="utf-8")
+        assert lending.unit.stop() == 0
+        lending.unit.start()
+        lending.unit.wait_ready()
+        with session(lending):
+            assert reaches(private, port) and not reaches(network.REAL_ADDRESS, port)
 
 
 def test_installed_client_uses_the_printed_lines(machine, debs, installed):
