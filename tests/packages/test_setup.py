@@ -207,7 +207,7 @@ def test_private_files_are_private(host, moved):
             path.chmod(0o644)
         host.setup("--listen", network.REAL_ADDRESS)
     number = int(host.machine.run("id", "-u", NAME))
-    of_service = {"user.keys", "control.key", "api.key", "vpn.key"}
+    of_service = {"user.keys", "control.key", "client-authority.pem", "api.key", "vpn.key"}
     for name, (_, mode, owner, *_rest) in host.files().items():
         if name in of_service:
             assert (mode, owner[0]) == (0o600, number), name

@@ -1,6 +1,7 @@
 #include "setup/Certificates.h"
 
 #include "TemporaryFolder.h"
+#include "core/ClientAuthority.h"
 
 #include <gtest/gtest.h>
 
@@ -101,9 +102,13 @@ TEST_F(CertificatesTest, KeysStay) {
     ASSERT_TRUE(certificates.provideKeys());
     const std::string users = text("user.keys");
     const std::string control = text("control.key");
+    const std::string authority = text("client-authority.pem");
     ASSERT_TRUE(certificates.provideKeys());
     EXPECT_EQ(text("user.keys"), users);
     EXPECT_EQ(text("control.key"), control);
+    EXPECT_EQ(text("client-authority.pem"), authority);
+    const auto read = ClientAuthority::load(m_places.file("client-authority.pem"));
+    EXPECT_TRUE(read && read.value().canSign());
     EXPECT_EQ(users.size(), 65U);
 }
 

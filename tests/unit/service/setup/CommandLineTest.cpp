@@ -16,6 +16,9 @@ TEST(CommandLine, RunsTheServiceWithoutACommand) {
     EXPECT_EQ(parsed({"--config", "/c"}).action, Action::Run);
     EXPECT_EQ(parsed({"--config=/c"}).config, "/c");
     EXPECT_EQ(parsed({"--check", "--config", "/c"}).action, Action::CheckConfiguration);
+    EXPECT_EQ(parsed({"--config", "/c"}).role, Role::All);
+    EXPECT_EQ(parsed({"--config", "/c", "--role", "gateway"}).role, Role::Gateway);
+    EXPECT_FALSE(parseCommandLine({"--config", "/c", "--role", "both"}).ok());
     EXPECT_EQ(parsed({"--help"}).action, Action::Help);
 }
 

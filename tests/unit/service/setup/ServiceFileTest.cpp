@@ -33,6 +33,8 @@ TEST(ServiceFile, ANewOneIsAConfigurationForOneMachine) {
     EXPECT_EQ(config.tlsKey, "/etc/quorvane-service/api.key");
     EXPECT_EQ(config.vpn.controlKey, "/etc/quorvane-service/control.key");
     EXPECT_EQ(config.userKeys, "/etc/quorvane-service/user.keys");
+    EXPECT_EQ(config.vpn.clientAuthority, "/etc/quorvane-service/client-authority.pem");
+    EXPECT_EQ(config.stateFile, "/var/lib/quorvane-service/operator.json");
     EXPECT_EQ(config.vpn.udp->port, 1194);
     EXPECT_NE(config.vpn.tcp->port, config.listen.at(0).port) << "an OpenVPN server binds all addresses";
     ASSERT_TRUE(config.gateway);
