@@ -24,8 +24,7 @@ from world.world import World
 HOST = "vpn.example.org"
 ADDRESSES = "203.0.113.0/28"
 ETC = f"/etc/{NAME}"
-ARGUMENTS = ("--name", HOST, "--addresses", ADDRESSES, "--country", "DE", "--country-name", "Germany")
-ARGUMENTS += ("--city", "Berlin")
+ARGUMENTS = f"--name {HOST} --addresses {ADDRESSES} --country DE --country-name Germany --city Berlin".split()
 READY, NOT_READY, NOT_RUNNING = 0, 3, 4
 GATEWAY = ("nsenter", f"--net=/run/netns/{network.GATEWAY}")
 
