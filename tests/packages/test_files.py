@@ -88,6 +88,15 @@ def test_every_option_is_in_the_manual_page(contents):
     } == set()
 
 
+def test_every_option_of_the_service_is_in_its_manual_page(contents):
+    done = run("man", "--local-file", contents / "usr/share/man/man8/quorvane-service.8.gz")
+    text = re.sub(r".\x08", "", done.stdout).replace("\u2010", "-")
+    shown = run(contents / "usr/sbin/quorvane-service", "--help").stdout
+    options = set(re.findall(r"^  (--[a-z-]+)\b", shown, re.MULTILINE))
+    assert {"--addresses", "--json", "--check"} <= options
+    assert {option for option in options if not re.search(rf"{option}\b", text)} == set()
+
+
 def test_everything_belongs_to_root_and_only_root_changes_it(debs):
     for package in PACKAGES:
         command = ["dpkg-deb", "--fsys-tarfile", package_file(debs, package)]
@@ -104,12 +113,14 @@ def test_client_is_small(debs):
     assert package_file(debs, "quorvane").stat().st_size <= LARGEST_CLIENT
 
 
-def test_unit_is_understood(contents, tmp_path):
+@pytest.mark.parametrize("name", ["quorvane-service", "quorvane-service-renew"])
+def test_unit_is_understood(contents, tmp_path, name):
     """Its program is looked for in the package."""
-    unit = (contents / "lib/systemd/system/quorvane-service.service").read_text(encoding="utf-8")
+    units = contents / "lib/systemd/system"
+    unit = (units / f"{name}.service").read_text(encoding="utf-8")
     program = contents / "usr/sbin/quorvane-service"
     assert "ExecStart=/usr/sbin/quorvane-service " in unit
-    file = tmp_path / "quorvane-service.service"
+    file = tmp_path / f"{name}.service"
     text = re.sub(
         r"^Documentation=.*\n", "", unit.replace("/usr/sbin/quorvane-service", str(program)), flags=re.M
     )
@@ -118,3 +129,13 @@ def test_unit_is_understood(contents, tmp_path):
     assert (done.returncode, done.stdout) == (0, "")
     done = run("systemd-analyze", "security", "--offline=true", "--threshold=20", file)
     assert done.returncode == 0, done.stdout
+
+
+def test_timer_of_the_renewal_is_understood(contents, tmp_path):
+    for kind in ("timer", "service"):
+        unit = (contents / f"lib/systemd/system/quorvane-service-renew.{kind}").read_text(encoding="utf-8")
+        program = str(contents / "usr/sbin/quorvane-service")
+        file = tmp_path / f"quorvane-service-renew.{kind}"
+        file.write_text(unit.replace("/usr/sbin/quorvane-service", program), encoding="utf-8")
+    done = run("systemd-analyze", "verify", "--man=no", tmp_path / "quorvane-service-renew.timer")
+    assert (done.returncode, done.stdout) == (0, "")
