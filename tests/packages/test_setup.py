@@ -368,9 +368,12 @@ def test_installed_client_uses_the_printed_lines(machine, debs, installed):
         world.home.write("/etc/hosts", f"127.0.0.1 localhost\n{network.REAL_ADDRESS} {HOST}\n")
         client = Client(world, "joe")
         client.remember_administrator(ADA)
-        code, (lent,) = Terminal(client).run("--hide", "Germany Berlin")
+        terminal = Terminal(client)
+        code, (lent,) = terminal.run("--hide", "Germany Berlin")
         assert code == DONE and lent in host.configuration()["groups"][0]["addresses"]
-        assert Terminal(client).run("--quit") == (DONE, [])
+        assert terminal.status()["current_address"] == lent
+        assert host.unit.status()["lends"] == {"now": 1, "all": 1, "failed": 0}
+        assert terminal.run("--quit") == (DONE, [])
     finally:
         if client is not None:
             client.close()
