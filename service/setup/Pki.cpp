@@ -149,7 +149,7 @@ Result<Value> attempt(const Make &make) {
 
 Result<std::string> newKey() {
     return attempt<std::string>([] {
-        const Key key(EVP_EC_gen("P-256"));
+        const Key key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"));
         const Bio bio(BIO_new(BIO_s_secmem()));
         require(key && bio &&
                     PEM_write_bio_PrivateKey(bio.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr) ==
