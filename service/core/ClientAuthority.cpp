@@ -75,7 +75,7 @@ std::string pemOf(const PrivateKey &key) {
 }
 
 PrivateKey newKey() {
-    PrivateKey key(EVP_EC_gen("P-256"));
+    PrivateKey key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"));
     require(key != nullptr);
     return key;
 }

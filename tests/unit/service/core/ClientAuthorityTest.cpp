@@ -155,7 +155,8 @@ TEST_F(ClientAuthorityTest, OtherContentIsRefused) {
 
 TEST_F(ClientAuthorityTest, AnEncryptedKeyIsRefusedWithoutAQuestion) {
     const std::string certificate = ClientAuthority::parse(newText()).value().certificates();
-    const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(EVP_EC_gen("P-256"), &EVP_PKEY_free);
+    const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(
+        EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"), &EVP_PKEY_free);
     const std::unique_ptr<BIO, decltype(&BIO_free)> bio(BIO_new(BIO_s_mem()), &BIO_free);
     const std::string password = "pass";
     PEM_write_bio_PKCS8PrivateKey(bio.get(), key.get(), EVP_aes_128_cbc(), password.data(),
