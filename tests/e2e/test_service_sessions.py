@@ -8,7 +8,7 @@ from world.accounts import ADA
 
 def test_session_outlives_its_user(make_world, make_client):
     """The keys are renewed with the certificate and the user of the login when the user has expired."""
-    world = make_world(credential_seconds=25, vpn_settings={"renegotiation_seconds": 30})
+    world = make_world(credential_seconds=40, vpn_settings={"renegotiation_seconds": 50})
     client = make_client(world)
     client.start_hidden(ADA)
     address = check_hidden(client)
