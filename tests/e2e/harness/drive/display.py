@@ -12,9 +12,13 @@ import threading
 import time
 
 from harness.home.deadlines import EVENTUALLY, POLL
+from harness.observe import figures
 
 FAMILY_WILD = 0xFFFF
 FIRST_NUMBER = 7
+# Once in some hundred starts on a busy machine Xvfb gets no keymap from xkbcomp, without saying why.
+NO_KEYMAP = "XKB: Failed to compile keymap"
+STARTS = 3
 SIZE = (1280, 1024)
 # Seconds after which a press that had no effect is repeated.
 REPEAT = 5
@@ -110,10 +114,20 @@ class BareDisplay(Display):
             number += 1
         super().__init__(home, user, str(number), cookie)
         home.write(f"/run/xvfb{number}.auth", authority(str(number), cookie), mode=0o600)
-        messages = home.path(f"/run/xvfb{number}.log")
+        for left in reversed(range(STARTS)):
+            failure = self._start(number, size)
+            if failure is None:
+                break
+            if not left or NO_KEYMAP not in failure:
+                raise RuntimeError(f"Xvfb did not start: {failure}")
+            figures.record("Xvfb started again", NO_KEYMAP)
+
+    def _start(self, number, size):
+        """Starts the server; returns None, or its status and messages when it has ended or is not ready."""
+        messages = self.home.path(f"/run/xvfb{number}.log")
         # Without -noreset the server restarts when its last client leaves, even if another one connects.
         with messages.open("wb") as output:
-            self._server = home.popen(
+            self._server = self.home.popen(
                 "Xvfb",
                 self.name,
                 "-screen",
@@ -133,7 +147,8 @@ class BareDisplay(Display):
         ready, _, _ = select.select([self._server.stdout], [], [], EVENTUALLY)
         if not ready or os.read(self._server.stdout.fileno(), 64).strip() != str(number).encode():
             status = self._server.wait(EVENTUALLY) if ready else "it still runs"
-            raise RuntimeError(f"Xvfb did not start: {status}\n{messages.read_text(errors='replace')}")
+            return f"{status}\n{messages.read_text(errors='replace')}"
+        return None
 
     def press_keys(self, title, keys):
         """Brings a window to the front and presses keys in it."""

@@ -130,13 +130,25 @@ def check_given_up(client, before=None, logged=None):
         check_not_hidden(client)
 
 
+def wait_lent_address_shown(client, address, key="first"):
+    """The window shows the address, or none and why until the answer through the tunnel comes."""
+
+    def shown():
+        waiting = client.shows("Address notice", key)
+        now = client.current_address(key)
+        assert now == address or (now == "" and waiting), f"{now!r} instead of {address}, notice: {waiting}"
+        return now == address
+
+    client.home.wait_for(shown, "the lent address is shown")
+
+
 def check_hidden(client, key="first"):
     """Service, gateway and window agree that the address of the last request is lent; returns it."""
     client.wait_hidden(key=key)
     served = client.world.service
     address = served.requests_of("VPNC")[-1].parameter("desiredip")
     assert client.text("State picture", key=key) == "IP hidden"
-    assert client.current_address(key) == address
+    wait_lent_address_shown(client, address, key)
     assert address in served.lent().values()
     assert client.home.public_address(client.user) == address
     assert len(client.openvpn()) == 1
