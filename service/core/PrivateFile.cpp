@@ -26,12 +26,19 @@ Result<std::string> privateFileText(const std::string &path, std::size_t maximum
     if (static_cast<std::uintmax_t>(state.st_size) > maximumLength) {
         return Failure{path + " is longer than " + std::to_string(maximumLength) + " bytes"};
     }
-    std::string text(maximumLength, '\0');
-    const ssize_t length = read(file.get(), text.data(), text.size());
-    if (length < 0) {
-        return Failure{"cannot read " + path + ": " + std::strerror(errno)};
+    std::string text(static_cast<std::size_t>(state.st_size), '\0');
+    std::size_t done = 0;
+    while (done < text.size()) {
+        const ssize_t length = read(file.get(), text.data() + done, text.size() - done);
+        if (length < 0) {
+            return Failure{"cannot read " + path + ": " + std::strerror(errno)};
+        }
+        if (length == 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(length);
     }
-    text.resize(static_cast<std::size_t>(length));
+    text.resize(done);
     return text;
 }
 

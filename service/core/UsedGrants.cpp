@@ -1,8 +1,14 @@
 #include "UsedGrants.h"
 
+#include <cstdio>
+#include <vector>
+
 namespace quorvane::service {
 
 namespace {
+
+/// So many lines more than twice those that count are not worth writing the journal anew.
+constexpr std::size_t sparseLines = 1000;
 
 /// Compares in a time that depends only on the lengths.
 bool sameSecret(std::string_view left, std::string_view right) {
@@ -32,13 +38,56 @@ UsedGrants::Login UsedGrants::login(const Attempt &attempt) {
     if (found != m_used.end() && found->second.issued == attempt.grant->issued) {
         return {Refusal::None, found->second.tunnel};
     }
-    while (!m_byEnd.empty() && found == m_used.end() && m_used.size() >= m_maximum) {
-        dropFirst();
-    }
-    m_used[attempt.user] =
-        Used{attempt.grant->issued, attempt.grant->address, attempt.source, std::nullopt, user->end};
-    m_byEnd.emplace(user->end, attempt.user);
+    const UsedGrant used{attempt.user,   attempt.grant->issued, attempt.grant->address,
+                         attempt.source, std::nullopt,          user->end};
+    remember(used);
+    write(used);
     return {};
+}
+
+Result<> UsedGrants::restore(const std::string &journalPath) {
+    m_journal.emplace();
+    auto grants = m_journal->open(journalPath);
+    if (!grants) {
+        return Failure{grants.error()};
+    }
+    for (UsedGrant &grant : std::move(grants).value()) {
+        remember(std::move(grant));
+    }
+    return rewriteJournal();
+}
+
+void UsedGrants::remember(UsedGrant grant) {
+    if (!m_used.contains(grant.user)) {
+        while (!m_byEnd.empty() && m_used.size() >= m_maximum) {
+            dropFirst();
+        }
+    }
+    m_byEnd.emplace(grant.userEnd, grant.user);
+    m_used.insert_or_assign(grant.user, std::move(grant));
+}
+
+void UsedGrants::write(const UsedGrant &grant) {
+    if (!m_journal) {
+        return;
+    }
+    m_journal->append(grant);
+    // Without this the journal would grow with each login.
+    if (m_journal->lines() > 2 * m_used.size() + sparseLines) {
+        if (const auto written = rewriteJournal(); !written) {
+            std::fprintf(stderr, "quorvane-service: %s\n", written.error().c_str());
+        }
+    }
+}
+
+Result<> UsedGrants::rewriteJournal() {
+    dropExpired();
+    std::vector<UsedGrant> grants;
+    grants.reserve(m_used.size());
+    for (const auto &[user, grant] : m_used) {
+        grants.push_back(grant);
+    }
+    return m_journal->rewrite(grants);
 }
 
 UsedGrants::Refusal UsedGrants::refusalOf(const Attempt &attempt,
@@ -72,7 +121,7 @@ UsedGrants::Refusal UsedGrants::refusalOf(const Attempt &attempt,
         }
         return m_clock() < grant->limit ? Refusal::None : Refusal::TooLate;
     }
-    const Used &used = found->second;
+    const UsedGrant &used = found->second;
     if (grant->issued < used.issued || grant->address != used.address) {
         return Refusal::Replaced;
     }
@@ -81,8 +130,9 @@ UsedGrants::Refusal UsedGrants::refusalOf(const Attempt &attempt,
 
 void UsedGrants::setTunnelAddress(const std::string &user, Ipv4Address tunnel) {
     const auto found = m_used.find(user);
-    if (found != m_used.end()) {
+    if (found != m_used.end() && found->second.tunnel != tunnel) {
         found->second.tunnel = tunnel;
+        write(found->second);
     }
 }
 

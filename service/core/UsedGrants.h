@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Grant.h"
+#include "GrantJournal.h"
 #include "VpnUsers.h"
 
 #include <cstdint>
@@ -18,8 +19,8 @@ namespace quorvane::service {
 ///
 /// The first login must come soon after the grant was issued. After it, only the address from which it came
 /// may log in again, to keep the lent address, until the user expires. Once a grant was used, all earlier
-/// ones of its user are refused. So what a thief reads from a configuration is useless elsewhere. Use it from
-/// one thread only.
+/// ones of its user are refused. So what a thief reads from a configuration is useless elsewhere. With a
+/// journal this holds over a restart, too. Use it from one thread only.
 class UsedGrants {
 public:
     enum class Refusal {
@@ -65,6 +66,9 @@ public:
     /// login with its grant is refused.
     UsedGrants(const VpnUsers &users, Offer offer, Clock clock, std::size_t maximum = 500000);
 
+    /// Remembers what the journal at that path contains, and writes further grants to it from now on.
+    Result<> restore(const std::string &journalPath);
+
     /// Remembers the attempt's grant when it is accepted.
     Login login(const Attempt &attempt);
     /// Remembers the tunnel address of a login with the user's last used grant.
@@ -76,16 +80,11 @@ public:
 private:
     using TimePoint = UserTokens::TimePoint;
 
-    struct Used {
-        Grant::TimePoint issued;
-        Ipv4Address address;
-        std::string source;
-        std::optional<Ipv4Address> tunnel;
-        TimePoint userEnd;
-    };
-
     [[nodiscard]] Refusal refusalOf(const Attempt &attempt,
                                     const std::optional<UserTokens::User> &user) const;
+    void remember(UsedGrant grant);
+    void write(const UsedGrant &grant);
+    Result<> rewriteJournal();
     void dropExpired();
     void dropFirst();
 
@@ -93,7 +92,8 @@ private:
     Offer m_offer;
     Clock m_clock;
     std::size_t m_maximum;
-    std::unordered_map<std::string, Used> m_used; ///< by user
+    std::optional<GrantJournal> m_journal;             ///< after restore()
+    std::unordered_map<std::string, UsedGrant> m_used; ///< by user
     std::set<std::pair<TimePoint, std::string>> m_byEnd;
 };
 

@@ -143,6 +143,11 @@ public:
         if (auto loaded = m_operatorState.load(m_config.stateFilePath()); !loaded) {
             return Failure{"state_file: " + loaded.error()};
         }
+        if (m_gateway) {
+            if (auto restored = m_grants.restore(m_config.runtimeFolder + "/used-grants"); !restored) {
+                return Failure{"runtime_folder: " + restored.error()};
+            }
+        }
         removeAddresses(); // a killed service may have left the file
         if (m_config.answersRequests()) {
             if (auto listening = listen(); !listening) {
