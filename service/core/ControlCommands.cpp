@@ -44,6 +44,7 @@ json statusReport(const ServiceStatus &status) {
             {"credentials", status.credentials},
             {"draining", status.draining},
             {"revocations", status.revocations},
+            {"confined", status.confined},
             {"servers", entries},
             {"lends", {{"now", facts.currentLends}, {"all", facts.lends}, {"failed", facts.failedLends}}},
             {"refused", std::map(facts.refused.begin(), facts.refused.end())},

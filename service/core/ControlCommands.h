@@ -39,6 +39,7 @@ struct ServiceStatus {
     bool draining = false;
     std::size_t revocations = 0; ///< users and addresses that are revoked
     Facts facts{};
+    bool confined = false; ///< the process can open no file for reading and start no program
 };
 
 /// What the operator may order. Each reports a failure to write the order down.

@@ -29,6 +29,8 @@ namespace {
 
 /// How long the input of a closed connection is still read, so that the last answer reaches the client.
 constexpr std::chrono::seconds lingerTime{2};
+/// How long a request that has begun may still take when the service ends.
+constexpr std::chrono::seconds stopTime{3};
 constexpr std::size_t maximumLingerBytes = 1 << 20;
 constexpr std::chrono::milliseconds acceptDelay{100};
 constexpr std::chrono::seconds reportPause{10};
@@ -109,7 +111,7 @@ public:
     Connection(Tcp::socket socket, Shared &shared, std::string peer, const Caller &caller)
         : m_stream(std::move(socket), shared.tls), m_limits(shared.config.limits), m_handler(shared.handler),
           m_recorder(shared.recorder), m_peer(std::move(peer)), m_caller(caller),
-          m_callerLimits(shared.limits), m_firstByte(shared.context) {}
+          m_callerLimits(shared.limits), m_timer(shared.context) {}
 
     ~Connection() { m_callerLimits->close(m_caller); }
 
@@ -118,8 +120,8 @@ public:
 
     /// Waits for the first byte: a connection that sends nothing costs no handshake.
     void start() {
-        m_firstByte.expires_after(m_limits.handshake);
-        m_firstByte.async_wait([self = shared_from_this()](error_code cancelled) {
+        m_timer.expires_after(m_limits.handshake);
+        m_timer.async_wait([self = shared_from_this()](error_code cancelled) {
             if (!cancelled) {
                 self->m_stalled = true;
                 error_code ignored;
@@ -131,13 +133,28 @@ public:
             [self = shared_from_this()](error_code error) { self->onFirstByte(error); });
     }
 
-    void close() {
-        error_code ignored;
-        beast::get_lowest_layer(m_stream).socket().close(ignored);
+    /// Ends the connection, after the answer to a request that has begun.
+    void finishSoon() {
+        m_isLast = true;
+        if (!m_isBusy) {
+            close();
+            return;
+        }
+        m_timer.expires_after(stopTime);
+        m_timer.async_wait([weak = weak_from_this()](error_code cancelled) {
+            if (const auto self = weak.lock(); self && !cancelled) {
+                self->close();
+            }
+        });
     }
 
 private:
     using Parser = http::request_parser<http::empty_body>;
+
+    void close() {
+        error_code ignored;
+        beast::get_lowest_layer(m_stream).socket().close(ignored);
+    }
 
     void expireAfter(std::chrono::seconds time) { beast::get_lowest_layer(m_stream).expires_after(time); }
 
@@ -150,11 +167,12 @@ private:
     }
 
     void onFirstByte(error_code error) {
-        const auto deadline = m_firstByte.expiry();
-        m_firstByte.cancel();
+        const auto deadline = m_timer.expiry();
+        m_timer.cancel();
         if (error) {
             report("handshake_failed", m_stalled ? error_code(beast::error::timeout) : error);
         } else if (m_callerLimits->admit(m_caller, Limit::Handshakes)) {
+            m_isBusy = true;
             beast::get_lowest_layer(m_stream).expires_at(deadline);
             m_stream.async_handshake(
                 ssl::stream_base::server,
@@ -181,6 +199,7 @@ private:
 
     void onHeader(error_code error) {
         if (!error) {
+            m_isBusy = true;
             answerRequest();
             return;
         }
@@ -289,7 +308,8 @@ private:
                           [self = shared_from_this(), keepAlive](error_code error, std::size_t) {
                               if (error) {
                                   self->close();
-                              } else if (keepAlive) {
+                              } else if (keepAlive && !self->m_isLast) {
+                                  self->m_isBusy = false;
                                   self->readRequest();
                               } else {
                                   self->finish();
@@ -311,6 +331,7 @@ private:
     }
 
     void discard() {
+        m_isBusy = false;
         beast::get_lowest_layer(m_stream).async_read_some(
             asio::buffer(m_discardBuffer), [self = shared_from_this()](error_code error, std::size_t bytes) {
                 self->m_discarded += bytes;
@@ -329,11 +350,13 @@ private:
     std::string m_peer;
     Caller m_caller;
     std::shared_ptr<CallerLimits> m_callerLimits;
-    asio::steady_timer m_firstByte;
+    asio::steady_timer m_timer; ///< until the first byte, and at the end of the service
     bool m_stalled = false;
     beast::flat_buffer m_buffer;
     std::optional<Parser> m_parser;
     std::optional<http::response<http::string_body>> m_response;
+    bool m_isBusy = false; ///< a request is read or answered
+    bool m_isLast = false; ///< there will be no further request
     std::size_t m_answered = 0;
     std::size_t m_discarded = 0;
     std::array<char, 16384> m_discardBuffer{};
@@ -475,7 +498,7 @@ void HttpsServer::stop() {
     }
     for (const auto &weak : m_shared->connections) {
         if (const auto connection = weak.lock()) {
-            connection->close();
+            connection->finishSoon();
         }
     }
 }

@@ -35,7 +35,8 @@ public:
     /// Uses the certificate and the key as they are in their files now, for new connections. When they are
     /// unusable, those in use stay.
     Result<> reloadCertificate();
-    /// Stops accepting and closes every connection. An object that was not stopped may be destroyed
+    /// Stops accepting and closes every connection, those with a request that has begun after its answer,
+    /// for which they have a few seconds. An object that was not stopped may be destroyed
     /// only when the io_context has stopped.
     void stop();
 

@@ -22,6 +22,7 @@
 #include "core/RequestLog.h"
 #include "core/UsedGrants.h"
 #include "core/UserTokens.h"
+#include "sandbox/Sandbox.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -168,6 +169,10 @@ public:
             }
         });
         awaitReopenSignal();
+        readExpiries();
+        if (auto confined = confine(); !confined) {
+            return confined;
+        }
         auto written = m_config.answersRequests() ? writeAddresses() : Result<>();
         if (written && m_gateway) {
             m_gateway->start([this](const std::string &reason) {
@@ -271,6 +276,35 @@ private:
                            [address](const std::string &, Ipv4Address lent) { return lent == address; });
     }
 
+    /// A process that only answers requests has opened all that it needs; it accepts nothing before this.
+    Result<> confine() {
+        if (m_config.role != Role::Api) {
+            return {};
+        }
+        const auto folderOf = [](const std::string &path) {
+            const std::string folder = std::filesystem::path(path).parent_path();
+            return folder.empty() ? std::string(".") : folder;
+        };
+        auto confined = confineProcess(
+            {{m_config.runtimeFolder, folderOf(m_config.requestLog), folderOf(m_config.stateFilePath())},
+             false});
+        m_isConfined = confined.ok();
+        return confined;
+    }
+
+    void readExpiries() {
+        m_expiries.clear();
+        const std::vector<std::pair<std::string, std::string>> files = {
+            {"tls.certificate", m_config.tlsCertificate},
+            {"vpn.ca", m_config.vpn.ca},
+            {"vpn.certificate", m_config.vpn.certificate}};
+        for (const auto &[key, path] : files) {
+            if (const auto expiry = certificateExpiry(path)) {
+                m_expiries.emplace_back(key, *expiry);
+            }
+        }
+    }
+
     /// One line "address port" per listener. The file is made only when all of them are bound.
     Result<> writeAddresses() {
         const std::string path = m_config.runtimeFolder + "/listening";
@@ -288,8 +322,12 @@ private:
     }
 
     /// Takes the lent addresses and the listener's certificate as they are in their files now. What cannot be
-    /// used leaves the former ones in use. All other settings count from the next start on.
+    /// used leaves the former ones in use. All other settings count from the next start on; a confined
+    /// process cannot read files, so there everything does.
     void reload() {
+        if (m_isConfined) {
+            return;
+        }
         auto read = loadConfig(m_config.file, m_config.role);
         if (read) {
             Config changed = std::move(read).value();
@@ -300,6 +338,7 @@ private:
         } else {
             writeLog("the former configuration stays in use: " + read.error());
         }
+        readExpiries();
         if (!m_config.answersRequests()) {
             return;
         }
@@ -366,21 +405,17 @@ private:
             const auto limit = static_cast<Limit>(index);
             values.refused.emplace_back(limitName(limit), m_https.limits().refused(limit));
         }
-        const std::vector<std::pair<std::string, std::string>> files = {
-            {"tls.certificate", m_config.tlsCertificate},
-            {"vpn.ca", m_config.vpn.ca},
-            {"vpn.certificate", m_config.vpn.certificate}};
-        for (const auto &[key, path] : files) {
-            if (const auto expiry = certificateExpiry(path)) {
-                values.certificates.emplace_back(key, *expiry);
-            }
-        }
+        values.certificates = m_expiries;
         return values;
     }
 
     [[nodiscard]] ServiceStatus status() {
-        return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(), m_grants.size(),
-                m_operatorState.draining(), m_operatorState.revocations(), facts()};
+        return {m_gateway ? m_gateway->status() : std::vector<ServerStatus>(),
+                m_grants.size(),
+                m_operatorState.draining(),
+                m_operatorState.revocations(),
+                facts(),
+                m_isConfined};
     }
 
     Config &m_config;
@@ -403,6 +438,8 @@ private:
     std::chrono::steady_clock::time_point m_started = std::chrono::steady_clock::now();
     asio::signal_set m_signals;
     asio::signal_set m_reopenSignal;
+    std::vector<std::pair<std::string, std::int64_t>> m_expiries; ///< of certificates, by key
+    bool m_isConfined = false;
     bool m_stopping = false;
     bool m_failed = false;
 };

@@ -1,38 +1,17 @@
 """One process answers requests, another one lends addresses; they share key files and nothing else."""
 
-import contextlib
-import shutil
-
 import pytest
 
+from harness.conditions import roles
 from harness.observe.outcomes import check_hidden, check_not_hidden
-from world import service
 from world.accounts import ADA
-
-KEYS = ("user.keys", "control.key", "client-authority.pem")
 
 
 @pytest.fixture(name="gateway")
 def fixture_gateway(world):
-    """Divides the service: world.service answers requests from now on, and the other one lends addresses."""
-    api = world.service
-    api.stop()
-    shared = world.folder / "shared"
-    shared.mkdir()
-    for name in KEYS:
-        shutil.move(api.runtime / name, shared / name)
-    users, control_key, authority = (str(shared / name) for name in KEYS)
-    vpn = {**api.vpn_settings, "control_key": control_key, "client_authority": authority}
-    gateway = service.Service(api.program, world.folder / "gateway", world.authority, keys=users, vpn=vpn)
-    gateway.role, api.role = "gateway", "api"
-    api.configure(keys=users, vpn={**vpn, "certificate": "/none", "key": "/none"})
-    gateway.configure(tls={"certificate": "/none", "key": "/none"})
-    with contextlib.ExitStack() as ends:
-        ends.callback(lambda: gateway.end())  # pylint: disable=unnecessary-lambda
-        gateway.start()
-        api.start()
+    """The process that lends addresses; world.service is the one that answers requests."""
+    with roles.divided(world) as gateway:
         yield gateway
-        assert gateway.end() == 0
 
 
 def test_session(world, client, gateway):

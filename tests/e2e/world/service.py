@@ -103,13 +103,17 @@ class Service:
         self.output = self.folder / "service.log"
         self.runtime = self.folder / "runtime"
         self.certificate = authority.leaf("api", API_NAMES)
-        self._configuration = self.folder / "service.json"
         self._settings = self._usual_settings(authority)
         # Settings of the tunnels are added to the usual ones; other settings replace them.
         self._settings["vpn"].update(overrides.pop("vpn_settings", {}))
         self.configure(**overrides)
         self.role = "all"
+        self.environment = {}  # beside the machine's
         self._process = None
+
+    @property
+    def _configuration(self):
+        return self.folder / "service.json"
 
     def configure(self, **changes):
         """Changes settings, which are valid from the next start on; returns their previous values."""
@@ -171,6 +175,7 @@ class Service:
                 stdin=subprocess.DEVNULL,
                 stdout=output,
                 stderr=output,
+                env={**os.environ, **self.environment},
             )
         end = time.monotonic() + EVENTUALLY
         while not self._ready():

@@ -54,14 +54,12 @@ TEST_F(ControlCommandsTest, AnEmptyTargetCanBeAnnounced) {
 }
 
 TEST_F(ControlCommandsTest, ReportsTheStatusOfTheServers) {
-    m_status = {{{"udp", true, true, 3, {{"unknown user", 4}}}, {"tcp", true, false, 0}},
-                7,
-                true,
-                2,
-                {9, 1, 3, {{"requests", 5}}, {{"tls.certificate", 1800000000}}}};
-    EXPECT_EQ(
-        answerTo(R"({"command":"status"})"),
-        json::parse(R"({"ok":true,"ready":false,"credentials":7,"draining":true,"revocations":2,"servers":{
+    m_status = {{{"udp", true, true, 3, {{"unknown user", 4}}}, {"tcp", true, false, 0}}, 7,   true, 2,
+                {9, 1, 3, {{"requests", 5}}, {{"tls.certificate", 1800000000}}},          true};
+    EXPECT_EQ(answerTo(R"({"command":"status"})"),
+              json::parse(
+                  R"({"ok":true,"ready":false,"credentials":7,"draining":true,"revocations":2,"confined":true,
+                  "servers":{
                   "udp":{"running":true,"ready":true,"clients":3,"refused_logins":{"unknown user":4}},
                   "tcp":{"running":true,"ready":false,"clients":0,"refused_logins":{}}},
                   "lends":{"now":3,"all":9,"failed":1},"refused":{"requests":5},
