@@ -56,6 +56,7 @@ int runAction(const CommandLine &line) {
     case Action::Status:
     case Action::Drain:
     case Action::Revoke:
+    case Action::Release:
         return quorvane::service::runControlAction(line);
     }
     return exitUsage;

@@ -108,8 +108,22 @@ std::string Api::serverList(const Target &target, const std::string &peer) {
     if (!arguments(target, {"ver", "device", "systamp", "uniqueid"})) {
         return statusAnswer(1, peer);
     }
-    return serverListAnswer(m_config, m_draining() ? std::vector<Group>() : m_config.groups, peer,
-                            m_users.issue());
+    return serverListAnswer(m_config, offeredGroups(), peer, m_users.issue());
+}
+
+/// A group without an available address is no location.
+std::vector<Group> Api::offeredGroups() const {
+    if (m_draining()) {
+        return {};
+    }
+    std::vector<Group> groups = m_config.groups;
+    if (m_offered) {
+        for (Group &group : groups) {
+            std::erase_if(group.addresses, [this](Ipv4Address address) { return !m_offered(address); });
+        }
+        std::erase_if(groups, [](const Group &group) { return group.addresses.empty(); });
+    }
+    return groups;
 }
 
 std::string Api::vpnConfiguration(const Target &target) {
@@ -131,7 +145,8 @@ std::string Api::vpnConfiguration(const Target &target) {
     if (!m_users.find((*values)[4])) {
         return "ERR: Unknown or expired session";
     }
-    if (m_draining() || m_config.groupOf(*desired) == nullptr) {
+    const bool available = m_config.groupOf(*desired) != nullptr && (!m_offered || m_offered(*desired));
+    if (m_draining() || !available) {
         return "ERR: Address not available";
     }
     const auto grant = m_users.grant((*values)[4], *desired, server->protocol);

@@ -47,6 +47,9 @@ public:
     /// While `draining` returns true, no address is offered.
     void setDraining(std::function<bool()> draining) { m_draining = std::move(draining); }
 
+    /// Of the addresses in the groups only those for which `offered` returns true are available.
+    void setOffered(std::function<bool(Ipv4Address)> offered) { m_offered = std::move(offered); }
+
     [[nodiscard]] HttpResponse answer(const HttpRequest &request);
 
 private:
@@ -54,6 +57,7 @@ private:
                                        const std::string &peer);
     [[nodiscard]] std::string serverList(const Target &target, const std::string &peer);
     [[nodiscard]] std::string vpnConfiguration(const Target &target);
+    [[nodiscard]] std::vector<Group> offeredGroups() const;
     [[nodiscard]] HttpResponse addressPage(const HttpRequest &request) const;
 
     const Config &m_config;
@@ -64,6 +68,7 @@ private:
     std::function<bool()> m_draining = [] {
         return false;
     };
+    std::function<bool(Ipv4Address)> m_offered; ///< null: all are available
 };
 
 } // namespace quorvane::service

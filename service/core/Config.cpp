@@ -317,6 +317,9 @@ Config readConfig(JsonReader &reader) {
     if (reader.has("gateway")) {
         reader.object("gateway", [&config](JsonReader &part) { config.gateway = readGateway(part); });
     }
+    if (reader.has("etcd")) {
+        reader.object("etcd", [&config](JsonReader &part) { config.etcd = readEtcdSettings(part); });
+    }
     checkNetworks(reader, config);
     reader.finish();
     return config;
@@ -357,6 +360,11 @@ std::optional<std::string> firstUnreadable(const Config &config) {
     if (!config.vpn.clientAuthority.empty()) {
         files.emplace_back("vpn.client_authority", config.vpn.clientAuthority);
     }
+    if (config.etcd) {
+        files.emplace_back("etcd.ca", config.etcd->ca);
+        files.emplace_back("etcd.certificate", config.etcd->certificate);
+        files.emplace_back("etcd.key", config.etcd->key);
+    }
     for (const auto &[key, path] : files) {
         std::ifstream file(path);
         if (!file || file.peek() == std::ifstream::traits_type::eof()) {
@@ -396,6 +404,10 @@ std::string Config::clientCertificatesPath() const {
 
 std::string Config::stateFilePath() const {
     return stateFile.empty() ? runtimeFolder + "/operator.json" : stateFile;
+}
+
+std::string Config::sharedFactsPath() const {
+    return stateFilePath() + ".shared";
 }
 
 std::string Config::userKeysPath() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Announcement.h"
+#include "EtcdSettings.h"
 #include "Ipv4.h"
 #include "common/Result.h"
 
@@ -151,6 +152,7 @@ struct Config {
     std::optional<MetricsListener> metrics;
     Vpn vpn;
     std::optional<Gateway> gateway;
+    std::optional<EtcdSettings> etcd; ///< nothing: the node knows no other ones
 
     [[nodiscard]] bool answersRequests() const { return role != Role::Gateway; }
 
@@ -164,6 +166,8 @@ struct Config {
     [[nodiscard]] std::string clientCertificatesPath() const;
     /// The file of what the operator has ordered.
     [[nodiscard]] std::string stateFilePath() const;
+    /// The file of what was last known of other nodes.
+    [[nodiscard]] std::string sharedFactsPath() const;
     /// The file of the keys of VPN users.
     [[nodiscard]] std::string userKeysPath() const;
     /// The group that lends the address, or null.

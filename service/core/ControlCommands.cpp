@@ -36,30 +36,51 @@ json statusReport(const ServiceStatus &status) {
                                 {"clients", server.clients},
                                 {"refused_logins", server.refusedLogins}};
     }
-    const bool ready = std::all_of(status.servers.begin(), status.servers.end(),
-                                   [](const ServerStatus &server) { return server.ready; });
     const Facts &facts = status.facts;
-    return {{"ok", true},
-            {"ready", ready},
-            {"credentials", status.credentials},
-            {"draining", status.draining},
-            {"revocations", status.revocations},
-            {"confined", status.confined},
-            {"servers", entries},
-            {"lends", {{"now", facts.currentLends}, {"all", facts.lends}, {"failed", facts.failedLends}}},
-            {"refused", std::map(facts.refused.begin(), facts.refused.end())},
-            {"certificates", std::map(facts.certificates.begin(), facts.certificates.end())}};
+    json report = {
+        {"ok", true},
+        {"ready", allReady(status.servers)},
+        {"credentials", status.credentials},
+        {"draining", status.draining},
+        {"revocations", status.revocations},
+        {"confined", status.confined},
+        {"servers", entries},
+        {"lends", {{"now", facts.currentLends}, {"all", facts.lends}, {"failed", facts.failedLends}}},
+        {"refused", std::map(facts.refused.begin(), facts.refused.end())},
+        {"certificates", std::map(facts.certificates.begin(), facts.certificates.end())}};
+    if (status.shared) {
+        report["etcd"] = sharedReport(*status.shared);
+    }
+    return report;
 }
 
 json failure(const std::string &message) {
     return {{"ok", false}, {"error", message}};
 }
 
+/// The answer to an order that was carried out.
+json done(const OperatorOrders &orders) {
+    json answer = {{"ok", true}};
+    if (orders.unshared()) {
+        answer["shared"] = "not yet";
+    }
+    return answer;
+}
+
 json drain(JsonReader &reader, const OperatorOrders &orders) {
     const bool on = reader.boolean("on", true);
     reader.finish();
-    const auto done = orders.drain(on);
-    return done ? json{{"ok", true}} : failure(done.error());
+    const auto drained = orders.drain(on);
+    return drained ? done(orders) : failure(drained.error());
+}
+
+json revoked(const Result<std::size_t> &ended, const OperatorOrders &orders) {
+    if (!ended) {
+        return failure(ended.error());
+    }
+    json answer = done(orders);
+    answer["ended"] = ended.value();
+    return answer;
 }
 
 json revoke(JsonReader &reader, const OperatorOrders &orders) {
@@ -69,24 +90,40 @@ json revoke(JsonReader &reader, const OperatorOrders &orders) {
     if (reader.has("user")) {
         const std::string user = reader.text("user");
         reader.finish();
-        const auto ended = orders.revokeUser(user);
-        return ended ? json{{"ok", true}, {"ended", ended.value()}} : failure(ended.error());
+        return revoked(orders.revokeUser(user), orders);
     }
     const auto address = Ipv4Address::parse(reader.text("address"));
     reader.finish();
     if (!address) {
         return failure("address: must be an IPv4 address");
     }
-    const auto ended = orders.revokeAddress(*address);
-    return ended ? json{{"ok", true}, {"ended", ended.value()}} : failure(ended.error());
+    return revoked(orders.revokeAddress(*address), orders);
+}
+
+std::string textOf(const json &answer) {
+    return answer.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+void release(JsonReader &reader, const OperatorOrders &orders, const ControlCommands::Reply &reply) {
+    const std::string gateway = reader.text("gateway");
+    reader.finish();
+    orders.release(gateway, [reply](const Result<std::size_t> &addresses) {
+        reply(textOf(addresses ? json{{"ok", true}, {"released", addresses.value()}}
+                               : failure(addresses.error())));
+    });
 }
 
 } // namespace
 
+bool allReady(const std::vector<ServerStatus> &servers) {
+    return std::all_of(servers.begin(), servers.end(),
+                       [](const ServerStatus &server) { return server.ready; });
+}
+
 ControlCommands::ControlCommands(AnnouncedRequests &announced, Status status, OperatorOrders orders)
     : m_announced(announced), m_status(std::move(status)), m_orders(std::move(orders)) {}
 
-std::string ControlCommands::answer(std::string_view line) {
+void ControlCommands::answer(std::string_view line, const Reply &reply) {
     json answer;
     try {
         const json document = json::parse(line);
@@ -106,6 +143,9 @@ std::string ControlCommands::answer(std::string_view line) {
             answer = drain(reader, m_orders);
         } else if (command == "revoke") {
             answer = revoke(reader, m_orders);
+        } else if (command == "release") {
+            release(reader, m_orders, reply);
+            return;
         } else if (command == "status") {
             answer = statusReport(m_status());
         } else {
@@ -116,7 +156,7 @@ std::string ControlCommands::answer(std::string_view line) {
     } catch (const json::exception &) {
         answer = failure("not valid JSON");
     }
-    return answer.dump(-1, ' ', false, json::error_handler_t::replace);
+    reply(textOf(answer));
 }
 
 } // namespace quorvane::service

@@ -2,11 +2,13 @@
 
 #include "AnnouncedRequests.h"
 #include "Ipv4.h"
+#include "SharedStatus.h"
 #include "common/Result.h"
 
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -39,8 +41,12 @@ struct ServiceStatus {
     bool draining = false;
     std::size_t revocations = 0; ///< users and addresses that are revoked
     Facts facts{};
-    bool confined = false; ///< the process can open no file for reading and start no program
+    bool confined = false;                ///< the process can open no file for reading and start no program
+    std::optional<SharedStatus> shared{}; ///< nothing when there are no other nodes
 };
+
+/// True when all servers accept clients.
+[[nodiscard]] bool allReady(const std::vector<ServerStatus> &servers);
 
 /// What the operator may order. Each reports a failure to write the order down.
 struct OperatorOrders {
@@ -48,6 +54,15 @@ struct OperatorOrders {
     /// Both return the number of sessions that were ended.
     std::function<Result<std::size_t>(const std::string &user)> revokeUser;
     std::function<Result<std::size_t>(Ipv4Address address)> revokeAddress;
+
+    using Released = std::function<void(const Result<std::size_t> &addresses)>;
+
+    /// Removes the claims of a gateway that is gone for good. `released` is called once, now or later.
+    std::function<void(const std::string &gateway, Released released)> release;
+    /// True while an order counts here only, since other nodes cannot be reached.
+    std::function<bool()> unshared = [] {
+        return false;
+    };
 };
 
 /// Answers the lines of the control socket.
@@ -58,9 +73,11 @@ public:
     /// `announced` is not owned.
     ControlCommands(AnnouncedRequests &announced, Status status, OperatorOrders orders);
 
+    using Reply = std::function<void(const std::string &answer)>;
+
     /// One JSON object in, one JSON object out, both without a line feed. A line that is not understood is
-    /// answered with an error.
-    [[nodiscard]] std::string answer(std::string_view line);
+    /// answered with an error. `reply` is called once, now or later.
+    void answer(std::string_view line, const Reply &reply);
 
 private:
     AnnouncedRequests &m_announced;

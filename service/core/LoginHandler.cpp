@@ -58,7 +58,7 @@ void LoginHandler::connect(const ManagementEvent &event) {
         return;
     }
     m_grants.setTunnelAddress(user, *tunnel);
-    m_sessions[event.client] = {user, password, *tunnel, grant->address, event.key};
+    m_sessions[event.client] = {user, password, *tunnel, *grant, event.key};
     m_log("login of " + jsonText(user) + " from " + jsonText(source) + ": " + tunnel->text() + " lends " +
           grant->address.text());
     m_table.lend(*tunnel, grant->address,
@@ -108,11 +108,10 @@ void LoginHandler::endEarlierSession(const std::string &user) {
     }
 }
 
-std::size_t
-LoginHandler::endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends) {
+std::size_t LoginHandler::endSessions(const std::function<bool(const Grant &)> &ends) {
     std::vector<std::uint64_t> clients;
     for (const auto &[client, session] : m_sessions) {
-        if (ends(session.user, session.lent)) {
+        if (ends(session.grant)) {
             clients.push_back(client);
         }
     }

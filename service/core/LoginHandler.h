@@ -43,9 +43,9 @@ public:
     /// Ends all sessions. Nothing is sent after this.
     void connectionLost();
 
-    /// Ends the sessions for which `ends` returns true, given the user and the lent address. Returns their
-    /// number. Their clients end, too, instead of trying again.
-    std::size_t endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends);
+    /// Ends the sessions for which `ends` returns true, given the grant of the login. Returns their number.
+    /// Their clients end, too, instead of trying again.
+    std::size_t endSessions(const std::function<bool(const Grant &)> &ends);
 
     /// True while the server accepts clients.
     [[nodiscard]] bool ready() const { return m_ready; }
@@ -62,7 +62,7 @@ private:
         std::string user;
         std::string password;
         Ipv4Address tunnel;
-        Ipv4Address lent;
+        Grant grant;
         std::uint64_t key = 0;
     };
 

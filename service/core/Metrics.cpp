@@ -51,6 +51,10 @@ std::string metricsPage(const Metrics &metrics) {
     for (const auto &[key, expiry] : metrics.facts.certificates) {
         page += sample("certificate_expiry_timestamp_seconds", expiry, "key=\"" + key + '"');
     }
+    if (metrics.etcdConnected) {
+        page += single("etcd_connected", "gauge", "1 while what all nodes share is up to date.",
+                       *metrics.etcdConnected ? 1 : 0);
+    }
     return page;
 }
 

@@ -3,6 +3,7 @@
 #include "ControlCommands.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@ struct Metrics {
     std::chrono::seconds uptime{0};
     std::vector<ServerStatus> servers;
     Facts facts;
+    std::optional<bool> etcdConnected{}; ///< nothing without etcd
 };
 
 /// The page in the text format of Prometheus.

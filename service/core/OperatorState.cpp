@@ -2,6 +2,7 @@
 
 #include "PrivateFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <nlohmann/json.hpp>
 #include <unistd.h>
@@ -15,12 +16,12 @@ using std::chrono::microseconds;
 
 constexpr std::size_t maximumLength = 64 << 20;
 
-std::int64_t numberOf(std::chrono::system_clock::time_point time) {
-    return std::chrono::ceil<microseconds>(time.time_since_epoch()).count();
+std::int64_t numberOf(SharedOrders::TimePoint time) {
+    return time.time_since_epoch().count();
 }
 
-std::chrono::sys_time<microseconds> timeIn(const json &number) {
-    return std::chrono::sys_time<microseconds>(microseconds(number.get<std::int64_t>()));
+SharedOrders::TimePoint timeIn(const json &number) {
+    return SharedOrders::TimePoint(microseconds(number.get<std::int64_t>()));
 }
 
 } // namespace
@@ -43,14 +44,25 @@ Result<> OperatorState::read(std::string_view text) {
         const json document = json::parse(text);
         m_draining = document.at("draining").get<bool>();
         for (const auto &[user, end] : document.at("users").items()) {
-            m_users.emplace(user, timeIn(end));
+            m_orders.users.emplace(user, timeIn(end));
         }
         for (const auto &[name, entry] : document.at("addresses").items()) {
             const auto address = Ipv4Address::parse(name);
             if (!address) {
                 return Failure{"not an address: " + name};
             }
-            m_addresses.emplace(*address, Address{timeIn(entry.at(0)), timeIn(entry.at(1))});
+            m_orders.addresses.emplace(*address,
+                                       SharedOrders::Address{timeIn(entry.at(0)), timeIn(entry.at(1))});
+        }
+        if (document.contains("all_draining")) {
+            const json &drain = document.at("all_draining");
+            m_orders.drain = {drain.at(0).get<bool>(), timeIn(drain.at(1))};
+        }
+        if (document.contains("pending")) {
+            document.at("pending").get_to(m_pending);
+        } else if (m_shares) { // written before there were other nodes
+            const auto keys = m_orders.keys();
+            m_pending.insert(keys.begin(), keys.end());
         }
         return {};
     } catch (const json::exception &error) {
@@ -61,16 +73,27 @@ Result<> OperatorState::read(std::string_view text) {
 Result<> OperatorState::write() {
     dropExpired();
     json users = json::object();
-    for (const auto &[user, end] : m_users) {
+    for (const auto &[user, end] : m_orders.users) {
         users[user] = numberOf(end);
     }
     json addresses = json::object();
-    for (const auto &[address, entry] : m_addresses) {
+    for (const auto &[address, entry] : m_orders.addresses) {
         addresses[address.text()] = {numberOf(entry.issuedUntil), numberOf(entry.end)};
     }
-    const json document = {{"draining", m_draining}, {"users", users}, {"addresses", addresses}};
+    json document = {{"draining", m_draining}, {"users", users}, {"addresses", addresses}};
+    if (m_shares) {
+        document["all_draining"] = {m_orders.drain.on, numberOf(m_orders.drain.given)};
+        document["pending"] = m_pending;
+    }
     auto written = writePrivateFile(m_path, document.dump(1) + '\n');
     return written ? Result<>() : Failure{written.error() + " (the order counts until the next start)"};
+}
+
+Result<> OperatorState::ordered(const std::string &key) {
+    if (m_shares) {
+        m_pending.insert(key);
+    }
+    return write();
 }
 
 Result<> OperatorState::setDraining(bool draining) {
@@ -78,29 +101,51 @@ Result<> OperatorState::setDraining(bool draining) {
     return write();
 }
 
+Result<> OperatorState::setAllDraining(bool draining) {
+    // Also after the clock was set back.
+    const auto given =
+        std::max(std::chrono::floor<microseconds>(m_clock()), m_orders.drain.given + microseconds(1));
+    m_orders.drain = {draining, given};
+    return ordered(drainOrder);
+}
+
 Result<> OperatorState::revokeUser(const std::string &user, TimePoint end) {
-    m_users[user] = end;
-    return write();
+    m_orders.users[user] = std::chrono::ceil<microseconds>(end);
+    return ordered(userOrder(user));
 }
 
 Result<> OperatorState::revokeAddress(Ipv4Address address, TimePoint end) {
-    m_addresses[address] = {std::chrono::floor<microseconds>(m_clock()), end};
+    m_orders.addresses[address] = {std::chrono::floor<microseconds>(m_clock()),
+                                   std::chrono::ceil<microseconds>(end)};
+    return ordered(addressOrder(address));
+}
+
+Result<> OperatorState::takeShared(const SharedOrders &shared) {
+    SharedOrders merged = shared;
+    std::erase_if(m_pending, [&](const std::string &key) { return m_orders.isIn(key, shared); });
+    for (const std::string &key : m_pending) {
+        if (const auto value = m_orders.value(key)) {
+            merged.add(key, *value);
+        }
+    }
+    m_orders = std::move(merged);
     return write();
 }
 
 bool OperatorState::revokesUser(std::string_view user) const {
-    return m_users.find(user) != m_users.end();
+    return m_orders.users.find(user) != m_orders.users.end();
 }
 
 bool OperatorState::revokesGrant(const Grant &grant) const {
-    const auto found = m_addresses.find(grant.address);
-    return found != m_addresses.end() && grant.issued <= found->second.issuedUntil;
+    const auto found = m_orders.addresses.find(grant.address);
+    return found != m_orders.addresses.end() && grant.issued <= found->second.issuedUntil;
 }
 
 void OperatorState::dropExpired() {
     const TimePoint now = m_clock();
-    std::erase_if(m_users, [now](const auto &entry) { return entry.second <= now; });
-    std::erase_if(m_addresses, [now](const auto &entry) { return entry.second.end <= now; });
+    std::erase_if(m_orders.users, [now](const auto &entry) { return entry.second <= now; });
+    std::erase_if(m_orders.addresses, [now](const auto &entry) { return entry.second.end <= now; });
+    std::erase_if(m_pending, [this](const std::string &key) { return !m_orders.value(key); });
 }
 
 } // namespace quorvane::service

@@ -9,6 +9,7 @@
 #include "LineServer.h"
 #include "MetricsServer.h"
 #include "ServiceLog.h"
+#include "SharedNode.h"
 #include "VpnGateway.h"
 #include "core/AnnouncedRequests.h"
 #include "core/Api.h"
@@ -87,7 +88,8 @@ public:
         m_incompleteLine += bytes;
         for (auto end = m_incompleteLine.find('\n'); end != std::string::npos;
              end = m_incompleteLine.find('\n')) {
-            m_send(m_commands.answer(std::string_view(m_incompleteLine).substr(0, end)) + '\n');
+            m_commands.answer(std::string_view(m_incompleteLine).substr(0, end),
+                              [send = m_send](const std::string &answer) { send(answer + '\n'); });
             m_incompleteLine.erase(0, end + 1);
         }
         return m_incompleteLine.size() <= maximumCommandLength;
@@ -108,7 +110,7 @@ public:
         : m_config(config), m_users(m_tokens, config.credentialLifetime, config.grantLifetime,
                                     &std::chrono::system_clock::now, &m_operatorState),
           m_grants(m_users,
-                   {[&config](Ipv4Address address) { return config.groupOf(address) != nullptr; },
+                   {[this](Ipv4Address address) { return lends(address); },
                     [this] {
                         return m_operatorState.draining();
                     }},
@@ -126,6 +128,9 @@ public:
           m_metrics(m_context, [this] { return metricsPage(metrics()); }),
           m_signals(m_context, SIGTERM, SIGINT), m_reopenSignal(m_context, SIGHUP) {
         m_api.setDraining([this] { return m_operatorState.draining(); });
+        if (config.etcd) {
+            shareFacts();
+        }
         if (config.lendsAddresses()) {
             m_gateway = std::make_unique<VpnGateway>(m_context, config, m_grants);
         }
@@ -148,6 +153,9 @@ public:
             if (auto restored = m_grants.restore(m_config.runtimeFolder + "/used-grants"); !restored) {
                 return Failure{"runtime_folder: " + restored.error()};
             }
+        }
+        if (auto begun = m_shared ? m_shared->start() : Result<>(); !begun) {
+            return begun;
         }
         removeAddresses(); // a killed service may have left the file
         if (m_config.answersRequests()) {
@@ -242,19 +250,76 @@ private:
         return writePrivateFile(m_config.clientCertificatesPath(), m_authority->certificates());
     }
 
+    void shareFacts() {
+        m_operatorState.share();
+        m_shared = std::make_unique<SharedNode>(
+            m_context, m_config, m_operatorState,
+            SharedNode::Local{[this](Ipv4Address address) { return hasSession(address); },
+                              [this] { return m_gateway && allReady(m_gateway->status()); },
+                              [this] {
+                                  endForbiddenSessions();
+                              }});
+        m_api.setOffered([this](Ipv4Address address) { return m_shared->offers(address); });
+    }
+
+    [[nodiscard]] bool lends(Ipv4Address address) const {
+        return m_config.groupOf(address) != nullptr && (!m_shared || m_shared->lends(address));
+    }
+
+    [[nodiscard]] bool hasSession(Ipv4Address address) {
+        bool found = false;
+        if (m_gateway) {
+            m_gateway->endSessions([&found, address](const Grant &grant) {
+                found = found || grant.address == address;
+                return false;
+            });
+        }
+        return found;
+    }
+
     OperatorOrders operatorOrders() {
-        return {[this](bool on) { return m_operatorState.setDraining(on); },
+        return {[this](bool on) { return drain(on); },
                 [this](const std::string &user) { return revokeUser(user); },
-                [this](Ipv4Address address) {
-                    return revokeAddress(address);
+                [this](Ipv4Address address) { return revokeAddress(address); },
+                [this](const std::string &gateway, const OperatorOrders::Released &released) {
+                    if (m_shared) {
+                        m_shared->release(gateway, released);
+                    } else {
+                        released(Failure{"there are no other nodes: the configuration has no \"etcd\""});
+                    }
+                },
+                [this] {
+                    return m_shared && !m_shared->connected();
                 }};
     }
 
-    using Ends = std::function<bool(const std::string &user, Ipv4Address lent)>;
+    /// At a gateway among others that gateway's drain, else that of the whole service.
+    Result<> drain(bool on) {
+        auto drained = m_shared && !m_config.lendsAddresses() ? m_operatorState.setAllDraining(on)
+                                                              : m_operatorState.setDraining(on);
+        if (m_shared) {
+            m_shared->update();
+        }
+        return drained;
+    }
 
-    /// Ends the sessions after an order was given, which counts although it may not be written.
-    Result<std::size_t> endSessions(const Result<> &ordered, const Ends &ends) {
-        const std::size_t ended = m_gateway ? m_gateway->endSessions(ends) : 0;
+    /// Ends the sessions that an order or another gateway's claim forbids. Returns their number.
+    std::size_t endForbiddenSessions() {
+        if (!m_gateway) {
+            return 0;
+        }
+        return m_gateway->endSessions([this](const Grant &grant) {
+            return m_operatorState.revokesUser(grant.user) || m_operatorState.revokesGrant(grant) ||
+                   (m_shared && m_shared->isLost(grant.address));
+        });
+    }
+
+    /// After an order was given, which counts although it may not be written.
+    Result<std::size_t> carryOut(const Result<> &ordered) {
+        if (m_shared) {
+            m_shared->update();
+        }
+        const std::size_t ended = endForbiddenSessions();
         return ordered ? Result<std::size_t>(ended) : Failure{ordered.error()};
     }
 
@@ -263,17 +328,15 @@ private:
         if (!found) {
             return Failure{"there is no such user"};
         }
-        return endSessions(m_operatorState.revokeUser(user, found->end),
-                           [&user](const std::string &other, Ipv4Address) { return other == user; });
+        return carryOut(m_operatorState.revokeUser(user, found->end));
     }
 
     Result<std::size_t> revokeAddress(Ipv4Address address) {
-        if (m_config.groupOf(address) == nullptr) {
+        if (m_config.groupOf(address) == nullptr && !(m_shared && m_shared->isOwned(address))) {
             return Failure{"the address is not lent here"};
         }
         const auto end = std::chrono::system_clock::now() + m_config.credentialLifetime;
-        return endSessions(m_operatorState.revokeAddress(address, end),
-                           [address](const std::string &, Ipv4Address lent) { return lent == address; });
+        return carryOut(m_operatorState.revokeAddress(address, end));
     }
 
     /// A process that only answers requests has opened all that it needs; it accepts nothing before this.
@@ -287,7 +350,7 @@ private:
         };
         auto confined = confineProcess(
             {{m_config.runtimeFolder, folderOf(m_config.requestLog), folderOf(m_config.stateFilePath())},
-             false});
+             m_shared != nullptr});
         m_isConfined = confined.ok();
         return confined;
     }
@@ -339,6 +402,9 @@ private:
             writeLog("the former configuration stays in use: " + read.error());
         }
         readExpiries();
+        if (m_shared) {
+            m_shared->update();
+        }
         if (!m_config.answersRequests()) {
             return;
         }
@@ -375,6 +441,9 @@ private:
         m_signals.cancel();
         m_reopenSignal.cancel();
         removeAddresses();
+        if (m_shared) {
+            m_shared->stop();
+        }
         m_https.stop();
         m_control.stop();
         m_metrics.stop();
@@ -391,6 +460,9 @@ private:
             values.servers = m_gateway->status();
         }
         values.facts = facts();
+        if (m_shared) {
+            values.etcdConnected = m_shared->connected();
+        }
         return values;
     }
 
@@ -415,7 +487,8 @@ private:
                 m_operatorState.draining(),
                 m_operatorState.revocations(),
                 facts(),
-                m_isConfined};
+                m_isConfined,
+                m_shared ? std::optional(m_shared->status()) : std::nullopt};
     }
 
     Config &m_config;
@@ -431,6 +504,7 @@ private:
     AnnouncedRequests m_announced;
     RequestLog m_log;
     HttpsServer m_https;
+    std::unique_ptr<SharedNode> m_shared;  ///< null when there are no other nodes
     std::unique_ptr<VpnGateway> m_gateway; ///< null when none is configured
     ControlCommands m_commands;
     LineServer m_control;

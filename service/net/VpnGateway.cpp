@@ -88,8 +88,7 @@ void VpnGateway::reopenLogs() {
     }
 }
 
-std::size_t
-VpnGateway::endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends) {
+std::size_t VpnGateway::endSessions(const std::function<bool(const Grant &)> &ends) {
     std::size_t ended = 0;
     for (const auto &server : m_servers) {
         ended += server->endSessions(ends);

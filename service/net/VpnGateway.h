@@ -30,7 +30,7 @@ public:
     void reopenLogs();
 
     /// As LoginHandler::endSessions(), on all servers.
-    std::size_t endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends);
+    std::size_t endSessions(const std::function<bool(const Grant &)> &ends);
 
     [[nodiscard]] std::vector<ServerStatus> status() const;
 

@@ -161,8 +161,7 @@ void VpnProcess::finishStop() {
     m_stopped();
 }
 
-std::size_t
-VpnProcess::endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends) {
+std::size_t VpnProcess::endSessions(const std::function<bool(const Grant &)> &ends) {
     const auto handler = m_loginHandler.lock();
     return handler ? handler->endSessions(ends) : 0;
 }

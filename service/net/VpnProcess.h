@@ -36,7 +36,7 @@ public:
     void reopenLog() { m_log->reopen(); }
 
     /// As LoginHandler::endSessions().
-    std::size_t endSessions(const std::function<bool(const std::string &user, Ipv4Address lent)> &ends);
+    std::size_t endSessions(const std::function<bool(const Grant &)> &ends);
 
     [[nodiscard]] ServerStatus status() const;
 

@@ -13,9 +13,10 @@ namespace options = boost::program_options;
 
 using Arguments = std::vector<std::string>;
 
-const std::map<std::string, Action> actions = {{"setup", Action::Setup},   {"renew", Action::Renew},
-                                               {"routes", Action::Routes}, {"status", Action::Status},
-                                               {"drain", Action::Drain},   {"revoke", Action::Revoke}};
+const std::map<std::string, Action> actions = {{"setup", Action::Setup},    {"renew", Action::Renew},
+                                               {"routes", Action::Routes},  {"status", Action::Status},
+                                               {"drain", Action::Drain},    {"revoke", Action::Revoke},
+                                               {"release", Action::Release}};
 
 options::value_semantic *textOf(const char *form, std::optional<std::string> &target) {
     return options::value<std::string>()->value_name(form)->notifier(
@@ -85,6 +86,13 @@ options::options_description revokeOptions(CommandLine &line) {
     return described;
 }
 
+options::options_description releaseOptions(CommandLine &line) {
+    options::options_description described("release NAME: the addresses of a gateway that is gone for good");
+    described.add_options()("config", options::value(&line.config)->value_name("FILE"),
+                            "the configuration of any running node");
+    return described;
+}
+
 options::variables_map parse(const Arguments &arguments, const options::options_description &described,
                              const options::positional_options_description &positions = {}) {
     namespace style = options::command_line_style;
@@ -102,6 +110,14 @@ void parseRun(CommandLine &line, const Arguments &arguments) {
     line.action = values.count("check") > 0 ? Action::CheckConfiguration : Action::Run;
 }
 
+/// Options and one argument that is none.
+void parseWithName(options::options_description described, std::string &name, const Arguments &arguments) {
+    described.add_options()("of", options::value(&name)->required());
+    options::positional_options_description positions;
+    positions.add("of", 1);
+    parse(arguments, described, positions);
+}
+
 void parseCommand(CommandLine &line, const Arguments &arguments) {
     switch (line.action) {
     case Action::Setup:
@@ -115,14 +131,12 @@ void parseCommand(CommandLine &line, const Arguments &arguments) {
     case Action::Drain:
         line.off = parse(arguments, drainOptions(line)).count("off") > 0;
         break;
-    case Action::Revoke: {
-        auto described = revokeOptions(line);
-        described.add_options()("of", options::value(&line.revokedOf)->required());
-        options::positional_options_description positions;
-        positions.add("of", 1);
-        parse(arguments, described, positions);
+    case Action::Revoke:
+        parseWithName(revokeOptions(line), line.revokedOf, arguments);
         break;
-    }
+    case Action::Release:
+        parseWithName(releaseOptions(line), line.released, arguments);
+        break;
     case Action::Help:
     case Action::Run:
     case Action::CheckConfiguration:
@@ -167,14 +181,16 @@ std::string usageText() {
             "       quorvane-service routes\n"
             "       quorvane-service status [--json] [--config FILE]\n"
             "       quorvane-service drain [--off] [--config FILE]\n"
-            "       quorvane-service revoke USER|ADDRESS [--config FILE]\n\n"
+            "       quorvane-service revoke USER|ADDRESS [--config FILE]\n"
+            "       quorvane-service release NAME [--config FILE]\n\n"
          << runOptions(line) << '\n'
          << setupOptions(line.setup) << '\n'
          << "renew: new certificates for those near their end; the package's timer does it every day\n"
             "routes: make the lent addresses the machine's own; the package's unit does it at each start\n\n"
          << statusOptions(line) << '\n'
          << drainOptions(line) << '\n'
-         << revokeOptions(line);
+         << revokeOptions(line) << '\n'
+         << releaseOptions(line);
     return text.str();
 }
 

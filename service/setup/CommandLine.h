@@ -33,7 +33,8 @@ enum class Action {
     Routes,
     Status,
     Drain,
-    Revoke
+    Revoke,
+    Release
 };
 
 struct CommandLine {
@@ -44,6 +45,7 @@ struct CommandLine {
     bool json = false;     ///< of status
     bool off = false;      ///< of drain
     std::string revokedOf; ///< of revoke: the user or the address
+    std::string released;  ///< of release: the gateway's name
 };
 
 /// Reads the arguments, without the program's name.

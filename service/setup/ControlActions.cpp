@@ -42,6 +42,8 @@ json commandOf(const CommandLine &line) {
     case Action::Revoke:
         return {{"command", "revoke"},
                 {Ipv4Address::parse(line.revokedOf) ? "address" : "user", line.revokedOf}};
+    case Action::Release:
+        return {{"command", "release"}, {"gateway", line.released}};
     default:
         return {{"command", "status"}};
     }

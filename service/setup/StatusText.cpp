@@ -50,6 +50,42 @@ std::string countsLine(const std::string &name, const json &counts) {
     return entry(name, text.empty() ? "none" : text);
 }
 
+std::string timeOf(const json &seconds) {
+    if (!seconds.is_number_integer()) {
+        return "an unknown time";
+    }
+    const auto time = seconds.get<std::time_t>();
+    std::tm parts{};
+    gmtime_r(&time, &parts);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S UTC", &parts)};
+}
+
+/// What the node knows of the others.
+std::string nodesText(const json &etcd) {
+    const bool connected = etcd.value("connected", false);
+    std::string text =
+        entry("etcd", connected ? "connected to " + etcd.value("endpoint", "") + " since " +
+                                      timeOf(etcd.value("since", json()))
+                                : "NOT connected since " + timeOf(etcd.value("since", json())) + ": " +
+                                      etcd.value("problem", ""));
+    text += entry("node", etcd.value("node", ""));
+    for (const auto &[name, gateway] : part(etcd, "gateways").items()) {
+        const std::string number = std::to_string(gateway.value("addresses", json::array()).size());
+        text +=
+            entry("gateway " + name, number + " addresses, since " + timeOf(gateway.value("since", json())) +
+                                         (gateway.value("draining", false) ? ", drained" : ""));
+    }
+    text += entry("orders", count(etcd.value("pending_orders", json(0))) + " not yet shared");
+    for (const auto &[address, owner] : part(etcd, "owned_by_others").items()) {
+        text += entry(address, "NOT lent here: owned by gateway " + owner.get<std::string>());
+    }
+    if (etcd.value("replaced", false)) {
+        text += entry("", "ANOTHER gateway has this one's name: nothing is lent here");
+    }
+    return text;
+}
+
 } // namespace
 
 std::string statusText(const json &status, system_clock::time_point now) {
@@ -60,6 +96,9 @@ std::string statusText(const json &status, system_clock::time_point now) {
     }
     for (const auto &[name, server] : part(status, "servers").items()) {
         text += serverLine(name, server);
+    }
+    if (const json &etcd = part(status, "etcd"); !etcd.empty()) {
+        text += nodesText(etcd);
     }
     if (const json &lends = part(status, "lends"); !lends.empty()) {
         text +=

@@ -54,6 +54,19 @@ protected:
     Api m_api{m_config, test::samplePem, m_users};
 };
 
+TEST_F(ApiTest, OnlyAddressesOfGatewaysThatAreUpAreOffered) {
+    const auto berlin = *Ipv4Address::parse("203.0.113.6");
+    m_api.setOffered([berlin](Ipv4Address address) { return address == berlin; });
+    const std::string list =
+        get("/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1").body;
+    EXPECT_NE(list.find("|203.0.113.6"), std::string::npos) << list;
+    EXPECT_EQ(list.find("203.0.113.5"), std::string::npos) << list;
+    EXPECT_EQ(list.find("Boston"), std::string::npos) << list;
+    const std::string user = newUser();
+    EXPECT_EQ(get(vpnc(user, "203.0.113.5", "UDP")).body, "ERR: Address not available");
+    EXPECT_EQ(get(vpnc(user, "203.0.113.6", "UDP")).body.rfind("VPNConfig: ", 0), 0U);
+}
+
 TEST_F(ApiTest, AServerListIssuesAUser) {
     const auto response = get("/?cmd=MRTSL&ver=1.0&device=1&systamp=MacOS,user,mobilebox&uniqueid=A-1");
     EXPECT_EQ(response.status, 200);

@@ -113,6 +113,7 @@ TEST(Config, EveryKeyCanBeSet) {
     EXPECT_EQ(config.controlKeyPath(), "/control");
     EXPECT_EQ(config.clientAuthorityPath(), "/authority");
     EXPECT_EQ(config.stateFilePath(), "/state");
+    EXPECT_EQ(config.sharedFactsPath(), "/state.shared");
     EXPECT_EQ(config.clientCertificatesPath(), "/run/x/client-authority.crt");
     EXPECT_EQ(config.vpn.renegotiation, std::chrono::seconds(20));
     EXPECT_EQ(config.vpn.pingExit, std::chrono::seconds(4));
@@ -129,6 +130,58 @@ TEST(Config, NullIsTheSameAsAbsent) {
     ASSERT_TRUE(result) << result.error();
     EXPECT_FALSE(result.value().gateway);
     EXPECT_FALSE(result.value().vpn.tcp);
+}
+
+json etcdSample() {
+    return json::parse(R"({"endpoints":["10.0.0.1:2379","[2001:db8::1]:2380"],"ca":"/eca","certificate":"/ec",
+                           "key":"/ek"})");
+}
+
+TEST(Config, EtcdHasNumericEndpoints) {
+    json document = sample();
+    EXPECT_FALSE(parseConfig(document.dump()).value().etcd);
+    document["etcd"] = etcdSample();
+    auto etcd = *parseConfig(document.dump()).value().etcd;
+    ASSERT_EQ(etcd.endpoints.size(), 2U);
+    EXPECT_EQ(etcd.endpoints[0].address, "10.0.0.1");
+    EXPECT_EQ(etcd.endpoints[1].address, "2001:db8::1");
+    EXPECT_EQ(etcd.endpoints[1].port, 2380);
+    EXPECT_EQ(etcd.prefix, "/quorvane/");
+    EXPECT_EQ(etcd.lease, std::chrono::seconds(3));
+    EXPECT_FALSE(etcd.name.empty()) << "the host's name";
+    document["etcd"]["prefix"] = "/x/";
+    document["etcd"]["name"] = "gw1";
+    document["etcd"]["lease_seconds"] = 10;
+    etcd = *parseConfig(document.dump()).value().etcd;
+    EXPECT_EQ(etcd.prefix, "/x/");
+    EXPECT_EQ(etcd.name, "gw1");
+    EXPECT_EQ(etcd.lease, std::chrono::seconds(10));
+}
+
+TEST(Config, WrongValuesOfEtcdAreNamed) {
+    const std::pair<const char *, json> wrong[] = {{"etcd.endpoints", json::array()},
+                                                   {"etcd.endpoints[0]", {"host:2379"}},
+                                                   {"etcd.endpoints[0]", {"10.0.0.1"}},
+                                                   {"etcd.endpoints[0]", {"10.0.0.1:0"}},
+                                                   {"etcd.endpoints[0]", {"10.0.0.1:x"}},
+                                                   {"etcd.endpoints[0]", {"10.0.0.1:65536"}},
+                                                   {"etcd.endpoints[0]", {"2001:db8::1:2379"}},
+                                                   {"etcd.endpoints[0]", {"[10.0.0.1]:2379"}},
+                                                   {"etcd.prefix", "quorvane/"},
+                                                   {"etcd.prefix", "/quorvane"},
+                                                   {"etcd.name", "a b"},
+                                                   {"etcd.lease_seconds", 1},
+                                                   {"etcd.other", 1},
+                                                   {"etcd.key", nullptr}};
+    for (const auto &[key, value] : wrong) {
+        json document = sample();
+        document["etcd"] = etcdSample();
+        const std::string name = std::string(key).substr(5);
+        document["etcd"][name.substr(0, name.find('['))] = value;
+        const auto read = parseConfig(document.dump());
+        ASSERT_FALSE(read.ok()) << key << value;
+        EXPECT_THAT(read.error(), StartsWith(std::string(key) + ": "));
+    }
 }
 
 TEST(Config, MetricsAreAtALoopbackPortOrASocket) {

@@ -11,7 +11,16 @@ using nlohmann::json;
 
 class ControlCommandsTest : public testing::Test {
 protected:
-    json answerTo(const std::string &line) { return json::parse(m_commands.answer(line)); }
+    json answerTo(const std::string &line) {
+        std::vector<std::string> answers;
+        m_commands.answer(line, [&answers](const std::string &answer) { answers.push_back(answer); });
+        EXPECT_EQ(answers.size(), 1U);
+        return json::parse(answers.at(0));
+    }
+
+    void released(const std::string &gateway, const OperatorOrders::Released &done) {
+        done(ended("release " + gateway));
+    }
 
     Result<> ordered(const std::string &order) {
         m_orders.push_back(order);
@@ -26,13 +35,18 @@ protected:
     AnnouncedRequests m_announced;
     ServiceStatus m_status;
     std::vector<std::string> m_orders;
+    bool m_unshared = false;
     std::string m_failure; ///< of every order; empty: none
     ControlCommands m_commands{m_announced,
                                [this] { return m_status; },
                                {[this](bool on) { return ordered(on ? "drain" : "drain no more"); },
                                 [this](const std::string &user) { return ended("user " + user); },
-                                [this](Ipv4Address address) {
-                                    return ended("address " + address.text());
+                                [this](Ipv4Address address) { return ended("address " + address.text()); },
+                                [this](const std::string &gateway, const OperatorOrders::Released &done) {
+                                    released(gateway, done);
+                                },
+                                [this] {
+                                    return m_unshared;
                                 }}};
 };
 
@@ -81,6 +95,44 @@ TEST_F(ControlCommandsTest, PassesTheOperatorsOrdersOn) {
                                    R"({"command":"revoke","address":"203.0.113.5"})"}) {
         EXPECT_EQ(answerTo(line), json::parse(R"({"ok":false,"error":"the disk is full"})"));
     }
+}
+
+TEST_F(ControlCommandsTest, ReportsOrdersThatAreNotSharedYet) {
+    m_unshared = true;
+    EXPECT_EQ(answerTo(R"({"command":"drain"})"), json::parse(R"({"ok":true,"shared":"not yet"})"));
+    EXPECT_EQ(answerTo(R"({"command":"revoke","user":"user1"})"),
+              json::parse(R"({"ok":true,"ended":3,"shared":"not yet"})"));
+}
+
+TEST_F(ControlCommandsTest, PassesTheReleaseOfAGatewayOn) {
+    EXPECT_EQ(answerTo(R"({"command":"release","gateway":"gw1"})"),
+              json::parse(R"({"ok":true,"released":3})"));
+    m_failure = "it is registered";
+    EXPECT_EQ(answerTo(R"({"command":"release","gateway":"gw1"})"),
+              json::parse(R"({"ok":false,"error":"it is registered"})"));
+    EXPECT_EQ(m_orders, (std::vector<std::string>{"release gw1", "release gw1"}));
+    EXPECT_EQ(answerTo(R"({"command":"release"})").at("ok"), false);
+}
+
+TEST_F(ControlCommandsTest, ReportsWhatIsKnownOfOtherNodes) {
+    SharedStatus shared;
+    shared.node = "api1";
+    shared.connected = true;
+    shared.endpoint = "10.0.0.1:2379";
+    shared.since = std::chrono::sys_seconds(std::chrono::seconds(1000));
+    shared.gateways["gw1"] = {{*Ipv4Address::parse("203.0.113.5")}, true, shared.since, "a"};
+    shared.pendingOrders = 2;
+    shared.ownedByOthers[*Ipv4Address::parse("203.0.113.6")] = "gw2";
+    m_status.shared = shared;
+    EXPECT_EQ(answerTo(R"({"command":"status"})").at("etcd"),
+              json::parse(R"({"node":"api1","connected":true,"endpoint":"10.0.0.1:2379","since":1000,
+                  "gateways":{"gw1":{"addresses":["203.0.113.5"],"draining":true,"since":1000}},
+                  "pending_orders":2,"owned_by_others":{"203.0.113.6":"gw2"},"replaced":false})"));
+    m_status.shared->connected = false;
+    m_status.shared->problem = "connection refused";
+    const json etcd = answerTo(R"({"command":"status"})").at("etcd");
+    EXPECT_EQ(etcd.at("problem"), "connection refused");
+    EXPECT_FALSE(etcd.contains("endpoint"));
 }
 
 TEST_F(ControlCommandsTest, MalformedOrdersAreNotPassedOn) {

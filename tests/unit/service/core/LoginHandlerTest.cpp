@@ -266,16 +266,13 @@ TEST_F(LoginHandlerTest, SessionsCanBeEndedByUserAndByAddress) {
     handle(Kind::Connect, 2, 0, granted(boston));
     handle(Kind::Connect, 3, 0, granted(boston));
     m_table.calls.clear();
-    EXPECT_EQ(m_handler->endSessions([](const std::string &, Ipv4Address lent) { return lent == boston; }),
-              2U);
+    EXPECT_EQ(m_handler->endSessions([](const Grant &grant) { return grant.address == boston; }), 2U);
     EXPECT_EQ(sent(), "client-kill 2 HALT\nclient-kill 3 HALT\n");
     EXPECT_EQ(m_table.calls, (std::vector<std::string>{"release 10.8.0.3", "release 10.8.0.4"}));
     handle(Kind::Disconnect, 2);
     EXPECT_EQ(m_table.calls.size(), 2U);
-    EXPECT_EQ(
-        m_handler->endSessions([&first](const std::string &user, Ipv4Address) { return user == first.user; }),
-        1U);
-    EXPECT_EQ(m_handler->endSessions([](const std::string &, Ipv4Address) { return true; }), 0U);
+    EXPECT_EQ(m_handler->endSessions([&first](const Grant &grant) { return grant.user == first.user; }), 1U);
+    EXPECT_EQ(m_handler->endSessions([](const Grant &) { return true; }), 0U);
 }
 
 TEST_F(LoginHandlerTest, TheEndOfTheServerEndsItsSessions) {

@@ -50,6 +50,16 @@ TEST(Metrics, ByteForByte) {
               "quorvane_certificate_expiry_timestamp_seconds{key=\"tls.certificate\"} 1800000000\n");
 }
 
+TEST(Metrics, ReportsWhetherEtcdIsConnected) {
+    Metrics metrics;
+    EXPECT_EQ(metricsPage(metrics).find("etcd"), std::string::npos);
+    for (const bool connected : {false, true}) {
+        metrics.etcdConnected = connected;
+        const std::string line = std::string("\nquorvane_etcd_connected ") + (connected ? "1" : "0") + '\n';
+        EXPECT_NE(metricsPage(metrics).find(line), std::string::npos);
+    }
+}
+
 TEST(CertificateExpiry, IsNotKnownWithoutACertificate) {
     EXPECT_FALSE(certificateExpiry("/nonexistent"));
     EXPECT_FALSE(certificateExpiry("/dev/null"));

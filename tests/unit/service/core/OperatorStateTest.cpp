@@ -103,6 +103,82 @@ TEST_F(OperatorStateTest, AnOrderThatCannotBeWrittenCountsNevertheless) {
     EXPECT_TRUE(m_state.revokesUser("user1"));
 }
 
+class SharedOperatorStateTest : public OperatorStateTest {
+protected:
+    SharedOperatorStateTest() {
+        m_state.share();
+        EXPECT_TRUE(m_state.load(m_path).ok());
+    }
+
+    [[nodiscard]] OperatorState restarted() const {
+        OperatorState state(m_clock);
+        state.share();
+        EXPECT_TRUE(state.load(m_path).ok());
+        return state;
+    }
+};
+
+TEST_F(SharedOperatorStateTest, OrdersArePendingUntilAllNodesCanKnowThem) {
+    EXPECT_TRUE(m_state.revokeUser("user1", m_now + seconds(100)).ok());
+    EXPECT_TRUE(m_state.revokeAddress(berlin, m_now + seconds(100)).ok());
+    EXPECT_TRUE(m_state.setAllDraining(true).ok());
+    EXPECT_EQ(m_state.pending().size(), 3U);
+    EXPECT_EQ(restarted().pending(), m_state.pending());
+    EXPECT_TRUE(restarted().draining());
+    EXPECT_TRUE(m_state.takeShared({}).ok());
+    EXPECT_TRUE(m_state.revokesUser("user1"));
+    EXPECT_EQ(m_state.pending().size(), 3U);
+    const SharedOrders shared = m_state.orders();
+    EXPECT_TRUE(m_state.takeShared(shared).ok());
+    EXPECT_TRUE(m_state.pending().empty());
+    EXPECT_EQ(m_state.orders(), shared);
+    EXPECT_EQ(restarted().orders(), shared);
+    EXPECT_TRUE(restarted().pending().empty());
+}
+
+TEST_F(SharedOperatorStateTest, OrdersOfOtherNodesCountAndCanBeWithdrawn) {
+    SharedOrders shared;
+    shared.users.emplace("user1", SharedOrders::TimePoint(seconds(2000)));
+    shared.drain = {true, SharedOrders::TimePoint(seconds(900))};
+    EXPECT_TRUE(m_state.takeShared(shared).ok());
+    for (const OperatorState &state : {m_state, restarted()}) {
+        EXPECT_TRUE(state.revokesUser("user1"));
+        EXPECT_TRUE(state.draining());
+        EXPECT_FALSE(state.drainingHere());
+    }
+    EXPECT_TRUE(m_state.takeShared({}).ok());
+    EXPECT_FALSE(restarted().revokesUser("user1"));
+    EXPECT_FALSE(restarted().draining());
+}
+
+TEST_F(SharedOperatorStateTest, ALaterOrderOfAnotherNodeReplacesOneThatIsPending) {
+    EXPECT_TRUE(m_state.setAllDraining(true).ok());
+    SharedOrders shared;
+    shared.drain = {false, m_state.orders().drain.given + seconds(1)};
+    EXPECT_TRUE(m_state.takeShared(shared).ok());
+    EXPECT_FALSE(m_state.draining());
+    EXPECT_TRUE(m_state.pending().empty());
+    EXPECT_TRUE(m_state.setAllDraining(true).ok());
+    EXPECT_GT(m_state.orders().drain.given, shared.drain.given) << "although the clock is behind";
+}
+
+TEST_F(SharedOperatorStateTest, TheDrainOfOneProcessIsItsOwn) {
+    EXPECT_TRUE(m_state.setDraining(true).ok());
+    EXPECT_TRUE(m_state.pending().empty());
+    EXPECT_TRUE(m_state.takeShared({}).ok());
+    EXPECT_TRUE(restarted().draining());
+    EXPECT_TRUE(restarted().drainingHere());
+}
+
+TEST_F(OperatorStateTest, OrdersOfBeforeThereWereOtherNodesArePending) {
+    ASSERT_TRUE(m_state.load(m_path).ok());
+    EXPECT_TRUE(m_state.revokeUser("user1", m_now + seconds(100)).ok());
+    OperatorState state(m_clock);
+    state.share();
+    ASSERT_TRUE(state.load(m_path).ok());
+    EXPECT_EQ(state.pending().count("users/user1"), 1U);
+}
+
 TEST_F(OperatorStateTest, AnotherContentIsRefused) {
     ASSERT_TRUE(m_state.load(m_path).ok());
     EXPECT_TRUE(m_state.setDraining(true).ok());

@@ -34,6 +34,14 @@ TEST(CommandLine, ReadsTheArgumentsOfTheSetup) {
     EXPECT_EQ(parsed({"setup", "--check"}).action, Action::CheckService);
 }
 
+TEST(CommandLine, ReadsTheNameOfAReleasedGateway) {
+    const CommandLine line = parsed({"release", "gw1", "--config", "/c"});
+    EXPECT_EQ(line.action, Action::Release);
+    EXPECT_EQ(line.released, "gw1");
+    EXPECT_EQ(line.config, "/c");
+    EXPECT_FALSE(parseCommandLine({"release"}).ok());
+}
+
 TEST(CommandLine, ReadsTheOtherCommands) {
     EXPECT_EQ(parsed({"renew"}).action, Action::Renew);
     EXPECT_EQ(parsed({"routes"}).action, Action::Routes);
