@@ -325,6 +325,33 @@ Config readConfig(JsonReader &reader) {
     return config;
 }
 
+/// The document as it is for a role: what "roles" contains for it is merged into the whole. So one file can
+/// be that of several processes.
+nlohmann::json documentFor(nlohmann::json document, Role role) {
+    const auto found = document.is_object() ? document.find("roles") : document.end();
+    if (found == document.end()) {
+        return document;
+    }
+    const nlohmann::json roles = *found;
+    document.erase(found);
+    if (!roles.is_object()) {
+        throw ConfigError("roles", "must be an object");
+    }
+    for (const auto &[name, changes] : roles.items()) {
+        const auto named = roleNamed(name);
+        if (!named || named == Role::All) {
+            throw ConfigError("roles." + name, "is not known; \"api\" and \"gateway\" are");
+        }
+        if (!changes.is_object()) {
+            throw ConfigError("roles." + name, "must be an object");
+        }
+        if (named == role) {
+            document.merge_patch(changes);
+        }
+    }
+    return document;
+}
+
 /// Processes with different roles share keys, so none of them can make its own.
 std::optional<std::string> firstMissing(const Config &config) {
     if (config.role == Role::All) {
@@ -435,11 +462,13 @@ std::string Config::countryOf(std::string_view peer) const {
     return group == nullptr ? "XX" : group->countryCode;
 }
 
-Result<Config> parseConfig(std::string_view json) {
+Result<Config> parseConfig(std::string_view json, Role role) {
     try {
-        const nlohmann::json document = nlohmann::json::parse(json);
+        const nlohmann::json document = documentFor(nlohmann::json::parse(json), role);
         JsonReader reader(document, {});
-        return readConfig(reader);
+        Config config = readConfig(reader);
+        config.role = role;
+        return config;
     } catch (const ConfigError &error) {
         return Failure{error.what()};
     } catch (const nlohmann::json::exception &error) {
@@ -454,13 +483,12 @@ Result<Config> loadConfig(const std::string &path, Role role) {
     if (!file) {
         return Failure{"cannot read " + path};
     }
-    auto config = parseConfig(text.str());
+    auto config = parseConfig(text.str(), role);
     if (!config) {
         return Failure{path + ": " + config.error()};
     }
     Config loaded = std::move(config).value();
     loaded.file = path;
-    loaded.role = role;
     if (const auto missing = firstMissing(loaded)) {
         return Failure{path + ": " + *missing};
     }

@@ -177,8 +177,9 @@ struct Config {
     [[nodiscard]] std::string countryOf(std::string_view peer) const;
 };
 
-/// Reads the configuration text. The message of a failure names the key, as in "groups[2].city: ...".
-Result<Config> parseConfig(std::string_view json);
+/// Reads the configuration text as it is for the role. The message of a failure names the key, as in
+/// "groups[2].city: ...".
+Result<Config> parseConfig(std::string_view json, Role role = Role::All);
 
 /// Reads the configuration file, and checks that the files named in it that the role needs can be read.
 Result<Config> loadConfig(const std::string &path, Role role = Role::All);

@@ -11,6 +11,16 @@
 
 namespace quorvane::service {
 
+namespace {
+
+/// Root may let a group read its file: processes of several users share keys.
+bool isPrivate(const struct stat &state) {
+    const mode_t others = state.st_uid == 0 ? S_IWGRP | S_IXGRP | S_IRWXO : S_IRWXG | S_IRWXO;
+    return (state.st_uid == 0 || state.st_uid == geteuid()) && (state.st_mode & others) == 0;
+}
+
+} // namespace
+
 Result<std::string> privateFileText(const std::string &path, std::size_t maximumLength) {
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
 
@@ -19,9 +29,9 @@ Result<std::string> privateFileText(const std::string &path, std::size_t maximum
     if (!file.isOpen() || fstat(file.get(), &state) != 0) {
         return Failure{"cannot read " + path + ": " + std::strerror(errno)};
     }
-    if (!S_ISREG(state.st_mode) || (state.st_uid != 0 && state.st_uid != geteuid()) ||
-        (state.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
-        return Failure{path + " must be a file of root or of the service's user with mode 600"};
+    if (!S_ISREG(state.st_mode) || !isPrivate(state)) {
+        return Failure{path + " must be a file of root or of the service's user with mode 600, or of root "
+                              "with mode 640"};
     }
     if (static_cast<std::uintmax_t>(state.st_size) > maximumLength) {
         return Failure{path + " is longer than " + std::to_string(maximumLength) + " bytes"};

@@ -52,9 +52,16 @@ std::string readFile(const std::string &path) {
 Result<> prepareRuntimeFolder(const std::string &folder) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
-    if (error || chmod(folder.c_str(), 0700) != 0) {
+
+    struct stat state {};
+
+    if (error || chmod(folder.c_str(), 0700) != 0 || lstat(folder.c_str(), &state) != 0) {
         return Failure{"runtime_folder: cannot use " + folder + ": " +
                        (error ? error.message() : std::strerror(errno))};
+    }
+    // Another user could replace what is in it: keys, sockets, configurations of the OpenVPN servers.
+    if (!S_ISDIR(state.st_mode) || state.st_uid != geteuid()) {
+        return Failure{"runtime_folder: " + folder + " must be a folder of the service's user"};
     }
     return {};
 }

@@ -2,10 +2,13 @@
 
 #include "ControlClient.h"
 #include "FileStore.h"
+#include "RoleAnswers.h"
 #include "StatusText.h"
 #include "core/Ipv4.h"
 
 #include <cstdio>
+#include <map>
+#include <vector>
 
 namespace quorvane::service {
 
@@ -21,18 +24,32 @@ int failed(const std::string &message, int status) {
     return status;
 }
 
-/// Of the configuration only this key counts: a service that runs may have one that was made wrong since.
-Result<std::string> runtimeFolder(const std::string &path) {
+/// The runtime folders of the processes by their roles; one without a name when it is a single process. Of
+/// the configuration only these keys count: a service that runs may have one that was made wrong since.
+Result<std::map<std::string, std::string>> runtimeFolders(const std::string &path) {
     const auto text = FileStore::text(path);
     if (!text) {
         return Failure{text.error()};
     }
     const json config = json::parse(text.value(), nullptr, false);
-    if (!config.is_object() || !config.contains("runtime_folder") ||
-        !config.at("runtime_folder").is_string()) {
+    const std::string key = "runtime_folder";
+    if (!config.is_object() || !config.contains(key) || !config.at(key).is_string()) {
         return Failure{path + ": runtime_folder: is missing"};
     }
-    return config.at("runtime_folder").get<std::string>();
+    const auto common = config.at(key).get<std::string>();
+    std::map<std::string, std::string> folders;
+    if (config.contains("roles") && config.at("roles").is_object()) {
+        for (const auto &[role, changes] : config.at("roles").items()) {
+            const bool changed = changes.is_object() && changes.contains(key) && changes.at(key).is_string();
+            if (changed) {
+                folders[role] = changes.at(key).get<std::string>();
+            }
+        }
+    }
+    if (folders.empty()) {
+        folders[""] = common;
+    }
+    return folders;
 }
 
 json commandOf(const CommandLine &line) {
@@ -56,36 +73,61 @@ int showStatus(const json &answer, bool asJson) {
     return answer.value("ready", false) ? 0 : exitNotReady;
 }
 
-/// What a command has done, without the field that says that it was done.
-void showAnswer(json answer) {
-    answer.erase("ok");
-    std::printf("%s\n", answer.empty() ? "done" : answer.dump().c_str());
+/// What a command has done, without the field that says that it was done; sessions are those of the gateway.
+void showAnswers(const std::map<std::string, json> &answers) {
+    json shown = json::object();
+    for (const auto &[role, answer] : answers) {
+        shown.update(answer);
+    }
+    shown.erase("ok");
+    std::printf("%s\n", shown.empty() ? "done" : shown.dump().c_str());
+}
+
+Result<json> answerOf(const std::string &runtimeFolder, const json &command) {
+    auto client = ControlClient::connect(runtimeFolder);
+    if (!client) {
+        return Failure{client.error()};
+    }
+    ControlClient connected = std::move(client).value();
+    return connected.ask(command);
 }
 
 } // namespace
 
 int runControlAction(const CommandLine &line) {
-    const auto folder = runtimeFolder(line.config);
-    if (!folder) {
-        return failed(folder.error(), exitUnreadable);
+    const auto folders = runtimeFolders(line.config);
+    if (!folders) {
+        return failed(folders.error(), exitUnreadable);
     }
-    auto client = ControlClient::connect(folder.value());
-    if (!client) {
-        return failed("the service does not run: " + client.error(), exitNotRunning);
+    std::map<std::string, json> answers;
+    std::vector<std::string> missing;
+    std::string reason;
+    for (const auto &[role, folder] : folders.value()) {
+        auto answer = answerOf(folder, commandOf(line));
+        if (!answer) {
+            missing.push_back(role);
+            reason = answer.error();
+        } else if (!answer.value().value("ok", false)) {
+            return failed(answer.value().value("error", "the service refused the command"), exitRefused);
+        } else {
+            answers[role] = std::move(answer).value();
+        }
+        if (line.action == Action::Release && !answers.empty()) {
+            break; // of a gateway it is ordered once
+        }
     }
-    ControlClient connected = std::move(client).value();
-    const auto answer = connected.ask(commandOf(line));
-    if (!answer) {
-        return failed(answer.error(), exitNotRunning);
-    }
-    if (!answer.value().value("ok", false)) {
-        return failed(answer.value().value("error", "the service refused the command"), exitRefused);
+    if (answers.empty()) {
+        return failed("the service does not run: " + reason, exitNotRunning);
     }
     if (line.action == Action::Status) {
-        return showStatus(answer.value(), line.json);
+        return showStatus(mergedStatus(answers, missing), line.json);
     }
-    showAnswer(answer.value());
-    return 0;
+    showAnswers(answers);
+    for (const std::string &role : missing) {
+        failed("the process with the role " + role + " does not run, and does not know of it: " + reason,
+               exitNotRunning);
+    }
+    return missing.empty() ? 0 : exitNotRunning;
 }
 
 } // namespace quorvane::service

@@ -91,6 +91,9 @@ std::string nodesText(const json &etcd) {
 std::string statusText(const json &status, system_clock::time_point now) {
     const bool ready = status.value("ready", false);
     std::string text = entry("service", ready ? "ready" : "runs and is not ready");
+    for (const json &role : status.value("not_running", json::array())) {
+        text += entry("", "the process with the role " + role.get<std::string>() + " does NOT run");
+    }
     if (status.contains("draining") && status.at("draining") == true) {
         text += entry("", "drained: no new sessions");
     }

@@ -179,7 +179,7 @@ TEST_F(ClientAuthorityTest, AFileIsMadeOnceAndForItsOwnerOnly) {
     const std::string made = text(m_path);
     ASSERT_TRUE(ClientAuthority::loadOrMake(m_path).ok());
     EXPECT_EQ(text(m_path), made);
-    ASSERT_EQ(chmod(m_path.c_str(), 0640), 0);
+    ASSERT_EQ(chmod(m_path.c_str(), 0644), 0);
     const auto shared = ClientAuthority::load(m_path);
     ASSERT_FALSE(shared.ok());
     EXPECT_THAT(shared.error(), HasSubstr("mode 600"));

@@ -355,6 +355,42 @@ TEST(Config, ARoleSaysWhatIsDone) {
     EXPECT_TRUE(config.lendsAddresses());
 }
 
+TEST(Config, ARoleHasSettingsOfItsOwn) {
+    json document = sample();
+    document["roles"] = json::parse(R"({
+        "api": {"runtime_folder": "/run/api", "metrics": {"port": 9101}},
+        "gateway": {"runtime_folder": "/run/gateway", "vpn": {"client_authority": "/authority.crt"}}})");
+    const auto all = parseConfig(document.dump());
+    ASSERT_TRUE(all) << all.error();
+    EXPECT_EQ(all.value().runtimeFolder, "/run/x");
+    const auto api = parseConfig(document.dump(), Role::Api);
+    ASSERT_TRUE(api) << api.error();
+    EXPECT_EQ(api.value().runtimeFolder, "/run/api");
+    EXPECT_TRUE(api.value().metrics);
+    EXPECT_EQ(api.value().vpn.clientAuthority, "");
+    const auto gateway = parseConfig(document.dump(), Role::Gateway);
+    ASSERT_TRUE(gateway) << gateway.error();
+    EXPECT_EQ(gateway.value().runtimeFolder, "/run/gateway");
+    EXPECT_EQ(gateway.value().vpn.clientAuthority, "/authority.crt");
+    EXPECT_EQ(gateway.value().vpn.key, "/vk") << "what it does not name stays";
+    EXPECT_FALSE(gateway.value().metrics);
+}
+
+TEST(Config, WrongSettingsOfARoleAreNamed) {
+    for (const auto &[text, message] : {std::pair(R"([])", "roles: must be an object"),
+                                        {R"({"all": {}})", "roles.all: is not known"},
+                                        {R"({"other": {}})", "roles.other: is not known"},
+                                        {R"({"api": 1})", "roles.api: must be an object"},
+                                        {R"({"api": {"misspelt": 1}})", "misspelt"},
+                                        {R"({"api": {"roles": {}}})", "roles"}}) {
+        json document = sample();
+        document["roles"] = json::parse(text);
+        const auto config = parseConfig(document.dump(), Role::Api);
+        ASSERT_FALSE(config) << text;
+        EXPECT_THAT(config.error(), HasSubstr(message));
+    }
+}
+
 TEST(Config, TheFilesItNamesMustBeReadable) {
     const std::string path = testing::TempDir() + "service-config.json";
     std::ofstream(path) << sample().dump();

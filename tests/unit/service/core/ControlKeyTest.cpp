@@ -107,7 +107,7 @@ TEST_F(ControlKeyFile, IsMadeOnceAndForItsOwnerOnly) {
 
 TEST_F(ControlKeyFile, ThatOthersCanReadIsRefused) {
     ASSERT_TRUE(ControlKey::loadOrMake(m_path).ok());
-    ASSERT_EQ(chmod(m_path.c_str(), 0640), 0);
+    ASSERT_EQ(chmod(m_path.c_str(), 0644), 0);
     const auto key = ControlKey::load(m_path);
     ASSERT_FALSE(key.ok());
     EXPECT_THAT(key.error(), HasSubstr("mode 600"));

@@ -115,7 +115,7 @@ TEST_F(GrantJournalTest, ALineThatWasWrittenInPartIsLeftOut) {
 
 TEST_F(GrantJournalTest, AFileThatOthersCouldReadOrWriteIsRefused) {
     std::ofstream(m_path) << journalLine(usedBy("user1"));
-    ASSERT_EQ(chmod(m_path.c_str(), 0640), 0);
+    ASSERT_EQ(chmod(m_path.c_str(), 0644), 0);
     EXPECT_FALSE(m_journal.open(m_path).ok());
 }
 

@@ -53,7 +53,7 @@ class Users(unittest.TestCase):
         shared = self.service.folder + "/user.keys"
         shutil.copy(self.service.runtime + "/user.keys", shared)
         self.service.config["keys"] = shared
-        os.chmod(shared, 0o640)
+        os.chmod(shared, 0o644)
         self.service.launch()
         self.assertEqual(self.service.process.wait(EVENTUALLY), 1)
         self.assertIn(f"keys: {shared} must be a file of root or", self.service.stderr())

@@ -82,6 +82,56 @@ class Commands(unittest.TestCase):
             self.assertEqual(received, [{"command": "status"}])
         self.assertEqual(self.call("status")[0], 4)
 
+    def divide(self, *running):
+        """Configures two processes; those named are served. Returns what each receives."""
+        folders = {role: f"{self.folder}/{role}" for role in ("api", "gateway")}
+        with open(self.config, "w", encoding="utf-8") as file:
+            roles = {role: {"runtime_folder": folder} for role, folder in folders.items()}
+            json.dump({"runtime_folder": self.folder, "roles": roles}, file)
+        received = {}
+        for role, folder in folders.items():
+            os.mkdir(folder)
+            if role in running:
+                received[role] = []
+                listener = socket.socket(socket.AF_UNIX)
+                self.addCleanup(listener.close)
+                listener.bind(f"{folder}/control.sock")
+                listener.listen()
+                listener.settimeout(EVENTUALLY)
+                answer = json.dumps({"ok": True, "ready": True, "servers": {role: {}}, "ended": 1}) + "\n"
+                thread = threading.Thread(target=self._serve, args=(listener, answer, received[role]))
+                thread.start()
+                self.addCleanup(thread.join)
+        return received
+
+    def test_status_of_two_processes(self):
+        self.divide("api", "gateway")
+        status, output, _received = self.call("status", "--json")
+        self.assertEqual((status, list(json.loads(output)["servers"])), (0, ["api", "gateway"]))
+
+    def test_status_when_one_of_two_does_not_run(self):
+        self.divide("api")
+        status, output, _received = self.call("status")
+        self.assertEqual(status, 3)
+        self.assertIn("the process with the role gateway does NOT run", output)
+
+    def test_status_when_none_of_two_runs(self):
+        self.divide()
+        self.assertEqual(self.call("status")[0], 4)
+
+    def test_orders_go_to_both_processes(self):
+        received = self.divide("api", "gateway")
+        status, output, _received = self.call("revoke", "abc")
+        self.assertEqual(status, 0, output)
+        order = [{"command": "revoke", "user": "abc"}]
+        self.assertEqual(received, {"api": order, "gateway": order})
+
+    def test_order_when_one_of_two_does_not_run(self):
+        received = self.divide("gateway")
+        status, output, _received = self.call("drain")
+        self.assertEqual((status, received), (4, {"gateway": [{"command": "drain", "on": True}]}))
+        self.assertIn("the process with the role api does not run, and does not know of it", output)
+
     def test_answers_that_are_none(self):
         for answer in ("", "text\n", "[]\n", '{"ok":tr'):
             self.assertEqual(self.call("status", answer=answer)[0], 4, answer)
