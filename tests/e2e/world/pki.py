@@ -41,17 +41,19 @@ class Authority:
             "keyUsage=critical,keyCertSign,cRLSign",
         )
 
-    def leaf(self, name, subject_names, days=DAYS):
+    def leaf(self, name, subject_names, days=DAYS, usage="serverAuth"):
         """A server certificate; returns (certificate, key). subject_names: as in subjectAltName.
+
+        `usage`: as in extendedKeyUsage.
 
         A negative number of days makes one that has expired. The same request again returns the same files.
         """
         certificate, key = self.folder / f"{name}.crt", self.folder / f"{name}.key"
-        if self._leaves.get(name) == (subject_names, days):
+        if self._leaves.get(name) == (subject_names, days, usage):
             return certificate, key
         request, extensions = self.folder / f"{name}.csr", self.folder / f"{name}.ext"
         extensions.write_text(
-            "basicConstraints=CA:FALSE\nkeyUsage=digitalSignature\nextendedKeyUsage=serverAuth\n"
+            f"basicConstraints=CA:FALSE\nkeyUsage=digitalSignature\nextendedKeyUsage={usage}\n"
             f"subjectAltName={subject_names}\n",
             encoding="utf-8",
         )
@@ -73,7 +75,7 @@ class Authority:
             "-extfile",
             str(extensions),
         )
-        self._leaves[name] = (subject_names, days)
+        self._leaves[name] = (subject_names, days, usage)
         return certificate, key
 
 

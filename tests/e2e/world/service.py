@@ -93,6 +93,9 @@ class Request:
 class Service:
     """One quorvane-service process, with certificates from `authority`."""
 
+    # Where its process is, and where its tables are.
+    namespace, gateway_namespace = network.INTERNET, network.GATEWAY
+
     STATUS = "3 means that it received requests that no test announced, -9 that it had to be killed"
 
     def __init__(self, program, folder, authority, **overrides):
@@ -165,7 +168,7 @@ class Service:
                     "ip",
                     "netns",
                     "exec",
-                    network.INTERNET,
+                    self.namespace,
                     str(self.program),
                     "--config",
                     str(self._configuration),
@@ -278,7 +281,7 @@ class Service:
 
     def lent(self):
         """The gateway's table of lent addresses: tunnel address -> public address."""
-        for entry in network.firewall(network.GATEWAY):
+        for entry in network.firewall(self.gateway_namespace):
             found = entry.get("map", {})
             if found.get("table") == TABLE and found.get("name") == LENT_MAP:
                 return dict(found.get("elem", []))
