@@ -146,6 +146,10 @@ void ControlCommands::answer(std::string_view line, const Reply &reply) {
         } else if (command == "release") {
             release(reader, m_orders, reply);
             return;
+        } else if (command == "reload") {
+            reader.finish();
+            m_orders.reload();
+            answer = {{"ok", true}};
         } else if (command == "status") {
             answer = statusReport(m_status());
         } else {

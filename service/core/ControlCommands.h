@@ -50,6 +50,8 @@ struct ServiceStatus {
 
 /// What the operator may order. Each reports a failure to write the order down.
 struct OperatorOrders {
+    /// Takes changed files soon; it may end the process instead.
+    std::function<void()> reload;
     std::function<Result<>(bool on)> drain;
     /// Both return the number of sessions that were ended.
     std::function<Result<std::size_t>(const std::string &user)> revokeUser;

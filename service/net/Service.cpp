@@ -1,6 +1,7 @@
 #include <utility>
 
 #include <boost/asio/io_context.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
 
 #include "Service.h"
@@ -285,7 +286,8 @@ private:
     }
 
     OperatorOrders operatorOrders() {
-        return {[this](bool on) { return drain(on); },
+        return {[this] { asio::post(m_context, [this] { reloadOrEnd(); }); },
+                [this](bool on) { return drain(on); },
                 [this](const std::string &user) { return revokeUser(user); },
                 [this](Ipv4Address address) { return revokeAddress(address); },
                 [this](const std::string &gateway, const OperatorOrders::Released &released) {
@@ -389,6 +391,16 @@ private:
             return Failure{"runtime_folder: cannot write " + path};
         }
         return {};
+    }
+
+    /// A confined process can read no file: it ends, and its supervisor starts it again.
+    void reloadOrEnd() {
+        if (m_isConfined) {
+            writeLog("ends, to be started with the files as they are now");
+            stop();
+        } else {
+            reload();
+        }
     }
 
     /// Takes the lent addresses and the listener's certificate as they are in their files now. What cannot be

@@ -46,15 +46,15 @@ Result<> Certificates::provideApi(const SetupRecord &record) {
         return copyGiven(record);
     }
     const std::string common = record.name.size() <= maximumCommonName ? record.name : "Quorvane API";
-    return provide({"api", "Quorvane API authority", {common, record.name, apiLife}});
+    return provide({"api", "Quorvane API authority", Readers::Api, {common, record.name, apiLife}});
 }
 
 Result<> Certificates::provideVpn() {
-    return provide({"vpn", "Quorvane VPN authority", {"vpn", "", vpnLife}});
+    return provide({"vpn", "Quorvane VPN authority", Readers::Gateway, {"vpn", "", vpnLife}});
 }
 
-/// The service's user may not read the other program's files. Certificate and key are copied as one file, so
-/// that they always belong together.
+/// The user of the listener may not read the other program's files. Certificate and key are copied as one
+/// file, so that they always belong together.
 Result<> Certificates::copyGiven(const SetupRecord &record) {
     const auto certificate = FileStore::text(record.tlsCertificate);
     const auto key = FileStore::text(record.tlsKey);
@@ -74,8 +74,7 @@ Result<> Certificates::copyGiven(const SetupRecord &record) {
     if (validity.value().end <= m_now) {
         return Failure{record.tlsCertificate + " has expired"};
     }
-    return m_files.put(m_places.file("given.pem"), certificate.value() + '\n' + key.value(),
-                       Readers::Service);
+    return m_files.put(m_places.file("given.pem"), certificate.value() + '\n' + key.value(), Readers::Api);
 }
 
 Result<std::string> Certificates::provideKey(const std::string &path, Readers readers) {
@@ -126,7 +125,7 @@ Result<> Certificates::provide(const Names &names) {
     if (!authority) {
         return Failure{authority.error()};
     }
-    const auto key = provideKey(m_places.file(names.file + ".key"), Readers::Service);
+    const auto key = provideKey(m_places.file(names.file + ".key"), names.keyReaders);
     if (!key) {
         return Failure{key.error()};
     }
@@ -145,22 +144,34 @@ Result<> Certificates::provide(const Names &names) {
 }
 
 Result<> Certificates::provideKeys() {
-    auto provided = provideKeyFile<UserTokens>("user.keys");
+    auto provided = provideKeyFile<UserTokens>("user.keys", Readers::Members);
     if (provided) {
-        provided = provideKeyFile<ControlKey>("control.key");
+        provided = provideKeyFile<ControlKey>("control.key", Readers::Members);
     }
-    return provided ? provideKeyFile<ClientAuthority>("client-authority.pem") : provided;
+    if (provided) {
+        provided = provideKeyFile<ClientAuthority>("client-authority.pem", Readers::Api);
+    }
+    return provided ? provideClientAuthority() : provided;
+}
+
+/// What a gateway needs of the client authority: it checks certificates, and signs none.
+Result<> Certificates::provideClientAuthority() {
+    const auto text = FileStore::text(m_places.file("client-authority.pem"));
+    const auto authority = text ? ClientAuthority::parse(text.value()) : Failure{text.error()};
+    return authority ? m_files.put(m_places.file("client-authority.crt"), authority.value().certificates(),
+                                   Readers::Members)
+                     : Failure{authority.error()};
 }
 
 template <typename Keys>
-Result<> Certificates::provideKeyFile(const char *name) {
+Result<> Certificates::provideKeyFile(const char *name, Readers readers) {
     const std::string path = m_places.file(name);
     if (!FileStore::exists(path)) {
         if (const auto made = Keys::loadOrMake(path); !made) {
             return Failure{made.error()};
         }
     }
-    return m_files.adopt(path, Readers::Service);
+    return m_files.adopt(path, readers);
 }
 
 } // namespace quorvane::service

@@ -36,13 +36,15 @@ private:
     struct Names {
         std::string file;      ///< "api" or "vpn"
         std::string authority; ///< the authority's name
+        Readers keyReaders;    ///< of the server's key
         Pki::Server server;
     };
 
     Result<> copyGiven(const SetupRecord &record);
     Result<> provide(const Names &names);
     template <typename Keys>
-    Result<> provideKeyFile(const char *name);
+    Result<> provideKeyFile(const char *name, Readers readers);
+    Result<> provideClientAuthority();
     Result<std::string> provideKey(const std::string &path, Readers readers);
     Result<Pki::Pair> provideAuthority(const Names &names);
 

@@ -1,7 +1,7 @@
 #include "ControlActions.h"
 
 #include "ControlClient.h"
-#include "FileStore.h"
+#include "Processes.h"
 #include "RoleAnswers.h"
 #include "StatusText.h"
 #include "core/Ipv4.h"
@@ -22,34 +22,6 @@ constexpr int exitUnreadable = 2;
 int failed(const std::string &message, int status) {
     std::fprintf(stderr, "quorvane-service: %s\n", message.c_str());
     return status;
-}
-
-/// The runtime folders of the processes by their roles; one without a name when it is a single process. Of
-/// the configuration only these keys count: a service that runs may have one that was made wrong since.
-Result<std::map<std::string, std::string>> runtimeFolders(const std::string &path) {
-    const auto text = FileStore::text(path);
-    if (!text) {
-        return Failure{text.error()};
-    }
-    const json config = json::parse(text.value(), nullptr, false);
-    const std::string key = "runtime_folder";
-    if (!config.is_object() || !config.contains(key) || !config.at(key).is_string()) {
-        return Failure{path + ": runtime_folder: is missing"};
-    }
-    const auto common = config.at(key).get<std::string>();
-    std::map<std::string, std::string> folders;
-    if (config.contains("roles") && config.at("roles").is_object()) {
-        for (const auto &[role, changes] : config.at("roles").items()) {
-            const bool changed = changes.is_object() && changes.contains(key) && changes.at(key).is_string();
-            if (changed) {
-                folders[role] = changes.at(key).get<std::string>();
-            }
-        }
-    }
-    if (folders.empty()) {
-        folders[""] = common;
-    }
-    return folders;
 }
 
 json commandOf(const CommandLine &line) {

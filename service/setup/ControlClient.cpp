@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -59,17 +58,6 @@ Result<nlohmann::json> ControlClient::ask(const nlohmann::json &command) {
     auto json = nlohmann::json::parse(answer, nullptr, false);
     return json.is_object() ? Result<nlohmann::json>(std::move(json))
                             : Failure{"the service's answer is not understood"};
-}
-
-Result<> ControlClient::reload() {
-    // The process that listens at the socket.
-    ucred peer{};
-    socklen_t length = sizeof(peer);
-    if (getsockopt(m_socket.get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0 || peer.pid <= 0 ||
-        kill(peer.pid, SIGHUP) != 0) {
-        return failure("cannot send SIGHUP to the service");
-    }
-    return {};
 }
 
 } // namespace quorvane::service

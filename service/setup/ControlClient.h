@@ -19,8 +19,6 @@ public:
 
     /// Sends one command and returns the answer, an object.
     Result<nlohmann::json> ask(const nlohmann::json &command);
-    /// Sends the service SIGHUP.
-    Result<> reload();
 
 private:
     explicit ControlClient(FileDescriptor socket) : m_socket(std::move(socket)) {}

@@ -21,7 +21,8 @@ mode_t modeOf(Readers readers) {
         return 0644;
     case Readers::Members:
         return 0640;
-    case Readers::Service:
+    case Readers::Api:
+    case Readers::Gateway:
     case Readers::Root:
         break;
     }
@@ -63,15 +64,17 @@ Result<> own(int file, const std::string &path, Owner owner, mode_t mode) {
 
 Owner FileStore::owner(Readers readers) const {
     switch (readers) {
-    case Readers::Service:
-        return m_service;
+    case Readers::Api:
+        return m_owners.api;
+    case Readers::Gateway:
+        return m_owners.gateway;
     case Readers::Members:
-        return {m_root.user, m_service.group};
+        return {m_owners.root.user, m_owners.members};
     case Readers::All:
     case Readers::Root:
         break;
     }
-    return m_root;
+    return m_owners.root;
 }
 
 bool FileStore::exists(const std::string &path) {

@@ -19,16 +19,25 @@ struct Owner {
 /// Who may read a file.
 enum class Readers {
     All,     ///< root's, mode 644
-    Members, ///< root's, and of the service's group: mode 640
-    Service, ///< the service's, mode 600
+    Members, ///< root's, and of the service's group, which has all of its users: mode 640
+    Api,     ///< the user's of the processes that answer requests, mode 600
+    Gateway, ///< the user's of the processes that lend addresses, mode 600
     Root,    ///< root's, mode 600
+};
+
+/// Those to whom the files of the setup belong.
+struct Owners {
+    Owner root;
+    Owner api;
+    Owner gateway;
+    gid_t members = 0;
 };
 
 /// Writes files of the setup: whole or not at all, private from the first byte, and only when their content
 /// differs.
 class FileStore {
 public:
-    FileStore(Owner root, Owner service) : m_root(root), m_service(service) {}
+    explicit FileStore(const Owners &owners) : m_owners(owners) {}
 
     /// Nothing when there is no such file.
     [[nodiscard]] static Result<std::string> text(const std::string &path);
@@ -45,8 +54,7 @@ public:
 private:
     [[nodiscard]] Owner owner(Readers readers) const;
 
-    Owner m_root;
-    Owner m_service;
+    Owners m_owners;
     std::vector<std::string> m_written;
 };
 

@@ -3,7 +3,7 @@
 #include "Certificates.h"
 #include "CheckNetwork.h"
 #include "ClientSession.h"
-#include "ControlClient.h"
+#include "Processes.h"
 #include "core/Config.h"
 
 #include <algorithm>
@@ -70,20 +70,9 @@ Result<Value> retried(const std::function<Result<Value>()> &attempt) {
     }
 }
 
-Result<bool> serviceReady(const std::string &folder) {
-    auto connected = ControlClient::connect(folder);
-    if (!connected) {
-        return Failure{connected.error()};
-    }
-    ControlClient control = std::move(connected).value();
-    const auto status = control.ask({{"command", "status"}});
-    if (!status) {
-        return Failure{status.error()};
-    }
-    if (!status.value().value("ready", false)) {
-        return Failure{"the service runs, but its VPN servers are not ready: " + status.value().dump()};
-    }
-    return true;
+Result<bool> serviceReady(const std::map<std::string, std::string> &folders) {
+    const auto ready = allReadyIn(folders);
+    return ready ? Result<bool>(true) : Failure{ready.error()};
 }
 
 Result<ServerList> requestList(const HttpsClient &https, Ipv4Address lent) {
@@ -105,7 +94,7 @@ Result<ServerList> requestList(const HttpsClient &https, Ipv4Address lent) {
 }
 
 Result<bool> writePrivate(const std::string &name, const std::string &text) {
-    FileStore files({geteuid(), getegid()}, {geteuid(), getegid()});
+    FileStore files(Owners{{geteuid(), getegid()}, {}, {}, getegid()});
     const auto written = files.put(CheckNetwork::folder() + '/' + name, text, Readers::Root);
     return written ? Result<bool>(true) : Failure{written.error()};
 }
@@ -254,11 +243,16 @@ int checkService(Machine &machine, const Places &places, const std::string &conf
         return 1;
     }
     const Config &config = plan.value().config;
+    const auto folders = runtimeFolders(configFile);
+    if (!folders) {
+        std::fprintf(stderr, "quorvane-service: %s\n", folders.error().c_str());
+        return 1;
+    }
     const auto begun = steady_clock::now();
     std::printf("Checking by sessions of a client in a network namespace:\n");
     const auto ready =
-        step<bool>("service is ready", "journalctl -u quorvane-service, " + config.requestLog,
-                   [&] { return retried<bool>([&] { return serviceReady(config.runtimeFolder); }); });
+        step<bool>("service is ready", "journalctl -u 'quorvane-service-*', " + config.requestLog,
+                   [&] { return retried<bool>([&] { return serviceReady(folders.value()); }); });
     if (!ready) {
         return 1;
     }

@@ -58,6 +58,16 @@ Json vpnPart(const Places &places, const std::vector<Ipv4Network> &used) {
             {"dns", {"8.8.8.8", "8.8.4.4"}}};
 }
 
+/// Two processes of two users share the file.
+Json rolesPart(const Places &places) {
+    const auto own = [&places](const char *user) {
+        return Json{{"runtime_folder", places.runtimeOf(user)}, {"state_file", places.stateFileOf(user)}};
+    };
+    Json gateway = own(gatewayUser);
+    gateway["vpn"] = {{"client_authority", places.file("client-authority.crt")}};
+    return {{"api", own(apiUser)}, {"gateway", gateway}};
+}
+
 bool isUpper(char letter) {
     return letter >= 'A' && letter <= 'Z';
 }
@@ -114,9 +124,10 @@ ServiceFile ServiceFile::make(const Places &places, const ServiceSettings &setti
                  {"tls", tlsFiles(places, settings.givenCertificate)},
                  {"groups", Json::array({group})},
                  {"keys", places.file("user.keys")},
-                 {"state_file", places.state + "/operator.json"},
+                 {"state_file", places.stateFileOf(serviceGroup)},
                  {"request_log", places.logs + "/requests.jsonl"},
-                 {"runtime_folder", places.runtime},
+                 {"runtime_folder", places.runtimeOf(serviceGroup)},
+                 {"roles", rolesPart(places)},
                  {"vpn", vpnPart(places, used)},
                  {"gateway", {{"command", Json::array()}}}};
     if (!settings.dns.empty()) {

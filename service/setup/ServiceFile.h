@@ -16,13 +16,25 @@ namespace quorvane::service {
 struct Places {
     std::string folder = "/etc/quorvane-service";
     std::string sysctl = "/etc/sysctl.d/60-quorvane-service.conf";
-    std::string runtime = "/run/quorvane-service";
-    std::string state = "/var/lib/quorvane-service";
+    std::string runtime = "/run";
+    std::string state = "/var/lib";
     std::string logs = "/var/log/quorvane-service";
     std::string countries = "/usr/share/iso-codes/json/iso_3166-1.json";
 
     [[nodiscard]] std::string file(const std::string &name) const { return folder + '/' + name; }
+
+    /// A process's own folders have the name of its user.
+    [[nodiscard]] std::string runtimeOf(const std::string &user) const { return runtime + '/' + user; }
+
+    [[nodiscard]] std::string stateFileOf(const std::string &user) const {
+        return state + '/' + user + "/operator.json";
+    }
 };
+
+/// The users of the processes that answer requests and that lend addresses, and the group of both.
+constexpr const char *apiUser = "quorvane-api";
+constexpr const char *gatewayUser = "quorvane-gateway";
+constexpr const char *serviceGroup = "quorvane-service";
 
 /// What the arguments of the setup say about the configuration. What is absent stays as it is.
 struct ServiceSettings {

@@ -3,14 +3,17 @@
 #include "Certificates.h"
 #include "ControlClient.h"
 #include "LentAddresses.h"
+#include "Processes.h"
 #include "ServiceCheck.h"
 #include "SetupArguments.h"
 #include "core/Config.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <grp.h>
 #include <optional>
 #include <pwd.h>
 #include <unistd.h>
@@ -21,7 +24,8 @@ namespace {
 
 constexpr int exitFailed = 1;
 constexpr int exitArguments = 2;
-constexpr const char *serviceUser = "quorvane-service";
+constexpr std::array units = {"quorvane-service-gateway.service", "quorvane-service-api.service"};
+constexpr const char *timerUnit = "quorvane-service-renew.timer";
 constexpr const char *forwardingFile = "/proc/sys/net/ipv4/ip_forward";
 constexpr const char *forwarding =
     "# Written by quorvane-service setup: the gateway forwards the traffic of VPN "
@@ -37,12 +41,19 @@ bool hasSystemd() {
     return FileStore::exists("/run/systemd/system");
 }
 
-Result<Owner> ownerOfService() {
-    const passwd *user = getpwnam(serviceUser);
-    if (user == nullptr) {
-        return Failure{std::string("there is no user ") + serviceUser + ": the package makes it"};
+Result<Owners> ownersOfFiles() {
+    const auto ownerNamed = [](const char *name) {
+        const passwd *user = getpwnam(name);
+        return user == nullptr ? std::optional<Owner>() : Owner{user->pw_uid, user->pw_gid};
+    };
+    const auto api = ownerNamed(apiUser);
+    const auto gateway = ownerNamed(gatewayUser);
+    const group *members = getgrnam(serviceGroup);
+    if (!api || !gateway || members == nullptr) {
+        return Failure{std::string("there are no users ") + apiUser + " and " + gatewayUser +
+                       " with the group " + serviceGroup + ": the package makes them"};
     }
-    return Owner{user->pw_uid, user->pw_gid};
+    return Owners{{0, 0}, *api, *gateway, members->gr_gid};
 }
 
 /// Now; at the next starts the file of sysctl does it.
@@ -60,8 +71,8 @@ Result<> forwardNow() {
 /// What a run of the setup works with.
 class Setup {
 public:
-    Setup(Machine &machine, Places places, Owner service)
-        : m_machine(machine), m_places(std::move(places)), m_files({0, 0}, service) {}
+    Setup(Machine &machine, Places places, const Owners &owners)
+        : m_machine(machine), m_places(std::move(places)), m_files(owners) {}
 
     int run(const SetupArguments &arguments);
 
@@ -70,6 +81,7 @@ private:
     Result<> decide(const SetupArguments &arguments);
     Result<> writeFiles();
     Result<> useAddresses();
+    Result<> startUnits(bool restart);
     Result<bool> start();
     void printWritten() const;
     void printClientLines() const;
@@ -204,33 +216,48 @@ Result<> Setup::useAddresses() {
     return done ? routeLentAddresses(m_machine, allAddresses(*m_config), FormerRoutes::Keep) : done;
 }
 
+Result<> Setup::startUnits(bool restart) {
+    std::vector<const char *> enabled(units.begin(), units.end());
+    enabled.push_back(timerUnit);
+    for (const char *unit : enabled) {
+        if (const auto done = m_machine.run({"systemctl", "--quiet", "enable", unit}); !done) {
+            return Failure{done.error()};
+        }
+    }
+    if (const auto done = m_machine.run({"systemctl", "start", timerUnit}); !done) {
+        return Failure{done.error()};
+    }
+    for (const char *unit : units) {
+        if (const auto done = m_machine.run({"systemctl", restart ? "restart" : "start", unit}); !done) {
+            return Failure{done.error()};
+        }
+    }
+    return {};
+}
+
 /// Starts the service, or has it take what has changed. False when it must be started in another way.
 Result<bool> Setup::start() {
-    auto running = ControlClient::connect(m_config->runtimeFolder);
+    const auto folders = runtimeFolders(configPath());
+    if (!folders) {
+        return Failure{folders.error()};
+    }
+    const bool running = std::ranges::any_of(
+        folders.value(), [](const auto &entry) { return ControlClient::connect(entry.second).ok(); });
     const bool reloads = m_former && m_former->differsForReloadOnly(*m_service);
     if (hasSystemd()) {
-        for (const char *unit : {"quorvane-service.service", "quorvane-service-renew.timer"}) {
-            if (const auto done = m_machine.run({"systemctl", "--quiet", "enable", unit}); !done) {
-                return Failure{done.error()};
-            }
-        }
-        const auto timer = m_machine.run({"systemctl", "start", "quorvane-service-renew.timer"});
-        const auto service = m_machine.run(
-            {"systemctl", running && !reloads ? "restart" : "start", "quorvane-service.service"});
-        if (!timer || !service) {
-            return Failure{(timer ? service : timer).error()};
+        if (auto done = startUnits(running && !reloads); !done) {
+            return Failure{done.error()};
         }
     }
     if (running && reloads && !m_files.written().empty()) {
-        ControlClient control = std::move(running).value();
-        auto done = control.reload();
+        auto done = reloadAll(folders.value());
         return done ? Result<bool>(true) : Failure{done.error()};
     }
     if (running && !reloads && !hasSystemd()) {
         std::printf("The running service takes the new configuration when it is started again.\n");
         return false;
     }
-    return hasSystemd() || running.ok();
+    return hasSystemd() || running;
 }
 
 void Setup::printWritten() const {
@@ -278,21 +305,21 @@ int Setup::run(const SetupArguments &arguments) {
     if (started.value()) {
         status = checkService(m_machine, m_places, configPath());
     } else {
-        std::printf("systemd does not run here: start the service in another way, as the unit\n"
-                    "quorvane-service.service says, and then check it by: quorvane-service setup --check\n");
+        std::printf("systemd does not run here: start the service in another way, as the units\n"
+                    "quorvane-service-gateway.service and quorvane-service-api.service say, and then check "
+                    "it by: quorvane-service setup --check\n");
     }
     printClientLines();
     return status;
 }
 
 /// New certificates; the running service takes that of the listener.
-int renew(const Places &places, Owner service) {
+int renew(const Places &places, const Owners &owners) {
     const auto record = SetupRecord::load(places);
-    const auto configText = FileStore::text(places.file("service.json"));
-    if (!record || !configText) {
-        return failed(record ? configText.error() : record.error());
+    if (!record) {
+        return failed(record.error());
     }
-    FileStore files({0, 0}, service);
+    FileStore files(owners);
     Certificates certificates(places, files, std::chrono::system_clock::now());
     int status = 0;
     for (const auto &done : {certificates.provideApi(record.value()), certificates.provideVpn()}) {
@@ -303,18 +330,12 @@ int renew(const Places &places, Owner service) {
     for (const std::string &path : files.written()) {
         std::printf("renewed: %s\n", path.c_str());
     }
-    const auto config = parseConfig(configText.value());
-    if (files.written().empty() || !config) {
-        return config ? status : failed(config.error());
+    if (files.written().empty()) {
+        return status;
     }
-    auto running = ControlClient::connect(config.value().runtimeFolder);
-    if (running) {
-        ControlClient control = std::move(running).value();
-        if (const auto done = control.reload(); !done) {
-            return failed(done.error());
-        }
-    }
-    return status;
+    const auto folders = runtimeFolders(places.file("service.json"));
+    const auto reloaded = folders ? reloadAll(folders.value()) : Failure{folders.error()};
+    return reloaded ? status : failed(reloaded.error());
 }
 
 int route(Machine &machine, const std::string &path) {
@@ -341,12 +362,12 @@ int runSetupAction(const CommandLine &line) {
     if (line.action == Action::CheckService) {
         return checkService(machine, places, line.config);
     }
-    const auto service = ownerOfService();
-    if (!service) {
-        return failed(service.error());
+    const auto owners = ownersOfFiles();
+    if (!owners) {
+        return failed(owners.error());
     }
-    return line.action == Action::Renew ? renew(places, service.value())
-                                        : Setup(machine, places, service.value()).run(line.setup);
+    return line.action == Action::Renew ? renew(places, owners.value())
+                                        : Setup(machine, places, owners.value()).run(line.setup);
 }
 
 } // namespace quorvane::service

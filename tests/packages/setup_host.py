@@ -9,7 +9,7 @@ import subprocess
 import time
 
 from harness.home.deadlines import EVENTUALLY, POLL
-from unit import NAME, Unit
+from unit import NAME, Units
 from world import network
 
 HOST = "vpn.example.org"
@@ -25,7 +25,7 @@ class Host:
 
     def __init__(self, machine):
         self.machine = machine
-        self.unit = Unit(machine, GATEWAY)
+        self.unit = Units(machine, GATEWAY)
         network.run("ip", "-n", network.GATEWAY, "route", "del", "local", network.LENT_POOL, "dev", "lo")
         network.inside(network.GATEWAY, "sysctl", "-qw", "net.ipv4.ip_forward=0")
 
@@ -85,9 +85,12 @@ class Host:
                 return session.getpeercert(binary_form=True)
 
     def wait_served(self, certificate):
-        """Waits until the listener has this certificate, in PEM."""
+        """Waits until the listener, which ends and is started again, has this certificate, in PEM."""
         end = time.monotonic() + EVENTUALLY
-        while self.served() != ssl.PEM_cert_to_DER_cert(certificate):
+        while True:
+            with contextlib.suppress(OSError):
+                if self.served() == ssl.PEM_cert_to_DER_cert(certificate):
+                    return
             assert time.monotonic() < end, "the listener has taken another certificate"
             time.sleep(POLL)
 

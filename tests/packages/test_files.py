@@ -113,7 +113,9 @@ def test_client_is_small(debs):
     assert package_file(debs, "quorvane").stat().st_size <= LARGEST_CLIENT
 
 
-@pytest.mark.parametrize("name", ["quorvane-service", "quorvane-service-renew"])
+@pytest.mark.parametrize(
+    "name", ["quorvane-service-api", "quorvane-service-gateway", "quorvane-service-renew"]
+)
 def test_unit_is_understood(contents, tmp_path, name):
     """Its program is looked for in the package."""
     units = contents / "lib/systemd/system"

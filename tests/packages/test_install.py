@@ -15,7 +15,8 @@ def test_nothing_is_left_after_a_purge(machine, debs):
     machine.install(*(package_file(debs, name) for name in PACKAGES))
     came = differences(before, machine.files())
     assert {"usr/bin/quorvane", "usr/sbin/quorvane-service", "etc/quorvane-service", "etc/passwd"} <= came
-    assert "quorvane-service" in machine.run("getent", "passwd", "quorvane-service")
+    for user in ("quorvane-api", "quorvane-gateway"):
+        assert user in machine.run("getent", "group", "quorvane-service")
     machine.run("dpkg", "--purge", *PACKAGES)
     assert differences(before, machine.files()) == set()
 

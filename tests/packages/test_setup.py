@@ -83,15 +83,18 @@ def test_private_files_are_private(host, moved):
             os.chown(path, 12345, 12345)
             path.chmod(0o644)
         host.setup("--listen", network.REAL_ADDRESS)
-    number = int(host.machine.run("id", "-u", NAME))
-    of_service = {"user.keys", "control.key", "client-authority.pem", "api.key", "vpn.key"}
+    users = {role: int(host.machine.run("id", "-u", f"quorvane-{role}")) for role in ("api", "gateway")}
+    group = int(host.machine.run("getent", "group", NAME).split(":")[2])
+    private = {"client-authority.pem": "api", "api.key": "api", "vpn.key": "gateway"}
     for name, (_, mode, owner, *_rest) in host.files().items():
-        if name in of_service:
-            assert (mode, owner[0]) == (0o600, number), name
+        if name in private:
+            assert (mode, owner[0]) == (0o600, users[private[name]]), name
+        elif name in ("user.keys", "control.key", "client-authority.crt"):
+            assert (mode, owner) == (0o640, (0, group)), name
         elif name.endswith(".key"):
             assert (mode, owner) == (0o600, (0, 0)), name
         elif name.endswith(".json"):
-            assert (mode, owner[0]) == (0o640, 0), name
+            assert (mode, owner) == (0o640, (0, group)), name
         else:
             assert (mode, owner) == (0o644, (0, 0)), name
     assert host.configuration()["vpn"]["tcp"]["port"] == 1194, "443 is the listener's"
@@ -123,13 +126,15 @@ def test_with_systemd_the_units_are_started(host):
         assert host.unit.stop() == 0
         host.unit.start()
 
-    service, timer = f"{NAME}.service", f"{NAME}-renew.timer"
-    enabled = [f"--quiet enable {service}", f"--quiet enable {timer}", f"start {timer}"]
-    assert while_set_up(ARGUMENTS, f"start {service}", host.unit.start) == [*enabled, f"start {service}"]
-    again = while_set_up(("--city", "Bonn"), f"start {service}", lambda: None)
-    assert again == [*enabled, f"start {service}"], "the new city needs no restart"
+    timer, units = f"{NAME}-renew.timer", [f"{NAME}-{role}.service" for role in ("gateway", "api")]
+    enabled = [f"--quiet enable {name}" for name in (*units, timer)] + [f"start {timer}"]
+    started = [*enabled, *(f"start {name}" for name in units)]
+    assert while_set_up(ARGUMENTS, f"start {units[1]}", host.unit.start) == started
+    again = while_set_up(("--city", "Bonn"), f"start {units[1]}", lambda: None)
+    assert again == started, "the new city needs no restart"
     listen = ("--listen", f"{network.REAL_ADDRESS}:8443")
-    assert while_set_up(listen, f"restart {service}", restart) == [*enabled, f"restart {service}"]
+    restarted = [*enabled, *(f"restart {name}" for name in units)]
+    assert while_set_up(listen, f"restart {units[1]}", restart) == restarted
 
 
 def test_setup_again_changes_nothing(lending):
@@ -231,7 +236,7 @@ def test_renewal_ends_no_session(lending):
     sign_earlier(lending, 50)
     assert lending.renew() == [], "more than a third of its life is left"
     sign_earlier(lending, 61)
-    lending.unit.process.send_signal(signal.SIGHUP)
+    lending.unit.api.process.terminate()  # it is started again
     before, files = lending.path("api.crt").read_text(encoding="ascii"), lending.files()
     lending.wait_served(before)
     with session(lending) as seen:
@@ -253,8 +258,8 @@ def test_status_in_its_three_states(host):
     host.path("service.json").write_text(json.dumps(broken), encoding="utf-8")
     host.unit.start()
     end = time.monotonic() + EVENTUALLY
-    while (host.unit.status() or {}).get("servers", {}).get("tcp") is None:
-        assert host.unit.process.poll() is None and time.monotonic() < end
+    while host.unit.status().get("servers", {}).get("tcp") is None:
+        assert host.unit.gateway.process.poll() is None and time.monotonic() < end
         time.sleep(POLL)
     status, output = host.call("status")
     assert status == NOT_READY and "runs and is not ready" in output

@@ -39,7 +39,8 @@ protected:
     std::string m_failure; ///< of every order; empty: none
     ControlCommands m_commands{m_announced,
                                [this] { return m_status; },
-                               {[this](bool on) { return ordered(on ? "drain" : "drain no more"); },
+                               {[this] { m_orders.emplace_back("reload"); },
+                                [this](bool on) { return ordered(on ? "drain" : "drain no more"); },
                                 [this](const std::string &user) { return ended("user " + user); },
                                 [this](Ipv4Address address) { return ended("address " + address.text()); },
                                 [this](const std::string &gateway, const OperatorOrders::Released &done) {
@@ -83,13 +84,14 @@ TEST_F(ControlCommandsTest, ReportsTheStatusOfTheServers) {
 }
 
 TEST_F(ControlCommandsTest, PassesTheOperatorsOrdersOn) {
+    EXPECT_EQ(answerTo(R"({"command":"reload"})"), json::parse(R"({"ok":true})"));
     EXPECT_EQ(answerTo(R"({"command":"drain"})"), json::parse(R"({"ok":true})"));
     EXPECT_EQ(answerTo(R"({"command":"drain","on":false})"), json::parse(R"({"ok":true})"));
     const auto ended = json::parse(R"({"ok":true,"ended":3})");
     EXPECT_EQ(answerTo(R"({"command":"revoke","user":"user1"})"), ended);
     EXPECT_EQ(answerTo(R"({"command":"revoke","address":"203.0.113.5"})"), ended);
-    EXPECT_EQ(m_orders,
-              (std::vector<std::string>{"drain", "drain no more", "user user1", "address 203.0.113.5"}));
+    EXPECT_EQ(m_orders, (std::vector<std::string>{"reload", "drain", "drain no more", "user user1",
+                                                  "address 203.0.113.5"}));
     m_failure = "the disk is full";
     for (const std::string line : {R"({"command":"drain"})", R"({"command":"revoke","user":"user1"})",
                                    R"({"command":"revoke","address":"203.0.113.5"})"}) {

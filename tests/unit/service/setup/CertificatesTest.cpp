@@ -109,6 +109,10 @@ TEST_F(CertificatesTest, KeysStay) {
     EXPECT_EQ(text("client-authority.pem"), authority);
     const auto read = ClientAuthority::load(m_places.file("client-authority.pem"));
     EXPECT_TRUE(read && read.value().canSign());
+    const auto checking = ClientAuthority::parse(text("client-authority.crt"));
+    ASSERT_TRUE(checking);
+    EXPECT_FALSE(checking.value().canSign()) << "a gateway needs no key of it";
+    EXPECT_EQ(checking.value().certificates(), read.value().certificates());
     EXPECT_EQ(users.size(), 65U);
 }
 

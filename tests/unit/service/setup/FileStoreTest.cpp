@@ -21,8 +21,11 @@ struct stat stateOf(const std::string &path) {
 TEST(FileStore, WritesWithTheModeOfTheReaders) {
     const test::TemporaryFolder folder;
     FileStore files = test::ownFiles();
-    const std::vector<std::pair<Readers, mode_t>> modes = {
-        {Readers::All, 0644}, {Readers::Members, 0640}, {Readers::Service, 0600}, {Readers::Root, 0600}};
+    const std::vector<std::pair<Readers, mode_t>> modes = {{Readers::All, 0644},
+                                                           {Readers::Members, 0640},
+                                                           {Readers::Api, 0600},
+                                                           {Readers::Gateway, 0600},
+                                                           {Readers::Root, 0600}};
     for (const auto &[readers, mode] : modes) {
         const std::string path =
             folder.file(std::to_string(mode) + std::to_string(static_cast<int>(readers)));

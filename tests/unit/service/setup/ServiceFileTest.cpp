@@ -41,6 +41,19 @@ TEST(ServiceFile, ANewOneIsAConfigurationForOneMachine) {
     EXPECT_TRUE(config.gateway->command.empty());
 }
 
+TEST(ServiceFile, ANewOneHasFoldersForEachRole) {
+    const ServiceFile made = ServiceFile::make({}, firstSettings(), "vpn.example.org", {});
+    const auto api = parseConfig(made.text(), Role::Api);
+    const auto gateway = parseConfig(made.text(), Role::Gateway);
+    ASSERT_TRUE(api && gateway);
+    EXPECT_EQ(api.value().runtimeFolder, "/run/quorvane-api");
+    EXPECT_EQ(api.value().stateFile, "/var/lib/quorvane-api/operator.json");
+    EXPECT_EQ(api.value().vpn.clientAuthority, "/etc/quorvane-service/client-authority.pem");
+    EXPECT_EQ(gateway.value().runtimeFolder, "/run/quorvane-gateway");
+    EXPECT_EQ(gateway.value().stateFile, "/var/lib/quorvane-gateway/operator.json");
+    EXPECT_EQ(gateway.value().vpn.clientAuthority, "/etc/quorvane-service/client-authority.crt");
+}
+
 TEST(ServiceFile, TunnelsAvoidTheNetworksOfTheMachine) {
     const auto made = ServiceFile::make({}, firstSettings(), "x", {*Ipv4Network::parse("10.9.1.0/24")});
     const Config config = configOf(made);

@@ -39,7 +39,8 @@ private:
 
 /// All files belong to the user who runs the test.
 inline FileStore ownFiles() {
-    return {{geteuid(), getegid()}, {geteuid(), getegid()}};
+    const Owner self{geteuid(), getegid()};
+    return FileStore(Owners{self, self, self, self.group});
 }
 
 } // namespace quorvane::service::test
