@@ -18,6 +18,10 @@ public:
     void setValue(const std::string &value);
     /// Keeps the lease. Call it three times in the time of the lease.
     void keep();
+
+    /// The key is not there although it was written.
+    void writeAgain() { m_written.clear(); }
+
     /// Requests are not answered any more.
     void lost();
     /// Ends the lease, and so the registration, at once. `done` is called when etcd has answered; never when

@@ -200,6 +200,7 @@ void SharedNode::tick() {
     m_tick.async_wait([this](boost::system::error_code cancelled) {
         if (!cancelled && !m_stopped) {
             saveFacts();
+            repeatAnswered();
             update();
             m_client->check();
             if (m_registration) {
@@ -208,6 +209,15 @@ void SharedNode::tick() {
             tick();
         }
     });
+}
+
+/// The watch reports what was done. If it does not, another node has changed the same key meanwhile.
+void SharedNode::repeatAnswered() {
+    std::erase_if(m_claiming, [](const auto &entry) { return entry.second; });
+    std::erase_if(m_sharing, [](const auto &entry) { return entry.second.answered; });
+    if (m_registration && connected() && !m_facts.gateways().contains(m_config.etcd->name)) {
+        m_registration->writeAgain();
+    }
 }
 
 void SharedNode::update() {
@@ -227,43 +237,35 @@ void SharedNode::updateClaims() {
         GatewayClaims::of(m_facts, m_config.etcd->name, addressesOf(m_config), m_local.inUse);
     m_owned = claims.owned;
     reportOthers(claims.ownedByOthers);
-    std::set<Ipv4Address> wanted(claims.claim.begin(), claims.claim.end());
-    wanted.insert(claims.release.begin(), claims.release.end());
-    std::erase_if(m_claiming, [&wanted](Ipv4Address address) { return !wanted.contains(address); });
     if (isReplaced()) {
         return;
     }
     for (const Ipv4Address address : claims.claim) {
-        if (m_claiming.insert(address).second) {
-            claim(address);
-        }
+        claim(address);
     }
     for (const Ipv4Address address : claims.release) {
-        if (m_claiming.insert(address).second) {
-            giveUp(address);
-        }
+        giveUp(address);
     }
 }
 
-/// The watch reports the outcome; an error leaves the request to the next tick.
 void SharedNode::claim(Ipv4Address address) {
-    m_client->post("/v3/kv/txn", etcd::claimRequest(m_facts.ownerKey(address), m_config.etcd->name),
-                   [this, address](const Result<std::string> &answer) {
-                       if (const auto done = etcd::parseTransaction(answer.value()); !done) {
-                           writeLog("etcd: " + address.text() + " is not claimed: " + done.error());
-                           m_claiming.erase(address);
-                       }
-                   });
+    changeOwner(address, etcd::claimRequest(m_facts.ownerKey(address), m_config.etcd->name));
 }
 
 void SharedNode::giveUp(Ipv4Address address) {
-    m_client->post("/v3/kv/txn", etcd::deletionRequest({m_facts.ownerKey(address)}, m_config.etcd->name, {}),
-                   [this, address](const Result<std::string> &answer) {
-                       if (const auto done = etcd::parseTransaction(answer.value()); !done) {
-                           writeLog("etcd: " + address.text() + " is not released: " + done.error());
-                           m_claiming.erase(address);
-                       }
-                   });
+    changeOwner(address, etcd::deletionRequest({m_facts.ownerKey(address)}, m_config.etcd->name, {}));
+}
+
+void SharedNode::changeOwner(Ipv4Address address, const std::string &transaction) {
+    if (!m_claiming.emplace(address, false).second) {
+        return;
+    }
+    m_client->post("/v3/kv/txn", transaction, [this, address](const Result<std::string> &answer) {
+        if (const auto done = etcd::parseTransaction(answer.value()); !done) {
+            writeLog("etcd: the owner of " + address.text() + " is not changed: " + done.error());
+        }
+        m_claiming[address] = true;
+    });
 }
 
 void SharedNode::reportOthers(std::map<Ipv4Address, std::string> others) {
@@ -277,8 +279,9 @@ void SharedNode::reportOthers(std::map<Ipv4Address, std::string> others) {
 
 void SharedNode::updateRegistration() {
     const bool replaced = isReplaced();
-    if (replaced && !std::exchange(m_wasReplaced, replaced)) {
+    if (replaced && !m_wasReplaced) {
         writeLog("etcd: another gateway is registered as " + m_config.etcd->name + ": nothing is lent here");
+        m_local.changed();
     }
     m_wasReplaced = replaced;
     // From the first time on: a server that ends is started again within seconds.
@@ -294,8 +297,8 @@ void SharedNode::shareOrders() {
     for (const std::string &order : pending) {
         const auto value = m_orders.orders().value(order);
         const auto found = m_sharing.find(order);
-        if (value && (found == m_sharing.end() || found->second != *value)) {
-            m_sharing[order] = *value;
+        if (value && (found == m_sharing.end() || found->second.value != *value)) {
+            m_sharing[order] = {*value, false};
             shareOrder(order, *value);
         }
     }
@@ -316,7 +319,7 @@ void SharedNode::shareOrder(const std::string &order, const std::string &value) 
                            putOrder(order, value, granted.value().id);
                        } else {
                            writeLog("etcd: an order is not shared: " + granted.error());
-                           m_sharing.erase(order);
+                           m_sharing[order].answered = true;
                        }
                    });
 }
@@ -326,8 +329,8 @@ void SharedNode::putOrder(const std::string &order, const std::string &value, st
                    [this, order](const Result<std::string> &answer) {
                        if (const auto written = etcd::parseDone(answer.value()); !written) {
                            writeLog("etcd: an order is not shared: " + written.error());
-                           m_sharing.erase(order);
                        }
+                       m_sharing[order].answered = true;
                    });
 }
 

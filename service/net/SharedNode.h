@@ -13,7 +13,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -75,14 +74,17 @@ private:
     void changed(const std::vector<etcd::Event> &events);
     void lost(const std::string &reason);
     void tick();
+    void repeatAnswered();
     void takeFacts();
     void saveFacts();
     [[nodiscard]] bool isReplaced() const;
     void updateClaims();
     void claim(Ipv4Address address);
     void giveUp(Ipv4Address address);
+    void changeOwner(Ipv4Address address, const std::string &transaction);
     void reportOthers(std::map<Ipv4Address, std::string> others);
     void updateRegistration();
+    /// An order is repeated every tick until the watch reports it, and so is a claim.
     void shareOrders();
     void shareOrder(const std::string &order, const std::string &value);
     void putOrder(const std::string &order, const std::string &value, std::int64_t lease);
@@ -99,9 +101,15 @@ private:
     std::unique_ptr<GatewayRegistration> m_registration; ///< null when this is no gateway
     RegisteredGateway m_self;
     std::vector<Ipv4Address> m_owned;
-    std::set<Ipv4Address> m_claiming; ///< a claim or a release was requested
+    std::map<Ipv4Address, bool> m_claiming; ///< a claim or a release was requested; true: and answered
     std::map<Ipv4Address, std::string> m_ownedByOthers;
-    std::map<std::string, std::string> m_sharing; ///< order and value of requests under way
+
+    struct Sharing {
+        std::string value;
+        bool answered = false;
+    };
+
+    std::map<std::string, Sharing> m_sharing; ///< by order
     std::vector<std::shared_ptr<Release>> m_releases;
     bool m_wasTried = false;
     bool m_wasReplaced = false;

@@ -43,13 +43,13 @@ def test_a_member_of_etcd_is_killed(cluster):
     member = cluster.knows_etcd("api1")["endpoint"].partition(":")[0]
     name = next(name for name, where in clusters.MEMBERS.items() if where == member)
     cluster.members[name].kill()
-    assert session.hides()
-    cluster.session("api1", "gw2")
     took = wait_for(
-        lambda: all(cluster.knows_etcd(node)["connected"] for node in cluster.nodes),
+        lambda: not any(member in cluster.knows_etcd(node).get("endpoint", member) for node in cluster.nodes),
         "all nodes are connected to another member",
     )
     figures.record("seconds until all nodes are connected to another member of etcd", round(took, 2))
+    assert session.hides()
+    cluster.session("api1", "gw2")
     cluster.wait_settled()
     other = cluster.session("api2", "gw3")
     assert cluster.apis["api2"].control("revoke", user=other.user)["ok"]

@@ -109,7 +109,10 @@ class FakeEtcd:
             if path in self.answers:
                 return self.answers[path]
             content = getattr(self, "_" + path.rpartition("/")[2])(request)
-            return json.dumps({"header": self._header(), **content})
+            if "error" in content:
+                return json.dumps(content)
+            answer = {"header": self._header(), **content}
+            return json.dumps({"result": answer} if path == "/v3/lease/keepalive" else answer)
 
     def _range(self, request):
         least = int(request.get("min_mod_revision", 0))
@@ -119,20 +122,47 @@ class FakeEtcd:
         return {"kvs": entries, "count": str(len(keys))}
 
     def _put(self, request):
-        self.put(decoded(request["key"]), decoded(request["value"]), int(request.get("lease", 0)))
+        lease = int(request.get("lease", 0))
+        if lease not in self.leases and lease != 0:
+            return {"error": "etcdserver: requested lease not found"}
+        self.put(decoded(request["key"]), decoded(request["value"]), lease)
         return {}
 
     def _grant(self, request):
-        number = len(self.leases) + 1
+        number = max(self.leases, default=0) + len(self.requests)
         self.leases[number] = int(request["TTL"])
         return {"ID": str(number), "TTL": request["TTL"]}
 
+    def _keepalive(self, request):
+        lease = int(request["ID"])
+        return {"ID": request["ID"], "TTL": str(self.leases[lease])} if lease in self.leases else {}
+
+    def _revoke(self, request):
+        self.end_lease(int(request["ID"]))
+        return {}
+
+    def end_lease(self, lease):
+        """Deletes its keys, too."""
+        with self._changed:
+            del self.leases[lease]
+            for key in [key for key, entry in self.store.items() if entry[1] == lease]:
+                self.delete(key)
+
+    def _holds(self, condition):
+        key = decoded(condition["key"])
+        if condition["target"] == "CREATE":
+            return key not in self.store
+        return key in self.store and self.store[key][0] == decoded(condition["value"])
+
     def _txn(self, request):
-        owner = request["compare"][0]
-        if owner["target"] == "CREATE" and decoded(owner["key"]) in self.store:
+        if not all(self._holds(condition) for condition in request["compare"]):
             return {}
         for operation in request["success"]:
-            self.delete(decoded(operation["request_delete_range"]["key"]))
+            for kind, change in operation.items():
+                if kind == "request_put":
+                    self._put(change)
+                else:
+                    self.delete(decoded(change["key"]))
         return {"succeeded": True}
 
     def watch(self, send):
