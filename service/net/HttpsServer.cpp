@@ -1,4 +1,4 @@
-// The only file that includes Beast and the TLS streams, which are slow to compile.
+// Includes Beast and the TLS streams, which are slow to compile.
 #include <utility>
 
 #include <boost/asio/ssl.hpp>

@@ -46,6 +46,12 @@ class FakeEtcd:
         """As in the configuration of a node."""
         return f"127.0.0.1:{self._server.server_address[1]}"
 
+    def resume(self):
+        """Answers again, also what has waited."""
+        with self._changed:
+            self.hangs = False
+            self._changed.notify_all()
+
     def close(self):
         with self._changed:
             self.hangs = False

@@ -3,6 +3,7 @@
 
 import json
 import os
+import subprocess
 import sys
 import unittest
 
@@ -204,6 +205,30 @@ class Etcd(unittest.TestCase):
         until(lambda: not self.is_connected(), "it is away")
         answer = self.service.control(command="release", gateway="gw1")
         self.assertIn("etcd cannot be reached", answer["error"])
+
+    def run_command(self, *arguments):
+        """Runs one of the administrator's commands; returns its exit status and what it printed."""
+        config = f"{self.service.folder}/config.json"
+        command = [PROGRAM, *arguments, "--config", config]
+        done = subprocess.run(
+            command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False
+        )
+        return done.returncode, done.stdout
+
+    def test_the_commands_of_the_administrator(self):
+        self.put_gateway("gw1", FIRST)
+        self.etcd.put(f"/quorvane/owners/{SECOND}", "gw2")
+        self.start()
+        status, text = self.run_command("status")
+        self.assertEqual(status, 0)
+        self.assertIn(f"connected to {self.etcd.endpoint} since ", text)
+        self.assertIn("gateway gw1           1 addresses, since 2023-11-14 22:13:20 UTC\n", text)
+        self.assertEqual(self.run_command("release", "gw1")[0], 1)
+        self.assertEqual(self.run_command("release", "gw2"), (0, '{"released":1}\n'))
+        self.etcd.hangs = True
+        until(lambda: not self.is_connected(), "it is away")
+        self.assertIn("NOT connected since ", self.run_command("status")[1])
+        self.assertEqual(self.run_command("drain"), (0, '{"shared":"not yet"}\n'))
 
 
 class WithoutEtcd(unittest.TestCase):

@@ -103,6 +103,28 @@ class EtcdGateway(GatewayCase):
         self.etcd.delete(owner(FIRST))
         until(lambda: self.registered()["addresses"] == [FIRST, SECOND], "it claims what is free")
 
+    def test_lends_nothing_before_it_has_ever_reached_etcd(self):
+        self.etcd.hangs = True
+        udp, _tcp = self.start()
+        credentials = self.credentials()
+        udp.login(1, credentials, self.grant(credentials))
+        self.assertIn("the address is not lent here", udp.receive())
+        self.etcd.resume()
+        until(self.registered, "it is registered")
+        udp.login(2, credentials, self.grant(credentials))
+        self.assertEqual(udp.receive(), "client-auth 2 0")
+
+    def test_lends_what_it_owned_after_a_restart_without_etcd(self):
+        self.start_registered()
+        self.wait_offered()
+        until(lambda: os.path.exists(f"{self.service.runtime}/operator.json.shared"), "it is written")
+        self.assertEqual(self.service.stop(), 0)
+        self.etcd.hangs = True
+        udp, _tcp = self.start()
+        credentials = self.credentials()
+        udp.login(1, credentials, self.grant(credentials, address=FIRST))
+        self.assertEqual(udp.receive(), "client-auth 1 0")
+
     def test_sessions_end_when_another_gateway_owns_the_address(self):
         udp, _tcp = self.start_registered()
         self.wait_offered()
