@@ -21,6 +21,7 @@
 #include "core/Metrics.h"
 #include "core/OperatorState.h"
 #include "core/PrivateFile.h"
+#include "core/PrivateFolder.h"
 #include "core/RequestLog.h"
 #include "core/UsedGrants.h"
 #include "core/UserTokens.h"
@@ -34,7 +35,6 @@
 #include <fstream>
 #include <sstream>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace quorvane::service {
@@ -50,21 +50,18 @@ std::string readFile(const std::string &path) {
     return text.str();
 }
 
-Result<> prepareRuntimeFolder(const std::string &folder) {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
+std::string folderOf(const std::string &path) {
+    const std::string folder = std::filesystem::path(path).parent_path();
+    return folder.empty() ? std::string(".") : folder;
+}
 
-    struct stat state {};
-
-    if (error || chmod(folder.c_str(), 0700) != 0 || lstat(folder.c_str(), &state) != 0) {
-        return Failure{"runtime_folder: cannot use " + folder + ": " +
-                       (error ? error.message() : std::strerror(errno))};
+/// The folders whose files the service trusts.
+Result<> prepareFolders(const Config &config) {
+    if (auto made = makePrivateFolder(config.runtimeFolder); !made) {
+        return Failure{"runtime_folder: " + made.error()};
     }
-    // Another user could replace what is in it: keys, sockets, configurations of the OpenVPN servers.
-    if (!S_ISDIR(state.st_mode) || state.st_uid != geteuid()) {
-        return Failure{"runtime_folder: " + folder + " must be a folder of the service's user"};
-    }
-    return {};
+    auto checked = checkPrivateFolder(folderOf(config.stateFilePath()));
+    return checked ? Result<>() : Failure{"state_file: " + checked.error()};
 }
 
 /// Keeps a second service out of the runtime folder, where it would replace the sockets. The system releases
@@ -145,8 +142,8 @@ public:
     }
 
     Result<> start() {
-        if (auto folder = prepareRuntimeFolder(m_config.runtimeFolder); !folder) {
-            return folder;
+        if (auto prepared = prepareFolders(m_config); !prepared) {
+            return prepared;
         }
         if (auto locked = m_lock.acquire(m_config.runtimeFolder + "/lock"); !locked) {
             return locked;
@@ -353,10 +350,6 @@ private:
         if (m_config.role != Role::Api) {
             return {};
         }
-        const auto folderOf = [](const std::string &path) {
-            const std::string folder = std::filesystem::path(path).parent_path();
-            return folder.empty() ? std::string(".") : folder;
-        };
         auto confined = confineProcess(
             {{m_config.runtimeFolder, folderOf(m_config.requestLog), folderOf(m_config.stateFilePath())},
              m_shared != nullptr});

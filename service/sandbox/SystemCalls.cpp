@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <netinet/in.h>
 #include <seccomp.h>
 #include <span>
 #include <sys/ioctl.h>
@@ -36,7 +37,7 @@ constexpr std::array always = {
     // Files that are open, and the logs and orders that are replaced.
     SCMP_SYS(read), SCMP_SYS(readv), SCMP_SYS(write), SCMP_SYS(writev), SCMP_SYS(close), SCMP_SYS(fstat),
     SCMP_SYS(newfstatat), SCMP_SYS(lseek), SCMP_SYS(fsync), SCMP_SYS(ftruncate), SCMP_SYS(rename),
-    SCMP_SYS(renameat), SCMP_SYS(renameat2), SCMP_SYS(unlink), SCMP_SYS(unlinkat), SCMP_SYS(fcntl)};
+    SCMP_SYS(renameat), SCMP_SYS(renameat2), SCMP_SYS(unlink), SCMP_SYS(unlinkat)};
 
 /// Adds rules to a filter until one fails.
 class Rules {
@@ -57,12 +58,13 @@ public:
         add(SCMP_ACT_ALLOW, call, conditions);
     }
 
-    /// Allows socket() for one family and type, whatever the flags beside the type are.
-    void allowSocket(int family, int type) {
+    /// Allows socket() for one family, type and protocol, whatever the flags beside the type are.
+    void allowSocket(int family, int type, int protocol) {
         constexpr std::uint64_t flags = SOCK_CLOEXEC | SOCK_NONBLOCK;
         const std::array conditions = {
             scmp_arg_cmp{0, SCMP_CMP_EQ, static_cast<std::uint64_t>(family), 0},
-            scmp_arg_cmp{1, SCMP_CMP_MASKED_EQ, ~flags & 0xFFFFFFFFU, static_cast<std::uint64_t>(type)}};
+            scmp_arg_cmp{1, SCMP_CMP_MASKED_EQ, ~flags & 0xFFFFFFFFU, static_cast<std::uint64_t>(type)},
+            scmp_arg_cmp{2, SCMP_CMP_EQ, static_cast<std::uint64_t>(protocol), 0}};
         add(SCMP_ACT_ALLOW, SCMP_SYS(socket), conditions);
     }
 
@@ -94,11 +96,18 @@ void addRules(Rules &rules, bool connects) {
     rules.allowWith(SCMP_SYS(openat), 2, O_ACCMODE, O_WRONLY);
     rules.allowValue(SCMP_SYS(ioctl), 1, FIONBIO);
     rules.allowValue(SCMP_SYS(ioctl), 1, FIONREAD);
+    // Not F_SETOWN and F_SETSIG: by them the kernel sends any signal to another process of the same user.
+    for (const int command : {F_GETFD, F_SETFD, F_GETFL, F_SETFL}) {
+        rules.allowValue(SCMP_SYS(fcntl), 1, static_cast<std::uint64_t>(command));
+    }
     // abort() ends the process by a signal to itself.
     rules.allowValue(SCMP_SYS(tgkill), 0, static_cast<std::uint64_t>(getpid()));
     if (connects) {
-        rules.allowSocket(AF_INET, SOCK_STREAM);
-        rules.allowSocket(AF_INET6, SOCK_STREAM);
+        // Other protocols of streams, such as SCTP, would be more code of the kernel to attack.
+        for (const int family : {AF_INET, AF_INET6}) {
+            rules.allowSocket(family, SOCK_STREAM, 0);
+            rules.allowSocket(family, SOCK_STREAM, IPPROTO_TCP);
+        }
         rules.allow(SCMP_SYS(connect));
     }
 }

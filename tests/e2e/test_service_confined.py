@@ -74,7 +74,7 @@ def test_taken_over_process_reaches_nothing(world, client, hook):
         plant(world, api, hook, key_files(world, api), gateway)
         assert api.control("status")["confined"]
         made = attempts(world, api)
-        assert len(made) == 26
+        assert len(made) == 27
         succeeded = {name for name, error in made.items() if error not in REFUSED}
         assert succeeded <= (set() if landlock() > 0 else BY_LANDLOCK)
         assert (world.folder / "planted").exists() == ("write" in succeeded)

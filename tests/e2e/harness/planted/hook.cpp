@@ -98,6 +98,8 @@ void trySockets() {
 void tryProcesses() {
     const auto other = static_cast<pid_t>(std::strtol(setting("PLANTED_PROCESS").c_str(), nullptr, 10));
     report("signal", kill(other, 0));
+    // The kernel would send a signal to the owner when something happens to the file.
+    report("signal-by-file", fcntl(STDERR_FILENO, F_SETOWN, other));
     const long traced = ptrace(PTRACE_SEIZE, other, nullptr, nullptr);
     report("trace", traced);
     if (traced >= 0) {

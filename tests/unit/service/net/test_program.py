@@ -436,11 +436,16 @@ class CommandLine(unittest.TestCase):
         first = Service(PROGRAM)
         self.addCleanup(first.close)
         first.start()
+        writable = first.folder + "/writable"
+        os.mkdir(writable)
+        os.chmod(writable, 0o777)
         cases = [
             ({"listen": [{"address": "127.0.0.1", "port": first.port}]}, "listen: 127.0.0.1 port"),
             ({"request_log": "/nonexistent/x"}, "request_log: cannot write"),
             ({"runtime_folder": first.runtime}, "runtime_folder: another service uses it"),
             ({"runtime_folder": "/dev/null/x"}, "runtime_folder: cannot use"),
+            ({"runtime_folder": writable}, f"runtime_folder: {writable} must not be writable"),
+            ({"state_file": writable + "/orders"}, f"state_file: {writable} must not be writable"),
             (
                 {"tls": {"certificate": first.folder + "/key.pem", "key": first.folder + "/key.pem"}},
                 "tls.certificate: ",

@@ -158,6 +158,26 @@ TEST_F(SandboxTest, OtherProcessesAreOutOfReach) {
     EXPECT_EQ(unconfined([parent] { return errorOf(kill(parent, 0)); }), 0);
 }
 
+TEST_F(SandboxTest, TheKernelSendsNoSignalsForIt) {
+    const pid_t parent = getpid();
+    const auto makeOwner = [parent] {
+        return errorOf(fcntl(STDERR_FILENO, F_SETOWN, parent));
+    };
+    const auto chooseSignal = [] {
+        return errorOf(fcntl(STDERR_FILENO, F_SETSIG, SIGKILL));
+    };
+    EXPECT_EQ(confined(makeOwner), EPERM);
+    EXPECT_EQ(confined(chooseSignal), EPERM);
+    EXPECT_EQ(unconfined([] {
+                  std::array<int, 2> ends{};
+                  const int made = errorOf(pipe(ends.data()));
+                  return made | errorOf(fcntl(ends[0], F_SETOWN, getppid())) |
+                         errorOf(fcntl(ends[0], F_SETSIG, SIGKILL));
+              }),
+              0);
+    EXPECT_EQ(confined([] { return errorOf(fcntl(STDERR_FILENO, F_GETFL)); }), 0);
+}
+
 TEST_F(SandboxTest, ItCanStillAbort) {
     const pid_t child = fork();
     if (child == 0) {
@@ -205,6 +225,8 @@ TEST_F(SandboxTest, OneThatConnectsMakesTcpSocketsOnly) {
     m_needs.connects = true;
     for (const int family : {AF_INET, AF_INET6}) {
         EXPECT_EQ(confined([family] { return errorOf(socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0)); }), 0);
+        EXPECT_EQ(confined([family] { return errorOf(socket(family, SOCK_STREAM, IPPROTO_TCP)); }), 0);
+        EXPECT_EQ(confined([family] { return errorOf(socket(family, SOCK_STREAM, IPPROTO_SCTP)); }), EPERM);
         EXPECT_EQ(confined([family] { return errorOf(socket(family, SOCK_DGRAM, 0)); }), EPERM);
         EXPECT_EQ(confined([family] { return errorOf(socket(family, SOCK_RAW, IPPROTO_TCP)); }), EPERM);
     }
