@@ -6,6 +6,8 @@
 
 #include "Service.h"
 
+#include "ControlConnection.h"
+#include "FolderLock.h"
 #include "HttpsServer.h"
 #include "LineServer.h"
 #include "MetricsServer.h"
@@ -27,14 +29,11 @@
 #include "core/UserTokens.h"
 #include "sandbox/Sandbox.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <sys/file.h>
 #include <unistd.h>
 
 namespace quorvane::service {
@@ -64,50 +63,6 @@ Result<> prepareFolders(const Config &config) {
     return checked ? Result<>() : Failure{"state_file: " + checked.error()};
 }
 
-/// Keeps a second service out of the runtime folder, where it would replace the sockets. The system releases
-/// the lock when the process ends, in any way.
-class FolderLock {
-public:
-    Result<> acquire(const std::string &path) {
-        m_file.reset(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-        if (!m_file.isOpen()) {
-            return Failure{"runtime_folder: cannot open " + path + ": " + std::strerror(errno)};
-        }
-        if (flock(m_file.get(), LOCK_EX | LOCK_NB) != 0) {
-            return Failure{"runtime_folder: another service uses it"};
-        }
-        return {};
-    }
-
-private:
-    FileDescriptor m_file;
-};
-
-/// One connection of the control socket.
-class ControlClient : public LineServer::Client {
-public:
-    ControlClient(ControlCommands &commands, LineServer::Send send)
-        : m_commands(commands), m_send(std::move(send)) {}
-
-    bool received(std::string_view bytes) override {
-        m_incompleteLine += bytes;
-        for (auto end = m_incompleteLine.find('\n'); end != std::string::npos;
-             end = m_incompleteLine.find('\n')) {
-            m_commands.answer(std::string_view(m_incompleteLine).substr(0, end),
-                              [send = m_send](const std::string &answer) { send(answer + '\n'); });
-            m_incompleteLine.erase(0, end + 1);
-        }
-        return m_incompleteLine.size() <= maximumCommandLength;
-    }
-
-private:
-    static constexpr std::size_t maximumCommandLength = 1 << 20;
-
-    ControlCommands &m_commands;
-    LineServer::Send m_send;
-    std::string m_incompleteLine;
-};
-
 /// Owns and connects all parts of the service. Members are destroyed from the last to the first.
 class Service {
 public:
@@ -128,7 +83,7 @@ public:
               m_announced, [this] { return status(); }, operatorOrders()),
           m_control(m_context,
                     [this](LineServer::Send send) {
-                        return std::make_unique<ControlClient>(m_commands, std::move(send));
+                        return std::make_unique<ControlConnection>(m_commands, std::move(send));
                     }),
           m_metrics(m_context, [this] { return metricsPage(metrics()); }),
           m_signals(m_context, SIGTERM, SIGINT), m_reopenSignal(m_context, SIGHUP) {
