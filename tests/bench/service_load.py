@@ -22,6 +22,11 @@ AT_ONCE = 500
 CONFIGURATIONS = 20_000
 HANDSHAKE_SECONDS = 5
 HANDSHAKE_CLIENTS = 4
+KEYS = {
+    "keys": "user.keys",
+    "control_key": "control.key",
+    "client_authority": "client-authority.pem",
+}
 
 
 def memory(service):
@@ -79,10 +84,23 @@ def handshakes(service):
     }
 
 
+def divide(service):
+    """Has the service only answer requests, confined as it is then. Its keys are those of a first start."""
+    service.start()
+    assert service.stop() == 0
+    paths = {key: f"{service.folder}/{name}" for key, name in KEYS.items()}
+    for key, path in paths.items():
+        os.rename(f"{service.runtime}/{KEYS[key]}", path)
+    service.config["keys"] = paths.pop("keys")
+    service.config["vpn"].update(paths)
+    service.arguments = ("--role", "api")
+
+
 def main():
     program, lists = sys.argv[1], int(sys.argv[2]) if len(sys.argv) > 2 else 1_000_000
     service = Service(program, limits={"per_caller": ANY_RATE}, log={"bytes_per_second": 4096})
     try:
+        divide(service)
         service.start()
         victim = service.new_user()["VPNUser"]
         answers(service, LIST, 1000)

@@ -106,6 +106,7 @@ class Service:
         }
         self.config.update(changes)
         self.stderr_path = f"{self.folder}/stderr"
+        self.arguments = ()  # beside the configuration's
         self.process = None
         self.port = None
 
@@ -115,7 +116,8 @@ class Service:
         with open(path, "w", encoding="utf-8") as file:
             json.dump(self.config, file)
         with open(self.stderr_path, "ab") as stderr:
-            self.process = subprocess.Popen([self.program, "--config", path], stderr=stderr)
+            command = [self.program, "--config", path, *self.arguments]
+            self.process = subprocess.Popen(command, stderr=stderr)
 
     def start(self):
         """Starts the program and waits until it listens."""

@@ -216,8 +216,8 @@ TEST_F(SandboxTest, NoSocketIsMade) {
                                                      {AF_NETLINK, SOCK_RAW, NETLINK_NETFILTER},
                                                      {AF_UNIX, SOCK_STREAM, 0},
                                                      {AF_PACKET, SOCK_RAW, 0}};
-    for (const auto &[family, type, protocol] : sockets) {
-        EXPECT_EQ(confined([=] { return errorOf(socket(family, type, protocol)); }), EPERM) << family;
+    for (const std::array<int, 3> &made : sockets) {
+        EXPECT_EQ(confined([&made] { return errorOf(socket(made[0], made[1], made[2])); }), EPERM) << made[0];
     }
 }
 
