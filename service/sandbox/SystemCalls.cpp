@@ -27,9 +27,9 @@ constexpr std::array always = {
     SCMP_SYS(clock_gettime), SCMP_SYS(clock_nanosleep), SCMP_SYS(gettimeofday), SCMP_SYS(nanosleep),
     SCMP_SYS(epoll_ctl), SCMP_SYS(epoll_wait), SCMP_SYS(epoll_pwait), SCMP_SYS(eventfd2), SCMP_SYS(poll),
     SCMP_SYS(ppoll), SCMP_SYS(timerfd_create), SCMP_SYS(timerfd_settime), SCMP_SYS(futex),
-    SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn), SCMP_SYS(restart_syscall),
-    SCMP_SYS(sched_yield), SCMP_SYS(getrandom), SCMP_SYS(getpid), SCMP_SYS(gettid), SCMP_SYS(exit),
-    SCMP_SYS(exit_group),
+    SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn), SCMP_SYS(sigaltstack),
+    SCMP_SYS(restart_syscall), SCMP_SYS(sched_yield), SCMP_SYS(getrandom), SCMP_SYS(getpid), SCMP_SYS(gettid),
+    SCMP_SYS(exit), SCMP_SYS(exit_group),
     // Sockets that are there, and those that they accept.
     SCMP_SYS(accept), SCMP_SYS(accept4), SCMP_SYS(shutdown), SCMP_SYS(getsockopt), SCMP_SYS(setsockopt),
     SCMP_SYS(getsockname), SCMP_SYS(getpeername), SCMP_SYS(sendto), SCMP_SYS(recvfrom), SCMP_SYS(sendmsg),
