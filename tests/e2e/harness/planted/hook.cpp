@@ -114,6 +114,7 @@ void tryProcesses() {
 } // namespace
 
 /// Takes the place of OpenSSL's function: what was received is seen here first.
+// NOLINTNEXTLINE(readability-identifier-naming): the name is OpenSSL's.
 extern "C" int SSL_read(void *connection, void *buffer, int length) {
     using Read = int (*)(void *, void *, int);
     static const auto original = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "SSL_read"));
