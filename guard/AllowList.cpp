@@ -295,8 +295,11 @@ bool valuesFit(const Rule &rule, Parameters given) {
     return false;
 }
 
+/// True for a parameter that OpenVPN reads as one word without quotes. Quotes where there were none could
+/// make a line too long for OpenVPN's buffer.
 bool isPlain(std::string_view parameter) {
-    return !parameter.empty() && parameter.find_first_not_of(hostCharacters) == std::string_view::npos;
+    return !parameter.empty() && parameter.front() != '#' && parameter.front() != ';' &&
+           parameter.find_first_of(" \t\"'") == std::string_view::npos;
 }
 
 const Rule *ruleOf(const Directive &directive) {

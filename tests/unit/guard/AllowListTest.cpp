@@ -85,6 +85,20 @@ TEST(AllowList, TheCopySaysTheSameInThePlainestForm) {
               "remote 1.2.3.4 1194\nverify-x509-name \"a b\" name\n<ca>\n x\n</ca>\n");
 }
 
+TEST(AllowList, NoLineOfTheCopyIsLongerThanItsOrigin) {
+    std::string longest = "tls-ciphersuites TLS_AES_256_GCM_SHA384";
+    for (int i = 0; i < 3; ++i) {
+        longest += ":TLS_AES_128_GCM_SHA256";
+    }
+    for (int i = 0; i < 5; ++i) {
+        longest += ":TLS_CHACHA20_POLY1305_SHA256";
+    }
+    ASSERT_EQ(longest.size(), 253U);
+    const auto directives = parsed(longest + "\n");
+    ASSERT_TRUE(check(directives).ok());
+    EXPECT_EQ(privateCopy(directives), longest + "\n");
+}
+
 TEST(AllowList, TheCopyIsWithoutWhatIsIgnored) {
     EXPECT_EQ(privateCopy(parsed("client\nblock-outside-dns\nsetenv opt register-dns\n"
                                  "ignore-unknown-option block-outside-dns\n"
