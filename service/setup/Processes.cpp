@@ -18,17 +18,17 @@ Result<std::map<std::string, std::string>> runtimeFolders(const std::string &con
         return Failure{configFile + ": runtime_folder: is missing"};
     }
     const auto common = config.at(key).get<std::string>();
-    std::map<std::string, std::string> folders;
-    if (config.contains("roles") && config.at("roles").is_object()) {
-        for (const auto &[role, changes] : config.at("roles").items()) {
-            const bool changed = changes.is_object() && changes.contains(key) && changes.at(key).is_string();
-            if (changed) {
-                folders[role] = changes.at(key).get<std::string>();
-            }
+    // Two processes cannot share a runtime folder, so they are two when a role has its own.
+    std::map<std::string, std::string> folders{{"api", common}, {"gateway", common}};
+    const json roles = config.value("roles", json::object());
+    for (auto &[role, folder] : folders) {
+        const json changes = roles.is_object() ? roles.value(role, json::object()) : json::object();
+        if (changes.is_object() && changes.contains(key) && changes.at(key).is_string()) {
+            folder = changes.at(key).get<std::string>();
         }
     }
-    if (folders.empty()) {
-        folders[""] = common;
+    if (folders.at("api") == folders.at("gateway")) {
+        return std::map<std::string, std::string>{{"", folders.at("api")}};
     }
     return folders;
 }

@@ -82,12 +82,14 @@ class Commands(unittest.TestCase):
             self.assertEqual(received, [{"command": "status"}])
         self.assertEqual(self.call("status")[0], 4)
 
-    def divide(self, *running):
-        """Configures two processes; those named are served. Returns what each receives."""
-        folders = {role: f"{self.folder}/{role}" for role in ("api", "gateway")}
+    def divide(self, *running, changed=("api", "gateway")):
+        """Configures two processes; those named are served. Returns what each receives. The ones that are not
+        `changed` have the common runtime folder."""
+        names = {role: role if role in changed else "common" for role in ("api", "gateway")}
+        folders = {role: f"{self.folder}/{name}" for role, name in names.items()}
         with open(self.config, "w", encoding="utf-8") as file:
-            roles = {role: {"runtime_folder": folder} for role, folder in folders.items()}
-            json.dump({"runtime_folder": self.folder, "roles": roles}, file)
+            roles = {role: {"runtime_folder": folders[role]} for role in changed}
+            json.dump({"runtime_folder": f"{self.folder}/common", "roles": roles}, file)
         received = {}
         for role, folder in folders.items():
             os.mkdir(folder)
@@ -125,6 +127,29 @@ class Commands(unittest.TestCase):
         self.assertEqual(status, 0, output)
         order = [{"command": "revoke", "user": "abc"}]
         self.assertEqual(received, {"api": order, "gateway": order})
+
+    def test_orders_go_to_the_process_with_the_common_folder_too(self):
+        for changed in (("api",), ("gateway",)):
+            with self.subTest(changed=changed):
+                self.setUp()
+                received = self.divide("api", "gateway", changed=changed)
+                status, output, _received = self.call("drain")
+                self.assertEqual(status, 0, output)
+                order = [{"command": "drain", "on": True}]
+                self.assertEqual(received, {"api": order, "gateway": order})
+
+    def test_roles_with_one_folder_are_one_process(self):
+        with open(self.config, "w", encoding="utf-8") as file:
+            roles = {"api": {"runtime_folder": self.folder}, "gateway": {"runtime_folder": self.folder}}
+            json.dump({"runtime_folder": self.folder, "roles": roles}, file)
+        status, output, received = self.call("drain", answer='{"ok":true}\n')
+        self.assertEqual((status, output, received), (0, "done\n", [{"command": "drain", "on": True}]))
+
+    def test_roles_that_are_malformed(self):
+        for roles in (None, [], "x", {"api": 1, "gateway": {"runtime_folder": 1}}):
+            with open(self.config, "w", encoding="utf-8") as file:
+                json.dump({"runtime_folder": self.folder, "roles": roles}, file)
+            self.assertEqual(self.call("drain", answer='{"ok":true}\n')[0], 0, roles)
 
     def test_order_when_one_of_two_does_not_run(self):
         received = self.divide("gateway")
