@@ -22,6 +22,10 @@ namespace quorvane {
 namespace {
 
 constexpr int windowWidth = 400;
+/// No button to maximise, which a window of one width has no use for.
+constexpr Qt::WindowFlags windowButtons = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                          Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                                          Qt::WindowCloseButtonHint;
 constexpr QSize stateImageSize(112, 112);
 constexpr QSize smallStateImageSize(56, 56);
 /// A screen of less height than this, in logical pixels, gets the compact window.
@@ -53,8 +57,9 @@ void drawLine(QLabel *label, const DisplayState::Line &line, const DisplayState:
     if (line.text != before.text && !line.text.isNull()) {
         label->setText(line.text);
     }
-    if (line.tone != before.tone || label->styleSheet().isEmpty()) {
-        label->setStyleSheet(styleOf(line.tone));
+    // A style takes time, also for a line that the user does not see.
+    if (const QString style = styleOf(line.tone); line.visible && label->styleSheet() != style) {
+        label->setStyleSheet(style);
     }
     label->setVisible(line.visible);
 }
@@ -62,14 +67,11 @@ void drawLine(QLabel *label, const DisplayState::Line &line, const DisplayState:
 } // namespace
 
 MainWindow::MainWindow(LocationChooser &chooser, QWidget *parent)
-    : QMainWindow(parent), m_ui(std::make_unique<Ui::MainWindow>()) {
+    : QMainWindow(parent, windowButtons), m_ui(std::make_unique<Ui::MainWindow>()) {
     m_ui->setupUi(this);
     m_ui->locationPane->setChooser(chooser);
     m_ui->viewSpinWeel->setRange(0, 100);
     setFixedWidth(windowWidth);
-    // No button to maximise, which a window of one width has no use for.
-    setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                   Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
     m_ui->backgroundView->setFixedWidth(windowWidth); // however long a location's name is
     m_ui->backgroundView->installEventFilter(this);
     m_ui->rotationFold->hide();

@@ -7,6 +7,8 @@
 #include <QPalette>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace quorvane {
 
 namespace {
@@ -108,15 +110,24 @@ QWidget:disabled { color: $disabled; }
 QAbstractItemView { background: $field; }
 )";
 
-QString withColours(QString rules, Theme::Scheme scheme) {
-    // A name is replaced before one that it begins with: the sheet marks each end by another character.
-    for (const ThemeColour &entry : themeColours) {
-        for (const QChar end : {u';', u' ', u',', u')'}) {
-            rules.replace(u'$' + QString(entry.name) + end,
-                          (scheme == Theme::Scheme::Dark ? entry.dark : entry.light) + QString(end));
+QString withColours(const QString &rules, Theme::Scheme scheme) {
+    QString coloured;
+    coloured.reserve(rules.size());
+    QStringView rest = rules;
+    for (qsizetype mark = rest.indexOf(u'$'); mark >= 0; mark = rest.indexOf(u'$')) {
+        const QStringView after = rest.sliced(mark + 1);
+        const auto *end = std::ranges::find_if_not(after, [](QChar unit) { return unit.isLetter(); });
+        const QByteArray name = after.first(end - after.begin()).toLatin1();
+        coloured += rest.first(mark);
+        const auto *colour = std::ranges::find(themeColours, QLatin1StringView(name), &ThemeColour::name);
+        if (colour != themeColours.end()) {
+            coloured += scheme == Theme::Scheme::Dark ? colour->dark : colour->light;
+        } else {
+            coloured += rest.sliced(mark, 1 + name.size()); // makes the sheet invalid
         }
+        rest = after.sliced(name.size());
     }
-    return rules;
+    return coloured + rest;
 }
 
 /// The same rules for what is inside of a class of views, for which they then win over general ones.

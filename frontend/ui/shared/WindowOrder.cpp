@@ -76,14 +76,12 @@ void showModally(QDialog &dialog) {
 }
 
 void setFloating(QWidget &window, bool floats) {
+    // Not by the widget's own setter: it would create a new window and lose the focus, and style all controls
+    // anew even before there is a window.
+    Qt::WindowFlags flags = window.windowFlags();
+    window.overrideWindowFlags(flags.setFlag(Qt::WindowStaysOnTopHint, floats));
     if (QWindow *handle = window.windowHandle()) {
-        // On the handle: the widget's own setter would create a new window and lose the focus.
         handle->setFlag(Qt::WindowStaysOnTopHint, floats);
-        Qt::WindowFlags flags = window.windowFlags();
-        // The widget's flags too, for a window that is created later.
-        window.overrideWindowFlags(flags.setFlag(Qt::WindowStaysOnTopHint, floats));
-    } else {
-        window.setWindowFlag(Qt::WindowStaysOnTopHint, floats);
     }
 }
 

@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QPointer>
 
+#include <utility>
+
 namespace quorvane::platform {
 
 namespace {
@@ -57,11 +59,39 @@ struct DownloadFile {
 } // namespace
 
 CurlUrlLoader::CurlUrlLoader(const QString &version, const QString &authorityFile, const UrlLimits &limits,
-                             const QString &authorityFolder, AddressesOf addressesOf)
+                             const QString &authorityFolder, AddressesOf addressesOf, Library library)
     : m_version(version), m_authorityFile(authorityFile), m_authorityFolder(authorityFolder),
-      m_limits(limits), m_addressesOf(std::move(addressesOf)) {}
+      m_limits(limits), m_addressesOf(std::move(addressesOf)),
+      m_library(library ? std::move(library) : &CurlLibrary::shared) {}
 
-CurlUrlLoader::~CurlUrlLoader() = default;
+CurlUrlLoader::~CurlUrlLoader() {
+    if (m_loading.joinable()) {
+        m_loading.join();
+    }
+}
+
+void CurlUrlLoader::startWhenLoaded(std::function<void()> start) {
+    if (m_isLoaded) {
+        start();
+        return;
+    }
+    m_waiting.push_back(std::move(start));
+    if (m_loading.joinable()) {
+        return;
+    }
+    m_loading = std::thread([this] {
+        m_library();
+        QMetaObject::invokeMethod(
+            &m_lifetime,
+            [this] {
+                m_isLoaded = true;
+                for (const auto &waiting : std::exchange(m_waiting, {})) {
+                    waiting();
+                }
+            },
+            Qt::QueuedConnection);
+    });
+}
 
 bool CurlUrlLoader::download(const QByteArray &url, QObject *context, Destination destination,
                              Finished finished, Failed failed) {
@@ -87,11 +117,16 @@ bool CurlUrlLoader::download(const QByteArray &url, QObject *context, Destinatio
             finished();
         }
     };
-    // The transfer belongs to the context and goes with it.
-    auto *transfer = new CurlTransfer(
-        CurlLibrary::shared(), *request, m_limits, context,
-        [target](const QByteArray &piece) { return target->write(piece); }, ended);
-    QObject::connect(&m_lifetime, &QObject::destroyed, transfer, &CurlTransfer::cancel);
+    startWhenLoaded([this, request = *request, parent = QPointer(context), target, ended] {
+        if (!parent) {
+            return;
+        }
+        // The transfer belongs to the context and goes with it.
+        auto *transfer = new CurlTransfer(
+            m_library(), request, m_limits, parent,
+            [target](const QByteArray &piece) { return target->write(piece); }, ended);
+        QObject::connect(&m_lifetime, &QObject::destroyed, transfer, &CurlTransfer::cancel);
+    });
     return true;
 }
 
@@ -109,7 +144,7 @@ std::optional<QByteArray> CurlUrlLoader::fetch(const QByteArray &url) {
     bool hasEnded = false;
     QObject context;
     new CurlTransfer(
-        CurlLibrary::shared(), *request, m_limits, &context,
+        m_library(), *request, m_limits, &context,
         [&body](const QByteArray &piece) {
             body += piece;
             return std::optional<UrlError>();

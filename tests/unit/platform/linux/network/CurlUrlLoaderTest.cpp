@@ -335,6 +335,7 @@ TEST_F(CurlUrlLoaderTest, LoaderThatGoesEndsDownloadsSilently) {
         ASSERT_TRUE(shortLived.download(
             server.url(), &context, [this] { return m_path; }, [&] { ++outcome.finished; },
             [&](const UrlError &error) { outcome.error = error; }));
+        ASSERT_TRUE(spin([&] { return !server.requests().isEmpty(); }));
     }
     EXPECT_FALSE(spin([&] { return outcome.isOver(); }, 800));
 }
