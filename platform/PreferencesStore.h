@@ -19,6 +19,8 @@ public:
     [[nodiscard]] virtual QVariant value(const QString &key) const = 0;
     /// Stores several values as one change of the file. An invalid variant removes its key.
     virtual void setValues(const QVariantMap &values) = 0;
+    /// The same without the file: the next change or synchronize() stores them there.
+    virtual void setValuesUnwritten(const QVariantMap &values) = 0;
     /// Reads what other processes wrote and writes pending changes. False when the file could not be read or
     /// written; the values remain available in memory.
     virtual bool synchronize() = 0;

@@ -115,14 +115,18 @@ void Preferences::holdEdits() {
     edits().setAppliesImmediately(false);
 }
 
-void Preferences::storeStartValues() {
+void Preferences::setStartValues() {
     QVariantMap missing;
     for (const platform::PreferenceEntry &entry : platform::preferenceTable) {
         if (const QVariant value = missingValue(entry); value.isValid()) {
             missing.insert(QLatin1String(entry.key), value);
         }
     }
-    stored().setValues(missing);
+    stored().setValuesUnwritten(missing);
+}
+
+void Preferences::storeStartValues() {
+    setStartValues();
     save();
 }
 

@@ -48,8 +48,11 @@ void revert();
 /// From now on edits are held. Main thread.
 void holdEdits();
 
-/// Stores the table's start values where an integer reads 0 or a text is absent, and saves. A stored 0 is
-/// therefore replaced. Call it at each start, before preferences are read. Main thread.
+/// Sets the table's start values where an integer reads 0 or a text is absent; a stored 0 is therefore
+/// replaced. Call it at each start, before preferences are read. The file gets them from storeStartValues(),
+/// or with any change before. Main thread.
+void setStartValues();
+/// The same, and saves. Main thread.
 void storeStartValues();
 
 } // namespace Preferences

@@ -21,19 +21,27 @@ public:
         }
         const std::lock_guard lock(m_mutex);
         ++m_changeCount;
-        for (auto entry = values.begin(); entry != values.end(); ++entry) {
-            if (entry->isValid()) {
-                m_table.insert(entry.key(), canonical(*entry));
-            } else {
-                m_table.remove(entry.key());
-            }
-        }
+        m_isUnwritten = false;
+        insert(values);
+    }
+
+    void setValuesUnwritten(const QVariantMap &values) override {
+        const std::lock_guard lock(m_mutex);
+        m_isUnwritten = m_isUnwritten || !values.isEmpty();
+        insert(values);
     }
 
     bool synchronize() override {
         const std::lock_guard lock(m_mutex);
         ++m_synchronizeCount;
+        m_isUnwritten = m_isUnwritten && !m_synchronizeSucceeds;
         return m_synchronizeSucceeds;
+    }
+
+    /// Whether there are values that were set without being stored.
+    [[nodiscard]] bool isUnwritten() const {
+        const std::lock_guard lock(m_mutex);
+        return m_isUnwritten;
     }
 
     /// Called with every change, before it is made.
@@ -71,6 +79,16 @@ public:
     }
 
 private:
+    void insert(const QVariantMap &values) {
+        for (auto entry = values.begin(); entry != values.end(); ++entry) {
+            if (entry->isValid()) {
+                m_table.insert(entry.key(), canonical(*entry));
+            } else {
+                m_table.remove(entry.key());
+            }
+        }
+    }
+
     std::function<void(const QVariantMap &)> m_changeHook;
     mutable std::mutex m_mutex;
     QVariantMap m_table;
@@ -78,6 +96,7 @@ private:
     int m_changeCount = 0;
     int m_synchronizeCount = 0;
     bool m_synchronizeSucceeds = true;
+    bool m_isUnwritten = false;
 };
 
 } // namespace quorvane::fakes

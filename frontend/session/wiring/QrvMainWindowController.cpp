@@ -107,8 +107,8 @@ void QrvMainWindowController::awakeFromNib() {
     m_api.initWithDelegate(m_session.get());
     m_mainWindow->locationPane().connectTo(&m_api, m_session.get());
     SessionState::shared().hidden = Preferences::boolean(Preference::Hide);
-    Preferences::storeStartValues();
-    m_api.cmdAuth(QString()); // sends nothing before the network is known; inetStatus() sends it then
+    Preferences::setStartValues(); // settings() stores them: the window does not wait for the disk
+    m_api.cmdAuth(QString());      // sends nothing before the network is known; inetStatus() sends it then
     m_mainWindow->raiseFloatingLevel();
     observeNotifications();
     m_session->begin([this] { checkReachability(); });

@@ -61,20 +61,22 @@ QVariant PlistPreferences::value(const QString &key) const {
 }
 
 void PlistPreferences::setValues(const QVariantMap &values) {
-    {
-        const std::lock_guard lock(m_mutex);
-        QVariantMap changes;
-        for (auto entry = values.begin(); entry != values.end(); ++entry) {
-            const QVariant kept = canonical(*entry);
-            if (isStorable(kept)) {
-                changes.insert(entry.key(), kept);
-            }
-        }
-        apply(m_view, changes);
-        m_pending.insert(changes);
-        m_ownChanges.insert(changes);
-    }
+    setValuesUnwritten(values);
     synchronize();
+}
+
+void PlistPreferences::setValuesUnwritten(const QVariantMap &values) {
+    const std::lock_guard lock(m_mutex);
+    QVariantMap changes;
+    for (auto entry = values.begin(); entry != values.end(); ++entry) {
+        const QVariant kept = canonical(*entry);
+        if (isStorable(kept)) {
+            changes.insert(entry.key(), kept);
+        }
+    }
+    apply(m_view, changes);
+    m_pending.insert(changes);
+    m_ownChanges.insert(changes);
 }
 
 bool PlistPreferences::synchronize() {

@@ -29,6 +29,7 @@ public:
 
     [[nodiscard]] QVariant value(const QString &key) const override;
     void setValues(const QVariantMap &values) override;
+    void setValuesUnwritten(const QVariantMap &values) override;
     bool synchronize() override;
     [[nodiscard]] QString filePath() const override;
 

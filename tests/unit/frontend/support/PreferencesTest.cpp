@@ -190,6 +190,15 @@ TEST_F(PreferencesTest, MissingValuesBecomeTheirStartValuesAndOthersStayAbsent) 
     EXPECT_EQ(m_services.preferences().synchronizations(), 1);
 }
 
+TEST_F(PreferencesTest, StartValuesCanBeReadBeforeTheyAreStored) {
+    Preferences::setStartValues();
+    EXPECT_EQ(Preferences::integer(Preference::ChangeIpInterval), 10);
+    EXPECT_TRUE(m_services.preferences().isUnwritten());
+    EXPECT_EQ(m_services.preferences().changes(), 0);
+    Preferences::storeStartValues();
+    EXPECT_FALSE(m_services.preferences().isUnwritten());
+}
+
 TEST_F(PreferencesTest, StoredZeroDoesNotSurviveAStart) {
     put(Preference::StopHideIpHotKey, 0);
     put(Preference::ChangeIpInterval, 0);

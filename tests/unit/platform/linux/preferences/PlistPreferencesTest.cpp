@@ -128,6 +128,20 @@ TEST_F(PlistPreferencesTest, EveryTypeSurvivesARestart) {
     }
 }
 
+TEST_F(PlistPreferencesTest, UnwrittenValuesAreWrittenWithTheNextChangeOrRequest) {
+    PlistPreferences store(m_path);
+    store.setValuesUnwritten({{one, 1}});
+    EXPECT_EQ(store.integer(one), 1);
+    EXPECT_FALSE(QFileInfo::exists(m_path));
+    store.setValue(two, 2);
+    EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, qint64{2}}}));
+    store.setValuesUnwritten({{one, 3}, {two, {}}});
+    EXPECT_FALSE(store.value(two).isValid());
+    EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{1}}, {two, qint64{2}}}));
+    EXPECT_TRUE(store.synchronize());
+    EXPECT_EQ(onDisk(), (QVariantMap{{one, qint64{3}}}));
+}
+
 TEST_F(PlistPreferencesTest, RemovingAKey) {
     PlistPreferences store(m_path);
     store.setValues({{one, 1}, {two, 2}});
