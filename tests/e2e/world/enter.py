@@ -129,8 +129,13 @@ def _init(command):
     child = os.fork()
     if child == 0:
         os.execvp(command[0], command)
+
+    def end(_number, _frame):
+        with contextlib.suppress(ProcessLookupError):  # it may have ended already
+            os.kill(child, signal.SIGTERM)
+
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
-        signal.signal(number, lambda _number, _frame: os.kill(child, signal.SIGTERM))
+        signal.signal(number, end)
     while True:
         pid, status = os.wait()
         if pid == child:
