@@ -149,13 +149,18 @@ def test_server_of_another_authority(shared, logins, protocol):
 # --- the server goes away while the address is hidden
 
 
+def command_of(pid):
+    """The command line of a process; empty when it has ended since it was listed."""
+    try:
+        return Path(f"/proc/{pid}/cmdline").read_text(encoding="utf-8", errors="replace")
+    except (FileNotFoundError, ProcessLookupError):
+        return ""
+
+
 def servers(protocol):
     """The service's OpenVPN servers for a protocol."""
     return [
-        pid
-        for pid, name in machine.processes()
-        if name == "vpnsrv"
-        and f"{protocol}.conf" in Path(f"/proc/{pid}/cmdline").read_text(encoding="utf-8", errors="replace")
+        pid for pid, name in machine.processes() if name == "vpnsrv" and f"{protocol}.conf" in command_of(pid)
     ]
 
 

@@ -1,5 +1,6 @@
 """The guard and the home's routes: what ends a tunnel and what does not, and that all tables come back."""
 
+import contextlib
 import itertools
 import os
 import signal
@@ -188,13 +189,19 @@ def test_next_guard_restores_what_a_killed_one_left(tunnel, order, stopped):
 
 def test_guard_killed_while_its_openvpn_starts(watched):
     """At random moments of the launch; the session after it works, and the tables are as before."""
+
+    def killed():
+        for process in guards(watched.home):
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(process.pid, signal.SIGKILL)
+        return watched.guard.poll() is not None
+
     with pushing(watched.world, []):
         for pause in (0.05, 0.3, 0.9, 1.1, 1.2):
             watched.begin(configuration(watched.world))
             time.sleep(pause)  # the moment is what this test is about
-            for process in guards(watched.home):
-                os.kill(process.pid, signal.SIGKILL)
-            watched.guard.wait(EVENTUALLY)
+            # A busy machine may not have started the guard by then.
+            watched.home.wait_for(killed, "the guard is killed")
         assert watched.start(configuration(watched.world)), watched.log()
         watched.check_nothing_beside()
         watched.end()
