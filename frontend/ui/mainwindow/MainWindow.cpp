@@ -292,16 +292,11 @@ void MainWindow::setReachableByTray(bool reachable) {
     m_reachableByTray = reachable;
     m_ui->quitButton->setVisible(!reachable); // else the tray's menu has it
     if (m_inBackground) {
-        hideOrMinimise();
+        sendToBackground();
     }
 }
 
 void MainWindow::sendToBackground() {
-    m_inBackground = true;
-    hideOrMinimise();
-}
-
-void MainWindow::hideOrMinimise() {
     if (m_reachableByTray) {
         hide();
     } else {
@@ -311,6 +306,9 @@ void MainWindow::hideOrMinimise() {
         resize(size());
         showMinimized();
     }
+    // Not before: while it is being hidden, Wayland still reports it as visible and active, as if it had been
+    // restored.
+    m_inBackground = true;
 }
 
 bool MainWindow::eventFilter(QObject *watched, QEvent *event) {

@@ -81,7 +81,6 @@ private:
     void mousePressEvent(QMouseEvent *event) override;
     void endEditing();
     void endIntervalEditing();
-    void hideOrMinimise();
     [[nodiscard]] static QString stateDescription(Look look);
     void drawImages(const DisplayState &state);
     void drawStateImage(const QString &name);

@@ -18,6 +18,26 @@
 
 namespace quorvane {
 
+/// Makes a window report itself as active while it is being hidden, as Wayland's do.
+class StaysActive : public QObject {
+    Q_OBJECT
+
+public:
+    [[nodiscard]] bool used() const { return m_used; }
+
+private:
+    bool m_used = false;
+
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        auto *window = static_cast<QWidget *>(watched);
+        if (event->type() == QEvent::ActivationChange && !window->isActiveWindow() && !m_used) {
+            m_used = true;
+            QApplication::setActiveWindow(window);
+        }
+        return false;
+    }
+};
+
 class MainWindowTest : public QObject {
     Q_OBJECT
 
@@ -276,6 +296,21 @@ private Q_SLOTS:
         QVERIFY(m_fixture->window.isMinimized());
         m_fixture->window.bringForward();
         QVERIFY(!m_fixture->window.isMinimized());
+    }
+
+    void windowThatWasStillActiveWhileItWasHiddenIsMinimisedWithoutATray() {
+        m_fixture->window.setReachableByTray(true);
+        m_fixture->window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&m_fixture->window));
+        StaysActive filter;
+        m_fixture->window.installEventFilter(&filter);
+        m_fixture->window.close();
+        m_fixture->window.removeEventFilter(&filter);
+        QVERIFY(filter.used());
+        QVERIFY(!m_fixture->window.isVisible());
+        m_fixture->window.setReachableByTray(false);
+        QVERIFY(m_fixture->window.isVisible());
+        QVERIFY(m_fixture->window.isMinimized());
     }
 
     void floatingLevelIsDroppedThroughTheWindowItself() {
